@@ -1,0 +1,42 @@
+# One target per folder. A target sees the headers of the folders that it links and no others: each
+# library's include directory holds nothing but a link to its own folder, so an include that the
+# dependencies do not allow does not build.
+
+# velmoranth_library(NAME FOLDER <path from the source root> [AS <path in includes>]
+#                    SOURCES ... [PUBLIC targets...] [PRIVATE targets...])
+# Headers are included as "<AS>/file.h"; AS is FOLDER unless given (the engine leaves "src/" out).
+function(velmoranth_library name)
+    cmake_parse_arguments(ARG "" "FOLDER;AS" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+    if(NOT ARG_AS)
+        set(ARG_AS "${ARG_FOLDER}")
+    endif()
+    string(REPLACE "/" "_" key "${ARG_AS}")
+    set(include_root "${PROJECT_BINARY_DIR}/include/${key}")
+    get_filename_component(parent "${include_root}/${ARG_AS}" DIRECTORY)
+    file(MAKE_DIRECTORY "${parent}")
+    file(CREATE_LINK "${PROJECT_SOURCE_DIR}/${ARG_FOLDER}" "${include_root}/${ARG_AS}" SYMBOLIC)
+
+    add_library(${name} STATIC ${ARG_SOURCES})
+    target_include_directories(${name} PUBLIC "${include_root}")
+    target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE} velmoranth_warnings)
+    set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+endfunction()
+
+# velmoranth_test(NAME SOURCES ... LINKS ...): one executable; every case is a test of its own in CTest,
+# run in a process of its own.
+function(velmoranth_test name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gtest GTest::gtest_main velmoranth_warnings)
+    # The engine's shared library takes the platform record from the process that loads it.
+    set_target_properties(${name} PROPERTIES ENABLE_EXPORTS ON)
+    gtest_discover_tests(${name} PROPERTIES TIMEOUT 120 DISCOVERY_TIMEOUT 60)
+endfunction()
+
+# velmoranth_fuzz(NAME SOURCES ... LINKS ...): a libFuzzer program.
+function(velmoranth_fuzz name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE ${ARG_LINKS} velmoranth_warnings)
+    target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+endfunction()

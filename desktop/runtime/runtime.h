@@ -1,0 +1,116 @@
+// The object runtime of a simulated process: classes, metaclasses and typed methods by name, and
+// method hooking with the loader's contract. Every message of the simulator goes through send(), so
+// a replaced method takes effect exactly as on the phone.
+#pragma once
+
+#include "platform/objc_runtime.h"
+#include "platform/substrate.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <typeinfo>
+#include <utility>
+
+namespace velmoranth::desktop {
+
+class Runtime final : public platform::ObjcRuntime, public platform::Substrate {
+  public:
+    // Where refused calls and hook warnings are written, one line each, without a line end.
+    using Warn = std::function<void(const std::string& line)>;
+
+    explicit Runtime(Warn warn);
+    ~Runtime() override;
+
+    // Makes a class known. The superclass must be known, or "" for a root. False when the name is
+    // taken or the superclass is missing.
+    bool addClass(const std::string& name, const std::string& superclass = "");
+
+    // Gives a class a method of its own (the class's own method of that selector is replaced).
+    // `function` is R(Receiver&, Args...) for an instance method; a class-side method's receiver is
+    // platform::Class. False when the class is missing.
+    template <class R, class Receiver, class... Args>
+    bool addInstanceMethod(const std::string& className, const platform::Selector& selector,
+                           std::function<R(Receiver&, Args...)> function) {
+        return setMethod(getClass(className), selector,
+                         platform::makeImplementation(std::move(function)));
+    }
+
+    template <class R, class... Args>
+    bool addClassMethod(const std::string& className, const platform::Selector& selector,
+                        std::function<R(platform::Class&, Args...)> function) {
+        return setMethod(getMetaclass(getClass(className)), selector,
+                         platform::makeImplementation(std::move(function)));
+    }
+
+    // Sends a message to an object: its class is the one named by className(). Argument types must
+    // be the method's own exactly. A selector that the class does not answer, or types that do not
+    // fit, are refused: one warning line that names receiver, selector and both signatures, and a
+    // zero result.
+    template <class R, class... Args>
+    R send(platform::Object& receiver, const platform::Selector& selector, Args... args) {
+        return call<R, Args...>(methodOf(getClass(receiver.className()), selector), receiver,
+                                selector, std::move(args)...);
+    }
+
+    // Sends a message to the class itself. A class that the process does not have answers zero.
+    template <class R, class... Args>
+    R sendToClass(const std::string& className, const platform::Selector& selector, Args... args) {
+        const platform::ClassRef cls = getClass(className);
+        if (cls == nullptr) {
+            return R();
+        }
+        initializeClass(cls);
+        return call<R, Args...>(methodOf(getMetaclass(cls), selector), *cls, selector,
+                                std::move(args)...);
+    }
+
+    // The implementation that a message would reach, superclasses searched; nothing when there is
+    // none.
+    [[nodiscard]] platform::Implementation methodOf(const platform::ClassRef& cls,
+                                                    const platform::Selector& selector) const;
+    // Whether the class itself (not a superclass) has the method.
+    [[nodiscard]] bool hasOwnMethod(const platform::ClassRef& cls,
+                                    const platform::Selector& selector) const;
+    // Whether `cls` is `ancestor` or derives from it.
+    [[nodiscard]] bool isKindOf(const platform::ClassRef& cls, const std::string& ancestor) const;
+
+    // ObjcRuntime
+    void registerClass(const platform::ClassDefinition& definition) override;
+    [[nodiscard]] platform::ClassRef getClass(const std::string& name) override;
+    [[nodiscard]] platform::ClassRef getMetaclass(const platform::ClassRef& cls) override;
+    void sendLoad(const platform::ClassRef& cls) override;
+    bool addMethod(const platform::ClassRef& cls, const platform::Selector& selector,
+                   const platform::Implementation& implementation,
+                   const std::string& typeEncoding) override;
+    // Substrate. A missing selector is warned of as "MS:Warning: message not found [Class
+    // selector]".
+    void hookMessageEx(const platform::ClassRef& cls, const platform::Selector& selector,
+                       const platform::Implementation& replacement,
+                       platform::Implementation* original) override;
+
+  private:
+    bool setMethod(const platform::ClassRef& cls, const platform::Selector& selector,
+                   const platform::Implementation& implementation);
+    // Runs +initialize of the class and its superclasses, superclass first, once each.
+    void initializeClass(const platform::ClassRef& cls);
+    void refuse(const platform::Object& receiver, const platform::Selector& selector,
+                const platform::Implementation& found, const std::type_info& sent) const;
+
+    template <class R, class... Args>
+    R call(const platform::Implementation& implementation, platform::Object& receiver,
+           const platform::Selector& selector, Args... args) {
+        const auto* const function = implementation.as<R(platform::Object&, Args...)>();
+        if (function == nullptr) {
+            refuse(receiver, selector, implementation, typeid(R(platform::Object&, Args...)));
+            return R();
+        }
+        return (*function)(receiver, std::move(args)...);
+    }
+
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+}  // namespace velmoranth::desktop

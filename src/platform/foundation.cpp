@@ -1,0 +1,317 @@
+#include "platform/foundation.h"
+
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+
+namespace velmoranth::platform {
+namespace {
+
+// The code point at `position` of UTF-8 text, and its length in bytes. A byte that begins no valid
+// sequence stands for itself.
+struct CodePoint {
+    std::uint32_t value;
+    std::size_t length;
+};
+
+CodePoint codePointAt(std::string_view text, std::size_t position) {
+    const auto byteAt = [&](std::size_t index) {
+        return index < text.size() ? static_cast<std::uint8_t>(text[index]) : std::uint8_t{0};
+    };
+    const std::uint32_t lead = byteAt(position);
+    std::size_t length = 1;
+    std::uint32_t value = lead;
+    if ((lead & 0xE0U) == 0xC0U) {
+        length = 2;
+        value = lead & 0x1FU;
+    } else if ((lead & 0xF0U) == 0xE0U) {
+        length = 3;
+        value = lead & 0x0FU;
+    } else if ((lead & 0xF8U) == 0xF0U) {
+        length = 4;
+        value = lead & 0x07U;
+    }
+    for (std::size_t i = 1; i < length; ++i) {
+        const std::uint32_t next = byteAt(position + i);
+        if ((next & 0xC0U) != 0x80U) {
+            return {lead, 1};
+        }
+        value = (value << 6U) | (next & 0x3FU);
+    }
+    return {value, length};
+}
+
+// whitespaceAndNewlineCharacterSet, which boolValue skips.
+bool isWhitespaceOrNewline(std::uint32_t c) {
+    return (c >= 0x09 && c <= 0x0D) || c == 0x20 || c == 0x85 || c == 0xA0 || c == 0x1680 ||
+           (c >= 0x2000 && c <= 0x200B) || c == 0x2028 || c == 0x2029 || c == 0x202F ||
+           c == 0x205F || c == 0x3000;
+}
+
+// What the platform's number scanner skips: all controls, and fewer of the Unicode spaces.
+bool isSkippedBeforeNumber(std::uint32_t c) {
+    return c <= 0x20 || (c >= 0x7F && c <= 0xA0) || (c >= 0x2000 && c <= 0x200B) || c == 0x3000;
+}
+
+template <class Predicate>
+std::string_view skipLeading(std::string_view text, Predicate skips) {
+    while (!text.empty()) {
+        const CodePoint c = codePointAt(text, 0);
+        if (!skips(c.value)) {
+            break;
+        }
+        text.remove_prefix(c.length);
+    }
+    return text;
+}
+
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+bool isBareCharacter(char c) {
+    return isDigit(c) || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
+
+template <class... Arguments>
+std::string formatted(const char* format, Arguments... arguments) {
+    std::array<char, 64> buffer{};
+    const int length = std::snprintf(buffer.data(), buffer.size(), format, arguments...);
+    return {buffer.data(), static_cast<std::size_t>(length > 0 ? length : 0)};
+}
+
+std::string numberDescription(double value) {
+    if (std::isnan(value)) {
+        return "nan";
+    }
+    if (std::isinf(value)) {
+        return value > 0 ? "+infinity" : "-infinity";
+    }
+    return formatted("%0.16g", value);
+}
+
+// "2019-01-01 00:00:00 +0000". Days to a civil date after Howard Hinnant's public derivation.
+std::string dateDescription(Date date) {
+    constexpr std::int64_t kReferenceDay = 11323;  // 2001-01-01 in days since 1970-01-01
+    constexpr double kFarthest = 1e13;             // seconds; keeps the arithmetic in range
+    const double clamped =
+        std::isnan(date.secondsSinceReferenceDate)
+            ? 0
+            : std::fmin(std::fmax(date.secondsSinceReferenceDate, -kFarthest), kFarthest);
+    const auto seconds = static_cast<std::int64_t>(std::floor(clamped));
+    const std::int64_t day = (seconds >= 0 ? seconds : seconds - 86399) / 86400;
+    const std::int64_t second = seconds - day * 86400;
+    const std::int64_t shifted = day + kReferenceDay + 719468;
+    const std::int64_t era = (shifted >= 0 ? shifted : shifted - 146096) / 146097;
+    const std::int64_t dayOfEra = shifted - era * 146097;
+    const std::int64_t yearOfEra =
+        (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
+    const std::int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
+    const std::int64_t month = (5 * dayOfYear + 2) / 153;
+    const std::int64_t dayOfMonth = dayOfYear - (153 * month + 2) / 5 + 1;
+    const std::int64_t civilMonth = month < 10 ? month + 3 : month - 9;
+    const std::int64_t year = yearOfEra + era * 400 + (civilMonth <= 2 ? 1 : 0);
+    return formatted("%04lld-%02lld-%02lld %02lld:%02lld:%02lld +0000",
+                     static_cast<long long>(year), static_cast<long long>(civilMonth),
+                     static_cast<long long>(dayOfMonth), static_cast<long long>(second / 3600),
+                     static_cast<long long>(second / 60 % 60), static_cast<long long>(second % 60));
+}
+
+std::string dataDescription(const Data& data) {
+    std::string text = "<";
+    for (std::size_t i = 0; i < data.size(); ++i) {
+        if (i > 0 && i % 4 == 0) {
+            text += ' ';
+        }
+        text += formatted("%02x", static_cast<unsigned>(data[i]));
+    }
+    return text + ">";
+}
+
+// A string inside a container: bare when it is all ASCII letters and digits, else in quotes.
+std::string quoted(std::string_view text) {
+    bool bare = !text.empty();
+    for (const char c : text) {
+        bare = bare && isBareCharacter(c);
+    }
+    if (bare) {
+        return std::string(text);
+    }
+    std::string result = "\"";
+    for (std::size_t i = 0; i < text.size();) {
+        const CodePoint c = codePointAt(text, i);
+        i += c.length;
+        if (c.value == '"' || c.value == '\\') {
+            result += '\\';
+            result += static_cast<char>(c.value);
+        } else if (c.value == '\n') {
+            result += "\\n";
+        } else if (c.value < 0x80) {
+            result += static_cast<char>(c.value);
+        } else if (c.value >= 0x10000) {
+            const std::uint32_t offset = c.value - 0x10000;
+            result +=
+                formatted("\\U%04x\\U%04x", 0xD800 + (offset >> 10U), 0xDC00 + (offset & 0x3FFU));
+        } else {
+            result += formatted("\\U%04x", c.value);
+        }
+    }
+    return result + "\"";
+}
+
+std::string nestedDescription(const PropertyList& value, std::size_t level);
+
+std::string containerDescription(const PropertyList& value, std::size_t level) {
+    const std::string indent(level * 4, ' ');
+    const std::string inner(level * 4 + 4, ' ');
+    if (const auto* array = value.as<PropertyList::Array>()) {
+        std::string text = "(\n";
+        for (std::size_t i = 0; i < array->size(); ++i) {
+            text += inner + nestedDescription((*array)[i], level + 1);
+            text += i + 1 < array->size() ? ",\n" : "\n";
+        }
+        return text + indent + ")";
+    }
+    std::string text = "{\n";
+    if (const auto* dictionary = value.as<Dictionary>()) {
+        for (const auto& [key, entry] : *dictionary) {
+            text += inner + quoted(key) + " = " + nestedDescription(entry, level + 1) + ";\n";
+        }
+    }
+    return text + indent + "}";
+}
+
+bool isContainer(const PropertyList& value) {
+    return value.as<PropertyList::Array>() != nullptr || value.as<Dictionary>() != nullptr;
+}
+
+std::string nestedDescription(const PropertyList& value, std::size_t level) {
+    if (isContainer(value)) {
+        return "    " + containerDescription(value, level);
+    }
+    if (value.as<Data>() != nullptr) {
+        return description(value);
+    }
+    return quoted(description(value));
+}
+
+}  // namespace
+
+const PropertyList* objectForKey(const Dictionary& dictionary, std::string_view key) {
+    const auto entry = dictionary.find(key);
+    return entry == dictionary.end() ? nullptr : &entry->second;
+}
+
+bool boolValue(std::string_view text) {
+    text = skipLeading(text, isWhitespaceOrNewline);
+    if (text.empty()) {
+        return false;
+    }
+    if (std::string_view("YyTt").find(text.front()) != std::string_view::npos) {
+        return true;
+    }
+    if (text.front() == '+' || text.front() == '-') {
+        text.remove_prefix(1);
+    }
+    while (!text.empty() && text.front() == '0') {
+        text.remove_prefix(1);
+    }
+    return !text.empty() && isDigit(text.front());
+}
+
+bool boolValue(const PropertyList* value) {
+    if (value == nullptr) {
+        return false;
+    }
+    if (const auto* boolean = value->as<bool>()) {
+        return *boolean;
+    }
+    if (const auto* integer = value->as<std::int64_t>()) {
+        return *integer != 0;
+    }
+    if (const auto* real = value->as<double>()) {
+        return *real != 0;
+    }
+    if (const auto* text = value->as<std::string>()) {
+        return boolValue(std::string_view(*text));
+    }
+    return false;
+}
+
+float floatValue(std::string_view text) {
+    text = skipLeading(text, isSkippedBeforeNumber);
+    std::size_t length = 0;
+    while (length < text.size() &&
+           (isDigit(text[length]) ||
+            std::string_view("+-.eE").find(text[length]) != std::string_view::npos)) {
+        ++length;
+    }
+    // The run holds no letter but e and E, so strtod can see neither hexadecimal nor a named value.
+    const std::string run(text.substr(0, length));
+    return static_cast<float>(std::strtod(run.c_str(), nullptr));
+}
+
+float floatValue(const PropertyList* value) {
+    if (value == nullptr) {
+        return 0;
+    }
+    if (const auto* boolean = value->as<bool>()) {
+        return *boolean ? 1.0F : 0.0F;
+    }
+    if (const auto* integer = value->as<std::int64_t>()) {
+        return static_cast<float>(*integer);
+    }
+    if (const auto* real = value->as<double>()) {
+        return static_cast<float>(*real);
+    }
+    if (const auto* text = value->as<std::string>()) {
+        return floatValue(std::string_view(*text));
+    }
+    return 0;
+}
+
+std::string description(const PropertyList& value) {
+    if (const auto* text = value.as<std::string>()) {
+        return *text;
+    }
+    if (const auto* boolean = value.as<bool>()) {
+        return *boolean ? "1" : "0";
+    }
+    if (const auto* integer = value.as<std::int64_t>()) {
+        return formatted("%lld", static_cast<long long>(*integer));
+    }
+    if (const auto* real = value.as<double>()) {
+        return numberDescription(*real);
+    }
+    if (const auto* date = value.as<Date>()) {
+        return dateDescription(*date);
+    }
+    if (const auto* data = value.as<Data>()) {
+        return dataDescription(*data);
+    }
+    return containerDescription(value, 0);
+}
+
+std::string stringByAppendingPathComponent(std::string_view path, std::string_view component) {
+    std::string result;
+    result.reserve(path.size() + component.size() + 1);
+    const auto append = [&result](std::string_view text) {
+        for (const char c : text) {
+            if (c != '/' || result.empty() || result.back() != '/') {
+                result += c;
+            }
+        }
+    };
+    append(path);
+    if (!path.empty() && !component.empty()) {
+        append("/");
+    }
+    append(component);
+    if (result.size() > 1 && result.back() == '/') {
+        result.pop_back();
+    }
+    return result;
+}
+
+}  // namespace velmoranth::platform

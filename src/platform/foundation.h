@@ -1,0 +1,187 @@
+// Foundation: strings that may be nil, property lists with the platform's conversions, paths, the
+// file manager and the system log.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace velmoranth::platform {
+
+// --- Values
+// -------------------------------------------------------------------------------------------
+
+// A string in UTF-8, or nil. Nil is not "".
+using NullableString = std::optional<std::string>;
+
+// Bytes as they stand in a file.
+using Data = std::vector<std::uint8_t>;
+
+// A point in time: seconds since 2001-01-01 00:00:00 UTC.
+struct Date {
+    double secondsSinceReferenceDate = 0;
+
+    friend bool operator==(const Date&, const Date&) = default;
+};
+
+// A property-list value. Booleans and numbers stay apart, as the platform's do.
+class PropertyList {
+  public:
+    using Array = std::vector<PropertyList>;
+    using Dictionary = std::map<std::string, PropertyList, std::less<>>;
+    using Value =
+        std::variant<bool, std::int64_t, double, std::string, Date, Data, Array, Dictionary>;
+
+    // NOLINTBEGIN(google-explicit-constructor): a property list is written as its value.
+    PropertyList(bool value) : value_(value) {}
+
+    PropertyList(int value) : value_(std::int64_t{value}) {}
+
+    PropertyList(std::int64_t value) : value_(value) {}
+
+    PropertyList(double value) : value_(value) {}
+
+    PropertyList(const char* value) : value_(std::string(value)) {}
+
+    PropertyList(std::string value) : value_(std::move(value)) {}
+
+    PropertyList(Date value) : value_(value) {}
+
+    PropertyList(Data value) : value_(std::move(value)) {}
+
+    PropertyList(Array value) : value_(std::move(value)) {}
+
+    PropertyList(Dictionary value) : value_(std::move(value)) {}
+
+    // NOLINTEND(google-explicit-constructor)
+
+    [[nodiscard]] const Value& value() const { return value_; }
+
+    // The value when it is of that kind, otherwise null. Owned by this object.
+    template <class T>
+    [[nodiscard]] const T* as() const {
+        return std::get_if<T>(&value_);
+    }
+
+    friend bool operator==(const PropertyList&, const PropertyList&) = default;
+
+  private:
+    Value value_;
+};
+
+using Dictionary = PropertyList::Dictionary;
+
+// objectForKey: the value under the key, null when there is none. Owned by the dictionary.
+[[nodiscard]] const PropertyList* objectForKey(const Dictionary& dictionary, std::string_view key);
+
+// -[NSString boolValue]: leading white space is skipped; then true for one of Y y T t; else an
+// optional single sign, any zeroes, and true when a digit 1 to 9 follows. The rest of the text does
+// not count. White space: U+0009 to U+000D, U+0020, U+0085, U+00A0 and the Unicode spaces.
+[[nodiscard]] bool boolValue(std::string_view text);
+// boolValue of a property-list value; null (no such key) is false. Numbers: anything but 0 is true
+// (a NaN too). The platform's dates, data, arrays and dictionaries do not have the message; they
+// count as false here.
+[[nodiscard]] bool boolValue(const PropertyList* value);
+
+// -[NSString floatValue]: leading white space is skipped, then the longest run of 0-9 + - . e E is
+// read as a decimal number in the C locale, as far as it is one; the rest does not count. No
+// number: 0. Too large: infinity of the number's sign. Hexadecimal, "inf" and "nan" are no numbers.
+[[nodiscard]] float floatValue(std::string_view text);
+// floatValue of a property-list value; null is 0. Numbers convert as in C; a boolean is 0 or 1;
+// other kinds, which do not have the message, count as 0.
+[[nodiscard]] float floatValue(const PropertyList* value);
+
+// What "%@" prints for a property-list value: strings as they stand, booleans 1 or 0, containers in
+// old-style text with keys in ascending order and 4 spaces a level.
+[[nodiscard]] std::string description(const PropertyList& value);
+
+// -[NSString stringByAppendingPathComponent:]: joins the two with one slash, collapses every run of
+// slashes in the whole result and removes trailing ones; "." and ".." stay.
+[[nodiscard]] std::string stringByAppendingPathComponent(std::string_view path,
+                                                         std::string_view component);
+
+// An error of the platform.
+struct Error {
+    std::string localizedDescription;  // English, as the platform words it
+    std::string domain = "NSCocoaErrorDomain";
+    int code = 0;
+
+    friend bool operator==(const Error&, const Error&) = default;
+};
+
+// What an operation that may fail returns: nothing when it succeeded, else the error.
+using Failure = std::optional<Error>;
+
+// --- Services
+// -----------------------------------------------------------------------------------------
+
+// Whether a path exists, symbolic links followed; `isDirectory` is false when it does not.
+struct FileExistence {
+    bool exists = false;
+    bool isDirectory = false;
+};
+
+// NSFileManager's defaultManager, and NSData's atomic writing. Paths are absolute paths of the
+// device.
+class FileManager {
+  public:
+    FileManager() = default;
+    FileManager(const FileManager&) = delete;
+    FileManager& operator=(const FileManager&) = delete;
+    virtual ~FileManager() = default;
+
+    // fileExistsAtPath: follows links; a dangling link and "" do not exist.
+    [[nodiscard]] virtual bool fileExistsAtPath(const std::string& path) = 0;
+    // fileExistsAtPath:isDirectory:
+    [[nodiscard]] virtual FileExistence fileExistsAtPathIsDirectory(const std::string& path) = 0;
+    // setAttributes:ofItemAtPath:error: with NSFilePosixPermissions alone; follows links.
+    virtual Failure setPosixPermissionsOfItemAtPath(unsigned mode, const std::string& path) = 0;
+    // copyItemAtPath:toPath:error: recursive; fails when the destination exists, and changes
+    // nothing then.
+    virtual Failure copyItemAtPathToPath(const std::string& source,
+                                         const std::string& destination) = 0;
+    // moveItemAtPath:toPath:error: fails when the destination exists, the same path included.
+    virtual Failure moveItemAtPathToPath(const std::string& source,
+                                         const std::string& destination) = 0;
+    // createFileAtPath:contents:attributes: with nil attributes: writes atomically, replacing an
+    // existing file. False when it could not.
+    virtual bool createFileAtPathContents(const std::string& path, const Data& contents) = 0;
+    // -[NSData writeToFile:atomically:] with atomically on: the file is whole or as it was. False
+    // when it could not.
+    virtual bool writeToFileAtomically(const Data& contents, const std::string& path) = 0;
+};
+
+class PropertyLists {
+  public:
+    PropertyLists() = default;
+    PropertyLists(const PropertyLists&) = delete;
+    PropertyLists& operator=(const PropertyLists&) = delete;
+    virtual ~PropertyLists() = default;
+
+    // +[NSDictionary dictionaryWithContentsOfFile:] (and NSMutableDictionary's
+    // initWithContentsOfFile:, which reads alike): nil when the file is missing, unreadable, no
+    // property list, or its root is no dictionary. Binary, XML and old-style text, told apart by
+    // content.
+    [[nodiscard]] virtual std::optional<Dictionary> dictionaryWithContentsOfFile(
+        const std::string& path) = 0;
+};
+
+// NSLog.
+class SystemLog {
+  public:
+    SystemLog() = default;
+    SystemLog(const SystemLog&) = delete;
+    SystemLog& operator=(const SystemLog&) = delete;
+    virtual ~SystemLog() = default;
+
+    // Writes one line, already formatted, without a line end.
+    virtual void write(const std::string& line) = 0;
+};
+
+}  // namespace velmoranth::platform

@@ -1,0 +1,179 @@
+// UIKit: images, image contexts, views, layers, the device and its screen.
+#pragma once
+
+#include "platform/core_graphics.h"
+#include "platform/foundation.h"
+#include "platform/objc_runtime.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velmoranth::platform {
+
+// --- Handles
+// ------------------------------------------------------------------------------------------
+
+// UIImage. Never changes.
+class Image : public Object {
+  public:
+    // Points: the bitmap's pixels divided by the scale.
+    [[nodiscard]] virtual Size size() const = 0;
+    // Pixels per point.
+    [[nodiscard]] virtual double scale() const = 0;
+    // The bitmap behind the image (CGImage), nil when it has none.
+    [[nodiscard]] virtual BitmapImageRef bitmap() const = 0;
+    // Whether the image is backed by a CIImage.
+    [[nodiscard]] virtual bool hasCIImage() const = 0;
+};
+
+using ImageRef = std::shared_ptr<Image>;
+
+// Messages to an image that may be nil: the size of nil is 0 × 0, its bitmap is nil.
+[[nodiscard]] Size sizeOf(const ImageRef& image);
+[[nodiscard]] BitmapImageRef bitmapOf(const ImageRef& image);
+
+// CALayer of a view.
+class Layer : public Object {
+  public:
+    // Points; the origin is that of the view's own coordinates.
+    [[nodiscard]] virtual Rect bounds() const = 0;
+    // renderInContext: draws the layer and its sublayers in the layer's own coordinates; its
+    // position is not used. Nil draws nothing.
+    virtual void renderInContext(const GraphicsContextRef& context) = 0;
+};
+
+using LayerRef = std::shared_ptr<Layer>;
+
+class View;
+using ViewRef = std::shared_ptr<View>;
+
+// UIView. A view holds its subviews; a subview does not hold its superview.
+class View : public Object {
+  public:
+    [[nodiscard]] virtual int tag() const = 0;
+    virtual void setTag(int tag) = 0;
+    // Points, in the superview's coordinates.
+    [[nodiscard]] virtual Rect frame() const = 0;
+    virtual void setFrame(const Rect& frame) = 0;
+    // Points, in the view's own coordinates; origin (0, 0).
+    [[nodiscard]] virtual Rect bounds() const = 0;
+    // Back to front.
+    [[nodiscard]] virtual std::vector<ViewRef> subviews() const = 0;
+    // Adds in front of the others; a view that has a superview leaves that one first. Nil does
+    // nothing.
+    virtual void addSubview(const ViewRef& view) = 0;
+    // Leaves the superview; without one does nothing.
+    virtual void removeFromSuperview() = 0;
+    // The receiver or the first of its descendants, depth first and back to front, that has the
+    // tag.
+    [[nodiscard]] virtual ViewRef viewWithTag(int tag) = 0;
+    virtual void setBackgroundColor(const Color& color) = 0;
+    virtual void setClipsToBounds(bool clips) = 0;
+    [[nodiscard]] virtual LayerRef layer() = 0;
+};
+
+// UIImageView: draws its image stretched over its bounds.
+class ImageView : public View {
+  public:
+    [[nodiscard]] virtual ImageRef image() const = 0;
+    // Nil shows nothing. The frame stays.
+    virtual void setImage(const ImageRef& image) = 0;
+};
+
+using ImageViewRef = std::shared_ptr<ImageView>;
+
+// --- Services
+// -----------------------------------------------------------------------------------------
+
+class Images {
+  public:
+    Images() = default;
+    Images(const Images&) = delete;
+    Images& operator=(const Images&) = delete;
+    virtual ~Images() = default;
+
+    // +[UIImage imageWithContentsOfFile:] reads and does not cache; nil when the file is missing or
+    // no image. By content, not by name; a name ending in "@2x" or "@3x" before its extension sets
+    // the scale.
+    [[nodiscard]] virtual ImageRef imageWithContentsOfFile(const std::string& path) = 0;
+    // +[UIImage imageWithCGImage:] scale 1, upward orientation; nil for nil.
+    [[nodiscard]] virtual ImageRef imageWithCGImage(const BitmapImageRef& bitmap) = 0;
+    // -[UIImage drawInRect:] into the current image context, over what is there, stretched to
+    // `rect` (points). A nil image, an empty rectangle and no current context draw nothing.
+    virtual void drawInRect(const ImageRef& image, const Rect& rect) = 0;
+    // UIImagePNGRepresentation: the bitmap's pixels; nil for nil or no bitmap.
+    [[nodiscard]] virtual std::optional<Data> pngRepresentation(const ImageRef& image) = 0;
+    // Sends _applicationIconImageForBundleIdentifier:format:scale: to the class UIImage, as any
+    // caller of the platform does: an installed replacement is what answers.
+    virtual ImageRef applicationIconImageForBundleIdentifierFormatScale(
+        const NullableString& bundleIdentifier, int format, double scale) = 0;
+};
+
+// The stack of image contexts of the calling thread.
+class ImageContexts {
+  public:
+    ImageContexts() = default;
+    ImageContexts(const ImageContexts&) = delete;
+    ImageContexts& operator=(const ImageContexts&) = delete;
+    virtual ~ImageContexts() = default;
+
+    // UIGraphicsBeginImageContextWithOptions: `size` in points; scale 0 is the main screen's. A
+    // size that is not positive makes no context: the following calls draw nowhere and the image is
+    // nil; it is closed by endImageContext all the same.
+    virtual void beginImageContextWithOptions(Size size, bool opaque, double scale) = 0;
+    // UIGraphicsGetCurrentContext; nil when there is none.
+    [[nodiscard]] virtual GraphicsContextRef getCurrentContext() = 0;
+    // UIGraphicsGetImageFromCurrentImageContext: a snapshot at the context's scale; nil when there
+    // is none.
+    [[nodiscard]] virtual ImageRef getImageFromCurrentImageContext() = 0;
+    // UIGraphicsEndImageContext.
+    virtual void endImageContext() = 0;
+};
+
+class Views {
+  public:
+    Views() = default;
+    Views(const Views&) = delete;
+    Views& operator=(const Views&) = delete;
+    virtual ~Views() = default;
+
+    // -[UIImageView init]: empty, frame zero.
+    [[nodiscard]] virtual ImageViewRef imageView() = 0;
+    // -[UIImageView initWithImage:]: at (0, 0), the image's size; zero for nil.
+    [[nodiscard]] virtual ImageViewRef imageViewWithImage(const ImageRef& image) = 0;
+    // -[UIImageView initWithFrame:].
+    [[nodiscard]] virtual ImageViewRef imageViewWithFrame(const Rect& frame) = 0;
+};
+
+// UIUserInterfaceIdiom, with the platform's values.
+inline constexpr int kUserInterfaceIdiomPhone = 0;
+inline constexpr int kUserInterfaceIdiomPad = 1;
+
+// +[UIDevice currentDevice].
+class Device {
+  public:
+    Device() = default;
+    Device(const Device&) = delete;
+    Device& operator=(const Device&) = delete;
+    virtual ~Device() = default;
+
+    // respondsToSelector: for userInterfaceIdiom.
+    [[nodiscard]] virtual bool respondsToUserInterfaceIdiom() = 0;
+    [[nodiscard]] virtual int userInterfaceIdiom() = 0;
+};
+
+// +[UIScreen mainScreen].
+class Screen {
+  public:
+    Screen() = default;
+    Screen(const Screen&) = delete;
+    Screen& operator=(const Screen&) = delete;
+    virtual ~Screen() = default;
+
+    // Pixels per point.
+    [[nodiscard]] virtual double scale() = 0;
+};
+
+}  // namespace velmoranth::platform
