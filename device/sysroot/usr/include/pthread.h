@@ -1,0 +1,77 @@
+// POSIX threads on Darwin: opaque types of its 64-bit sizes, its initialiser signatures, and the
+// operations that the C++ library's headers and the engine name.
+#pragma once
+
+#include <sys/cdefs.h>
+#include <sys/types.h>
+#include <time.h>
+
+typedef struct _opaque_pthread_t* pthread_t;
+typedef unsigned long pthread_key_t;
+
+typedef struct {
+    long sig;
+    char opaque[56];
+} pthread_attr_t;
+
+typedef struct {
+    long sig;
+    char opaque[56];
+} pthread_mutex_t;
+
+typedef struct {
+    long sig;
+    char opaque[8];
+} pthread_mutexattr_t;
+
+typedef struct {
+    long sig;
+    char opaque[40];
+} pthread_cond_t;
+
+typedef struct {
+    long sig;
+    char opaque[8];
+} pthread_condattr_t;
+
+typedef struct {
+    long sig;
+    char opaque[8];
+} pthread_once_t;
+
+typedef struct {
+    long sig;
+    char opaque[192];
+} pthread_rwlock_t;
+
+#define PTHREAD_MUTEX_INITIALIZER {0x32AAABA7, {0}}
+#define PTHREAD_COND_INITIALIZER {0x3CB0B1BB, {0}}
+#define PTHREAD_ONCE_INIT {0x30B1BCBA, {0}}
+#define PTHREAD_RWLOCK_INITIALIZER {0x2DA8B3B4, {0}}
+#define PTHREAD_MUTEX_RECURSIVE 2
+
+__BEGIN_DECLS
+pthread_t pthread_self(void);
+int pthread_equal(pthread_t, pthread_t);
+int pthread_create(pthread_t*, const pthread_attr_t*, void* (*)(void*), void*);
+int pthread_join(pthread_t, void**);
+int pthread_detach(pthread_t);
+int pthread_main_np(void);
+int pthread_once(pthread_once_t*, void (*)(void));
+int pthread_key_create(pthread_key_t*, void (*)(void*));
+void* pthread_getspecific(pthread_key_t);
+int pthread_setspecific(pthread_key_t, const void*);
+int pthread_mutex_init(pthread_mutex_t*, const pthread_mutexattr_t*);
+int pthread_mutex_destroy(pthread_mutex_t*);
+int pthread_mutex_lock(pthread_mutex_t*);
+int pthread_mutex_trylock(pthread_mutex_t*);
+int pthread_mutex_unlock(pthread_mutex_t*);
+int pthread_mutexattr_init(pthread_mutexattr_t*);
+int pthread_mutexattr_settype(pthread_mutexattr_t*, int);
+int pthread_mutexattr_destroy(pthread_mutexattr_t*);
+int pthread_cond_signal(pthread_cond_t*);
+int pthread_cond_broadcast(pthread_cond_t*);
+int pthread_cond_wait(pthread_cond_t*, pthread_mutex_t*);
+int pthread_cond_timedwait(pthread_cond_t*, pthread_mutex_t*, const struct timespec*);
+int pthread_cond_destroy(pthread_cond_t*);
+__END_DECLS
