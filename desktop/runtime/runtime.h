@@ -1,6 +1,10 @@
 // The object runtime of a simulated process: classes, metaclasses and typed methods by name, and
 // method hooking with the loader's contract. Every message of the simulator goes through send(), so
 // a replaced method takes effect exactly as on the phone.
+//
+// Messages may be sent from any thread, also while methods are added or replaced: a message takes a
+// copy of the implementation it reaches and runs it with nothing locked, so a method may replace
+// itself and a call in progress finishes in the implementation that it began in.
 #pragma once
 
 #include "platform/objc_runtime.h"
@@ -8,7 +12,6 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <typeinfo>
 #include <utility>
@@ -44,26 +47,22 @@ class Runtime final : public platform::ObjcRuntime, public platform::Substrate {
                          platform::makeImplementation(std::move(function)));
     }
 
-    // Sends a message to an object: its class is the one named by className(). Argument types must
+    // Sends a message to an object: its class is the one named by className(), a class object's is
+    // its metaclass. The first message to a class runs its +initialize. Argument types must
     // be the method's own exactly. A selector that the class does not answer, or types that do not
     // fit, are refused: one warning line that names receiver, selector and both signatures, and a
     // zero result.
     template <class R, class... Args>
     R send(platform::Object& receiver, const platform::Selector& selector, Args... args) {
-        return call<R, Args...>(methodOf(getClass(receiver.className()), selector), receiver,
-                                selector, std::move(args)...);
+        return call<R, Args...>(methodForMessage(receiver, selector), receiver, selector,
+                                std::move(args)...);
     }
 
     // Sends a message to the class itself. A class that the process does not have answers zero.
     template <class R, class... Args>
     R sendToClass(const std::string& className, const platform::Selector& selector, Args... args) {
         const platform::ClassRef cls = getClass(className);
-        if (cls == nullptr) {
-            return R();
-        }
-        initializeClass(cls);
-        return call<R, Args...>(methodOf(getMetaclass(cls), selector), *cls, selector,
-                                std::move(args)...);
+        return cls == nullptr ? R() : send<R, Args...>(*cls, selector, std::move(args)...);
     }
 
     // The implementation that a message would reach, superclasses searched; nothing when there is
@@ -76,7 +75,9 @@ class Runtime final : public platform::ObjcRuntime, public platform::Substrate {
     // Whether `cls` is `ancestor` or derives from it.
     [[nodiscard]] bool isKindOf(const platform::ClassRef& cls, const std::string& ancestor) const;
 
-    // ObjcRuntime
+    // ObjcRuntime. A class whose superclass is "NSObject" brings that root along when the process
+    // has none yet; a superclass of another name must be known. +load and +initialize become class
+    // methods "load" and "initialize" of the class.
     void registerClass(const platform::ClassDefinition& definition) override;
     [[nodiscard]] platform::ClassRef getClass(const std::string& name) override;
     [[nodiscard]] platform::ClassRef getMetaclass(const platform::ClassRef& cls) override;
@@ -85,7 +86,10 @@ class Runtime final : public platform::ObjcRuntime, public platform::Substrate {
                    const platform::Implementation& implementation,
                    const std::string& typeEncoding) override;
     // Substrate. A missing selector is warned of as "MS:Warning: message not found [Class
-    // selector]".
+    // selector]". For an inherited method the override is added to `cls` alone, and `*original`
+    // calls what the parent answers at the time of the call. A nil class, no replacement, and a
+    // replacement of another signature than the method's are warned of and change nothing. No
+    // message is sent, so +initialize does not run. `original` may be null.
     void hookMessageEx(const platform::ClassRef& cls, const platform::Selector& selector,
                        const platform::Implementation& replacement,
                        platform::Implementation* original) override;
@@ -93,8 +97,10 @@ class Runtime final : public platform::ObjcRuntime, public platform::Substrate {
   private:
     bool setMethod(const platform::ClassRef& cls, const platform::Selector& selector,
                    const platform::Implementation& implementation);
-    // Runs +initialize of the class and its superclasses, superclass first, once each.
-    void initializeClass(const platform::ClassRef& cls);
+    // What a message to the object reaches, after +initialize of its class and its superclasses,
+    // superclass first, once each.
+    platform::Implementation methodForMessage(platform::Object& receiver,
+                                              const platform::Selector& selector);
     void refuse(const platform::Object& receiver, const platform::Selector& selector,
                 const platform::Implementation& found, const std::type_info& sent) const;
 

@@ -49,6 +49,7 @@ class Implementation {
     template <class R, class... Args>
     explicit Implementation(std::function<R(Object&, Args...)> function)
         : signature_(&typeid(R(Object&, Args...))),
+          forward_(&forwardTo<R, Args...>),
           function_(std::make_shared<std::function<R(Object&, Args...)>>(std::move(function))) {}
 
     // The function when this holds one of exactly this signature, otherwise null. Owned by this
@@ -66,18 +67,37 @@ class Implementation {
     // The signature's type; null when this holds nothing.
     [[nodiscard]] const std::type_info* signature() const { return signature_; }
 
+    // An implementation of this one's signature that asks `current` at every call and calls what it
+    // gets; zero when that does not fit. Nothing when this holds nothing.
+    [[nodiscard]] Implementation forwarding(std::function<Implementation()> current) const {
+        return forward_ == nullptr ? Implementation() : forward_(std::move(current));
+    }
+
     // Whether both hold the very same function.
     friend bool operator==(const Implementation& a, const Implementation& b) {
         return a.function_ == b.function_;
     }
 
   private:
+    using Forward = Implementation (*)(std::function<Implementation()> current);
+
+    template <class R, class... Args>
+    static Implementation forwardTo(std::function<Implementation()> current) {
+        return Implementation(std::function<R(Object&, Args...)>(
+            [current = std::move(current)](Object& receiver, Args... args) -> R {
+                const Implementation target = current();
+                const auto* const function = target.as<R(Object&, Args...)>();
+                return function == nullptr ? R() : (*function)(receiver, std::move(args)...);
+            }));
+    }
+
     const std::type_info* signature_ = nullptr;
+    Forward forward_ = nullptr;
     std::shared_ptr<const void> function_;
 };
 
 // Logs that a message reached an object whose C++ type does not fit the method's receiver.
-void logRefusedReceiver(const Object& receiver, const std::type_info& wanted);
+[[gnu::visibility("default")]] void logRefusedReceiver(const Object& receiver, const std::type_info& wanted);
 
 // An implementation for receivers of the C++ type `Receiver`. A receiver of another type is
 // refused: one log line, and the result type's zero value.
