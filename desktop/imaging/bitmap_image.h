@@ -1,0 +1,71 @@
+// A bitmap image on Linux: layout and samples as they are stored, and beside them, made on first
+// drawing and kept, the same picture as premultiplied B, G, R, A.
+#pragma once
+
+#include "desktop/image_io/image_io.h"
+#include "desktop/imaging/pixels.h"
+#include "platform/core_graphics.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace velmoranth::desktop {
+
+enum class Interpolation { none, smooth };
+
+class DesktopBitmapImage final : public platform::BitmapImage {
+    struct Key {};
+
+  public:
+    // A picture. Nil when the layout is impossible, a row is shorter than its pixels, the samples
+    // are nil or too short, or the drawn form would be larger than a bitmap may be.
+    [[nodiscard]] static std::shared_ptr<DesktopBitmapImage> create(DecodedImage image);
+    // A picture whose samples are premultiplied B, G, R, A already (with `opaque`, A is 255
+    // everywhere and the image has no alpha). Nil as above.
+    [[nodiscard]] static std::shared_ptr<DesktopBitmapImage> createPremultiplied(
+        platform::DataProviderRef samples, PixelSize size, std::size_t bytesPerRow,
+        bool opaque = false);
+    // An image mask with its raw parameters. Nil as CoreGraphics::imageMaskCreate says.
+    [[nodiscard]] static std::shared_ptr<DesktopBitmapImage> createMask(
+        const platform::BitmapLayout& layout, platform::DataProviderRef samples,
+        Interpolation interpolation);
+    // The image itself, or one that shares the samples of another kind of bitmap image. Nil for
+    // nil.
+    [[nodiscard]] static std::shared_ptr<const DesktopBitmapImage> of(
+        const platform::BitmapImageRef& image);
+
+    DesktopBitmapImage(Key key, DecodedImage image, bool mask, bool premultiplied,
+                       Interpolation interpolation);
+
+    [[nodiscard]] std::string className() const override { return "__NSCFType"; }
+
+    [[nodiscard]] std::string description() const override;
+
+    [[nodiscard]] const platform::BitmapLayout& layout() const override { return image_.layout; }
+
+    [[nodiscard]] platform::DataProviderRef dataProvider() const override { return image_.samples; }
+
+    [[nodiscard]] bool isMask() const override { return mask_; }
+
+    [[nodiscard]] Interpolation interpolation() const { return interpolation_; }
+
+    [[nodiscard]] PixelSize size() const { return {image_.layout.width, image_.layout.height}; }
+
+    // The drawn form; valid as long as the image. A mask is drawn as black with alpha 1 - S. Empty
+    // when the samples cannot be drawn. Safe to call from several threads.
+    [[nodiscard]] PixelView pixels() const;
+
+  private:
+    DecodedImage image_;
+    bool mask_;
+    bool premultiplied_;
+    Interpolation interpolation_;
+    mutable std::once_flag converted_;
+    mutable std::vector<std::uint8_t> pixels_;
+};
+
+}  // namespace velmoranth::desktop

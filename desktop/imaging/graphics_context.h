@@ -1,0 +1,158 @@
+// A bitmap to draw into: what the platform's interface asks for, and what views and stock pictures
+// need beyond it (fills, images, clips, transparency layers). Memory is premultiplied B, G, R, A;
+// a gray context gives its pictures as gray. A snapshot shares the memory: the next drawing copies.
+#pragma once
+
+#include "desktop/imaging/bitmap_image.h"
+#include "desktop/imaging/pixels.h"
+#include "platform/core_graphics.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace velmoranth::desktop {
+
+// From user space to pixels, top row first: x' = scaleX × x + offsetX, y alike. scaleY is negative
+// when y goes upwards.
+struct UserTransform {
+    double scaleX = 1;
+    double scaleY = 1;
+    double offsetX = 0;
+    double offsetY = 0;
+};
+
+// Pixels [left, right) × [top, bottom).
+struct PixelRect {
+    std::int64_t left = 0;
+    std::int64_t top = 0;
+    std::int64_t right = 0;
+    std::int64_t bottom = 0;
+
+    [[nodiscard]] bool empty() const { return left >= right || top >= bottom; }
+
+    friend bool operator==(const PixelRect&, const PixelRect&) = default;
+};
+
+// A shadow of what is drawn. Points, y downwards in a UIKit context.
+struct Shadow {
+    double opacity = 0;
+    double radius = 3;  // the standard deviation of the blur
+    platform::Point offset{0, -3};
+    platform::Color color{0, 0, 0, 1};
+};
+
+class DesktopGraphicsContext final : public platform::GraphicsContext {
+    struct Key {};
+
+  public:
+    enum class Origin { topLeft, bottomLeft };
+    // premultiplied: starts transparent. opaque: starts black, has no alpha. gray: starts black.
+    enum class Content { premultiplied, opaque, gray };
+
+    struct Configuration {
+        PixelSize size;
+        double scale = 1;  // pixels per point
+        Origin origin = Origin::topLeft;
+        Content content = Content::premultiplied;
+        std::size_t bytesPerRow = 0;  // of the snapshots; 0 is tight
+    };
+
+    // Nil when the size is 0 or over what a bitmap may need, or the scale is not positive.
+    [[nodiscard]] static std::shared_ptr<DesktopGraphicsContext> create(
+        const Configuration& configuration);
+
+    DesktopGraphicsContext(Key key, const Configuration& configuration);
+
+    [[nodiscard]] std::string className() const override { return "__NSCFType"; }
+
+    void translateCTM(double x, double y) override;
+    void drawLinearGradient(const platform::GradientRef& gradient, platform::Point start,
+                            platform::Point end, std::uint32_t options) override;
+    [[nodiscard]] platform::BitmapImageRef createImage() override;
+
+    [[nodiscard]] PixelSize size() const { return configuration_.size; }
+
+    [[nodiscard]] double scale() const { return configuration_.scale; }
+
+    [[nodiscard]] const UserTransform& transform() const { return state_.transform; }
+
+    // The transform and the clip. restoreState without a saved one does nothing.
+    void saveState();
+    void restoreState();
+
+    // Everything drawn until the matching end is drawn at once: times `opacity`, with the shadow of
+    // its alpha behind it. They nest; clip and transform are as before after the end. A layer that
+    // does not fit in memory is left out: its content is drawn directly.
+    void beginTransparencyLayer(double opacity, const Shadow& shadow = {});
+    void endTransparencyLayer();
+
+    // Narrows the clip. Points; the radius rounds the corners. Edges between pixels are smooth.
+    void clipToRect(const platform::Rect& rect, double cornerRadius = 0);
+
+    // Source-over. Points. Empty and not finite rectangles draw nothing.
+    void fillRect(const platform::Rect& rect, const platform::Color& color,
+                  double cornerRadius = 0);
+    // The image stretched over `rect`, its top at the rectangle's smaller y. Bytes are copied when
+    // pixels meet pixels; shrinking averages areas, enlarging is bicubic.
+    void drawImage(const platform::BitmapImageRef& image, const platform::Rect& rect,
+                   double opacity = 1);
+    void drawPixels(const PixelView& source, const platform::Rect& rect, double opacity = 1);
+
+    // What has been drawn. Valid until the next call that draws, or ends the context.
+    [[nodiscard]] PixelView pixels();
+    // For drawing code that fills the memory itself; clip and transform do not apply.
+    [[nodiscard]] MutablePixels mutablePixels();
+
+  private:
+    // Coverage of the pixels of a clip, tight rows; null means all of it.
+    using ClipMask = std::shared_ptr<const std::vector<std::uint8_t>>;
+
+    struct State {
+        UserTransform transform;
+        PixelRect clip;
+        ClipMask clipMask;
+    };
+
+    // A transparency layer that is open: what was there before it.
+    struct Layer {
+        bool separate = false;
+        std::shared_ptr<platform::Data> memory;
+        bool shared = false;
+        double opacity = 1;
+        Shadow shadow;
+        std::size_t savedStates = 0;
+        State state;
+    };
+
+    struct DeviceRect {
+        double left = 0;
+        double top = 0;
+        double right = 0;
+        double bottom = 0;
+        bool flippedX = false;
+        bool flippedY = false;
+    };
+
+    [[nodiscard]] bool toDevice(const platform::Rect& rect, DeviceRect& device) const;
+    [[nodiscard]] PixelRect visible(const DeviceRect& device) const;
+    [[nodiscard]] const std::uint8_t* clipRow(std::int64_t x, std::int64_t y) const;
+    // Makes the memory ours alone, zeroed or black when there was none.
+    void makeWritable();
+    void blit(const PixelView& source, const DeviceRect& device, std::uint8_t opacity);
+    void resample(const PixelView& source, const DeviceRect& device, std::uint8_t opacity);
+    void castShadow(const PixelView& content, const Shadow& shadow);
+
+    Configuration configuration_;
+    std::size_t memoryBytesPerRow_;
+    // Null until the first drawing; a picture that covers everything is then copied once.
+    std::shared_ptr<platform::Data> memory_;
+    bool shared_ = false;
+    State state_;
+    std::vector<State> saved_;
+    std::vector<Layer> layers_;
+};
+
+}  // namespace velmoranth::desktop

@@ -1,0 +1,79 @@
+// UIView, UIImageView and UILabel on Linux, the service that makes image views, and a whole tree as
+// a picture.
+#pragma once
+
+#include "desktop/imaging/bitmap_image.h"
+#include "desktop/text/text.h"
+#include "desktop/views/view_node.h"
+#include "platform/uikit.h"
+
+#include <memory>
+#include <string>
+
+namespace velmoranth::desktop {
+
+class DesktopView : public ViewImplementation<platform::View> {
+  public:
+    DesktopView() = default;
+
+    explicit DesktopView(const platform::Rect& frame) { setNodeFrame(frame); }
+
+    [[nodiscard]] std::string className() const override { return "UIView"; }
+};
+
+class DesktopImageView : public ViewImplementation<platform::ImageView> {
+  public:
+    DesktopImageView() = default;
+
+    explicit DesktopImageView(const platform::Rect& frame) { setNodeFrame(frame); }
+
+    explicit DesktopImageView(const platform::ImageRef& image);
+
+    [[nodiscard]] std::string className() const override { return "UIImageView"; }
+
+    [[nodiscard]] platform::ImageRef image() const override { return contents(); }
+
+    void setImage(const platform::ImageRef& image) override { setContents(image); }
+};
+
+// One line of text, centred vertically in its bounds, ending in "…" when it does not fit.
+class DesktopLabel : public ViewImplementation<platform::View> {
+  public:
+    DesktopLabel() = default;
+
+    DesktopLabel(std::string text, TextStyle style)
+        : text_(std::move(text)), style_(std::move(style)) {}
+
+    [[nodiscard]] std::string className() const override { return "UILabel"; }
+
+    [[nodiscard]] const std::string& text() const { return text_; }
+
+    void setText(std::string text) { text_ = std::move(text); }
+
+    [[nodiscard]] const TextStyle& style() const { return style_; }
+
+    void setStyle(TextStyle style) { style_ = std::move(style); }
+
+  protected:
+    void drawContent(DesktopGraphicsContext& context, double opacity) override;
+
+  private:
+    std::string text_;
+    TextStyle style_;
+};
+
+class DesktopViews final : public platform::Views {
+  public:
+    [[nodiscard]] platform::ImageViewRef imageView() override;
+    [[nodiscard]] platform::ImageViewRef imageViewWithImage(
+        const platform::ImageRef& image) override;
+    [[nodiscard]] platform::ImageViewRef imageViewWithFrame(const platform::Rect& frame) override;
+};
+
+// The tree as the screen shows it, from the view's own origin, at `scale` pixels per point; what
+// the view does not cover is transparent. Nil when the view is nil or of another make, or the size
+// is over what a bitmap may need.
+[[nodiscard]] std::shared_ptr<DesktopBitmapImage> renderTree(const platform::ViewRef& view,
+                                                             PixelSize size, double scale);
+
+}  // namespace velmoranth::desktop
