@@ -1,0 +1,286 @@
+#include "simulator/artwork/pen.h"
+
+#include <cairo.h>
+
+#include <cmath>
+#include <cstddef>
+#include <initializer_list>
+#include <numbers>
+#include <utility>
+
+namespace velmoranth::simulator {
+namespace {
+
+constexpr double kRadiansPerDegree = std::numbers::pi / 180;
+
+double component(std::uint32_t rgb, int shift) {
+    return ((rgb >> shift) & 0xFF) / 255.0;
+}
+
+// Reads the numbers of a path; blanks and commas part them.
+class NumberReader {
+  public:
+    explicit NumberReader(std::string_view text) : text_(text) {}
+
+    char command() {
+        skipBlanks();
+        return position_ < text_.size() ? text_[position_++] : '\0';
+    }
+
+    double number() {
+        skipBlanks();
+        double sign = 1;
+        if (peek() == '-') {
+            sign = -1;
+            ++position_;
+        }
+        double value = 0;
+        while (isDigit()) {
+            value = value * 10 + (text_[position_++] - '0');
+        }
+        if (peek() == '.') {
+            ++position_;
+            for (double unit = 0.1; isDigit(); unit /= 10) {
+                value += unit * (text_[position_++] - '0');
+            }
+        }
+        return sign * value;
+    }
+
+    bool atNumber() {
+        skipBlanks();
+        return isDigit() || peek() == '-' || peek() == '.';
+    }
+
+  private:
+    char peek() const { return position_ < text_.size() ? text_[position_] : '\0'; }
+
+    bool isDigit() const { return peek() >= '0' && peek() <= '9'; }
+
+    void skipBlanks() {
+        while (peek() == ' ' || peek() == ',') {
+            ++position_;
+        }
+    }
+
+    std::string_view text_;
+    std::size_t position_ = 0;
+};
+
+}  // namespace
+
+Pen::Pen(std::vector<std::uint8_t>& bgra, int pixels) {
+    // ARGB32 is a native 32-bit word, which lies in memory as B, G, R, A on the machines that we
+    // run on.
+    cairo_surface_t* surface = cairo_image_surface_create_for_data(bgra.data(), CAIRO_FORMAT_ARGB32,
+                                                                   pixels, pixels, pixels * 4);
+    context_ = cairo_create(surface);
+    cairo_surface_destroy(surface);
+    cairo_scale(context_, pixels / 100.0, pixels / 100.0);
+    cairo_set_line_cap(context_, CAIRO_LINE_CAP_ROUND);
+    cairo_set_line_join(context_, CAIRO_LINE_JOIN_ROUND);
+    cairo_set_antialias(context_, CAIRO_ANTIALIAS_BEST);
+    cairo_set_tolerance(context_, 0.05);
+}
+
+Pen::~Pen() {
+    cairo_surface_flush(cairo_get_target(context_));
+    cairo_destroy(context_);
+}
+
+Pen& Pen::path(std::string_view commands) {
+    NumberReader reader(commands);
+    double x = 0;
+    double y = 0;
+    char command = '\0';
+    while (true) {
+        if (!reader.atNumber()) {
+            command = reader.command();
+        }
+        switch (command) {
+            case 'M':
+                x = reader.number();
+                y = reader.number();
+                cairo_move_to(context_, x, y);
+                command = 'L';
+                break;
+            case 'L':
+                x = reader.number();
+                y = reader.number();
+                cairo_line_to(context_, x, y);
+                break;
+            case 'H':
+                x = reader.number();
+                cairo_line_to(context_, x, y);
+                break;
+            case 'V':
+                y = reader.number();
+                cairo_line_to(context_, x, y);
+                break;
+            case 'Q': {
+                const double controlX = reader.number();
+                const double controlY = reader.number();
+                const double endX = reader.number();
+                const double endY = reader.number();
+                cairo_curve_to(context_, x + (controlX - x) * 2 / 3, y + (controlY - y) * 2 / 3,
+                               endX + (controlX - endX) * 2 / 3, endY + (controlY - endY) * 2 / 3,
+                               endX, endY);
+                x = endX;
+                y = endY;
+                break;
+            }
+            case 'C': {
+                const double x1 = reader.number();
+                const double y1 = reader.number();
+                const double x2 = reader.number();
+                const double y2 = reader.number();
+                x = reader.number();
+                y = reader.number();
+                cairo_curve_to(context_, x1, y1, x2, y2, x, y);
+                break;
+            }
+            case 'Z':
+                cairo_close_path(context_);
+                break;
+            default:
+                return *this;
+        }
+        if (command == 'Z' && reader.atNumber()) {
+            return *this;
+        }
+    }
+}
+
+Pen& Pen::circle(double x, double y, double radius) {
+    return ellipse(x, y, radius, radius);
+}
+
+Pen& Pen::ellipse(double x, double y, double radiusX, double radiusY) {
+    cairo_save(context_);
+    cairo_translate(context_, x, y);
+    cairo_scale(context_, radiusX, radiusY);
+    cairo_new_sub_path(context_);
+    cairo_arc(context_, 0, 0, 1, 0, 2 * std::numbers::pi);
+    cairo_close_path(context_);
+    cairo_restore(context_);
+    return *this;
+}
+
+Pen& Pen::arc(double x, double y, double radius, double fromDegrees, double toDegrees) {
+    cairo_arc(context_, x, y, radius, fromDegrees * kRadiansPerDegree,
+              toDegrees * kRadiansPerDegree);
+    return *this;
+}
+
+Pen& Pen::roundRect(double x, double y, double width, double height, double radius) {
+    cairo_new_sub_path(context_);
+    arc(x + width - radius, y + radius, radius, -90, 0);
+    arc(x + width - radius, y + height - radius, radius, 0, 90);
+    arc(x + radius, y + height - radius, radius, 90, 180);
+    arc(x + radius, y + radius, radius, 180, 270);
+    cairo_close_path(context_);
+    return *this;
+}
+
+Pen& Pen::line(double x1, double y1, double x2, double y2) {
+    cairo_move_to(context_, x1, y1);
+    cairo_line_to(context_, x2, y2);
+    return *this;
+}
+
+Pen& Pen::star(double x, double y, int points, double radius, double innerRadius) {
+    const int corners = innerRadius > 0 ? points * 2 : points;
+    cairo_new_sub_path(context_);
+    for (int corner = 0; corner < corners; ++corner) {
+        const double reach = innerRadius > 0 && corner % 2 == 1 ? innerRadius : radius;
+        const double angle = (360.0 * corner / corners - 90) * kRadiansPerDegree;
+        cairo_line_to(context_, x + reach * std::cos(angle), y + reach * std::sin(angle));
+    }
+    cairo_close_path(context_);
+    return *this;
+}
+
+void Pen::useInk(Ink ink) {
+    cairo_set_source_rgba(context_, component(ink.rgb, 16), component(ink.rgb, 8),
+                          component(ink.rgb, 0), ink.opacity);
+}
+
+void Pen::fill(Ink ink) {
+    useInk(ink);
+    cairo_fill(context_);
+}
+
+void Pen::fillEvenOdd(Ink ink) {
+    cairo_set_fill_rule(context_, CAIRO_FILL_RULE_EVEN_ODD);
+    fill(ink);
+    cairo_set_fill_rule(context_, CAIRO_FILL_RULE_WINDING);
+}
+
+void Pen::stroke(Ink ink, double width) {
+    useInk(ink);
+    cairo_set_line_width(context_, width);
+    cairo_stroke(context_);
+}
+
+void Pen::fillRounded(Ink ink, double width) {
+    useInk(ink);
+    cairo_fill_preserve(context_);
+    cairo_set_line_width(context_, width);
+    cairo_stroke(context_);
+}
+
+Pen& Pen::clip() {
+    cairo_clip(context_);
+    return *this;
+}
+
+void Pen::fillGradient(Ink top, Ink bottom, double fromY, double toY) {
+    cairo_pattern_t* gradient = cairo_pattern_create_linear(0, fromY, 0, toY);
+    for (const auto& [offset, ink] : {std::pair{0.0, top}, std::pair{1.0, bottom}}) {
+        cairo_pattern_add_color_stop_rgba(gradient, offset, component(ink.rgb, 16),
+                                          component(ink.rgb, 8), component(ink.rgb, 0),
+                                          ink.opacity);
+    }
+    cairo_set_source(context_, gradient);
+    cairo_fill(context_);
+    cairo_pattern_destroy(gradient);
+}
+
+void Pen::glow(double x, double y, double radius, Ink centre) {
+    cairo_pattern_t* gradient = cairo_pattern_create_radial(x, y, 0, x, y, radius);
+    for (const auto& [offset, share] :
+         {std::pair{0.0, 1.0}, std::pair{0.5, 0.4}, std::pair{1.0, 0.0}}) {
+        cairo_pattern_add_color_stop_rgba(gradient, offset, component(centre.rgb, 16),
+                                          component(centre.rgb, 8), component(centre.rgb, 0),
+                                          centre.opacity * share);
+    }
+    cairo_set_source(context_, gradient);
+    cairo_paint(context_);
+    cairo_pattern_destroy(gradient);
+}
+
+void Pen::save() {
+    cairo_save(context_);
+}
+
+void Pen::restore() {
+    cairo_restore(context_);
+}
+
+void Pen::turn(double degrees, double aboutX, double aboutY) {
+    cairo_translate(context_, aboutX, aboutY);
+    cairo_rotate(context_, degrees * kRadiansPerDegree);
+    cairo_translate(context_, -aboutX, -aboutY);
+}
+
+void Pen::shift(double x, double y) {
+    cairo_translate(context_, x, y);
+}
+
+void Pen::grow(double factor, double aboutX, double aboutY) {
+    cairo_translate(context_, aboutX, aboutY);
+    cairo_scale(context_, factor, factor);
+    cairo_translate(context_, -aboutX, -aboutY);
+}
+
+}  // namespace velmoranth::simulator

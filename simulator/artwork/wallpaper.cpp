@@ -1,0 +1,159 @@
+// The wallpaper: dusk over water, in broad soft bands. It stays below the brightness at which white
+// labels need a dark shadow, and has nothing small in it, so that icons and labels are what the eye
+// finds.
+//
+// Drawn pixel by pixel, not by cairo: a gradient this long shows bands in 8 bits, so each pixel is
+// dithered.
+#include "simulator/artwork/artwork.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+
+namespace velmoranth::simulator {
+namespace {
+
+struct Colour {
+    float red, green, blue;
+};
+
+struct Stop {
+    float position;
+    Colour colour;
+};
+
+constexpr Colour mix(Colour a, Colour b, float share) {
+    return {a.red + (b.red - a.red) * share, a.green + (b.green - a.green) * share,
+            a.blue + (b.blue - a.blue) * share};
+}
+
+constexpr std::array kSky{
+    Stop{0.00F, {37, 52, 92}},    Stop{0.30F, {66, 84, 132}},   Stop{0.52F, {122, 106, 146}},
+    Stop{0.66F, {176, 124, 138}}, Stop{0.78F, {198, 146, 132}}, Stop{1.00F, {150, 110, 124}},
+};
+
+// A hill line: height of its edge as a share of the picture, two waves, its tint and how much of it
+// covers.
+struct Hill {
+    float base;
+    float firstHeight, firstLength, firstStart;
+    float secondHeight, secondLength, secondStart;
+    Colour tint;
+    float cover;
+};
+
+constexpr std::array kHills{
+    Hill{0.60F, 0.040F, 1.10F, 0.10F, 0.012F, 0.43F, 0.30F, {112, 96, 142}, 0.55F},
+    Hill{0.70F, 0.045F, 1.30F, 0.62F, 0.014F, 0.51F, 0.05F, {84, 80, 128}, 0.70F},
+    Hill{0.80F, 0.050F, 1.60F, 0.25F, 0.012F, 0.60F, 0.55F, {56, 62, 108}, 0.80F},
+    Hill{0.905F, 0.045F, 1.40F, 0.85F, 0.010F, 0.47F, 0.20F, {34, 44, 84}, 0.88F},
+};
+
+Colour skyAt(float y) {
+    for (std::size_t i = 1; i < kSky.size(); ++i) {
+        if (y <= kSky[i].position) {
+            const float span = kSky[i].position - kSky[i - 1].position;
+            const float t = (y - kSky[i - 1].position) / span;
+            return mix(kSky[i - 1].colour, kSky[i].colour, t * t * (3 - 2 * t));
+        }
+    }
+    return kSky.back().colour;
+}
+
+float wave(float x, float length, float start) {
+    return std::sin((x / length + start) * 6.2831853F);
+}
+
+float edgeOf(const Hill& hill, float x) {
+    return hill.base + hill.firstHeight * wave(x, hill.firstLength, hill.firstStart) +
+           hill.secondHeight * wave(x, hill.secondLength, hill.secondStart);
+}
+
+// An ordered pattern of 8 by 8 thresholds in 0..1, each value once.
+float threshold(int x, int y) {
+    unsigned value = 0;
+    const auto across = static_cast<unsigned>(x);
+    const auto down = static_cast<unsigned>(y);
+    for (unsigned bit = 0; bit < 3; ++bit) {
+        const unsigned a = (across >> bit) & 1U;
+        const unsigned b = (down >> bit) & 1U;
+        value |= ((a ^ b) << (5 - 2 * bit)) | (b << (4 - 2 * bit));
+    }
+    return (static_cast<float>(value) + 0.5F) / 64.0F;
+}
+
+std::array<float, 64> thresholdTable() {
+    std::array<float, 64> table{};
+    for (int y = 0; y < 8; ++y) {
+        for (int x = 0; x < 8; ++x) {
+            table[static_cast<std::size_t>(y * 8 + x)] = threshold(x, y);
+        }
+    }
+    return table;
+}
+
+}  // namespace
+
+std::vector<std::uint8_t> drawWallpaper(int widthPixels, int heightPixels) {
+    if (widthPixels <= 0 || heightPixels <= 0 || widthPixels > kMaximumWallpaperPixels ||
+        heightPixels > kMaximumWallpaperPixels) {
+        return {};
+    }
+    const auto width = static_cast<std::size_t>(widthPixels);
+    const auto height = static_cast<std::size_t>(heightPixels);
+    const auto tall = static_cast<float>(heightPixels);
+    // Horizontal distances are in shares of the height, so that the hills keep their slope on every
+    // screen.
+    std::array<std::vector<float>, kHills.size()> edges;
+    std::vector<float> moonDistance(width);
+    for (std::size_t hill = 0; hill < kHills.size(); ++hill) {
+        edges[hill].resize(width);
+        for (std::size_t x = 0; x < width; ++x) {
+            edges[hill][x] = edgeOf(kHills[hill], static_cast<float>(x) / tall) * tall;
+        }
+    }
+    constexpr Colour kMoonlight{236, 190, 176};
+    constexpr float kMoonY = 0.56F;
+    constexpr float kMoonReach = 0.42F;
+    const float moonX = static_cast<float>(widthPixels) / tall * 0.66F;
+    for (std::size_t x = 0; x < width; ++x) {
+        const float away = static_cast<float>(x) / tall - moonX;
+        moonDistance[x] = away * away;
+    }
+    const std::array<float, 64> thresholds = thresholdTable();
+    std::vector<std::uint8_t> bgra(width * height * 4);
+    for (std::size_t y = 0; y < height; ++y) {
+        const float row = static_cast<float>(y);
+        const float share = (row + 0.5F) / tall;
+        const Colour sky = skyAt(share);
+        const float moonDown = (share - kMoonY) * (share - kMoonY);
+        std::uint8_t* out = &bgra[y * width * 4];
+        for (std::size_t x = 0; x < width; ++x) {
+            const float distance =
+                std::min(1.0F, (moonDistance[x] + moonDown) / (kMoonReach * kMoonReach));
+            const float light = (1 - distance) * (1 - distance) * 0.38F;
+            Colour colour = mix(sky, kMoonlight, light);
+            for (std::size_t hill = 0; hill < kHills.size(); ++hill) {
+                // One pixel of the edge is shared, which is antialiasing enough for a slope this
+                // shallow.
+                const float inside = std::clamp(row + 1 - edges[hill][x], 0.0F, 1.0F);
+                if (inside > 0) {
+                    // Mist: a hill is thinnest at its foot.
+                    const float depth = std::min(1.0F, (row - edges[hill][x]) / (tall * 0.16F));
+                    const float cover = kHills[hill].cover * (1 - 0.45F * std::max(0.0F, depth));
+                    colour = mix(colour, kHills[hill].tint, inside * cover);
+                }
+            }
+            const float lift = thresholds[(y % 8) * 8 + x % 8];
+            out[0] = static_cast<std::uint8_t>(colour.blue + lift);
+            out[1] = static_cast<std::uint8_t>(colour.green + lift);
+            out[2] = static_cast<std::uint8_t>(colour.red + lift);
+            out[3] = 255;
+            out += 4;
+        }
+    }
+    return bgra;
+}
+
+}  // namespace velmoranth::simulator
