@@ -1,0 +1,233 @@
+#!/usr/bin/env python3
+"""Checks what no compiler does: who includes whom, what the engine may not use, file sizes, and that
+tables and documents agree. Prints a line a check, and below a failed one what is wrong. Exit code 1
+when one failed."""
+
+import pathlib
+import re
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+MAX_LINES = 500
+CODE_SUFFIXES = {".h", ".cpp", ".mm"}
+TEXT_SUFFIXES = CODE_SUFFIXES | {".py", ".md", ".txt", ".json", ".cmake", ".sh", ""}
+TOP_FOLDERS = ["src", "desktop", "simulator", "cli", "device", "tests", "benchmarks", "fuzz",
+               "scripts", "docs", "cmake", "examples", "layout", ".ci"]
+
+# Who may include whom. The longest prefix that fits a file is its layer; a layer may include itself
+# and what is listed. Paths are those of includes: the engine leaves "src/" out.
+ENGINE_ROOTS = ["platform", "core", "theme", "imaging", "hooks", "sounds", "tools", "filemanager"]
+SETTINGS = ["platform/", "core/"]  # The low part of core: the rest of it has rows of its own.
+LOOKUPS = SETTINGS + ["tools/", "theme/"]
+EFFECTS = LOOKUPS + ["imaging/", "sounds/", "filemanager/"]
+HOOKS = EFFECTS + ["hooks/"]
+LAYERS = {
+    "platform/": ["platform/"],
+    "core/": SETTINGS,
+    "tools/": SETTINGS + ["tools/"],
+    "filemanager/": SETTINGS + ["filemanager/"],
+    "theme/": LOOKUPS,
+    "sounds/": LOOKUPS + ["sounds/"],
+    "imaging/": LOOKUPS + ["imaging/"],
+    "hooks/": HOOKS,
+    # Files that stand with what they belong to, in a higher layer.
+    "theme/app_icon_hooks": HOOKS,
+    "theme/icon_hooks": HOOKS,
+    "core/theme_change": HOOKS + ["core/theme_change"],
+    "core/velmoranth": HOOKS + ["core/velmoranth", "core/theme_change"],
+    "core/hook_table": HOOKS + ["core/hook_table", "core/velmoranth", "theme/app_icon_hooks",
+                                "theme/icon_hooks"],
+    "core/entry_points": HOOKS + ["core/entry_points", "core/hook_table", "core/velmoranth",
+                                  "core/theme_change"],
+    "desktop/": ["platform/", "desktop/"],
+    "simulator/": ["platform/", "core/", "core/hook_table", "core/entry_points", "desktop/",
+                   "simulator/"],
+    "cli/": ["platform/", "core/", "core/hook_table", "desktop/", "simulator/", "cli/"],
+}
+
+# Headers that the phone's C++ library of 2018 cannot serve, or that the engine does without.
+FORBIDDEN_IN_ENGINE = {
+    "iostream", "istream", "ostream", "sstream", "fstream", "iomanip", "locale", "clocale", "codecvt",
+    "regex", "filesystem", "format", "memory_resource", "print", "stacktrace", "syncstream",
+    "spanstream", "barrier", "latch", "semaphore", "stop_token", "exception", "stdexcept",
+}
+
+STANDARD_HEADERS = set("""
+algorithm any array atomic bit bitset cassert cctype cerrno cfenv cfloat charconv chrono cinttypes climits
+clocale cmath codecvt compare complex concepts condition_variable csetjmp csignal cstdarg cstddef cstdint
+cstdio cstdlib cstring ctime cuchar cwchar cwctype deque exception execution filesystem forward_list fstream
+functional future initializer_list iomanip ios iosfwd iostream istream iterator limits list locale map memory
+memory_resource mutex new numbers numeric optional ostream queue random ranges ratio regex scoped_allocator
+set shared_mutex source_location span sstream stack stdexcept streambuf string string_view system_error
+thread tuple type_traits typeindex typeinfo unordered_map unordered_set utility valarray variant vector
+version
+""".split())
+# The operating system's own headers that a header of ours may need for a type.
+SYSTEM_HEADERS = {"fcntl.h", "unistd.h", "sys/types.h", "sys/stat.h", "dirent.h", "signal.h", "time.h"}
+# The result type of everything outside the engine is an alias of this one.
+THIRD_PARTY_IN_HEADERS = {("desktop/result/result.h", "tl/expected.hpp")}
+
+INCLUDE = re.compile(r'^\s*#\s*(?:include|import)\s*([<"])([^>"]+)[>"]', re.MULTILINE)
+
+
+def files(folders, suffixes):
+    for folder in folders:
+        for path in sorted((ROOT / folder).rglob("*")):
+            if path.is_file() and path.suffix in suffixes and "__pycache__" not in path.parts:
+                yield path
+
+
+def relative(path):
+    return path.relative_to(ROOT).as_posix()
+
+
+def includes(path):
+    return INCLUDE.findall(path.read_text())
+
+
+def is_ours(include):
+    first = include.split("/")[0]
+    return first in ENGINE_ROOTS or first in ("desktop", "simulator", "cli", "device", "tests")
+
+
+def layer_of(path):
+    return max((prefix for prefix in LAYERS if path.startswith(prefix)), key=len, default=None)
+
+
+def without_comments_and_literals(text):
+    """The code with comments, strings and characters blanked; lines keep their numbers."""
+    pattern = re.compile(r'//[^\n]*|/\*.*?\*/|R"(\w*)\(.*?\)\1"|"(?:\\.|[^"\\\n])*"|'
+                         r"(?<![0-9a-fA-F])'(?:\\.|[^'\\\n])*'", re.DOTALL)
+    return pattern.sub(lambda match: re.sub(r"[^\n]", " ", match.group()), text)
+
+
+def check_include_direction():
+    problems = []
+    for path in files(["src", "desktop", "simulator", "cli"], CODE_SUFFIXES):
+        name = relative(path).removeprefix("src/")
+        layer = layer_of(name)
+        if layer is None:
+            problems.append(f"{relative(path)}: its folder has no row in the table of layers")
+            continue
+        for kind, include in includes(path):
+            if not is_ours(include):
+                if kind == '"' and not (path.parent / include).exists():
+                    problems.append(f'{relative(path)}: "{include}" is neither ours by path nor in <>')
+                continue
+            target = layer_of(include)
+            if target is None or (target != layer and target not in LAYERS[layer]):
+                problems.append(f"{relative(path)}: may not include {include}")
+    return problems
+
+
+def check_engine_restrictions():
+    problems = []
+    words = re.compile(r"\b(throw|try|catch)\b")
+    conditionals = re.compile(r"^\s*#\s*(if|ifdef|ifndef|elif)\b", re.MULTILINE)
+    for path in files(["src"], CODE_SUFFIXES):
+        for kind, include in includes(path):
+            if include in FORBIDDEN_IN_ENGINE:
+                problems.append(f"{relative(path)}: <{include}> is not for the engine")
+            elif kind == "<" and include not in STANDARD_HEADERS:
+                problems.append(f"{relative(path)}: <{include}> is no header of the standard library")
+        code = without_comments_and_literals(path.read_text())
+        for pattern, what in ((words, "no exceptions in the engine"),
+                              (conditionals, "no conditional compilation in the engine")):
+            for match in pattern.finditer(code):
+                line = code.count("\n", 0, match.start(1)) + 1
+                problems.append(f"{relative(path)}:{line}: {match.group(1)}: {what}")
+    return problems
+
+
+def check_headers():
+    problems = []
+    for path in files(["src", "desktop", "simulator", "cli"], {".h"}):
+        text = path.read_text()
+        if "#pragma once" not in text:
+            problems.append(f"{relative(path)}: no #pragma once")
+        if not text.startswith("//"):
+            problems.append(f"{relative(path)}: does not open with what it is for")
+        for kind, include in includes(path):
+            if kind != "<" or include in STANDARD_HEADERS or include in SYSTEM_HEADERS:
+                continue
+            if (relative(path), include) not in THIRD_PARTY_IN_HEADERS:
+                problems.append(f"{relative(path)}: third-party <{include}> in a header of ours")
+    return problems
+
+
+def check_file_sizes():
+    problems = []
+    suffixes = CODE_SUFFIXES | {".py", ".cmake"}
+    for path in files(TOP_FOLDERS, suffixes):
+        lines = path.read_text().count("\n")
+        if lines > MAX_LINES:
+            problems.append(f"{relative(path)}: {lines} lines, more than {MAX_LINES}")
+    return problems
+
+
+def check_packages():
+    listed = [line.strip() for line in (ROOT / "scripts/debian-packages.txt").read_text().splitlines()
+              if line.strip() and not line.startswith("#")]
+    explained = re.findall(r"^\| `([^`]+)` \|", (ROOT / "docs/dependencies.md").read_text(), re.MULTILINE)
+    problems = [f"{name}: listed more than once" for name in sorted(set(listed)) if listed.count(name) > 1]
+    problems += [f"{name}: no row in docs/dependencies.md" for name in listed if name not in explained]
+    problems += [f"{name}: a row in docs/dependencies.md, but not in scripts/debian-packages.txt"
+                 for name in explained if name not in listed]
+    return problems
+
+
+def check_links():
+    problems = []
+    documents = [*ROOT.glob("*.md"), *files(["docs", "examples", "tests"], {".md"})]
+    for path in documents:
+        for target in re.findall(r"\]\(([^)#\s]+)[^)]*\)", path.read_text()):
+            if "://" not in target and not (path.parent / target).exists():
+                problems.append(f"{relative(path)}: no {target}")
+    return problems
+
+
+def check_host_paths():
+    """A path of the machine that a file was written on means nothing on another."""
+    places = [re.escape(str(ROOT)) + r"\b", r"/home/\w+/"]
+    if len(ROOT.parts) > 2:  # The checkout's own surroundings, unless it lies in /tmp and the like.
+        surrounding = str(ROOT.parent)
+        if surrounding not in ("/tmp", "/var/tmp", "/home", "/root", "/opt", "/srv", "/usr/src"):
+            places.append(r"(?<![\w./-])" + re.escape(surrounding) + "/")
+    pattern = re.compile("|".join(places))
+    problems = []
+    top = [path for path in ROOT.iterdir() if path.is_file() and path.suffix in TEXT_SUFFIXES]
+    for path in [*top, *files(TOP_FOLDERS, TEXT_SUFFIXES)]:
+        try:
+            text = path.read_text()
+        except UnicodeDecodeError:
+            continue
+        for match in pattern.finditer(text):
+            line = text.count("\n", 0, match.start()) + 1
+            problems.append(f"{relative(path)}:{line}: names {match.group()}")
+    return problems
+
+
+CHECKS = [
+    ("include direction", check_include_direction),
+    ("engine's restrictions", check_engine_restrictions),
+    ("headers", check_headers),
+    ("file sizes", check_file_sizes),
+    ("packages and their reasons", check_packages),
+    ("links in documents", check_links),
+    ("paths of one machine", check_host_paths),
+]
+
+
+def main():
+    failed = False
+    for name, check in CHECKS:
+        problems = check()
+        print(f"{name}: {'FAIL' if problems else 'OK'}")
+        for problem in problems:
+            print(f"    {problem}")
+        failed = failed or bool(problems)
+    return 1 if failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
