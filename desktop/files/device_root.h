@@ -3,6 +3,7 @@
 // ".." leave it.
 #pragma once
 
+#include "desktop/files/descriptor.h"
 #include "desktop/result/result.h"
 #include "platform/foundation.h"
 
@@ -12,10 +13,22 @@
 
 namespace velmoranth::desktop {
 
+// Who resolves paths: the kernel where it can (openat2), else our own walk, component by component.
+// Both give the same results.
+enum class PathResolution { automatic, walk };
+
+// The folder that a path's last component stands in, and that component. Operations on `name` in
+// `folder` that do not follow a final link (mkdirat, unlinkat, renameat, …) cannot leave the root.
+struct FolderEntry {
+    Descriptor folder;  // not open when the look-up failed
+    std::string name;   // never "..", never empty; "." when the path has no last name of its own
+};
+
 class DeviceRoot {
   public:
     // Opens an existing folder. Fails when it is missing or no folder.
-    [[nodiscard]] static Result<std::shared_ptr<DeviceRoot>> open(const std::string& hostFolder);
+    [[nodiscard]] static Result<std::shared_ptr<DeviceRoot>> open(
+        const std::string& hostFolder, PathResolution resolution = PathResolution::automatic);
 
     ~DeviceRoot();
     DeviceRoot(const DeviceRoot&) = delete;
@@ -23,6 +36,9 @@ class DeviceRoot {
 
     // The folder on this machine, as given.
     [[nodiscard]] const std::string& hostFolder() const { return hostFolder_; }
+
+    // Whether the kernel resolves paths.
+    [[nodiscard]] bool resolvesInKernel() const { return inKernel_; }
 
     // Opens a device path inside the root with open(2)'s flags and mode, O_CLOEXEC added: a
     // descriptor that the caller closes, or -1 with errno set. A path longer than PATH_MAX fails
@@ -34,11 +50,16 @@ class DeviceRoot {
     [[nodiscard]] Result<platform::Data> readFile(const std::string& devicePath,
                                                   std::size_t maxBytes) const;
 
+    // Opens the folder that holds the path's last component (trailing slashes do not count); with
+    // errno set when that fails. The last component need not exist and is not looked at.
+    [[nodiscard]] FolderEntry openParent(const std::string& devicePath) const;
+
   private:
-    DeviceRoot(std::string hostFolder, int descriptor);
+    DeviceRoot(std::string hostFolder, Descriptor descriptor, bool inKernel);
 
     std::string hostFolder_;
-    int descriptor_;
+    Descriptor descriptor_;
+    bool inKernel_;
 };
 
 }  // namespace velmoranth::desktop

@@ -1,0 +1,184 @@
+#include "desktop/files/file_manager.h"
+
+#include "desktop/files/file_errors.h"
+#include "desktop/files/file_tree.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <utility>
+
+namespace velmoranth::desktop {
+namespace {
+
+constexpr unsigned kPermissionBits = 07777;
+constexpr unsigned kNewFileMode = 0666;
+
+bool statOf(const FolderEntry& entry, struct stat& status) {
+    return ::fstatat(entry.folder.get(), entry.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+}
+
+// A name that no other writer of this machine uses at the same time.
+std::string temporaryName() {
+    static std::atomic<unsigned> counter = 0;
+    return ".dat.nosync" + std::to_string(::getpid()) + "." + std::to_string(++counter);
+}
+
+}  // namespace
+
+int changeMode(const DeviceRoot& root, const std::string& devicePath, unsigned mode) {
+    // The item is opened as a place only, which asks for no right to read it, and is then named by
+    // its descriptor: a mode cannot be changed through such a descriptor itself.
+    const Descriptor item(root.openFile(devicePath, O_PATH));
+    if (!item.isOpen()) {
+        return errno;
+    }
+    const std::string name = "/proc/self/fd/" + std::to_string(item.get());
+    return ::chmod(name.c_str(), mode & kPermissionBits) == 0 ? 0 : errno;
+}
+
+DesktopFileManager::DesktopFileManager(std::shared_ptr<const DeviceRoot> root, FileCalls calls)
+    : root_(std::move(root)), calls_(std::move(calls)) {}
+
+bool DesktopFileManager::fileExistsAtPath(const std::string& path) {
+    return Descriptor(root_->openFile(path, O_PATH)).isOpen();
+}
+
+platform::FileExistence DesktopFileManager::fileExistsAtPathIsDirectory(const std::string& path) {
+    const Descriptor item(root_->openFile(path, O_PATH));
+    struct stat status{};
+    if (!item.isOpen() || ::fstat(item.get(), &status) != 0) {
+        return {};
+    }
+    return {.exists = true, .isDirectory = S_ISDIR(status.st_mode)};
+}
+
+platform::Failure DesktopFileManager::setPosixPermissionsOfItemAtPath(unsigned mode,
+                                                                      const std::string& path) {
+    const int error = changeMode(*root_, path, mode);
+    if (error != 0) {
+        return fileError(FileOperation::write, error, path);
+    }
+    return {};
+}
+
+platform::Failure DesktopFileManager::copyItemAtPathToPath(const std::string& source,
+                                                           const std::string& destination) {
+    const FolderEntry from = root_->openParent(source);
+    struct stat status{};
+    if (!from.folder.isOpen() || !statOf(from, status)) {
+        return fileError(FileOperation::read, errno, source);
+    }
+    const FolderEntry to = root_->openParent(destination);
+    if (!to.folder.isOpen()) {
+        return fileError(FileOperation::copy, errno, source, destination);
+    }
+    if (statOf(to, status)) {
+        return fileError(FileOperation::copy, EEXIST, source, destination);
+    }
+    const int error = copyTree(calls_, from.folder.get(), from.name, to.folder.get(), to.name);
+    if (error != 0) {
+        return fileError(FileOperation::copy, error, source, destination);
+    }
+    return {};
+}
+
+platform::Failure DesktopFileManager::moveItemAtPathToPath(const std::string& source,
+                                                           const std::string& destination) {
+    const FolderEntry to = root_->openParent(destination);
+    if (!to.folder.isOpen()) {
+        return fileError(FileOperation::move, errno, source, destination);
+    }
+    struct stat status{};
+    if (statOf(to, status)) {
+        return fileError(FileOperation::move, EEXIST, source, destination);
+    }
+    const FolderEntry from = root_->openParent(source);
+    if (!from.folder.isOpen()) {
+        return fileError(FileOperation::move, errno, source, destination);
+    }
+    const int error = moveBetween(from, to);
+    if (error != 0) {
+        return fileError(FileOperation::move, error, source, destination);
+    }
+    return {};
+}
+
+int DesktopFileManager::moveBetween(const FolderEntry& from, const FolderEntry& to) const {
+    if (calls_.renameNoReplace(from.folder.get(), from.name.c_str(), to.folder.get(),
+                               to.name.c_str()) == 0) {
+        return 0;
+    }
+    if (errno != EXDEV) {
+        return errno;
+    }
+    const int error = copyTree(calls_, from.folder.get(), from.name, to.folder.get(), to.name);
+    if (error != 0) {
+        // Something else's item at the place is not ours to clean up.
+        if (error != EEXIST) {
+            static_cast<void>(removeTree(to.folder.get(), to.name));
+        }
+        return error;
+    }
+    return removeTree(from.folder.get(), from.name);
+}
+
+bool DesktopFileManager::createFileAtPathContents(const std::string& path,
+                                                  const platform::Data& contents) {
+    return writeToFileAtomically(contents, path);
+}
+
+bool DesktopFileManager::writeToFileAtomically(const platform::Data& contents,
+                                               const std::string& path) {
+    if (path.empty() || path.back() == '/') {
+        return false;
+    }
+    const FolderEntry place = root_->openParent(path);
+    return place.folder.isOpen() && place.name != "." && replaceFile(place, contents) == 0;
+}
+
+int DesktopFileManager::replaceFile(const FolderEntry& place,
+                                    const platform::Data& contents) const {
+    const int folder = place.folder.get();
+    struct stat old{};
+    const bool exists = statOf(place, old);
+    if (exists && S_ISDIR(old.st_mode)) {
+        return EISDIR;
+    }
+    const std::string name = temporaryName();
+    const Descriptor file(calls_.openat(
+        folder, name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kNewFileMode));
+    if (!file.isOpen()) {
+        return errno;
+    }
+    int error = writeWhole(calls_, file.get(), contents.data(), contents.size());
+    if (error == 0 && exists && S_ISREG(old.st_mode) &&
+        ::fchmod(file.get(), old.st_mode & kPermissionBits) != 0) {
+        error = errno;
+    }
+    if (error == 0 && calls_.fsync(file.get()) != 0) {
+        error = errno;
+    }
+    if (error == 0 && calls_.renameat(folder, name.c_str(), folder, place.name.c_str()) != 0) {
+        error = errno;
+    }
+    if (error != 0) {
+        ::unlinkat(folder, name.c_str(), 0);
+    }
+    return error;
+}
+
+platform::Failure DesktopFileManager::removeItemAtPath(const std::string& path) {
+    const FolderEntry item = root_->openParent(path);
+    const int error = item.folder.isOpen() ? removeTree(item.folder.get(), item.name) : errno;
+    if (error != 0) {
+        // The platform reports a folder that will not get empty as a missing right.
+        return fileError(FileOperation::remove, error == ENOTEMPTY ? EACCES : error, path);
+    }
+    return {};
+}
+
+}  // namespace velmoranth::desktop

@@ -1,0 +1,47 @@
+// NSFileManager over a device root, with the platform's rules, codes and wordings (as iOS 13 has
+// them where releases differ). Every operation goes through descriptors inside the root.
+#pragma once
+
+#include "desktop/files/device_root.h"
+#include "desktop/files/file_calls.h"
+#include "platform/foundation.h"
+
+#include <memory>
+#include <string>
+
+namespace velmoranth::desktop {
+
+class DesktopFileManager final : public platform::FileManager {
+  public:
+    explicit DesktopFileManager(std::shared_ptr<const DeviceRoot> root, FileCalls calls = {});
+
+    [[nodiscard]] bool fileExistsAtPath(const std::string& path) override;
+    [[nodiscard]] platform::FileExistence fileExistsAtPathIsDirectory(
+        const std::string& path) override;
+    platform::Failure setPosixPermissionsOfItemAtPath(unsigned mode,
+                                                      const std::string& path) override;
+    // A part that was copied before a failure stays, as on the platform.
+    platform::Failure copyItemAtPathToPath(const std::string& source,
+                                           const std::string& destination) override;
+    platform::Failure moveItemAtPathToPath(const std::string& source,
+                                           const std::string& destination) override;
+    bool createFileAtPathContents(const std::string& path, const platform::Data& contents) override;
+    // A replaced file's mode is kept; a link at the path is replaced by a plain file.
+    bool writeToFileAtomically(const platform::Data& contents, const std::string& path) override;
+
+    // removeItemAtPath:error: recursive; a link itself, never what it points to.
+    platform::Failure removeItemAtPath(const std::string& path);
+
+  private:
+    // 0, or the errno.
+    [[nodiscard]] int moveBetween(const FolderEntry& from, const FolderEntry& to) const;
+    [[nodiscard]] int replaceFile(const FolderEntry& place, const platform::Data& contents) const;
+
+    std::shared_ptr<const DeviceRoot> root_;
+    FileCalls calls_;
+};
+
+// chmod(2) on a device path, links followed inside the root. 0, or the errno.
+[[nodiscard]] int changeMode(const DeviceRoot& root, const std::string& devicePath, unsigned mode);
+
+}  // namespace velmoranth::desktop
