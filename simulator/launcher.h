@@ -1,0 +1,108 @@
+// Starts a simulated home screen in a process of its own and brings back what it shows. The process
+// is this very program, started again with a hidden first argument; so a program that uses the
+// launcher begins its main with
+//     if (isSimulatedProcess(argc, argv)) { return simulatedProcessMain(argc, argv); }
+// and links with its symbols exported (ENABLE_EXPORTS), since the engine's library takes the
+// platform from the program that loads it.
+//
+// Whatever happens in that process (a crash, a hang, a message that is no message) comes back as
+// one Problem. Nothing of a process outlives the object or the call that started it.
+#pragma once
+
+#include "desktop/result/result.h"
+#include "simulator/device.h"
+#include "simulator/picture.h"
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace velmoranth::simulator {
+
+struct ScreenRequest {
+    DeviceConfiguration device;
+    // The folder of this machine that is the device's file system; it must exist.
+    std::string rootFolder;
+    // Off: the stock screen, nothing replaced.
+    bool loadEngine = true;
+    // The engine's shared library; empty looks for VelMoranth.so where this program is, then in
+    // ../lib/velmoranth beside it.
+    std::string enginePath = {};
+    int page = 1;  // of the home screen, from 1; past the last one shows the last
+    // Where log lines go as they come, besides into the result: "" nowhere, "-" this program's
+    // standard error, otherwise a file of this machine, which is appended to.
+    std::string logDestination = {};
+    // For starting, and again for each picture asked for.
+    std::chrono::milliseconds timeLimit{30000};
+};
+
+// What an icon's image came from, for tests and for people who wonder: one row an icon, dock last.
+struct ShownIcon {
+    std::string bundleIdentifier;
+    std::string label;
+    // In the picture, pixels.
+    double x = 0;
+    double y = 0;
+    double side = 0;
+    int imageRequests = 0;  // how often its image was asked for since the process started
+
+    friend bool operator==(const ShownIcon&, const ShownIcon&) = default;
+};
+
+struct RenderedScreen {
+    Picture picture;
+    std::vector<ShownIcon> icons;
+    int page = 1;
+    int pageCount = 1;
+    // Every line the process has logged since the previous picture, in order.
+    std::vector<std::string> log;
+    std::size_t peakMemoryBytes = 0;  // of the process so far (its largest resident set)
+};
+
+// One screen, drawn by a process that then ends.
+[[nodiscard]] desktop::Result<RenderedScreen> renderHomeScreen(const ScreenRequest& request);
+
+// A home screen that stays: it hears the device's notifications and can be drawn again.
+class RunningScreen {
+  public:
+    [[nodiscard]] static desktop::Result<std::unique_ptr<RunningScreen>> start(
+        const ScreenRequest& request);
+
+    // Ends the process as stop() does.
+    ~RunningScreen();
+    RunningScreen(const RunningScreen&) = delete;
+    RunningScreen& operator=(const RunningScreen&) = delete;
+
+    // Lays out and draws as things are now.
+    [[nodiscard]] desktop::Result<RenderedScreen> render();
+
+    // Waits until a notification has been delivered since the last picture (at once when one has),
+    // then draws. A problem when none came in time; the screen goes on and may be asked again.
+    [[nodiscard]] desktop::Result<RenderedScreen> nextPicture(std::chrono::milliseconds timeout);
+
+    // Shows another page from the next picture on. False when the process is gone.
+    bool showPage(int page);
+
+    // Asks the process to end, and ends it when it does not. Calling it again does nothing.
+    void stop();
+
+    // The process, 0 when it has ended.
+    [[nodiscard]] int processId() const;
+
+  private:
+    struct State;
+    explicit RunningScreen(std::unique_ptr<State> state);
+
+    std::unique_ptr<State> state_;
+};
+
+// Whether this program was started by the launcher.
+[[nodiscard]] bool isSimulatedProcess(int argc, char** argv);
+
+// What the program does then; the value is main's.
+int simulatedProcessMain(int argc, char** argv);
+
+}  // namespace velmoranth::simulator
