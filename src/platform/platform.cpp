@@ -1,5 +1,6 @@
 #include "platform/platform.h"
 
+#include <cstdlib>
 #include <optional>
 
 namespace velmoranth::platform {
@@ -14,7 +15,11 @@ std::optional<Platform>& current() {
 }  // namespace
 
 const Platform& platform() {
-    return current().value();
+    const std::optional<Platform>& record = current();
+    if (!record) {
+        std::abort();
+    }
+    return *record;
 }
 
 void setPlatform(const Platform& record) {
