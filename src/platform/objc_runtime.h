@@ -97,7 +97,8 @@ class Implementation {
 };
 
 // Logs that a message reached an object whose C++ type does not fit the method's receiver.
-[[gnu::visibility("default")]] void logRefusedReceiver(const Object& receiver, const std::type_info& wanted);
+[[gnu::visibility("default")]] void logRefusedReceiver(const Object& receiver,
+                                                       const std::type_info& wanted);
 
 // An implementation for receivers of the C++ type `Receiver`. A receiver of another type is
 // refused: one log line, and the result type's zero value.

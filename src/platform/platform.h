@@ -38,6 +38,6 @@ struct Platform {
 
 // `record` must outlive every use of the engine. Setting it again replaces it (tests wrap services
 // so).
-void setPlatform(const Platform& record);
+[[gnu::visibility("default")]] void setPlatform(const Platform& record);
 
 }  // namespace velmoranth::platform

@@ -1,0 +1,156 @@
+#include "core/hook_table.h"
+
+#include "core/hook_rows.h"
+#include "core/system_versions.h"
+#include "platform/platform.h"
+
+#include <array>
+#include <map>
+#include <string>
+#include <tuple>
+
+namespace velmoranth::core {
+
+using platform::ClassRef;
+using platform::platform;
+
+namespace {
+
+// The rows never move: a bound replacement refers to its row's slot.
+struct Table {
+    std::array<HookRow, kHookRowCount> rows;
+
+    Table() {
+        std::apply(
+            [this](const auto&... typedRows) {
+                int number = 0;
+                const auto add = [&](const auto& typedRow) {
+                    HookRow& row = rows.at(static_cast<std::size_t>(number));
+                    row.number = ++number;
+                    typedRow.fill(row);
+                };
+                (add(typedRows), ...);
+            },
+            kHookRows);
+    }
+};
+
+// Classes by name, each looked up once; a class that is missing is nil from then on.
+class ClassCache {
+  public:
+    ClassRef find(std::string_view name) {
+        const auto [entry, isNew] = classes_.try_emplace(std::string(name));
+        if (isNew) {
+            entry->second = platform().objc.getClass(entry->first);
+        }
+        return entry->second;
+    }
+
+  private:
+    std::map<std::string, ClassRef> classes_;
+};
+
+void installRow(HookRow& row, ClassCache& classes) {
+    if (!row.isImplemented()) {
+        return;
+    }
+    const ClassRef cls = classes.find(row.targetClass);
+    const ClassRef target =
+        row.side == HookSide::classSide ? platform().objc.getMetaclass(cls) : cls;
+    platform().substrate.hookMessageEx(target, std::string(row.selector), row.replacement,
+                                       &row.saved);
+}
+
+void addMethod(const AddedMethod& method, ClassCache& classes) {
+    if (method.implementation) {
+        platform().objc.addMethod(classes.find(method.targetClass), std::string(method.selector),
+                                  method.implementation, std::string(method.typeEncoding));
+    }
+}
+
+void installSet(HookGate gate, std::span<HookRow> rows, std::span<const AddedMethod> addedMethods) {
+    ClassCache classes;
+    for (HookRow& row : rows) {
+        if (row.gate != gate) {
+            continue;
+        }
+        installRow(row, classes);
+        for (const AddedMethod& method : addedMethods) {
+            if (method.afterRow == row.number) {
+                addMethod(method, classes);
+            }
+        }
+    }
+}
+
+}  // namespace
+
+bool isGateOpen(HookGate gate, double versionNumber) {
+    switch (gate) {
+        case HookGate::always:
+            return true;
+        case HookGate::ios12:
+            return !(versionNumber > kNewestiOS12);
+        case HookGate::ios13:
+            return versionNumber >= kOldestiOS13;
+    }
+    return false;
+}
+
+std::string_view nameOf(HookSide side) {
+    return side == HookSide::classSide ? "class" : "instance";
+}
+
+std::string_view nameOf(HookGate gate) {
+    switch (gate) {
+        case HookGate::ios12:
+            return "ios12";
+        case HookGate::ios13:
+            return "ios13";
+        case HookGate::always:
+            break;
+    }
+    return "always";
+}
+
+std::span<HookRow> HookTable::rows() {
+    static Table table;
+    return table.rows;
+}
+
+std::span<const AddedMethod> HookTable::addedMethods() {
+    static const std::array<AddedMethod, 1> kMethods{
+        {{10, "SBFloatyFolderView", "handleTap", "v@:", {}}}};
+    return kMethods;
+}
+
+void installRows(std::span<HookRow> rows, std::span<const AddedMethod> addedMethods,
+                 const std::function<double()>& versionNumber) {
+    installSet(HookGate::always, rows, addedMethods);
+    for (const HookGate gate : {HookGate::ios12, HookGate::ios13}) {
+        if (isGateOpen(gate, versionNumber())) {
+            installSet(gate, rows, addedMethods);
+        }
+    }
+}
+
+void HookTable::install() {
+    installRows(rows(), addedMethods(), [] { return platform().coreFoundation.versionNumber(); });
+}
+
+const HookRow* HookTable::find(std::string_view targetClass, HookSide side,
+                               std::string_view selector) {
+    const HookRow* first = nullptr;
+    for (const HookRow& row : rows()) {
+        if (row.targetClass != targetClass || row.side != side || row.selector != selector) {
+            continue;
+        }
+        if (row.isInstalled()) {
+            return &row;
+        }
+        first = first == nullptr ? &row : first;
+    }
+    return first;
+}
+
+}  // namespace velmoranth::core

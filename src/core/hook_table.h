@@ -1,0 +1,71 @@
+// The replaced methods: an ordered table of rows, each with a slot of its own for the platform's
+// implementation. The table can be enumerated, queried, and installed for the running system. A row
+// whose replacement is not written yet stands in the table as data and is never installed.
+#pragma once
+
+#include "core/original.h"
+#include "platform/objc_runtime.h"
+
+#include <functional>
+#include <span>
+#include <string_view>
+
+namespace velmoranth::core {
+
+enum class HookSide { instanceSide, classSide };
+
+// Which systems install a row, by the value of kCFCoreFoundationVersionNumber.
+enum class HookGate { always, ios12, ios13 };
+
+// Whether a gate is open for that version number.
+[[nodiscard]] bool isGateOpen(HookGate gate, double versionNumber);
+
+// "instance" and "class"; "always", "ios12" and "ios13".
+[[nodiscard]] std::string_view nameOf(HookSide side);
+[[nodiscard]] std::string_view nameOf(HookGate gate);
+
+struct HookRow {
+    int number = 0;  // 1 to 54, in the order of installation
+    std::string_view targetClass;
+    HookSide side = HookSide::instanceSide;
+    std::string_view selector;
+    HookGate gate = HookGate::always;
+    platform::Implementation replacement;  // nothing when it is not written yet
+    platform::Implementation saved;        // the platform's; nothing while the row is not installed
+
+    [[nodiscard]] bool isImplemented() const { return static_cast<bool>(replacement); }
+
+    [[nodiscard]] bool isInstalled() const { return static_cast<bool>(saved); }
+};
+
+// A method that is added to a platform class, not replaced.
+struct AddedMethod {
+    int afterRow = 0;  // installed after the row of this number
+    std::string_view targetClass;
+    std::string_view selector;
+    std::string_view typeEncoding;
+    platform::Implementation implementation;  // nothing when it is not written yet
+};
+
+class HookTable {
+  public:
+    // The 54 rows in the order of installation. They live as long as the process.
+    [[nodiscard]] static std::span<HookRow> rows();
+    [[nodiscard]] static std::span<const AddedMethod> addedMethods();
+
+    // Installs the rows whose gate is open for the running system: the always rows, then those of
+    // iOS 12, then those of iOS 13. Nothing is logged or checked; a class that the process does not
+    // have installs nothing.
+    static void install();
+
+    // The row for that method: the installed one where two share it, else the first; null when
+    // there is none.
+    [[nodiscard]] static const HookRow* find(std::string_view targetClass, HookSide side,
+                                             std::string_view selector);
+};
+
+// What HookTable::install does, over any rows; `versionNumber` is asked once for each gated set.
+void installRows(std::span<HookRow> rows, std::span<const AddedMethod> addedMethods,
+                 const std::function<double()>& versionNumber);
+
+}  // namespace velmoranth::core

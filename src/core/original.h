@@ -1,0 +1,31 @@
+// How a replacement reaches the platform's own method: it is handed its row's saved implementation
+// and calls it with the receiver and the arguments, each time anew.
+#pragma once
+
+#include "platform/objc_runtime.h"
+
+#include <utility>
+
+namespace velmoranth::core {
+
+template <class Signature>
+class Original;
+
+// The platform's implementation of a method R(Receiver&, Args...).
+template <class R, class Receiver, class... Args>
+class Original<R(Receiver&, Args...)> {
+  public:
+    // `saved` is the row's slot; it outlives every call.
+    explicit Original(const platform::Implementation& saved) : saved_(saved) {}
+
+    // Calls the platform's method; the zero value when the slot is empty.
+    R operator()(Receiver& self, Args... args) const {
+        const auto* function = saved_.as<R(platform::Object&, Args...)>();
+        return function == nullptr ? R() : (*function)(self, std::move(args)...);
+    }
+
+  private:
+    const platform::Implementation& saved_;
+};
+
+}  // namespace velmoranth::core

@@ -1,0 +1,61 @@
+#include "core/velmoranth.h"
+
+#include "core/format.h"
+#include "core/settings.h"
+#include "filemanager/velmoranth_file_manager.h"
+#include "platform/platform.h"
+
+namespace velmoranth::core {
+
+using velmoranth::platform::platform;
+
+namespace {
+
+constexpr const char* kClassName = "VelMoranth";
+
+VelMoranthRef& singleton() {
+    static VelMoranthRef instance;
+    return instance;
+}
+
+}  // namespace
+
+void VelMoranth::load() {
+    platform().libSystem.setuid(0);
+    platform().libSystem.setgid(0);
+    if (lookupLogging()) {
+        NSLog(
+            "LOAD_VELMORANTH **********************************************LOADED VELMORANTH "
+            "******************************************** LOAD_VELMORANTH");
+    }
+    // Below the home directory, with a path that begins at the root itself: not the file that
+    // loadSettings reads. So the factory preferences are asked for whenever this one is absent.
+    const std::string path = velmoranth::platform::stringByAppendingPathComponent(
+        platform().libSystem.homeDirectory(),
+        "/var/mobile//User/Library/Preferences/com.qor.velmoranthprefs.plist");
+    if (!platform().fileManager.fileExistsAtPath(path)) {
+        filemanager::VelmoranthFileManager::NoUserSettingCreateThemeNow();
+    }
+}
+
+void VelMoranth::initialize(const platform::ClassRef& receiver) {
+    if (receiver != nullptr && receiver == platform().objc.getClass(kClassName)) {
+        singleton() = std::make_shared<VelMoranth>();
+    }
+}
+
+VelMoranthRef VelMoranth::sharedIconManager() {
+    return singleton();
+}
+
+void VelMoranth::initClass(const platform::ObjectRef& object) {
+    if (object != nullptr) {
+        platform().audioSession.setCategory("AVAudioSessionCategoryAmbient");
+    }
+}
+
+std::string VelMoranth::className() const {
+    return kClassName;
+}
+
+}  // namespace velmoranth::core
