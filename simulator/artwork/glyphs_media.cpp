@@ -74,13 +74,16 @@ void bookGlyph(Pen& pen, const GlyphInks& inks) {
 }
 
 void newspaperGlyph(Pen& pen, const GlyphInks& inks) {
-    pen.roundRect(60, 35, 20, 41, 6).fill(faded(inks.glyph, 0.55));
-    pen.roundRect(20, 25, 52, 51, 7).fill(inks.glyph);
-    pen.line(28.5, 35.5, 63.5, 35.5).stroke(inks.detail, kLine);
+    pen.save();
+    pen.roundRect(17, 22, 56.5, 57, 9).clipAway();
+    pen.roundRect(56, 35, 24, 41, 6).fill(faded(inks.glyph, 0.7));
+    pen.restore();
+    pen.roundRect(20, 25, 50.5, 51, 7).fill(inks.glyph);
+    pen.line(28.5, 35.5, 62, 35.5).stroke(inks.detail, kLine);
     pen.roundRect(26.5, 44, 16, 14, 2.5).fill(inks.detail);
-    pen.line(50, 46, 63.5, 46)
-        .line(50, 56, 63.5, 56)
-        .line(28.3, 66.5, 63.5, 66.5)
+    pen.line(50, 46, 62, 46)
+        .line(50, 56, 62, 56)
+        .line(28.3, 66.5, 62, 66.5)
         .stroke(inks.detail, kFineLine);
 }
 
@@ -110,12 +113,13 @@ void clapperGlyph(Pen& pen, const GlyphInks& inks) {
 
 void printsGlyph(Pen& pen, const GlyphInks& inks) {
     pen.save();
-    pen.turn(12, 50, 50);
-    pen.roundRect(36, 22, 40, 48, 5).fill(faded(inks.glyph, 0.6));
+    pen.turn(-7, 50, 50);
+    pen.roundRect(22, 25, 46, 55, 7).clipAway();
+    pen.turn(19, 50, 50);
+    pen.roundRect(36, 22, 40, 48, 5).fill(faded(inks.glyph, 0.7));
     pen.restore();
     pen.save();
     pen.turn(-7, 50, 50);
-    pen.roundRect(23, 26, 44, 53, 6).fill(inks.detail);
     pen.roundRect(25, 28, 40, 49, 5).fill(inks.glyph);
     pen.roundRect(30, 33, 30, 29, 3).fill(inks.detail);
     pen.path("M45 54 C35 47 38 40 42 40.5 Q44 40.8 45 43 Q46 40.8 48 40.5 C52 40 55 47 45 54 Z")

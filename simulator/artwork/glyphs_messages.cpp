@@ -26,12 +26,14 @@ void bubbleGlyph(Pen& pen, const GlyphInks& inks) {
 }
 
 void twoBubblesGlyph(Pen& pen, const GlyphInks& inks) {
-    pen.path("M64 58 L73 64 L70.5 54 Z").fillRounded(faded(inks.glyph, 1), 4);
-    pen.roundRect(38, 24, 42, 34, 14).fill(inks.glyph);
-    pen.roundRect(17.5, 39.5, 48, 38, 16).fill(inks.detail);
-    pen.roundRect(20, 42, 43, 31, 13).fill(inks.glyph);
-    pen.path("M29 68 L25 78 L40 71 Z").fillRounded(inks.glyph, 3);
-    pen.line(32, 53.5, 51, 53.5).line(32, 61.5, 44, 61.5).stroke(inks.detail, kFineLine);
+    pen.save();
+    pen.roundRect(15, 37, 53, 41, 18).clipAway();
+    pen.path("M70 56 L76 66.5 L61 60 Z").fillRounded(inks.glyph, 3);
+    pen.roundRect(36, 23, 44, 37, 15).fill(inks.glyph);
+    pen.restore();
+    pen.roundRect(18, 40, 47, 33, 14).fill(inks.glyph);
+    pen.path("M27 67 L23.5 78 L40 72 Z").fillRounded(inks.glyph, 3);
+    pen.line(31, 52.5, 52, 52.5).line(31, 61, 44, 61).stroke(inks.detail, kFineLine);
 }
 
 void envelopeGlyph(Pen& pen, const GlyphInks& inks) {
@@ -68,11 +70,13 @@ void personCardGlyph(Pen& pen, const GlyphInks& inks) {
 }
 
 void peopleGlyph(Pen& pen, const GlyphInks& inks) {
-    pen.circle(65, 39.5, 8.5).fill(faded(inks.glyph, 0.62));
-    pen.path("M62 69 H80 Q82 69 82 67 C82 49 65 47 59.5 53 Z").fill(faded(inks.glyph, 0.62));
-    pen.circle(42, 36, 12.5).fill(inks.detail);
+    pen.save();
+    pen.circle(42, 36, 13.5).clipAway();
+    pen.path("M17 78 V70 C17 42 67 42 67 70 V78 Z").clipAway();
+    pen.circle(65, 39.5, 8.5).fill(faded(inks.glyph, 0.7));
+    pen.path("M56 73 H80 Q83 73 83 70 C83 49 65 46 56 53 Z").fill(faded(inks.glyph, 0.7));
+    pen.restore();
     pen.circle(42, 36, 10.5).fill(inks.glyph);
-    pen.path("M18 70 C18 44 66 44 66 70 Q66 75 61 75 H23 Q18 75 18 70 Z").fill(inks.detail);
     pen.path("M20 70 C20 46 64 46 64 70 Q64 73 61 73 H23 Q20 73 20 70 Z").fill(inks.glyph);
 }
 

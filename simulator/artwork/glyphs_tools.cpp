@@ -9,6 +9,8 @@ namespace velmoranth::simulator {
 
 void gearGlyph(Pen& pen, const GlyphInks& inks) {
     constexpr int kTeeth = 8;
+    pen.save();
+    pen.circle(50, 50, 9.5).clipAway();
     for (int tooth = 0; tooth < kTeeth; ++tooth) {
         pen.save();
         pen.turn(360.0 / kTeeth * tooth, 50, 50);
@@ -16,7 +18,7 @@ void gearGlyph(Pen& pen, const GlyphInks& inks) {
         pen.restore();
     }
     pen.circle(50, 50, 22).fill(inks.glyph);
-    pen.circle(50, 50, 9.5).fill(inks.detail);
+    pen.restore();
 }
 
 void calculatorGlyph(Pen& pen, const GlyphInks& inks) {
@@ -169,21 +171,9 @@ void puzzleGlyph(Pen& pen, const GlyphInks& inks) {
 }
 
 void layersGlyph(Pen& pen, const GlyphInks& inks) {
-    constexpr std::array kOpacities{0.45, 0.7, 1.0};
-    double y = 63;
-    for (const double opacity : kOpacities) {
-        const double lift = y - 50;
-        pen.save();
-        pen.shift(0, lift);
-        pen.path("M50 34 L77 48 L50 62 L23 48 Z").fillRounded(inks.detail, 8);
-        pen.path("M50 34 L77 48 L50 62 L23 48 Z").fillRounded(inks.detail, 4);
-        pen.restore();
-        pen.save();
-        pen.shift(0, lift);
-        pen.path("M50 35 L76 48 L50 61 L24 48 Z").fill(faded(inks.glyph, opacity));
-        pen.restore();
-        y -= 12;
-    }
+    pen.path("M50 25 L75 38 L50 51 L25 38 Z").fillRounded(inks.glyph, 5);
+    pen.path("M24.5 51.5 L50 64.5 L75.5 51.5").stroke(inks.glyph, kLine);
+    pen.path("M24.5 63.5 L50 76.5 L75.5 63.5").stroke(inks.glyph, kLine);
 }
 
 }  // namespace velmoranth::simulator

@@ -234,6 +234,14 @@ Pen& Pen::clip() {
     return *this;
 }
 
+Pen& Pen::clipAway() {
+    roundRect(-1, -1, 102, 102, 0);
+    cairo_set_fill_rule(context_, CAIRO_FILL_RULE_EVEN_ODD);
+    cairo_clip(context_);
+    cairo_set_fill_rule(context_, CAIRO_FILL_RULE_WINDING);
+    return *this;
+}
+
 void Pen::fillGradient(Ink top, Ink bottom, double fromY, double toY) {
     cairo_pattern_t* gradient = cairo_pattern_create_linear(0, fromY, 0, toY);
     for (const auto& [offset, ink] : {std::pair{0.0, top}, std::pair{1.0, bottom}}) {

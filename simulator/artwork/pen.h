@@ -60,6 +60,9 @@ class Pen {
     void fillRounded(Ink ink, double width);
     /// Limits what follows to the path, until the next `restore`.
     Pen& clip();
+    /// Keeps what follows off the path's inside, until the next `restore`: how one shape leaves a
+    /// gap around another.
+    Pen& clipAway();
 
     void fillGradient(Ink top, Ink bottom, double fromY, double toY);
     void glow(double x, double y, double radius, Ink centre);

@@ -29,8 +29,8 @@ constexpr Colour mix(Colour a, Colour b, float share) {
 }
 
 constexpr std::array kSky{
-    Stop{0.00F, {37, 52, 92}},    Stop{0.30F, {66, 84, 132}},   Stop{0.52F, {122, 106, 146}},
-    Stop{0.66F, {176, 124, 138}}, Stop{0.78F, {198, 146, 132}}, Stop{1.00F, {150, 110, 124}},
+    Stop{0.00F, {36, 50, 90}},    Stop{0.28F, {70, 84, 136}},   Stop{0.50F, {134, 110, 150}},
+    Stop{0.66F, {184, 132, 144}}, Stop{1.00F, {168, 126, 136}},
 };
 
 // A hill line: height of its edge as a share of the picture, two waves, its tint and how much of it
@@ -50,15 +50,31 @@ constexpr std::array kHills{
     Hill{0.905F, 0.045F, 1.40F, 0.85F, 0.010F, 0.47F, 0.20F, {34, 44, 84}, 0.88F},
 };
 
-Colour skyAt(float y) {
-    for (std::size_t i = 1; i < kSky.size(); ++i) {
-        if (y <= kSky[i].position) {
-            const float span = kSky[i].position - kSky[i - 1].position;
-            const float t = (y - kSky[i - 1].position) / span;
-            return mix(kSky[i - 1].colour, kSky[i].colour, t * t * (3 - 2 * t));
-        }
+// Through the stops by a cubic whose slope at a stop is that towards its neighbours, so that none
+// shows as a line.
+float throughStops(float y, float Colour::* component) {
+    std::size_t last = 1;
+    while (last + 1 < kSky.size() && y > kSky[last].position) {
+        ++last;
     }
-    return kSky.back().colour;
+    const std::size_t first = last - 1;
+    const auto slopeAt = [component](std::size_t stop) {
+        const std::size_t before = stop == 0 ? 0 : stop - 1;
+        const std::size_t after = std::min(stop + 1, kSky.size() - 1);
+        return (kSky[after].colour.*component - kSky[before].colour.*component) /
+               (kSky[after].position - kSky[before].position);
+    };
+    const float span = kSky[last].position - kSky[first].position;
+    const float t = (y - kSky[first].position) / span;
+    const float rest = 1 - t;
+    return (1 + 2 * t) * rest * rest * (kSky[first].colour.*component) +
+           t * t * (3 - 2 * t) * (kSky[last].colour.*component) +
+           span * t * rest * (rest * slopeAt(first) - t * slopeAt(last));
+}
+
+Colour skyAt(float y) {
+    return {throughStops(y, &Colour::red), throughStops(y, &Colour::green),
+            throughStops(y, &Colour::blue)};
 }
 
 float wave(float x, float length, float start) {
@@ -113,9 +129,9 @@ std::vector<std::uint8_t> drawWallpaper(int widthPixels, int heightPixels) {
             edges[hill][x] = edgeOf(kHills[hill], static_cast<float>(x) / tall) * tall;
         }
     }
-    constexpr Colour kMoonlight{236, 190, 176};
-    constexpr float kMoonY = 0.56F;
-    constexpr float kMoonReach = 0.42F;
+    constexpr Colour kMoonlight{244, 186, 158};
+    constexpr float kMoonY = 0.62F;
+    constexpr float kMoonReach = 0.5F;
     const float moonX = static_cast<float>(widthPixels) / tall * 0.66F;
     for (std::size_t x = 0; x < width; ++x) {
         const float away = static_cast<float>(x) / tall - moonX;
@@ -132,7 +148,7 @@ std::vector<std::uint8_t> drawWallpaper(int widthPixels, int heightPixels) {
         for (std::size_t x = 0; x < width; ++x) {
             const float distance =
                 std::min(1.0F, (moonDistance[x] + moonDown) / (kMoonReach * kMoonReach));
-            const float light = (1 - distance) * (1 - distance) * 0.38F;
+            const float light = (1 - distance) * (1 - distance) * 0.30F;
             Colour colour = mix(sky, kMoonlight, light);
             for (std::size_t hill = 0; hill < kHills.size(); ++hill) {
                 // One pixel of the edge is shared, which is antialiasing enough for a slope this
