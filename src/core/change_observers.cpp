@@ -53,7 +53,7 @@ void DevelopingPrefsChangedNotification(DarwinNotificationCenter& /*center*/, vo
     }
     // Read and kept nowhere: the lookups read the switch from the file themselves.
     static_cast<void>(
-        platform::boolValue(platform::objectForKey(settingsStore(), "enableImageDump")));
+        platform::boolValue(platform::objectForKey(SettingsStore(), "enableImageDump")));
 }
 
 void CompileAssetsCallback(DarwinNotificationCenter& /*center*/, void* /*observer*/,

@@ -16,13 +16,14 @@ struct ReplacementTraits;
 
 // A replacement is handed the platform's implementation, the receiver and the arguments.
 template <class R, class Receiver, class... Args>
-struct ReplacementTraits<R (*)(const Original<R(Receiver&, Args...)>&, Receiver&, Args...)> {
+struct ReplacementTraits<R (*)(const OriginalImplementation<R(Receiver&, Args...)>&, Receiver&,
+                               Args...)> {
     // The replacement as a method's implementation. `saved` is its row's slot and outlives it.
     template <auto Replacement>
     static platform::Implementation bind(const platform::Implementation& saved) {
         return platform::makeImplementation(
             std::function<R(Receiver&, Args...)>([&saved](Receiver& self, Args... args) -> R {
-                return Replacement(Original<R(Receiver&, Args...)>(saved), self,
+                return Replacement(OriginalImplementation<R(Receiver&, Args...)>(saved), self,
                                    std::move(args)...);
             }));
     }

@@ -3,7 +3,7 @@
 // whose replacement is not written yet stands in the table as data and is never installed.
 #pragma once
 
-#include "core/original.h"
+#include "core/original_implementation.h"
 #include "platform/objc_runtime.h"
 
 #include <functional>

@@ -88,7 +88,7 @@ const Settings& settings() {
     return state().settings;
 }
 
-const Dictionary& settingsStore() {
+const Dictionary& SettingsStore() {
     return state().store;
 }
 

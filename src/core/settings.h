@@ -43,7 +43,7 @@ struct Settings {
 
 // The dictionary that the preferences file held when loadSettings last ran; empty when it gave
 // nothing.
-[[nodiscard]] const platform::Dictionary& settingsStore();
+[[nodiscard]] const platform::Dictionary& SettingsStore();
 
 // Reads the preferences file into the store and the record. A file that is missing or unreadable
 // empties the store and leaves the record as it was; a missing key gives false or 0.

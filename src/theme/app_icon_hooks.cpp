@@ -10,7 +10,7 @@
 namespace velmoranth::theme {
 
 using core::NSLog;
-using core::Original;
+using core::OriginalImplementation;
 using core::settings;
 using core::stringWithFormat;
 using platform::ImageRef;
@@ -50,8 +50,8 @@ ImageRef keptOrThemed(const NullableString& identifier, PlatformImage original) 
 }  // namespace
 
 ImageRef UIImageApplicationIconHooks::_applicationIconImageForBundleIdentifierFormatScaleOniOS12(
-    const Original<Signature>& original, platform::Class& self, NullableString bundleIdentifier,
-    int format, double scale) {
+    const OriginalImplementation<Signature>& original, platform::Class& self,
+    NullableString bundleIdentifier, int format, double scale) {
     const auto orig = [&] { return original(self, bundleIdentifier, format, scale); };
     orig();
     if (settings().enableLogging) {
@@ -78,8 +78,8 @@ ImageRef UIImageApplicationIconHooks::_applicationIconImageForBundleIdentifierFo
 }
 
 ImageRef UIImageApplicationIconHooks::_applicationIconImageForBundleIdentifierFormatScaleOniOS13(
-    const Original<Signature>& original, platform::Class& self, NullableString bundleIdentifier,
-    int format, double scale) {
+    const OriginalImplementation<Signature>& original, platform::Class& self,
+    NullableString bundleIdentifier, int format, double scale) {
     const auto orig = [&] { return original(self, bundleIdentifier, format, scale); };
     orig();
     const ImageRef second = orig();
@@ -97,9 +97,9 @@ ImageRef UIImageApplicationIconHooks::_applicationIconImageForBundleIdentifierFo
     return redrawn(image, platform::sizeOf(orig()));
 }
 
-ImageRef SBApplicationIconHooks::getUnmaskedIconImage(const Original<Signature>& original,
-                                                      platform::SBApplicationIcon& self,
-                                                      int format) {
+ImageRef SBApplicationIconHooks::getUnmaskedIconImage(
+    const OriginalImplementation<Signature>& original, platform::SBApplicationIcon& self,
+    int format) {
     const auto orig = [&] { return original(self, format); };
     orig();
     if (!platform().coreFoundation.isSystemVersionAtLeast(12, 0, 0) || !settings().enable) {
@@ -112,7 +112,7 @@ ImageRef SBApplicationIconHooks::getUnmaskedIconImage(const Original<Signature>&
     return keptOrThemed(self.leafIdentifier(), orig);
 }
 
-ImageRef SBHIconImageCacheHooks::imageForIcon(const Original<Signature>& original,
+ImageRef SBHIconImageCacheHooks::imageForIcon(const OriginalImplementation<Signature>& original,
                                               platform::SBHIconImageCache& self, SBIconRef icon) {
     const auto orig = [&] { return original(self, icon); };
     orig();
@@ -132,9 +132,9 @@ ImageRef SBHIconImageCacheHooks::imageForIcon(const Original<Signature>& origina
     return keptOrThemed(identifier, orig);
 }
 
-ImageRef SBHIconImageCacheHooks::unmaskedImageForIcon(const Original<Signature>& original,
-                                                      platform::SBHIconImageCache& self,
-                                                      SBIconRef icon) {
+ImageRef SBHIconImageCacheHooks::unmaskedImageForIcon(
+    const OriginalImplementation<Signature>& original, platform::SBHIconImageCache& self,
+    SBIconRef icon) {
     const auto orig = [&] { return original(self, icon); };
     orig();
     if (!settings().enable) {
@@ -150,7 +150,7 @@ ImageRef SBHIconImageCacheHooks::unmaskedImageForIcon(const Original<Signature>&
     return keptOrThemed(identifier, orig);
 }
 
-ImageRef SBIconImageViewHooks::contentsImage(const Original<Signature>& original,
+ImageRef SBIconImageViewHooks::contentsImage(const OriginalImplementation<Signature>& original,
                                              platform::SBIconImageView& self) {
     const auto orig = [&] { return original(self); };
     orig();

@@ -4,7 +4,7 @@
 // stay.
 #pragma once
 
-#include "core/original.h"
+#include "core/original_implementation.h"
 #include "platform/foundation.h"
 #include "platform/springboard.h"
 #include "platform/uikit.h"
@@ -18,10 +18,10 @@ struct UIImageApplicationIconHooks {
     using Signature = platform::ImageRef(platform::Class&, platform::NullableString, int, double);
 
     static platform::ImageRef _applicationIconImageForBundleIdentifierFormatScaleOniOS12(
-        const core::Original<Signature>& original, platform::Class& self,
+        const core::OriginalImplementation<Signature>& original, platform::Class& self,
         platform::NullableString bundleIdentifier, int format, double scale);
     static platform::ImageRef _applicationIconImageForBundleIdentifierFormatScaleOniOS13(
-        const core::Original<Signature>& original, platform::Class& self,
+        const core::OriginalImplementation<Signature>& original, platform::Class& self,
         platform::NullableString bundleIdentifier, int format, double scale);
 };
 
@@ -29,27 +29,28 @@ struct UIImageApplicationIconHooks {
 struct SBApplicationIconHooks {
     using Signature = platform::ImageRef(platform::SBApplicationIcon&, int);
 
-    static platform::ImageRef getUnmaskedIconImage(const core::Original<Signature>& original,
-                                                   platform::SBApplicationIcon& self, int format);
+    static platform::ImageRef getUnmaskedIconImage(
+        const core::OriginalImplementation<Signature>& original, platform::SBApplicationIcon& self,
+        int format);
 };
 
 // -[SBHIconImageCache imageForIcon:] and unmaskedImageForIcon:. Both share one kept image an icon.
 struct SBHIconImageCacheHooks {
     using Signature = platform::ImageRef(platform::SBHIconImageCache&, platform::SBIconRef);
 
-    static platform::ImageRef imageForIcon(const core::Original<Signature>& original,
+    static platform::ImageRef imageForIcon(const core::OriginalImplementation<Signature>& original,
                                            platform::SBHIconImageCache& self,
                                            platform::SBIconRef icon);
-    static platform::ImageRef unmaskedImageForIcon(const core::Original<Signature>& original,
-                                                   platform::SBHIconImageCache& self,
-                                                   platform::SBIconRef icon);
+    static platform::ImageRef unmaskedImageForIcon(
+        const core::OriginalImplementation<Signature>& original, platform::SBHIconImageCache& self,
+        platform::SBIconRef icon);
 };
 
 // -[SBIconImageView contentsImage]; changes nothing on a phone.
 struct SBIconImageViewHooks {
     using Signature = platform::ImageRef(platform::SBIconImageView&);
 
-    static platform::ImageRef contentsImage(const core::Original<Signature>& original,
+    static platform::ImageRef contentsImage(const core::OriginalImplementation<Signature>& original,
                                             platform::SBIconImageView& self);
 };
 

@@ -25,7 +25,7 @@ ImageRef AppIconLookup::searchforIconInIconBundlesWithLeafIdentifierForImg(
     if (core::lookupLogging()) {
         NSLog("Velmoranth.M searchforIconInIconBundlesWithLeafIdentifier: %@", leafIdentifier);
     }
-    for (const std::string& themeName : activeThemes()) {
+    for (const ThemeName& themeName : activeThemes()) {
         if (core::lookupLogging()) {
             NSLog("Velmoranth GetICON  /Library/Themes/%@/IconBundles/%@-large.png", themeName,
                   leafIdentifier);

@@ -41,7 +41,7 @@ class NamedImages {
     }
 
   private:
-    std::vector<std::string> names_;
+    std::vector<ThemeName> names_;
     std::map<std::string, ImageRef> images_;
 };
 
@@ -61,7 +61,7 @@ ImageRef loadImage(const std::string& path) {
 }
 
 // The image that the theme has for the bundle's name, nil when none.
-ImageRef searchBundle(const std::string& themeName, const NullableString& bundleIdentifier,
+ImageRef searchBundle(const ThemeName& themeName, const NullableString& bundleIdentifier,
                       const NullableString& name) {
     if (ImageRef image = loadImage(stringWithFormat("/Library/Themes/%@/Bundles/%@/%@@3x.png",
                                                     themeName, bundleIdentifier, name))) {
@@ -91,7 +91,7 @@ ImageRef searchBundle(const std::string& themeName, const NullableString& bundle
 }
 
 // The theme's loose image of that name, nil when none.
-ImageRef searchLoose(const std::string& themeName, const NullableString& name) {
+ImageRef searchLoose(const ThemeName& themeName, const NullableString& name) {
     if (ImageRef image =
             loadImage(stringWithFormat("/Library/Themes/%@/UIImages/%@@3x.png", themeName, name))) {
         if (core::lookupLogging()) {
@@ -139,13 +139,13 @@ ImageRef InterfaceImageLookup::deviceUIImageNamedFromBundleOriginalUIImage(
         NSLog("VelmoranthImageLoader loadUIImage %@   fromBundle: %@     ForOrigImg: %@ ", name,
               bundleIdentifier, original);
     }
-    const std::vector<std::string> themes = activeThemes();
+    const std::vector<ThemeName> themes = activeThemes();
     if (core::lookupLogging()) {
         const platform::Size size = platform::sizeOf(original);
         NSLog("VELMORANTH LOAD IMAGE: %@ BUNDLEID: %@ Image Width: %f Image Height: %f", name,
               bundleIdentifier, size.width, size.height);
     }
-    for (const std::string& themeName : themes) {
+    for (const ThemeName& themeName : themes) {
         if (ImageRef image = searchBundle(themeName, bundleIdentifier, name)) {
             ThemedUIImages().store(name, image);
             return image;
@@ -167,7 +167,7 @@ ImageRef InterfaceImageLookup::deviceUIImageNamedOriginalUIImage(const NullableS
     if (core::lookupLogging()) {
         NSLog("VelmoranthImageLoader loadUIImage %@ ForOrigImg: %@ ", name, original);
     }
-    for (const std::string& themeName : activeThemes()) {
+    for (const ThemeName& themeName : activeThemes()) {
         if (ImageRef image = searchLoose(themeName, name)) {
             ThemedUIImages().store(name, image);
             return image;
@@ -183,7 +183,7 @@ ImageRef InterfaceImageLookup::searchFolderForImageStr(const std::string& folder
 
 ImageRef InterfaceImageLookup::searchFoldersForImageString(const std::vector<std::string>& folders,
                                                            const std::string& imageString) {
-    for (const std::string& themeName : activeThemes()) {
+    for (const ThemeName& themeName : activeThemes()) {
         for (const std::string& folder : folders) {
             if (ImageRef image = loadImage(
                     stringWithFormat("/Library/Themes/%@/%@%@", themeName, folder, imageString))) {

@@ -9,7 +9,7 @@ namespace velmoranth::theme {
 using core::stringWithFormat;
 using platform::PropertyList;
 
-std::vector<std::string> activeThemes() {
+std::vector<ThemeName> activeThemes() {
     const auto preferences =
         platform::platform().propertyLists.dictionaryWithContentsOfFile(core::kPreferencesPath);
     if (!preferences) {
@@ -20,7 +20,7 @@ std::vector<std::string> activeThemes() {
     if (entries == nullptr) {
         return {};
     }
-    std::vector<std::string> names;
+    std::vector<ThemeName> names;
     names.reserve(entries->size());
     for (const PropertyList& entry : *entries) {
         names.push_back(platform::description(entry));
@@ -35,13 +35,13 @@ bool deviceIsPad() {
 }
 
 std::string ThemeSelection::selectedTheme() {
-    const std::vector<std::string> themes = activeThemes();
+    const std::vector<ThemeName> themes = activeThemes();
     return themes.empty() ? std::string()
                           : stringWithFormat("/Library/Themes/%@/Velmoranth", themes.front());
 }
 
 platform::NullableString ThemeSelection::currentThemePlist() {
-    for (const std::string& themeName : activeThemes()) {
+    for (const ThemeName& themeName : activeThemes()) {
         std::string path = stringWithFormat("/Library/Themes/%@/Info.plist", themeName);
         if (platform::platform().fileManager.fileExistsAtPath(path)) {
             return path;

@@ -13,7 +13,7 @@ namespace velmoranth::theme {
 // Folder names below /Library/Themes/ as they stand in "ActiveThemes"; the first has the highest
 // priority. Empty when the file, the key or an array under it is missing. An entry that is no
 // string counts as what it prints as.
-[[nodiscard]] std::vector<std::string> activeThemes();
+[[nodiscard]] std::vector<ThemeName> activeThemes();
 
 // Whether the current device says of itself that it is a pad. Asked afresh on every call; a device
 // that does not answer is a phone.

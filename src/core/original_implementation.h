@@ -9,14 +9,14 @@
 namespace velmoranth::core {
 
 template <class Signature>
-class Original;
+class OriginalImplementation;
 
 // The platform's implementation of a method R(Receiver&, Args...).
 template <class R, class Receiver, class... Args>
-class Original<R(Receiver&, Args...)> {
+class OriginalImplementation<R(Receiver&, Args...)> {
   public:
     // `saved` is the row's slot; it outlives every call.
-    explicit Original(const platform::Implementation& saved) : saved_(saved) {}
+    explicit OriginalImplementation(const platform::Implementation& saved) : saved_(saved) {}
 
     // Calls the platform's method; the zero value when the slot is empty.
     R operator()(Receiver& self, Args... args) const {
