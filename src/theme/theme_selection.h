@@ -10,9 +10,11 @@
 
 namespace velmoranth::theme {
 
-// Folder names below /Library/Themes/ as they stand in "ActiveThemes"; the first has the highest
-// priority. Empty when the file, the key or an array under it is missing. An entry that is no
-// string counts as what it prints as.
+// A folder name below /Library/Themes/, as it stands in "ActiveThemes".
+using ThemeName = std::string;
+
+// The names in file order; the first has the highest priority. Empty when the file, the key or an
+// array under it is missing. An entry that is no string counts as what it prints as.
 [[nodiscard]] std::vector<ThemeName> activeThemes();
 
 // Whether the current device says of itself that it is a pad. Asked afresh on every call; a device
