@@ -15,34 +15,39 @@ TOP_FOLDERS = ["src", "desktop", "simulator", "cli", "device", "tests", "benchma
                "scripts", "docs", "cmake", "examples", "layout", ".ci"]
 
 # Who may include whom. The longest prefix that fits a file is its layer; a layer may include itself
-# and what is listed. Paths are those of includes: the engine leaves "src/" out.
+# and what is listed. Paths are those of includes: the engine leaves "src/" out. The link dependencies
+# in CMake say the same folder by folder; here they are in one view, with files told apart where a
+# folder holds two layers.
 ENGINE_ROOTS = ["platform", "core", "theme", "imaging", "hooks", "sounds", "tools", "filemanager"]
 SETTINGS = ["platform/", "core/"]  # The low part of core: the rest of it has rows of its own.
-LOOKUPS = SETTINGS + ["tools/", "theme/"]
-EFFECTS = LOOKUPS + ["imaging/", "sounds/", "filemanager/"]
-HOOKS = EFFECTS + ["hooks/"]
+LOOKUPS = [*SETTINGS, "tools/", "theme/"]
+EFFECTS = [*LOOKUPS, "imaging/", "sounds/", "filemanager/"]
+ICON_HOOKS = ["theme/app_icon_hooks", "theme/icon_theming"]
+HOOKS = [*EFFECTS, *ICON_HOOKS, "hooks/"]
 LAYERS = {
-    "platform/": ["platform/"],
-    "core/": SETTINGS,
-    "tools/": SETTINGS + ["tools/"],
-    "filemanager/": SETTINGS + ["filemanager/"],
+    "platform/": [],
+    "core/": ["platform/"],
+    "tools/": SETTINGS,
+    "filemanager/": SETTINGS,
     "theme/": LOOKUPS,
-    "sounds/": LOOKUPS + ["sounds/"],
-    "imaging/": LOOKUPS + ["imaging/"],
-    "hooks/": HOOKS,
-    # Files that stand with what they belong to, in a higher layer.
-    "theme/app_icon_hooks": HOOKS,
-    "theme/icon_hooks": HOOKS,
-    "core/theme_change": HOOKS + ["core/theme_change"],
-    "core/velmoranth": HOOKS + ["core/velmoranth", "core/theme_change"],
-    "core/hook_table": HOOKS + ["core/hook_table", "core/velmoranth", "theme/app_icon_hooks",
-                                "theme/icon_hooks"],
-    "core/entry_points": HOOKS + ["core/entry_points", "core/hook_table", "core/velmoranth",
-                                  "core/theme_change"],
-    "desktop/": ["platform/", "desktop/"],
-    "simulator/": ["platform/", "core/", "core/hook_table", "core/entry_points", "desktop/",
-                   "simulator/"],
-    "cli/": ["platform/", "core/", "core/hook_table", "desktop/", "simulator/", "cli/"],
+    "sounds/": LOOKUPS,
+    "imaging/": LOOKUPS,
+    # Replacements that stand with what they call.
+    "theme/app_icon_hooks": [*EFFECTS, *ICON_HOOKS],
+    "theme/icon_theming": EFFECTS,
+    "hooks/": [*EFFECTS, "theme/icon_theming"],
+    # What ties the rooms together.
+    "core/velmoranth": EFFECTS,
+    "core/theme_change": EFFECTS,
+    "core/change_observers": [*SETTINGS, "core/theme_change"],
+    "core/hook_table": [*HOOKS, "core/hook_rows"],
+    "core/hook_rows": [*HOOKS, "core/hook_table"],
+    "core/entry_points": [*SETTINGS, "core/change_observers", "core/hook_table", "core/velmoranth"],
+    "core/load_time": [*SETTINGS, "core/entry_points"],
+    # The house around the engine.
+    "desktop/": ["platform/"],
+    "simulator/": [*SETTINGS, "core/hook_table", "core/entry_points", "desktop/"],
+    "cli/": [*SETTINGS, "core/hook_table", "desktop/", "simulator/"],
 }
 
 # Headers that the phone's C++ library of 2018 cannot serve, or that the engine does without.
