@@ -156,10 +156,14 @@ Result<platform::Data> inflateRows(const PngStructure& structure) {
     platform::Data storage;
     const Bytes stream = joined(structure, storage);
     platform::Data rows(inflatedSize(structure.header));
-    if (hasZlibHeader(stream) && inflate(Wrapper::zlib, stream, rows) == InflateResult::complete) {
-        return rows;
+    InflateResult result = InflateResult::damaged;
+    if (hasZlibHeader(stream)) {
+        result = inflate(Wrapper::zlib, stream, rows);
     }
-    switch (inflate(Wrapper::none, stream, rows)) {
+    if (result == InflateResult::damaged) {
+        result = inflate(Wrapper::none, stream, rows);
+    }
+    switch (result) {
         case InflateResult::complete:
             return rows;
         case InflateResult::tooShort:

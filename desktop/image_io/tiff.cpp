@@ -90,6 +90,17 @@ int ignoreWarning(TIFF*, void*, const char*, const char*, va_list) {
     return 1;
 }
 
+// The file is in memory already. libtiff only reads what is mapped. (Without a mapping, version 4.5
+// refuses some uncompressed tiles that are in order.)
+int mapFile(thandle_t handle, void** base, toff_t* size) {
+    Source& source = sourceOf(handle);
+    *base = const_cast<std::uint8_t*>(source.file.data());
+    *size = source.file.size();
+    return 1;
+}
+
+void unmapNothing(thandle_t, void*, toff_t) {}
+
 struct CloseTiff {
     void operator()(TIFF* tiff) const { TIFFClose(tiff); }
 };
@@ -105,12 +116,14 @@ Tiff open(Source& source, const DecodeLimits& limits) {
     if (!options) {
         throw std::bad_alloc();
     }
-    TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), static_cast<tmsize_t>(limits.maxBytes));
+    // What libtiff needs to read directories and strips, beside the samples.
+    constexpr std::size_t kWorkingMemory = std::size_t{1} << 20;
+    const std::size_t largest = std::max(limits.maxBytes, kWorkingMemory);
+    TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), static_cast<tmsize_t>(largest));
     TIFFOpenOptionsSetErrorHandlerExtR(options.get(), keepError, &source);
     TIFFOpenOptionsSetWarningHandlerExtR(options.get(), ignoreWarning, &source);
-    // "m": no mapping, all reading goes through the callbacks.
-    return Tiff(TIFFClientOpenExt("image", "rm", &source, readBytes, writeNothing, seek,
-                                  closeNothing, sizeOfFile, nullptr, nullptr, options.get()));
+    return Tiff(TIFFClientOpenExt("image", "r", &source, readBytes, writeNothing, seek,
+                                  closeNothing, sizeOfFile, mapFile, unmapNothing, options.get()));
 }
 
 tl::unexpected<Problem> damaged(const Source& source) {
