@@ -55,8 +55,8 @@ void checklistGlyph(Pen& pen, const GlyphInks& inks) {
 
 void notepadGlyph(Pen& pen, const GlyphInks& inks) {
     pen.roundRect(0, 0, 100, 24, 0).fillGradient({0xEFC266}, {0xE3AE4A}, 0, 24);
-    for (double x = 6.25; x < 100; x += 12.5) {
-        pen.circle(x, 30.5, 1.7).fill(faded(inks.glyph, 0.45));
+    for (int hole = 0; hole < 8; ++hole) {
+        pen.circle(6.25 + hole * 12.5, 30.5, 1.7).fill(faded(inks.glyph, 0.45));
     }
     pen.line(22, 45, 78, 45).line(22, 58.5, 78, 58.5).line(22, 72, 56, 72).stroke(inks.glyph, 4.2);
 }
@@ -153,10 +153,9 @@ void rulerGlyph(Pen& pen, const GlyphInks& inks) {
     pen.save();
     pen.turn(-45, 50, 50);
     pen.roundRect(15, 38, 70, 24, 5).fill(inks.glyph);
-    int tick = 0;
-    for (double x = 22; x < 82; x += 8) {
+    for (int tick = 0; tick < 8; ++tick) {
+        const double x = 22 + tick * 8;
         pen.line(x, 40, x, tick % 2 == 0 ? 50 : 46);
-        ++tick;
     }
     pen.stroke(inks.detail, 2.8);
     pen.restore();

@@ -87,24 +87,20 @@ float edgeOf(const Hill& hill, float x) {
 }
 
 // An ordered pattern of 8 by 8 thresholds in 0..1, each value once.
-float threshold(int x, int y) {
+float threshold(unsigned x, unsigned y) {
     unsigned value = 0;
-    const auto across = static_cast<unsigned>(x);
-    const auto down = static_cast<unsigned>(y);
     for (unsigned bit = 0; bit < 3; ++bit) {
-        const unsigned a = (across >> bit) & 1U;
-        const unsigned b = (down >> bit) & 1U;
-        value |= ((a ^ b) << (5 - 2 * bit)) | (b << (4 - 2 * bit));
+        const unsigned across = (x >> bit) & 1U;
+        const unsigned down = (y >> bit) & 1U;
+        value |= ((across ^ down) << (5 - 2 * bit)) | (down << (4 - 2 * bit));
     }
     return (static_cast<float>(value) + 0.5F) / 64.0F;
 }
 
 std::array<float, 64> thresholdTable() {
     std::array<float, 64> table{};
-    for (int y = 0; y < 8; ++y) {
-        for (int x = 0; x < 8; ++x) {
-            table[static_cast<std::size_t>(y * 8 + x)] = threshold(x, y);
-        }
+    for (unsigned i = 0; i < table.size(); ++i) {
+        table[i] = threshold(i % 8, i / 8);
     }
     return table;
 }

@@ -88,7 +88,7 @@ TEST(IconShape, MultipliesEveryComponentByTheCoverage) {
 }
 
 TEST(IconShape, LeavesABufferOfAnotherSizeAlone) {
-    std::vector<std::uint8_t> bgra(59 * 60 * 4, 200);
+    std::vector<std::uint8_t> bgra(59UL * 60 * 4, 200);
     const auto before = bgra;
     applyIconShape(bgra, 60);
     EXPECT_EQ(bgra, before);
@@ -109,7 +109,7 @@ TEST(ContinuousCorner, RadiusIsClampedToTheShorterSide) {
 }
 
 TEST(ContinuousCorner, WithoutARadiusTheRectangleIsFull) {
-    const std::vector<std::uint8_t> full(12 * 7, 255);
+    const std::vector<std::uint8_t> full(12UL * 7, 255);
     for (const double radius : {0.0, -4.0, std::numeric_limits<double>::quiet_NaN()}) {
         EXPECT_EQ(continuousCornerCoverage(12, 7, radius), full) << radius;
     }

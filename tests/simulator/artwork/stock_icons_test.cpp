@@ -157,7 +157,7 @@ TEST(StockIcons, ClockFaceIsTheClockWithoutItsHands) {
     const std::size_t different = clearDifferences(face, clock);
     EXPECT_GT(different, 100U);
     EXPECT_LT(different, 1000U);
-    const std::size_t middle = (60 * 120 + 60) * 4;
+    const std::size_t middle = (60UL * 120 + 60) * 4;
     EXPECT_EQ(face[middle], 255);
 }
 
