@@ -464,13 +464,13 @@ INFO = """<?xml version="1.0" encoding="UTF-8"?>
 		<key>FontName</key>
 		<string>HelveticaNeue-Medium</string>
 		<key>FontSize</key>
-		<real>8.5</real>
+		<real>7.5</real>
 		<key>TextColor</key>
 		<string>FBF4E8</string>
 		<key>TextXoffset</key>
 		<real>0</real>
 		<key>TextYoffset</key>
-		<real>4.5</real>
+		<real>4.8</real>
 	</dict>
 	<key>CalendarIconDateSettings</key>
 	<dict>

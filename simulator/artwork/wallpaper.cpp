@@ -10,6 +10,8 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <span>
+#include <utility>
 
 namespace velmoranth::simulator {
 namespace {
@@ -105,6 +107,85 @@ std::array<float, 64> thresholdTable() {
     return table;
 }
 
+// What does not change from row to row, in pixels: made once, so that a pixel costs a few
+// multiplications.
+struct HillLine {
+    const Hill* hill;
+    std::vector<float> edge;  // y of the hill's edge in each column
+    float top;                // the smallest of them
+};
+
+struct Scene {
+    std::vector<HillLine> hills;
+    std::vector<float>
+        glowAcross;  // each column's squared distance from the glow, in squared reaches
+    float tall;
+};
+
+constexpr Colour kGlow{244, 186, 158};
+constexpr float kGlowAcross = 0.66F;  // of the width
+constexpr float kGlowDown = 0.62F;    // of the height
+constexpr float kGlowReach = 0.5F;    // of the height
+constexpr float kGlowStrength = 0.30F;
+constexpr float kMistReach = 0.16F;  // of the height
+constexpr float kMistStrength = 0.45F;
+
+float squared(float value) {
+    return value * value;
+}
+
+// Distances across are in shares of the height too, so that the hills keep their slope on every
+// screen.
+Scene makeScene(std::size_t width, std::size_t height) {
+    Scene scene{{}, std::vector<float>(width), static_cast<float>(height)};
+    const float glowAt = static_cast<float>(width) * kGlowAcross;
+    for (std::size_t x = 0; x < width; ++x) {
+        scene.glowAcross[x] = squared((static_cast<float>(x) - glowAt) / (scene.tall * kGlowReach));
+    }
+    for (const Hill& hill : kHills) {
+        HillLine line{&hill, std::vector<float>(width), 0};
+        for (std::size_t x = 0; x < width; ++x) {
+            line.edge[x] = edgeOf(hill, static_cast<float>(x) / scene.tall) * scene.tall;
+        }
+        line.top = *std::ranges::min_element(line.edge);
+        scene.hills.push_back(std::move(line));
+    }
+    return scene;
+}
+
+void paintSky(std::span<Colour> row, const Scene& scene, float y) {
+    const float share = (y + 0.5F) / scene.tall;
+    const Colour sky = skyAt(share);
+    const float glowDown = squared((share - kGlowDown) / kGlowReach);
+    for (std::size_t x = 0; x < row.size(); ++x) {
+        const float distance = std::min(1.0F, scene.glowAcross[x] + glowDown);
+        row[x] = mix(sky, kGlow, squared(1 - distance) * kGlowStrength);
+    }
+}
+
+void paintHill(std::span<Colour> row, const HillLine& line, float y, float tall) {
+    const float perMist = 1 / (tall * kMistReach);
+    for (std::size_t x = 0; x < row.size(); ++x) {
+        const float below = y - line.edge[x];
+        // One pixel of the edge is shared, which is antialiasing enough for a slope this shallow.
+        const float inside = std::clamp(below + 1, 0.0F, 1.0F);
+        // Mist: a hill is thinnest at its foot.
+        const float mist = std::clamp(below * perMist, 0.0F, 1.0F) * kMistStrength;
+        row[x] = mix(row[x], line.hill->tint, inside * line.hill->cover * (1 - mist));
+    }
+}
+
+void storeRow(std::span<const Colour> row, std::span<const float, 8> thresholds,
+              std::uint8_t* out) {
+    for (std::size_t x = 0; x < row.size(); ++x) {
+        const float lift = thresholds[x % 8];
+        out[x * 4] = static_cast<std::uint8_t>(static_cast<int>(row[x].blue + lift));
+        out[x * 4 + 1] = static_cast<std::uint8_t>(static_cast<int>(row[x].green + lift));
+        out[x * 4 + 2] = static_cast<std::uint8_t>(static_cast<int>(row[x].red + lift));
+        out[x * 4 + 3] = 255;
+    }
+}
+
 }  // namespace
 
 std::vector<std::uint8_t> drawWallpaper(int widthPixels, int heightPixels) {
@@ -114,56 +195,19 @@ std::vector<std::uint8_t> drawWallpaper(int widthPixels, int heightPixels) {
     }
     const auto width = static_cast<std::size_t>(widthPixels);
     const auto height = static_cast<std::size_t>(heightPixels);
-    const auto tall = static_cast<float>(heightPixels);
-    // Horizontal distances are in shares of the height, so that the hills keep their slope on every
-    // screen.
-    std::array<std::vector<float>, kHills.size()> edges;
-    std::vector<float> moonDistance(width);
-    for (std::size_t hill = 0; hill < kHills.size(); ++hill) {
-        edges[hill].resize(width);
-        for (std::size_t x = 0; x < width; ++x) {
-            edges[hill][x] = edgeOf(kHills[hill], static_cast<float>(x) / tall) * tall;
-        }
-    }
-    constexpr Colour kMoonlight{244, 186, 158};
-    constexpr float kMoonY = 0.62F;
-    constexpr float kMoonReach = 0.5F;
-    const float moonX = static_cast<float>(widthPixels) / tall * 0.66F;
-    for (std::size_t x = 0; x < width; ++x) {
-        const float away = static_cast<float>(x) / tall - moonX;
-        moonDistance[x] = away * away;
-    }
+    const Scene scene = makeScene(width, height);
     const std::array<float, 64> thresholds = thresholdTable();
+    std::vector<Colour> row(width);
     std::vector<std::uint8_t> bgra(width * height * 4);
     for (std::size_t y = 0; y < height; ++y) {
-        const float row = static_cast<float>(y);
-        const float share = (row + 0.5F) / tall;
-        const Colour sky = skyAt(share);
-        const float moonDown = (share - kMoonY) * (share - kMoonY);
-        std::uint8_t* out = &bgra[y * width * 4];
-        for (std::size_t x = 0; x < width; ++x) {
-            const float distance =
-                std::min(1.0F, (moonDistance[x] + moonDown) / (kMoonReach * kMoonReach));
-            const float light = (1 - distance) * (1 - distance) * 0.30F;
-            Colour colour = mix(sky, kMoonlight, light);
-            for (std::size_t hill = 0; hill < kHills.size(); ++hill) {
-                // One pixel of the edge is shared, which is antialiasing enough for a slope this
-                // shallow.
-                const float inside = std::clamp(row + 1 - edges[hill][x], 0.0F, 1.0F);
-                if (inside > 0) {
-                    // Mist: a hill is thinnest at its foot.
-                    const float depth = std::min(1.0F, (row - edges[hill][x]) / (tall * 0.16F));
-                    const float cover = kHills[hill].cover * (1 - 0.45F * std::max(0.0F, depth));
-                    colour = mix(colour, kHills[hill].tint, inside * cover);
-                }
+        const auto down = static_cast<float>(y);
+        paintSky(row, scene, down);
+        for (const HillLine& line : scene.hills) {
+            if (down + 1 > line.top) {
+                paintHill(row, line, down, scene.tall);
             }
-            const float lift = thresholds[(y % 8) * 8 + x % 8];
-            out[0] = static_cast<std::uint8_t>(colour.blue + lift);
-            out[1] = static_cast<std::uint8_t>(colour.green + lift);
-            out[2] = static_cast<std::uint8_t>(colour.red + lift);
-            out[3] = 255;
-            out += 4;
         }
+        storeRow(row, std::span(thresholds).subspan(y % 8 * 8).first<8>(), &bgra[y * width * 4]);
     }
     return bgra;
 }
