@@ -95,11 +95,8 @@ void readInfo(Session& session) {
                        });
     }
     if (session.hasTransparency) {
-        if (png_get_color_type(png, session.info) == PNG_COLOR_TYPE_GRAY) {
-            png_set_expand_gray_1_2_4_to_8(png);
-        }
-        png_set_palette_to_rgb(png);
-        png_set_tRNS_to_alpha(png);
+        // Palettes to R, G, B, gray to 8 bits, and what is transparent to alpha.
+        png_set_expand(png);
     }
 }
 
@@ -116,7 +113,6 @@ void readRows(Session& session) {
             row += session.bytesPerRow;
         }
     }
-    png_read_end(session.png, nullptr);
 }
 
 BitmapLayout layoutOf(const PngHeader& header, bool hasTransparency) {

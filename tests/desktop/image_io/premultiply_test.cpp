@@ -83,6 +83,12 @@ TEST(ToPremultipliedBgra, EveryOrderOfFourComponents) {
     }
 }
 
+TEST(ToPremultipliedBgra, NoColourExceedsItsAlpha) {
+    EXPECT_EQ(converted(row(2, 8, 32, kRgb, AlphaInfo::premultipliedFirst, ByteOrder::little32),
+                        {200, 150, 129, 128, 128, 127, 0, 128}),
+              (Data{128, 128, 128, 128, 128, 127, 0, 128}));
+}
+
 TEST(ToPremultipliedBgra, Rgb) {
     EXPECT_EQ(converted(row(2, 8, 24, kRgb, AlphaInfo::none), {1, 2, 3, 4, 5, 6}),
               (Data{3, 2, 1, 255, 6, 5, 4, 255}));
