@@ -49,8 +49,13 @@ constexpr Link kLinks[] = {
 };
 
 bool isEmpty(int folder) {
-    DIR* const stream = ::fdopendir(::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const int own = ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (own < 0) {
+        return false;
+    }
+    DIR* const stream = ::fdopendir(own);
     if (stream == nullptr) {
+        ::close(own);
         return false;
     }
     bool empty = true;

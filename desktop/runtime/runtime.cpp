@@ -101,7 +101,7 @@ void addLibraryMethods(Methods& classMethods, const platform::ClassDefinition& d
 
 // Classes are never removed, so plain pointers between them hold for the runtime's life.
 struct Runtime::State {
-    explicit State(Warn warn_) : warn(std::move(warn_)) {}
+    explicit State(Warn sink) : warn(std::move(sink)) {}
 
     void say(const std::string& line) const {
         if (warn) {

@@ -133,7 +133,7 @@ class FormatString {
   private:
     // Not constexpr: reaching it makes the format string no constant, which the compiler reports
     // here.
-    static void placeholderAndArgumentDiffer();
+    [[noreturn]] static void placeholderAndArgumentDiffer();
 
     const char* text_;
 };
