@@ -1,0 +1,57 @@
+#include "desktop/system/lib_system.h"
+
+#include "desktop/files/file_manager.h"
+
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <utility>
+
+namespace velmoranth::desktop {
+
+DesktopLibSystem::DesktopLibSystem(std::shared_ptr<const DeviceRoot> root, std::string machine,
+                                   std::string homeDirectory)
+    : root_(std::move(root)),
+      machine_(std::move(machine)),
+      homeDirectory_(std::move(homeDirectory)) {}
+
+int DesktopLibSystem::setuid(unsigned id) {
+    const std::lock_guard lock(mutex_);
+    userIds_.push_back(id);
+    return 0;
+}
+
+int DesktopLibSystem::setgid(unsigned id) {
+    const std::lock_guard lock(mutex_);
+    groupIds_.push_back(id);
+    return 0;
+}
+
+int DesktopLibSystem::chmod(const std::string& path, unsigned mode) {
+    const int error = changeMode(*root_, path, mode);
+    if (error != 0) {
+        errno = error;
+        return -1;
+    }
+    return 0;
+}
+
+int DesktopLibSystem::mkdir(const std::string& path, unsigned mode) {
+    const FolderEntry place = root_->openParent(path);
+    if (!place.folder.isOpen()) {
+        return -1;
+    }
+    return ::mkdirat(place.folder.get(), place.name.c_str(), mode);
+}
+
+std::vector<unsigned> DesktopLibSystem::userIds() const {
+    const std::lock_guard lock(mutex_);
+    return userIds_;
+}
+
+std::vector<unsigned> DesktopLibSystem::groupIds() const {
+    const std::lock_guard lock(mutex_);
+    return groupIds_;
+}
+
+}  // namespace velmoranth::desktop

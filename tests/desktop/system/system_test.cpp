@@ -1,0 +1,192 @@
+#include "desktop/files/create_device_root.h"
+#include "desktop/system/audio_session.h"
+#include "desktop/system/core_foundation.h"
+#include "desktop/system/device_and_screen.h"
+#include "desktop/system/lib_system.h"
+#include "desktop/system/system_logs.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <thread>
+
+namespace velmoranth::desktop {
+namespace {
+
+class SystemTest : public testing::Test {
+  protected:
+    SystemTest() {
+        std::string name = std::filesystem::temp_directory_path() / "velmoranth-XXXXXX";
+        folder_ = ::mkdtemp(name.data());
+        root_ = createDeviceRoot(folder_ + "/device").value();
+        ::umask(022);
+    }
+
+    ~SystemTest() override { std::filesystem::remove_all(folder_); }
+
+    // Mode bits of a path of this machine below the test's folder; 0 when there is none.
+    unsigned mode(const std::string& path) const {
+        struct stat status{};
+        return ::lstat((folder_ + path).c_str(), &status) == 0 ? status.st_mode & 07777U : 0U;
+    }
+
+    std::string folder_;
+    std::shared_ptr<DeviceRoot> root_;
+};
+
+using DesktopLibSystemTest = SystemTest;
+using SystemLogsTest = SystemTest;
+
+TEST_F(DesktopLibSystemTest, IdsAreRecordedAndNotCarriedOut) {
+    const unsigned before = ::getuid();
+    DesktopLibSystem system(root_, "iPhone11,2", "/var/mobile");
+    EXPECT_EQ(system.setuid(501), 0);
+    EXPECT_EQ(system.setuid(0), 0);
+    EXPECT_EQ(system.setgid(7), 0);
+    EXPECT_EQ(system.userIds(), (std::vector<unsigned>{501, 0}));
+    EXPECT_EQ(system.groupIds(), (std::vector<unsigned>{7}));
+    EXPECT_EQ(::getuid(), before);
+}
+
+TEST_F(DesktopLibSystemTest, SaysMachineAndHome) {
+    DesktopLibSystem system(root_, "iPhone11,2", "/var/mobile");
+    EXPECT_EQ(system.machine(), "iPhone11,2");
+    EXPECT_EQ(system.homeDirectory(), "/var/mobile");
+}
+
+TEST_F(DesktopLibSystemTest, MakesFoldersInsideTheRoot) {
+    DesktopLibSystem system(root_, "", "");
+    EXPECT_EQ(system.mkdir("/User/Library/Dump", 0755), 0);
+    EXPECT_EQ(mode("/device/private/var/mobile/Library/Dump"), 0755U);
+    EXPECT_EQ(system.mkdir("/User/Library/Dump/Inner/", 0777), 0);
+    EXPECT_EQ(mode("/device/private/var/mobile/Library/Dump/Inner"), 0755U);
+    EXPECT_EQ(system.mkdir("/User/Library/Dump", 0755), -1);
+    EXPECT_EQ(errno, EEXIST);
+    EXPECT_EQ(system.mkdir("/User/none/Dump", 0755), -1);
+    EXPECT_EQ(errno, ENOENT);
+    EXPECT_EQ(system.mkdir("/", 0755), -1);
+    EXPECT_EQ(errno, EEXIST);
+    EXPECT_EQ(system.mkdir("/../../outside", 0700), 0);
+    EXPECT_EQ(mode("/device/outside"), 0700U);
+    EXPECT_EQ(mode("/outside"), 0U);
+}
+
+TEST_F(DesktopLibSystemTest, ChangesModesInsideTheRoot) {
+    std::ofstream(folder_ + "/secret") << "x";
+    ASSERT_EQ(::chmod((folder_ + "/secret").c_str(), 0600), 0);
+    std::filesystem::create_symlink(folder_ + "/secret", folder_ + "/device/link");
+    DesktopLibSystem system(root_, "", "");
+    EXPECT_EQ(system.chmod("/User/Library/Preferences", 0777), 0);
+    EXPECT_EQ(mode("/device/private/var/mobile/Library/Preferences"), 0777U);
+    EXPECT_EQ(system.chmod("/link", 0777), -1);
+    EXPECT_EQ(errno, ENOENT);
+    EXPECT_EQ(mode("/secret"), 0600U);
+}
+
+TEST(SystemVersion, NumbersOfReleases) {
+    EXPECT_EQ(coreFoundationVersionNumber({12, 0, 0}), 1556.00);
+    EXPECT_EQ(coreFoundationVersionNumber({12, 1, 2}), 1560.10);
+    EXPECT_EQ(coreFoundationVersionNumber({12, 5, 7}), 1575.23);
+    EXPECT_EQ(coreFoundationVersionNumber({13, 0, 0}), 1665.15);
+    EXPECT_EQ(coreFoundationVersionNumber({13, 7, 0}), 1677.104);
+    EXPECT_EQ(coreFoundationVersionNumber({14, 0, 0}), 1751.108);
+    EXPECT_EQ(coreFoundationVersionNumber({11, 4, 1}), 1452.23);
+    EXPECT_EQ(coreFoundationVersionNumber({11, 2, 0}), std::nullopt);
+}
+
+TEST(DesktopCoreFoundation, ComparesVersions) {
+    DesktopCoreFoundation foundation(1560.1, {12, 1, 2});
+    EXPECT_EQ(foundation.versionNumber(), 1560.1);
+    EXPECT_TRUE(foundation.isSystemVersionAtLeast(12, 1, 2));
+    EXPECT_TRUE(foundation.isSystemVersionAtLeast(11, 9, 9));
+    EXPECT_TRUE(foundation.isSystemVersionAtLeast(12, 0, 5));
+    EXPECT_FALSE(foundation.isSystemVersionAtLeast(12, 1, 3));
+    EXPECT_FALSE(foundation.isSystemVersionAtLeast(12, 2, 0));
+    EXPECT_FALSE(foundation.isSystemVersionAtLeast(13, 0, 0));
+}
+
+TEST(DesktopDevice, SaysItsIdiom) {
+    EXPECT_TRUE(DesktopDevice(InterfaceIdiom::phone).respondsToUserInterfaceIdiom());
+    EXPECT_EQ(DesktopDevice(InterfaceIdiom::phone).userInterfaceIdiom(), 0);
+    EXPECT_EQ(DesktopDevice(InterfaceIdiom::pad).userInterfaceIdiom(), 1);
+    EXPECT_EQ(DesktopScreen(3).scale(), 3.0);
+}
+
+TEST(RecordedAudioSession, KeepsItsCategory) {
+    RecordedAudioSession session;
+    EXPECT_EQ(session.category(), "AVAudioSessionCategorySoloAmbient");
+    EXPECT_TRUE(session.setCategory("AVAudioSessionCategoryAmbient"));
+    EXPECT_FALSE(session.setCategory("Ambient"));
+    EXPECT_EQ(session.category(), "AVAudioSessionCategoryAmbient");
+    EXPECT_EQ(session.requests(),
+              (std::vector<std::string>{"AVAudioSessionCategoryAmbient", "Ambient"}));
+}
+
+TEST(LogToMemory, KeepsLinesInOrder) {
+    LogToMemory log;
+    log.write("one");
+    log.write("");
+    EXPECT_EQ(log.lines(), (std::vector<std::string>{"one", ""}));
+    log.clear();
+    EXPECT_TRUE(log.lines().empty());
+}
+
+TEST_F(SystemLogsTest, FileIsAppendedTo) {
+    std::ofstream(folder_ + "/log") << "before\n";
+    LogToFile::open(folder_ + "/log").value()->write("line");
+    LogToFile::open(folder_ + "/log").value()->write("ünïcode");
+    std::ifstream stream(folder_ + "/log");
+    const std::string text((std::istreambuf_iterator<char>(stream)), {});
+    EXPECT_EQ(text, "before\nline\nünïcode\n");
+    EXPECT_EQ(toLine(LogToFile::open(folder_ + "/no/log").error()),
+              folder_ + "/no/log: no such file or directory");
+}
+
+TEST_F(SystemLogsTest, LinesOfSeveralWritersStayWhole) {
+    std::vector<std::thread> writers;
+    for (const char letter : {'a', 'b', 'c'}) {
+        writers.emplace_back([&, letter] {
+            const auto log = LogToFile::open(folder_ + "/log").value();
+            for (int i = 0; i < 200; ++i) {
+                log->write(std::string(500, letter));
+            }
+        });
+    }
+    for (std::thread& writer : writers) {
+        writer.join();
+    }
+    std::ifstream stream(folder_ + "/log");
+    int count = 0;
+    for (std::string line; std::getline(stream, line); ++count) {
+        ASSERT_EQ(line, std::string(500, line.empty() ? '?' : line[0]));
+    }
+    EXPECT_EQ(count, 600);
+}
+
+// A pipe in packet mode gives each write back by itself.
+TEST(LogToDescriptor, WritesALineAtOnce) {
+    std::array<int, 2> ends{};
+    ASSERT_EQ(::pipe2(ends.data(), O_DIRECT), 0);
+    LogToDescriptor log(ends[1]);
+    log.write("first");
+    log.write("second");
+    std::array<char, 64> buffer{};
+    ssize_t length = ::read(ends[0], buffer.data(), buffer.size());
+    EXPECT_EQ(std::string(buffer.data(), static_cast<std::size_t>(length)), "first\n");
+    length = ::read(ends[0], buffer.data(), buffer.size());
+    EXPECT_EQ(std::string(buffer.data(), static_cast<std::size_t>(length)), "second\n");
+    ::close(ends[0]);
+    ::close(ends[1]);
+}
+
+}  // namespace
+}  // namespace velmoranth::desktop
