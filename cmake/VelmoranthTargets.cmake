@@ -33,10 +33,14 @@ function(velmoranth_test name)
     gtest_discover_tests(${name} PROPERTIES TIMEOUT 120 DISCOVERY_TIMEOUT 60)
 endfunction()
 
-# velmoranth_fuzz(NAME SOURCES ... LINKS ...): a libFuzzer program.
+# velmoranth_fuzz(NAME SOURCES ... LINKS ...): a libFuzzer program; the target `fuzzers` builds all.
 function(velmoranth_fuzz name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE ${ARG_LINKS} velmoranth_warnings)
     target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+    if(NOT TARGET fuzzers)
+        add_custom_target(fuzzers)
+    endif()
+    add_dependencies(fuzzers ${name})
 endfunction()

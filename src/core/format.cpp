@@ -77,7 +77,7 @@ std::string fill(const char* format, std::span<const FormatArgument> arguments) 
         result += rest.substr(0, next);
         rest.remove_prefix(next);
         append(result, argument);
-        rest.remove_prefix(detail::placeholderAt(rest)->text.size());
+        rest.remove_prefix(detail::placeholderAt(rest).text.size());
     }
     result += rest;
     return result;

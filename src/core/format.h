@@ -88,14 +88,14 @@ inline constexpr std::array<Placeholder, 9> kPlaceholders{{
     {"%llu", FormatKind::uint64Number},
 }};
 
-// The placeholder at the start of `text`, null when there is none.
-constexpr const Placeholder* placeholderAt(std::string_view text) {
+// The placeholder at the start of `text`, one with no text when there is none.
+constexpr Placeholder placeholderAt(std::string_view text) {
     for (const Placeholder& placeholder : kPlaceholders) {
         if (text.starts_with(placeholder.text)) {
-            return &placeholder;
+            return placeholder;
         }
     }
-    return nullptr;
+    return {.text = {}, .kind = FormatKind::unsupported};
 }
 
 }  // namespace detail
@@ -116,12 +116,12 @@ class FormatString {
                 rest.remove_prefix(1);
                 continue;
             }
-            const detail::Placeholder* placeholder = detail::placeholderAt(rest);
-            if (placeholder == nullptr || kKinds[next] != placeholder->kind) {
+            const detail::Placeholder placeholder = detail::placeholderAt(rest);
+            if (placeholder.text.empty() || kKinds[next] != placeholder.kind) {
                 placeholderAndArgumentDiffer();
             }
             ++next;
-            rest.remove_prefix(placeholder->text.size());
+            rest.remove_prefix(placeholder.text.size());
         }
         if (next != sizeof...(Arguments)) {
             placeholderAndArgumentDiffer();

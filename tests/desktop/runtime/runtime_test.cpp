@@ -302,11 +302,9 @@ TEST_F(RuntimeTest, HookNeedsNoPlaceForTheOriginalAndSendsNoMessage) {
 }
 
 TEST_F(RuntimeTest, MethodMayReplaceItselfWhileItRuns) {
-    const ClassRef root = runtime.getClass("Root");
-    Implementation original;
     auto captured = std::make_shared<std::string>("still here");
     runtime.addInstanceMethod(
-        "Root", "number", number([this, root, &original, captured](Thing& t) {
+        "Root", "number", number([this, captured](Thing& t) {
             for (int i = 0; i < 100; ++i) {
                 runtime.addInstanceMethod("Root", "number", number([](Thing&) { return -1; }));
             }
