@@ -33,7 +33,7 @@ class Thing final : public Object {
 
 // A process with Root <- Middle <- Leaf; Root answers number (1 + value) and, class side, label.
 class RuntimeTest : public testing::Test {
-  protected:
+  public:
     RuntimeTest() {
         runtime.addClass("Root");
         runtime.addClass("Middle", "Root");
@@ -334,7 +334,7 @@ TEST_F(RuntimeTest, AddedMethodGoesOverAnInheritedOneButNotOverAnOwnOne) {
 // --- Classes of a library
 
 class RuntimeLibraryTest : public RuntimeTest {
-  protected:
+  public:
     void add(const std::string& name, const std::string& superclass, bool withInitialize = true) {
         runtime.registerClass(
             {.name = name,
@@ -448,6 +448,7 @@ TEST_F(RuntimeLibraryTest, OtherThreadsWaitForInitialize) {
                                }});
     early = false;
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&] { runtime.sendLoad(runtime.getClass("Library")); });
     }
@@ -462,6 +463,7 @@ TEST_F(RuntimeTest, MessagesRunWhileMethodsAreReplaced) {
     std::atomic<bool> stop = false;
     std::atomic<int> wrong = 0;
     std::vector<std::thread> readers;
+    readers.reserve(3);
     for (int i = 0; i < 3; ++i) {
         readers.emplace_back([&] {
             while (!stop) {
