@@ -20,7 +20,7 @@ struct PixelSize {
 inline constexpr std::size_t kMaxBitmapBytes = std::size_t{256} * 1024 * 1024;
 inline constexpr std::size_t kMaxBitmapSide = 16384;
 
-// height × max(bytesPerRow, width × 4), where bytesPerRow 0 means tight rows. Nothing when a side
+// height × bytesPerRow, where bytesPerRow 0 means tight rows. Nothing when a side
 // is 0 or over kMaxBitmapSide, when a given row is shorter than its pixels, or when the bytes
 // exceed kMaxBitmapBytes.
 [[nodiscard]] std::optional<std::size_t> bitmapBytes(PixelSize size, std::size_t bytesPerPixel,
