@@ -67,8 +67,18 @@ set shared_mutex source_location span sstream stack stdexcept streambuf string s
 thread tuple type_traits typeindex typeinfo unordered_map unordered_set utility valarray variant vector
 version
 """.split())
-# The operating system's own headers that a header of ours may need for a type.
-SYSTEM_HEADERS = {"fcntl.h", "unistd.h", "sys/types.h", "sys/stat.h", "dirent.h", "signal.h", "time.h"}
+# The operating system's own headers, which a header of ours may need for a type.
+SYSTEM_HEADERS = re.compile(r"sys/\w+\.h|(fcntl|unistd|dirent|signal|time|poll)\.h")
+# What CMake calls a library, and the Debian package that brings it ("" when it belongs to the compiler).
+CMAKE_PACKAGES = {
+    "PkgConfig": "pkgconf", "Threads": "", "GTest": "libgtest-dev", "benchmark": "libbenchmark-dev",
+    "cairo": "libcairo2-dev", "pango": "libpango1.0-dev", "pangocairo": "libpango1.0-dev",
+    "PNG": "libpng-dev", "libpng": "libpng-dev", "GIF": "libgif-dev", "TIFF": "libtiff-dev",
+    "libdeflate": "libdeflate-dev", "libturbojpeg": "libturbojpeg0-dev", "EXPAT": "libexpat1-dev",
+    "libplist-2.0": "libplist-dev", "ICU": "libicu-dev", "icu-uc": "libicu-dev", "icu-i18n": "libicu-dev",
+    "CLI11": "libcli11-dev", "fmt": "libfmt-dev", "nlohmann_json": "nlohmann-json3-dev",
+    "tl-expected": "libexpected-dev",
+}
 # The result type of everything outside the engine is an alias of this one.
 THIRD_PARTY_IN_HEADERS = {("desktop/result/result.h", "tl/expected.hpp")}
 
@@ -153,7 +163,7 @@ def check_headers():
         if not text.startswith("//"):
             problems.append(f"{relative(path)}: does not open with what it is for")
         for kind, include in includes(path):
-            if kind != "<" or include in STANDARD_HEADERS or include in SYSTEM_HEADERS:
+            if kind != "<" or include in STANDARD_HEADERS or SYSTEM_HEADERS.fullmatch(include):
                 continue
             if (relative(path), include) not in THIRD_PARTY_IN_HEADERS:
                 problems.append(f"{relative(path)}: third-party <{include}> in a header of ours")
@@ -170,6 +180,15 @@ def check_file_sizes():
     return problems
 
 
+def cmake_packages(text):
+    text = re.sub(r"#[^\n]*", "", text)
+    names = re.findall(r"find_package\(\s*([\w-]+)", text)
+    options = {"REQUIRED", "QUIET", "IMPORTED_TARGET", "GLOBAL"}
+    for call in re.findall(r"pkg_check_modules\(\s*\w+([^)]*)\)", text):
+        names += [word for word in re.sub(r"[<>=]+[\d.]+", "", call).split() if word not in options]
+    return names
+
+
 def check_packages():
     listed = [line.strip() for line in (ROOT / "scripts/debian-packages.txt").read_text().splitlines()
               if line.strip() and not line.startswith("#")]
@@ -178,6 +197,14 @@ def check_packages():
     problems += [f"{name}: no row in docs/dependencies.md" for name in listed if name not in explained]
     problems += [f"{name}: a row in docs/dependencies.md, but not in scripts/debian-packages.txt"
                  for name in explained if name not in listed]
+    for path in [ROOT / "CMakeLists.txt", *files(TOP_FOLDERS, {".txt", ".cmake"})]:
+        if path.name != "CMakeLists.txt" and path.suffix != ".cmake":
+            continue
+        for name in cmake_packages(path.read_text()):
+            if name not in CMAKE_PACKAGES:
+                problems.append(f"{relative(path)}: {name} has no row in the table of CMake's packages")
+            elif CMAKE_PACKAGES[name] not in ["", *listed]:
+                problems.append(f"{relative(path)}: {CMAKE_PACKAGES[name]} is not listed")
     return problems
 
 
