@@ -1,0 +1,255 @@
+#include "tests/support/recording_services.h"
+
+namespace velmoranth::tests {
+
+using platform::BitmapImageRef;
+using platform::ClassRef;
+using platform::Data;
+using platform::Failure;
+using platform::ImageRef;
+using platform::ImageViewRef;
+
+bool RecordingFileManager::fileExistsAtPath(const std::string& path) {
+    journal_.write("fileExists " + path);
+    return real_.fileExistsAtPath(path);
+}
+
+platform::FileExistence RecordingFileManager::fileExistsAtPathIsDirectory(const std::string& path) {
+    journal_.write("isDirectory " + path);
+    return real_.fileExistsAtPathIsDirectory(path);
+}
+
+Failure RecordingFileManager::setPosixPermissionsOfItemAtPath(unsigned mode,
+                                                              const std::string& path) {
+    journal_.write("permissions " + modeText(mode) + " " + path);
+    return real_.setPosixPermissionsOfItemAtPath(mode, path);
+}
+
+Failure RecordingFileManager::copyItemAtPathToPath(const std::string& source,
+                                                   const std::string& destination) {
+    journal_.write("copy " + source + " -> " + destination);
+    return real_.copyItemAtPathToPath(source, destination);
+}
+
+Failure RecordingFileManager::moveItemAtPathToPath(const std::string& source,
+                                                   const std::string& destination) {
+    journal_.write("move " + source + " -> " + destination);
+    if (nextMoveFailure) {
+        Failure failure = nextMoveFailure;
+        nextMoveFailure.reset();
+        return failure;
+    }
+    return real_.moveItemAtPathToPath(source, destination);
+}
+
+bool RecordingFileManager::createFileAtPathContents(const std::string& path, const Data& contents) {
+    journal_.write("create " + path);
+    return real_.createFileAtPathContents(path, contents);
+}
+
+bool RecordingFileManager::writeToFileAtomically(const Data& contents, const std::string& path) {
+    journal_.write("write " + path);
+    if (failingWrites > 0) {
+        --failingWrites;
+        return false;
+    }
+    return real_.writeToFileAtomically(contents, path);
+}
+
+std::optional<platform::Dictionary> RecordingPropertyLists::dictionaryWithContentsOfFile(
+    const std::string& path) {
+    journal_.write("readPlist " + path);
+    return real_.dictionaryWithContentsOfFile(path);
+}
+
+int RecordingLibSystem::setuid(unsigned id) {
+    journal_.write("setuid " + std::to_string(id));
+    return real_.setuid(id);
+}
+
+int RecordingLibSystem::setgid(unsigned id) {
+    journal_.write("setgid " + std::to_string(id));
+    return real_.setgid(id);
+}
+
+int RecordingLibSystem::chmod(const std::string& path, unsigned mode) {
+    journal_.write("chmod " + modeText(mode) + " " + path);
+    return real_.chmod(path, mode);
+}
+
+int RecordingLibSystem::mkdir(const std::string& path, unsigned mode) {
+    journal_.write("mkdir " + modeText(mode) + " " + path);
+    return real_.mkdir(path, mode);
+}
+
+std::string RecordingLibSystem::machine() {
+    journal_.write("machine");
+    return real_.machine();
+}
+
+std::string RecordingLibSystem::homeDirectory() {
+    return real_.homeDirectory();
+}
+
+BitmapImageRef RecordingCoreGraphics::imageMaskCreate(
+    std::size_t width, std::size_t height, std::size_t bitsPerComponent, std::size_t bitsPerPixel,
+    std::size_t bytesPerRow, const platform::DataProviderRef& provider, bool shouldInterpolate) {
+    journal_.write("imageMaskCreate " + std::to_string(width) + " " + std::to_string(height) + " " +
+                   std::to_string(bitsPerComponent) + " " + std::to_string(bitsPerPixel) + " " +
+                   std::to_string(bytesPerRow) + (shouldInterpolate ? " smooth" : " sharp"));
+    return real_.imageMaskCreate(width, height, bitsPerComponent, bitsPerPixel, bytesPerRow,
+                                 provider, shouldInterpolate);
+}
+
+BitmapImageRef RecordingCoreGraphics::imageCreateWithMask(const BitmapImageRef& image,
+                                                          const BitmapImageRef& mask) {
+    journal_.write("imageCreateWithMask");
+    return real_.imageCreateWithMask(image, mask);
+}
+
+platform::GraphicsContextRef RecordingCoreGraphics::bitmapContextCreate(
+    std::int64_t width, std::int64_t height, std::size_t bitsPerComponent, std::size_t bytesPerRow,
+    platform::ColorSpace space, std::uint32_t bitmapInfo) {
+    journal_.write("bitmapContextCreate " + std::to_string(width) + " " + std::to_string(height) +
+                   " " + std::to_string(bitsPerComponent) + " " + std::to_string(bytesPerRow) +
+                   (space == platform::ColorSpace::deviceGray ? " gray " : " rgb ") +
+                   std::to_string(bitmapInfo));
+    return real_.bitmapContextCreate(width, height, bitsPerComponent, bytesPerRow, space,
+                                     bitmapInfo);
+}
+
+platform::GradientRef RecordingCoreGraphics::gradientCreateWithColorComponents(
+    platform::ColorSpace space, const std::vector<double>& components,
+    const std::optional<std::vector<double>>& locations) {
+    std::string line = space == platform::ColorSpace::deviceGray ? "gradient gray" : "gradient rgb";
+    for (const double component : components) {
+        line += " " + text(component);
+    }
+    journal_.write(line + (locations ? " located" : " even"));
+    return real_.gradientCreateWithColorComponents(space, components, locations);
+}
+
+ImageRef RecordingImages::imageWithContentsOfFile(const std::string& path) {
+    journal_.write("load " + path);
+    return real_.imageWithContentsOfFile(path);
+}
+
+ImageRef RecordingImages::imageWithCGImage(const BitmapImageRef& bitmap) {
+    journal_.write("imageWithCGImage");
+    return real_.imageWithCGImage(bitmap);
+}
+
+void RecordingImages::drawInRect(const ImageRef& image, const platform::Rect& rect) {
+    journal_.write(std::string(image ? "draw " : "draw nil ") + text(rect));
+    real_.drawInRect(image, rect);
+}
+
+std::optional<Data> RecordingImages::pngRepresentation(const ImageRef& image) {
+    journal_.write("encode");
+    return real_.pngRepresentation(image);
+}
+
+ImageRef RecordingImages::applicationIconImageForBundleIdentifierFormatScale(
+    const platform::NullableString& bundleIdentifier, int format, double scale) {
+    journal_.write("applicationIcon " + bundleIdentifier.value_or("nil") + " " +
+                   std::to_string(format) + " " + text(scale));
+    return real_.applicationIconImageForBundleIdentifierFormatScale(bundleIdentifier, format,
+                                                                    scale);
+}
+
+void RecordingImageContexts::beginImageContextWithOptions(platform::Size size, bool opaque,
+                                                          double scale) {
+    journal_.write("begin " + text(size) + (opaque ? " opaque " : " clear ") + text(scale));
+    real_.beginImageContextWithOptions(size, opaque, scale);
+}
+
+platform::GraphicsContextRef RecordingImageContexts::getCurrentContext() {
+    return real_.getCurrentContext();
+}
+
+ImageRef RecordingImageContexts::getImageFromCurrentImageContext() {
+    journal_.write("snapshot");
+    return real_.getImageFromCurrentImageContext();
+}
+
+void RecordingImageContexts::endImageContext() {
+    journal_.write("end");
+    real_.endImageContext();
+}
+
+ImageViewRef RecordingViews::imageView() {
+    journal_.write("imageView");
+    return real_.imageView();
+}
+
+ImageViewRef RecordingViews::imageViewWithImage(const ImageRef& image) {
+    journal_.write(image ? "imageViewWithImage" : "imageViewWithImage nil");
+    return real_.imageViewWithImage(image);
+}
+
+ImageViewRef RecordingViews::imageViewWithFrame(const platform::Rect& frame) {
+    journal_.write("imageViewWithFrame " + text(frame));
+    return real_.imageViewWithFrame(frame);
+}
+
+void RecordingObjcRuntime::registerClass(const platform::ClassDefinition& definition) {
+    journal_.write("registerClass " + definition.name + " : " + definition.superclass);
+    real_.registerClass(definition);
+}
+
+ClassRef RecordingObjcRuntime::getClass(const std::string& name) {
+    journal_.write("getClass " + name);
+    return real_.getClass(name);
+}
+
+ClassRef RecordingObjcRuntime::getMetaclass(const ClassRef& cls) {
+    journal_.write("getMetaclass " + (cls ? cls->name() : std::string("nil")));
+    return real_.getMetaclass(cls);
+}
+
+void RecordingObjcRuntime::sendLoad(const ClassRef& cls) {
+    journal_.write("sendLoad " + (cls ? cls->name() : std::string("nil")));
+    real_.sendLoad(cls);
+}
+
+bool RecordingObjcRuntime::addMethod(const ClassRef& cls, const platform::Selector& selector,
+                                     const platform::Implementation& implementation,
+                                     const std::string& typeEncoding) {
+    journal_.write("addMethod " + (cls ? cls->name() : std::string("nil")) + " " + selector + " " +
+                   typeEncoding);
+    return real_.addMethod(cls, selector, implementation, typeEncoding);
+}
+
+void RecordingSubstrate::hookMessageEx(const ClassRef& cls, const platform::Selector& selector,
+                                       const platform::Implementation& replacement,
+                                       platform::Implementation* original) {
+    std::string target = cls ? cls->name() : std::string("nil");
+    if (cls && cls->isMetaclass()) {
+        target += " (metaclass)";
+    }
+    journal_.write("hook " + target + " " + selector);
+    real_.hookMessageEx(cls, selector, replacement, original);
+}
+
+void RecordingNotificationCenter::addObserver(void* observer,
+                                              platform::NotificationCallback callback,
+                                              const std::string& name, const void* object,
+                                              platform::SuspensionBehavior suspensionBehavior) {
+    journal_.write("addObserver " + name + (observer ? " observer" : " no observer") +
+                   (object ? " object " : " no object ") +
+                   std::to_string(static_cast<int>(suspensionBehavior)));
+    registrations_.push_back({observer, callback, name});
+}
+
+bool RecordingNotificationCenter::post(const std::string& name) {
+    bool found = false;
+    for (const Registration& registration : std::vector<Registration>(registrations_)) {
+        if (registration.name == name) {
+            found = true;
+            registration.callback(*this, registration.observer, name, nullptr, nullptr);
+        }
+    }
+    return found;
+}
+
+}  // namespace velmoranth::tests

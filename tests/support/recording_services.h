@@ -1,0 +1,205 @@
+// Services that write every call into the journal and pass it on to the service they wrap.
+#pragma once
+
+#include "platform/platform.h"
+#include "tests/support/journal.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velmoranth::tests {
+
+class RecordingFileManager final : public platform::FileManager {
+  public:
+    RecordingFileManager(Journal& journal, platform::FileManager& real)
+        : journal_(journal), real_(real) {}
+
+    bool fileExistsAtPath(const std::string& path) override;
+    platform::FileExistence fileExistsAtPathIsDirectory(const std::string& path) override;
+    platform::Failure setPosixPermissionsOfItemAtPath(unsigned mode,
+                                                      const std::string& path) override;
+    platform::Failure copyItemAtPathToPath(const std::string& source,
+                                           const std::string& destination) override;
+    platform::Failure moveItemAtPathToPath(const std::string& source,
+                                           const std::string& destination) override;
+    bool createFileAtPathContents(const std::string& path, const platform::Data& contents) override;
+    bool writeToFileAtomically(const platform::Data& contents, const std::string& path) override;
+
+    // So many of the next atomic writes fail without touching anything.
+    int failingWrites = 0;
+    // What the next move reports instead of being made.
+    std::optional<platform::Error> nextMoveFailure;
+
+  private:
+    Journal& journal_;
+    platform::FileManager& real_;
+};
+
+class RecordingPropertyLists final : public platform::PropertyLists {
+  public:
+    RecordingPropertyLists(Journal& journal, platform::PropertyLists& real)
+        : journal_(journal), real_(real) {}
+
+    std::optional<platform::Dictionary> dictionaryWithContentsOfFile(
+        const std::string& path) override;
+
+  private:
+    Journal& journal_;
+    platform::PropertyLists& real_;
+};
+
+class RecordingLog final : public platform::SystemLog {
+  public:
+    explicit RecordingLog(Journal& journal) : journal_(journal) {}
+
+    void write(const std::string& line) override { journal_.write("log: " + line); }
+
+  private:
+    Journal& journal_;
+};
+
+// Ids are recorded; modes and folders are passed on.
+class RecordingLibSystem final : public platform::LibSystem {
+  public:
+    RecordingLibSystem(Journal& journal, platform::LibSystem& real)
+        : journal_(journal), real_(real) {}
+
+    int setuid(unsigned id) override;
+    int setgid(unsigned id) override;
+    int chmod(const std::string& path, unsigned mode) override;
+    int mkdir(const std::string& path, unsigned mode) override;
+    std::string machine() override;
+    std::string homeDirectory() override;
+
+  private:
+    Journal& journal_;
+    platform::LibSystem& real_;
+};
+
+class RecordingCoreGraphics final : public platform::CoreGraphics {
+  public:
+    RecordingCoreGraphics(Journal& journal, platform::CoreGraphics& real)
+        : journal_(journal), real_(real) {}
+
+    platform::BitmapImageRef imageMaskCreate(std::size_t width, std::size_t height,
+                                             std::size_t bitsPerComponent, std::size_t bitsPerPixel,
+                                             std::size_t bytesPerRow,
+                                             const platform::DataProviderRef& provider,
+                                             bool shouldInterpolate) override;
+    platform::BitmapImageRef imageCreateWithMask(const platform::BitmapImageRef& image,
+                                                 const platform::BitmapImageRef& mask) override;
+    platform::GraphicsContextRef bitmapContextCreate(std::int64_t width, std::int64_t height,
+                                                     std::size_t bitsPerComponent,
+                                                     std::size_t bytesPerRow,
+                                                     platform::ColorSpace space,
+                                                     std::uint32_t bitmapInfo) override;
+    platform::GradientRef gradientCreateWithColorComponents(
+        platform::ColorSpace space, const std::vector<double>& components,
+        const std::optional<std::vector<double>>& locations) override;
+
+  private:
+    Journal& journal_;
+    platform::CoreGraphics& real_;
+};
+
+class RecordingImages final : public platform::Images {
+  public:
+    RecordingImages(Journal& journal, platform::Images& real) : journal_(journal), real_(real) {}
+
+    platform::ImageRef imageWithContentsOfFile(const std::string& path) override;
+    platform::ImageRef imageWithCGImage(const platform::BitmapImageRef& bitmap) override;
+    void drawInRect(const platform::ImageRef& image, const platform::Rect& rect) override;
+    std::optional<platform::Data> pngRepresentation(const platform::ImageRef& image) override;
+    platform::ImageRef applicationIconImageForBundleIdentifierFormatScale(
+        const platform::NullableString& bundleIdentifier, int format, double scale) override;
+
+  private:
+    Journal& journal_;
+    platform::Images& real_;
+};
+
+class RecordingImageContexts final : public platform::ImageContexts {
+  public:
+    RecordingImageContexts(Journal& journal, platform::ImageContexts& real)
+        : journal_(journal), real_(real) {}
+
+    void beginImageContextWithOptions(platform::Size size, bool opaque, double scale) override;
+    platform::GraphicsContextRef getCurrentContext() override;
+    platform::ImageRef getImageFromCurrentImageContext() override;
+    void endImageContext() override;
+
+  private:
+    Journal& journal_;
+    platform::ImageContexts& real_;
+};
+
+class RecordingViews final : public platform::Views {
+  public:
+    RecordingViews(Journal& journal, platform::Views& real) : journal_(journal), real_(real) {}
+
+    platform::ImageViewRef imageView() override;
+    platform::ImageViewRef imageViewWithImage(const platform::ImageRef& image) override;
+    platform::ImageViewRef imageViewWithFrame(const platform::Rect& frame) override;
+
+  private:
+    Journal& journal_;
+    platform::Views& real_;
+};
+
+class RecordingObjcRuntime final : public platform::ObjcRuntime {
+  public:
+    RecordingObjcRuntime(Journal& journal, platform::ObjcRuntime& real)
+        : journal_(journal), real_(real) {}
+
+    void registerClass(const platform::ClassDefinition& definition) override;
+    platform::ClassRef getClass(const std::string& name) override;
+    platform::ClassRef getMetaclass(const platform::ClassRef& cls) override;
+    void sendLoad(const platform::ClassRef& cls) override;
+    bool addMethod(const platform::ClassRef& cls, const platform::Selector& selector,
+                   const platform::Implementation& implementation,
+                   const std::string& typeEncoding) override;
+
+  private:
+    Journal& journal_;
+    platform::ObjcRuntime& real_;
+};
+
+class RecordingSubstrate final : public platform::Substrate {
+  public:
+    RecordingSubstrate(Journal& journal, platform::Substrate& real)
+        : journal_(journal), real_(real) {}
+
+    void hookMessageEx(const platform::ClassRef& cls, const platform::Selector& selector,
+                       const platform::Implementation& replacement,
+                       platform::Implementation* original) override;
+
+  private:
+    Journal& journal_;
+    platform::Substrate& real_;
+};
+
+// Keeps the registrations; a test posts.
+class RecordingNotificationCenter final : public platform::DarwinNotificationCenter {
+  public:
+    explicit RecordingNotificationCenter(Journal& journal) : journal_(journal) {}
+
+    void addObserver(void* observer, platform::NotificationCallback callback,
+                     const std::string& name, const void* object,
+                     platform::SuspensionBehavior suspensionBehavior) override;
+
+    // Runs the callbacks registered for the name, in order; false when there is none.
+    bool post(const std::string& name);
+
+  private:
+    struct Registration {
+        void* observer;
+        platform::NotificationCallback callback;
+        std::string name;
+    };
+
+    Journal& journal_;
+    std::vector<Registration> registrations_;
+};
+
+}  // namespace velmoranth::tests
