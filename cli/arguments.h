@@ -1,0 +1,63 @@
+// Commands and their options as data: help, parsing and "did you mean" are all made from these
+// tables. A command's own function gives the words meaning.
+#pragma once
+
+#include "cli/messages.h"
+
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace velmoranth::cli {
+
+enum class Repeat { once, often };
+
+struct Option {
+    std::string_view name;       // "--output"
+    std::string_view shortName;  // "-o", or ""
+    std::string_view valueName;  // "FILE"; "" when the option takes no value
+    std::string_view summary;
+    Repeat repeat = Repeat::once;
+};
+
+// What a command was given, still as words.
+class Arguments {
+  public:
+    Arguments() = default;
+
+    Arguments(std::vector<std::string> positionals,
+              std::map<std::string_view, std::vector<std::string>> options)
+        : positionals_(std::move(positionals)), options_(std::move(options)) {}
+
+    [[nodiscard]] const std::vector<std::string>& positionals() const { return positionals_; }
+
+    // `name` as in the table. An option without a value that is given has one empty value.
+    [[nodiscard]] const std::vector<std::string>& values(std::string_view name) const;
+    [[nodiscard]] std::optional<std::string> value(std::string_view name) const;
+
+    [[nodiscard]] bool has(std::string_view name) const { return !values(name).empty(); }
+
+  private:
+    std::vector<std::string> positionals_;
+    std::map<std::string_view, std::vector<std::string>> options_;
+};
+
+struct Command {
+    std::string_view name;  // one word or two: "preview", "device init"
+    std::string_view summary;
+    std::string_view positionalNames;  // as in the usage line: "THEME...", or ""
+    std::string_view description;      // whole lines; "" when the summary says it all
+    std::span<const Option> options;
+    std::span<const std::string_view> examples;
+    std::size_t leastPositionals = 0;
+    std::size_t mostPositionals = 0;
+    ExitCode (*run)(const Arguments& arguments);
+    // Lines below the options, made when asked for; may be null.
+    std::string (*moreHelp)() = nullptr;
+};
+
+}  // namespace velmoranth::cli

@@ -1,0 +1,128 @@
+#include "cli/cleanup.h"
+
+#include <pthread.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <mutex>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+namespace velmoranth::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::array<int, 3> kSignals{SIGINT, SIGTERM, SIGHUP};
+
+// The thread that watches for signals never ends, so what it uses is never destroyed.
+struct Registry {
+    std::mutex mutex;
+    std::vector<std::string> paths;
+};
+
+Registry& registry() {
+    static auto* const shared = new Registry;
+    return *shared;
+}
+
+// Folders that their owner may not change get in the way of removing what they hold.
+void makeFoldersWritable(const std::string& path) {
+    std::error_code ignored;
+    if (!fs::is_directory(fs::symlink_status(path, ignored))) {
+        return;
+    }
+    fs::permissions(path, fs::perms::owner_all, fs::perm_options::add, ignored);
+    for (fs::recursive_directory_iterator entry(path, ignored), end; !ignored && entry != end;
+         entry.increment(ignored)) {
+        std::error_code alsoIgnored;
+        if (fs::is_directory(entry->symlink_status(alsoIgnored))) {
+            fs::permissions(entry->path(), fs::perms::owner_all, fs::perm_options::add,
+                            alsoIgnored);
+        }
+    }
+}
+
+void removeAll(const std::string& path) {
+    // A process that is just ending may still write there: a few turns.
+    for (int turn = 0; turn < 5; ++turn) {
+        std::error_code error;
+        fs::remove_all(path, error);
+        if (!error) {
+            return;
+        }
+        makeFoldersWritable(path);
+    }
+}
+
+void endChildren() {
+    const std::string self = std::to_string(::getpid());
+    std::ifstream children("/proc/self/task/" + self + "/children");
+    for (pid_t child = 0; children >> child;) {
+        ::kill(child, SIGKILL);
+    }
+}
+
+sigset_t watchedSignals() {
+    sigset_t set;
+    sigemptyset(&set);
+    for (const int number : kSignals) {
+        sigaddset(&set, number);
+    }
+    return set;
+}
+
+void watch() {
+    const sigset_t set = watchedSignals();
+    int number = 0;
+    while (sigwait(&set, &number) != 0) {
+    }
+    endChildren();
+    // Kept locked: nothing new is made from here on.
+    registry().mutex.lock();
+    for (const std::string& path : registry().paths) {
+        removeAll(path);
+    }
+    struct sigaction action{};
+    action.sa_handler = SIG_DFL;
+    sigaction(number, &action, nullptr);
+    pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
+    ::kill(::getpid(), number);
+    _exit(128 + number);
+}
+
+}  // namespace
+
+void cleanUpOnSignals() {
+    struct sigaction ignore{};
+    ignore.sa_handler = SIG_IGN;
+    sigaction(SIGPIPE, &ignore, nullptr);  // a reader that has gone is an error like another
+    const sigset_t set = watchedSignals();
+    pthread_sigmask(SIG_BLOCK, &set, nullptr);
+    std::thread(watch).detach();
+}
+
+RemovedAtEnd::RemovedAtEnd(std::string path) : path_(std::move(path)) {
+    const std::lock_guard lock(registry().mutex);
+    registry().paths.push_back(path_);
+}
+
+RemovedAtEnd::~RemovedAtEnd() {
+    if (!path_.empty()) {
+        removeAll(path_);
+        keep();
+    }
+}
+
+void RemovedAtEnd::keep() {
+    const std::lock_guard lock(registry().mutex);
+    std::erase(registry().paths, path_);
+    path_.clear();
+}
+
+}  // namespace velmoranth::cli

@@ -1,0 +1,31 @@
+// What has to go when the command ends, however it ends: temporary folders and half-written files
+// are removed and processes that this one started are ended, also on SIGINT, SIGTERM and SIGHUP.
+#pragma once
+
+#include <string>
+
+namespace velmoranth::cli {
+
+// Begins to watch for the signals, in a thread of its own; call it before other threads are
+// started. After cleaning up the process ends by the signal itself, so that a shell sees it.
+void cleanUpOnSignals();
+
+// Something to remove, a file or a folder with all it holds; removed when this object goes or a
+// signal comes. Links are removed, never followed.
+class RemovedAtEnd {
+  public:
+    explicit RemovedAtEnd(std::string path);
+    ~RemovedAtEnd();
+    RemovedAtEnd(const RemovedAtEnd&) = delete;
+    RemovedAtEnd& operator=(const RemovedAtEnd&) = delete;
+
+    // Leaves it where it is.
+    void keep();
+
+    [[nodiscard]] const std::string& path() const { return path_; }
+
+  private:
+    std::string path_;
+};
+
+}  // namespace velmoranth::cli

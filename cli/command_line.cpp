@@ -1,0 +1,119 @@
+#include "cli/command_line.h"
+
+#include "cli/commands.h"
+#include "cli/help.h"
+#include "cli/nearest.h"
+#include "cli/parse_arguments.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <optional>
+
+namespace velmoranth::cli {
+namespace {
+
+// The command whose name the first words are, and how many words that took.
+struct Chosen {
+    const Command* command = nullptr;
+    std::size_t words = 0;
+};
+
+Chosen choose(const std::vector<std::string>& words) {
+    for (const Command& command : commands()) {
+        if (words.front() == command.name) {
+            return {&command, 1};
+        }
+        if (words.size() > 1 && words[0] + " " + words[1] == command.name) {
+            return {&command, 2};
+        }
+    }
+    return {};
+}
+
+// The commands that begin with this word and need another: "device".
+std::vector<const Command*> group(const std::string& word) {
+    std::vector<const Command*> found;
+    for (const Command& command : commands()) {
+        if (command.name.starts_with(word + " ")) {
+            found.push_back(&command);
+        }
+    }
+    return found;
+}
+
+ExitCode unknownCommand(const std::vector<std::string>& words) {
+    const std::string& first = words.front();
+    if (first.size() > 1 && first.front() == '-') {
+        static constexpr std::array<std::string_view, 2> kOptions{"--help", "--version"};
+        const std::string near = suggestion(first, kOptions);
+        return fail(ExitCode::wrongUsage,
+                    "there is no option " + inQuotes(first) +
+                        (near.empty() ? "; velmoranth --help lists what there is" : near));
+    }
+    const bool isGroup = !group(first).empty();
+    const std::string given =
+        isGroup && words.size() > 1 ? first + " " + words[1] : std::string(first);
+    std::vector<std::string_view> names;
+    for (const Command& command : commands()) {
+        names.push_back(command.name);
+    }
+    std::string near = suggestion(given, names);
+    if (near.empty() && isGroup) {
+        near = "; did you mean " + std::string(group(first).front()->name) + "?";
+    }
+    return fail(ExitCode::wrongUsage,
+                "there is no command " + inQuotes(given) +
+                    (near.empty() ? "; velmoranth --help lists what there is" : near));
+}
+
+ExitCode run(const std::vector<std::string>& words) {
+    if (words.empty()) {
+        return fail(ExitCode::wrongUsage, "a command is missing; velmoranth --help lists them");
+    }
+    if (words.front() == "--help" || words.front() == "-h" || words.front() == "help") {
+        print(programHelp(commands()));
+        return ExitCode::done;
+    }
+    if (words.front() == "--version") {
+        print("velmoranth " VELMORANTH_VERSION "\n");
+        return ExitCode::done;
+    }
+    const Chosen chosen = choose(words);
+    if (chosen.command == nullptr) {
+        const std::vector<const Command*> members = group(words.front());
+        if (!members.empty() && words.size() > 1 && (words[1] == "--help" || words[1] == "-h")) {
+            print(commandHelp(*members.front()));
+            return ExitCode::done;
+        }
+        return unknownCommand(words);
+    }
+    const auto arguments = parseArguments(
+        *chosen.command, {words.begin() + static_cast<std::ptrdiff_t>(chosen.words), words.end()});
+    if (!arguments) {
+        return fail(ExitCode::wrongUsage, arguments.error());
+    }
+    if (arguments->has(kHelpOption.name)) {
+        print(commandHelp(*chosen.command));
+        return ExitCode::done;
+    }
+    return chosen.command->run(*arguments);
+}
+
+}  // namespace
+
+std::span<const Command> commands() {
+    static const std::array kCommands{previewCommand(), deviceInitCommand(), hooksCommand(),
+                                      notifyCommand()};
+    return kCommands;
+}
+
+int runCommandLine(const std::vector<std::string>& words) {
+    ExitCode code = run(words);
+    if (!flushResults() && code == ExitCode::done) {
+        code = fail(ExitCode::badInput, "standard output cannot be written");
+    }
+    return static_cast<int>(code);
+}
+
+}  // namespace velmoranth::cli

@@ -1,0 +1,13 @@
+// The commands, each made in the file of its name; command_line.cpp lists them.
+#pragma once
+
+#include "cli/arguments.h"
+
+namespace velmoranth::cli {
+
+[[nodiscard]] Command previewCommand();
+[[nodiscard]] Command deviceInitCommand();
+[[nodiscard]] Command hooksCommand();
+[[nodiscard]] Command notifyCommand();
+
+}  // namespace velmoranth::cli

@@ -1,0 +1,119 @@
+#include "cli/device_check.h"
+
+#include "cli/messages.h"
+#include "cli/preferences.h"
+#include "desktop/plist/property_lists.h"
+#include "platform/foundation.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstddef>
+
+namespace velmoranth::cli {
+
+using desktop::DeviceRoot;
+using platform::PropertyList;
+
+namespace {
+
+// In the order of the alternatives of PropertyList::Value.
+constexpr const char* kKindNames[] = {"a boolean", "an integer", "a number", "a text",
+                                      "a date",    "data",       "a list",   "a dictionary"};
+static_assert(std::size(kKindNames) == std::variant_size_v<PropertyList::Value>);
+
+std::string kindOf(const PropertyList& value) {
+    return kKindNames[value.value().index()];
+}
+
+bool isFolder(const DeviceRoot& root, const std::string& devicePath) {
+    const desktop::Descriptor folder(root.openFile(devicePath, O_PATH | O_DIRECTORY));
+    return folder.isOpen();
+}
+
+// One line for the entries that are no names, one for the names of no theme.
+std::vector<std::string> oddThemes(const DeviceRoot& root, const PropertyList::Array& entries) {
+    std::string noNames;
+    std::string noThemes;
+    std::size_t number = 0;
+    const auto addTo = [](std::string& list, const std::string& item) {
+        constexpr std::size_t kEnough = 400;
+        if (list.size() < kEnough) {
+            list += (list.empty() ? "" : ", ") + item;
+        }
+    };
+    for (const PropertyList& entry : entries) {
+        ++number;
+        const auto* const name = entry.as<std::string>();
+        if (name == nullptr) {
+            addTo(noNames, "entry " + std::to_string(number) + " is " + kindOf(entry));
+        } else if (name->empty() || *name == "." || *name == ".." ||
+                   name->find('/') != std::string::npos) {
+            addTo(noNames, inQuotes(*name) + " is no folder's name");
+        } else if (!isFolder(root, "/Library/Themes/" + *name)) {
+            addTo(noThemes, inQuotes(*name));
+        }
+    }
+    std::vector<std::string> lines;
+    if (!noNames.empty()) {
+        lines.push_back("\"ActiveThemes\" holds what is no theme's name: " + noNames);
+    }
+    if (!noThemes.empty()) {
+        lines.push_back("active themes that are not in Library/Themes: " + noThemes);
+    }
+    return lines;
+}
+
+std::vector<std::string> oddContents(const DeviceRoot& root) {
+    const desktop::Descriptor file(root.openFile(kPreferencesFile, O_PATH));
+    if (!file.isOpen()) {
+        return {errno == ENOENT ? "there are no preferences, so theming is off"
+                                : "the preferences cannot be read, so theming is off"};
+    }
+    const auto contents = desktop::readPropertyList(root, kPreferencesFile);
+    if (!contents) {
+        desktop::Problem problem = contents.error();
+        problem.path.clear();
+        return {"no readable preferences, so theming is off: " + desktop::toLine(problem)};
+    }
+    const auto* const preferences = contents->as<platform::Dictionary>();
+    if (preferences == nullptr) {
+        return {"preferences are a dictionary, and this is " + kindOf(*contents) +
+                ", so theming is off"};
+    }
+    if (!platform::boolValue(platform::objectForKey(*preferences, "enable"))) {
+        return {"\"enable\" is not on, so theming is off"};
+    }
+    const PropertyList* const themes = platform::objectForKey(*preferences, "ActiveThemes");
+    if (themes == nullptr) {
+        return {"\"ActiveThemes\" is missing, so no theme is active"};
+    }
+    const auto* const entries = themes->as<PropertyList::Array>();
+    if (entries == nullptr) {
+        return {"\"ActiveThemes\" is " + kindOf(*themes) +
+                " in place of a list of names, so no theme is active"};
+    }
+    return oddThemes(root, *entries);
+}
+
+}  // namespace
+
+desktop::Result<std::shared_ptr<DeviceRoot>> openDevice(const std::string& folder) {
+    auto root = DeviceRoot::open(folder);
+    if (root && ::access(folder.c_str(), W_OK | X_OK) != 0) {
+        return tl::unexpected(desktop::Problem{
+            "the device cannot be written to; a device writes to its own files", folder});
+    }
+    return root;
+}
+
+std::vector<std::string> oddPreferences(const DeviceRoot& root) {
+    std::vector<std::string> lines = oddContents(root);
+    for (std::string& line : lines) {
+        line = shown(root.hostFolder()) + kPreferencesFile + ": " + line;
+    }
+    return lines;
+}
+
+}  // namespace velmoranth::cli

@@ -1,0 +1,21 @@
+// What is odd about a device that the user brings, in words: the system itself takes such a device
+// as it is, shows the stock screen and says nothing.
+#pragma once
+
+#include "desktop/files/device_root.h"
+#include "desktop/result/result.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace velmoranth::cli {
+
+// Opens a device root. Fails when it is no folder or cannot be written to.
+[[nodiscard]] desktop::Result<std::shared_ptr<desktop::DeviceRoot>> openDevice(
+    const std::string& folder);
+
+// One line a finding; empty when preferences and active themes are as they should be.
+[[nodiscard]] std::vector<std::string> oddPreferences(const desktop::DeviceRoot& root);
+
+}  // namespace velmoranth::cli

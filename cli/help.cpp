@@ -1,0 +1,99 @@
+#include "cli/help.h"
+
+#include "cli/parse_arguments.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace velmoranth::cli {
+namespace {
+
+constexpr std::size_t kLineLength = 90;
+
+std::string indented(std::string_view text) {
+    return "  " + std::string(text) + "\n";
+}
+
+// What an option's row begins with: "-o, --output FILE".
+std::string label(const Option& option) {
+    std::string text =
+        option.shortName.empty() ? std::string() : std::string(option.shortName) + ", ";
+    text += option.name;
+    if (!option.valueName.empty()) {
+        text += " " + std::string(option.valueName);
+    }
+    return text;
+}
+
+}  // namespace
+
+std::string twoColumns(const std::vector<std::pair<std::string, std::string>>& rows) {
+    std::size_t width = 0;
+    for (const auto& [left, right] : rows) {
+        width = std::max(width, left.size());
+    }
+    const std::size_t start = width + 4;
+    std::string text;
+    for (const auto& [left, right] : rows) {
+        std::string line = "  " + left + std::string(width - left.size() + 2, ' ');
+        std::size_t position = 0;
+        while (position < right.size()) {
+            const std::size_t end = std::min(right.find(' ', position), right.size());
+            const std::string word = right.substr(position, end - position);
+            if (line.size() + word.size() > kLineLength && line.size() > start) {
+                line.erase(line.find_last_not_of(' ') + 1);
+                text += line + "\n";
+                line = std::string(start, ' ');
+            }
+            line += word + " ";
+            position = end + 1;
+        }
+        line.erase(line.find_last_not_of(' ') + 1);
+        text += line + "\n";
+    }
+    return text;
+}
+
+std::string programHelp(std::span<const Command> commands) {
+    std::string text =
+        "usage: velmoranth COMMAND ...\n\n"
+        "Themes for the home screen, seen on a simulated device.\n\ncommands:\n";
+    std::vector<std::pair<std::string, std::string>> rows;
+    for (const Command& command : commands) {
+        rows.emplace_back(command.name, command.summary);
+    }
+    text += twoColumns(rows) + "\noptions:\n";
+    text +=
+        twoColumns({{"-h, --help", "show this text; velmoranth COMMAND --help shows a command's"},
+                    {"--version", "show the version"}});
+    text += "\nexit codes: 0 done, 1 nothing found, 2 wrong usage, 3 bad input\n";
+    return text;
+}
+
+std::string commandHelp(const Command& command) {
+    std::string text = "usage: velmoranth " + std::string(command.name);
+    if (!command.positionalNames.empty()) {
+        text += " " + std::string(command.positionalNames);
+    }
+    text += command.options.empty() ? "\n\n" : " [OPTION...]\n\n";
+    text += std::string(command.summary) + "\n";
+    if (!command.description.empty()) {
+        text += "\n" + std::string(command.description) + "\n";
+    }
+    std::vector<std::pair<std::string, std::string>> rows;
+    for (const Option& option : command.options) {
+        rows.emplace_back(label(option), option.summary);
+    }
+    rows.emplace_back(label(kHelpOption), kHelpOption.summary);
+    text += "\noptions:\n" + twoColumns(rows);
+    if (command.moreHelp != nullptr) {
+        text += "\n" + command.moreHelp();
+    }
+    text += "\nexamples:\n";
+    for (const std::string_view example : command.examples) {
+        text += indented(example);
+    }
+    return text;
+}
+
+}  // namespace velmoranth::cli

@@ -1,0 +1,218 @@
+#include "cli/idle_platform.h"
+
+#include "cli/messages.h"
+#include "platform/platform.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velmoranth::cli {
+
+namespace {
+
+using platform::BitmapImageRef;
+using platform::Data;
+using platform::Failure;
+using platform::ImageRef;
+using platform::ImageViewRef;
+
+struct System final : platform::CoreFoundation {
+    explicit System(double versionNumber) : number(versionNumber) {}
+
+    double versionNumber() override { return number; }
+
+    bool isSystemVersionAtLeast(int /*major*/, int /*minor*/, int /*patch*/) override {
+        return false;
+    }
+
+    double number;
+};
+
+struct Notifications final : platform::DarwinNotificationCenter {
+    void addObserver(void* /*observer*/, platform::NotificationCallback /*callback*/,
+                     const std::string& /*name*/, const void* /*object*/,
+                     platform::SuspensionBehavior /*suspensionBehavior*/) override {}
+};
+
+struct PropertyLists final : platform::PropertyLists {
+    std::optional<platform::Dictionary> dictionaryWithContentsOfFile(
+        const std::string& /*path*/) override {
+        return std::nullopt;
+    }
+};
+
+struct Files final : platform::FileManager {
+    bool fileExistsAtPath(const std::string& /*path*/) override { return false; }
+
+    platform::FileExistence fileExistsAtPathIsDirectory(const std::string& /*path*/) override {
+        return {};
+    }
+
+    Failure setPosixPermissionsOfItemAtPath(unsigned /*mode*/,
+                                            const std::string& /*path*/) override {
+        return platform::Error{};
+    }
+
+    Failure copyItemAtPathToPath(const std::string& /*source*/,
+                                 const std::string& /*destination*/) override {
+        return platform::Error{};
+    }
+
+    Failure moveItemAtPathToPath(const std::string& /*source*/,
+                                 const std::string& /*destination*/) override {
+        return platform::Error{};
+    }
+
+    bool createFileAtPathContents(const std::string& /*path*/, const Data& /*contents*/) override {
+        return false;
+    }
+
+    bool writeToFileAtomically(const Data& /*contents*/, const std::string& /*path*/) override {
+        return false;
+    }
+};
+
+struct Log final : platform::SystemLog {
+    void write(const std::string& line) override { warn(line); }
+};
+
+struct LibSystem final : platform::LibSystem {
+    int setuid(unsigned /*id*/) override { return -1; }
+
+    int setgid(unsigned /*id*/) override { return -1; }
+
+    int chmod(const std::string& /*path*/, unsigned /*mode*/) override { return -1; }
+
+    int mkdir(const std::string& /*path*/, unsigned /*mode*/) override { return -1; }
+
+    std::string machine() override { return {}; }
+
+    std::string homeDirectory() override { return "/"; }
+};
+
+struct CoreGraphics final : platform::CoreGraphics {
+    BitmapImageRef imageMaskCreate(std::size_t /*width*/, std::size_t /*height*/,
+                                   std::size_t /*bitsPerComponent*/, std::size_t /*bitsPerPixel*/,
+                                   std::size_t /*bytesPerRow*/,
+                                   const platform::DataProviderRef& /*provider*/,
+                                   bool /*shouldInterpolate*/) override {
+        return nullptr;
+    }
+
+    BitmapImageRef imageCreateWithMask(const BitmapImageRef& /*image*/,
+                                       const BitmapImageRef& /*mask*/) override {
+        return nullptr;
+    }
+
+    platform::GraphicsContextRef bitmapContextCreate(std::int64_t /*width*/,
+                                                     std::int64_t /*height*/,
+                                                     std::size_t /*bitsPerComponent*/,
+                                                     std::size_t /*bytesPerRow*/,
+                                                     platform::ColorSpace /*space*/,
+                                                     std::uint32_t /*bitmapInfo*/) override {
+        return nullptr;
+    }
+
+    platform::GradientRef gradientCreateWithColorComponents(
+        platform::ColorSpace /*space*/, const std::vector<double>& /*components*/,
+        const std::optional<std::vector<double>>& /*locations*/) override {
+        return nullptr;
+    }
+};
+
+struct Images final : platform::Images {
+    ImageRef imageWithContentsOfFile(const std::string& /*path*/) override { return nullptr; }
+
+    ImageRef imageWithCGImage(const BitmapImageRef& /*bitmap*/) override { return nullptr; }
+
+    void drawInRect(const ImageRef& /*image*/, const platform::Rect& /*rect*/) override {}
+
+    std::optional<Data> pngRepresentation(const ImageRef& /*image*/) override {
+        return std::nullopt;
+    }
+
+    ImageRef applicationIconImageForBundleIdentifierFormatScale(
+        const platform::NullableString& /*bundleIdentifier*/, int /*format*/,
+        double /*scale*/) override {
+        return nullptr;
+    }
+};
+
+struct ImageContexts final : platform::ImageContexts {
+    void beginImageContextWithOptions(platform::Size /*size*/, bool /*opaque*/,
+                                      double /*scale*/) override {}
+
+    platform::GraphicsContextRef getCurrentContext() override { return nullptr; }
+
+    ImageRef getImageFromCurrentImageContext() override { return nullptr; }
+
+    void endImageContext() override {}
+};
+
+struct Views final : platform::Views {
+    ImageViewRef imageView() override { return nullptr; }
+
+    ImageViewRef imageViewWithImage(const ImageRef& /*image*/) override { return nullptr; }
+
+    ImageViewRef imageViewWithFrame(const platform::Rect& /*frame*/) override { return nullptr; }
+};
+
+struct Device final : platform::Device {
+    bool respondsToUserInterfaceIdiom() override { return false; }
+
+    int userInterfaceIdiom() override { return platform::kUserInterfaceIdiomPhone; }
+};
+
+struct Screen final : platform::Screen {
+    double scale() override { return 1; }
+};
+
+struct AudioSession final : platform::AudioSession {
+    bool setCategory(const std::string& /*category*/) override { return false; }
+};
+
+}  // namespace
+
+struct IdlePlatform::Services {
+    explicit Services(double versionNumber) : system(versionNumber) {}
+
+    System system;
+    Notifications notifications;
+    PropertyLists propertyLists;
+    Files files;
+    Log log;
+    LibSystem libSystem;
+    CoreGraphics coreGraphics;
+    Images images;
+    ImageContexts imageContexts;
+    Views views;
+    Device device;
+    Screen screen;
+    AudioSession audioSession;
+};
+
+IdlePlatform::IdlePlatform(desktop::Runtime& runtime, double versionNumber)
+    : services_(std::make_unique<Services>(versionNumber)) {
+    platform::setPlatform({.objc = runtime,
+                           .substrate = runtime,
+                           .coreFoundation = services_->system,
+                           .darwinNotifications = services_->notifications,
+                           .propertyLists = services_->propertyLists,
+                           .fileManager = services_->files,
+                           .log = services_->log,
+                           .libSystem = services_->libSystem,
+                           .coreGraphics = services_->coreGraphics,
+                           .images = services_->images,
+                           .imageContexts = services_->imageContexts,
+                           .views = services_->views,
+                           .device = services_->device,
+                           .screen = services_->screen,
+                           .audioSession = services_->audioSession});
+}
+
+IdlePlatform::~IdlePlatform() = default;
+
+}  // namespace velmoranth::cli

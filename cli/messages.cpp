@@ -1,0 +1,141 @@
+#include "cli/messages.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+
+namespace velmoranth::cli {
+namespace {
+
+constexpr std::size_t kLongest = 160;  // bytes of a name in a message
+constexpr std::size_t kKept = 70;      // of each end of a longer one
+
+// How many bytes the UTF-8 character at the start of `text` has; 0 when it is none.
+std::size_t characterLength(std::string_view text) {
+    const auto first = static_cast<unsigned char>(text.front());
+    const std::size_t length = first < 0x80         ? 1
+                               : (first >> 5) == 6  ? 2
+                               : (first >> 4) == 14 ? 3
+                               : (first >> 3) == 30 ? 4
+                                                    : 0;
+    if (length > text.size()) {
+        return 0;
+    }
+    for (std::size_t i = 1; i < length; ++i) {
+        if ((static_cast<unsigned char>(text[i]) & 0xC0U) != 0x80U) {
+            return 0;
+        }
+    }
+    return length;
+}
+
+bool isContinuation(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
+
+// How many bytes the printable character at the start of `text` has; 0 when it is none.
+std::size_t printableLength(std::string_view text) {
+    const std::size_t length = characterLength(text);
+    const auto first = static_cast<unsigned char>(text.front());
+    // U+0080 to U+009F are control characters too.
+    const bool isC1 = length == 2 && first == 0xC2 && static_cast<unsigned char>(text[1]) < 0xA0;
+    return first < 0x20 || first == 0x7F || isC1 ? 0 : length;
+}
+
+// Replaces what could move the cursor or break the line.
+std::string oneLine(std::string_view text) {
+    std::string line;
+    line.reserve(text.size());
+    while (!text.empty()) {
+        const std::size_t length = printableLength(text);
+        line += length == 0 ? "?" : text.substr(0, length);
+        text.remove_prefix(std::max<std::size_t>(characterLength(text), 1));
+    }
+    return line;
+}
+
+bool colors(int descriptor) {
+    const char* const noColor = std::getenv("NO_COLOR");
+    return (noColor == nullptr || *noColor == '\0') && ::isatty(descriptor) == 1;
+}
+
+void writeMessage(std::string_view kind, std::string_view color, std::string_view message) {
+    std::string line = "velmoranth: ";
+    if (!kind.empty()) {
+        const bool colored = colors(STDERR_FILENO);
+        line += colored ? "\033[" + std::string(color) + "m" : "";
+        line += kind;
+        line += colored ? ":\033[0m " : ": ";
+    }
+    line += oneLine(message) + "\n";
+    // One write: lines of several processes do not mix.
+    std::fwrite(line.data(), 1, line.size(), stderr);
+}
+
+}  // namespace
+
+std::string shown(std::string_view text) {
+    if (text.size() <= kLongest) {
+        return oneLine(text);
+    }
+    std::size_t head = kKept;
+    while (head > 0 && isContinuation(text[head])) {
+        --head;
+    }
+    std::size_t tail = text.size() - kKept;
+    while (tail < text.size() && isContinuation(text[tail])) {
+        ++tail;
+    }
+    return oneLine(text.substr(0, head)) + "…" + oneLine(text.substr(tail));
+}
+
+std::string inQuotes(std::string_view text) {
+    return "\"" + shown(text) + "\"";
+}
+
+bool isPlainText(std::string_view text) {
+    while (!text.empty()) {
+        const std::size_t length = printableLength(text);
+        if (length == 0) {
+            return false;
+        }
+        text.remove_prefix(length);
+    }
+    return true;
+}
+
+ExitCode fail(ExitCode code, std::string_view message) {
+    writeMessage("error", "1;31", message);
+    return code;
+}
+
+ExitCode fail(ExitCode code, const desktop::Problem& problem) {
+    desktop::Problem shownProblem = problem;
+    shownProblem.path = shown(problem.path);
+    return fail(code, desktop::toLine(shownProblem));
+}
+
+void warn(std::string_view message) {
+    writeMessage("warning", "1;33", message);
+}
+
+void note(std::string_view message) {
+    writeMessage("", "", message);
+}
+
+void print(std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), stdout);
+}
+
+bool flushResults() {
+    return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+}
+
+bool colorsResults() {
+    return colors(STDOUT_FILENO);
+}
+
+}  // namespace velmoranth::cli

@@ -1,0 +1,49 @@
+// What the command says: results on standard output, one line a message on standard error, and the
+// exit codes. Nothing else of the command prints.
+#pragma once
+
+#include "desktop/result/result.h"
+
+#include <string>
+#include <string_view>
+
+namespace velmoranth::cli {
+
+enum class ExitCode {
+    done = 0,
+    nothingFound = 1,  // or: findings
+    wrongUsage = 2,
+    badInput = 3,  // also: a file that cannot be written, a process that crashed
+};
+
+// A name or path as it may stand in a message: control characters and bytes that are no UTF-8 as
+// "?", a very long one with "…" for its middle.
+[[nodiscard]] std::string shown(std::string_view text);
+
+// The same between quotation marks.
+[[nodiscard]] std::string inQuotes(std::string_view text);
+
+// Whether it is UTF-8 without control characters.
+[[nodiscard]] bool isPlainText(std::string_view text);
+
+// "velmoranth: error: MESSAGE" on standard error, as one line whatever the message holds. Gives the
+// code back, to be returned.
+ExitCode fail(ExitCode code, std::string_view message);
+ExitCode fail(ExitCode code, const desktop::Problem& problem);
+
+// "velmoranth: warning: MESSAGE" on standard error.
+void warn(std::string_view message);
+
+// "velmoranth: MESSAGE" on standard error: neither a result nor a fault.
+void note(std::string_view message);
+
+// Text to standard output as it stands.
+void print(std::string_view text);
+
+// Whether everything that was printed has arrived.
+[[nodiscard]] bool flushResults();
+
+// Whether results may be coloured: standard output is a terminal and NO_COLOR is unset or empty.
+[[nodiscard]] bool colorsResults();
+
+}  // namespace velmoranth::cli

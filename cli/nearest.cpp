@@ -1,0 +1,67 @@
+#include "cli/nearest.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
+namespace velmoranth::cli {
+namespace {
+
+// Longer words are nobody's typing mistake, and would cost time.
+constexpr std::size_t kLongestWord = 64;
+
+char lower(char letter) {
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+bool same(char a, char b) {
+    return lower(a) == lower(b);
+}
+
+std::size_t distance(std::string_view a, std::string_view b) {
+    std::vector<std::size_t> beforeLast(b.size() + 1);
+    std::vector<std::size_t> last(b.size() + 1);
+    std::vector<std::size_t> row(b.size() + 1);
+    for (std::size_t j = 0; j <= b.size(); ++j) {
+        row[j] = j;
+    }
+    for (std::size_t i = 1; i <= a.size(); ++i) {
+        beforeLast.swap(last);
+        last.swap(row);
+        row[0] = i;
+        for (std::size_t j = 1; j <= b.size(); ++j) {
+            const std::size_t exchange = last[j - 1] + (same(a[i - 1], b[j - 1]) ? 0 : 1);
+            row[j] = std::min({exchange, last[j] + 1, row[j - 1] + 1});
+            if (i > 1 && j > 1 && same(a[i - 1], b[j - 2]) && same(a[i - 2], b[j - 1])) {
+                row[j] = std::min(row[j], beforeLast[j - 2] + 1);
+            }
+        }
+    }
+    return row[b.size()];
+}
+
+}  // namespace
+
+std::optional<std::string_view> nearest(std::string_view word,
+                                        std::span<const std::string_view> candidates) {
+    if (word.empty() || word.size() > kLongestWord) {
+        return std::nullopt;
+    }
+    std::optional<std::string_view> best;
+    std::size_t bestDistance = std::max<std::size_t>(2, word.size() / 3) + 1;
+    for (const std::string_view candidate : candidates) {
+        const std::size_t steps = distance(word, candidate);
+        if (steps < bestDistance && steps < std::max(word.size(), candidate.size())) {
+            best = candidate;
+            bestDistance = steps;
+        }
+    }
+    return best;
+}
+
+std::string suggestion(std::string_view word, std::span<const std::string_view> candidates) {
+    const auto found = nearest(word, candidates);
+    return found ? "; did you mean " + std::string(*found) + "?" : std::string();
+}
+
+}  // namespace velmoranth::cli

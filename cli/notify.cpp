@@ -1,0 +1,106 @@
+// velmoranth notify
+#include "cli/commands.h"
+#include "cli/help.h"
+#include "cli/messages.h"
+#include "cli/nearest.h"
+#include "desktop/files/device_root.h"
+#include "desktop/notifications/notification_center.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace velmoranth::cli {
+namespace {
+
+struct ShortName {
+    std::string_view name;
+    std::string_view notification;
+    std::string_view summary;
+};
+
+constexpr std::array<ShortName, 4> kShortNames{{
+    {"prefs", "com.qor.velmoranthprefs.prefs", "the preferences have changed"},
+    {"themechanged", "com.qor.velmoranththemechanged.prefs", "the active themes have changed"},
+    {"developingprefs", "com.qor.velmoranthdevelopingprefs.prefs",
+     "the preferences for theme makers have changed"},
+    {"compileassets", "com.qor.velmoranthcompileassets.prefs", "assets are to be compiled"},
+}};
+
+// The full name; "" for a word that is neither a short name nor looks like a full one.
+std::string fullName(const std::string& word) {
+    const auto* const row =
+        std::find_if(kShortNames.begin(), kShortNames.end(),
+                     [&](const ShortName& candidate) { return candidate.name == word; });
+    if (row != kShortNames.end()) {
+        return std::string(row->notification);
+    }
+    return word.find('.') == std::string::npos ? std::string() : word;
+}
+
+ExitCode runNotify(const Arguments& arguments) {
+    const std::string& word = arguments.positionals().front();
+    const std::string name = fullName(word);
+    if (name.empty()) {
+        std::vector<std::string_view> names;
+        for (const ShortName& row : kShortNames) {
+            names.push_back(row.name);
+        }
+        const std::string near = suggestion(word, names);
+        return fail(ExitCode::wrongUsage,
+                    "there is no notification " + inQuotes(word) +
+                        (near.empty() ? "; velmoranth notify --help lists them" : near));
+    }
+    const auto folder = arguments.value("--root");
+    if (!folder) {
+        return fail(ExitCode::wrongUsage, "velmoranth notify needs --root DIR, the device to tell");
+    }
+    const auto root = desktop::DeviceRoot::open(*folder);
+    if (!root) {
+        return fail(ExitCode::badInput, root.error());
+    }
+    const auto told = desktop::postToProcesses(**root, name);
+    if (!told) {
+        return fail(ExitCode::wrongUsage, told.error());
+    }
+    print(name + ": " + std::to_string(*told) + (*told == 1 ? " process" : " processes") +
+          " told\n");
+    return *told > 0 ? ExitCode::done : ExitCode::nothingFound;
+}
+
+std::string nameHelp() {
+    std::vector<std::pair<std::string, std::string>> rows;
+    for (const ShortName& row : kShortNames) {
+        rows.emplace_back(row.name,
+                          std::string(row.summary) + " (" + std::string(row.notification) + ")");
+    }
+    return "names:\n" + twoColumns(rows);
+}
+
+constexpr std::array<Option, 1> kOptions{{{"--root", "", "DIR", "the device"}}};
+
+constexpr std::array<std::string_view, 2> kExamples{
+    "velmoranth notify themechanged --root mydevice",
+    "velmoranth notify prefs --root mydevice",
+};
+
+}  // namespace
+
+Command notifyCommand() {
+    return {.name = "notify",
+            .summary = "Tell the running processes of a device that something has changed.",
+            .positionalNames = "NAME",
+            .description =
+                "NAME is one of the names below or a notification's full name. The exit "
+                "code is 1 when no process\nis running.",
+            .options = kOptions,
+            .examples = kExamples,
+            .leastPositionals = 1,
+            .mostPositionals = 1,
+            .run = runNotify,
+            .moreHelp = nameHelp};
+}
+
+}  // namespace velmoranth::cli

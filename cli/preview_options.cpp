@@ -1,0 +1,237 @@
+#include "cli/preview_options.h"
+
+#include "cli/messages.h"
+#include "cli/nearest.h"
+#include "cli/numbers.h"
+#include "cli/preferences.h"
+
+#include <array>
+#include <cstddef>
+#include <ctime>
+#include <string_view>
+
+namespace velmoranth::cli {
+
+using desktop::Problem;
+using desktop::Result;
+
+namespace {
+
+constexpr int kLastPage = 1000;
+
+constexpr std::array<Option, 14> kOptions{{
+    {"--output", "-o", "FILE",
+     "write the picture here (default preview.png); - is standard output"},
+    {"--root", "", "DIR",
+     "use this device, with its own themes and preferences, in place of THEME"},
+    {"--ios", "", "12|13", "the system (default 13)"},
+    {"--device", "", "NAME", "phone, phone-667 (a smaller one) or pad (default phone)"},
+    {"--screen", "", "home", "the screen to show; the home screen is the only one"},
+    {"--page", "", "N", "the page of the home screen, from 1"},
+    {"--set", "", "KEY=VALUE", "a preference of this run, see below", Repeat::often},
+    {"--date", "", "DATE", "what the device's clock shows: 2019-12-24 or 2019-12-24T18:30"},
+    {"--locale", "", "NAME", "the device's language and region (default en_US)"},
+    {"--before", "", "", "the stock screen: nothing replaced"},
+    {"--compare", "", "", "the stock screen and the themed one side by side"},
+    {"--log", "", "FILE",
+     "append what the process logs to FILE, or - for standard error; the engine logs with --set "
+     "enableLogging=yes"},
+    {"--exact-files", "", "", "load image files by the very name, never name@2x or name@3x for it"},
+    {"--follow", "", "",
+     "stay, and write the picture again whenever the device is notified (velmoranth notify), until "
+     "interrupted"},
+}};
+
+tl::unexpected<Problem> misuse(std::string message) {
+    return tl::unexpected(Problem{std::move(message)});
+}
+
+// The pattern with each of its digits standing for any digit.
+bool hasForm(std::string_view text, std::string_view pattern) {
+    if (text.size() != pattern.size()) {
+        return false;
+    }
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool isDigit = text[i] >= '0' && text[i] <= '9';
+        if (pattern[i] == '0' ? !isDigit : text[i] != pattern[i]) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// "en", "de_AT", "zh-Hant-TW": two or three letters, then parts of letters and digits.
+bool isLocaleName(std::string_view text) {
+    constexpr std::size_t kLongest = 60;
+    std::size_t part = 0;
+    std::size_t length = 0;
+    for (const char letter : text) {
+        const bool isLetter = (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z');
+        const bool isDigit = letter >= '0' && letter <= '9';
+        if (letter == '_' || letter == '-') {
+            if (length < 2 || (part == 0 && length > 3)) {
+                return false;
+            }
+            ++part;
+            length = 0;
+        } else if (!isLetter && !(isDigit && part > 0)) {
+            return false;
+        } else {
+            ++length;
+        }
+    }
+    return length >= 2 && (part > 0 || length <= 3) && text.size() <= kLongest;
+}
+
+Result<simulator::DeviceConfiguration> readDevice(const Arguments& arguments) {
+    const std::string system = arguments.value("--ios").value_or("13");
+    const auto major = parseInteger(system, 0, 1000);
+    if (!major || !simulator::systemVersion(*major)) {
+        return misuse("--ios takes 12 or 13, not " + inQuotes(system));
+    }
+    const std::string name = arguments.value("--device").value_or("phone");
+    auto device = simulator::deviceConfiguration(name, *major);
+    if (!device) {
+        std::vector<std::string_view> names;
+        std::string list;
+        for (const simulator::DeviceModel& model : simulator::deviceModels()) {
+            names.push_back(model.name);
+            list += (list.empty() ? "" : ", ") + std::string(model.name);
+        }
+        return misuse("--device takes one of " + list + ", not " + inQuotes(name) +
+                      suggestion(name, names));
+    }
+    if (const auto locale = arguments.value("--locale")) {
+        if (!isLocaleName(*locale)) {
+            return misuse("--locale takes a name like en_US or de, not " + inQuotes(*locale));
+        }
+        device->locale = *locale;
+    }
+    if (const auto text = arguments.value("--date")) {
+        const auto date = parseDate(*text);
+        if (!date) {
+            return tl::unexpected(date.error());
+        }
+        device->date = *date;
+    }
+    device->exactFiles = arguments.has("--exact-files");
+    return device;
+}
+
+// Options that exclude each other, and why.
+Result<void> checkTogether(const Arguments& arguments) {
+    struct Pair {
+        std::string_view one;
+        std::string_view other;
+        std::string_view why;
+    };
+
+    static constexpr std::array<Pair, 4> kPairs{{
+        {"--root", "--set", "a device has its own preferences; change those, or give THEME"},
+        {"--before", "--compare", "--compare shows both"},
+        {"--follow", "--before", "a screen with nothing replaced does not change"},
+        {"--follow", "--compare", "follow the themed screen alone"},
+    }};
+    for (const Pair& pair : kPairs) {
+        if (arguments.has(pair.one) && arguments.has(pair.other)) {
+            return misuse(std::string(pair.one) + " does not go with " + std::string(pair.other) +
+                          ": " + std::string(pair.why));
+        }
+    }
+    if (arguments.has("--root") && !arguments.positionals().empty()) {
+        return misuse("--root does not go with THEME: a device has its own themes");
+    }
+    if (!arguments.has("--root") && !arguments.has("--before") && arguments.positionals().empty()) {
+        return misuse("a THEME folder is missing (or --root DIR); velmoranth preview --help");
+    }
+    if (arguments.has("--follow") && arguments.value("--output") == "-") {
+        return misuse("--follow does not go with --output -: give a file, which is written again");
+    }
+    return {};
+}
+
+}  // namespace
+
+Result<platform::Date> parseDate(const std::string& text) {
+    // 9:41 is the time that devices show in pictures.
+    std::string whole = text;
+    if (hasForm(text, "0000-00-00")) {
+        whole += "T09:41:00";
+    } else if (hasForm(text, "0000-00-00T00:00")) {
+        whole += ":00";
+    }
+    const std::string complaint =
+        "--date takes a date like 2019-12-24 or 2019-12-24T18:30, not " + inQuotes(text);
+    if (!hasForm(whole, "0000-00-00T00:00:00")) {
+        return misuse(complaint);
+    }
+    std::tm wanted{};
+    const auto field = [&](std::size_t position, std::size_t count) {
+        return parseInteger(std::string_view(whole).substr(position, count), 0, 9999).value_or(0);
+    };
+    wanted.tm_year = field(0, 4) - 1900;
+    wanted.tm_mon = field(5, 2) - 1;
+    wanted.tm_mday = field(8, 2);
+    wanted.tm_hour = field(11, 2);
+    wanted.tm_min = field(14, 2);
+    wanted.tm_sec = field(17, 2);
+    wanted.tm_isdst = -1;
+    std::tm real = wanted;
+    const std::time_t time = std::mktime(&real);
+    // A day or an hour that there is not comes back as another one; an hour that a change to summer
+    // time leaves out may.
+    if (real.tm_year != wanted.tm_year || real.tm_mon != wanted.tm_mon ||
+        real.tm_mday != wanted.tm_mday || real.tm_min != wanted.tm_min || wanted.tm_hour > 23) {
+        return misuse(complaint);
+    }
+    constexpr double kReferenceDate = 978307200;  // 2001-01-01 00:00 UTC in seconds since 1970
+    return platform::Date{static_cast<double>(time) - kReferenceDate};
+}
+
+std::span<const Option> previewOptionTable() {
+    return kOptions;
+}
+
+Result<PreviewOptions> readPreviewOptions(const Arguments& arguments) {
+    if (auto together = checkTogether(arguments); !together) {
+        return tl::unexpected(std::move(together.error()));
+    }
+    PreviewOptions options;
+    options.themes = arguments.positionals();
+    options.root = arguments.value("--root").value_or("");
+    options.output = arguments.value("--output").value_or(options.output);
+    options.log = arguments.value("--log").value_or("");
+    options.follow = arguments.has("--follow");
+    options.kind = arguments.has("--before")    ? PreviewKind::stock
+                   : arguments.has("--compare") ? PreviewKind::sideBySide
+                                                : PreviewKind::themed;
+    for (const std::string_view name : {"--root", "--output", "--log"}) {
+        if (arguments.value(name) == "") {
+            return misuse(std::string(name) + " takes a name, and this one is empty");
+        }
+    }
+    auto device = readDevice(arguments);
+    if (!device) {
+        return tl::unexpected(std::move(device.error()));
+    }
+    options.device = std::move(*device);
+    options.deviceName = arguments.value("--device").value_or(options.deviceName);
+    if (const auto screen = arguments.value("--screen"); screen && *screen != "home") {
+        return misuse("--screen takes home, not " + inQuotes(*screen));
+    }
+    if (const auto page = arguments.value("--page")) {
+        const auto number = parseInteger(*page, 1, kLastPage);
+        if (!number) {
+            return misuse("--page takes a number from 1, not " + inQuotes(*page));
+        }
+        options.page = *number;
+    }
+    for (const std::string& assignment : arguments.values("--set")) {
+        if (auto set = setPreference(options.settings, assignment); !set) {
+            return tl::unexpected(std::move(set.error()));
+        }
+    }
+    return options;
+}
+
+}  // namespace velmoranth::cli

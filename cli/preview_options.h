@@ -1,0 +1,42 @@
+// What `velmoranth preview` was asked to do, with every word understood and checked.
+#pragma once
+
+#include "cli/arguments.h"
+#include "desktop/result/result.h"
+#include "platform/foundation.h"
+#include "simulator/device.h"
+
+#include <span>
+#include <string>
+#include <vector>
+
+namespace velmoranth::cli {
+
+// themed: as the device is set. stock: with nothing replaced. sideBySide: stock, then themed.
+enum class PreviewKind { themed, stock, sideBySide };
+
+struct PreviewOptions {
+    std::vector<std::string> themes;  // folders of this machine; empty with a root
+    std::string root;                 // the device's folder; empty for a throw-away one
+    std::string output = "preview.png";
+    std::string deviceName = "phone";  // in the table of devices
+    simulator::DeviceConfiguration device;
+    int page = 1;
+    PreviewKind kind = PreviewKind::themed;
+    std::string log;  // as ScreenRequest::logDestination
+    bool follow = false;
+    platform::Dictionary settings;  // what --set asks for
+
+    [[nodiscard]] bool writesToStandardOutput() const { return output == "-"; }
+};
+
+// The problem is one of usage.
+[[nodiscard]] desktop::Result<PreviewOptions> readPreviewOptions(const Arguments& arguments);
+
+[[nodiscard]] std::span<const Option> previewOptionTable();
+
+// A point in time that a person writes: "2019-12-24" (at 9:41), "2019-12-24T18:30" or with ":05"
+// for seconds, in this machine's time zone.
+[[nodiscard]] desktop::Result<platform::Date> parseDate(const std::string& text);
+
+}  // namespace velmoranth::cli

@@ -1,0 +1,171 @@
+#include "cli/throw_away_device.h"
+
+#include "cli/messages.h"
+#include "cli/preferences.h"
+#include "desktop/files/create_device_root.h"
+#include "desktop/files/file_calls.h"
+#include "desktop/files/file_tree.h"
+#include "desktop/plist/property_lists.h"
+
+#include <fcntl.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <map>
+#include <system_error>
+
+namespace velmoranth::cli {
+
+using desktop::Problem;
+using desktop::Result;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+Problem aboutTheme(const std::string& path, std::string message) {
+    return {std::move(message), path};
+}
+
+// The folder's own name: the last one of the path, or of where it leads when that says nothing.
+std::string themeName(const std::string& path) {
+    const std::size_t end = path.find_last_not_of('/');
+    if (end == std::string::npos) {
+        return {};
+    }
+    const std::size_t slash = path.rfind('/', end);
+    const std::size_t start = slash == std::string::npos ? 0 : slash + 1;
+    std::string name = path.substr(start, end + 1 - start);
+    if (name != "." && name != "..") {
+        return name;
+    }
+    std::error_code error;
+    return fs::canonical(path, error).filename().string();
+}
+
+Result<void> checkContents(const std::string& path) {
+    std::size_t entries = 0;
+    std::uint64_t bytes = 0;
+    std::error_code error;
+    for (fs::recursive_directory_iterator entry(path, error), end; !error && entry != end;
+         entry.increment(error)) {
+        std::error_code entryError;
+        const fs::file_status status = entry->symlink_status(entryError);
+        if (entryError) {
+            return tl::unexpected(aboutTheme(entry->path(), entryError.message()));
+        }
+        if (fs::is_regular_file(status)) {
+            const std::uint64_t size = entry->file_size(entryError);
+            bytes += entryError ? 0 : size;
+        } else if (!fs::is_directory(status) && !fs::is_symlink(status)) {
+            return tl::unexpected(aboutTheme(
+                entry->path(), "a theme holds files, folders and links, and this is none of them"));
+        }
+        if (++entries > kMaxThemeEntries) {
+            return tl::unexpected(aboutTheme(path, "the theme has more than " +
+                                                       std::to_string(kMaxThemeEntries) +
+                                                       " files; give a single theme's folder"));
+        }
+        if (bytes > kMaxThemeBytes) {
+            return tl::unexpected(aboutTheme(
+                path, "the theme is larger than " + std::to_string(kMaxThemeBytes / (1024 * 1024)) +
+                          " MiB; give a single theme's folder"));
+        }
+    }
+    if (error) {
+        return tl::unexpected(aboutTheme(path, "the folder cannot be read: " + error.message()));
+    }
+    if (entries == 0) {
+        return tl::unexpected(aboutTheme(path, "the theme folder is empty"));
+    }
+    return {};
+}
+
+Result<ThemeFolder> findTheme(const std::string& path) {
+    if (path.empty()) {
+        return tl::unexpected(Problem{"a THEME is empty; give a folder"});
+    }
+    struct stat status{};
+    if (::stat(path.c_str(), &status) != 0) {
+        return tl::unexpected(errno == ENOENT ? aboutTheme(path, "there is no such theme folder")
+                                              : desktop::problemOfErrno(errno, path));
+    }
+    if (!S_ISDIR(status.st_mode)) {
+        return tl::unexpected(aboutTheme(path, "this is a file; a theme is a folder"));
+    }
+    ThemeFolder theme{path, themeName(path)};
+    if (theme.name.empty() || !isPlainText(theme.name)) {
+        return tl::unexpected(aboutTheme(
+            path, "the folder's name can be no theme's: it has none, or not plain text"));
+    }
+    if (auto contents = checkContents(path); !contents) {
+        return tl::unexpected(std::move(contents.error()));
+    }
+    return theme;
+}
+
+Result<void> writePreferences(const desktop::DeviceRoot& root,
+                              const platform::Dictionary& preferences) {
+    const platform::Data bytes = desktop::writeXmlPropertyList(platform::PropertyList(preferences));
+    const desktop::Descriptor file(
+        root.openFile(kPreferencesFile, O_WRONLY | O_CREAT | O_TRUNC, 0644));
+    const int error = file.isOpen() ? desktop::writeWhole(desktop::FileCalls(), file.get(),
+                                                          bytes.data(), bytes.size())
+                                    : errno;
+    if (error != 0) {
+        return tl::unexpected(desktop::problemOfErrno(error, root.hostFolder() + kPreferencesFile));
+    }
+    return {};
+}
+
+}  // namespace
+
+Result<std::vector<ThemeFolder>> findThemes(std::span<const std::string> paths) {
+    std::vector<ThemeFolder> themes;
+    std::map<std::string, std::string> pathOfName;
+    for (const std::string& path : paths) {
+        auto theme = findTheme(path);
+        if (!theme) {
+            return tl::unexpected(std::move(theme.error()));
+        }
+        const auto [first, isNew] = pathOfName.try_emplace(theme->name, path);
+        if (!isNew) {
+            return tl::unexpected(aboutTheme(path, "a theme of this name is given before (" +
+                                                       shown(first->second) +
+                                                       "); a device has one folder of a name"));
+        }
+        themes.push_back(std::move(*theme));
+    }
+    return themes;
+}
+
+Result<std::unique_ptr<ThrowAwayDevice>> ThrowAwayDevice::create(
+    std::span<const ThemeFolder> themes, const platform::Dictionary& preferences) {
+    std::error_code error;
+    const fs::path temporary = fs::temp_directory_path(error);
+    std::string folder = (error ? fs::path("/tmp") : temporary) / "velmoranth-XXXXXX";
+    if (::mkdtemp(folder.data()) == nullptr) {
+        return tl::unexpected(desktop::problemOfErrno(errno, folder));
+    }
+    std::unique_ptr<ThrowAwayDevice> device(new ThrowAwayDevice(folder));
+    const auto root = desktop::createDeviceRoot(folder);
+    if (!root) {
+        return tl::unexpected(root.error());
+    }
+    for (const ThemeFolder& theme : themes) {
+        if (auto copied =
+                desktop::importFolder(**root, theme.path, "/Library/Themes/" + theme.name);
+            !copied) {
+            return tl::unexpected(
+                aboutTheme(theme.path, "the theme cannot be copied: " + copied.error().message));
+        }
+    }
+    if (auto written = writePreferences(**root, preferences); !written) {
+        return tl::unexpected(std::move(written.error()));
+    }
+    return device;
+}
+
+}  // namespace velmoranth::cli

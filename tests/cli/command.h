@@ -1,0 +1,55 @@
+// Runs the command itself, as built, and keeps what it said.
+#pragma once
+
+#include <sys/types.h>
+
+#include <chrono>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace velmoranth::cli {
+
+struct CommandResult {
+    int code = -1;   // exit code; -1 when it was ended by a signal
+    int signal = 0;  // that ended it
+    std::string output;
+    std::string errors;
+};
+
+struct CommandSetting {
+    std::string folder = ".";                           // its working folder
+    std::map<std::string, std::string> variables = {};  // of its environment, besides ours
+    bool asNobody = false;                              // without root's rights
+};
+
+// A command that is running.
+class RunningCommand {
+  public:
+    explicit RunningCommand(const std::vector<std::string>& words,
+                            const CommandSetting& setting = {});
+    ~RunningCommand();
+    RunningCommand(const RunningCommand&) = delete;
+    RunningCommand& operator=(const RunningCommand&) = delete;
+
+    void signal(int number) const;
+    // Waits until standard output or standard error holds the text; false when it did not in time.
+    [[nodiscard]] bool waitForText(const std::string& text,
+                                   std::chrono::milliseconds time = std::chrono::seconds(60));
+    // Waits for its end.
+    CommandResult finish();
+
+  private:
+    // Takes what has come, waiting at most that long; false when both ends are closed.
+    bool receive(std::chrono::milliseconds time);
+
+    pid_t process_ = -1;
+    int outputEnd_ = -1;
+    int errorsEnd_ = -1;
+    CommandResult result_;
+};
+
+[[nodiscard]] CommandResult runCommand(const std::vector<std::string>& words,
+                                       const CommandSetting& setting = {});
+
+}  // namespace velmoranth::cli

@@ -1,0 +1,142 @@
+// Themes and devices that are not what they should be.
+#include "tests/cli/preview_fixture.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+
+namespace velmoranth::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+using PreviewInput = PreviewTest;
+
+constexpr const char* kPreferences =
+    "/var/mobile/Library/Preferences/com.qor.velmoranthprefs.plist";
+
+TEST_F(PreviewInput, ThemeThatIsNoneIsOneLine) {
+    folder.file("work/file", "text");
+    folder.folder("work/empty");
+    folder.folder("work/pipes");
+    ::mkfifo((folder / "work/pipes/p").c_str(), 0600);
+    expectBadInput({"none"}, "none: there is no such theme folder");
+    expectBadInput({"no/such/../place"}, "no/such/../place: there is no such theme folder");
+    expectBadInput({"/no/such/theme"}, "/no/such/theme: there is no such theme folder");
+    expectBadInput({"größe"}, "größe: there is no such theme folder");
+    expectBadInput({"file"}, "file: this is a file; a theme is a folder");
+    expectBadInput({"file/x"}, "file/x: not a directory");
+    expectBadInput({"empty"}, "empty: the theme folder is empty");
+    expectBadInput({""}, "a THEME is empty; give a folder");
+    expectBadInput({"pipes"},
+                   "pipes/p: a theme holds files, folders and links, and this is none of them");
+    const std::string longPath(4200, 'a');
+    expectBadInput({longPath},
+                   longPath.substr(0, 70) + "…" + longPath.substr(0, 70) + ": file name too long");
+}
+
+TEST_F(PreviewInput, ThemesOfOneNameAreRefused) {
+    theme("one/A", kMagenta);
+    theme("two/A", kLime);
+    expectBadInput({"../one/A", "../two/A"},
+                   "../two/A: a theme of this name is given before (../one/A); a device has one "
+                   "folder of a name");
+}
+
+TEST_F(PreviewInput, NameThatPreferencesCannotHoldIsRefused) {
+    theme("bad\xff", kMagenta);
+    theme("line\nend", kMagenta);
+    const std::string why = ": the folder's name can be no theme's: it has none, or not plain text";
+    expectBadInput({"../bad\xff"}, "../bad?" + why);
+    expectBadInput({"../line\nend"}, "../line?end" + why);
+    expectBadInput({"/"}, "/" + why);
+}
+
+TEST_F(PreviewInput, ThemeThatIsTooLargeIsRefusedBeforeItIsCopied) {
+    theme("A", kMagenta);
+    folder.file("A/large", "");
+    fs::resize_file(folder / "A/large", std::uintmax_t{513} * 1024 * 1024);
+    expectBadInput({"../A"},
+                   "../A: the theme is larger than 512 MiB; give a single theme's folder");
+}
+
+TEST_F(PreviewInput, ThemeThatCannotBeReadIsOneLine) {
+    theme("A", kMagenta);
+    fs::permissions(folder / "A/IconBundles", fs::perms::none);
+    fs::permissions(folder / "work", fs::perms(0777));
+    CommandSetting nobody = setting();
+    nobody.asNobody = true;
+    const CommandResult result = runCommand({"preview", "../A"}, nobody);
+    fs::permissions(folder / "A/IconBundles", fs::perms::owner_all);
+    EXPECT_EQ(result.code, 3);
+    EXPECT_EQ(result.errors.find("velmoranth: error: ../A"), 0U) << result.errors;
+    EXPECT_NE(result.errors.find("ermission denied\n"), std::string::npos) << result.errors;
+    EXPECT_EQ(folder.names("tmp"), "");
+}
+
+TEST_F(PreviewInput, DeviceThatIsNoneIsOneLine) {
+    folder.file("work/file", "text");
+    expectBadInput({"--root", "none"}, "none: no such file or directory");
+    expectBadInput({"--root", "file"}, "file: not a directory");
+}
+
+TEST_F(PreviewInput, DeviceThatCannotBeWrittenToIsOneLine) {
+    ASSERT_EQ(runCommand({"device", "init", folder / "device"}).code, 0);
+    fs::permissions(folder / "work", fs::perms(0777));
+    CommandSetting nobody = setting();
+    nobody.asNobody = true;
+    const CommandResult result = runCommand({"preview", "--root", "../device"}, nobody);
+    EXPECT_EQ(result.code, 3);
+    EXPECT_EQ(result.errors,
+              "velmoranth: error: ../device: the device cannot be written to; a device writes to "
+              "its own files\n");
+}
+
+TEST_F(PreviewInput, OddPreferencesAreOneWarningAndTheStockScreen) {
+    ASSERT_EQ(runCommand({"device", "init", folder / "device"}).code, 0);
+    const std::string start = "velmoranth: warning: ../device" + std::string(kPreferences) + ": ";
+    const std::string on = "<plist><dict><key>enable</key><true/><key>ActiveThemes</key>";
+    const std::string end = "</dict></plist>";
+    const auto warningFor = [&](const std::string& contents) {
+        folder.file("device" + std::string(kPreferences), contents);
+        const CommandResult result = preview({"--root", "../device"});
+        EXPECT_EQ(result.code, 0) << contents;
+        EXPECT_EQ(picture().width, 1125U);
+        EXPECT_TRUE(result.errors.starts_with(start)) << result.errors;
+        EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1) << result.errors;
+        return result.errors.substr(std::min(start.size(), result.errors.size()));
+    };
+
+    EXPECT_EQ(preview({"--root", "../device"}).errors,
+              start + "there are no preferences, so theming is off\n");
+    const std::string unreadable = "no readable preferences, so theming is off: ";
+    EXPECT_EQ(warningFor(""), unreadable + "the file is empty\n");
+    EXPECT_TRUE(warningFor("<plist><dict><key>ena").starts_with(unreadable));
+    EXPECT_TRUE(warningFor("bplist00\x01").starts_with(unreadable));
+    EXPECT_EQ(warningFor("<plist><array/></plist>"),
+              "preferences are a dictionary, and this is a list, so theming is off\n");
+    EXPECT_EQ(warningFor("<plist><dict/></plist>"), "\"enable\" is not on, so theming is off\n");
+    EXPECT_EQ(warningFor("<plist><dict><key>enable</key><true/></dict></plist>"),
+              "\"ActiveThemes\" is missing, so no theme is active\n");
+    EXPECT_EQ(warningFor(on + "<string>A</string>" + end),
+              "\"ActiveThemes\" is a text in place of a list of names, so no theme is active\n");
+    EXPECT_EQ(warningFor(on + "<array><integer>3</integer><true/></array>" + end),
+              "\"ActiveThemes\" holds what is no theme's name: entry 1 is an integer, entry 2 is a "
+              "boolean\n");
+    EXPECT_EQ(
+        warningFor(on + "<array><string>../../etc</string><string>/etc</string></array>" + end),
+        "\"ActiveThemes\" holds what is no theme's name: \"../../etc\" is no folder's name, "
+        "\"/etc\" is no folder's name\n");
+    EXPECT_EQ(warningFor(on + "<array><string>Ü</string></array>" + end),
+              "active themes that are not in Library/Themes: \"Ü\"\n");
+    const std::string longName(4096, 'a');
+    EXPECT_EQ(warningFor(on + "<array><string>" + longName + "</string></array>" + end),
+              "active themes that are not in Library/Themes: \"" + longName.substr(0, 70) + "…" +
+                  longName.substr(0, 70) + "\"\n");
+    EXPECT_EQ(folder.names("."), "device tmp work");
+}
+
+}  // namespace
+}  // namespace velmoranth::cli

@@ -1,0 +1,83 @@
+// Where pictures go, and what happens when they cannot.
+#include "tests/cli/preview_fixture.h"
+
+#include <filesystem>
+
+namespace velmoranth::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+class PreviewOutput : public PreviewTest {
+  protected:
+    PreviewOutput() { theme("A.theme", kMagenta); }
+};
+
+TEST_F(PreviewOutput, ExistingPictureIsReplacedAsAWhole) {
+    folder.file("work/preview.png", "old");
+    fs::create_hard_link(folder / "work/preview.png", folder / "witness");
+    ASSERT_EQ(preview({"../A.theme"}).code, 0);
+    EXPECT_EQ(picture().width, 1125U);
+    EXPECT_EQ(folder.contents("witness"), "old") << "the old file was written into";
+    EXPECT_EQ(folder.names("work"), "preview.png");
+}
+
+TEST_F(PreviewOutput, ExistingPictureStaysWhenThereIsNoNewOne) {
+    folder.file("work/preview.png", "old");
+    EXPECT_EQ(preview({"../none"}).code, 3);
+    EXPECT_EQ(folder.contents("work/preview.png"), "old");
+    EXPECT_EQ(folder.names("work"), "preview.png");
+}
+
+TEST_F(PreviewOutput, ModeIsThatOfANewFileOrOfTheOldOne) {
+    const auto mode = [&] {
+        return static_cast<unsigned>(fs::status(folder / "work/preview.png").permissions());
+    };
+    folder.file("work/other", "");
+    ASSERT_EQ(preview({"../A.theme"}).code, 0);
+    EXPECT_EQ(mode(), static_cast<unsigned>(fs::status(folder / "work/other").permissions()));
+    fs::permissions(folder / "work/preview.png", fs::perms(0640));
+    ASSERT_EQ(preview({"../A.theme"}).code, 0);
+    EXPECT_EQ(mode(), 0640U);
+}
+
+TEST_F(PreviewOutput, LinkIsFollowed) {
+    folder.folder("pictures");
+    fs::create_symlink("../pictures/a.png", folder / "work/link.png");
+    ASSERT_EQ(preview({"../A.theme", "-o", "link.png"}).code, 0);
+    EXPECT_TRUE(fs::is_symlink(folder / "work/link.png"));
+    EXPECT_EQ(picture("pictures/a.png").width, 1125U);
+}
+
+TEST_F(PreviewOutput, PlaceThatCannotBeWrittenIsOneLine) {
+    folder.folder("work/folder");
+    folder.file("work/file", "text");
+    const std::string theme = "../A.theme";
+    const std::string why = ": the picture cannot be written: ";
+    expectBadInput({theme, "-o", "no/a.png"}, "no/a.png" + why + "no such file or directory");
+    expectBadInput({theme, "-o", "a.png/"}, "a.png/" + why + "no such file or directory");
+    expectBadInput({theme, "-o", "folder"}, "folder" + why + "is a directory");
+    expectBadInput({theme, "-o", "file/a.png"}, "file/a.png" + why + "not a directory");
+    expectBadInput({theme, "-o", "/dev/full"}, "/dev/full" + why + "no space left on device");
+    expectBadInput({theme, "--log", "no/log"},
+                   "no/log: the log cannot be written: no such file or directory");
+    EXPECT_EQ(folder.names("work"), "file folder");
+}
+
+TEST_F(PreviewOutput, FolderWithoutTheRightIsOneLine) {
+    fs::permissions(folder / "work", fs::perms(0755));
+    CommandSetting nobody = setting();
+    nobody.asNobody = true;
+    const CommandResult result = runCommand({"preview", "../A.theme", "-o", "a.png"}, nobody);
+    EXPECT_EQ(result.code, 3);
+    EXPECT_EQ(result.errors,
+              "velmoranth: error: a.png: the picture cannot be written: permission denied\n");
+}
+
+TEST_F(PreviewOutput, DeviceFileIsWrittenToNotReplaced) {
+    ASSERT_EQ(preview({"../A.theme", "-o", "/dev/null"}).code, 0);
+    EXPECT_TRUE(fs::is_character_file("/dev/null"));
+}
+
+}  // namespace
+}  // namespace velmoranth::cli

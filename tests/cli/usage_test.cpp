@@ -1,0 +1,150 @@
+#include "tests/cli/command.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace velmoranth::cli {
+namespace {
+
+std::ptrdiff_t lineCount(const std::string& text) {
+    return std::count(text.begin(), text.end(), '\n');
+}
+
+struct Misuse {
+    std::vector<std::string> words;
+    std::string message;
+};
+
+TEST(Usage, EveryMisuseIsOneLineAndExitCode2) {
+    const std::vector<Misuse> misuses{
+        {{}, "a command is missing; velmoranth --help lists them"},
+        {{"hoks"}, "there is no command \"hoks\"; did you mean hooks?"},
+        {{"qqqqqqq"}, "there is no command \"qqqqqqq\"; velmoranth --help lists what there is"},
+        {{"--vrsion"}, "there is no option \"--vrsion\"; did you mean --version?"},
+        {{"device"}, "there is no command \"device\"; did you mean device init?"},
+        {{"device", "int", "x"}, "there is no command \"device int\"; did you mean device init?"},
+        {{"device", "init"}, "velmoranth device init needs DIR; velmoranth device init --help"},
+        {{"device", "init", "a", "b"},
+         "velmoranth device init does not know what to do with \"b\""},
+        {{"hooks", "--jsn"}, "velmoranth hooks has no option \"--jsn\"; did you mean --json?"},
+        {{"hooks", "x"}, "velmoranth hooks does not know what to do with \"x\""},
+        {{"hooks", "--version-number", "nan"}, "--version-number takes a number, not \"nan\""},
+        {{"hooks", "--version-number", "inf"}, "--version-number takes a number, not \"inf\""},
+        {{"hooks", "--version-number", "1e999"}, "--version-number takes a number, not \"1e999\""},
+        {{"hooks", "--version-number", "1x"}, "--version-number takes a number, not \"1x\""},
+        {{"hooks", "--version-number", ""}, "--version-number takes a number, not \"\""},
+        {{"notify", "prfs", "--root", "."},
+         "there is no notification \"prfs\"; did you mean prefs?"},
+        {{"notify", "prefs"}, "velmoranth notify needs --root DIR, the device to tell"},
+        {{"preview"}, "a THEME folder is missing (or --root DIR); velmoranth preview --help"},
+        {{"preview", "T", "--outptu", "x"},
+         "velmoranth preview has no option \"--outptu\"; did you mean --output?"},
+        {{"preview", "T", "-o", "a", "-o", "b"}, "--output is given more than once"},
+        {{"preview", "T", "-o", ""}, "--output takes a name, and this one is empty"},
+        {{"preview", "--root", "d", "T"},
+         "--root does not go with THEME: a device has its own themes"},
+        {{"preview", "--root", "d", "--set", "enable=no"},
+         "--root does not go with --set: a device has its own preferences; change those, or give "
+         "THEME"},
+        {{"preview", "T", "--before", "--compare"},
+         "--before does not go with --compare: --compare shows both"},
+        {{"preview", "T", "--follow", "--compare"},
+         "--follow does not go with --compare: follow the themed screen alone"},
+        {{"preview", "T", "--follow", "-o", "-"},
+         "--follow does not go with --output -: give a file, which is written again"},
+        {{"preview", "T", "--set", "enable"}, "--set takes KEY=VALUE, not \"enable\""},
+        {{"preview", "T", "--set", "=yes"}, "--set takes KEY=VALUE, not \"=yes\""},
+        {{"preview", "T", "--set", "enableicnmask=1"},
+         "there is no preference \"enableicnmask\"; did you mean enableIconMask?"},
+        {{"preview", "T", "--set", "qqqqqqqq=1"},
+         "there is no preference \"qqqqqqqq\"; velmoranth preview --help lists them"},
+        {{"preview", "T", "--set", "enable=maybe"}, "--set enable takes yes or no, not \"maybe\""},
+        {{"preview", "T", "--set", "enable="}, "--set enable takes yes or no, not \"\""},
+        {{"preview", "T", "--set", "opacityVal=half"},
+         "--set opacityVal takes a number, not \"half\""},
+        {{"preview", "T", "--set", "xAxisVal=1e39"}, "--set xAxisVal takes a number, not \"1e39\""},
+        {{"preview", "T", "--ios", "14"}, "--ios takes 12 or 13, not \"14\""},
+        {{"preview", "T", "--device", "phon"},
+         "--device takes one of phone, phone-667, pad, not \"phon\"; did you mean phone?"},
+        {{"preview", "T", "--screen", "lock"}, "--screen takes home, not \"lock\""},
+        {{"preview", "T", "--page", "0"}, "--page takes a number from 1, not \"0\""},
+        {{"preview", "T", "--locale", "../x"},
+         "--locale takes a name like en_US or de, not \"../x\""},
+        {{"preview", "T", "--date", "2019-02-30"},
+         "--date takes a date like 2019-12-24 or 2019-12-24T18:30, not \"2019-02-30\""},
+        {{"preview", "T", "--date", "2019-12-24T25:00"},
+         "--date takes a date like 2019-12-24 or 2019-12-24T18:30, not \"2019-12-24T25:00\""},
+    };
+    for (const Misuse& misuse : misuses) {
+        const CommandResult result = runCommand(misuse.words);
+        EXPECT_EQ(result.code, 2) << misuse.message;
+        EXPECT_EQ(result.errors, "velmoranth: error: " + misuse.message + "\n");
+        EXPECT_EQ(result.output, "");
+    }
+}
+
+TEST(Usage, OptionWithoutItsValueIsOneLine) {
+    const CommandResult result = runCommand({"preview", "T", "--set"});
+    EXPECT_EQ(result.code, 2);
+    EXPECT_NE(result.errors.find("--set"), std::string::npos);
+    EXPECT_EQ(lineCount(result.errors), 1);
+}
+
+TEST(Usage, ControlCharactersOfAWordDoNotReachTheTerminal) {
+    const CommandResult result = runCommand({"a\x1b[31m\nb\xff\xc2\x9b", "x"});
+    EXPECT_EQ(result.code, 2);
+    EXPECT_EQ(result.errors,
+              "velmoranth: error: there is no command \"a?[31m?b??\"; velmoranth --help lists what "
+              "there is\n");
+}
+
+TEST(Usage, HelpOfEveryCommandHasItsOptionsAndExamples) {
+    for (const std::vector<std::string>& command : std::vector<std::vector<std::string>>{
+             {"preview"}, {"device", "init"}, {"hooks"}, {"notify"}}) {
+        std::string name = "velmoranth";
+        for (const std::string& word : command) {
+            name += " " + word;
+        }
+        std::vector<std::string> words = command;
+        words.emplace_back("--help");
+        const CommandResult result = runCommand(words);
+        EXPECT_EQ(result.code, 0);
+        EXPECT_EQ(result.errors, "");
+        EXPECT_TRUE(result.output.starts_with("usage: " + name)) << result.output;
+        EXPECT_NE(result.output.find("\noptions:\n"), std::string::npos);
+        EXPECT_NE(result.output.find("--help"), std::string::npos);
+        EXPECT_NE(result.output.find("\nexamples:\n  "), std::string::npos);
+        EXPECT_NE(runCommand({"--help"}).output.find(name.substr(11)), std::string::npos);
+    }
+}
+
+TEST(Usage, HelpWinsOverWhatIsMissing) {
+    EXPECT_EQ(runCommand({"device", "init", "--help"}).code, 0);
+    EXPECT_EQ(runCommand({"notify", "-h"}).code, 0);
+}
+
+TEST(Usage, PreviewHelpListsEveryPreference) {
+    const std::string help = runCommand({"preview", "--help"}).output;
+    for (const char* const key :
+         {"enable=yes|no", "enableIconMask=yes|no", "enableOverlay=yes|no", "enableShadow=yes|no",
+          "dynamicShadow=yes|no", "removeDock=yes|no", "removeFolderBG=yes|no",
+          "removeLabels=yes|no", "removeIconBadges=yes|no", "removePageDots=yes|no",
+          "shadowRadiusVal=NUMBER", "opacityVal=NUMBER", "xAxisVal=NUMBER", "yAxisVal=NUMBER",
+          "shadowWidthVal=NUMBER", "shadowHeightVal=NUMBER", "enableLogging=yes|no",
+          "enableImageDump=yes|no"}) {
+        EXPECT_NE(help.find(std::string("  ") + key + " "), std::string::npos) << key;
+    }
+}
+
+TEST(Usage, VersionIsOneLine) {
+    const CommandResult result = runCommand({"--version"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_TRUE(result.output.starts_with("velmoranth ")) << result.output;
+    EXPECT_EQ(lineCount(result.output), 1);
+}
+
+}  // namespace
+}  // namespace velmoranth::cli
