@@ -63,8 +63,7 @@ Result<void> DesktopNotificationCenter::listenIn(const DeviceRoot& root) {
     // that refuses for one left behind.
     const std::string name = makeSocketName();
     const std::string hidden = "." + name + ".new";
-    const sockaddr_un address = addressIn(folder_.get(), hidden);
-    if (::bind(listener_.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+    if (bindIn(listener_.get(), folder_.get(), hidden) != 0) {
         return failed();
     }
     if (::listen(listener_.get(), SOMAXCONN) != 0 ||

@@ -3,6 +3,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -20,9 +21,7 @@ enum class Outcome { told, gone, refused };
 
 Outcome tell(int item, const std::string& name) {
     const Descriptor connection = makeSocket();
-    const sockaddr_un address = addressOf(item);
-    if (::connect(connection.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) !=
-        0) {
+    if (connectTo(connection.get(), item) != 0) {
         return errno == ECONNREFUSED ? Outcome::gone : Outcome::refused;
     }
     const ssize_t sent = ::send(connection.get(), name.data(), name.size(), MSG_NOSIGNAL);

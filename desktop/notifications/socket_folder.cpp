@@ -3,7 +3,9 @@
 #include "desktop/notifications/notification_center.h"
 
 #include <fcntl.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -40,12 +42,14 @@ Descriptor openSocketFolder(const DeviceRoot& root, bool create) {
     return Descriptor(root.openFile(*std::rbegin(kFolders), O_RDONLY | O_DIRECTORY));
 }
 
-sockaddr_un addressIn(int folder, const std::string& name) {
-    return addressAt("/proc/self/fd/" + std::to_string(folder) + "/" + name);
+int bindIn(int socket, int folder, const std::string& name) {
+    const sockaddr_un address = addressAt("/proc/self/fd/" + std::to_string(folder) + "/" + name);
+    return ::bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address);
 }
 
-sockaddr_un addressOf(int item) {
-    return addressAt("/proc/self/fd/" + std::to_string(item));
+int connectTo(int socket, int item) {
+    const sockaddr_un address = addressAt("/proc/self/fd/" + std::to_string(item));
+    return ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address);
 }
 
 Descriptor makeSocket() {

@@ -6,10 +6,8 @@
 #include "desktop/files/descriptor.h"
 #include "desktop/files/device_root.h"
 
-#include <sys/socket.h>
-#include <sys/un.h>
-
 #include <string>
+#include <string_view>
 
 namespace velmoranth::desktop {
 
@@ -18,11 +16,11 @@ inline constexpr char kSocketSuffix[] = ".socket";
 // Opened for reading; with `create`, made when it is missing. Not open on failure, errno is set.
 [[nodiscard]] Descriptor openSocketFolder(const DeviceRoot& root, bool create);
 
-// The address of `name` in an open folder.
-[[nodiscard]] sockaddr_un addressIn(int folder, const std::string& name);
+// bind(2) of the socket to `name` in an open folder.
+[[nodiscard]] int bindIn(int socket, int folder, const std::string& name);
 
-// The address of an item that is itself open (with O_PATH).
-[[nodiscard]] sockaddr_un addressOf(int item);
+// connect(2) of the socket to another that is itself open as an item of a folder (with O_PATH).
+[[nodiscard]] int connectTo(int socket, int item);
 
 // A local socket that keeps messages apart, not blocking, closed on exec.
 [[nodiscard]] Descriptor makeSocket();

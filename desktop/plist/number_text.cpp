@@ -116,8 +116,8 @@ std::optional<platform::Date> dateOfText(std::string_view text) {
     const std::chrono::year_month_day day{std::chrono::year(year),
                                           std::chrono::month(static_cast<unsigned>(number(5, 2))),
                                           std::chrono::day(static_cast<unsigned>(number(8, 2)))};
-    const int hour = number(11, 2);
-    const int minute = number(14, 2);
+    const std::int64_t hour = number(11, 2);
+    const std::int64_t minute = number(14, 2);
     const int second = number(17, 2);
     // The 60th second is a leap second's.
     if (!day.ok() || hour > 23 || minute > 59 || second > 60) {
@@ -125,7 +125,7 @@ std::optional<platform::Date> dateOfText(std::string_view text) {
     }
     const std::int64_t days = std::chrono::sys_days(day).time_since_epoch().count() - kReferenceDay;
     return platform::Date{
-        static_cast<double>(days * kSecondsPerDay + hour * 3600 + minute * 60 + second)};
+        static_cast<double>(days * kSecondsPerDay + (hour * 60 + minute) * 60 + second)};
 }
 
 std::string textOfDate(platform::Date date) {
