@@ -73,6 +73,7 @@ SYSTEM_HEADERS = re.compile(r"sys/\w+\.h|(fcntl|unistd|dirent|signal|time|poll)\
 CMAKE_PACKAGES = {
     "PkgConfig": "pkgconf", "Threads": "", "GTest": "libgtest-dev", "benchmark": "libbenchmark-dev",
     "cairo": "libcairo2-dev", "pango": "libpango1.0-dev", "pangocairo": "libpango1.0-dev",
+    "pangoft2": "libpango1.0-dev", "fontconfig": "libfontconfig-dev", "freetype2": "libfreetype-dev",
     "PNG": "libpng-dev", "libpng": "libpng-dev", "GIF": "libgif-dev", "TIFF": "libtiff-dev",
     "libdeflate": "libdeflate-dev", "libturbojpeg": "libturbojpeg0-dev", "EXPAT": "libexpat1-dev",
     "libplist-2.0": "libplist-dev", "ICU": "libicu-dev", "icu-uc": "libicu-dev", "icu-i18n": "libicu-dev",
