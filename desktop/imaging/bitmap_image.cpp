@@ -1,6 +1,6 @@
 #include "desktop/imaging/bitmap_image.h"
 
-#include "desktop/imaging/masking.h"
+#include "desktop/imaging/mask_samples.h"
 
 #include <cstdio>
 #include <limits>
@@ -44,7 +44,7 @@ std::vector<std::uint8_t> maskPixels(const BitmapLayout& layout, const std::uint
     std::vector<std::uint8_t> pixels(layout.width * layout.height * 4);
     std::vector<std::uint8_t> samples(layout.width);
     for (std::size_t y = 0; y < layout.height; ++y) {
-        readSamples(samples.data(), data + y * layout.bytesPerRow, layout);
+        expandSamples(layout, data + y * layout.bytesPerRow, samples.data());
         for (std::size_t x = 0; x < layout.width; ++x) {
             pixels[(y * layout.width + x) * 4 + 3] = static_cast<std::uint8_t>(255 - samples[x]);
         }

@@ -1,14 +1,23 @@
 #include "desktop/imaging/core_graphics.h"
 
 #include "desktop/imaging/bitmap_image.h"
+#include "desktop/imaging/compositing.h"
 #include "desktop/imaging/gradient.h"
 #include "desktop/imaging/graphics_context.h"
-#include "desktop/imaging/masking.h"
+#include "desktop/imaging/mask_samples.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <utility>
+#include <vector>
 
 namespace velmoranth::desktop {
 
 namespace {
 
+using platform::AlphaInfo;
+using platform::BitmapLayout;
 using platform::ColorSpace;
 
 // The combinations of a bitmap context that are supported.
@@ -23,6 +32,107 @@ constexpr ContextKind kContextKinds[] = {
     {ColorSpace::deviceGray, 8, 0, DesktopGraphicsContext::Content::gray},
     {ColorSpace::deviceRGB, 8, 8194, DesktopGraphicsContext::Content::premultiplied},
 };
+
+// Where on a mask's axis the pixel `index` of the image lies: two neighbours and the share of the
+// second, in 1/256.
+struct Place {
+    std::size_t first = 0;
+    std::size_t second = 0;
+    std::uint32_t share = 0;
+};
+
+std::vector<Place> places(std::size_t imageSize, std::size_t maskSize, Interpolation rule) {
+    std::vector<Place> result(imageSize);
+    for (std::size_t i = 0; i < imageSize; ++i) {
+        // The pixel's centre, as it falls into the mask's pixels.
+        if (rule == Interpolation::none) {
+            const std::size_t nearest = (2 * i + 1) * maskSize / (2 * imageSize);
+            result[i] = {nearest, nearest, 0};
+            continue;
+        }
+        const double position = (static_cast<double>(i) + 0.5) * static_cast<double>(maskSize) /
+                                    static_cast<double>(imageSize) -
+                                0.5;
+        const double inside = std::clamp(position, 0.0, static_cast<double>(maskSize - 1));
+        const auto first = static_cast<std::size_t>(inside);
+        result[i] = {first, std::min(first + 1, maskSize - 1),
+                     static_cast<std::uint32_t>(std::lround((inside - std::floor(inside)) * 256))};
+    }
+    return result;
+}
+
+// Rows of a mask's samples stretched to the image's size.
+class StretchedSamples {
+  public:
+    StretchedSamples(const DesktopBitmapImage& mask, const std::uint8_t* data, PixelSize size)
+        : layout_(mask.layout()),
+          data_(data),
+          columns_(places(size.width, layout_.width, mask.interpolation())),
+          rows_(places(size.height, layout_.height, mask.interpolation())),
+          upper_(layout_.width),
+          lower_(layout_.width),
+          row_(size.width) {}
+
+    const std::uint8_t* row(std::size_t y) {
+        const Place& vertical = rows_[y];
+        expandSamples(layout_, data_ + vertical.first * layout_.bytesPerRow, upper_.data());
+        expandSamples(layout_, data_ + vertical.second * layout_.bytesPerRow, lower_.data());
+        for (std::size_t x = 0; x < row_.size(); ++x) {
+            const Place& horizontal = columns_[x];
+            const std::uint32_t upper = mix(upper_, horizontal);
+            const std::uint32_t lower = mix(lower_, horizontal);
+            row_[x] = static_cast<std::uint8_t>(
+                (upper * (256 - vertical.share) + lower * vertical.share + 32768) >> 16);
+        }
+        return row_.data();
+    }
+
+  private:
+    static std::uint32_t mix(const std::vector<std::uint8_t>& samples, const Place& place) {
+        return samples[place.first] * (256 - place.share) + samples[place.second] * place.share;
+    }
+
+    const BitmapLayout& layout_;
+    const std::uint8_t* data_;
+    std::vector<Place> columns_;
+    std::vector<Place> rows_;
+    std::vector<std::uint8_t> upper_;
+    std::vector<std::uint8_t> lower_;
+    std::vector<std::uint8_t> row_;
+};
+
+// An image mask, or a gray image without alpha.
+bool canMask(const DesktopBitmapImage& mask) {
+    const BitmapLayout& layout = mask.layout();
+    return mask.isMask() ||
+           (layout.colorSpace == ColorSpace::deviceGray && layout.alphaInfo == AlphaInfo::none);
+}
+
+std::shared_ptr<DesktopBitmapImage> maskImage(const DesktopBitmapImage& image,
+                                              const DesktopBitmapImage& mask) {
+    const PixelView source = image.pixels();
+    if (source.empty()) {
+        return nullptr;
+    }
+    const BitmapLayout& layout = mask.layout();
+    const platform::DataProviderRef provider = mask.dataProvider();
+    const std::size_t bytesPerRow = source.width * 4;
+    const std::size_t stride = byteSampleStride(layout);
+    auto result = std::make_shared<platform::Data>(bytesPerRow * source.height);
+    if (stride != 0 && mask.size() == image.size()) {
+        for (std::size_t y = 0; y < source.height; ++y) {
+            hideRow(result->data() + y * bytesPerRow, source.row(y), source.width,
+                    provider->data() + y * layout.bytesPerRow, stride);
+        }
+    } else {
+        StretchedSamples samples(mask, provider->data(), image.size());
+        for (std::size_t y = 0; y < source.height; ++y) {
+            hideRow(result->data() + y * bytesPerRow, source.row(y), source.width, samples.row(y),
+                    1);
+        }
+    }
+    return DesktopBitmapImage::createPremultiplied(std::move(result), image.size(), bytesPerRow);
+}
 
 }  // namespace
 

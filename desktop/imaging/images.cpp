@@ -104,8 +104,8 @@ std::optional<platform::Data> DesktopImages::pngRepresentation(const platform::I
     if (pixels.empty()) {
         return std::nullopt;
     }
-    return encodePng({pixels.data, pixels.height * pixels.bytesPerRow}, pixels.width,
-                     pixels.height, pixels.bytesPerRow);
+    return encodePng({pixels.data, pixels.height * pixels.bytesPerRow}, pixels.width, pixels.height,
+                     pixels.bytesPerRow);
 }
 
 platform::ImageRef DesktopImages::applicationIconImageForBundleIdentifierFormatScale(
