@@ -152,10 +152,9 @@ TEST_F(ImageContexts, SizeIsPointsTimesScaleRoundedUp) {
     EXPECT_EQ(image->scale(), 3);
     EXPECT_EQ(image->bitmap()->layout().width, 31U);
     EXPECT_EQ(image->bitmap()->layout().height, 60U);
-    // A third of a point is a whole pixel, not two.
-    contexts.beginImageContextWithOptions({100.0 / 3, 1.0 / 3}, false, 3);
-    EXPECT_EQ(contexts.getImageFromCurrentImageContext()->bitmap()->layout().width, 100U);
-    EXPECT_EQ(contexts.getImageFromCurrentImageContext()->bitmap()->layout().height, 1U);
+    // 0.1 + 0.2 is a hair above 0.3: three pixels at ten a point, not four.
+    contexts.beginImageContextWithOptions({0.1 + 0.2, 1}, false, 10);
+    EXPECT_EQ(contexts.getImageFromCurrentImageContext()->bitmap()->layout().width, 3U);
     contexts.endImageContext();
 }
 
