@@ -1,0 +1,159 @@
+#include "imaging/view_tags.h"
+
+#include "icon_effects_fixture.h"
+
+#include <string>
+#include <vector>
+
+namespace velmoranth::tests {
+
+using imaging::IconEffects;
+using platform::ImageViewRef;
+using platform::Rect;
+
+namespace {
+
+const std::string kHasShadow = "VELMORANTH LOADSHADOW hasShadow stop no need to search ";
+
+Rect square(double side) {
+    return {{-10, -10}, {side, side}};
+}
+
+}  // namespace
+
+class AddShadowToIcon : public IconEffectsOnDevice {};
+
+TEST_F(AddShadowToIcon, PhoneTriesItsTwoFoldersInOrder) {
+    const ImageViewRef view = IconEffects::addShadowToIcon();
+    ASSERT_NE(view, nullptr);
+    EXPECT_EQ(view->image(), nullptr);
+    EXPECT_EQ(view->tag(), 478);
+    EXPECT_EQ(view->frame(), square(82));
+    const std::vector<std::string> expected = {
+        "load " + inTheme("Velmoranth/iPhoneShadow.png"),
+        "load " + inTheme("AnemoneEffects/iPhoneShadow.png")};
+    EXPECT_EQ(device.journal.linesWith("load "), expected);
+    EXPECT_EQ(device.journal.count("machine"), 1U);
+    EXPECT_EQ(device.journal.count("imageView"), 1U);
+    EXPECT_TRUE(device.journal.log().empty());
+}
+
+TEST_F(AddShadowToIcon, PadTriesItsTwoNamesInOrder) {
+    makePad();
+    const ImageViewRef view = IconEffects::addShadowToIcon();
+    EXPECT_EQ(view->image(), nullptr);
+    EXPECT_EQ(view->tag(), 478);
+    EXPECT_EQ(view->frame(), square(96));
+    const std::vector<std::string> expected = {"load " + inTheme("Velmoranth/iPadShadow~ipad.png"),
+                                               "load " + inTheme("AnemoneEffects/iPadShadow.png")};
+    EXPECT_EQ(device.journal.linesWith("load "), expected);
+}
+
+TEST_F(AddShadowToIcon, APhonesOwnShadow) {
+    device.png(inTheme("Velmoranth/iPhoneShadow.png"), solid(3, 3, {}));
+    device.png(inTheme("AnemoneEffects/iPhoneShadow.png"), solid(4, 4, {}));
+    const ImageViewRef view = IconEffects::addShadowToIcon();
+    EXPECT_EQ(view->frame(), square(80));
+    EXPECT_EQ(drawnPixels(view->image()).width, 3U);
+    EXPECT_EQ(device.journal.count("load "), 1U);
+    EXPECT_EQ(IconEffects::addShadowToIcon()->frame(), square(80));
+}
+
+TEST_F(AddShadowToIcon, APhonesShadowFromTheSecondFolderIs82Then80) {
+    device.png(inTheme("AnemoneEffects/iPhoneShadow.png"), solid(4, 4, {}));
+    EXPECT_EQ(IconEffects::addShadowToIcon()->frame(), square(82));
+    EXPECT_EQ(IconEffects::addShadowToIcon()->frame(), square(80));
+    EXPECT_EQ(IconEffects::addShadowToIcon()->frame(), square(80));
+    IconEffects::clearShadowImg();
+    EXPECT_EQ(IconEffects::addShadowToIcon()->frame(), square(82));
+}
+
+TEST_F(AddShadowToIcon, NoShadowIs82OnEveryCall) {
+    EXPECT_EQ(IconEffects::addShadowToIcon()->frame(), square(82));
+    EXPECT_EQ(IconEffects::addShadowToIcon()->frame(), square(82));
+    EXPECT_EQ(device.journal.count("load "), 4U);
+}
+
+TEST_F(AddShadowToIcon, TheMarketingNameIs85AndFromTheSecondFolder87) {
+    device.libSystem.machineName = "iPhone XS Max";
+    device.png(inTheme("AnemoneEffects/iPhoneShadow.png"), solid(4, 4, {}));
+    EXPECT_EQ(IconEffects::addShadowToIcon()->frame(), square(87));
+    EXPECT_EQ(IconEffects::addShadowToIcon()->frame(), square(85));
+    IconEffects::clearShadowImg();
+    device.png(inTheme("Velmoranth/iPhoneShadow.png"), solid(3, 3, {}));
+    EXPECT_EQ(IconEffects::addShadowToIcon()->frame(), square(85));
+}
+
+TEST_F(AddShadowToIcon, NoOtherNameIsTheMarketingName) {
+    device.png(inTheme("Velmoranth/iPhoneShadow.png"), solid(3, 3, {}));
+    for (const char* name : {"iPhone11,6", "iPhone XS Max ", "iPhone XS", "iphone xs max", ""}) {
+        device.libSystem.machineName = name;
+        EXPECT_EQ(IconEffects::addShadowToIcon()->frame(), square(80)) << name;
+    }
+}
+
+TEST_F(AddShadowToIcon, APadOfThatNameStaysAPad) {
+    makePad();
+    device.libSystem.machineName = "iPhone XS Max";
+    EXPECT_EQ(IconEffects::addShadowToIcon()->frame(), square(96));
+    device.png(inTheme("AnemoneEffects/iPadShadow.png"), solid(4, 4, {}));
+    const ImageViewRef view = IconEffects::addShadowToIcon();
+    EXPECT_EQ(view->frame(), square(96));
+    EXPECT_EQ(drawnPixels(view->image()).width, 4U);
+    EXPECT_EQ(IconEffects::addShadowToIcon()->frame(), square(96));
+}
+
+TEST_F(AddShadowToIcon, APadsOwnShadow) {
+    makePad();
+    device.png(inTheme("Velmoranth/iPadShadow~ipad.png"), solid(5, 5, {}));
+    device.png(inTheme("Velmoranth/iPadShadow.png"), solid(6, 6, {}));
+    device.png(inTheme("AnemoneEffects/iPadShadow.png"), solid(4, 4, {}));
+    EXPECT_EQ(drawnPixels(IconEffects::addShadowToIcon()->image()).width, 5U);
+}
+
+TEST_F(AddShadowToIcon, AKeptImageIsNotSearchedForAndLogsSo) {
+    device.png(inTheme("Velmoranth/iPhoneShadow.png"), solid(3, 3, {}));
+    const ImageViewRef first = IconEffects::addShadowToIcon();
+    EXPECT_TRUE(device.journal.log().empty());
+    device.journal.clear();
+    const ImageViewRef second = IconEffects::addShadowToIcon();
+    EXPECT_NE(first, second);
+    EXPECT_EQ(first->image(), second->image());
+    EXPECT_EQ(second->tag(), imaging::IconShadowTag);
+    EXPECT_EQ(device.journal.log(), std::vector<std::string>{kHasShadow});
+    EXPECT_EQ(device.journal.count("load "), 0U);
+    EXPECT_EQ(device.journal.count("readPlist "), 0U);
+}
+
+TEST_F(AddShadowToIcon, AKeptImageOfAPhoneServesAPadAtItsFrame) {
+    device.png(inTheme("Velmoranth/iPhoneShadow.png"), solid(3, 3, {}));
+    (void)IconEffects::addShadowToIcon();
+    makePad();
+    const ImageViewRef view = IconEffects::addShadowToIcon();
+    EXPECT_EQ(view->frame(), square(96));
+    EXPECT_EQ(drawnPixels(view->image()).width, 3U);
+}
+
+TEST_F(AddShadowToIcon, OtherClearOperationsKeepTheImage) {
+    const std::string path = inTheme("Velmoranth/iPhoneShadow.png");
+    device.png(path, solid(3, 3, {}));
+    (void)IconEffects::addShadowToIcon();
+    device.png(path, solid(7, 7, {}));
+    IconEffects::clearIconMask();
+    IconEffects::clearIconOverlay();
+    EXPECT_EQ(drawnPixels(IconEffects::addShadowToIcon()->image()).width, 3U);
+    IconEffects::clearShadowImg();
+    EXPECT_EQ(drawnPixels(IconEffects::addShadowToIcon()->image()).width, 7U);
+}
+
+TEST_F(AddShadowToIcon, OnlyTheNewestViewIsHeld) {
+    std::weak_ptr<platform::ImageView> first = IconEffects::addShadowToIcon();
+    EXPECT_FALSE(first.expired());
+    std::weak_ptr<platform::ImageView> second = IconEffects::addShadowToIcon();
+    EXPECT_TRUE(first.expired());
+    EXPECT_FALSE(second.expired());
+    IconEffects::clearShadowImg();
+    EXPECT_FALSE(second.expired());
+}
+
+}  // namespace velmoranth::tests
