@@ -188,7 +188,7 @@ bool isContainer(const PropertyList& value) {
 
 std::string nestedDescription(const PropertyList& value, std::size_t level) {
     if (isContainer(value)) {
-        return "    " + containerDescription(value, level);
+        return std::string(level * 4, ' ') + containerDescription(value, level);
     }
     if (value.as<Data>() != nullptr) {
         return description(value);
