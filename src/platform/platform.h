@@ -33,8 +33,8 @@ struct Platform {
 };
 
 // The record of this process. Using it before setPlatform is a mistake of ours and ends the
-// process.
-[[nodiscard]] const Platform& platform();
+// process. Exported by the process: the engine's library finds it there.
+[[nodiscard, gnu::visibility("default")]] const Platform& platform();
 
 // `record` must outlive every use of the engine. Setting it again replaces it (tests wrap services
 // so).
