@@ -39,6 +39,10 @@ Failure RecordingFileManager::moveItemAtPathToPath(const std::string& source,
         nextMoveFailure.reset();
         return failure;
     }
+    if (nextMoveSucceeds) {
+        nextMoveSucceeds = false;
+        return {};
+    }
     return real_.moveItemAtPathToPath(source, destination);
 }
 
@@ -51,6 +55,9 @@ bool RecordingFileManager::writeToFileAtomically(const Data& contents, const std
     journal_.write("write " + path);
     if (failingWrites > 0) {
         --failingWrites;
+        if (whenWriteFails) {
+            whenWriteFails(path);
+        }
         return false;
     }
     return real_.writeToFileAtomically(contents, path);

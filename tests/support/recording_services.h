@@ -4,6 +4,7 @@
 #include "platform/platform.h"
 #include "tests/support/journal.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -28,8 +29,12 @@ class RecordingFileManager final : public platform::FileManager {
 
     // So many of the next atomic writes fail without touching anything.
     int failingWrites = 0;
+    // Runs with the path when one of those fails.
+    std::function<void(const std::string& path)> whenWriteFails;
     // What the next move reports instead of being made.
     std::optional<platform::Error> nextMoveFailure;
+    // The next move reports success without being made.
+    bool nextMoveSucceeds = false;
 
   private:
     Journal& journal_;

@@ -1,0 +1,370 @@
+// Installing: which rows, in which order, into which class, with what in their slots.
+#include "core/hook_table.h"
+#include "tests/support/test_device.h"
+
+#include "expected_rows.h"
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace velmoranth::core {
+namespace {
+
+using platform::ClassRef;
+using platform::Implementation;
+using Lines = std::vector<std::string>;
+
+struct Receiver final : platform::Object {
+    [[nodiscard]] std::string className() const override { return "Receiver"; }
+};
+
+Implementation numbered(int number) {
+    return Implementation(
+        std::function<int(platform::Object&)>([number](platform::Object&) { return number; }));
+}
+
+// What an implementation made by numbered() gives; 0 when there is none.
+int numberOf(const Implementation& implementation) {
+    Receiver receiver;
+    const auto* const function = implementation.as<int(platform::Object&)>();
+    return function == nullptr ? 0 : (*function)(receiver);
+}
+
+// A process with every class and method of the table. `methods` makes the platform's method of a
+// row.
+class WholePlatform : public ::testing::Test {
+  protected:
+    void addPlatform(const std::function<Implementation(const HookRow&)>& method,
+                     const std::string& without = "") {
+        for (const HookRow& row : HookTable::rows()) {
+            if (row.targetClass == without) {
+                continue;
+            }
+            device.runtime.addClass(std::string(row.targetClass));
+            device.runtime.addMethod(targetOf(row), std::string(row.selector), method(row), "");
+        }
+    }
+
+    // The platform's method of row n gives -n; of two rows for one method, that of the first.
+    void addNumberedPlatform(const std::string& without = "") {
+        addPlatform([](const HookRow& row) { return numbered(-row.number); }, without);
+    }
+
+    // Methods of the types that the replacements have.
+    void addTypedPlatform() {
+        addPlatform([](const HookRow& row) {
+            return row.isImplemented() ? row.replacement.forwarding([] { return Implementation(); })
+                                       : numbered(-row.number);
+        });
+    }
+
+    ClassRef targetOf(const HookRow& row) {
+        const ClassRef cls = device.runtime.getClass(std::string(row.targetClass));
+        return row.side == HookSide::classSide ? device.runtime.getMetaclass(cls) : cls;
+    }
+
+    Implementation methodOf(const HookRow& row) {
+        return device.runtime.methodOf(targetOf(row), std::string(row.selector));
+    }
+
+    // The table with a replacement for every row, which gives the row's number.
+    static std::vector<HookRow> numberedRows() {
+        std::vector<HookRow> rows(HookTable::rows().begin(), HookTable::rows().end());
+        for (HookRow& row : rows) {
+            row.replacement = numbered(row.number);
+        }
+        return rows;
+    }
+
+    static Lines expectedHooks(bool ios12, bool ios13) {
+        Lines lines;
+        for (const ExpectedRow& row : kExpectedRows) {
+            if (row.gate == HookGate::always || (row.gate == HookGate::ios12 && ios12) ||
+                (row.gate == HookGate::ios13 && ios13)) {
+                lines.push_back(hookLine(row));
+            }
+        }
+        return lines;
+    }
+
+    // Installs the whole table for that version.
+    std::vector<HookRow> installNumbered(double version) {
+        std::vector<HookRow> rows = numberedRows();
+        installRows(rows, {}, [version] { return version; });
+        return rows;
+    }
+
+    tests::TestDevice device;
+};
+
+using HookInstallation = WholePlatform;
+
+TEST_F(HookInstallation, Ios12InstallsItsThreeRowsAfterTheAlwaysRows) {
+    addNumberedPlatform();
+    installNumbered(1575.23);
+    const Lines hooks = device.journal.linesWith("hook ");
+    EXPECT_EQ(hooks.size(), 52U);
+    EXPECT_EQ(hooks, expectedHooks(true, false));
+}
+
+TEST_F(HookInstallation, Ios13InstallsItsTwoRowsAfterTheAlwaysRows) {
+    addNumberedPlatform();
+    installNumbered(1665.15);
+    const Lines hooks = device.journal.linesWith("hook ");
+    EXPECT_EQ(hooks.size(), 51U);
+    EXPECT_EQ(hooks, expectedHooks(false, true));
+}
+
+TEST_F(HookInstallation, BetweenTheThresholdsOnlyTheAlwaysRows) {
+    addNumberedPlatform();
+    const Lines always = expectedHooks(false, false);
+    EXPECT_EQ(always.size(), 49U);
+    for (const double version :
+         {std::nextafter(1575.23, 2000.0), 1600.0, std::nextafter(1665.15, 0.0)}) {
+        device.journal.clear();
+        installNumbered(version);
+        EXPECT_EQ(device.journal.linesWith("hook "), always) << version;
+    }
+}
+
+TEST_F(HookInstallation, EachRowKeepsThePlatformsMethodInItsOwnSlot) {
+    addNumberedPlatform();
+    const std::vector<HookRow> rows = installNumbered(1575.23);
+    for (const HookRow& row : rows) {
+        SCOPED_TRACE(row.number);
+        const bool isOpen = row.gate != HookGate::ios13;
+        EXPECT_EQ(row.isInstalled(), isOpen);
+        EXPECT_EQ(numberOf(row.saved), isOpen ? -row.number : 0);
+        if (isOpen) {
+            EXPECT_EQ(numberOf(methodOf(row)), row.number);
+        }
+    }
+}
+
+TEST_F(HookInstallation, TheIos13RowsOfASharedMethodFillTheirSlotsAlone) {
+    addNumberedPlatform();
+    const std::vector<HookRow> rows = installNumbered(1674.102);
+    EXPECT_EQ(numberOf(rows[52].saved), -50);
+    EXPECT_EQ(numberOf(rows[53].saved), -52);
+    EXPECT_EQ(numberOf(methodOf(rows[52])), 53);
+    EXPECT_EQ(numberOf(methodOf(rows[53])), 54);
+    for (const std::size_t number : {50U, 51U, 52U}) {
+        EXPECT_FALSE(rows[number - 1].isInstalled()) << number;
+    }
+}
+
+TEST_F(HookInstallation, TheTwoBadgeRowsGoToClassAndMetaclass) {
+    addNumberedPlatform();
+    installNumbered(1600);
+    const ClassRef cls = device.runtime.getClass("SBIconBadgeView");
+    const ClassRef metaclass = device.runtime.getMetaclass(cls);
+    EXPECT_EQ(numberOf(device.runtime.methodOf(cls, "layoutSubviews")), 19);
+    EXPECT_EQ(numberOf(device.runtime.methodOf(metaclass, "_maxTextWidth")), 20);
+    EXPECT_FALSE(device.runtime.hasOwnMethod(cls, "_maxTextWidth"));
+    EXPECT_FALSE(device.runtime.hasOwnMethod(metaclass, "layoutSubviews"));
+    EXPECT_EQ(device.journal.linesWith("hook SBIconBadgeView"),
+              (Lines{"hook SBIconBadgeView layoutSubviews",
+                     "hook SBIconBadgeView (metaclass) _maxTextWidth"}));
+}
+
+TEST_F(HookInstallation, LooksEachClassUpOnceWithinASet) {
+    addNumberedPlatform();
+    installNumbered(1600);
+    for (const ExpectedRow& row : kExpectedRows) {
+        if (row.gate == HookGate::always) {
+            EXPECT_EQ(std::count(device.journal.lines().begin(), device.journal.lines().end(),
+                                 std::string("getClass ") + row.targetClass),
+                      1)
+                << row.number;
+        }
+    }
+    EXPECT_EQ(device.journal.count("getClass SBDockView"), 0U);
+    EXPECT_EQ(device.journal.count("getClass SBApplicationIcon"), 0U);
+}
+
+TEST_F(HookInstallation, AMissingClassInstallsNothingAndTheRestGoesOn) {
+    addNumberedPlatform("SBFloatyFolderView");
+    const std::vector<HookRow> rows = installNumbered(1575.23);
+    for (const HookRow& row : rows) {
+        const bool isMissing = row.targetClass == "SBFloatyFolderView";
+        EXPECT_EQ(row.isInstalled(), !isMissing && row.gate != HookGate::ios13) << row.number;
+    }
+    // Handed on all the same, in their places, after one look-up.
+    EXPECT_EQ(device.journal.linesWith("hook nil"),
+              (Lines{"hook nil _showsTitle", "hook nil initWithFolder:orientation:viewMap:context:",
+                     "hook nil _tapToCloseGestureRecognizer:shouldReceiveTouch:"}));
+    EXPECT_EQ(device.journal.count("hook "), 52U);
+    EXPECT_EQ(device.journal.linesWith("hook ")[8], "hook nil _showsTitle");
+    EXPECT_EQ(device.journal.count("getClass SBFloatyFolderView"), 1U);
+    EXPECT_EQ(device.journal.count("log: "), 0U);
+}
+
+TEST_F(HookInstallation, AMissingClassOfClassSideRowsInstallsNothing) {
+    addNumberedPlatform("UIImage");
+    const std::vector<HookRow> rows = installNumbered(1665.15);
+    EXPECT_FALSE(rows[30].isInstalled());
+    EXPECT_FALSE(rows[52].isInstalled());
+    EXPECT_TRUE(rows[53].isInstalled());
+    EXPECT_EQ(device.journal.count("hook nil"), 9U);
+}
+
+TEST_F(HookInstallation, AMissingSelectorInstallsNothingAndTheRestGoesOn) {
+    device.runtime.addClass("SBIconImageView");
+    device.runtime.addMethod(device.runtime.getClass("SBIconImageView"), "darkeningOverlayImage",
+                             numbered(-3), "");
+    const std::vector<HookRow> rows = installNumbered(1600);
+    EXPECT_FALSE(rows[1].isInstalled());
+    EXPECT_EQ(numberOf(rows[2].saved), -3);
+}
+
+TEST_F(HookInstallation, ARowWithoutReplacementIsNeverInstalled) {
+    addNumberedPlatform();
+    std::vector<HookRow> rows = numberedRows();
+    rows[8].replacement = {};
+    rows[51].replacement = {};
+    installRows(rows, {}, [] { return 1575.23; });
+    EXPECT_FALSE(rows[8].isInstalled());
+    EXPECT_FALSE(rows[51].isInstalled());
+    EXPECT_EQ(numberOf(methodOf(rows[8])), -9);
+    EXPECT_EQ(device.journal.count("hook "), 50U);
+    EXPECT_EQ(device.journal.count("hook SBFloatyFolderView _showsTitle"), 0U);
+    EXPECT_EQ(device.journal.count("getClass SBDockView"), 0U);
+}
+
+TEST_F(HookInstallation, ReadsTheVersionBeforeEachGatedSet) {
+    addNumberedPlatform();
+    std::vector<HookRow> rows = numberedRows();
+    double version = 1575.23;
+    installRows(rows, {}, [&] {
+        device.journal.write("hook version");
+        return version;
+    });
+    Lines expected = expectedHooks(true, false);
+    expected.insert(expected.begin() + 49, "hook version");
+    expected.emplace_back("hook version");
+    EXPECT_EQ(device.journal.linesWith("hook "), expected);
+
+    // Each set goes by its own reading.
+    device.journal.clear();
+    rows = numberedRows();
+    installRows(rows, {}, [&] { return std::exchange(version, 1665.15); });
+    EXPECT_EQ(device.journal.linesWith("hook "), expectedHooks(true, true));
+}
+
+TEST_F(HookInstallation, AddsAMethodBetweenTheTenthRowAndTheEleventh) {
+    addNumberedPlatform();
+    std::vector<HookRow> rows = numberedRows();
+    const std::vector<AddedMethod> methods{
+        {10, "SBFloatyFolderView", "handleTap", "v@:", numbered(100)},
+        {50, "SBDockView", "onIos12", "v@:", numbered(101)},
+        {53, "SBDockView", "onIos13", "v@:", numbered(102)},
+        {11, "SBFloatyFolderView", "notWritten", "v@:", {}}};
+    installRows(rows, methods, [] { return 1575.23; });
+    const Lines& lines = device.journal.lines();
+    const auto added =
+        std::find(lines.begin(), lines.end(), "addMethod SBFloatyFolderView handleTap v@:");
+    ASSERT_NE(added, lines.end());
+    ASSERT_NE(added, lines.begin());
+    EXPECT_EQ(*(added - 1), hookLine(kExpectedRows[9]));
+    EXPECT_EQ(*(added + 1), hookLine(kExpectedRows[10]));
+    EXPECT_EQ(
+        device.journal.linesWith("addMethod "),
+        (Lines{"addMethod SBFloatyFolderView handleTap v@:", "addMethod SBDockView onIos12 v@:"}));
+    EXPECT_EQ(device.journal.count("getClass SBFloatyFolderView"), 1U);
+    const ClassRef cls = device.runtime.getClass("SBFloatyFolderView");
+    EXPECT_EQ(numberOf(device.runtime.methodOf(cls, "handleTap")), 100);
+    EXPECT_TRUE(device.runtime.hasOwnMethod(cls, "handleTap"));
+}
+
+TEST_F(HookInstallation, AddsNothingToAMissingClass) {
+    addNumberedPlatform("SBFloatyFolderView");
+    std::vector<HookRow> rows = numberedRows();
+    const std::vector<AddedMethod> methods{
+        {10, "SBFloatyFolderView", "handleTap", "v@:", numbered(100)}};
+    installRows(rows, methods, [] { return 1600.0; });
+    EXPECT_EQ(device.journal.linesWith("addMethod "), (Lines{"addMethod nil handleTap v@:"}));
+    EXPECT_TRUE(rows[48].isInstalled());
+}
+
+using HookTableInstall = WholePlatform;
+
+TEST_F(HookTableInstall, ReadsTheVersionTwiceAndLogsNothing) {
+    addTypedPlatform();
+    HookTable::install();
+    EXPECT_EQ(device.system.versionNumberReads, 2);
+    EXPECT_EQ(device.journal.count("log: "), 0U);
+    EXPECT_EQ(device.journal.count("warning: "), 0U);
+}
+
+TEST_F(HookTableInstall, InstallsTheWrittenRowsOfTheRunningSystem) {
+    addTypedPlatform();
+    std::vector<Implementation> before;
+    for (const HookRow& row : HookTable::rows()) {
+        before.push_back(methodOf(row));
+    }
+    device.system.number = 1575.23;
+    HookTable::install();
+    Lines expected;
+    for (std::size_t i = 0; i < before.size(); ++i) {
+        const HookRow& row = HookTable::rows()[i];
+        SCOPED_TRACE(row.number);
+        const bool isOpen = row.isImplemented() && row.gate != HookGate::ios13;
+        EXPECT_EQ(row.isInstalled(), isOpen);
+        if (isOpen) {
+            expected.push_back(hookLine(kExpectedRows[i]));
+            EXPECT_TRUE(methodOf(row) == row.replacement);
+            EXPECT_TRUE(row.saved == before[i]);
+        } else if (row.gate != HookGate::ios13) {
+            EXPECT_TRUE(methodOf(row) == before[i]);
+        }
+    }
+    EXPECT_EQ(device.journal.linesWith("hook "), expected);
+}
+
+TEST_F(HookTableInstall, TheThresholdsDecideOnTheRunningSystem) {
+    addTypedPlatform();
+    device.system.number = std::nextafter(1575.23, 2000.0);
+    HookTable::install();
+    device.system.number = std::nextafter(1665.15, 0.0);
+    HookTable::install();
+    for (const std::size_t number : {50U, 51U, 52U, 53U, 54U}) {
+        EXPECT_FALSE(HookTable::rows()[number - 1].isInstalled()) << number;
+    }
+    EXPECT_TRUE(HookTable::rows()[43].isInstalled());
+    device.system.number = 1665.15;
+    HookTable::install();
+    EXPECT_TRUE(HookTable::rows()[52].isInstalled());
+    EXPECT_FALSE(HookTable::rows()[49].isInstalled());
+}
+
+TEST_F(HookTableInstall, AReplacementReachesItsOwnRowsPlatformMethod) {
+    int calls = 0;
+    device.runtime.addClass("UIImage");
+    device.runtime.addClassMethod(
+        "UIImage", "_applicationIconImageForBundleIdentifier:format:scale:",
+        std::function<platform::ImageRef(platform::Class&, platform::NullableString, int, double)>(
+            [&](platform::Class& self, const platform::NullableString& identifier, int format,
+                double scale) {
+                ++calls;
+                EXPECT_EQ(self.name(), "UIImage");
+                EXPECT_EQ(identifier, "com.a");
+                EXPECT_EQ(format, 2);
+                EXPECT_EQ(scale, 3);
+                return device.image(tests::solid(6, 6, {1, 2, 3}));
+            }));
+    device.system.number = 1575.23;
+    HookTable::install();
+    const auto image =
+        device.runtime.sendToClass<platform::ImageRef, platform::NullableString, int, double>(
+            "UIImage", "_applicationIconImageForBundleIdentifier:format:scale:", "com.a", 2, 3.0);
+    EXPECT_GT(calls, 0);
+    EXPECT_EQ(tests::drawnPixels(image), tests::solid(6, 6, {1, 2, 3}));
+}
+
+}  // namespace
+}  // namespace velmoranth::core

@@ -1,0 +1,292 @@
+// The library comes to life: the three steps, the class VelMoranth and its singleton.
+#include "core/entry_points.h"
+#include "core/hook_table.h"
+#include "core/settings.h"
+#include "core/velmoranth.h"
+#include "tests/support/test_device.h"
+
+#include "expected_rows.h"
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace velmoranth::core {
+namespace {
+
+using Lines = std::vector<std::string>;
+using tests::TestDevice;
+
+const std::string kDoubledPath =
+    "/var/mobile/var/mobile/User/Library/Preferences/com.qor.velmoranthprefs.plist";
+const std::string kFactory =
+    "/User/Library/VelMoranth/DefaultSettings/com.qor.velmoranthprefs.plist";
+const std::string kLive = "/User/Library/Preferences/com.qor.velmoranthprefs.plist";
+const std::string kLoaded = "log: LOAD_VELMORANTH " + std::string(46, '*') + "LOADED VELMORANTH " +
+                            std::string(44, '*') + " LOAD_VELMORANTH";
+
+// Without what the runtime is asked on the way.
+Lines withoutLookups(const tests::Journal& journal) {
+    Lines lines;
+    for (const std::string& line : journal.lines()) {
+        if (!line.starts_with("getClass ") && !line.starts_with("getMetaclass ") &&
+            !line.starts_with("warning: ")) {
+            lines.push_back(line);
+        }
+    }
+    return lines;
+}
+
+void append(Lines& lines, const Lines& more) {
+    lines.insert(lines.end(), more.begin(), more.end());
+}
+
+// +load where the doubled path is absent and there are no factory preferences.
+Lines loadLines() {
+    return {"setuid 0",
+            "setgid 0",
+            "fileExists " + kDoubledPath,
+            "permissions 0777 /User/Library/Preferences",
+            "chmod 0777 /User/Library/Preferences",
+            "copy " + kFactory + " -> " + kLive,
+            "log: Velmoranth Failed to move '" + kFactory + "' to '" + kLive +
+                "': The file “com.qor.velmoranthprefs.plist” couldn’t be opened because there is "
+                "no such file."};
+}
+
+platform::ClassRef mainClass(TestDevice& device) {
+    return device.runtime.getClass("VelMoranth");
+}
+
+TEST(StartUp, RunsInOrder) {
+    const TestDevice device;
+    registerClasses();
+    installHooks();
+    startSettings();
+    Lines expected{"registerClass VelMoranth : NSObject"};
+    append(expected, loadLines());
+    for (std::size_t i = 0; i < kExpectedRows.size(); ++i) {
+        if (HookTable::rows()[i].isImplemented() && kExpectedRows[i].gate != HookGate::ios12) {
+            expected.push_back(std::string("hook nil ") + kExpectedRows[i].selector);
+        }
+        if (kExpectedRows[i].number == 10 && HookTable::addedMethods()[0].implementation) {
+            expected.emplace_back("addMethod nil handleTap v@:");
+        }
+    }
+    expected.emplace_back("sendLoad VelMoranth");
+    append(expected, loadLines());
+    append(expected, {"readPlist " + kLive,
+                      "addObserver com.qor.velmoranthprefs.prefs no observer no object 2",
+                      "addObserver com.qor.velmoranththemechanged.prefs no observer no object 2",
+                      "addObserver com.qor.velmoranthdevelopingprefs.prefs no observer no object 2",
+                      "addObserver com.qor.velmoranthcompileassets.prefs no observer no object 2"});
+    EXPECT_EQ(withoutLookups(device.journal), expected);
+}
+
+TEST(StartUp, TheHooksAreInstalledByTheFirstConstructorAlone) {
+    TestDevice device;
+    registerClasses();
+    EXPECT_EQ(device.system.versionNumberReads, 0);
+    EXPECT_EQ(device.journal.count("hook "), 0U);
+    installHooks();
+    EXPECT_EQ(device.system.versionNumberReads, 2);
+    const std::size_t hooks = device.journal.count("hook ");
+    EXPECT_GT(hooks, 0U);
+    startSettings();
+    EXPECT_EQ(device.system.versionNumberReads, 2);
+    EXPECT_EQ(device.journal.count("hook "), hooks);
+}
+
+TEST(StartUp, EverythingIsOffUntilTheSettingsAreRead) {
+    const TestDevice device;
+    device.preferences({{"enable", true}, {"opacityVal", 0.5}});
+    registerClasses();
+    installHooks();
+    EXPECT_EQ(settings(), Settings());
+    EXPECT_EQ(device.journal.count("readPlist "), 0U);
+    startSettings();
+    EXPECT_TRUE(settings().enable);
+    EXPECT_EQ(settings().opacityVal, 0.5F);
+}
+
+TEST(StartUp, FactoryPreferencesBecomeTheLiveOnesBeforeTheyAreRead) {
+    const TestDevice device;
+    device.preferences({{"enable", true}});
+    const std::string contents = device.contents(kLive);
+    device.remove(kLive);
+    device.file(kFactory, contents);
+    registerClasses();
+    EXPECT_EQ(device.contents(kLive), contents);
+    installHooks();
+    startSettings();
+    EXPECT_TRUE(settings().enable);
+    EXPECT_EQ(device.contents(kLive), contents);
+    EXPECT_EQ(device.mode("/User/Library/Preferences"), 0777U);
+    // Once they were put there, then they stood there already.
+    EXPECT_EQ(device.journal.count("copy "), 2U);
+    EXPECT_EQ(device.journal.count("move "), 1U);
+}
+
+TEST(StartUp, AFileAtTheDoubledPathKeepsTheFactoryPreferencesAway) {
+    const TestDevice device;
+    device.file(kDoubledPath, "anything");
+    device.file(kFactory, "{}");
+    registerClasses();
+    startSettings();
+    EXPECT_FALSE(device.exists(kLive));
+    EXPECT_EQ(device.journal.count("permissions "), 0U);
+    EXPECT_EQ(device.journal.count("chmod "), 0U);
+    EXPECT_EQ(device.journal.count("copy "), 0U);
+    EXPECT_EQ(device.journal.count("fileExists " + kDoubledPath), 2U);
+}
+
+TEST(StartUp, LivePreferencesDoNotKeepTheFactoryOnesFromBeingAskedFor) {
+    const TestDevice device;
+    device.file(kLive, "{ enable = YES; }");
+    device.file(kFactory, "{}");
+    registerClasses();
+    EXPECT_EQ(device.journal.count("copy "), 1U);
+    EXPECT_EQ(device.contents(kLive), "{ enable = YES; }");
+}
+
+TEST(Load, TakesRootsIdsFirstAndIgnoresTheResult) {
+    const TestDevice device;
+    VelMoranth::load();
+    EXPECT_EQ(device.journal.lines(), loadLines());
+}
+
+TEST(Load, IsSilentUntilTheLookupsHaveTurnedLoggingOn) {
+    TestDevice device;
+    device.file(kDoubledPath, "");
+    device.preferences({{"enableLogging", true}});
+    loadSettings();
+    device.journal.clear();
+    VelMoranth::load();
+    EXPECT_EQ(device.journal.lines(),
+              (Lines{"setuid 0", "setgid 0", "fileExists " + kDoubledPath}));
+    refreshLookupSwitches();
+    device.journal.clear();
+    VelMoranth::load();
+    EXPECT_EQ(device.journal.lines(),
+              (Lines{"setuid 0", "setgid 0", kLoaded, "fileExists " + kDoubledPath}));
+}
+
+TEST(Load, LooksBelowTheHomeDirectory) {
+    TestDevice device;
+    device.libSystem.home = "/var/root/";
+    VelMoranth::load();
+    EXPECT_EQ(device.journal.linesWith("fileExists "),
+              (Lines{"fileExists "
+                     "/var/root/var/mobile/User/Library/Preferences/com.qor.velmoranthprefs."
+                     "plist"}));
+}
+
+TEST(Singleton, IsNilAfterTheDirectLoadAndMadeForTheFirstMessage) {
+    const TestDevice device;
+    EXPECT_EQ(VelMoranth::sharedIconManager(), nullptr);
+    registerClasses();
+    EXPECT_EQ(VelMoranth::sharedIconManager(), nullptr);
+    installHooks();
+    EXPECT_EQ(VelMoranth::sharedIconManager(), nullptr);
+    startSettings();
+    const VelMoranthRef manager = VelMoranth::sharedIconManager();
+    ASSERT_NE(manager, nullptr);
+    EXPECT_EQ(manager->className(), "VelMoranth");
+    EXPECT_EQ(VelMoranth::sharedIconManager(), manager);
+}
+
+// Notes whether the singleton exists whenever +load begins.
+struct WatchingLibSystem final : platform::LibSystem {
+    explicit WatchingLibSystem(platform::LibSystem& libSystem) : real(libSystem) {}
+
+    platform::LibSystem& real;
+    std::vector<bool> singletonExists;
+
+    int setuid(unsigned id) override {
+        singletonExists.push_back(VelMoranth::sharedIconManager() != nullptr);
+        return real.setuid(id);
+    }
+
+    int setgid(unsigned id) override { return real.setgid(id); }
+
+    int chmod(const std::string& path, unsigned mode) override { return real.chmod(path, mode); }
+
+    int mkdir(const std::string& path, unsigned mode) override { return real.mkdir(path, mode); }
+
+    std::string machine() override { return real.machine(); }
+
+    std::string homeDirectory() override { return real.homeDirectory(); }
+};
+
+TEST(Singleton, ExistsWhenLoadRunsForTheSecondTime) {
+    const TestDevice device;
+    const platform::Platform& all = platform::platform();
+    WatchingLibSystem libSystem(all.libSystem);
+    platform::setPlatform({.objc = all.objc,
+                           .substrate = all.substrate,
+                           .coreFoundation = all.coreFoundation,
+                           .darwinNotifications = all.darwinNotifications,
+                           .propertyLists = all.propertyLists,
+                           .fileManager = all.fileManager,
+                           .log = all.log,
+                           .libSystem = libSystem,
+                           .coreGraphics = all.coreGraphics,
+                           .images = all.images,
+                           .imageContexts = all.imageContexts,
+                           .views = all.views,
+                           .device = all.device,
+                           .screen = all.screen,
+                           .audioSession = all.audioSession});
+    registerClasses();
+    startSettings();
+    EXPECT_EQ(libSystem.singletonExists, (std::vector<bool>{false, true}));
+}
+
+TEST(Initialize, OfASubclassLeavesTheSingleton) {
+    TestDevice device;
+    registerClasses();
+    startSettings();
+    const VelMoranthRef manager = VelMoranth::sharedIconManager();
+    ASSERT_TRUE(device.runtime.addClass("Sub", "VelMoranth"));
+    // The first message to the subclass, which inherits +initialize.
+    device.runtime.sendLoad(device.runtime.getClass("Sub"));
+    EXPECT_EQ(VelMoranth::sharedIconManager(), manager);
+    VelMoranth::initialize(device.runtime.getClass("Sub"));
+    EXPECT_EQ(VelMoranth::sharedIconManager(), manager);
+}
+
+TEST(Initialize, OfASubclassMakesNone) {
+    TestDevice device;
+    registerClasses();
+    device.runtime.addClass("Sub", "VelMoranth");
+    VelMoranth::initialize(device.runtime.getClass("Sub"));
+    VelMoranth::initialize(nullptr);
+    EXPECT_EQ(VelMoranth::sharedIconManager(), nullptr);
+}
+
+TEST(Initialize, OfTheClassMakesTheSingletonAnewAndReleasesTheOld) {
+    TestDevice device;
+    registerClasses();
+    VelMoranth::initialize(mainClass(device));
+    VelMoranthRef first = VelMoranth::sharedIconManager();
+    ASSERT_NE(first, nullptr);
+    const std::weak_ptr<VelMoranth> old = first;
+    VelMoranth::initialize(mainClass(device));
+    EXPECT_NE(VelMoranth::sharedIconManager(), first);
+    first.reset();
+    EXPECT_TRUE(old.expired());
+}
+
+TEST(InitClass, GivesTheAudioSessionTheAmbientCategory) {
+    TestDevice device;
+    VelMoranth manager;
+    manager.initClass(nullptr);
+    EXPECT_TRUE(device.audio.categories.empty());
+    manager.initClass(std::make_shared<VelMoranth>());
+    EXPECT_EQ(device.audio.categories, (Lines{"AVAudioSessionCategoryAmbient"}));
+    EXPECT_TRUE(device.journal.lines().empty());
+}
+
+}  // namespace
+}  // namespace velmoranth::core
