@@ -59,7 +59,7 @@ struct DeviceConfiguration {
     std::string machine = "iPhone10,3";
     std::string locale = "en_US";
     // What the device's clock shows; nothing is now.
-    std::optional<platform::Date> date;
+    std::optional<platform::Date> date = {};
     // Image files are loaded by the very name asked for: no "@2x"/"@3x" sibling is looked for.
     bool exactFiles = false;
 

@@ -39,22 +39,9 @@ struct ScreenRequest {
     std::chrono::milliseconds timeLimit{30000};
 };
 
-// What an icon's image came from, for tests and for people who wonder: one row an icon, dock last.
-struct ShownIcon {
-    std::string bundleIdentifier;
-    std::string label;
-    // In the picture, pixels.
-    double x = 0;
-    double y = 0;
-    double side = 0;
-    int imageRequests = 0;  // how often its image was asked for since the process started
-
-    friend bool operator==(const ShownIcon&, const ShownIcon&) = default;
-};
-
 struct RenderedScreen {
     Picture picture;
-    std::vector<ShownIcon> icons;
+    std::vector<ShownIcon> icons;  // the page's row by row, then the dock's
     int page = 1;
     int pageCount = 1;
     // Every line the process has logged since the previous picture, in order.

@@ -1,8 +1,9 @@
-// A finished picture of a screen.
+// A finished picture of a screen, and what it shows where.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace velmoranth::simulator {
@@ -15,6 +16,21 @@ struct Picture {
     std::vector<std::uint8_t> pixels;
 
     friend bool operator==(const Picture&, const Picture&) = default;
+};
+
+// An icon in a picture.
+struct ShownIcon {
+    std::string bundleIdentifier;
+    std::string label;  // "" in a dock without labels
+    // Pixels of the picture.
+    double x = 0;
+    double y = 0;
+    double side = 0;
+    // How often the platform was asked for the app's stock image since the process started: once a
+    // layout when nothing is replaced.
+    int stockImageRequests = 0;
+
+    friend bool operator==(const ShownIcon&, const ShownIcon&) = default;
 };
 
 }  // namespace velmoranth::simulator

@@ -1,0 +1,125 @@
+#include "simulator/backdrop.h"
+
+#include "desktop/imaging/graphics_context.h"
+#include "simulator/artwork/artwork.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+namespace velmoranth::simulator {
+namespace {
+
+using desktop::DesktopBitmapImage;
+using desktop::DesktopGraphicsContext;
+using desktop::MutablePixels;
+
+constexpr std::size_t kChannels = 4;
+
+// The mean of 2 × radius + 1 neighbours for each pixel of a line; beyond its ends the end counts.
+void averageLine(std::uint8_t* line, std::size_t count, std::size_t step, int radius,
+                 std::vector<std::uint8_t>& copy) {
+    copy.resize(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        copy[i] = line[i * step];
+    }
+    const auto last = static_cast<std::ptrdiff_t>(count) - 1;
+    const auto at = [&](std::ptrdiff_t i) -> int {
+        return copy[static_cast<std::size_t>(std::clamp<std::ptrdiff_t>(i, 0, last))];
+    };
+    const int width = 2 * radius + 1;
+    int sum = 0;
+    for (int i = -radius; i <= radius; ++i) {
+        sum += at(i);
+    }
+    for (std::ptrdiff_t i = 0; i <= last; ++i) {
+        line[static_cast<std::size_t>(i) * step] =
+            static_cast<std::uint8_t>((sum + width / 2) / width);
+        sum += at(i + radius + 1) - at(i - radius);
+    }
+}
+
+// Three rounds of averaging come close to a Gaussian with this deviation.
+void blur(const MutablePixels& pixels, double deviation) {
+    constexpr int kRounds = 3;
+    const int radius = std::max(
+        1, static_cast<int>(std::lround((std::sqrt(4 * deviation * deviation + 1) - 1) / 2)));
+    std::vector<std::uint8_t> copy;
+    for (int round = 0; round < kRounds; ++round) {
+        for (std::size_t channel = 0; channel < kChannels; ++channel) {
+            for (std::size_t y = 0; y < pixels.height; ++y) {
+                averageLine(pixels.row(y) + channel, pixels.width, kChannels, radius, copy);
+            }
+            for (std::size_t x = 0; x < pixels.width; ++x) {
+                averageLine(pixels.data + x * kChannels + channel, pixels.height,
+                            pixels.bytesPerRow, radius, copy);
+            }
+        }
+    }
+}
+
+void multiplyByShape(const MutablePixels& pixels, double cornerRadius) {
+    const std::vector<std::uint8_t> coverage = continuousCornerCoverage(
+        static_cast<int>(pixels.width), static_cast<int>(pixels.height), cornerRadius);
+    if (coverage.size() != pixels.width * pixels.height) {
+        return;
+    }
+    for (std::size_t y = 0; y < pixels.height; ++y) {
+        std::uint8_t* const row = pixels.row(y);
+        for (std::size_t x = 0; x < pixels.width; ++x) {
+            const unsigned share = coverage[y * pixels.width + x];
+            for (std::size_t channel = 0; channel < kChannels; ++channel) {
+                std::uint8_t& sample = row[x * kChannels + channel];
+                sample = static_cast<std::uint8_t>((sample * share + 127) / 255);
+            }
+        }
+    }
+}
+
+// The part of the wallpaper under the frame, at 1 / shrink of its pixels.
+std::shared_ptr<DesktopGraphicsContext> shrunkPart(const desktop::PixelView& wallpaper,
+                                                   const platform::Rect& frame, double scale,
+                                                   double shrink) {
+    const double perPoint = scale / shrink;
+    const auto pixels = [&](double points) {
+        return static_cast<std::size_t>(std::max(1.0, std::ceil(points * perPoint)));
+    };
+    auto part = DesktopGraphicsContext::create(
+        {.size = {pixels(frame.size.width), pixels(frame.size.height)}, .scale = perPoint});
+    if (part != nullptr) {
+        const platform::Size whole{static_cast<double>(wallpaper.width) / scale,
+                                   static_cast<double>(wallpaper.height) / scale};
+        part->drawPixels(wallpaper, {{-frame.origin.x, -frame.origin.y}, whole});
+    }
+    return part;
+}
+
+}  // namespace
+
+std::shared_ptr<DesktopBitmapImage> makeBackdrop(const desktop::PixelView& wallpaper,
+                                                 const platform::Rect& frame, double scale,
+                                                 const BackdropStyle& style) {
+    if (wallpaper.empty() || !(frame.size.width > 0) || !(frame.size.height > 0)) {
+        return nullptr;
+    }
+    // A blur hides what is smaller than it, so it is made at a fraction of the pixels.
+    const double shrink = std::max(1.0, style.blurRadius * scale / 6);
+    const auto part = shrunkPart(wallpaper, frame, scale, shrink);
+    const auto whole = DesktopGraphicsContext::create(
+        {.size = {static_cast<std::size_t>(std::lround(frame.size.width * scale)),
+                  static_cast<std::size_t>(std::lround(frame.size.height * scale))},
+         .scale = scale});
+    if (part == nullptr || whole == nullptr) {
+        return nullptr;
+    }
+    blur(part->mutablePixels(), style.blurRadius * scale / shrink);
+    const platform::Rect bounds{{0, 0}, frame.size};
+    whole->drawPixels(part->pixels(), bounds);
+    whole->fillRect(bounds, style.tint);
+    multiplyByShape(whole->mutablePixels(), style.cornerRadius * scale);
+    return std::dynamic_pointer_cast<DesktopBitmapImage>(whole->createImage());
+}
+
+}  // namespace velmoranth::simulator

@@ -1,0 +1,25 @@
+// The material behind a dock: the wallpaper under it, blurred and lightened, in a shape with
+// continuous corners.
+#pragma once
+
+#include "desktop/imaging/bitmap_image.h"
+#include "desktop/imaging/pixels.h"
+#include "platform/core_graphics.h"
+
+#include <memory>
+
+namespace velmoranth::simulator {
+
+struct BackdropStyle {
+    double blurRadius = 20;  // points, the standard deviation
+    platform::Color tint{1, 1, 1, 0.22};
+    double cornerRadius = 0;  // points
+};
+
+// The material for `frame` (points) of a screen whose wallpaper is `wallpaper`, at `scale` pixels
+// per point. Nil when the frame is empty or not on the wallpaper.
+[[nodiscard]] std::shared_ptr<desktop::DesktopBitmapImage> makeBackdrop(
+    const desktop::PixelView& wallpaper, const platform::Rect& frame, double scale,
+    const BackdropStyle& style);
+
+}  // namespace velmoranth::simulator

@@ -1,0 +1,245 @@
+#include "simulator/child_process.h"
+
+#include <fcntl.h>
+#include <signal.h>  // NOLINT(modernize-deprecated-headers): kill() and sigabbrev_np() are POSIX's
+#include <spawn.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <thread>
+#include <utility>
+
+namespace velmoranth::simulator {
+namespace {
+
+using desktop::Problem;
+
+// What is kept of the log for one picture; a process that writes more is not to take our memory.
+constexpr std::size_t kMaxLogBytes = std::size_t{16} * 1024 * 1024;
+constexpr std::chrono::milliseconds kTimeToEnd{2000};
+constexpr std::chrono::milliseconds kReapInterval{2};
+
+tl::unexpected<Problem> systemProblem(const std::string& what, int error) {
+    return tl::unexpected(Problem{what + ": " + std::strerror(error)});
+}
+
+// Starts this program with its socket at kSimulatedProcessDescriptor. Standard output goes where
+// standard error goes: what the caller prints there is its own. An errno, or 0.
+int spawnSelf(int socket, pid_t& pid) {
+    posix_spawn_file_actions_t actions;
+    if (const int error = posix_spawn_file_actions_init(&actions); error != 0) {
+        return error;
+    }
+    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_adddup2(&actions, STDERR_FILENO, STDOUT_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, socket, kSimulatedProcessDescriptor);
+    std::string name = "simulated-process";
+    std::string argument(kSimulatedProcessArgument);
+    const std::array<char*, 3> arguments{name.data(), argument.data(), nullptr};
+    const int error =
+        posix_spawn(&pid, "/proc/self/exe", &actions, nullptr, arguments.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    return error;
+}
+
+std::string seconds(std::chrono::milliseconds time) {
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%g s", static_cast<double>(time.count()) / 1000);
+    return text.data();
+}
+
+}  // namespace
+
+void ChildProcess::CloseLog::operator()(std::FILE* file) const {
+    if (file != stderr) {
+        std::fclose(file);
+    }
+}
+
+ChildProcess::ChildProcess(pid_t pid, int descriptor, LogFile logFile)
+    : pid_(pid), descriptor_(descriptor), logFile_(std::move(logFile)) {}
+
+desktop::Result<std::unique_ptr<ChildProcess>> ChildProcess::start(const ScreenRequest& request) {
+    auto logFile = openLog(request.logDestination);
+    if (!logFile) {
+        return tl::unexpected(std::move(logFile.error()));
+    }
+    std::array<int, 2> sockets{};
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sockets.data()) != 0) {
+        return systemProblem("no connection to a simulated process can be made", errno);
+    }
+    // Well away from the number that it gets in the other process.
+    const int theirs = fcntl(sockets[1], F_DUPFD_CLOEXEC, kSimulatedProcessDescriptor + 1);
+    const int duplicateError = errno;
+    close(sockets[1]);
+    pid_t pid = 0;
+    const int error = theirs < 0 ? duplicateError : spawnSelf(theirs, pid);
+    if (theirs >= 0) {
+        close(theirs);
+    }
+    if (error != 0) {
+        close(sockets[0]);
+        return systemProblem("no simulated process can be started", error);
+    }
+    std::unique_ptr<ChildProcess> child(new ChildProcess(pid, sockets[0], std::move(*logFile)));
+    child->send(MessageKind::request, requestToJson(request));  // the first answer tells the rest
+    return child;
+}
+
+ChildProcess::~ChildProcess() {
+    stop();
+    close(descriptor_);
+}
+
+desktop::Result<ChildProcess::LogFile> ChildProcess::openLog(const std::string& destination) {
+    if (destination.empty()) {
+        return LogFile();
+    }
+    LogFile file(destination == "-" ? stderr : std::fopen(destination.c_str(), "ae"));
+    if (file == nullptr) {
+        return tl::unexpected(Problem{
+            std::string("the log cannot be written: ") + std::strerror(errno), destination});
+    }
+    return file;
+}
+
+void ChildProcess::note(const std::string& line) {
+    lastLine_ = line;
+    if (logFile_ != nullptr) {
+        std::fprintf(logFile_.get(), "%s\n", line.c_str());
+        std::fflush(logFile_.get());
+    }
+    if (logBytes_ <= kMaxLogBytes) {
+        logBytes_ += line.size();
+        log_.push_back(logBytes_ <= kMaxLogBytes ? line : "(further lines are left out)");
+    }
+}
+
+bool ChildProcess::send(MessageKind kind, const std::string& payload) {
+    return pid_ != 0 && sendMessage(descriptor_, kind, payload, Clock::now() + kTimeToEnd);
+}
+
+desktop::Result<Message> ChildProcess::receive(MessageKind wanted,
+                                               std::chrono::milliseconds timeLimit,
+                                               WhenLate whenLate) {
+    const Clock::time_point deadline = Clock::now() + timeLimit;
+    if (pid_ == 0) {
+        return tl::unexpected(Problem{"the simulated process has ended"});
+    }
+    const std::string late = "the simulated process did not answer within " + seconds(timeLimit);
+    while (true) {
+        // A message that has begun is taken whole, or nothing after it could be understood.
+        if (whenLate == WhenLate::letBe && !waitForMessage(descriptor_, deadline)) {
+            return tl::unexpected(withLastLine(late));
+        }
+        const Clock::time_point end =
+            whenLate == WhenLate::letBe ? Clock::now() + kTimeToEnd : deadline;
+        Message message;
+        switch (receiveMessage(descriptor_, message, end)) {
+            case Received::message:
+                break;
+            case Received::closed:
+                return tl::unexpected(howItEnded());
+            case Received::late:
+                reap(Clock::now());
+                return tl::unexpected(withLastLine(late));
+            case Received::malformed:
+                reap(Clock::now());
+                return tl::unexpected(
+                    withLastLine("the simulated process sent what is no message"));
+        }
+        if (message.kind == MessageKind::log) {
+            note(message.payload);
+        } else if (message.kind == MessageKind::problem) {
+            reap(Clock::now() + kTimeToEnd);
+            return tl::unexpected(
+                problemFromJson(message.payload)
+                    .value_or(Problem{"the simulated process failed and did not say why"}));
+        } else if (message.kind == MessageKind::notice) {
+            noticed_ = true;
+        }
+        if (message.kind == wanted) {
+            return message;
+        }
+    }
+}
+
+desktop::Result<RenderedScreen> ChildProcess::receiveScreen(std::chrono::milliseconds timeLimit) {
+    auto described = receive(MessageKind::screen, timeLimit);
+    if (!described) {
+        return tl::unexpected(std::move(described.error()));
+    }
+    auto header = screenFromJson(described->payload);
+    auto drawn = receive(MessageKind::pixels, timeLimit);
+    if (!drawn) {
+        return tl::unexpected(std::move(drawn.error()));
+    }
+    const std::string& bytes = drawn->payload;
+    if (!header || header->width == 0 || header->height == 0 ||
+        header->width > bytes.size() / header->height / 4 ||
+        header->width * header->height * 4 != bytes.size()) {
+        reap(Clock::now());
+        return tl::unexpected(withLastLine("the simulated process sent what is no picture"));
+    }
+    RenderedScreen screen;
+    screen.picture = {header->width, header->height, header->scale, {bytes.begin(), bytes.end()}};
+    screen.icons = std::move(header->icons);
+    screen.page = header->page;
+    screen.pageCount = header->pageCount;
+    screen.peakMemoryBytes = header->peakMemoryBytes;
+    screen.log = std::exchange(log_, {});
+    logBytes_ = 0;
+    return screen;
+}
+
+bool ChildProcess::takeNotice() {
+    return std::exchange(noticed_, false);
+}
+
+void ChildProcess::stop() {
+    if (pid_ != 0) {
+        send(MessageKind::stop);
+        reap(Clock::now() + kTimeToEnd);
+    }
+}
+
+int ChildProcess::reap(Clock::time_point deadline) {
+    int status = 0;
+    while (pid_ != 0) {
+        const pid_t ended = waitpid(pid_, &status, WNOHANG);
+        if (ended == pid_ || (ended < 0 && errno != EINTR)) {
+            pid_ = 0;
+        } else if (Clock::now() >= deadline) {
+            kill(pid_, SIGKILL);
+            while (waitpid(pid_, &status, 0) < 0 && errno == EINTR) {
+            }
+            pid_ = 0;
+        } else {
+            std::this_thread::sleep_for(kReapInterval);
+        }
+    }
+    return status;
+}
+
+Problem ChildProcess::howItEnded() {
+    const int status = reap(Clock::now() + kTimeToEnd);
+    if (WIFSIGNALED(status)) {
+        const char* const name = sigabbrev_np(WTERMSIG(status));
+        return withLastLine("the simulated process crashed with " +
+                            (name == nullptr ? "signal " + std::to_string(WTERMSIG(status))
+                                             : "SIG" + std::string(name)));
+    }
+    return withLastLine("the simulated process ended early with status " +
+                        std::to_string(WEXITSTATUS(status)));
+}
+
+Problem ChildProcess::withLastLine(const std::string& message) const {
+    return Problem{lastLine_.empty() ? message + " before it logged anything"
+                                     : message + " after logging: " + lastLine_};
+}
+
+}  // namespace velmoranth::simulator

@@ -1,0 +1,174 @@
+#include "simulator/home_screen_layout.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace velmoranth::simulator {
+namespace {
+
+// Sources. 375 × 667: a real 750 × 1334 screenshot measured by pixel, which agrees with public
+// re-creations of the screen. 375 × 812: grid after a public re-creation made on iOS 11, dock from
+// a real 1125 × 2436 screenshot, page dots midway between the last labels and the dock. 768 × 1024:
+// grid after a public re-creation of iOS 10 in portrait, which iOS 12 kept and iPadOS 13 calls
+// "bigger"; the floating dock, the label's size and all status bars are estimates.
+constexpr std::array<HomeScreenMetrics, 3> kMetrics{{
+    {.kind = DeviceKind::phone,
+     .screenWidth = 375,
+     .screenHeight = 812,
+     .columns = 4,
+     .rows = 6,
+     .iconSide = 60,
+     .firstIcon = {27, 72},
+     .pitchX = 87,
+     .pitchY = 310.0 / 3,
+     .labelSize = 12,
+     .labelBaseline = 16,
+     .dockStyle = DockStyle::rounded,
+     .dockHeight = 94,
+     .dockInset = 10,
+     .dockBottom = 10,
+     .dockRadius = 31,
+     .dockIconTop = 17,
+     .dockIconGap = 27,
+     .pageDotsY = 688,
+     .pageDotSide = 8,
+     .pageDotPitch = 17,
+     .statusBarHeight = 44,
+     .statusTimeX = 54,
+     .statusTimeSize = 16},
+    {.kind = DeviceKind::phone,
+     .screenWidth = 375,
+     .screenHeight = 667,
+     .columns = 4,
+     .rows = 6,
+     .iconSide = 60,
+     .firstIcon = {27, 28},
+     .pitchX = 87,
+     .pitchY = 88,
+     .labelSize = 12,
+     .labelBaseline = 16,
+     .dockStyle = DockStyle::classic,
+     .dockHeight = 96,
+     .dockInset = 0,
+     .dockBottom = 0,
+     .dockRadius = 0,
+     .dockIconTop = 14,
+     .dockIconGap = 27,
+     .pageDotsY = 563.5,
+     .pageDotSide = 7,
+     .pageDotPitch = 16,
+     .statusBarHeight = 20,
+     .statusTimeX = 187.5,
+     .statusTimeSize = 12},
+    {.kind = DeviceKind::pad,
+     .screenWidth = 768,
+     .screenHeight = 1024,
+     .columns = 4,
+     .rows = 5,
+     .iconSide = 76,
+     .firstIcon = {81.5, 88},
+     .pitchX = 176,
+     .pitchY = 161,
+     .labelSize = 14,
+     .labelBaseline = 19,
+     .dockStyle = DockStyle::floating,
+     .dockHeight = 104,
+     .dockInset = 20,
+     .dockBottom = 10,
+     .dockRadius = 31,
+     .dockIconTop = 14,
+     .dockIconGap = 20,
+     .pageDotsY = 890,
+     .pageDotSide = 8,
+     .pageDotPitch = 18,
+     .statusBarHeight = 20,
+     .statusTimeX = 384,
+     .statusTimeSize = 12},
+}};
+
+// Share of the type's size from the middle of a line's box down to the baseline, and the box's
+// height: the system face's ascent 0.96875 and descent 0.2412 (tables of the font).
+constexpr double kMiddleToBaseline = (0.96875 - 0.2412) / 2;
+constexpr double kLineHeight = 1.25;
+// Labels keep this much free between two columns.
+constexpr double kLabelMargin = 5;
+
+platform::Rect dockFrameOf(const HomeScreenMetrics& metrics, const ScreenDescription& screen,
+                           double iconCount) {
+    const double y = screen.height - metrics.dockBottom - metrics.dockHeight;
+    double width = screen.width - 2 * metrics.dockInset;
+    if (metrics.dockStyle == DockStyle::floating) {
+        const double needed = iconCount * metrics.iconSide + (iconCount + 1) * metrics.dockIconGap;
+        width = std::min(width, needed);
+    }
+    const double x = snapToPixels((screen.width - width) / 2, screen.scale);
+    return {{x, snapToPixels(y, screen.scale)}, {width, metrics.dockHeight}};
+}
+
+double dockIconX(const HomeScreenMetrics& metrics, const platform::Rect& dock, double index) {
+    if (metrics.dockStyle == DockStyle::floating) {
+        return dock.origin.x + metrics.dockIconGap +
+               index * (metrics.iconSide + metrics.dockIconGap);
+    }
+    return metrics.firstIcon.x + index * metrics.pitchX;
+}
+
+}  // namespace
+
+const HomeScreenMetrics& homeScreenMetrics(DeviceKind kind, const ScreenDescription& screen) {
+    const auto distance = [&](const HomeScreenMetrics& metrics) {
+        // A device of another kind is never nearer.
+        const double other = metrics.kind == kind ? 0 : 1e6;
+        return other + std::abs(metrics.screenWidth - screen.width) +
+               std::abs(metrics.screenHeight - screen.height);
+    };
+    return *std::min_element(kMetrics.begin(), kMetrics.end(),
+                             [&](const HomeScreenMetrics& a, const HomeScreenMetrics& b) {
+                                 return distance(a) < distance(b);
+                             });
+}
+
+double snapToPixels(double points, double scale) {
+    return scale > 0 ? std::round(points * scale) / scale : points;
+}
+
+HomeScreenLayout layoutHomeScreen(const HomeScreenMetrics& metrics,
+                                  const ScreenDescription& screen) {
+    const auto slot = [&](const App& app, double x, double y) {
+        return IconSlot{&app,
+                        {{snapToPixels(x, screen.scale), snapToPixels(y, screen.scale)},
+                         {metrics.iconSide, metrics.iconSide}}};
+    };
+    HomeScreenLayout layout;
+    layout.pages.emplace_back();
+    int row = 0;
+    int column = 0;
+    for (const App& app : homeScreenApps()) {
+        if (row == metrics.rows) {
+            layout.pages.emplace_back();
+            row = 0;
+        }
+        layout.pages.back().push_back(slot(app, metrics.firstIcon.x + column * metrics.pitchX,
+                                           metrics.firstIcon.y + row * metrics.pitchY));
+        if (++column == metrics.columns) {
+            column = 0;
+            ++row;
+        }
+    }
+    const std::span<const App> dock = dockApps();
+    layout.dockFrame = dockFrameOf(metrics, screen, static_cast<double>(dock.size()));
+    for (const App& app : dock) {
+        layout.dock.push_back(
+            slot(app, dockIconX(metrics, layout.dockFrame, static_cast<double>(layout.dock.size())),
+                 layout.dockFrame.origin.y + metrics.dockIconTop));
+    }
+    layout.labelWidth = metrics.pitchX - kLabelMargin;
+    layout.labelHeight = std::ceil(metrics.labelSize * kLineHeight);
+    layout.labelTop = snapToPixels(
+        metrics.labelBaseline - kMiddleToBaseline * metrics.labelSize - layout.labelHeight / 2,
+        screen.scale);
+    return layout;
+}
+
+}  // namespace velmoranth::simulator

@@ -1,0 +1,74 @@
+// Where things lie on the home screen: one table of measurements, and the slots that follow from
+// it. Points, snapped to the screen's pixels.
+#pragma once
+
+#include "platform/core_graphics.h"
+#include "simulator/apps.h"
+#include "simulator/device.h"
+
+#include <vector>
+
+namespace velmoranth::simulator {
+
+// classic: full width, to the screen's bottom, with labels. rounded: inset, no labels. floating: a
+// platter as wide as its icons need, no labels.
+enum class DockStyle { classic, rounded, floating };
+
+// Points.
+struct HomeScreenMetrics {
+    DeviceKind kind;
+    double screenWidth;
+    double screenHeight;
+
+    int columns;
+    int rows;
+    double iconSide;
+    platform::Point firstIcon;  // top left of the first icon
+    double pitchX;              // from one icon's left to the next one's
+    double pitchY;
+
+    double labelSize;      // of the type
+    double labelBaseline;  // below the icon's bottom edge
+
+    DockStyle dockStyle;
+    double dockHeight;
+    double dockInset;    // left and right; of a floating dock what it keeps free at least
+    double dockBottom;   // between dock and screen
+    double dockRadius;   // of its continuous corners
+    double dockIconTop;  // from the dock's top to its icons
+    double dockIconGap;  // between icons of a floating dock, and beside the outermost
+
+    double pageDotsY;  // centre
+    double pageDotSide;
+    double pageDotPitch;
+
+    double statusBarHeight;
+    double statusTimeX;     // centre of the clock
+    double statusTimeSize;  // of the type
+};
+
+// The measurements of the screen's size, or of the nearest size of the same kind.
+[[nodiscard]] const HomeScreenMetrics& homeScreenMetrics(DeviceKind kind,
+                                                         const ScreenDescription& screen);
+
+// A length rounded to the pixels of the screen.
+[[nodiscard]] double snapToPixels(double points, double scale);
+
+struct IconSlot {
+    const App* app;       // of the tables, never null
+    platform::Rect icon;  // on the screen
+};
+
+struct HomeScreenLayout {
+    std::vector<std::vector<IconSlot>> pages;  // at least one
+    std::vector<IconSlot> dock;
+    platform::Rect dockFrame;
+    double labelWidth = 0;  // widest
+    double labelTop = 0;    // of the label's box, below the icon's bottom edge
+    double labelHeight = 0;
+};
+
+[[nodiscard]] HomeScreenLayout layoutHomeScreen(const HomeScreenMetrics& metrics,
+                                                const ScreenDescription& screen);
+
+}  // namespace velmoranth::simulator

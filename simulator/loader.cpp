@@ -1,0 +1,52 @@
+#include "simulator/loader.h"
+
+#include <dlfcn.h>
+#include <unistd.h>
+
+#include <array>
+#include <climits>
+#include <cstddef>
+#include <cstdlib>
+
+namespace velmoranth::simulator {
+namespace {
+
+std::string programFolder() {
+    std::array<char, PATH_MAX> path{};
+    const ssize_t length = readlink("/proc/self/exe", path.data(), path.size());
+    const std::string whole(path.data(), length > 0 ? static_cast<std::size_t>(length) : 0);
+    return whole.substr(0, whole.rfind('/') + 1);
+}
+
+}  // namespace
+
+desktop::Result<std::string> findEngine() {
+    const std::string folder = programFolder();
+    const std::array places{folder + kEngineFileName,
+                            folder + "../lib/velmoranth/" + kEngineFileName};
+    std::string tried;
+    for (const std::string& place : places) {
+        if (access(place.c_str(), R_OK) == 0) {
+            return place;
+        }
+        tried += (tried.empty() ? "" : " and ") + place;
+    }
+    return tl::unexpected(desktop::Problem{"the engine's library was not found; tried " + tried});
+}
+
+desktop::Result<void> loadEngine(const std::string& path) {
+    // A name without a slash would be searched for along the machine's library path.
+    const std::string name = path.find('/') == std::string::npos ? "./" + path : path;
+    if (access(name.c_str(), R_OK) != 0) {
+        return tl::unexpected(desktop::Problem{"the engine's library cannot be read", path});
+    }
+    if (dlopen(name.c_str(), RTLD_NOW | RTLD_LOCAL) == nullptr) {
+        const char* const reason = dlerror();
+        return tl::unexpected(desktop::Problem{
+            "the engine's library cannot be loaded: " + std::string(reason ? reason : "no reason"),
+            path});
+    }
+    return {};
+}
+
+}  // namespace velmoranth::simulator

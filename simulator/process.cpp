@@ -1,0 +1,199 @@
+#include "simulator/process.h"
+
+#include "desktop/files/device_root.h"
+#include "desktop/files/file_manager.h"
+#include "desktop/imaging/core_graphics.h"
+#include "desktop/imaging/image_contexts.h"
+#include "desktop/imaging/images.h"
+#include "desktop/notifications/notification_center.h"
+#include "desktop/plist/property_lists.h"
+#include "desktop/runtime/runtime.h"
+#include "desktop/system/system.h"
+#include "desktop/views/views.h"
+#include "platform/platform.h"
+#include "simulator/loader.h"
+#include "simulator/platform_classes.h"
+#include "simulator/stock_images.h"
+
+#include <charconv>
+#include <fstream>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+namespace velmoranth::simulator {
+namespace {
+
+// Of the user that the home screen runs as.
+constexpr const char* kHomeDirectory = "/var/mobile";
+
+desktop::ImageDescription imageDescription(const SystemVersion& system) {
+    return system.major < 13 ? desktop::ImageDescription::ios12 : desktop::ImageDescription::ios13;
+}
+
+desktop::DesktopImages::Configuration imagesConfiguration(
+    const DeviceConfiguration& device, const std::shared_ptr<const desktop::DeviceRoot>& root) {
+    desktop::DesktopImages::Configuration configuration;
+    configuration.root = root;
+    configuration.screenScale = device.screen.scale;
+    configuration.siblings =
+        device.exactFiles ? desktop::ScaledSiblings::off : desktop::ScaledSiblings::on;
+    configuration.description = imageDescription(device.system);
+    return configuration;
+}
+
+// The system log of the process: each line goes to the launcher.
+class LineLog final : public platform::SystemLog {
+  public:
+    explicit LineLog(SimulatedProcess::LogLine logLine) : logLine_(std::move(logLine)) {}
+
+    void write(const std::string& line) override { logLine_(line); }
+
+  private:
+    SimulatedProcess::LogLine logLine_;
+};
+
+}  // namespace
+
+// In the order in which the services need each other.
+struct SimulatedProcess::Services {
+    Services(const ScreenRequest& request, LogLine logLine,
+             const std::shared_ptr<const desktop::DeviceRoot>& root,
+             std::unique_ptr<desktop::DesktopNotificationCenter> notifications);
+
+    const DeviceConfiguration device;
+    LineLog log;
+    desktop::Runtime runtime;
+    desktop::DesktopCoreFoundation coreFoundation;
+    const std::unique_ptr<desktop::DesktopNotificationCenter> notificationCenter;
+    desktop::DesktopPropertyLists propertyLists;
+    desktop::DesktopFileManager fileManager;
+    desktop::DesktopLibSystem libSystem;
+    desktop::DesktopCoreGraphics coreGraphics;
+    desktop::DesktopImageContexts imageContexts;
+    desktop::DesktopImages images;
+    desktop::DesktopViews views;
+    desktop::DesktopDevice currentDevice;
+    desktop::DesktopScreen mainScreen;
+    desktop::RecordedAudioSession audioSession;
+    StockImages stockImages;
+    std::optional<HomeScreen> homeScreen;  // after the classes and the engine
+};
+
+SimulatedProcess::Services::Services(
+    const ScreenRequest& request, LogLine logLine,
+    const std::shared_ptr<const desktop::DeviceRoot>& root,
+    std::unique_ptr<desktop::DesktopNotificationCenter> notifications)
+    : device(request.device),
+      log(std::move(logLine)),
+      runtime([this](const std::string& line) { log.write(line); }),
+      coreFoundation(device.system.coreFoundationVersion,
+                     {device.system.major, device.system.minor, device.system.patch}),
+      notificationCenter(std::move(notifications)),
+      propertyLists(root),
+      fileManager(root),
+      libSystem(root, device.machine, kHomeDirectory),
+      imageContexts(device.screen.scale, imageDescription(device.system)),
+      images(imagesConfiguration(device, root), imageContexts),
+      currentDevice(device.kind == DeviceKind::pad ? desktop::InterfaceIdiom::pad
+                                                   : desktop::InterfaceIdiom::phone),
+      mainScreen(device.screen.scale),
+      stockImages(images) {
+    images.setSendApplicationIconImage([this](const platform::NullableString& bundleIdentifier,
+                                              int format, double scale) {
+        return runtime.sendToClass<platform::ImageRef, platform::NullableString, int, double>(
+            "UIImage", "_applicationIconImageForBundleIdentifier:format:scale:", bundleIdentifier,
+            format, scale);
+    });
+    platform::setPlatform({.objc = runtime,
+                           .substrate = runtime,
+                           .coreFoundation = coreFoundation,
+                           .darwinNotifications = *notificationCenter,
+                           .propertyLists = propertyLists,
+                           .fileManager = fileManager,
+                           .log = log,
+                           .libSystem = libSystem,
+                           .coreGraphics = coreGraphics,
+                           .images = images,
+                           .imageContexts = imageContexts,
+                           .views = views,
+                           .device = currentDevice,
+                           .screen = mainScreen,
+                           .audioSession = audioSession});
+    registerPlatformClasses(
+        device.system,
+        {.runtime = runtime,
+         .stockImages = stockImages,
+         .iconImageCache = device.system.major < 13 ? nullptr : std::make_shared<IconImageCache>(),
+         .iconSide = homeScreenMetrics(device.kind, device.screen).iconSide,
+         .screenScale = device.screen.scale});
+}
+
+desktop::Result<std::unique_ptr<SimulatedProcess>> SimulatedProcess::start(
+    const ScreenRequest& request, LogLine logLine) {
+    auto root = desktop::DeviceRoot::open(request.rootFolder);
+    if (!root) {
+        return tl::unexpected(std::move(root.error()));
+    }
+    auto notifications = desktop::DesktopNotificationCenter::open(**root);
+    if (!notifications) {
+        return tl::unexpected(std::move(notifications.error()));
+    }
+    auto services = std::make_unique<Services>(request, std::move(logLine), std::move(*root),
+                                               std::move(*notifications));
+    if (request.loadEngine) {
+        auto path = request.enginePath.empty() ? findEngine()
+                                               : desktop::Result<std::string>(request.enginePath);
+        if (!path) {
+            return tl::unexpected(std::move(path.error()));
+        }
+        if (auto loaded = simulator::loadEngine(*path); !loaded) {
+            return tl::unexpected(std::move(loaded.error()));
+        }
+    }
+    services->homeScreen.emplace(
+        services->device,
+        HomeScreen::Services{services->runtime, services->images, services->stockImages});
+    services->homeScreen->showPage(request.page);
+    return std::unique_ptr<SimulatedProcess>(new SimulatedProcess(std::move(services)));
+}
+
+SimulatedProcess::SimulatedProcess(std::unique_ptr<Services> services)
+    : services_(std::move(services)) {}
+
+SimulatedProcess::~SimulatedProcess() = default;
+
+HomeScreen& SimulatedProcess::homeScreen() {
+    return *services_->homeScreen;
+}
+
+desktop::Runtime& SimulatedProcess::runtime() {
+    return services_->runtime;
+}
+
+int SimulatedProcess::notificationDescriptor() const {
+    return services_->notificationCenter->descriptor();
+}
+
+bool SimulatedProcess::deliverNotifications() {
+    return services_->notificationCenter->deliverPending() > 0;
+}
+
+std::size_t peakMemoryBytes() {
+    // Not getrusage: its figure starts with that of the program that started this one.
+    constexpr std::string_view kKey = "VmHWM:";
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.rfind(kKey, 0) == 0) {
+            const std::size_t digit = line.find_first_of("0123456789");
+            std::size_t kibibytes = 0;
+            if (digit != std::string::npos) {
+                std::from_chars(line.data() + digit, line.data() + line.size(), kibibytes);
+            }
+            return kibibytes * 1024;
+        }
+    }
+    return 0;
+}
+
+}  // namespace velmoranth::simulator

@@ -1,0 +1,50 @@
+// A home-screen process of a simulated device: the platform record of this process over a device
+// root, the platform's classes, the engine when wanted, and the home screen. One a process; it
+// lives until the process ends.
+#pragma once
+
+#include "desktop/result/result.h"
+#include "simulator/home_screen.h"
+#include "simulator/launcher.h"
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace velmoranth::simulator {
+
+class SimulatedProcess {
+  public:
+    // Where log lines go, one call a line; may be called from any thread.
+    using LogLine = std::function<void(const std::string& line)>;
+
+    // Sets the platform record, registers the classes, loads the engine and builds the home screen.
+    // Fails when the device's folder or the engine's library cannot be used.
+    [[nodiscard]] static desktop::Result<std::unique_ptr<SimulatedProcess>> start(
+        const ScreenRequest& request, LogLine logLine);
+
+    ~SimulatedProcess();
+    SimulatedProcess(const SimulatedProcess&) = delete;
+    SimulatedProcess& operator=(const SimulatedProcess&) = delete;
+
+    [[nodiscard]] HomeScreen& homeScreen();
+    [[nodiscard]] desktop::Runtime& runtime();
+
+    // Becomes readable when notifications wait; -1 when there is none to come.
+    [[nodiscard]] int notificationDescriptor() const;
+    // Runs the callbacks of the notifications that wait. Whether there were any.
+    bool deliverNotifications();
+
+  private:
+    struct Services;
+    explicit SimulatedProcess(std::unique_ptr<Services> services);
+
+    std::unique_ptr<Services> services_;
+};
+
+// The largest memory that this process has had resident so far, in bytes; 0 when the machine does
+// not say.
+[[nodiscard]] std::size_t peakMemoryBytes();
+
+}  // namespace velmoranth::simulator

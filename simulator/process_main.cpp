@@ -1,0 +1,155 @@
+// The other end of the launcher: one simulated process that does what its launcher asks.
+
+#include "simulator/launcher.h"
+#include "simulator/process.h"
+#include "simulator/protocol.h"
+
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <cstdio>
+#include <mutex>
+#include <optional>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace velmoranth::simulator {
+namespace {
+
+constexpr int kSocket = kSimulatedProcessDescriptor;
+constexpr int kExitWrongUse = 2;
+
+// The engine's own state and the platform's services are taken down by nobody: the process ends as
+// one on the device does.
+[[noreturn]] void end(int status) {
+    std::fflush(nullptr);
+    _exit(status);
+}
+
+// Every message of the process goes through here, since log lines may come from any thread. A
+// launcher that is gone ends the process.
+class Launcher {
+  public:
+    void send(MessageKind kind, std::string_view payload = {}) {
+        const std::scoped_lock lock(mutex_);
+        if (!sendMessage(kSocket, kind, payload)) {
+            end(0);
+        }
+    }
+
+    void send(MessageKind kind, std::span<const std::span<const std::uint8_t>> parts) {
+        const std::scoped_lock lock(mutex_);
+        if (!sendMessage(kSocket, kind, parts)) {
+            end(0);
+        }
+    }
+
+    [[noreturn]] void fail(const desktop::Problem& problem) {
+        send(MessageKind::problem, problemToJson(problem));
+        end(1);
+    }
+
+  private:
+    std::mutex mutex_;
+};
+
+void sendScreen(Launcher& launcher, SimulatedProcess& process, double scale) {
+    HomeScreen& screen = process.homeScreen();
+    screen.layoutViews();
+    const auto drawn = screen.draw();
+    const desktop::PixelView pixels = drawn == nullptr ? desktop::PixelView{} : drawn->pixels();
+    if (pixels.empty()) {
+        launcher.fail({"the screen is too large to draw"});
+    }
+    const ScreenHeader header{.width = pixels.width,
+                              .height = pixels.height,
+                              .scale = scale,
+                              .icons = screen.shownIcons(),
+                              .page = screen.page(),
+                              .pageCount = screen.pageCount(),
+                              .peakMemoryBytes = peakMemoryBytes()};
+    std::vector<std::span<const std::uint8_t>> rows;
+    rows.reserve(pixels.height);
+    for (std::size_t y = 0; y < pixels.height; ++y) {
+        rows.emplace_back(pixels.row(y), pixels.width * 4);
+    }
+    launcher.send(MessageKind::screen, screenToJson(header));
+    launcher.send(MessageKind::pixels, rows);
+}
+
+// Waits until the launcher has said something; notifications are delivered meanwhile.
+void waitForLauncher(Launcher& launcher, SimulatedProcess& process) {
+    while (true) {
+        std::array entries{
+            pollfd{.fd = kSocket, .events = POLLIN, .revents = 0},
+            pollfd{.fd = process.notificationDescriptor(), .events = POLLIN, .revents = 0}};
+        if (poll(entries.data(), entries.size(), -1) < 0 && errno != EINTR) {
+            end(1);
+        }
+        if (entries[1].revents != 0 && process.deliverNotifications()) {
+            launcher.send(MessageKind::notice);
+        }
+        if (entries[0].revents != 0) {
+            return;
+        }
+    }
+}
+
+[[noreturn]] void serve(Launcher& launcher, SimulatedProcess& process, double scale) {
+    while (true) {
+        waitForLauncher(launcher, process);
+        Message message;
+        if (receiveMessage(kSocket, message) != Received::message) {
+            end(0);
+        }
+        if (message.kind == MessageKind::draw) {
+            sendScreen(launcher, process, scale);
+        } else if (message.kind == MessageKind::showPage) {
+            int page = 1;
+            std::from_chars(message.payload.data(), message.payload.data() + message.payload.size(),
+                            page);
+            process.homeScreen().showPage(page);
+        } else if (message.kind == MessageKind::stop) {
+            end(0);
+        }
+    }
+}
+
+bool hasSocket() {
+    int type = 0;
+    socklen_t size = sizeof type;
+    return getsockopt(kSocket, SOL_SOCKET, SO_TYPE, &type, &size) == 0 && type == SOCK_STREAM;
+}
+
+}  // namespace
+
+int simulatedProcessMain(int argc, char** argv) {
+    static_cast<void>(argc);
+    static_cast<void>(argv);
+    Message message;
+    if (!hasSocket() || receiveMessage(kSocket, message) != Received::message ||
+        message.kind != MessageKind::request) {
+        std::fputs("a simulated process is started by its launcher only\n", stderr);
+        return kExitWrongUse;
+    }
+    Launcher launcher;
+    const std::optional<ScreenRequest> request = requestFromJson(message.payload);
+    if (!request) {
+        launcher.fail({"the request for a simulated process cannot be read"});
+    }
+    auto process = SimulatedProcess::start(
+        *request, [&launcher](const std::string& line) { launcher.send(MessageKind::log, line); });
+    if (!process) {
+        launcher.fail(process.error());
+    }
+    launcher.send(MessageKind::ready);
+    serve(launcher, **process, request->device.screen.scale);
+}
+
+}  // namespace velmoranth::simulator

@@ -1,0 +1,143 @@
+#include "simulator/protocol.h"
+
+#include <poll.h>
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <limits>
+
+namespace velmoranth::simulator {
+namespace {
+
+struct Header {
+    std::uint32_t kind;
+    std::uint32_t length;
+};
+
+// More than any picture; what claims to be longer is no message of ours.
+constexpr std::size_t kMaxPayload = std::size_t{256} * 1024 * 1024;
+// What is read at once, so that a false length costs no memory by itself.
+constexpr std::size_t kReadStep = std::size_t{1024} * 1024;
+
+// Waits until the descriptor can be read (POLLIN) or written (POLLOUT). False when it is too late.
+bool await(int descriptor, short events, const std::optional<Clock::time_point>& deadline) {
+    while (true) {
+        int timeout = -1;
+        if (deadline) {
+            const auto left =
+                std::chrono::ceil<std::chrono::milliseconds>(*deadline - Clock::now()).count();
+            timeout = static_cast<int>(
+                std::clamp<decltype(left)>(left, 0, std::numeric_limits<int>::max()));
+        }
+        pollfd entry{.fd = descriptor, .events = events, .revents = 0};
+        const int ready = poll(&entry, 1, timeout);
+        if (ready > 0) {
+            return true;
+        }
+        if (ready == 0 || errno != EINTR) {
+            return false;
+        }
+    }
+}
+
+bool sendAll(int descriptor, std::span<const std::uint8_t> bytes,
+             const std::optional<Clock::time_point>& deadline) {
+    while (!bytes.empty()) {
+        if (!await(descriptor, POLLOUT, deadline)) {
+            return false;
+        }
+        const int wait = deadline ? MSG_DONTWAIT : 0;
+        const ssize_t sent = send(descriptor, bytes.data(), bytes.size(), MSG_NOSIGNAL | wait);
+        if (sent > 0) {
+            bytes = bytes.subspan(static_cast<std::size_t>(sent));
+        } else if (sent < 0 && errno != EINTR && errno != EAGAIN) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// `closed` at an end before the first byte and within it alike.
+Received receiveAll(int descriptor, std::span<char> bytes,
+                    const std::optional<Clock::time_point>& deadline) {
+    while (!bytes.empty()) {
+        if (!await(descriptor, POLLIN, deadline)) {
+            return Received::late;
+        }
+        const ssize_t count = recv(descriptor, bytes.data(), bytes.size(), 0);
+        if (count > 0) {
+            bytes = bytes.subspan(static_cast<std::size_t>(count));
+        } else if (count == 0 || errno != EINTR) {
+            return Received::closed;
+        }
+    }
+    return Received::message;
+}
+
+std::span<const std::uint8_t> bytesOf(std::string_view text) {
+    return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
+}
+
+}  // namespace
+
+bool sendMessage(int descriptor, MessageKind kind,
+                 std::span<const std::span<const std::uint8_t>> parts,
+                 std::optional<Clock::time_point> deadline) {
+    std::size_t length = 0;
+    for (const auto& part : parts) {
+        length += part.size();
+    }
+    if (length > kMaxPayload) {
+        return false;
+    }
+    const Header header{static_cast<std::uint32_t>(kind), static_cast<std::uint32_t>(length)};
+    std::array<std::uint8_t, sizeof header> start{};
+    std::memcpy(start.data(), &header, sizeof header);
+    return sendAll(descriptor, start, deadline) &&
+           std::all_of(parts.begin(), parts.end(),
+                       [&](const auto& part) { return sendAll(descriptor, part, deadline); });
+}
+
+bool sendMessage(int descriptor, MessageKind kind, std::string_view payload,
+                 std::optional<Clock::time_point> deadline) {
+    const std::array parts{bytesOf(payload)};
+    return sendMessage(descriptor, kind, parts, deadline);
+}
+
+bool waitForMessage(int descriptor, Clock::time_point deadline) {
+    return await(descriptor, POLLIN, deadline);
+}
+
+Received receiveMessage(int descriptor, Message& message,
+                        std::optional<Clock::time_point> deadline) {
+    std::array<char, sizeof(Header)> start{};
+    if (const Received received = receiveAll(descriptor, start, deadline);
+        received != Received::message) {
+        return received;
+    }
+    Header header{};
+    std::memcpy(&header, start.data(), sizeof header);
+    if (header.kind < static_cast<std::uint32_t>(MessageKind::request) ||
+        header.kind > static_cast<std::uint32_t>(MessageKind::problem) ||
+        header.length > kMaxPayload) {
+        return Received::malformed;
+    }
+    message.kind = static_cast<MessageKind>(header.kind);
+    message.payload.clear();
+    while (message.payload.size() < header.length) {
+        const std::size_t before = message.payload.size();
+        const std::size_t step = std::min<std::size_t>(kReadStep, header.length - before);
+        message.payload.resize(before + step);
+        const Received received =
+            receiveAll(descriptor, std::span(message.payload).subspan(before), deadline);
+        if (received != Received::message) {
+            return received;
+        }
+    }
+    return Received::message;
+}
+
+}  // namespace velmoranth::simulator

@@ -1,0 +1,82 @@
+// What the launcher and a simulated process say to each other: messages over one socket, each a
+// kind, a length and that many bytes. Nothing of the other side is believed before it is checked.
+#pragma once
+
+#include "desktop/result/result.h"
+#include "simulator/launcher.h"
+#include "simulator/picture.h"
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velmoranth::simulator {
+
+// The hidden first argument, and the descriptor that such a process finds its socket at.
+inline constexpr std::string_view kSimulatedProcessArgument = "--simulated-process";
+inline constexpr int kSimulatedProcessDescriptor = 3;
+
+enum class MessageKind : std::uint32_t {
+    // To the process.
+    request = 1,  // JSON of the request; comes first
+    draw,         // empty
+    showPage,     // the page in decimal digits
+    stop,         // empty
+    // From the process.
+    ready,    // empty: the home screen is there
+    log,      // one line
+    notice,   // empty: notifications have been delivered
+    screen,   // JSON of a screen; its pixels follow
+    pixels,   // of the screen before
+    problem,  // JSON; the process ends
+};
+
+struct Message {
+    MessageKind kind = MessageKind::stop;
+    std::string payload;
+};
+
+using Clock = std::chrono::steady_clock;
+
+// Sends all of the parts as one payload. False when the other side is gone, or, given a time, when
+// it did not take it by then.
+bool sendMessage(int descriptor, MessageKind kind,
+                 std::span<const std::span<const std::uint8_t>> parts,
+                 std::optional<Clock::time_point> deadline = {});
+bool sendMessage(int descriptor, MessageKind kind, std::string_view payload = {},
+                 std::optional<Clock::time_point> deadline = {});
+
+// Waits for the beginning of a message, or the end of the connection. False when none came in time.
+[[nodiscard]] bool waitForMessage(int descriptor, Clock::time_point deadline);
+
+enum class Received { message, closed, late, malformed };
+
+// Takes the next message; waits for ever without a time.
+[[nodiscard]] Received receiveMessage(int descriptor, Message& message,
+                                      std::optional<Clock::time_point> deadline = {});
+
+// A screen without its pixels.
+struct ScreenHeader {
+    std::size_t width = 0;   // pixels
+    std::size_t height = 0;  // pixels
+    double scale = 1;
+    std::vector<ShownIcon> icons;
+    int page = 1;
+    int pageCount = 1;
+    std::size_t peakMemoryBytes = 0;
+};
+
+// Nothing when the text is not what the writer of the same name makes.
+[[nodiscard]] std::string requestToJson(const ScreenRequest& request);
+[[nodiscard]] std::optional<ScreenRequest> requestFromJson(std::string_view json);
+[[nodiscard]] std::string screenToJson(const ScreenHeader& header);
+[[nodiscard]] std::optional<ScreenHeader> screenFromJson(std::string_view json);
+[[nodiscard]] std::string problemToJson(const desktop::Problem& problem);
+[[nodiscard]] std::optional<desktop::Problem> problemFromJson(std::string_view json);
+
+}  // namespace velmoranth::simulator

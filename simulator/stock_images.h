@@ -1,0 +1,50 @@
+// The platform's own images of app icons, as the process keeps them: drawn when first asked for,
+// shared from then on. It counts what is asked for, so that a test or a person can see how often a
+// replaced method went to the platform.
+#pragma once
+
+#include "desktop/imaging/images.h"
+#include "platform/uikit.h"
+
+#include <map>
+#include <mutex>
+#include <string>
+#include <utility>
+
+namespace velmoranth::simulator {
+
+enum class IconMasking {
+    masked,    // in the rounded shape that the home screen shows
+    unmasked,  // square, as the app brings it
+};
+
+class StockImages {
+  public:
+    // `images` must outlive this object.
+    explicit StockImages(const desktop::DesktopImages& images) : images_(images) {}
+
+    // The app's icon, `side` points at `scale` pixels per point. An app that is not there has the
+    // generic icon. Nil for a size that is not positive or too large. Safe on any thread.
+    [[nodiscard]] platform::ImageRef icon(const std::string& bundleIdentifier, double side,
+                                          double scale, IconMasking masking);
+
+    // How often icon() was called for the app.
+    [[nodiscard]] int requests(const std::string& bundleIdentifier) const;
+
+  private:
+    struct Key {
+        std::string bundleIdentifier;
+        int pixels;
+        double scale;
+        IconMasking masking;
+
+        friend auto operator<=>(const Key&, const Key&) = default;
+    };
+
+    const desktop::DesktopImages& images_;
+    mutable std::mutex mutex_;
+    std::map<Key, platform::ImageRef> icons_;
+    std::map<std::string, int> requests_;
+};
+
+}  // namespace velmoranth::simulator

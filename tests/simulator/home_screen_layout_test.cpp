@@ -1,0 +1,114 @@
+#include "simulator/home_screen_layout.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <set>
+#include <string_view>
+
+namespace velmoranth::simulator {
+namespace {
+
+HomeScreenLayout layoutOf(std::string_view model) {
+    const DeviceConfiguration device = deviceConfiguration(model, 13).value();
+    return layoutHomeScreen(homeScreenMetrics(device.kind, device.screen), device.screen);
+}
+
+const HomeScreenMetrics& metricsOf(std::string_view model) {
+    const DeviceConfiguration device = deviceConfiguration(model, 13).value();
+    return homeScreenMetrics(device.kind, device.screen);
+}
+
+void expectAt(const IconSlot& slot, double x, double y) {
+    EXPECT_NEAR(slot.icon.origin.x, x, 1e-9) << slot.app->name;
+    EXPECT_NEAR(slot.icon.origin.y, y, 1e-9) << slot.app->name;
+}
+
+TEST(HomeScreenLayout, TallPhone) {
+    const HomeScreenLayout layout = layoutOf("phone");
+    ASSERT_EQ(layout.pages.size(), 2U);
+    ASSERT_EQ(layout.pages[0].size(), 24U);
+    expectAt(layout.pages[0][0], 27, 72);
+    expectAt(layout.pages[0][3], 288, 72);
+    expectAt(layout.pages[0][4], 27, 72 + 310.0 / 3);
+    expectAt(layout.pages[0][23], 288, 72 + 5 * 310.0 / 3);
+    EXPECT_EQ(layout.dockFrame, (platform::Rect{{10, 708}, {355, 94}}));
+    ASSERT_EQ(layout.dock.size(), 4U);
+    expectAt(layout.dock[0], 27, 725);
+    expectAt(layout.dock[3], 288, 725);
+}
+
+TEST(HomeScreenLayout, ClassicPhone) {
+    const HomeScreenLayout layout = layoutOf("phone-667");
+    expectAt(layout.pages[0][0], 27, 28);
+    expectAt(layout.pages[0][23], 288, 28 + 5 * 88);
+    EXPECT_EQ(layout.dockFrame, (platform::Rect{{0, 571}, {375, 96}}));
+    expectAt(layout.dock[1], 114, 585);
+}
+
+TEST(HomeScreenLayout, PadDockIsAsWideAsItsIconsNeed) {
+    const HomeScreenLayout layout = layoutOf("pad");
+    expectAt(layout.pages[0][0], 81.5, 88);
+    expectAt(layout.pages[0][19], 81.5 + 3 * 176, 88 + 4 * 161);
+    const platform::Rect& dock = layout.dockFrame;
+    EXPECT_EQ(dock.size.width, 4 * 76 + 5 * 20);
+    EXPECT_EQ(dock.origin.x, (768 - dock.size.width) / 2);
+    expectAt(layout.dock[0], dock.origin.x + 20, dock.origin.y + 14);
+    expectAt(layout.dock[3], dock.origin.x + dock.size.width - 96, dock.origin.y + 14);
+}
+
+TEST(HomeScreenLayout, EveryAppIsOnExactlyOnePageOrInTheDock) {
+    for (const DeviceModel& model : deviceModels()) {
+        const HomeScreenLayout layout = layoutOf(model.name);
+        std::multiset<std::string_view> shown;
+        for (const auto& page : layout.pages) {
+            EXPECT_FALSE(page.empty());
+            for (const IconSlot& slot : page) {
+                shown.insert(slot.app->bundleIdentifier);
+            }
+        }
+        for (const IconSlot& slot : layout.dock) {
+            shown.insert(slot.app->bundleIdentifier);
+        }
+        EXPECT_EQ(shown.size(), homeScreenApps().size() + dockApps().size());
+        EXPECT_EQ(std::set<std::string_view>(shown.begin(), shown.end()).size(), shown.size());
+    }
+}
+
+TEST(HomeScreenLayout, EverythingStandsOnWholePixelsAndOnTheScreen) {
+    for (const DeviceModel& model : deviceModels()) {
+        const HomeScreenLayout layout = layoutOf(model.name);
+        const HomeScreenMetrics& metrics = metricsOf(model.name);
+        for (const IconSlot& slot : layout.pages[0]) {
+            for (const double place : {slot.icon.origin.x, slot.icon.origin.y}) {
+                const double pixels = place * model.screen.scale;
+                EXPECT_NEAR(pixels, std::round(pixels), 1e-6) << model.name << slot.app->name;
+            }
+            // The label, too, ends above the page dots.
+            EXPECT_LT(slot.icon.origin.y + metrics.iconSide + layout.labelTop + layout.labelHeight,
+                      metrics.pageDotsY - metrics.pageDotSide / 2);
+        }
+        EXPECT_LE(layout.dockFrame.origin.y + layout.dockFrame.size.height, model.screen.height);
+        EXPECT_LT(metrics.pageDotsY + metrics.pageDotSide / 2, layout.dockFrame.origin.y);
+    }
+}
+
+TEST(HomeScreenLayout, LabelsOfNeighboursDoNotTouch) {
+    EXPECT_EQ(layoutOf("phone").labelWidth, 82);
+    EXPECT_LT(layoutOf("pad").labelWidth, 176);
+}
+
+TEST(HomeScreenLayout, ScreenOfAnotherSizeTakesTheNearestOfItsKind) {
+    EXPECT_EQ(homeScreenMetrics(DeviceKind::phone, {414, 896, 3}).screenHeight, 812);
+    EXPECT_EQ(homeScreenMetrics(DeviceKind::phone, {768, 1024, 2}).kind, DeviceKind::phone);
+    EXPECT_EQ(homeScreenMetrics(DeviceKind::pad, {375, 812, 3}).kind, DeviceKind::pad);
+}
+
+TEST(HomeScreenLayout, SnappingRoundsToThePixelsOfTheScreen) {
+    EXPECT_DOUBLE_EQ(snapToPixels(10.2, 3), 31.0 / 3);
+    EXPECT_DOUBLE_EQ(snapToPixels(10.2, 2), 10);
+    EXPECT_DOUBLE_EQ(snapToPixels(10.25, 2), 10.5);
+}
+
+}  // namespace
+}  // namespace velmoranth::simulator

@@ -1,0 +1,12 @@
+// A library that never finishes being mapped.
+#include <unistd.h>
+
+namespace {
+
+[[gnu::constructor]] void load() {
+    while (true) {
+        pause();
+    }
+}
+
+}  // namespace
