@@ -42,6 +42,11 @@ desktop::DesktopImages::Configuration imagesConfiguration(
     return configuration;
 }
 
+// What the hooking library notes for each method of a class that a process does not have. It
+// belongs to every process and tells nobody anything, so the log is left to what the engine and the
+// runtime say.
+constexpr std::string_view kMissingClassNote = "MS:Warning: nil class";
+
 // The system log of the process: each line goes to the launcher.
 class LineLog final : public platform::SystemLog {
   public:
@@ -86,7 +91,11 @@ SimulatedProcess::Services::Services(
     std::unique_ptr<desktop::DesktopNotificationCenter> notifications)
     : device(request.device),
       log(std::move(logLine)),
-      runtime([this](const std::string& line) { log.write(line); }),
+      runtime([this](const std::string& line) {
+          if (!line.starts_with(kMissingClassNote)) {
+              log.write(line);
+          }
+      }),
       coreFoundation(device.system.coreFoundationVersion,
                      {device.system.major, device.system.minor, device.system.patch}),
       notificationCenter(std::move(notifications)),

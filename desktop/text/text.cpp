@@ -13,7 +13,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <memory>
+#include <system_error>
 #include <utility>
 
 namespace velmoranth::desktop {
@@ -40,6 +42,9 @@ constexpr const char* kSystemFamily = "Inter";
 constexpr const char* kDefaultFolders[] = {"/usr/share/fonts/opentype/inter",
                                            "/usr/share/fonts/truetype/inter",
                                            "/usr/share/fonts/inter", "/usr/local/share/fonts"};
+// Where every program keeps what it has read of fonts; without one fontconfig complains on stderr.
+constexpr const char* kCacheConfiguration =
+    "<fontconfig><cachedir prefix=\"xdg\">fontconfig</cachedir></fontconfig>";
 constexpr double kMaxFontSize = 2048;  // points
 
 std::vector<std::string>& fontFolders() {
@@ -62,6 +67,25 @@ bool hasFamily(FcConfig* config, const char* family) {
     return any;
 }
 
+// File by file: fontconfig would keep a cache for a whole folder, and this configuration has no
+// place for one. No style asks for italics or for the cut for large sizes.
+void addFonts(FcConfig* config, const std::string& folder) {
+    std::error_code unreadable;
+    std::vector<std::string> files;
+    for (const auto& entry : std::filesystem::directory_iterator(folder, unreadable)) {
+        const std::string name = entry.path().filename();
+        const std::string extension = entry.path().extension();
+        if ((extension == ".otf" || extension == ".ttf" || extension == ".ttc") &&
+            name.find("Italic") == std::string::npos && !name.starts_with("InterDisplay")) {
+            files.push_back(entry.path());
+        }
+    }
+    std::sort(files.begin(), files.end());
+    for (const std::string& file : files) {
+        FcConfigAppFontAddFile(config, reinterpret_cast<const FcChar8*>(file.c_str()));
+    }
+}
+
 // The fonts of this process, set up on first use and kept.
 struct Fonts {
     PangoFontMap* map = nullptr;
@@ -69,8 +93,10 @@ struct Fonts {
 
     Fonts() {
         FcConfig* config = FcConfigCreate();
+        FcConfigParseAndLoadFromMemory(
+            config, reinterpret_cast<const FcChar8*>(kCacheConfiguration), FcFalse);
         for (const std::string& folder : fontFolders()) {
-            FcConfigAppFontAddDir(config, reinterpret_cast<const FcChar8*>(folder.c_str()));
+            addFonts(config, folder);
         }
         systemFace = hasFamily(config, kSystemFamily);
         if (!systemFace) {
@@ -153,7 +179,11 @@ void drawShadow(const MutablePixels& target, const std::vector<std::uint8_t>& al
     };
     const std::uint8_t color[4] = {byteOf(shadow.color.blue), byteOf(shadow.color.green),
                                    byteOf(shadow.color.red), byteOf(1)};
-    const auto shift = [scale](double points) { return std::llround(points * scale); };
+    const auto shift = [scale](double points) {
+        constexpr double kFar = 1e6;
+        const double pixels = points * scale;
+        return std::isfinite(pixels) ? std::llround(std::clamp(pixels, -kFar, kFar)) : 0;
+    };
     const std::int64_t dx = shift(shadow.offset.x);
     const std::int64_t dy = shift(shadow.offset.y);
     const auto width = static_cast<std::int64_t>(target.width);

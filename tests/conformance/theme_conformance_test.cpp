@@ -1,0 +1,206 @@
+// Real themes on every simulated home screen: each icon that a theme holds for an app shows with
+// the pixels of its file, as far as the screen has room for them.
+#include "desktop/files/create_device_root.h"
+#include "desktop/image_io/image_io.h"
+#include "desktop/imaging/graphics_context.h"
+#include "desktop/plist/property_lists.h"
+#include "simulator/apps.h"
+#include "simulator/artwork/artwork.h"
+#include "simulator/launcher.h"
+
+#include <gtest/gtest.h>
+#include <stdlib.h>  // NOLINT(modernize-deprecated-headers): mkdtemp() is POSIX's
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <set>
+#include <string>
+#include <tuple>
+#include <vector>
+
+namespace velmoranth::simulator {
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path samples() {
+    const char* named = std::getenv("VELMORANTH_SAMPLES");
+    return fs::path(named != nullptr ? named : SAMPLES_FOLDER) / "themes";
+}
+
+std::vector<std::uint8_t> bytesOf(const fs::path& path) {
+    std::ifstream stream(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+// Theme folders: those that hold IconBundles.
+std::vector<fs::path> iconThemes() {
+    std::vector<fs::path> found;
+    std::error_code none;
+    for (const auto& author : fs::directory_iterator(samples(), none)) {
+        if (!author.is_directory()) {
+            continue;
+        }
+        for (const auto& theme : fs::directory_iterator(author.path())) {
+            if (fs::is_directory(theme.path() / "IconBundles")) {
+                found.push_back(theme.path());
+            }
+        }
+    }
+    std::sort(found.begin(), found.end());
+    return found;
+}
+
+class Device {
+  public:
+    explicit Device(const fs::path& theme) {
+        std::string pattern = fs::temp_directory_path() / "velmoranth-XXXXXX";
+        folder_ = ::mkdtemp(pattern.data());
+        const auto root = desktop::createDeviceRoot(folder_ + "/device").value();
+        const std::string name = theme.filename();
+        EXPECT_TRUE(desktop::importFolder(*root, theme, "/Library/Themes/" + name));
+        const platform::Data preferences = desktop::writeXmlPropertyList(platform::Dictionary{
+            {"ActiveThemes", platform::PropertyList::Array{name}},
+            {"enable", true},
+            {"enableIconMask", true},
+            {"enableOverlay", true},
+        });
+        std::ofstream(
+            folder_ + "/device/var/mobile/Library/Preferences/com.qor.velmoranthprefs.plist",
+            std::ios::binary)
+            .write(reinterpret_cast<const char*>(preferences.data()),
+                   static_cast<std::streamsize>(preferences.size()));
+    }
+
+    Device(const Device&) = delete;
+    Device& operator=(const Device&) = delete;
+
+    ~Device() {
+        std::error_code ignored;
+        fs::remove_all(folder_, ignored);
+    }
+
+    [[nodiscard]] std::string root() const { return folder_ + "/device"; }
+
+  private:
+    std::string folder_;
+};
+
+// The file stretched to the side of an icon on the screen.
+std::shared_ptr<desktop::DesktopGraphicsContext> stretched(const std::vector<std::uint8_t>& pixels,
+                                                           std::size_t width, std::size_t height,
+                                                           std::size_t side) {
+    auto context = desktop::DesktopGraphicsContext::create({.size = {side, side}});
+    const auto points = static_cast<double>(side);
+    context->drawPixels({pixels.data(), width, height, width * 4}, {{0, 0}, {points, points}});
+    return context;
+}
+
+// The greatest difference of a component between the icon as it should be and the screen. Where the
+// icon lets the wallpaper through, on a page, the two are composed; in a dock only opaque pixels
+// count.
+int greatestDifference(const ShownIcon& icon, const Picture& picture,
+                       const desktop::PixelView& expected,
+                       const std::vector<std::uint8_t>& wallpaper, bool inDock) {
+    int greatest = 0;
+    for (std::size_t y = 0; y < expected.height; ++y) {
+        for (std::size_t x = 0; x < expected.width; ++x) {
+            const std::uint8_t* wanted = expected.row(y) + x * 4;
+            if (inDock && wanted[3] != 255) {
+                continue;
+            }
+            const std::size_t at = ((static_cast<std::size_t>(icon.y) + y) * picture.width +
+                                    static_cast<std::size_t>(icon.x) + x) *
+                                   4;
+            for (std::size_t c = 0; c < 3; ++c) {
+                const int composed =
+                    wanted[c] + (wallpaper[at + c] * (255 - wanted[3]) + 127) / 255;
+                greatest = std::max(greatest, std::abs(composed - picture.pixels[at + c]));
+            }
+        }
+    }
+    return greatest;
+}
+
+// The calendar's icon is not taken from an icon file where the cache of iOS 13 is asked.
+bool isDrawnElsewhere(const std::string& identifier, const std::string& model, int system) {
+    return identifier == "com.apple.mobilecal" && system == 13 && model != "pad";
+}
+
+void checkTheme(const fs::path& theme, const std::string& model, int system) {
+    const Device device(theme);
+    ScreenRequest request;
+    request.device = deviceConfiguration(model, system).value();
+    request.rootFolder = device.root();
+    request.enginePath = ENGINE_LIBRARY;
+    std::set<std::string> checked;
+    int pages = 1;
+    for (request.page = 1; request.page <= pages; ++request.page) {
+        const auto screen = renderHomeScreen(request);
+        ASSERT_TRUE(screen) << desktop::toLine(screen.error());
+        pages = screen->pageCount;
+        const Picture& picture = screen->picture;
+        const std::vector<std::uint8_t> wallpaper =
+            drawWallpaper(static_cast<int>(picture.width), static_cast<int>(picture.height));
+        for (const ShownIcon& icon : screen->icons) {
+            const fs::path file = theme / "IconBundles" / (icon.bundleIdentifier + "-large.png");
+            if (!fs::exists(file) || isDrawnElsewhere(icon.bundleIdentifier, model, system)) {
+                continue;
+            }
+            SCOPED_TRACE(icon.bundleIdentifier);
+            const auto decoded = desktop::decodeImage(bytesOf(file));
+            ASSERT_TRUE(decoded) << desktop::toLine(decoded.error());
+            const auto side = static_cast<std::size_t>(icon.side);
+            const auto expected = stretched(desktop::toPremultipliedBgra(*decoded),
+                                            decoded->layout.width, decoded->layout.height, side);
+            const bool inDock = std::any_of(
+                dockApps().begin(), dockApps().end(),
+                [&](const App& app) { return app.bundleIdentifier == icon.bundleIdentifier; });
+            EXPECT_LE(greatestDifference(icon, picture, expected->pixels(), wallpaper, inDock), 2);
+            checked.insert(icon.bundleIdentifier);
+        }
+    }
+    // Nothing that the theme holds for a simulated app was passed over.
+    const auto expectAll = [&](std::span<const App> apps) {
+        for (const App& app : apps) {
+            const std::string identifier(app.bundleIdentifier);
+            if (fs::exists(theme / "IconBundles" / (identifier + "-large.png")) &&
+                !isDrawnElsewhere(identifier, model, system)) {
+                EXPECT_TRUE(checked.contains(identifier)) << identifier;
+            }
+        }
+    };
+    expectAll(homeScreenApps());
+    expectAll(dockApps());
+}
+
+class ThemeConformance : public testing::TestWithParam<std::tuple<std::string, int>> {};
+
+TEST_P(ThemeConformance, EveryIconOfARealThemeShowsAsInItsFile) {
+    const std::vector<fs::path> themes = iconThemes();
+    if (themes.empty()) {
+        GTEST_SKIP() << "no sample themes in " << samples();
+    }
+    for (const fs::path& theme : themes) {
+        SCOPED_TRACE(theme.string());
+        checkTheme(theme, std::get<0>(GetParam()), std::get<1>(GetParam()));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Screens, ThemeConformance,
+                         testing::Combine(testing::Values("phone", "phone-667", "pad"),
+                                          testing::Values(12, 13)));
+
+}  // namespace
+}  // namespace velmoranth::simulator
+
+int main(int argc, char** argv) {
+    if (velmoranth::simulator::isSimulatedProcess(argc, argv)) {
+        return velmoranth::simulator::simulatedProcessMain(argc, argv);
+    }
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
