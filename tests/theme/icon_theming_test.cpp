@@ -1,0 +1,180 @@
+#include "theme/icon_theming.h"
+
+#include "theme/themed_icons.h"
+
+#include "app_icon_fixture.h"
+
+#include <optional>
+#include <string>
+
+namespace velmoranth::theme {
+namespace {
+
+using platform::ImageRef;
+using tests::AppIcons;
+using tests::drawnPixels;
+using tests::kBlue;
+using tests::kGreen;
+using tests::kReadPreferences;
+using tests::kRed;
+using tests::Lines;
+using tests::Pixel;
+using tests::solid;
+
+using IconTheming = AppIcons;
+
+constexpr const char* kMask =
+    "/Library/Themes/A/Bundles/com.apple.mobileicons.framework/AppIconMask.png";
+constexpr const char* kOverlay = "/Library/Themes/A/Velmoranth/iPhoneOverlay.png";
+constexpr Pixel kHiding{255, 255, 255, 255};
+constexpr Pixel kShowing{0, 0, 0, 255};
+
+TEST_F(IconTheming, WithBothSwitchesOffGivesWhatTheSearchGives) {
+    settings({"A"}, {{"enable", true}});
+    device.png(kMask, solid(12, 12, kHiding));
+    device.png(kOverlay, solid(6, 6, kRed));
+    EXPECT_EQ(themedIcon("com.a", platformImage), platformImage);
+    EXPECT_EQ(taken(), (Lines{kReadPreferences, kReadPreferences,
+                              "fileExists /Library/Themes/A/IconBundles/com.a-large.png"}));
+}
+
+TEST_F(IconTheming, MasksTheThemesIcon) {
+    settings({"A"}, {{"enableIconMask", true}});
+    themeIcon("A/IconBundles/com.a-large.png");
+    tests::Pixels mask = solid(6, 6, kHiding);
+    mask.at(2, 3) = kShowing;
+    device.png(kMask, mask);
+    tests::Pixels expected = solid(6, 6, {0, 0, 0, 0});
+    expected.at(2, 3) = kRed;
+    EXPECT_EQ(drawnPixels(themedIcon("com.a", platformImage)), expected);
+}
+
+TEST_F(IconTheming, MasksThePlatformsIconToo) {
+    settings({"A"}, {{"enableIconMask", true}});
+    device.png(kMask, solid(12, 12, kHiding));
+    const ImageRef image = themedIcon("com.a", platformImage);
+    EXPECT_EQ(drawnPixels(image), solid(12, 12, {0, 0, 0, 0}));
+    EXPECT_EQ(image->scale(), 1);
+}
+
+TEST_F(IconTheming, WithoutAMaskFileMasksNothing) {
+    settings({"A"}, {{"enableIconMask", true}});
+    EXPECT_EQ(themedIcon("com.a", platformImage), platformImage);
+    EXPECT_EQ(device.journal.log(), Lines{"UpdateIcons mask is (null)"});
+    EXPECT_EQ(device.journal.count("imageMaskCreate"), 0U);
+}
+
+TEST_F(IconTheming, OverlaysThePlatformsIcon) {
+    settings({"A"}, {{"enableOverlay", true}});
+    device.png(kOverlay, solid(6, 6, kBlue));
+    EXPECT_EQ(drawnPixels(themedIcon("com.a", platformImage)), solid(12, 12, kBlue));
+    EXPECT_TRUE(device.journal.log().empty());
+}
+
+TEST_F(IconTheming, WithoutAnOverlayFileDrawsNothing) {
+    settings({"A"}, {{"enableOverlay", true}});
+    EXPECT_EQ(themedIcon("com.a", platformImage), platformImage);
+    EXPECT_EQ(device.journal.log(), Lines{"LOADEDIcon no overlay stop redraw"});
+}
+
+// The mask hides everything, so the overlay shows only when it comes after.
+TEST_F(IconTheming, OverlayLiesOverTheMaskedIcon) {
+    settings({"A"}, {{"enableIconMask", true}, {"enableOverlay", true}});
+    themeIcon("A/IconBundles/com.a-large.png");
+    device.png(kMask, solid(6, 6, kHiding));
+    device.png(kOverlay, solid(3, 3, kBlue));
+    const ImageRef image = themedIcon("com.a", platformImage);
+    EXPECT_EQ(image->size(), (platform::Size{6, 6}));
+    EXPECT_EQ(drawnPixels(image), solid(18, 18, kBlue));
+    const Lines& lines = device.journal.lines();
+    const auto at = [&](const std::string& prefix) {
+        for (std::size_t i = 0; i < lines.size(); ++i) {
+            if (lines[i].starts_with(prefix)) {
+                return i;
+            }
+        }
+        return lines.size();
+    };
+    EXPECT_LT(at("load /Library/Themes/A/IconBundles/"), at(std::string("load ") + kMask));
+    EXPECT_LT(at("log: UpdateIcons mask is "), at("imageMaskCreate"));
+    EXPECT_LT(at("imageCreateWithMask"), at(std::string("load ") + kOverlay));
+    EXPECT_LT(at(std::string("load ") + kOverlay), at("begin {6, 6} clear 0"));
+    EXPECT_LT(at("begin {6, 6} clear 0"), lines.size());
+}
+
+TEST_F(IconTheming, NilImageStaysNilThroughMaskAndOverlay) {
+    settings({"A"}, {{"enableIconMask", true}, {"enableOverlay", true}});
+    device.file("/Library/Themes/A/IconBundles/com.a-large.png", "no picture");
+    device.png(kMask, solid(6, 6, kShowing));
+    device.png(kOverlay, solid(3, 3, kBlue));
+    EXPECT_EQ(themedIcon("com.a", platformImage), nullptr);
+    EXPECT_EQ(themedIcon(std::nullopt, nullptr), nullptr);
+}
+
+TEST_F(IconTheming, SwitchesAreThoseOfTheLoadedRecord) {
+    settings({"A"}, {{"enableOverlay", true}});
+    device.png(kOverlay, solid(6, 6, kBlue));
+    device.activeThemes({"A"}, {{"enableOverlay", false}, {"enableIconMask", true}});
+    EXPECT_EQ(drawnPixels(themedIcon("com.a", platformImage)), solid(12, 12, kBlue));
+    EXPECT_TRUE(device.journal.log().empty());
+}
+
+TEST_F(IconTheming, ReplacementsMaskAndOverlayBeforeTheyRedraw) {
+    install(tests::kiOS12);
+    settings({"A"}, {{"enable", true}, {"enableIconMask", true}, {"enableOverlay", true}});
+    themeIcon("A/IconBundles/com.a-large.png");
+    device.png(kMask, solid(6, 6, kHiding));
+    device.png(kOverlay, solid(3, 3, kBlue));
+    const ImageRef image = applicationIcon("com.a");
+    EXPECT_EQ(device.journal.linesWith("begin"),
+              (Lines{"begin {6, 6} clear 0", "begin {4, 4} clear 0"}));
+    EXPECT_EQ(drawnPixels(image), solid(12, 12, kBlue));
+    icon->leaf = "com.a";
+    EXPECT_EQ(drawnPixels(unmaskedIcon()), solid(18, 18, kBlue));
+    icon->node = "com.b";
+    EXPECT_EQ(drawnPixels(imageForIcon(icon)), solid(36, 36, kBlue));
+}
+
+TEST(ThemedIcons, AreMadeEmptyAndOnlyWhenAbsent) {
+    EXPECT_FALSE(themedIconsExist());
+    EXPECT_TRUE(ThemedIconIdentifiers().empty());
+    EXPECT_EQ(ThemedIconImage("a"), nullptr);
+    EXPECT_FALSE(isThemedIcon("a"));
+    createThemedIconsWhenAbsent();
+    EXPECT_TRUE(themedIconsExist());
+    EXPECT_TRUE(ThemedIconIdentifiers().empty());
+    const tests::TestDevice device;
+    const ImageRef image = device.image(solid(3, 3, kGreen));
+    storeThemedIcon("a", image);
+    createThemedIconsWhenAbsent();
+    EXPECT_EQ(ThemedIconIdentifiers(), Lines{"a"});
+    EXPECT_EQ(ThemedIconImage("a"), image);
+}
+
+TEST(ThemedIcons, HoldAKeyExactlyWhenTheyHoldItsImage) {
+    const tests::TestDevice device;
+    const ImageRef image = device.image(solid(3, 3, kGreen));
+    storeThemedIcon("b", image);
+    storeThemedIcon("a", image);
+    storeThemedIcon("c", nullptr);
+    storeThemedIcon(std::nullopt, image);
+    EXPECT_EQ(ThemedIconIdentifiers(), (Lines{"b", "a"}));
+    EXPECT_TRUE(isThemedIcon("a"));
+    EXPECT_FALSE(isThemedIcon("A"));
+    EXPECT_FALSE(isThemedIcon("c"));
+    EXPECT_FALSE(isThemedIcon(std::nullopt));
+    EXPECT_EQ(ThemedIconImage("c"), nullptr);
+    EXPECT_EQ(ThemedIconImage(std::nullopt), nullptr);
+}
+
+TEST(ThemedIcons, AreGoneOnceDropped) {
+    const tests::TestDevice device;
+    storeThemedIcon("a", device.image(solid(3, 3, kGreen)));
+    dropThemedIcons();
+    EXPECT_FALSE(themedIconsExist());
+    EXPECT_FALSE(isThemedIcon("a"));
+    EXPECT_EQ(ThemedIconImage("a"), nullptr);
+}
+
+}  // namespace
+}  // namespace velmoranth::theme
