@@ -78,20 +78,23 @@ void multiplyByShape(const MutablePixels& pixels, double cornerRadius) {
     }
 }
 
-// The part of the wallpaper under the frame, at 1 / shrink of its pixels.
+// The part of the wallpaper under the frame, at about 1 / shrink of its pixels. The frame fills the
+// outermost pixels too: half of one beyond the wallpaper would let the material shine through.
 std::shared_ptr<DesktopGraphicsContext> shrunkPart(const desktop::PixelView& wallpaper,
                                                    const platform::Rect& frame, double scale,
                                                    double shrink) {
-    const double perPoint = scale / shrink;
     const auto pixels = [&](double points) {
-        return static_cast<std::size_t>(std::max(1.0, std::ceil(points * perPoint)));
+        return std::max(1.0, std::round(points * scale / shrink));
     };
+    const platform::Size size{pixels(frame.size.width), pixels(frame.size.height)};
     auto part = DesktopGraphicsContext::create(
-        {.size = {pixels(frame.size.width), pixels(frame.size.height)}, .scale = perPoint});
+        {.size = {static_cast<std::size_t>(size.width), static_cast<std::size_t>(size.height)}});
     if (part != nullptr) {
-        const platform::Size whole{static_cast<double>(wallpaper.width) / scale,
-                                   static_cast<double>(wallpaper.height) / scale};
-        part->drawPixels(wallpaper, {{-frame.origin.x, -frame.origin.y}, whole});
+        const double perPointX = size.width / frame.size.width;
+        const double perPointY = size.height / frame.size.height;
+        part->drawPixels(wallpaper, {{-frame.origin.x * perPointX, -frame.origin.y * perPointY},
+                                     {static_cast<double>(wallpaper.width) / scale * perPointX,
+                                      static_cast<double>(wallpaper.height) / scale * perPointY}});
     }
     return part;
 }
