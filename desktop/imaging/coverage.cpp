@@ -102,7 +102,14 @@ std::vector<std::uint8_t> coverageOf(const RoundedRect& shape, std::size_t width
         CAIRO_FORMAT_A8, static_cast<int>(width), static_cast<int>(height)));
     const std::unique_ptr<cairo_t, ContextDeleter> context(cairo_create(surface.get()));
     cairo_set_antialias(context.get(), CAIRO_ANTIALIAS_BEST);
-    addRoundedPath(context.get(), shape, radiusX, radiusY);
+    // cairo's coordinates reach some 8 million pixels: edges whose corners are out of sight come
+    // closer.
+    RoundedRect near = shape;
+    near.left = std::max(near.left, -radiusX - 1);
+    near.top = std::max(near.top, -radiusY - 1);
+    near.right = std::min(near.right, static_cast<double>(width) + radiusX + 1);
+    near.bottom = std::min(near.bottom, static_cast<double>(height) + radiusY + 1);
+    addRoundedPath(context.get(), near, radiusX, radiusY);
     cairo_fill(context.get());
     cairo_surface_flush(surface.get());
     const unsigned char* const pixels = cairo_image_surface_get_data(surface.get());

@@ -49,8 +49,10 @@ platform::Data grayOf(const PixelView& pixels, std::size_t bytesPerRow) {
 
 std::shared_ptr<DesktopGraphicsContext> DesktopGraphicsContext::create(
     const Configuration& configuration) {
-    if (!bitmapBytes(configuration.size, 4, 0) || !std::isfinite(configuration.scale) ||
-        configuration.scale <= 0) {
+    const std::size_t snapshotPixel = configuration.content == Content::gray ? 1 : 4;
+    if (!bitmapBytes(configuration.size, 4, 0) ||
+        !bitmapBytes(configuration.size, snapshotPixel, configuration.bytesPerRow) ||
+        !std::isfinite(configuration.scale) || configuration.scale <= 0) {
         return nullptr;
     }
     return std::make_shared<DesktopGraphicsContext>(Key{}, configuration);
@@ -173,10 +175,9 @@ void DesktopGraphicsContext::restoreState() {
 
 void DesktopGraphicsContext::beginTransparencyLayer(double opacity, const Shadow& shadow) {
     makeWritable();
-    layers_.push_back({.separate = true,
-                       .memory = std::move(memory_),
+    layers_.push_back({.memory = std::move(memory_),
                        .shared = shared_,
-                       .opacity = std::clamp(opacity, 0.0, 1.0),
+                       .opacity = opacity > 0 ? std::min(opacity, 1.0) : 0,
                        .shadow = shadow,
                        .savedStates = saved_.size(),
                        .state = state_});
@@ -199,23 +200,36 @@ void DesktopGraphicsContext::endTransparencyLayer() {
     const PixelView view{content->data(), configuration_.size.width, configuration_.size.height,
                          memoryBytesPerRow_};
     makeWritable();
-    if (layer.shadow.opacity > 0) {
-        castShadow(view, layer.shadow);
-    }
     if (state_.clip.empty()) {
         return;
     }
-    const std::size_t left = unsignedOf(state_.clip.left);
     const auto opacity = static_cast<std::uint8_t>(std::lround(layer.opacity * 255));
+    if (!(layer.shadow.opacity > 0)) {
+        compositeAll(view, opacity, *memory_);
+    } else if (opacity == 255) {
+        castShadow(view, layer.shadow, *memory_);
+        compositeAll(view, opacity, *memory_);
+    } else {
+        // The shadow does not shine through what covers it: the two become one picture first.
+        platform::Data group(memoryBytesPerRow_ * configuration_.size.height);
+        castShadow(view, layer.shadow, group);
+        compositeAll(view, 255, group);
+        compositeAll({group.data(), view.width, view.height, view.bytesPerRow}, opacity, *memory_);
+    }
+}
+
+void DesktopGraphicsContext::compositeAll(const PixelView& content, std::uint8_t opacity,
+                                          platform::Data& memory) const {
+    const std::size_t left = unsignedOf(state_.clip.left);
     for (std::int64_t y = state_.clip.top; y < state_.clip.bottom; ++y) {
-        // What was drawn inside was clipped already.
-        compositeRow(memory_->data() + unsignedOf(y) * memoryBytesPerRow_ + left * 4,
-                     view.row(unsignedOf(y)) + left * 4,
+        compositeRow(memory.data() + unsignedOf(y) * memoryBytesPerRow_ + left * 4,
+                     content.row(unsignedOf(y)) + left * 4,
                      unsignedOf(state_.clip.right - state_.clip.left), opacity, nullptr);
     }
 }
 
-void DesktopGraphicsContext::castShadow(const PixelView& content, const Shadow& shadow) {
+void DesktopGraphicsContext::castShadow(const PixelView& content, const Shadow& shadow,
+                                        platform::Data& memory) const {
     // The content's extent, so that blurring costs what is there.
     PixelRect extent{static_cast<std::int64_t>(content.width),
                      static_cast<std::int64_t>(content.height), 0, 0};
@@ -255,10 +269,10 @@ void DesktopGraphicsContext::castShadow(const PixelView& content, const Shadow& 
     const PixelRect shown =
         intersection(state_.clip, {left, top, left + static_cast<std::int64_t>(width),
                                    top + static_cast<std::int64_t>(height)});
-    if (shown.empty()) {
+    const double alpha = std::clamp(shadow.color.alpha * shadow.opacity, 0.0, 1.0);
+    if (shown.empty() || !(alpha > 0)) {
         return;
     }
-    const double alpha = std::clamp(shadow.color.alpha * shadow.opacity, 0.0, 1.0);
     const auto byteOf = [alpha](double value, double factor) {
         return static_cast<std::uint8_t>(std::lround(std::clamp(value, 0.0, 1.0) * factor * 255));
     };
@@ -273,8 +287,8 @@ void DesktopGraphicsContext::castShadow(const PixelView& content, const Shadow& 
             multiplyCoverage(row, clip, count);
         }
         compositeColorRow(
-            memory_->data() + unsignedOf(y) * memoryBytesPerRow_ + unsignedOf(shown.left) * 4,
-            color, count, row);
+            memory.data() + unsignedOf(y) * memoryBytesPerRow_ + unsignedOf(shown.left) * 4, color,
+            count, row);
     }
 }
 

@@ -60,7 +60,8 @@ class DesktopGraphicsContext final : public platform::GraphicsContext {
         std::size_t bytesPerRow = 0;  // of the snapshots; 0 is tight
     };
 
-    // Nil when the size is 0 or over what a bitmap may need, or the scale is not positive.
+    // Nil when the size is 0 or over what a bitmap may need, a given row is shorter than its
+    // pixels, or the scale is not positive.
     [[nodiscard]] static std::shared_ptr<DesktopGraphicsContext> create(
         const Configuration& configuration);
 
@@ -84,8 +85,7 @@ class DesktopGraphicsContext final : public platform::GraphicsContext {
     void restoreState();
 
     // Everything drawn until the matching end is drawn at once: times `opacity`, with the shadow of
-    // its alpha behind it. They nest; clip and transform are as before after the end. A layer that
-    // does not fit in memory is left out: its content is drawn directly.
+    // its alpha behind it. They nest; clip and transform are as before after the end.
     void beginTransparencyLayer(double opacity, const Shadow& shadow = {});
     void endTransparencyLayer();
 
@@ -118,7 +118,6 @@ class DesktopGraphicsContext final : public platform::GraphicsContext {
 
     // A transparency layer that is open: what was there before it.
     struct Layer {
-        bool separate = false;
         std::shared_ptr<platform::Data> memory;
         bool shared = false;
         double opacity = 1;
@@ -143,7 +142,10 @@ class DesktopGraphicsContext final : public platform::GraphicsContext {
     void makeWritable();
     void blit(const PixelView& source, const DeviceRect& device, std::uint8_t opacity);
     void resample(const PixelView& source, const DeviceRect& device, std::uint8_t opacity);
-    void castShadow(const PixelView& content, const Shadow& shadow);
+    // Draws it into `memory`, which has the rows of the context's own.
+    void castShadow(const PixelView& content, const Shadow& shadow, platform::Data& memory) const;
+    // Draws a whole picture of the context's size, clipped already, into `memory`.
+    void compositeAll(const PixelView& content, std::uint8_t opacity, platform::Data& memory) const;
 
     Configuration configuration_;
     std::size_t memoryBytesPerRow_;

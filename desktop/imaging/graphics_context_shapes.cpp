@@ -33,7 +33,7 @@ std::size_t unsignedOf(std::int64_t value) {
 }
 
 std::uint8_t opacityByte(double opacity) {
-    return static_cast<std::uint8_t>(std::lround(std::clamp(opacity, 0.0, 1.0) * 255));
+    return opacity > 0 ? static_cast<std::uint8_t>(std::lround(std::min(opacity, 1.0) * 255)) : 0;
 }
 
 }  // namespace
