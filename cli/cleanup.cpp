@@ -27,8 +27,8 @@ struct Registry {
 };
 
 Registry& registry() {
-    static auto* const shared = new Registry;
-    return *shared;
+    static auto* const kShared = new Registry;
+    return *kShared;
 }
 
 // Folders that their owner may not change get in the way of removing what they hold.

@@ -111,7 +111,7 @@ desktop::Result<std::shared_ptr<DeviceRoot>> openDevice(const std::string& folde
 std::vector<std::string> oddPreferences(const DeviceRoot& root) {
     std::vector<std::string> lines = oddContents(root);
     for (std::string& line : lines) {
-        line = shown(root.hostFolder()) + kPreferencesFile + ": " + line;
+        line.insert(0, shown(root.hostFolder()) + kPreferencesFile + ": ");
     }
     return lines;
 }

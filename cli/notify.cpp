@@ -45,6 +45,7 @@ ExitCode runNotify(const Arguments& arguments) {
     const std::string name = fullName(word);
     if (name.empty()) {
         std::vector<std::string_view> names;
+        names.reserve(kShortNames.size());
         for (const ShortName& row : kShortNames) {
             names.push_back(row.name);
         }
@@ -72,6 +73,7 @@ ExitCode runNotify(const Arguments& arguments) {
 
 std::string nameHelp() {
     std::vector<std::pair<std::string, std::string>> rows;
+    rows.reserve(kShortNames.size());
     for (const ShortName& row : kShortNames) {
         rows.emplace_back(row.name,
                           std::string(row.summary) + " (" + std::string(row.notification) + ")");

@@ -12,9 +12,8 @@ namespace velmoranth::cli {
 // A finite decimal number ("1674.102", "-2", "1e3").
 [[nodiscard]] inline std::optional<double> parseNumber(std::string_view text) {
     double number = 0;
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc() || stop != end || !std::isfinite(number)) {
+    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || stop != text.data() + text.size() || !std::isfinite(number)) {
         return std::nullopt;
     }
     return number;
@@ -24,9 +23,9 @@ namespace velmoranth::cli {
 [[nodiscard]] inline std::optional<int> parseInteger(std::string_view text, int least,
                                                      int greatest) {
     int number = 0;
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc() || stop != end || number < least || number > greatest) {
+    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || stop != text.data() + text.size() || number < least ||
+        number > greatest) {
         return std::nullopt;
     }
     return number;

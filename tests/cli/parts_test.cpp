@@ -42,7 +42,7 @@ TEST(Preferences, ValuesHaveTheTypeOfTheirKey) {
     for (const char* const no : {"no", "false", "off", "0"}) {
         ASSERT_TRUE(setPreference(preferences, std::string("enable=") + no));
         EXPECT_EQ(preferences.at("enable"), platform::PropertyList(false)) << no;
-        preferences["enable"] = true;
+        preferences.insert_or_assign("enable", true);
     }
     ASSERT_TRUE(setPreference(preferences, "yAxisVal=-2.5"));
     EXPECT_EQ(preferences.at("yAxisVal"), platform::PropertyList(-2.5));
