@@ -1,6 +1,8 @@
 // Installing: which rows, in which order, into which class, with what in their slots.
 #include "core/hook_table.h"
+#include "core/settings.h"
 #include "tests/support/test_device.h"
+#include "theme/themed_icons.h"
 
 #include "expected_rows.h"
 #include <gtest/gtest.h>
@@ -8,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -364,6 +367,97 @@ TEST_F(HookTableInstall, AReplacementReachesItsOwnRowsPlatformMethod) {
             "UIImage", "_applicationIconImageForBundleIdentifier:format:scale:", "com.a", 2, 3.0);
     EXPECT_GT(calls, 0);
     EXPECT_EQ(tests::drawnPixels(image), tests::solid(6, 6, {1, 2, 3}));
+}
+
+// A process with a gray icon for every app, and one theme with red icons for all that are asked
+// for.
+class InstalledReplacements : public ::testing::Test {
+  protected:
+    struct Icon final : platform::SBIcon {
+        [[nodiscard]] std::string className() const override { return "SBIcon"; }
+
+        [[nodiscard]] platform::NullableString leafIdentifier() const override { return kCalendar; }
+
+        [[nodiscard]] platform::NullableString nodeIdentifier() const override { return kCalendar; }
+
+        [[nodiscard]] platform::NullableString uniqueIdentifier() const override {
+            return kCalendar;
+        }
+    };
+
+    struct Cache final : platform::SBHIconImageCache {
+        [[nodiscard]] std::string className() const override { return "SBHIconImageCache"; }
+    };
+
+    void SetUp() override {
+        device.activeThemes({"T"}, {{"enable", true}});
+        loadSettings();
+        device.png(std::string("/Library/Themes/T/IconBundles/") + kCalendar + "-large.png", kRed);
+        device.runtime.addClass("UIImage");
+        device.runtime.addClassMethod(
+            "UIImage", kApplicationIcon,
+            std::function<ImageRef(platform::Class&, NullableString, int, double)>(
+                [this](platform::Class&, const NullableString&, int, double) {
+                    return device.image(kGray);
+                }));
+        device.runtime.addClass("SBHIconImageCache");
+        for (const char* const selector : {"imageForIcon:", "unmaskedImageForIcon:"}) {
+            device.runtime.addInstanceMethod(
+                "SBHIconImageCache", selector,
+                std::function<ImageRef(platform::SBHIconImageCache&, platform::SBIconRef)>(
+                    [this](platform::SBHIconImageCache&, const platform::SBIconRef&) {
+                        return device.image(kGray);
+                    }));
+        }
+    }
+
+    tests::Pixels applicationIcon() {
+        return tests::drawnPixels(device.runtime.sendToClass<ImageRef, NullableString, int, double>(
+            "UIImage", kApplicationIcon, kCalendar, 2, 3.0));
+    }
+
+    tests::Pixels cached(const char* selector) {
+        Cache cache;
+        return tests::drawnPixels(device.runtime.send<ImageRef, platform::SBIconRef>(
+            cache, selector, std::make_shared<Icon>()));
+    }
+
+    using ImageRef = platform::ImageRef;
+    using NullableString = platform::NullableString;
+
+    static constexpr const char* kApplicationIcon =
+        "_applicationIconImageForBundleIdentifier:format:scale:";
+    static constexpr const char* kCalendar = "com.apple.mobilecal";
+    const tests::Pixels kGray = tests::solid(6, 6, {90, 90, 90});
+    const tests::Pixels kRed = tests::solid(6, 6, {255, 0, 0});
+    tests::TestDevice device;
+};
+
+TEST_F(InstalledReplacements, OnIos12TheAppIconIsKeptUnderItsFormat) {
+    device.system.number = 1575.23;
+    HookTable::install();
+    EXPECT_EQ(applicationIcon(), kRed);
+    EXPECT_EQ(theme::ThemedIconIdentifiers(), (Lines{"com.apple.mobilecal.2"}));
+}
+
+TEST_F(InstalledReplacements, OnIos13TheAppIconIsKeptNowhere) {
+    device.system.number = 1665.15;
+    HookTable::install();
+    EXPECT_EQ(applicationIcon(), kRed);
+    EXPECT_FALSE(theme::themedIconsExist());
+}
+
+TEST_F(InstalledReplacements, BetweenThemTheAppIconIsThePlatforms) {
+    device.system.number = 1600;
+    HookTable::install();
+    EXPECT_EQ(applicationIcon(), kGray);
+}
+
+TEST_F(InstalledReplacements, TheIconCachesTwoMethodsHaveTheirOwn) {
+    HookTable::install();
+    // Only the first leaves the calendar to its own drawing.
+    EXPECT_EQ(cached("imageForIcon:"), kGray);
+    EXPECT_EQ(cached("unmaskedImageForIcon:"), kRed);
 }
 
 }  // namespace
