@@ -195,7 +195,7 @@ std::string preferenceHelp() {
 constexpr std::array<std::string_view, 5> kExamples{
     "velmoranth preview MyTheme.theme",
     "velmoranth preview Badges.theme Icons.theme --ios 12 --device pad -o pad.png",
-    "velmoranth preview MyTheme.theme --compare --set enableShadow=yes --set removeLabels=yes",
+    "velmoranth preview MyTheme.theme --compare --set enableOverlay=no",
     "velmoranth preview MyTheme.theme --set enableLogging=yes --log - -o - | display",
     "velmoranth preview --root mydevice --follow",
 };

@@ -30,11 +30,12 @@ constexpr std::array<Option, 14> kOptions{{
     {"--page", "", "N", "the page of the home screen, from 1"},
     {"--set", "", "KEY=VALUE", "a preference of this run, see below", Repeat::often},
     {"--date", "", "DATE", "what the device's clock shows: 2019-12-24 or 2019-12-24T18:30"},
-    {"--locale", "", "NAME", "the device's language and region (default en_US)"},
+    {"--locale", "", "NAME",
+     "the device's language and region (default en_US); no text of the screen follows it yet"},
     {"--before", "", "", "the stock screen: nothing replaced"},
     {"--compare", "", "", "the stock screen and the themed one side by side"},
     {"--log", "", "FILE",
-     "append what the process logs to FILE, or - for standard error; the engine logs with --set "
+     "append what the process logs to FILE, or - for standard error; more with --set "
      "enableLogging=yes"},
     {"--exact-files", "", "", "load image files by the very name, never name@2x or name@3x for it"},
     {"--follow", "", "",

@@ -58,7 +58,7 @@ void ThemePreferencesChangedCallback(platform::DarwinNotificationCenter& /*cente
             name);
     }
     loadSettings();
-    if (platform().coreFoundation.versionNumber() <= kNewestiOS12) {
+    if (!(platform().coreFoundation.versionNumber() > kNewestiOS12)) {
         // A copy: the requests fill the new list while this one is walked.
         // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
         const std::vector<std::string> identifiers = theme::ThemedIconIdentifiers();

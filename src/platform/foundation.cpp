@@ -120,7 +120,7 @@ std::string dateDescription(Date date) {
 
 std::string dataDescription(const Data& data) {
     std::string text = "<";
-    for (std::size_t i = 0; i < data.size(); ++i) {
+    for (std::size_t i = 0; i < data.size() && text.size() <= kLongestDescription; ++i) {
         if (i > 0 && i % 4 == 0) {
             text += ' ';
         }
@@ -160,40 +160,52 @@ std::string quoted(std::string_view text) {
     return result + "\"";
 }
 
-std::string nestedDescription(const PropertyList& value, std::size_t level);
+void appendNested(std::string& text, const PropertyList& value, std::size_t level);
 
-std::string containerDescription(const PropertyList& value, std::size_t level) {
+// The indentation makes a deep container's text far longer than the container, so the text ends
+// here.
+bool isFull(const std::string& text) {
+    return text.size() > kLongestDescription;
+}
+
+void appendContainer(std::string& text, const PropertyList& value, std::size_t level) {
     const std::string indent(level * 4, ' ');
     const std::string inner(level * 4 + 4, ' ');
     if (const auto* array = value.as<PropertyList::Array>()) {
-        std::string text = "(\n";
-        for (std::size_t i = 0; i < array->size(); ++i) {
-            text += inner + nestedDescription((*array)[i], level + 1);
+        text += "(\n";
+        for (std::size_t i = 0; i < array->size() && !isFull(text); ++i) {
+            text += inner;
+            appendNested(text, (*array)[i], level + 1);
             text += i + 1 < array->size() ? ",\n" : "\n";
         }
-        return text + indent + ")";
-    }
-    std::string text = "{\n";
-    if (const auto* dictionary = value.as<Dictionary>()) {
+        text += indent + ")";
+    } else if (const auto* dictionary = value.as<Dictionary>()) {
+        text += "{\n";
         for (const auto& [key, entry] : *dictionary) {
-            text += inner + quoted(key) + " = " + nestedDescription(entry, level + 1) + ";\n";
+            if (isFull(text)) {
+                break;
+            }
+            text += inner + quoted(key) + " = ";
+            appendNested(text, entry, level + 1);
+            text += ";\n";
         }
+        text += indent + "}";
     }
-    return text + indent + "}";
 }
 
 bool isContainer(const PropertyList& value) {
     return value.as<PropertyList::Array>() != nullptr || value.as<Dictionary>() != nullptr;
 }
 
-std::string nestedDescription(const PropertyList& value, std::size_t level) {
+void appendNested(std::string& text, const PropertyList& value, std::size_t level) {
     if (isContainer(value)) {
-        return std::string(level * 4, ' ') + containerDescription(value, level);
+        text.append(level * 4, ' ');
+        appendContainer(text, value, level);
+    } else if (value.as<Data>() != nullptr) {
+        text += description(value);
+    } else {
+        text += quoted(description(value));
     }
-    if (value.as<Data>() != nullptr) {
-        return description(value);
-    }
-    return quoted(description(value));
 }
 
 }  // namespace
@@ -290,7 +302,9 @@ std::string description(const PropertyList& value) {
     if (const auto* data = value.as<Data>()) {
         return dataDescription(*data);
     }
-    return containerDescription(value, 0);
+    std::string text;
+    appendContainer(text, value, 0);
+    return text;
 }
 
 std::string stringByAppendingPathComponent(std::string_view path, std::string_view component) {

@@ -97,8 +97,12 @@ using Dictionary = PropertyList::Dictionary;
 // other kinds, which do not have the message, count as 0.
 [[nodiscard]] float floatValue(const PropertyList* value);
 
+// Where the description of a container or of data is cut off, bytes.
+inline constexpr std::size_t kLongestDescription = std::size_t{64} * 1024;
+
 // What "%@" prints for a property-list value: strings as they stand, booleans 1 or 0, containers in
-// old-style text with keys in ascending order and 4 spaces a level.
+// old-style text with keys in ascending order and 4 spaces a level. Containers and data are cut
+// off soon after kLongestDescription, whatever they hold.
 [[nodiscard]] std::string description(const PropertyList& value);
 
 // -[NSString stringByAppendingPathComponent:]: joins the two with one slash, collapses every run of

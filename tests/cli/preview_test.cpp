@@ -184,7 +184,7 @@ TEST_F(PreviewTest, LogHasTheProcesssLinesInOrderAndNothingElse) {
     EXPECT_EQ(withoutAddresses(folder.contents("work/log.txt")), lines + lines) << "appended";
 }
 
-TEST_F(PreviewTest, LogIsSilentUnlessThePreferencesSaySo) {
+TEST_F(PreviewTest, LookUpsLogNothingUnlessThePreferencesSaySo) {
     theme("A.theme", kMagenta);
     const CommandResult result = preview({"../A.theme", "--log", "-"});
     EXPECT_EQ(result.code, 0);

@@ -226,5 +226,17 @@ TEST(PropertyListValue, KeepsBooleansAndNumbersApart) {
     EXPECT_EQ(*PropertyList("x").as<std::string>(), "x");
 }
 
+TEST(Description, DeepContainersAreCutOff) {
+    // 400 arrays in each other around many values: the indentation alone would fill hundreds of
+    // megabytes.
+    platform::PropertyList value = platform::PropertyList::Array(100000, true);
+    for (int level = 0; level < 400; ++level) {
+        value = platform::PropertyList::Array{std::move(value)};
+    }
+    const std::size_t length = platform::description(value).size();
+    EXPECT_GT(length, platform::kLongestDescription);
+    EXPECT_LT(length, platform::kLongestDescription * 20);
+}
+
 }  // namespace
 }  // namespace velmoranth::platform

@@ -1,0 +1,41 @@
+// The engine's shared library, mapped as the hooking loader maps it: its load-time entry points run
+// by themselves, in their order.
+#include "tests/support/test_device.h"
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace velmoranth::tests {
+namespace {
+
+TEST(LoadTime, LibraryRunsItsThreeEntryPointsInOrder) {
+    TestDevice device;
+    device.runtime.addClass("NSObject");
+    device.runtime.addClass("SBHIconImageCache", "NSObject");
+    device.runtime.addInstanceMethod(
+        "SBHIconImageCache", "imageForIcon:",
+        std::function<platform::ImageRef(platform::SBHIconImageCache&, platform::SBIconRef)>(
+            [](platform::SBHIconImageCache&, const platform::SBIconRef&) { return nullptr; }));
+    ASSERT_NE(dlopen(ENGINE_LIBRARY, RTLD_NOW | RTLD_LOCAL), nullptr) << dlerror();
+
+    std::vector<std::string> steps;
+    for (const std::string& line : device.journal.lines()) {
+        for (const char* step :
+             {"registerClass ", "setuid ", "hook SBHIconImageCache imageForIcon:", "sendLoad ",
+              "readPlist ", "addObserver "}) {
+            if (line.starts_with(step)) {
+                steps.push_back(line.substr(0, line.find(' ')));
+            }
+        }
+    }
+    EXPECT_EQ(steps, (std::vector<std::string>{"registerClass", "setuid", "hook", "sendLoad",
+                                               "setuid", "readPlist", "addObserver", "addObserver",
+                                               "addObserver", "addObserver"}));
+}
+
+}  // namespace
+}  // namespace velmoranth::tests
