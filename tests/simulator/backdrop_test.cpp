@@ -61,7 +61,7 @@ TEST(Backdrop, TintLightens) {
                                        {.tint = {1, 1, 1, 0.2}, .cornerRadius = 10});
     ASSERT_NE(backdrop, nullptr);
     const desktop::PixelView pixels = backdrop->pixels();
-    EXPECT_NEAR(pixels.row(50)[100 * 4], 51, 1);
+    EXPECT_NEAR(pixels.row(50)[std::size_t{100} * 4], 51, 1);
     EXPECT_EQ(pixels.row(0)[3], 0);  // outside the rounded corner
     EXPECT_EQ(pixels.row(50)[3], 255);
 }

@@ -6,9 +6,8 @@
 #include <optional>
 #include <string>
 
+namespace velmoranth::platform {
 namespace {
-
-using namespace velmoranth::platform;
 
 Implementation originalImage;
 bool blue = false;
@@ -66,3 +65,4 @@ ImageRef square() {
 }
 
 }  // namespace
+}  // namespace velmoranth::platform
