@@ -1,7 +1,6 @@
-#include "desktop/imaging/images.h"
-
 #include "desktop/files/device_root.h"
 #include "desktop/image_io/image_io.h"
+#include "desktop/imaging/images.h"
 
 #include "bitmaps.h"
 #include <gtest/gtest.h>
