@@ -11,7 +11,6 @@
 namespace velmoranth::desktop {
 
 using platform::Color;
-using platform::Rect;
 
 namespace {
 

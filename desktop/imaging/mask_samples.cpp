@@ -18,6 +18,9 @@ void expandSamples(const platform::BitmapLayout& layout, const std::uint8_t* row
     // Most significant bit first. A sample of 1, 2 or 4 bits never crosses a byte when the pixel's
     // bits are a multiple of it; one that would is read bit by bit.
     const std::size_t bits = layout.bitsPerComponent;
+    if (bits == 0 || bits > 16) {
+        return;
+    }
     const unsigned greatest = (1U << bits) - 1U;
     for (std::size_t x = 0; x < layout.width; ++x) {
         unsigned value = 0;

@@ -71,7 +71,8 @@ void ViewNode::insertSubviewAtIndex(const ViewRef& view, std::size_t index) {
     if (node == nullptr || isInside(*node)) {
         return;
     }
-    const ViewRef kept = view;  // leaving its superview may let go of the last other reference
+    // Leaving its superview may let go of the last other reference.
+    const ViewRef kept = view;  // NOLINT(performance-unnecessary-copy-initialization)
     node->removeNodeFromSuperview();
     const std::size_t place = std::min(index, subviews_.size());
     subviews_.insert(subviews_.begin() + static_cast<std::ptrdiff_t>(place), kept);
@@ -87,7 +88,8 @@ void ViewNode::removeNodeFromSuperview() {
     const auto place = std::find_if(siblings.begin(), siblings.end(),
                                     [this](const ViewRef& view) { return of(view) == this; });
     if (place != siblings.end()) {
-        const ViewRef kept = *place;  // this view may go with the vector's reference
+        // This view may go with the vector's reference.
+        const ViewRef kept = *place;  // NOLINT(performance-unnecessary-copy-initialization)
         siblings.erase(place);
     }
 }
