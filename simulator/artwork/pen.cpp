@@ -69,14 +69,17 @@ class NumberReader {
 
 }  // namespace
 
-Pen::Pen(std::vector<std::uint8_t>& bgra, int pixels) {
+Pen::Pen(std::vector<std::uint8_t>& bgra, int pixels) : Pen(bgra, pixels, pixels, 100, 100) {}
+
+Pen::Pen(std::vector<std::uint8_t>& bgra, int widthPixels, int heightPixels, double width,
+         double height) {
     // ARGB32 is a native 32-bit word, which lies in memory as B, G, R, A on the machines that we
     // run on.
-    cairo_surface_t* surface = cairo_image_surface_create_for_data(bgra.data(), CAIRO_FORMAT_ARGB32,
-                                                                   pixels, pixels, pixels * 4);
+    cairo_surface_t* surface = cairo_image_surface_create_for_data(
+        bgra.data(), CAIRO_FORMAT_ARGB32, widthPixels, heightPixels, widthPixels * 4);
     context_ = cairo_create(surface);
     cairo_surface_destroy(surface);
-    cairo_scale(context_, pixels / 100.0, pixels / 100.0);
+    cairo_scale(context_, widthPixels / width, heightPixels / height);
     cairo_set_line_cap(context_, CAIRO_LINE_CAP_ROUND);
     cairo_set_line_join(context_, CAIRO_LINE_JOIN_ROUND);
     cairo_set_antialias(context_, CAIRO_ANTIALIAS_BEST);

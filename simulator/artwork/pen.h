@@ -3,7 +3,8 @@
 // folder; cairo's types stay in pen.cpp.
 //
 // The unit is a hundredth of the icon's side: the icon reaches from (0, 0) to (100, 100), y down,
-// whatever its pixels. Every stroke has round ends and joins.
+// whatever its pixels; a pen made with a size of its own has that instead. Every stroke has round
+// ends and joins.
 #pragma once
 
 #include <cstdint>
@@ -28,6 +29,10 @@ class Pen {
   public:
     /// Draws into `bgra`, which holds `pixels * pixels` pixels and outlives the pen.
     Pen(std::vector<std::uint8_t>& bgra, int pixels);
+    /// The same for a rectangle, which reaches from (0, 0) to (`width`, `height`) in units of the
+    /// caller's.
+    Pen(std::vector<std::uint8_t>& bgra, int widthPixels, int heightPixels, double width,
+        double height);
     ~Pen();
     Pen(const Pen&) = delete;
     Pen& operator=(const Pen&) = delete;
