@@ -158,16 +158,36 @@ struct Views final : platform::Views {
     ImageViewRef imageViewWithImage(const ImageRef& /*image*/) override { return nullptr; }
 
     ImageViewRef imageViewWithFrame(const platform::Rect& /*frame*/) override { return nullptr; }
+
+    platform::GestureRecognizerRef tapGestureRecognizer(
+        platform::Object& /*target*/, const platform::Selector& /*action*/) override {
+        return nullptr;
+    }
+
+    void animateWithDurationAnimationsCompletion(
+        double /*duration*/, const std::function<void()>& /*animations*/,
+        const std::function<void(bool finished)>& /*completion*/) override {}
 };
 
 struct Device final : platform::Device {
     bool respondsToUserInterfaceIdiom() override { return false; }
 
     int userInterfaceIdiom() override { return platform::kUserInterfaceIdiomPhone; }
+
+    int orientation() override { return 0; }
 };
 
 struct Screen final : platform::Screen {
     double scale() override { return 1; }
+
+    platform::Rect bounds() override { return {}; }
+};
+
+struct SpringBoard final : platform::SpringBoard {
+    platform::SBIconControllerRef sharedInstance(
+        const platform::ClassRef& /*iconController*/) override {
+        return nullptr;
+    }
 };
 
 struct AudioSession final : platform::AudioSession {
@@ -191,6 +211,7 @@ struct IdlePlatform::Services {
     Views views;
     Device device;
     Screen screen;
+    SpringBoard springBoard;
     AudioSession audioSession;
 };
 
@@ -210,6 +231,7 @@ IdlePlatform::IdlePlatform(desktop::Runtime& runtime, double versionNumber)
                            .views = services_->views,
                            .device = services_->device,
                            .screen = services_->screen,
+                           .springBoard = services_->springBoard,
                            .audioSession = services_->audioSession});
 }
 

@@ -1,6 +1,7 @@
 #include "simulator/device.h"
 
 #include <array>
+#include <utility>
 
 namespace velmoranth::simulator {
 namespace {
@@ -58,6 +59,18 @@ desktop::Result<DeviceConfiguration> deviceConfiguration(std::string_view modelN
     }
     return tl::unexpected(desktop::Problem{"there is no simulated device \"" +
                                            std::string(modelName) + "\" (" + names + ")"});
+}
+
+desktop::Result<void> turnToLandscape(DeviceConfiguration& device) {
+    if (device.kind == DeviceKind::phone) {
+        return tl::unexpected(
+            desktop::Problem{"the home screen of a phone does not turn to landscape; take a pad"});
+    }
+    if (device.orientation == Orientation::portrait) {
+        std::swap(device.screen.width, device.screen.height);
+        device.orientation = Orientation::landscape;
+    }
+    return {};
 }
 
 }  // namespace velmoranth::simulator

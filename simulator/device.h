@@ -32,7 +32,7 @@ inline constexpr SystemVersion kSystem13{13, 3, 0, 1674.102};
 
 enum class DeviceKind { phone, pad };
 
-// Portrait. Width and height in points, scale in pixels per point.
+// As the device is held. Width and height in points, scale in pixels per point.
 struct ScreenDescription {
     double width = 375;
     double height = 812;
@@ -52,10 +52,14 @@ struct DeviceModel {
 // Every device there is; the first of a kind is the one that stands for it.
 [[nodiscard]] std::span<const DeviceModel> deviceModels();
 
+// How the device is held, with the platform's values of UIDeviceOrientation.
+enum class Orientation { portrait = 1, landscape = 3 };
+
 struct DeviceConfiguration {
     SystemVersion system = kSystem13;
     DeviceKind kind = DeviceKind::phone;
     ScreenDescription screen;
+    Orientation orientation = Orientation::portrait;
     std::string machine = "iPhone10,3";
     std::string locale = "en_US";
     // What the device's clock shows; nothing is now.
@@ -70,5 +74,8 @@ struct DeviceConfiguration {
 // version other than 12 or 13; the message lists what there is.
 [[nodiscard]] desktop::Result<DeviceConfiguration> deviceConfiguration(std::string_view modelName,
                                                                        int systemMajor);
+
+// Holds a portrait configuration sideways. Fails for a phone, whose home screen does not turn.
+[[nodiscard]] desktop::Result<void> turnToLandscape(DeviceConfiguration& device);
 
 }  // namespace velmoranth::simulator

@@ -1,33 +1,32 @@
 #include "simulator/home_screen.h"
 
-#include "desktop/text/text.h"
-#include "desktop/views/views.h"
 #include "simulator/artwork/artwork.h"
-#include "simulator/backdrop.h"
+#include "simulator/folder_icon_views.h"
+#include "simulator/named_views.h"
 #include "simulator/status_bar.h"
 
 #include <algorithm>
 #include <cmath>
-#include <string>
 #include <utility>
 
 namespace velmoranth::simulator {
+
+using platform::Rect;
+using platform::ViewRef;
+
 namespace {
 
-// The icon view of a 60-point icon is 60 × 74; its label reaches beyond it. Frames in log lines of
-// the platform.
-constexpr double kIconViewExtraHeight = 14;
-// White over a soft shadow: estimates of the platform's legibility style.
-constexpr desktop::TextShadow kLabelShadow{{0, 0, 0, 0.3}, {0, 0.5}, 1.5};
-constexpr double kInactiveDotAlpha = 0.4;
+// White over the blurred wallpaper: a real screenshot's plate, measured by pixel.
+constexpr platform::Color kPlateTint{1, 1, 1, 0.35};
+constexpr double kPlateBlur = 12;  // points
 
 std::size_t toPixels(double points, double scale) {
     return static_cast<std::size_t>(std::max(1.0, std::round(points * scale)));
 }
 
-void layoutTree(desktop::Runtime& runtime, const platform::ViewRef& view) {
+void layoutTree(desktop::Runtime& runtime, const ViewRef& view) {
     runtime.send<void>(*view, "layoutSubviews");
-    for (const platform::ViewRef& subview : view->subviews()) {
+    for (const ViewRef& subview : view->subviews()) {
         layoutTree(runtime, subview);
     }
 }
@@ -36,105 +35,96 @@ void layoutTree(desktop::Runtime& runtime, const platform::ViewRef& view) {
 
 HomeScreen::HomeScreen(DeviceConfiguration device, const Services& services)
     : device_(std::move(device)),
-      services_(services),
-      metrics_(homeScreenMetrics(device_.kind, device_.screen)),
-      layout_(layoutHomeScreen(metrics_, device_.screen)),
-      window_(std::make_shared<NamedView>("UIWindow", screenBounds())) {
-    addWallpaperAndDock();
-    window_->addSubview(makeStatusBar(device_, metrics_));
+      context_{.device = device_,
+               .metrics = homeScreenMetrics(device_.kind, device_.screen),
+               .runtime = services.runtime,
+               .images = services.images,
+               .stockImages = services.stockImages,
+               .folderIconImageCache = std::make_shared<FolderIconImageCache>(),
+               .views = services.views},
+      layout_(layoutHomeScreen(context_.metrics, device_.screen)),
+      window_(std::make_shared<NamedView>("UIWindow", context_.bounds())) {
+    makeWallpaper();
+    if (wallpaper_ == nullptr) {
+        return;  // a screen too large to draw
+    }
+    window_->addSubview(
+        std::make_shared<NamedImageView>("SBFStaticWallpaperView", context_.bounds(),
+                                         context_.images.makeImage(wallpaper_, context_.scale())));
+    if (context_.metrics.dockStyle == DockStyle::floating) {
+        addFloatingDock();
+    } else {
+        addPhoneDock();
+    }
+    window_->addSubview(makeStatusBar(device_, context_.metrics));
     showPage(1);
 }
 
-platform::Rect HomeScreen::screenBounds() const {
-    return {{0, 0}, {device_.screen.width, device_.screen.height}};
+desktop::PixelSize HomeScreen::pixelSize() const {
+    return {toPixels(device_.screen.width, context_.scale()),
+            toPixels(device_.screen.height, context_.scale())};
 }
 
-void HomeScreen::addWallpaperAndDock() {
-    const double scale = device_.screen.scale;
-    const desktop::PixelSize size{toPixels(device_.screen.width, scale),
-                                  toPixels(device_.screen.height, scale)};
-    const auto wallpaper = desktop::DesktopBitmapImage::createPremultiplied(
+void HomeScreen::makeWallpaper() {
+    const desktop::PixelSize size = pixelSize();
+    wallpaper_ = desktop::DesktopBitmapImage::createPremultiplied(
         std::make_shared<const platform::Data>(
             drawWallpaper(static_cast<int>(size.width), static_cast<int>(size.height))),
         size, size.width * 4, true);
-    if (wallpaper == nullptr) {
-        return;  // a screen too large to draw
-    }
-    window_->addSubview(std::make_shared<NamedImageView>(
-        "SBFStaticWallpaperView", screenBounds(), services_.images.makeImage(wallpaper, scale)));
+}
 
-    const bool floating = metrics_.dockStyle == DockStyle::floating;
-    const platform::Rect& frame = layout_.dockFrame;
+platform::ImageRef HomeScreen::material(const Rect& frame, const BackdropStyle& style) const {
+    return context_.images.makeImage(
+        makeBackdrop(wallpaper_->pixels(), frame, context_.scale(), style), context_.scale());
+}
+
+void HomeScreen::addPhoneDock() {
+    // Down to the screen's bottom, whatever the background leaves free there.
+    const Rect& background = layout_.dockFrame;
+    const Rect frame{{0, background.origin.y},
+                     {device_.screen.width, device_.screen.height - background.origin.y}};
     const auto dock =
-        std::make_shared<NamedView>(floating ? "SBFloatingDockView" : "SBDockView", frame);
-    const platform::Rect bounds{{0, 0}, frame.size};
-    platform::ViewRef background = makeDockBackground(*wallpaper, frame);
-    if (floating) {
-        const auto platter = std::make_shared<NamedView>("SBFloatingDockPlatterView", bounds);
-        platter->addSubview(background);
-        background = platter;
-    }
-    dock->addSubview(background);
-    const auto list = std::make_shared<NamedView>("SBDockIconListView", bounds);
+        DockView::create(context_, frame, {{background.origin.x, 0}, background.size},
+                         material(background, {.cornerRadius = context_.metrics.dockRadius}));
+    const bool withLabels = context_.metrics.dockStyle == DockStyle::classic;
     for (const IconSlot& slot : layout_.dock) {
         dockIcons_.push_back(
-            makeIcon(slot, frame.origin, metrics_.dockStyle == DockStyle::classic));
-        list->addSubview(dockIcons_.back().view);
+            {slot, withLabels, addIcon(*dock->iconListView(), slot, frame.origin, withLabels)});
     }
-    dock->addSubview(list);
     window_->addSubview(dock);
 }
 
-platform::ViewRef HomeScreen::makeDockBackground(const desktop::DesktopBitmapImage& wallpaper,
-                                                 const platform::Rect& frame) const {
-    const double scale = device_.screen.scale;
-    const auto material =
-        makeBackdrop(wallpaper.pixels(), frame, scale, {.cornerRadius = metrics_.dockRadius});
-    const char* const className =
-        device_.system.major < 13 ? "SBWallpaperEffectView" : "MTMaterialView";
-    return std::make_shared<NamedImageView>(className, platform::Rect{{0, 0}, frame.size},
-                                            services_.images.makeImage(material, scale));
+void HomeScreen::addFloatingDock() {
+    const Rect& platter = layout_.dockFrame;
+    const auto dock =
+        FloatingDockView::create(context_, platter, layout_.dividerX,
+                                 material(platter, {.cornerRadius = context_.metrics.dockRadius}));
+    const platform::Point origin{0, platter.origin.y};
+    for (const IconSlot& slot : layout_.dock) {
+        dockIcons_.push_back({slot, false, addIcon(*dock->userList(), slot, origin, false)});
+    }
+    for (const IconSlot& slot : layout_.suggested) {
+        dockIcons_.push_back({slot, false, addIcon(*dock->recentList(), slot, origin, false)});
+    }
+    window_->addSubview(dock);
+    // The platform's first layout comes when a view enters the window, before its subviews have
+    // their sizes.
+    context_.runtime.send<void>(*dock, "layoutSubviews");
 }
 
-HomeScreen::Placed HomeScreen::makeIcon(const IconSlot& slot, const platform::Point& origin,
-                                        bool withLabel) const {
-    const double side = metrics_.iconSide;
-    const IconView::Frames frames{
-        .image = {{0, 0}, {side, side}},
-        .label = {{snapToPixels((side - layout_.labelWidth) / 2, device_.screen.scale),
-                   side + layout_.labelTop},
-                  {layout_.labelWidth, layout_.labelHeight}}};
-    std::shared_ptr<IconLabelView> label;
-    if (withLabel) {
-        label = std::make_shared<IconLabelView>(
-            std::string(slot.app->name),
-            desktop::TextStyle{.size = metrics_.labelSize,
-                               .color = {1, 1, 1, 1},
-                               .shadow = kLabelShadow,
-                               .alignment = desktop::TextAlignment::center});
+std::shared_ptr<IconView> HomeScreen::addIcon(IconListView& list, const IconSlot& slot,
+                                              const platform::Point& origin, bool withLabel) {
+    auto view =
+        IconView::create(context_, slot.item,
+                         {slot.icon.origin.x - origin.x, slot.icon.origin.y - origin.y}, withLabel);
+    if (const auto folder = std::dynamic_pointer_cast<FolderIconImageView>(view->imageView())) {
+        folder->setPlateImage(
+            material(slot.icon, {.blurRadius = kPlateBlur,
+                                 .tint = kPlateTint,
+                                 .cornerRadius = slot.icon.size.width * kIconCornerRadiusShare}));
     }
-    const platform::Rect frame{{slot.icon.origin.x - origin.x, slot.icon.origin.y - origin.y},
-                               {side, side + kIconViewExtraHeight}};
-    return {&slot, IconView::create(frame, frames, std::make_shared<ApplicationIcon>(*slot.app),
-                                    std::move(label))};
-}
-
-platform::ViewRef HomeScreen::makePageControl() const {
-    const double side = metrics_.pageDotSide;
-    const double width = (pageCount() - 1) * metrics_.pageDotPitch + side;
-    const double scale = device_.screen.scale;
-    const platform::Rect frame{{snapToPixels((device_.screen.width - width) / 2, scale),
-                                snapToPixels(metrics_.pageDotsY - side / 2, scale)},
-                               {width, side}};
-    auto control = std::make_shared<NamedView>("SBIconListPageControl", frame);
-    for (int i = 0; i < pageCount(); ++i) {
-        const auto dot = std::make_shared<desktop::DesktopView>(
-            platform::Rect{{i * metrics_.pageDotPitch, 0}, {side, side}});
-        dot->setBackgroundColor({1, 1, 1, i + 1 == page_ ? 1 : kInactiveDotAlpha});
-        dot->desktopLayer()->appearance.cornerRadius = side / 2;
-        control->addSubview(dot);
-    }
-    return control;
+    list.addIconView(view);
+    return view;
 }
 
 void HomeScreen::showPage(int page) {
@@ -143,52 +133,58 @@ void HomeScreen::showPage(int page) {
         return;
     }
     page_ = nearest;
-    for (const platform::ViewRef& view : {pageList_, pageControl_}) {
-        if (view != nullptr) {
-            view->removeFromSuperview();
-        }
+    if (pageList_ != nullptr) {
+        pageList_->removeFromSuperview();
     }
-    pageList_ = std::make_shared<NamedView>("SBRootIconListView", screenBounds());
+    pageList_ = std::make_shared<IconListView>("SBRootIconListView", context_.bounds());
     pageIcons_.clear();
     for (const IconSlot& slot : layout_.pages[static_cast<std::size_t>(page_ - 1)]) {
-        pageIcons_.push_back(makeIcon(slot, {0, 0}, true));
-        pageList_->addSubview(pageIcons_.back().view);
+        pageIcons_.push_back({slot, true, addIcon(*pageList_, slot, {0, 0}, true)});
     }
-    pageControl_ = makePageControl();
     window_->addSubview(pageList_);
+    if (pageControl_ == nullptr) {
+        pageControl_ = std::make_shared<PageControl>(
+            context_, platform::Point{device_.screen.width / 2, context_.metrics.pageDotsY},
+            pageCount(), true);
+    }
+    pageControl_->setCurrentPage(page_);
     window_->addSubview(pageControl_);
 }
 
 void HomeScreen::layoutViews() {
-    layoutTree(services_.runtime, window_);
+    layoutTree(context_.runtime, window_);
 }
 
 std::shared_ptr<desktop::DesktopBitmapImage> HomeScreen::draw() const {
-    const double scale = device_.screen.scale;
-    return desktop::renderTree(
-        window_, {toPixels(device_.screen.width, scale), toPixels(device_.screen.height, scale)},
-        scale);
+    return desktop::renderTree(window_, pixelSize(), context_.scale());
 }
 
 std::vector<ShownIcon> HomeScreen::shownIcons() const {
     std::vector<ShownIcon> icons;
-    const double scale = device_.screen.scale;
-    const bool dockHasLabels = metrics_.dockStyle == DockStyle::classic;
-    const auto add = [&](const std::vector<Placed>& placed, bool labels) {
-        for (const Placed& icon : placed) {
-            const App& app = *icon.slot->app;
-            const std::string identifier(app.bundleIdentifier);
+    const double scale = context_.scale();
+    for (const std::vector<Placed>* const placed : {&pageIcons_, &dockIcons_}) {
+        for (const Placed& icon : *placed) {
+            const std::string identifier = identifierOf(icon.slot.item);
             icons.push_back({.bundleIdentifier = identifier,
-                             .label = labels ? std::string(app.name) : std::string(),
-                             .x = icon.slot->icon.origin.x * scale,
-                             .y = icon.slot->icon.origin.y * scale,
-                             .side = icon.slot->icon.size.width * scale,
-                             .stockImageRequests = services_.stockImages.requests(identifier)});
+                             .label = icon.hasLabel ? nameOf(icon.slot.item) : std::string(),
+                             .x = icon.slot.icon.origin.x * scale,
+                             .y = icon.slot.icon.origin.y * scale,
+                             .side = icon.slot.icon.size.width * scale,
+                             .stockImageRequests = context_.stockImages.requests(identifier)});
         }
-    };
-    add(pageIcons_, true);
-    add(dockIcons_, dockHasLabels);
+    }
     return icons;
+}
+
+std::shared_ptr<IconView> HomeScreen::iconView(const std::string& identifier) const {
+    for (const std::vector<Placed>* const placed : {&pageIcons_, &dockIcons_}) {
+        for (const Placed& icon : *placed) {
+            if (identifierOf(icon.slot.item) == identifier) {
+                return icon.view;
+            }
+        }
+    }
+    return nullptr;
 }
 
 }  // namespace velmoranth::simulator

@@ -5,14 +5,20 @@
 #include "desktop/imaging/bitmap_image.h"
 #include "desktop/imaging/images.h"
 #include "desktop/runtime/runtime.h"
+#include "desktop/views/views.h"
 #include "platform/uikit.h"
+#include "simulator/backdrop.h"
 #include "simulator/device.h"
+#include "simulator/dock_views.h"
 #include "simulator/home_screen_layout.h"
-#include "simulator/home_screen_objects.h"
+#include "simulator/icon_views.h"
+#include "simulator/page_control.h"
 #include "simulator/picture.h"
+#include "simulator/screen_context.h"
 #include "simulator/stock_images.h"
 
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace velmoranth::simulator {
@@ -24,10 +30,15 @@ class HomeScreen {
     struct Services {
         desktop::Runtime& runtime;
         const desktop::DesktopImages& images;
-        const StockImages& stockImages;
+        StockImages& stockImages;
+        desktop::DesktopViews& views;
     };
 
     HomeScreen(DeviceConfiguration device, const Services& services);
+    ~HomeScreen() = default;
+    // Its views refer to it.
+    HomeScreen(const HomeScreen&) = delete;
+    HomeScreen& operator=(const HomeScreen&) = delete;
 
     // Pages count from 1; a number beyond either end shows the nearest.
     void showPage(int page);
@@ -46,28 +57,36 @@ class HomeScreen {
     // The icons in the picture, the page's row by row, then the dock's.
     [[nodiscard]] std::vector<ShownIcon> shownIcons() const;
 
+    // The icon view of that identifier on the page or in the dock; nil when it is not shown.
+    [[nodiscard]] std::shared_ptr<IconView> iconView(const std::string& identifier) const;
+
+    [[nodiscard]] const ScreenContext& context() const { return context_; }
+
   private:
+    void makeWallpaper();
+    void addPhoneDock();
+    void addFloatingDock();
+    [[nodiscard]] platform::ImageRef material(const platform::Rect& frame,
+                                              const BackdropStyle& style) const;
+    // `origin` is the superview's on the screen.
+    [[nodiscard]] std::shared_ptr<IconView> addIcon(IconListView& list, const IconSlot& slot,
+                                                    const platform::Point& origin, bool withLabel);
+    [[nodiscard]] desktop::PixelSize pixelSize() const;
+
     struct Placed {
-        const IconSlot* slot;
+        IconSlot slot;
+        bool hasLabel;
         std::shared_ptr<IconView> view;
     };
 
-    void addWallpaperAndDock();
-    [[nodiscard]] platform::ViewRef makeDockBackground(const desktop::DesktopBitmapImage& wallpaper,
-                                                       const platform::Rect& frame) const;
-    [[nodiscard]] platform::ViewRef makePageControl() const;
-    [[nodiscard]] Placed makeIcon(const IconSlot& slot, const platform::Point& origin,
-                                  bool withLabel) const;
-    [[nodiscard]] platform::Rect screenBounds() const;
-
     DeviceConfiguration device_;
-    Services services_;
-    const HomeScreenMetrics& metrics_;
+    ScreenContext context_;
     HomeScreenLayout layout_;
     int page_ = 0;
+    std::shared_ptr<desktop::DesktopBitmapImage> wallpaper_;
     platform::ViewRef window_;
-    platform::ViewRef pageList_;
-    platform::ViewRef pageControl_;
+    std::shared_ptr<IconListView> pageList_;
+    std::shared_ptr<PageControl> pageControl_;
     std::vector<Placed> pageIcons_;
     std::vector<Placed> dockIcons_;
 };

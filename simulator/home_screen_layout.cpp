@@ -11,8 +11,9 @@ namespace {
 // re-creations of the screen. 375 × 812: grid after a public re-creation made on iOS 11, dock from
 // a real 1125 × 2436 screenshot, page dots midway between the last labels and the dock. 768 × 1024:
 // grid after a public re-creation of iOS 10 in portrait, which iOS 12 kept and iPadOS 13 calls
-// "bigger"; the floating dock, the label's size and all status bars are estimates.
-constexpr std::array<HomeScreenMetrics, 3> kMetrics{{
+// "bigger"; the floating dock, the label's size, the pad held sideways and all status bars are
+// estimates.
+constexpr std::array<HomeScreenMetrics, 4> kMetrics{{
     {.kind = DeviceKind::phone,
      .screenWidth = 375,
      .screenHeight = 812,
@@ -85,6 +86,30 @@ constexpr std::array<HomeScreenMetrics, 3> kMetrics{{
      .statusBarHeight = 20,
      .statusTimeX = 384,
      .statusTimeSize = 12},
+    {.kind = DeviceKind::pad,
+     .screenWidth = 1024,
+     .screenHeight = 768,
+     .columns = 5,
+     .rows = 4,
+     .iconSide = 76,
+     .firstIcon = {100, 70},
+     .pitchX = 187,
+     .pitchY = 142,
+     .labelSize = 14,
+     .labelBaseline = 19,
+     .dockStyle = DockStyle::floating,
+     .dockHeight = 104,
+     .dockInset = 20,
+     .dockBottom = 10,
+     .dockRadius = 31,
+     .dockIconTop = 14,
+     .dockIconGap = 20,
+     .pageDotsY = 634,
+     .pageDotSide = 8,
+     .pageDotPitch = 18,
+     .statusBarHeight = 20,
+     .statusTimeX = 512,
+     .statusTimeSize = 12},
 }};
 
 // Share of the type's size from the middle of a line's box down to the baseline, and the box's
@@ -99,7 +124,8 @@ platform::Rect dockFrameOf(const HomeScreenMetrics& metrics, const ScreenDescrip
     const double y = screen.height - metrics.dockBottom - metrics.dockHeight;
     double width = screen.width - 2 * metrics.dockInset;
     if (metrics.dockStyle == DockStyle::floating) {
-        const double needed = iconCount * metrics.iconSide + (iconCount + 1) * metrics.dockIconGap;
+        // The divider has a gap on either side of its own.
+        const double needed = iconCount * metrics.iconSide + (iconCount + 2) * metrics.dockIconGap;
         width = std::min(width, needed);
     }
     const double x = snapToPixels((screen.width - width) / 2, screen.scale);
@@ -133,10 +159,18 @@ double snapToPixels(double points, double scale) {
     return scale > 0 ? std::round(points * scale) / scale : points;
 }
 
+LabelPlace labelPlace(const HomeScreenMetrics& metrics, double scale) {
+    const double height = std::ceil(metrics.labelSize * kLineHeight);
+    return {.width = metrics.pitchX - kLabelMargin,
+            .top = snapToPixels(
+                metrics.labelBaseline - kMiddleToBaseline * metrics.labelSize - height / 2, scale),
+            .height = height};
+}
+
 HomeScreenLayout layoutHomeScreen(const HomeScreenMetrics& metrics,
                                   const ScreenDescription& screen) {
-    const auto slot = [&](const App& app, double x, double y) {
-        return IconSlot{&app,
+    const auto slot = [&](const HomeScreenItem& item, double x, double y) {
+        return IconSlot{item,
                         {{snapToPixels(x, screen.scale), snapToPixels(y, screen.scale)},
                          {metrics.iconSide, metrics.iconSide}}};
     };
@@ -144,12 +178,12 @@ HomeScreenLayout layoutHomeScreen(const HomeScreenMetrics& metrics,
     layout.pages.emplace_back();
     int row = 0;
     int column = 0;
-    for (const App& app : homeScreenApps()) {
+    for (const HomeScreenItem& item : homeScreenItems()) {
         if (row == metrics.rows) {
             layout.pages.emplace_back();
             row = 0;
         }
-        layout.pages.back().push_back(slot(app, metrics.firstIcon.x + column * metrics.pitchX,
+        layout.pages.back().push_back(slot(item, metrics.firstIcon.x + column * metrics.pitchX,
                                            metrics.firstIcon.y + row * metrics.pitchY));
         if (++column == metrics.columns) {
             column = 0;
@@ -157,17 +191,21 @@ HomeScreenLayout layoutHomeScreen(const HomeScreenMetrics& metrics,
         }
     }
     const std::span<const App> dock = dockApps();
-    layout.dockFrame = dockFrameOf(metrics, screen, static_cast<double>(dock.size()));
+    const bool isFloating = metrics.dockStyle == DockStyle::floating;
+    const std::span<const App> suggested = isFloating ? suggestedApps() : std::span<const App>();
+    layout.dockFrame =
+        dockFrameOf(metrics, screen, static_cast<double>(dock.size() + suggested.size()));
+    const double top = layout.dockFrame.origin.y + metrics.dockIconTop;
+    double index = 0;
     for (const App& app : dock) {
         layout.dock.push_back(
-            slot(app, dockIconX(metrics, layout.dockFrame, static_cast<double>(layout.dock.size())),
-                 layout.dockFrame.origin.y + metrics.dockIconTop));
+            slot({&app, nullptr}, dockIconX(metrics, layout.dockFrame, index++), top));
     }
-    layout.labelWidth = metrics.pitchX - kLabelMargin;
-    layout.labelHeight = std::ceil(metrics.labelSize * kLineHeight);
-    layout.labelTop = snapToPixels(
-        metrics.labelBaseline - kMiddleToBaseline * metrics.labelSize - layout.labelHeight / 2,
-        screen.scale);
+    layout.dividerX = dockIconX(metrics, layout.dockFrame, index);
+    for (const App& app : suggested) {
+        const double x = dockIconX(metrics, layout.dockFrame, index++) + metrics.dockIconGap;
+        layout.suggested.push_back(slot({&app, nullptr}, x, top));
+    }
     return layout;
 }
 

@@ -54,18 +54,26 @@ struct HomeScreenMetrics {
 // A length rounded to the pixels of the screen.
 [[nodiscard]] double snapToPixels(double points, double scale);
 
+// The box of a label under an icon.
+struct LabelPlace {
+    double width = 0;  // widest
+    double top = 0;    // below the icon's bottom edge
+    double height = 0;
+};
+
+[[nodiscard]] LabelPlace labelPlace(const HomeScreenMetrics& metrics, double scale);
+
 struct IconSlot {
-    const App* app;       // of the tables, never null
+    HomeScreenItem item;
     platform::Rect icon;  // on the screen
 };
 
 struct HomeScreenLayout {
     std::vector<std::vector<IconSlot>> pages;  // at least one
     std::vector<IconSlot> dock;
-    platform::Rect dockFrame;
-    double labelWidth = 0;  // widest
-    double labelTop = 0;    // of the label's box, below the icon's bottom edge
-    double labelHeight = 0;
+    std::vector<IconSlot> suggested;  // to the right of a floating dock's divider; else none
+    platform::Rect dockFrame;         // what the dock's background covers
+    double dividerX = 0;              // middle of a floating dock's divider
 };
 
 [[nodiscard]] HomeScreenLayout layoutHomeScreen(const HomeScreenMetrics& metrics,

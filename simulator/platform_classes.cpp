@@ -1,12 +1,19 @@
 #include "simulator/platform_classes.h"
 
+#include "desktop/views/view_node.h"
 #include "platform/springboard.h"
+#include "simulator/dock_views.h"
+#include "simulator/folder_icon_views.h"
+#include "simulator/icon_views.h"
+#include "simulator/page_control.h"
 
 #include <array>
+#include <cstdint>
 #include <functional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace velmoranth::simulator {
 namespace {
@@ -15,6 +22,7 @@ using desktop::Runtime;
 using platform::ImageRef;
 using platform::NullableString;
 using platform::SBIconRef;
+using platform::ViewRef;
 
 enum class Systems { both, only12, only13 };
 
@@ -45,9 +53,16 @@ constexpr std::array kClasses{
     ClassRow{"SBApplicationIcon", "SBLeafIcon"},
     ClassRow{"SBCalendarApplicationIcon", "SBApplicationIcon"},
     ClassRow{"SBClockApplicationIcon", "SBApplicationIcon"},
-    ClassRow{"SBHIconImageCache", "NSObject", Systems::only13},
+    ClassRow{"SBFolderIcon", "SBIcon"},
+    ClassRow{"SBHIconImageCache", "NSObject"},
+    ClassRow{"SBFolderIconImageCache", "NSObject"},
+    ClassRow{"SBIconLabelImage", "UIImage"},
     ClassRow{"SBIconView", "UIView"},
     ClassRow{"SBIconImageView", "UIView"},
+    ClassRow{"SBFolderIconImageView", "SBIconImageView"},
+    ClassRow{"SBFolderIconBackgroundView", "UIView", Systems::only12},
+    ClassRow{"SBIconBadgeView", "UIView"},
+    ClassRow{"SBDarkeningImageView", "UIImageView"},
     ClassRow{"SBIconLegibilityLabelView", "_UILegibilityView"},
     ClassRow{"SBIconListPageControl", "UIPageControl"},
     ClassRow{"SBIconListView", "UIView"},
@@ -69,19 +84,140 @@ struct FormatRow {
     double side;  // points
 };
 
+// A miniature's side as a share of the folder icon's: 13 points on 60.
+constexpr double kGridCellShare = 13.0 / 60;
+
 constexpr std::array kFormats{FormatRow{0, 29}, FormatRow{1, 40}, FormatRow{5, 20}};
 
 void addViewMethods(const PlatformObjects& objects) {
     Runtime& runtime = objects.runtime;
+    using desktop::ViewNode;
     runtime.addInstanceMethod("UIView", "layoutSubviews",
                               std::function<void(platform::View&)>([](platform::View&) {}));
     runtime.addInstanceMethod(
-        "SBIconView", "layoutSubviews",
-        std::function<void(IconView&)>([](IconView& view) { view.placeSubviews(); }));
+        "UIView", "setHidden:",
+        std::function<void(platform::View&, bool)>(
+            [](platform::View& view, bool hidden) { view.setHidden(hidden); }));
+    runtime.addInstanceMethod(
+        "UIView", "setAlpha:",
+        std::function<void(platform::View&, double)>(
+            [](platform::View& view, double alpha) { view.setAlpha(alpha); }));
+    runtime.addInstanceMethod(
+        "UIView", "isHidden",
+        std::function<bool(ViewNode&)>([](const ViewNode& node) { return node.isHidden(); }));
+    runtime.addInstanceMethod(
+        "UIView", "alpha",
+        std::function<double(ViewNode&)>([](const ViewNode& node) { return node.alpha(); }));
+}
+
+// Where a class's layoutSubviews is what its view does in placeSubviews.
+template <class ViewType>
+void addLayout(Runtime& runtime, const char* className) {
+    runtime.addInstanceMethod(
+        className, "layoutSubviews",
+        std::function<void(ViewType&)>([](ViewType& view) { view.placeSubviews(); }));
+}
+
+void addIconViewMethods(const PlatformObjects& objects) {
+    Runtime& runtime = objects.runtime;
+    addLayout<IconView>(runtime, "SBIconView");
     runtime.addInstanceMethod("SBIconImageView", "layoutSubviews",
                               std::function<void(IconImageView&)>([&runtime](IconImageView& view) {
                                   view.setContents(runtime.send<ImageRef>(view, "contentsImage"));
                               }));
+    runtime.addInstanceMethod(
+        "SBIconImageView", "darkeningOverlayImage",
+        std::function<ImageRef(platform::SBIconImageView&)>([objects](platform::SBIconImageView&) {
+            return objects.stockImages.darkeningOverlay(objects.iconSide, objects.screenScale);
+        }));
+    runtime.addInstanceMethod(
+        "SBIconLabelImage", "_initWithCGImage:scale:orientation:parameters:maxSizeOffset:",
+        std::function<ImageRef(IconLabelImage&, platform::BitmapImageRef, double, std::int64_t,
+                               platform::ObjectRef, platform::Point)>(
+            [](IconLabelImage& image, platform::BitmapImageRef bitmap, double scale, std::int64_t,
+               const platform::ObjectRef&,
+               platform::Point) { return image.init(std::move(bitmap), scale); }));
+    addLayout<IconBadgeView>(runtime, "SBIconBadgeView");
+    runtime.addInstanceVariable("SBIconBadgeView", "_backgroundView",
+                                std::function<platform::ObjectRef(IconBadgeView&)>(
+                                    [](IconBadgeView& view) { return view.backgroundView(); }));
+    // About as wide as an icon, which a badge is not to outgrow.
+    runtime.addClassMethod("SBIconBadgeView", "_maxTextWidth",
+                           std::function<double(platform::Class&)>(
+                               [objects](platform::Class&) { return objects.iconSide * 0.8; }));
+}
+
+void addFolderIconMethods(const PlatformObjects& objects) {
+    Runtime& runtime = objects.runtime;
+    addLayout<FolderIconImageView>(runtime, "SBFolderIconImageView");
+    runtime.addInstanceMethod("SBFolderIconImageView", "initWithFrame:",
+                              std::function<ViewRef(FolderIconImageView&, platform::Rect)>(
+                                  [](FolderIconImageView& view, const platform::Rect& frame) {
+                                      return view.init(frame);
+                                  }));
+    runtime.addInstanceVariable(
+        "SBFolderIconImageView", "_backgroundView",
+        std::function<platform::ObjectRef(FolderIconImageView&)>(
+            [](FolderIconImageView& view) { return view.backgroundView(); }));
+    runtime.addInstanceMethod(
+        "SBFolderIconImageCache", "gridCellImageForIcon:",
+        std::function<ImageRef(platform::SBFolderIconImageCache&, SBIconRef)>(
+            [objects](platform::SBFolderIconImageCache&, const SBIconRef& icon) -> ImageRef {
+                if (icon == nullptr) {
+                    return nullptr;
+                }
+                return objects.stockImages.icon(icon->nodeIdentifier().value_or(""),
+                                                objects.iconSide * kGridCellShare,
+                                                objects.screenScale, IconMasking::masked);
+            }));
+}
+
+void addDockMethods(const PlatformObjects& objects) {
+    Runtime& runtime = objects.runtime;
+    using platform::ObjectRef;
+    addLayout<DockView>(runtime, "SBDockView");
+    runtime.addInstanceVariable(
+        "SBDockView", "_backgroundView",
+        std::function<ObjectRef(DockView&)>([](DockView& dock) { return dock.backgroundView(); }));
+    runtime.addInstanceVariable(
+        "SBDockView", "_highlightView",
+        std::function<ObjectRef(DockView&)>([](DockView& dock) { return dock.highlightView(); }));
+    runtime.addInstanceVariable(
+        "SBDockView", "_iconListView",
+        std::function<ObjectRef(DockView&)>([](DockView& dock) { return dock.iconListView(); }));
+    addLayout<FloatingDockView>(runtime, "SBFloatingDockView");
+    runtime.addInstanceMethod("SBFloatingDockView", "userIconListView",
+                              std::function<platform::SBIconListViewRef(FloatingDockView&)>(
+                                  [](FloatingDockView& dock) { return dock.userList(); }));
+    runtime.addInstanceMethod("SBFloatingDockView", "dividerView",
+                              std::function<ViewRef(FloatingDockView&)>(
+                                  [](FloatingDockView& dock) { return dock.divider(); }));
+    addLayout<FloatingDockPlatterView>(runtime, "SBFloatingDockPlatterView");
+    runtime.addInstanceVariable(
+        "SBFloatingDockPlatterView", "_backgroundView",
+        std::function<ObjectRef(FloatingDockPlatterView&)>(
+            [](FloatingDockPlatterView& platter) { return platter.backgroundView(); }));
+    runtime.addInstanceVariable(
+        "SBFloatingDockPlatterView", "_shadowView",
+        std::function<ObjectRef(FloatingDockPlatterView&)>(
+            [](FloatingDockPlatterView& platter) { return platter.shadowView(); }));
+}
+
+void addPageControlMethods(const PlatformObjects& objects) {
+    Runtime& runtime = objects.runtime;
+    addLayout<PageControl>(runtime, "SBIconListPageControl");
+    runtime.addInstanceMethod("SBIconListPageControl", "_iconListIndicatorImage:",
+                              std::function<ImageRef(platform::SBIconListPageControl&, bool)>(
+                                  [objects](platform::SBIconListPageControl&, bool isCurrent) {
+                                      return objects.stockImages.pageDot(
+                                          objects.pageDotSide, objects.screenScale, isCurrent);
+                                  }));
+    runtime.addInstanceMethod("SBIconListPageControl", "_searchIndicatorImage:",
+                              std::function<ImageRef(platform::SBIconListPageControl&, bool)>(
+                                  [objects](platform::SBIconListPageControl&, bool isCurrent) {
+                                      return objects.stockImages.searchDot(
+                                          objects.pageDotSide, objects.screenScale, isCurrent);
+                                  }));
 }
 
 void addImageMethods(const PlatformObjects& objects) {
@@ -136,8 +272,8 @@ void addIconMethodsOf12(const PlatformObjects& objects) {
             }));
 }
 
-// The home screen has one cache that every view asks.
-void addIconMethodsOf13(const PlatformObjects& objects) {
+// The home screen's cache of icon images, which views ask on iOS 13.
+void addIconImageCacheMethods(const PlatformObjects& objects) {
     Runtime& runtime = objects.runtime;
     const auto cached = [&objects](IconMasking masking) {
         return std::function<ImageRef(platform::SBHIconImageCache&, SBIconRef)>(
@@ -152,6 +288,10 @@ void addIconMethodsOf13(const PlatformObjects& objects) {
     runtime.addInstanceMethod("SBHIconImageCache", "imageForIcon:", cached(IconMasking::masked));
     runtime.addInstanceMethod("SBHIconImageCache",
                               "unmaskedImageForIcon:", cached(IconMasking::unmasked));
+}
+
+void addIconMethodsOf13(const PlatformObjects& objects) {
+    Runtime& runtime = objects.runtime;
     runtime.addInstanceMethod("SBIconImageView", "contentsImage",
                               std::function<ImageRef(platform::SBIconImageView&)>(
                                   [objects](platform::SBIconImageView& view) {
@@ -168,8 +308,11 @@ void registerPlatformClasses(const SystemVersion& system, const PlatformObjects&
             objects.runtime.addClass(std::string(row.name), std::string(row.superclass));
         }
     }
-    addViewMethods(objects);
-    addImageMethods(objects);
+    for (const auto& add :
+         {addViewMethods, addIconViewMethods, addFolderIconMethods, addDockMethods,
+          addPageControlMethods, addImageMethods, addIconImageCacheMethods}) {
+        add(objects);
+    }
     if (system.major < 13) {
         addIconMethodsOf12(objects);
     } else {

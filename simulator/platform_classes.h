@@ -6,7 +6,7 @@
 #include "desktop/runtime/runtime.h"
 #include "platform/uikit.h"
 #include "simulator/device.h"
-#include "simulator/home_screen_objects.h"
+#include "simulator/icons.h"
 #include "simulator/stock_images.h"
 
 #include <memory>
@@ -17,9 +17,10 @@ namespace velmoranth::simulator {
 struct PlatformObjects {
     desktop::Runtime& runtime;
     StockImages& stockImages;
-    // iOS 13's cache of icon images; on iOS 12 there is none.
+    // What icon views ask on iOS 13.
     std::shared_ptr<IconImageCache> iconImageCache;
     double iconSide;     // points, on the home screen
+    double pageDotSide;  // points
     double screenScale;  // pixels per point
 };
 

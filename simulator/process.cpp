@@ -58,6 +58,20 @@ class LineLog final : public platform::SystemLog {
     SimulatedProcess::LogLine logLine_;
 };
 
+class SimulatedSpringBoard final : public platform::SpringBoard {
+  public:
+    explicit SimulatedSpringBoard(desktop::Runtime& runtime) : runtime_(runtime) {}
+
+    platform::SBIconControllerRef sharedInstance(const platform::ClassRef& cls) override {
+        return cls == nullptr
+                   ? nullptr
+                   : runtime_.send<platform::SBIconControllerRef>(*cls, "sharedInstance");
+    }
+
+  private:
+    desktop::Runtime& runtime_;
+};
+
 }  // namespace
 
 // In the order in which the services need each other.
@@ -80,6 +94,7 @@ struct SimulatedProcess::Services {
     desktop::DesktopViews views;
     desktop::DesktopDevice currentDevice;
     desktop::DesktopScreen mainScreen;
+    SimulatedSpringBoard springBoard;
     desktop::RecordedAudioSession audioSession;
     StockImages stockImages;
     std::optional<HomeScreen> homeScreen;  // after the classes and the engine
@@ -105,8 +120,10 @@ SimulatedProcess::Services::Services(
       imageContexts(device.screen.scale, imageDescription(device.system)),
       images(imagesConfiguration(device, root), imageContexts),
       currentDevice(device.kind == DeviceKind::pad ? desktop::InterfaceIdiom::pad
-                                                   : desktop::InterfaceIdiom::phone),
-      mainScreen(device.screen.scale),
+                                                   : desktop::InterfaceIdiom::phone,
+                    static_cast<int>(device.orientation)),
+      mainScreen(device.screen.scale, {device.screen.width, device.screen.height}),
+      springBoard(runtime),
       stockImages(images) {
     images.setSendApplicationIconImage([this](const platform::NullableString& bundleIdentifier,
                                               int format, double scale) {
@@ -128,14 +145,15 @@ SimulatedProcess::Services::Services(
                            .views = views,
                            .device = currentDevice,
                            .screen = mainScreen,
+                           .springBoard = springBoard,
                            .audioSession = audioSession});
     registerPlatformClasses(
-        device.system,
-        {.runtime = runtime,
-         .stockImages = stockImages,
-         .iconImageCache = device.system.major < 13 ? nullptr : std::make_shared<IconImageCache>(),
-         .iconSide = homeScreenMetrics(device.kind, device.screen).iconSide,
-         .screenScale = device.screen.scale});
+        device.system, {.runtime = runtime,
+                        .stockImages = stockImages,
+                        .iconImageCache = std::make_shared<IconImageCache>(),
+                        .iconSide = homeScreenMetrics(device.kind, device.screen).iconSide,
+                        .pageDotSide = homeScreenMetrics(device.kind, device.screen).pageDotSide,
+                        .screenScale = device.screen.scale});
 }
 
 desktop::Result<std::unique_ptr<SimulatedProcess>> SimulatedProcess::start(
@@ -160,9 +178,9 @@ desktop::Result<std::unique_ptr<SimulatedProcess>> SimulatedProcess::start(
             return tl::unexpected(std::move(loaded.error()));
         }
     }
-    services->homeScreen.emplace(
-        services->device,
-        HomeScreen::Services{services->runtime, services->images, services->stockImages});
+    services->homeScreen.emplace(services->device,
+                                 HomeScreen::Services{services->runtime, services->images,
+                                                      services->stockImages, services->views});
     services->homeScreen->showPage(request.page);
     return std::unique_ptr<SimulatedProcess>(new SimulatedProcess(std::move(services)));
 }

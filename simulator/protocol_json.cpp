@@ -122,6 +122,7 @@ json deviceToJson(const DeviceConfiguration& device) {
          {{"width", device.screen.width},
           {"height", device.screen.height},
           {"scale", device.screen.scale}}},
+        {"landscape", device.orientation == Orientation::landscape},
         {"machine", device.machine},
         {"locale", device.locale},
         {"exactFiles", device.exactFiles},
@@ -146,6 +147,9 @@ bool deviceFromJson(const json& value, DeviceConfiguration& device) {
     bool pad = false;
     reader.read("pad", pad);
     device.kind = pad ? DeviceKind::pad : DeviceKind::phone;
+    bool landscape = false;
+    reader.read("landscape", landscape);
+    device.orientation = landscape ? Orientation::landscape : Orientation::portrait;
     reader.read("machine", device.machine);
     reader.read("locale", device.locale);
     reader.read("exactFiles", device.exactFiles);

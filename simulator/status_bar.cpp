@@ -2,7 +2,7 @@
 
 #include "desktop/text/text.h"
 #include "desktop/views/views.h"
-#include "simulator/home_screen_objects.h"
+#include "simulator/named_views.h"
 
 #include <cmath>
 #include <cstdio>

@@ -1,14 +1,22 @@
 #include "simulator/stock_images.h"
 
 #include "desktop/imaging/bitmap_image.h"
+#include "desktop/imaging/graphics_context.h"
 #include "simulator/artwork/artwork.h"
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <utility>
 #include <vector>
 
 namespace velmoranth::simulator {
+namespace {
+
+constexpr platform::Color kBadgeColor{1, 59.0 / 255, 48.0 / 255, 1};
+constexpr double kInactiveDotAlpha = 0.4;
+
+}  // namespace
 
 platform::ImageRef StockImages::icon(const std::string& bundleIdentifier, double side, double scale,
                                      IconMasking masking) {
@@ -34,6 +42,37 @@ platform::ImageRef StockImages::icon(const std::string& bundleIdentifier, double
                               scale);
     }
     return icon;
+}
+
+platform::ImageRef StockImages::badgeBackground(platform::Size size, double scale) {
+    return filled(size, scale, kBadgeColor, std::min(size.width, size.height) / 2);
+}
+
+platform::ImageRef StockImages::pageDot(double side, double scale, bool isCurrent) {
+    return filled({side, side}, scale, {1, 1, 1, isCurrent ? 1 : kInactiveDotAlpha}, side / 2);
+}
+
+platform::ImageRef StockImages::searchDot(double side, double scale, bool isCurrent) {
+    return filled({side, side}, scale, {1, 1, 1, isCurrent ? 1 : kInactiveDotAlpha}, side / 2);
+}
+
+platform::ImageRef StockImages::darkeningOverlay(double side, double scale) {
+    return filled({side, side}, scale, platform::kBlackColor, side * kIconCornerRadiusShare);
+}
+
+platform::ImageRef StockImages::filled(platform::Size size, double scale,
+                                       const platform::Color& color, double radius) const {
+    const auto context = desktop::DesktopGraphicsContext::create(
+        {.size =
+             {static_cast<std::size_t>(std::lround(std::clamp(size.width * scale, 0.0, 4096.0))),
+              static_cast<std::size_t>(std::lround(std::clamp(size.height * scale, 0.0, 4096.0)))},
+         .scale = scale});
+    if (context == nullptr) {
+        return nullptr;
+    }
+    context->fillRect({{0, 0}, size}, color, radius);
+    return images_.makeImage(
+        std::dynamic_pointer_cast<desktop::DesktopBitmapImage>(context->createImage()), scale);
 }
 
 int StockImages::requests(const std::string& bundleIdentifier) const {

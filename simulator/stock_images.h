@@ -28,6 +28,16 @@ class StockImages {
     [[nodiscard]] platform::ImageRef icon(const std::string& bundleIdentifier, double side,
                                           double scale, IconMasking masking);
 
+    // The furniture's images, at `scale` pixels per point. Nil for a size that cannot be drawn.
+    // The background of a badge of that size (points).
+    [[nodiscard]] platform::ImageRef badgeBackground(platform::Size size, double scale);
+    // A dot of the page control, `side` points across: of the current page, or of another.
+    [[nodiscard]] platform::ImageRef pageDot(double side, double scale, bool isCurrent);
+    // The magnifier that stands for the search page.
+    [[nodiscard]] platform::ImageRef searchDot(double side, double scale, bool isCurrent);
+    // Black, in the shape of an icon of `side` points.
+    [[nodiscard]] platform::ImageRef darkeningOverlay(double side, double scale);
+
     // How often icon() was called for the app.
     [[nodiscard]] int requests(const std::string& bundleIdentifier) const;
 
@@ -40,6 +50,9 @@ class StockImages {
 
         friend auto operator<=>(const Key&, const Key&) = default;
     };
+
+    [[nodiscard]] platform::ImageRef filled(platform::Size size, double scale,
+                                            const platform::Color& color, double radius) const;
 
     const desktop::DesktopImages& images_;
     mutable std::mutex mutex_;

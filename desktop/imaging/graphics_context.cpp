@@ -125,6 +125,16 @@ void DesktopGraphicsContext::translateCTM(double x, double y) {
     }
 }
 
+void DesktopGraphicsContext::scaleCTM(double x, double y) {
+    UserTransform& transform = state_.transform;
+    const double scaleX = transform.scaleX * x;
+    const double scaleY = transform.scaleY * y;
+    if (std::isfinite(scaleX) && std::isfinite(scaleY)) {
+        transform.scaleX = scaleX;
+        transform.scaleY = scaleY;
+    }
+}
+
 void DesktopGraphicsContext::drawLinearGradient(const platform::GradientRef& gradient,
                                                 platform::Point start, platform::Point end,
                                                 std::uint32_t options) {

@@ -74,6 +74,10 @@ class DesktopGraphicsContext final : public platform::GraphicsContext {
                             platform::Point end, std::uint32_t options) override;
     [[nodiscard]] platform::BitmapImageRef createImage() override;
 
+    // Scales the user space about its origin. Not finite numbers do nothing; 0 leaves nothing to
+    // draw on.
+    void scaleCTM(double x, double y);
+
     [[nodiscard]] PixelSize size() const { return configuration_.size; }
 
     [[nodiscard]] double scale() const { return configuration_.scale; }

@@ -93,17 +93,17 @@ void DesktopGraphicsContext::clipToRect(const Rect& rect, double cornerRadius) {
     }
     const std::size_t width = unsignedOf(shown.right - shown.left);
     const std::size_t height = unsignedOf(shown.bottom - shown.top);
-    const double radius = std::max(cornerRadius, 0.0) * configuration_.scale;
+    const double radius = std::max(cornerRadius, 0.0);
     const auto left = static_cast<double>(shown.left);
     const auto top = static_cast<double>(shown.top);
-    auto mask =
-        std::make_shared<std::vector<std::uint8_t>>(coverageOf({.left = device.left - left,
-                                                                .top = device.top - top,
-                                                                .right = device.right - left,
-                                                                .bottom = device.bottom - top,
-                                                                .radiusX = radius,
-                                                                .radiusY = radius},
-                                                               width, height));
+    auto mask = std::make_shared<std::vector<std::uint8_t>>(
+        coverageOf({.left = device.left - left,
+                    .top = device.top - top,
+                    .right = device.right - left,
+                    .bottom = device.bottom - top,
+                    .radiusX = radius * std::abs(state_.transform.scaleX),
+                    .radiusY = radius * std::abs(state_.transform.scaleY)},
+                   width, height));
     if (state_.clipMask != nullptr) {
         for (std::size_t y = 0; y < height; ++y) {
             multiplyCoverage(mask->data() + y * width,
@@ -131,15 +131,15 @@ void DesktopGraphicsContext::fillRect(const Rect& rect, const platform::Color& c
                        isWhole(device.right) && isWhole(device.bottom);
     std::vector<std::uint8_t> coverage;
     if (!sharp) {
-        const double radius = std::max(cornerRadius, 0.0) * configuration_.scale;
+        const double radius = std::max(cornerRadius, 0.0);
         const auto left = static_cast<double>(shown.left);
         const auto top = static_cast<double>(shown.top);
         coverage = coverageOf({.left = device.left - left,
                                .top = device.top - top,
                                .right = device.right - left,
                                .bottom = device.bottom - top,
-                               .radiusX = radius,
-                               .radiusY = radius},
+                               .radiusX = radius * std::abs(state_.transform.scaleX),
+                               .radiusY = radius * std::abs(state_.transform.scaleY)},
                               width, height);
     }
     const auto byteOf = [alpha](double value) {

@@ -71,6 +71,7 @@ class RuntimeClass final : public platform::Class,
     }
 
     Methods methods;
+    Methods variables;                  // getters by the variables' names
     RuntimeClass* metaclass = nullptr;  // null for a metaclass
     // Of a class; guarded by the runtime's initialization lock unless it is `done`.
     std::atomic<Initialization> initialization = Initialization::notYet;
@@ -240,6 +241,29 @@ bool Runtime::isKindOf(const platform::ClassRef& cls, const std::string& ancesto
     return false;
 }
 
+bool Runtime::setVariable(const platform::ClassRef& cls, const std::string& name,
+                          const platform::Implementation& getter) {
+    const std::scoped_lock lock(state_->mutex);
+    RuntimeClass* const own = state_->resolve(cls.get());
+    if (own == nullptr) {
+        return false;
+    }
+    own->variables[name] = getter;
+    return true;
+}
+
+platform::Implementation Runtime::variableOf(const platform::Object& object,
+                                             const std::string& name) const {
+    const std::scoped_lock lock(state_->mutex);
+    for (const RuntimeClass* cls = state_->find(object.className()); cls != nullptr;
+         cls = cls->superclass()) {
+        if (const auto found = cls->variables.find(name); found != cls->variables.end()) {
+            return found->second;
+        }
+    }
+    return {};
+}
+
 platform::Implementation Runtime::methodForMessage(platform::Object& receiver,
                                                    const platform::Selector& selector) {
     RuntimeClass* cls = nullptr;
@@ -338,6 +362,46 @@ bool Runtime::addMethod(const platform::ClassRef& cls, const platform::Selector&
     RuntimeClass* const own = state_->resolve(cls.get());
     return own != nullptr && implementation &&
            own->methods.emplace(selector, implementation).second;
+}
+
+bool Runtime::isKindOfClass(const platform::Object& object, const platform::ClassRef& cls) {
+    const std::scoped_lock lock(state_->mutex);
+    const RuntimeClass* const wanted = state_->resolve(cls.get());
+    for (const RuntimeClass* own = state_->find(object.className()); own != nullptr;
+         own = own->superclass()) {
+        if (own == wanted) {
+            return true;
+        }
+    }
+    return false;
+}
+
+platform::ObjectRef Runtime::instanceVariable(platform::Object& object, const std::string& name) {
+    return variableOf(object, name).getObject(object);
+}
+
+platform::ObjectRef Runtime::valueForKey(platform::Object& object, const std::string& key) {
+    std::string capitalised = key;
+    if (!key.empty() && key[0] >= 'a' && key[0] <= 'z') {
+        capitalised[0] = static_cast<char>(key[0] - 'a' + 'A');
+    }
+    for (const std::string& selector : {"get" + capitalised, key, "is" + capitalised, "_" + key}) {
+        const platform::Implementation method = methodForMessage(object, selector);
+        if (method.isObjectGetter()) {
+            return method.getObject(object);
+        }
+    }
+    for (const std::string& name : {"_" + key, "_is" + capitalised, key, "is" + capitalised}) {
+        if (const platform::Implementation getter = variableOf(object, name)) {
+            return getter.getObject(object);
+        }
+    }
+    state_->say(
+        "*** Terminating app due to uncaught exception 'NSUnknownKeyException', reason: '[" +
+        object.description() +
+        " valueForUndefinedKey:]: this class is not key value coding-compliant for the key " + key +
+        ".'");
+    return nullptr;
 }
 
 void Runtime::hookMessageEx(const platform::ClassRef& cls, const platform::Selector& selector,

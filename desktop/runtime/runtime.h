@@ -47,6 +47,15 @@ class Runtime final : public platform::ObjcRuntime, public platform::Substrate {
                          platform::makeImplementation(std::move(function)));
     }
 
+    // Gives a class an instance variable that holds an object; `value` reads it. False when the
+    // class is missing.
+    template <class Receiver>
+    bool addInstanceVariable(const std::string& className, const std::string& name,
+                             std::function<platform::ObjectRef(Receiver&)> value) {
+        return setVariable(getClass(className), name,
+                           platform::makeImplementation(std::move(value)));
+    }
+
     // Sends a message to an object: its class is the one named by className(), a class object's is
     // its metaclass. The first message to a class runs its +initialize. Argument types must
     // be the method's own exactly. A selector that the class does not answer, or types that do not
@@ -85,6 +94,14 @@ class Runtime final : public platform::ObjcRuntime, public platform::Substrate {
     bool addMethod(const platform::ClassRef& cls, const platform::Selector& selector,
                    const platform::Implementation& implementation,
                    const std::string& typeEncoding) override;
+    [[nodiscard]] bool isKindOfClass(const platform::Object& object,
+                                     const platform::ClassRef& cls) override;
+    [[nodiscard]] platform::ObjectRef instanceVariable(platform::Object& object,
+                                                       const std::string& name) override;
+    // Methods that take no arguments and give an object count, and the variables of
+    // addInstanceVariable.
+    [[nodiscard]] platform::ObjectRef valueForKey(platform::Object& object,
+                                                  const std::string& key) override;
     // Substrate. A missing selector is warned of as "MS:Warning: message not found [Class
     // selector]". For an inherited method the override is added to `cls` alone, and `*original`
     // calls what the parent answers at the time of the call. A nil class, no replacement, and a
@@ -97,6 +114,11 @@ class Runtime final : public platform::ObjcRuntime, public platform::Substrate {
   private:
     bool setMethod(const platform::ClassRef& cls, const platform::Selector& selector,
                    const platform::Implementation& implementation);
+    bool setVariable(const platform::ClassRef& cls, const std::string& name,
+                     const platform::Implementation& getter);
+    // The getter of the variable in the object's class or the nearest superclass that has it.
+    [[nodiscard]] platform::Implementation variableOf(const platform::Object& object,
+                                                      const std::string& name) const;
     // What a message to the object reaches, after +initialize of its class and its superclasses,
     // superclass first, once each.
     platform::Implementation methodForMessage(platform::Object& receiver,

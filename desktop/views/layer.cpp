@@ -2,6 +2,8 @@
 
 #include "desktop/views/view_node.h"
 
+#include <algorithm>
+#include <cmath>
 #include <memory>
 
 namespace velmoranth::desktop {
@@ -11,6 +13,11 @@ void DesktopLayer::renderInContext(const platform::GraphicsContextRef& context) 
     if (owner_ != nullptr && ours != nullptr) {
         owner_->render(*ours, ViewNode::OpacityRule::eachOperation);
     }
+}
+
+void DesktopLayer::changeOpacity(double opacity) {
+    opacityTransition_.set(appearance.opacity,
+                           std::isnan(opacity) ? 0 : std::clamp(opacity, 0.0, 1.0));
 }
 
 }  // namespace velmoranth::desktop

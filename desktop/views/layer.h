@@ -3,8 +3,10 @@
 #pragma once
 
 #include "desktop/imaging/graphics_context.h"
+#include "desktop/views/animation.h"
 #include "platform/uikit.h"
 
+#include <optional>
 #include <string>
 
 namespace velmoranth::desktop {
@@ -20,6 +22,8 @@ class DesktopLayer final : public platform::Layer {
         bool masksToBounds = false;
         bool hidden = false;
         Shadow shadow;
+        // Casts the shadow on the screen in place of what the layer draws; its own coordinates.
+        std::optional<platform::Rect> shadowPath;
     };
 
     explicit DesktopLayer(ViewNode* owner) : owner_(owner) {}
@@ -32,6 +36,32 @@ class DesktopLayer final : public platform::Layer {
     // gone, and a context of another make, draw nothing.
     void renderInContext(const platform::GraphicsContextRef& context) override;
 
+    void setOpacity(float opacity) override { changeOpacity(static_cast<double>(opacity)); }
+
+    // Clamped to 0..1, NaN is 0; animated in a block.
+    void changeOpacity(double opacity);
+
+    // What the screen shows while an animation moves it.
+    [[nodiscard]] double shownOpacity() const {
+        return opacityTransition_.shown(appearance.opacity);
+    }
+
+    void setMasksToBounds(bool masks) override { appearance.masksToBounds = masks; }
+
+    void setShadowColor(const platform::Color& color) override { appearance.shadow.color = color; }
+
+    void setShadowOpacity(float opacity) override {
+        appearance.shadow.opacity = static_cast<double>(opacity);
+    }
+
+    void setShadowOffset(platform::Size offset) override {
+        appearance.shadow.offset = {offset.width, offset.height};
+    }
+
+    void setShadowRadius(double radius) override { appearance.shadow.radius = radius; }
+
+    void setShadowPathRect(const platform::Rect& rect) override { appearance.shadowPath = rect; }
+
     Appearance appearance;
 
   private:
@@ -39,6 +69,7 @@ class DesktopLayer final : public platform::Layer {
 
     ViewNode* owner_;  // null when the view is gone
     platform::Rect bounds_;
+    Transition<double> opacityTransition_;
 };
 
 }  // namespace velmoranth::desktop

@@ -42,9 +42,10 @@ void ViewNode::setNodeFrame(const Rect& frame) {
     if (!isFinite(frame)) {
         return;
     }
-    frame_ = frame;
-    makePositive(frame_.origin.x, frame_.size.width);
-    makePositive(frame_.origin.y, frame_.size.height);
+    Rect positive = frame;
+    makePositive(positive.origin.x, positive.size.width);
+    makePositive(positive.origin.y, positive.size.height);
+    frameTransition_.set(frame_, positive);
     layer_->bounds_ = {{0, 0}, frame_.size};
 }
 
@@ -66,7 +67,7 @@ bool ViewNode::isInside(const ViewNode& node) const {
     return false;
 }
 
-void ViewNode::insertSubviewAtIndex(const ViewRef& view, std::size_t index) {
+void ViewNode::insertNode(const ViewRef& view, std::size_t index) {
     ViewNode* const node = of(view);
     if (node == nullptr || isInside(*node)) {
         return;
@@ -106,15 +107,32 @@ ViewRef ViewNode::nodeWithTag(int tag) {
     return nullptr;
 }
 
-void ViewNode::setAlpha(double alpha) {
-    layer_->appearance.opacity = std::isnan(alpha) ? 0 : std::clamp(alpha, 0.0, 1.0);
+void ViewNode::setNodeAlpha(double alpha) {
+    layer_->changeOpacity(alpha);
 }
 
-void ViewNode::drawContent(DesktopGraphicsContext& /*context*/, double /*opacity*/) {}
+void ViewNode::addRecognizer(const platform::GestureRecognizerRef& recognizer) {
+    if (recognizer != nullptr &&
+        std::find(recognizers_.begin(), recognizers_.end(), recognizer) == recognizers_.end()) {
+        recognizers_.push_back(recognizer);
+    }
+}
+
+void ViewNode::setTransform(const ViewTransform& transform) {
+    if (std::isfinite(transform.scaleX) && std::isfinite(transform.scaleY) &&
+        std::isfinite(transform.translation.x) && std::isfinite(transform.translation.y)) {
+        transformTransition_.set(transform_, transform);
+    }
+}
+
+void ViewNode::drawContent(DesktopGraphicsContext& /*context*/, const Rect& /*bounds*/,
+                           double /*opacity*/) {}
 
 void ViewNode::render(DesktopGraphicsContext& context, OpacityRule rule, double opacity) {
     const DesktopLayer::Appearance& appearance = layer_->appearance;
-    const double own = std::clamp(appearance.opacity, 0.0, 1.0);
+    const double wanted =
+        rule == OpacityRule::wholeTree ? layer_->shownOpacity() : appearance.opacity;
+    const double own = std::clamp(wanted, 0.0, 1.0);
     if (appearance.hidden || !(own > 0)) {
         return;
     }
@@ -130,7 +148,8 @@ void ViewNode::render(DesktopGraphicsContext& context, OpacityRule rule, double 
 
 void ViewNode::renderContent(DesktopGraphicsContext& context, OpacityRule rule, double opacity) {
     const DesktopLayer::Appearance& appearance = layer_->appearance;
-    const Rect& bounds = layer_->bounds_;
+    const Rect bounds =
+        rule == OpacityRule::wholeTree ? Rect{{0, 0}, shownFrame().size} : layer_->bounds_;
     context.saveState();
     if (appearance.masksToBounds) {
         context.clipToRect(bounds, appearance.cornerRadius);
@@ -141,14 +160,27 @@ void ViewNode::renderContent(DesktopGraphicsContext& context, OpacityRule rule, 
     if (contents_ != nullptr) {
         context.drawImage(contents_->bitmap(), bounds, opacity);
     }
-    drawContent(context, opacity);
+    drawContent(context, bounds, opacity);
     for (const ViewRef& subview : subviews_) {
-        ViewNode& node = *of(subview);
-        context.saveState();
-        context.translateCTM(node.frame_.origin.x, node.frame_.origin.y);
-        node.render(context, rule, opacity);
-        context.restoreState();
+        of(subview)->renderSubview(context, rule, opacity);
     }
+    context.restoreState();
+}
+
+void ViewNode::renderSubview(DesktopGraphicsContext& context, OpacityRule rule, double opacity) {
+    const bool now = rule == OpacityRule::wholeTree;
+    const Rect frame = now ? shownFrame() : frame_;
+    const ViewTransform transform = now ? shownTransform() : transform_;
+    context.saveState();
+    context.translateCTM(frame.origin.x, frame.origin.y);
+    if (transform != ViewTransform{}) {
+        const platform::Point center{frame.size.width / 2, frame.size.height / 2};
+        context.translateCTM(center.x + transform.translation.x,
+                             center.y + transform.translation.y);
+        context.scaleCTM(transform.scaleX, transform.scaleY);
+        context.translateCTM(-center.x, -center.y);
+    }
+    render(context, rule, opacity);
     context.restoreState();
 }
 

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "desktop/imaging/graphics_context.h"
+#include "desktop/views/animation.h"
 #include "desktop/views/layer.h"
 #include "platform/uikit.h"
 
@@ -15,10 +16,29 @@
 
 namespace velmoranth::desktop {
 
+// Moves what a view shows, with its subviews, about the centre of its frame; the frame itself stays
+// that without it.
+struct ViewTransform {
+    double scaleX = 1;
+    double scaleY = 1;
+    platform::Point translation;  // points of the superview
+
+    friend bool operator==(const ViewTransform&, const ViewTransform&) = default;
+};
+
+[[nodiscard]] inline ViewTransform mixed(const ViewTransform& from, const ViewTransform& to,
+                                         double share) {
+    return {mixed(from.scaleX, to.scaleX, share),
+            mixed(from.scaleY, to.scaleY, share),
+            {mixed(from.translation.x, to.translation.x, share),
+             mixed(from.translation.y, to.translation.y, share)}};
+}
+
 class ViewNode : public std::enable_shared_from_this<ViewNode> {
   public:
     // How opacity is applied: to each operation on its own, as rendering a layer does, or to a view
-    // with all its subviews at once, as the screen does.
+    // with all its subviews at once, as the screen does. The screen also shows animated properties
+    // where they are now, rendering a layer where they go.
     enum class OpacityRule { eachOperation, wholeTree };
 
     ViewNode(const ViewNode&) = delete;
@@ -34,6 +54,10 @@ class ViewNode : public std::enable_shared_from_this<ViewNode> {
 
     [[nodiscard]] const platform::Rect& nodeFrame() const { return frame_; }
 
+    // The frame, alpha and transform are animated when they are set in a block (animation.h). The
+    // shown ones are those that the screen shows now.
+    [[nodiscard]] platform::Rect shownFrame() const { return frameTransition_.shown(frame_); }
+
     // Negative sizes are made positive by moving the origin; not finite ones are ignored.
     void setNodeFrame(const platform::Rect& frame);
 
@@ -43,7 +67,7 @@ class ViewNode : public std::enable_shared_from_this<ViewNode> {
     [[nodiscard]] platform::ViewRef superview() const;
     // `index` counts from the back; past the end is in front. The view leaves its superview first.
     // Nil, this view itself, a view that holds this one, and views of another make do nothing.
-    void insertSubviewAtIndex(const platform::ViewRef& view, std::size_t index);
+    void insertNode(const platform::ViewRef& view, std::size_t index);
     void removeNodeFromSuperview();
     [[nodiscard]] platform::ViewRef nodeWithTag(int tag);
 
@@ -54,18 +78,34 @@ class ViewNode : public std::enable_shared_from_this<ViewNode> {
 
     [[nodiscard]] double alpha() const { return layer_->appearance.opacity; }
 
+    [[nodiscard]] double shownAlpha() const { return layer_->shownOpacity(); }
+
     // Clamped to 0..1.
-    void setAlpha(double alpha);
+    void setNodeAlpha(double alpha);
+
+    [[nodiscard]] const ViewTransform& transform() const { return transform_; }
+
+    [[nodiscard]] ViewTransform shownTransform() const {
+        return transformTransition_.shown(transform_);
+    }
+
+    // Not finite ones are ignored. That of the view that is rendered itself plays no part.
+    void setTransform(const ViewTransform& transform);
 
     [[nodiscard]] bool isHidden() const { return layer_->appearance.hidden; }
-
-    void setHidden(bool hidden) { layer_->appearance.hidden = hidden; }
 
     [[nodiscard]] bool clipsToBounds() const { return layer_->appearance.masksToBounds; }
 
     [[nodiscard]] const platform::Color& backgroundColor() const {
         return layer_->appearance.backgroundColor;
     }
+
+    [[nodiscard]] const std::vector<platform::GestureRecognizerRef>& recognizers() const {
+        return recognizers_;
+    }
+
+    // Nil and a recognizer that is there already do nothing.
+    void addRecognizer(const platform::GestureRecognizerRef& recognizer);
 
     [[nodiscard]] const std::shared_ptr<DesktopLayer>& desktopLayer() const { return layer_; }
 
@@ -77,19 +117,26 @@ class ViewNode : public std::enable_shared_from_this<ViewNode> {
 
     // The view that this node is part of.
     [[nodiscard]] virtual platform::View* asView() = 0;
-    // What a view draws itself, between its contents and its subviews.
-    virtual void drawContent(DesktopGraphicsContext& context, double opacity);
+    // What a view draws itself, between its contents and its subviews. `bounds` are those that are
+    // shown.
+    virtual void drawContent(DesktopGraphicsContext& context, const platform::Rect& bounds,
+                             double opacity);
 
   private:
     [[nodiscard]] platform::ViewRef selfAsView();
     [[nodiscard]] bool isInside(const ViewNode& node) const;
     void renderContent(DesktopGraphicsContext& context, OpacityRule rule, double opacity);
+    void renderSubview(DesktopGraphicsContext& context, OpacityRule rule, double opacity);
 
     int tag_ = 0;
     platform::Rect frame_;
+    Transition<platform::Rect> frameTransition_;
+    ViewTransform transform_;
+    Transition<ViewTransform> transformTransition_;
     ViewNode* superview_ = nullptr;  // which holds this one
     std::vector<platform::ViewRef> subviews_;
     platform::ImageRef contents_;
+    std::vector<platform::GestureRecognizerRef> recognizers_;
     std::shared_ptr<DesktopLayer> layer_;
 };
 
@@ -111,7 +158,7 @@ class ViewImplementation : public Base, public ViewNode {
     }
 
     void addSubview(const platform::ViewRef& view) override {
-        insertSubviewAtIndex(view, nodeSubviews().size());
+        insertNode(view, nodeSubviews().size());
     }
 
     void removeFromSuperview() override { removeNodeFromSuperview(); }
@@ -122,7 +169,19 @@ class ViewImplementation : public Base, public ViewNode {
         desktopLayer()->appearance.backgroundColor = color;
     }
 
+    void insertSubviewAtIndex(const platform::ViewRef& view, std::size_t index) override {
+        insertNode(view, index);
+    }
+
     void setClipsToBounds(bool clips) override { desktopLayer()->appearance.masksToBounds = clips; }
+
+    void setAlpha(double alpha) override { setNodeAlpha(alpha); }
+
+    void setHidden(bool hidden) override { desktopLayer()->appearance.hidden = hidden; }
+
+    void addGestureRecognizer(const platform::GestureRecognizerRef& recognizer) override {
+        addRecognizer(recognizer);
+    }
 
     [[nodiscard]] platform::LayerRef layer() override { return desktopLayer(); }
 

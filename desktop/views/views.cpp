@@ -1,5 +1,7 @@
 #include "desktop/views/views.h"
 
+#include "desktop/views/tap_gesture_recognizer.h"
+
 #include <cmath>
 
 namespace velmoranth::desktop {
@@ -19,9 +21,12 @@ DesktopImageView::DesktopImageView(const platform::ImageRef& image) {
     setNodeFrame({{0, 0}, platform::sizeOf(image)});
 }
 
-void DesktopLabel::drawContent(DesktopGraphicsContext& context, double opacity) {
-    const platform::Size size = bounds().size;
-    const double scale = context.scale();
+void DesktopLabel::drawContent(DesktopGraphicsContext& context, const Rect& bounds,
+                               double opacity) {
+    const platform::Size size = bounds.size;
+    // Pixels that text is made of; those of the screen, unless it is scaled unevenly.
+    const double scale =
+        std::max(std::abs(context.transform().scaleX), std::abs(context.transform().scaleY));
     const Rect area{{-kLabelMargin, -kLabelMargin},
                     {size.width + 2 * kLabelMargin, size.height + 2 * kLabelMargin}};
     const double width = std::ceil(area.size.width * scale - 1e-6);
@@ -52,6 +57,17 @@ ImageViewRef DesktopViews::imageViewWithImage(const platform::ImageRef& image) {
 
 ImageViewRef DesktopViews::imageViewWithFrame(const Rect& frame) {
     return std::make_shared<DesktopImageView>(frame);
+}
+
+platform::GestureRecognizerRef DesktopViews::tapGestureRecognizer(
+    platform::Object& target, const platform::Selector& action) {
+    return std::make_shared<TapGestureRecognizer>(target, action);
+}
+
+void DesktopViews::animateWithDurationAnimationsCompletion(
+    double duration, const std::function<void()>& animations,
+    const std::function<void(bool finished)>& completion) {
+    clock_.animate(duration, kEaseInOut, animations, completion);
 }
 
 std::shared_ptr<DesktopBitmapImage> renderTree(const platform::ViewRef& view, PixelSize size,

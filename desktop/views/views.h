@@ -4,9 +4,11 @@
 
 #include "desktop/imaging/bitmap_image.h"
 #include "desktop/text/text.h"
+#include "desktop/views/animation.h"
 #include "desktop/views/view_node.h"
 #include "platform/uikit.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -55,7 +57,8 @@ class DesktopLabel : public ViewImplementation<platform::View> {
     void setStyle(TextStyle style) { style_ = std::move(style); }
 
   protected:
-    void drawContent(DesktopGraphicsContext& context, double opacity) override;
+    void drawContent(DesktopGraphicsContext& context, const platform::Rect& bounds,
+                     double opacity) override;
 
   private:
     std::string text_;
@@ -68,6 +71,17 @@ class DesktopViews final : public platform::Views {
     [[nodiscard]] platform::ImageViewRef imageViewWithImage(
         const platform::ImageRef& image) override;
     [[nodiscard]] platform::ImageViewRef imageViewWithFrame(const platform::Rect& frame) override;
+    [[nodiscard]] platform::GestureRecognizerRef tapGestureRecognizer(
+        platform::Object& target, const platform::Selector& action) override;
+    void animateWithDurationAnimationsCompletion(
+        double duration, const std::function<void()>& animations,
+        const std::function<void(bool finished)>& completion) override;
+
+    // The clock of the animations. When nobody moves it they stay at their beginnings.
+    [[nodiscard]] AnimationClock& clock() { return clock_; }
+
+  private:
+    AnimationClock clock_;
 };
 
 // The tree as the screen shows it, from the view's own origin, at `scale` pixels per point; what

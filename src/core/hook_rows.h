@@ -4,6 +4,11 @@
 #pragma once
 
 #include "core/hook_table.h"
+#include "hooks/springboard/dock_hooks.h"
+#include "hooks/springboard/folder_hooks.h"
+#include "hooks/springboard/icon_view_hooks.h"
+#include "hooks/springboard/open_folder_hooks.h"
+#include "hooks/springboard/page_control_hooks.h"
 #include "theme/app_icon_hooks.h"
 
 #include <functional>
@@ -66,6 +71,20 @@ inline constexpr auto kAlways = HookGate::always;
 inline constexpr auto kIos12 = HookGate::ios12;
 inline constexpr auto kIos13 = HookGate::ios13;
 
+using hooks::SBDockViewHooks;
+using hooks::SBFloatingDockPlatterViewHooks;
+using hooks::SBFloatingDockViewHooks;
+using hooks::SBFloatyFolderViewHooks;
+using hooks::SBFolderBackgroundViewHooks;
+using hooks::SBFolderControllerBackgroundViewHooks;
+using hooks::SBFolderIconImageCacheHooks;
+using hooks::SBFolderIconImageViewHooks;
+using hooks::SBIconBadgeViewHooks;
+using hooks::SBIconImageViewDarkeningHooks;
+using hooks::SBIconLabelImageHooks;
+using hooks::SBIconLegibilityLabelViewHooks;
+using hooks::SBIconListPageControlHooks;
+using hooks::SBIconViewHooks;
 using theme::SBApplicationIconHooks;
 using theme::SBHIconImageCacheHooks;
 using theme::SBIconImageViewHooks;
@@ -77,30 +96,30 @@ using theme::UIImageApplicationIconHooks;
 // clang-format off: a row a line, however long.
 namespace detail {
 inline constexpr std::tuple kRows{
-    row("SBIconView", kInstance, "layoutSubviews", kAlways),
+    row<&SBIconViewHooks::layoutSubviews>("SBIconView", kInstance, "layoutSubviews", kAlways),
     row<&SBIconImageViewHooks::contentsImage>("SBIconImageView", kInstance, "contentsImage", kAlways),
-    row("SBIconImageView", kInstance, "darkeningOverlayImage", kAlways),
-    row("SBFloatingDockPlatterView", kInstance, "layoutSubviews", kAlways),
-    row("SBFloatingDockView", kInstance, "userIconListView", kAlways),
-    row("SBFloatingDockView", kInstance, "dividerView", kAlways),
-    row("SBFolderIconImageView", kInstance, "initWithFrame:", kAlways),
-    row("SBFolderIconImageView", kInstance, "layoutSubviews", kAlways),
-    row("SBFloatyFolderView", kInstance, "_showsTitle", kAlways),
-    row("SBFloatyFolderView", kInstance, "initWithFolder:orientation:viewMap:context:", kAlways),
-    row("SBFloatyFolderView", kInstance, "_tapToCloseGestureRecognizer:shouldReceiveTouch:", kAlways),
-    row("SBFolderControllerBackgroundView", kInstance, "initWithFrame:", kAlways),
-    row("SBFolderBackgroundView", kInstance, "layoutSubviews", kAlways),
-    row("SBFolderIconImageCache", kInstance, "gridCellImageForIcon:", kAlways),
-    row("SBIconListPageControl", kInstance, "layoutSubviews", kAlways),
-    row("SBIconListPageControl", kInstance, "_iconListIndicatorImage:", kAlways),
-    row("SBIconListPageControl", kInstance, "_searchIndicatorImage:", kAlways),
-    row("SBIconLabelImage", kInstance, "_initWithCGImage:scale:orientation:parameters:maxSizeOffset:", kAlways),
-    row("SBIconBadgeView", kInstance, "layoutSubviews", kAlways),
-    row("SBIconBadgeView", kClass, "_maxTextWidth", kAlways),
-    row("SBIconLegibilityLabelView", kInstance, "setHidden:", kAlways),
-    row("SBIconLegibilityLabelView", kInstance, "isHidden", kAlways),
-    row("SBIconLegibilityLabelView", kInstance, "alpha", kAlways),
-    row("SBIconLegibilityLabelView", kInstance, "setAlpha:", kAlways),
+    row<&SBIconImageViewDarkeningHooks::darkeningOverlayImage>("SBIconImageView", kInstance, "darkeningOverlayImage", kAlways),
+    row<&SBFloatingDockPlatterViewHooks::layoutSubviews>("SBFloatingDockPlatterView", kInstance, "layoutSubviews", kAlways),
+    row<&SBFloatingDockViewHooks::userIconListView>("SBFloatingDockView", kInstance, "userIconListView", kAlways),
+    row<&SBFloatingDockViewHooks::dividerView>("SBFloatingDockView", kInstance, "dividerView", kAlways),
+    row<&SBFolderIconImageViewHooks::initWithFrame>("SBFolderIconImageView", kInstance, "initWithFrame:", kAlways),
+    row<&SBFolderIconImageViewHooks::layoutSubviews>("SBFolderIconImageView", kInstance, "layoutSubviews", kAlways),
+    row<&SBFloatyFolderViewHooks::_showsTitle>("SBFloatyFolderView", kInstance, "_showsTitle", kAlways),
+    row<&SBFloatyFolderViewHooks::initWithFolderOrientationViewMapContext>("SBFloatyFolderView", kInstance, "initWithFolder:orientation:viewMap:context:", kAlways),
+    row<&SBFloatyFolderViewHooks::_tapToCloseGestureRecognizerShouldReceiveTouch>("SBFloatyFolderView", kInstance, "_tapToCloseGestureRecognizer:shouldReceiveTouch:", kAlways),
+    row<&SBFolderControllerBackgroundViewHooks::initWithFrame>("SBFolderControllerBackgroundView", kInstance, "initWithFrame:", kAlways),
+    row<&SBFolderBackgroundViewHooks::layoutSubviews>("SBFolderBackgroundView", kInstance, "layoutSubviews", kAlways),
+    row<&SBFolderIconImageCacheHooks::gridCellImageForIcon>("SBFolderIconImageCache", kInstance, "gridCellImageForIcon:", kAlways),
+    row<&SBIconListPageControlHooks::layoutSubviews>("SBIconListPageControl", kInstance, "layoutSubviews", kAlways),
+    row<&SBIconListPageControlHooks::_iconListIndicatorImage>("SBIconListPageControl", kInstance, "_iconListIndicatorImage:", kAlways),
+    row<&SBIconListPageControlHooks::_searchIndicatorImage>("SBIconListPageControl", kInstance, "_searchIndicatorImage:", kAlways),
+    row<&SBIconLabelImageHooks::_initWithCGImageScaleOrientationParametersMaxSizeOffset>("SBIconLabelImage", kInstance, "_initWithCGImage:scale:orientation:parameters:maxSizeOffset:", kAlways),
+    row<&SBIconBadgeViewHooks::layoutSubviews>("SBIconBadgeView", kInstance, "layoutSubviews", kAlways),
+    row<&SBIconBadgeViewHooks::_maxTextWidth>("SBIconBadgeView", kClass, "_maxTextWidth", kAlways),
+    row<&SBIconLegibilityLabelViewHooks::setHidden>("SBIconLegibilityLabelView", kInstance, "setHidden:", kAlways),
+    row<&SBIconLegibilityLabelViewHooks::isHidden>("SBIconLegibilityLabelView", kInstance, "isHidden", kAlways),
+    row<&SBIconLegibilityLabelViewHooks::alpha>("SBIconLegibilityLabelView", kInstance, "alpha", kAlways),
+    row<&SBIconLegibilityLabelViewHooks::setAlpha>("SBIconLegibilityLabelView", kInstance, "setAlpha:", kAlways),
     row("_UIFeedback", kInstance, "play", kAlways),
     row("SBUISound", kClass, "soundWithFeedbackEventType:", kAlways),
     row("CUINamedVectorGlyph", kInstance, "UIImageWithAsset:configuration:flippedHorizontally:", kAlways),
@@ -128,9 +147,9 @@ inline constexpr std::tuple kRows{
     row("WeatherImageLoader", kClass, "conditionImageNamed:style:", kAlways),
     row<&UIImageApplicationIconHooks::_applicationIconImageForBundleIdentifierFormatScaleOniOS12>("UIImage", kClass, "_applicationIconImageForBundleIdentifier:format:scale:", kIos12),
     row<&SBApplicationIconHooks::getUnmaskedIconImage>("SBApplicationIcon", kInstance, "getUnmaskedIconImage:", kIos12),
-    row("SBDockView", kInstance, "layoutSubviews", kIos12),
+    row<&SBDockViewHooks::layoutSubviewsOniOS12>("SBDockView", kInstance, "layoutSubviews", kIos12),
     row<&UIImageApplicationIconHooks::_applicationIconImageForBundleIdentifierFormatScaleOniOS13>("UIImage", kClass, "_applicationIconImageForBundleIdentifier:format:scale:", kIos13),
-    row("SBDockView", kInstance, "layoutSubviews", kIos13),
+    row<&SBDockViewHooks::layoutSubviewsOniOS13>("SBDockView", kInstance, "layoutSubviews", kIos13),
 };
 }  // namespace detail
 

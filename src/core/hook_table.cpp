@@ -120,7 +120,9 @@ std::span<HookRow> HookTable::rows() {
 
 std::span<const AddedMethod> HookTable::addedMethods() {
     static const std::array<AddedMethod, 1> kMethods{
-        {{10, "SBFloatyFolderView", "handleTap", "v@:", {}}}};
+        {{10, "SBFloatyFolderView", "handleTap", "v@:",
+          platform::makeImplementation(std::function<void(platform::SBFloatyFolderView&)>(
+              &hooks::SBFloatyFolderViewHooks::handleTap))}}};
     return kMethods;
 }
 

@@ -3,6 +3,7 @@
 // methods.
 #pragma once
 
+#include "imaging/chrome_images.h"
 #include "imaging/icon_effects.h"
 #include "platform/objc_runtime.h"
 #include "theme/app_icon_lookup.h"
@@ -23,6 +24,7 @@ class VelMoranth final : public platform::Object,
                          public theme::AppIconLookup,
                          public theme::InterfaceImageLookup,
                          public imaging::IconEffects,
+                         public imaging::ChromeImages,
                          public tools::ImageDump {
   public:
     // +load: takes root's ids, and asks for the factory preferences when a file is missing. Runs

@@ -50,6 +50,10 @@ struct Color {
 
 // +[UIColor clearColor].
 inline constexpr Color kClearColor{0, 0, 0, 0};
+// +[UIColor blackColor].
+inline constexpr Color kBlackColor{0, 0, 0, 1};
+// +[UIColor grayColor].
+inline constexpr Color kGrayColor{0.5, 0.5, 0.5, 1};
 
 enum class ColorSpace { deviceGray, deviceRGB, indexed };
 

@@ -1,5 +1,7 @@
 #include "platform/foundation.h"
 
+#include "platform/code_points.h"
+
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -7,64 +9,6 @@
 
 namespace velmoranth::platform {
 namespace {
-
-// The code point at `position` of UTF-8 text, and its length in bytes. A byte that begins no valid
-// sequence stands for itself.
-struct CodePoint {
-    std::uint32_t value;
-    std::size_t length;
-};
-
-CodePoint codePointAt(std::string_view text, std::size_t position) {
-    const auto byteAt = [&](std::size_t index) {
-        return index < text.size() ? static_cast<std::uint8_t>(text[index]) : std::uint8_t{0};
-    };
-    const std::uint32_t lead = byteAt(position);
-    std::size_t length = 1;
-    std::uint32_t value = lead;
-    if ((lead & 0xE0U) == 0xC0U) {
-        length = 2;
-        value = lead & 0x1FU;
-    } else if ((lead & 0xF0U) == 0xE0U) {
-        length = 3;
-        value = lead & 0x0FU;
-    } else if ((lead & 0xF8U) == 0xF0U) {
-        length = 4;
-        value = lead & 0x07U;
-    }
-    for (std::size_t i = 1; i < length; ++i) {
-        const std::uint32_t next = byteAt(position + i);
-        if ((next & 0xC0U) != 0x80U) {
-            return {lead, 1};
-        }
-        value = (value << 6U) | (next & 0x3FU);
-    }
-    return {value, length};
-}
-
-// whitespaceAndNewlineCharacterSet, which boolValue skips.
-bool isWhitespaceOrNewline(std::uint32_t c) {
-    return (c >= 0x09 && c <= 0x0D) || c == 0x20 || c == 0x85 || c == 0xA0 || c == 0x1680 ||
-           (c >= 0x2000 && c <= 0x200B) || c == 0x2028 || c == 0x2029 || c == 0x202F ||
-           c == 0x205F || c == 0x3000;
-}
-
-// What the platform's number scanner skips: all controls, and fewer of the Unicode spaces.
-bool isSkippedBeforeNumber(std::uint32_t c) {
-    return c <= 0x20 || (c >= 0x7F && c <= 0xA0) || (c >= 0x2000 && c <= 0x200B) || c == 0x3000;
-}
-
-template <class Predicate>
-std::string_view skipLeading(std::string_view text, Predicate skips) {
-    while (!text.empty()) {
-        const CodePoint c = codePointAt(text, 0);
-        if (!skips(c.value)) {
-            break;
-        }
-        text.remove_prefix(c.length);
-    }
-    return text;
-}
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';

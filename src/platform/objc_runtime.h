@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <typeinfo>
 #include <utility>
 
@@ -50,6 +51,7 @@ class Implementation {
     explicit Implementation(std::function<R(Object&, Args...)> function)
         : signature_(&typeid(R(Object&, Args...))),
           forward_(&forwardTo<R, Args...>),
+          getObject_(getterOf<R, Args...>()),
           function_(std::make_shared<std::function<R(Object&, Args...)>>(std::move(function))) {}
 
     // The function when this holds one of exactly this signature, otherwise null. Owned by this
@@ -73,6 +75,14 @@ class Implementation {
         return forward_ == nullptr ? Implementation() : forward_(std::move(current));
     }
 
+    // Whether this is a getter of an object: no arguments, and a handle as its result.
+    [[nodiscard]] bool isObjectGetter() const { return getObject_ != nullptr; }
+
+    // Calls the getter; nil when this is none.
+    [[nodiscard]] ObjectRef getObject(Object& receiver) const {
+        return getObject_ == nullptr ? nullptr : getObject_(function_.get(), receiver);
+    }
+
     // Whether both hold the very same function.
     friend bool operator==(const Implementation& a, const Implementation& b) {
         return a.function_ == b.function_;
@@ -80,6 +90,19 @@ class Implementation {
 
   private:
     using Forward = Implementation (*)(std::function<Implementation()> current);
+
+    using GetObject = ObjectRef (*)(const void* function, Object& receiver);
+
+    template <class R, class... Args>
+    static constexpr GetObject getterOf() {
+        if constexpr (sizeof...(Args) == 0 && std::is_convertible_v<R, ObjectRef>) {
+            return [](const void* function, Object& receiver) -> ObjectRef {
+                return (*static_cast<const std::function<R(Object&)>*>(function))(receiver);
+            };
+        } else {
+            return nullptr;
+        }
+    }
 
     template <class R, class... Args>
     static Implementation forwardTo(std::function<Implementation()> current) {
@@ -93,6 +116,7 @@ class Implementation {
 
     const std::type_info* signature_ = nullptr;
     Forward forward_ = nullptr;
+    GetObject getObject_ = nullptr;
     std::shared_ptr<const void> function_;
 };
 
@@ -152,6 +176,20 @@ class ObjcRuntime {
     virtual bool addMethod(const ClassRef& cls, const Selector& selector,
                            const Implementation& implementation,
                            const std::string& typeEncoding) = 0;
+
+    // isKindOfClass: whether the object's class is `cls` or derives from it; false for nil.
+    [[nodiscard]] virtual bool isKindOfClass(const Object& object, const ClassRef& cls) = 0;
+
+    // The object in an instance variable, found by class_getInstanceVariable (superclasses are
+    // searched) and read at ivar_getOffset. Nil when the class has no such variable or it holds
+    // nil.
+    [[nodiscard]] virtual ObjectRef instanceVariable(Object& object, const std::string& name) = 0;
+
+    // valueForKey: of a key that leads to an object, by the platform's search: the methods
+    // get<Key>, <key>, is<Key> and _<key>, then the instance variables _<key>, _is<Key>, <key> and
+    // is<Key>. A key that leads nowhere is the platform's own error, which ends the process there;
+    // here it is told in the log in the platform's words, and nil.
+    [[nodiscard]] virtual ObjectRef valueForKey(Object& object, const std::string& key) = 0;
 };
 
 }  // namespace velmoranth::platform

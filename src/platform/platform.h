@@ -29,6 +29,7 @@ struct Platform {
     Views& views;
     Device& device;
     Screen& screen;
+    SpringBoard& springBoard;
     AudioSession& audioSession;
 };
 

@@ -7,6 +7,7 @@
 #include "platform/uikit.h"
 
 #include <memory>
+#include <vector>
 
 namespace velmoranth::platform {
 
@@ -30,6 +31,101 @@ class SBHIconImageCache : public Object {};
 class SBIconImageView : public View {
   public:
     [[nodiscard]] virtual SBIconRef icon() const = 0;
+};
+
+// SBFolderIconImageView: the plate with the miniatures of a folder's icons.
+class SBFolderIconImageView : public SBIconImageView {
+  public:
+    // Whether it is on its way to or from the open folder.
+    [[nodiscard]] virtual bool isAnimating() const = 0;
+};
+
+// SBFolderIconImageCache: the cache of the miniatures.
+class SBFolderIconImageCache : public Object {};
+
+// SBIconView: an icon with its label and badge.
+class SBIconView : public View {
+  public:
+    // Nil for a view without an icon.
+    [[nodiscard]] virtual SBIconRef icon() const = 0;
+};
+
+// SBIconBadgeView. Keeps its background, an image view, in "_backgroundView".
+class SBIconBadgeView : public View {};
+
+// SBIconLabelImage: the drawn text of an icon's label.
+class SBIconLabelImage : public Image {};
+
+// SBIconLegibilityLabelView: shows a label image.
+class SBIconLegibilityLabelView : public View {};
+
+// SBIconListView: icons in a grid or a row.
+class SBIconListView : public View {
+  public:
+    // In the order in which they are shown; none is nil.
+    [[nodiscard]] virtual std::vector<SBIconRef> icons() const = 0;
+};
+
+using SBIconListViewRef = std::shared_ptr<SBIconListView>;
+
+// SBDockView: the dock of the phone. Has the keys "_backgroundView", "_highlightView" and
+// "_iconListView".
+class SBDockView : public View {
+  public:
+    // Points, in the dock's own coordinates.
+    [[nodiscard]] virtual Rect dockListViewFrame() const = 0;
+    // Takes the place of the background; nil takes it away.
+    virtual void setBackgroundView(const ViewRef& view) = 0;
+};
+
+// SBFloatingDockView: the dock of the pad.
+class SBFloatingDockView : public View {
+  public:
+    // The background of the platter; nil when there is none.
+    [[nodiscard]] virtual ViewRef backgroundView() const = 0;
+};
+
+// SBFloatingDockPlatterView. Has the keys "_backgroundView" and "_shadowView".
+class SBFloatingDockPlatterView : public View {};
+
+// SBFloatyFolderView: an open folder.
+class SBFloatyFolderView : public View {};
+
+// SBFolderControllerBackgroundView: what lies behind an open folder, over the whole screen.
+class SBFolderControllerBackgroundView : public View {};
+
+// SBFolderBackgroundView: the panel of an open folder. Keeps its blur in "_blurView".
+class SBFolderBackgroundView : public View {};
+
+// SBIconListPageControl.
+class SBIconListPageControl : public View {
+  public:
+    // Sends _searchIndicatorImage: to the control. Nil when the platform has none.
+    [[nodiscard]] virtual ImageRef _searchIndicatorImage(bool isCurrent) = 0;
+};
+
+// SBIconController.
+class SBIconController : public Object {
+  public:
+    // _closeFolderController:animated:withCompletion: with no completion.
+    virtual void _closeFolderControllerAnimatedWithCompletion(Object& folderController,
+                                                              bool animated) = 0;
+};
+
+using SBIconControllerRef = std::shared_ptr<SBIconController>;
+
+// --- Services
+// -----------------------------------------------------------------------------------------
+
+class SpringBoard {
+  public:
+    SpringBoard() = default;
+    SpringBoard(const SpringBoard&) = delete;
+    SpringBoard& operator=(const SpringBoard&) = delete;
+    virtual ~SpringBoard() = default;
+
+    // Sends sharedInstance to the class SBIconController, as objc_getClass gave it; nil for nil.
+    [[nodiscard]] virtual SBIconControllerRef sharedInstance(const ClassRef& iconController) = 0;
 };
 
 }  // namespace velmoranth::platform

@@ -1,10 +1,12 @@
-// UIKit: images, image contexts, views, layers, the device and its screen.
+// UIKit: images, image contexts, views, layers, gestures, animations, the device and its screen.
 #pragma once
 
 #include "platform/core_graphics.h"
 #include "platform/foundation.h"
 #include "platform/objc_runtime.h"
 
+#include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -42,9 +44,26 @@ class Layer : public Object {
     // renderInContext: draws the layer and its sublayers in the layer's own coordinates; its
     // position is not used. Nil draws nothing.
     virtual void renderInContext(const GraphicsContextRef& context) = 0;
+    // 0 to 1. The view's alpha is the same property.
+    virtual void setOpacity(float opacity) = 0;
+    virtual void setMasksToBounds(bool masks) = 0;
+    // The shadow of the layer: black, opacity 0, offset (0, -3), radius 3 until set. Its radius is
+    // that of the blur, points; the offset goes right and down, points.
+    virtual void setShadowColor(const Color& color) = 0;
+    virtual void setShadowOpacity(float opacity) = 0;
+    virtual void setShadowOffset(Size offset) = 0;
+    virtual void setShadowRadius(double radius) = 0;
+    // setShadowPath: with the CGPath of +[UIBezierPath bezierPathWithRect:]: the shape that casts
+    // the shadow on the screen, in the layer's coordinates, in place of what the layer draws.
+    virtual void setShadowPathRect(const Rect& rect) = 0;
 };
 
 using LayerRef = std::shared_ptr<Layer>;
+
+// UIGestureRecognizer. Does not hold its target.
+class GestureRecognizer : public Object {};
+
+using GestureRecognizerRef = std::shared_ptr<GestureRecognizer>;
 
 class View;
 using ViewRef = std::shared_ptr<View>;
@@ -64,6 +83,8 @@ class View : public Object {
     // Adds in front of the others; a view that has a superview leaves that one first. Nil does
     // nothing.
     virtual void addSubview(const ViewRef& view) = 0;
+    // insertSubview:atIndex: the same, at that place from the back; past the end is in front.
+    virtual void insertSubviewAtIndex(const ViewRef& view, std::size_t index) = 0;
     // Leaves the superview; without one does nothing.
     virtual void removeFromSuperview() = 0;
     // The receiver or the first of its descendants, depth first and back to front, that has the
@@ -71,6 +92,11 @@ class View : public Object {
     [[nodiscard]] virtual ViewRef viewWithTag(int tag) = 0;
     virtual void setBackgroundColor(const Color& color) = 0;
     virtual void setClipsToBounds(bool clips) = 0;
+    // 0 to 1; what lies outside is brought to the nearer end.
+    virtual void setAlpha(double alpha) = 0;
+    virtual void setHidden(bool hidden) = 0;
+    // The view holds the recognizer.
+    virtual void addGestureRecognizer(const GestureRecognizerRef& recognizer) = 0;
     [[nodiscard]] virtual LayerRef layer() = 0;
 };
 
@@ -145,11 +171,27 @@ class Views {
     [[nodiscard]] virtual ImageViewRef imageViewWithImage(const ImageRef& image) = 0;
     // -[UIImageView initWithFrame:].
     [[nodiscard]] virtual ImageViewRef imageViewWithFrame(const Rect& frame) = 0;
+    // -[UITapGestureRecognizer initWithTarget:action:]: a tap sends `action`, a selector without
+    // arguments, to the target. A target that is gone is sent nothing.
+    [[nodiscard]] virtual GestureRecognizerRef tapGestureRecognizer(Object& target,
+                                                                    const Selector& action) = 0;
+    // +[UIView animateWithDuration:animations:completion:] in seconds. `animations` runs at once:
+    // the properties that it sets have their new values from then on, and the screen shows them on
+    // their way there. `completion` runs later, never from inside this call, with whether the
+    // animation ran to its end.
+    virtual void animateWithDurationAnimationsCompletion(
+        double duration, const std::function<void()>& animations,
+        const std::function<void(bool finished)>& completion) = 0;
 };
 
 // UIUserInterfaceIdiom, with the platform's values.
 inline constexpr int kUserInterfaceIdiomPhone = 0;
 inline constexpr int kUserInterfaceIdiomPad = 1;
+
+// UIDeviceOrientation, with the platform's values: landscape left and right. Every other value is
+// no landscape (unknown 0, portrait 1 and 2, face up 5, face down 6).
+inline constexpr int kDeviceOrientationLandscapeLeft = 3;
+inline constexpr int kDeviceOrientationLandscapeRight = 4;
 
 // +[UIDevice currentDevice].
 class Device {
@@ -162,6 +204,8 @@ class Device {
     // respondsToSelector: for userInterfaceIdiom.
     [[nodiscard]] virtual bool respondsToUserInterfaceIdiom() = 0;
     [[nodiscard]] virtual int userInterfaceIdiom() = 0;
+    // UIDeviceOrientation, in the platform's values.
+    [[nodiscard]] virtual int orientation() = 0;
 };
 
 // +[UIScreen mainScreen].
@@ -174,6 +218,8 @@ class Screen {
 
     // Pixels per point.
     [[nodiscard]] virtual double scale() = 0;
+    // Points, as the screen is held now; origin (0, 0).
+    [[nodiscard]] virtual Rect bounds() = 0;
 };
 
 }  // namespace velmoranth::platform

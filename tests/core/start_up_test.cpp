@@ -237,6 +237,7 @@ TEST(Singleton, ExistsWhenLoadRunsForTheSecondTime) {
                            .views = all.views,
                            .device = all.device,
                            .screen = all.screen,
+                           .springBoard = all.springBoard,
                            .audioSession = all.audioSession});
     registerClasses();
     startSettings();

@@ -76,6 +76,7 @@ void replaceImages(platform::Images& images) {
                            .views = now.views,
                            .device = now.device,
                            .screen = now.screen,
+                           .springBoard = now.springBoard,
                            .audioSession = now.audioSession});
 }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <set>
 #include <string_view>
@@ -20,8 +21,8 @@ const HomeScreenMetrics& metricsOf(std::string_view model) {
 }
 
 void expectAt(const IconSlot& slot, double x, double y) {
-    EXPECT_NEAR(slot.icon.origin.x, x, 1e-9) << slot.app->name;
-    EXPECT_NEAR(slot.icon.origin.y, y, 1e-9) << slot.app->name;
+    EXPECT_NEAR(slot.icon.origin.x, x, 1e-9) << nameOf(slot.item);
+    EXPECT_NEAR(slot.icon.origin.y, y, 1e-9) << nameOf(slot.item);
 }
 
 TEST(HomeScreenLayout, TallPhone) {
@@ -51,28 +52,76 @@ TEST(HomeScreenLayout, PadDockIsAsWideAsItsIconsNeed) {
     expectAt(layout.pages[0][0], 81.5, 88);
     expectAt(layout.pages[0][19], 81.5 + 3 * 176, 88 + 4 * 161);
     const platform::Rect& dock = layout.dockFrame;
-    EXPECT_EQ(dock.size.width, 4 * 76 + 5 * 20);
+    // Four icons and three suggested ones, with a divider between them.
+    EXPECT_EQ(dock.size.width, 7 * 76 + 9 * 20);
     EXPECT_EQ(dock.origin.x, (768 - dock.size.width) / 2);
     expectAt(layout.dock[0], dock.origin.x + 20, dock.origin.y + 14);
-    expectAt(layout.dock[3], dock.origin.x + dock.size.width - 96, dock.origin.y + 14);
+    expectAt(layout.dock[3], dock.origin.x + 20 + 3 * 96, dock.origin.y + 14);
 }
 
-TEST(HomeScreenLayout, EveryAppIsOnExactlyOnePageOrInTheDock) {
+TEST(HomeScreenLayout, EveryAppIsOnOnePageInOneFolderOrInTheDock) {
     for (const DeviceModel& model : deviceModels()) {
         const HomeScreenLayout layout = layoutOf(model.name);
-        std::multiset<std::string_view> shown;
+        std::multiset<std::string> shown;
+        std::size_t folders = 0;
         for (const auto& page : layout.pages) {
             EXPECT_FALSE(page.empty());
             for (const IconSlot& slot : page) {
-                shown.insert(slot.app->bundleIdentifier);
+                if (slot.item.folder == nullptr) {
+                    shown.insert(identifierOf(slot.item));
+                    continue;
+                }
+                ++folders;
+                for (const App& app : slot.item.folder->apps) {
+                    shown.insert(std::string(app.bundleIdentifier));
+                }
             }
         }
         for (const IconSlot& slot : layout.dock) {
-            shown.insert(slot.app->bundleIdentifier);
+            shown.insert(identifierOf(slot.item));
         }
         EXPECT_EQ(shown.size(), homeScreenApps().size() + dockApps().size());
-        EXPECT_EQ(std::set<std::string_view>(shown.begin(), shown.end()).size(), shown.size());
+        EXPECT_EQ(std::set<std::string>(shown.begin(), shown.end()).size(), shown.size());
+        EXPECT_EQ(folders, 2U);
+        // Every device has a folder on its first page.
+        EXPECT_TRUE(std::any_of(layout.pages[0].begin(), layout.pages[0].end(),
+                                [](const IconSlot& slot) { return slot.item.folder != nullptr; }));
     }
+}
+
+TEST(HomeScreenLayout, OnlyAFloatingDockSuggestsApps) {
+    EXPECT_TRUE(layoutOf("phone").suggested.empty());
+    const HomeScreenLayout pad = layoutOf("pad");
+    ASSERT_EQ(pad.suggested.size(), 3U);
+    // Icon, gap, divider, gap, icon.
+    const double lastUserIcon = pad.dock.back().icon.origin.x + 76;
+    EXPECT_EQ(pad.dividerX, lastUserIcon + 20);
+    EXPECT_EQ(pad.suggested[0].icon.origin.x, lastUserIcon + 40);
+    EXPECT_EQ(pad.suggested[2].icon.origin.x + 76 + 20,
+              pad.dockFrame.origin.x + pad.dockFrame.size.width);
+}
+
+TEST(HomeScreenLayout, PadHeldSidewaysHasAGridOfItsOwn) {
+    DeviceConfiguration device = deviceConfiguration("pad", 13).value();
+    ASSERT_TRUE(turnToLandscape(device));
+    EXPECT_EQ(device.screen.width, 1024);
+    EXPECT_EQ(device.screen.height, 768);
+    EXPECT_EQ(device.orientation, Orientation::landscape);
+    const HomeScreenMetrics& metrics = homeScreenMetrics(device.kind, device.screen);
+    EXPECT_EQ(metrics.columns, 5);
+    EXPECT_EQ(metrics.rows, 4);
+    const HomeScreenLayout layout = layoutHomeScreen(metrics, device.screen);
+    expectAt(layout.pages[0][0], 100, 70);
+    expectAt(layout.pages[0][6], 287, 212);
+    EXPECT_EQ(layout.dockFrame.origin.y + layout.dockFrame.size.height, 758);
+}
+
+TEST(Device, PhoneDoesNotTurn) {
+    DeviceConfiguration device = deviceConfiguration("phone", 13).value();
+    const auto turned = turnToLandscape(device);
+    ASSERT_FALSE(turned);
+    EXPECT_NE(turned.error().message.find("phone"), std::string::npos);
+    EXPECT_EQ(device.screen.width, 375);
 }
 
 TEST(HomeScreenLayout, EverythingStandsOnWholePixelsAndOnTheScreen) {
@@ -82,10 +131,11 @@ TEST(HomeScreenLayout, EverythingStandsOnWholePixelsAndOnTheScreen) {
         for (const IconSlot& slot : layout.pages[0]) {
             for (const double place : {slot.icon.origin.x, slot.icon.origin.y}) {
                 const double pixels = place * model.screen.scale;
-                EXPECT_NEAR(pixels, std::round(pixels), 1e-6) << model.name << slot.app->name;
+                EXPECT_NEAR(pixels, std::round(pixels), 1e-6) << model.name << nameOf(slot.item);
             }
             // The label, too, ends above the page dots.
-            EXPECT_LT(slot.icon.origin.y + metrics.iconSide + layout.labelTop + layout.labelHeight,
+            const LabelPlace label = labelPlace(metrics, model.screen.scale);
+            EXPECT_LT(slot.icon.origin.y + metrics.iconSide + label.top + label.height,
                       metrics.pageDotsY - metrics.pageDotSide / 2);
         }
         EXPECT_LE(layout.dockFrame.origin.y + layout.dockFrame.size.height, model.screen.height);
@@ -94,8 +144,8 @@ TEST(HomeScreenLayout, EverythingStandsOnWholePixelsAndOnTheScreen) {
 }
 
 TEST(HomeScreenLayout, LabelsOfNeighboursDoNotTouch) {
-    EXPECT_EQ(layoutOf("phone").labelWidth, 82);
-    EXPECT_LT(layoutOf("pad").labelWidth, 176);
+    EXPECT_EQ(labelPlace(metricsOf("phone"), 3).width, 82);
+    EXPECT_LT(labelPlace(metricsOf("pad"), 2).width, 176);
 }
 
 TEST(HomeScreenLayout, ScreenOfAnotherSizeTakesTheNearestOfItsKind) {

@@ -4,6 +4,7 @@
 
 #include "desktop/files/create_device_root.h"
 #include "desktop/notifications/notification_center.h"
+#include "simulator/apps.h"
 #include "simulator/artwork/artwork.h"
 
 #include <gtest/gtest.h>
@@ -75,6 +76,13 @@ const ShownIcon& iconOf(const RenderedScreen& screen, const std::string& identif
     return *found;
 }
 
+bool isFolder(const ShownIcon& icon) {
+    return std::any_of(
+        homeScreenItems().begin(), homeScreenItems().end(), [&](const HomeScreenItem& item) {
+            return item.folder != nullptr && item.folder->identifier == icon.bundleIdentifier;
+        });
+}
+
 constexpr std::array<std::uint8_t, 4> kRed{0, 0, 255, 255};
 constexpr std::array<std::uint8_t, 4> kBlue{255, 0, 0, 255};
 
@@ -102,6 +110,9 @@ TEST_F(LauncherTest, EveryIconIsAskedForOnceAndDrawnWhereItIsSaidToBe) {
     ASSERT_TRUE(screen);
     EXPECT_EQ(screen->icons.size(), 28U);
     for (const ShownIcon& icon : screen->icons) {
+        if (isFolder(icon)) {
+            continue;
+        }
         EXPECT_EQ(icon.stockImageRequests, 1) << icon.bundleIdentifier;
         constexpr int kSide = 180;
         constexpr int kMiddle = kSide / 2;
@@ -130,7 +141,7 @@ TEST_F(LauncherTest, PagesShowOtherAppsOverTheSameDock) {
     const auto second = renderHomeScreen(request);
     ASSERT_TRUE(second);
     EXPECT_EQ(second->page, 2);
-    EXPECT_EQ(iconOf(*second, "com.spotify.client").label, "Spotify");
+    EXPECT_EQ(iconOf(*second, "com.netflix.Netflix").label, "Netflix");
     EXPECT_EQ(iconOf(*second, "com.apple.Music").stockImageRequests, 1);
     request.page = 99;
     EXPECT_EQ(renderHomeScreen(request)->page, second->pageCount);
@@ -157,10 +168,18 @@ TEST_F(LauncherTest, LibraryReplacesWhatIconsShow) {
             const auto screen = renderHomeScreen(with(PAINTING_LIBRARY, model, system));
             ASSERT_TRUE(screen) << toLine(screen.error());
             for (const ShownIcon& icon : screen->icons) {
+                if (isFolder(icon)) {
+                    continue;
+                }
                 EXPECT_EQ(pixelAt(screen->picture, icon.x, icon.y), kRed);
                 EXPECT_EQ(pixelAt(screen->picture, icon.x + icon.side - 1, icon.y + icon.side - 1),
                           kRed);
-                EXPECT_EQ(icon.stockImageRequests, 2);  // the library asks twice
+                // The library asks twice for each view; a pad's dock suggests some apps again.
+                const auto views = std::count_if(
+                    screen->icons.begin(), screen->icons.end(), [&](const ShownIcon& other) {
+                        return other.bundleIdentifier == icon.bundleIdentifier;
+                    });
+                EXPECT_EQ(icon.stockImageRequests, 2 * views) << icon.bundleIdentifier;
             }
             ASSERT_EQ(screen->log.size(), 1U);
             EXPECT_EQ(screen->log[0].rfind("painting 1", 0), 0U);

@@ -1,5 +1,8 @@
 #include "tests/support/recording_services.h"
 
+#include <array>
+#include <cstdio>
+
 namespace velmoranth::tests {
 
 using platform::BitmapImageRef;
@@ -199,6 +202,21 @@ ImageViewRef RecordingViews::imageViewWithFrame(const platform::Rect& frame) {
     return real_.imageViewWithFrame(frame);
 }
 
+platform::GestureRecognizerRef RecordingViews::tapGestureRecognizer(
+    platform::Object& target, const platform::Selector& action) {
+    journal_.write("tapGestureRecognizer " + target.className() + " " + action);
+    return real_.tapGestureRecognizer(target, action);
+}
+
+void RecordingViews::animateWithDurationAnimationsCompletion(
+    double duration, const std::function<void()>& animations,
+    const std::function<void(bool finished)>& completion) {
+    std::array<char, 40> seconds{};
+    std::snprintf(seconds.data(), seconds.size(), "%.17g", duration);
+    journal_.write("animate " + std::string(seconds.data()));
+    real_.animateWithDurationAnimationsCompletion(duration, animations, completion);
+}
+
 void RecordingObjcRuntime::registerClass(const platform::ClassDefinition& definition) {
     journal_.write("registerClass " + definition.name + " : " + definition.superclass);
     real_.registerClass(definition);
@@ -225,6 +243,24 @@ bool RecordingObjcRuntime::addMethod(const ClassRef& cls, const platform::Select
     journal_.write("addMethod " + (cls ? cls->name() : std::string("nil")) + " " + selector + " " +
                    typeEncoding);
     return real_.addMethod(cls, selector, implementation, typeEncoding);
+}
+
+bool RecordingObjcRuntime::isKindOfClass(const platform::Object& object,
+                                         const platform::ClassRef& cls) {
+    journal_.write("isKindOfClass " + object.className() + " " + (cls ? cls->name() : "nil"));
+    return real_.isKindOfClass(object, cls);
+}
+
+platform::ObjectRef RecordingObjcRuntime::instanceVariable(platform::Object& object,
+                                                           const std::string& name) {
+    journal_.write("instanceVariable " + object.className() + " " + name);
+    return real_.instanceVariable(object, name);
+}
+
+platform::ObjectRef RecordingObjcRuntime::valueForKey(platform::Object& object,
+                                                      const std::string& key) {
+    journal_.write("valueForKey " + object.className() + " " + key);
+    return real_.valueForKey(object, key);
 }
 
 void RecordingSubstrate::hookMessageEx(const ClassRef& cls, const platform::Selector& selector,

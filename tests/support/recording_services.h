@@ -146,6 +146,11 @@ class RecordingViews final : public platform::Views {
     platform::ImageViewRef imageView() override;
     platform::ImageViewRef imageViewWithImage(const platform::ImageRef& image) override;
     platform::ImageViewRef imageViewWithFrame(const platform::Rect& frame) override;
+    platform::GestureRecognizerRef tapGestureRecognizer(platform::Object& target,
+                                                        const platform::Selector& action) override;
+    void animateWithDurationAnimationsCompletion(
+        double duration, const std::function<void()>& animations,
+        const std::function<void(bool finished)>& completion) override;
 
   private:
     Journal& journal_;
@@ -164,6 +169,10 @@ class RecordingObjcRuntime final : public platform::ObjcRuntime {
     bool addMethod(const platform::ClassRef& cls, const platform::Selector& selector,
                    const platform::Implementation& implementation,
                    const std::string& typeEncoding) override;
+    bool isKindOfClass(const platform::Object& object, const platform::ClassRef& cls) override;
+    platform::ObjectRef instanceVariable(platform::Object& object,
+                                         const std::string& name) override;
+    platform::ObjectRef valueForKey(platform::Object& object, const std::string& key) override;
 
   private:
     Journal& journal_;

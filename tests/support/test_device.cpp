@@ -165,6 +165,7 @@ TestDevice::TestDevice(double screenScale)
                            .views = all.views,
                            .device = idiom,
                            .screen = screen,
+                           .springBoard = springBoard,
                            .audioSession = audio});
 }
 

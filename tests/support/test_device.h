@@ -71,18 +71,39 @@ struct TestSystem final : platform::CoreFoundation {
 struct TestIdiom final : platform::Device {
     bool responds = true;
     int idiom = platform::kUserInterfaceIdiomPhone;
+    int heldAs = 1;  // UIDeviceOrientation
+    int orientationReads = 0;
 
     bool respondsToUserInterfaceIdiom() override { return responds; }
 
     int userInterfaceIdiom() override { return idiom; }
+
+    int orientation() override {
+        ++orientationReads;
+        return heldAs;
+    }
 };
 
 struct TestScreen final : platform::Screen {
     explicit TestScreen(double pixelsPerPoint) : value(pixelsPerPoint) {}
 
     double value;
+    platform::Size size{375, 812};
 
     double scale() override { return value; }
+
+    platform::Rect bounds() override { return {{0, 0}, size}; }
+};
+
+// The home screen's controller: nil unless a test sets one.
+struct TestSpringBoard final : platform::SpringBoard {
+    platform::SBIconControllerRef iconController;
+    std::vector<platform::ClassRef> asked;
+
+    platform::SBIconControllerRef sharedInstance(const platform::ClassRef& cls) override {
+        asked.push_back(cls);
+        return cls == nullptr ? nullptr : iconController;
+    }
 };
 
 struct TestAudioSession final : platform::AudioSession {
@@ -148,6 +169,7 @@ class TestDevice {
     TestSystem system;
     TestIdiom idiom;
     TestScreen screen;
+    TestSpringBoard springBoard;
     TestAudioSession audio;
     RecordingNotificationCenter notifications;
 

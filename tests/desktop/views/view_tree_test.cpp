@@ -47,6 +47,14 @@ class ForeignView final : public platform::View {
 
     [[nodiscard]] ViewRef viewWithTag(int /*tag*/) override { return nullptr; }
 
+    void insertSubviewAtIndex(const ViewRef& /*view*/, std::size_t /*index*/) override {}
+
+    void setAlpha(double /*alpha*/) override {}
+
+    void setHidden(bool /*hidden*/) override {}
+
+    void addGestureRecognizer(const platform::GestureRecognizerRef& /*recognizer*/) override {}
+
     void setBackgroundColor(const platform::Color& /*color*/) override {}
 
     void setClipsToBounds(bool /*clips*/) override {}

@@ -9,6 +9,7 @@
 namespace velmoranth::platform {
 namespace {
 
+Implementation originalCacheImage;
 Implementation originalImage;
 bool blue = false;
 
@@ -29,31 +30,29 @@ ImageRef square() {
 [[gnu::constructor]] void load() {
     const Platform& services = platform();
     services.log.write("painting " + std::to_string(services.coreFoundation.versionNumber()));
-    if (const ClassRef cache = services.objc.getClass("SBHIconImageCache")) {
-        services.substrate.hookMessageEx(
-            cache, "imageForIcon:",
-            makeImplementation(std::function<ImageRef(SBHIconImageCache&, SBIconRef)>(
-                [](SBHIconImageCache& self, const SBIconRef& icon) {
-                    const auto& original = *originalImage.as<ImageRef(Object&, SBIconRef)>();
-                    original(self, icon);
-                    original(self, icon);
-                    return square();
-                })),
-            &originalImage);
-    } else {
-        services.substrate.hookMessageEx(
-            services.objc.getMetaclass(services.objc.getClass("UIImage")),
-            "_applicationIconImageForBundleIdentifier:format:scale:",
-            makeImplementation(std::function<ImageRef(Class&, NullableString, int, double)>(
-                [](Class& self, const NullableString& identifier, int format, double scale) {
-                    const auto& original =
-                        *originalImage.as<ImageRef(Object&, NullableString, int, double)>();
-                    original(self, identifier, format, scale);
-                    original(self, identifier, format, scale);
-                    return square();
-                })),
-            &originalImage);
-    }
+    // What icon views reach on iOS 13, and on iOS 12.
+    services.substrate.hookMessageEx(
+        services.objc.getClass("SBHIconImageCache"), "imageForIcon:",
+        makeImplementation(std::function<ImageRef(SBHIconImageCache&, SBIconRef)>(
+            [](SBHIconImageCache& self, const SBIconRef& icon) {
+                const auto& original = *originalCacheImage.as<ImageRef(Object&, SBIconRef)>();
+                original(self, icon);
+                original(self, icon);
+                return square();
+            })),
+        &originalCacheImage);
+    services.substrate.hookMessageEx(
+        services.objc.getMetaclass(services.objc.getClass("UIImage")),
+        "_applicationIconImageForBundleIdentifier:format:scale:",
+        makeImplementation(std::function<ImageRef(Class&, NullableString, int, double)>(
+            [](Class& self, const NullableString& identifier, int format, double scale) {
+                const auto& original =
+                    *originalImage.as<ImageRef(Object&, NullableString, int, double)>();
+                original(self, identifier, format, scale);
+                original(self, identifier, format, scale);
+                return square();
+            })),
+        &originalImage);
     services.darwinNotifications.addObserver(
         nullptr,
         [](DarwinNotificationCenter&, void*, const std::string& name, const void*,

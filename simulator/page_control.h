@@ -1,0 +1,39 @@
+// SBIconListPageControl: a dot for the search page where there is one, then a dot for each page.
+#pragma once
+
+#include "desktop/views/views.h"
+#include "platform/springboard.h"
+#include "simulator/screen_context.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace velmoranth::simulator {
+
+class PageControl final : public desktop::ViewImplementation<platform::SBIconListPageControl> {
+  public:
+    // `center` in the superview's coordinates. The control is as wide as its dots need, so that
+    // they lie centred.
+    PageControl(const ScreenContext& context, const platform::Point& center, int pageCount,
+                bool hasSearch);
+
+    [[nodiscard]] std::string className() const override { return "SBIconListPageControl"; }
+
+    [[nodiscard]] platform::ImageRef _searchIndicatorImage(bool isCurrent) override;
+
+    // From 1.
+    void setCurrentPage(int page) { currentPage_ = page; }
+
+    // What the platform's layoutSubviews does: asks itself for the image of each dot.
+    void placeSubviews();
+
+  private:
+    const ScreenContext& context_;
+    int pageCount_;
+    bool hasSearch_;
+    int currentPage_ = 1;
+    std::vector<platform::ImageViewRef> dots_;
+};
+
+}  // namespace velmoranth::simulator
