@@ -7,12 +7,8 @@ using platform::ViewRef;
 
 namespace {
 
-constexpr double kHighlightAlpha = 0.12;
-// Estimates of the floating dock's divider and shadow.
-constexpr platform::Color kDividerColor{1, 1, 1, 0.3};
-constexpr double kDividerWidth = 1;
+// Of the platter's height: an estimate.
 constexpr double kDividerShare = 0.6;
-constexpr desktop::Shadow kPlatterShadow{0.2, 8, {0, 2}, {0, 0, 0, 1}};
 
 const char* materialClass(const ScreenContext& context) {
     return context.device.system.major < 13 ? "SBWallpaperEffectView" : "MTMaterialView";
@@ -43,8 +39,10 @@ std::shared_ptr<DockView> DockView::create(const ScreenContext& context, const R
     dock->hairline_ = 1 / context.scale();
     dock->background_ =
         std::make_shared<NamedImageView>(materialClass(context), backgroundFrame, background);
-    dock->highlight_ = std::make_shared<NamedView>("UIView", Rect{});
-    dock->highlight_->setBackgroundColor({1, 1, 1, kHighlightAlpha});
+    const auto highlight = std::make_shared<NamedView>("UIView", Rect{});
+    highlight->setContents(
+        context.stockImages.dockHighlight(backgroundFrame.size.width, context.scale()));
+    dock->highlight_ = highlight;
     dock->list_ = std::make_shared<IconListView>("SBDockIconListView", Rect{});
     for (const ViewRef& view : {dock->background_, dock->highlight_, ViewRef(dock->list_)}) {
         dock->addSubview(view);
@@ -75,13 +73,13 @@ void DockView::placeSubviews() {
 }
 
 std::shared_ptr<FloatingDockPlatterView> FloatingDockPlatterView::create(
-    const ScreenContext& context, const platform::ImageRef& background) {
+    const ScreenContext& context, platform::Size size, const platform::ImageRef& background) {
     const std::shared_ptr<FloatingDockPlatterView> platter(new FloatingDockPlatterView);
     platter->background_ =
         std::make_shared<NamedImageView>(materialClass(context), Rect{}, background);
     const auto shadow = std::make_shared<NamedView>("UIView", Rect{});
-    shadow->desktopLayer()->appearance.shadow = kPlatterShadow;
-    shadow->desktopLayer()->appearance.cornerRadius = context.metrics.dockRadius;
+    shadow->setContents(
+        context.stockImages.platterShadow(size, context.metrics.dockRadius, context.scale()));
     platter->shadow_ = shadow;
     platter->addSubview(platter->shadow_);
     platter->addSubview(platter->background_);
@@ -91,8 +89,9 @@ std::shared_ptr<FloatingDockPlatterView> FloatingDockPlatterView::create(
 void FloatingDockPlatterView::placeSubviews() {
     const Rect bounds = this->bounds();
     background_->setFrame(bounds);
-    shadow_->setFrame(bounds);
-    shadow_->layer()->setShadowPathRect(bounds);
+    shadow_->setFrame({{-kPlatterShadowReach, -kPlatterShadowReach},
+                       {bounds.size.width + 2 * kPlatterShadowReach,
+                        bounds.size.height + 2 * kPlatterShadowReach}});
 }
 
 std::shared_ptr<FloatingDockView> FloatingDockView::create(const ScreenContext& context,
@@ -103,11 +102,16 @@ std::shared_ptr<FloatingDockView> FloatingDockView::create(const ScreenContext& 
     const double height = platterFrame.size.height;
     dock->setFrame({{0, platterFrame.origin.y}, {context.device.screen.width, height}});
     dock->platterFrame_ = {{platterFrame.origin.x, 0}, platterFrame.size};
-    dock->dividerFrame_ = {{dividerX - kDividerWidth / 2, height * (1 - kDividerShare) / 2},
-                           {kDividerWidth, height * kDividerShare}};
-    dock->platter_ = FloatingDockPlatterView::create(context, background);
-    dock->divider_ = std::make_shared<NamedView>("UIView", Rect{});
-    dock->divider_->setBackgroundColor(kDividerColor);
+    const platform::ImageRef line =
+        context.stockImages.dockDivider(height * kDividerShare, context.scale());
+    const platform::Size lineSize = platform::sizeOf(line);
+    dock->dividerFrame_ = {{dividerX - lineSize.width / 2,
+                            snapToPixels((height - lineSize.height) / 2, context.scale())},
+                           lineSize};
+    dock->platter_ = FloatingDockPlatterView::create(context, platterFrame.size, background);
+    const auto divider = std::make_shared<NamedView>("UIView", Rect{});
+    divider->setContents(line);
+    dock->divider_ = divider;
     dock->userList_ = std::make_shared<IconListView>("SBDockIconListView", dock->bounds());
     dock->recentList_ = std::make_shared<IconListView>("SBDockIconListView", dock->bounds());
     for (const ViewRef& view :

@@ -77,8 +77,9 @@ class DockView final : public desktop::ViewImplementation<platform::SBDockView> 
 class FloatingDockPlatterView final
     : public desktop::ViewImplementation<platform::SBFloatingDockPlatterView> {
   public:
+    // `size` is the one that its layout will give it (points).
     [[nodiscard]] static std::shared_ptr<FloatingDockPlatterView> create(
-        const ScreenContext& context, const platform::ImageRef& background);
+        const ScreenContext& context, platform::Size size, const platform::ImageRef& background);
 
     [[nodiscard]] std::string className() const override { return "SBFloatingDockPlatterView"; }
 

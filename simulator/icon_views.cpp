@@ -1,6 +1,7 @@
 #include "simulator/icon_views.h"
 
 #include "desktop/text/text.h"
+#include "simulator/artwork/artwork.h"
 #include "simulator/folder_icon_views.h"
 
 #include <algorithm>
@@ -29,7 +30,6 @@ constexpr std::int64_t kImageOrientationUp = 0;
 
 // A real screenshot measured by pixel, and a public re-creation: 24 points for a 60-point icon, 10
 // over its top and right edges. Larger icons: an estimate.
-constexpr double kBadgeHeight = 24;
 constexpr double kLargeBadgeHeight = 26;
 constexpr double kLargestIconOfSmallBadge = 60;
 constexpr double kBadgeOverhang = 10;

@@ -1,10 +1,7 @@
 #include "simulator/stock_images.h"
 
 #include "desktop/imaging/bitmap_image.h"
-#include "desktop/imaging/graphics_context.h"
-#include "simulator/artwork/artwork.h"
 
-#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <utility>
@@ -13,8 +10,9 @@
 namespace velmoranth::simulator {
 namespace {
 
-constexpr platform::Color kBadgeColor{1, 59.0 / 255, 48.0 / 255, 1};
-constexpr double kInactiveDotAlpha = 0.4;
+PageIndicatorState stateOf(bool isCurrent) {
+    return isCurrent ? PageIndicatorState::current : PageIndicatorState::other;
+}
 
 }  // namespace
 
@@ -44,35 +42,45 @@ platform::ImageRef StockImages::icon(const std::string& bundleIdentifier, double
     return icon;
 }
 
-platform::ImageRef StockImages::badgeBackground(platform::Size size, double scale) {
-    return filled(size, scale, kBadgeColor, std::min(size.width, size.height) / 2);
+platform::ImageRef StockImages::badgeBackground(platform::Size size, double scale) const {
+    return image(drawBadgeBackground(size.width, scale, size.height), scale);
 }
 
-platform::ImageRef StockImages::pageDot(double side, double scale, bool isCurrent) {
-    return filled({side, side}, scale, {1, 1, 1, isCurrent ? 1 : kInactiveDotAlpha}, side / 2);
+platform::ImageRef StockImages::pageDot(double side, double scale, bool isCurrent) const {
+    return image(drawPageDot(stateOf(isCurrent), side, scale), scale);
 }
 
-platform::ImageRef StockImages::searchDot(double side, double scale, bool isCurrent) {
-    return filled({side, side}, scale, {1, 1, 1, isCurrent ? 1 : kInactiveDotAlpha}, side / 2);
+platform::ImageRef StockImages::searchDot(double side, double scale, bool isCurrent) const {
+    return image(drawSearchDot(stateOf(isCurrent), side, scale), scale);
 }
 
-platform::ImageRef StockImages::darkeningOverlay(double side, double scale) {
-    return filled({side, side}, scale, platform::kBlackColor, side * kIconCornerRadiusShare);
+platform::ImageRef StockImages::darkeningOverlay(double side, double scale) const {
+    return image(drawPressedOverlay(side, scale), scale);
 }
 
-platform::ImageRef StockImages::filled(platform::Size size, double scale,
-                                       const platform::Color& color, double radius) const {
-    const auto context = desktop::DesktopGraphicsContext::create(
-        {.size =
-             {static_cast<std::size_t>(std::lround(std::clamp(size.width * scale, 0.0, 4096.0))),
-              static_cast<std::size_t>(std::lround(std::clamp(size.height * scale, 0.0, 4096.0)))},
-         .scale = scale});
-    if (context == nullptr) {
+platform::ImageRef StockImages::dockHighlight(double width, double scale) const {
+    return image(drawDockHighlight(width, scale), scale);
+}
+
+platform::ImageRef StockImages::dockDivider(double height, double scale) const {
+    return image(drawDockDivider(MaterialTone::dark, height, scale), scale);
+}
+
+platform::ImageRef StockImages::platterShadow(platform::Size size, double cornerRadius,
+                                              double scale) const {
+    return image(drawPlatterShadow(size.width, size.height, cornerRadius, scale), scale);
+}
+
+platform::ImageRef StockImages::image(FurniturePicture picture, double scale) const {
+    if (picture.bgra.empty()) {
         return nullptr;
     }
-    context->fillRect({{0, 0}, size}, color, radius);
+    const desktop::PixelSize size{static_cast<std::size_t>(picture.widthPixels),
+                                  static_cast<std::size_t>(picture.heightPixels)};
     return images_.makeImage(
-        std::dynamic_pointer_cast<desktop::DesktopBitmapImage>(context->createImage()), scale);
+        desktop::DesktopBitmapImage::createPremultiplied(
+            std::make_shared<const platform::Data>(std::move(picture.bgra)), size, size.width * 4),
+        scale);
 }
 
 int StockImages::requests(const std::string& bundleIdentifier) const {

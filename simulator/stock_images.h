@@ -5,6 +5,7 @@
 
 #include "desktop/imaging/images.h"
 #include "platform/uikit.h"
+#include "simulator/artwork/artwork.h"
 
 #include <map>
 #include <mutex>
@@ -30,13 +31,20 @@ class StockImages {
 
     // The furniture's images, at `scale` pixels per point. Nil for a size that cannot be drawn.
     // The background of a badge of that size (points).
-    [[nodiscard]] platform::ImageRef badgeBackground(platform::Size size, double scale);
+    [[nodiscard]] platform::ImageRef badgeBackground(platform::Size size, double scale) const;
     // A dot of the page control, `side` points across: of the current page, or of another.
-    [[nodiscard]] platform::ImageRef pageDot(double side, double scale, bool isCurrent);
+    [[nodiscard]] platform::ImageRef pageDot(double side, double scale, bool isCurrent) const;
     // The magnifier that stands for the search page.
-    [[nodiscard]] platform::ImageRef searchDot(double side, double scale, bool isCurrent);
+    [[nodiscard]] platform::ImageRef searchDot(double side, double scale, bool isCurrent) const;
     // Black, in the shape of an icon of `side` points.
-    [[nodiscard]] platform::ImageRef darkeningOverlay(double side, double scale);
+    [[nodiscard]] platform::ImageRef darkeningOverlay(double side, double scale) const;
+    // The hairline along the top of a dock.
+    [[nodiscard]] platform::ImageRef dockHighlight(double width, double scale) const;
+    // The line between a floating dock's two lists.
+    [[nodiscard]] platform::ImageRef dockDivider(double height, double scale) const;
+    // Of a floating dock's platter; reaches kPlatterShadowReach beyond it on every side.
+    [[nodiscard]] platform::ImageRef platterShadow(platform::Size size, double cornerRadius,
+                                                   double scale) const;
 
     // How often icon() was called for the app.
     [[nodiscard]] int requests(const std::string& bundleIdentifier) const;
@@ -51,8 +59,7 @@ class StockImages {
         friend auto operator<=>(const Key&, const Key&) = default;
     };
 
-    [[nodiscard]] platform::ImageRef filled(platform::Size size, double scale,
-                                            const platform::Color& color, double radius) const;
+    [[nodiscard]] platform::ImageRef image(FurniturePicture picture, double scale) const;
 
     const desktop::DesktopImages& images_;
     mutable std::mutex mutex_;
