@@ -9,34 +9,20 @@ generator seeded by the icon's name, so a picture comes out the same on every ru
 import math
 import os
 import sys
-import zlib
 
 import cairo
 
 sys.dont_write_bytecode = True
+from furniture import badge, dock, folder, folder_backdrop, page_dot, search_dot  # noqa: E402
 from glyphs import GLYPHS  # noqa: E402
+from materials import (  # noqa: E402
+    CLAY, CLAY_DARK, CLAY_LIGHT, GLAZES, IRON, MASK_HALF, SLIP, Chance, canvas, dip_line, glaze, mixed, pebble, rgb,
+    specks, write,
+)
 from pen import draw_marks  # noqa: E402
 
 NAME = "Kilnware"
 SIDE = 180  # an icon of 60 points on a screen of scale 3
-
-# Glazes: body colour, and the slip that the line drawing is laid in with.
-SLIP, IRON = 0xFBF4E8, 0x54392E
-GLAZES = {
-    "salt": (0xEFE5D3, IRON),
-    "butter": (0xE8CB8A, IRON),
-    "ochre": (0xD2A050, IRON),
-    "celadon": (0xB2CBB6, 0x35504A),
-    "sage": (0x7C9276, SLIP),
-    "moss": (0x5C7358, SLIP),
-    "teal": (0x3E7678, SLIP),
-    "slate": (0x6B8698, SLIP),
-    "indigo": (0x41547A, SLIP),
-    "plum": (0x745369, SLIP),
-    "rose": (0xC98F85, SLIP),
-    "brick": (0xB96347, SLIP),
-    "soot": (0x47423F, SLIP),
-}
 
 ICONS = {
     "com.apple.mobilephone": "moss",
@@ -77,91 +63,7 @@ ICONS = {
     "com.google.Gmail": "salt",
 }
 
-CLAY, CLAY_DARK, CLAY_LIGHT = 0xC39472, 0x9A6A4B, 0xDDB694
 LINE = 4.6  # width of the drawings' lines
-
-
-def rgb(colour):
-    return tuple(((colour >> shift) & 0xFF) / 255 for shift in (16, 8, 0))
-
-
-def mixed(a, b, share):
-    return tuple(x + (y - x) * share for x, y in zip(rgb(a), rgb(b)))
-
-
-class Chance:
-    """A linear congruential generator (the constants are those of Numerical Recipes), seeded by a name."""
-
-    def __init__(self, name):
-        self.state = zlib.crc32(name.encode())
-
-    def between(self, low, high):
-        self.state = (self.state * 1664525 + 1013904223) & 0xFFFFFFFF
-        return low + (high - low) * self.state / 0x100000000
-
-
-# Shapes. The unit is a hundredth of the icon's side, whatever its pixels.
-
-
-def canvas(pixels, kind=cairo.FORMAT_ARGB32, units=100.0):
-    surface = cairo.ImageSurface(kind, pixels, pixels)
-    context = cairo.Context(surface)
-    context.scale(pixels / units, pixels / units)
-    context.set_antialias(cairo.ANTIALIAS_BEST)
-    context.set_line_cap(cairo.LINE_CAP_ROUND)
-    context.set_line_join(cairo.LINE_JOIN_ROUND)
-    return surface, context
-
-
-# The overlay reaches a little beyond the mask, so that the art's soft edge does not shine through at the foot.
-OVERLAY_HALF, MASK_HALF = 49.5, 49.1
-
-
-def pebble(c, half=OVERLAY_HALF, x=50.0, y=50.0):
-    """The shape of the set: a superellipse, rounder than the platform's own icon and inside it everywhere."""
-    power = 2 / 3.05
-    steps = 360
-    for step in range(steps):
-        angle = 2 * math.pi * step / steps
-        across, down = math.cos(angle), math.sin(angle)
-        c.line_to(
-            x + half * math.copysign(abs(across) ** power, across),
-            y + half * math.copysign(abs(down) ** power, down),
-        )
-    c.close_path()
-
-
-def dip_line(c):
-    """Where the glaze ends: the tile was dipped by hand, a little askew."""
-    c.move_to(-2, 84.6)
-    c.curve_to(18, 82.2, 30, 87.2, 50, 85.6)
-    c.curve_to(68, 84.2, 80, 81.6, 102, 84.4)
-
-
-# Materials.
-
-
-def specks(c, chance, count, colour, strength, top=0.0, bottom=100.0, largest=0.75):
-    """Iron that has burnt through: many fine grains, few coarse ones."""
-    for _ in range(count):
-        x, y = chance.between(0, 100), chance.between(top, bottom)
-        size = 0.22 + (largest - 0.22) * chance.between(0, 1) ** 4
-        c.set_source_rgba(*rgb(colour), strength * chance.between(0.35, 1))
-        c.arc(x, y, size, 0, 2 * math.pi)
-        c.fill()
-
-
-def glaze(c, body, name):
-    """A coat of glaze: lighter where it lies thin at the top, deeper where it has run down."""
-    run = cairo.LinearGradient(0, 0, 0, 100)
-    run.add_color_stop_rgb(0, *mixed(body, 0xFFFFFF, 0.17))
-    run.add_color_stop_rgb(0.45, *rgb(body))
-    run.add_color_stop_rgb(1, *mixed(body, 0x1E1410, 0.20))
-    c.set_source(run)
-    c.paint()
-    chance = Chance(name)
-    specks(c, chance, 120, 0x4A2F22, 0.42)
-    specks(c, chance, 30, 0xFFFFFF, 0.22)
 
 
 def laid_in(c, marks, ink, body):
@@ -176,13 +78,6 @@ def laid_in(c, marks, ink, body):
     c.paint_with_alpha(0.34 if ink == SLIP else 0.18)
     c.set_source_rgb(*rgb(ink))
     draw_marks(c, marks, LINE)
-
-
-def write(surface, folder, *names):
-    target = os.path.join(folder, *names)
-    os.makedirs(os.path.dirname(target), exist_ok=True)
-    surface.flush()
-    surface.write_to_png(target)
 
 
 # The files of the theme.
@@ -326,48 +221,6 @@ def shadow(pixels, frame, icon_points):
     return surface
 
 
-def folder():
-    """A shallow tray of raw clay."""
-    surface, c = canvas(SIDE)
-    pebble(c)
-    c.clip()
-    clay = cairo.LinearGradient(0, 0, 0, 100)
-    clay.add_color_stop_rgba(0, *mixed(CLAY_DARK, CLAY, 0.2), 0.92)
-    clay.add_color_stop_rgba(1, *mixed(CLAY, CLAY_LIGHT, 0.25), 0.92)
-    c.set_source(clay)
-    c.paint()
-    specks(c, Chance("tray"), 260, 0x5E3B29, 0.30, largest=0.6)
-    for width, strength in ((9, 0.05), (6, 0.06), (3, 0.08)):
-        pebble(c)
-        c.set_source_rgba(0.2, 0.1, 0.05, strength)
-        c.set_line_width(width)
-        c.stroke()
-    pebble(c)
-    rim = cairo.LinearGradient(0, 0, 0, 100)
-    rim.add_color_stop_rgba(0, 1, 0.92, 0.84, 0.25)
-    rim.add_color_stop_rgba(1, 1, 0.92, 0.84, 0.60)
-    c.set_source(rim)
-    c.set_line_width(2.4)
-    c.stroke()
-    return surface
-
-
-def badge():
-    surface, c = canvas(72)
-    c.arc(50, 50, 48, 0, 2 * math.pi)
-    c.clip()
-    glaze_run = cairo.LinearGradient(0, 0, 0, 100)
-    glaze_run.add_color_stop_rgb(0, *mixed(0xB5482F, 0xFFFFFF, 0.12))
-    glaze_run.add_color_stop_rgb(1, *mixed(0xB5482F, 0x1E1410, 0.18))
-    c.set_source(glaze_run)
-    c.paint()
-    c.arc(50, 50, 46.5, 0, 2 * math.pi)
-    c.set_source_rgba(*rgb(SLIP), 0.85)
-    c.set_line_width(4.5)
-    c.stroke()
-    return surface
-
-
 INFO = """<?xml version="1.0" encoding="UTF-8"?>
 <!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
 <plist version="1.0">
@@ -418,8 +271,18 @@ def main():
     write(mask(), theme, "Bundles", "com.apple.mobileicons.framework", "AppIconMask.png")
     springboard = os.path.join(theme, "Bundles", "com.apple.springboard")
     write(clock_background(), springboard, "ClockIconBackgroundSquare.png")
-    write(folder(), springboard, "ANEMFolderIconBG.png")
+    write(folder(SIDE), springboard, "ANEMFolderIconBG.png")
+    write(folder(152), theme, "Velmoranth", "ipadFolder.png")
+    write(folder_backdrop(), springboard, "ANEMFolderBackground.png")
     write(badge(), springboard, "SBBadgeBG.png")
+    for scale, suffix in ((1, ""), (2, "@2x"), (3, "@3x")):
+        write(page_dot(scale, current=True), springboard, f"SBPageDotCurrent{suffix}.png")
+        write(page_dot(scale, current=False), springboard, f"SBPageDot{suffix}.png")
+        write(search_dot(scale), springboard, f"Spotlight_Pages{suffix}.png")
+    # A phone's icons end 64 to 67 points below the picture's top, a pad's 80: that is where the boards lie.
+    write(dock(375, 95, 3, 55, 69), theme, "Velmoranth", "SBDockBGiphone.png")
+    write(dock(768, 104, 2, 67, 83), springboard, "SBDockBG-Portrait@2x~ipad.png")
+    write(dock(1024, 104, 2, 67, 83), springboard, "SBDockBG-Landscape@2x~ipad.png")
     for device in ("iPhone", "iPad"):
         write(overlay(), theme, "Velmoranth", device + "Overlay.png")
     write(shadow(240, 80, 60), theme, "Velmoranth", "iPhoneShadow.png")
