@@ -191,7 +191,7 @@ TEST(PlatterShadow, SurroundsThePlatterAndLeavesItFree) {
     for (int y = 0; y < 104; ++y) {
         for (int x = 0; x < 300; ++x) {
             const Bgra pixel = at(shadow, x + kReach, y + kReach);
-            if (platter[static_cast<std::size_t>(y * 300 + x)] == 255) {
+            if (platter[static_cast<std::size_t>(y) * 300 + static_cast<std::size_t>(x)] == 255) {
                 ASSERT_EQ(pixel, kClear) << x << ' ' << y;
             }
             ASSERT_EQ(pixel.blue + pixel.green + pixel.red, 0);
