@@ -1,19 +1,65 @@
 // The replacement of SBIconView's layout: the shadow image and the layer shadow, once a view.
 #include "springboard_fixture.h"
 
+#include <cstdint>
+
 namespace velmoranth::hooks {
 namespace {
 
 using platform::Dictionary;
+using tests::appearanceOf;
+using tests::drawnPixels;
+using tests::joined;
+using tests::kBlue;
+using tests::kReadPreferences;
+using tests::kRed;
 using tests::Lines;
+using tests::solid;
 
-struct TestIconView final : desktop::ViewImplementation<platform::SBIconView> {
-    platform::SBIconRef shown;
+constexpr const char* kLayout = "orig layoutSubviews";
+
+// Writes what is done with the view's own properties, its subviews and its layer.
+class TestIconView final : public desktop::ViewImplementation<platform::SBIconView> {
+  public:
+    explicit TestIconView(tests::Journal& journal) : journal_(journal) {}
 
     [[nodiscard]] std::string className() const override { return "SBIconView"; }
 
     [[nodiscard]] platform::SBIconRef icon() const override { return shown; }
+
+    void setTag(int tag) override {
+        journal_.write("setTag " + std::to_string(tag));
+        setNodeTag(tag);
+    }
+
+    void insertSubviewAtIndex(const platform::ViewRef& view, std::size_t index) override {
+        journal_.write("insertSubview " + view->className() + " " + std::to_string(index));
+        insertNode(view, index);
+    }
+
+    [[nodiscard]] platform::LayerRef layer() override {
+        journal_.write("layer");
+        return hasLayer ? desktopLayer() : nullptr;
+    }
+
+    platform::SBIconRef shown;
+    bool hasLayer = true;
+
+  private:
+    tests::Journal& journal_;
 };
+
+const Dictionary kLayerShadow{{"enable", true},         {"dynamicShadow", true},
+                              {"opacityVal", 0.5},      {"xAxisVal", 1.5},
+                              {"yAxisVal", -2.25},      {"shadowRadiusVal", 7.0},
+                              {"shadowWidthVal", 61.0}, {"shadowHeightVal", 62.5}};
+
+Dictionary with(Dictionary values, const Dictionary& more) {
+    for (const auto& [key, value] : more) {
+        values.insert_or_assign(key, value);
+    }
+    return values;
+}
 
 class IconViewLayout : public tests::SpringBoardProcess {
   protected:
@@ -25,14 +71,230 @@ class IconViewLayout : public tests::SpringBoardProcess {
 
     void layout() { device.runtime.send<void>(*view, "layoutSubviews"); }
 
-    std::shared_ptr<TestIconView> view = std::make_shared<TestIconView>();
+    // The lines of a search for the phone's shadow through theme A, which has none, and of the
+    // insertion of the view.
+    static Lines shadowLines() {
+        return {"machine",
+                "imageView",
+                kReadPreferences,
+                "load /Library/Themes/A/Velmoranth/iPhoneShadow.png",
+                kReadPreferences,
+                "load /Library/Themes/A/AnemoneEffects/iPhoneShadow.png",
+                "insertSubview UIImageView 0"};
+    }
+
+    platform::ViewRef subview(std::size_t index) const { return view->nodeSubviews().at(index); }
+
+    std::shared_ptr<TestIconView> view = std::make_shared<TestIconView>(device.journal);
 };
 
 TEST_F(IconViewLayout, WithThemingOffRunsThePlatformsLayoutAlone) {
-    settings({"A"}, Dictionary{{"enableShadow", true}, {"dynamicShadow", true}});
+    Dictionary values = with(kLayerShadow, {{"enable", false}, {"enableShadow", true}});
+    settings({"A"}, values);
     layout();
-    EXPECT_EQ(taken(), Lines{"orig layoutSubviews"});
+    layout();
+    EXPECT_EQ(taken(), (Lines{kLayout, kLayout}));
     EXPECT_EQ(view->tag(), 0);
+    EXPECT_TRUE(view->nodeSubviews().empty());
+}
+
+TEST_F(IconViewLayout, WithoutSettingsRunsThePlatformsLayoutAlone) {
+    layout();
+    EXPECT_EQ(taken(), Lines{kLayout});
+}
+
+TEST_F(IconViewLayout, AViewWithoutAnIconIsLeftAlone) {
+    settings({"A"}, with(kLayerShadow, {{"enableShadow", true}}));
+    view->shown = nullptr;
+    layout();
+    EXPECT_EQ(taken(), Lines{kLayout});
+    EXPECT_EQ(view->tag(), 0);
+    EXPECT_TRUE(view->nodeSubviews().empty());
+    EXPECT_EQ(appearanceOf(*view).shadow.opacity, 0);
+    // It is treated when it has one.
+    view->shown = icon;
+    layout();
+    EXPECT_EQ(view->tag(), 546);
+    EXPECT_EQ(view->nodeSubviews().size(), 1U);
+}
+
+TEST_F(IconViewLayout, WithBothShadowsOffIsMarkedAllTheSame) {
+    settings({"A"}, {{"enable", true}});
+    layout();
+    EXPECT_EQ(taken(), (Lines{kLayout, "setTag 546"}));
+    EXPECT_TRUE(view->nodeSubviews().empty());
+    EXPECT_EQ(appearanceOf(*view).shadow.opacity, 0);
+    EXPECT_FALSE(appearanceOf(*view).shadowPath.has_value());
+}
+
+TEST_F(IconViewLayout, InsertsTheShadowBehindEverythingElse) {
+    themePng("A/Velmoranth/iPhoneShadow.png", kRed, 9);
+    settings({"A"}, {{"enable", true}, {"enableShadow", true}});
+    const auto label = std::make_shared<tests::HomeScreenView<platform::View>>("UILabel");
+    const auto badge = std::make_shared<tests::HomeScreenView<platform::View>>("UIView");
+    view->addSubview(label);
+    view->addSubview(badge);
+    layout();
+    EXPECT_EQ(taken(), (Lines{kLayout, "machine", "imageView", kReadPreferences,
+                              "load /Library/Themes/A/Velmoranth/iPhoneShadow.png",
+                              "insertSubview UIImageView 0", "setTag 546"}));
+    ASSERT_EQ(view->nodeSubviews().size(), 3U);
+    const auto shadow = std::dynamic_pointer_cast<platform::ImageView>(subview(0));
+    ASSERT_NE(shadow, nullptr);
+    EXPECT_EQ(shadow->tag(), 478);
+    EXPECT_EQ(shadow->frame(), (platform::Rect{{-10, -10}, {80, 80}}));
+    EXPECT_EQ(drawnPixels(shadow->image()), solid(9, 9, kRed));
+    EXPECT_EQ(subview(1), label);
+    EXPECT_EQ(subview(2), badge);
+    EXPECT_EQ(view->tag(), 546);
+}
+
+TEST_F(IconViewLayout, AThemeWithoutAShadowStillGivesAnEmptyView) {
+    settings({"A"}, {{"enable", true}, {"enableShadow", true}});
+    layout();
+    EXPECT_EQ(taken(), joined({{kLayout}, shadowLines(), {"setTag 546"}}));
+    ASSERT_EQ(view->nodeSubviews().size(), 1U);
+    const auto shadow = std::dynamic_pointer_cast<platform::ImageView>(subview(0));
+    ASSERT_NE(shadow, nullptr);
+    EXPECT_EQ(shadow->image(), nullptr);
+    EXPECT_EQ(shadow->tag(), 478);
+    // A phone's frame after a search of both folders, found or not.
+    EXPECT_EQ(shadow->frame(), (platform::Rect{{-10, -10}, {82, 82}}));
+}
+
+TEST_F(IconViewLayout, TheShadowImageAloneLeavesTheLayerAlone) {
+    settings({"A"}, with(kLayerShadow, {{"enableShadow", true}, {"dynamicShadow", false}}));
+    view->setClipsToBounds(true);
+    layout();
+    EXPECT_EQ(device.journal.count("layer"), 0U);
+    EXPECT_TRUE(appearanceOf(*view).masksToBounds);
+    EXPECT_EQ(appearanceOf(*view).shadow.opacity, 0);
+}
+
+TEST_F(IconViewLayout, ConfiguresTheLayerFromTheSettings) {
+    settings({"A"}, kLayerShadow);
+    view->setClipsToBounds(true);
+    view->desktopLayer()->setShadowColor({1, 1, 1, 0.5});
+    layout();
+    EXPECT_EQ(taken(), (Lines{kLayout, "layer", "setTag 546"}));
+    const desktop::DesktopLayer::Appearance& layer = appearanceOf(*view);
+    EXPECT_FALSE(layer.masksToBounds);
+    EXPECT_EQ(layer.shadow.color, (platform::Color{0, 0, 0, 1}));
+    EXPECT_EQ(layer.shadow.opacity, 0.5);
+    EXPECT_EQ(layer.shadow.offset, (platform::Point{1.5, -2.25}));
+    EXPECT_EQ(layer.shadow.radius, 7);
+    EXPECT_EQ(layer.shadowPath, (platform::Rect{{0, 0}, {61, 62.5}}));
+    EXPECT_EQ(layer.opacity, 1);
+    EXPECT_EQ(view->alpha(), 1);
+    EXPECT_TRUE(view->nodeSubviews().empty());
+}
+
+TEST_F(IconViewLayout, SettingsThatAreMissingMakeAShadowOfNothing) {
+    settings({"A"}, {{"enable", true}, {"dynamicShadow", true}});
+    layout();
+    const desktop::DesktopLayer::Appearance& layer = appearanceOf(*view);
+    EXPECT_EQ(layer.shadow.opacity, 0);
+    EXPECT_EQ(layer.shadow.offset, (platform::Point{0, 0}));
+    EXPECT_EQ(layer.shadow.radius, 0);
+    EXPECT_EQ(layer.shadowPath, (platform::Rect{{0, 0}, {0, 0}}));
+}
+
+TEST_F(IconViewLayout, SettingsAreSinglesWidened) {
+    settings({"A"}, with(kLayerShadow, {{"opacityVal", "0.1"},
+                                        {"xAxisVal", 0.1},
+                                        {"shadowRadiusVal", "3.3px"},
+                                        {"shadowWidthVal", std::int64_t{16777217}}}));
+    layout();
+    const desktop::DesktopLayer::Appearance& layer = appearanceOf(*view);
+    EXPECT_EQ(layer.shadow.opacity, static_cast<double>(0.1F));
+    EXPECT_EQ(layer.shadow.offset.x, static_cast<double>(0.1F));
+    EXPECT_EQ(layer.shadow.radius, static_cast<double>(3.3F));
+    EXPECT_EQ(layer.shadowPath->size.width, 16777216);
+}
+
+TEST_F(IconViewLayout, BothShadowsInOrder) {
+    settings({"A"}, with(kLayerShadow, {{"enableShadow", true}}));
+    layout();
+    EXPECT_EQ(taken(), joined({{kLayout}, shadowLines(), {"layer", "setTag 546"}}));
+    EXPECT_EQ(view->nodeSubviews().size(), 1U);
+    EXPECT_EQ(appearanceOf(*view).shadow.opacity, 0.5);
+}
+
+TEST_F(IconViewLayout, ASecondLayoutAddsNothing) {
+    settings({"A"}, with(kLayerShadow, {{"enableShadow", true}}));
+    layout();
+    taken();
+    layout();
+    layout();
+    EXPECT_EQ(taken(), (Lines{kLayout, "setTag 546", kLayout, "setTag 546"}));
+    EXPECT_EQ(view->nodeSubviews().size(), 1U);
+}
+
+TEST_F(IconViewLayout, SettingsThatChangeDoNotReachATreatedView) {
+    settings({"A"}, {{"enable", true}});
+    layout();
+    settings({"A"}, with(kLayerShadow, {{"enableShadow", true}}));
+    layout();
+    EXPECT_EQ(taken(), (Lines{kLayout, "setTag 546"}));
+    EXPECT_TRUE(view->nodeSubviews().empty());
+    EXPECT_EQ(appearanceOf(*view).shadow.opacity, 0);
+
+    const auto fresh = std::make_shared<TestIconView>(device.journal);
+    fresh->shown = icon;
+    device.runtime.send<void>(*fresh, "layoutSubviews");
+    EXPECT_EQ(fresh->nodeSubviews().size(), 1U);
+    EXPECT_EQ(appearanceOf(*fresh).shadow.opacity, 0.5);
+
+    settings({"A"}, {{"enable", false}});
+    device.runtime.send<void>(*fresh, "layoutSubviews");
+    EXPECT_EQ(taken(), Lines{kLayout});
+    EXPECT_EQ(fresh->nodeSubviews().size(), 1U);
+    EXPECT_EQ(appearanceOf(*fresh).shadow.opacity, 0.5);
+    EXPECT_EQ(fresh->tag(), 546);
+}
+
+TEST_F(IconViewLayout, ATagOfThePlatformsOwnIsOverwritten) {
+    settings({"A"}, {{"enable", true}, {"enableShadow", true}});
+    view->setNodeTag(478);
+    layout();
+    EXPECT_EQ(view->tag(), 546);
+    EXPECT_EQ(view->nodeSubviews().size(), 1U);
+}
+
+TEST_F(IconViewLayout, EachViewHasAShadowViewOfItsOwn) {
+    themePng("A/Velmoranth/iPhoneShadow.png");
+    settings({"A"}, {{"enable", true}, {"enableShadow", true}});
+    const auto second = std::make_shared<TestIconView>(device.journal);
+    second->shown = icon;
+    layout();
+    device.runtime.send<void>(*second, "layoutSubviews");
+    ASSERT_EQ(view->nodeSubviews().size(), 1U);
+    ASSERT_EQ(second->nodeSubviews().size(), 1U);
+    EXPECT_NE(view->nodeSubviews()[0], second->nodeSubviews()[0]);
+    EXPECT_EQ(device.journal.log(),
+              Lines{"VELMORANTH LOADSHADOW hasShadow stop no need to search "});
+}
+
+TEST_F(IconViewLayout, APadsShadowIsLarger) {
+    device.idiom.idiom = platform::kUserInterfaceIdiomPad;
+    themePng("A/Velmoranth/iPadShadow~ipad.png", kBlue);
+    settings({"A"}, {{"enable", true}, {"enableShadow", true}});
+    layout();
+    EXPECT_EQ(subview(0)->frame(), (platform::Rect{{-10, -10}, {96, 96}}));
+}
+
+TEST_F(IconViewLayout, AViewWithoutALayerIsMarked) {
+    settings({"A"}, kLayerShadow);
+    view->hasLayer = false;
+    layout();
+    EXPECT_EQ(view->tag(), 546);
+}
+
+TEST_F(IconViewLayout, LogsNothing) {
+    settings({"A"}, with(kLayerShadow, {{"enableShadow", true}, {"enableLogging", true}}));
+    layout();
+    layout();
+    EXPECT_TRUE(device.journal.log().empty());
 }
 
 }  // namespace
