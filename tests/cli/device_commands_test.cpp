@@ -1,6 +1,6 @@
 // velmoranth device init and velmoranth notify
 #include "tests/cli/command.h"
-#include "tests/cli/temporary_folder.h"
+#include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -9,6 +9,8 @@
 
 namespace velmoranth::cli {
 namespace {
+
+using tests::TemporaryFolder;
 
 namespace fs = std::filesystem;
 

@@ -3,7 +3,7 @@
 
 #include "desktop/image_io/image_io.h"
 #include "tests/cli/command.h"
-#include "tests/cli/temporary_folder.h"
+#include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -15,6 +15,8 @@
 #include <vector>
 
 namespace velmoranth::cli {
+
+using tests::TemporaryFolder;
 
 struct Color {
     std::uint8_t red;

@@ -1,14 +1,16 @@
 #include "desktop/files/create_device_root.h"
 
 #include "desktop/files/file_manager.h"
+#include "tests/support/temporary_folder.h"
 
-#include "temporary_folder.h"
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
 namespace velmoranth::desktop {
 namespace {
+
+using tests::TemporaryFolder;
 
 TEST(CreateDeviceRoot, LaysOutThePhonesFoldersAndLinks) {
     const TemporaryFolder host;

@@ -1,6 +1,7 @@
 #include "desktop/files/device_root.h"
 
-#include "temporary_folder.h"
+#include "tests/support/temporary_folder.h"
+
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -13,6 +14,8 @@
 
 namespace velmoranth::desktop {
 namespace {
+
+using tests::TemporaryFolder;
 
 std::string text(const platform::Data& bytes) {
     return std::string(bytes.begin(), bytes.end());

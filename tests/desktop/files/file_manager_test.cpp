@@ -1,8 +1,8 @@
 #include "desktop/files/file_manager.h"
 
 #include "desktop/files/file_errors.h"
+#include "tests/support/temporary_folder.h"
 
-#include "temporary_folder.h"
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -15,6 +15,8 @@
 
 namespace velmoranth::desktop {
 namespace {
+
+using tests::TemporaryFolder;
 
 platform::Data bytes(const std::string& text) {
     return platform::Data(text.begin(), text.end());
