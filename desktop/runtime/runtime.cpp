@@ -121,6 +121,17 @@ struct Runtime::State {
         return found == classes.end() ? nullptr : found->second.get();
     }
 
+    // What the object is an instance of: a class is one of its metaclass. Null when the process has
+    // no such class.
+    [[nodiscard]] const RuntimeClass* classOf(const platform::Object& object) const {
+        const auto* const asClass = dynamic_cast<const platform::Class*>(&object);
+        if (asClass == nullptr) {
+            return find(object.className());
+        }
+        const RuntimeClass* const own = resolve(asClass);
+        return own == nullptr ? nullptr : own->metaclass;
+    }
+
     // With the lock held for writing. The superclass may be null: a root.
     RuntimeClass& add(const std::string& name, RuntimeClass* superclass) {
         const auto cls = std::make_shared<RuntimeClass>(name, false, superclass, this);
@@ -243,19 +254,20 @@ bool Runtime::isKindOf(const platform::ClassRef& cls, const std::string& ancesto
 
 bool Runtime::setVariable(const platform::ClassRef& cls, const std::string& name,
                           const platform::Implementation& getter) {
+    platform::Implementation replaced = getter;  // then the one before, until unlocked
     const std::scoped_lock lock(state_->mutex);
     RuntimeClass* const own = state_->resolve(cls.get());
     if (own == nullptr) {
         return false;
     }
-    own->variables[name] = getter;
+    std::swap(own->variables[name], replaced);
     return true;
 }
 
 platform::Implementation Runtime::variableOf(const platform::Object& object,
                                              const std::string& name) const {
     const std::scoped_lock lock(state_->mutex);
-    for (const RuntimeClass* cls = state_->find(object.className()); cls != nullptr;
+    for (const RuntimeClass* cls = state_->classOf(object); cls != nullptr;
          cls = cls->superclass()) {
         if (const auto found = cls->variables.find(name); found != cls->variables.end()) {
             return found->second;
@@ -367,7 +379,7 @@ bool Runtime::addMethod(const platform::ClassRef& cls, const platform::Selector&
 bool Runtime::isKindOfClass(const platform::Object& object, const platform::ClassRef& cls) {
     const std::scoped_lock lock(state_->mutex);
     const RuntimeClass* const wanted = state_->resolve(cls.get());
-    for (const RuntimeClass* own = state_->find(object.className()); own != nullptr;
+    for (const RuntimeClass* own = state_->classOf(object); own != nullptr;
          own = own->superclass()) {
         if (own == wanted) {
             return true;
