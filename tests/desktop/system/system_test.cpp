@@ -121,6 +121,22 @@ TEST(DesktopDevice, SaysItsIdiom) {
     EXPECT_EQ(DesktopScreen(3).scale(), 3.0);
 }
 
+TEST(DesktopDevice, SaysHowItIsHeld) {
+    EXPECT_EQ(DesktopDevice(InterfaceIdiom::pad).orientation(), 1);
+    for (const int orientation : {0, 1, 2, 3, 4, 5, 6, -1, 99}) {
+        DesktopDevice device(InterfaceIdiom::phone, orientation);
+        EXPECT_EQ(device.orientation(), orientation);
+        EXPECT_EQ(device.userInterfaceIdiom(), 0);
+    }
+}
+
+TEST(DesktopScreen, SaysItsBoundsFromTheOrigin) {
+    EXPECT_EQ(DesktopScreen(2).bounds(), (platform::Rect{{0, 0}, {0, 0}}));
+    DesktopScreen screen(2, {1024.5, 768});
+    EXPECT_EQ(screen.bounds(), (platform::Rect{{0, 0}, {1024.5, 768}}));
+    EXPECT_EQ(screen.scale(), 2);
+}
+
 TEST(RecordedAudioSession, KeepsItsCategory) {
     RecordedAudioSession session;
     EXPECT_EQ(session.category(), "AVAudioSessionCategorySoloAmbient");
