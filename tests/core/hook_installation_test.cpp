@@ -329,6 +329,23 @@ TEST_F(HookTableInstall, InstallsTheWrittenRowsOfTheRunningSystem) {
     EXPECT_EQ(device.journal.linesWith("hook "), expected);
 }
 
+TEST_F(HookTableInstall, AddsTheTapThatClosesAFolderAfterItsRow) {
+    addTypedPlatform();
+    const ClassRef folder = device.runtime.getClass("SBFloatyFolderView");
+    EXPECT_FALSE(device.runtime.methodOf(folder, "handleTap"));
+    device.journal.clear();
+    HookTable::install();
+    EXPECT_TRUE(device.runtime.hasOwnMethod(folder, "handleTap"));
+    const Lines& lines = device.journal.lines();
+    const auto added =
+        std::find(lines.begin(), lines.end(), "addMethod SBFloatyFolderView handleTap v@:");
+    ASSERT_NE(added, lines.end());
+    ASSERT_NE(added, lines.begin());
+    EXPECT_EQ(*(added - 1), hookLine(kExpectedRows[9]));
+    EXPECT_EQ(*(added + 1), hookLine(kExpectedRows[10]));
+    EXPECT_EQ(device.journal.count("addMethod "), 1U);
+}
+
 TEST_F(HookTableInstall, TheThresholdsDecideOnTheRunningSystem) {
     addTypedPlatform();
     device.system.number = std::nextafter(1575.23, 2000.0);

@@ -56,10 +56,25 @@ TEST(HookTable, IsOneTableForTheProcess) {
     EXPECT_EQ(slots.size(), 54U);
 }
 
-TEST(HookTable, TheAppIconReplacementsAreWritten) {
+TEST(HookTable, TheReplacementsOfAppIconsAndOfTheHomeScreensViewsAreWritten) {
     const tests::TestDevice device;
-    for (const std::size_t number : {2U, 44U, 45U, 50U, 51U, 53U}) {
-        EXPECT_TRUE(HookTable::rows()[number - 1].isImplemented()) << number;
+    for (const HookRow& row : HookTable::rows()) {
+        const bool isWritten = row.number <= 24 || row.number == 44 || row.number == 45 ||
+                               (row.number >= 50 && row.number <= 54);
+        EXPECT_EQ(row.isImplemented(), isWritten) << row.number;
+    }
+}
+
+TEST(HookTable, NoTwoRowsShareAReplacement) {
+    const tests::TestDevice device;
+    const std::span<HookRow> rows = HookTable::rows();
+    for (const HookRow& one : rows) {
+        for (const HookRow& other : rows) {
+            if (one.isImplemented() && one.number != other.number) {
+                EXPECT_FALSE(one.replacement == other.replacement)
+                    << one.number << " " << other.number;
+            }
+        }
     }
 }
 
@@ -79,6 +94,8 @@ TEST(HookTable, AddsOneMethodAfterTheTenthRow) {
     EXPECT_EQ(methods[0].targetClass, "SBFloatyFolderView");
     EXPECT_EQ(methods[0].selector, "handleTap");
     EXPECT_EQ(methods[0].typeEncoding, "v@:");
+    // A message without arguments or result.
+    EXPECT_NE(methods[0].implementation.as<void(platform::Object&)>(), nullptr);
 }
 
 TEST(HookGate, AlwaysIsOpenForEverySystem) {
