@@ -88,6 +88,28 @@ void boxPass(std::uint8_t* bytes, std::size_t count, std::size_t stride, std::si
     }
 }
 
+// The three averages of one axis: pixels before and after each.
+struct Boxes {
+    bool any = false;
+    std::size_t before[3] = {};
+    std::size_t after[3] = {};
+};
+
+Boxes boxesOf(double deviation) {
+    if (!(deviation > 0)) {
+        return {};
+    }
+    // Three boxes of this width have the deviation of the Gaussian (the rule of the SVG filter
+    // effects recommendation, feGaussianBlur).
+    const double scaled =
+        std::min(deviation, 256.0) * 3 * std::sqrt(2 * std::numbers::pi) / 4 + 0.5;
+    const auto box = std::max<std::size_t>(static_cast<std::size_t>(scaled), 1);
+    const std::size_t half = box / 2;
+    const std::size_t shorter = box % 2 == 0 ? half - 1 : half;
+    // An even box is off by half a pixel: once to either side, then one that is a pixel wider.
+    return {.any = true, .before = {half, shorter, half}, .after = {shorter, half, half}};
+}
+
 }  // namespace
 
 std::vector<std::uint8_t> coverageOf(const RoundedRect& shape, std::size_t width,
@@ -125,25 +147,25 @@ std::vector<std::uint8_t> coverageOf(const RoundedRect& shape, std::size_t width
 
 void blurCoverage(std::vector<std::uint8_t>& coverage, std::size_t width, std::size_t height,
                   double deviation) {
-    if (!(deviation > 0) || coverage.size() < width * height) {
+    blurCoverage(coverage, width, height, deviation, deviation);
+}
+
+void blurCoverage(std::vector<std::uint8_t>& coverage, std::size_t width, std::size_t height,
+                  double deviationX, double deviationY) {
+    if (coverage.size() < width * height) {
         return;
     }
-    // Three boxes of this width have the deviation of the Gaussian (the rule of the SVG filter
-    // effects recommendation, feGaussianBlur).
-    const double scaled =
-        std::min(deviation, 256.0) * 3 * std::sqrt(2 * std::numbers::pi) / 4 + 0.5;
-    const auto box = std::max<std::size_t>(static_cast<std::size_t>(scaled), 1);
-    const std::size_t half = box / 2;
-    // An even box is off by half a pixel: once to either side, then one that is a pixel wider.
-    const std::size_t before[] = {half, box % 2 == 0 ? half - 1 : half, half};
-    const std::size_t after[] = {box % 2 == 0 ? half - 1 : half, half, half};
+    const Boxes horizontal = boxesOf(deviationX);
+    const Boxes vertical = boxesOf(deviationY);
     std::vector<std::uint8_t> line(std::max(width, height));
     for (std::size_t pass = 0; pass < 3; ++pass) {
-        for (std::size_t y = 0; y < height; ++y) {
-            boxPass(coverage.data() + y * width, width, 1, before[pass], after[pass], line);
+        for (std::size_t y = 0; y < height && horizontal.any; ++y) {
+            boxPass(coverage.data() + y * width, width, 1, horizontal.before[pass],
+                    horizontal.after[pass], line);
         }
-        for (std::size_t x = 0; x < width; ++x) {
-            boxPass(coverage.data() + x, height, width, before[pass], after[pass], line);
+        for (std::size_t x = 0; x < width && vertical.any; ++x) {
+            boxPass(coverage.data() + x, height, width, vertical.before[pass], vertical.after[pass],
+                    line);
         }
     }
 }

@@ -27,5 +27,8 @@ struct RoundedRect {
 // the edges there is nothing. Not positive does nothing; deviations above 256 count as 256.
 void blurCoverage(std::vector<std::uint8_t>& coverage, std::size_t width, std::size_t height,
                   double deviation);
+// The same with a deviation for each axis.
+void blurCoverage(std::vector<std::uint8_t>& coverage, std::size_t width, std::size_t height,
+                  double deviationX, double deviationY);
 
 }  // namespace velmoranth::desktop

@@ -5,11 +5,13 @@
 
 #include "desktop/imaging/bitmap_image.h"
 #include "desktop/imaging/pixels.h"
+#include "desktop/imaging/shadow.h"
 #include "platform/core_graphics.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,19 +26,9 @@ struct UserTransform {
     double offsetY = 0;
 };
 
-// Pixels [left, right) × [top, bottom).
-struct PixelRect {
-    std::int64_t left = 0;
-    std::int64_t top = 0;
-    std::int64_t right = 0;
-    std::int64_t bottom = 0;
-
-    [[nodiscard]] bool empty() const { return left >= right || top >= bottom; }
-
-    friend bool operator==(const PixelRect&, const PixelRect&) = default;
-};
-
-// A shadow of what is drawn. Points, y downwards in a UIKit context.
+// A shadow of what is drawn. Points, y downwards on the picture, scaled like what is drawn. Colour
+// and opacity count as 0..1, a negative radius as 0, one of more than kMaxShadowDeviation pixels as
+// that. A shadow with NaN in it, or an offset of more than a million pixels, is not there.
 struct Shadow {
     double opacity = 0;
     double radius = 3;  // the standard deviation of the blur
@@ -89,9 +81,21 @@ class DesktopGraphicsContext final : public platform::GraphicsContext {
     void restoreState();
 
     // Everything drawn until the matching end is drawn at once: times `opacity`, with the shadow of
-    // its alpha behind it. They nest; clip and transform are as before after the end.
-    void beginTransparencyLayer(double opacity, const Shadow& shadow = {});
+    // its alpha behind it. They nest; clip and transform are as before after the end. With an
+    // `extent` (points) only what lies in it is drawn; it takes memory for the part of it that the
+    // clip shows, and for what casts a shadow into the clip from at most kMaxShadowReach pixels
+    // around. Without one it takes that of the clip, and nothing outside casts a shadow.
+    void beginTransparencyLayer(double opacity, const Shadow& shadow = {},
+                                const std::optional<platform::Rect>& extent = std::nullopt);
     void endTransparencyLayer();
+
+    // The shadow that a filled rectangle (points) would cast, without the rectangle: a Gaussian's,
+    // whole to the pixel. Negative sizes go the other way; edges farther than ten million pixels
+    // count as there. The same shadow again costs no blur.
+    void drawShadowOfRect(const platform::Rect& rect, const Shadow& shadow);
+
+    // How many shadows of rectangles were blurred so far.
+    [[nodiscard]] std::size_t blurredShadows() const { return shadowTiles_.made(); }
 
     // Narrows the clip. Points; the radius rounds the corners. Edges between pixels are smooth.
     void clipToRect(const platform::Rect& rect, double cornerRadius = 0);
@@ -105,7 +109,8 @@ class DesktopGraphicsContext final : public platform::GraphicsContext {
                    double opacity = 1);
     void drawPixels(const PixelView& source, const platform::Rect& rect, double opacity = 1);
 
-    // What has been drawn. Valid until the next call that draws, or ends the context.
+    // What has been drawn, without layers that are open. Valid until the next call that draws, or
+    // ends the context.
     [[nodiscard]] PixelView pixels();
     // For drawing code that fills the memory itself; clip and transform do not apply.
     [[nodiscard]] MutablePixels mutablePixels();
@@ -120,10 +125,23 @@ class DesktopGraphicsContext final : public platform::GraphicsContext {
         ClipMask clipMask;
     };
 
-    // A transparency layer that is open: what was there before it.
-    struct Layer {
+    // Memory that is drawn on: the pixels of `area` as the whole picture counts them.
+    struct Surface {
+        PixelRect area;
+        std::size_t bytesPerRow = 0;
+        // Null until the first drawing; a picture that covers everything is then copied once.
         std::shared_ptr<platform::Data> memory;
         bool shared = false;
+
+        [[nodiscard]] std::uint8_t* at(std::int64_t x, std::int64_t y) const {
+            return memory->data() + static_cast<std::size_t>(y - area.top) * bytesPerRow +
+                   static_cast<std::size_t>(x - area.left) * 4;
+        }
+    };
+
+    // A transparency layer that is open: what was there before it.
+    struct Layer {
+        Surface below;
         double opacity = 1;
         Shadow shadow;
         std::size_t savedStates = 0;
@@ -144,18 +162,29 @@ class DesktopGraphicsContext final : public platform::GraphicsContext {
     [[nodiscard]] const std::uint8_t* clipRow(std::int64_t x, std::int64_t y) const;
     // Makes the memory ours alone, zeroed or black when there was none.
     void makeWritable();
+    static void makeWritable(Surface& surface, bool black);
+
+    [[nodiscard]] bool startsBlack() const {
+        return configuration_.content != Content::premultiplied;
+    }
+
+    [[nodiscard]] Surface& base() { return layers_.empty() ? surface_ : layers_.front().below; }
+
     void blit(const PixelView& source, const DeviceRect& device, std::uint8_t opacity);
     void resample(const PixelView& source, const DeviceRect& device, std::uint8_t opacity);
-    // Draws it into `memory`, which has the rows of the context's own.
-    void castShadow(const PixelView& content, const Shadow& shadow, platform::Data& memory) const;
-    // Draws a whole picture of the context's size, clipped already, into `memory`.
-    void compositeAll(const PixelView& content, std::uint8_t opacity, platform::Data& memory) const;
+    // The shadow in pixels under the transform; nothing when it cannot be seen.
+    [[nodiscard]] std::optional<DeviceShadow> toDevice(const Shadow& shadow) const;
+    [[nodiscard]] PixelRect layerArea(const Shadow& shadow,
+                                      const std::optional<platform::Rect>& extent) const;
+    // These two draw what the clip shows of `content` and its shadow.
+    void compositeSurface(const Surface& content, std::uint8_t opacity, Surface& target) const;
+    void castShadow(const Surface& content, const DeviceShadow& shadow, Surface& target) const;
+    // Coverage of the tile's pixels, in the shadow's colour.
+    void drawTile(const ShadowTile& tile, const DeviceShadow& shadow, Surface& target) const;
 
     Configuration configuration_;
-    std::size_t memoryBytesPerRow_;
-    // Null until the first drawing; a picture that covers everything is then copied once.
-    std::shared_ptr<platform::Data> memory_;
-    bool shared_ = false;
+    Surface surface_;
+    ShadowTiles shadowTiles_;
     State state_;
     std::vector<State> saved_;
     std::vector<Layer> layers_;

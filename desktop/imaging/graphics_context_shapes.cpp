@@ -71,7 +71,7 @@ const std::uint8_t* DesktopGraphicsContext::clipRow(std::int64_t x, std::int64_t
     if (state_.clipMask == nullptr) {
         return nullptr;
     }
-    const std::size_t width = unsignedOf(state_.clip.right - state_.clip.left);
+    const std::size_t width = state_.clip.width();
     return state_.clipMask->data() + unsignedOf(y - state_.clip.top) * width +
            unsignedOf(x - state_.clip.left);
 }
@@ -91,8 +91,8 @@ void DesktopGraphicsContext::clipToRect(const Rect& rect, double cornerRadius) {
         state_.clipMask = nullptr;
         return;
     }
-    const std::size_t width = unsignedOf(shown.right - shown.left);
-    const std::size_t height = unsignedOf(shown.bottom - shown.top);
+    const std::size_t width = shown.width();
+    const std::size_t height = shown.height();
     const double radius = std::max(cornerRadius, 0.0);
     const auto left = static_cast<double>(shown.left);
     const auto top = static_cast<double>(shown.top);
@@ -125,8 +125,8 @@ void DesktopGraphicsContext::fillRect(const Rect& rect, const platform::Color& c
     if (shown.empty()) {
         return;
     }
-    const std::size_t width = unsignedOf(shown.right - shown.left);
-    const std::size_t height = unsignedOf(shown.bottom - shown.top);
+    const std::size_t width = shown.width();
+    const std::size_t height = shown.height();
     const bool sharp = !(cornerRadius > 0) && isWhole(device.left) && isWhole(device.top) &&
                        isWhole(device.right) && isWhole(device.bottom);
     std::vector<std::uint8_t> coverage;
@@ -158,9 +158,7 @@ void DesktopGraphicsContext::fillRect(const Rect& rect, const platform::Color& c
             }
             factors = row;
         }
-        compositeColorRow(
-            memory_->data() + unsignedOf(line) * memoryBytesPerRow_ + unsignedOf(shown.left) * 4,
-            pixel, width, factors);
+        compositeColorRow(surface_.at(shown.left, line), pixel, width, factors);
     }
 }
 
@@ -191,16 +189,15 @@ void DesktopGraphicsContext::drawPixels(const PixelView& source, const Rect& rec
 void DesktopGraphicsContext::blit(const PixelView& source, const DeviceRect& device,
                                   std::uint8_t opacity) {
     const PixelRect shown = visible(device);
-    const std::size_t width = unsignedOf(shown.right - shown.left);
-    const bool coversAll = width == configuration_.size.width &&
-                           unsignedOf(shown.bottom - shown.top) == configuration_.size.height;
-    const bool startsClear = configuration_.content == Content::premultiplied || !layers_.empty();
-    if (memory_ == nullptr && coversAll && startsClear && opacity == 255 &&
-        state_.clipMask == nullptr && source.bytesPerRow == memoryBytesPerRow_ &&
-        source.width == configuration_.size.width && source.height == configuration_.size.height) {
-        memory_ = std::make_shared<platform::Data>(
-            source.data, source.data + memoryBytesPerRow_ * source.height);
-        shared_ = false;
+    const std::size_t width = shown.width();
+    // What begins as a picture that fills it all is copied, not cleared and then drawn on.
+    const bool startsClear = !layers_.empty() || !startsBlack();
+    if (surface_.memory == nullptr && shown == surface_.area && startsClear && opacity == 255 &&
+        state_.clipMask == nullptr && source.bytesPerRow == surface_.bytesPerRow &&
+        source.width == shown.width() && source.height == shown.height()) {
+        surface_.memory = std::make_shared<platform::Data>(
+            source.data, source.data + source.bytesPerRow * source.height);
+        surface_.shared = false;
         return;
     }
     makeWritable();
@@ -208,9 +205,8 @@ void DesktopGraphicsContext::blit(const PixelView& source, const DeviceRect& dev
         unsignedOf(shown.left - static_cast<std::int64_t>(device.left));
     for (std::int64_t y = shown.top; y < shown.bottom; ++y) {
         const std::size_t line = unsignedOf(y - static_cast<std::int64_t>(device.top));
-        compositeRow(
-            memory_->data() + unsignedOf(y) * memoryBytesPerRow_ + unsignedOf(shown.left) * 4,
-            source.row(line) + skippedColumns * 4, width, opacity, clipRow(shown.left, y));
+        compositeRow(surface_.at(shown.left, y), source.row(line) + skippedColumns * 4, width,
+                     opacity, clipRow(shown.left, y));
     }
 }
 
@@ -231,7 +227,7 @@ void DesktopGraphicsContext::resample(const PixelView& source, const DeviceRect&
                          .first = shown.top,
                          .last = shown.bottom});
     makeWritable();
-    const std::size_t width = unsignedOf(shown.right - shown.left);
+    const std::size_t width = shown.width();
     std::vector<std::uint8_t> factors(width);
     for (std::int64_t y = shown.top; y < shown.bottom; ++y) {
         const std::size_t index = unsignedOf(y - shown.top);
@@ -245,9 +241,7 @@ void DesktopGraphicsContext::resample(const PixelView& source, const DeviceRect&
                 coverage = factors.data();
             }
         }
-        compositeRow(
-            memory_->data() + unsignedOf(y) * memoryBytesPerRow_ + unsignedOf(shown.left) * 4,
-            resampler.row(index), width, opacity, coverage);
+        compositeRow(surface_.at(shown.left, y), resampler.row(index), width, opacity, coverage);
     }
 }
 

@@ -2,6 +2,7 @@
 // views here do not own what they show.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -14,6 +15,37 @@ struct PixelSize {
 
     friend bool operator==(const PixelSize&, const PixelSize&) = default;
 };
+
+// Pixels [left, right) × [top, bottom).
+struct PixelRect {
+    std::int64_t left = 0;
+    std::int64_t top = 0;
+    std::int64_t right = 0;
+    std::int64_t bottom = 0;
+
+    [[nodiscard]] bool empty() const { return left >= right || top >= bottom; }
+
+    // Pixels; of rectangles that are not empty.
+    [[nodiscard]] std::size_t width() const { return static_cast<std::size_t>(right - left); }
+
+    [[nodiscard]] std::size_t height() const { return static_cast<std::size_t>(bottom - top); }
+
+    friend bool operator==(const PixelRect&, const PixelRect&) = default;
+};
+
+[[nodiscard]] inline PixelRect intersection(const PixelRect& a, const PixelRect& b) {
+    return {std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
+            std::min(a.bottom, b.bottom)};
+}
+
+// The smallest that holds both; an empty one holds nothing.
+[[nodiscard]] inline PixelRect united(const PixelRect& a, const PixelRect& b) {
+    if (a.empty() || b.empty()) {
+        return a.empty() ? b : a;
+    }
+    return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right),
+            std::max(a.bottom, b.bottom)};
+}
 
 // What one bitmap may need at most; larger ones are not made. A whole screen of the largest pad
 // takes 23 MiB.

@@ -23,6 +23,35 @@ void makePositive(double& start, double& length) {
     }
 }
 
+Rect united(const Rect& a, const Rect& b) {
+    const double left = std::min(a.origin.x, b.origin.x);
+    const double top = std::min(a.origin.y, b.origin.y);
+    return {{left, top},
+            {std::max(a.origin.x + a.size.width, b.origin.x + b.size.width) - left,
+             std::max(a.origin.y + a.size.height, b.origin.y + b.size.height) - top}};
+}
+
+// Where a shadow of what fills `rect` may be seen. Numbers that are out of bounds are brought into
+// them: what is drawn then is far away, or nothing.
+Rect shaded(const Rect& rect, const Shadow& shadow) {
+    constexpr double kFar = 1e6;
+    const auto bounded = [kFar](double value, double low) {
+        return std::isnan(value) ? 0 : std::clamp(value, low, kFar);
+    };
+    double left = bounded(rect.origin.x, -kFar);
+    double top = bounded(rect.origin.y, -kFar);
+    double width = bounded(rect.size.width, -kFar);
+    double height = bounded(rect.size.height, -kFar);
+    makePositive(left, width);
+    makePositive(top, height);
+    const double blur = kShadowDeviations * bounded(shadow.radius, 0);
+    // A pixel more: the blur is that of whole ones.
+    const double margin = blur + 1;
+    return {{left + bounded(shadow.offset.x, -kFar) - margin,
+             top + bounded(shadow.offset.y, -kFar) - margin},
+            {width + 2 * margin, height + 2 * margin}};
+}
+
 }  // namespace
 
 ViewNode::ViewNode() : layer_(std::make_shared<DesktopLayer>(this)) {}
@@ -128,28 +157,74 @@ void ViewNode::setTransform(const ViewTransform& transform) {
 void ViewNode::drawContent(DesktopGraphicsContext& /*context*/, const Rect& /*bounds*/,
                            double /*opacity*/) {}
 
+Rect ViewNode::contentExtent(const Rect& bounds) const {
+    return bounds;
+}
+
+ViewNode::Geometry ViewNode::geometry(OpacityRule rule) const {
+    return rule == OpacityRule::wholeTree ? Geometry{shownFrame(), shownTransform()}
+                                          : Geometry{frame_, transform_};
+}
+
+bool ViewNode::castsShadow(OpacityRule rule) const {
+    const DesktopLayer::Appearance& appearance = layer_->appearance;
+    // What clips to its bounds clips its shadow away on the screen.
+    return appearance.shadow.opacity > 0 &&
+           !(rule == OpacityRule::wholeTree && appearance.masksToBounds);
+}
+
+Rect ViewNode::extent(OpacityRule rule) const {
+    const DesktopLayer::Appearance& appearance = layer_->appearance;
+    const Rect bounds{{0, 0}, geometry(rule).frame.size};
+    Rect result = appearance.masksToBounds ? bounds : united(bounds, contentExtent(bounds));
+    for (const ViewRef& subview : subviews_) {
+        const ViewNode& node = *of(subview);
+        if (!appearance.masksToBounds && !node.layer_->appearance.hidden) {
+            const Rect inner = node.withShadow(node.extent(rule), rule);
+            result = united(result, placed(inner, node.geometry(rule)));
+        }
+    }
+    return result;
+}
+
+Rect ViewNode::withShadow(const Rect& extent, OpacityRule rule) const {
+    const DesktopLayer::Appearance& appearance = layer_->appearance;
+    if (!castsShadow(rule)) {
+        return extent;
+    }
+    const bool byPath = rule == OpacityRule::wholeTree && appearance.shadowPath;
+    return united(extent, shaded(byPath ? *appearance.shadowPath : extent, appearance.shadow));
+}
+
 void ViewNode::render(DesktopGraphicsContext& context, OpacityRule rule, double opacity) {
     const DesktopLayer::Appearance& appearance = layer_->appearance;
-    const double wanted =
-        rule == OpacityRule::wholeTree ? layer_->shownOpacity() : appearance.opacity;
-    const double own = std::clamp(wanted, 0.0, 1.0);
+    const bool screen = rule == OpacityRule::wholeTree;
+    const double own = std::clamp(screen ? layer_->shownOpacity() : appearance.opacity, 0.0, 1.0);
     if (appearance.hidden || !(own > 0)) {
         return;
     }
-    const bool together = rule == OpacityRule::wholeTree && own < 1;
-    if (!together && !(appearance.shadow.opacity > 0)) {
-        renderContent(context, rule, opacity * own);
-        return;
+    const bool together = screen && own < 1;
+    const bool casts = castsShadow(rule);
+    const bool byPath = casts && screen && appearance.shadowPath;
+    const bool layered = together || (casts && !byPath);
+    if (layered) {
+        const Rect content = extent(rule);
+        context.beginTransparencyLayer(together ? own : 1,
+                                       casts && !byPath ? appearance.shadow : Shadow{},
+                                       byPath ? withShadow(content, rule) : content);
     }
-    context.beginTransparencyLayer(together ? own : 1, appearance.shadow);
+    if (byPath) {
+        context.drawShadowOfRect(*appearance.shadowPath, appearance.shadow);
+    }
     renderContent(context, rule, together ? opacity : opacity * own);
-    context.endTransparencyLayer();
+    if (layered) {
+        context.endTransparencyLayer();
+    }
 }
 
 void ViewNode::renderContent(DesktopGraphicsContext& context, OpacityRule rule, double opacity) {
     const DesktopLayer::Appearance& appearance = layer_->appearance;
-    const Rect bounds =
-        rule == OpacityRule::wholeTree ? Rect{{0, 0}, shownFrame().size} : layer_->bounds_;
+    const Rect bounds{{0, 0}, geometry(rule).frame.size};
     context.saveState();
     if (appearance.masksToBounds) {
         context.clipToRect(bounds, appearance.cornerRadius);
@@ -167,10 +242,23 @@ void ViewNode::renderContent(DesktopGraphicsContext& context, OpacityRule rule, 
     context.restoreState();
 }
 
+// A rectangle in a view's coordinates in those of its superview.
+Rect ViewNode::placed(const Rect& rect, const Geometry& geometry) {
+    const auto& [frame, transform] = geometry;
+    const double centerX = frame.size.width / 2;
+    const double centerY = frame.size.height / 2;
+    Rect result{{frame.origin.x + centerX + transform.translation.x +
+                     transform.scaleX * (rect.origin.x - centerX),
+                 frame.origin.y + centerY + transform.translation.y +
+                     transform.scaleY * (rect.origin.y - centerY)},
+                {transform.scaleX * rect.size.width, transform.scaleY * rect.size.height}};
+    makePositive(result.origin.x, result.size.width);
+    makePositive(result.origin.y, result.size.height);
+    return result;
+}
+
 void ViewNode::renderSubview(DesktopGraphicsContext& context, OpacityRule rule, double opacity) {
-    const bool now = rule == OpacityRule::wholeTree;
-    const Rect frame = now ? shownFrame() : frame_;
-    const ViewTransform transform = now ? shownTransform() : transform_;
+    const auto [frame, transform] = geometry(rule);
     context.saveState();
     context.translateCTM(frame.origin.x, frame.origin.y);
     if (transform != ViewTransform{}) {

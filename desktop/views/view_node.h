@@ -21,7 +21,7 @@ namespace velmoranth::desktop {
 struct ViewTransform {
     double scaleX = 1;
     double scaleY = 1;
-    platform::Point translation;  // points of the superview
+    platform::Point translation = {};  // points of the superview
 
     friend bool operator==(const ViewTransform&, const ViewTransform&) = default;
 };
@@ -121,8 +121,22 @@ class ViewNode : public std::enable_shared_from_this<ViewNode> {
     // shown.
     virtual void drawContent(DesktopGraphicsContext& context, const platform::Rect& bounds,
                              double opacity);
+    // What contents and drawContent may reach; the bounds, unless a view draws beyond them.
+    [[nodiscard]] virtual platform::Rect contentExtent(const platform::Rect& bounds) const;
 
   private:
+    struct Geometry {
+        platform::Rect frame;
+        ViewTransform transform;
+    };
+
+    [[nodiscard]] static platform::Rect placed(const platform::Rect& rect,
+                                               const Geometry& geometry);
+    [[nodiscard]] Geometry geometry(OpacityRule rule) const;
+    [[nodiscard]] bool castsShadow(OpacityRule rule) const;
+    // What the view and its subviews reach, in its own coordinates, without its own shadow.
+    [[nodiscard]] platform::Rect extent(OpacityRule rule) const;
+    [[nodiscard]] platform::Rect withShadow(const platform::Rect& extent, OpacityRule rule) const;
     [[nodiscard]] platform::ViewRef selfAsView();
     [[nodiscard]] bool isInside(const ViewNode& node) const;
     void renderContent(DesktopGraphicsContext& context, OpacityRule rule, double opacity);

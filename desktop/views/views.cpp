@@ -13,6 +13,16 @@ namespace {
 
 // How far a label's shadow may reach beyond its bounds, points.
 constexpr double kLabelMargin = 8;
+// Text that would be larger, pixels a side, is drawn smaller and stretched.
+constexpr double kMaxTextSide = 4096;
+// What is a hair beside a pixel's edge is on it.
+constexpr double kPixelTolerance = 1e-6;
+
+// How far into its pixel a position lies: 0 to 1.
+double phaseOf(double position) {
+    const double phase = position - std::floor(position + kPixelTolerance);
+    return phase > kPixelTolerance ? phase : 0;
+}
 
 }  // namespace
 
@@ -21,30 +31,38 @@ DesktopImageView::DesktopImageView(const platform::ImageRef& image) {
     setNodeFrame({{0, 0}, platform::sizeOf(image)});
 }
 
+Rect DesktopLabel::contentExtent(const Rect& bounds) const {
+    return {{-kLabelMargin, -kLabelMargin},
+            {bounds.size.width + 2 * kLabelMargin, bounds.size.height + 2 * kLabelMargin}};
+}
+
 void DesktopLabel::drawContent(DesktopGraphicsContext& context, const Rect& bounds,
                                double opacity) {
-    const platform::Size size = bounds.size;
-    // Pixels that text is made of; those of the screen, unless it is scaled unevenly.
+    const UserTransform& transform = context.transform();
+    const Rect area = contentExtent(bounds);
+    // Pixels that text is made of; those of the screen, unless it is scaled unevenly or absurdly.
+    const double wanted = std::max(std::abs(transform.scaleX), std::abs(transform.scaleY));
     const double scale =
-        std::max(std::abs(context.transform().scaleX), std::abs(context.transform().scaleY));
-    const Rect area{{-kLabelMargin, -kLabelMargin},
-                    {size.width + 2 * kLabelMargin, size.height + 2 * kLabelMargin}};
-    const double width = std::ceil(area.size.width * scale - 1e-6);
-    const double height = std::ceil(area.size.height * scale - 1e-6);
-    constexpr auto kGreatest = static_cast<double>(kMaxBitmapSide);
-    if (text_.empty() ||
-        !(width >= 1 && height >= 1 && width <= kGreatest && height <= kGreatest)) {
+        std::min(wanted, kMaxTextSide / std::max(area.size.width, area.size.height));
+    const bool even = transform.scaleX == scale && transform.scaleY == scale;
+    // Begun on the screen's whole pixels, text is copied, not stretched.
+    const double phaseX = even ? phaseOf(transform.scaleX * area.origin.x + transform.offsetX) : 0;
+    const double phaseY = even ? phaseOf(transform.scaleY * area.origin.y + transform.offsetY) : 0;
+    const double width = std::ceil(area.size.width * scale + phaseX - kPixelTolerance);
+    const double height = std::ceil(area.size.height * scale + phaseY - kPixelTolerance);
+    if (text_.empty() || !(width >= 1 && height >= 1)) {
         return;
     }
     const PixelSize pixels{static_cast<std::size_t>(width), static_cast<std::size_t>(height)};
-    if (!bitmapBytes(pixels, 4, 0)) {
-        return;
-    }
     std::vector<std::uint8_t> memory(pixels.width * pixels.height * 4);
     const MutablePixels target{memory.data(), pixels.width, pixels.height, pixels.width * 4};
-    drawText(target, text_, style_, {{kLabelMargin, kLabelMargin}, size}, scale);
-    // At whole pixels' size, so that text is copied, not stretched.
-    context.drawPixels(target.view(), {area.origin, {width / scale, height / scale}}, opacity);
+    const platform::Point shift{phaseX / scale, phaseY / scale};
+    drawText(target, text_, style_, {{kLabelMargin + shift.x, kLabelMargin + shift.y}, bounds.size},
+             scale);
+    context.drawPixels(
+        target.view(),
+        {{area.origin.x - shift.x, area.origin.y - shift.y}, {width / scale, height / scale}},
+        opacity);
 }
 
 ImageViewRef DesktopViews::imageView() {

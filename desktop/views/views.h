@@ -59,6 +59,7 @@ class DesktopLabel : public ViewImplementation<platform::View> {
   protected:
     void drawContent(DesktopGraphicsContext& context, const platform::Rect& bounds,
                      double opacity) override;
+    [[nodiscard]] platform::Rect contentExtent(const platform::Rect& bounds) const override;
 
   private:
     std::string text_;

@@ -1,4 +1,4 @@
-// Bitmap contexts, image contexts, gradients and drawing images, against values from the rules.
+// Bitmap contexts, gradients and drawing images, against values from the rules.
 #include "desktop/imaging/core_graphics.h"
 #include "desktop/imaging/graphics_context.h"
 #include "desktop/imaging/image_contexts.h"
@@ -12,7 +12,6 @@
 #include <limits>
 #include <memory>
 #include <optional>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -138,55 +137,13 @@ TEST(BitmapContext, TranslatingUpwardsMovesTowardsTheTopRow) {
     }
 }
 
-class ImageContexts : public testing::Test {
+class DrawInRect : public testing::Test {
   protected:
     DesktopImageContexts contexts{3, ImageDescription::ios13};
     DesktopImages images{{.root = nullptr, .screenScale = 3}, contexts};
 };
 
-TEST_F(ImageContexts, SizeIsPointsTimesScaleRoundedUp) {
-    contexts.beginImageContextWithOptions({10.1, 20}, false, 0);
-    const auto image = contexts.getImageFromCurrentImageContext();
-    contexts.endImageContext();
-    ASSERT_NE(image, nullptr);
-    EXPECT_EQ(image->scale(), 3);
-    EXPECT_EQ(image->bitmap()->layout().width, 31U);
-    EXPECT_EQ(image->bitmap()->layout().height, 60U);
-    // 0.1 + 0.2 is a hair above 0.3: three pixels at ten a point, not four.
-    contexts.beginImageContextWithOptions({0.1 + 0.2, 1}, false, 10);
-    EXPECT_EQ(contexts.getImageFromCurrentImageContext()->bitmap()->layout().width, 3U);
-    contexts.endImageContext();
-}
-
-TEST_F(ImageContexts, ImpossibleSizesMakeNoContextButNeedAnEnd) {
-    contexts.beginImageContextWithOptions({1, 1}, false, 1);
-    const auto outer = contexts.getCurrentContext();
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    const double infinite = std::numeric_limits<double>::infinity();
-    const platform::Size sizes[] = {{0, 5},   {5, 0},        {-1, 5},    {nan, 5},
-                                    {5, nan}, {infinite, 5}, {1e300, 1}, {16384, 16384}};
-    for (const platform::Size& size : sizes) {
-        contexts.beginImageContextWithOptions(size, false, 1);
-        EXPECT_EQ(contexts.getCurrentContext(), nullptr);
-        EXPECT_EQ(contexts.getImageFromCurrentImageContext(), nullptr);
-        contexts.endImageContext();
-        EXPECT_EQ(contexts.getCurrentContext(), outer);
-    }
-    contexts.endImageContext();
-    EXPECT_EQ(contexts.getCurrentContext(), nullptr);
-    contexts.endImageContext();
-}
-
-TEST_F(ImageContexts, EachThreadAndEachOwnerHasItsOwnStack) {
-    contexts.beginImageContextWithOptions({1, 1}, false, 1);
-    DesktopImageContexts other(1, ImageDescription::ios12);
-    EXPECT_EQ(other.getCurrentContext(), nullptr);
-    std::thread([&] { EXPECT_EQ(contexts.getCurrentContext(), nullptr); }).join();
-    EXPECT_NE(contexts.getCurrentContext(), nullptr);
-    contexts.endImageContext();
-}
-
-TEST_F(ImageContexts, OpaqueStartsBlackWithoutAlpha) {
+TEST_F(DrawInRect, OpaqueContextsStartBlackWithoutAlpha) {
     contexts.beginImageContextWithOptions({1, 1}, true, 1);
     const auto image = contexts.getImageFromCurrentImageContext();
     contexts.endImageContext();
@@ -195,7 +152,7 @@ TEST_F(ImageContexts, OpaqueStartsBlackWithoutAlpha) {
     EXPECT_EQ(at(image->bitmap(), 0, 0)[3], 255);
 }
 
-TEST_F(ImageContexts, DrawingPixelOnPixelKeepsEveryByte) {
+TEST_F(DrawInRect, DrawingPixelOnPixelKeepsEveryByte) {
     const auto bitmap = bitmapOf(noise(60 * 30), 60, 30);
     const auto image = images.makeImage(bitmap, 3);
     contexts.beginImageContextWithOptions({20, 10}, false, 0);
@@ -205,7 +162,7 @@ TEST_F(ImageContexts, DrawingPixelOnPixelKeepsEveryByte) {
     EXPECT_EQ(*result->bitmap()->dataProvider(), *bitmap->dataProvider());
 }
 
-TEST_F(ImageContexts, DrawingOverFollowsSourceOver) {
+TEST_F(DrawInRect, DrawingOverFollowsSourceOver) {
     const auto below = bitmapOf(noise(131), 131, 1);
     Data bytes = noise(262);
     const auto above = bitmapOf(Data(bytes.begin() + 131 * 4, bytes.end()), 131, 1);
@@ -224,7 +181,7 @@ TEST_F(ImageContexts, DrawingOverFollowsSourceOver) {
     }
 }
 
-TEST_F(ImageContexts, ShrinkingAveragesTheAreaOfEachPixel) {
+TEST_F(DrawInRect, ShrinkingAveragesTheAreaOfEachPixel) {
     const auto bitmap = bitmapOf(noise(12 * 6), 12, 6);
     contexts.beginImageContextWithOptions({4, 2}, false, 1);
     images.drawInRect(images.makeImage(bitmap, 1), {{0, 0}, {4, 2}});
@@ -243,7 +200,7 @@ TEST_F(ImageContexts, ShrinkingAveragesTheAreaOfEachPixel) {
     }
 }
 
-TEST_F(ImageContexts, StretchingAPlainColourKeepsIt) {
+TEST_F(DrawInRect, StretchingAPlainColourKeepsIt) {
     const auto bitmap = bitmapOf({10, 20, 30, 255}, 1, 1);
     contexts.beginImageContextWithOptions({7, 5}, false, 1);
     images.drawInRect(images.makeImage(bitmap, 1), {{0, 0}, {7, 5}});
@@ -255,7 +212,7 @@ TEST_F(ImageContexts, StretchingAPlainColourKeepsIt) {
     }
 }
 
-TEST_F(ImageContexts, NothingToDrawDrawsNothing) {
+TEST_F(DrawInRect, NothingToDrawDrawsNothing) {
     const auto image = images.makeImage(bitmapOf({1, 2, 3, 255}, 1, 1), 1);
     images.drawInRect(image, {{0, 0}, {1, 1}});
     contexts.beginImageContextWithOptions({1, 1}, false, 1);
