@@ -183,6 +183,14 @@ TEST(ScanHexInt, SkipsSpaceThenThePrefix) {
     EXPECT_EQ(scanHexInt("00x5"), 0U);
 }
 
+TEST(ScanHexInt, EndsWithItsText) {
+    const std::string_view text = "0x12";
+    EXPECT_EQ(scanHexInt(text.substr(0, 1)), 0U);
+    EXPECT_EQ(scanHexInt(text.substr(0, 2)), 0U);
+    EXPECT_EQ(scanHexInt(text.substr(0, 3)), 1U);
+    EXPECT_EQ(scanHexInt(text.substr(0, 0)), std::nullopt);
+}
+
 TEST(ScanHexInt, IsNothingWithoutADigit) {
     for (const std::string& text : {""s, " "s, "#FF"s, "zz"s, "x1"s, "-1"s, "+1"s,
                                     "\0"

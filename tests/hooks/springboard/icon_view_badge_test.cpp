@@ -28,13 +28,14 @@ class TestBadgeView final : public desktop::ViewImplementation<platform::SBIconB
   public:
     explicit TestBadgeView(tests::Journal& journal) : journal_(journal) {}
 
-    [[nodiscard]] std::string className() const override { return "SBIconBadgeView"; }
+    [[nodiscard]] std::string className() const override { return cls; }
 
     void setAlpha(double alpha) override {
         journal_.write("setAlpha " + tests::text(alpha));
         setNodeAlpha(alpha);
     }
 
+    std::string cls = "SBIconBadgeView";
     ObjectRef backgroundView;
 
   private:
@@ -130,6 +131,16 @@ TEST_F(IconBadgeView, WithoutTheVariableIsLeftUnchanged) {
     EXPECT_EQ(taken(), expected);
     EXPECT_EQ(background->image(), platformImage);
     EXPECT_EQ(appearanceOf(*view).opacity, 1);
+}
+
+TEST_F(IconBadgeView, AViewOfASubclassHasTheVariableToo) {
+    addBackgroundVariable();
+    device.runtime.addClass("SBSmallBadgeView", "SBIconBadgeView");
+    view->cls = "SBSmallBadgeView";
+    themePng(kBadgeFile, kRed, 7);
+    settings({"A"}, kOn);
+    layout();
+    EXPECT_EQ(drawnPixels(background->image()), solid(7, 7, kRed));
 }
 
 TEST_F(IconBadgeView, AVariableWithNilOrNoImageViewIsLeftUnchanged) {
