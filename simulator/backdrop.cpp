@@ -99,6 +99,14 @@ std::shared_ptr<DesktopGraphicsContext> shrunkPart(const desktop::PixelView& wal
     return part;
 }
 
+// Nil for a size that cannot be drawn.
+std::shared_ptr<DesktopGraphicsContext> makeContext(platform::Size size, double scale) {
+    return DesktopGraphicsContext::create(
+        {.size = {static_cast<std::size_t>(std::lround(size.width * scale)),
+                  static_cast<std::size_t>(std::lround(size.height * scale))},
+         .scale = scale});
+}
+
 }  // namespace
 
 std::shared_ptr<DesktopBitmapImage> makeBackdrop(const desktop::PixelView& wallpaper,
@@ -110,10 +118,7 @@ std::shared_ptr<DesktopBitmapImage> makeBackdrop(const desktop::PixelView& wallp
     // A blur hides what is smaller than it, so it is made at a fraction of the pixels.
     const double shrink = std::max(1.0, style.blurRadius * scale / 6);
     const auto part = shrunkPart(wallpaper, frame, scale, shrink);
-    const auto whole = DesktopGraphicsContext::create(
-        {.size = {static_cast<std::size_t>(std::lround(frame.size.width * scale)),
-                  static_cast<std::size_t>(std::lround(frame.size.height * scale))},
-         .scale = scale});
+    const auto whole = makeContext(frame.size, scale);
     if (part == nullptr || whole == nullptr) {
         return nullptr;
     }
@@ -123,6 +128,17 @@ std::shared_ptr<DesktopBitmapImage> makeBackdrop(const desktop::PixelView& wallp
     whole->fillRect(bounds, style.tint);
     multiplyByShape(whole->mutablePixels(), style.cornerRadius * scale);
     return std::dynamic_pointer_cast<DesktopBitmapImage>(whole->createImage());
+}
+
+std::shared_ptr<DesktopBitmapImage> makePlate(platform::Size size, double scale,
+                                              const platform::Color& color, double cornerRadius) {
+    const auto plate = makeContext(size, scale);
+    if (plate == nullptr) {
+        return nullptr;
+    }
+    plate->fillRect({{0, 0}, size}, color);
+    multiplyByShape(plate->mutablePixels(), cornerRadius * scale);
+    return std::dynamic_pointer_cast<DesktopBitmapImage>(plate->createImage());
 }
 
 }  // namespace velmoranth::simulator

@@ -1,5 +1,5 @@
-// The material behind a dock: the wallpaper under it, blurred and lightened, in a shape with
-// continuous corners.
+// The materials of the home screen, in shapes with continuous corners: what lies behind a dock or a
+// folder, blurred and tinted, and plates of one colour.
 #pragma once
 
 #include "desktop/imaging/bitmap_image.h"
@@ -21,5 +21,11 @@ struct BackdropStyle {
 [[nodiscard]] std::shared_ptr<desktop::DesktopBitmapImage> makeBackdrop(
     const desktop::PixelView& wallpaper, const platform::Rect& frame, double scale,
     const BackdropStyle& style);
+
+// `size` points of that colour. Nil for a size that cannot be drawn.
+[[nodiscard]] std::shared_ptr<desktop::DesktopBitmapImage> makePlate(platform::Size size,
+                                                                     double scale,
+                                                                     const platform::Color& color,
+                                                                     double cornerRadius);
 
 }  // namespace velmoranth::simulator

@@ -188,6 +188,7 @@ desktop::Result<RenderedScreen> ChildProcess::receiveScreen(std::chrono::millise
     RenderedScreen screen;
     screen.picture = {header->width, header->height, header->scale, {bytes.begin(), bytes.end()}};
     screen.icons = std::move(header->icons);
+    screen.folder = std::move(header->folder);
     screen.page = header->page;
     screen.pageCount = header->pageCount;
     screen.peakMemoryBytes = header->peakMemoryBytes;

@@ -41,20 +41,21 @@ constexpr std::array kClasses{
 // The instance variables "_blurView" and "_tintView".
 template <class ViewType>
 void addMaterial(Runtime& runtime, const char* className) {
-    runtime.addInstanceVariable(className, "_blurView",
-                                std::function<ObjectRef(ViewType&)>(
-                                    [](ViewType& view) { return view.blurView(); }));
-    runtime.addInstanceVariable(className, "_tintView",
-                                std::function<ObjectRef(ViewType&)>(
-                                    [](ViewType& view) { return view.tintView(); }));
+    runtime.addInstanceVariable(
+        className, "_blurView",
+        std::function<ObjectRef(ViewType&)>([](ViewType& view) { return view.blurView(); }));
+    runtime.addInstanceVariable(
+        className, "_tintView",
+        std::function<ObjectRef(ViewType&)>([](ViewType& view) { return view.tintView(); }));
 }
 
 void addBackgroundMethods(Runtime& runtime) {
-    runtime.addInstanceMethod("SBFolderControllerBackgroundView", "initWithFrame:",
-                              std::function<ViewRef(FolderControllerBackgroundView&,
-                                                    platform::Rect)>(
-                                  [](FolderControllerBackgroundView& view,
-                                     const platform::Rect& frame) { return view.init(frame); }));
+    runtime.addInstanceMethod(
+        "SBFolderControllerBackgroundView", "initWithFrame:",
+        std::function<ViewRef(FolderControllerBackgroundView&, platform::Rect)>(
+            [](FolderControllerBackgroundView& view, const platform::Rect& frame) {
+                return view.init(frame);
+            }));
     addMaterial<FolderControllerBackgroundView>(runtime, "SBFolderControllerBackgroundView");
     runtime.addInstanceMethod("SBFolderBackgroundView", "layoutSubviews",
                               std::function<void(FolderBackgroundView&)>(
@@ -72,10 +73,9 @@ void addFolderViewMethods(Runtime& runtime) {
     runtime.addInstanceMethod(kClass, "layoutSubviews",
                               std::function<void(FloatyFolderView&)>(
                                   [](FloatyFolderView& view) { view.placeSubviews(); }));
-    runtime.addInstanceMethod(
-        kClass, "_showsTitle",
-        std::function<bool(platform::SBFloatyFolderView&)>(
-            [](platform::SBFloatyFolderView&) { return true; }));
+    runtime.addInstanceMethod(kClass, "_showsTitle",
+                              std::function<bool(platform::SBFloatyFolderView&)>(
+                                  [](platform::SBFloatyFolderView&) { return true; }));
     runtime.addInstanceMethod(
         kClass, "_tapToCloseGestureRecognizer:shouldReceiveTouch:",
         std::function<bool(FloatyFolderView&, platform::GestureRecognizerRef, ObjectRef)>(

@@ -51,14 +51,14 @@ FolderLayout layoutFolder(const HomeScreenMetrics& metrics, const ScreenDescript
                           const Folder& folder) {
     const FolderMetrics& own = metrics.kind == DeviceKind::pad ? kPad : kPhone;
     const auto snap = [&](double points) { return snapToPixels(points, screen.scale); };
-    FolderLayout layout{
-        .panel = {{snap((screen.width - own.panelSide) / 2), snap((screen.height - own.panelSide) / 2)},
-                  {own.panelSide, own.panelSide}},
-        .panelRadius = own.panelRadius,
-        .pages = {},
-        .title = {},
-        .titleSize = own.titleSize,
-        .pageDots = {own.panelSide / 2, own.panelSide - own.dotsAboveBottom}};
+    FolderLayout layout{.panel = {{snap((screen.width - own.panelSide) / 2),
+                                   snap((screen.height - own.panelSide) / 2)},
+                                  {own.panelSide, own.panelSide}},
+                        .panelRadius = own.panelRadius,
+                        .pages = {},
+                        .title = {},
+                        .titleSize = own.titleSize,
+                        .pageDots = {own.panelSide / 2, own.panelSide - own.dotsAboveBottom}};
     // As wide as the screen, so that a long name has room.
     const double titleHeight = snap(own.titleSize * kTitleHeightShare);
     layout.title = {{-layout.panel.origin.x, snap(-own.titleAbovePanel - titleHeight / 2)},
@@ -69,10 +69,10 @@ FolderLayout layoutFolder(const HomeScreenMetrics& metrics, const ScreenDescript
         const auto column = static_cast<double>(i % perPage % own.columns);
         const auto row = static_cast<double>(i % perPage / own.columns);
         // The panel starts at a whole pixel, so what is snapped in it lies on pixels too.
-        layout.pages[i / perPage].push_back(
-            {{&folder.apps[i], nullptr},
-             {{snap(own.firstIcon.x + column * own.pitchX), snap(own.firstIcon.y + row * own.pitchY)},
-              {metrics.iconSide, metrics.iconSide}}});
+        layout.pages[i / perPage].push_back({{&folder.apps[i], nullptr},
+                                             {{snap(own.firstIcon.x + column * own.pitchX),
+                                               snap(own.firstIcon.y + row * own.pitchY)},
+                                              {metrics.iconSide, metrics.iconSide}}});
     }
     return layout;
 }

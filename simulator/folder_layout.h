@@ -17,7 +17,7 @@ struct FolderLayout {
     // The rest in the panel.
     std::vector<std::vector<IconSlot>> pages;  // at least one
     platform::Rect title;
-    double titleSize;  // of the type
+    double titleSize;          // of the type
     platform::Point pageDots;  // centre of the page control
 };
 

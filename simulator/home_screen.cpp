@@ -35,6 +35,7 @@ void layoutTree(desktop::Runtime& runtime, const ViewRef& view) {
 
 HomeScreen::HomeScreen(DeviceConfiguration device, const Services& services)
     : device_(std::move(device)),
+      iconController_(services.iconController),
       context_{.device = device_,
                .metrics = homeScreenMetrics(device_.kind, device_.screen),
                .runtime = services.runtime,
@@ -56,8 +57,17 @@ HomeScreen::HomeScreen(DeviceConfiguration device, const Services& services)
     } else {
         addPhoneDock();
     }
-    window_->addSubview(makeStatusBar(device_, context_.metrics));
+    front_.push_back(makeStatusBar(device_, context_.metrics));
+    window_->addSubview(front_.back());
     showPage(1);
+    iconController_.setCloseFolder([this](const platform::ObjectRef& folderController,
+                                          bool animated, const FolderCompletion& completion) {
+        closeFolder(folderController, animated ? Animated::yes : Animated::no, completion);
+    });
+}
+
+HomeScreen::~HomeScreen() {
+    iconController_.setCloseFolder(nullptr);
 }
 
 desktop::PixelSize HomeScreen::pixelSize() const {
@@ -107,9 +117,11 @@ void HomeScreen::addFloatingDock() {
         dockIcons_.push_back({slot, false, addIcon(*dock->recentList(), slot, origin, false)});
     }
     window_->addSubview(dock);
+    front_.push_back(dock);
     // The platform's first layout comes when a view enters the window, before its subviews have
-    // their sizes.
+    // their sizes; these follow in theirs.
     context_.runtime.send<void>(*dock, "layoutSubviews");
+    context_.runtime.send<void>(*dock->platter(), "layoutSubviews");
 }
 
 std::shared_ptr<IconView> HomeScreen::addIcon(IconListView& list, const IconSlot& slot,
@@ -133,6 +145,10 @@ void HomeScreen::showPage(int page) {
         return;
     }
     page_ = nearest;
+    if (const auto open = folder()) {
+        open->close(Animated::no, nullptr);
+    }
+    pressed_ = nullptr;
     if (pageList_ != nullptr) {
         pageList_->removeFromSuperview();
     }
@@ -155,7 +171,131 @@ void HomeScreen::layoutViews() {
     layoutTree(context_.runtime, window_);
 }
 
+int HomeScreen::pageWith(const std::string& identifier) const {
+    for (std::size_t i = 0; i < layout_.pages.size(); ++i) {
+        for (const IconSlot& slot : layout_.pages[i]) {
+            if (identifierOf(slot.item) == identifier) {
+                return static_cast<int>(i) + 1;
+            }
+        }
+    }
+    return page_;
+}
+
+const HomeScreen::Placed* HomeScreen::firstFolder() const {
+    const auto found = std::find_if(pageIcons_.begin(), pageIcons_.end(), [](const Placed& icon) {
+        return icon.slot.item.folder != nullptr;
+    });
+    return found == pageIcons_.end() ? nullptr : &*found;
+}
+
+const HomeScreen::Placed* HomeScreen::middleApp() const {
+    const Placed* middle = nullptr;
+    double nearest = 0;
+    for (const Placed& icon : pageIcons_) {
+        const platform::Rect& frame = icon.slot.icon;
+        const double distance =
+            std::hypot(frame.origin.x + frame.size.width / 2 - device_.screen.width / 2,
+                       frame.origin.y + frame.size.height / 2 - device_.screen.height / 2);
+        if (icon.slot.item.app != nullptr && (middle == nullptr || distance < nearest)) {
+            middle = &icon;
+            nearest = distance;
+        }
+    }
+    return middle;
+}
+
+const HomeScreen::Placed* HomeScreen::placed(const std::string& identifier) const {
+    for (const std::vector<Placed>* const icons : {&pageIcons_, &dockIcons_}) {
+        for (const Placed& icon : *icons) {
+            if (identifierOf(icon.slot.item) == identifier) {
+                return &icon;
+            }
+        }
+    }
+    return nullptr;
+}
+
+desktop::Result<void> HomeScreen::openFolder(const std::string& identifier, Animated animated) {
+    if (!identifier.empty()) {
+        showPage(pageWith(identifier));
+    }
+    if (const auto open = folder()) {
+        open->close(Animated::no, nullptr);
+    }
+    const Placed* const icon = identifier.empty() ? firstFolder() : placed(identifier);
+    if (icon == nullptr || icon->slot.item.folder == nullptr) {
+        return tl::unexpected(desktop::Problem{
+            identifier.empty() ? "there is no folder on page " + std::to_string(page_)
+                               : "there is no folder \"" + identifier + "\""});
+    }
+    folder_ = OpenFolder::create(context_,
+                                 {.window = window_,
+                                  .page = pageList_,
+                                  .icon = icon->view,
+                                  .iconFrame = icon->slot.icon,
+                                  .front = front_},
+                                 *icon->slot.item.folder);
+    if (folder_ == nullptr) {
+        return tl::unexpected(desktop::Problem{"the folder came without a view"});
+    }
+    folder_->open(animated);
+    return {};
+}
+
+std::shared_ptr<OpenFolder> HomeScreen::folder() const {
+    return folder_ == nullptr || folder_->isGone() ? nullptr : folder_;
+}
+
+void HomeScreen::closeFolder(const platform::ObjectRef& folderController, Animated animated,
+                             const FolderCompletion& completion) {
+    const auto open = folder();
+    if (open != nullptr && open->view() == folderController) {
+        open->close(animated, completion);
+    }
+}
+
+desktop::Result<void> HomeScreen::pressIcon(const std::string& identifier) {
+    if (!identifier.empty() && placed(identifier) == nullptr) {
+        showPage(pageWith(identifier));
+    }
+    const Placed* const icon = identifier.empty() ? middleApp() : placed(identifier);
+    if (icon == nullptr) {
+        return tl::unexpected(
+            desktop::Problem{identifier.empty() ? "there is no app on page " + std::to_string(page_)
+                                                : "there is no icon \"" + identifier + "\""});
+    }
+    if (pressed_ != nullptr) {
+        pressed_->setHighlighted(false);
+    }
+    pressed_ = icon->view;
+    pressed_->setHighlighted(true);
+    return {};
+}
+
+void HomeScreen::tap(const platform::Point& point) {
+    if (const auto open = folder()) {
+        open->tap(point);
+    }
+}
+
+void HomeScreen::advance(double seconds) {
+    context_.views.clock().advance(seconds);
+}
+
+void HomeScreen::settle() {
+    // What a completion starts needs its own time; what starts itself again for ever is left.
+    constexpr int kMostRounds = 16;
+    desktop::AnimationClock& clock = context_.views.clock();
+    for (int round = 0; round < kMostRounds && clock.isRunning(); ++round) {
+        clock.advance(clock.remaining());
+    }
+}
+
 std::shared_ptr<desktop::DesktopBitmapImage> HomeScreen::draw() const {
+    if (const auto open = folder()) {
+        open->drawMaterials(pixelSize());
+    }
     return desktop::renderTree(window_, pixelSize(), context_.scale());
 }
 
@@ -176,15 +316,14 @@ std::vector<ShownIcon> HomeScreen::shownIcons() const {
     return icons;
 }
 
+std::optional<ShownFolder> HomeScreen::shownFolder() const {
+    const auto open = folder();
+    return open == nullptr ? std::nullopt : std::optional(open->shown());
+}
+
 std::shared_ptr<IconView> HomeScreen::iconView(const std::string& identifier) const {
-    for (const std::vector<Placed>* const placed : {&pageIcons_, &dockIcons_}) {
-        for (const Placed& icon : *placed) {
-            if (identifierOf(icon.slot.item) == identifier) {
-                return icon.view;
-            }
-        }
-    }
-    return nullptr;
+    const Placed* const icon = placed(identifier);
+    return icon == nullptr ? nullptr : icon->view;
 }
 
 }  // namespace velmoranth::simulator

@@ -4,6 +4,7 @@
 
 #include "desktop/imaging/bitmap_image.h"
 #include "desktop/imaging/images.h"
+#include "desktop/result/result.h"
 #include "desktop/runtime/runtime.h"
 #include "desktop/views/views.h"
 #include "platform/uikit.h"
@@ -11,13 +12,16 @@
 #include "simulator/device.h"
 #include "simulator/dock_views.h"
 #include "simulator/home_screen_layout.h"
+#include "simulator/icon_controller.h"
 #include "simulator/icon_views.h"
+#include "simulator/open_folder.h"
 #include "simulator/page_control.h"
 #include "simulator/picture.h"
 #include "simulator/screen_context.h"
 #include "simulator/stock_images.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -32,15 +36,17 @@ class HomeScreen {
         const desktop::DesktopImages& images;
         StockImages& stockImages;
         desktop::DesktopViews& views;
+        IconController& iconController;
     };
 
     HomeScreen(DeviceConfiguration device, const Services& services);
-    ~HomeScreen() = default;
+    ~HomeScreen();
     // Its views refer to it.
     HomeScreen(const HomeScreen&) = delete;
     HomeScreen& operator=(const HomeScreen&) = delete;
 
-    // Pages count from 1; a number beyond either end shows the nearest.
+    // Pages count from 1; a number beyond either end shows the nearest. Another page than the one
+    // that is shown closes an open folder at once.
     void showPage(int page);
 
     [[nodiscard]] int page() const { return page_; }
@@ -51,11 +57,37 @@ class HomeScreen {
     // then.
     void layoutViews();
 
+    // Opens the folder of that identifier, on the page where it lies; "" is the first folder of the
+    // page that is shown. A folder that is open already is closed at once. Fails when there is
+    // none.
+    [[nodiscard]] desktop::Result<void> openFolder(const std::string& identifier,
+                                                   Animated animated);
+
+    // The folder that is open or on its way; nil when there is none.
+    [[nodiscard]] std::shared_ptr<OpenFolder> folder() const;
+
+    // Puts a finger on the icon of that identifier, on the page where it lies or in the dock; "" is
+    // an app in the middle of the page that is shown. The finger leaves the icon before. Fails when
+    // there is none.
+    [[nodiscard]] desktop::Result<void> pressIcon(const std::string& identifier);
+
+    // A tap there, points. The home screen itself does nothing about it, an open folder may.
+    void tap(const platform::Point& point);
+
+    // What is animated moves on; negative and NaN count as 0.
+    void advance(double seconds);
+
+    // What is animated moves to its end.
+    void settle();
+
     // The screen as it was laid out last. Nil when it is too large to draw.
     [[nodiscard]] std::shared_ptr<desktop::DesktopBitmapImage> draw() const;
 
     // The icons in the picture, the page's row by row, then the dock's.
     [[nodiscard]] std::vector<ShownIcon> shownIcons() const;
+
+    // The folder that is open; none when none is.
+    [[nodiscard]] std::optional<ShownFolder> shownFolder() const;
 
     // The icon view of that identifier on the page or in the dock; nil when it is not shown.
     [[nodiscard]] std::shared_ptr<IconView> iconView(const std::string& identifier) const;
@@ -72,6 +104,10 @@ class HomeScreen {
     [[nodiscard]] std::shared_ptr<IconView> addIcon(IconListView& list, const IconSlot& slot,
                                                     const platform::Point& origin, bool withLabel);
     [[nodiscard]] desktop::PixelSize pixelSize() const;
+    // The page that has the icon of that identifier; the one that is shown when none has.
+    [[nodiscard]] int pageWith(const std::string& identifier) const;
+    void closeFolder(const platform::ObjectRef& folderController, Animated animated,
+                     const FolderCompletion& completion);
 
     struct Placed {
         IconSlot slot;
@@ -79,7 +115,12 @@ class HomeScreen {
         std::shared_ptr<IconView> view;
     };
 
+    [[nodiscard]] const Placed* firstFolder() const;
+    [[nodiscard]] const Placed* middleApp() const;
+    [[nodiscard]] const Placed* placed(const std::string& identifier) const;
+
     DeviceConfiguration device_;
+    IconController& iconController_;
     ScreenContext context_;
     HomeScreenLayout layout_;
     int page_ = 0;
@@ -89,6 +130,9 @@ class HomeScreen {
     std::shared_ptr<PageControl> pageControl_;
     std::vector<Placed> pageIcons_;
     std::vector<Placed> dockIcons_;
+    std::vector<platform::ViewRef> front_;  // in front of an open folder
+    std::shared_ptr<OpenFolder> folder_;
+    std::shared_ptr<IconView> pressed_;
 };
 
 }  // namespace velmoranth::simulator

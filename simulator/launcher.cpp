@@ -60,6 +60,19 @@ bool RunningScreen::showPage(int page) {
     return state_->child->send(MessageKind::showPage, std::to_string(page));
 }
 
+desktop::Result<void> RunningScreen::act(const ScreenAction& action) {
+    state_->child->send(MessageKind::act, actionToJson(action));
+    auto answer = state_->child->receive(MessageKind::acted, state_->timeLimit);
+    if (!answer) {
+        return tl::unexpected(std::move(answer.error()));
+    }
+    if (answer->payload.empty()) {
+        return {};
+    }
+    return tl::unexpected(
+        problemFromJson(answer->payload).value_or(desktop::Problem{"the screen did not do that"}));
+}
+
 void RunningScreen::stop() {
     state_->child->stop();
 }

@@ -10,6 +10,7 @@
 #pragma once
 
 #include "desktop/result/result.h"
+#include "platform/core_graphics.h"
 #include "simulator/device.h"
 #include "simulator/picture.h"
 
@@ -17,10 +18,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <variant>
 #include <vector>
 
 namespace velmoranth::simulator {
+
+// folder: an open folder over the home screen. pressed: a finger is on an icon.
+enum class ScreenKind { home, folder, pressed };
 
 struct ScreenRequest {
     DeviceConfiguration device;
@@ -32,6 +38,11 @@ struct ScreenRequest {
     // ../lib/velmoranth beside it.
     std::string enginePath = {};
     int page = 1;  // of the home screen, from 1; past the last one shows the last
+    ScreenKind screen = ScreenKind::home;
+    // The identifier of the folder or the icon of that screen, which turns to the page where it
+    // lies. "" takes one of the page asked for: its first folder, an app in its middle.
+    std::string item = {};
+    int folderPage = 1;  // of the folder, as `page`
     // Where log lines go as they come, besides into the result: "" nowhere, "-" this program's
     // standard error, otherwise a file of this machine, which is appended to.
     std::string logDestination = {};
@@ -44,10 +55,46 @@ struct RenderedScreen {
     std::vector<ShownIcon> icons;  // the page's row by row, then the dock's
     int page = 1;
     int pageCount = 1;
+    std::optional<ShownFolder> folder;  // when one is open or on its way
     // Every line the process has logged since the previous picture, in order.
     std::vector<std::string> log;
     std::size_t peakMemoryBytes = 0;  // of the process so far (its largest resident set)
 };
+
+// What a person does at the screen, and what time does.
+struct OpenFolderAction {
+    std::string folder;  // identifier; as ScreenRequest::item
+
+    friend bool operator==(const OpenFolderAction&, const OpenFolderAction&) = default;
+};
+
+struct TurnFolderPageAction {
+    int page = 1;
+
+    friend bool operator==(const TurnFolderPageAction&, const TurnFolderPageAction&) = default;
+};
+
+struct PressIconAction {
+    std::string icon;  // identifier; as ScreenRequest::item
+
+    friend bool operator==(const PressIconAction&, const PressIconAction&) = default;
+};
+
+struct TapAction {
+    platform::Point point;  // of the screen
+
+    friend bool operator==(const TapAction&, const TapAction&) = default;
+};
+
+// Moves what is animated; the time of a screen stands still otherwise.
+struct AdvanceAction {
+    double seconds = 0;
+
+    friend bool operator==(const AdvanceAction&, const AdvanceAction&) = default;
+};
+
+using ScreenAction =
+    std::variant<OpenFolderAction, TurnFolderPageAction, PressIconAction, TapAction, AdvanceAction>;
 
 // One screen, drawn by a process that then ends.
 [[nodiscard]] desktop::Result<RenderedScreen> renderHomeScreen(const ScreenRequest& request);
@@ -72,6 +119,10 @@ class RunningScreen {
 
     // Shows another page from the next picture on. False when the process is gone.
     bool showPage(int page);
+
+    // Does that now; the next picture shows it. A problem when there is no such folder or icon, or
+    // none is open; the screen goes on.
+    [[nodiscard]] desktop::Result<void> act(const ScreenAction& action);
 
     // Asks the process to end, and ends it when it does not. Calling it again does nothing.
     void stop();

@@ -74,8 +74,8 @@ std::shared_ptr<FloatyFolderView> FloatyFolderView::create(const ScreenContext& 
     const std::shared_ptr<FloatyFolderView> view(new FloatyFolderView(context));
     return std::dynamic_pointer_cast<FloatyFolderView>(
         context.runtime.send<ViewRef, ObjectRef, std::int64_t, ObjectRef, ObjectRef>(
-            *view, "initWithFolder:orientation:viewMap:context:",
-            std::make_shared<FolderObject>(folder),
+            *view,
+            "initWithFolder:orientation:viewMap:context:", std::make_shared<FolderObject>(folder),
             static_cast<std::int64_t>(context.device.orientation), nullptr, nullptr));
 }
 
@@ -105,8 +105,8 @@ ViewRef FloatyFolderView::init(const ObjectRef& folder) {
     title_->setFrame(layout_.title);
     pageControl_ = nullptr;
     if (layout_.pages.size() > 1) {
-        pageControl_ = std::make_shared<PageControl>(
-            context_, layout_.pageDots, static_cast<int>(layout_.pages.size()), false);
+        pageControl_ = std::make_shared<PageControl>(context_, layout_.pageDots,
+                                                     static_cast<int>(layout_.pages.size()), false);
         content_->addSubview(pageControl_);
     }
     content_->addSubview(title_);
@@ -128,8 +128,8 @@ void FloatyFolderView::showPage(int page) {
     if (list_ != nullptr) {
         list_->removeFromSuperview();
     }
-    list_ = std::make_shared<IconListView>("SBFolderIconListView",
-                                           Rect{{0, 0}, layout_.panel.size});
+    list_ =
+        std::make_shared<IconListView>("SBFolderIconListView", Rect{{0, 0}, layout_.panel.size});
     for (const IconSlot& slot : layout_.pages[static_cast<std::size_t>(page_ - 1)]) {
         list_->addIconView(IconView::create(context_, slot.item, slot.icon.origin, true));
     }

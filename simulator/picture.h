@@ -33,4 +33,20 @@ struct ShownIcon {
     friend bool operator==(const ShownIcon&, const ShownIcon&) = default;
 };
 
+// An open folder in a picture, as it lies once it has opened.
+struct ShownFolder {
+    std::string identifier;
+    std::string name;
+    int page = 1;
+    int pageCount = 1;
+    // The panel, pixels of the picture.
+    double x = 0;
+    double y = 0;
+    double width = 0;
+    double height = 0;
+    std::vector<ShownIcon> icons;  // of its page, row by row
+
+    friend bool operator==(const ShownFolder&, const ShownFolder&) = default;
+};
+
 }  // namespace velmoranth::simulator

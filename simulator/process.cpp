@@ -11,6 +11,8 @@
 #include "desktop/system/system.h"
 #include "desktop/views/views.h"
 #include "platform/platform.h"
+#include "simulator/folder_classes.h"
+#include "simulator/icon_controller.h"
 #include "simulator/loader.h"
 #include "simulator/platform_classes.h"
 #include "simulator/stock_images.h"
@@ -72,6 +74,25 @@ class SimulatedSpringBoard final : public platform::SpringBoard {
     desktop::Runtime& runtime_;
 };
 
+desktop::Result<void> showScreen(HomeScreen& screen, const ScreenRequest& request) {
+    switch (request.screen) {
+        case ScreenKind::home:
+            return {};
+        case ScreenKind::folder: {
+            auto opened = screen.openFolder(request.item, Animated::no);
+            if (opened) {
+                screen.folder()->view()->showPage(request.folderPage);
+                // What others animate with it.
+                screen.settle();
+            }
+            return opened;
+        }
+        case ScreenKind::pressed:
+            return screen.pressIcon(request.item);
+    }
+    return {};
+}
+
 }  // namespace
 
 // In the order in which the services need each other.
@@ -97,6 +118,7 @@ struct SimulatedProcess::Services {
     SimulatedSpringBoard springBoard;
     desktop::RecordedAudioSession audioSession;
     StockImages stockImages;
+    const std::shared_ptr<IconController> iconController;
     std::optional<HomeScreen> homeScreen;  // after the classes and the engine
 };
 
@@ -124,7 +146,8 @@ SimulatedProcess::Services::Services(
                     static_cast<int>(device.orientation)),
       mainScreen(device.screen.scale, {device.screen.width, device.screen.height}),
       springBoard(runtime),
-      stockImages(images) {
+      stockImages(images),
+      iconController(std::make_shared<IconController>(runtime)) {
     images.setSendApplicationIconImage([this](const platform::NullableString& bundleIdentifier,
                                               int format, double scale) {
         return runtime.sendToClass<platform::ImageRef, platform::NullableString, int, double>(
@@ -154,6 +177,7 @@ SimulatedProcess::Services::Services(
                         .iconSide = homeScreenMetrics(device.kind, device.screen).iconSide,
                         .pageDotSide = homeScreenMetrics(device.kind, device.screen).pageDotSide,
                         .screenScale = device.screen.scale});
+    registerFolderClasses(device.system, runtime, iconController);
 }
 
 desktop::Result<std::unique_ptr<SimulatedProcess>> SimulatedProcess::start(
@@ -178,10 +202,14 @@ desktop::Result<std::unique_ptr<SimulatedProcess>> SimulatedProcess::start(
             return tl::unexpected(std::move(loaded.error()));
         }
     }
-    services->homeScreen.emplace(services->device,
-                                 HomeScreen::Services{services->runtime, services->images,
-                                                      services->stockImages, services->views});
+    services->homeScreen.emplace(
+        services->device,
+        HomeScreen::Services{services->runtime, services->images, services->stockImages,
+                             services->views, *services->iconController});
     services->homeScreen->showPage(request.page);
+    if (auto shown = showScreen(*services->homeScreen, request); !shown) {
+        return tl::unexpected(std::move(shown.error()));
+    }
     return std::unique_ptr<SimulatedProcess>(new SimulatedProcess(std::move(services)));
 }
 

@@ -17,6 +17,7 @@
 #include <span>
 #include <string>
 #include <utility>
+#include <variant>
 #include <vector>
 
 namespace velmoranth::simulator {
@@ -71,6 +72,7 @@ void sendScreen(Launcher& launcher, SimulatedProcess& process, double scale) {
                               .height = pixels.height,
                               .scale = scale,
                               .icons = screen.shownIcons(),
+                              .folder = screen.shownFolder(),
                               .page = screen.page(),
                               .pageCount = screen.pageCount(),
                               .peakMemoryBytes = peakMemoryBytes()};
@@ -81,6 +83,43 @@ void sendScreen(Launcher& launcher, SimulatedProcess& process, double scale) {
     }
     launcher.send(MessageKind::screen, screenToJson(header));
     launcher.send(MessageKind::pixels, rows);
+}
+
+struct Performer {
+    desktop::Result<void> operator()(const OpenFolderAction& action) const {
+        return screen.openFolder(action.folder, Animated::yes);
+    }
+
+    desktop::Result<void> operator()(const TurnFolderPageAction& action) const {
+        const auto folder = screen.folder();
+        if (folder == nullptr) {
+            return tl::unexpected(desktop::Problem{"no folder is open"});
+        }
+        folder->view()->showPage(action.page);
+        return {};
+    }
+
+    desktop::Result<void> operator()(const PressIconAction& action) const {
+        return screen.pressIcon(action.icon);
+    }
+
+    desktop::Result<void> operator()(const TapAction& action) const {
+        screen.tap(action.point);
+        return {};
+    }
+
+    desktop::Result<void> operator()(const AdvanceAction& action) const {
+        screen.advance(action.seconds);
+        return {};
+    }
+
+    HomeScreen& screen;
+};
+
+// Views are laid out before a finger reaches them, as they are on the device.
+desktop::Result<void> perform(const ScreenAction& action, HomeScreen& screen) {
+    screen.layoutViews();
+    return std::visit(Performer{screen}, action);
 }
 
 // Waits until the launcher has said something; notifications are delivered meanwhile.
@@ -115,6 +154,12 @@ void waitForLauncher(Launcher& launcher, SimulatedProcess& process) {
             std::from_chars(message.payload.data(), message.payload.data() + message.payload.size(),
                             page);
             process.homeScreen().showPage(page);
+        } else if (message.kind == MessageKind::act) {
+            const std::optional<ScreenAction> action = actionFromJson(message.payload);
+            const desktop::Result<void> done =
+                action ? perform(*action, process.homeScreen())
+                       : tl::unexpected(desktop::Problem{"the action cannot be read"});
+            launcher.send(MessageKind::acted, done ? std::string() : problemToJson(done.error()));
         } else if (message.kind == MessageKind::stop) {
             end(0);
         }

@@ -26,9 +26,11 @@ enum class MessageKind : std::uint32_t {
     request = 1,  // JSON of the request; comes first
     draw,         // empty
     showPage,     // the page in decimal digits
+    act,          // JSON of an action
     stop,         // empty
     // From the process.
     ready,    // empty: the home screen is there
+    acted,    // empty, or JSON of why the action could not be done
     log,      // one line
     notice,   // empty: notifications have been delivered
     screen,   // JSON of a screen; its pixels follow
@@ -66,6 +68,7 @@ struct ScreenHeader {
     std::size_t height = 0;  // pixels
     double scale = 1;
     std::vector<ShownIcon> icons;
+    std::optional<ShownFolder> folder = {};
     int page = 1;
     int pageCount = 1;
     std::size_t peakMemoryBytes = 0;
@@ -74,6 +77,8 @@ struct ScreenHeader {
 // Nothing when the text is not what the writer of the same name makes.
 [[nodiscard]] std::string requestToJson(const ScreenRequest& request);
 [[nodiscard]] std::optional<ScreenRequest> requestFromJson(std::string_view json);
+[[nodiscard]] std::string actionToJson(const ScreenAction& action);
+[[nodiscard]] std::optional<ScreenAction> actionFromJson(std::string_view json);
 [[nodiscard]] std::string screenToJson(const ScreenHeader& header);
 [[nodiscard]] std::optional<ScreenHeader> screenFromJson(std::string_view json);
 [[nodiscard]] std::string problemToJson(const desktop::Problem& problem);

@@ -5,8 +5,11 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <utility>
+#include <variant>
 
 namespace velmoranth::simulator {
 namespace {
@@ -160,6 +163,137 @@ bool deviceFromJson(const json& value, DeviceConfiguration& device) {
     return reader.good() && system.good() && screen.good();
 }
 
+constexpr std::array<std::pair<ScreenKind, const char*>, 3> kScreenKinds{
+    {{ScreenKind::home, "home"}, {ScreenKind::folder, "folder"}, {ScreenKind::pressed, "pressed"}}};
+
+const char* nameOf(ScreenKind kind) {
+    return std::find_if(kScreenKinds.begin(), kScreenKinds.end(),
+                        [&](const auto& row) { return row.first == kind; })
+        ->second;
+}
+
+void readScreenKind(Reader& reader, ScreenKind& kind) {
+    std::string name;
+    reader.read("screen", name);
+    const auto* const row = std::find_if(kScreenKinds.begin(), kScreenKinds.end(),
+                                         [&](const auto& known) { return known.second == name; });
+    reader.require(row != kScreenKinds.end());
+    kind = row == kScreenKinds.end() ? ScreenKind::home : row->first;
+}
+
+json iconsToJson(const std::vector<ShownIcon>& icons) {
+    json value = json::array();
+    for (const ShownIcon& icon : icons) {
+        value.push_back({{"bundleIdentifier", icon.bundleIdentifier},
+                         {"label", icon.label},
+                         {"x", icon.x},
+                         {"y", icon.y},
+                         {"side", icon.side},
+                         {"stockImageRequests", icon.stockImageRequests}});
+    }
+    return value;
+}
+
+void readIcons(Reader& reader, std::vector<ShownIcon>& icons) {
+    for (const json& entry : reader.array("icons")) {
+        ShownIcon icon;
+        Reader members(entry);
+        members.read("bundleIdentifier", icon.bundleIdentifier);
+        members.read("label", icon.label);
+        members.read("x", icon.x);
+        members.read("y", icon.y);
+        members.read("side", icon.side);
+        members.read("stockImageRequests", icon.stockImageRequests);
+        reader.require(members.good());
+        icons.push_back(std::move(icon));
+    }
+}
+
+json folderToJson(const ShownFolder& folder) {
+    return {{"identifier", folder.identifier},
+            {"name", folder.name},
+            {"page", folder.page},
+            {"pageCount", folder.pageCount},
+            {"x", folder.x},
+            {"y", folder.y},
+            {"width", folder.width},
+            {"height", folder.height},
+            {"icons", iconsToJson(folder.icons)}};
+}
+
+void readFolder(Reader& reader, ShownFolder& folder) {
+    Reader members(reader.object("folder"));
+    members.read("identifier", folder.identifier);
+    members.read("name", folder.name);
+    members.read("page", folder.page);
+    members.read("pageCount", folder.pageCount);
+    members.read("x", folder.x);
+    members.read("y", folder.y);
+    members.read("width", folder.width);
+    members.read("height", folder.height);
+    readIcons(members, folder.icons);
+    reader.require(members.good());
+}
+
+// The name of each action in its JSON is its member "action".
+struct ActionWriter {
+    json operator()(const OpenFolderAction& action) const {
+        return {{"action", "openFolder"}, {"folder", action.folder}};
+    }
+
+    json operator()(const TurnFolderPageAction& action) const {
+        return {{"action", "turnFolderPage"}, {"page", action.page}};
+    }
+
+    json operator()(const PressIconAction& action) const {
+        return {{"action", "pressIcon"}, {"icon", action.icon}};
+    }
+
+    json operator()(const TapAction& action) const {
+        return {{"action", "tap"}, {"x", action.point.x}, {"y", action.point.y}};
+    }
+
+    json operator()(const AdvanceAction& action) const {
+        return {{"action", "advance"}, {"seconds", action.seconds}};
+    }
+};
+
+using ReadAction = ScreenAction (*)(Reader& reader);
+
+constexpr std::array<std::pair<const char*, ReadAction>, 5> kActions{{
+    {"openFolder",
+     [](Reader& reader) -> ScreenAction {
+         OpenFolderAction action;
+         reader.read("folder", action.folder);
+         return action;
+     }},
+    {"turnFolderPage",
+     [](Reader& reader) -> ScreenAction {
+         TurnFolderPageAction action;
+         reader.read("page", action.page);
+         return action;
+     }},
+    {"pressIcon",
+     [](Reader& reader) -> ScreenAction {
+         PressIconAction action;
+         reader.read("icon", action.icon);
+         return action;
+     }},
+    {"tap",
+     [](Reader& reader) -> ScreenAction {
+         TapAction action;
+         reader.read("x", action.point.x);
+         reader.read("y", action.point.y);
+         return action;
+     }},
+    {"advance",
+     [](Reader& reader) -> ScreenAction {
+         AdvanceAction action;
+         reader.read("seconds", action.seconds);
+         return action;
+     }},
+}};
+
 }  // namespace
 
 std::string requestToJson(const ScreenRequest& request) {
@@ -168,7 +302,10 @@ std::string requestToJson(const ScreenRequest& request) {
                  {"rootFolder", pathToJson(request.rootFolder)},
                  {"loadEngine", request.loadEngine},
                  {"enginePath", pathToJson(request.enginePath)},
-                 {"page", request.page}});
+                 {"page", request.page},
+                 {"screen", nameOf(request.screen)},
+                 {"item", request.item},
+                 {"folderPage", request.folderPage}});
 }
 
 std::optional<ScreenRequest> requestFromJson(std::string_view text) {
@@ -180,26 +317,42 @@ std::optional<ScreenRequest> requestFromJson(std::string_view text) {
     reader.read("loadEngine", request.loadEngine);
     reader.readPath("enginePath", request.enginePath);
     reader.read("page", request.page);
+    readScreenKind(reader, request.screen);
+    reader.read("item", request.item);
+    reader.read("folderPage", request.folderPage);
     return reader.good() ? std::optional(std::move(request)) : std::nullopt;
 }
 
-std::string screenToJson(const ScreenHeader& header) {
-    json icons = json::array();
-    for (const ShownIcon& icon : header.icons) {
-        icons.push_back({{"bundleIdentifier", icon.bundleIdentifier},
-                         {"label", icon.label},
-                         {"x", icon.x},
-                         {"y", icon.y},
-                         {"side", icon.side},
-                         {"stockImageRequests", icon.stockImageRequests}});
+std::string actionToJson(const ScreenAction& action) {
+    return dump(std::visit(ActionWriter{}, action));
+}
+
+std::optional<ScreenAction> actionFromJson(std::string_view text) {
+    const json value = parse(text);
+    Reader reader(value);
+    std::string name;
+    reader.read("action", name);
+    for (const auto& [known, read] : kActions) {
+        if (name == known) {
+            ScreenAction action = read(reader);
+            return reader.good() ? std::optional(std::move(action)) : std::nullopt;
+        }
     }
-    return dump({{"width", header.width},
-                 {"height", header.height},
-                 {"scale", header.scale},
-                 {"icons", std::move(icons)},
-                 {"page", header.page},
-                 {"pageCount", header.pageCount},
-                 {"peakMemoryBytes", header.peakMemoryBytes}});
+    return std::nullopt;
+}
+
+std::string screenToJson(const ScreenHeader& header) {
+    json value = {{"width", header.width},
+                  {"height", header.height},
+                  {"scale", header.scale},
+                  {"icons", iconsToJson(header.icons)},
+                  {"page", header.page},
+                  {"pageCount", header.pageCount},
+                  {"peakMemoryBytes", header.peakMemoryBytes}};
+    if (header.folder) {
+        value["folder"] = folderToJson(*header.folder);
+    }
+    return dump(value);
 }
 
 std::optional<ScreenHeader> screenFromJson(std::string_view text) {
@@ -212,17 +365,9 @@ std::optional<ScreenHeader> screenFromJson(std::string_view text) {
     reader.read("page", header.page);
     reader.read("pageCount", header.pageCount);
     reader.read("peakMemoryBytes", header.peakMemoryBytes);
-    for (const json& entry : reader.array("icons")) {
-        ShownIcon icon;
-        Reader members(entry);
-        members.read("bundleIdentifier", icon.bundleIdentifier);
-        members.read("label", icon.label);
-        members.read("x", icon.x);
-        members.read("y", icon.y);
-        members.read("side", icon.side);
-        members.read("stockImageRequests", icon.stockImageRequests);
-        reader.require(members.good());
-        header.icons.push_back(std::move(icon));
+    readIcons(reader, header.icons);
+    if (reader.has("folder")) {
+        readFolder(reader, header.folder.emplace());
     }
     return reader.good() ? std::optional(std::move(header)) : std::nullopt;
 }
