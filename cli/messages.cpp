@@ -126,6 +126,24 @@ void note(std::string_view message) {
     writeMessage("", "", message);
 }
 
+ProgressLine::ProgressLine() : isTerminal_(::isatty(STDERR_FILENO) == 1) {}
+
+void ProgressLine::show(std::string_view text) {
+    clear();
+    if (isTerminal_) {
+        std::fwrite(text.data(), 1, text.size(), stderr);
+        std::fflush(stderr);
+        isShown_ = true;
+    }
+}
+
+void ProgressLine::clear() {
+    if (isShown_) {
+        std::fputs("\r\033[K", stderr);
+        isShown_ = false;
+    }
+}
+
 void print(std::string_view text) {
     std::fwrite(text.data(), 1, text.size(), stdout);
 }

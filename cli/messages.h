@@ -37,6 +37,25 @@ void warn(std::string_view message);
 // "velmoranth: MESSAGE" on standard error: neither a result nor a fault.
 void note(std::string_view message);
 
+// One line on standard error that says how far long work is, when that is a terminal; nothing
+// otherwise. Gone when the object goes.
+class ProgressLine {
+  public:
+    ProgressLine();
+
+    ~ProgressLine() { clear(); }
+
+    ProgressLine(const ProgressLine&) = delete;
+    ProgressLine& operator=(const ProgressLine&) = delete;
+
+    void show(std::string_view text);
+    void clear();
+
+  private:
+    const bool isTerminal_;
+    bool isShown_ = false;
+};
+
 // Text to standard output as it stands.
 void print(std::string_view text);
 

@@ -8,6 +8,7 @@
 #include "cli/picture_file.h"
 #include "cli/preferences.h"
 #include "cli/preview_options.h"
+#include "cli/preview_steps.h"
 #include "cli/throw_away_device.h"
 #include "simulator/launcher.h"
 
@@ -93,30 +94,79 @@ ScreenRequest requestFor(const PreviewOptions& options, const Shown& device) {
     ScreenRequest request;
     request.device = options.device;
     request.rootFolder = device.folder;
-    request.page = options.page;
+    request.page = options.screen.page;
+    request.screen = options.screen.kind;
+    request.item = options.screen.item;
+    request.folderPage = options.screen.folderPage;
     request.logDestination = options.log;
     request.loadEngine = options.kind != PreviewKind::stock;
     return request;
 }
 
 void notePage(const PreviewOptions& options, const RenderedScreen& screen) {
-    if (screen.page != options.page) {
-        note(fmt::format("there is no page {}; this is page {} of {}", options.page, screen.page,
+    // With an item given the page is the one where it lies.
+    const ScreenOptions& wanted = options.screen;
+    if (screen.page != wanted.page && wanted.item.empty()) {
+        note(fmt::format("there is no page {}; this is page {} of {}", wanted.page, screen.page,
                          screen.pageCount));
     }
+    if (screen.folder && screen.folder->page != wanted.folderPage) {
+        note(fmt::format("the folder has no page {}; this is page {} of {}", wanted.folderPage,
+                         screen.folder->page, screen.folder->pageCount));
+    }
+}
+
+// Says what was written. `pictures` is "a.png" or "a.png to b.png".
+void reportWritten(const PreviewOptions& options, const std::string& pictures,
+                   const simulator::Picture& picture) {
+    const simulator::SystemVersion& system = options.device.system;
+    const bool sideways = options.device.orientation == simulator::Orientation::landscape;
+    print(fmt::format("{}: {} × {} pixels, iOS {}.{}, {}{}\n", pictures, picture.width,
+                      picture.height, system.major, system.minor, options.deviceName,
+                      sideways ? ", landscape" : ""));
+    static_cast<void>(flushResults());
 }
 
 // Writes the picture and says so.
 Result<void> deliver(const PreviewOptions& options, const simulator::Picture& picture) {
     auto written = writePicture(picture, options.output);
     if (written && !options.writesToStandardOutput()) {
-        const simulator::SystemVersion& system = options.device.system;
-        print(fmt::format("{}: {} × {} pixels, iOS {}.{}, {}\n", shown(options.output),
-                          picture.width, picture.height, system.major, system.minor,
-                          options.deviceName));
-        static_cast<void>(flushResults());
+        reportWritten(options, shown(options.output), picture);
     }
     return written;
+}
+
+Result<void> drawAllSteps(const PreviewOptions& options, const Shown& device) {
+    ProgressLine progress;
+    return drawSteps(requestFor(options, device), [&](int step, const RenderedScreen& screen) {
+        if (step == 1 + kStepsToOpen) {
+            progress.clear();
+            notePage(options, screen);
+        }
+        progress.show(fmt::format("picture {} of {}", step, kStepCount));
+        auto written = writePicture(screen.picture, stepFile(options.output, step));
+        if (written && step == kStepCount) {
+            progress.clear();
+            reportWritten(options,
+                          shown(stepFile(options.output, 1)) + " to " +
+                              shown(stepFile(options.output, kStepCount)),
+                          screen.picture);
+        }
+        return written;
+    });
+}
+
+// Before the work: whether everything that is to be written can be.
+Result<void> checkOutputs(const PreviewOptions& options) {
+    if (!options.screen.steps) {
+        return checkOutput(options.output);
+    }
+    for (int step = 1; step <= kStepCount; ++step) {
+        if (auto checked = checkOutput(stepFile(options.output, step)); !checked) {
+            return checked;
+        }
+    }
+    return {};
 }
 
 Result<void> drawOnce(const PreviewOptions& options, const Shown& device) {
@@ -168,7 +218,7 @@ ExitCode runPreview(const Arguments& arguments) {
     if (!options) {
         return fail(ExitCode::wrongUsage, options.error());
     }
-    for (const auto& checked : {checkOutput(options->output), checkLog(options->log)}) {
+    for (const auto& checked : {checkOutputs(*options), checkLog(options->log)}) {
         if (!checked) {
             return fail(ExitCode::badInput, checked.error());
         }
@@ -178,7 +228,8 @@ ExitCode runPreview(const Arguments& arguments) {
     if (!device) {
         return fail(ExitCode::badInput, device.error());
     }
-    const auto drawn = options->follow ? follow(*options, *device) : drawOnce(*options, *device);
+    const auto draw = options->follow ? follow : options->screen.steps ? drawAllSteps : drawOnce;
+    const auto drawn = draw(*options, *device);
     return drawn ? ExitCode::done : fail(ExitCode::badInput, drawn.error());
 }
 
@@ -192,12 +243,14 @@ std::string preferenceHelp() {
     return "preferences for --set (yes, true, on and 1 mean the same):\n" + twoColumns(rows);
 }
 
-constexpr std::array<std::string_view, 5> kExamples{
+constexpr std::array<std::string_view, 7> kExamples{
     "velmoranth preview MyTheme.theme",
     "velmoranth preview Badges.theme Icons.theme --ios 12 --device pad -o pad.png",
     "velmoranth preview MyTheme.theme --compare --set enableOverlay=no",
     "velmoranth preview MyTheme.theme --set enableLogging=yes --log - -o - | display",
     "velmoranth preview --root mydevice --follow",
+    "velmoranth preview MyTheme.theme --screen folder --folder Utilities -o folder.png",
+    "velmoranth preview MyTheme.theme --screen folder --steps -o steps/open.png",
 };
 
 }  // namespace

@@ -17,17 +17,26 @@ using desktop::Result;
 
 namespace {
 
-constexpr int kLastPage = 1000;
-
-constexpr std::array<Option, 14> kOptions{{
+constexpr std::array<Option, 19> kOptions{{
     {"--output", "-o", "FILE",
      "write the picture here (default preview.png); - is standard output"},
     {"--root", "", "DIR",
      "use this device, with its own themes and preferences, in place of THEME"},
     {"--ios", "", "12|13", "the system (default 13)"},
     {"--device", "", "NAME", "phone, phone-667 (a smaller one) or pad (default phone)"},
-    {"--screen", "", "home", "the screen to show; the home screen is the only one"},
+    {"--orientation", "", "HOW", "how the device is held: portrait or, a pad, landscape"},
+    {"--screen", "", "SCREEN",
+     "home, folder (open, over the home screen) or pressed (a finger is on an icon)"},
     {"--page", "", "N", "the page of the home screen, from 1"},
+    {"--folder", "", "NAME",
+     "with --screen folder: the folder, by name or identifier (default the first of the page)"},
+    {"--folder-page", "", "N", "with --screen folder: the page of the folder, from 1"},
+    {"--icon", "", "NAME",
+     "with --screen pressed: the icon, by name or identifier (default one in the middle)"},
+    {"--steps", "", "",
+     "with --screen folder: the folder as it opens and closes again, 20 pictures a second, in "
+     "files beside the output: preview-01.png (closed) to preview-08.png (open) to preview-15.png "
+     "(closed)"},
     {"--set", "", "KEY=VALUE", "a preference of this run, see below", Repeat::often},
     {"--date", "", "DATE", "what the device's clock shows: 2019-12-24 or 2019-12-24T18:30"},
     {"--locale", "", "NAME",
@@ -115,6 +124,15 @@ Result<simulator::DeviceConfiguration> readDevice(const Arguments& arguments) {
         }
         device->date = *date;
     }
+    const std::string held = arguments.value("--orientation").value_or("portrait");
+    if (held != "portrait" && held != "landscape") {
+        return misuse("--orientation takes portrait or landscape, not " + inQuotes(held));
+    }
+    if (held == "landscape") {
+        if (auto turned = simulator::turnToLandscape(*device); !turned) {
+            return tl::unexpected(std::move(turned.error()));
+        }
+    }
     device->exactFiles = arguments.has("--exact-files");
     return device;
 }
@@ -127,11 +145,13 @@ Result<void> checkTogether(const Arguments& arguments) {
         std::string_view why;
     };
 
-    static constexpr std::array<Pair, 4> kPairs{{
+    static constexpr std::array<Pair, 6> kPairs{{
         {"--root", "--set", "a device has its own preferences; change those, or give THEME"},
         {"--before", "--compare", "--compare shows both"},
         {"--follow", "--before", "a screen with nothing replaced does not change"},
         {"--follow", "--compare", "follow the themed screen alone"},
+        {"--steps", "--follow", "the steps end with the folder closed"},
+        {"--steps", "--compare", "take --before for the stock screen's steps"},
     }};
     for (const Pair& pair : kPairs) {
         if (arguments.has(pair.one) && arguments.has(pair.other)) {
@@ -147,6 +167,10 @@ Result<void> checkTogether(const Arguments& arguments) {
     }
     if (arguments.has("--follow") && arguments.value("--output") == "-") {
         return misuse("--follow does not go with --output -: give a file, which is written again");
+    }
+    if (arguments.has("--steps") && arguments.value("--output") == "-") {
+        return misuse(
+            "--steps does not go with --output -: give a file, which the steps' are named for");
     }
     return {};
 }
@@ -217,16 +241,11 @@ Result<PreviewOptions> readPreviewOptions(const Arguments& arguments) {
     }
     options.device = std::move(*device);
     options.deviceName = arguments.value("--device").value_or(options.deviceName);
-    if (const auto screen = arguments.value("--screen"); screen && *screen != "home") {
-        return misuse("--screen takes home, not " + inQuotes(*screen));
+    auto screen = readScreenOptions(arguments);
+    if (!screen) {
+        return tl::unexpected(std::move(screen.error()));
     }
-    if (const auto page = arguments.value("--page")) {
-        const auto number = parseInteger(*page, 1, kLastPage);
-        if (!number) {
-            return misuse("--page takes a number from 1, not " + inQuotes(*page));
-        }
-        options.page = *number;
-    }
+    options.screen = std::move(*screen);
     for (const std::string& assignment : arguments.values("--set")) {
         if (auto set = setPreference(options.settings, assignment); !set) {
             return tl::unexpected(std::move(set.error()));

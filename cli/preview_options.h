@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cli/arguments.h"
+#include "cli/screen_options.h"
 #include "desktop/result/result.h"
 #include "platform/foundation.h"
 #include "simulator/device.h"
@@ -21,7 +22,7 @@ struct PreviewOptions {
     std::string output = "preview.png";
     std::string deviceName = "phone";  // in the table of devices
     simulator::DeviceConfiguration device;
-    int page = 1;
+    ScreenOptions screen;
     PreviewKind kind = PreviewKind::themed;
     std::string log;  // as ScreenRequest::logDestination
     bool follow = false;

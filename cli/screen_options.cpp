@@ -1,0 +1,156 @@
+#include "cli/screen_options.h"
+
+#include "cli/messages.h"
+#include "cli/nearest.h"
+#include "cli/numbers.h"
+#include "simulator/apps.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace velmoranth::cli {
+
+using desktop::Problem;
+using desktop::Result;
+using simulator::HomeScreenItem;
+using simulator::ScreenKind;
+
+namespace {
+
+constexpr int kLastPage = 1000;
+
+constexpr std::array<std::pair<std::string_view, ScreenKind>, 3> kScreens{
+    {{"home", ScreenKind::home}, {"folder", ScreenKind::folder}, {"pressed", ScreenKind::pressed}}};
+
+// Options that only one of the screens has.
+struct Belonging {
+    std::string_view option;
+    ScreenKind screen;
+    std::string_view screenName;
+};
+
+constexpr std::array<Belonging, 4> kBelongings{{{"--folder", ScreenKind::folder, "folder"},
+                                                {"--folder-page", ScreenKind::folder, "folder"},
+                                                {"--steps", ScreenKind::folder, "folder"},
+                                                {"--icon", ScreenKind::pressed, "pressed"}}};
+
+tl::unexpected<Problem> misuse(std::string message) {
+    return tl::unexpected(Problem{std::move(message)});
+}
+
+bool sameIgnoringCase(std::string_view a, std::string_view b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](unsigned char x, unsigned char y) {
+        return std::tolower(x) == std::tolower(y);
+    });
+}
+
+// Everything with an icon on the home screen: what may be opened or pressed.
+std::vector<HomeScreenItem> itemsFor(ScreenKind screen) {
+    std::vector<HomeScreenItem> items;
+    for (const HomeScreenItem& item : simulator::homeScreenItems()) {
+        if (screen == ScreenKind::pressed || item.folder != nullptr) {
+            items.push_back(item);
+        }
+    }
+    if (screen == ScreenKind::pressed) {
+        for (const simulator::App& app : simulator::dockApps()) {
+            items.push_back({&app, nullptr});
+        }
+    }
+    return items;
+}
+
+// The identifier of the item of that identifier or name.
+Result<std::string> identifierFor(ScreenKind screen, std::string_view option,
+                                  const std::string& word) {
+    const std::vector<HomeScreenItem> items = itemsFor(screen);
+    std::vector<std::string> names;
+    for (const HomeScreenItem& item : items) {
+        const std::string identifier = simulator::identifierOf(item);
+        names.push_back(simulator::nameOf(item));
+        if (identifier == word || sameIgnoringCase(names.back(), word)) {
+            return identifier;
+        }
+    }
+    if (screen == ScreenKind::folder) {
+        std::string list;
+        for (const std::string& name : names) {
+            list += (list.empty() ? "" : ", ") + name;
+        }
+        return misuse(std::string(option) + " takes one of " + list + ", not " + inQuotes(word));
+    }
+    const std::vector<std::string_view> candidates(names.begin(), names.end());
+    return misuse("there is no icon " + inQuotes(word) + " on the home screen" +
+                  suggestion(word, candidates));
+}
+
+Result<int> readPage(const Arguments& arguments, std::string_view option) {
+    const auto text = arguments.value(option);
+    if (!text) {
+        return 1;
+    }
+    const auto number = parseInteger(*text, 1, kLastPage);
+    if (!number) {
+        return misuse(std::string(option) + " takes a number from 1, not " + inQuotes(*text));
+    }
+    return *number;
+}
+
+Result<ScreenKind> readKind(const Arguments& arguments) {
+    const std::string name = arguments.value("--screen").value_or("home");
+    for (const auto& [known, kind] : kScreens) {
+        if (name == known) {
+            return kind;
+        }
+    }
+    return misuse("--screen takes home, folder or pressed, not " + inQuotes(name));
+}
+
+}  // namespace
+
+Result<ScreenOptions> readScreenOptions(const Arguments& arguments) {
+    ScreenOptions options;
+    const auto kind = readKind(arguments);
+    if (!kind) {
+        return tl::unexpected(kind.error());
+    }
+    options.kind = *kind;
+    for (const Belonging& belonging : kBelongings) {
+        if (arguments.has(belonging.option) && options.kind != belonging.screen) {
+            return misuse(std::string(belonging.option) + " needs --screen " +
+                          std::string(belonging.screenName));
+        }
+    }
+    const auto page = readPage(arguments, "--page");
+    const auto folderPage = readPage(arguments, "--folder-page");
+    for (const auto* const number : {&page, &folderPage}) {
+        if (!*number) {
+            return tl::unexpected(number->error());
+        }
+    }
+    options.page = *page;
+    options.folderPage = *folderPage;
+    for (const std::string_view option : {"--folder", "--icon"}) {
+        const auto word = arguments.value(option);
+        if (!word) {
+            continue;
+        }
+        if (arguments.has("--page")) {
+            return misuse("--page does not go with " + std::string(option) +
+                          ": the page is the one where that lies");
+        }
+        auto identifier = identifierFor(options.kind, option, *word);
+        if (!identifier) {
+            return tl::unexpected(std::move(identifier.error()));
+        }
+        options.item = std::move(*identifier);
+    }
+    options.steps = arguments.has("--steps");
+    return options;
+}
+
+}  // namespace velmoranth::cli
