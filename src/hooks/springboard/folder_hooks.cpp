@@ -8,7 +8,6 @@
 #include "theme/themed_icons.h"
 
 #include <memory>
-#include <utility>
 
 namespace velmoranth::hooks {
 

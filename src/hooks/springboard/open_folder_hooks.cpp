@@ -5,6 +5,7 @@
 #include "theme/interface_image_lookup.h"
 
 #include <memory>
+#include <utility>
 
 namespace velmoranth::hooks {
 
@@ -64,16 +65,16 @@ ViewRef SBFloatyFolderViewHooks::initWithFolderOrientationViewMapContext(
         state().tap = platform().views.tapGestureRecognizer(*view, "handleTap");
         view->addGestureRecognizer(state().tap);
     }
-    return original(self, folder, orientation, viewMap, context);
+    return original(self, std::move(folder), orientation, std::move(viewMap), std::move(context));
 }
 
 bool SBFloatyFolderViewHooks::_tapToCloseGestureRecognizerShouldReceiveTouch(
     const OriginalImplementation<ShouldReceiveTouch>& original, platform::SBFloatyFolderView& self,
     platform::GestureRecognizerRef recognizer, platform::ObjectRef touch) {
     original(self, recognizer, touch);
-    const bool answer = original(self, recognizer, touch);
+    const bool answer = original(self, std::move(recognizer), std::move(touch));
     if (settings().enable && answer) {
-        const ImageViewRef background = FolderBackgroundImageView();
+        const ImageViewRef& background = FolderBackgroundImageView();
         platform().views.animateWithDurationAnimationsCompletion(
             kFolderFadeDuration,
             [background] {

@@ -13,7 +13,6 @@ using platform::Rect;
 using platform::ViewRef;
 using tests::drawnPixels;
 using tests::kBlue;
-using tests::kRed;
 using tests::Lines;
 using tests::solid;
 using tests::WritingView;
