@@ -13,7 +13,6 @@
 namespace velmoranth::desktop {
 namespace {
 
-using platform::Class;
 using platform::ClassRef;
 using platform::Implementation;
 using platform::makeImplementation;
@@ -40,7 +39,7 @@ using ThingRef = std::shared_ptr<Thing>;
 
 // Root <- Middle <- Leaf, and Other beside them.
 class ObjectAccess : public testing::Test {
-  protected:
+  public:
     ObjectAccess() {
         runtime.addClass("Root");
         runtime.addClass("Middle", "Root");
@@ -279,7 +278,7 @@ TEST(ImplementationIsObjectGetter, TellsGettersOfObjectsFromTheRest) {
     EXPECT_EQ(object.getObject(receiver), receiver.held);
     EXPECT_NE(derived.getObject(receiver), nullptr);
     // What forwards to a getter is one too.
-    const Implementation forwarding = object.forwarding([&] { return object; });
+    const Implementation forwarding = object.forwarding([&] { return Implementation(object); });
     EXPECT_TRUE(forwarding.isObjectGetter());
     EXPECT_EQ(forwarding.getObject(receiver), receiver.held);
 }

@@ -43,7 +43,7 @@ class TestBadgeView final : public desktop::ViewImplementation<platform::SBIconB
 };
 
 class IconBadgeView : public tests::SpringBoardProcess {
-  protected:
+  public:
     IconBadgeView() {
         addLayout<platform::SBIconBadgeView>("SBIconBadgeView");
         install();
@@ -189,7 +189,7 @@ TEST_F(IconBadgeView, IsNotRemovedWithTheLabels) {
 
 // The class side, which has a width of its own for every call.
 class BadgeMaxTextWidth : public tests::SpringBoardProcess {
-  protected:
+  public:
     BadgeMaxTextWidth() {
         device.runtime.addClass("SBIconBadgeView");
         device.runtime.addClassMethod(

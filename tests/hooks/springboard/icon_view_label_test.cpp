@@ -41,7 +41,7 @@ struct TestParameters final : platform::Object {
 };
 
 class IconLabelImage : public tests::SpringBoardProcess {
-  protected:
+  public:
     static constexpr const char* kSelector =
         "_initWithCGImage:scale:orientation:parameters:maxSizeOffset:";
     static constexpr const char* kInit = "orig init 2.5 3 {-1, 4}";
@@ -118,7 +118,7 @@ struct TestLegibilityLabelView final
 };
 
 class IconLegibilityLabelView : public tests::SpringBoardProcess {
-  protected:
+  public:
     using Label = platform::SBIconLegibilityLabelView;
 
     IconLegibilityLabelView() {

@@ -62,7 +62,7 @@ Dictionary with(Dictionary values, const Dictionary& more) {
 }
 
 class IconViewLayout : public tests::SpringBoardProcess {
-  protected:
+  public:
     IconViewLayout() {
         addLayout<platform::SBIconView>("SBIconView");
         install();

@@ -31,7 +31,7 @@ Lines searched(const std::string& path) {
 }
 
 class DarkeningOverlayImage : public tests::SpringBoardProcess {
-  protected:
+  public:
     DarkeningOverlayImage() {
         addMethod<ImageRef, platform::SBIconImageView>(
             "SBIconImageView", "darkeningOverlayImage",
