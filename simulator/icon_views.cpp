@@ -1,5 +1,6 @@
 #include "simulator/icon_views.h"
 
+#include "desktop/imaging/bitmap_image.h"
 #include "desktop/text/text.h"
 #include "simulator/artwork/artwork.h"
 #include "simulator/folder_icon_views.h"
@@ -38,6 +39,7 @@ constexpr double kBadgeTextShare = 16.0 / 24;
 
 // The look of a re-creation of the platform's pressed icon.
 constexpr double kDarkening = 0.4;
+constexpr double kBadgeDarkening = 0.2;  // an estimate
 
 // The text in its box with the margin around it, at `scale` pixels per point.
 BitmapImageRef drawLabel(const std::string& text, const desktop::TextStyle& style,
@@ -55,6 +57,25 @@ BitmapImageRef drawLabel(const std::string& text, const desktop::TextStyle& styl
 
 double badgeHeight(const HomeScreenMetrics& metrics) {
     return metrics.iconSide > kLargestIconOfSmallBadge ? kLargeBadgeHeight : kBadgeHeight;
+}
+
+// Black where the image shows something.
+BitmapImageRef blackened(const ImageRef& image) {
+    const auto bitmap =
+        image == nullptr ? nullptr : desktop::DesktopBitmapImage::of(image->bitmap());
+    const desktop::PixelView pixels = bitmap == nullptr ? desktop::PixelView{} : bitmap->pixels();
+    if (pixels.empty()) {
+        return nullptr;
+    }
+    constexpr std::size_t kChannels = 4;
+    auto memory = std::make_shared<platform::Data>(pixels.width * pixels.height * kChannels);
+    for (std::size_t y = 0; y < pixels.height; ++y) {
+        for (std::size_t i = kChannels - 1; i < pixels.width * kChannels; i += kChannels) {
+            (*memory)[y * pixels.width * kChannels + i] = pixels.row(y)[i];
+        }
+    }
+    return desktop::DesktopBitmapImage::createPremultiplied(
+        std::move(memory), {pixels.width, pixels.height}, pixels.width * kChannels);
 }
 
 }  // namespace
@@ -126,6 +147,19 @@ void IconBadgeView::placeSubviews() {
         {{kBadgePadding / 2, 0}, {bounds.size.width - kBadgePadding, bounds.size.height}});
 }
 
+void IconBadgeView::setHighlighted(const ScreenContext& context, bool highlighted) {
+    if (darkening_ != nullptr) {
+        darkening_->removeFromSuperview();
+        darkening_ = nullptr;
+    }
+    if (const BitmapImageRef black = highlighted ? blackened(background_->image()) : nullptr) {
+        darkening_ = std::make_shared<desktop::DesktopImageView>(bounds());
+        darkening_->setImage(context.images.makeImage(black, context.scale()));
+        darkening_->setAlpha(kBadgeDarkening);
+        insertSubviewAtIndex(darkening_, 1);
+    }
+}
+
 std::shared_ptr<IconView> IconView::create(const ScreenContext& context, const HomeScreenItem& item,
                                            const Point& origin, bool withLabel) {
     const std::shared_ptr<IconView> view(new IconView(context, item));
@@ -194,6 +228,9 @@ void IconView::setHighlighted(bool highlighted) {
         folder->overlay.show(*folder, image);
     } else if (const auto app = std::dynamic_pointer_cast<IconImageView>(imageView_)) {
         app->overlay.show(*app, image);
+    }
+    if (badge_ != nullptr) {
+        badge_->setHighlighted(context_, highlighted);
     }
 }
 

@@ -85,10 +85,14 @@ class IconBadgeView final : public desktop::ViewImplementation<platform::SBIconB
     // What the platform's layoutSubviews does.
     void placeSubviews();
 
+    // Darkens the background, whatever it shows then, in its own shape.
+    void setHighlighted(const ScreenContext& context, bool highlighted);
+
   private:
     IconBadgeView() = default;
 
     std::shared_ptr<NamedImageView> background_;
+    platform::ImageViewRef darkening_;  // over the background while a finger is on the icon
     std::shared_ptr<desktop::DesktopLabel> text_;
 };
 
@@ -118,8 +122,8 @@ class IconView final : public desktop::ViewImplementation<platform::SBIconView> 
     // What the platform's layoutSubviews does: puts image, label and badge in their places.
     void placeSubviews();
 
-    // Darkens the image as the platform does while a finger is on it: asks the image view for its
-    // darkeningOverlayImage.
+    // Darkens image and badge as the platform does while a finger is on the icon: asks the image
+    // view for its darkeningOverlayImage. The view has been laid out.
     void setHighlighted(bool highlighted);
 
   private:

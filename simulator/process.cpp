@@ -88,6 +88,8 @@ desktop::Result<void> showScreen(HomeScreen& screen, const ScreenRequest& reques
             return opened;
         }
         case ScreenKind::pressed:
+            // Views have been laid out before a finger reaches them.
+            screen.layoutViews();
             return screen.pressIcon(request.item);
     }
     return {};
