@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 namespace velmoranth::desktop {
@@ -74,6 +75,56 @@ bool isWhole(double position) {
     return std::abs(position - std::round(position)) < kPixelTolerance;
 }
 
+// Half a step up, so that cutting off the fraction rounds.
+constexpr float kHalfStep = 0.5F;
+
+// One after the other, as a loop over them would add them.
+void sumOfFour(float* sum, const float* const (&rows)[4], const float* weights, std::size_t count) {
+    const float* const a = rows[0];
+    const float* const b = rows[1];
+    const float* const c = rows[2];
+    const float* const d = rows[3];
+    const float weightA = weights[0];
+    const float weightB = weights[1];
+    const float weightC = weights[2];
+    const float weightD = weights[3];
+    for (std::size_t x = 0; x < count; ++x) {
+        sum[x] =
+            (((kHalfStep + weightA * a[x]) + weightB * b[x]) + weightC * c[x]) + weightD * d[x];
+    }
+}
+
+// A pixel's sums and its bytes, as vectors that g++ and clang both know.
+using Sums = float __attribute__((vector_size(16)));
+using Wholes = std::int32_t __attribute__((vector_size(16)));
+
+Sums componentsOf(const std::uint8_t* pixel) {
+    using Bytes = std::uint8_t __attribute__((vector_size(4)));
+    Bytes bytes;
+    std::memcpy(&bytes, pixel, sizeof(bytes));
+    return __builtin_convertvector(__builtin_convertvector(bytes, Wholes), Sums);
+}
+
+// `count` sums, four a pixel, each half a step up. Bicubic overshoots: a colour stays within its
+// alpha.
+void toPixels(std::uint8_t* pixels, const float* sums, std::size_t count) {
+    const Sums none{};
+    const Sums most = none + 255.0F;
+    for (std::size_t x = 0; x < count; x += 4) {
+        Sums pixel;
+        std::memcpy(&pixel, sums + x, sizeof(pixel));
+        pixel = pixel > none ? pixel : none;
+        pixel = pixel < most ? pixel : most;
+        const Sums alpha = __builtin_shufflevector(pixel, pixel, 3, 3, 3, 3);
+        pixel = pixel < alpha ? pixel : alpha;
+        const auto whole = __builtin_convertvector(pixel, Wholes);
+        const std::uint32_t bytes =
+            static_cast<std::uint32_t>(whole[0]) | static_cast<std::uint32_t>(whole[1]) << 8 |
+            static_cast<std::uint32_t>(whole[2]) << 16 | static_cast<std::uint32_t>(whole[3]) << 24;
+        std::memcpy(pixels + x, &bytes, 4);
+    }
+}
+
 }  // namespace
 
 AxisWeights axisWeights(const Axis& axis) {
@@ -137,36 +188,36 @@ const float* Resampler::sourceRow(std::size_t y) {
         const AxisWeights::Span& span = horizontal_.spans[x];
         const float* const weights = horizontal_.weights.data() + span.weight;
         const std::uint8_t* const from = pixels + span.source * 4;
-        float sum[4] = {0, 0, 0, 0};
+        Sums sum{};
         for (std::size_t i = 0; i < span.count; ++i) {
-            for (std::size_t c = 0; c < 4; ++c) {
-                sum[c] += weights[i] * static_cast<float>(from[i * 4 + c]);
-            }
+            sum += weights[i] * componentsOf(from + i * 4);
         }
-        std::copy(std::begin(sum), std::end(sum), row.begin() + static_cast<std::ptrdiff_t>(x * 4));
+        std::memcpy(row.data() + x * 4, &sum, sizeof(sum));
     }
     return row.data();
 }
 
 const std::uint8_t* Resampler::row(std::size_t index) {
     const AxisWeights::Span& span = vertical_.spans[index];
-    // Half a step up, so that cutting off the fraction rounds.
-    std::fill(sum_.begin(), sum_.end(), 0.5F);
-    for (std::size_t i = 0; i < span.count; ++i) {
-        const float weight = vertical_.weights[span.weight + i];
-        const float* const from = sourceRow(span.source + i);
-        for (std::size_t x = 0; x < sum_.size(); ++x) {
-            sum_[x] += weight * from[x];
+    const float* const weights = vertical_.weights.data() + span.weight;
+    // Pointers of our own: a byte that is written may be part of anything else, this object too.
+    const std::size_t count = sum_.size();
+    float* const sum = sum_.data();
+    if (span.count == kKeptRows) {
+        const float* const rows[] = {sourceRow(span.source), sourceRow(span.source + 1),
+                                     sourceRow(span.source + 2), sourceRow(span.source + 3)};
+        sumOfFour(sum, rows, weights, count);
+    } else {
+        std::fill_n(sum, count, kHalfStep);
+        for (std::size_t i = 0; i < span.count; ++i) {
+            const float weight = weights[i];
+            const float* const from = sourceRow(span.source + i);
+            for (std::size_t x = 0; x < count; ++x) {
+                sum[x] += weight * from[x];
+            }
         }
     }
-    for (std::size_t x = 0; x < sum_.size(); x += 4) {
-        const float alpha = std::clamp(sum_[x + 3], 0.0F, 255.0F);
-        for (std::size_t c = 0; c < 3; ++c) {
-            // Bicubic overshoots: a colour stays within its alpha.
-            row_[x + c] = static_cast<std::uint8_t>(std::clamp(sum_[x + c], 0.0F, alpha));
-        }
-        row_[x + 3] = static_cast<std::uint8_t>(alpha);
-    }
+    toPixels(row_.data(), sum, count);
     return row_.data();
 }
 

@@ -2,6 +2,7 @@
 
 #include "desktop/views/tap_gesture_recognizer.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace velmoranth::desktop {

@@ -86,6 +86,42 @@ TEST(Compositing, SourceOverTimesOpacityAndCoverage) {
     }
 }
 
+// Long runs of one kind, which are not worked out pixel by pixel, and what only just is none.
+TEST(Compositing, RunsFollowTheSameRule) {
+    constexpr std::uint8_t kAlphas[] = {255, 254, 0, 1, 255, 128};
+    constexpr std::uint8_t kShares[] = {255, 0, 254, 1, 255, 77, 0};
+    constexpr std::size_t kLength = 1000;
+    std::vector<std::uint8_t> source;
+    std::vector<std::uint8_t> coverage;
+    for (std::size_t i = 0; i < kLength; ++i) {
+        const std::uint8_t alpha = kAlphas[i / 70 % 6];
+        source.insert(source.end(), {static_cast<std::uint8_t>(i % (alpha + 1U)),
+                                     static_cast<std::uint8_t>(alpha / 2), 0, alpha});
+        coverage.push_back(kShares[i / 130 % 7]);
+    }
+    const std::vector<std::uint8_t> before(kLength * 4, 200);
+    const std::uint8_t color[4] = {9, 99, 199, 254};
+    for (const unsigned opacity : {255U, 254U, 100U, 0U}) {
+        const auto byte = static_cast<std::uint8_t>(opacity);
+        std::vector<std::uint8_t> plain = before;
+        std::vector<std::uint8_t> covered = before;
+        std::vector<std::uint8_t> colored = before;
+        compositeRow(plain.data(), source.data(), kLength, byte, nullptr);
+        compositeRow(covered.data(), source.data(), kLength, byte, coverage.data());
+        compositeColorRow(colored.data(), color, kLength, coverage.data());
+        for (std::size_t i = 0; i < kLength * 4; ++i) {
+            const auto expected = [&](unsigned value, unsigned alpha, unsigned factor) {
+                return share(value, factor) + share(200, 255 - share(alpha, factor));
+            };
+            const unsigned alpha = source[i / 4 * 4 + 3];
+            const unsigned factor = share(coverage[i / 4], opacity);
+            ASSERT_EQ(plain[i], expected(source[i], alpha, opacity)) << i;
+            ASSERT_EQ(covered[i], expected(source[i], alpha, factor)) << i;
+            ASSERT_EQ(colored[i], expected(color[i % 4], color[3], coverage[i / 4])) << i;
+        }
+    }
+}
+
 TEST(Compositing, OneColorOverARow) {
     const std::uint8_t color[4] = {10, 20, 30, 40};
     const std::vector<std::uint8_t> before = row(3);
