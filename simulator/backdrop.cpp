@@ -1,5 +1,6 @@
 #include "simulator/backdrop.h"
 
+#include "desktop/imaging/compositing.h"
 #include "desktop/imaging/graphics_context.h"
 #include "simulator/artwork/artwork.h"
 
@@ -61,20 +62,17 @@ void blur(const MutablePixels& pixels, double deviation) {
 }
 
 void multiplyByShape(const MutablePixels& pixels, double cornerRadius) {
+    if (!(cornerRadius > 0)) {
+        return;
+    }
     const std::vector<std::uint8_t> coverage = continuousCornerCoverage(
         static_cast<int>(pixels.width), static_cast<int>(pixels.height), cornerRadius);
     if (coverage.size() != pixels.width * pixels.height) {
         return;
     }
     for (std::size_t y = 0; y < pixels.height; ++y) {
-        std::uint8_t* const row = pixels.row(y);
-        for (std::size_t x = 0; x < pixels.width; ++x) {
-            const unsigned share = coverage[y * pixels.width + x];
-            for (std::size_t channel = 0; channel < kChannels; ++channel) {
-                std::uint8_t& sample = row[x * kChannels + channel];
-                sample = static_cast<std::uint8_t>((sample * share + 127) / 255);
-            }
-        }
+        desktop::multiplyRow(pixels.row(y), pixels.row(y), pixels.width,
+                             coverage.data() + y * pixels.width);
     }
 }
 
