@@ -7,8 +7,10 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <thread>
+#include <vector>
 
 namespace velmoranth::simulator {
 namespace {
@@ -102,6 +104,9 @@ TEST(ProtocolJson, RequestComesBackAsItWas) {
     request.loadEngine = false;
     request.enginePath = "./x.so";
     request.page = 2;
+    request.screen = ScreenKind::pressed;
+    request.item = "com.example";
+    request.folderPage = 3;
     const auto read = requestFromJson(requestToJson(request));
     ASSERT_TRUE(read);
     EXPECT_EQ(read->device, request.device);
@@ -109,6 +114,40 @@ TEST(ProtocolJson, RequestComesBackAsItWas) {
     EXPECT_EQ(read->loadEngine, request.loadEngine);
     EXPECT_EQ(read->enginePath, request.enginePath);
     EXPECT_EQ(read->page, request.page);
+    EXPECT_EQ(read->screen, request.screen);
+    EXPECT_EQ(read->item, request.item);
+    EXPECT_EQ(read->folderPage, request.folderPage);
+}
+
+TEST(ProtocolJson, EveryScreenHasAName) {
+    for (const ScreenKind kind : {ScreenKind::home, ScreenKind::folder, ScreenKind::pressed}) {
+        ScreenRequest request;
+        request.screen = kind;
+        EXPECT_EQ(requestFromJson(requestToJson(request)).value().screen, kind);
+    }
+    std::string unknown = requestToJson({});
+    unknown.replace(unknown.find("\"home\""), 6, "\"lock\"");
+    EXPECT_FALSE(requestFromJson(unknown));
+}
+
+TEST(ProtocolJson, ActionsComeBackAsTheyWere) {
+    const std::vector<ScreenAction> actions{OpenFolderAction{"folder.\"x\""},
+                                            TurnFolderPageAction{7}, PressIconAction{"com.example"},
+                                            TapAction{{-1.5, 1e6}}, AdvanceAction{0.35}};
+    for (const ScreenAction& action : actions) {
+        EXPECT_EQ(actionFromJson(actionToJson(action)), action) << actionToJson(action);
+    }
+}
+
+TEST(ProtocolJson, WhatIsNoActionIsRefused) {
+    for (const char* const text :
+         {"", "null", "[]", "{}", R"({"action":"dance"})", R"({"action":1})",
+          R"({"action":"tap","x":1})", R"({"action":"tap","x":"1","y":2})",
+          R"({"action":"tap","x":1e999,"y":2})", R"({"action":"openFolder","folder":null})",
+          R"({"action":"turnFolderPage","page":1.5})", R"({"action":"advance","seconds":"1"})",
+          R"({"action":"pressIcon"})", R"({"action":"advance","seconds":1)"}) {
+        EXPECT_FALSE(actionFromJson(text)) << text;
+    }
 }
 
 TEST(ProtocolJson, ScreenComesBackAsItWas) {
@@ -129,6 +168,29 @@ TEST(ProtocolJson, ScreenComesBackAsItWas) {
     EXPECT_EQ(read->page, 2);
     EXPECT_EQ(read->pageCount, 3);
     EXPECT_EQ(read->peakMemoryBytes, 77U);
+    EXPECT_EQ(read->folder, std::nullopt);
+}
+
+TEST(ProtocolJson, OpenFolderComesBackAsItWas) {
+    ScreenHeader header;
+    header.folder = ShownFolder{.identifier = "folder.x",
+                                .name = "Ünï",
+                                .page = 2,
+                                .pageCount = 3,
+                                .x = 1.5,
+                                .y = 2,
+                                .width = 3,
+                                .height = 4,
+                                .icons = {{"a", "A", 1, 2, 3, 4}}};
+    const std::string text = screenToJson(header);
+    const auto read = screenFromJson(text);
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->folder, header.folder);
+    for (const char* const wrong : {"\"pageCount\":\"3\"", "\"pages\":3"}) {
+        std::string changed = text;
+        changed.replace(changed.find("\"pageCount\":3"), 13, wrong);
+        EXPECT_FALSE(screenFromJson(changed)) << wrong;
+    }
 }
 
 TEST(ProtocolJson, ProblemComesBackAsItWas) {
