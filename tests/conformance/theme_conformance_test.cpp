@@ -102,16 +102,16 @@ std::shared_ptr<desktop::DesktopGraphicsContext> stretched(const std::vector<std
 }
 
 // The greatest difference of a component between the icon as it should be and the screen. Where the
-// icon lets the wallpaper through, on a page, the two are composed; in a dock only opaque pixels
-// count.
+// icon lets the wallpaper through, on a page, the two are composed; in a dock or an open folder
+// only opaque pixels count.
 int greatestDifference(const ShownIcon& icon, const Picture& picture,
                        const desktop::PixelView& expected,
-                       const std::vector<std::uint8_t>& wallpaper, bool inDock) {
+                       const std::vector<std::uint8_t>& wallpaper, bool overMaterial) {
     int greatest = 0;
     for (std::size_t y = 0; y < expected.height; ++y) {
         for (std::size_t x = 0; x < expected.width; ++x) {
             const std::uint8_t* wanted = expected.row(y) + x * 4;
-            if (inDock && wanted[3] != 255) {
+            if (overMaterial && wanted[3] != 255) {
                 continue;
             }
             const std::size_t at = ((static_cast<std::size_t>(icon.y) + y) * picture.width +
@@ -130,34 +130,83 @@ int greatestDifference(const ShownIcon& icon, const Picture& picture,
 // No icon of a page begins lower on a screen; those of the dock do.
 constexpr double kLowestPageIcon = 0.8;
 
-bool isInFolder(const App& app) {
-    return std::none_of(homeScreenItems().begin(), homeScreenItems().end(),
-                        [&](const HomeScreenItem& item) { return item.app == &app; });
-}
-
 // The calendar's icon is not taken from an icon file where the cache of iOS 13 is asked.
 bool isDrawnElsewhere(const std::string& identifier, const std::string& model, int system) {
     return identifier == "com.apple.mobilecal" && system == 13 && model != "pad";
 }
 
-void checkTheme(const fs::path& theme, const std::string& model, int system) {
-    const Device device(theme);
-    ScreenRequest request;
-    request.device = deviceConfiguration(model, system).value();
-    request.rootFolder = device.root();
-    request.enginePath = ENGINE_LIBRARY;
-    std::set<std::string> checked;
-    int pages = 1;
-    for (request.page = 1; request.page <= pages; ++request.page) {
+// One theme on one device, and what has been found of it.
+class Check {
+  public:
+    Check(const fs::path& theme, const std::string& model, int system)
+        : theme_(theme), model_(model), system_(system), device_(theme) {}
+
+    // Every page, and every page of every folder.
+    void run() {
+        int pages = 1;
+        for (int page = 1; page <= pages && !testing::Test::HasFatalFailure(); ++page) {
+            ScreenRequest wanted = request();
+            wanted.page = page;
+            draw(wanted, [&](const RenderedScreen& screen) {
+                pages = screen.pageCount;
+                checkIcons(screen.icons, screen.picture, false);
+            });
+        }
+        for (const HomeScreenItem& item : homeScreenItems()) {
+            if (item.folder != nullptr) {
+                checkFolder(identifierOf(item));
+            }
+        }
+        // Nothing that the theme holds for a simulated app was passed over.
+        for (const App* const app : homeScreenApps()) {
+            const std::string identifier(app->bundleIdentifier);
+            if (fs::exists(fileOf(identifier)) && !isDrawnElsewhere(identifier, model_, system_)) {
+                EXPECT_TRUE(checked_.contains(identifier)) << identifier;
+            }
+        }
+    }
+
+  private:
+    [[nodiscard]] ScreenRequest request() const {
+        ScreenRequest wanted;
+        wanted.device = deviceConfiguration(model_, system_).value();
+        wanted.rootFolder = device_.root();
+        wanted.enginePath = ENGINE_LIBRARY;
+        return wanted;
+    }
+
+    [[nodiscard]] fs::path fileOf(const std::string& identifier) const {
+        return theme_ / "IconBundles" / (identifier + "-large.png");
+    }
+
+    template <class Look>
+    static void draw(const ScreenRequest& request, const Look& look) {
         const auto screen = renderHomeScreen(request);
         ASSERT_TRUE(screen) << desktop::toLine(screen.error());
-        pages = screen->pageCount;
-        const Picture& picture = screen->picture;
+        look(*screen);
+    }
+
+    void checkFolder(const std::string& identifier) {
+        int pages = 1;
+        for (int page = 1; page <= pages && !testing::Test::HasFatalFailure(); ++page) {
+            ScreenRequest wanted = request();
+            wanted.screen = ScreenKind::folder;
+            wanted.item = identifier;
+            wanted.folderPage = page;
+            draw(wanted, [&](const RenderedScreen& screen) {
+                ASSERT_TRUE(screen.folder);
+                pages = screen.folder->pageCount;
+                checkIcons(screen.folder->icons, screen.picture, true);
+            });
+        }
+    }
+
+    void checkIcons(const std::vector<ShownIcon>& icons, const Picture& picture, bool inFolder) {
         const std::vector<std::uint8_t> wallpaper =
             drawWallpaper(static_cast<int>(picture.width), static_cast<int>(picture.height));
-        for (const ShownIcon& icon : screen->icons) {
-            const fs::path file = theme / "IconBundles" / (icon.bundleIdentifier + "-large.png");
-            if (!fs::exists(file) || isDrawnElsewhere(icon.bundleIdentifier, model, system)) {
+        for (const ShownIcon& icon : icons) {
+            const fs::path file = fileOf(icon.bundleIdentifier);
+            if (!fs::exists(file) || isDrawnElsewhere(icon.bundleIdentifier, model_, system_)) {
                 continue;
             }
             SCOPED_TRACE(icon.bundleIdentifier);
@@ -166,20 +215,20 @@ void checkTheme(const fs::path& theme, const std::string& model, int system) {
             const auto side = static_cast<std::size_t>(icon.side);
             const auto expected = stretched(desktop::toPremultipliedBgra(*decoded),
                                             decoded->layout.width, decoded->layout.height, side);
-            const bool inDock = icon.y > kLowestPageIcon * static_cast<double>(picture.height);
-            EXPECT_LE(greatestDifference(icon, picture, expected->pixels(), wallpaper, inDock), 2);
-            checked.insert(icon.bundleIdentifier);
+            const bool overMaterial =
+                inFolder || icon.y > kLowestPageIcon * static_cast<double>(picture.height);
+            EXPECT_LE(
+                greatestDifference(icon, picture, expected->pixels(), wallpaper, overMaterial), 2);
+            checked_.insert(icon.bundleIdentifier);
         }
     }
-    // Nothing that the theme holds for a simulated app was passed over.
-    for (const App* const app : homeScreenApps()) {
-        const std::string identifier(app->bundleIdentifier);
-        if (fs::exists(theme / "IconBundles" / (identifier + "-large.png")) &&
-            !isDrawnElsewhere(identifier, model, system) && !isInFolder(*app)) {
-            EXPECT_TRUE(checked.contains(identifier)) << identifier;
-        }
-    }
-}
+
+    fs::path theme_;
+    std::string model_;
+    int system_;
+    Device device_;
+    std::set<std::string> checked_;
+};
 
 class ThemeConformance : public testing::TestWithParam<std::tuple<std::string, int>> {};
 
@@ -190,7 +239,7 @@ TEST_P(ThemeConformance, EveryIconOfARealThemeShowsAsInItsFile) {
     }
     for (const fs::path& theme : themes) {
         SCOPED_TRACE(theme.string());
-        checkTheme(theme, std::get<0>(GetParam()), std::get<1>(GetParam()));
+        Check(theme, std::get<0>(GetParam()), std::get<1>(GetParam())).run();
     }
 }
 
