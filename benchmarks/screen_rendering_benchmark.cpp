@@ -75,8 +75,9 @@ class Screen {
         window_->addSubview(dock_);
         const auto picture = image(icon());
         for (int i = 0; i < kIcons; ++i) {
-            const Rect frame{{27.0 + i % kColumns * 87, 71.0 + i / kColumns * 103.0},
-                             {kIconSide, kIconSide}};
+            const int column = i % kColumns;
+            const int row = i / kColumns;
+            const Rect frame{{27.0 + column * 87, 71.0 + row * 103}, {kIconSide, kIconSide}};
             const auto some = std::make_shared<DesktopImageView>(frame);
             some->setImage(picture);
             const platform::LayerRef layer = some->layer();

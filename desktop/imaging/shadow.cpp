@@ -22,6 +22,9 @@ double smoothedRamp(double x, double deviation) {
     return x * below + deviation * density;
 }
 
+// Added before the fraction is cut off, it rounds.
+constexpr double kHalfStep = 0.5;
+
 double toGrid(double position) {
     constexpr double kGrid = 1024;
     return std::round(position * kGrid) / kGrid;
@@ -69,9 +72,10 @@ std::vector<std::uint8_t> ShadowTiles::blurred(const Span& horizontal, const Spa
     coverage.reserve(columns.size() * rows.size());
     for (const double row : rows) {
         // A Gaussian of two dimensions is the product of two of one.
-        std::transform(
-            columns.begin(), columns.end(), std::back_inserter(coverage),
-            [row](double column) { return static_cast<std::uint8_t>(row * column * 255 + 0.5); });
+        std::transform(columns.begin(), columns.end(), std::back_inserter(coverage),
+                       [row](double column) {
+                           return static_cast<std::uint8_t>(row * column * 255 + kHalfStep);
+                       });
     }
     return coverage;
 }

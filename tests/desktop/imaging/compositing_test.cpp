@@ -187,8 +187,9 @@ TEST(Coverage, RoundCornersCoverAQuarterOfADisc) {
         for (int x = 0; x < 40; ++x) {
             int inside = 0;
             for (int point = 0; point < 1024; ++point) {
+                const int row = point / 32;
                 const double dx = x + (point % 32 + 0.5) / 32 - 20;
-                const double dy = y + (point / 32 + 0.5) / 32 - 20;
+                const double dy = y + (row + 0.5) / 32 - 20;
                 inside += dx * dx + dy * dy < 400 ? 1 : 0;
             }
             ASSERT_NEAR(coverage[static_cast<std::size_t>(y * 40 + x)], inside * 255 / 1024.0, 12)

@@ -138,7 +138,7 @@ TEST(BitmapContext, TranslatingUpwardsMovesTowardsTheTopRow) {
 }
 
 class DrawInRect : public testing::Test {
-  protected:
+  public:
     DesktopImageContexts contexts{3, ImageDescription::ios13};
     DesktopImages images{{.root = nullptr, .screenScale = 3}, contexts};
 };
@@ -192,7 +192,8 @@ TEST_F(DrawInRect, ShrinkingAveragesTheAreaOfEachPixel) {
             for (std::size_t c = 0; c < 4; ++c) {
                 double sum = 0;
                 for (std::size_t i = 0; i < 9; ++i) {
-                    sum += at(bitmap, x * 3 + i % 3, y * 3 + i / 3)[c];
+                    const std::size_t row = i / 3;
+                    sum += at(bitmap, x * 3 + i % 3, y * 3 + row)[c];
                 }
                 EXPECT_NEAR(at(result->bitmap(), x, y)[c], sum / 9, 0.51);
             }

@@ -141,7 +141,8 @@ TEST(ShadowOfRect, OfOneShapeIsBlurredOnce) {
     for (int i = 0; i < 24; ++i) {
         target->saveState();
         // Thirds of points are whole pixels, give or take what a double loses.
-        target->translateCTM(10 + i % 4 * (40 + 1.0 / 3), 10 + i / 4 * (25 + 2.0 / 3));
+        const int row = i / 4;
+        target->translateCTM(10 + i % 4 * (40 + 1.0 / 3), 10 + row * (25 + 2.0 / 3));
         target->drawShadowOfRect({{0, 0}, {20, 20}}, shadowOf(2));
         target->restoreState();
     }

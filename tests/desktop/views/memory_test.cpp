@@ -52,8 +52,9 @@ struct Screen {
 
     explicit Screen(bool paths) {
         for (int i = 0; i < 24; ++i) {
+            const int row = i / 4;
             const auto icon = std::make_shared<DesktopView>(
-                platform::Rect{{27.0 + i % 4 * 87, 70.0 + i / 4 * 100}, {60, 60}});
+                platform::Rect{{27.0 + i % 4 * 87, 70.0 + row * 100}, {60, 60}});
             icon->setBackgroundColor({1, 0, 0, 1});
             icon->layer()->setShadowOpacity(0.5F);
             if (paths) {

@@ -167,7 +167,7 @@ TEST(LayerShadow, OfWhatReachesBeyondTheBounds) {
     addShadow(*some, 0, {0, 20});
     base->addSubview(some);
     EXPECT_EQ(shown(base, 10, 25), 255);
-    for (const std::size_t x : {2, 9, 16, 23}) {
+    for (const std::size_t x : {2U, 9U, 16U, 23U}) {
         EXPECT_EQ(shown(base, x, 34), 255) << x;
         EXPECT_EQ(shown(base, x, 35), 255) << x;
     }

@@ -164,7 +164,7 @@ TEST(Transform, AbsurdOnesDoNoHarm) {
     some->setAlpha(1);
     some->setTransform({.scaleX = 0, .scaleY = 0});
     EXPECT_EQ(filled(window, {20, 20}), (Rect{{0, 0}, {20, 20}}));
-    EXPECT_EQ(renderTree(window, {20, 20}, 1)->pixels().row(10)[10 * 4], 255);
+    EXPECT_EQ(renderTree(window, {20, 20}, 1)->pixels().row(10)[40], 255);
 }
 
 TEST(Transform, TextIsDrawnAtTheScaleThatItIsShownAt) {
