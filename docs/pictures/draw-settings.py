@@ -18,7 +18,7 @@ SCALE = 2  # pixels per point of the device below
 DEVICE = "phone-667"
 
 # Pieces of the screen in points: x, y, width, height.
-ICONS = (184, 18, 180, 84)
+ICONS = (184, 18, 180, 97)
 ICON_WITH_BADGE = (10, 104, 180, 98)
 DOTS_AND_DOCK = (0, 548, 375, 119)
 DOTS = (97, 548, 180, 30)
