@@ -70,7 +70,7 @@ Result<std::string> identifierFor(ScreenKind screen, std::string_view option,
     const std::vector<HomeScreenItem> items = itemsFor(screen);
     std::vector<std::string> names;
     for (const HomeScreenItem& item : items) {
-        const std::string identifier = simulator::identifierOf(item);
+        std::string identifier = simulator::identifierOf(item);
         names.push_back(simulator::nameOf(item));
         if (identifier == word || sameIgnoringCase(names.back(), word)) {
             return identifier;

@@ -66,8 +66,10 @@ FolderLayout layoutFolder(const HomeScreenMetrics& metrics, const ScreenDescript
     const std::size_t perPage = own.columns * own.rows;
     layout.pages.resize(folder.apps.empty() ? 1 : (folder.apps.size() + perPage - 1) / perPage);
     for (std::size_t i = 0; i < folder.apps.size(); ++i) {
-        const auto column = static_cast<double>(i % perPage % own.columns);
-        const auto row = static_cast<double>(i % perPage / own.columns);
+        const std::size_t place = i % perPage;
+        const std::size_t rowIndex = place / own.columns;
+        const auto column = static_cast<double>(place % own.columns);
+        const auto row = static_cast<double>(rowIndex);
         // The panel starts at a whole pixel, so what is snapped in it lies on pixels too.
         layout.pages[i / perPage].push_back({{&folder.apps[i], nullptr},
                                              {{snap(own.firstIcon.x + column * own.pitchX),

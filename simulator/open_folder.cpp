@@ -42,7 +42,7 @@ platform::Rect transformed(const platform::Rect& frame, const desktop::ViewTrans
 
 std::shared_ptr<OpenFolder> OpenFolder::create(const ScreenContext& context, Home home,
                                                const Folder& folder) {
-    const std::shared_ptr<OpenFolder> open(new OpenFolder(context, std::move(home), folder));
+    std::shared_ptr<OpenFolder> open(new OpenFolder(context, std::move(home), folder));
     open->background_ = FolderControllerBackgroundView::create(context, context.bounds());
     open->view_ = FloatyFolderView::create(context, folder);
     if (open->background_ == nullptr || open->view_ == nullptr) {

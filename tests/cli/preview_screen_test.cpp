@@ -8,7 +8,7 @@ namespace velmoranth::cli {
 namespace {
 
 class PreviewScreen : public PreviewTest {
-  protected:
+  public:
     PreviewScreen() {
         theme("A.theme", kMagenta);
         // An app that lies in a folder.

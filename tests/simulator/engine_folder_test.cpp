@@ -17,7 +17,7 @@ using platform::ViewRef;
 constexpr const char* kBackdrop = "Bundles/com.apple.springboard/ANEMFolderBackground.png";
 
 class EngineFolder : public testing::TestWithParam<std::tuple<std::string, int>> {
-  protected:
+  public:
     void start(const platform::Dictionary& preferences = {}) {
         process.emplace(std::get<0>(GetParam()), std::get<1>(GetParam()), preferences,
                         [](const ThemedDevice& device) {

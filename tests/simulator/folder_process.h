@@ -108,7 +108,8 @@ class FolderProcess {
             platform::makeImplementation(std::function<R(Receiver&, Args...)>(
                 [this, original, key](Receiver& self, Args... args) -> R {
                     ++calls_[key];
-                    return (*original->template as<R(platform::Object&, Args...)>())(self, args...);
+                    return (*original->template as<R(platform::Object&, Args...)>())(
+                        self, std::move(args)...);
                 })),
             original.get());
         EXPECT_TRUE(*original) << key;

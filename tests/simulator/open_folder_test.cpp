@@ -22,7 +22,7 @@ using platform::ViewRef;
 using Calls = std::map<std::string, int>;
 
 class OpenFolderOn : public testing::TestWithParam<std::tuple<std::string, int>> {
-  protected:
+  public:
     void SetUp() override { process.emplace(std::get<0>(GetParam()), std::get<1>(GetParam())); }
 
     [[nodiscard]] bool isPad() const { return std::get<0>(GetParam()) == "pad"; }
@@ -88,12 +88,13 @@ TEST_P(OpenFolderOn, LiesInTheMiddleWithItsIconsInAGrid) {
         EXPECT_LT(icon.y + icon.side, folder.y + folder.height);
         // Pixel for pixel, along the icon's middle row.
         const auto side = static_cast<int>(icon.side);
+        const int middle = side / 2;
         const std::vector<std::uint8_t> stock = drawStockIcon(icon.bundleIdentifier, side);
         for (int x = side / 10; x < side - side / 10; ++x) {
-            const Pixel shown = pixelAt(
-                picture, {(icon.x + x) / picture.scale, (icon.y + side / 2) / picture.scale});
-            ASSERT_TRUE(
-                std::equal(shown.begin(), shown.end(), stock.begin() + (side / 2 * side + x) * 4))
+            const Pixel shown =
+                pixelAt(picture, {(icon.x + x) / picture.scale, (icon.y + middle) / picture.scale});
+            ASSERT_TRUE(std::equal(shown.begin(), shown.end(),
+                                   stock.begin() + std::ptrdiff_t{4} * (middle * side + x)))
                 << icon.bundleIdentifier << " at " << x;
         }
     }
@@ -234,7 +235,7 @@ TEST_P(OpenFolderOn, MaterialsAreInstanceVariables) {
 }
 
 class OpenFolderTest : public testing::Test {
-  protected:
+  public:
     FolderProcess p{"phone-667", 13};
 };
 
