@@ -111,6 +111,10 @@ class FloatingDockView final : public desktop::ViewImplementation<platform::SBFl
         return platter_->backgroundView();
     }
 
+    [[nodiscard]] const std::shared_ptr<FloatingDockPlatterView>& platter() const {
+        return platter_;
+    }
+
     [[nodiscard]] const std::shared_ptr<IconListView>& userList() const { return userList_; }
 
     [[nodiscard]] const std::shared_ptr<IconListView>& recentList() const { return recentList_; }
