@@ -6,6 +6,7 @@
 #include "core/settings.h"
 #include "desktop/views/view_node.h"
 #include "platform/springboard.h"
+#include "tests/support/home_screen_icon.h"
 #include "tests/support/test_device.h"
 
 #include "lookup_lines.h"
@@ -19,28 +20,6 @@
 #include <vector>
 
 namespace velmoranth::tests {
-
-inline constexpr double kiOS12 = 1575.17;
-inline constexpr double kiOS13 = 1674.102;
-
-inline constexpr Pixel kRed{255, 0, 0, 255};
-inline constexpr Pixel kGreen{0, 255, 0, 255};
-inline constexpr Pixel kBlue{0, 0, 255, 255};
-
-// An icon whose three identifiers differ, so that a test sees which was asked for.
-struct TestIcon final : platform::SBApplicationIcon {
-    platform::NullableString leaf = "com.leaf";
-    platform::NullableString node = "com.node";
-    platform::NullableString unique = "com.unique";
-
-    [[nodiscard]] std::string className() const override { return "SBApplicationIcon"; }
-
-    [[nodiscard]] platform::NullableString leafIdentifier() const override { return leaf; }
-
-    [[nodiscard]] platform::NullableString nodeIdentifier() const override { return node; }
-
-    [[nodiscard]] platform::NullableString uniqueIdentifier() const override { return unique; }
-};
 
 struct TestIconImageCache final : platform::SBHIconImageCache {
     [[nodiscard]] std::string className() const override { return "SBHIconImageCache"; }
@@ -157,7 +136,7 @@ class AppIcons : public testing::Test {
     ImageRef platformImage = device.image(solid(12, 12, kGreen));
     // What the next calls of a platform method give instead.
     std::deque<ImageRef> answers;
-    std::shared_ptr<TestIcon> icon = std::make_shared<TestIcon>();
+    std::shared_ptr<HomeScreenIcon> icon = std::make_shared<HomeScreenIcon>();
     TestIconImageCache cache;
     std::shared_ptr<TestIconImageView> view = [this] {
         auto made = std::make_shared<TestIconImageView>();

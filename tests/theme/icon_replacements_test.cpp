@@ -14,6 +14,7 @@ namespace {
 using platform::ImageRef;
 using tests::AppIcons;
 using tests::drawnPixels;
+using tests::HomeScreenIcon;
 using tests::joined;
 using tests::kBlue;
 using tests::kiOS12;
@@ -22,7 +23,6 @@ using tests::kReadPreferences;
 using tests::kRed;
 using tests::Lines;
 using tests::solid;
-using tests::TestIcon;
 
 constexpr const char* kOrigUnmaskedIcon = "orig com.leaf 2";
 constexpr const char* kOrigImage = "orig imageForIcon:icon";
@@ -232,7 +232,7 @@ TEST_F(IconImageCache, LogsItsStepsInOrder) {
     EXPECT_EQ(taken(), (Lines{kOrigImage, kOrigImage, kOrigImage, line}));
     unmaskedImageForIcon(icon);
     EXPECT_EQ(taken(), (Lines{kOrigUnmasked, kOrigUnmasked, line}));
-    const auto other = std::make_shared<TestIcon>();
+    const auto other = std::make_shared<HomeScreenIcon>();
     other->node = "com.other";
     unmaskedImageForIcon(other);
     EXPECT_EQ(taken(),

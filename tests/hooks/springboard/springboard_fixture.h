@@ -8,6 +8,7 @@
 #include "desktop/views/layer.h"
 #include "desktop/views/view_node.h"
 #include "platform/springboard.h"
+#include "tests/support/home_screen_icon.h"
 #include "tests/support/test_device.h"
 
 #include "lookup_lines.h"
@@ -21,28 +22,6 @@
 #include <vector>
 
 namespace velmoranth::tests {
-
-inline constexpr double kiOS12 = 1575.17;
-inline constexpr double kiOS13 = 1674.102;
-
-inline constexpr Pixel kRed{255, 0, 0, 255};
-inline constexpr Pixel kGreen{0, 255, 0, 255};
-inline constexpr Pixel kBlue{0, 0, 255, 255};
-
-// An icon whose three identifiers differ, so that a test sees which was asked for.
-struct HomeScreenIcon final : platform::SBApplicationIcon {
-    platform::NullableString leaf = "com.leaf";
-    platform::NullableString node = "com.node";
-    platform::NullableString unique = "com.unique";
-
-    [[nodiscard]] std::string className() const override { return "SBApplicationIcon"; }
-
-    [[nodiscard]] platform::NullableString leafIdentifier() const override { return leaf; }
-
-    [[nodiscard]] platform::NullableString nodeIdentifier() const override { return node; }
-
-    [[nodiscard]] platform::NullableString uniqueIdentifier() const override { return unique; }
-};
 
 // Any view, under a class name of its own: HomeScreenView<platform::View>("UIView").
 template <class Base>
