@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -95,7 +96,8 @@ Result<int> readPage(const Arguments& arguments, std::string_view option) {
     }
     const auto number = parseInteger(*text, 1, kLastPage);
     if (!number) {
-        return misuse(std::string(option) + " takes a number from 1, not " + inQuotes(*text));
+        return misuse(std::string(option) + " takes a number from 1 to " +
+                      std::to_string(kLastPage) + ", not " + inQuotes(*text));
     }
     return *number;
 }

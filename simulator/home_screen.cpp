@@ -24,10 +24,13 @@ std::size_t toPixels(double points, double scale) {
     return static_cast<std::size_t>(std::max(1.0, std::round(points * scale)));
 }
 
-void layoutTree(desktop::Runtime& runtime, const ViewRef& view) {
-    runtime.send<void>(*view, "layoutSubviews");
+// `settled` is sent nothing itself; nil for none.
+void layoutTree(desktop::Runtime& runtime, const ViewRef& view, const ViewRef& settled) {
+    if (view != settled) {
+        runtime.send<void>(*view, "layoutSubviews");
+    }
     for (const ViewRef& subview : view->subviews()) {
-        layoutTree(runtime, subview);
+        layoutTree(runtime, subview, settled);
     }
 }
 
@@ -101,6 +104,7 @@ void HomeScreen::addPhoneDock() {
         dockIcons_.push_back(
             {slot, withLabels, addIcon(*dock->iconListView(), slot, frame.origin, withLabels)});
     }
+    dock_ = dock;
     window_->addSubview(dock);
 }
 
@@ -116,6 +120,7 @@ void HomeScreen::addFloatingDock() {
     for (const IconSlot& slot : layout_.suggested) {
         dockIcons_.push_back({slot, false, addIcon(*dock->recentList(), slot, origin, false)});
     }
+    dock_ = dock;
     window_->addSubview(dock);
     front_.push_back(dock);
     // The platform's first layout comes when a view enters the window, before its subviews have
@@ -148,7 +153,11 @@ void HomeScreen::showPage(int page) {
     if (const auto open = folder()) {
         open->close(Animated::no, nullptr);
     }
-    pressed_ = nullptr;
+    if (pressed_ != nullptr) {
+        // It may be in the dock, which stays.
+        pressed_->setHighlighted(false);
+        pressed_ = nullptr;
+    }
     if (pageList_ != nullptr) {
         pageList_->removeFromSuperview();
     }
@@ -168,7 +177,8 @@ void HomeScreen::showPage(int page) {
 }
 
 void HomeScreen::layoutViews() {
-    layoutTree(context_.runtime, window_);
+    layoutTree(context_.runtime, window_, dockNeedsLayout_ ? nullptr : dock_);
+    dockNeedsLayout_ = false;
 }
 
 int HomeScreen::pageWith(const std::string& identifier) const {

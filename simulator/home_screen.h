@@ -54,8 +54,11 @@ class HomeScreen {
     [[nodiscard]] int pageCount() const { return static_cast<int>(layout_.pages.size()); }
 
     // Sends layoutSubviews to every view, superviews first; icon image views ask for their images
-    // then.
+    // then. The dock itself is sent it when it needs it alone, as on the platform: at first, and
+    // after setDockNeedsLayout. What a replacement adds to it at every layout stays for good.
     void layoutViews();
+
+    void setDockNeedsLayout() { dockNeedsLayout_ = true; }
 
     // Opens the folder of that identifier, on the page where it lies; "" is the first folder of the
     // page that is shown. A folder that is open already is closed at once. Fails when there is
@@ -126,6 +129,8 @@ class HomeScreen {
     int page_ = 0;
     std::shared_ptr<desktop::DesktopBitmapImage> wallpaper_;
     platform::ViewRef window_;
+    platform::ViewRef dock_;
+    bool dockNeedsLayout_ = true;
     std::shared_ptr<IconListView> pageList_;
     std::shared_ptr<PageControl> pageControl_;
     std::vector<Placed> pageIcons_;

@@ -11,6 +11,7 @@
 #include "desktop/system/system.h"
 #include "desktop/views/views.h"
 #include "platform/platform.h"
+#include "simulator/artwork/artwork.h"
 #include "simulator/folder_classes.h"
 #include "simulator/icon_controller.h"
 #include "simulator/loader.h"
@@ -18,6 +19,7 @@
 #include "simulator/stock_images.h"
 
 #include <charconv>
+#include <cmath>
 #include <fstream>
 #include <optional>
 #include <string_view>
@@ -91,6 +93,24 @@ desktop::Result<void> showScreen(HomeScreen& screen, const ScreenRequest& reques
             // Views have been laid out before a finger reaches them.
             screen.layoutViews();
             return screen.pressIcon(request.item);
+    }
+    return {};
+}
+
+// Sizes and times that no arithmetic of a screen goes wrong with.
+desktop::Result<void> checkDrawable(const DeviceConfiguration& device) {
+    constexpr double kGreatestScale = 4;
+    constexpr double kFarthestDate = 1e11;  // seconds: three thousand years
+    const ScreenDescription& screen = device.screen;
+    const auto isLength = [&](double points) {
+        return points >= 1 && points * screen.scale <= kMaximumWallpaperPixels;
+    };
+    if (!(screen.scale >= 1 && screen.scale <= kGreatestScale) || !isLength(screen.width) ||
+        !isLength(screen.height)) {
+        return tl::unexpected(desktop::Problem{"a screen of this size or scale cannot be drawn"});
+    }
+    if (device.date && !(std::abs(device.date->secondsSinceReferenceDate) <= kFarthestDate)) {
+        return tl::unexpected(desktop::Problem{"the date is out of range"});
     }
     return {};
 }
@@ -184,6 +204,9 @@ SimulatedProcess::Services::Services(
 
 desktop::Result<std::unique_ptr<SimulatedProcess>> SimulatedProcess::start(
     const ScreenRequest& request, LogLine logLine) {
+    if (auto drawable = checkDrawable(request.device); !drawable) {
+        return tl::unexpected(std::move(drawable.error()));
+    }
     auto root = desktop::DeviceRoot::open(request.rootFolder);
     if (!root) {
         return tl::unexpected(std::move(root.error()));
@@ -233,7 +256,12 @@ int SimulatedProcess::notificationDescriptor() const {
 }
 
 bool SimulatedProcess::deliverNotifications() {
-    return services_->notificationCenter->deliverPending() > 0;
+    const bool any = services_->notificationCenter->deliverPending() > 0;
+    if (any) {
+        // What has changed may concern the dock.
+        services_->homeScreen->setDockNeedsLayout();
+    }
+    return any;
 }
 
 std::size_t peakMemoryBytes() {

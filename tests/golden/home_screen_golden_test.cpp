@@ -3,8 +3,9 @@
 // pictures are written instead: look at each before it is committed.
 //
 // Tolerance: a component may differ by kSmallDifference everywhere (another rounding), and beyond
-// that in kMostOddPixels of the pixels (another rasteriser of letters). A failure leaves the
-// difference as a picture: gray where nothing differs, the brighter the more it does.
+// that in kMostOddPixels of the pixels, and of the pixels of any tile in kMostOddOfTile (another
+// rasteriser of letters), so that nothing as small as a page dot can go missing. A failure leaves
+// the difference as a picture: gray where nothing differs, the brighter the more it does.
 #include "desktop/files/create_device_root.h"
 #include "desktop/image_io/image_io.h"
 #include "desktop/plist/property_lists.h"
@@ -12,6 +13,7 @@
 #include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
+#include <stdlib.h>  // NOLINT(modernize-deprecated-headers): setenv() is POSIX's
 
 #include <algorithm>
 #include <cstdlib>
@@ -29,6 +31,8 @@ namespace fs = std::filesystem;
 
 constexpr int kSmallDifference = 3;
 constexpr double kMostOddPixels = 0.002;
+constexpr std::size_t kTile = 8;  // pixels a side
+constexpr std::size_t kMostOddOfTile = 16;
 
 // 2019-12-24 09:41 UTC in seconds since 2001.
 constexpr double kMoment = 598873260;
@@ -109,21 +113,30 @@ TEST_P(HomeScreenGolden, LooksAsItDidWhenSomebodyLooked) {
     ASSERT_EQ(expected.size(), picture.pixels.size()) << path << ": no picture of this size";
     std::vector<std::uint8_t> difference(expected.size(), 255);
     std::size_t odd = 0;
+    const std::size_t tilesAcross = (picture.width + kTile - 1) / kTile;
+    std::vector<std::size_t> oddOfTile(tilesAcross * ((picture.height + kTile - 1) / kTile));
     for (std::size_t i = 0; i < expected.size(); i += 4) {
         int greatest = 0;
         for (std::size_t c = 0; c < 3; ++c) {
             greatest = std::max(greatest, std::abs(expected[i + c] - picture.pixels[i + c]));
         }
-        odd += greatest > kSmallDifference ? 1 : 0;
+        if (greatest > kSmallDifference) {
+            const std::size_t pixel = i / 4;
+            ++odd;
+            ++oddOfTile[pixel / picture.width / kTile * tilesAcross +
+                        pixel % picture.width / kTile];
+        }
         const int shown = greatest == 0 ? 60 : 128 + greatest / 2;
         std::fill_n(difference.begin() + static_cast<std::ptrdiff_t>(i), 3,
                     static_cast<std::uint8_t>(shown));
     }
     const double most = kMostOddPixels * static_cast<double>(expected.size() / 4);
-    if (static_cast<double>(odd) > most) {
+    const std::size_t oddest = *std::max_element(oddOfTile.begin(), oddOfTile.end());
+    if (static_cast<double>(odd) > most || oddest > kMostOddOfTile) {
         const fs::path out = fs::path(GOLDEN_DIFFERENCES) / path.filename();
         write(out, difference, picture);
-        ADD_FAILURE() << odd << " pixels differ from " << path << "; where: " << out;
+        ADD_FAILURE() << odd << " pixels differ from " << path << ", " << oddest
+                      << " of them in one tile; where: " << out;
     }
 }
 
@@ -141,6 +154,8 @@ int main(int argc, char** argv) {
     if (velmoranth::simulator::isSimulatedProcess(argc, argv)) {
         return velmoranth::simulator::simulatedProcessMain(argc, argv);
     }
+    // The clock shows the machine's time zone.
+    setenv("TZ", "UTC", 1);
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

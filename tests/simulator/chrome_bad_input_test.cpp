@@ -64,8 +64,11 @@ TEST(ChromeBadInput, HugePartsTakeBoundedMemory) {
     constexpr std::size_t kSide = 4096;
     const std::vector<std::uint8_t> pixels(kSide * kSide * 4, 255);
     const platform::Data png = desktop::encodePng(pixels, kSide, kSide, kSide * 4);
-    for (const std::string& part : parts()) {
-        device.folder.file("device/Library/Themes/T.theme/" + part,
+    for (const char* const part : {"Velmoranth/Folder.png", "Velmoranth/SBDockBGiphone.png",
+                                   "Bundles/com.apple.springboard/SBBadgeBG.png",
+                                   "Bundles/com.apple.springboard/SBPageDot.png",
+                                   "Bundles/com.apple.springboard/ANEMFolderBackground.png"}) {
+        device.folder.file(std::string("device/Library/Themes/T.theme/") + part,
                            std::string(png.begin(), png.end()));
     }
     const RenderedScreen screen = folderScreen(device, 13, kEverything);

@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cmath>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -199,6 +200,41 @@ TEST_F(LauncherTest, LogLinesGoWhereTheyAreWanted) {
     const auto failed = renderHomeScreen(request);
     ASSERT_FALSE(failed);
     EXPECT_EQ(failed.error().path, request.logDestination);
+}
+
+TEST_F(LauncherTest, ScreenThatCannotBeDrawnIsAProblem) {
+    const std::vector<ScreenDescription> sizes{
+        {1e300, 812, 3}, {375, 812, 0}, {375, 812, -1},        {375, 812, 1e6},
+        {9000, 812, 1},  {0, 0, 1},     {375, std::nan(""), 3}};
+    for (const ScreenDescription& size : sizes) {
+        ScreenRequest request = stock();
+        request.device.screen = size;
+        const auto screen = renderHomeScreen(request);
+        ASSERT_FALSE(screen) << size.width << " " << size.height << " " << size.scale;
+    }
+    ScreenRequest request = stock();
+    request.device.screen.width = 9000;
+    EXPECT_EQ(toLine(renderHomeScreen(request).error()),
+              "a screen of this size or scale cannot be drawn");
+    request = stock();
+    request.device.date = platform::Date{1e300};
+    EXPECT_EQ(toLine(renderHomeScreen(request).error()), "the date is out of range");
+}
+
+TEST_F(LauncherTest, FingerLeavesTheDockWhenThePageTurns) {
+    const auto running = RunningScreen::start(stock());
+    ASSERT_TRUE(running);
+    const auto before = (*running)->render();
+    ASSERT_TRUE(before);
+    ASSERT_TRUE((*running)->act(PressIconAction{"com.apple.Music"}));
+    const auto pressed = (*running)->render();
+    ASSERT_TRUE(pressed);
+    EXPECT_NE(pressed->picture, before->picture);
+    (*running)->showPage(2);
+    (*running)->showPage(1);
+    const auto after = (*running)->render();
+    ASSERT_TRUE(after);
+    EXPECT_EQ(after->picture, before->picture);
 }
 
 TEST_F(LauncherTest, MissingLibraryIsAProblemThatNamesIt) {

@@ -233,16 +233,56 @@ TEST_P(PreferencePixels, RemovePageDotsLeavesTheWallpaper) {
     EXPECT_TRUE(on.showsWallpaperIn(row));
 }
 
+TEST_P(PreferencePixels, DockOfTheOtherThemesLayoutShows) {
+    device.png("Bundles/com.apple.springboard/SBDockBG@2x.png", 750, 192, kGreen);
+    const Look look = device.look(kModel, GetParam(), {{"removeDock", true}});
+    EXPECT_EQ(look.at(5, 581), kGreen);
+    EXPECT_TRUE(look.showsWallpaper(5, 579));
+}
+
+TEST_P(PreferencePixels, PadHeldSidewaysHasADockOfItsOwn) {
+    device.png("Bundles/com.apple.springboard/SBDockBG-Landscape@2x~ipad.png", 1024, 104, kGreen);
+    device.png("Bundles/com.apple.springboard/SBDockBG-Portrait@2x~ipad.png", 768, 104, kMagenta);
+    ScreenRequest request = device.request("pad", GetParam(), {{"removeDock", true}});
+    ASSERT_TRUE(turnToLandscape(request.device));
+    const Look look(renderHomeScreen(request).value());
+    // The platter begins at 654; the picture 10 below, over the whole width.
+    EXPECT_EQ(look.at(2, 665), kGreen);
+    EXPECT_EQ(look.at(1021, 766), kGreen);
+    EXPECT_TRUE(look.showsWallpaper(2, 662));
+    EXPECT_EQ(look.count(kMagenta), 0U);
+}
+
+// The older system's dock gets one picture more at every layout, so it is laid out no more often
+// than the platform would.
+TEST_P(PreferencePixels, DockIsLaidOutOnceForManyPictures) {
+    const auto running =
+        RunningScreen::start(device.request(kModel, GetParam(), {{"removeDock", true}}));
+    ASSERT_TRUE(running);
+    std::size_t layouts = 0;
+    for (int i = 0; i < 3; ++i) {
+        const auto screen = (*running)->render();
+        ASSERT_TRUE(screen);
+        layouts += static_cast<std::size_t>(
+            std::count_if(screen->log.begin(), screen->log.end(), [](const std::string& line) {
+                return line.starts_with("kCFCoreFoundationVersionNumber Running ios");
+            }));
+    }
+    EXPECT_EQ(layouts, 1U);
+}
+
 TEST_P(PreferencePixels, ThemesBadgeDotsAndFolderShow) {
     const std::string springBoard = "Bundles/com.apple.springboard/";
     device.png(springBoard + "SBBadgeBG.png", 24, 24, kGreen);
     device.png(springBoard + "SBPageDotCurrent.png", 7, 7, kBlue);
     device.png("ANEMPageDots/Dot_Pages.png", 7, 7, kMagenta);
+    device.png("ANEMPageDots/Spotlight_Pages.png", 7, 7, kGreen);
     device.png("Velmoranth/Folder.png", 60, 60, kGreen, kBlue);
     const Look look = device.look(kModel, GetParam(), {});
     const platform::Point mail = look.icon(kMail);
     EXPECT_EQ(look.at(mail.x + 68, mail.y - 8), kGreen);
     // Search, current, other: 16 apart around the middle.
+    EXPECT_EQ(look.at(171.5, 563.5), kGreen);
     EXPECT_EQ(look.at(187.5, 563.5), kBlue);
     EXPECT_EQ(look.at(203.5, 563.5), kMagenta);
     const platform::Point folder = look.icon("folder.utilities");

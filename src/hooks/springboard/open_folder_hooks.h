@@ -14,8 +14,8 @@ namespace velmoranth::hooks {
 // Seconds: 0.3 in single precision, widened.
 inline constexpr double kFolderFadeDuration = 0.30000001192092896;
 
-// Variables that the library exports under these names: the recognizer last added to a folder view,
-// and a second one that nothing sets or reads.
+// The variables tap and blurEffect: the recognizer last added to a folder view, and an effect that
+// nothing sets or reads. Exported here as functions that give the variable.
 [[nodiscard, gnu::visibility("default")]] platform::GestureRecognizerRef& tap();
 [[nodiscard, gnu::visibility("default")]] platform::ObjectRef& blurEffect();
 
