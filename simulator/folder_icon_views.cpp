@@ -66,8 +66,9 @@ void FolderIconImageView::placeSubviews() {
             cells_.push_back(std::make_shared<desktop::DesktopImageView>());
             grid_->addSubview(cells_.back());
         }
+        const std::size_t rowIndex = i / kColumns;
         const auto column = static_cast<double>(i % kColumns);
-        const auto row = static_cast<double>(i / kColumns);
+        const auto row = static_cast<double>(rowIndex);
         cells_[i]->setFrame(
             {{(kCellInset + column * kCellPitch) * unit, (kCellInset + row * kCellPitch) * unit},
              {kCellSide * unit, kCellSide * unit}});
