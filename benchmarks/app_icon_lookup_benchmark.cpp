@@ -4,6 +4,7 @@
 #include "desktop/files/file_manager.h"
 #include "desktop/imaging/image_contexts.h"
 #include "desktop/plist/property_lists.h"
+#include "tests/support/replaced_services.h"
 #include "tests/support/test_device.h"
 #include "theme/app_icon_lookup.h"
 
@@ -45,22 +46,7 @@ class Device {
             tests_.png(paths.back(), tests::pattern(180, 180));
         }
         fallBack = tests_.image(tests::pattern(2, 2));
-        const platform::Platform& now = platform::platform();
-        platform::setPlatform({.objc = now.objc,
-                               .substrate = now.substrate,
-                               .coreFoundation = now.coreFoundation,
-                               .darwinNotifications = now.darwinNotifications,
-                               .propertyLists = plists,
-                               .fileManager = files,
-                               .log = now.log,
-                               .libSystem = now.libSystem,
-                               .coreGraphics = now.coreGraphics,
-                               .images = images,
-                               .imageContexts = now.imageContexts,
-                               .views = now.views,
-                               .device = now.device,
-                               .screen = now.screen,
-                               .audioSession = now.audioSession});
+        tests::replaceServices({.propertyLists = &plists, .fileManager = &files, .images = &images});
     }
 
     // What a search cannot do without.

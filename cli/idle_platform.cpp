@@ -152,7 +152,31 @@ struct ImageContexts final : platform::ImageContexts {
     void endImageContext() override {}
 };
 
+struct Dates final : platform::Dates {
+    platform::Date date() override { return {}; }
+
+    long dayFromDate(const platform::Date& /*date*/) override { return 0; }
+
+    std::string stringFromDate(const platform::Date& /*date*/,
+                               const std::string& /*dateFormat*/) override {
+        return {};
+    }
+};
+
+struct Fonts final : platform::Fonts {
+    platform::FontRef fontWithNameSize(const platform::NullableString& /*name*/,
+                                       double /*size*/) override {
+        return nullptr;
+    }
+};
+
 struct Views final : platform::Views {
+    platform::ViewRef viewWithFrame(const platform::Rect& /*frame*/) override { return nullptr; }
+
+    platform::LabelRef labelWithFrame(const platform::Rect& /*frame*/) override {
+        return nullptr;
+    }
+
     ImageViewRef imageView() override { return nullptr; }
 
     ImageViewRef imageViewWithImage(const ImageRef& /*image*/) override { return nullptr; }
@@ -203,11 +227,13 @@ struct IdlePlatform::Services {
     Notifications notifications;
     PropertyLists propertyLists;
     Files files;
+    Dates dates;
     Log log;
     LibSystem libSystem;
     CoreGraphics coreGraphics;
     Images images;
     ImageContexts imageContexts;
+    Fonts fonts;
     Views views;
     Device device;
     Screen screen;
@@ -223,11 +249,13 @@ IdlePlatform::IdlePlatform(desktop::Runtime& runtime, double versionNumber)
                            .darwinNotifications = services_->notifications,
                            .propertyLists = services_->propertyLists,
                            .fileManager = services_->files,
+                           .dates = services_->dates,
                            .log = services_->log,
                            .libSystem = services_->libSystem,
                            .coreGraphics = services_->coreGraphics,
                            .images = services_->images,
                            .imageContexts = services_->imageContexts,
+                           .fonts = services_->fonts,
                            .views = services_->views,
                            .device = services_->device,
                            .screen = services_->screen,

@@ -1,5 +1,6 @@
 #include "simulator/process.h"
 
+#include "desktop/dates/dates.h"
 #include "desktop/files/device_root.h"
 #include "desktop/files/file_manager.h"
 #include "desktop/imaging/core_graphics.h"
@@ -130,10 +131,12 @@ struct SimulatedProcess::Services {
     const std::unique_ptr<desktop::DesktopNotificationCenter> notificationCenter;
     desktop::DesktopPropertyLists propertyLists;
     desktop::DesktopFileManager fileManager;
+    desktop::DesktopDates dates;
     desktop::DesktopLibSystem libSystem;
     desktop::DesktopCoreGraphics coreGraphics;
     desktop::DesktopImageContexts imageContexts;
     desktop::DesktopImages images;
+    desktop::DesktopFonts fonts;
     desktop::DesktopViews views;
     desktop::DesktopDevice currentDevice;
     desktop::DesktopScreen mainScreen;
@@ -160,6 +163,7 @@ SimulatedProcess::Services::Services(
       notificationCenter(std::move(notifications)),
       propertyLists(root),
       fileManager(root),
+      dates({.locale = device.locale, .date = device.date}),
       libSystem(root, device.machine, kHomeDirectory),
       imageContexts(device.screen.scale, imageDescription(device.system)),
       images(imagesConfiguration(device, root), imageContexts),
@@ -182,11 +186,13 @@ SimulatedProcess::Services::Services(
                            .darwinNotifications = *notificationCenter,
                            .propertyLists = propertyLists,
                            .fileManager = fileManager,
+                           .dates = dates,
                            .log = log,
                            .libSystem = libSystem,
                            .coreGraphics = coreGraphics,
                            .images = images,
                            .imageContexts = imageContexts,
+                           .fonts = fonts,
                            .views = views,
                            .device = currentDevice,
                            .screen = mainScreen,

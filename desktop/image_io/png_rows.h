@@ -1,4 +1,4 @@
-// The filters of PNG rows (PNG specification, section 9): each byte is stored as its difference to
+// The filters of PNG rows (the PNG standard, ISO 15948, section 9): each byte is stored as its difference to
 // a prediction from its neighbours.
 #pragma once
 

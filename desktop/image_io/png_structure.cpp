@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::array<std::uint8_t, 8> kSignature = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
 constexpr std::size_t kChunkOverhead = 12;           // length, type, checksum
-constexpr std::uint32_t kLongestChunk = 0x7FFFFFFF;  // the PNG specification's limit
+constexpr std::uint32_t kLongestChunk = 0x7FFFFFFF;  // the PNG standard (ISO 15948) allows no longer
 // A deflate stream grows at most this much: 258 bytes from 2 bits.
 constexpr std::uint64_t kLargestDeflateRatio = 1032;
 
@@ -23,7 +23,7 @@ struct ColorKind {
     std::string_view depths;  // each as one byte
 };
 
-// From the PNG specification, table 11.1.
+// ISO 15948, table 11.1.
 constexpr std::array<ColorKind, 5> kColorKinds = {{
     {PngColor::gray, 1, "\x01\x02\x04\x08\x10"},
     {PngColor::rgb, 3, "\x08\x10"},

@@ -45,7 +45,7 @@ struct PngPass {
 };
 
 inline constexpr std::array<PngPass, 1> kWholePicture = {{{0, 0, 1, 1}}};
-// Adam7, from the PNG specification, section 8.2.
+// Adam7: ISO 15948, section 8.2.
 inline constexpr std::array<PngPass, 7> kInterlacedPasses = {{{0, 0, 8, 8},
                                                               {4, 0, 8, 8},
                                                               {0, 4, 4, 8},

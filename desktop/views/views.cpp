@@ -66,6 +66,46 @@ void DesktopLabel::drawContent(DesktopGraphicsContext& context, const Rect& boun
         opacity);
 }
 
+void DesktopLabel::setFont(const platform::FontRef& font) {
+    const auto face = std::dynamic_pointer_cast<DesktopFont>(font);
+    const TextStyle standard;
+    style_.family = face ? face->style().family : standard.family;
+    style_.weight = face ? face->style().weight : standard.weight;
+    style_.size = face ? face->style().size : standard.size;
+}
+
+void DesktopLabel::setTextAlignment(platform::TextAlignment alignment) {
+    switch (alignment) {
+        case platform::TextAlignment::center:
+            style_.alignment = TextAlignment::center;
+            return;
+        case platform::TextAlignment::right:
+            style_.alignment = TextAlignment::right;
+            return;
+        default:
+            style_.alignment = TextAlignment::left;
+    }
+}
+
+void DesktopLabel::setShadowColor(const platform::Color& color) {
+    style_.shadow = TextShadow{.color = color, .offset = shadowOffset_, .radius = 0};
+}
+
+void DesktopLabel::setShadowOffset(platform::Size offset) {
+    shadowOffset_ = {offset.width, offset.height};
+    if (style_.shadow) {
+        style_.shadow->offset = shadowOffset_;
+    }
+}
+
+platform::ViewRef DesktopViews::viewWithFrame(const Rect& frame) {
+    return std::make_shared<DesktopView>(frame);
+}
+
+platform::LabelRef DesktopViews::labelWithFrame(const Rect& frame) {
+    return std::make_shared<DesktopLabel>(frame);
+}
+
 ImageViewRef DesktopViews::imageView() {
     return std::make_shared<DesktopImageView>();
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "desktop/imaging/bitmap_image.h"
+#include "desktop/text/fonts.h"
 #include "desktop/text/text.h"
 #include "desktop/views/animation.h"
 #include "desktop/views/view_node.h"
@@ -39,9 +40,11 @@ class DesktopImageView : public ViewImplementation<platform::ImageView> {
 };
 
 // One line of text, centred vertically in its bounds, ending in "…" when it does not fit.
-class DesktopLabel : public ViewImplementation<platform::View> {
+class DesktopLabel : public ViewImplementation<platform::Label> {
   public:
     DesktopLabel() = default;
+
+    explicit DesktopLabel(const platform::Rect& frame) { setNodeFrame(frame); }
 
     DesktopLabel(std::string text, TextStyle style)
         : text_(std::move(text)), style_(std::move(style)) {}
@@ -50,7 +53,15 @@ class DesktopLabel : public ViewImplementation<platform::View> {
 
     [[nodiscard]] const std::string& text() const { return text_; }
 
-    void setText(std::string text) { text_ = std::move(text); }
+    void setText(const platform::NullableString& text) override { text_ = text.value_or(""); }
+
+    void setFont(const platform::FontRef& font) override;
+    void setTextAlignment(platform::TextAlignment alignment) override;
+
+    void setTextColor(const platform::Color& color) override { style_.color = color; }
+
+    void setShadowColor(const platform::Color& color) override;
+    void setShadowOffset(platform::Size offset) override;
 
     [[nodiscard]] const TextStyle& style() const { return style_; }
 
@@ -64,10 +75,13 @@ class DesktopLabel : public ViewImplementation<platform::View> {
   private:
     std::string text_;
     TextStyle style_;
+    platform::Point shadowOffset_{0, -1};
 };
 
 class DesktopViews final : public platform::Views {
   public:
+    [[nodiscard]] platform::ViewRef viewWithFrame(const platform::Rect& frame) override;
+    [[nodiscard]] platform::LabelRef labelWithFrame(const platform::Rect& frame) override;
     [[nodiscard]] platform::ImageViewRef imageView() override;
     [[nodiscard]] platform::ImageViewRef imageViewWithImage(
         const platform::ImageRef& image) override;

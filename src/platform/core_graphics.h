@@ -52,6 +52,8 @@ struct Color {
 inline constexpr Color kClearColor{0, 0, 0, 0};
 // +[UIColor blackColor].
 inline constexpr Color kBlackColor{0, 0, 0, 1};
+// +[UIColor whiteColor].
+inline constexpr Color kWhiteColor{1, 1, 1, 1};
 // +[UIColor grayColor].
 inline constexpr Color kGrayColor{0.5, 0.5, 0.5, 1};
 

@@ -272,4 +272,8 @@ std::string stringByAppendingPathComponent(std::string_view path, std::string_vi
     return result;
 }
 
+NullableString bundleIdentifierOf(const BundleRef& bundle) {
+    return bundle ? bundle->bundleIdentifier() : std::nullopt;
+}
+
 }  // namespace velmoranth::platform

@@ -1,10 +1,13 @@
-// Foundation: strings that may be nil, property lists with the platform's conversions, paths, the
-// file manager and the system log.
+// Foundation: strings that may be nil, property lists with the platform's conversions, paths,
+// bundles, dates, the file manager and the system log.
 #pragma once
+
+#include "platform/objc_runtime.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -122,6 +125,21 @@ struct Error {
 // What an operation that may fail returns: nothing when it succeeded, else the error.
 using Failure = std::optional<Error>;
 
+// --- Handles
+// ------------------------------------------------------------------------------------------
+
+// NSBundle.
+class Bundle : public Object {
+  public:
+    // Nil for a bundle without one.
+    [[nodiscard]] virtual NullableString bundleIdentifier() const = 0;
+};
+
+using BundleRef = std::shared_ptr<Bundle>;
+
+// A message to a bundle that may be nil: the identifier of nil is nil.
+[[nodiscard]] NullableString bundleIdentifierOf(const BundleRef& bundle);
+
 // --- Services
 // -----------------------------------------------------------------------------------------
 
@@ -174,6 +192,25 @@ class PropertyLists {
     // content.
     [[nodiscard]] virtual std::optional<Dictionary> dictionaryWithContentsOfFile(
         const std::string& path) = 0;
+};
+
+// NSDate, NSCalendar and NSDateFormatter, in the device's time zone.
+class Dates {
+  public:
+    Dates() = default;
+    Dates(const Dates&) = delete;
+    Dates& operator=(const Dates&) = delete;
+    virtual ~Dates() = default;
+
+    // +[NSDate date].
+    [[nodiscard]] virtual Date date() = 0;
+    // The day of components:fromDate: with NSCalendarUnitDay, of a calendar made with
+    // NSCalendarIdentifierGregorian, whatever calendar the user has chosen: 1 to 31.
+    [[nodiscard]] virtual long dayFromDate(const Date& date) = 0;
+    // stringFromDate: of a new NSDateFormatter after setDateFormat:, in the device's locale. The
+    // format is in the letters of Unicode TR 35.
+    [[nodiscard]] virtual std::string stringFromDate(const Date& date,
+                                                     const std::string& dateFormat) = 0;
 };
 
 // NSLog.

@@ -5,6 +5,7 @@
 #include "platform/av_foundation.h"
 #include "platform/core_foundation.h"
 #include "platform/core_graphics.h"
+#include "platform/core_ui.h"
 #include "platform/foundation.h"
 #include "platform/libsystem.h"
 #include "platform/objc_runtime.h"
@@ -21,11 +22,13 @@ struct Platform {
     DarwinNotificationCenter& darwinNotifications;
     PropertyLists& propertyLists;
     FileManager& fileManager;
+    Dates& dates;
     SystemLog& log;
     LibSystem& libSystem;
     CoreGraphics& coreGraphics;
     Images& images;
     ImageContexts& imageContexts;
+    Fonts& fonts;
     Views& views;
     Device& device;
     Screen& screen;

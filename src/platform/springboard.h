@@ -1,5 +1,6 @@
-// The home screen's private classes that replacements receive, each with the accessors that the
-// engine sends. Every message goes to the object itself, so an accessor may be replaced too.
+// The private classes of the home screen, and of the other processes that show icons, that
+// replacements receive, each with the accessors that the engine sends. Every message goes to the
+// object itself, so an accessor may be replaced too.
 #pragma once
 
 #include "platform/foundation.h"
@@ -10,6 +11,21 @@
 #include <vector>
 
 namespace velmoranth::platform {
+
+// --- Values
+// -------------------------------------------------------------------------------------------
+
+// SBIconImageInfo: what an icon is drawn for. The first two numbers of its four are its size.
+struct SBIconImageInfo {
+    Size size;         // points
+    double scale = 0;  // pixels per point
+    double continuousCornerRadius = 0;
+
+    friend bool operator==(const SBIconImageInfo&, const SBIconImageInfo&) = default;
+};
+
+// --- Handles
+// ------------------------------------------------------------------------------------------
 
 // SBIcon.
 class SBIcon : public Object {
@@ -23,6 +39,9 @@ using SBIconRef = std::shared_ptr<SBIcon>;
 
 // SBApplicationIcon, the icon of an app.
 class SBApplicationIcon : public SBIcon {};
+
+// SBCalendarApplicationIcon: shows the day.
+class SBCalendarApplicationIcon : public SBApplicationIcon {};
 
 // SBHIconImageCache (iOS 13): the home screen's cache of icon images.
 class SBHIconImageCache : public Object {};
@@ -113,6 +132,22 @@ class SBIconController : public Object {
 };
 
 using SBIconControllerRef = std::shared_ptr<SBIconController>;
+
+// SBSwitcherAppSuggestionBannerView: the app switcher's suggestion of an app.
+class SBSwitcherAppSuggestionBannerView : public View {};
+
+// WGWidgetInfo: a widget of the today view.
+class WGWidgetInfo : public Object {
+  public:
+    [[nodiscard]] virtual NullableString widgetIdentifier() const = 0;
+};
+
+// UNNotificationIcon. Its initialiser gives an object that is drawn like an image, itself or one in
+// its place; so it counts as one.
+class UNNotificationIcon : public Image {};
+
+// PKIconImageCache: the settings app's icons.
+class PKIconImageCache : public Object {};
 
 // --- Services
 // -----------------------------------------------------------------------------------------

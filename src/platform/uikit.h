@@ -1,7 +1,9 @@
-// UIKit: images, image contexts, views, layers, gestures, animations, the device and its screen.
+// UIKit: images, image contexts, fonts, views, labels, layers, gestures, animations, the device and
+// its screen.
 #pragma once
 
 #include "platform/core_graphics.h"
+#include "platform/core_ui.h"
 #include "platform/foundation.h"
 #include "platform/objc_runtime.h"
 
@@ -13,6 +15,12 @@
 #include <vector>
 
 namespace velmoranth::platform {
+
+// --- Values
+// -------------------------------------------------------------------------------------------
+
+// NSTextAlignment, with the platform's values. `natural` follows the direction of the text.
+enum class TextAlignment { left = 0, center = 1, right = 2, justified = 3, natural = 4 };
 
 // --- Handles
 // ------------------------------------------------------------------------------------------
@@ -35,6 +43,11 @@ using ImageRef = std::shared_ptr<Image>;
 // Messages to an image that may be nil: the size of nil is 0 × 0, its bitmap is nil.
 [[nodiscard]] Size sizeOf(const ImageRef& image);
 [[nodiscard]] BitmapImageRef bitmapOf(const ImageRef& image);
+
+// UIFont: a face at a size. Never changes.
+class Font : public Object {};
+
+using FontRef = std::shared_ptr<Font>;
 
 // CALayer of a view.
 class Layer : public Object {
@@ -110,6 +123,35 @@ class ImageView : public View {
 
 using ImageViewRef = std::shared_ptr<ImageView>;
 
+// UILabel: one line of text in the middle of the height of its bounds. A line that is too wide ends
+// in "…".
+class Label : public View {
+  public:
+    // Nil is the font that a new label has: the system's regular face at 17 points.
+    virtual void setFont(const FontRef& font) = 0;
+    virtual void setTextAlignment(TextAlignment alignment) = 0;
+    // Nil shows nothing.
+    virtual void setText(const NullableString& text) = 0;
+    // Black until set.
+    virtual void setTextColor(const Color& color) = 0;
+    // Of the text; it has none until a colour is set. The shadow is not blurred.
+    virtual void setShadowColor(const Color& color) = 0;
+    // Right and down, points; (0, -1), which is above, until set.
+    virtual void setShadowOffset(Size offset) = 0;
+};
+
+using LabelRef = std::shared_ptr<Label>;
+
+// _UIImageContent: what an image draws. Its glyph is read by the message vectorGlyph.
+class UIImageContent : public Object {
+  public:
+    // Nil when the image is not made from a glyph.
+    [[nodiscard]] virtual CUINamedVectorGlyphRef vectorGlyph() const = 0;
+};
+
+// UISwitchModernVisualElement: what a switch looks like.
+class UISwitchModernVisualElement : public View {};
+
 // --- Services
 // -----------------------------------------------------------------------------------------
 
@@ -158,6 +200,20 @@ class ImageContexts {
     virtual void endImageContext() = 0;
 };
 
+// UIFont's class methods.
+class Fonts {
+  public:
+    Fonts() = default;
+    Fonts(const Fonts&) = delete;
+    Fonts& operator=(const Fonts&) = delete;
+    virtual ~Fonts() = default;
+
+    // +[UIFont fontWithName:size:] by PostScript, family or full name; nil for a name that the
+    // platform does not know and for nil. `size` in points; one that is not positive, or no number,
+    // is the system's own.
+    [[nodiscard]] virtual FontRef fontWithNameSize(const NullableString& name, double size) = 0;
+};
+
 class Views {
   public:
     Views() = default;
@@ -165,6 +221,10 @@ class Views {
     Views& operator=(const Views&) = delete;
     virtual ~Views() = default;
 
+    // -[UIView initWithFrame:].
+    [[nodiscard]] virtual ViewRef viewWithFrame(const Rect& frame) = 0;
+    // -[UILabel initWithFrame:].
+    [[nodiscard]] virtual LabelRef labelWithFrame(const Rect& frame) = 0;
     // -[UIImageView init]: empty, frame zero.
     [[nodiscard]] virtual ImageViewRef imageView() = 0;
     // -[UIImageView initWithImage:]: at (0, 0), the image's size; zero for nil.

@@ -3,6 +3,7 @@
 #include "core/hook_table.h"
 #include "core/settings.h"
 #include "core/velmoranth.h"
+#include "tests/support/replaced_services.h"
 #include "tests/support/test_device.h"
 
 #include "expected_rows.h"
@@ -223,22 +224,7 @@ TEST(Singleton, ExistsWhenLoadRunsForTheSecondTime) {
     const TestDevice device;
     const platform::Platform& all = platform::platform();
     WatchingLibSystem libSystem(all.libSystem);
-    platform::setPlatform({.objc = all.objc,
-                           .substrate = all.substrate,
-                           .coreFoundation = all.coreFoundation,
-                           .darwinNotifications = all.darwinNotifications,
-                           .propertyLists = all.propertyLists,
-                           .fileManager = all.fileManager,
-                           .log = all.log,
-                           .libSystem = libSystem,
-                           .coreGraphics = all.coreGraphics,
-                           .images = all.images,
-                           .imageContexts = all.imageContexts,
-                           .views = all.views,
-                           .device = all.device,
-                           .screen = all.screen,
-                           .springBoard = all.springBoard,
-                           .audioSession = all.audioSession});
+    replaceServices({.libSystem = &libSystem});
     registerClasses();
     startSettings();
     EXPECT_EQ(libSystem.singletonExists, (std::vector<bool>{false, true}));

@@ -4,6 +4,7 @@
 
 #include "desktop/views/views.h"
 #include "imaging/chrome_images.h"
+#include "tests/support/replaced_services.h"
 #include "tests/support/test_device.h"
 
 #include "lookup_lines.h"
@@ -125,23 +126,7 @@ class ChromeImagesOnDevice : public testing::Test {
     // From here on everything is written that is done with a view, and each read of the
     // orientation.
     void writeViews() {
-        const platform::Platform& now = platform::platform();
-        platform::setPlatform({.objc = now.objc,
-                               .substrate = now.substrate,
-                               .coreFoundation = now.coreFoundation,
-                               .darwinNotifications = now.darwinNotifications,
-                               .propertyLists = now.propertyLists,
-                               .fileManager = now.fileManager,
-                               .log = now.log,
-                               .libSystem = now.libSystem,
-                               .coreGraphics = now.coreGraphics,
-                               .images = now.images,
-                               .imageContexts = now.imageContexts,
-                               .views = views_,
-                               .device = writingDevice_,
-                               .screen = now.screen,
-                               .springBoard = now.springBoard,
-                               .audioSession = now.audioSession});
+        replaceServices({.views = &views_, .device = &writingDevice_});
     }
 
     Lines takenLoads() {

@@ -2,6 +2,7 @@
 
 #include "icon_effects_fixture.h"
 #include "test_images.h"
+#include "tests/support/replaced_services.h"
 
 #include <functional>
 #include <string>
@@ -61,23 +62,7 @@ class WatchedImages final : public platform::Images {
 };
 
 void replaceImages(platform::Images& images) {
-    const platform::Platform& now = platform::platform();
-    platform::setPlatform({.objc = now.objc,
-                           .substrate = now.substrate,
-                           .coreFoundation = now.coreFoundation,
-                           .darwinNotifications = now.darwinNotifications,
-                           .propertyLists = now.propertyLists,
-                           .fileManager = now.fileManager,
-                           .log = now.log,
-                           .libSystem = now.libSystem,
-                           .coreGraphics = now.coreGraphics,
-                           .images = images,
-                           .imageContexts = now.imageContexts,
-                           .views = now.views,
-                           .device = now.device,
-                           .screen = now.screen,
-                           .springBoard = now.springBoard,
-                           .audioSession = now.audioSession});
+        replaceServices({.images = &images});
 }
 
 }  // namespace

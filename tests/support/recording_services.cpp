@@ -187,6 +187,44 @@ void RecordingImageContexts::endImageContext() {
     real_.endImageContext();
 }
 
+platform::FontRef RecordingFonts::fontWithNameSize(const platform::NullableString& name,
+                                                   double size) {
+    std::array<char, 40> points{};
+    std::snprintf(points.data(), points.size(), "%.17g", size);
+    journal_.write("font " + name.value_or("nil") + " " + points.data());
+    return real_.fontWithNameSize(name, size);
+}
+
+desktop::DesktopDates RecordingDates::real() const {
+    return desktop::DesktopDates({.locale = locale, .date = now, .timeZone = "UTC"});
+}
+
+platform::Date RecordingDates::date() {
+    journal_.write("date");
+    return now;
+}
+
+long RecordingDates::dayFromDate(const platform::Date& date) {
+    journal_.write("day");
+    return real().dayFromDate(date);
+}
+
+std::string RecordingDates::stringFromDate(const platform::Date& date,
+                                           const std::string& dateFormat) {
+    journal_.write("stringFromDate " + dateFormat);
+    return real().stringFromDate(date, dateFormat);
+}
+
+platform::ViewRef RecordingViews::viewWithFrame(const platform::Rect& frame) {
+    journal_.write("viewWithFrame " + text(frame));
+    return real_.viewWithFrame(frame);
+}
+
+platform::LabelRef RecordingViews::labelWithFrame(const platform::Rect& frame) {
+    journal_.write("labelWithFrame " + text(frame));
+    return real_.labelWithFrame(frame);
+}
+
 ImageViewRef RecordingViews::imageView() {
     journal_.write("imageView");
     return real_.imageView();

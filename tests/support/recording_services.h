@@ -1,6 +1,7 @@
 // Services that write every call into the journal and pass it on to the service they wrap.
 #pragma once
 
+#include "desktop/dates/dates.h"
 #include "platform/platform.h"
 #include "tests/support/journal.h"
 
@@ -139,10 +140,42 @@ class RecordingImageContexts final : public platform::ImageContexts {
     platform::ImageContexts& real_;
 };
 
+class RecordingFonts final : public platform::Fonts {
+  public:
+    RecordingFonts(Journal& journal, platform::Fonts& real) : journal_(journal), real_(real) {}
+
+    platform::FontRef fontWithNameSize(const platform::NullableString& name, double size) override;
+
+  private:
+    Journal& journal_;
+    platform::Fonts& real_;
+};
+
+// The clock is the test's: it shows `now` until it is set otherwise.
+class RecordingDates final : public platform::Dates {
+  public:
+    explicit RecordingDates(Journal& journal) : journal_(journal) {}
+
+    // 2020-02-05 09:41:00 UTC, a Wednesday.
+    platform::Date now{602588460};
+    std::string locale = "en_US";
+
+    platform::Date date() override;
+    long dayFromDate(const platform::Date& date) override;
+    std::string stringFromDate(const platform::Date& date, const std::string& dateFormat) override;
+
+  private:
+    [[nodiscard]] desktop::DesktopDates real() const;
+
+    Journal& journal_;
+};
+
 class RecordingViews final : public platform::Views {
   public:
     RecordingViews(Journal& journal, platform::Views& real) : journal_(journal), real_(real) {}
 
+    platform::ViewRef viewWithFrame(const platform::Rect& frame) override;
+    platform::LabelRef labelWithFrame(const platform::Rect& frame) override;
     platform::ImageViewRef imageView() override;
     platform::ImageViewRef imageViewWithImage(const platform::ImageRef& image) override;
     platform::ImageViewRef imageViewWithFrame(const platform::Rect& frame) override;

@@ -114,6 +114,7 @@ struct TestDevice::Services {
           realImages({.root = root, .screenScale = scale, .siblings = desktop::ScaledSiblings::off},
                      realContexts),
           images(device.journal, realImages),
+          fonts(device.journal, realFonts),
           views(device.journal, realViews),
           objc(device.journal, device.runtime),
           substrate(device.journal, device.runtime) {}
@@ -131,6 +132,8 @@ struct TestDevice::Services {
     RecordingImageContexts contexts;
     desktop::DesktopImages realImages;
     RecordingImages images;
+    desktop::DesktopFonts realFonts;
+    RecordingFonts fonts;
     desktop::DesktopViews realViews;
     RecordingViews views;
     RecordingObjcRuntime objc;
@@ -141,6 +144,7 @@ TestDevice::TestDevice(double screenScale)
     : runtime([this](const std::string& line) { journal.write("warning: " + line); }),
       screen(screenScale),
       notifications(journal),
+      dates(journal),
       hostFolder_(makeTemporaryFolder()),
       libSystem(hostFolder_) {
     services_ = std::make_unique<Services>(*this, screenScale);
@@ -157,11 +161,13 @@ TestDevice::TestDevice(double screenScale)
                            .darwinNotifications = notifications,
                            .propertyLists = all.plists,
                            .fileManager = all.files,
+                           .dates = dates,
                            .log = all.log,
                            .libSystem = all.libSystem,
                            .coreGraphics = all.coreGraphics,
                            .images = all.images,
                            .imageContexts = all.contexts,
+                           .fonts = all.fonts,
                            .views = all.views,
                            .device = idiom,
                            .screen = screen,

@@ -172,6 +172,7 @@ class TestDevice {
     TestSpringBoard springBoard;
     TestAudioSession audio;
     RecordingNotificationCenter notifications;
+    RecordingDates dates;
 
   private:
     struct Services;

@@ -6,6 +6,7 @@
 #include "platform/platform.h"
 
 #include "springboard_fixture.h"
+#include "tests/support/replaced_services.h"
 
 #include <array>
 #include <cstdio>
@@ -171,24 +172,7 @@ class HeldViews final : public platform::Views {
 class ChromeProcess : public SpringBoardProcess {
   protected:
     ChromeProcess() {
-        const platform::Platform& real = platform::platform();
-        const platform::Platform record{.objc = real.objc,
-                                        .substrate = real.substrate,
-                                        .coreFoundation = real.coreFoundation,
-                                        .darwinNotifications = real.darwinNotifications,
-                                        .propertyLists = real.propertyLists,
-                                        .fileManager = real.fileManager,
-                                        .log = real.log,
-                                        .libSystem = real.libSystem,
-                                        .coreGraphics = real.coreGraphics,
-                                        .images = real.images,
-                                        .imageContexts = real.imageContexts,
-                                        .views = views,
-                                        .device = real.device,
-                                        .screen = real.screen,
-                                        .springBoard = real.springBoard,
-                                        .audioSession = real.audioSession};
-        platform::setPlatform(record);
+        replaceServices({.views = &views});
     }
 
     [[nodiscard]] std::shared_ptr<PlainView> plainView(const std::string& name,

@@ -1,0 +1,36 @@
+#include "tests/support/replaced_services.h"
+
+namespace velmoranth::tests {
+
+namespace {
+
+template <class Service>
+Service& chosen(Service* replacement, Service& now) {
+    return replacement == nullptr ? now : *replacement;
+}
+
+}  // namespace
+
+void replaceServices(const ReplacedServices& replaced) {
+    const platform::Platform& now = platform::platform();
+    platform::setPlatform({.objc = now.objc,
+                           .substrate = now.substrate,
+                           .coreFoundation = now.coreFoundation,
+                           .darwinNotifications = now.darwinNotifications,
+                           .propertyLists = chosen(replaced.propertyLists, now.propertyLists),
+                           .fileManager = chosen(replaced.fileManager, now.fileManager),
+                           .dates = now.dates,
+                           .log = now.log,
+                           .libSystem = chosen(replaced.libSystem, now.libSystem),
+                           .coreGraphics = now.coreGraphics,
+                           .images = chosen(replaced.images, now.images),
+                           .imageContexts = now.imageContexts,
+                           .fonts = now.fonts,
+                           .views = chosen(replaced.views, now.views),
+                           .device = chosen(replaced.device, now.device),
+                           .screen = now.screen,
+                           .springBoard = now.springBoard,
+                           .audioSession = now.audioSession});
+}
+
+}  // namespace velmoranth::tests

@@ -1,0 +1,20 @@
+// Puts services of a test's own in the place of those of the process's platform.
+#pragma once
+
+#include "platform/platform.h"
+
+namespace velmoranth::tests {
+
+// Null leaves the service that is there.
+struct ReplacedServices {
+    platform::PropertyLists* propertyLists = nullptr;
+    platform::FileManager* fileManager = nullptr;
+    platform::LibSystem* libSystem = nullptr;
+    platform::Images* images = nullptr;
+    platform::Views* views = nullptr;
+    platform::Device* device = nullptr;
+};
+
+void replaceServices(const ReplacedServices& replaced);
+
+}  // namespace velmoranth::tests
