@@ -1,6 +1,7 @@
 // The home screen's furniture: flat, white, black or red, so that what a theme puts in its place is
 // what the eye finds.
 #include "simulator/artwork/artwork.h"
+#include "simulator/artwork/blank_picture.h"
 #include "simulator/artwork/pen.h"
 
 #include <algorithm>
@@ -24,26 +25,6 @@ constexpr double kDividerWidth = 1;  // points
 constexpr double kShadowDeviation = 8;  // points
 constexpr double kShadowFall = 4;       // points
 constexpr double kShadowOpacity = 0.25;
-
-// 0 for what is not a positive number or beyond the cap.
-int pixelsFor(double points, double scale) {
-    const double pixels = std::round(points * scale);
-    if (!(points > 0) || !(scale > 0) || !(pixels <= kMaximumFurniturePixels)) {
-        return 0;
-    }
-    return std::max(1, static_cast<int>(pixels));
-}
-
-// Transparent, or without pixels when either side is 0.
-FurniturePicture blank(int widthPixels, int heightPixels) {
-    if (widthPixels == 0 || heightPixels == 0) {
-        return {};
-    }
-    FurniturePicture picture{.widthPixels = widthPixels, .heightPixels = heightPixels, .bgra = {}};
-    picture.bgra.resize(static_cast<std::size_t>(widthPixels) *
-                        static_cast<std::size_t>(heightPixels) * 4);
-    return picture;
-}
 
 // With a pen whose unit is a pixel, so that shapes end where the picture does.
 Pen pixelPen(FurniturePicture& picture) {
@@ -84,21 +65,21 @@ void setBlack(std::uint8_t* bgra, double opacity) {
 
 FurniturePicture drawBadgeBackground(double width, double scale, double height) {
     FurniturePicture picture =
-        blank(pixelsFor(std::max(height, width), scale), pixelsFor(height, scale));
+        blankPicture(pixelsFor(std::max(height, width), scale), pixelsFor(height, scale));
     fillCapsule(picture, kSystemRed);
     return picture;
 }
 
 FurniturePicture drawPageDot(PageIndicatorState state, double side, double scale) {
     const int pixels = pixelsFor(side, scale);
-    FurniturePicture picture = blank(pixels, pixels);
+    FurniturePicture picture = blankPicture(pixels, pixels);
     fillCapsule(picture, indicatorInk(state));
     return picture;
 }
 
 FurniturePicture drawSearchDot(PageIndicatorState state, double side, double scale) {
     const int pixels = pixelsFor(side, scale);
-    FurniturePicture picture = blank(pixels, pixels);
+    FurniturePicture picture = blankPicture(pixels, pixels);
     if (picture.bgra.empty()) {
         return picture;
     }
@@ -117,7 +98,7 @@ FurniturePicture drawSearchDot(PageIndicatorState state, double side, double sca
 
 FurniturePicture drawPressedOverlay(double side, double scale) {
     const int pixels = pixelsFor(side, scale);
-    FurniturePicture picture = blank(pixels, pixels);
+    FurniturePicture picture = blankPicture(pixels, pixels);
     for (std::size_t pixel = 0; pixel < picture.bgra.size(); pixel += 4) {
         setBlack(&picture.bgra[pixel], 1);
     }
@@ -126,7 +107,7 @@ FurniturePicture drawPressedOverlay(double side, double scale) {
 }
 
 FurniturePicture drawDockHighlight(double width, double scale) {
-    FurniturePicture picture = blank(pixelsFor(width, scale), 1);
+    FurniturePicture picture = blankPicture(pixelsFor(width, scale), 1);
     if (!picture.bgra.empty()) {
         Pen pen = pixelPen(picture);
         pen.roundRect(0, 0, picture.widthPixels, 1, 0).fill(faded(kWhite, kHighlightOpacity));
@@ -135,7 +116,8 @@ FurniturePicture drawDockHighlight(double width, double scale) {
 }
 
 FurniturePicture drawDockDivider(MaterialTone material, double height, double scale) {
-    FurniturePicture picture = blank(pixelsFor(kDividerWidth, scale), pixelsFor(height, scale));
+    FurniturePicture picture =
+        blankPicture(pixelsFor(kDividerWidth, scale), pixelsFor(height, scale));
     fillCapsule(picture, faded(material == MaterialTone::dark ? kWhite : kBlack, kDividerOpacity));
     return picture;
 }
@@ -148,7 +130,7 @@ FurniturePicture drawPlatterShadow(double width, double height, double cornerRad
         std::max(platterWidth, platterHeight) > kMaximumFurniturePixels - 2 * reach) {
         return {};
     }
-    FurniturePicture picture = blank(platterWidth + 2 * reach, platterHeight + 2 * reach);
+    FurniturePicture picture = blankPicture(platterWidth + 2 * reach, platterHeight + 2 * reach);
     const std::vector<std::uint8_t> platter =
         continuousCornerCoverage(platterWidth, platterHeight, cornerRadius * scale);
     const double halfWidth = platterWidth / 2.0;

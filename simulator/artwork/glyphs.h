@@ -70,6 +70,8 @@ void heartGlyph(Pen& pen, const GlyphInks& inks);
 void watchGlyph(Pen& pen, const GlyphInks& inks);
 void clockFaceGlyph(Pen& pen, const GlyphInks& inks);
 void clockGlyph(Pen& pen, const GlyphInks& inks);
+/// What lies on the clock's face.
+void clockHands(Pen& pen, const GlyphInks& inks, int hour, int minute, int second);
 void folderGlyph(Pen& pen, const GlyphInks& inks);
 void bulbGlyph(Pen& pen, const GlyphInks& inks);
 void rulerGlyph(Pen& pen, const GlyphInks& inks);

@@ -117,8 +117,7 @@ void clockFaceGlyph(Pen& pen, const GlyphInks& inks) {
     }
 }
 
-void clockGlyph(Pen& pen, const GlyphInks& inks) {
-    clockFaceGlyph(pen, inks);
+void clockHands(Pen& pen, const GlyphInks& inks, int hour, int minute, int second) {
     constexpr Ink kHands{0x2A2F3A};
     const auto hand = [&pen](double turnDegrees, double length, double tail, Ink ink,
                              double width) {
@@ -127,10 +126,15 @@ void clockGlyph(Pen& pen, const GlyphInks& inks) {
         pen.line(50, 50 + tail, 50, 50 - length).stroke(ink, width);
         pen.restore();
     };
-    hand(304.5, 19, 0, kHands, 4.2);  // 10:09
-    hand(54, 28, 0, kHands, 3.2);
-    hand(186, 31, 7, inks.detail, 1.5);
+    hand(hour % 12 * 30 + minute % 60 * 0.5, 19, 0, kHands, 4.2);
+    hand(minute % 60 * 6, 28, 0, kHands, 3.2);
+    hand(second % 60 * 6, 31, 7, inks.detail, 1.5);
     pen.circle(50, 50, 3).fill(inks.detail);
+}
+
+void clockGlyph(Pen& pen, const GlyphInks& inks) {
+    clockFaceGlyph(pen, inks);
+    clockHands(pen, inks, 10, 9, 31);
 }
 
 void folderGlyph(Pen& pen, const GlyphInks& inks) {

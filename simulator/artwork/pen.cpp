@@ -238,7 +238,8 @@ Pen& Pen::clip() {
 }
 
 Pen& Pen::clipAway() {
-    roundRect(-1, -1, 102, 102, 0);
+    // Far beyond the picture, also for a pen that is turned, or grown small.
+    roundRect(-1000, -1000, 3000, 3000, 0);
     cairo_set_fill_rule(context_, CAIRO_FILL_RULE_EVEN_ODD);
     cairo_clip(context_);
     cairo_set_fill_rule(context_, CAIRO_FILL_RULE_WINDING);

@@ -1,11 +1,14 @@
 // The stock icons: one row an app. A plate of two quiet tones, a breath of light from above, and
 // one glyph.
 #include "simulator/artwork/artwork.h"
+#include "simulator/artwork/blank_picture.h"
 #include "simulator/artwork/glyphs.h"
+#include "simulator/artwork/toolkit_artwork.h"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <utility>
 
 namespace velmoranth::simulator {
 namespace {
@@ -120,6 +123,25 @@ char initialOf(std::string_view bundleIdentifier) {
     return '\0';
 }
 
+// An app's plate with something else than its glyph on it; the app is one of the table's.
+template <typename Draw>
+std::vector<std::uint8_t> drawOnPlate(std::string_view bundleIdentifier, int pixels,
+                                      const Draw& draw) {
+    if (!isInRange(pixels)) {
+        return {};
+    }
+    const StockIcon& icon = *findStockIcon(bundleIdentifier);
+    std::vector<std::uint8_t> bgra = blankIcon(pixels);
+    Pen pen(bgra, pixels);
+    drawPlate(pen, icon.top, icon.bottom);
+    draw(pen, GlyphInks{{icon.glyphColour}, {icon.detailColour}});
+    return bgra;
+}
+
+FurniturePicture square(int pixels, std::vector<std::uint8_t> bgra) {
+    return {.widthPixels = pixels, .heightPixels = pixels, .bgra = std::move(bgra)};
+}
+
 }  // namespace
 
 bool hasStockIcon(std::string_view bundleIdentifier) {
@@ -147,15 +169,27 @@ std::vector<std::uint8_t> drawStockIcon(const std::string& bundleIdentifier, int
 }
 
 std::vector<std::uint8_t> drawClockFace(int pixels) {
-    if (!isInRange(pixels)) {
-        return {};
-    }
-    const StockIcon& clock = *findStockIcon("com.apple.mobiletimer");
-    std::vector<std::uint8_t> bgra = blankIcon(pixels);
-    Pen pen(bgra, pixels);
-    drawPlate(pen, clock.top, clock.bottom);
-    clockFaceGlyph(pen, {{clock.glyphColour}, {clock.detailColour}});
-    return bgra;
+    return drawOnPlate("com.apple.mobiletimer", pixels, clockFaceGlyph);
+}
+
+FurniturePicture drawCalendarBase(double side, double scale) {
+    const int pixels = pixelsFor(side, scale);
+    return square(pixels,
+                  drawOnPlate("com.apple.mobilecal", pixels, [](Pen&, const GlyphInks&) {}));
+}
+
+FurniturePicture drawClockBackground(double side, double scale) {
+    const int pixels = pixelsFor(side, scale);
+    return square(pixels, drawClockFace(pixels));
+}
+
+FurniturePicture drawClockFace(double side, double scale, int hour, int minute, int second) {
+    const int pixels = pixelsFor(side, scale);
+    return square(
+        pixels, drawOnPlate("com.apple.mobiletimer", pixels, [&](Pen& pen, const GlyphInks& inks) {
+            clockFaceGlyph(pen, inks);
+            clockHands(pen, inks, hour, minute, second);
+        }));
 }
 
 }  // namespace velmoranth::simulator
