@@ -46,7 +46,8 @@ class Device {
             tests_.png(paths.back(), tests::pattern(180, 180));
         }
         fallBack = tests_.image(tests::pattern(2, 2));
-        tests::replaceServices({.propertyLists = &plists, .fileManager = &files, .images = &images});
+        tests::replaceServices(
+            {.propertyLists = &plists, .fileManager = &files, .images = &images});
     }
 
     // What a search cannot do without.

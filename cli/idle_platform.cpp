@@ -173,9 +173,7 @@ struct Fonts final : platform::Fonts {
 struct Views final : platform::Views {
     platform::ViewRef viewWithFrame(const platform::Rect& /*frame*/) override { return nullptr; }
 
-    platform::LabelRef labelWithFrame(const platform::Rect& /*frame*/) override {
-        return nullptr;
-    }
+    platform::LabelRef labelWithFrame(const platform::Rect& /*frame*/) override { return nullptr; }
 
     ImageViewRef imageView() override { return nullptr; }
 

@@ -1,5 +1,5 @@
-// The filters of PNG rows (the PNG standard, ISO 15948, section 9): each byte is stored as its difference to
-// a prediction from its neighbours.
+// The filters of PNG rows (the PNG standard, ISO 15948, section 9): each byte is stored as its
+// difference to a prediction from its neighbours.
 #pragma once
 
 #include <cstddef>

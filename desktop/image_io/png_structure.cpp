@@ -12,8 +12,9 @@ namespace velmoranth::desktop::image_io {
 namespace {
 
 constexpr std::array<std::uint8_t, 8> kSignature = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
-constexpr std::size_t kChunkOverhead = 12;           // length, type, checksum
-constexpr std::uint32_t kLongestChunk = 0x7FFFFFFF;  // the PNG standard (ISO 15948) allows no longer
+constexpr std::size_t kChunkOverhead = 12;  // length, type, checksum
+constexpr std::uint32_t kLongestChunk =
+    0x7FFFFFFF;  // the PNG standard (ISO 15948) allows no longer
 // A deflate stream grows at most this much: 258 bytes from 2 bits.
 constexpr std::uint64_t kLargestDeflateRatio = 1032;
 

@@ -4,6 +4,10 @@
 #pragma once
 
 #include "core/hook_table.h"
+#include "hooks/images/catalog_image_hooks.h"
+#include "hooks/images/drawn_icon_hooks.h"
+#include "hooks/images/icon_source_hooks.h"
+#include "hooks/images/named_image_hooks.h"
 #include "hooks/springboard/dock_hooks.h"
 #include "hooks/springboard/folder_hooks.h"
 #include "hooks/springboard/icon_view_hooks.h"
@@ -71,6 +75,11 @@ inline constexpr auto kAlways = HookGate::always;
 inline constexpr auto kIos12 = HookGate::ios12;
 inline constexpr auto kIos13 = HookGate::ios13;
 
+using hooks::APWUtilHooks;
+using hooks::CUINamedImageHooks;
+using hooks::CUINamedVectorGlyphHooks;
+using hooks::PKIconImageCacheHooks;
+using hooks::SBCalendarApplicationIconHooks;
 using hooks::SBDockViewHooks;
 using hooks::SBFloatingDockPlatterViewHooks;
 using hooks::SBFloatingDockViewHooks;
@@ -79,12 +88,20 @@ using hooks::SBFolderBackgroundViewHooks;
 using hooks::SBFolderControllerBackgroundViewHooks;
 using hooks::SBFolderIconImageCacheHooks;
 using hooks::SBFolderIconImageViewHooks;
+using hooks::SBHClockApplicationIconImageViewHooks;
 using hooks::SBIconBadgeViewHooks;
 using hooks::SBIconImageViewDarkeningHooks;
 using hooks::SBIconLabelImageHooks;
 using hooks::SBIconLegibilityLabelViewHooks;
 using hooks::SBIconListPageControlHooks;
 using hooks::SBIconViewHooks;
+using hooks::SBSwitcherAppSuggestionBannerViewHooks;
+using hooks::UIImageContentHooks;
+using hooks::UIImageHooks;
+using hooks::UISwitchModernVisualElementHooks;
+using hooks::UNNotificationIconHooks;
+using hooks::WeatherImageLoaderHooks;
+using hooks::WGWidgetInfoHooks;
 using theme::SBApplicationIconHooks;
 using theme::SBHIconImageCacheHooks;
 using theme::SBIconImageViewHooks;
@@ -122,29 +139,29 @@ inline constexpr std::tuple kRows{
     row<&SBIconLegibilityLabelViewHooks::setAlpha>("SBIconLegibilityLabelView", kInstance, "setAlpha:", kAlways),
     row("_UIFeedback", kInstance, "play", kAlways),
     row("SBUISound", kClass, "soundWithFeedbackEventType:", kAlways),
-    row("CUINamedVectorGlyph", kInstance, "UIImageWithAsset:configuration:flippedHorizontally:", kAlways),
-    row("CUINamedVectorGlyph", kInstance, "image", kAlways),
-    row("CUINamedImage", kInstance, "UIImageWithAsset:configuration:flippedHorizontally:optionalVectorImage:", kAlways),
-    row("_UIImageContent", kInstance, "CGImage", kAlways),
-    row("UIImage", kClass, "systemImageNamed:", kAlways),
-    row("UIImage", kClass, "imageNamed:inBundle:withConfiguration:", kAlways),
-    row("UIImage", kClass, "imageNamed:inBundle:compatibleWithTraitCollection:", kAlways),
-    row("UIImage", kClass, "imageNamed:inBundle:", kAlways),
-    row("UIImage", kClass, "_imageNamed:withTrait:", kAlways),
-    row("UIImage", kClass, "imageWithContentsOfCPBitmapFile:flags:", kAlways),
-    row("UIImage", kClass, "kitImageNamed:", kAlways),
-    row("UIImage", kClass, "_kitImageNamed:withTrait:", kAlways),
-    row("WGWidgetInfo", kInstance, "_queue_iconWithSize:scale:forWidgetWithIdentifier:extension:", kAlways),
-    row("SBSwitcherAppSuggestionBannerView", kInstance, "_iconImageFromAppWithBundleIdentifier:withIconImageCache:", kAlways),
-    row("SBCalendarApplicationIcon", kInstance, "generateIconImageWithInfo:", kAlways),
-    row("SBHClockApplicationIconImageView", kClass, "generateProcessedMappedIconImageWithName:imageInfo:includingMask:", kAlways),
-    row("PKIconImageCache", kInstance, "imageForKey:", kAlways),
+    row<&CUINamedVectorGlyphHooks::UIImageWithAssetConfigurationFlippedHorizontally>("CUINamedVectorGlyph", kInstance, "UIImageWithAsset:configuration:flippedHorizontally:", kAlways),
+    row<&CUINamedVectorGlyphHooks::image>("CUINamedVectorGlyph", kInstance, "image", kAlways),
+    row<&CUINamedImageHooks::UIImageWithAssetConfigurationFlippedHorizontallyOptionalVectorImage>("CUINamedImage", kInstance, "UIImageWithAsset:configuration:flippedHorizontally:optionalVectorImage:", kAlways),
+    row<&UIImageContentHooks::CGImage>("_UIImageContent", kInstance, "CGImage", kAlways),
+    row<&UIImageHooks::systemImageNamed>("UIImage", kClass, "systemImageNamed:", kAlways),
+    row<&UIImageHooks::imageNamedInBundleWithConfiguration>("UIImage", kClass, "imageNamed:inBundle:withConfiguration:", kAlways),
+    row<&UIImageHooks::imageNamedInBundleCompatibleWithTraitCollection>("UIImage", kClass, "imageNamed:inBundle:compatibleWithTraitCollection:", kAlways),
+    row<&UIImageHooks::imageNamedInBundle>("UIImage", kClass, "imageNamed:inBundle:", kAlways),
+    row<&UIImageHooks::_imageNamedWithTrait>("UIImage", kClass, "_imageNamed:withTrait:", kAlways),
+    row<&UIImageHooks::imageWithContentsOfCPBitmapFileFlags>("UIImage", kClass, "imageWithContentsOfCPBitmapFile:flags:", kAlways),
+    row<&UIImageHooks::kitImageNamed>("UIImage", kClass, "kitImageNamed:", kAlways),
+    row<&UIImageHooks::_kitImageNamedWithTrait>("UIImage", kClass, "_kitImageNamed:withTrait:", kAlways),
+    row<&WGWidgetInfoHooks::_queue_iconWithSizeScaleForWidgetWithIdentifierExtension>("WGWidgetInfo", kInstance, "_queue_iconWithSize:scale:forWidgetWithIdentifier:extension:", kAlways),
+    row<&SBSwitcherAppSuggestionBannerViewHooks::_iconImageFromAppWithBundleIdentifierWithIconImageCache>("SBSwitcherAppSuggestionBannerView", kInstance, "_iconImageFromAppWithBundleIdentifier:withIconImageCache:", kAlways),
+    row<&SBCalendarApplicationIconHooks::generateIconImageWithInfo>("SBCalendarApplicationIcon", kInstance, "generateIconImageWithInfo:", kAlways),
+    row<&SBHClockApplicationIconImageViewHooks::generateProcessedMappedIconImageWithNameImageInfoIncludingMask>("SBHClockApplicationIconImageView", kClass, "generateProcessedMappedIconImageWithName:imageInfo:includingMask:", kAlways),
+    row<&PKIconImageCacheHooks::imageForKey>("PKIconImageCache", kInstance, "imageForKey:", kAlways),
     row<&SBHIconImageCacheHooks::imageForIcon>("SBHIconImageCache", kInstance, "imageForIcon:", kAlways),
     row<&SBHIconImageCacheHooks::unmaskedImageForIcon>("SBHIconImageCache", kInstance, "unmaskedImageForIcon:", kAlways),
-    row("UNNotificationIcon", kInstance, "_initWithName:path:applicationIdentifier:", kAlways),
-    row("APWUtil", kClass, "iconForBundleIdentifier:", kAlways),
-    row("UISwitchModernVisualElement", kInstance, "_effectiveThumbImage", kAlways),
-    row("WeatherImageLoader", kClass, "conditionImageNamed:style:", kAlways),
+    row<&UNNotificationIconHooks::_initWithNamePathApplicationIdentifier>("UNNotificationIcon", kInstance, "_initWithName:path:applicationIdentifier:", kAlways),
+    row<&APWUtilHooks::iconForBundleIdentifier>("APWUtil", kClass, "iconForBundleIdentifier:", kAlways),
+    row<&UISwitchModernVisualElementHooks::_effectiveThumbImage>("UISwitchModernVisualElement", kInstance, "_effectiveThumbImage", kAlways),
+    row<&WeatherImageLoaderHooks::conditionImageNamedStyle>("WeatherImageLoader", kClass, "conditionImageNamed:style:", kAlways),
     row<&UIImageApplicationIconHooks::_applicationIconImageForBundleIdentifierFormatScaleOniOS12>("UIImage", kClass, "_applicationIconImageForBundleIdentifier:format:scale:", kIos12),
     row<&SBApplicationIconHooks::getUnmaskedIconImage>("SBApplicationIcon", kInstance, "getUnmaskedIconImage:", kIos12),
     row<&SBDockViewHooks::layoutSubviewsOniOS12>("SBDockView", kInstance, "layoutSubviews", kIos12),

@@ -2,6 +2,7 @@
 
 #include "core/format.h"
 #include "core/settings.h"
+#include "imaging/icon_effects.h"
 #include "platform/platform.h"
 #include "theme/icon_theming.h"
 #include "theme/theme_selection.h"
@@ -19,17 +20,6 @@ using platform::platform;
 using platform::SBIconRef;
 
 namespace {
-
-// The image drawn into a new one of the given size in points, at the main screen's scale. A nil
-// image leaves it empty.
-ImageRef redrawn(const ImageRef& image, platform::Size size) {
-    velmoranth::platform::ImageContexts& contexts = platform().imageContexts;
-    contexts.beginImageContextWithOptions(size, false, 0);
-    platform().images.drawInRect(image, {{0, 0}, size});
-    ImageRef result = contexts.getImageFromCurrentImageContext();
-    contexts.endImageContext();
-    return result;
-}
 
 NullableString nodeIdentifierOf(const SBIconRef& icon) {
     return icon ? icon->nodeIdentifier() : std::nullopt;
@@ -72,7 +62,8 @@ ImageRef UIImageApplicationIconHooks::_applicationIconImageForBundleIdentifierFo
     }
     NSLog("Velmoranth loadIconFromTheme : %@", bundleIdentifier);
     const ImageRef image = themedIcon(bundleIdentifier, orig());
-    ImageRef result = redrawn(image, platform::sizeOf(orig()));
+    ImageRef result =
+        imaging::IconEffects::imageWithImageScaledToSize(image, platform::sizeOf(orig()));
     storeThemedIcon(key, result);
     return result;
 }
@@ -94,7 +85,7 @@ ImageRef UIImageApplicationIconHooks::_applicationIconImageForBundleIdentifierFo
         return orig();
     }
     const ImageRef image = themedIcon(bundleIdentifier, orig());
-    return redrawn(image, platform::sizeOf(orig()));
+    return imaging::IconEffects::imageWithImageScaledToSize(image, platform::sizeOf(orig()));
 }
 
 ImageRef SBApplicationIconHooks::getUnmaskedIconImage(

@@ -9,18 +9,22 @@ namespace velmoranth::theme {
 using imaging::IconEffects;
 using platform::ImageRef;
 
-ImageRef themedIcon(const platform::NullableString& identifier, const ImageRef& fallBack) {
-    ImageRef image =
-        AppIconLookup::searchforIconInIconBundlesWithLeafIdentifierForImg(identifier, fallBack);
+ImageRef withIconMask(const ImageRef& image) {
     if (core::settings().enableIconMask) {
         if (const ImageRef mask = IconEffects::iconMask()) {
-            image = IconEffects::maskImageWithMask(image, mask);
+            return IconEffects::maskImageWithMask(image, mask);
         }
     }
-    if (core::settings().enableOverlay) {
-        image = IconEffects::redrawIconWithOverlay(image);
-    }
     return image;
+}
+
+ImageRef withOverlay(const ImageRef& image) {
+    return core::settings().enableOverlay ? IconEffects::redrawIconWithOverlay(image) : image;
+}
+
+ImageRef themedIcon(const platform::NullableString& identifier, const ImageRef& fallBack) {
+    return withOverlay(withIconMask(
+        AppIconLookup::searchforIconInIconBundlesWithLeafIdentifierForImg(identifier, fallBack)));
 }
 
 }  // namespace velmoranth::theme

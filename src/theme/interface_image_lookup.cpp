@@ -3,11 +3,9 @@
 #include "core/format.h"
 #include "core/settings.h"
 #include "platform/platform.h"
+#include "theme/keyed_images.h"
 #include "theme/theme_selection.h"
 #include "tools/image_dump.h"
-
-#include <algorithm>
-#include <map>
 
 namespace velmoranth::theme {
 
@@ -20,39 +18,15 @@ using tools::ImageDump;
 
 namespace {
 
-// Names in the order in which they were stored, and an image for each. Lives as long as the process
-// and only grows; a theme change does not empty it.
-class NamedImages {
-  public:
-    [[nodiscard]] bool contains(const NullableString& name) const {
-        return name && std::find(names_.begin(), names_.end(), *name) != names_.end();
-    }
-
-    [[nodiscard]] ImageRef image(const NullableString& name) const {
-        const auto entry = name ? images_.find(*name) : images_.end();
-        return entry == images_.end() ? nullptr : entry->second;
-    }
-
-    void store(const NullableString& name, const ImageRef& image) {
-        if (name) {
-            names_.push_back(*name);
-            images_[*name] = image;
-        }
-    }
-
-  private:
-    std::vector<ThemeName> names_;
-    std::map<std::string, ImageRef> images_;
-};
-
-// ThemedUIImageNames and ThemedUIImages: one pair for both searches, keyed by the name alone.
-NamedImages& ThemedUIImages() {
-    static NamedImages instance;
+// ThemedUIImageNames and ThemedUIImages: one pair for both searches, keyed by the name alone. Lives
+// as long as the process and only grows; a theme change does not empty it.
+KeyedImages& ThemedUIImages() {
+    static KeyedImages instance;
     return instance;
 }
 
-NamedImages& seenImages() {
-    static NamedImages instance;
+KeyedImages& seenImages() {
+    static KeyedImages instance;
     return instance;
 }
 

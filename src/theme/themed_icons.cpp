@@ -1,7 +1,7 @@
 #include "theme/themed_icons.h"
 
-#include <algorithm>
-#include <map>
+#include "theme/keyed_images.h"
+
 #include <optional>
 
 namespace velmoranth::theme {
@@ -11,13 +11,8 @@ using platform::NullableString;
 
 namespace {
 
-struct Caches {
-    std::vector<std::string> identifiers;
-    std::map<std::string, ImageRef> images;
-};
-
-std::optional<Caches>& caches() {
-    static std::optional<Caches> instance;
+std::optional<KeyedImages>& caches() {
+    static std::optional<KeyedImages> instance;
     return instance;
 }
 
@@ -25,7 +20,7 @@ std::optional<Caches>& caches() {
 
 const std::vector<std::string>& ThemedIconIdentifiers() {
     static const std::vector<std::string> kNone;
-    return caches() ? caches()->identifiers : kNone;
+    return caches() ? caches()->keys() : kNone;
 }
 
 bool themedIconsExist() {
@@ -39,16 +34,11 @@ void createThemedIconsWhenAbsent() {
 }
 
 bool isThemedIcon(const NullableString& key) {
-    const std::vector<std::string>& list = ThemedIconIdentifiers();
-    return key && std::find(list.begin(), list.end(), *key) != list.end();
+    return caches() && caches()->contains(key);
 }
 
 ImageRef ThemedIconImage(const NullableString& key) {
-    if (!caches() || !key) {
-        return nullptr;
-    }
-    const auto entry = caches()->images.find(*key);
-    return entry == caches()->images.end() ? nullptr : entry->second;
+    return caches() ? caches()->image(key) : nullptr;
 }
 
 void storeThemedIcon(const NullableString& key, const ImageRef& image) {
@@ -56,8 +46,7 @@ void storeThemedIcon(const NullableString& key, const ImageRef& image) {
         return;
     }
     createThemedIconsWhenAbsent();
-    caches()->identifiers.push_back(*key);
-    caches()->images[*key] = image;
+    caches()->store(key, image);
 }
 
 void dropThemedIcons() {

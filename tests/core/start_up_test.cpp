@@ -224,7 +224,7 @@ TEST(Singleton, ExistsWhenLoadRunsForTheSecondTime) {
     const TestDevice device;
     const platform::Platform& all = platform::platform();
     WatchingLibSystem libSystem(all.libSystem);
-    replaceServices({.libSystem = &libSystem});
+    tests::replaceServices({.libSystem = &libSystem});
     registerClasses();
     startSettings();
     EXPECT_EQ(libSystem.singletonExists, (std::vector<bool>{false, true}));

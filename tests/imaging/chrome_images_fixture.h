@@ -67,6 +67,10 @@ class WritingViews final : public platform::Views {
   public:
     explicit WritingViews(Journal& journal) : journal_(journal) {}
 
+    platform::ViewRef viewWithFrame(const platform::Rect& /*frame*/) override { return nullptr; }
+
+    platform::LabelRef labelWithFrame(const platform::Rect& /*frame*/) override { return nullptr; }
+
     platform::ImageViewRef imageView() override {
         journal_.write("imageView");
         return std::make_shared<WritingImageView>(journal_);
@@ -125,9 +129,7 @@ class ChromeImagesOnDevice : public testing::Test {
 
     // From here on everything is written that is done with a view, and each read of the
     // orientation.
-    void writeViews() {
-        replaceServices({.views = &views_, .device = &writingDevice_});
-    }
+    void writeViews() { replaceServices({.views = &views_, .device = &writingDevice_}); }
 
     Lines takenLoads() {
         Lines lines = device.journal.linesWith("load ");

@@ -1,8 +1,8 @@
 #include "platform/platform.h"
+#include "tests/support/replaced_services.h"
 
 #include "icon_effects_fixture.h"
 #include "test_images.h"
-#include "tests/support/replaced_services.h"
 
 #include <functional>
 #include <string>
@@ -62,7 +62,7 @@ class WatchedImages final : public platform::Images {
 };
 
 void replaceImages(platform::Images& images) {
-        replaceServices({.images = &images});
+    replaceServices({.images = &images});
 }
 
 }  // namespace

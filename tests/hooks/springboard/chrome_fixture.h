@@ -4,9 +4,9 @@
 #pragma once
 
 #include "platform/platform.h"
+#include "tests/support/replaced_services.h"
 
 #include "springboard_fixture.h"
-#include "tests/support/replaced_services.h"
 
 #include <array>
 #include <cstdio>
@@ -120,6 +120,11 @@ class HeldViews final : public platform::Views {
 
     explicit HeldViews(Journal& journal) : journal_(journal) {}
 
+    // Nothing on the home screen's chrome makes these.
+    platform::ViewRef viewWithFrame(const platform::Rect& /*frame*/) override { return nullptr; }
+
+    platform::LabelRef labelWithFrame(const platform::Rect& /*frame*/) override { return nullptr; }
+
     platform::ImageViewRef imageView() override {
         journal_.write("imageView");
         if (whenAnImageViewIsMade) {
@@ -171,9 +176,7 @@ class HeldViews final : public platform::Views {
 
 class ChromeProcess : public SpringBoardProcess {
   protected:
-    ChromeProcess() {
-        replaceServices({.views = &views});
-    }
+    ChromeProcess() { replaceServices({.views = &views}); }
 
     [[nodiscard]] std::shared_ptr<PlainView> plainView(const std::string& name,
                                                        const std::string& className = "UIView") {
