@@ -17,9 +17,9 @@ constexpr double kDisc = 44;
 constexpr double kArm = 4.5;
 
 // A stock icon's glyph, whose live area reaches from 20 to 80, grown to the margin of these.
-void grown(Pen& pen, Glyph glyph, Ink ink) {
+void grown(Pen& pen, Glyph glyph, Ink ink, double factor = 1.42) {
     pen.save();
-    pen.grow(1.42, 50, 50);
+    pen.grow(factor, 50, 50);
     glyph(pen, {ink, ink});
     pen.restore();
 }
@@ -153,7 +153,7 @@ void gearMark(Pen& pen, Ink ink) {
 }
 
 void starMark(Pen& pen, Ink ink) {
-    grown(pen, starGlyph, ink);
+    grown(pen, starGlyph, ink, 1.6);
 }
 
 void checkMark(Pen& pen, Ink ink) {

@@ -97,10 +97,10 @@ void clearNight(Pen& pen, const Sky& sky) {
 }
 
 void mostlySunny(Pen& pen, const Sky& sky) {
-    constexpr Place kSmallCloud{66, 70, 0.6};
+    constexpr Place kSmallCloud{71, 73, 0.56};
     pen.save();
     keepOffCloud(pen, kSmallCloud);
-    sun(pen, {46, 45, 1}, sky.sun);
+    sun(pen, {44, 44, 0.96}, sky.sun);
     pen.restore();
     cloud(pen, kSmallCloud, sky.cloud);
 }
@@ -108,7 +108,7 @@ void mostlySunny(Pen& pen, const Sky& sky) {
 void partlyCloudyDay(Pen& pen, const Sky& sky) {
     pen.save();
     keepOffCloud(pen, kLowCloud);
-    sun(pen, {66, 36, 0.78}, sky.sun);
+    sun(pen, {60, 35, 0.8}, sky.sun);
     pen.restore();
     cloud(pen, kLowCloud, sky.cloud);
 }
@@ -161,11 +161,11 @@ void thunderstorm(Pen& pen, const Sky& sky) {
 void snow(Pen& pen, const Sky& sky) {
     cloud(pen, kRainCloud, sky.cloud);
     for (const auto& [x, y] :
-         {std::array{30.0, 78.0}, std::array{50.0, 85.0}, std::array{70.0, 78.0}}) {
+         {std::array{27.0, 78.0}, std::array{50.0, 86.0}, std::array{73.0, 78.0}}) {
         for (const double degrees : {0.0, 60.0, 120.0}) {
             pen.save();
             pen.turn(degrees, x, y);
-            pen.line(x, y - 7.5, x, y + 7.5).stroke(sky.snow, 3);
+            pen.line(x, y - 8.5, x, y + 8.5).stroke(sky.snow, 3.6);
             pen.restore();
         }
     }
