@@ -60,12 +60,13 @@ void keepOffCloud(Pen& pen, Place place) {
     pen.shift(50 - place.x, 50 - place.y);
 }
 
-void sun(Pen& pen, Place place, Ink ink) {
+// Of its eight rays, counted clockwise from the top, only some where a cloud would leave stubs.
+void sun(Pen& pen, Place place, Ink ink, int firstRay = 0, int rays = 8) {
     pen.save();
     pen.shift(place.x - 50, place.y - 50);
     pen.grow(place.size, 50, 50);
     pen.circle(50, 50, 20).fill(ink);
-    for (int ray = 0; ray < 8; ++ray) {
+    for (int ray = firstRay; ray < firstRay + rays; ++ray) {
         pen.save();
         pen.turn(ray * 45.0, 50, 50);
         pen.line(50, 11, 50, 20).stroke(ink, 6.5);
@@ -97,10 +98,10 @@ void clearNight(Pen& pen, const Sky& sky) {
 }
 
 void mostlySunny(Pen& pen, const Sky& sky) {
-    constexpr Place kSmallCloud{71, 73, 0.56};
+    constexpr Place kSmallCloud{72, 73, 0.53};
     pen.save();
     keepOffCloud(pen, kSmallCloud);
-    sun(pen, {44, 44, 0.96}, sky.sun);
+    sun(pen, {44, 44, 0.96}, sky.sun, 4, 7);
     pen.restore();
     cloud(pen, kSmallCloud, sky.cloud);
 }
@@ -108,7 +109,7 @@ void mostlySunny(Pen& pen, const Sky& sky) {
 void partlyCloudyDay(Pen& pen, const Sky& sky) {
     pen.save();
     keepOffCloud(pen, kLowCloud);
-    sun(pen, {60, 35, 0.8}, sky.sun);
+    sun(pen, {63, 36, 0.82}, sky.sun, -1, 4);
     pen.restore();
     cloud(pen, kLowCloud, sky.cloud);
 }
@@ -141,7 +142,7 @@ void showers(Pen& pen, const Sky& sky) {
     constexpr Place kCloud{46, 46, 0.85};
     pen.save();
     keepOffCloud(pen, kCloud);
-    sun(pen, {68, 30, 0.68}, sky.sun);
+    sun(pen, {68, 30, 0.68}, sky.sun, -1, 5);
     pen.restore();
     cloud(pen, kCloud, sky.cloud);
     for (const double x : {34.0, 50.0, 66.0}) {
