@@ -16,7 +16,7 @@ class DesktopFont final : public platform::Font {
 
     [[nodiscard]] std::string className() const override { return "UICTFont"; }
 
-    // Family, weight and size are the face's; the rest is a text's own.
+    // Family, weight, slant and size are the face's; the rest is a text's own.
     [[nodiscard]] const TextStyle& style() const { return style_; }
 
   private:
@@ -25,8 +25,17 @@ class DesktopFont final : public platform::Font {
 
 class DesktopFonts final : public platform::Fonts {
   public:
+    // Of which system the names are, by its major version: 12 or 13.
+    explicit DesktopFonts(int systemVersion = 13) : systemVersion_(systemVersion) {}
+
+    // Names are told apart by case. The system face's private names (".SFUIText-Bold") are the
+    // system face on iOS 12 and Times New Roman on iOS 13, as there. A size that no text is drawn
+    // at is that of the largest.
     [[nodiscard]] platform::FontRef fontWithNameSize(const platform::NullableString& name,
                                                      double size) override;
+
+  private:
+    int systemVersion_;
 };
 
 }  // namespace velmoranth::desktop

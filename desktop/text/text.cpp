@@ -5,6 +5,7 @@
 
 #include "desktop/imaging/compositing.h"
 #include "desktop/imaging/coverage.h"
+#include "desktop/text/font_files.h"
 
 #include <cairo.h>
 #include <fontconfig/fontconfig.h>
@@ -13,9 +14,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 #include <memory>
-#include <system_error>
 #include <utility>
 
 namespace velmoranth::desktop {
@@ -37,20 +36,17 @@ using Description = std::unique_ptr<PangoFontDescription, Deleter<pango_font_des
 using Context = std::unique_ptr<PangoContext, Deleter<g_object_unref>>;
 using Layout = std::unique_ptr<PangoLayout, Deleter<g_object_unref>>;
 
+// The system face in a TextStyle.
 constexpr const char* kSystemFamily = "Inter";
-// Where distributions install it.
-constexpr const char* kDefaultFolders[] = {"/usr/share/fonts/opentype/inter",
-                                           "/usr/share/fonts/truetype/inter",
-                                           "/usr/share/fonts/inter", "/usr/local/share/fonts"};
 // Where every program keeps what it has read of fonts; without one fontconfig complains on stderr.
 constexpr const char* kCacheConfiguration =
     "<fontconfig><cachedir prefix=\"xdg\">fontconfig</cachedir></fontconfig>";
-constexpr double kMaxFontSize = 2048;  // points
-
-std::vector<std::string>& fontFolders() {
-    static std::vector<std::string> folders(std::begin(kDefaultFolders), std::end(kDefaultFolders));
-    return folders;
-}
+constexpr std::size_t kLongestText = std::size_t{16} * 1024;
+// Glyphs larger than this, pixels, are filled as outlines, which costs what is seen of them; kept
+// pictures of them would cost what there is.
+constexpr double kLargestKeptGlyph = 512;
+// Text that begins farther away, pixels, is not seen.
+constexpr double kFar = 1e6;
 
 bool hasFamily(FcConfig* config, const char* family) {
     FcPattern* const pattern = FcPatternCreate();
@@ -68,20 +64,9 @@ bool hasFamily(FcConfig* config, const char* family) {
 }
 
 // File by file: fontconfig would keep a cache for a whole folder, and this configuration has no
-// place for one. No style asks for italics or for the cut for large sizes.
-void addFonts(FcConfig* config, const std::string& folder) {
-    std::error_code unreadable;
-    std::vector<std::string> files;
-    for (const auto& entry : std::filesystem::directory_iterator(folder, unreadable)) {
-        const std::string name = entry.path().filename();
-        const std::string extension = entry.path().extension();
-        if ((extension == ".otf" || extension == ".ttf" || extension == ".ttc") &&
-            name.find("Italic") == std::string::npos && !name.starts_with("InterDisplay")) {
-            files.push_back(entry.path());
-        }
-    }
-    std::sort(files.begin(), files.end());
-    for (const std::string& file : files) {
+// place for one.
+void addFonts(FcConfig* config) {
+    for (const std::string& file : fontFiles()) {
         FcConfigAppFontAddFile(config, reinterpret_cast<const FcChar8*>(file.c_str()));
     }
 }
@@ -95,13 +80,12 @@ struct Fonts {
         FcConfig* config = FcConfigCreate();
         FcConfigParseAndLoadFromMemory(
             config, reinterpret_cast<const FcChar8*>(kCacheConfiguration), FcFalse);
-        for (const std::string& folder : fontFolders()) {
-            addFonts(config, folder);
-        }
-        systemFace = hasFamily(config, kSystemFamily);
+        addFonts(config);
+        systemFace = hasFamily(config, systemFamily().c_str());
         if (!systemFace) {
             FcConfigDestroy(config);
             config = FcInitLoadConfigAndFonts();
+            addFonts(config);
         }
         map = pango_cairo_font_map_new_for_font_type(CAIRO_FONT_TYPE_FT);
         pango_fc_font_map_set_config(PANGO_FC_FONT_MAP(map), config);
@@ -120,15 +104,40 @@ bool isDrawable(const std::string& text, const TextStyle& style) {
 
 // One line of valid UTF-8: line ends are blanks, broken bytes U+FFFD.
 std::string singleLine(const std::string& text) {
-    gchar* const valid = g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()));
+    std::size_t length = std::min(text.size(), kLongestText);
+    while (length < text.size() && length > 0 && (text[length] & 0xC0) == 0x80) {
+        --length;  // not in the middle of a character
+    }
+    gchar* const valid = g_utf8_make_valid(text.data(), static_cast<gssize>(length));
     std::string line(valid);
     g_free(valid);
     std::replace_if(line.begin(), line.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
     return line;
 }
 
-Layout layOut(const std::string& text, const TextStyle& style, double maxWidth) {
-    const Context context(pango_font_map_create_context(fonts().map));
+// A colour's component, 0 to 1; NaN is 0.
+double unit(double value) {
+    return value > 0 ? std::min(value, 1.0) : 0;
+}
+
+Description describe(const TextStyle& style) {
+    Description description(pango_font_description_new());
+    // The family asked for, the system face where it is missing, and what has other letters.
+    std::string families = systemFamily() + "," + fallbackFamilies();
+    if (style.family != kSystemFamily && !style.family.empty()) {
+        families.insert(0, style.family + ",");
+    }
+    pango_font_description_set_family(description.get(), families.c_str());
+    pango_font_description_set_weight(description.get(), static_cast<PangoWeight>(style.weight));
+    pango_font_description_set_style(description.get(),
+                                     style.italic ? PANGO_STYLE_ITALIC : PANGO_STYLE_NORMAL);
+    pango_font_description_set_absolute_size(description.get(),
+                                             std::min(style.size, kLargestTextSize) * PANGO_SCALE);
+    return description;
+}
+
+Context makeContext() {
+    Context context(pango_font_map_create_context(fonts().map));
     const FontOptions options(cairo_font_options_create());
     cairo_font_options_set_hint_style(options.get(), CAIRO_HINT_STYLE_NONE);
     cairo_font_options_set_hint_metrics(options.get(), CAIRO_HINT_METRICS_OFF);
@@ -136,37 +145,72 @@ Layout layOut(const std::string& text, const TextStyle& style, double maxWidth) 
     pango_cairo_context_set_font_options(context.get(), options.get());
     pango_cairo_context_set_resolution(context.get(), 72);  // a point is a unit
     pango_context_set_round_glyph_positions(context.get(), FALSE);
-
-    Layout layout(pango_layout_new(context.get()));
-    const Description description(pango_font_description_new());
-    const bool known = style.family != kSystemFamily && !style.family.empty();
-    // The family asked for, and the system face where it is missing.
-    std::string families = kSystemFamily;
-    if (known) {
-        families.insert(0, style.family + ",");
-    }
-    pango_font_description_set_family(description.get(), families.c_str());
-    pango_font_description_set_weight(description.get(), static_cast<PangoWeight>(style.weight));
-    pango_font_description_set_absolute_size(description.get(),
-                                             std::min(style.size, kMaxFontSize) * PANGO_SCALE);
-    pango_layout_set_font_description(layout.get(), description.get());
-    pango_layout_set_single_paragraph_mode(layout.get(), TRUE);
-    const std::string line = singleLine(text);
-    pango_layout_set_text(layout.get(), line.data(), static_cast<int>(line.size()));
-    if (maxWidth > 0 && std::isfinite(maxWidth)) {
-        constexpr double kWidest = 1e6;
-        pango_layout_set_ellipsize(layout.get(), PANGO_ELLIPSIZE_END);
-        pango_layout_set_width(layout.get(),
-                               static_cast<int>(std::min(maxWidth, kWidest) * PANGO_SCALE));
-    }
-    return layout;
+    return context;
 }
 
-platform::Size sizeOf(PangoLayout* layout) {
+// A text that is laid out. Points.
+struct Line {
+    Layout layout;
+    double width = 0;
+    double ascent = 0;   // of the style's own face
+    double descent = 0;  // downwards
+    bool fromRightToLeft = false;
+
+    [[nodiscard]] PangoLayoutLine* shaped() const {
+        return pango_layout_get_line_readonly(layout.get(), 0);
+    }
+};
+
+double points(int units) {
+    return static_cast<double>(units) / PANGO_SCALE;
+}
+
+void measureFace(PangoContext* context, const PangoFontDescription* description, Line& line) {
+    PangoFont* const font = pango_font_map_load_font(fonts().map, context, description);
+    if (font == nullptr) {
+        return;
+    }
+    PangoFontMetrics* const metrics = pango_font_get_metrics(font, nullptr);
+    line.ascent = points(pango_font_metrics_get_ascent(metrics));
+    line.descent = points(pango_font_metrics_get_descent(metrics));
+    pango_font_metrics_unref(metrics);
+    g_object_unref(font);
+}
+
+Line layOut(const std::string& text, const TextStyle& style, double maxWidth) {
+    const Context context = makeContext();
+    const Description description = describe(style);
+    Line line{.layout = Layout(pango_layout_new(context.get()))};
+    PangoLayout* const layout = line.layout.get();
+    pango_layout_set_font_description(layout, description.get());
+    pango_layout_set_single_paragraph_mode(layout, TRUE);
+    const std::string single = singleLine(text);
+    pango_layout_set_text(layout, single.data(), static_cast<int>(single.size()));
+    if (maxWidth > 0 && std::isfinite(maxWidth)) {
+        constexpr double kWidest = 1e6;
+        pango_layout_set_ellipsize(layout, PANGO_ELLIPSIZE_END);
+        pango_layout_set_width(layout, static_cast<int>(std::min(maxWidth, kWidest) * PANGO_SCALE));
+    }
     PangoRectangle logical{};
-    pango_layout_get_extents(layout, nullptr, &logical);
-    return {static_cast<double>(logical.width) / PANGO_SCALE,
-            static_cast<double>(logical.height) / PANGO_SCALE};
+    pango_layout_line_get_extents(line.shaped(), nullptr, &logical);
+    line.width = points(logical.width);
+    line.fromRightToLeft =
+        pango_layout_line_get_resolved_direction(line.shaped()) == PANGO_DIRECTION_RTL;
+    measureFace(context.get(), description.get(), line);
+    return line;
+}
+
+platform::Rect place(const Line& line, TextAlignment alignment, const platform::Rect& box) {
+    if (alignment == TextAlignment::natural || alignment == TextAlignment::justified) {
+        alignment = line.fromRightToLeft ? TextAlignment::right : TextAlignment::left;
+    }
+    const double share = alignment == TextAlignment::left     ? 0
+                         : alignment == TextAlignment::center ? 0.5
+                                                              : 1;
+    const double height = line.ascent + line.descent;
+    return {{box.origin.x + share * (box.size.width - line.width),
+             box.origin.y + (box.size.height - height) / 2},
+            {line.width, height}};
 }
 
 void drawShadow(const MutablePixels& target, const std::vector<std::uint8_t>& alpha,
@@ -174,13 +218,11 @@ void drawShadow(const MutablePixels& target, const std::vector<std::uint8_t>& al
     std::vector<std::uint8_t> coverage = alpha;
     blurCoverage(coverage, target.width, target.height, shadow.radius * scale);
     const auto byteOf = [&shadow](double value) {
-        return static_cast<std::uint8_t>(std::lround(
-            std::clamp(value, 0.0, 1.0) * std::clamp(shadow.color.alpha, 0.0, 1.0) * 255));
+        return static_cast<std::uint8_t>(std::lround(unit(value) * unit(shadow.color.alpha) * 255));
     };
     const std::uint8_t color[4] = {byteOf(shadow.color.blue), byteOf(shadow.color.green),
                                    byteOf(shadow.color.red), byteOf(1)};
     const auto shift = [scale](double points) {
-        constexpr double kFar = 1e6;
         const double pixels = points * scale;
         return std::isfinite(pixels) ? std::llround(std::clamp(pixels, -kFar, kFar)) : 0;
     };
@@ -199,23 +241,30 @@ void drawShadow(const MutablePixels& target, const std::vector<std::uint8_t>& al
 
 }  // namespace
 
-void setFontFolders(std::vector<std::string> folders) {
-    fontFolders() = std::move(folders);
-}
-
 bool hasSystemFace() {
     return fonts().systemFace;
+}
+
+bool hasGlyphs(const std::string& text, const TextStyle& style) {
+    return !isDrawable(text, style) ||
+           pango_layout_get_unknown_glyphs_count(layOut(text, style, 0).layout.get()) == 0;
 }
 
 platform::Size measureText(const std::string& text, const TextStyle& style, double maxWidth) {
     if (!isDrawable(text, style)) {
         return {};
     }
-    platform::Size size = sizeOf(layOut(text, style, maxWidth).get());
-    if (maxWidth > 0 && std::isfinite(maxWidth)) {
-        size.width = std::min(size.width, maxWidth);
+    const Line line = layOut(text, style, maxWidth);
+    const bool capped = maxWidth > 0 && std::isfinite(maxWidth);
+    return {capped ? std::min(line.width, maxWidth) : line.width, line.ascent + line.descent};
+}
+
+platform::Rect placeText(const std::string& text, const TextStyle& style,
+                         const platform::Rect& box) {
+    if (!isDrawable(text, style) || !(box.size.width > 0)) {
+        return {box.origin, {}};
     }
-    return size;
+    return place(layOut(text, style, box.size.width), style.alignment, box);
 }
 
 void drawText(const MutablePixels& target, const std::string& text, const TextStyle& style,
@@ -224,22 +273,27 @@ void drawText(const MutablePixels& target, const std::string& text, const TextSt
         !(box.size.width > 0)) {
         return;
     }
-    const Layout layout = layOut(text, style, box.size.width);
-    const platform::Size size = sizeOf(layout.get());
-    const double room = box.size.width - size.width;
-    const double indent = style.alignment == TextAlignment::left     ? 0
-                          : style.alignment == TextAlignment::center ? room / 2
-                                                                     : room;
+    const Line line = layOut(text, style, box.size.width);
+    const platform::Rect placed = place(line, style.alignment, box);
+    const double start = placed.origin.x;
+    const double baseline = placed.origin.y + line.ascent;
+    if (!(std::abs(start * scale) < kFar && std::abs(baseline * scale) < kFar)) {
+        return;
+    }
     const auto width = static_cast<int>(target.width);
     const auto height = static_cast<int>(target.height);
     const Surface surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height));
     const Cairo cairo(cairo_create(surface.get()));
     cairo_scale(cairo.get(), scale, scale);
-    cairo_move_to(cairo.get(), box.origin.x + indent,
-                  box.origin.y + (box.size.height - size.height) / 2);
-    cairo_set_source_rgba(cairo.get(), style.color.red, style.color.green, style.color.blue,
-                          style.color.alpha);
-    pango_cairo_show_layout(cairo.get(), layout.get());
+    cairo_move_to(cairo.get(), start, baseline);
+    cairo_set_source_rgba(cairo.get(), unit(style.color.red), unit(style.color.green),
+                          unit(style.color.blue), unit(style.color.alpha));
+    if (std::min(style.size, kLargestTextSize) * scale > kLargestKeptGlyph) {
+        pango_cairo_layout_line_path(cairo.get(), line.shaped());
+        cairo_fill(cairo.get());
+    } else {
+        pango_cairo_show_layout_line(cairo.get(), line.shaped());
+    }
     cairo_surface_flush(surface.get());
     const std::uint8_t* const drawn = cairo_image_surface_get_data(surface.get());
     if (drawn == nullptr) {
