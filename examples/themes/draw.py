@@ -8,13 +8,15 @@ generator seeded by the icon's name, so a picture comes out the same on every ru
 """
 import math
 import os
+import plistlib
 import sys
 
 import cairo
 
 sys.dont_write_bytecode = True
 from furniture import badge, dock, folder, folder_backdrop, page_dot, search_dot  # noqa: E402
-from glyphs import GLYPHS  # noqa: E402
+from glyphs import GLYPHS, SIGNS, TOOLKIT  # noqa: E402
+from interface import TILES, WEATHER, knob, settings_icon, sign, toolkit_image, weather  # noqa: E402
 from materials import (  # noqa: E402
     CLAY, CLAY_DARK, CLAY_LIGHT, GLAZES, IRON, MASK_HALF, SLIP, Chance, canvas, dip_line, glaze, mixed, pebble, rgb,
     specks, write,
@@ -66,18 +68,18 @@ ICONS = {
 LINE = 4.6  # width of the drawings' lines
 
 
-def laid_in(c, marks, ink, body):
+def laid_in(c, marks, ink, body, line=LINE):
     """The drawing in slip: a groove's shade above it, so that it lies in the glaze and not on it."""
     c.push_group()
     c.set_source_rgb(*mixed(body, 0x1E1410, 0.55))
     c.save()
     c.translate(0, -0.55)
-    draw_marks(c, marks, LINE + 0.5)
+    draw_marks(c, marks, line + 0.5)
     c.restore()
     c.pop_group_to_source()
     c.paint_with_alpha(0.34 if ink == SLIP else 0.18)
     c.set_source_rgb(*rgb(ink))
-    draw_marks(c, marks, LINE)
+    draw_marks(c, marks, line)
 
 
 # The files of the theme.
@@ -114,7 +116,7 @@ def clock_background():
         angle = hour * math.pi / 6
         quarter = hour % 3 == 0
         c.set_source_rgb(*(rgb(IRON) if quarter else mixed(GLAZES["salt"][0], IRON, 0.55)))
-        c.arc(50 + 29 * math.sin(angle), 50 - 29 * math.cos(angle), 2.1 if quarter else 1.2, 0, 2 * math.pi)
+        c.arc(50 + 31 * math.sin(angle), 50 - 31 * math.cos(angle), 2.1 if quarter else 1.2, 0, 2 * math.pi)
         c.fill()
     return surface
 
@@ -221,45 +223,21 @@ def shadow(pixels, frame, icon_points):
     return surface
 
 
-INFO = """<?xml version="1.0" encoding="UTF-8"?>
-<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
-<plist version="1.0">
-<dict>
-	<key>PackageName</key>
-	<string>Kilnware</string>
-	<key>ThemeType</key>
-	<string>Icons</string>
-	<key>IB-MaskIcons</key>
-	<true/>
-	<key>CalendarIconDaySettings</key>
-	<dict>
-		<key>FontName</key>
-		<string>HelveticaNeue-Medium</string>
-		<key>FontSize</key>
-		<real>7.5</real>
-		<key>TextColor</key>
-		<string>FBF4E8</string>
-		<key>TextXoffset</key>
-		<real>0</real>
-		<key>TextYoffset</key>
-		<real>4.8</real>
-	</dict>
-	<key>CalendarIconDateSettings</key>
-	<dict>
-		<key>FontName</key>
-		<string>HelveticaNeue-Light</string>
-		<key>FontSize</key>
-		<real>27</real>
-		<key>TextColor</key>
-		<string>54392E</string>
-		<key>TextXoffset</key>
-		<real>0</real>
-		<key>TextYoffset</key>
-		<real>18.5</real>
-	</dict>
-</dict>
-</plist>
-"""
+# Texts of the calendar icon, in points on an icon of 60: weekday on the brick, day on the salt, each with the line of
+# light or shade that a stamp leaves. A label is 12 points high for the weekday and 30 for the day, and cuts off what
+# is higher; both have to end above the foot, at 50.
+CALENDAR = {
+    "CalendarIconDaySettings": {
+        "FontName": "AvenirNext-DemiBold", "FontSize": 7.6, "TextColor": "FBF4E8", "TextXoffset": 0.0, "TextYoffset": 4.6,
+        "ShadowColor": "7E3C28", "ShadowXoffset": 0.0, "ShadowYoffset": -0.5, "ShadowBlurRadius": 0.0,
+    },
+    "CalendarIconDateSettings": {
+        "FontName": "AvenirNext-Medium", "FontSize": 24.0, "TextColor": "54392E", "TextXoffset": 0.0, "TextYoffset": 19.2,
+        "ShadowColor": "FFFBF2", "ShadowXoffset": 0.0, "ShadowYoffset": 0.7, "ShadowBlurRadius": 0.0,
+    },
+}
+
+INFO = {"PackageName": NAME, "ThemeType": "Icons", "IB-MaskIcons": True, **CALENDAR}
 
 
 def main():
@@ -270,7 +248,7 @@ def main():
     write(calendar(), theme, "IconBundles", "com.apple.mobilecal-large.png")
     write(mask(), theme, "Bundles", "com.apple.mobileicons.framework", "AppIconMask.png")
     springboard = os.path.join(theme, "Bundles", "com.apple.springboard")
-    write(clock_background(), springboard, "ClockIconBackgroundSquare.png")
+    write(clock_background(), theme, "Bundles", "com.apple.SpringBoardHome", "ClockIconBackgroundSquare@3x.png")
     write(folder(SIDE), springboard, "ANEMFolderIconBG.png")
     write(folder(152), theme, "Velmoranth", "ipadFolder.png")
     write(folder_backdrop(), springboard, "ANEMFolderBackground.png")
@@ -279,6 +257,7 @@ def main():
         write(page_dot(scale, current=True), springboard, f"SBPageDotCurrent{suffix}.png")
         write(page_dot(scale, current=False), springboard, f"SBPageDot{suffix}.png")
         write(search_dot(scale), springboard, f"Spotlight_Pages{suffix}.png")
+        write(knob(scale), theme, "UIImages", f"UISwitchKnob{suffix}.png")
     # A phone's icons end 64 to 67 points below the picture's top, a pad's 80: that is where the boards lie.
     write(dock(375, 95, 3, 55, 69), theme, "Velmoranth", "SBDockBGiphone.png")
     write(dock(768, 104, 2, 67, 83), springboard, "SBDockBG-Portrait@2x~ipad.png")
@@ -287,8 +266,16 @@ def main():
         write(overlay(), theme, "Velmoranth", device + "Overlay.png")
     write(shadow(240, 80, 60), theme, "Velmoranth", "iPhoneShadow.png")
     write(shadow(192, 96, 76), theme, "Velmoranth", "iPadShadow~ipad.png")
-    with open(os.path.join(theme, "Info.plist"), "w", encoding="utf-8") as file:
-        file.write(INFO)
+    for key in TILES:
+        write(settings_icon(key, laid_in), theme, "Bundles", "com.apple.Preferences", key + "@3x.png")
+    for condition in WEATHER:
+        write(weather(condition), theme, "Bundles", "com.apple.weather-framework", condition + "@3x.png")
+    for name in SIGNS:
+        write(sign(name), theme, "UIImages", name + "@3x.png")
+    for name in TOOLKIT:
+        write(toolkit_image(name), theme, "UIImages", name + "@3x.png")
+    with open(os.path.join(theme, "Info.plist"), "wb") as file:
+        plistlib.dump(INFO, file, sort_keys=False)
 
 
 if __name__ == "__main__":
