@@ -325,6 +325,12 @@ TEST(ClockFace, HandsPointAtTheTime) {
     EXPECT_GT(at(half, 60 + 18, 60).red, 200);
 }
 
+TEST(ClockFace, HourHandGoesOnBetweenHours) {
+    const FurniturePicture halfPast = drawClockFace(60, 2, 12, 30, 15);
+    EXPECT_LT(at(halfPast, 60 + 5, 60 - 17).red, 80);  // 15 degrees past the top
+    EXPECT_GT(at(halfPast, 60 - 1, 60 - 18).red, 200);
+}
+
 TEST(ClockFace, GoesAroundPastItsCircle) {
     EXPECT_EQ(drawClockFace(60, 2, 15, 69, 91), drawClockFace(60, 2, 3, 9, 31));
     for (const int odd : {std::numeric_limits<int>::min(), -1, std::numeric_limits<int>::max()}) {
