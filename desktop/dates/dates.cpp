@@ -7,8 +7,11 @@
 #include <unicode/timezone.h>
 #include <unicode/unistr.h>
 
+#include <algorithm>
 #include <chrono>
-#include <memory>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
 #include <utility>
 
 namespace velmoranth::desktop {
@@ -18,13 +21,38 @@ namespace {
 // From 1970, where ICU counts from, to 2001, where the platform does.
 constexpr double kReferenceDate = 978307200;  // seconds
 
+// ICU counts further than this, about five million years, and no wider.
+constexpr double kFarthest = 1.8e17;  // milliseconds
+
 UDate udate(const platform::Date& date) {
-    return (date.secondsSinceReferenceDate + kReferenceDate) * 1000;
+    const double seconds =
+        std::isnan(date.secondsSinceReferenceDate) ? 0 : date.secondsSinceReferenceDate;
+    return std::clamp((seconds + kReferenceDate) * 1000, -kFarthest, kFarthest);
 }
 
 icu::TimeZone* newTimeZone(const std::string& name) {
     return name.empty() ? icu::TimeZone::createDefault()
                         : icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(name));
+}
+
+// For a language without data ICU would take this machine's own.
+bool isKnown(const icu::Locale& locale) {
+    std::int32_t count = 0;
+    const icu::Locale* const available = icu::Locale::getAvailableLocales(count);
+    return !locale.isBogus() && std::any_of(available, available + count, [&](const auto& other) {
+        return std::strcmp(other.getLanguage(), locale.getLanguage()) == 0;
+    });
+}
+
+// The locale with the Gregorian calendar, whatever its own is.
+icu::Locale gregorian(const std::string& name) {
+    icu::Locale locale(name.c_str());
+    if (!isKnown(locale)) {
+        locale = icu::Locale::getUS();
+    }
+    UErrorCode status = U_ZERO_ERROR;
+    locale.setKeywordValue("calendar", "gregorian", status);
+    return locale;
 }
 
 }  // namespace
@@ -42,17 +70,17 @@ platform::Date DesktopDates::date() {
 
 long DesktopDates::dayFromDate(const platform::Date& date) {
     UErrorCode status = U_ZERO_ERROR;
-    icu::GregorianCalendar calendar(newTimeZone(configuration_.timeZone),
-                                    icu::Locale(configuration_.locale.c_str()), status);
+    icu::GregorianCalendar calendar(newTimeZone(configuration_.timeZone), status);
     calendar.setTime(udate(date), status);
-    return calendar.get(UCAL_DATE, status);
+    const std::int32_t day = calendar.get(UCAL_DATE, status);
+    return U_SUCCESS(status) ? day : 1;
 }
 
 std::string DesktopDates::stringFromDate(const platform::Date& date,
                                          const std::string& dateFormat) {
     UErrorCode status = U_ZERO_ERROR;
     icu::SimpleDateFormat formatter(icu::UnicodeString::fromUTF8(dateFormat),
-                                    icu::Locale(configuration_.locale.c_str()), status);
+                                    gregorian(configuration_.locale), status);
     std::string text;
     if (U_SUCCESS(status)) {
         formatter.adoptTimeZone(newTimeZone(configuration_.timeZone));

@@ -1,5 +1,5 @@
-// NSDate, NSCalendar and NSDateFormatter on Linux: a clock that may stand still, a locale and a time
-// zone.
+// NSDate, NSCalendar and NSDateFormatter on Linux: a clock that may stand still, a locale and a
+// time zone.
 #pragma once
 
 #include "platform/foundation.h"
@@ -12,18 +12,23 @@ namespace velmoranth::desktop {
 class DesktopDates final : public platform::Dates {
   public:
     struct Configuration {
-        // As the platform writes it, "en_US"; one that nobody knows is the root locale.
+        // As the platform writes it, "en_US", "zh-Hans_CN"; a region that nobody knows is left
+        // out, a language that nobody knows is English.
         std::string locale = "en_US";
         // What the clock shows; nothing is now.
         std::optional<platform::Date> date = {};
-        // An Olson name, "Europe/Berlin"; "" is this machine's.
+        // An Olson name, "Europe/Berlin"; "" is this machine's. One that nobody knows is UTC.
         std::string timeZone = {};
     };
 
     explicit DesktopDates(Configuration configuration);
 
+    // Of a date that ICU's calendars do not reach, millions of years away, the nearest that they do
+    // counts; of NaN the first moment of 2001.
     [[nodiscard]] platform::Date date() override;
     [[nodiscard]] long dayFromDate(const platform::Date& date) override;
+    // In the Gregorian calendar too, in the locale's words and digits, also where the locale has
+    // another calendar (Thai, Arabic of Saudi Arabia, Persian). "" for a format that is none.
     [[nodiscard]] std::string stringFromDate(const platform::Date& date,
                                              const std::string& dateFormat) override;
 
