@@ -171,7 +171,7 @@ Result<void> checkOutputs(const PreviewOptions& options) {
 
 Result<void> drawOnce(const PreviewOptions& options, const Shown& device) {
     const ScreenRequest request = requestFor(options, device);
-    const auto screen = simulator::renderHomeScreen(request);
+    const auto screen = simulator::renderScreen(request);
     if (!screen) {
         return tl::unexpected(screen.error());
     }
@@ -181,7 +181,7 @@ Result<void> drawOnce(const PreviewOptions& options, const Shown& device) {
     }
     ScreenRequest stockRequest = request;
     stockRequest.loadEngine = false;
-    const auto stock = simulator::renderHomeScreen(stockRequest);
+    const auto stock = simulator::renderScreen(stockRequest);
     if (!stock) {
         return tl::unexpected(stock.error());
     }

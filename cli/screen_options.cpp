@@ -24,9 +24,6 @@ namespace {
 
 constexpr int kLastPage = 1000;
 
-constexpr std::array<std::pair<std::string_view, ScreenKind>, 3> kScreens{
-    {{"home", ScreenKind::home}, {"folder", ScreenKind::folder}, {"pressed", ScreenKind::pressed}}};
-
 // Options that only one of the screens has.
 struct Belonging {
     std::string_view option;
@@ -102,14 +99,23 @@ Result<int> readPage(const Arguments& arguments, std::string_view option) {
     return *number;
 }
 
+// "home, folder or pressed"
+std::string screenNames() {
+    const auto screens = simulator::screenDefinitions();
+    std::string names;
+    for (const simulator::ScreenDefinition& screen : screens) {
+        names += names.empty() ? "" : screen.kind == screens.back().kind ? " or " : ", ";
+        names += screen.name;
+    }
+    return names;
+}
+
 Result<ScreenKind> readKind(const Arguments& arguments) {
     const std::string name = arguments.value("--screen").value_or("home");
-    for (const auto& [known, kind] : kScreens) {
-        if (name == known) {
-            return kind;
-        }
+    if (const auto kind = simulator::screenKindNamed(name)) {
+        return *kind;
     }
-    return misuse("--screen takes home, folder or pressed, not " + inQuotes(name));
+    return misuse("--screen takes " + screenNames() + ", not " + inQuotes(name));
 }
 
 }  // namespace

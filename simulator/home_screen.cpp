@@ -20,20 +20,6 @@ namespace {
 constexpr platform::Color kPlateTint{1, 1, 1, 0.35};
 constexpr double kPlateBlur = 12;  // points
 
-std::size_t toPixels(double points, double scale) {
-    return static_cast<std::size_t>(std::max(1.0, std::round(points * scale)));
-}
-
-// `settled` is sent nothing itself; nil for none.
-void layoutTree(desktop::Runtime& runtime, const ViewRef& view, const ViewRef& settled) {
-    if (view != settled) {
-        runtime.send<void>(*view, "layoutSubviews");
-    }
-    for (const ViewRef& subview : view->subviews()) {
-        layoutTree(runtime, subview, settled);
-    }
-}
-
 }  // namespace
 
 HomeScreen::HomeScreen(DeviceConfiguration device, const Services& services)
@@ -73,13 +59,8 @@ HomeScreen::~HomeScreen() {
     iconController_.setCloseFolder(nullptr);
 }
 
-desktop::PixelSize HomeScreen::pixelSize() const {
-    return {toPixels(device_.screen.width, context_.scale()),
-            toPixels(device_.screen.height, context_.scale())};
-}
-
 void HomeScreen::makeWallpaper() {
-    const desktop::PixelSize size = pixelSize();
+    const desktop::PixelSize size = pixelSizeOf(device_.screen);
     wallpaper_ = desktop::DesktopBitmapImage::createPremultiplied(
         std::make_shared<const platform::Data>(
             drawWallpaper(static_cast<int>(size.width), static_cast<int>(size.height))),
@@ -304,9 +285,9 @@ void HomeScreen::settle() {
 
 std::shared_ptr<desktop::DesktopBitmapImage> HomeScreen::draw() const {
     if (const auto open = folder()) {
-        open->drawMaterials(pixelSize());
+        open->drawMaterials(pixelSizeOf(device_.screen));
     }
-    return desktop::renderTree(window_, pixelSize(), context_.scale());
+    return desktop::renderTree(window_, pixelSizeOf(device_.screen), context_.scale());
 }
 
 std::vector<ShownIcon> HomeScreen::shownIcons() const {

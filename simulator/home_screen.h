@@ -17,6 +17,7 @@
 #include "simulator/open_folder.h"
 #include "simulator/page_control.h"
 #include "simulator/picture.h"
+#include "simulator/screen.h"
 #include "simulator/screen_context.h"
 #include "simulator/stock_images.h"
 
@@ -27,7 +28,7 @@
 
 namespace velmoranth::simulator {
 
-class HomeScreen {
+class HomeScreen final : public Screen {
   public:
     // What the screen works with; all of it outlives the screen. The platform classes are known to
     // the runtime.
@@ -40,25 +41,25 @@ class HomeScreen {
     };
 
     HomeScreen(DeviceConfiguration device, const Services& services);
-    ~HomeScreen();
-    // Its views refer to it.
-    HomeScreen(const HomeScreen&) = delete;
-    HomeScreen& operator=(const HomeScreen&) = delete;
+    ~HomeScreen() override;
 
     // Pages count from 1; a number beyond either end shows the nearest. Another page than the one
     // that is shown closes an open folder at once.
-    void showPage(int page);
+    void showPage(int page) override;
 
-    [[nodiscard]] int page() const { return page_; }
+    [[nodiscard]] int page() const override { return page_; }
 
-    [[nodiscard]] int pageCount() const { return static_cast<int>(layout_.pages.size()); }
+    [[nodiscard]] int pageCount() const override { return static_cast<int>(layout_.pages.size()); }
 
     // Sends layoutSubviews to every view, superviews first; icon image views ask for their images
     // then. The dock itself is sent it when it needs it alone, as on the platform: at first, and
     // after setDockNeedsLayout. What a replacement adds to it at every layout stays for good.
-    void layoutViews();
+    void layoutViews() override;
 
     void setDockNeedsLayout() { dockNeedsLayout_ = true; }
+
+    // What has changed may concern the dock.
+    void notificationsWereDelivered() override { setDockNeedsLayout(); }
 
     // Opens the folder of that identifier, on the page where it lies; "" is the first folder of the
     // page that is shown. A folder that is open already is closed at once. Fails when there is
@@ -75,22 +76,22 @@ class HomeScreen {
     [[nodiscard]] desktop::Result<void> pressIcon(const std::string& identifier);
 
     // A tap there, points. The home screen itself does nothing about it, an open folder may.
-    void tap(const platform::Point& point);
+    void tap(const platform::Point& point) override;
 
     // What is animated moves on; negative and NaN count as 0.
-    void advance(double seconds);
+    void advance(double seconds) override;
 
     // What is animated moves to its end.
     void settle();
 
     // The screen as it was laid out last. Nil when it is too large to draw.
-    [[nodiscard]] std::shared_ptr<desktop::DesktopBitmapImage> draw() const;
+    [[nodiscard]] std::shared_ptr<desktop::DesktopBitmapImage> draw() const override;
 
     // The icons in the picture, the page's row by row, then the dock's.
-    [[nodiscard]] std::vector<ShownIcon> shownIcons() const;
+    [[nodiscard]] std::vector<ShownIcon> shownIcons() const override;
 
     // The folder that is open; none when none is.
-    [[nodiscard]] std::optional<ShownFolder> shownFolder() const;
+    [[nodiscard]] std::optional<ShownFolder> shownFolder() const override;
 
     // The icon view of that identifier on the page or in the dock; nil when it is not shown.
     [[nodiscard]] std::shared_ptr<IconView> iconView(const std::string& identifier) const;
@@ -106,7 +107,6 @@ class HomeScreen {
     // `origin` is the superview's on the screen.
     [[nodiscard]] std::shared_ptr<IconView> addIcon(IconListView& list, const IconSlot& slot,
                                                     const platform::Point& origin, bool withLabel);
-    [[nodiscard]] desktop::PixelSize pixelSize() const;
     // The page that has the icon of that identifier; the one that is shown when none has.
     [[nodiscard]] int pageWith(const std::string& identifier) const;
     void closeFolder(const platform::ObjectRef& folderController, Animated animated,

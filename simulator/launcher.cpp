@@ -14,7 +14,7 @@ struct RunningScreen::State {
     std::chrono::milliseconds timeLimit;
 };
 
-desktop::Result<RenderedScreen> renderHomeScreen(const ScreenRequest& request) {
+desktop::Result<RenderedScreen> renderScreen(const ScreenRequest& request) {
     auto running = RunningScreen::start(request);
     if (!running) {
         return tl::unexpected(std::move(running.error()));

@@ -1,6 +1,6 @@
-// Starts a simulated home screen in a process of its own and brings back what it shows. The process
-// is this very program, started again with a hidden first argument; so a program that uses the
-// launcher begins its main with
+// Starts a screen of a simulated device in a process of its own and brings back what it shows. The
+// process is this very program, started again with a hidden first argument; so a program that uses
+// the launcher begins its main with
 //     if (isSimulatedProcess(argc, argv)) { return simulatedProcessMain(argc, argv); }
 // and links with its symbols exported (ENABLE_EXPORTS), since the engine's library takes the
 // platform from the program that loads it.
@@ -13,6 +13,7 @@
 #include "platform/core_graphics.h"
 #include "simulator/device.h"
 #include "simulator/picture.h"
+#include "simulator/screen_kinds.h"
 
 #include <chrono>
 #include <cstddef>
@@ -25,9 +26,6 @@
 
 namespace velmoranth::simulator {
 
-// folder: an open folder over the home screen. pressed: a finger is on an icon.
-enum class ScreenKind { home, folder, pressed };
-
 struct ScreenRequest {
     DeviceConfiguration device;
     // The folder of this machine that is the device's file system; it must exist.
@@ -37,7 +35,7 @@ struct ScreenRequest {
     // The engine's shared library; empty looks for VelMoranth.so where this program is, then in
     // ../lib/velmoranth beside it.
     std::string enginePath = {};
-    int page = 1;  // of the home screen, from 1; past the last one shows the last
+    int page = 1;  // of the home screen or the gallery, from 1; past the last one shows the last
     ScreenKind screen = ScreenKind::home;
     // The identifier of the folder or the icon of that screen, which turns to the page where it
     // lies. "" takes one of the page asked for: its first folder, an app in its middle.
@@ -97,9 +95,9 @@ using ScreenAction =
     std::variant<OpenFolderAction, TurnFolderPageAction, PressIconAction, TapAction, AdvanceAction>;
 
 // One screen, drawn by a process that then ends.
-[[nodiscard]] desktop::Result<RenderedScreen> renderHomeScreen(const ScreenRequest& request);
+[[nodiscard]] desktop::Result<RenderedScreen> renderScreen(const ScreenRequest& request);
 
-// A home screen that stays: it hears the device's notifications and can be drawn again.
+// A screen that stays: it hears the device's notifications and can be drawn again.
 class RunningScreen {
   public:
     [[nodiscard]] static desktop::Result<std::unique_ptr<RunningScreen>> start(

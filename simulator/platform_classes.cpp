@@ -2,10 +2,12 @@
 
 #include "desktop/views/view_node.h"
 #include "platform/springboard.h"
+#include "simulator/class_rows.h"
 #include "simulator/dock_views.h"
 #include "simulator/folder_icon_views.h"
 #include "simulator/icon_views.h"
 #include "simulator/page_control.h"
+#include "simulator/toolkit/base_classes.h"
 
 #include <array>
 #include <cstdint>
@@ -24,26 +26,9 @@ using platform::NullableString;
 using platform::SBIconRef;
 using platform::ViewRef;
 
-enum class Systems { both, only12, only13 };
-
-struct ClassRow {
-    std::string_view name;
-    std::string_view superclass;  // "" for a root
-    Systems systems = Systems::both;
-};
-
 // In an order in which every superclass is known already. Names and relations after public header
 // lists of iOS 10.2, 12.1 and 13.
 constexpr std::array kClasses{
-    ClassRow{"NSObject", ""},
-    ClassRow{"UIImage", "NSObject"},
-    ClassRow{"UIView", "NSObject"},
-    ClassRow{"UIWindow", "UIView"},
-    ClassRow{"UIImageView", "UIView"},
-    ClassRow{"UILabel", "UIView"},
-    ClassRow{"UIControl", "UIView"},
-    ClassRow{"UIPageControl", "UIControl"},
-    ClassRow{"UIStatusBar_Modern", "UIView"},
     ClassRow{"_UILegibilityView", "UIView"},
     ClassRow{"SBFStaticWallpaperView", "UIView"},
     ClassRow{"SBWallpaperEffectView", "UIView", Systems::only12},
@@ -74,41 +59,8 @@ constexpr std::array kClasses{
     ClassRow{"SBFloatingDockPlatterView", "UIView"},
 };
 
-bool isIn(Systems systems, const SystemVersion& system) {
-    return systems == Systems::both || (systems == Systems::only12) == (system.major < 13);
-}
-
-// Sides of the platform's icon formats: settings, search, notifications.
-struct FormatRow {
-    int format;
-    double side;  // points
-};
-
 // A miniature's side as a share of the folder icon's: 13 points on 60.
 constexpr double kGridCellShare = 13.0 / 60;
-
-constexpr std::array kFormats{FormatRow{0, 29}, FormatRow{1, 40}, FormatRow{5, 20}};
-
-void addViewMethods(const PlatformObjects& objects) {
-    Runtime& runtime = objects.runtime;
-    using desktop::ViewNode;
-    runtime.addInstanceMethod("UIView", "layoutSubviews",
-                              std::function<void(platform::View&)>([](platform::View&) {}));
-    runtime.addInstanceMethod(
-        "UIView", "setHidden:",
-        std::function<void(platform::View&, bool)>(
-            [](platform::View& view, bool hidden) { view.setHidden(hidden); }));
-    runtime.addInstanceMethod(
-        "UIView", "setAlpha:",
-        std::function<void(platform::View&, double)>(
-            [](platform::View& view, double alpha) { view.setAlpha(alpha); }));
-    runtime.addInstanceMethod(
-        "UIView", "isHidden",
-        std::function<bool(ViewNode&)>([](const ViewNode& node) { return node.isHidden(); }));
-    runtime.addInstanceMethod(
-        "UIView", "alpha",
-        std::function<double(ViewNode&)>([](const ViewNode& node) { return node.alpha(); }));
-}
 
 // Where a class's layoutSubviews is what its view does in placeSubviews.
 template <class ViewType>
@@ -220,21 +172,6 @@ void addPageControlMethods(const PlatformObjects& objects) {
                                   }));
 }
 
-void addImageMethods(const PlatformObjects& objects) {
-    objects.runtime.addClassMethod(
-        "UIImage", "_applicationIconImageForBundleIdentifier:format:scale:",
-        std::function<ImageRef(platform::Class&, NullableString, int, double)>(
-            [objects](platform::Class&, const NullableString& bundleIdentifier, int format,
-                      double scale) -> ImageRef {
-                if (!bundleIdentifier) {
-                    return nullptr;
-                }
-                return objects.stockImages.icon(
-                    *bundleIdentifier, iconSideOfFormat(format, objects.iconSide),
-                    scale == 0 ? objects.screenScale : scale, IconMasking::masked);
-            }));
-}
-
 // Icons make their images themselves, from what the toolkit has of the app.
 void addIconMethodsOf12(const PlatformObjects& objects) {
     Runtime& runtime = objects.runtime;
@@ -303,14 +240,9 @@ void addIconMethodsOf13(const PlatformObjects& objects) {
 }  // namespace
 
 void registerPlatformClasses(const SystemVersion& system, const PlatformObjects& objects) {
-    for (const ClassRow& row : kClasses) {
-        if (isIn(row.systems, system)) {
-            objects.runtime.addClass(std::string(row.name), std::string(row.superclass));
-        }
-    }
-    for (const auto& add :
-         {addViewMethods, addIconViewMethods, addFolderIconMethods, addDockMethods,
-          addPageControlMethods, addImageMethods, addIconImageCacheMethods}) {
+    addClasses(kClasses, system, objects.runtime);
+    for (const auto& add : {addIconViewMethods, addFolderIconMethods, addDockMethods,
+                            addPageControlMethods, addIconImageCacheMethods}) {
         add(objects);
     }
     if (system.major < 13) {
@@ -318,15 +250,6 @@ void registerPlatformClasses(const SystemVersion& system, const PlatformObjects&
     } else {
         addIconMethodsOf13(objects);
     }
-}
-
-double iconSideOfFormat(int format, double homeScreenIconSide) {
-    for (const FormatRow& row : kFormats) {
-        if (row.format == format) {
-            return row.side;
-        }
-    }
-    return homeScreenIconSide;
 }
 
 }  // namespace velmoranth::simulator

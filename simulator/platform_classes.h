@@ -1,4 +1,4 @@
-// The platform's classes and methods in a home-screen process, as its iOS version has them. What a
+// The home screen's own classes and methods, as its iOS version has them. What a
 // method does here is what the platform does before anything is replaced; methods reach each other
 // by messages only.
 #pragma once
@@ -24,14 +24,7 @@ struct PlatformObjects {
     double screenScale;  // pixels per point
 };
 
-// Makes the classes and methods known. `system` decides which.
+// Makes the classes and methods known, after the base classes. `system` decides which.
 void registerPlatformClasses(const SystemVersion& system, const PlatformObjects& objects);
-
-// The icon's side in points that a format of the platform's icon requests stands for; the home
-// screen's for 2 and for every format that is not in the table.
-[[nodiscard]] double iconSideOfFormat(int format, double homeScreenIconSide);
-
-// The home screen's format.
-inline constexpr int kHomeScreenIconFormat = 2;
 
 }  // namespace velmoranth::simulator

@@ -12,17 +12,19 @@
 #include "desktop/system/system.h"
 #include "desktop/views/views.h"
 #include "platform/platform.h"
+#include "simulator/app_context.h"
 #include "simulator/artwork/artwork.h"
 #include "simulator/folder_classes.h"
 #include "simulator/icon_controller.h"
 #include "simulator/loader.h"
 #include "simulator/platform_classes.h"
+#include "simulator/screens/screens.h"
 #include "simulator/stock_images.h"
+#include "simulator/toolkit/base_classes.h"
 
 #include <charconv>
 #include <cmath>
 #include <fstream>
-#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -77,23 +79,21 @@ class SimulatedSpringBoard final : public platform::SpringBoard {
     desktop::Runtime& runtime_;
 };
 
-desktop::Result<void> showScreen(HomeScreen& screen, const ScreenRequest& request) {
-    switch (request.screen) {
-        case ScreenKind::home:
-            return {};
-        case ScreenKind::folder: {
-            auto opened = screen.openFolder(request.item, Animated::no);
-            if (opened) {
-                screen.folder()->view()->showPage(request.folderPage);
-                // What others animate with it.
-                screen.settle();
-            }
-            return opened;
+desktop::Result<void> showOnHomeScreen(HomeScreen& screen, const ScreenRequest& request) {
+    screen.showPage(request.page);
+    if (request.screen == ScreenKind::folder) {
+        auto opened = screen.openFolder(request.item, Animated::no);
+        if (opened) {
+            screen.folder()->view()->showPage(request.folderPage);
+            // What others animate with it.
+            screen.settle();
         }
-        case ScreenKind::pressed:
-            // Views have been laid out before a finger reaches them.
-            screen.layoutViews();
-            return screen.pressIcon(request.item);
+        return opened;
+    }
+    if (request.screen == ScreenKind::pressed) {
+        // Views have been laid out before a finger reaches them.
+        screen.layoutViews();
+        return screen.pressIcon(request.item);
     }
     return {};
 }
@@ -124,6 +124,13 @@ struct SimulatedProcess::Services {
              const std::shared_ptr<const desktop::DeviceRoot>& root,
              std::unique_ptr<desktop::DesktopNotificationCenter> notifications);
 
+    // The classes that such a process has.
+    void registerClasses(ProcessKind process);
+    [[nodiscard]] AppContext appContext();
+    [[nodiscard]] std::unique_ptr<HomeScreen> makeHomeScreen();
+    // The screen asked for, when it is none of the home screen itself.
+    [[nodiscard]] std::unique_ptr<Screen> makeScreen(ScreenKind kind);
+
     const DeviceConfiguration device;
     LineLog log;
     desktop::Runtime runtime;
@@ -144,7 +151,9 @@ struct SimulatedProcess::Services {
     desktop::RecordedAudioSession audioSession;
     StockImages stockImages;
     const std::shared_ptr<IconController> iconController;
-    std::optional<HomeScreen> homeScreen;  // after the classes and the engine
+    // After the classes and the engine.
+    std::unique_ptr<Screen> screen;
+    HomeScreen* homeScreen = nullptr;  // the screen, when it is that
 };
 
 SimulatedProcess::Services::Services(
@@ -198,14 +207,41 @@ SimulatedProcess::Services::Services(
                            .screen = mainScreen,
                            .springBoard = springBoard,
                            .audioSession = audioSession});
-    registerPlatformClasses(
-        device.system, {.runtime = runtime,
-                        .stockImages = stockImages,
-                        .iconImageCache = std::make_shared<IconImageCache>(),
-                        .iconSide = homeScreenMetrics(device.kind, device.screen).iconSide,
-                        .pageDotSide = homeScreenMetrics(device.kind, device.screen).pageDotSide,
-                        .screenScale = device.screen.scale});
-    registerFolderClasses(device.system, runtime, iconController);
+    registerClasses(definitionOf(request.screen).process);
+}
+
+void SimulatedProcess::Services::registerClasses(ProcessKind process) {
+    const HomeScreenMetrics& metrics = homeScreenMetrics(device.kind, device.screen);
+    registerBaseClasses(device.system, {.runtime = runtime,
+                                        .stockImages = stockImages,
+                                        .iconSide = metrics.iconSide,
+                                        .screenScale = device.screen.scale});
+    if (process == ProcessKind::homeScreen) {
+        registerPlatformClasses(device.system,
+                                {.runtime = runtime,
+                                 .stockImages = stockImages,
+                                 .iconImageCache = std::make_shared<IconImageCache>(),
+                                 .iconSide = metrics.iconSide,
+                                 .pageDotSide = metrics.pageDotSide,
+                                 .screenScale = device.screen.scale});
+        registerFolderClasses(device.system, runtime, iconController);
+    }
+}
+
+AppContext SimulatedProcess::Services::appContext() {
+    return {device, runtime, images, stockImages, views};
+}
+
+std::unique_ptr<HomeScreen> SimulatedProcess::Services::makeHomeScreen() {
+    return std::make_unique<HomeScreen>(
+        device, HomeScreen::Services{runtime, images, stockImages, views, *iconController});
+}
+
+std::unique_ptr<Screen> SimulatedProcess::Services::makeScreen(ScreenKind kind) {
+    switch (kind) {
+        default:
+            return nullptr;
+    }
 }
 
 desktop::Result<std::unique_ptr<SimulatedProcess>> SimulatedProcess::start(
@@ -233,14 +269,16 @@ desktop::Result<std::unique_ptr<SimulatedProcess>> SimulatedProcess::start(
             return tl::unexpected(std::move(loaded.error()));
         }
     }
-    services->homeScreen.emplace(
-        services->device,
-        HomeScreen::Services{services->runtime, services->images, services->stockImages,
-                             services->views, *services->iconController});
-    services->homeScreen->showPage(request.page);
-    if (auto shown = showScreen(*services->homeScreen, request); !shown) {
-        return tl::unexpected(std::move(shown.error()));
+    services->screen = services->makeScreen(request.screen);
+    if (services->screen == nullptr) {
+        std::unique_ptr<HomeScreen> home = services->makeHomeScreen();
+        if (auto shown = showOnHomeScreen(*home, request); !shown) {
+            return tl::unexpected(std::move(shown.error()));
+        }
+        services->homeScreen = home.get();
+        services->screen = std::move(home);
     }
+    services->screen->showPage(request.page);
     return std::unique_ptr<SimulatedProcess>(new SimulatedProcess(std::move(services)));
 }
 
@@ -249,8 +287,12 @@ SimulatedProcess::SimulatedProcess(std::unique_ptr<Services> services)
 
 SimulatedProcess::~SimulatedProcess() = default;
 
-HomeScreen& SimulatedProcess::homeScreen() {
-    return *services_->homeScreen;
+Screen& SimulatedProcess::screen() {
+    return *services_->screen;
+}
+
+HomeScreen* SimulatedProcess::homeScreen() {
+    return services_->homeScreen;
 }
 
 desktop::Runtime& SimulatedProcess::runtime() {
@@ -264,8 +306,7 @@ int SimulatedProcess::notificationDescriptor() const {
 bool SimulatedProcess::deliverNotifications() {
     const bool any = services_->notificationCenter->deliverPending() > 0;
     if (any) {
-        // What has changed may concern the dock.
-        services_->homeScreen->setDockNeedsLayout();
+        services_->screen->notificationsWereDelivered();
     }
     return any;
 }

@@ -1,11 +1,12 @@
-// A home-screen process of a simulated device: the platform record of this process over a device
-// root, the platform's classes, the engine when wanted, and the home screen. One a process; it
-// lives until the process ends.
+// A process of a simulated device: the platform record of this process over a device root, the
+// classes that such a process has, the engine when wanted, and a screen. One a process; it lives
+// until the process ends.
 #pragma once
 
 #include "desktop/result/result.h"
 #include "simulator/home_screen.h"
 #include "simulator/launcher.h"
+#include "simulator/screen.h"
 
 #include <cstddef>
 #include <functional>
@@ -19,7 +20,7 @@ class SimulatedProcess {
     // Where log lines go, one call a line; may be called from any thread.
     using LogLine = std::function<void(const std::string& line)>;
 
-    // Sets the platform record, registers the classes, loads the engine and builds the home screen.
+    // Sets the platform record, registers the classes, loads the engine and builds the screen.
     // Fails when the device's folder or the engine's library cannot be used.
     [[nodiscard]] static desktop::Result<std::unique_ptr<SimulatedProcess>> start(
         const ScreenRequest& request, LogLine logLine);
@@ -28,7 +29,10 @@ class SimulatedProcess {
     SimulatedProcess(const SimulatedProcess&) = delete;
     SimulatedProcess& operator=(const SimulatedProcess&) = delete;
 
-    [[nodiscard]] HomeScreen& homeScreen();
+    [[nodiscard]] Screen& screen();
+    // The screen when it is the home screen, with an open folder or a pressed icon or without; null
+    // for another.
+    [[nodiscard]] HomeScreen* homeScreen();
     [[nodiscard]] desktop::Runtime& runtime();
 
     // Becomes readable when notifications wait; -1 when there is none to come.

@@ -61,7 +61,7 @@ class Launcher {
 };
 
 void sendScreen(Launcher& launcher, SimulatedProcess& process, double scale) {
-    HomeScreen& screen = process.homeScreen();
+    Screen& screen = process.screen();
     screen.layoutViews();
     const auto drawn = screen.draw();
     const desktop::PixelView pixels = drawn == nullptr ? desktop::PixelView{} : drawn->pixels();
@@ -85,13 +85,14 @@ void sendScreen(Launcher& launcher, SimulatedProcess& process, double scale) {
     launcher.send(MessageKind::pixels, rows);
 }
 
+// What is done at any screen, and what at the home screen alone.
 struct Performer {
     desktop::Result<void> operator()(const OpenFolderAction& action) const {
-        return screen.openFolder(action.folder, Animated::yes);
+        return home == nullptr ? noHomeScreen() : home->openFolder(action.folder, Animated::yes);
     }
 
     desktop::Result<void> operator()(const TurnFolderPageAction& action) const {
-        const auto folder = screen.folder();
+        const auto folder = home == nullptr ? nullptr : home->folder();
         if (folder == nullptr) {
             return tl::unexpected(desktop::Problem{"no folder is open"});
         }
@@ -100,7 +101,7 @@ struct Performer {
     }
 
     desktop::Result<void> operator()(const PressIconAction& action) const {
-        return screen.pressIcon(action.icon);
+        return home == nullptr ? noHomeScreen() : home->pressIcon(action.icon);
     }
 
     desktop::Result<void> operator()(const TapAction& action) const {
@@ -113,13 +114,18 @@ struct Performer {
         return {};
     }
 
-    HomeScreen& screen;
+    static desktop::Result<void> noHomeScreen() {
+        return tl::unexpected(desktop::Problem{"this screen has no icons and folders"});
+    }
+
+    Screen& screen;
+    HomeScreen* home;
 };
 
 // Views are laid out before a finger reaches them, as they are on the device.
-desktop::Result<void> perform(const ScreenAction& action, HomeScreen& screen) {
-    screen.layoutViews();
-    return std::visit(Performer{screen}, action);
+desktop::Result<void> perform(const ScreenAction& action, SimulatedProcess& process) {
+    process.screen().layoutViews();
+    return std::visit(Performer{process.screen(), process.homeScreen()}, action);
 }
 
 // Waits until the launcher has said something; notifications are delivered meanwhile.
@@ -153,11 +159,11 @@ void waitForLauncher(Launcher& launcher, SimulatedProcess& process) {
             int page = 1;
             std::from_chars(message.payload.data(), message.payload.data() + message.payload.size(),
                             page);
-            process.homeScreen().showPage(page);
+            process.screen().showPage(page);
         } else if (message.kind == MessageKind::act) {
             const std::optional<ScreenAction> action = actionFromJson(message.payload);
             const desktop::Result<void> done =
-                action ? perform(*action, process.homeScreen())
+                action ? perform(*action, process)
                        : tl::unexpected(desktop::Problem{"the action cannot be read"});
             launcher.send(MessageKind::acted, done ? std::string() : problemToJson(done.error()));
         } else if (message.kind == MessageKind::stop) {

@@ -163,22 +163,12 @@ bool deviceFromJson(const json& value, DeviceConfiguration& device) {
     return reader.good() && system.good() && screen.good();
 }
 
-constexpr std::array<std::pair<ScreenKind, const char*>, 3> kScreenKinds{
-    {{ScreenKind::home, "home"}, {ScreenKind::folder, "folder"}, {ScreenKind::pressed, "pressed"}}};
-
-const char* nameOf(ScreenKind kind) {
-    return std::find_if(kScreenKinds.begin(), kScreenKinds.end(),
-                        [&](const auto& row) { return row.first == kind; })
-        ->second;
-}
-
 void readScreenKind(Reader& reader, ScreenKind& kind) {
     std::string name;
     reader.read("screen", name);
-    const auto* const row = std::find_if(kScreenKinds.begin(), kScreenKinds.end(),
-                                         [&](const auto& known) { return known.second == name; });
-    reader.require(row != kScreenKinds.end());
-    kind = row == kScreenKinds.end() ? ScreenKind::home : row->first;
+    const std::optional<ScreenKind> known = screenKindNamed(name);
+    reader.require(known.has_value());
+    kind = known.value_or(ScreenKind::home);
 }
 
 json iconsToJson(const std::vector<ShownIcon>& icons) {
@@ -303,7 +293,7 @@ std::string requestToJson(const ScreenRequest& request) {
                  {"loadEngine", request.loadEngine},
                  {"enginePath", pathToJson(request.enginePath)},
                  {"page", request.page},
-                 {"screen", nameOf(request.screen)},
+                 {"screen", std::string(definitionOf(request.screen).name)},
                  {"item", request.item},
                  {"folderPage", request.folderPage}});
 }

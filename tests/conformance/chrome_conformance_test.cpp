@@ -77,7 +77,7 @@ RenderedScreen screenOf(const fs::path& theme, int system) {
     request.device = deviceConfiguration("phone", system).value();
     request.rootFolder = folder / "device";
     request.enginePath = ENGINE_LIBRARY;
-    return renderHomeScreen(request).value();
+    return renderScreen(request).value();
 }
 
 std::shared_ptr<desktop::DesktopGraphicsContext> stretched(const fs::path& file, std::size_t side) {

@@ -181,7 +181,7 @@ class Check {
 
     template <class Look>
     static void draw(const ScreenRequest& request, const Look& look) {
-        const auto screen = renderHomeScreen(request);
+        const auto screen = renderScreen(request);
         ASSERT_TRUE(screen) << desktop::toLine(screen.error());
         look(*screen);
     }

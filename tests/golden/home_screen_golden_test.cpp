@@ -75,7 +75,7 @@ Picture draw(const Case& which) {
     request.rootFolder = folder / "device";
     request.enginePath = ENGINE_LIBRARY;
     request.screen = screen.kind;
-    auto rendered = renderHomeScreen(request);
+    auto rendered = renderScreen(request);
     EXPECT_TRUE(rendered) << (rendered ? "" : toLine(rendered.error()));
     return rendered ? rendered->picture : Picture{};
 }

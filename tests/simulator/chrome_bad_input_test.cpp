@@ -40,7 +40,7 @@ RenderedScreen folderScreen(const ThemedDevice& device, int system,
     ScreenRequest request = device.request("phone-667", system, preferences);
     request.screen = ScreenKind::folder;
     request.timeLimit = std::chrono::minutes(2);
-    auto screen = renderHomeScreen(request);
+    auto screen = renderScreen(request);
     EXPECT_TRUE(screen) << (screen ? "" : toLine(screen.error()));
     return screen ? *screen : RenderedScreen{};
 }

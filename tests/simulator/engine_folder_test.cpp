@@ -66,7 +66,7 @@ TEST_P(EngineFolder, ThemingOffIsTheStockFolder) {
         process->device.request(std::get<0>(GetParam()), std::get<1>(GetParam()), {});
     request.loadEngine = false;
     request.screen = ScreenKind::folder;
-    EXPECT_EQ(process->picture(), renderHomeScreen(request).value().picture);
+    EXPECT_EQ(process->picture(), renderScreen(request).value().picture);
 }
 
 TEST_P(EngineFolder, ThemedIconsShowInTheFolder) {
@@ -248,17 +248,17 @@ TEST_P(EngineFolder, LauncherShowsTheScreenAskedFor) {
     ScreenRequest request = device.request(model, system, {});
     request.screen = ScreenKind::folder;
     request.item = "folder.social";
-    const RenderedScreen folder = renderHomeScreen(request).value();
+    const RenderedScreen folder = renderScreen(request).value();
     ASSERT_TRUE(folder.folder);
     EXPECT_EQ(folder.folder->identifier, "folder.social");
     EXPECT_EQ(folder.page, model == "pad" ? 2 : 1);
     EXPECT_EQ(folder.folder->icons.size(), 5U);
     request.screen = ScreenKind::pressed;
     request.item = "com.apple.Maps";
-    const RenderedScreen pressed = renderHomeScreen(request).value();
+    const RenderedScreen pressed = renderScreen(request).value();
     EXPECT_FALSE(pressed.folder);
     request.item = "no.such";
-    const auto missing = renderHomeScreen(request);
+    const auto missing = renderScreen(request);
     ASSERT_FALSE(missing);
     EXPECT_EQ(missing.error().message, "there is no icon \"no.such\"");
 }

@@ -91,7 +91,7 @@ class EngineScreen : public testing::Test {
     [[nodiscard]] RenderedScreen stock(std::string_view model, int system) const {
         ScreenRequest wanted = request(model, system);
         wanted.loadEngine = false;
-        return renderHomeScreen(wanted).value();
+        return renderScreen(wanted).value();
     }
 
     std::string folder;
@@ -155,7 +155,7 @@ TEST_F(EngineScreen, ThemeIconIsShownPixelForPixelInPageAndDock) {
     for (const Case& on : kCases) {
         addIcon("A.theme", kMaps, on.side, kMagenta);
         addIcon("A.theme", kMusic, on.side, kGreen);
-        const auto screen = renderHomeScreen(request(on.model, on.system));
+        const auto screen = renderScreen(request(on.model, on.system));
         ASSERT_TRUE(screen) << toLine(screen.error());
         expectFramedSquare(*screen, kMaps, kMagenta);
         expectFramedSquare(*screen, kMusic, kGreen);
@@ -169,7 +169,7 @@ TEST_F(EngineScreen, ThemingOffShowsTheStockScreen) {
     addIcon("A.theme", kMaps, 180, kMagenta);
     setPreferences({{"enable", false}, {"ActiveThemes", platform::PropertyList::Array{"A.theme"}}});
     for (const Case& on : kCases) {
-        const auto screen = renderHomeScreen(request(on.model, on.system));
+        const auto screen = renderScreen(request(on.model, on.system));
         ASSERT_TRUE(screen) << toLine(screen.error());
         EXPECT_EQ(screen->picture, stock(on.model, on.system).picture) << on.model << on.system;
     }
@@ -177,7 +177,7 @@ TEST_F(EngineScreen, ThemingOffShowsTheStockScreen) {
 
 TEST_F(EngineScreen, DeviceWithoutPreferencesShowsTheStockScreen) {
     for (const int system : {12, 13}) {
-        const auto screen = renderHomeScreen(request("phone", system));
+        const auto screen = renderScreen(request("phone", system));
         ASSERT_TRUE(screen) << toLine(screen.error());
         EXPECT_EQ(screen->picture, stock("phone", system).picture);
     }
@@ -186,8 +186,8 @@ TEST_F(EngineScreen, DeviceWithoutPreferencesShowsTheStockScreen) {
 TEST_F(EngineScreen, CalendarIsThemedByTheCacheOnNoThirteen) {
     addIcon("A.theme", kCalendar, 180, kMagenta);
     setPreferences({{"enable", true}, {"ActiveThemes", platform::PropertyList::Array{"A.theme"}}});
-    const auto on12 = renderHomeScreen(request("phone", 12));
-    const auto on13 = renderHomeScreen(request("phone", 13));
+    const auto on12 = renderScreen(request("phone", 12));
+    const auto on13 = renderScreen(request("phone", 13));
     ASSERT_TRUE(on12 && on13);
     expectFramedSquare(*on12, kCalendar, kMagenta);
     EXPECT_EQ(pixelsOf(*on13, kCalendar), pixelsOf(stock("phone", 13), kCalendar));

@@ -90,7 +90,7 @@ constexpr std::array<std::uint8_t, 4> kBlue{255, 0, 0, 255};
 TEST_F(LauncherTest, StockScreenOfEveryDeviceAndSystem) {
     for (const DeviceModel& model : deviceModels()) {
         for (const int system : {12, 13}) {
-            const auto screen = renderHomeScreen(stock(model.name, system));
+            const auto screen = renderScreen(stock(model.name, system));
             ASSERT_TRUE(screen) << toLine(screen.error());
             const Picture& picture = screen->picture;
             EXPECT_EQ(picture.width, model.screen.width * model.screen.scale);
@@ -107,7 +107,7 @@ TEST_F(LauncherTest, StockScreenOfEveryDeviceAndSystem) {
 }
 
 TEST_F(LauncherTest, EveryIconIsAskedForOnceAndDrawnWhereItIsSaidToBe) {
-    const auto screen = renderHomeScreen(stock());
+    const auto screen = renderScreen(stock());
     ASSERT_TRUE(screen);
     EXPECT_EQ(screen->icons.size(), 28U);
     for (const ShownIcon& icon : screen->icons) {
@@ -131,31 +131,31 @@ TEST_F(LauncherTest, EveryIconIsAskedForOnceAndDrawnWhereItIsSaidToBe) {
 }
 
 TEST_F(LauncherTest, DockHasLabelsOnTheClassicPhoneOnly) {
-    EXPECT_EQ(iconOf(renderHomeScreen(stock("phone-667")).value(), "com.apple.Music").label,
+    EXPECT_EQ(iconOf(renderScreen(stock("phone-667")).value(), "com.apple.Music").label,
               "Music");
-    EXPECT_EQ(iconOf(renderHomeScreen(stock("phone")).value(), "com.apple.Music").label, "");
+    EXPECT_EQ(iconOf(renderScreen(stock("phone")).value(), "com.apple.Music").label, "");
 }
 
 TEST_F(LauncherTest, PagesShowOtherAppsOverTheSameDock) {
     ScreenRequest request = stock();
     request.page = 2;
-    const auto second = renderHomeScreen(request);
+    const auto second = renderScreen(request);
     ASSERT_TRUE(second);
     EXPECT_EQ(second->page, 2);
     EXPECT_EQ(iconOf(*second, "com.netflix.Netflix").label, "Netflix");
     EXPECT_EQ(iconOf(*second, "com.apple.Music").stockImageRequests, 1);
     request.page = 99;
-    EXPECT_EQ(renderHomeScreen(request)->page, second->pageCount);
+    EXPECT_EQ(renderScreen(request)->page, second->pageCount);
     request.page = -1;
-    EXPECT_EQ(renderHomeScreen(request)->page, 1);
+    EXPECT_EQ(renderScreen(request)->page, 1);
 }
 
 TEST_F(LauncherTest, SameRequestGivesTheSamePicture) {
-    EXPECT_EQ(renderHomeScreen(stock())->picture, renderHomeScreen(stock())->picture);
+    EXPECT_EQ(renderScreen(stock())->picture, renderScreen(stock())->picture);
 }
 
 TEST_F(LauncherTest, FreshProcessTakesLittleMemory) {
-    const auto screen = renderHomeScreen(stock());
+    const auto screen = renderScreen(stock());
     ASSERT_TRUE(screen);
     EXPECT_GT(screen->peakMemoryBytes, std::size_t{10} * 1024 * 1024);
 #if !defined(__SANITIZE_ADDRESS__)
@@ -166,7 +166,7 @@ TEST_F(LauncherTest, FreshProcessTakesLittleMemory) {
 TEST_F(LauncherTest, LibraryReplacesWhatIconsShow) {
     for (const int system : {12, 13}) {
         for (const char* const model : {"phone", "pad"}) {
-            const auto screen = renderHomeScreen(with(PAINTING_LIBRARY, model, system));
+            const auto screen = renderScreen(with(PAINTING_LIBRARY, model, system));
             ASSERT_TRUE(screen) << toLine(screen.error());
             for (const ShownIcon& icon : screen->icons) {
                 if (isFolder(icon)) {
@@ -191,13 +191,13 @@ TEST_F(LauncherTest, LibraryReplacesWhatIconsShow) {
 TEST_F(LauncherTest, LogLinesGoWhereTheyAreWanted) {
     ScreenRequest request = with(PAINTING_LIBRARY);
     request.logDestination = folder + "/log.txt";
-    ASSERT_TRUE(renderHomeScreen(request));
+    ASSERT_TRUE(renderScreen(request));
     std::ifstream file(request.logDestination);
     std::string line;
     ASSERT_TRUE(std::getline(file, line));
     EXPECT_EQ(line.rfind("painting", 0), 0U);
     request.logDestination = folder + "/no/such/folder";
-    const auto failed = renderHomeScreen(request);
+    const auto failed = renderScreen(request);
     ASSERT_FALSE(failed);
     EXPECT_EQ(failed.error().path, request.logDestination);
 }
@@ -209,16 +209,16 @@ TEST_F(LauncherTest, ScreenThatCannotBeDrawnIsAProblem) {
     for (const ScreenDescription& size : sizes) {
         ScreenRequest request = stock();
         request.device.screen = size;
-        const auto screen = renderHomeScreen(request);
+        const auto screen = renderScreen(request);
         ASSERT_FALSE(screen) << size.width << " " << size.height << " " << size.scale;
     }
     ScreenRequest request = stock();
     request.device.screen.width = 9000;
-    EXPECT_EQ(toLine(renderHomeScreen(request).error()),
+    EXPECT_EQ(toLine(renderScreen(request).error()),
               "a screen of this size or scale cannot be drawn");
     request = stock();
     request.device.date = platform::Date{1e300};
-    EXPECT_EQ(toLine(renderHomeScreen(request).error()), "the date is out of range");
+    EXPECT_EQ(toLine(renderScreen(request).error()), "the date is out of range");
 }
 
 TEST_F(LauncherTest, FingerLeavesTheDockWhenThePageTurns) {
@@ -238,11 +238,11 @@ TEST_F(LauncherTest, FingerLeavesTheDockWhenThePageTurns) {
 }
 
 TEST_F(LauncherTest, MissingLibraryIsAProblemThatNamesIt) {
-    const auto named = renderHomeScreen(with("/no/such/library.so"));
+    const auto named = renderScreen(with("/no/such/library.so"));
     ASSERT_FALSE(named);
     EXPECT_EQ(toLine(named.error()), "/no/such/library.so: the engine's library cannot be read");
     std::ofstream(folder + "/text.so") << "no library";
-    const auto text = renderHomeScreen(with((folder + "/text.so").c_str()));
+    const auto text = renderScreen(with((folder + "/text.so").c_str()));
     ASSERT_FALSE(text);
     EXPECT_NE(text.error().message.find("cannot be loaded"), std::string::npos);
 }
@@ -250,20 +250,20 @@ TEST_F(LauncherTest, MissingLibraryIsAProblemThatNamesIt) {
 TEST_F(LauncherTest, MissingDeviceFolderIsAProblem) {
     ScreenRequest request = stock();
     request.rootFolder = folder + "/nowhere";
-    const auto screen = renderHomeScreen(request);
+    const auto screen = renderScreen(request);
     ASSERT_FALSE(screen);
     EXPECT_EQ(screen.error().path, request.rootFolder);
 }
 
 TEST_F(LauncherTest, CrashIsOneClearProblem) {
-    const auto screen = renderHomeScreen(with(ABORTING_LIBRARY));
+    const auto screen = renderScreen(with(ABORTING_LIBRARY));
     ASSERT_FALSE(screen);
     EXPECT_EQ(toLine(screen.error()),
               "the simulated process crashed with SIGABRT after logging: about to break");
 }
 
 TEST_F(LauncherTest, EarlyEndIsOneClearProblem) {
-    const auto screen = renderHomeScreen(with(QUITTING_LIBRARY));
+    const auto screen = renderScreen(with(QUITTING_LIBRARY));
     ASSERT_FALSE(screen);
     EXPECT_EQ(toLine(screen.error()),
               "the simulated process ended early with status 7 before it logged anything");
@@ -273,7 +273,7 @@ TEST_F(LauncherTest, HangIsEndedAtTheTimeLimit) {
     ScreenRequest request = with(HANGING_LIBRARY);
     request.timeLimit = 300ms;
     const auto begin = std::chrono::steady_clock::now();
-    const auto screen = renderHomeScreen(request);
+    const auto screen = renderScreen(request);
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 5s);
     ASSERT_FALSE(screen);
     EXPECT_EQ(toLine(screen.error()),

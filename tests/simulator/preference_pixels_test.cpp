@@ -245,7 +245,7 @@ TEST_P(PreferencePixels, PadHeldSidewaysHasADockOfItsOwn) {
     device.png("Bundles/com.apple.springboard/SBDockBG-Portrait@2x~ipad.png", 768, 104, kMagenta);
     ScreenRequest request = device.request("pad", GetParam(), {{"removeDock", true}});
     ASSERT_TRUE(turnToLandscape(request.device));
-    const Look look(renderHomeScreen(request).value());
+    const Look look(renderScreen(request).value());
     // The platter begins at 654; the picture 10 below, over the whole width.
     EXPECT_EQ(look.at(2, 665), kGreen);
     EXPECT_EQ(look.at(1021, 766), kGreen);

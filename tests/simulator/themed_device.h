@@ -137,7 +137,7 @@ class ThemedDevice {
     // The home screen with those preferences, theming on unless they say otherwise.
     [[nodiscard]] Look look(std::string_view model, int system,
                             const platform::Dictionary& preferences) const {
-        auto screen = renderHomeScreen(request(model, system, preferences));
+        auto screen = renderScreen(request(model, system, preferences));
         EXPECT_TRUE(screen) << (screen ? "" : toLine(screen.error()));
         return Look(std::move(*screen));
     }

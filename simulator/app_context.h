@@ -1,0 +1,27 @@
+// What the screens of a process are made with.
+#pragma once
+
+#include "desktop/imaging/images.h"
+#include "desktop/runtime/runtime.h"
+#include "desktop/views/views.h"
+#include "simulator/device.h"
+#include "simulator/stock_images.h"
+
+namespace velmoranth::simulator {
+
+// Everything outlives the screen. The process's classes are known to the runtime.
+struct AppContext {
+    const DeviceConfiguration& device;
+    desktop::Runtime& runtime;
+    const desktop::DesktopImages& images;
+    StockImages& stockImages;
+    desktop::DesktopViews& views;
+
+    [[nodiscard]] double scale() const { return device.screen.scale; }
+
+    [[nodiscard]] platform::Rect bounds() const {
+        return {{0, 0}, {device.screen.width, device.screen.height}};
+    }
+};
+
+}  // namespace velmoranth::simulator

@@ -1,0 +1,44 @@
+// The screens that a simulated device can show, what a user calls them, and the process that each
+// belongs to.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string_view>
+
+namespace velmoranth::simulator {
+
+// folder: an open folder over the home screen. pressed: a finger is on an icon. switcher: suggests
+// an app. notification: a banner over the home screen. gallery: every image that the screens ask
+// for.
+enum class ScreenKind {
+    home,
+    folder,
+    pressed,
+    today,
+    switcher,
+    notification,
+    settings,
+    weather,
+    controls,
+    gallery
+};
+
+// The processes that have screens; each has classes of its own.
+enum class ProcessKind { homeScreen, settings, weather, app };
+
+struct ScreenDefinition {
+    ScreenKind kind;
+    std::string_view name;
+    ProcessKind process;
+};
+
+// In the order in which they are listed to a user.
+[[nodiscard]] std::span<const ScreenDefinition> screenDefinitions();
+
+[[nodiscard]] const ScreenDefinition& definitionOf(ScreenKind kind);
+
+// Nothing for a name that no screen has.
+[[nodiscard]] std::optional<ScreenKind> screenKindNamed(std::string_view name);
+
+}  // namespace velmoranth::simulator

@@ -1,0 +1,22 @@
+#include "simulator/screens/app_screen.h"
+
+#include "simulator/named_views.h"
+
+namespace velmoranth::simulator {
+
+AppScreen::AppScreen(const AppContext& context)
+    : context_(context), window_(std::make_shared<NamedView>("UIWindow", context.bounds())) {}
+
+void AppScreen::layoutViews() {
+    layoutTree(context_.runtime, window_);
+}
+
+std::shared_ptr<desktop::DesktopBitmapImage> AppScreen::draw() const {
+    return drawTree(window_, context_.device.screen);
+}
+
+void AppScreen::advance(double seconds) {
+    context_.views.clock().advance(seconds);
+}
+
+}  // namespace velmoranth::simulator

@@ -1,0 +1,27 @@
+// The screen of an app: a window over the whole of it, whose views a deriving screen adds.
+#pragma once
+
+#include "simulator/app_context.h"
+#include "simulator/screen.h"
+
+namespace velmoranth::simulator {
+
+class AppScreen : public Screen {
+  public:
+    explicit AppScreen(const AppContext& context);
+
+    void layoutViews() override;
+    [[nodiscard]] std::shared_ptr<desktop::DesktopBitmapImage> draw() const override;
+    void advance(double seconds) override;
+
+  protected:
+    [[nodiscard]] const AppContext& context() const { return context_; }
+
+    [[nodiscard]] platform::View& window() { return *window_; }
+
+  private:
+    AppContext context_;
+    platform::ViewRef window_;
+};
+
+}  // namespace velmoranth::simulator
