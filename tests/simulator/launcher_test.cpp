@@ -131,8 +131,7 @@ TEST_F(LauncherTest, EveryIconIsAskedForOnceAndDrawnWhereItIsSaidToBe) {
 }
 
 TEST_F(LauncherTest, DockHasLabelsOnTheClassicPhoneOnly) {
-    EXPECT_EQ(iconOf(renderScreen(stock("phone-667")).value(), "com.apple.Music").label,
-              "Music");
+    EXPECT_EQ(iconOf(renderScreen(stock("phone-667")).value(), "com.apple.Music").label, "Music");
     EXPECT_EQ(iconOf(renderScreen(stock("phone")).value(), "com.apple.Music").label, "");
 }
 

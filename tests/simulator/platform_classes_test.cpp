@@ -3,6 +3,7 @@
 #include "desktop/imaging/images.h"
 #include "platform/springboard.h"
 #include "simulator/icon_views.h"
+#include "simulator/toolkit/base_classes.h"
 
 #include <gtest/gtest.h>
 
@@ -28,6 +29,7 @@ constexpr App kApp{"com.apple.Maps", "Maps", "SBApplicationIcon"};
 struct SystemUnderTest {
     explicit SystemUnderTest(const SystemVersion& system, double side = 60)
         : objects{runtime, stock, std::make_shared<IconImageCache>(), side, 8, 3} {
+        registerBaseClasses(system, {runtime, stock, side, 3});
         registerPlatformClasses(system, objects);
     }
 
