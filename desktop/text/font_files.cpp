@@ -41,7 +41,7 @@ const std::vector<FontPackage>& packages() {
           "NotoSansGurmukhi-", "NotoSansKannada-", "NotoSansMalayalam-", "NotoSansOriya-",
           "NotoSansSinhala-", "NotoSansKhmer-", "NotoSansLao-", "NotoSansMyanmar-",
           "NotoSansArmenian-", "NotoSansGeorgian-", "NotoSansEthiopic-"}},
-        {{"/usr/share/fonts/truetype/droid", "/usr/share/fonts/droid"}, {"DroidSansFallbackFull."}},
+        {{"/usr/share/fonts/truetype/wqy", "/usr/share/fonts/wqy"}, {"wqy-microhei."}},
     };
     return list;
 }
@@ -111,7 +111,7 @@ const std::string& systemFamily() {
 const char* fallbackFamilies() {
     // Arabic and Hebrew have letters in DejaVu as well; those of Noto go better with the rest.
     return "Noto Sans Arabic,Noto Sans Hebrew,Noto Sans Devanagari,Noto Sans Thai,"
-           "Droid Sans Fallback,DejaVu Sans";
+           "WenQuanYi Micro Hei,DejaVu Sans";
 }
 
 }  // namespace velmoranth::desktop
