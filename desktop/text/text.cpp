@@ -177,6 +177,25 @@ void measureFace(PangoContext* context, const PangoFontDescription* description,
     g_object_unref(font);
 }
 
+// pango adds the room that is left over to an ellipsis, so that every line that has one is as wide
+// as its box, and none can be aligned in it. This takes the room away again.
+void closeEllipsis(PangoLayout* layout) {
+    // A line from get_line may be changed: its extents are computed again.
+    PangoLayoutLine* const line = pango_layout_get_line(layout, 0);
+    for (const GSList* run = line->runs; run != nullptr; run = run->next) {
+        const auto* const item = static_cast<const PangoLayoutRun*>(run->data);
+        if ((item->item->analysis.flags & PANGO_ANALYSIS_FLAG_IS_ELLIPSIS) == 0) {
+            continue;
+        }
+        for (int i = 0; i < item->glyphs->num_glyphs; ++i) {
+            PangoGlyphInfo& info = item->glyphs->glyphs[i];
+            PangoRectangle logical{};
+            pango_font_get_glyph_extents(item->item->analysis.font, info.glyph, nullptr, &logical);
+            info.geometry.width = logical.width;
+        }
+    }
+}
+
 Line layOut(const std::string& text, const TextStyle& style, double maxWidth) {
     const Context context = makeContext();
     const Description description = describe(style);
@@ -191,6 +210,7 @@ Line layOut(const std::string& text, const TextStyle& style, double maxWidth) {
         pango_layout_set_ellipsize(layout, PANGO_ELLIPSIZE_END);
         pango_layout_set_width(layout, static_cast<int>(std::min(maxWidth, kWidest) * PANGO_SCALE));
     }
+    closeEllipsis(layout);
     PangoRectangle logical{};
     pango_layout_line_get_extents(line.shaped(), nullptr, &logical);
     line.width = points(logical.width);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace velmoranth::desktop {
 
@@ -16,6 +17,8 @@ namespace {
 constexpr double kLabelMargin = 8;
 // Text that would be larger, pixels a side, is drawn smaller and stretched.
 constexpr double kMaxTextSide = 4096;
+// How far ink may lie beside its line, font sizes.
+constexpr double kInkMargin = 1;
 // What is a hair beside a pixel's edge is on it.
 constexpr double kPixelTolerance = 1e-6;
 
@@ -23,6 +26,15 @@ constexpr double kPixelTolerance = 1e-6;
 double phaseOf(double position) {
     const double phase = position - std::floor(position + kPixelTolerance);
     return phase > kPixelTolerance ? phase : 0;
+}
+
+// What two rectangles have in common; its size is 0 when that is nothing.
+Rect common(const Rect& a, const Rect& b) {
+    const double left = std::max(a.origin.x, b.origin.x);
+    const double top = std::max(a.origin.y, b.origin.y);
+    const double right = std::min(a.origin.x + a.size.width, b.origin.x + b.size.width);
+    const double bottom = std::min(a.origin.y + a.size.height, b.origin.y + b.size.height);
+    return {{left, top}, {std::max(right - left, 0.0), std::max(bottom - top, 0.0)}};
 }
 
 }  // namespace
@@ -33,16 +45,30 @@ DesktopImageView::DesktopImageView(const platform::ImageRef& image) {
 }
 
 Rect DesktopLabel::contentExtent(const Rect& bounds) const {
-    return {{-kLabelMargin, -kLabelMargin},
-            {bounds.size.width + 2 * kLabelMargin, bounds.size.height + 2 * kLabelMargin}};
+    const double margin = cutOff_ ? 0 : kLabelMargin;
+    return {{-margin, -margin}, {bounds.size.width + 2 * margin, bounds.size.height + 2 * margin}};
+}
+
+// Where text and shadow may be, whatever the bounds cut off.
+Rect DesktopLabel::inkExtent(const Rect& bounds) const {
+    const Rect line = placeText(text_, style_, {{0, 0}, bounds.size});
+    const platform::Point shadow = style_.shadow ? style_.shadow->offset : platform::Point{};
+    const double margin = kInkMargin * style_.size + kLabelMargin;
+    return {{line.origin.x + std::min(shadow.x, 0.0) - margin,
+             line.origin.y + std::min(shadow.y, 0.0) - margin},
+            {line.size.width + std::abs(shadow.x) + 2 * margin,
+             line.size.height + std::abs(shadow.y) + 2 * margin}};
 }
 
 void DesktopLabel::drawContent(DesktopGraphicsContext& context, const Rect& bounds,
                                double opacity) {
     const UserTransform& transform = context.transform();
-    const Rect area = contentExtent(bounds);
     // Pixels that text is made of; those of the screen, unless it is scaled unevenly or absurdly.
     const double wanted = std::max(std::abs(transform.scaleX), std::abs(transform.scaleY));
+    Rect area = contentExtent(bounds);
+    if (std::max(area.size.width, area.size.height) * wanted > kMaxTextSide) {
+        area = common(area, inkExtent(bounds));
+    }
     const double scale =
         std::min(wanted, kMaxTextSide / std::max(area.size.width, area.size.height));
     const bool even = transform.scaleX == scale && transform.scaleY == scale;
@@ -57,34 +83,44 @@ void DesktopLabel::drawContent(DesktopGraphicsContext& context, const Rect& boun
     const PixelSize pixels{static_cast<std::size_t>(width), static_cast<std::size_t>(height)};
     std::vector<std::uint8_t> memory(pixels.width * pixels.height * 4);
     const MutablePixels target{memory.data(), pixels.width, pixels.height, pixels.width * 4};
-    const platform::Point shift{phaseX / scale, phaseY / scale};
-    drawText(target, text_, style_, {{kLabelMargin + shift.x, kLabelMargin + shift.y}, bounds.size},
-             scale);
-    context.drawPixels(
-        target.view(),
-        {{area.origin.x - shift.x, area.origin.y - shift.y}, {width / scale, height / scale}},
-        opacity);
+    const platform::Point origin{area.origin.x - phaseX / scale, area.origin.y - phaseY / scale};
+    drawText(target, text_, style_, {{-origin.x, -origin.y}, bounds.size}, scale);
+    context.saveState();
+    if (cutOff_) {
+        context.clipToRect(bounds);
+    }
+    context.drawPixels(target.view(), {origin, {width / scale, height / scale}}, opacity);
+    context.restoreState();
 }
 
 void DesktopLabel::setFont(const platform::FontRef& font) {
     const auto face = std::dynamic_pointer_cast<DesktopFont>(font);
     const TextStyle standard;
-    style_.family = face ? face->style().family : standard.family;
-    style_.weight = face ? face->style().weight : standard.weight;
-    style_.size = face ? face->style().size : standard.size;
+    const TextStyle& style = face ? face->style() : standard;
+    style_.family = style.family;
+    style_.weight = style.weight;
+    style_.italic = style.italic;
+    style_.size = style.size;
 }
 
 void DesktopLabel::setTextAlignment(platform::TextAlignment alignment) {
     switch (alignment) {
+        case platform::TextAlignment::left:
+            style_.alignment = TextAlignment::left;
+            return;
         case platform::TextAlignment::center:
             style_.alignment = TextAlignment::center;
             return;
         case platform::TextAlignment::right:
             style_.alignment = TextAlignment::right;
             return;
-        default:
-            style_.alignment = TextAlignment::left;
+        case platform::TextAlignment::justified:
+            style_.alignment = TextAlignment::justified;
+            return;
+        case platform::TextAlignment::natural:
+            break;
     }
+    style_.alignment = TextAlignment::natural;
 }
 
 void DesktopLabel::setShadowColor(const platform::Color& color) {
@@ -92,7 +128,8 @@ void DesktopLabel::setShadowColor(const platform::Color& color) {
 }
 
 void DesktopLabel::setShadowOffset(platform::Size offset) {
-    shadowOffset_ = {offset.width, offset.height};
+    shadowOffset_ = {std::isfinite(offset.width) ? offset.width : 0,
+                     std::isfinite(offset.height) ? offset.height : 0};
     if (style_.shadow) {
         style_.shadow->offset = shadowOffset_;
     }

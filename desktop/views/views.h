@@ -39,12 +39,17 @@ class DesktopImageView : public ViewImplementation<platform::ImageView> {
     void setImage(const platform::ImageRef& image) override { setContents(image); }
 };
 
-// One line of text, centred vertically in its bounds, ending in "…" when it does not fit.
+// One line of text, centred vertically in its bounds by the height of its face, ending in "…" when
+// it does not fit. One with a frame is a UILabel: it draws into a backing store of its bounds,
+// which cut off text and shadow. One with a style may draw beside its bounds, for a soft shadow.
 class DesktopLabel : public ViewImplementation<platform::Label> {
   public:
     DesktopLabel() = default;
 
-    explicit DesktopLabel(const platform::Rect& frame) { setNodeFrame(frame); }
+    explicit DesktopLabel(const platform::Rect& frame)
+        : style_{.alignment = TextAlignment::natural}, cutOff_(true) {
+        setNodeFrame(frame);
+    }
 
     DesktopLabel(std::string text, TextStyle style)
         : text_(std::move(text)), style_(std::move(style)) {}
@@ -55,12 +60,14 @@ class DesktopLabel : public ViewImplementation<platform::Label> {
 
     void setText(const platform::NullableString& text) override { text_ = text.value_or(""); }
 
+    // A font of another make counts as nil.
     void setFont(const platform::FontRef& font) override;
     void setTextAlignment(platform::TextAlignment alignment) override;
 
     void setTextColor(const platform::Color& color) override { style_.color = color; }
 
     void setShadowColor(const platform::Color& color) override;
+    // Lengths that are not finite count as 0.
     void setShadowOffset(platform::Size offset) override;
 
     [[nodiscard]] const TextStyle& style() const { return style_; }
@@ -73,9 +80,12 @@ class DesktopLabel : public ViewImplementation<platform::Label> {
     [[nodiscard]] platform::Rect contentExtent(const platform::Rect& bounds) const override;
 
   private:
+    [[nodiscard]] platform::Rect inkExtent(const platform::Rect& bounds) const;
+
     std::string text_;
     TextStyle style_;
     platform::Point shadowOffset_{0, -1};
+    bool cutOff_ = false;
 };
 
 class DesktopViews final : public platform::Views {
