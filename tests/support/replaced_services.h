@@ -9,8 +9,10 @@ namespace velmoranth::tests {
 struct ReplacedServices {
     platform::PropertyLists* propertyLists = nullptr;
     platform::FileManager* fileManager = nullptr;
+    platform::SystemLog* log = nullptr;
     platform::LibSystem* libSystem = nullptr;
     platform::Images* images = nullptr;
+    platform::ImageContexts* imageContexts = nullptr;
     platform::Views* views = nullptr;
     platform::Device* device = nullptr;
 };
