@@ -26,8 +26,10 @@ constexpr std::array<Option, 19> kOptions{{
     {"--device", "", "NAME", "phone, phone-667 (a smaller one) or pad (default phone)"},
     {"--orientation", "", "HOW", "how the device is held: portrait or, a pad, landscape"},
     {"--screen", "", "SCREEN",
-     "home, folder (open, over the home screen) or pressed (a finger is on an icon)"},
-    {"--page", "", "N", "the page of the home screen, from 1"},
+     "home, folder (open, over the home screen), pressed (a finger is on an icon), today, "
+     "switcher, notification, settings, weather, controls (of an app) or gallery (every image that "
+     "the screens ask for, before and after)"},
+    {"--page", "", "N", "the page of the home screen or of the gallery, from 1"},
     {"--folder", "", "NAME",
      "with --screen folder: the folder, by name or identifier (default the first of the page)"},
     {"--folder-page", "", "N", "with --screen folder: the page of the folder, from 1"},
@@ -40,7 +42,7 @@ constexpr std::array<Option, 19> kOptions{{
     {"--set", "", "KEY=VALUE", "a preference of this run, see below", Repeat::often},
     {"--date", "", "DATE", "what the device's clock shows: 2019-12-24 or 2019-12-24T18:30"},
     {"--locale", "", "NAME",
-     "the device's language and region (default en_US); no text of the screen follows it yet"},
+     "the device's language and region (default en_US); the calendar's icon follows it"},
     {"--before", "", "", "the stock screen: nothing replaced"},
     {"--compare", "", "", "the stock screen and the themed one side by side"},
     {"--log", "", "FILE",

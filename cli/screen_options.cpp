@@ -86,6 +86,11 @@ Result<std::string> identifierFor(ScreenKind screen, std::string_view option,
                   suggestion(word, candidates));
 }
 
+bool hasPages(ScreenKind screen) {
+    return screen == ScreenKind::home || screen == ScreenKind::folder ||
+           screen == ScreenKind::pressed || screen == ScreenKind::gallery;
+}
+
 Result<int> readPage(const Arguments& arguments, std::string_view option) {
     const auto text = arguments.value(option);
     if (!text) {
@@ -132,6 +137,9 @@ Result<ScreenOptions> readScreenOptions(const Arguments& arguments) {
             return misuse(std::string(belonging.option) + " needs --screen " +
                           std::string(belonging.screenName));
         }
+    }
+    if (arguments.has("--page") && !hasPages(options.kind)) {
+        return misuse("--page needs a screen that has pages: home, folder, pressed or gallery");
     }
     const auto page = readPage(arguments, "--page");
     const auto folderPage = readPage(arguments, "--folder-page");
