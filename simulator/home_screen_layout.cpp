@@ -13,6 +13,44 @@ namespace {
 // grid after a public re-creation of iOS 10 in portrait, which iOS 12 kept and iPadOS 13 calls
 // "bigger"; the floating dock, the label's size, the pad held sideways and all status bars are
 // estimates.
+constexpr HomeScreenMetrics kUprightPad{.kind = DeviceKind::pad,
+                                        .screenWidth = 768,
+                                        .screenHeight = 1024,
+                                        .columns = 4,
+                                        .rows = 5,
+                                        .iconSide = 76,
+                                        .firstIcon = {81.5, 88},
+                                        .pitchX = 176,
+                                        .pitchY = 161,
+                                        .labelSize = 14,
+                                        .labelBaseline = 19,
+                                        .dockStyle = DockStyle::floating,
+                                        .dockHeight = 104,
+                                        .dockInset = 20,
+                                        .dockBottom = 10,
+                                        .dockRadius = 31,
+                                        .dockIconTop = 14,
+                                        .dockIconGap = 20,
+                                        .pageDotsY = 890,
+                                        .pageDotSide = 8,
+                                        .pageDotPitch = 18,
+                                        .statusBarHeight = 20,
+                                        .statusTimeX = 384,
+                                        .statusTimeSize = 12};
+
+constexpr HomeScreenMetrics heldSideways(HomeScreenMetrics pad) {
+    pad.screenWidth = 1024;
+    pad.screenHeight = 768;
+    pad.columns = 5;
+    pad.rows = 4;
+    pad.firstIcon = {100, 70};
+    pad.pitchX = 187;
+    pad.pitchY = 142;
+    pad.pageDotsY = 634;
+    pad.statusTimeX = 512;
+    return pad;
+}
+
 constexpr std::array<HomeScreenMetrics, 4> kMetrics{{
     {.kind = DeviceKind::phone,
      .screenWidth = 375,
@@ -62,54 +100,8 @@ constexpr std::array<HomeScreenMetrics, 4> kMetrics{{
      .statusBarHeight = 20,
      .statusTimeX = 187.5,
      .statusTimeSize = 12},
-    {.kind = DeviceKind::pad,
-     .screenWidth = 768,
-     .screenHeight = 1024,
-     .columns = 4,
-     .rows = 5,
-     .iconSide = 76,
-     .firstIcon = {81.5, 88},
-     .pitchX = 176,
-     .pitchY = 161,
-     .labelSize = 14,
-     .labelBaseline = 19,
-     .dockStyle = DockStyle::floating,
-     .dockHeight = 104,
-     .dockInset = 20,
-     .dockBottom = 10,
-     .dockRadius = 31,
-     .dockIconTop = 14,
-     .dockIconGap = 20,
-     .pageDotsY = 890,
-     .pageDotSide = 8,
-     .pageDotPitch = 18,
-     .statusBarHeight = 20,
-     .statusTimeX = 384,
-     .statusTimeSize = 12},
-    {.kind = DeviceKind::pad,
-     .screenWidth = 1024,
-     .screenHeight = 768,
-     .columns = 5,
-     .rows = 4,
-     .iconSide = 76,
-     .firstIcon = {100, 70},
-     .pitchX = 187,
-     .pitchY = 142,
-     .labelSize = 14,
-     .labelBaseline = 19,
-     .dockStyle = DockStyle::floating,
-     .dockHeight = 104,
-     .dockInset = 20,
-     .dockBottom = 10,
-     .dockRadius = 31,
-     .dockIconTop = 14,
-     .dockIconGap = 20,
-     .pageDotsY = 634,
-     .pageDotSide = 8,
-     .pageDotPitch = 18,
-     .statusBarHeight = 20,
-     .statusTimeX = 512,
-     .statusTimeSize = 12},
+    kUprightPad,
+    heldSideways(kUprightPad),
 }};
 
 // Share of the type's size from the middle of a line's box down to the baseline, and the box's
