@@ -279,8 +279,10 @@ TEST_F(Label, WhatLiesOutsideOfTheBoundsIsCutOff) {
     EXPECT_EQ(shown(some), paint(kPaper, {{10, 12, 3, 14, 'r'}, {12, 12, 8, 14}}));
     some->setShadowOffset({0, 100});
     EXPECT_EQ(shown(some), paint(kPaper, {{12, 12, 8, 14}}));
-    // At half a point what is seen ends there too.
+    // Between two pixels what is seen ends there too: half of the first and of the last row.
     EXPECT_EQ(shown(label({{10, 20.5}, {40, 8}}, "H"), 2), paint(kPaper, {{12, 20.5, 8, 8}}, 2));
+    EXPECT_EQ(shown(label({{10, 20.5}, {40, 8}}, "H")),
+              paint(kPaper, {{12, 20, 8, 9, '?'}, {12, 21, 8, 7}}));
 }
 
 TEST_F(Label, OneWithAStyleDrawsBesideItsBounds) {
