@@ -34,6 +34,7 @@ bool isImageAsset(const ObjectRef& asset) {
            platform().objc.isKindOfClass(*asset, platform().objc.getClass("UIImageAsset"));
 }
 
+// Nil when the object is nil, has no such variable, or keeps no bundle in it.
 BundleRef bundleIn(const ObjectRef& object, const char* variable) {
     return object == nullptr ? nullptr
                              : std::dynamic_pointer_cast<platform::Bundle>(
@@ -122,12 +123,9 @@ BitmapImageRef CUINamedVectorGlyphHooks::image(const OriginalImplementation<Bitm
     if (isLeftToPlatform(name)) {
         return orig();
     }
-    const ObjectRef catalog = platform().objc.instanceVariable(self, "_catalog");
-    const BundleRef bundle = bundleIn(catalog, "_bundle");
-    if (catalog == nullptr || bundle == nullptr) {
-        return orig();
-    }
-    if (!name) {
+    const BundleRef bundle =
+        bundleIn(platform().objc.instanceVariable(self, "_catalog"), "_bundle");
+    if (bundle == nullptr || !name) {
         return orig();
     }
     const ImageRef wrapped = platform().images.imageWithCGImage(orig());

@@ -265,6 +265,14 @@ TEST_F(GlyphBitmap, IsDumpedOnceByItsLookup) {
               solid(6, 9, kGreen));
 }
 
+TEST_F(GlyphBitmap, ThemingIsTestedAfterTheFirstCall) {
+    addVariables();
+    switches(true, true);
+    whenCalled = [this](std::size_t) { switches(false, true); };
+    EXPECT_EQ(answeredBy(send()), 1);
+    EXPECT_EQ(device.journal.count("load "), 0U);
+}
+
 TEST_F(GlyphBitmap, LeavesTheFlagOfContents) {
     addVariables();
     themePng(kInKit.file());
@@ -302,6 +310,14 @@ TEST_F(ContentBitmap, WithoutThemingIsNilWhenThePlatformsIs) {
     switches(false, false);
     EXPECT_EQ(send(), nullptr);
     EXPECT_EQ(steps(), (Lines{orig, orig}));
+}
+
+TEST_F(ContentBitmap, ThemingIsTestedAfterTheSecondCall) {
+    switches(true, true);
+    whenCalled = [this](std::size_t number) { switches(number == 0, true); };
+    EXPECT_EQ(answeredBy(send()), 1);
+    EXPECT_EQ(given.size(), 2U);
+    EXPECT_EQ(device.journal.count("load "), 0U);
 }
 
 TEST_F(ContentBitmap, WithoutGlyphIsThePlatforms) {

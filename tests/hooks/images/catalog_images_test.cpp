@@ -125,6 +125,14 @@ TEST_F(GlyphFromAsset, WithoutThemingIsThePlatforms) {
     EXPECT_FALSE(device.exists(kDumpFolder));
 }
 
+TEST_F(GlyphFromAsset, SwitchesAreReadAfterTheCallBefore) {
+    addVariables();
+    switches(false, false);
+    whenCalled = [this](std::size_t number) { switches(number == 0, number == 0); };
+    EXPECT_EQ(answeredBy(send(asset)), 2);
+    EXPECT_EQ(device.journal.count("load "), 0U);
+}
+
 TEST_F(GlyphFromAsset, IsLookedUpInTheContainingBundle) {
     addVariables();
     for (const bool isFlipped : {false, true}) {
@@ -356,6 +364,14 @@ TEST_F(ImageFromAsset, WithoutThemingIsThePlatforms) {
                   (Lines{orig(asset), orig(asset), logLine(asset, given.at(1)), orig(asset)}));
     }
     EXPECT_FALSE(device.exists(kDumpFolder));
+}
+
+TEST_F(ImageFromAsset, SwitchesAreReadAfterTheCallBefore) {
+    addVariables();
+    switches(false, false);
+    whenCalled = [this](std::size_t number) { switches(number == 0, number == 0); };
+    EXPECT_EQ(answeredBy(send(asset)), 2);
+    EXPECT_EQ(device.journal.count("load "), 0U);
 }
 
 TEST_F(ImageFromAsset, WithoutNameIsThePlatformsAfterItsLine) {
