@@ -4,6 +4,7 @@
 #include "platform/platform.h"
 #include "theme/theme_selection.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -24,6 +25,12 @@ void logUnusable(const char* key, const std::string& section, const char* wanted
           wanted);
 }
 
+// The kinds that have the messages floatValue and boolValue.
+bool isNumberOrText(const PropertyList& value) {
+    return value.as<bool>() != nullptr || value.as<std::int64_t>() != nullptr ||
+           value.as<double>() != nullptr || value.as<std::string>() != nullptr;
+}
+
 // One of the two dictionaries of text settings; null counts as empty.
 class Section {
   public:
@@ -38,11 +45,7 @@ class Section {
 
     [[nodiscard]] float number(const char* key) const {
         const PropertyList* value = find(key);
-        const bool hasFloatValue = value == nullptr || value->as<bool>() != nullptr ||
-                                   value->as<std::int64_t>() != nullptr ||
-                                   value->as<double>() != nullptr ||
-                                   value->as<std::string>() != nullptr;
-        if (!hasFloatValue) {
+        if (value != nullptr && !isNumberOrText(*value)) {
             logUnusable(key, name_, "number");
         }
         return platform::floatValue(value);
@@ -65,6 +68,17 @@ class Section {
     std::string name_;
     const Dictionary* values_ = nullptr;
 };
+
+// The theme's wish for the mask.
+bool masksIcon(const Dictionary* settings) {
+    constexpr const char* kKey = "IB-MaskIcons";
+    const PropertyList* value =
+        settings == nullptr ? nullptr : platform::objectForKey(*settings, kKey);
+    if (value != nullptr && !isNumberOrText(*value)) {
+        logUnusable(kKey, "the property list", "boolean");
+    }
+    return platform::boolValue(value);
+}
 
 CalendarTextSettings textSettings(const Section& section) {
     // In the order in which the keys are read: an initialiser list is evaluated so.
@@ -95,8 +109,7 @@ CalendarSettings loadCalendarSettings() {
     CalendarSettings result;
     result.date = textSettings({settings, "CalendarIconDateSettings"});
     result.day = textSettings({settings, "CalendarIconDaySettings"});
-    result.masksIcon = settings != nullptr &&
-                       platform::boolValue(platform::objectForKey(*settings, "IB-MaskIcons"));
+    result.masksIcon = masksIcon(settings);
     return result;
 }
 
