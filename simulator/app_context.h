@@ -6,6 +6,7 @@
 #include "desktop/views/views.h"
 #include "simulator/device.h"
 #include "simulator/stock_images.h"
+#include "simulator/toolkit/toolkit_images.h"
 
 namespace velmoranth::simulator {
 
@@ -16,6 +17,8 @@ struct AppContext {
     const desktop::DesktopImages& images;
     StockImages& stockImages;
     desktop::DesktopViews& views;
+    // Images of bundles and of the toolkit itself; screens ask for them by messages.
+    ToolkitImages& toolkit;
 
     [[nodiscard]] double scale() const { return device.screen.scale; }
 

@@ -21,6 +21,7 @@
 #include "simulator/screens/screens.h"
 #include "simulator/stock_images.h"
 #include "simulator/toolkit/base_classes.h"
+#include "simulator/toolkit/toolkit_classes.h"
 
 #include <charconv>
 #include <cmath>
@@ -47,6 +48,20 @@ desktop::DesktopImages::Configuration imagesConfiguration(
         device.exactFiles ? desktop::ScaledSiblings::off : desktop::ScaledSiblings::on;
     configuration.description = imageDescription(device.system);
     return configuration;
+}
+
+std::string_view mainBundleOf(ProcessKind process) {
+    switch (process) {
+        case ProcessKind::homeScreen:
+            return kHomeScreenBundle;
+        case ProcessKind::settings:
+            return kPreferencesBundle;
+        case ProcessKind::weather:
+            return kWeatherAppBundle;
+        case ProcessKind::app:
+            break;
+    }
+    return kAppBundle;
 }
 
 // What the hooking library notes for each method of a class that a process does not have. It
@@ -150,6 +165,7 @@ struct SimulatedProcess::Services {
     SimulatedSpringBoard springBoard;
     desktop::RecordedAudioSession audioSession;
     StockImages stockImages;
+    ToolkitImages toolkit;
     const std::shared_ptr<IconController> iconController;
     // After the classes and the engine.
     std::unique_ptr<Screen> screen;
@@ -182,6 +198,7 @@ SimulatedProcess::Services::Services(
       mainScreen(device.screen.scale, {device.screen.width, device.screen.height}),
       springBoard(runtime),
       stockImages(images),
+      toolkit(device, images, root, mainBundleOf(definitionOf(request.screen).process)),
       iconController(std::make_shared<IconController>(runtime)) {
     images.setSendApplicationIconImage([this](const platform::NullableString& bundleIdentifier,
                                               int format, double scale) {
@@ -216,6 +233,7 @@ void SimulatedProcess::Services::registerClasses(ProcessKind process) {
                                         .stockImages = stockImages,
                                         .iconSide = metrics.iconSide,
                                         .screenScale = device.screen.scale});
+    registerToolkitClasses(device.system, {.runtime = runtime, .images = toolkit});
     if (process == ProcessKind::homeScreen) {
         registerPlatformClasses(device.system,
                                 {.runtime = runtime,
@@ -229,7 +247,7 @@ void SimulatedProcess::Services::registerClasses(ProcessKind process) {
 }
 
 AppContext SimulatedProcess::Services::appContext() {
-    return {device, runtime, images, stockImages, views};
+    return {device, runtime, images, stockImages, views, toolkit};
 }
 
 std::unique_ptr<HomeScreen> SimulatedProcess::Services::makeHomeScreen() {
@@ -239,6 +257,10 @@ std::unique_ptr<HomeScreen> SimulatedProcess::Services::makeHomeScreen() {
 
 std::unique_ptr<Screen> SimulatedProcess::Services::makeScreen(ScreenKind kind) {
     switch (kind) {
+        case ScreenKind::controls:
+            return makeControlsScreen(appContext());
+        case ScreenKind::gallery:
+            return makeGalleryScreen(appContext());
         default:
             return nullptr;
     }

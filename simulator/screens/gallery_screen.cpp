@@ -1,0 +1,262 @@
+#include "simulator/screens/gallery_screen.h"
+
+#include "desktop/imaging/bitmap_image.h"
+#include "desktop/text/text.h"
+#include "simulator/home_screen_layout.h"
+#include "simulator/named_views.h"
+#include "simulator/screens/screens.h"
+#include "simulator/toolkit/image_messages.h"
+#include "simulator/toolkit/switch_view.h"
+#include "simulator/toolkit/view_kit.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <memory>
+
+namespace velmoranth::simulator {
+namespace {
+
+using desktop::FontWeight;
+using desktop::TextAlignment;
+using desktop::TextStyle;
+using platform::ImageRef;
+using platform::Rect;
+
+// Points.
+constexpr double kBarHeight = 44;
+constexpr double kMargin = 10;
+constexpr double kSmallestCellWidth = 86;
+constexpr double kSlotSide = 38;
+constexpr double kSlotGap = 4;
+constexpr double kCellHeight = 76;
+constexpr double kHeaderHeight = 26;
+constexpr double kNameSize = 9;
+constexpr double kBundleSize = 7.5;
+
+constexpr platform::Color kPlate{0.91, 0.91, 0.93, 1};
+// White clouds are made for it.
+constexpr platform::Color kSky{0.36, 0.56, 0.80, 1};
+
+constexpr std::string_view kKnob = "UISwitchKnob.png";
+
+struct Group {
+    std::string_view title;
+    std::vector<GalleryItem> items;
+};
+
+std::string_view titleOf(const BundleCatalog& catalog) {
+    struct Title {
+        std::string_view identifier, title;
+    };
+
+    constexpr std::array kTitles{Title{kToolkitBundle, "Toolkit"}, Title{kGlyphsBundle, "Glyphs"},
+                                 Title{kPreferencesBundle, "Settings"},
+                                 Title{kWeatherBundle, "Weather"}, Title{kAppBundle, "App"}};
+    const auto* const found = std::ranges::find(kTitles, catalog.identifier, &Title::identifier);
+    return found == kTitles.end() ? "Home Screen" : found->title;
+}
+
+// A bundle's images and its glyphs are one group.
+std::vector<Group> groupsOn(const SystemVersion& system) {
+    std::vector<Group> groups{{"Controls", {{kKnob, "", CatalogKind::images}}}};
+    for (const BundleCatalog& catalog : bundleCatalogs()) {
+        if (!isIn(catalog.systems, system) || catalog.names().empty()) {
+            continue;
+        }
+        const std::string_view title = titleOf(catalog);
+        auto group = std::ranges::find(groups, title, &Group::title);
+        if (group == groups.end()) {
+            group = groups.insert(groups.end(), {title, {}});
+        }
+        for (const std::string_view name : catalog.names()) {
+            group->items.push_back({name, catalog.identifier, catalog.kind});
+        }
+    }
+    return groups;
+}
+
+bool samePixels(const ImageRef& a, const ImageRef& b) {
+    const auto first = desktop::DesktopBitmapImage::of(platform::bitmapOf(a));
+    const auto second = desktop::DesktopBitmapImage::of(platform::bitmapOf(b));
+    if (first == nullptr || second == nullptr || first->size() != second->size()) {
+        return first == second;
+    }
+    const desktop::PixelView left = first->pixels();
+    const desktop::PixelView right = second->pixels();
+    for (std::size_t y = 0; y < left.height; ++y) {
+        if (!std::equal(left.row(y), left.row(y) + left.width * 4, right.row(y))) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+std::string shortenedInTheMiddle(const std::string& text, const TextStyle& style, double width) {
+    if (desktop::measureText(text, style).width <= width) {
+        return text;
+    }
+    for (std::size_t kept = text.size() - 1; kept > 1; --kept) {
+        const std::size_t head = (kept + 1) / 2;
+        std::string shorter = text.substr(0, head) + "…" + text.substr(text.size() - kept / 2);
+        if (desktop::measureText(shorter, style).width <= width) {
+            return shorter;
+        }
+    }
+    return "…";
+}
+
+GalleryScreen::GalleryScreen(const AppContext& appContext) : AppScreen(appContext) {
+    window().setBackgroundColor(appColors(context().device.system).card);
+    layOutPages();
+}
+
+void GalleryScreen::layOutPages() {
+    const platform::Size screen = context().bounds().size;
+    const double top = statusBarHeight(context().device) + kBarHeight;
+    const double bottom = screen.height - bottomInset(context().device);
+    const double columns =
+        std::max(1.0, std::floor((screen.width - 2 * kMargin) / kSmallestCellWidth));
+    const double pitch = (screen.width - 2 * kMargin) / columns;
+    const double inset = (pitch - 2 * kSlotSide - kSlotGap) / 2;
+
+    pages_.emplace_back();
+    double y = top;
+    for (const Group& group : groupsOn(context().device.system)) {
+        bool needsHeader = true;
+        double column = 0;
+        for (const GalleryItem& item : group.items) {
+            const double header = needsHeader ? kHeaderHeight : 0;
+            if (column == 0 && y + header + kCellHeight > bottom && y > top) {
+                pages_.emplace_back();
+                y = top;
+                needsHeader = true;
+            }
+            if (needsHeader) {
+                pages_.back().headers.push_back({std::string(group.title), y});
+                y += kHeaderHeight;
+                needsHeader = false;
+            }
+            const double x = snapToPixels(kMargin + column * pitch + inset, context().scale());
+            const Rect slot{{x, y + 2}, {kSlotSide, kSlotSide}};
+            Rect second = slot;
+            second.origin.x += kSlotSide + kSlotGap;
+            pages_.back().cells.push_back({item, slot, second});
+            if (++column == columns) {
+                column = 0;
+                y += kCellHeight;
+            }
+        }
+        y += column > 0 ? kCellHeight : 0;
+    }
+}
+
+const std::vector<GalleryCell>& GalleryScreen::cells() const {
+    return pages_.at(static_cast<std::size_t>(page_ - 1)).cells;
+}
+
+void GalleryScreen::showPage(int page) {
+    page_ = std::clamp(page, 1, pageCount());
+}
+
+void GalleryScreen::layoutViews() {
+    for (const platform::ViewRef& view : window().subviews()) {
+        view->removeFromSuperview();
+    }
+    addBar();
+    const AppColors& colors = appColors(context().device.system);
+    const double width = context().bounds().size.width;
+    for (const Header& header : pages_.at(static_cast<std::size_t>(page_ - 1)).headers) {
+        window().addSubview(makeText(
+            header.title, {.weight = FontWeight::semibold, .size = 13, .color = colors.text},
+            {{kMargin + 2, header.top}, {width, kHeaderHeight}}));
+    }
+    for (const GalleryCell& cell : cells()) {
+        addCell(cell);
+    }
+    AppScreen::layoutViews();
+}
+
+void GalleryScreen::addBar() {
+    const AppColors& colors = appColors(context().device.system);
+    const double width = context().bounds().size.width;
+    const double statusHeight = statusBarHeight(context().device);
+    const double hairline = 1 / context().scale();
+    const Rect frame{{0, 0}, {width, statusHeight + kBarHeight}};
+    const auto bar = std::make_shared<NamedView>("UINavigationBar", frame);
+    bar->setBackgroundColor(colors.bar);
+    bar->addSubview(makeDarkStatusBar(context().device));
+    const Rect line{{kMargin + 2, statusHeight}, {width - 2 * kMargin - 4, kBarHeight}};
+    bar->addSubview(makeText("Before | After", {.size = 13, .color = colors.secondaryText}, line));
+    bar->addSubview(makeText(
+        "Gallery",
+        {.weight = FontWeight::semibold, .color = colors.text, .alignment = TextAlignment::center},
+        line));
+    bar->addSubview(makeText(
+        std::to_string(page_) + " of " + std::to_string(pageCount()),
+        {.size = 13, .color = colors.secondaryText, .alignment = TextAlignment::right}, line));
+    bar->addSubview(
+        makeBox({{0, frame.size.height - hairline}, {width, hairline}}, colors.separator));
+    window().addSubview(bar);
+}
+
+void GalleryScreen::addCell(const GalleryCell& cell) {
+    const AppColors& colors = appColors(context().device.system);
+    const ImageRef own = before(cell.item);
+    const ImageRef answered = after(cell.item);
+    const bool isReplaced = !samePixels(own, answered);
+    const platform::Color& plate = cell.item.bundleIdentifier == kWeatherBundle ? kSky : kPlate;
+    const auto show = [&](const ImageRef& image, const Rect& slot) {
+        window().addSubview(makeBox(slot, plate, 4));
+        window().addSubview(
+            makeImage(context().toolkit.tinted(image, colors.text), slot, context().scale()));
+    };
+    show(own, cell.before);
+    show(answered, cell.after);
+
+    const double width = 2 * kSlotSide + kSlotGap;
+    const double top = cell.before.origin.y + kSlotSide + 3;
+    const TextStyle name{.weight = isReplaced ? FontWeight::semibold : FontWeight::regular,
+                         .size = kNameSize,
+                         .color = isReplaced ? colors.tint : colors.text,
+                         .alignment = TextAlignment::center};
+    const TextStyle bundle{
+        .size = kBundleSize, .color = colors.secondaryText, .alignment = TextAlignment::center};
+    const double left = cell.before.origin.x;
+    window().addSubview(makeText(std::string(cell.item.name), name, {{left, top}, {width, 12}}));
+    window().addSubview(
+        makeText(shortenedInTheMiddle(std::string(cell.item.bundleIdentifier), bundle, width),
+                 bundle, {{left, top + 12}, {width, 10}}));
+}
+
+ImageRef GalleryScreen::before(const GalleryItem& item) const {
+    return item.name == kKnob ? context().toolkit.switchKnob()
+                              : context().toolkit.stockImage(std::string(item.name),
+                                                             std::string(item.bundleIdentifier));
+}
+
+ImageRef GalleryScreen::after(const GalleryItem& item) const {
+    desktop::Runtime& runtime = context().runtime;
+    const ImageMessages ask(runtime, context().toolkit);
+    const std::string name(item.name);
+    if (item.name == kKnob) {
+        SwitchVisualElement element(true, nullptr);
+        return runtime.send<ImageRef>(element, "_effectiveThumbImage");
+    }
+    if (item.bundleIdentifier == kGlyphsBundle) {
+        return ask.systemImageNamed(name);
+    }
+    if (item.bundleIdentifier == kToolkitBundle) {
+        return ask.kitImageNamed(name);
+    }
+    return ask.imageNamedInBundle(name, item.bundleIdentifier);
+}
+
+std::unique_ptr<Screen> makeGalleryScreen(const AppContext& context) {
+    return std::make_unique<GalleryScreen>(context);
+}
+
+}  // namespace velmoranth::simulator

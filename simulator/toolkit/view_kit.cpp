@@ -1,0 +1,103 @@
+#include "simulator/toolkit/view_kit.h"
+
+#include "desktop/views/views.h"
+#include "simulator/home_screen_layout.h"
+#include "simulator/status_bar.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace velmoranth::simulator {
+namespace {
+
+using platform::Color;
+using platform::Rect;
+using platform::ViewRef;
+
+constexpr Color rgb(std::uint32_t value) {
+    return {((value >> 16) & 0xFF) / 255.0, ((value >> 8) & 0xFF) / 255.0, (value & 0xFF) / 255.0,
+            1};
+}
+
+constexpr AppColors kColorsOf12{rgb(0x007AFF), rgb(0xEFEFF4), rgb(0xFFFFFF), rgb(0xF7F7F7),
+                                rgb(0xC8C7CC), rgb(0x000000), rgb(0x8E8E93), rgb(0xE3E3E6)};
+constexpr AppColors kColorsOf13{rgb(0x007AFF), rgb(0xF2F2F7), rgb(0xFFFFFF), rgb(0xF8F8F8),
+                                rgb(0xC6C6C8), rgb(0x000000), rgb(0x8A8A8E), rgb(0xE4E4E8)};
+
+const HomeScreenMetrics& metricsOf(const DeviceConfiguration& device) {
+    return homeScreenMetrics(device.kind, device.screen);
+}
+
+// The home screen's bar is white.
+void blacken(const ViewRef& view) {
+    if (auto* const node = desktop::ViewNode::of(view)) {
+        const double alpha = node->backgroundColor().alpha;
+        if (alpha > 0) {
+            view->setBackgroundColor({0, 0, 0, alpha});
+        }
+    }
+    if (const auto label = std::dynamic_pointer_cast<desktop::DesktopLabel>(view)) {
+        label->setTextColor(platform::kBlackColor);
+    }
+    for (const ViewRef& subview : view->subviews()) {
+        blacken(subview);
+    }
+}
+
+}  // namespace
+
+const AppColors& appColors(const SystemVersion& system) {
+    return system.major < 13 ? kColorsOf12 : kColorsOf13;
+}
+
+ViewRef makeBox(const Rect& frame, const Color& color, double cornerRadius) {
+    auto view = std::make_shared<desktop::DesktopView>(frame);
+    view->setBackgroundColor(color);
+    view->desktopLayer()->appearance.cornerRadius = cornerRadius;
+    return view;
+}
+
+ViewRef makeText(const std::string& text, const desktop::TextStyle& style, const Rect& frame) {
+    auto label = std::make_shared<desktop::DesktopLabel>(text, style);
+    label->setFrame(frame);
+    return label;
+}
+
+Rect placeInSlot(platform::Size image, const Rect& slot, double scale) {
+    const double share =
+        std::min({1.0, slot.size.width / image.width, slot.size.height / image.height});
+    const platform::Size size{image.width * share, image.height * share};
+    return {{snapToPixels(slot.origin.x + (slot.size.width - size.width) / 2, scale),
+             snapToPixels(slot.origin.y + (slot.size.height - size.height) / 2, scale)},
+            size};
+}
+
+ViewRef makeImage(const platform::ImageRef& image, const Rect& slot, double scale) {
+    if (image == nullptr) {
+        return nullptr;
+    }
+    auto view =
+        std::make_shared<desktop::DesktopImageView>(placeInSlot(image->size(), slot, scale));
+    view->setImage(image);
+    return view;
+}
+
+ViewRef makeDarkStatusBar(const DeviceConfiguration& device) {
+    ViewRef bar = makeStatusBar(device, metricsOf(device));
+    blacken(bar);
+    return bar;
+}
+
+double bottomInset(const DeviceConfiguration& device) {
+    constexpr double kTallStatusBar = 30;
+    constexpr double kHomeIndicator = 34;
+    return device.kind == DeviceKind::phone && statusBarHeight(device) > kTallStatusBar
+               ? kHomeIndicator
+               : 0;
+}
+
+double statusBarHeight(const DeviceConfiguration& device) {
+    return metricsOf(device).statusBarHeight;
+}
+
+}  // namespace velmoranth::simulator

@@ -1,0 +1,52 @@
+// Plain pieces that the screens of apps are made of, and the colours of each system's light
+// appearance.
+#pragma once
+
+#include "desktop/text/text.h"
+#include "platform/uikit.h"
+#include "simulator/device.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace velmoranth::simulator {
+
+struct AppColors {
+    platform::Color tint;
+    platform::Color background;  // behind groups of rows
+    platform::Color card;        // of a row
+    platform::Color bar;
+    platform::Color separator;
+    platform::Color text;
+    platform::Color secondaryText;
+    platform::Color field;  // of a search field
+};
+
+[[nodiscard]] const AppColors& appColors(const SystemVersion& system);
+
+[[nodiscard]] platform::ViewRef makeBox(const platform::Rect& frame, const platform::Color& color,
+                                        double cornerRadius = 0);
+
+// One line, cut off with "…" where it does not fit.
+[[nodiscard]] platform::ViewRef makeText(const std::string& text, const desktop::TextStyle& style,
+                                         const platform::Rect& frame);
+
+// Where an image view goes: at its own size in the middle of the slot, on whole pixels; smaller,
+// with its proportions, when it does not fit.
+[[nodiscard]] platform::Rect placeInSlot(platform::Size image, const platform::Rect& slot,
+                                         double scale);
+
+// An image view in the slot; nil for nil, which addSubview passes over.
+[[nodiscard]] platform::ViewRef makeImage(const platform::ImageRef& image,
+                                          const platform::Rect& slot, double scale);
+
+// The status bar in black, as it lies over an app's light bar.
+[[nodiscard]] platform::ViewRef makeDarkStatusBar(const DeviceConfiguration& device);
+
+// Points at the screen's bottom that belong to no control: on a screen without a home button.
+[[nodiscard]] double bottomInset(const DeviceConfiguration& device);
+
+[[nodiscard]] double statusBarHeight(const DeviceConfiguration& device);
+
+}  // namespace velmoranth::simulator
