@@ -265,6 +265,14 @@ TEST_F(GlyphBitmap, IsDumpedOnceByItsLookup) {
               solid(6, 9, kGreen));
 }
 
+TEST_F(GlyphBitmap, SwitchesAreReadAfterTheFirstCall) {
+    addVariables();
+    switches(false, false);
+    whenCalled = [this](std::size_t) { switches(true, true); };
+    EXPECT_EQ(answeredBy(send()), 1);
+    EXPECT_EQ(device.journal.lines().back(), logLine("star", "com.x.kit"));
+}
+
 TEST_F(GlyphBitmap, ThemingIsTestedAfterTheFirstCall) {
     addVariables();
     switches(true, true);
@@ -310,6 +318,13 @@ TEST_F(ContentBitmap, WithoutThemingIsNilWhenThePlatformsIs) {
     switches(false, false);
     EXPECT_EQ(send(), nullptr);
     EXPECT_EQ(steps(), (Lines{orig, orig}));
+}
+
+TEST_F(ContentBitmap, SwitchesAreReadAfterTheFirstCall) {
+    switches(false, false);
+    whenCalled = [this](std::size_t) { switches(true, true); };
+    EXPECT_EQ(answeredBy(send()), 1);
+    EXPECT_EQ(device.journal.lines().back(), logLine("star"));
 }
 
 TEST_F(ContentBitmap, ThemingIsTestedAfterTheSecondCall) {

@@ -125,7 +125,15 @@ TEST_F(GlyphFromAsset, WithoutThemingIsThePlatforms) {
     EXPECT_FALSE(device.exists(kDumpFolder));
 }
 
-TEST_F(GlyphFromAsset, SwitchesAreReadAfterTheCallBefore) {
+TEST_F(GlyphFromAsset, SwitchesAreReadAfterTheFirstCall) {
+    addVariables();
+    switches(false, false);
+    whenCalled = [this](std::size_t) { switches(true, true); };
+    EXPECT_EQ(answeredBy(send(asset)), 2);
+    EXPECT_EQ(device.journal.count("load "), 3U);
+}
+
+TEST_F(GlyphFromAsset, ThemingIsTestedAfterTheLogLine) {
     addVariables();
     switches(false, false);
     whenCalled = [this](std::size_t number) { switches(number == 0, number == 0); };
@@ -366,7 +374,15 @@ TEST_F(ImageFromAsset, WithoutThemingIsThePlatforms) {
     EXPECT_FALSE(device.exists(kDumpFolder));
 }
 
-TEST_F(ImageFromAsset, SwitchesAreReadAfterTheCallBefore) {
+TEST_F(ImageFromAsset, SwitchesAreReadAfterTheFirstCall) {
+    addVariables();
+    switches(false, false);
+    whenCalled = [this](std::size_t) { switches(true, true); };
+    EXPECT_EQ(answeredBy(send(asset)), 2);
+    EXPECT_EQ(device.journal.count("load "), 3U);
+}
+
+TEST_F(ImageFromAsset, ThemingIsTestedAfterTheLogLine) {
     addVariables();
     switches(false, false);
     whenCalled = [this](std::size_t number) { switches(number == 0, number == 0); };
