@@ -178,7 +178,7 @@ class Builder {
             case Source::glyph:
                 return context_.toolkit.tinted(ask_.systemImageNamed(text), tint);
             case Source::kit:
-                return ask_.kitImageNamed(text);
+                return context_.toolkit.tinted(ask_.kitImageNamed(text), tint);
             case Source::app:
                 return ask_.imageNamedInBundle(text, kAppBundle);
             case Source::appGlyph:

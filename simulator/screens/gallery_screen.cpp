@@ -226,7 +226,8 @@ void GalleryScreen::addCell(const GalleryCell& cell) {
     const TextStyle bundle{
         .size = kBundleSize, .color = colors.secondaryText, .alignment = TextAlignment::center};
     const double left = cell.before.origin.x;
-    window().addSubview(makeText(std::string(cell.item.name), name, {{left, top}, {width, 12}}));
+    window().addSubview(makeText(shortenedInTheMiddle(std::string(cell.item.name), name, width),
+                                 name, {{left, top}, {width, 12}}));
     window().addSubview(
         makeText(shortenedInTheMiddle(std::string(cell.item.bundleIdentifier), bundle, width),
                  bundle, {{left, top + 12}, {width, 10}}));

@@ -1,6 +1,7 @@
 #include "simulator/toolkit/switch_view.h"
 
 #include "simulator/artwork/toolkit_artwork.h"
+#include "simulator/home_screen_layout.h"
 #include "simulator/named_views.h"
 
 namespace velmoranth::simulator {
@@ -25,11 +26,13 @@ platform::Point SwitchVisualElement::knobMiddle() const {
     return {isOn_ ? kSwitchWidth - fromEdge : fromEdge, kSwitchHeight / 2};
 }
 
-void SwitchVisualElement::placeKnob(const platform::ImageRef& knob) {
+void SwitchVisualElement::placeKnob(const platform::ImageRef& knob, double scale) {
     const platform::Size size = platform::sizeOf(knob);
     const platform::Point middle = knobMiddle();
     knobView_->setImage(knob);
-    knobView_->setFrame({{middle.x - size.width / 2, middle.y - size.height / 2}, size});
+    knobView_->setFrame({{snapToPixels(middle.x - size.width / 2, scale),
+                          snapToPixels(middle.y - size.height / 2, scale)},
+                         size});
 }
 
 platform::ViewRef makeSwitch(ToolkitImages& images, bool isOn, const platform::Point& origin) {

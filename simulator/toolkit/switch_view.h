@@ -19,8 +19,9 @@ class SwitchVisualElement final
 
     [[nodiscard]] std::string className() const override { return "UISwitchModernVisualElement"; }
 
-    // At its own size, its middle in the middle of the knob's place. Nil shows none.
-    void placeKnob(const platform::ImageRef& knob);
+    // At its own size, its middle in the middle of the knob's place, to the pixel of a screen of
+    // that scale. Nil shows none.
+    void placeKnob(const platform::ImageRef& knob, double scale);
 
     // Of the element, points.
     [[nodiscard]] platform::Point knobMiddle() const;

@@ -170,7 +170,7 @@ void addCatalogMethods(const ToolkitObjects& objects) {
                 return objects.images.image(
                     bitmapOf(objects.runtime,
                              std::make_shared<ImageContent>(image.contents().draw()), flipped),
-                    image.contents().scale);
+                    image.contents());
             }));
     runtime.addInstanceMethod(
         "CUINamedVectorGlyph", "name",
@@ -184,10 +184,10 @@ void addCatalogMethods(const ToolkitObjects& objects) {
         "CUINamedVectorGlyph", "UIImageWithAsset:configuration:flippedHorizontally:",
         std::function<ImageRef(VectorGlyph&, ObjectRef, ObjectRef, bool)>(
             [objects](VectorGlyph& glyph, const ObjectRef&, const ObjectRef&, bool flipped) {
-                return objects.images.imageOfGlyph(
+                return objects.images.image(
                     bitmapOf(objects.runtime,
                              std::make_shared<ImageContent>(glyph.shared_from_this()), flipped),
-                    glyph.contents().scale);
+                    glyph.contents());
             }));
     runtime.addInstanceVariable("CUINamedVectorGlyph", "_catalog",
                                 std::function<ObjectRef(VectorGlyph&)>(
@@ -229,8 +229,9 @@ void addSwitchMethods(const ToolkitObjects& objects) {
                                   }));
     runtime.addInstanceMethod(
         "UISwitchModernVisualElement", "layoutSubviews",
-        std::function<void(SwitchVisualElement&)>([&runtime](SwitchVisualElement& element) {
-            element.placeKnob(runtime.send<ImageRef>(element, "_effectiveThumbImage"));
+        std::function<void(SwitchVisualElement&)>([objects](SwitchVisualElement& element) {
+            element.placeKnob(objects.runtime.send<ImageRef>(element, "_effectiveThumbImage"),
+                              objects.images.scale());
         }));
 }
 

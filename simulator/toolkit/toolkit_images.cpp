@@ -31,6 +31,12 @@ BitmapImageRef bitmapOf(FurniturePicture picture) {
         std::make_shared<const platform::Data>(std::move(picture.bgra)), size, size.width * 4);
 }
 
+// Glyphs, and what the toolkit has for tab bars.
+bool takesTint(const BundleCatalog& catalog, std::string_view name) {
+    return catalog.kind == CatalogKind::glyphs ||
+           (catalog.identifier == kToolkitBundle && name.starts_with("UITabBar"));
+}
+
 }  // namespace
 
 ToolkitImages::ToolkitImages(const DeviceConfiguration& device,
@@ -80,7 +86,8 @@ CatalogContents ToolkitImages::contents(const BundleCatalog& catalog, const std:
                                         double side) {
     return {.name = name,
             .draw = [this, &catalog, name, side] { return drawn(catalog, name, side); },
-            .scale = device_.screen.scale};
+            .scale = device_.screen.scale,
+            .takesTint = takesTint(catalog, name)};
 }
 
 std::shared_ptr<VectorGlyph> ToolkitImages::glyph(const NullableString& name,
@@ -106,12 +113,14 @@ std::shared_ptr<NamedImage> ToolkitImages::namedImage(const NullableString& name
     return row == nullptr ? nullptr : std::make_shared<NamedImage>(contents(*row, *name, 0));
 }
 
-ImageRef ToolkitImages::imageOfGlyph(const BitmapImageRef& bitmap, double scale) const {
-    return bitmap == nullptr ? nullptr
-                             : std::make_shared<TemplateImage>(
-                                   bitmap, scale,
-                                   device_.system.major < 13 ? desktop::ImageDescription::ios12
-                                                             : desktop::ImageDescription::ios13);
+ImageRef ToolkitImages::image(const BitmapImageRef& bitmap, const CatalogContents& contents) const {
+    if (bitmap == nullptr || !contents.takesTint) {
+        return image(bitmap, contents.scale);
+    }
+    return std::make_shared<TemplateImage>(bitmap, contents.scale,
+                                           device_.system.major < 13
+                                               ? desktop::ImageDescription::ios12
+                                               : desktop::ImageDescription::ios13);
 }
 
 ImageRef ToolkitImages::image(const BitmapImageRef& bitmap, double scale) const {
@@ -147,10 +156,10 @@ ImageRef ToolkitImages::tinted(const ImageRef& image, const platform::Color& tin
 ImageRef ToolkitImages::stockImage(const std::string& name, const std::string& bundleIdentifier,
                                    double glyphSide) {
     if (const auto found = namedImage(name, bundleIdentifier)) {
-        return image(found->contents().draw(), found->contents().scale);
+        return image(found->contents().draw(), found->contents());
     }
     if (const auto found = glyph(name, bundleIdentifier, glyphSide)) {
-        return imageOfGlyph(found->contents().draw(), found->contents().scale);
+        return image(found->contents().draw(), found->contents());
     }
     return nullptr;
 }

@@ -38,6 +38,9 @@ class ToolkitImages {
     ToolkitImages(const DeviceConfiguration& device, const desktop::DesktopImages& images,
                   std::shared_ptr<const desktop::DeviceRoot> root, std::string_view mainBundle);
 
+    // Pixels per point of the screen that the pictures are drawn for.
+    [[nodiscard]] double scale() const { return device_.screen.scale; }
+
     // The device's bundle of that identifier, always the same object; nil when it has none.
     [[nodiscard]] platform::BundleRef bundle(std::string_view identifier) const;
 
@@ -52,9 +55,10 @@ class ToolkitImages {
     [[nodiscard]] std::shared_ptr<NamedImage> namedImage(
         const platform::NullableString& name, const platform::NullableString& bundleIdentifier);
 
-    // UIImages of the process's kind; nil for a nil bitmap. One of a glyph takes a tint.
-    [[nodiscard]] platform::ImageRef imageOfGlyph(const platform::BitmapImageRef& bitmap,
-                                                  double scale) const;
+    // UIImages of the process's kind; nil for a nil bitmap. That of a catalog's contents takes a
+    // tint where they do.
+    [[nodiscard]] platform::ImageRef image(const platform::BitmapImageRef& bitmap,
+                                           const CatalogContents& contents) const;
     [[nodiscard]] platform::ImageRef image(const platform::BitmapImageRef& bitmap,
                                            double scale) const;
 

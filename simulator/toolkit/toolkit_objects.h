@@ -65,6 +65,7 @@ struct CatalogContents {
     platform::NullableString name;
     std::function<platform::BitmapImageRef()> draw;
     double scale = 1;
+    bool takesTint = false;
 };
 
 // CUINamedVectorGlyph, at one size. Lives in a shared pointer.
@@ -121,7 +122,8 @@ class ImageContent final : public platform::UIImageContent {
     platform::BitmapImageRef bitmap_;
 };
 
-// A UIImage that is made of a glyph: where it is shown, its shape is filled with the view's tint.
+// A UIImage of a glyph, or of the toolkit's for tab bars: where it is shown, its shape is filled
+// with the view's tint.
 class TemplateImage final : public desktop::DesktopImage {
   public:
     using DesktopImage::DesktopImage;
