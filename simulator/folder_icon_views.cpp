@@ -74,7 +74,7 @@ void FolderIconImageView::placeSubviews() {
              {kCellSide * unit, kCellSide * unit}});
         cells_[i]->setImage(context_.runtime.send<ImageRef, SBIconRef>(
             *context_.folderIconImageCache,
-            "gridCellImageForIcon:", std::make_shared<ApplicationIcon>(apps[i])));
+            "gridCellImageForIcon:", makeApplicationIcon(apps[i])));
     }
 }
 

@@ -4,6 +4,7 @@
 #include "desktop/text/text.h"
 #include "simulator/artwork/artwork.h"
 #include "simulator/folder_icon_views.h"
+#include "simulator/live_icons.h"
 
 #include <algorithm>
 #include <cmath>
@@ -169,7 +170,7 @@ std::shared_ptr<IconView> IconView::create(const ScreenContext& context, const H
     if (item.folder != nullptr) {
         view->imageView_ = FolderIconImageView::create(context, view->icon_, imageFrame);
     } else {
-        view->imageView_ = std::make_shared<IconImageView>(view->icon_);
+        view->imageView_ = makeIconImageView(view->icon_, *item.app, context.device.system);
     }
     view->addSubview(view->imageView_);
     if (withLabel) {

@@ -25,7 +25,7 @@ class DarkeningOverlay {
 };
 
 // SBIconImageView.
-class IconImageView final : public desktop::ViewImplementation<platform::SBIconImageView> {
+class IconImageView : public desktop::ViewImplementation<platform::SBIconImageView> {
   public:
     explicit IconImageView(platform::SBIconRef icon) : icon_(std::move(icon)) {}
 

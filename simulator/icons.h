@@ -10,10 +10,12 @@
 
 namespace velmoranth::simulator {
 
-// SBApplicationIcon and its subclasses. All three identifiers of an app's icon are the app's.
-class ApplicationIcon final : public platform::SBApplicationIcon {
+// SBApplicationIcon and its subclasses, `Base` being what replacements of the class receive. All
+// three identifiers of an app's icon are the app's.
+template <class Base>
+class ApplicationIconOf final : public Base {
   public:
-    explicit ApplicationIcon(const App& app) : app_(app) {}
+    explicit ApplicationIconOf(const App& app) : app_(app) {}
 
     [[nodiscard]] std::string className() const override { return std::string(app_.iconClass); }
 
@@ -32,6 +34,9 @@ class ApplicationIcon final : public platform::SBApplicationIcon {
 
     App app_;
 };
+
+using ApplicationIcon = ApplicationIconOf<platform::SBApplicationIcon>;
+using CalendarIcon = ApplicationIconOf<platform::SBCalendarApplicationIcon>;
 
 // SBFolderIcon. A folder is no leaf of the tree of icons.
 class FolderIcon final : public platform::SBIcon {
@@ -56,11 +61,19 @@ class FolderIcon final : public platform::SBIcon {
     Folder folder_;
 };
 
+// Of the C++ type that goes with the class of the app's icon.
+[[nodiscard]] inline platform::SBIconRef makeApplicationIcon(const App& app) {
+    if (app.iconClass == "SBCalendarApplicationIcon") {
+        return std::make_shared<CalendarIcon>(app);
+    }
+    return std::make_shared<ApplicationIcon>(app);
+}
+
 [[nodiscard]] inline platform::SBIconRef makeIcon(const HomeScreenItem& item) {
     if (item.folder != nullptr) {
         return std::make_shared<FolderIcon>(*item.folder);
     }
-    return std::make_shared<ApplicationIcon>(*item.app);
+    return makeApplicationIcon(*item.app);
 }
 
 // SBHIconImageCache.

@@ -6,6 +6,7 @@
 #include "simulator/dock_views.h"
 #include "simulator/folder_icon_views.h"
 #include "simulator/icon_views.h"
+#include "simulator/live_icons.h"
 #include "simulator/page_control.h"
 #include "simulator/toolkit/base_classes.h"
 
@@ -45,6 +46,8 @@ constexpr std::array kClasses{
     ClassRow{"SBIconView", "UIView"},
     ClassRow{"SBIconImageView", "UIView"},
     ClassRow{"SBFolderIconImageView", "SBIconImageView"},
+    ClassRow{"SBLiveIconImageView", "SBIconImageView"},
+    ClassRow{"SBHClockApplicationIconImageView", "SBLiveIconImageView", Systems::only13},
     ClassRow{"SBFolderIconBackgroundView", "UIView", Systems::only12},
     ClassRow{"SBIconBadgeView", "UIView"},
     ClassRow{"SBDarkeningImageView", "UIImageView"},
@@ -227,8 +230,25 @@ void addIconImageCacheMethods(const PlatformObjects& objects) {
                               "unmaskedImageForIcon:", cached(IconMasking::unmasked));
 }
 
+// There the cache has every icon make its image.
 void addIconMethodsOf13(const PlatformObjects& objects) {
     Runtime& runtime = objects.runtime;
+    runtime.addInstanceMethod(
+        "SBHIconImageCache", "imageForIcon:",
+        std::function<ImageRef(platform::SBHIconImageCache&, SBIconRef)>(
+            [objects](platform::SBHIconImageCache&, const SBIconRef& icon) -> ImageRef {
+                return icon == nullptr ? nullptr
+                                       : objects.runtime.send<ImageRef, platform::SBIconImageInfo>(
+                                             *icon, "generateIconImageWithInfo:",
+                                             iconImageInfo(objects.iconSide, objects.screenScale));
+            }));
+    runtime.addInstanceMethod(
+        "SBIcon", "generateIconImageWithInfo:",
+        std::function<ImageRef(platform::SBIcon&, platform::SBIconImageInfo)>(
+            [objects](platform::SBIcon& icon, const platform::SBIconImageInfo& info) {
+                return objects.stockImages.icon(icon.nodeIdentifier().value_or(""), info.size.width,
+                                                info.scale, IconMasking::masked);
+            }));
     runtime.addInstanceMethod("SBIconImageView", "contentsImage",
                               std::function<ImageRef(platform::SBIconImageView&)>(
                                   [objects](platform::SBIconImageView& view) {
@@ -250,6 +270,7 @@ void registerPlatformClasses(const SystemVersion& system, const PlatformObjects&
     } else {
         addIconMethodsOf13(objects);
     }
+    addLiveIconMethods(system, objects);
 }
 
 }  // namespace velmoranth::simulator

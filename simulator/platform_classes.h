@@ -3,13 +3,17 @@
 // by messages only.
 #pragma once
 
+#include "desktop/imaging/images.h"
 #include "desktop/runtime/runtime.h"
+#include "platform/foundation.h"
 #include "platform/uikit.h"
 #include "simulator/device.h"
 #include "simulator/icons.h"
 #include "simulator/stock_images.h"
+#include "simulator/toolkit/toolkit_images.h"
 
 #include <memory>
+#include <optional>
 
 namespace velmoranth::simulator {
 
@@ -22,6 +26,12 @@ struct PlatformObjects {
     double iconSide;     // points, on the home screen
     double pageDotSide;  // points
     double screenScale;  // pixels per point
+    const desktop::DesktopImages& images;
+    // Where the clock's face lies.
+    const ToolkitImages& toolkit;
+    platform::Dates& dates;
+    // What the hands of the clock show; nothing is the time of the platform's own pictures.
+    std::optional<platform::Date> date;
 };
 
 // Makes the classes and methods known, after the base classes. `system` decides which.

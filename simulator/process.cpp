@@ -18,7 +18,12 @@
 #include "simulator/icon_controller.h"
 #include "simulator/loader.h"
 #include "simulator/platform_classes.h"
+#include "simulator/screens/notification_screen.h"
 #include "simulator/screens/screens.h"
+#include "simulator/screens/settings_screen.h"
+#include "simulator/screens/switcher_screen.h"
+#include "simulator/screens/today_screen.h"
+#include "simulator/screens/weather_screen.h"
 #include "simulator/stock_images.h"
 #include "simulator/toolkit/base_classes.h"
 #include "simulator/toolkit/toolkit_classes.h"
@@ -241,8 +246,19 @@ void SimulatedProcess::Services::registerClasses(ProcessKind process) {
                                  .iconImageCache = std::make_shared<IconImageCache>(),
                                  .iconSide = metrics.iconSide,
                                  .pageDotSide = metrics.pageDotSide,
-                                 .screenScale = device.screen.scale});
+                                 .screenScale = device.screen.scale,
+                                 .images = images,
+                                 .toolkit = toolkit,
+                                 .dates = dates,
+                                 .date = device.date});
         registerFolderClasses(device.system, runtime, iconController);
+        registerTodayClasses(appContext());
+        registerSwitcherClasses(appContext());
+        registerNotificationClasses(appContext());
+    } else if (process == ProcessKind::settings) {
+        registerSettingsClasses(appContext());
+    } else if (process == ProcessKind::weather) {
+        registerWeatherClasses(appContext());
     }
 }
 
@@ -261,6 +277,16 @@ std::unique_ptr<Screen> SimulatedProcess::Services::makeScreen(ScreenKind kind) 
             return makeControlsScreen(appContext());
         case ScreenKind::gallery:
             return makeGalleryScreen(appContext());
+        case ScreenKind::settings:
+            return makeSettingsScreen(appContext());
+        case ScreenKind::weather:
+            return makeWeatherScreen(appContext());
+        case ScreenKind::today:
+            return makeTodayScreen(appContext(), makeHomeScreen());
+        case ScreenKind::switcher:
+            return makeSwitcherScreen(appContext(), makeHomeScreen());
+        case ScreenKind::notification:
+            return makeNotificationScreen(appContext(), makeHomeScreen());
         default:
             return nullptr;
     }

@@ -1,6 +1,7 @@
 #include "simulator/stock_images.h"
 
 #include "desktop/imaging/bitmap_image.h"
+#include "simulator/artwork/toolkit_artwork.h"
 
 #include <cmath>
 #include <memory>
@@ -18,6 +19,19 @@ PageIndicatorState stateOf(bool isCurrent) {
 
 platform::ImageRef StockImages::icon(const std::string& bundleIdentifier, double side, double scale,
                                      IconMasking masking) {
+    return kept(bundleIdentifier, bundleIdentifier, side, scale, masking,
+                [&](int pixels) { return drawStockIcon(bundleIdentifier, pixels); });
+}
+
+platform::ImageRef StockImages::calendarBase(double side, double scale) {
+    // No app's identifier has a space.
+    return kept(std::string(kCalendarIdentifier), "calendar base", side, scale, IconMasking::masked,
+                [](int pixels) { return drawCalendarBase(pixels, 1).bgra; });
+}
+
+platform::ImageRef StockImages::kept(
+    const std::string& bundleIdentifier, const std::string& name, double side, double scale,
+    IconMasking masking, const std::function<std::vector<std::uint8_t>(int pixels)>& draw) {
     const double wanted = std::round(side * scale);
     const bool drawable = wanted >= 1 && wanted <= kMaximumIconPixels;  // false for a NaN
     const std::scoped_lock lock(mutex_);
@@ -26,9 +40,9 @@ platform::ImageRef StockImages::icon(const std::string& bundleIdentifier, double
         return nullptr;
     }
     const int pixels = static_cast<int>(wanted);
-    platform::ImageRef& icon = icons_[{bundleIdentifier, pixels, scale, masking}];
+    platform::ImageRef& icon = icons_[{name, pixels, scale, masking}];
     if (icon == nullptr) {
-        std::vector<std::uint8_t> drawn = drawStockIcon(bundleIdentifier, pixels);
+        std::vector<std::uint8_t> drawn = draw(pixels);
         if (masking == IconMasking::masked) {
             applyIconShape(drawn, pixels);
         }
@@ -58,6 +72,16 @@ platform::ImageRef StockImages::darkeningOverlay(double side, double scale) cons
     return image(drawPressedOverlay(side, scale), scale);
 }
 
+platform::ImageRef StockImages::clockHands(double side, double scale, int hour, int minute,
+                                           int second) const {
+    return image(drawClockHands(side, scale, hour, minute, second), scale);
+}
+
+platform::ImageRef StockImages::weatherSign(const std::string& condition, double side, double scale,
+                                            std::int64_t style) const {
+    return image(drawWeatherCondition(condition, side, scale, style), scale);
+}
+
 platform::ImageRef StockImages::dockHighlight(double width, double scale) const {
     return image(drawDockHighlight(width, scale), scale);
 }
@@ -81,6 +105,11 @@ platform::ImageRef StockImages::image(FurniturePicture picture, double scale) co
         desktop::DesktopBitmapImage::createPremultiplied(
             std::make_shared<const platform::Data>(std::move(picture.bgra)), size, size.width * 4),
         scale);
+}
+
+void StockImages::noteRequest(const std::string& bundleIdentifier) {
+    const std::scoped_lock lock(mutex_);
+    ++requests_[bundleIdentifier];
 }
 
 int StockImages::requests(const std::string& bundleIdentifier) const {

@@ -7,10 +7,14 @@
 #include "platform/uikit.h"
 #include "simulator/artwork/artwork.h"
 
+#include <cstdint>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 namespace velmoranth::simulator {
 
@@ -18,6 +22,9 @@ enum class IconMasking {
     masked,    // in the rounded shape that the home screen shows
     unmasked,  // square, as the app brings it
 };
+
+// The app whose icon shows the day.
+inline constexpr std::string_view kCalendarIdentifier = "com.apple.mobilecal";
 
 class StockImages {
   public:
@@ -29,6 +36,10 @@ class StockImages {
     [[nodiscard]] platform::ImageRef icon(const std::string& bundleIdentifier, double side,
                                           double scale, IconMasking masking);
 
+    // The calendar's icon without weekday and day, in the icon's shape; otherwise as icon(), and
+    // counted with it.
+    [[nodiscard]] platform::ImageRef calendarBase(double side, double scale);
+
     // The furniture's images, at `scale` pixels per point. Nil for a size that cannot be drawn.
     // The background of a badge of that size (points).
     [[nodiscard]] platform::ImageRef badgeBackground(platform::Size size, double scale) const;
@@ -38,6 +49,12 @@ class StockImages {
     [[nodiscard]] platform::ImageRef searchDot(double side, double scale, bool isCurrent) const;
     // Black, in the shape of an icon of `side` points.
     [[nodiscard]] platform::ImageRef darkeningOverlay(double side, double scale) const;
+    // The clock's hands at that time, on nothing.
+    [[nodiscard]] platform::ImageRef clockHands(double side, double scale, int hour, int minute,
+                                                int second) const;
+    // The sign of a weather condition; nil for one that is not drawn.
+    [[nodiscard]] platform::ImageRef weatherSign(const std::string& condition, double side,
+                                                 double scale, std::int64_t style) const;
     // The hairline along the top of a dock.
     [[nodiscard]] platform::ImageRef dockHighlight(double width, double scale) const;
     // The line between a floating dock's two lists.
@@ -46,12 +63,15 @@ class StockImages {
     [[nodiscard]] platform::ImageRef platterShadow(platform::Size size, double cornerRadius,
                                                    double scale) const;
 
-    // How often icon() was called for the app.
+    // Counts a request for an app's icon that is made of other images than these.
+    void noteRequest(const std::string& bundleIdentifier);
+
+    // How often icon() was called for the app, and what was noted.
     [[nodiscard]] int requests(const std::string& bundleIdentifier) const;
 
   private:
     struct Key {
-        std::string bundleIdentifier;
+        std::string name;
         int pixels;
         double scale;
         IconMasking masking;
@@ -60,6 +80,11 @@ class StockImages {
     };
 
     [[nodiscard]] platform::ImageRef image(FurniturePicture picture, double scale) const;
+
+    // The image that is kept under `name`, or the square of the pixels that `draw` gives.
+    [[nodiscard]] platform::ImageRef kept(
+        const std::string& bundleIdentifier, const std::string& name, double side, double scale,
+        IconMasking masking, const std::function<std::vector<std::uint8_t>(int pixels)>& draw);
 
     const desktop::DesktopImages& images_;
     mutable std::mutex mutex_;

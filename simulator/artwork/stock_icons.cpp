@@ -183,6 +183,20 @@ FurniturePicture drawClockBackground(double side, double scale) {
     return square(pixels, drawClockFace(pixels));
 }
 
+FurniturePicture drawClockHands(double side, double scale, int hour, int minute, int second) {
+    const int pixels = pixelsFor(side, scale);
+    if (!isInRange(pixels)) {
+        return {};
+    }
+    const StockIcon& icon = *findStockIcon("com.apple.mobiletimer");
+    std::vector<std::uint8_t> bgra = blankIcon(pixels);
+    {
+        Pen pen(bgra, pixels);
+        clockHands(pen, {{icon.glyphColour}, {icon.detailColour}}, hour, minute, second);
+    }
+    return square(pixels, std::move(bgra));
+}
+
 FurniturePicture drawClockFace(double side, double scale, int hour, int minute, int second) {
     const int pixels = pixelsFor(side, scale);
     return square(

@@ -69,6 +69,9 @@ FurniturePicture drawCalendarBase(double side, double scale);
 /// opaque, square, not masked; the pixels of `drawClockFace(pixels)`.
 FurniturePicture drawClockBackground(double side, double scale);
 
+/// The hands alone, on nothing: what lies over the clock's background.
+FurniturePicture drawClockHands(double side, double scale, int hour, int minute, int second);
+
 /// The clock icon with its hands at a time of day; hours and minutes past their circle go on
 /// around it.
 FurniturePicture drawClockFace(double side, double scale, int hour, int minute, int second);

@@ -54,18 +54,25 @@ void addViewMethods(const BaseObjects& objects) {
         std::function<double(ViewNode&)>([](const ViewNode& node) { return node.alpha(); }));
 }
 
-void addImageMethods(const BaseObjects& objects) {
+void addImageMethods(const SystemVersion& system, const BaseObjects& objects) {
+    // Before iOS 13 the home screen writes the day on what this gives.
+    const bool writesDayOnCalendar = system.major < 13;
     objects.runtime.addClassMethod(
         "UIImage", "_applicationIconImageForBundleIdentifier:format:scale:",
         std::function<ImageRef(platform::Class&, NullableString, int, double)>(
-            [objects](platform::Class&, const NullableString& bundleIdentifier, int format,
-                      double scale) -> ImageRef {
+            [objects, writesDayOnCalendar](platform::Class&, const NullableString& bundleIdentifier,
+                                           int format, double scale) -> ImageRef {
                 if (!bundleIdentifier) {
                     return nullptr;
                 }
-                return objects.stockImages.icon(
-                    *bundleIdentifier, iconSideOfFormat(format, objects.iconSide),
-                    scale == 0 ? objects.screenScale : scale, IconMasking::masked);
+                const double side = iconSideOfFormat(format, objects.iconSide);
+                const double pixelsPerPoint = scale == 0 ? objects.screenScale : scale;
+                if (writesDayOnCalendar && format == kHomeScreenIconFormat &&
+                    *bundleIdentifier == kCalendarIdentifier) {
+                    return objects.stockImages.calendarBase(side, pixelsPerPoint);
+                }
+                return objects.stockImages.icon(*bundleIdentifier, side, pixelsPerPoint,
+                                                IconMasking::masked);
             }));
 }
 
@@ -74,7 +81,7 @@ void addImageMethods(const BaseObjects& objects) {
 void registerBaseClasses(const SystemVersion& system, const BaseObjects& objects) {
     addClasses(kClasses, system, objects.runtime);
     addViewMethods(objects);
-    addImageMethods(objects);
+    addImageMethods(system, objects);
 }
 
 double iconSideOfFormat(int format, double homeScreenIconSide) {

@@ -130,9 +130,12 @@ int greatestDifference(const ShownIcon& icon, const Picture& picture,
 // No icon of a page begins lower on a screen; those of the dock do.
 constexpr double kLowestPageIcon = 0.8;
 
-// The calendar's icon is not taken from an icon file where the cache of iOS 13 is asked.
+// Whether an icon shows something else than its file: the day is written on the calendar's, but on
+// a pad with iOS 13, where the finished image is replaced; the clock of iOS 13 has a face and hands.
 bool isDrawnElsewhere(const std::string& identifier, const std::string& model, int system) {
-    return identifier == "com.apple.mobilecal" && system == 13 && model != "pad";
+    const bool isPadOn13 = system == 13 && model == "pad";
+    return (identifier == "com.apple.mobilecal" && !isPadOn13) ||
+           (identifier == "com.apple.mobiletimer" && system == 13);
 }
 
 // One theme on one device, and what has been found of it.

@@ -1,5 +1,6 @@
 #include "simulator/platform_classes.h"
 
+#include "desktop/dates/dates.h"
 #include "desktop/imaging/images.h"
 #include "platform/springboard.h"
 #include "simulator/icon_views.h"
@@ -28,7 +29,8 @@ constexpr App kApp{"com.apple.Maps", "Maps", "SBApplicationIcon"};
 // The platform of one system, nothing replaced.
 struct SystemUnderTest {
     explicit SystemUnderTest(const SystemVersion& system, double side = 60)
-        : objects{runtime, stock, std::make_shared<IconImageCache>(), side, 8, 3} {
+        : objects{runtime, stock, std::make_shared<IconImageCache>(), side, 8, 3, images, toolkit,
+                  dates,   {}} {
         registerBaseClasses(system, {runtime, stock, side, 3});
         registerPlatformClasses(system, objects);
     }
@@ -40,6 +42,8 @@ struct SystemUnderTest {
     desktop::DesktopImageContexts contexts{3, desktop::ImageDescription::ios13};
     desktop::DesktopImages images{{.root = nullptr, .screenScale = 3}, contexts};
     StockImages stock{images};
+    ToolkitImages toolkit{DeviceConfiguration{}, images, nullptr, kHomeScreenBundle};
+    desktop::DesktopDates dates{{.date = platform::Date{0}}};
     PlatformObjects objects;
     std::shared_ptr<ApplicationIcon> icon = std::make_shared<ApplicationIcon>(kApp);
     std::shared_ptr<IconImageView> view = std::make_shared<IconImageView>(icon);

@@ -1,0 +1,66 @@
+// The two icons that the home screen draws itself: the calendar, which shows weekday and day of the
+// device's date, and from iOS 13 on the clock, whose hands are drawn over a face that is asked for
+// by its name.
+#pragma once
+
+#include "desktop/imaging/images.h"
+#include "platform/foundation.h"
+#include "platform/springboard.h"
+#include "simulator/icon_views.h"
+#include "simulator/platform_classes.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace velmoranth::simulator {
+
+// What an icon of the home screen is asked for with.
+[[nodiscard]] platform::SBIconImageInfo iconImageInfo(double side, double scale);
+
+// The base with weekday and day over it, in the locale's words; at the base's size, at `scale`
+// pixels per point. Nil for a base without a bitmap.
+[[nodiscard]] platform::ImageRef drawCalendarIcon(const platform::ImageRef& base, double scale,
+                                                  platform::Dates& dates,
+                                                  const desktop::DesktopImages& images);
+
+struct TimeOfDay {
+    int hour;
+    int minute;
+    int second;
+
+    friend bool operator==(const TimeOfDay&, const TimeOfDay&) = default;
+};
+
+// What the clock shows at that date in the machine's time zone; nothing is what pictures of the
+// platform show, 10:09.
+[[nodiscard]] TimeOfDay timeOfDay(const std::optional<platform::Date>& date);
+
+// SBHClockApplicationIconImageView: the face is its contents, the hands lie over it.
+class ClockIconImageView final : public IconImageView {
+  public:
+    explicit ClockIconImageView(platform::SBIconRef icon);
+
+    [[nodiscard]] std::string className() const override {
+        return "SBHClockApplicationIconImageView";
+    }
+
+    // Over the whole of the face.
+    void setHands(const platform::ImageRef& hands);
+
+    [[nodiscard]] const platform::ImageViewRef& hands() const { return hands_; }
+
+  private:
+    platform::ImageViewRef hands_;
+};
+
+// The image view of an app's icon, of the class that the system has for it.
+[[nodiscard]] std::shared_ptr<IconImageView> makeIconImageView(const platform::SBIconRef& icon,
+                                                               const App& app,
+                                                               const SystemVersion& system);
+
+// The methods of both icons, after the home screen's classes.
+void addLiveIconMethods(const SystemVersion& system, const PlatformObjects& objects);
+
+}  // namespace velmoranth::simulator

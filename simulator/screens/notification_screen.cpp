@@ -1,0 +1,126 @@
+#include "simulator/screens/notification_screen.h"
+
+#include "simulator/class_rows.h"
+#include "simulator/home_screen_layout.h"
+#include "simulator/named_views.h"
+#include "simulator/screens/screens.h"
+#include "simulator/toolkit/view_kit.h"
+
+#include <algorithm>
+#include <array>
+#include <functional>
+
+namespace velmoranth::simulator {
+namespace {
+
+using desktop::FontWeight;
+using desktop::TextAlignment;
+using desktop::TextStyle;
+using platform::Color;
+using platform::ImageRef;
+using platform::NullableString;
+using platform::Rect;
+
+constexpr std::array kClasses{
+    ClassRow{"UNNotificationIcon", "NSObject", Systems::only13},
+    ClassRow{"NCNotificationShortLookView", "UIView"},
+};
+
+// Points. The platform's size of the icon; estimates else.
+constexpr double kIconSide = 20;
+constexpr double kInset = 8;
+constexpr double kTextInset = 14;
+constexpr double kHeaderHeight = 36;
+constexpr double kHeight = 92;
+constexpr double kRadius = 13;
+constexpr double kWidest = 500;  // on a pad
+constexpr Color kHeaderShade{1, 1, 1, 0.3};
+constexpr Color kFaintText{0, 0, 0, 0.55};
+constexpr BackdropStyle kMaterial{
+    .blurRadius = 20, .tint = {1, 1, 1, 0.72}, .cornerRadius = kRadius};
+// The format of the platform's icon requests that notifications have before iOS 13.
+constexpr int kIconFormat = 5;
+constexpr const char* kApp = "com.apple.MobileSMS";
+
+ImageRef askForIcon(const AppContext& context) {
+    if (context.device.system.major < 13) {
+        return context.runtime.sendToClass<ImageRef, NullableString, int, double>(
+            "UIImage", "_applicationIconImageForBundleIdentifier:format:scale:", kApp, kIconFormat,
+            context.scale());
+    }
+    return context.runtime.send<ImageRef, NullableString, NullableString, NullableString>(
+        *std::make_shared<NotificationIcon>(),
+        "_initWithName:path:applicationIdentifier:", std::nullopt, std::nullopt, kApp);
+}
+
+Rect bannerFrame(const AppContext& context) {
+    const double width = std::min(kWidest, context.bounds().size.width - 2 * kInset);
+    return {{snapToPixels((context.bounds().size.width - width) / 2, context.scale()),
+             statusBarHeight(context.device)},
+            {width, kHeight}};
+}
+
+TextStyle style(double size, const Color& color, TextAlignment alignment = TextAlignment::left,
+                FontWeight weight = FontWeight::regular) {
+    return {.weight = weight, .size = size, .color = color, .alignment = alignment};
+}
+
+}  // namespace
+
+void registerNotificationClasses(const AppContext& context) {
+    addClasses(kClasses, context.device.system, context.runtime);
+    if (context.device.system.major < 13) {
+        return;
+    }
+    context.runtime.addInstanceMethod(
+        "UNNotificationIcon", "_initWithName:path:applicationIdentifier:",
+        std::function<ImageRef(NotificationIcon&, NullableString, NullableString, NullableString)>(
+            [&stockImages = context.stockImages, scale = context.scale()](
+                NotificationIcon& icon, const NullableString&, const NullableString&,
+                const NullableString& applicationIdentifier) -> ImageRef {
+                return applicationIdentifier
+                           ? icon.init(stockImages.icon(*applicationIdentifier, kIconSide, scale,
+                                                        IconMasking::masked))
+                           : nullptr;
+            }));
+}
+
+NotificationScreen::NotificationScreen(const AppContext& context, std::unique_ptr<HomeScreen> home)
+    : HomeOverlay(context, std::move(home)) {
+    const Rect frame = bannerFrame(context);
+    const double width = frame.size.width;
+
+    const auto shadow = makeBox(frame, platform::kClearColor);
+    shadow->layer()->setShadowOpacity(0.25F);
+    shadow->layer()->setShadowOffset({0, 4});
+    shadow->layer()->setShadowRadius(14);
+    shadow->layer()->setShadowPathRect({{4, 4}, {width - 8, kHeight - 8}});
+    window().addSubview(shadow);
+    addMaterial(frame, kMaterial);
+
+    const auto banner = std::make_shared<NamedView>("NCNotificationShortLookView", frame);
+    banner->desktopLayer()->appearance.cornerRadius = kRadius;
+    banner->setClipsToBounds(true);
+    banner->addSubview(makeBox({{0, 0}, {width, kHeaderHeight}}, kHeaderShade));
+    images().add(*banner, {{10, (kHeaderHeight - kIconSide) / 2}, {kIconSide, kIconSide}},
+                 ImagePlacement::fill, [app = this->context()] { return askForIcon(app); });
+    banner->addSubview(
+        makeText("MESSAGES", style(13, kFaintText), {{38, 0}, {width - 100, kHeaderHeight}}));
+    banner->addSubview(makeText("now", style(13, kFaintText, TextAlignment::right),
+                                {{width - 80 - kTextInset, 0}, {80, kHeaderHeight}}));
+    const double textWidth = width - 2 * kTextInset;
+    banner->addSubview(makeText(
+        "Robin Kilner", style(15, platform::kBlackColor, TextAlignment::left, FontWeight::semibold),
+        {{kTextInset, kHeaderHeight + 8}, {textWidth, 20}}));
+    banner->addSubview(makeText("The kiln is cool. Shall we open it?",
+                                style(15, platform::kBlackColor),
+                                {{kTextInset, kHeaderHeight + 28}, {textWidth, 20}}));
+    window().addSubview(banner);
+}
+
+std::unique_ptr<Screen> makeNotificationScreen(const AppContext& context,
+                                               std::unique_ptr<HomeScreen> home) {
+    return std::make_unique<NotificationScreen>(context, std::move(home));
+}
+
+}  // namespace velmoranth::simulator

@@ -1,0 +1,43 @@
+// The app switcher: cards of the apps that were used last, and at the bottom the banner that
+// suggests an app.
+#pragma once
+
+#include "platform/springboard.h"
+#include "simulator/app_context.h"
+#include "simulator/screens/home_overlay.h"
+
+#include <memory>
+#include <string>
+
+namespace velmoranth::simulator {
+
+// SBSwitcherAppSuggestionBannerView.
+class SuggestionBannerView final
+    : public desktop::ViewImplementation<platform::SBSwitcherAppSuggestionBannerView> {
+  public:
+    // The app that it suggests, by identifier and name.
+    SuggestionBannerView(const platform::Rect& frame, std::string app, const std::string& name);
+
+    [[nodiscard]] std::string className() const override {
+        return "SBSwitcherAppSuggestionBannerView";
+    }
+
+    [[nodiscard]] const std::string& app() const { return app_; }
+
+    // "_iconView".
+    [[nodiscard]] const platform::ImageViewRef& iconView() const { return iconView_; }
+
+  private:
+    std::string app_;
+    platform::ImageViewRef iconView_;
+};
+
+// The classes of the switcher, after the home screen's.
+void registerSwitcherClasses(const AppContext& context);
+
+class SwitcherScreen final : public HomeOverlay {
+  public:
+    SwitcherScreen(const AppContext& context, std::unique_ptr<HomeScreen> home);
+};
+
+}  // namespace velmoranth::simulator

@@ -1,0 +1,341 @@
+#include "simulator/screens/today_screen.h"
+
+#include "simulator/artwork/artwork.h"
+#include "simulator/class_rows.h"
+#include "simulator/home_screen_layout.h"
+#include "simulator/named_views.h"
+#include "simulator/screens/screens.h"
+#include "simulator/status_bar.h"
+#include "simulator/toolkit/image_messages.h"
+#include "simulator/toolkit/view_kit.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cstddef>
+#include <functional>
+#include <string_view>
+#include <vector>
+
+namespace velmoranth::simulator {
+namespace {
+
+using desktop::FontWeight;
+using desktop::TextAlignment;
+using desktop::TextStyle;
+using platform::Color;
+using platform::ImageRef;
+using platform::NullableString;
+using platform::ObjectRef;
+using platform::Rect;
+using platform::Size;
+using platform::ViewRef;
+
+constexpr std::array kClasses{
+    ClassRow{"WGWidgetInfo", "NSObject"},
+    ClassRow{"WGWidgetPlatterView", "UIView"},
+    ClassRow{"NSExtension", "NSObject"},
+    ClassRow{"APWUtil", "NSObject"},
+};
+
+// Points. The platform's sizes of icons; estimates else.
+constexpr double kMargin = 8;
+constexpr double kGap = 8;
+constexpr double kCardRadius = 13;
+constexpr double kCardRadiusOfPadOn12 = 14;
+constexpr double kHeaderHeight = 36;
+constexpr double kWidgetIconSide = 20;
+constexpr double kBodyHeight = 74;
+constexpr double kSuggestionsHeight = 104;
+constexpr double kSuggestedIconSide = 60;
+constexpr double kSearchHeight = 36;
+constexpr double kPadColumnWidth = 364;
+constexpr double kPadColumnGap = 16;
+constexpr Color kHeaderShade{1, 1, 1, 0.35};
+constexpr Color kCardFill{1, 1, 1, 0.66};
+constexpr Color kText{0, 0, 0, 0.9};
+constexpr Color kFaintText{0, 0, 0, 0.55};
+constexpr BackdropStyle kBackdrop{.blurRadius = 28, .tint = {0, 0, 0, 0.12}};
+// The format of the platform's icon requests that widgets have before iOS 13.
+constexpr int kWidgetIconFormat = 5;
+
+enum class Body { event, suggestions, weather, lines };
+enum class Identified { yes, no };
+
+struct Widget {
+    std::string_view app;
+    std::string_view title;
+    Body body;
+    std::string_view first = "";
+    std::string_view second = "";
+    Color accent = {};
+    Identified identified = Identified::yes;
+};
+
+constexpr std::array kWidgets{
+    Widget{"com.apple.mobilecal",
+           "Calendar",
+           Body::event,
+           "Glaze test firing",
+           "10:00 – 11:30, Studio",
+           {0.85, 0.33, 0.3, 1}},
+    Widget{"com.apple.AppStore", "App Suggestions", Body::suggestions},
+    Widget{"com.apple.weather", "Weather", Body::weather, "Seeheim",
+           "Partly cloudy, showers later."},
+    Widget{"com.apple.mobilenotes",
+           "Notes",
+           Body::lines,
+           "Glaze recipes",
+           "Feldspar 40, silica 25, whiting 20",
+           {},
+           Identified::no},
+    Widget{"com.apple.reminders",
+           "Reminders",
+           Body::event,
+           "Order stoneware clay",
+           "Tomorrow",
+           {0.95, 0.6, 0.2, 1}},
+    Widget{"com.apple.Maps", "Maps Destinations", Body::lines, "Home", "18 minutes, light traffic"},
+    Widget{"com.apple.news", "News", Body::lines, "A town that fires its kiln together",
+           "3 hours ago"},
+    Widget{"com.apple.stocks", "Stocks", Body::lines, "Markets are closed", "Opens 9:30 AM"},
+};
+
+struct Suggestion {
+    std::string_view app;
+    std::string_view name;
+};
+
+constexpr std::array kSuggestions{
+    Suggestion{"com.apple.Music", "Music"}, Suggestion{"com.apple.mobilemail", "Mail"},
+    Suggestion{"com.apple.podcasts", "Podcasts"}, Suggestion{"com.apple.Health", "Health"}};
+
+std::string uppercase(std::string_view text) {
+    std::string result(text);
+    std::ranges::transform(result, result.begin(), [](unsigned char letter) {
+        return static_cast<char>(std::toupper(letter));
+    });
+    return result;
+}
+
+// The platform's own, of the app that the widget comes with.
+ImageRef stockIcon(StockImages& stockImages, const ObjectRef& extension, double side,
+                   double scale) {
+    const auto widget = std::dynamic_pointer_cast<WidgetExtension>(extension);
+    return widget == nullptr
+               ? nullptr
+               : stockImages.icon(widget->appIdentifier(), side, scale, IconMasking::masked);
+}
+
+class Builder {
+  public:
+    Builder(const AppContext& context, platform::View& window, AskedImages& images)
+        : context_(context), window_(window), images_(images) {}
+
+    void build() {
+        const Size screen = context_.bounds().size;
+        const bool isPad = context_.device.kind == DeviceKind::pad;
+        const std::size_t columns = isPad ? 2 : 1;
+        const double cardWidth =
+            isPad ? std::min(kPadColumnWidth, (screen.width - 48) / 2) : screen.width - 2 * kMargin;
+        const double gap = isPad ? kPadColumnGap : kGap;
+        const double width =
+            cardWidth * static_cast<double>(columns) + gap * static_cast<double>(columns - 1);
+        const double left = snapToPixels((screen.width - width) / 2, context_.scale());
+        double top = statusBarHeight(context_.device) + (isPad ? 24 : 8);
+        addSearchField({{left, top}, {width, kSearchHeight}});
+        top += kSearchHeight + (isPad ? 20 : 12);
+        std::vector<double> y(columns, top);
+        for (const Widget& widget : kWidgets) {
+            const auto column = static_cast<std::size_t>(std::ranges::min_element(y) - y.begin());
+            const double height =
+                kHeaderHeight +
+                (widget.body == Body::suggestions ? kSuggestionsHeight : kBodyHeight);
+            if (y[column] < screen.height) {
+                addCard(widget,
+                        {{left + static_cast<double>(column) * (cardWidth + gap), y[column]},
+                         {cardWidth, height}});
+            }
+            y[column] += height + gap;
+        }
+        window_.addSubview(makeStatusBar(
+            context_.device, homeScreenMetrics(context_.device.kind, context_.device.screen)));
+    }
+
+  private:
+    [[nodiscard]] static TextStyle style(double size, const Color& color = kText,
+                                         TextAlignment alignment = TextAlignment::left,
+                                         FontWeight weight = FontWeight::regular) {
+        return {.weight = weight, .size = size, .color = color, .alignment = alignment};
+    }
+
+    [[nodiscard]] ImageMessages ask() const { return {context_.runtime, context_.toolkit}; }
+
+    void addSearchField(const Rect& frame) const {
+        const ViewRef field = makeBox(frame, {1, 1, 1, 0.22}, 10);
+        images_.add(*field, {{9, 9}, {18, 18}}, ImagePlacement::fit, [builder = *this] {
+            return builder.context_.device.system.major < 13
+                       ? builder.ask().kitImageNamed("UISearchFieldIcon")
+                       : builder.context_.toolkit.tinted(
+                             builder.ask().systemImageNamed("magnifyingglass"), {1, 1, 1, 0.8});
+        });
+        field->addSubview(makeText("Search", style(17, {1, 1, 1, 0.8}),
+                                   {{34, 0}, {frame.size.width - 44, frame.size.height}}));
+        window_.addSubview(field);
+    }
+
+    void addCard(const Widget& widget, const Rect& frame) const {
+        const bool isPadOn12 =
+            context_.device.kind == DeviceKind::pad && context_.device.system.major < 13;
+        const auto card = std::make_shared<NamedView>("WGWidgetPlatterView", frame);
+        card->desktopLayer()->appearance.cornerRadius =
+            isPadOn12 ? kCardRadiusOfPadOn12 : kCardRadius;
+        card->setClipsToBounds(true);
+        card->setBackgroundColor(kCardFill);
+        const double width = frame.size.width;
+        card->addSubview(makeBox({{0, 0}, {width, kHeaderHeight}}, kHeaderShade));
+        addIcon(*card, widget);
+        card->addSubview(makeText(uppercase(widget.title), style(13, kFaintText),
+                                  {{36, 0}, {width - 48, kHeaderHeight}}));
+        switch (widget.body) {
+            case Body::event:
+                card->addSubview(
+                    makeBox({{14, kHeaderHeight + 16}, {3, kBodyHeight - 32}}, widget.accent, 1.5));
+                addLines(*card, widget, 26, width - 40);
+                break;
+            case Body::lines:
+                addLines(*card, widget, 14, width - 28);
+                break;
+            case Body::weather:
+                addWeather(*card, widget, width);
+                break;
+            case Body::suggestions:
+                addSuggestions(*card, width);
+                break;
+        }
+        window_.addSubview(card);
+    }
+
+    void addIcon(platform::View& card, const Widget& widget) const {
+        const std::string app(widget.app);
+        const std::string identifier = app + ".widget";
+        const auto info = std::make_shared<WidgetInfo>(
+            widget.identified == Identified::yes ? NullableString(identifier) : std::nullopt);
+        const auto extension = std::make_shared<WidgetExtension>(app);
+        const Rect slot{{kMargin, (kHeaderHeight - kWidgetIconSide) / 2},
+                        {kWidgetIconSide, kWidgetIconSide}};
+        desktop::Runtime& runtime = context_.runtime;
+        if (context_.device.system.major < 13) {
+            images_.add(card, slot, ImagePlacement::fill, [&runtime, info, extension, identifier] {
+                return runtime.send<ImageRef, int, NullableString, ObjectRef>(
+                    *info,
+                    "_queue_iconWithFormat:forWidgetWithIdentifier:extension:", kWidgetIconFormat,
+                    identifier, extension);
+            });
+            return;
+        }
+        images_.add(card, slot, ImagePlacement::fill,
+                    [&runtime, info, extension, identifier, scale = context_.scale()] {
+                        return runtime.send<ImageRef, Size, double, NullableString, ObjectRef>(
+                            *info, "_queue_iconWithSize:scale:forWidgetWithIdentifier:extension:",
+                            Size{kWidgetIconSide, kWidgetIconSide}, scale, identifier, extension);
+                    });
+    }
+
+    static void addLines(platform::View& card, const Widget& widget, double left, double width) {
+        card.addSubview(makeText(std::string(widget.first),
+                                 style(17, kText, TextAlignment::left, FontWeight::medium),
+                                 {{left, kHeaderHeight + 14}, {width, 24}}));
+        card.addSubview(makeText(std::string(widget.second), style(15, kFaintText),
+                                 {{left, kHeaderHeight + 38}, {width, 22}}));
+    }
+
+    void addWeather(platform::View& card, const Widget& widget, double width) const {
+        // The sign for a sky is white: it lies on a piece of sky.
+        const ViewRef sky =
+            makeBox({{14, kHeaderHeight + 14}, {46, 46}}, {0.33, 0.57, 0.82, 1}, 10);
+        images_.add(*sky, {{5, 5}, {36, 36}}, ImagePlacement::fit,
+                    [builder = *this, traits = std::make_shared<TraitCollection>(context_.device)] {
+                        return builder.ask().imageNamedInBundleCompatibleWithTraitCollection(
+                            "partly-cloudy-day", kWeatherBundle, traits);
+                    });
+        card.addSubview(sky);
+        addLines(card, widget, 72, width - 72 - 84);
+        card.addSubview(makeText("21\u00B0",
+                                 style(34, kText, TextAlignment::right, FontWeight::light),
+                                 {{width - 84, kHeaderHeight}, {70, kBodyHeight}}));
+    }
+
+    void addSuggestions(platform::View& card, double width) const {
+        const double pitch = width / static_cast<double>(kSuggestions.size());
+        double x = 0;
+        for (const Suggestion& suggestion : kSuggestions) {
+            const double left =
+                snapToPixels(x + (pitch - kSuggestedIconSide) / 2, context_.scale());
+            images_.add(card,
+                        {{left, kHeaderHeight + 12}, {kSuggestedIconSide, kSuggestedIconSide}},
+                        ImagePlacement::fill,
+                        [&runtime = context_.runtime, app = std::string(suggestion.app)] {
+                            return runtime.sendToClass<ImageRef, NullableString>(
+                                "APWUtil", "iconForBundleIdentifier:", app);
+                        });
+            card.addSubview(makeText(std::string(suggestion.name),
+                                     style(12, kText, TextAlignment::center),
+                                     {{x, kHeaderHeight + 75}, {pitch, 18}}));
+            x += pitch;
+        }
+    }
+
+    const AppContext& context_;
+    platform::View& window_;
+    AskedImages& images_;
+};
+
+}  // namespace
+
+void registerTodayClasses(const AppContext& context) {
+    desktop::Runtime& runtime = context.runtime;
+    StockImages& stockImages = context.stockImages;
+    const double scale = context.scale();
+    addClasses(kClasses, context.device.system, runtime);
+    if (context.device.system.major < 13) {
+        runtime.addInstanceMethod(
+            "WGWidgetInfo", "_queue_iconWithFormat:forWidgetWithIdentifier:extension:",
+            std::function<ImageRef(platform::WGWidgetInfo&, int, NullableString, ObjectRef)>(
+                [&stockImages, scale](platform::WGWidgetInfo&, int, const NullableString&,
+                                      const ObjectRef& extension) {
+                    return stockIcon(stockImages, extension, kWidgetIconSide, scale);
+                }));
+    } else {
+        runtime.addInstanceMethod(
+            "WGWidgetInfo", "_queue_iconWithSize:scale:forWidgetWithIdentifier:extension:",
+            std::function<ImageRef(platform::WGWidgetInfo&, Size, double, NullableString,
+                                   ObjectRef)>(
+                [&stockImages](platform::WGWidgetInfo&, Size size, double iconScale,
+                               const NullableString&, const ObjectRef& extension) {
+                    return stockIcon(stockImages, extension, size.width, iconScale);
+                }));
+    }
+    runtime.addClassMethod(
+        "APWUtil", "iconForBundleIdentifier:",
+        std::function<ImageRef(platform::Class&, NullableString)>(
+            [&stockImages, scale](platform::Class&,
+                                  const NullableString& bundleIdentifier) -> ImageRef {
+                return bundleIdentifier ? stockImages.icon(*bundleIdentifier, kSuggestedIconSide,
+                                                           scale, IconMasking::masked)
+                                        : nullptr;
+            }));
+}
+
+TodayScreen::TodayScreen(const AppContext& context, std::unique_ptr<HomeScreen> home)
+    : HomeOverlay(context, std::move(home), Behind::wallpaper) {
+    addMaterial(context.bounds(), kBackdrop);
+    Builder(this->context(), window(), images()).build();
+}
+
+std::unique_ptr<Screen> makeTodayScreen(const AppContext& context,
+                                        std::unique_ptr<HomeScreen> home) {
+    return std::make_unique<TodayScreen>(context, std::move(home));
+}
+
+}  // namespace velmoranth::simulator

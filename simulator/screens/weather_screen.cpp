@@ -1,0 +1,331 @@
+#include "simulator/screens/weather_screen.h"
+
+#include "desktop/imaging/bitmap_image.h"
+#include "platform/platform.h"
+#include "simulator/artwork/toolkit_artwork.h"
+#include "simulator/class_rows.h"
+#include "simulator/live_icons.h"
+#include "simulator/named_views.h"
+#include "simulator/screens/screens.h"
+#include "simulator/status_bar.h"
+#include "simulator/toolkit/image_messages.h"
+#include "simulator/toolkit/view_kit.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace velmoranth::simulator {
+namespace {
+
+using desktop::FontWeight;
+using desktop::TextAlignment;
+using desktop::TextStyle;
+using platform::Color;
+using platform::ImageRef;
+using platform::NullableString;
+using platform::Rect;
+using platform::ViewRef;
+
+constexpr std::array kClasses{ClassRow{"WeatherImageLoader", "NSObject", Systems::only13}};
+
+// Points: estimates of the platform's screen.
+constexpr double kSignSide = 30;
+constexpr double kHourWidth = 60;
+constexpr double kHoursHeight = 106;
+constexpr double kLeastDayHeight = 34;
+constexpr double kMostDayHeight = 48;
+constexpr double kBarHeight = 44;
+constexpr double kMargin = 16;
+constexpr double kWidestList = 560;
+constexpr Color kWhite{1, 1, 1, 1};
+constexpr Color kFaint{1, 1, 1, 0.6};
+constexpr Color kLine{1, 1, 1, 0.3};
+constexpr Color kSkyTop{0.19, 0.45, 0.75, 1};
+constexpr Color kSkyBottom{0.49, 0.71, 0.89, 1};
+constexpr double kSecondsOfDay = 86400;
+// Of the platform's own pictures.
+constexpr int kUsualHour = 9;
+
+struct Hour {
+    std::string_view condition;
+    int temperature;
+};
+
+// From the hour that it is now.
+constexpr std::array kHours{Hour{"partly-cloudy-day", 21},
+                            Hour{"mostly-sunny", 22},
+                            Hour{"clear-day", 23},
+                            Hour{"cloudy", 23},
+                            Hour{"showers", 22},
+                            Hour{"rain", 21},
+                            Hour{"thunderstorm", 20},
+                            Hour{"wind", 19},
+                            Hour{"partly-cloudy-night", 18},
+                            Hour{"clear-night", 17},
+                            Hour{"clear-night", 16},
+                            Hour{"fog", 15},
+                            Hour{"fog", 15},
+                            Hour{"cloudy", 14},
+                            Hour{"cloudy", 14},
+                            Hour{"showers", 14},
+                            Hour{"rain", 14},
+                            Hour{"clear-night", 13}};
+
+struct Day {
+    std::string_view condition;
+    int highest;
+    int lowest;
+};
+
+// From tomorrow on.
+constexpr std::array kDays{Day{"mostly-sunny", 24, 14}, Day{"partly-cloudy-day", 22, 13},
+                           Day{"showers", 19, 12},      Day{"thunderstorm", 18, 11},
+                           Day{"rain", 16, 10},         Day{"wind", 15, 8},
+                           Day{"fog", 12, 5},           Day{"snow", 2, -3},
+                           Day{"cloudy", 9, 1},         Day{"clear-day", 14, 4}};
+
+// One column of pixels, from top to bottom.
+ImageRef makeSky(const AppContext& context) {
+    const auto height =
+        static_cast<std::size_t>(std::lround(context.bounds().size.height * context.scale()));
+    auto pixels = std::make_shared<platform::Data>();
+    for (std::size_t y = 0; y < height; ++y) {
+        const double share = static_cast<double>(y) / static_cast<double>(height);
+        const auto mixed = [share](double top, double bottom) {
+            return static_cast<std::uint8_t>(std::lround(255 * (top + (bottom - top) * share)));
+        };
+        for (const std::uint8_t component :
+             {mixed(kSkyTop.blue, kSkyBottom.blue), mixed(kSkyTop.green, kSkyBottom.green),
+              mixed(kSkyTop.red, kSkyBottom.red), std::uint8_t{255}}) {
+            pixels->push_back(component);
+        }
+    }
+    return context.images.makeImage(
+        desktop::DesktopBitmapImage::createPremultiplied(std::move(pixels), {1, height}, 4, true),
+        context.scale());
+}
+
+std::string degrees(int temperature) {
+    return std::to_string(temperature) + "\u00B0";
+}
+
+class Builder {
+  public:
+    Builder(const AppContext& context, platform::View& window, AskedImages& images)
+        : context_(context),
+          window_(window),
+          images_(images),
+          ask_(context.runtime, context.toolkit),
+          traits_(std::make_shared<TraitCollection>(context.device)),
+          size_(context.bounds().size) {}
+
+    void build() {
+        const auto sky = std::make_shared<desktop::DesktopImageView>(context_.bounds());
+        sky->setImage(makeSky(context_));
+        window_.addSubview(sky);
+        double y = addNow(statusBarHeight(context_.device));
+        y = addToday(y);
+        y = addHours(y);
+        addDays(y, addBar());
+        window_.addSubview(makeStatusBar(
+            context_.device, homeScreenMetrics(context_.device.kind, context_.device.screen)));
+    }
+
+  private:
+    [[nodiscard]] double hairline() const { return 1 / context_.scale(); }
+
+    [[nodiscard]] static TextStyle style(double size, const Color& color = kWhite,
+                                         TextAlignment alignment = TextAlignment::left,
+                                         FontWeight weight = FontWeight::regular) {
+        return {.weight = weight, .size = size, .color = color, .alignment = alignment};
+    }
+
+    // The column of the texts: the whole of a phone's width.
+    [[nodiscard]] double left() const { return (size_.width - columnWidth()) / 2 + kMargin; }
+
+    [[nodiscard]] double right() const { return size_.width - left(); }
+
+    [[nodiscard]] double columnWidth() const { return std::min(size_.width, kWidestList); }
+
+    void addText(const std::string& text, const TextStyle& style, const Rect& frame) const {
+        window_.addSubview(makeText(text, style, frame));
+    }
+
+    void addLine(double y) const {
+        window_.addSubview(makeBox({{0, y}, {size_.width, hairline()}}, kLine));
+    }
+
+    [[nodiscard]] ImageRef sign(const std::string& condition) const {
+        if (context_.device.system.major < 13) {
+            return ask_.imageNamedInBundleCompatibleWithTraitCollection(condition, kWeatherBundle,
+                                                                        traits_);
+        }
+        return context_.runtime.sendToClass<ImageRef, NullableString, long long>(
+            "WeatherImageLoader", "conditionImageNamed:style:", condition,
+            static_cast<long long>(WeatherStyle::onColor));
+    }
+
+    void addSign(platform::View& to, std::string_view condition, const Rect& slot) const {
+        images_.add(
+            to, slot, ImagePlacement::fit,
+            [builder = *this, name = std::string(condition)] { return builder.sign(name); });
+    }
+
+    // Each gives how far down it reaches.
+
+    double addNow(double top) const {
+        double y = top + (size_.height > 700 ? 20 : 8);
+        addText("Seeheim", style(34, kWhite, TextAlignment::center), {{0, y}, {size_.width, 42}});
+        y += 42;
+        const std::string condition = "Partly Cloudy";
+        const TextStyle text = style(17);
+        const double width = desktop::measureText(condition, text).width;
+        const double x = snapToPixels((size_.width - kSignSide - 6 - width) / 2, context_.scale());
+        addSign(window_, kHours[0].condition, {{x, y}, {kSignSide, kSignSide}});
+        addText(condition, text, {{x + kSignSide + 6, y}, {width + 2, kSignSide}});
+        y += kSignSide;
+        // The sign of the degree hangs beside the centred number.
+        const std::string number = std::to_string(kHours[0].temperature);
+        const TextStyle thin = style(96, kWhite, TextAlignment::left, FontWeight::extraLight);
+        const double numberWidth = desktop::measureText(number, thin).width;
+        addText(degrees(kHours[0].temperature), thin,
+                {{(size_.width - numberWidth) / 2, y}, {numberWidth + 80, 108}});
+        return y + 108;
+    }
+
+    double addToday(double y) const {
+        platform::Dates& dates = platform::platform().dates;
+        const std::string weekday = dates.stringFromDate(dates.date(), "EEEE");
+        const TextStyle name = style(18, kWhite, TextAlignment::left, FontWeight::medium);
+        addText(weekday, name, {{left(), y}, {200, 26}});
+        addText("TODAY", style(13),
+                {{left() + desktop::measureText(weekday, name).width + 8, y + 1}, {80, 26}});
+        addTemperatures(24, 15, y, 26);
+        return y + 34;
+    }
+
+    void addTemperatures(int highest, int lowest, double y, double height) const {
+        addText(std::to_string(highest), style(18, kWhite, TextAlignment::right),
+                {{right() - 90, y}, {40, height}});
+        addText(std::to_string(lowest), style(18, kFaint, TextAlignment::right),
+                {{right() - 40, y}, {40, height}});
+    }
+
+    [[nodiscard]] std::string hourText(std::size_t later) const {
+        if (later == 0) {
+            return "Now";
+        }
+        const int now = context_.device.date ? timeOfDay(context_.device.date).hour : kUsualHour;
+        const int hour = (now + static_cast<int>(later)) % 24;
+        if (!context_.device.locale.starts_with("en_US")) {
+            return (hour < 10 ? "0" : "") + std::to_string(hour);
+        }
+        return std::to_string(hour % 12 == 0 ? 12 : hour % 12) + (hour < 12 ? "AM" : "PM");
+    }
+
+    double addHours(double top) const {
+        const auto strip = std::make_shared<NamedView>("UIScrollView",
+                                                       Rect{{0, top}, {size_.width, kHoursHeight}});
+        strip->setClipsToBounds(true);
+        window_.addSubview(strip);
+        // A pad's strip begins where the list does.
+        double x = left() - kMargin + 4;
+        for (std::size_t i = 0; i < kHours.size() && x < size_.width; ++i, x += kHourWidth) {
+            const bool isNow = i == 0;
+            strip->addSubview(makeText(hourText(i),
+                                       style(15, kWhite, TextAlignment::center,
+                                             isNow ? FontWeight::semibold : FontWeight::regular),
+                                       {{x, 10}, {kHourWidth, 20}}));
+            addSign(*strip, kHours.at(i).condition,
+                    {{x + (kHourWidth - kSignSide) / 2, 37}, {kSignSide, kSignSide}});
+            strip->addSubview(makeText(degrees(kHours.at(i).temperature),
+                                       style(17, kWhite, TextAlignment::center,
+                                             isNow ? FontWeight::semibold : FontWeight::regular),
+                                       {{x + 3, 74}, {kHourWidth, 22}}));
+        }
+        addLine(top);
+        addLine(top + kHoursHeight);
+        return top + kHoursHeight;
+    }
+
+    void addDays(double top, double bottom) const {
+        platform::Dates& dates = platform::platform().dates;
+        const platform::Date now = dates.date();
+        const double height = std::clamp((bottom - top - 12) / static_cast<double>(kDays.size()),
+                                         kLeastDayHeight, kMostDayHeight);
+        double y = top + 6;
+        for (std::size_t i = 0; i < kDays.size() && y + height <= bottom; ++i, y += height) {
+            const Day& day = kDays.at(i);
+            const platform::Date date{now.secondsSinceReferenceDate +
+                                      kSecondsOfDay * static_cast<double>(i + 1)};
+            addText(dates.stringFromDate(date, "EEEE"), style(18),
+                    {{left(), y}, {columnWidth() / 2 - kMargin - kSignSide, height}});
+            addSign(window_, day.condition,
+                    {{snapToPixels(size_.width / 2 - kSignSide / 2, context_.scale()),
+                      y + (height - kSignSide) / 2},
+                     {kSignSide, kSignSide}});
+            addTemperatures(day.highest, day.lowest, y, height);
+        }
+    }
+
+    // The bar at the bottom; where it begins.
+    [[nodiscard]] double addBar() const {
+        const double top = size_.height - bottomInset(context_.device) - kBarHeight;
+        addLine(top);
+        constexpr double kDot = 7;
+        const double y = top + kBarHeight / 2;
+        for (int i = 0; i < 3; ++i) {
+            const double x = size_.width / 2 + (i - 1) * 16;
+            window_.addSubview(makeBox({{x - kDot / 2, y - kDot / 2}, {kDot, kDot}},
+                                       i == 0 ? kWhite : kLine, kDot / 2));
+            // The list of places.
+            window_.addSubview(makeBox({{right() - 20, y - 7 + 6 * i}, {20, 1.5}}, kWhite, 0.75));
+        }
+        return top;
+    }
+
+    const AppContext& context_;
+    platform::View& window_;
+    AskedImages& images_;
+    ImageMessages ask_;
+    platform::ObjectRef traits_;
+    platform::Size size_;
+};
+
+}  // namespace
+
+void registerWeatherClasses(const AppContext& context) {
+    addClasses(kClasses, context.device.system, context.runtime);
+    if (context.device.system.major < 13) {
+        return;
+    }
+    context.runtime.addClassMethod(
+        "WeatherImageLoader", "conditionImageNamed:style:",
+        std::function<ImageRef(platform::Class&, NullableString, long long)>(
+            [&stockImages = context.stockImages, scale = context.scale()](
+                platform::Class&, const NullableString& name, long long style) {
+                return name ? stockImages.weatherSign(*name, kSignSide, scale, style) : nullptr;
+            }));
+}
+
+WeatherScreen::WeatherScreen(const AppContext& context) : AppScreen(context) {
+    Builder(this->context(), window(), images_).build();
+}
+
+void WeatherScreen::layoutViews() {
+    images_.ask(context().scale());
+    AppScreen::layoutViews();
+}
+
+std::unique_ptr<Screen> makeWeatherScreen(const AppContext& context) {
+    return std::make_unique<WeatherScreen>(context);
+}
+
+}  // namespace velmoranth::simulator
