@@ -172,7 +172,7 @@ TEST_F(CalendarIcon, SizesThatNoIconHasHarmNothing) {
     themeMask(6, 9);
     themeOverlay();
     constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-    for (const double side : {0.0, -1.0, kNan, kInfinity, -kInfinity, 1e300}) {
+    for (const double side : {0.0, -1.0, 1e9, kNan, kInfinity, -kInfinity, 1e300}) {
         for (const platform::Size size :
              {platform::Size{side, side}, platform::Size{side, 3}, platform::Size{2, side}}) {
             info.size = size;

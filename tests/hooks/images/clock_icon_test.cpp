@@ -1,6 +1,7 @@
 #include "drawn_icons_fixture.h"
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <string>
 
 namespace velmoranth::tests {
@@ -172,6 +173,17 @@ TEST_F(ClockIcon, NilOfThePlatformGoesThroughTheEffects) {
     EXPECT_EQ(device.journal.count("imageMaskCreate"), 1U);
     EXPECT_EQ(device.journal.count("imageViewWithImage"), 1U);
     EXPECT_EQ(given.size(), 2U);
+}
+
+TEST_F(ClockIcon, PassesAnySizeOnUnchanged) {
+    set({});
+    for (const double side : {0.0, -1.0, 1e9, std::numeric_limits<double>::infinity(),
+                              std::numeric_limits<double>::quiet_NaN()}) {
+        info = {{side, -side}, side, side};
+        given.clear();
+        EXPECT_EQ(answeredBy(clockIcon()), 1);
+        EXPECT_EQ(takenCalls(), (Lines{call(true), call(false)}));
+    }
 }
 
 TEST_F(ClockIcon, NamesOfAnyKindHarmNothing) {
