@@ -325,8 +325,9 @@ desktop::Result<std::unique_ptr<SimulatedProcess>> SimulatedProcess::start(
         }
         services->homeScreen = home.get();
         services->screen = std::move(home);
+    } else {
+        services->screen->showPage(request.page);
     }
-    services->screen->showPage(request.page);
     return std::unique_ptr<SimulatedProcess>(new SimulatedProcess(std::move(services)));
 }
 

@@ -153,6 +153,17 @@ TEST_F(LauncherTest, PagesShowOtherAppsOverTheSameDock) {
     EXPECT_EQ(renderScreen(request)->page, 1);
 }
 
+TEST_F(LauncherTest, FolderOpensOnThePageWhereItLies) {
+    ScreenRequest request = stock("pad");
+    request.screen = ScreenKind::folder;
+    request.item = "folder.social";
+    const auto screen = renderScreen(request);
+    ASSERT_TRUE(screen) << toLine(screen.error());
+    EXPECT_EQ(screen->page, 2);
+    ASSERT_TRUE(screen->folder);
+    EXPECT_EQ(screen->folder->identifier, "folder.social");
+}
+
 TEST_F(LauncherTest, SameRequestGivesTheSamePicture) {
     EXPECT_EQ(renderScreen(stock())->picture, renderScreen(stock())->picture);
 }

@@ -2,6 +2,9 @@
 
 #include "screen_test.h"
 
+#include <algorithm>
+#include <string>
+
 namespace velmoranth::simulator {
 namespace {
 
@@ -19,6 +22,19 @@ TEST(NotificationScreen, BannerShowsTheThemesIcon) {
         // The page under the banner, and the dock: the same app's icon is there too.
         EXPECT_EQ(stock.count(kMagenta), 0U);
         EXPECT_GT(themed.count(kMagenta), 60U * 60) << system;
+    }
+}
+
+TEST(NotificationScreen, ThirteensIconIsMadeByItsInitialiser) {
+    for (const int system : {12, 13}) {
+        const Look look = ThemedScreen(ScreenKind::notification, "phone", system)
+                              .draw({{"enableLogging", true}}, true);
+        const auto isInitialisers = [](const std::string& line) {
+            return line.starts_with("VELMORANTH UNNotificationIcon, ") &&
+                   line.ends_with("With Identifier: com.apple.MobileSMS");
+        };
+        EXPECT_EQ(std::count_if(look.screen().log.begin(), look.screen().log.end(), isInitialisers),
+                  system == 13 ? 1 : 0);
     }
 }
 
