@@ -131,10 +131,9 @@ int greatestDifference(const ShownIcon& icon, const Picture& picture,
 constexpr double kLowestPageIcon = 0.8;
 
 // Whether an icon shows something else than its file: the day is written on the calendar's, but on
-// a pad with iOS 13, where the finished image is replaced; the clock of iOS 13 has a face and hands.
+// a pad, where the finished image is replaced; the clock of iOS 13 has a face and hands.
 bool isDrawnElsewhere(const std::string& identifier, const std::string& model, int system) {
-    const bool isPadOn13 = system == 13 && model == "pad";
-    return (identifier == "com.apple.mobilecal" && !isPadOn13) ||
+    return (identifier == "com.apple.mobilecal" && model != "pad") ||
            (identifier == "com.apple.mobiletimer" && system == 13);
 }
 
