@@ -22,6 +22,17 @@ function(velmoranth_library name)
     set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
 endfunction()
 
+# The headers that nearly every test includes, compiled once: they are two fifths of a test's compile
+# time. ccache wants -fpch-preprocess to see through them.
+function(velmoranth_precompile_test_headers)
+    file(CONFIGURE OUTPUT "${PROJECT_BINARY_DIR}/test_headers.cpp" CONTENT "")
+    add_library(velmoranth_test_headers OBJECT "${PROJECT_BINARY_DIR}/test_headers.cpp")
+    target_link_libraries(velmoranth_test_headers PRIVATE GTest::gtest velmoranth_warnings)
+    target_compile_options(velmoranth_test_headers PRIVATE -O0 -g1 $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
+    target_precompile_headers(velmoranth_test_headers PRIVATE <gtest/gtest.h> <algorithm> <array>
+        <filesystem> <fstream> <functional> <map> <memory> <optional> <string> <variant> <vector>)
+endfunction()
+
 # velmoranth_test(NAME SOURCES ... LINKS ...): one executable; every case is a test of its own in CTest,
 # run in a process of its own.
 function(velmoranth_test name)
@@ -29,7 +40,8 @@ function(velmoranth_test name)
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gtest GTest::gtest_main velmoranth_warnings)
     # Half of a build's time went into optimising tests; what they test is optimised all the same.
-    target_compile_options(${name} PRIVATE -O0 -g1)
+    target_compile_options(${name} PRIVATE -O0 -g1 $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
+    target_precompile_headers(${name} REUSE_FROM velmoranth_test_headers)
     # The engine's shared library takes the platform record from the process that loads it.
     set_target_properties(${name} PROPERTIES ENABLE_EXPORTS ON)
     gtest_discover_tests(${name} PROPERTIES TIMEOUT 120 DISCOVERY_TIMEOUT 60)

@@ -197,6 +197,7 @@ SimulatedProcess::Services::Services(
       libSystem(root, device.machine, kHomeDirectory),
       imageContexts(device.screen.scale, imageDescription(device.system)),
       images(imagesConfiguration(device, root), imageContexts),
+      fonts(device.system.major),
       currentDevice(device.kind == DeviceKind::pad ? desktop::InterfaceIdiom::pad
                                                    : desktop::InterfaceIdiom::phone,
                     static_cast<int>(device.orientation)),

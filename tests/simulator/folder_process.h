@@ -50,7 +50,7 @@ class FolderProcess {
     // How often since the last time; forgets them.
     std::map<std::string, int> takeCalls() { return std::exchange(calls_, {}); }
 
-    HomeScreen& screen() { return process_->homeScreen(); }
+    HomeScreen& screen() { return *process_->homeScreen(); }
 
     desktop::Runtime& runtime() { return process_->runtime(); }
 
