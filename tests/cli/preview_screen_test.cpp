@@ -70,6 +70,26 @@ TEST_F(PreviewScreen, PadIsHeldSideways) {
     EXPECT_EQ(draw({"--device", "pad", "--orientation", "portrait"}).width, 1536U);
 }
 
+TEST_F(PreviewScreen, EveryOtherPlaceShowsTheThemesImages) {
+    const std::string pixel =
+        folder.contents("A.theme/IconBundles/com.apple.Preferences-large.png");
+    const auto have = [&](const std::string& file) { folder.file("A.theme/" + file, pixel); };
+    for (const char* screen : {"today", "switcher", "settings", "weather"}) {
+        EXPECT_EQ(draw({"--screen", screen, "--set", "enableIconMask=no"}).count(kMagenta), 0)
+            << screen;
+    }
+    have("IconBundles/com.apple.Music-large.png");
+    have("IconBundles/com.apple.MobileSMS-large.png");
+    have("Bundles/com.apple.Preferences/WiFi@3x.png");
+    have("Bundles/com.apple.weather-framework/rain@3x.png");
+    have("UIImages/UISwitchKnob.png");
+    for (const char* screen :
+         {"today", "switcher", "notification", "settings", "weather", "controls", "gallery"}) {
+        EXPECT_GT(draw({"--screen", screen}).count(kMagenta), 100) << screen;
+        EXPECT_EQ(draw({"--screen", screen, "--before"}).count(kMagenta), 0) << screen;
+    }
+}
+
 TEST_F(PreviewScreen, StepsAreTheFolderClosedOpenAndClosedAgain) {
     const CommandResult result = preview({"--before", "--device", "phone-667", "--screen", "folder",
                                           "--steps", "-o", "steps.of.a.png"});

@@ -70,7 +70,10 @@ TEST(Usage, EveryMisuseIsOneLineAndExitCode2) {
         {{"preview", "T", "--device", "phon"},
          "--device takes one of phone, phone-667, pad, not \"phon\"; did you mean phone?"},
         {{"preview", "T", "--screen", "lock"},
-         "--screen takes home, folder or pressed, not \"lock\""},
+         "--screen takes home, folder, pressed, today, switcher, notification, settings, weather, "
+         "controls or gallery, not \"lock\""},
+        {{"preview", "T", "--screen", "settings", "--page", "2"},
+         "--page needs a screen that has pages: home, folder, pressed or gallery"},
         {{"preview", "T", "--folder", "Utilities"}, "--folder needs --screen folder"},
         {{"preview", "T", "--screen", "pressed", "--folder-page", "2"},
          "--folder-page needs --screen folder"},
