@@ -25,7 +25,7 @@ void replaceServices(const ReplacedServices& replaced) {
                            .coreGraphics = now.coreGraphics,
                            .images = chosen(replaced.images, now.images),
                            .imageContexts = chosen(replaced.imageContexts, now.imageContexts),
-                           .fonts = now.fonts,
+                           .fonts = chosen(replaced.fonts, now.fonts),
                            .views = chosen(replaced.views, now.views),
                            .device = chosen(replaced.device, now.device),
                            .screen = now.screen,

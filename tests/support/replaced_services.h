@@ -13,6 +13,7 @@ struct ReplacedServices {
     platform::LibSystem* libSystem = nullptr;
     platform::Images* images = nullptr;
     platform::ImageContexts* imageContexts = nullptr;
+    platform::Fonts* fonts = nullptr;
     platform::Views* views = nullptr;
     platform::Device* device = nullptr;
 };

@@ -289,25 +289,7 @@ class DrawnIcons : public IconProcess {
                     return answer(clockCall(name, asked, masks, self.name()));
                 }));
         install(versionNumber);
-        const platform::Platform& now = platform::platform();
-        platform::setPlatform({.objc = now.objc,
-                               .substrate = now.substrate,
-                               .coreFoundation = now.coreFoundation,
-                               .darwinNotifications = now.darwinNotifications,
-                               .propertyLists = now.propertyLists,
-                               .fileManager = now.fileManager,
-                               .dates = now.dates,
-                               .log = now.log,
-                               .libSystem = now.libSystem,
-                               .coreGraphics = now.coreGraphics,
-                               .images = now.images,
-                               .imageContexts = contexts,
-                               .fonts = fonts,
-                               .views = views,
-                               .device = now.device,
-                               .screen = now.screen,
-                               .springBoard = now.springBoard,
-                               .audioSession = now.audioSession});
+        replaceServices({.imageContexts = &contexts, .fonts = &fonts, .views = &views});
     }
 
     [[nodiscard]] static std::string textOfInfo(const platform::SBIconImageInfo& asked) {
