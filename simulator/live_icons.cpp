@@ -91,21 +91,6 @@ void applyIconShape(DesktopGraphicsContext& context) {
     }
 }
 
-// The image stretched to what the info says, in the icon's shape when that is asked for. Nil for
-// nil.
-ImageRef processed(const ImageRef& image, const SBIconImageInfo& info, bool includingMask,
-                   const desktop::DesktopImages& images) {
-    const auto context = image == nullptr ? nullptr : makeContext(info.size, info.scale);
-    if (context == nullptr) {
-        return nullptr;
-    }
-    context->drawImage(image->bitmap(), {{0, 0}, info.size});
-    if (includingMask) {
-        applyIconShape(*context);
-    }
-    return images.makeImage(context->createImage(), info.scale);
-}
-
 void addCalendarMethod(const SystemVersion& system, const PlatformObjects& objects) {
     if (system.major < 13) {
         objects.runtime.addInstanceMethod(
@@ -142,7 +127,7 @@ void addClockMethods(const PlatformObjects& objects) {
                 using platform::BundleRef;
                 using platform::ObjectRef;
                 objects.stockImages.noteRequest(kClockApp);
-                return processed(
+                return processedIconImage(
                     objects.runtime.sendToClass<ImageRef, NullableString, BundleRef, ObjectRef>(
                         "UIImage", "imageNamed:inBundle:compatibleWithTraitCollection:", name,
                         objects.toolkit.bundle(kClockBundle), nullptr),
@@ -169,6 +154,19 @@ void addClockMethods(const PlatformObjects& objects) {
 
 SBIconImageInfo iconImageInfo(double side, double scale) {
     return {{side, side}, scale, side * kIconCornerRadiusShare};
+}
+
+ImageRef processedIconImage(const ImageRef& image, const SBIconImageInfo& info, bool includingMask,
+                            const desktop::DesktopImages& images) {
+    const auto context = image == nullptr ? nullptr : makeContext(info.size, info.scale);
+    if (context == nullptr) {
+        return nullptr;
+    }
+    context->drawImage(image->bitmap(), {{0, 0}, info.size});
+    if (includingMask) {
+        applyIconShape(*context);
+    }
+    return images.makeImage(context->createImage(), info.scale);
 }
 
 ImageRef drawCalendarIcon(const ImageRef& base, double scale, platform::Dates& dates,

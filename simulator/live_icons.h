@@ -25,6 +25,13 @@ namespace velmoranth::simulator {
                                                   platform::Dates& dates,
                                                   const desktop::DesktopImages& images);
 
+// The image stretched to what the info says, in the icon's shape when that is asked for: what the
+// clock's face becomes. Nil for nil.
+[[nodiscard]] platform::ImageRef processedIconImage(const platform::ImageRef& image,
+                                                    const platform::SBIconImageInfo& info,
+                                                    bool includingMask,
+                                                    const desktop::DesktopImages& images);
+
 struct TimeOfDay {
     int hour;
     int minute;

@@ -64,6 +64,7 @@ std::string_view mainBundleOf(ProcessKind process) {
         case ProcessKind::weather:
             return kWeatherAppBundle;
         case ProcessKind::app:
+        case ProcessKind::everything:
             break;
     }
     return kAppBundle;
@@ -240,7 +241,10 @@ void SimulatedProcess::Services::registerClasses(ProcessKind process) {
                                         .iconSide = metrics.iconSide,
                                         .screenScale = device.screen.scale});
     registerToolkitClasses(device.system, {.runtime = runtime, .images = toolkit});
-    if (process == ProcessKind::homeScreen) {
+    const auto is = [process](ProcessKind kind) {
+        return process == kind || process == ProcessKind::everything;
+    };
+    if (is(ProcessKind::homeScreen)) {
         registerPlatformClasses(device.system,
                                 {.runtime = runtime,
                                  .stockImages = stockImages,
@@ -256,9 +260,11 @@ void SimulatedProcess::Services::registerClasses(ProcessKind process) {
         registerTodayClasses(appContext());
         registerSwitcherClasses(appContext());
         registerNotificationClasses(appContext());
-    } else if (process == ProcessKind::settings) {
+    }
+    if (is(ProcessKind::settings)) {
         registerSettingsClasses(appContext());
-    } else if (process == ProcessKind::weather) {
+    }
+    if (is(ProcessKind::weather)) {
         registerWeatherClasses(appContext());
     }
 }

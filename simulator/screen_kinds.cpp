@@ -17,7 +17,7 @@ constexpr std::array<ScreenDefinition, 10> kScreens{{
     {ScreenKind::settings, "settings", ProcessKind::settings},
     {ScreenKind::weather, "weather", ProcessKind::weather},
     {ScreenKind::controls, "controls", ProcessKind::app},
-    {ScreenKind::gallery, "gallery", ProcessKind::app},
+    {ScreenKind::gallery, "gallery", ProcessKind::everything},
 }};
 
 }  // namespace

@@ -24,8 +24,9 @@ enum class ScreenKind {
     gallery
 };
 
-// The processes that have screens; each has classes of its own.
-enum class ProcessKind { homeScreen, settings, weather, app };
+// The processes that have screens; each has classes of its own. everything: none of a device's, but
+// a tool for who makes a theme; it has the classes of all others.
+enum class ProcessKind { homeScreen, settings, weather, app, everything };
 
 struct ScreenDefinition {
     ScreenKind kind;

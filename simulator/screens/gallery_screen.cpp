@@ -1,19 +1,16 @@
 #include "simulator/screens/gallery_screen.h"
 
-#include "desktop/imaging/bitmap_image.h"
 #include "desktop/text/text.h"
 #include "simulator/home_screen_layout.h"
 #include "simulator/named_views.h"
 #include "simulator/screens/screens.h"
-#include "simulator/toolkit/image_messages.h"
-#include "simulator/toolkit/switch_view.h"
 #include "simulator/toolkit/view_kit.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
 #include <memory>
+#include <string_view>
 
 namespace velmoranth::simulator {
 namespace {
@@ -39,58 +36,18 @@ constexpr platform::Color kPlate{0.91, 0.91, 0.93, 1};
 // White clouds are made for it.
 constexpr platform::Color kSky{0.36, 0.56, 0.80, 1};
 
-constexpr std::string_view kKnob = "UISwitchKnob.png";
+constexpr platform::Color kWallpaper{0.33, 0.38, 0.44, 1};
 
-struct Group {
-    std::string_view title;
-    std::vector<GalleryItem> items;
-};
-
-std::string_view titleOf(const BundleCatalog& catalog) {
-    struct Title {
-        std::string_view identifier, title;
-    };
-
-    constexpr std::array kTitles{Title{kToolkitBundle, "Toolkit"}, Title{kGlyphsBundle, "Glyphs"},
-                                 Title{kPreferencesBundle, "Settings"},
-                                 Title{kWeatherBundle, "Weather"}, Title{kAppBundle, "App"}};
-    const auto* const found = std::ranges::find(kTitles, catalog.identifier, &Title::identifier);
-    return found == kTitles.end() ? "Home Screen" : found->title;
-}
-
-// A bundle's images and its glyphs are one group.
-std::vector<Group> groupsOn(const SystemVersion& system) {
-    std::vector<Group> groups{{"Controls", {{kKnob, "", CatalogKind::images}}}};
-    for (const BundleCatalog& catalog : bundleCatalogs()) {
-        if (!isIn(catalog.systems, system) || catalog.names().empty()) {
-            continue;
-        }
-        const std::string_view title = titleOf(catalog);
-        auto group = std::ranges::find(groups, title, &Group::title);
-        if (group == groups.end()) {
-            group = groups.insert(groups.end(), {title, {}});
-        }
-        for (const std::string_view name : catalog.names()) {
-            group->items.push_back({name, catalog.identifier, catalog.kind});
-        }
+const platform::Color& colorOf(GalleryPlate plate) {
+    switch (plate) {
+        case GalleryPlate::sky:
+            return kSky;
+        case GalleryPlate::wallpaper:
+            return kWallpaper;
+        case GalleryPlate::light:
+            break;
     }
-    return groups;
-}
-
-bool samePixels(const ImageRef& a, const ImageRef& b) {
-    const auto first = desktop::DesktopBitmapImage::of(platform::bitmapOf(a));
-    const auto second = desktop::DesktopBitmapImage::of(platform::bitmapOf(b));
-    if (first == nullptr || second == nullptr || first->size() != second->size()) {
-        return first == second;
-    }
-    const desktop::PixelView left = first->pixels();
-    const desktop::PixelView right = second->pixels();
-    for (std::size_t y = 0; y < left.height; ++y) {
-        if (!std::equal(left.row(y), left.row(y) + left.width * 4, right.row(y))) {
-            return false;
-        }
-    }
-    return true;
+    return kPlate;
 }
 
 }  // namespace
@@ -109,7 +66,8 @@ std::string shortenedInTheMiddle(const std::string& text, const TextStyle& style
     return "…";
 }
 
-GalleryScreen::GalleryScreen(const AppContext& appContext) : AppScreen(appContext) {
+GalleryScreen::GalleryScreen(const AppContext& appContext)
+    : AppScreen(appContext), items_(context()) {
     window().setBackgroundColor(appColors(context().device.system).card);
     layOutPages();
 }
@@ -125,32 +83,34 @@ void GalleryScreen::layOutPages() {
 
     pages_.emplace_back();
     double y = top;
-    for (const Group& group : groupsOn(context().device.system)) {
-        bool needsHeader = true;
-        double column = 0;
-        for (const GalleryItem& item : group.items) {
-            const double header = needsHeader ? kHeaderHeight : 0;
-            if (column == 0 && y + header + kCellHeight > bottom && y > top) {
-                pages_.emplace_back();
-                y = top;
-                needsHeader = true;
-            }
-            if (needsHeader) {
-                pages_.back().headers.push_back({std::string(group.title), y});
-                y += kHeaderHeight;
-                needsHeader = false;
-            }
-            const double x = snapToPixels(kMargin + column * pitch + inset, context().scale());
-            const Rect slot{{x, y + 2}, {kSlotSide, kSlotSide}};
-            Rect second = slot;
-            second.origin.x += kSlotSide + kSlotGap;
-            pages_.back().cells.push_back({item, slot, second});
-            if (++column == columns) {
-                column = 0;
-                y += kCellHeight;
-            }
-        }
+    double column = 0;
+    std::string_view group;
+    const auto endRow = [&] {
         y += column > 0 ? kCellHeight : 0;
+        column = 0;
+    };
+    for (const GalleryItem& item : items_.all()) {
+        bool needsHeader = item.group != group;
+        if (needsHeader || column == columns) {
+            endRow();
+        }
+        const double header = needsHeader ? kHeaderHeight : 0;
+        if (column == 0 && y + header + kCellHeight > bottom && y > top) {
+            pages_.emplace_back();
+            y = top;
+            needsHeader = true;
+        }
+        if (needsHeader) {
+            group = item.group;
+            pages_.back().headers.push_back({std::string(group), y});
+            y += kHeaderHeight;
+        }
+        const double x = snapToPixels(kMargin + column * pitch + inset, context().scale());
+        const Rect slot{{x, y + 2}, {kSlotSide, kSlotSide}};
+        Rect second = slot;
+        second.origin.x += kSlotSide + kSlotGap;
+        pages_.back().cells.push_back({&item, slot, second});
+        ++column;
     }
 }
 
@@ -205,10 +165,10 @@ void GalleryScreen::addBar() {
 
 void GalleryScreen::addCell(const GalleryCell& cell) {
     const AppColors& colors = appColors(context().device.system);
-    const ImageRef own = before(cell.item);
-    const ImageRef answered = after(cell.item);
+    const ImageRef own = cell.item->before();
+    const ImageRef answered = cell.item->after();
     const bool isReplaced = !samePixels(own, answered);
-    const platform::Color& plate = cell.item.bundleIdentifier == kWeatherBundle ? kSky : kPlate;
+    const platform::Color& plate = colorOf(cell.item->plate);
     const auto show = [&](const ImageRef& image, const Rect& slot) {
         window().addSubview(makeBox(slot, plate, 4));
         window().addSubview(
@@ -226,34 +186,10 @@ void GalleryScreen::addCell(const GalleryCell& cell) {
     const TextStyle bundle{
         .size = kBundleSize, .color = colors.secondaryText, .alignment = TextAlignment::center};
     const double left = cell.before.origin.x;
-    window().addSubview(makeText(shortenedInTheMiddle(std::string(cell.item.name), name, width),
-                                 name, {{left, top}, {width, 12}}));
-    window().addSubview(
-        makeText(shortenedInTheMiddle(std::string(cell.item.bundleIdentifier), bundle, width),
-                 bundle, {{left, top + 12}, {width, 10}}));
-}
-
-ImageRef GalleryScreen::before(const GalleryItem& item) const {
-    return item.name == kKnob ? context().toolkit.switchKnob()
-                              : context().toolkit.stockImage(std::string(item.name),
-                                                             std::string(item.bundleIdentifier));
-}
-
-ImageRef GalleryScreen::after(const GalleryItem& item) const {
-    desktop::Runtime& runtime = context().runtime;
-    const ImageMessages ask(runtime, context().toolkit);
-    const std::string name(item.name);
-    if (item.name == kKnob) {
-        SwitchVisualElement element(true, nullptr);
-        return runtime.send<ImageRef>(element, "_effectiveThumbImage");
-    }
-    if (item.bundleIdentifier == kGlyphsBundle) {
-        return ask.systemImageNamed(name);
-    }
-    if (item.bundleIdentifier == kToolkitBundle) {
-        return ask.kitImageNamed(name);
-    }
-    return ask.imageNamedInBundle(name, item.bundleIdentifier);
+    window().addSubview(makeText(shortenedInTheMiddle(cell.item->name, name, width), name,
+                                 {{left, top}, {width, 12}}));
+    window().addSubview(makeText(shortenedInTheMiddle(cell.item->bundle, bundle, width), bundle,
+                                 {{left, top + 12}, {width, 10}}));
 }
 
 std::unique_ptr<Screen> makeGalleryScreen(const AppContext& context) {

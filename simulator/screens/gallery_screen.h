@@ -1,30 +1,20 @@
-// Every interface image that the screens of the device ask for, in pages: as the platform has it,
-// and beside it what answers to the message now.
+// Every image that the screens of the device ask for, in pages: as the platform has it, and beside
+// it what answers to the message now.
 #pragma once
 
 #include "desktop/text/text.h"
 #include "simulator/screens/app_screen.h"
-#include "simulator/toolkit/device_bundles.h"
+#include "simulator/screens/gallery_items.h"
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace velmoranth::simulator {
 
-// What a cell shows.
-struct GalleryItem {
-    std::string_view name;
-    std::string_view bundleIdentifier;  // "" for the switch's parts, which have no bundle
-    CatalogKind kind;
-
-    friend bool operator==(const GalleryItem&, const GalleryItem&) = default;
-};
-
 // An item's pictures on the screen.
 struct GalleryCell {
-    GalleryItem item;
-    platform::Rect before;  // points
+    const GalleryItem* item;  // not null; of the screen
+    platform::Rect before;    // points
     platform::Rect after;
 };
 
@@ -61,9 +51,8 @@ class GalleryScreen final : public AppScreen {
     void layOutPages();
     void addBar();
     void addCell(const GalleryCell& cell);
-    [[nodiscard]] platform::ImageRef before(const GalleryItem& item) const;
-    [[nodiscard]] platform::ImageRef after(const GalleryItem& item) const;
 
+    GalleryItems items_;
     std::vector<Page> pages_;  // at least one
     int page_ = 1;
 };

@@ -12,6 +12,8 @@ namespace velmoranth::simulator {
 
 // Of an ordinary app.
 [[nodiscard]] std::unique_ptr<Screen> makeControlsScreen(const AppContext& context);
+
+// Of the process that has every class.
 [[nodiscard]] std::unique_ptr<Screen> makeGalleryScreen(const AppContext& context);
 
 // Of the settings app, and of the weather app.

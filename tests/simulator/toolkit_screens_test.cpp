@@ -1,7 +1,6 @@
-// The screens of an ordinary app with the engine's library: what a theme changes in them, and
+// The screen of an ordinary app with the engine's library: what a theme changes in them, and
 // where. This program starts itself again as a simulated process.
 #include "simulator/process.h"
-#include "simulator/screens/gallery_screen.h"
 #include "simulator/toolkit/toolkit_images.h"
 #include "themed_device.h"
 
@@ -64,15 +63,11 @@ INSTANTIATE_TEST_SUITE_P(Devices, AppScreenOn,
                                           testing::Values(12, 13)));
 
 TEST_P(AppScreenOn, WithoutImagesInTheThemeAllIsStock) {
-    for (const ScreenKind kind : {ScreenKind::controls, ScreenKind::gallery}) {
-        EXPECT_EQ(look(kind).screen().picture, stock(kind));
-    }
-    // On the first page of either screen.
+    constexpr ScreenKind kKind = ScreenKind::controls;
+    EXPECT_EQ(look(kKind).screen().picture, stock(kKind));
     device.png("UIImages/UINavigationBarBackIndicatorDefault.png", 13, 21, kMagenta);
-    for (const ScreenKind kind : {ScreenKind::controls, ScreenKind::gallery}) {
-        EXPECT_EQ(look(kind, {{"enable", false}}).screen().picture, stock(kind));
-        EXPECT_NE(look(kind).screen().picture, stock(kind));
-    }
+    EXPECT_EQ(look(kKind, {{"enable", false}}).screen().picture, stock(kKind));
+    EXPECT_NE(look(kKind).screen().picture, stock(kKind));
 }
 
 TEST_P(AppScreenOn, ThemedImagesShowInTheirPlaces) {
@@ -97,34 +92,6 @@ TEST_P(AppScreenOn, ThemedImagesShowInTheirPlaces) {
     EXPECT_EQ(themed.count(kBlue), px(28) * px(28));
 }
 
-TEST_P(AppScreenOn, GalleryShowsWhatIsReplacedBesideWhatIsNot) {
-    device.png("UIImages/gear.png", 20, 20, kMagenta);
-    device.png("Bundles/com.apple.weather-framework/snow.png", 30, 30, kGreen);
-    device.png("UIImages/UISwitchKnob.png", 30, 30, kYellow);
-    const double scale = look(ScreenKind::gallery).screen().picture.scale;
-    const auto square = [scale](double side) {
-        return static_cast<std::size_t>(side * scale * side * scale);
-    };
-    std::size_t magenta = 0;
-    std::size_t green = 0;
-    std::size_t yellow = 0;
-    int pages = 1;
-    for (int page = 1; page <= pages; ++page) {
-        ScreenRequest wanted = request(ScreenKind::gallery);
-        wanted.page = page;
-        const Look shown(renderScreen(wanted).value());
-        EXPECT_EQ(shown.screen().page, page);
-        pages = shown.screen().pageCount;
-        magenta += shown.count(kMagenta);
-        green += shown.count(kGreen);
-        yellow += shown.count(kYellow);
-    }
-    EXPECT_GT(pages, 1);
-    EXPECT_EQ(magenta, square(20));
-    EXPECT_EQ(green, square(30));
-    EXPECT_EQ(yellow, square(30));
-}
-
 TEST_P(AppScreenOn, AnOrdinaryAppHasNoClassesOfTheHomeScreen) {
     device.png("UIImages/gear.png", 20, 20, kMagenta);
     std::vector<std::string> log;
@@ -146,58 +113,6 @@ TEST_P(AppScreenOn, AnOrdinaryAppHasNoClassesOfTheHomeScreen) {
         EXPECT_EQ(line.find("does not"), std::string::npos) << line;
         EXPECT_FALSE(line.starts_with("MS:Warning")) << line;
     }
-}
-
-TEST_P(AppScreenOn, GalleryHasEveryImageOnceAndNothingOverlaps) {
-    ScreenRequest wanted = request(ScreenKind::gallery);
-    wanted.loadEngine = false;
-    auto process = SimulatedProcess::start(wanted, [](const std::string&) {});
-    ASSERT_TRUE(process);
-    auto& gallery = dynamic_cast<GalleryScreen&>((*process)->screen());
-    std::size_t expected = 1;  // the knob
-    for (const BundleCatalog& catalog : bundleCatalogs()) {
-        expected += isIn(catalog.systems, wanted.device.system) ? catalog.names().size() : 0;
-    }
-    std::vector<GalleryItem> seen;
-    for (int page = 1; page <= gallery.pageCount(); ++page) {
-        gallery.showPage(page);
-        ASSERT_EQ(gallery.page(), page);
-        std::vector<platform::Rect> taken;
-        for (const GalleryCell& cell : gallery.cells()) {
-            EXPECT_EQ(std::ranges::find(seen, cell.item), seen.end()) << cell.item.name;
-            seen.push_back(cell.item);
-            for (const platform::Rect& slot : {cell.before, cell.after}) {
-                EXPECT_GE(slot.origin.x, 0);
-                EXPECT_LE(slot.origin.x + slot.size.width, wanted.device.screen.width);
-                EXPECT_LE(slot.origin.y + slot.size.height + 25, wanted.device.screen.height);
-                for (const platform::Rect& other : taken) {
-                    EXPECT_TRUE(slot.origin.x >= other.origin.x + other.size.width ||
-                                other.origin.x >= slot.origin.x + slot.size.width ||
-                                slot.origin.y >= other.origin.y + other.size.height ||
-                                other.origin.y >= slot.origin.y + slot.size.height)
-                        << cell.item.name;
-                }
-                taken.push_back(slot);
-            }
-        }
-    }
-    EXPECT_EQ(seen.size(), expected);
-    gallery.showPage(1000);
-    EXPECT_EQ(gallery.page(), gallery.pageCount());
-    gallery.showPage(-3);
-    EXPECT_EQ(gallery.page(), 1);
-}
-
-TEST(GalleryText, IsShortenedInTheMiddle) {
-    const desktop::TextStyle style{.size = 9};
-    EXPECT_EQ(shortenedInTheMiddle("gear", style, 80), "gear");
-    EXPECT_EQ(shortenedInTheMiddle("", style, 80), "");
-    const std::string shorter = shortenedInTheMiddle(std::string(40, 'm') + ".end", style, 80);
-    EXPECT_TRUE(shorter.starts_with("mm"));
-    EXPECT_TRUE(shorter.ends_with(".end"));
-    EXPECT_NE(shorter.find("…"), std::string::npos);
-    EXPECT_LE(desktop::measureText(shorter, style).width, 80);
-    EXPECT_EQ(shortenedInTheMiddle("gear", style, 0.1), "…");
 }
 
 }  // namespace

@@ -1,0 +1,478 @@
+#include "simulator/screens/gallery_items.h"
+
+#include "desktop/imaging/bitmap_image.h"
+#include "platform/platform.h"
+#include "simulator/artwork/toolkit_artwork.h"
+#include "simulator/backdrop.h"
+#include "simulator/dock_views.h"
+#include "simulator/folder_icon_views.h"
+#include "simulator/live_icons.h"
+#include "simulator/named_views.h"
+#include "simulator/open_folder_views.h"
+#include "simulator/page_control.h"
+#include "simulator/screen.h"
+#include "simulator/screens/notification_screen.h"
+#include "simulator/screens/switcher_screen.h"
+#include "simulator/screens/today_screen.h"
+#include "simulator/toolkit/switch_view.h"
+#include "simulator/toolkit/toolkit_objects.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+
+namespace velmoranth::simulator {
+namespace {
+
+using platform::ImageRef;
+using platform::NullableString;
+using platform::ObjectRef;
+using platform::Rect;
+using platform::Size;
+using platform::ViewRef;
+
+constexpr std::string_view kClockBundle = "com.apple.SpringBoardHome";
+constexpr const char* kClockFace = "ClockIconBackgroundSquare";
+
+// What icons are asked for beside the home screen: sides in points.
+constexpr const char* kAppElsewhere = "com.apple.Maps";
+constexpr double kWidgetSide = 20;
+constexpr double kSuggestionSide = 60;
+constexpr double kBannerSide = 32;
+constexpr double kNotificationSide = 20;
+constexpr int kWidgetFormat = 5;
+// A miniature's side as a share of the folder icon's: 13 points on 60.
+constexpr double kGridCellShare = 13.0 / 60;
+
+// Stands for the blurred wallpaper behind a dock and behind a folder's miniatures.
+constexpr platform::Color kMaterial{1, 1, 1, 0.35};
+// About what three suggested icons need less than a pad's screen is wide.
+constexpr double kPlatterShare = 0.8;
+
+// PKIconImageCache.
+class SettingsIcons final : public platform::PKIconImageCache {
+  public:
+    [[nodiscard]] std::string className() const override { return "PKIconImageCache"; }
+};
+
+std::string_view groupOf(const BundleCatalog& catalog) {
+    struct Row {
+        std::string_view bundle, group;
+    };
+
+    constexpr std::array kRows{Row{kToolkitBundle, "Toolkit"}, Row{kGlyphsBundle, "Glyphs"},
+                               Row{kAppBundle, "App Bundle"}};
+    const auto* const found = std::ranges::find(kRows, catalog.identifier, &Row::bundle);
+    return found == kRows.end() ? "Home Screen Bundle" : found->group;
+}
+
+}  // namespace
+
+GalleryItems::GalleryItems(const AppContext& appContext)
+    : app_(appContext),
+      home_{.device = app_.device,
+            .metrics = homeScreenMetrics(app_.device.kind, app_.device.screen),
+            .runtime = app_.runtime,
+            .images = app_.images,
+            .stockImages = app_.stockImages,
+            .folderIconImageCache = std::make_shared<FolderIconImageCache>(),
+            .views = app_.views},
+      ask_(app_.runtime, app_.toolkit) {
+    addAppIcons();
+    addLiveIcons();
+    addMiniatures();
+    addPlacesOfIcons();
+    addFurniture();
+    addSettings();
+    addWeather();
+    addControls();
+    addCatalogs();
+}
+
+ImageRef GalleryItems::stockIcon(const App& app, double side) const {
+    return app_.stockImages.icon(std::string(app.bundleIdentifier), side, app_.scale(),
+                                 IconMasking::masked);
+}
+
+bool GalleryItems::isLive(const App& app) const {
+    return app.iconClass == "SBCalendarApplicationIcon" ||
+           (app.iconClass == "SBClockApplicationIcon" && app_.device.system.major >= 13);
+}
+
+// As its view on the home screen asks: the icon on iOS 12, the cache of images on 13.
+void GalleryItems::addIcon(std::string_view group, const App& app) {
+    items_.push_back({group, std::string(app.name), std::string(app.bundleIdentifier),
+                      GalleryPlate::light,
+                      [this, &app] { return stockIcon(app, home_.metrics.iconSide); },
+                      [this, &app] {
+                          return app_.runtime.send<ImageRef>(
+                              *makeIconImageView(makeApplicationIcon(app), app, app_.device.system),
+                              "contentsImage");
+                      }});
+}
+
+void GalleryItems::addAppIcons() {
+    for (const App* const app : homeScreenApps()) {
+        if (!isLive(*app)) {
+            addIcon("Home Screen Icons", *app);
+        }
+    }
+    std::vector<const App*> dock;
+    for (const App& app : dockApps()) {
+        dock.push_back(&app);
+    }
+    if (home_.metrics.dockStyle == DockStyle::floating) {
+        for (const App& app : suggestedApps()) {
+            dock.push_back(&app);
+        }
+    }
+    for (const App* const app : dock) {
+        const auto isSame = [app](const GalleryItem& item) {
+            return item.bundle == app->bundleIdentifier;
+        };
+        if (!isLive(*app) && std::ranges::none_of(items_, isSame)) {
+            addIcon("Dock Icons", *app);
+        }
+    }
+}
+
+ImageRef GalleryItems::clockFace() const {
+    return processedIconImage(app_.toolkit.stockImage(kClockFace, std::string(kClockBundle)),
+                              iconImageInfo(home_.metrics.iconSide, app_.scale()), true,
+                              app_.images);
+}
+
+void GalleryItems::addLiveIcons() {
+    for (const App* const app : homeScreenApps()) {
+        if (!isLive(*app)) {
+            continue;
+        }
+        addIcon("Live Icons", *app);
+        GalleryItem& item = items_.back();
+        if (app->iconClass == "SBCalendarApplicationIcon") {
+            item.before = [this] {
+                return drawCalendarIcon(
+                    app_.stockImages.calendarBase(home_.metrics.iconSide, app_.scale()),
+                    app_.scale(), platform::platform().dates, app_.images);
+            };
+        } else {
+            // Its face; the hands lie over it.
+            item.name = kClockFace;
+            item.bundle = kClockBundle;
+            item.before = [this] { return clockFace(); };
+        }
+    }
+}
+
+void GalleryItems::addMiniatures() {
+    for (const HomeScreenItem& place : homeScreenItems()) {
+        if (place.folder == nullptr) {
+            continue;
+        }
+        for (const App& app : place.folder->apps) {
+            const double side = home_.metrics.iconSide * kGridCellShare;
+            items_.push_back({"Folder Miniatures", std::string(app.name),
+                              std::string(app.bundleIdentifier), GalleryPlate::light,
+                              [this, &app, side] { return stockIcon(app, side); },
+                              [this, &app] {
+                                  return app_.runtime.send<ImageRef, platform::SBIconRef>(
+                                      *home_.folderIconImageCache,
+                                      "gridCellImageForIcon:", makeApplicationIcon(app));
+                              }});
+        }
+    }
+}
+
+// One app's in each place: every other is asked for in the same way.
+void GalleryItems::addPlacesOfIcons() {
+    const auto add = [this](const char* name, double side, std::function<ImageRef()> after) {
+        items_.push_back({"Icons in Other Places", name, kAppElsewhere, GalleryPlate::light,
+                          [this, side] {
+                              return app_.stockImages.icon(kAppElsewhere, side, app_.scale(),
+                                                           IconMasking::masked);
+                          },
+                          std::move(after)});
+    };
+    desktop::Runtime& runtime = app_.runtime;
+    const bool isBySize = app_.device.system.major >= 13;
+    add("Widget", kWidgetSide, [this, &runtime, isBySize, scale = app_.scale()] {
+        // The home screen has asked for the icon before a widget does, and a replacement may keep
+        // what it gave there.
+        for (const GalleryItem& item : items_) {
+            if (item.bundle == kAppElsewhere) {
+                static_cast<void>(item.after());
+                break;
+            }
+        }
+        const auto info = std::make_shared<WidgetInfo>(kAppElsewhere);
+        const ObjectRef extension = std::make_shared<WidgetExtension>(kAppElsewhere);
+        return isBySize
+                   ? runtime.send<ImageRef, Size, double, NullableString, ObjectRef>(
+                         *info, "_queue_iconWithSize:scale:forWidgetWithIdentifier:extension:",
+                         Size{kWidgetSide, kWidgetSide}, scale, info->widgetIdentifier(), extension)
+                   : runtime.send<ImageRef, int, NullableString, ObjectRef>(
+                         *info,
+                         "_queue_iconWithFormat:forWidgetWithIdentifier:extension:", kWidgetFormat,
+                         info->widgetIdentifier(), extension);
+    });
+    add("Suggestion", kSuggestionSide, [&runtime] {
+        return runtime.sendToClass<ImageRef, NullableString>(
+            "APWUtil", "iconForBundleIdentifier:", kAppElsewhere);
+    });
+    add("Switcher", kBannerSide, [&runtime] {
+        const auto banner =
+            std::make_shared<SuggestionBannerView>(Rect{{0, 0}, {300, 60}}, kAppElsewhere, "");
+        return runtime.send<ImageRef, NullableString, ObjectRef>(
+            *banner, "_iconImageFromAppWithBundleIdentifier:withIconImageCache:", kAppElsewhere,
+            std::make_shared<IconImageCache>());
+    });
+    if (isBySize) {
+        add("Notification", kNotificationSide, [&runtime] {
+            return runtime.send<ImageRef, NullableString, NullableString, NullableString>(
+                *std::make_shared<NotificationIcon>(),
+                "_initWithName:path:applicationIdentifier:", std::nullopt, std::nullopt,
+                kAppElsewhere);
+        });
+    }
+}
+
+ImageRef GalleryItems::drawn(const ViewRef& view, Size size) const {
+    const auto pixels = [this](double points) {
+        return static_cast<std::size_t>(std::lround(points * app_.scale()));
+    };
+    return app_.images.makeImage(
+        desktop::renderTree(view, {pixels(size.width), pixels(size.height)}, app_.scale()),
+        app_.scale());
+}
+
+void GalleryItems::addFurniture() {
+    addPageDots();
+    const auto add = [this](const char* name, std::function<ImageRef()> before,
+                            std::function<ImageRef()> after) {
+        items_.push_back({"Home Screen", name, std::string(kHomeScreenBundle),
+                          GalleryPlate::wallpaper, std::move(before), std::move(after)});
+    };
+    add(
+        "Badge",
+        [this] {
+            const Size size = IconBadgeView::create(home_, "1")->bounds().size;
+            return app_.stockImages.badgeBackground(size, app_.scale());
+        },
+        [this]() -> ImageRef {
+            const auto badge = IconBadgeView::create(home_, "1");
+            layoutTree(app_.runtime, badge);
+            return badge->alpha() > 0 ? badge->backgroundView()->image() : nullptr;
+        });
+    add(
+        "Pressed Icon",
+        [this] { return app_.stockImages.darkeningOverlay(home_.metrics.iconSide, app_.scale()); },
+        [this] {
+            const App& app = dockApps().front();
+            return app_.runtime.send<ImageRef>(
+                *makeIconImageView(makeApplicationIcon(app), app, app_.device.system),
+                "darkeningOverlayImage");
+        });
+    addFolderPictures();
+    addDock();
+}
+
+void GalleryItems::addPageDots() {
+    struct Dot {
+        const char* name;
+        const char* selector;
+        bool isCurrent;
+    };
+
+    constexpr const char* kSearch = "_searchIndicatorImage:";
+    constexpr const char* kPage = "_iconListIndicatorImage:";
+    for (const Dot& dot : {Dot{"Search Dot", kSearch, false}, Dot{"Current Page Dot", kPage, true},
+                           Dot{"Page Dot", kPage, false}}) {
+        items_.push_back(
+            {"Home Screen", dot.name, std::string(kHomeScreenBundle), GalleryPlate::wallpaper,
+             [this, dot] {
+                 const double side = home_.metrics.pageDotSide;
+                 return dot.selector == kSearch
+                            ? app_.stockImages.searchDot(side, app_.scale(), false)
+                            : app_.stockImages.pageDot(side, app_.scale(), dot.isCurrent);
+             },
+             [this, dot] {
+                 const auto control =
+                     std::make_shared<PageControl>(home_, platform::Point{}, 2, true);
+                 return app_.runtime.send<ImageRef, bool>(*control, dot.selector, dot.isCurrent);
+             }});
+    }
+}
+
+void GalleryItems::addFolderPictures() {
+    const double side = home_.metrics.iconSide;
+    const auto plate = [this, side] {
+        return app_.images.makeImage(
+            makePlate({side, side}, app_.scale(), kMaterial, side * kIconCornerRadiusShare),
+            app_.scale());
+    };
+    items_.push_back(
+        {"Home Screen", "Folder Icon", std::string(kHomeScreenBundle), GalleryPlate::wallpaper,
+         plate, [this, side, plate] {
+             // Empty, so that nothing but its plate shows.
+             const auto icon = std::make_shared<FolderIcon>(Folder{"folder.empty", "", {}});
+             const ViewRef view = FolderIconImageView::create(home_, icon, {{0, 0}, {side, side}});
+             if (const auto folder = std::dynamic_pointer_cast<FolderIconImageView>(view)) {
+                 folder->setPlateImage(plate());
+             }
+             layoutTree(app_.runtime, view);
+             return drawn(view, {side, side});
+         }});
+    // The platform shows a blur there and no picture. The view that a replacement adds fades in.
+    items_.push_back(
+        {"Home Screen", "Behind Open Folder", std::string(kHomeScreenBundle),
+         GalleryPlate::wallpaper, [] { return nullptr; },
+         [this]() -> ImageRef {
+             const ViewRef view = FolderControllerBackgroundView::create(home_, app_.bounds());
+             if (view == nullptr) {
+                 return nullptr;
+             }
+             for (const ViewRef& subview : view->subviews()) {
+                 if (const auto image = std::dynamic_pointer_cast<platform::ImageView>(subview)) {
+                     return image->image();
+                 }
+             }
+             return nullptr;
+         }});
+}
+
+// As its views show it, without icons.
+void GalleryItems::addDock() {
+    const HomeScreenMetrics& metrics = home_.metrics;
+    const double width = app_.device.screen.width;
+    const Size size{width, metrics.dockHeight};
+    const auto material = [this, radius = metrics.dockRadius](Size of) {
+        return app_.images.makeImage(makePlate(of, app_.scale(), kMaterial, radius), app_.scale());
+    };
+    GalleryItem item{"Home Screen",           "Dock", std::string(kHomeScreenBundle),
+                     GalleryPlate::wallpaper, {},     {}};
+    if (metrics.dockStyle == DockStyle::floating) {
+        const double left = snapToPixels(width * (1 - kPlatterShare) / 2, app_.scale());
+        const Rect platter{{left, 0}, {width - 2 * left, metrics.dockHeight}};
+        item.before = [this, size, platter, material] {
+            const auto dock = std::make_shared<NamedView>("UIView", Rect{{0, 0}, size});
+            const auto view =
+                FloatingDockPlatterView::create(home_, platter.size, material(platter.size));
+            view->setFrame(platter);
+            view->placeSubviews();
+            dock->addSubview(view);
+            return drawn(dock, size);
+        };
+        // The same dock every time: a replacement puts its picture in once a process. The divider
+        // belongs to the icons and lies outside.
+        const auto dock = FloatingDockView::create(home_, platter, -width, material(platter.size));
+        item.after = [this, dock, size] {
+            // Twice, as on the home screen: the platter has its size in the second.
+            layoutTree(app_.runtime, dock);
+            layoutTree(app_.runtime, dock);
+            return drawn(dock, size);
+        };
+    } else {
+        const Rect background{{metrics.dockInset, 0},
+                              {width - 2 * metrics.dockInset, metrics.dockHeight}};
+        const auto make = [this, size, background, material] {
+            return DockView::create(home_, {{0, 0}, size}, background, material(background.size));
+        };
+        item.before = [this, size, make] {
+            const auto dock = make();
+            dock->placeSubviews();
+            return drawn(dock, size);
+        };
+        item.after = [this, size, make] {
+            const auto dock = make();
+            layoutTree(app_.runtime, dock);
+            return drawn(dock, size);
+        };
+    }
+    items_.push_back(std::move(item));
+}
+
+void GalleryItems::addSettings() {
+    const auto cache = std::make_shared<SettingsIcons>();
+    for (const std::string_view key : settingsIconNames()) {
+        const std::string name(key);
+        items_.push_back({"Settings", name, std::string(kPreferencesBundle), GalleryPlate::light,
+                          [this, name] {
+                              return app_.toolkit.stockImage(name, std::string(kPreferencesBundle));
+                          },
+                          [this, name, cache] {
+                              return app_.runtime.send<ImageRef, NullableString>(
+                                  *cache, "imageForKey:", name);
+                          }});
+    }
+}
+
+void GalleryItems::addWeather() {
+    const ObjectRef traits = std::make_shared<TraitCollection>(app_.device);
+    const bool hasLoader = app_.device.system.major >= 13;
+    for (const std::string_view condition : weatherConditionNames()) {
+        const std::string name(condition);
+        items_.push_back(
+            {"Weather", name, std::string(kWeatherBundle), GalleryPlate::sky,
+             [this, name] { return app_.toolkit.stockImage(name, std::string(kWeatherBundle)); },
+             [this, name, traits, hasLoader] {
+                 return hasLoader ? app_.runtime.sendToClass<ImageRef, NullableString, long long>(
+                                        "WeatherImageLoader", "conditionImageNamed:style:", name,
+                                        static_cast<long long>(WeatherStyle::onColor))
+                                  : ask_.imageNamedInBundleCompatibleWithTraitCollection(
+                                        name, kWeatherBundle, traits);
+             }});
+    }
+}
+
+void GalleryItems::addControls() {
+    items_.push_back({"Controls", "UISwitchKnob.png", "", GalleryPlate::light,
+                      [this] { return app_.toolkit.switchKnob(); },
+                      [this] {
+                          SwitchVisualElement element(true, nullptr);
+                          return app_.runtime.send<ImageRef>(element, "_effectiveThumbImage");
+                      }});
+}
+
+// Of bundles whose images are asked for by name alone.
+void GalleryItems::addCatalogs() {
+    for (const BundleCatalog& catalog : bundleCatalogs()) {
+        if (!isIn(catalog.systems, app_.device.system) ||
+            catalog.identifier == kPreferencesBundle || catalog.identifier == kWeatherBundle ||
+            catalog.identifier == kClockBundle) {
+            continue;
+        }
+        for (const std::string_view listed : catalog.names()) {
+            const std::string name(listed);
+            const std::string bundle(catalog.identifier);
+            items_.push_back(
+                {groupOf(catalog), name, bundle, GalleryPlate::light,
+                 [this, name, bundle] { return app_.toolkit.stockImage(name, bundle); },
+                 [this, name, bundle] {
+                     return bundle == kGlyphsBundle    ? ask_.systemImageNamed(name)
+                            : bundle == kToolkitBundle ? ask_.kitImageNamed(name)
+                                                       : ask_.imageNamedInBundle(name, bundle);
+                 }});
+        }
+    }
+}
+
+bool samePixels(const ImageRef& a, const ImageRef& b) {
+    const auto first = desktop::DesktopBitmapImage::of(platform::bitmapOf(a));
+    const auto second = desktop::DesktopBitmapImage::of(platform::bitmapOf(b));
+    if (first == nullptr || second == nullptr || first->size() != second->size()) {
+        return first == second;
+    }
+    const desktop::PixelView left = first->pixels();
+    const desktop::PixelView right = second->pixels();
+    for (std::size_t y = 0; y < left.height; ++y) {
+        if (!std::equal(left.row(y), left.row(y) + left.width * 4, right.row(y))) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace velmoranth::simulator

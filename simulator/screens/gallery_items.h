@@ -1,0 +1,73 @@
+// What the gallery lays out: every image that the device's screens ask for, each as the platform
+// has it by itself, and as the message that its screen sends answers now.
+#pragma once
+
+#include "platform/uikit.h"
+#include "simulator/app_context.h"
+#include "simulator/home_screen_layout.h"
+#include "simulator/icon_views.h"
+#include "simulator/screen_context.h"
+#include "simulator/toolkit/image_messages.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velmoranth::simulator {
+
+// What its pictures can be made out on.
+enum class GalleryPlate { light, sky, wallpaper };
+
+struct GalleryItem {
+    std::string_view group;  // its heading
+    std::string name;
+    std::string bundle;  // identifier of its app or bundle; "" for what has none
+    GalleryPlate plate = GalleryPlate::light;
+    // Nil where there is none. `before` sends no message.
+    std::function<platform::ImageRef()> before;
+    std::function<platform::ImageRef()> after;
+};
+
+class GalleryItems {
+  public:
+    // The process has the classes of every screen. All of the context outlives this object.
+    explicit GalleryItems(const AppContext& appContext);
+    GalleryItems(const GalleryItems&) = delete;
+    GalleryItems& operator=(const GalleryItems&) = delete;
+
+    // Groups in a row, none twice. The items do not outlive this object.
+    [[nodiscard]] const std::vector<GalleryItem>& all() const { return items_; }
+
+  private:
+    void addAppIcons();
+    void addLiveIcons();
+    void addMiniatures();
+    void addPlacesOfIcons();
+    void addFurniture();
+    void addPageDots();
+    void addFolderPictures();
+    void addDock();
+    void addSettings();
+    void addWeather();
+    void addCatalogs();
+    void addControls();
+
+    void addIcon(std::string_view group, const App& app);
+    // Whether the home screen draws the app's icon anew each time.
+    [[nodiscard]] bool isLive(const App& app) const;
+    [[nodiscard]] platform::ImageRef stockIcon(const App& app, double side) const;
+    [[nodiscard]] platform::ImageRef clockFace() const;
+    [[nodiscard]] platform::ImageRef drawn(const platform::ViewRef& view,
+                                           platform::Size size) const;
+
+    AppContext app_;
+    ScreenContext home_;
+    ImageMessages ask_;
+    std::vector<GalleryItem> items_;
+};
+
+[[nodiscard]] bool samePixels(const platform::ImageRef& a, const platform::ImageRef& b);
+
+}  // namespace velmoranth::simulator

@@ -1,0 +1,275 @@
+// The gallery: every image that the screens ask for, and what a theme changes in them.
+#include "simulator/process.h"
+#include "simulator/screens/gallery_screen.h"
+
+#include "screen_test.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+namespace velmoranth::simulator {
+namespace {
+
+constexpr Pixel kYellow{0, 255, 255, 255};
+
+// A gallery in this process.
+class Gallery {
+  public:
+    explicit Gallery(ScreenRequest request) : scale_(request.device.screen.scale) {
+        request.screen = ScreenKind::gallery;
+        auto process = SimulatedProcess::start(
+            request, [this](const std::string& line) { log.push_back(line); });
+        EXPECT_TRUE(process) << (process ? "" : toLine(process.error()));
+        process_ = std::move(*process);
+    }
+
+    [[nodiscard]] GalleryScreen& screen() {
+        return dynamic_cast<GalleryScreen&>(process_->screen());
+    }
+
+    [[nodiscard]] desktop::Runtime& runtime() { return process_->runtime(); }
+
+    // Shows the item's page. Nothing when there is no such item.
+    [[nodiscard]] std::optional<GalleryCell> find(std::string_view group, std::string_view name) {
+        for (int page = 1; page <= screen().pageCount(); ++page) {
+            screen().showPage(page);
+            for (const GalleryCell& cell : screen().cells()) {
+                if (cell.item->group == group && cell.item->name == name) {
+                    return cell;
+                }
+            }
+        }
+        return std::nullopt;
+    }
+
+    // The colours in the middles of the item's two pictures, as the screen shows them.
+    [[nodiscard]] std::pair<Pixel, Pixel> shown(std::string_view group, std::string_view name) {
+        const std::optional<GalleryCell> cell = find(group, name);
+        EXPECT_TRUE(cell) << name;
+        if (!cell) {
+            return {};
+        }
+        screen().layoutViews();
+        const auto picture = screen().draw();
+        const auto middle = [&](const platform::Rect& slot) {
+            const auto x = static_cast<std::size_t>((slot.origin.x + slot.size.width / 2) * scale_);
+            const auto y =
+                static_cast<std::size_t>((slot.origin.y + slot.size.height / 2) * scale_);
+            Pixel pixel{};
+            std::copy_n(picture->pixels().row(y) + x * 4, 4, pixel.begin());
+            return pixel;
+        };
+        return {middle(cell->before), middle(cell->after)};
+    }
+
+    // What the middle row of the item's answer has a quarter and three quarters along.
+    [[nodiscard]] std::pair<Pixel, Pixel> quarters(std::string_view group, std::string_view name) {
+        const std::optional<GalleryCell> cell = find(group, name);
+        const auto bitmap =
+            cell ? desktop::DesktopBitmapImage::of(platform::bitmapOf(cell->item->after()))
+                 : nullptr;
+        EXPECT_NE(bitmap, nullptr) << name;
+        if (bitmap == nullptr) {
+            return {};
+        }
+        const desktop::PixelView pixels = bitmap->pixels();
+        const auto at = [&](std::size_t x) {
+            Pixel pixel{};
+            std::copy_n(pixels.row(pixels.height / 2) + x * 4, 4, pixel.begin());
+            return pixel;
+        };
+        return {at(pixels.width / 4), at(pixels.width * 3 / 4)};
+    }
+
+    std::vector<std::string> log;
+
+  private:
+    double scale_;
+    std::unique_ptr<SimulatedProcess> process_;
+};
+
+class GalleryOn : public testing::TestWithParam<std::tuple<std::string, int>> {
+  public:
+    [[nodiscard]] int system() const { return std::get<1>(GetParam()); }
+
+    [[nodiscard]] ScreenRequest request(const platform::Dictionary& preferences = {}) const {
+        return device.request(std::get<0>(GetParam()), system(), preferences);
+    }
+
+    // In each of the places that the other tests look at.
+    void theme() const {
+        device.png("IconBundles/com.apple.Maps-large.png", 180, 180, kMagenta);
+        device.png("IconBundles/com.apple.compass-large.png", 180, 180, kMagenta);
+        device.png("Bundles/com.apple.Preferences/WiFi@3x.png", 87, 87, kGreen);
+        device.png("Bundles/com.apple.Preferences/WiFi@2x.png", 58, 58, kGreen);
+        device.png("Bundles/com.apple.weather-framework/snow.png", 30, 30, kMagenta);
+        device.png("Bundles/com.apple.SpringBoardHome/ClockIconBackgroundSquare.png", 180, 180,
+                   kBlue);
+        device.png("Bundles/com.apple.springboard/SBBadgeBG.png", 24, 24, kGreen);
+        for (const char* const dot : {"SBPageDotCurrent", "SBPageDot", "Spotlight_Pages"}) {
+            for (const char* const end : {".png", "@2x.png", "@3x.png"}) {
+                device.png(std::string("Bundles/com.apple.springboard/") + dot + end, 24, 24,
+                           kMagenta);
+            }
+        }
+        device.png("UIImages/gear.png", 20, 20, kMagenta);
+        device.png("UIImages/UISwitchKnob.png", 30, 30, kGreen);
+    }
+
+    ThemedDevice device;
+};
+
+INSTANTIATE_TEST_SUITE_P(Devices, GalleryOn,
+                         testing::Combine(testing::Values("phone", "phone-667", "pad"),
+                                          testing::Values(12, 13)));
+
+TEST_P(GalleryOn, AllIsStockWhereNothingIsThemed) {
+    theme();
+    Gallery gallery(request({{"enable", false}}));
+    std::size_t pictures = 0;
+    for (int page = 1; page <= gallery.screen().pageCount(); ++page) {
+        gallery.screen().showPage(page);
+        for (const GalleryCell& cell : gallery.screen().cells()) {
+            const platform::ImageRef before = cell.item->before();
+            EXPECT_TRUE(samePixels(before, cell.item->after()))
+                << cell.item->group << ": " << cell.item->name;
+            pictures += before != nullptr ? 1 : 0;
+        }
+        gallery.screen().layoutViews();
+    }
+    EXPECT_GT(pictures, 120U);
+    for (const std::string& line : gallery.log) {
+        EXPECT_EQ(line.find("does not"), std::string::npos) << line;
+    }
+}
+
+TEST_P(GalleryOn, ThemedImagesLieBesideThePlatformsOwn) {
+    theme();
+    Gallery gallery(request());
+    const auto expectReplaced = [&](std::string_view group, std::string_view name,
+                                    const Pixel& pixel) {
+        const auto [before, after] = gallery.shown(group, name);
+        EXPECT_NE(before, pixel) << group << ": " << name;
+        EXPECT_EQ(after, pixel) << group << ": " << name;
+    };
+    expectReplaced("Home Screen Icons", "Maps", kMagenta);
+    expectReplaced("Folder Miniatures", "Compass", kMagenta);
+    expectReplaced("Icons in Other Places", "Suggestion", kMagenta);
+    expectReplaced("Settings", "WiFi", kGreen);
+    expectReplaced("Weather", "snow", kMagenta);
+    expectReplaced("Home Screen", "Badge", kGreen);
+    expectReplaced("Home Screen", "Page Dot", kMagenta);
+    expectReplaced("Home Screen", "Search Dot", kMagenta);
+    expectReplaced("Glyphs", "gear", kMagenta);
+    expectReplaced("Controls", "UISwitchKnob.png", kGreen);
+    if (system() >= 13) {
+        expectReplaced("Icons in Other Places", "Widget", kMagenta);
+        expectReplaced("Live Icons", "ClockIconBackgroundSquare", kBlue);
+    }
+    // What the theme does not have.
+    const std::optional<GalleryCell> stock = gallery.find("Home Screen Icons", "Notes");
+    ASSERT_TRUE(stock);
+    EXPECT_TRUE(samePixels(stock->item->before(), stock->item->after()));
+}
+
+TEST_P(GalleryOn, SettingsIconsAndTheClockAreMaskedAndOverlaid) {
+    theme();
+    // A mask's white hides; the overlay covers the left half.
+    device.png("Bundles/com.apple.mobileicons.framework/AppIconMask.png", 120, 120, kBlack, kWhite);
+    for (const char* const overlay : {"iPhoneOverlay", "iPadOverlay"}) {
+        device.png(std::string("Velmoranth/") + overlay + ".png", 60, 60, kYellow, {0, 0, 0, 0});
+    }
+    std::vector<std::pair<std::string_view, std::string_view>> icons{{"Settings", "WiFi"}};
+    if (system() >= 13) {
+        icons.emplace_back("Live Icons", "ClockIconBackgroundSquare");
+    }
+    Gallery gallery(request({{"enableIconMask", true}, {"enableOverlay", true}}));
+    for (const auto& [group, name] : icons) {
+        const auto [left, right] = gallery.quarters(group, name);
+        EXPECT_EQ(left, kYellow) << name;
+        EXPECT_EQ(right, (Pixel{0, 0, 0, 0})) << name;
+    }
+    // A glyph is neither.
+    EXPECT_EQ(gallery.quarters("Glyphs", "gear"), std::pair(kMagenta, kMagenta));
+}
+
+TEST_P(GalleryOn, HasTheClassesOfEveryProcess) {
+    ScreenRequest wanted = request();
+    wanted.loadEngine = false;
+    Gallery gallery(wanted);
+    for (const char* const name : {"SBIconView", "SBIconController", "PKIconImageCache",
+                                   "WGWidgetInfo", "UISwitchModernVisualElement"}) {
+        EXPECT_NE(gallery.runtime().getClass(name), nullptr) << name;
+    }
+    EXPECT_EQ(gallery.runtime().getClass("WeatherImageLoader") != nullptr, system() >= 13);
+    EXPECT_EQ(gallery.find("Icons in Other Places", "Notification").has_value(), system() >= 13);
+    EXPECT_EQ(gallery.find("Live Icons", "ClockIconBackgroundSquare").has_value(), system() >= 13);
+    EXPECT_EQ(gallery.find("Home Screen Icons", "Clock").has_value(), system() < 13);
+}
+
+TEST_P(GalleryOn, HasEveryImageOnceAndNothingOverlaps) {
+    ScreenRequest wanted = request();
+    wanted.loadEngine = false;
+    Gallery shown(wanted);
+    GalleryScreen& gallery = shown.screen();
+    std::set<std::tuple<std::string_view, std::string, std::string>> seen;
+    std::set<std::pair<std::string, std::string>> named;
+    for (int page = 1; page <= gallery.pageCount(); ++page) {
+        gallery.showPage(page);
+        ASSERT_EQ(gallery.page(), page);
+        std::vector<platform::Rect> taken;
+        for (const GalleryCell& cell : gallery.cells()) {
+            EXPECT_TRUE(seen.emplace(cell.item->group, cell.item->name, cell.item->bundle).second)
+                << cell.item->name;
+            named.emplace(cell.item->name, cell.item->bundle);
+            for (const platform::Rect& slot : {cell.before, cell.after}) {
+                EXPECT_GE(slot.origin.x, 0);
+                EXPECT_LE(slot.origin.x + slot.size.width, wanted.device.screen.width);
+                EXPECT_LE(slot.origin.y + slot.size.height + 25, wanted.device.screen.height);
+                for (const platform::Rect& other : taken) {
+                    EXPECT_TRUE(slot.origin.x >= other.origin.x + other.size.width ||
+                                other.origin.x >= slot.origin.x + slot.size.width ||
+                                slot.origin.y >= other.origin.y + other.size.height ||
+                                other.origin.y >= slot.origin.y + slot.size.height)
+                        << cell.item->name;
+                }
+                taken.push_back(slot);
+            }
+        }
+    }
+    for (const BundleCatalog& catalog : bundleCatalogs()) {
+        if (isIn(catalog.systems, wanted.device.system)) {
+            for (const std::string_view name : catalog.names()) {
+                EXPECT_TRUE(named.contains({std::string(name), std::string(catalog.identifier)}))
+                    << name;
+            }
+        }
+    }
+    gallery.showPage(1000);
+    EXPECT_EQ(gallery.page(), gallery.pageCount());
+    gallery.showPage(-3);
+    EXPECT_EQ(gallery.page(), 1);
+}
+
+TEST(GalleryText, IsShortenedInTheMiddle) {
+    const desktop::TextStyle style{.size = 9};
+    EXPECT_EQ(shortenedInTheMiddle("gear", style, 80), "gear");
+    EXPECT_EQ(shortenedInTheMiddle("", style, 80), "");
+    const std::string shorter = shortenedInTheMiddle(std::string(40, 'm') + ".end", style, 80);
+    EXPECT_TRUE(shorter.starts_with("mm"));
+    EXPECT_TRUE(shorter.ends_with(".end"));
+    EXPECT_NE(shorter.find("…"), std::string::npos);
+    EXPECT_LE(desktop::measureText(shorter, style).width, 80);
+    EXPECT_EQ(shortenedInTheMiddle("gear", style, 0.1), "…");
+}
+
+}  // namespace
+}  // namespace velmoranth::simulator
