@@ -86,7 +86,8 @@ TEST(ScreenClasses, EachProcessHasItsOwn) {
         {"UNNotificationIcon", ProcessKind::homeScreen, {13}},
         {"SBIconView", ProcessKind::homeScreen, {12, 13}},
         {"SBHClockApplicationIconImageView", ProcessKind::homeScreen, {13}}};
-    for (const ScreenKind kind : {ScreenKind::home, ScreenKind::settings, ScreenKind::weather}) {
+    for (const ScreenKind kind :
+         {ScreenKind::home, ScreenKind::settings, ScreenKind::weather, ScreenKind::controls}) {
         for (const int system : {12, 13}) {
             Running process(kind, system);
             for (const Case& on : cases) {

@@ -164,7 +164,6 @@ TEST_F(CalendarIcon, ShowsTheDayWithoutLeadingZeroAndTheWeekdayInTheDevicesLangu
     }
 }
 
-// One value of a kind that each key cannot take, in both sections, tells so and counts as missing.
 TEST_F(CalendarIcon, SizesThatNoIconHasHarmNothing) {
     set({.mask = true, .overlay = true});
     infoPlist({{"IB-MaskIcons", true}});
