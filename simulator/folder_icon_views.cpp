@@ -73,8 +73,7 @@ void FolderIconImageView::placeSubviews() {
             {{(kCellInset + column * kCellPitch) * unit, (kCellInset + row * kCellPitch) * unit},
              {kCellSide * unit, kCellSide * unit}});
         cells_[i]->setImage(context_.runtime.send<ImageRef, SBIconRef>(
-            *context_.folderIconImageCache,
-            "gridCellImageForIcon:", makeApplicationIcon(apps[i])));
+            *context_.folderIconImageCache, "gridCellImageForIcon:", makeApplicationIcon(apps[i])));
     }
 }
 

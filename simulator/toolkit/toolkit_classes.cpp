@@ -104,6 +104,8 @@ BundleRef orMain(const ToolkitObjects& objects, const BundleRef& bundle) {
     return bundle == nullptr ? objects.images.mainBundle() : bundle;
 }
 
+// On both systems, those of symbols too: public lists do not say for certain which of the loaders
+// by name iOS 12 has, and a replacement that is installed for every release counts on them.
 void addLoadersByBundle(const ToolkitObjects& objects) {
     Runtime& runtime = objects.runtime;
     const auto inBundleWith = std::function<ImageRef(Class&, NullableString, BundleRef, ObjectRef)>(

@@ -2,6 +2,7 @@
 
 #include "core/format.h"
 #include "imaging/bitmap_functions.h"
+#include "imaging/rendered_layer.h"
 #include "imaging/view_tags.h"
 #include "platform/platform.h"
 #include "theme/interface_image_lookup.h"
@@ -128,14 +129,7 @@ ImageRef IconEffects::redrawIconWithOverlay(const ImageRef& icon) {
     base->addSubview(over);
     base->setBackgroundColor(platform::kClearColor);
     base->setClipsToBounds(false);
-
-    const platform::LayerRef layer = base->layer();
-    platform::ImageContexts& contexts = platform().imageContexts;
-    contexts.beginImageContextWithOptions(layer->bounds().size, false, 0);
-    layer->renderInContext(contexts.getCurrentContext());
-    ImageRef result = contexts.getImageFromCurrentImageContext();
-    contexts.endImageContext();
-    return result;
+    return renderedLayer(base->layer());
 }
 
 ImageViewRef IconEffects::addShadowToIcon() {

@@ -4,6 +4,7 @@
 #include "core/settings.h"
 #include "hooks/images/calendar_settings.h"
 #include "imaging/chrome_images.h"
+#include "imaging/rendered_layer.h"
 #include "platform/platform.h"
 #include "theme/app_icon_lookup.h"
 #include "theme/icon_theming.h"
@@ -87,15 +88,6 @@ platform::LabelRef makeDayLabel(const CalendarTextSettings& text, double width) 
     return label;
 }
 
-ImageRef rendered(platform::View& view) {
-    velmoranth::platform::ImageContexts& contexts = platform().imageContexts;
-    contexts.beginImageContextWithOptions(view.bounds().size, false, 0);
-    view.layer()->renderInContext(contexts.getCurrentContext());
-    ImageRef image = contexts.getImageFromCurrentImageContext();
-    contexts.endImageContext();
-    return image;
-}
-
 }  // namespace
 
 ImageRef SBCalendarApplicationIconHooks::generateIconImageWithInfo(
@@ -111,7 +103,7 @@ ImageRef SBCalendarApplicationIconHooks::generateIconImageWithInfo(
     // weekday's then goes between.
     container->insertSubviewAtIndex(makeDateLabel(calendar.date, info.size.width), 2);
     container->insertSubviewAtIndex(makeDayLabel(calendar.day, info.size.width), 1);
-    ImageRef image = rendered(*container);
+    ImageRef image = imaging::renderedLayer(container->layer());
     if (calendar.masksIcon) {
         image = theme::withIconMask(image);
     }
