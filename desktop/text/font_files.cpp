@@ -21,7 +21,7 @@ struct FontPackage {
 };
 
 const std::vector<FontPackage>& packages() {
-    static const std::vector<FontPackage> list = {
+    static const std::vector<FontPackage> kList = {
         // The cut for large sizes is a family of its own, which no style asks for.
         {{"/usr/share/fonts/opentype/inter", "/usr/share/fonts/truetype/inter",
           "/usr/share/fonts/inter", "/usr/local/share/fonts"},
@@ -43,7 +43,7 @@ const std::vector<FontPackage>& packages() {
           "NotoSansArmenian-", "NotoSansGeorgian-", "NotoSansEthiopic-"}},
         {{"/usr/share/fonts/truetype/wqy", "/usr/share/fonts/wqy"}, {"wqy-microhei."}},
     };
-    return list;
+    return kList;
 }
 
 // "Inter" stays the name in a TextStyle for the system face, whatever draws it.

@@ -12,7 +12,7 @@
 
 namespace velmoranth::simulator {
 
-/// 0 for what is not a positive number or beyond the cap.
+// 0 for what is not a positive number or beyond the cap.
 inline int pixelsFor(double points, double scale) {
     const double pixels = std::round(points * scale);
     if (!(points > 0) || !(scale > 0) || !(pixels <= kMaximumFurniturePixels)) {
@@ -21,7 +21,7 @@ inline int pixelsFor(double points, double scale) {
     return std::max(1, static_cast<int>(pixels));
 }
 
-/// Transparent, or without pixels when either side is 0.
+// Transparent, or without pixels when either side is 0.
 inline FurniturePicture blankPicture(int widthPixels, int heightPixels) {
     if (widthPixels == 0 || heightPixels == 0) {
         return {};
@@ -32,8 +32,8 @@ inline FurniturePicture blankPicture(int widthPixels, int heightPixels) {
     return picture;
 }
 
-/// A picture of that many points, drawn by `draw(Pen&)` in units of which the picture has
-/// `unitsWide` by `unitsHigh`. Nothing is drawn when the size is out of range.
+// A picture of that many points, drawn by `draw(Pen&)` in units of which the picture has
+// `unitsWide` by `unitsHigh`. Nothing is drawn when the size is out of range.
 template <typename Draw>
 FurniturePicture drawnPicture(double width, double height, double scale, double unitsWide,
                               double unitsHigh, const Draw& draw) {
@@ -45,17 +45,17 @@ FurniturePicture drawnPicture(double width, double height, double scale, double 
     return picture;
 }
 
-/// The names of a table's rows, in its order.
-template <typename Row, std::size_t kCount>
-constexpr std::array<std::string_view, kCount> namesOf(const std::array<Row, kCount>& rows) {
-    std::array<std::string_view, kCount> names;
+// The names of a table's rows, in its order.
+template <typename Row, std::size_t Count>
+constexpr std::array<std::string_view, Count> namesOf(const std::array<Row, Count>& rows) {
+    std::array<std::string_view, Count> names;
     std::ranges::transform(rows, names.begin(), &Row::name);
     return names;
 }
 
-/// The row of that name, nullptr when there is none.
-template <typename Row, std::size_t kCount>
-const Row* rowNamed(const std::array<Row, kCount>& rows, std::string_view name) {
+// The row of that name, nullptr when there is none.
+template <typename Row, std::size_t Count>
+const Row* rowNamed(const std::array<Row, Count>& rows, std::string_view name) {
     const auto row = std::ranges::find(rows, name, &Row::name);
     return row == rows.end() ? nullptr : &*row;
 }

@@ -11,9 +11,9 @@ namespace {
 
 constexpr double kMark = 6;
 
-template <InterfaceGlyph kGlyph>
+template <InterfaceGlyph Glyph>
 void mark(Pen& pen, Ink ink, Ink /*tile*/) {
-    drawMark(pen, kGlyph, 16, 16, 68, ink);
+    drawMark(pen, Glyph, 16, 16, 68, ink);
 }
 
 void plane(Pen& pen, Ink ink, Ink /*tile*/) {

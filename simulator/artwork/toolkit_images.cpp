@@ -14,9 +14,9 @@ constexpr std::uint32_t kPaleGray = 0xC7C7CC;
 constexpr std::uint32_t kRed = 0xFF3B30;
 
 // A glyph that fills its image.
-template <InterfaceGlyph kGlyph, int kSide>
+template <InterfaceGlyph Glyph, int Side>
 void filling(Pen& pen, Ink ink) {
-    drawMark(pen, kGlyph, 0, 0, kSide, ink);
+    drawMark(pen, Glyph, 0, 0, Side, ink);
 }
 
 void backIndicator(Pen& pen, Ink ink) {

@@ -54,7 +54,7 @@ enum class Accessory { chevron, off, none };
 struct Row {
     std::string_view icon;  // a key of the icon cache; "" for a row without
     std::string_view title;
-    std::string_view detail = "";
+    std::string_view detail = {};
     Accessory accessory = Accessory::chevron;
 };
 
@@ -206,11 +206,11 @@ class Builder {
         const platform::Size size = row.bounds().size;
         const Rect slot{{size.width - kMargin - 13, (size.height - 14) / 2}, {14, 14}};
         const bool hasGlyphs = context_.device.system.major >= 13;
-        images_.add(row, slot, ImagePlacement::fit, [this_ = *this, hasGlyphs] {
-            return hasGlyphs
-                       ? this_.context_.toolkit.tinted(this_.ask_.systemImageNamed("chevron.right"),
-                                                       this_.colors_.separator)
-                       : this_.ask_.kitImageNamed("UITableNext");
+        images_.add(row, slot, ImagePlacement::fit, [builder = *this, hasGlyphs] {
+            return hasGlyphs ? builder.context_.toolkit.tinted(
+                                   builder.ask_.systemImageNamed("chevron.right"),
+                                   builder.colors_.separator)
+                             : builder.ask_.kitImageNamed("UITableNext");
         });
     }
 

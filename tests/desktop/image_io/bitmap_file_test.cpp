@@ -42,7 +42,7 @@ std::string problemOf(const Data& file, const DecodeLimits& limits = {}) {
 }
 
 TEST(BitmapFile, ReadsRowsOfAnyPadding) {
-    for (const std::size_t stored : {3, 4, 8, 16, 66}) {
+    for (const std::size_t stored : {3U, 4U, 8U, 16U, 66U}) {
         const auto image = decodeBitmapFile(withTrailer(rows(3, 2, stored), 3, 2));
         ASSERT_TRUE(image) << stored;
         EXPECT_EQ(image->layout,
@@ -76,7 +76,7 @@ TEST(BitmapFile, WritesRowsOfEightPixelsAndTheTrailer) {
 }
 
 TEST(BitmapFile, IsReadAsItWasWritten) {
-    for (const std::size_t width : {1, 7, 8, 9, 64, 375}) {
+    for (const std::size_t width : {1U, 7U, 8U, 9U, 64U, 375U}) {
         const Data pixels = rows(width, 5, width + 2);
         const auto image = decodeBitmapFile(encodeBitmapFile(pixels, width, 5, (width + 2) * 4));
         ASSERT_TRUE(image) << width;
