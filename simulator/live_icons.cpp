@@ -18,7 +18,6 @@
 namespace velmoranth::simulator {
 namespace {
 
-using desktop::DesktopBitmapImage;
 using desktop::DesktopGraphicsContext;
 using desktop::FontWeight;
 using desktop::TextStyle;

@@ -12,6 +12,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <span>
 #include <utility>
 
 namespace velmoranth::desktop {
@@ -39,7 +40,8 @@ icu::TimeZone* newTimeZone(const std::string& name) {
 bool isKnown(const icu::Locale& locale) {
     std::int32_t count = 0;
     const icu::Locale* const available = icu::Locale::getAvailableLocales(count);
-    return !locale.isBogus() && std::any_of(available, available + count, [&](const auto& other) {
+    const std::span all(available, static_cast<std::size_t>(count));
+    return !locale.isBogus() && std::any_of(all.begin(), all.end(), [&](const auto& other) {
         return std::strcmp(other.getLanguage(), locale.getLanguage()) == 0;
     });
 }

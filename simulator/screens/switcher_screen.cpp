@@ -20,8 +20,6 @@ namespace velmoranth::simulator {
 namespace {
 
 using desktop::FontWeight;
-using desktop::TextAlignment;
-using desktop::TextStyle;
 using platform::Color;
 using platform::ImageRef;
 using platform::NullableString;
@@ -205,10 +203,12 @@ std::vector<Rect> cardFrames(const AppContext& context) {
     const double left = (screen.width - pitchX * static_cast<double>(columns) + gap) / 2;
     const double top = (free - pitchY * kRows) / 2 + kHeaderHeight + kCardGap / 2;
     std::vector<Rect> frames;
-    for (std::size_t i = 0; i < columns * kRows; ++i) {
-        frames.push_back({{left + pitchX * static_cast<double>(i % columns),
-                           std::round(top + pitchY * static_cast<double>(i / columns))},
-                          card});
+    frames.reserve(columns * kRows);
+    for (std::size_t row = 0; row < kRows; ++row) {
+        const double y = std::round(top + pitchY * static_cast<double>(row));
+        for (std::size_t column = 0; column < columns; ++column) {
+            frames.push_back({{left + pitchX * static_cast<double>(column), y}, card});
+        }
     }
     return frames;
 }
