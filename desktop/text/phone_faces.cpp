@@ -14,7 +14,6 @@ namespace {
 enum class Systems { both, only12, from13 };
 
 // Which installed family stands for one of the phone's.
-namespace drawn_in {
 constexpr const char* kSystem = "Inter";          // has every weight, and italics
 constexpr const char* kSans = "Liberation Sans";  // has the widths of Arial and Helvetica
 constexpr const char* kNarrow = "Liberation Sans Narrow";
@@ -27,7 +26,6 @@ constexpr const char* kRound = "Quicksand";
 constexpr const char* kHand = "Comic Neue";
 constexpr const char* kScript = "Dancing Script";
 constexpr const char* kSymbols = "DejaVu Sans";
-}  // namespace drawn_in
 
 // A family: every suffix on the base is a PostScript name, "." is the base alone. Faces for scripts
 // other than Latin are drawn in the system face; its fall-backs have their letters.
@@ -38,8 +36,6 @@ struct FamilyRow {
     const char* drawnIn;
     Systems systems = Systems::both;
 };
-
-using namespace drawn_in;
 
 constexpr const char* kAvenirNext =
     "-Regular -Italic -UltraLight -UltraLightItalic -Medium -MediumItalic -DemiBold "
@@ -263,8 +259,8 @@ struct System {
 };
 
 const System& systemOf(int version) {
-    static const System systems[] = {System(false), System(true)};
-    return systems[version >= 13 ? 1 : 0];
+    static const System kSystems[] = {System(false), System(true)};
+    return kSystems[version >= 13 ? 1 : 0];
 }
 
 }  // namespace
