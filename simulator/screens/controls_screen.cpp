@@ -61,7 +61,7 @@ struct Row {
     Source source;
     std::string_view image;
     std::string_view title;
-    std::string_view detail = "";
+    std::string_view detail = {};
     Accessory accessory = Accessory::chevron;
     Shown shown = Shown::always;
 };
