@@ -252,6 +252,9 @@ void drawShadow(const MutablePixels& target, const std::vector<std::uint8_t>& al
     const auto height = static_cast<std::int64_t>(target.height);
     const std::int64_t left = std::clamp<std::int64_t>(dx, 0, width);
     const std::int64_t right = std::clamp<std::int64_t>(width + dx, left, width);
+    if (left == right) {
+        return;
+    }
     for (std::int64_t y = std::max<std::int64_t>(dy, 0); y < std::min(height, height + dy); ++y) {
         compositeColorRow(target.row(static_cast<std::size_t>(y)) + left * 4, color,
                           static_cast<std::size_t>(right - left),
