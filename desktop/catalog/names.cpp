@@ -1,0 +1,72 @@
+#include "desktop/catalog/catalog.h"
+
+#include <array>
+
+namespace velmoranth::catalog {
+
+namespace {
+
+struct NamedNumber {
+    std::uint32_t number;
+    std::string_view name;
+};
+
+constexpr std::array<NamedNumber, 13> kCompressionNames{{
+    {.number = 0, .name = "uncompressed"},
+    {.number = 1, .name = "RLE"},
+    {.number = 2, .name = "ZIP"},
+    {.number = 3, .name = "LZVN"},
+    {.number = 4, .name = "LZFSE"},
+    {.number = 5, .name = "JPEG with LZFSE"},
+    {.number = 6, .name = "blurred"},
+    {.number = 7, .name = "ASTC"},
+    {.number = 8, .name = "palette-img"},
+    {.number = 9, .name = "HEVC"},
+    {.number = 10, .name = "deepmap"},
+    {.number = 11, .name = "deepmap2"},
+    {.number = 12, .name = "DXTC"},
+}};
+
+constexpr std::array<std::string_view, 10> kKindNames{
+    "bitmap", "link",  "atlas",      "vector", "image file",
+    "data",   "color", "icon sizes", "other",  "unreadable",
+};
+
+constexpr std::array<std::string_view, 7> kIdiomNames{
+    "universal", "phone", "pad", "tv", "car", "watch", "marketing",
+};
+
+}  // namespace
+
+std::string compressionName(Compression compression) {
+    const auto number = static_cast<std::uint32_t>(compression);
+    for (const NamedNumber& known : kCompressionNames) {
+        if (known.number == number) {
+            return std::string(known.name);
+        }
+    }
+    return "compression " + std::to_string(number);
+}
+
+std::string_view kindName(Kind kind) {
+    return kKindNames.at(static_cast<std::size_t>(kind));
+}
+
+std::string idiomName(std::uint16_t idiom) {
+    return idiom < kIdiomNames.size() ? std::string(kIdiomNames.at(idiom)) : std::to_string(idiom);
+}
+
+std::string pixelFormatName(std::uint32_t pixelFormat) {
+    std::string name;
+    if (pixelFormat == 0) {
+        return name;
+    }
+    for (const unsigned shift : {24U, 16U, 8U, 0U}) {
+        const auto byte = static_cast<unsigned char>(pixelFormat >> shift & 0xFFU);
+        name += byte >= 0x20 && byte < 0x7F ? static_cast<char>(byte) : '?';
+    }
+    name.erase(name.find_last_not_of(' ') + 1);
+    return name;
+}
+
+}  // namespace velmoranth::catalog
