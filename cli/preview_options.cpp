@@ -4,6 +4,7 @@
 #include "cli/nearest.h"
 #include "cli/numbers.h"
 #include "cli/preferences.h"
+#include "desktop/dates/dates.h"
 
 #include <array>
 #include <cstddef>
@@ -211,8 +212,7 @@ Result<platform::Date> parseDate(const std::string& text) {
         real.tm_mday != wanted.tm_mday || real.tm_min != wanted.tm_min || wanted.tm_hour > 23) {
         return misuse(complaint);
     }
-    constexpr double kReferenceDate = 978307200;  // 2001-01-01 00:00 UTC in seconds since 1970
-    return platform::Date{static_cast<double>(time) - kReferenceDate};
+    return platform::Date{static_cast<double>(time) - desktop::kReferenceDate};
 }
 
 std::span<const Option> previewOptionTable() {

@@ -1,5 +1,6 @@
 #include "simulator/live_icons.h"
 
+#include "desktop/dates/dates.h"
 #include "desktop/imaging/bitmap_image.h"
 #include "desktop/imaging/compositing.h"
 #include "desktop/imaging/graphics_context.h"
@@ -41,14 +42,10 @@ constexpr platform::Color kWeekdayColor{252.0 / 255, 64.0 / 255, 57.0 / 255, 1};
 // ascent 0.96875 and descent 0.2412 (tables of the font).
 constexpr double kMiddleToBaseline = (0.96875 - 0.2412) / 2;
 
-// Seconds from 1970 to 2001, the reference date of the platform.
-constexpr double kReferenceDate = 978307200;
 // Of the platform's own still picture.
 constexpr TimeOfDay kStillTime{10, 9, 31};
 
 constexpr const char* kClockApp = "com.apple.mobiletimer";
-constexpr const char* kClockFace = "ClockIconBackgroundSquare";
-constexpr const char* kClockBundle = "com.apple.SpringBoardHome";
 constexpr const char* kFaceSelector =
     "generateProcessedMappedIconImageWithName:imageInfo:includingMask:";
 
@@ -190,7 +187,7 @@ ImageRef drawCalendarIcon(const ImageRef& base, double scale, platform::Dates& d
 }
 
 TimeOfDay timeOfDay(const std::optional<platform::Date>& date) {
-    const double seconds = date ? date->secondsSinceReferenceDate + kReferenceDate : NAN;
+    const double seconds = date ? date->secondsSinceReferenceDate + desktop::kReferenceDate : NAN;
     std::tm local{};
     const auto time = static_cast<std::time_t>(std::isfinite(seconds) ? std::floor(seconds) : 0);
     if (!std::isfinite(seconds) || localtime_r(&time, &local) == nullptr) {

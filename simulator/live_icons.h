@@ -16,6 +16,10 @@
 
 namespace velmoranth::simulator {
 
+// The clock's face, by its name, and the bundle that has it.
+inline constexpr const char* kClockFace = "ClockIconBackgroundSquare";
+inline constexpr const char* kClockBundle = "com.apple.SpringBoardHome";
+
 // What an icon of the home screen is asked for with.
 [[nodiscard]] platform::SBIconImageInfo iconImageInfo(double side, double scale);
 

@@ -62,9 +62,6 @@ constexpr std::array kClasses{
     ClassRow{"SBFloatingDockPlatterView", "UIView"},
 };
 
-// A miniature's side as a share of the folder icon's: 13 points on 60.
-constexpr double kGridCellShare = 13.0 / 60;
-
 // Where a class's layoutSubviews is what its view does in placeSubviews.
 template <class ViewType>
 void addLayout(Runtime& runtime, const char* className) {
@@ -175,9 +172,22 @@ void addPageControlMethods(const PlatformObjects& objects) {
                                   }));
 }
 
+// What the home screen's cache of icon images has of an app.
+std::function<ImageRef(platform::SBHIconImageCache&, SBIconRef)> stockIconOf(
+    const PlatformObjects& objects, IconMasking masking) {
+    return [objects, masking](platform::SBHIconImageCache&, const SBIconRef& icon) -> ImageRef {
+        return icon == nullptr
+                   ? nullptr
+                   : objects.stockImages.icon(icon->nodeIdentifier().value_or(""), objects.iconSide,
+                                              objects.screenScale, masking);
+    };
+}
+
 // Icons make their images themselves, from what the toolkit has of the app.
 void addIconMethodsOf12(const PlatformObjects& objects) {
     Runtime& runtime = objects.runtime;
+    runtime.addInstanceMethod("SBHIconImageCache",
+                              "imageForIcon:", stockIconOf(objects, IconMasking::masked));
     runtime.addInstanceMethod("SBApplicationIcon", "getUnmaskedIconImage:",
                               std::function<ImageRef(platform::SBApplicationIcon&, int)>(
                                   [objects](platform::SBApplicationIcon& icon, int format) {
@@ -212,25 +222,7 @@ void addIconMethodsOf12(const PlatformObjects& objects) {
             }));
 }
 
-// The home screen's cache of icon images, which views ask on iOS 13.
-void addIconImageCacheMethods(const PlatformObjects& objects) {
-    Runtime& runtime = objects.runtime;
-    const auto cached = [&objects](IconMasking masking) {
-        return std::function<ImageRef(platform::SBHIconImageCache&, SBIconRef)>(
-            [objects, masking](platform::SBHIconImageCache&, const SBIconRef& icon) -> ImageRef {
-                if (icon == nullptr) {
-                    return nullptr;
-                }
-                return objects.stockImages.icon(icon->nodeIdentifier().value_or(""),
-                                                objects.iconSide, objects.screenScale, masking);
-            });
-    };
-    runtime.addInstanceMethod("SBHIconImageCache", "imageForIcon:", cached(IconMasking::masked));
-    runtime.addInstanceMethod("SBHIconImageCache",
-                              "unmaskedImageForIcon:", cached(IconMasking::unmasked));
-}
-
-// There the cache has every icon make its image.
+// There views ask the home screen's cache, which has every icon make its image.
 void addIconMethodsOf13(const PlatformObjects& objects) {
     Runtime& runtime = objects.runtime;
     runtime.addInstanceMethod(
@@ -261,10 +253,12 @@ void addIconMethodsOf13(const PlatformObjects& objects) {
 
 void registerPlatformClasses(const SystemVersion& system, const PlatformObjects& objects) {
     addClasses(kClasses, system, objects.runtime);
-    for (const auto& add : {addIconViewMethods, addFolderIconMethods, addDockMethods,
-                            addPageControlMethods, addIconImageCacheMethods}) {
+    for (const auto& add :
+         {addIconViewMethods, addFolderIconMethods, addDockMethods, addPageControlMethods}) {
         add(objects);
     }
+    objects.runtime.addInstanceMethod(
+        "SBHIconImageCache", "unmaskedImageForIcon:", stockIconOf(objects, IconMasking::unmasked));
     if (system.major < 13) {
         addIconMethodsOf12(objects);
     } else {

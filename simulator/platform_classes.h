@@ -34,6 +34,9 @@ struct PlatformObjects {
     std::optional<platform::Date> date;
 };
 
+// A miniature's side as a share of the folder icon's: 13 points on 60.
+inline constexpr double kGridCellShare = 13.0 / 60;
+
 // Makes the classes and methods known, after the base classes. `system` decides which.
 void registerPlatformClasses(const SystemVersion& system, const PlatformObjects& objects);
 

@@ -1,5 +1,6 @@
 #include "simulator/status_bar.h"
 
+#include "desktop/dates/dates.h"
 #include "desktop/text/text.h"
 #include "desktop/views/views.h"
 #include "simulator/named_views.h"
@@ -20,14 +21,12 @@ constexpr platform::Color kWhite{1, 1, 1, 1};
 constexpr platform::Color kFaintWhite{1, 1, 1, 0.4};
 // What the platform's own pictures show.
 constexpr const char* kUsualTime = "9:41";
-// Seconds from 1970 to 2001, the reference date of the platform.
-constexpr double kReferenceDate = 978307200;
 
 std::string clockText(const DeviceConfiguration& device) {
     if (!device.date) {
         return kUsualTime;
     }
-    const double seconds = device.date->secondsSinceReferenceDate + kReferenceDate;
+    const double seconds = device.date->secondsSinceReferenceDate + desktop::kReferenceDate;
     std::tm local{};
     const auto time = static_cast<std::time_t>(std::isfinite(seconds) ? seconds : 0);
     if (localtime_r(&time, &local) == nullptr) {

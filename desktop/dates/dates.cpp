@@ -19,9 +19,6 @@ namespace velmoranth::desktop {
 
 namespace {
 
-// From 1970, where ICU counts from, to 2001, where the platform does.
-constexpr double kReferenceDate = 978307200;  // seconds
-
 // ICU counts further than this, about five million years, and no wider.
 constexpr double kFarthest = 1.8e17;  // milliseconds
 

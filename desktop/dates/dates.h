@@ -9,6 +9,9 @@
 
 namespace velmoranth::desktop {
 
+// From 1970, where this machine and ICU count from, to 2001, where the platform does: seconds.
+inline constexpr double kReferenceDate = 978307200;
+
 class DesktopDates final : public platform::Dates {
   public:
     struct Configuration {

@@ -8,6 +8,7 @@ AppScreen::AppScreen(const AppContext& context)
     : context_(context), window_(std::make_shared<NamedView>("UIWindow", context.bounds())) {}
 
 void AppScreen::layoutViews() {
+    images_.ask(context_.scale());
     layoutTree(context_.runtime, window_);
 }
 

@@ -3,6 +3,7 @@
 
 #include "simulator/app_context.h"
 #include "simulator/screen.h"
+#include "simulator/screens/asked_images.h"
 
 namespace velmoranth::simulator {
 
@@ -10,6 +11,7 @@ class AppScreen : public Screen {
   public:
     explicit AppScreen(const AppContext& context);
 
+    // Asks for the images first.
     void layoutViews() override;
     [[nodiscard]] std::shared_ptr<desktop::DesktopBitmapImage> draw() const override;
     void advance(double seconds) override;
@@ -19,9 +21,12 @@ class AppScreen : public Screen {
 
     [[nodiscard]] platform::View& window() { return *window_; }
 
+    [[nodiscard]] AskedImages& images() { return images_; }
+
   private:
     AppContext context_;
     platform::ViewRef window_;
+    AskedImages images_;
 };
 
 }  // namespace velmoranth::simulator

@@ -196,25 +196,19 @@ class Builder {
         to.addSubview(makeImage(image(which.source, which.name, tint), slot, context_.scale()));
     }
 
-    [[nodiscard]] TextStyle style(double size, const Color& color,
-                                  TextAlignment alignment = TextAlignment::left,
-                                  FontWeight weight = FontWeight::regular) const {
-        return {.weight = weight, .size = size, .color = color, .alignment = alignment};
-    }
-
     // The navigation bar and the search field under it; how far down they reach.
     double addTopBars() {
         const double statusHeight = statusBarHeight(context_.device);
         const double bottom = statusHeight + kBarHeight + kSearchBarHeight;
         const ViewRef bar = named("UINavigationBar", {{0, 0}, {width(), bottom}}, colors_.bar);
         bar->addSubview(makeDarkStatusBar(context_.device));
-        bar->addSubview(
-            makeText("Workbench",
-                     style(kTextSize, colors_.text, TextAlignment::center, FontWeight::semibold),
-                     {{100, statusHeight}, {width() - 200, kBarHeight}}));
+        bar->addSubview(makeText(
+            "Workbench",
+            textStyle(kTextSize, colors_.text, TextAlignment::center, FontWeight::semibold),
+            {{100, statusHeight}, {width() - 200, kBarHeight}}));
         addImage(*bar, {Source::kit, "UINavigationBarBackIndicatorDefault"},
                  {{8, statusHeight}, {13, kBarHeight}}, colors_.tint);
-        bar->addSubview(makeText("Back", style(kTextSize, colors_.tint),
+        bar->addSubview(makeText("Back", textStyle(kTextSize, colors_.tint),
                                  {{27, statusHeight}, {70, kBarHeight}}));
         constexpr double kItemPitch = 44;
         for (std::size_t i = 0; i < look_.barItems.size(); ++i) {
@@ -237,7 +231,7 @@ class Builder {
         const ViewRef field =
             makeBox({{side, 1}, {fieldWidth, kSearchFieldHeight}}, colors_.field, kPadCornerRadius);
         addImage(*field, look_.searchField, {{9, 9}, {18, 18}}, colors_.secondaryText);
-        field->addSubview(makeText("kiln", style(kTextSize, colors_.text),
+        field->addSubview(makeText("kiln", textStyle(kTextSize, colors_.text),
                                    {{34, 0}, {fieldWidth - 74, kSearchFieldHeight}}));
         addImage(*field, look_.clearButton, {{fieldWidth - 28, 9}, {18, 18}},
                  colors_.secondaryText);
@@ -265,9 +259,10 @@ class Builder {
         for (const Tab& tab : tabs) {
             const Color& color = isSelected ? colors_.tint : colors_.secondaryText;
             addImage(*bar, tab.image, {{left + pitch / 2 - 15, 4}, {30, 28}}, color);
-            bar->addSubview(makeText(std::string(tab.title),
-                                     style(10, color, TextAlignment::center, FontWeight::medium),
-                                     {{left, 34}, {pitch, 12}}));
+            bar->addSubview(
+                makeText(std::string(tab.title),
+                         textStyle(10, color, TextAlignment::center, FontWeight::medium),
+                         {{left, 34}, {pitch, 12}}));
             left += pitch;
             isSelected = false;
         }
@@ -349,10 +344,10 @@ class Builder {
             {{kMargin, (kRowHeight - kIconSide) / 2}, {kIconSide, kIconSide}}, context_.scale()));
         const double left = row.source == Source::none ? kMargin : kTextLeft;
         const double right = rowWidth - kMargin;
-        cell->addSubview(makeText(std::string(row.title), style(kTextSize, colors_.text),
+        cell->addSubview(makeText(std::string(row.title), textStyle(kTextSize, colors_.text),
                                   {{left, 0}, {right - left - 60, kRowHeight}}));
         cell->addSubview(makeText(std::string(row.detail),
-                                  style(kTextSize, colors_.secondaryText, TextAlignment::right),
+                                  textStyle(kTextSize, colors_.secondaryText, TextAlignment::right),
                                   {{right - 18 - 140, 0}, {140, kRowHeight}}));
         addAccessory(*cell, row.accessory, right);
         return cell;
@@ -398,7 +393,7 @@ class Builder {
                                            std::string(button.image), kAppBundle, traits_),
                                        {{(pitch - 36) / 2, 0}, {36, 36}}, context_.scale()));
             view->addSubview(makeText(std::string(button.title),
-                                      style(12, colors_.secondaryText, TextAlignment::center),
+                                      textStyle(12, colors_.secondaryText, TextAlignment::center),
                                       {{0, 42}, {pitch, 18}}));
             table.addSubview(view);
             x += pitch;

@@ -34,9 +34,6 @@ using platform::Rect;
 using platform::Size;
 using platform::ViewRef;
 
-constexpr std::string_view kClockBundle = "com.apple.SpringBoardHome";
-constexpr const char* kClockFace = "ClockIconBackgroundSquare";
-
 // What icons are asked for beside the home screen: sides in points.
 constexpr const char* kAppElsewhere = "com.apple.Maps";
 constexpr double kWidgetSide = 20;
@@ -44,8 +41,6 @@ constexpr double kSuggestionSide = 60;
 constexpr double kBannerSide = 32;
 constexpr double kNotificationSide = 20;
 constexpr int kWidgetFormat = 5;
-// A miniature's side as a share of the folder icon's: 13 points on 60.
-constexpr double kGridCellShare = 13.0 / 60;
 
 // Stands for the blurred wallpaper behind a dock and behind a folder's miniatures.
 constexpr platform::Color kMaterial{1, 1, 1, 0.35};

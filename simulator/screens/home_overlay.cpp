@@ -16,7 +16,6 @@ HomeOverlay::HomeOverlay(const AppContext& context, std::unique_ptr<HomeScreen> 
 
 void HomeOverlay::layoutViews() {
     home_->layoutViews();
-    images_.ask(context().scale());
     AppScreen::layoutViews();
 }
 

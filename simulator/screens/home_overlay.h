@@ -4,7 +4,6 @@
 #include "simulator/backdrop.h"
 #include "simulator/home_screen.h"
 #include "simulator/screens/app_screen.h"
-#include "simulator/screens/asked_images.h"
 
 #include <memory>
 #include <vector>
@@ -28,8 +27,6 @@ class HomeOverlay : public AppScreen {
   protected:
     [[nodiscard]] const HomeScreen& home() const { return *home_; }
 
-    [[nodiscard]] AskedImages& images() { return images_; }
-
     // Adds a view that shows the home screen behind it, in that material. `frame` is in the
     // window's coordinates, where the view lies.
     void addMaterial(const platform::Rect& frame, const BackdropStyle& style);
@@ -44,7 +41,6 @@ class HomeOverlay : public AppScreen {
 
     std::unique_ptr<HomeScreen> home_;
     Behind behind_;
-    AskedImages images_;
     std::shared_ptr<desktop::DesktopImageView> picture_;  // of the home screen, behind everything
     std::vector<Material> materials_;
 };

@@ -60,11 +60,6 @@ Rect bannerFrame(const AppContext& context) {
             {width, kHeight}};
 }
 
-TextStyle style(double size, const Color& color, TextAlignment alignment = TextAlignment::left,
-                FontWeight weight = FontWeight::regular) {
-    return {.weight = weight, .size = size, .color = color, .alignment = alignment};
-}
-
 }  // namespace
 
 void registerNotificationClasses(const AppContext& context) {
@@ -105,15 +100,16 @@ NotificationScreen::NotificationScreen(const AppContext& context, std::unique_pt
     images().add(*banner, {{10, (kHeaderHeight - kIconSide) / 2}, {kIconSide, kIconSide}},
                  ImagePlacement::fill, [app = this->context()] { return askForIcon(app); });
     banner->addSubview(
-        makeText("MESSAGES", style(13, kFaintText), {{38, 0}, {width - 100, kHeaderHeight}}));
-    banner->addSubview(makeText("now", style(13, kFaintText, TextAlignment::right),
+        makeText("MESSAGES", textStyle(13, kFaintText), {{38, 0}, {width - 100, kHeaderHeight}}));
+    banner->addSubview(makeText("now", textStyle(13, kFaintText, TextAlignment::right),
                                 {{width - 80 - kTextInset, 0}, {80, kHeaderHeight}}));
     const double textWidth = width - 2 * kTextInset;
-    banner->addSubview(makeText(
-        "Robin Kilner", style(15, platform::kBlackColor, TextAlignment::left, FontWeight::semibold),
-        {{kTextInset, kHeaderHeight + 8}, {textWidth, 20}}));
+    banner->addSubview(
+        makeText("Robin Kilner",
+                 textStyle(15, platform::kBlackColor, TextAlignment::left, FontWeight::semibold),
+                 {{kTextInset, kHeaderHeight + 8}, {textWidth, 20}}));
     banner->addSubview(makeText("The kiln is cool. Shall we open it?",
-                                style(15, platform::kBlackColor),
+                                textStyle(15, platform::kBlackColor),
                                 {{kTextInset, kHeaderHeight + 28}, {textWidth, 20}}));
     window().addSubview(banner);
 }

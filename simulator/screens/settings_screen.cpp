@@ -121,12 +121,6 @@ class Builder {
   private:
     [[nodiscard]] double hairline() const { return 1 / context_.scale(); }
 
-    [[nodiscard]] TextStyle style(double size, const Color& color,
-                                  TextAlignment alignment = TextAlignment::left,
-                                  FontWeight weight = FontWeight::regular) const {
-        return {.weight = weight, .size = size, .color = color, .alignment = alignment};
-    }
-
     [[nodiscard]] ViewRef column(const Rect& frame) const {
         const auto view = std::make_shared<NamedView>("UITableView", frame);
         view->setClipsToBounds(true);
@@ -138,7 +132,7 @@ class Builder {
         const double width = list.bounds().size.width;
         double y = statusBarHeight(context_.device) + kBarHeight;
         list.addSubview(makeText("Settings",
-                                 style(34, colors_.text, TextAlignment::left, FontWeight::bold),
+                                 textStyle(34, colors_.text, TextAlignment::left, FontWeight::bold),
                                  {{kMargin + 1, y}, {width - 2 * kMargin, kLargeTitleHeight - 8}}));
         y += kLargeTitleHeight;
         addProfile(list, y);
@@ -155,10 +149,10 @@ class Builder {
         const auto bar =
             std::make_shared<NamedView>("UINavigationBar", Rect{{0, 0}, {width, bottom}});
         bar->setBackgroundColor(colors_.bar);
-        bar->addSubview(
-            makeText(std::string(kChosen),
-                     style(kTextSize, colors_.text, TextAlignment::center, FontWeight::semibold),
-                     {{0, top}, {width, kBarHeight}}));
+        bar->addSubview(makeText(
+            std::string(kChosen),
+            textStyle(kTextSize, colors_.text, TextAlignment::center, FontWeight::semibold),
+            {{0, top}, {width, kBarHeight}}));
         bar->addSubview(makeBox({{0, bottom}, {width, hairline()}}, colors_.separator));
         page.addSubview(bar);
         double y = bottom + kGroupGap;
@@ -189,14 +183,14 @@ class Builder {
         const ViewRef picture =
             makeBox({{kMargin, inset}, {kPictureSide, kPictureSide}}, kPicture, kPictureSide / 2);
         picture->addSubview(makeText(
-            "RK", style(26, platform::kWhiteColor, TextAlignment::center, FontWeight::medium),
+            "RK", textStyle(26, platform::kWhiteColor, TextAlignment::center, FontWeight::medium),
             picture->bounds()));
         row->addSubview(picture);
         const double left = kMargin + kPictureSide + kMargin;
         const double width = list.bounds().size.width - left - 34;
         row->addSubview(
-            makeText("Robin Kilner", style(20, colors_.text), {{left, 16}, {width, 26}}));
-        row->addSubview(makeText("Account, Cloud & Purchases", style(13, colors_.text),
+            makeText("Robin Kilner", textStyle(20, colors_.text), {{left, 16}, {width, 26}}));
+        row->addSubview(makeText("Account, Cloud & Purchases", textStyle(13, colors_.text),
                                  {{left, 43}, {width, 18}}));
         addChevron(*row);
         addLines(list, y, y + kProfileHeight);
@@ -247,16 +241,17 @@ class Builder {
                 });
             left = kTextLeft;
         }
-        const TextStyle title = style(kTextSize, colors_.text);
+        const TextStyle title = textStyle(kTextSize, colors_.text);
         view.addSubview(makeText(std::string(row.title), title,
                                  {{left, 0}, {width - left - kMargin, kRowHeight}}));
         if (!row.detail.empty()) {
             const double taken =
                 left + desktop::measureText(std::string(row.title), title).width + 8;
             const double right = width - (row.accessory == Accessory::chevron ? 36 : kMargin);
-            view.addSubview(makeText(std::string(row.detail),
-                                     style(kTextSize, colors_.secondaryText, TextAlignment::right),
-                                     {{taken, 0}, {right - taken, kRowHeight}}));
+            view.addSubview(
+                makeText(std::string(row.detail),
+                         textStyle(kTextSize, colors_.secondaryText, TextAlignment::right),
+                         {{taken, 0}, {right - taken, kRowHeight}}));
         }
         switch (row.accessory) {
             case Accessory::chevron:
@@ -292,12 +287,7 @@ void registerSettingsClasses(const AppContext& context) {
 }
 
 SettingsScreen::SettingsScreen(const AppContext& context) : AppScreen(context) {
-    Builder(this->context(), window(), images_).build();
-}
-
-void SettingsScreen::layoutViews() {
-    images_.ask(context().scale());
-    AppScreen::layoutViews();
+    Builder(this->context(), window(), images()).build();
 }
 
 std::unique_ptr<Screen> makeSettingsScreen(const AppContext& context) {

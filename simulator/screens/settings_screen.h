@@ -4,7 +4,6 @@
 
 #include "simulator/app_context.h"
 #include "simulator/screens/app_screen.h"
-#include "simulator/screens/asked_images.h"
 
 namespace velmoranth::simulator {
 
@@ -14,11 +13,6 @@ void registerSettingsClasses(const AppContext& context);
 class SettingsScreen final : public AppScreen {
   public:
     explicit SettingsScreen(const AppContext& context);
-
-    void layoutViews() override;
-
-  private:
-    AskedImages images_;
 };
 
 }  // namespace velmoranth::simulator

@@ -163,12 +163,6 @@ class Builder {
     }
 
   private:
-    [[nodiscard]] static TextStyle style(double size, const Color& color = kText,
-                                         TextAlignment alignment = TextAlignment::left,
-                                         FontWeight weight = FontWeight::regular) {
-        return {.weight = weight, .size = size, .color = color, .alignment = alignment};
-    }
-
     [[nodiscard]] ImageMessages ask() const { return {context_.runtime, context_.toolkit}; }
 
     void addSearchField(const Rect& frame) const {
@@ -179,7 +173,7 @@ class Builder {
                        : builder.context_.toolkit.tinted(
                              builder.ask().systemImageNamed("magnifyingglass"), {1, 1, 1, 0.8});
         });
-        field->addSubview(makeText("Search", style(17, {1, 1, 1, 0.8}),
+        field->addSubview(makeText("Search", textStyle(17, {1, 1, 1, 0.8}),
                                    {{34, 0}, {frame.size.width - 44, frame.size.height}}));
         window_.addSubview(field);
     }
@@ -195,7 +189,7 @@ class Builder {
         const double width = frame.size.width;
         card->addSubview(makeBox({{0, 0}, {width, kHeaderHeight}}, kHeaderShade));
         addIcon(*card, widget);
-        card->addSubview(makeText(uppercase(widget.title), style(13, kFaintText),
+        card->addSubview(makeText(uppercase(widget.title), textStyle(13, kFaintText),
                                   {{36, 0}, {width - 48, kHeaderHeight}}));
         switch (widget.body) {
             case Body::event:
@@ -244,9 +238,9 @@ class Builder {
 
     static void addLines(platform::View& card, const Widget& widget, double left, double width) {
         card.addSubview(makeText(std::string(widget.first),
-                                 style(17, kText, TextAlignment::left, FontWeight::medium),
+                                 textStyle(17, kText, TextAlignment::left, FontWeight::medium),
                                  {{left, kHeaderHeight + 14}, {width, 24}}));
-        card.addSubview(makeText(std::string(widget.second), style(15, kFaintText),
+        card.addSubview(makeText(std::string(widget.second), textStyle(15, kFaintText),
                                  {{left, kHeaderHeight + 38}, {width, 22}}));
     }
 
@@ -262,7 +256,7 @@ class Builder {
         card.addSubview(sky);
         addLines(card, widget, 72, width - 72 - 84);
         card.addSubview(makeText("21\u00B0",
-                                 style(34, kText, TextAlignment::right, FontWeight::light),
+                                 textStyle(34, kText, TextAlignment::right, FontWeight::light),
                                  {{width - 84, kHeaderHeight}, {70, kBodyHeight}}));
     }
 
@@ -280,7 +274,7 @@ class Builder {
                                 "APWUtil", "iconForBundleIdentifier:", app);
                         });
             card.addSubview(makeText(std::string(suggestion.name),
-                                     style(12, kText, TextAlignment::center),
+                                     textStyle(12, kText, TextAlignment::center),
                                      {{x, kHeaderHeight + 75}, {pitch, 18}}));
             x += pitch;
         }

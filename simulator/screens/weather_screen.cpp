@@ -141,12 +141,6 @@ class Builder {
   private:
     [[nodiscard]] double hairline() const { return 1 / context_.scale(); }
 
-    [[nodiscard]] static TextStyle style(double size, const Color& color = kWhite,
-                                         TextAlignment alignment = TextAlignment::left,
-                                         FontWeight weight = FontWeight::regular) {
-        return {.weight = weight, .size = size, .color = color, .alignment = alignment};
-    }
-
     // The column of the texts: the whole of a phone's width.
     [[nodiscard]] double left() const { return (size_.width - columnWidth()) / 2 + kMargin; }
 
@@ -182,10 +176,11 @@ class Builder {
 
     double addNow(double top) const {
         double y = top + (size_.height > 700 ? 20 : 8);
-        addText("Seeheim", style(34, kWhite, TextAlignment::center), {{0, y}, {size_.width, 42}});
+        addText("Seeheim", textStyle(34, kWhite, TextAlignment::center),
+                {{0, y}, {size_.width, 42}});
         y += 42;
         const std::string condition = "Partly Cloudy";
-        const TextStyle text = style(17);
+        const TextStyle text = textStyle(17, kWhite);
         const double width = desktop::measureText(condition, text).width;
         const double x = snapToPixels((size_.width - kSignSide - 6 - width) / 2, context_.scale());
         addSign(window_, kHours[0].condition, {{x, y}, {kSignSide, kSignSide}});
@@ -193,7 +188,7 @@ class Builder {
         y += kSignSide;
         // The sign of the degree hangs beside the centred number.
         const std::string number = std::to_string(kHours[0].temperature);
-        const TextStyle thin = style(96, kWhite, TextAlignment::left, FontWeight::extraLight);
+        const TextStyle thin = textStyle(96, kWhite, TextAlignment::left, FontWeight::extraLight);
         const double numberWidth = desktop::measureText(number, thin).width;
         addText(degrees(kHours[0].temperature), thin,
                 {{(size_.width - numberWidth) / 2, y}, {numberWidth + 80, 108}});
@@ -203,18 +198,18 @@ class Builder {
     double addToday(double y) const {
         platform::Dates& dates = platform::platform().dates;
         const std::string weekday = dates.stringFromDate(dates.date(), "EEEE");
-        const TextStyle name = style(18, kWhite, TextAlignment::left, FontWeight::medium);
+        const TextStyle name = textStyle(18, kWhite, TextAlignment::left, FontWeight::medium);
         addText(weekday, name, {{left(), y}, {200, 26}});
-        addText("TODAY", style(13),
+        addText("TODAY", textStyle(13, kWhite),
                 {{left() + desktop::measureText(weekday, name).width + 8, y + 1}, {80, 26}});
         addTemperatures(24, 15, y, 26);
         return y + 34;
     }
 
     void addTemperatures(int highest, int lowest, double y, double height) const {
-        addText(std::to_string(highest), style(18, kWhite, TextAlignment::right),
+        addText(std::to_string(highest), textStyle(18, kWhite, TextAlignment::right),
                 {{right() - 90, y}, {40, height}});
-        addText(std::to_string(lowest), style(18, kFaint, TextAlignment::right),
+        addText(std::to_string(lowest), textStyle(18, kFaint, TextAlignment::right),
                 {{right() - 40, y}, {40, height}});
     }
 
@@ -239,16 +234,18 @@ class Builder {
         double x = left() - kMargin + 4;
         for (std::size_t i = 0; i < kHours.size() && x < size_.width; ++i, x += kHourWidth) {
             const bool isNow = i == 0;
-            strip->addSubview(makeText(hourText(i),
-                                       style(15, kWhite, TextAlignment::center,
-                                             isNow ? FontWeight::semibold : FontWeight::regular),
-                                       {{x, 10}, {kHourWidth, 20}}));
+            strip->addSubview(
+                makeText(hourText(i),
+                         textStyle(15, kWhite, TextAlignment::center,
+                                   isNow ? FontWeight::semibold : FontWeight::regular),
+                         {{x, 10}, {kHourWidth, 20}}));
             addSign(*strip, kHours.at(i).condition,
                     {{x + (kHourWidth - kSignSide) / 2, 37}, {kSignSide, kSignSide}});
-            strip->addSubview(makeText(degrees(kHours.at(i).temperature),
-                                       style(17, kWhite, TextAlignment::center,
-                                             isNow ? FontWeight::semibold : FontWeight::regular),
-                                       {{x + 3, 74}, {kHourWidth, 22}}));
+            strip->addSubview(
+                makeText(degrees(kHours.at(i).temperature),
+                         textStyle(17, kWhite, TextAlignment::center,
+                                   isNow ? FontWeight::semibold : FontWeight::regular),
+                         {{x + 3, 74}, {kHourWidth, 22}}));
         }
         addLine(top);
         addLine(top + kHoursHeight);
@@ -265,7 +262,7 @@ class Builder {
             const Day& day = kDays.at(i);
             const platform::Date date{now.secondsSinceReferenceDate +
                                       kSecondsOfDay * static_cast<double>(i + 1)};
-            addText(dates.stringFromDate(date, "EEEE"), style(18),
+            addText(dates.stringFromDate(date, "EEEE"), textStyle(18, kWhite),
                     {{left(), y}, {columnWidth() / 2 - kMargin - kSignSide, height}});
             addSign(window_, day.condition,
                     {{snapToPixels(size_.width / 2 - kSignSide / 2, context_.scale()),
@@ -316,12 +313,7 @@ void registerWeatherClasses(const AppContext& context) {
 }
 
 WeatherScreen::WeatherScreen(const AppContext& context) : AppScreen(context) {
-    Builder(this->context(), window(), images_).build();
-}
-
-void WeatherScreen::layoutViews() {
-    images_.ask(context().scale());
-    AppScreen::layoutViews();
+    Builder(this->context(), window(), images()).build();
 }
 
 std::unique_ptr<Screen> makeWeatherScreen(const AppContext& context) {

@@ -4,7 +4,6 @@
 
 #include "simulator/app_context.h"
 #include "simulator/screens/app_screen.h"
-#include "simulator/screens/asked_images.h"
 
 namespace velmoranth::simulator {
 
@@ -14,11 +13,6 @@ void registerWeatherClasses(const AppContext& context);
 class WeatherScreen final : public AppScreen {
   public:
     explicit WeatherScreen(const AppContext& context);
-
-    void layoutViews() override;
-
-  private:
-    AskedImages images_;
 };
 
 }  // namespace velmoranth::simulator

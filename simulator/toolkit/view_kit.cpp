@@ -57,6 +57,11 @@ ViewRef makeBox(const Rect& frame, const Color& color, double cornerRadius) {
     return view;
 }
 
+desktop::TextStyle textStyle(double size, const platform::Color& color,
+                             desktop::TextAlignment alignment, desktop::FontWeight weight) {
+    return {.weight = weight, .size = size, .color = color, .alignment = alignment};
+}
+
 ViewRef makeText(const std::string& text, const desktop::TextStyle& style, const Rect& frame) {
     auto label = std::make_shared<desktop::DesktopLabel>(text, style);
     label->setFrame(frame);

@@ -28,6 +28,11 @@ struct AppColors {
 [[nodiscard]] platform::ViewRef makeBox(const platform::Rect& frame, const platform::Color& color,
                                         double cornerRadius = 0);
 
+[[nodiscard]] desktop::TextStyle textStyle(
+    double size, const platform::Color& color,
+    desktop::TextAlignment alignment = desktop::TextAlignment::left,
+    desktop::FontWeight weight = desktop::FontWeight::regular);
+
 // One line, cut off with "…" where it does not fit.
 [[nodiscard]] platform::ViewRef makeText(const std::string& text, const desktop::TextStyle& style,
                                          const platform::Rect& frame);
