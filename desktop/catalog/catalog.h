@@ -156,8 +156,8 @@ struct Rendition {
     std::uint32_t orientation = 0;  // EXIF's, 1 to 8; 0 where the record does not say
     std::vector<Rectangle> slices;  // origin at the bottom left
     std::optional<Metrics> metrics;
-    std::string_view typeIdentifier;         // the file's type, for data; empty where there is none
-    std::optional<Link> link;                // for Kind::link
+    std::string_view typeIdentifier;  // the file's type, for data; empty where there is none
+    std::optional<Link> link;         // for Kind::link, and for data that another rendition holds
     std::optional<Compression> compression;  // of its own bitmap; nothing for all other kinds
     bool opaque = false;                     // the bitmap's stored alpha does not count
     Bytes payload;                           // as stored
@@ -269,13 +269,14 @@ class Catalog {
     // The pixels of a bitmap, an atlas or a link. A problem for all other kinds, for the
     // compressions that nobody has described, and for damaged data.
     [[nodiscard]] Result<Picture> decode(const Rendition& rendition) const;
-    // The file of a vector, an image file or data, decompressed.
+    // The file of a vector, an image file or data, decompressed. Stacks have one too, an empty one.
     [[nodiscard]] Result<std::vector<std::uint8_t>> file(const Rendition& rendition) const;
     [[nodiscard]] Result<Color> color(const Rendition& rendition) const;
     [[nodiscard]] Result<std::vector<IconSize>> iconSizes(const Rendition& rendition) const;
 
-    // The rendition whose pixels a link shows a part of, null when the catalog has none. For kinds
-    // other than links, the rendition itself. Owned by the catalog.
+    // The rendition that a link leads to: the atlas whose pixels it shows a part of, or the data.
+    // Null when the catalog has none; the rendition itself when it is no link. The target may be a
+    // link in turn, which decode() and file() follow. Owned by the catalog.
     [[nodiscard]] const Rendition* source(const Rendition& rendition) const;
     // The part of an atlas' decoded picture that a link shows. A problem when it lies outside.
     [[nodiscard]] static Result<Picture> part(const Picture& atlas, const Link& link);

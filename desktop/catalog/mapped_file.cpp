@@ -1,0 +1,90 @@
+#include "desktop/catalog/mapped_file.h"
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+namespace velmoranth::catalog {
+
+namespace {
+
+// An open file, closed when it goes.
+class Descriptor {
+  public:
+    explicit Descriptor(int number) : number_(number) {}
+
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    Descriptor(Descriptor&&) = delete;
+    Descriptor& operator=(Descriptor&&) = delete;
+
+    ~Descriptor() {
+        if (number_ >= 0) {
+            ::close(number_);
+        }
+    }
+
+    [[nodiscard]] int number() const { return number_; }
+
+  private:
+    int number_;
+};
+
+tl::unexpected<desktop::Problem> refuse(std::string message, const std::string& path) {
+    return tl::unexpected(desktop::Problem{.message = std::move(message), .path = path});
+}
+
+tl::unexpected<desktop::Problem> refuseWithReason(std::string_view what, const std::string& path) {
+    return refuse(std::string(what) + ": " + std::generic_category().message(errno), path);
+}
+
+}  // namespace
+
+desktop::Result<MappedFile> MappedFile::open(const std::string& path, std::size_t maxBytes) {
+    // O_NONBLOCK, lest a pipe without a writer keep us waiting; for files it means nothing.
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the system's own interface
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    struct stat status{};
+    if (file.number() < 0 || ::fstat(file.number(), &status) != 0) {
+        return refuseWithReason("the file cannot be opened", path);
+    }
+    if (!S_ISREG(status.st_mode)) {
+        return refuse("it is not a regular file", path);
+    }
+    const auto size = static_cast<std::uint64_t>(status.st_size);
+    if (size == 0) {
+        return refuse("the file is empty", path);
+    }
+    if (size > maxBytes) {
+        return refuse("the file has more than " + std::to_string(maxBytes) + " bytes", path);
+    }
+    void* const start =
+        ::mmap(nullptr, static_cast<std::size_t>(size), PROT_READ, MAP_PRIVATE, file.number(), 0);
+    if (start == MAP_FAILED) {
+        return refuseWithReason("the file cannot be mapped", path);
+    }
+    return MappedFile(start, static_cast<std::size_t>(size));
+}
+
+MappedFile::MappedFile(MappedFile&& other) noexcept
+    : start_(std::exchange(other.start_, nullptr)), size_(std::exchange(other.size_, 0)) {}
+
+MappedFile& MappedFile::operator=(MappedFile&& other) noexcept {
+    std::swap(start_, other.start_);
+    std::swap(size_, other.size_);
+    return *this;
+}
+
+MappedFile::~MappedFile() {
+    if (start_ != nullptr) {
+        ::munmap(start_, size_);
+    }
+}
+
+}  // namespace velmoranth::catalog
