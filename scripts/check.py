@@ -78,7 +78,8 @@ CMAKE_PACKAGES = {
     "libdeflate": "libdeflate-dev", "libturbojpeg": "libturbojpeg0-dev", "EXPAT": "libexpat1-dev",
     "libplist-2.0": "libplist-dev", "ICU": "libicu-dev", "icu-uc": "libicu-dev", "icu-i18n": "libicu-dev",
     "CLI11": "libcli11-dev", "fmt": "libfmt-dev", "nlohmann_json": "nlohmann-json3-dev",
-    "tl-expected": "libexpected-dev",
+    "tl-expected": "libexpected-dev", "poppler-glib": "libpoppler-glib-dev", "librsvg-2.0": "librsvg2-dev",
+    "libheif": "",  # only asked for by who wants it (VELMORANTH_HEIF)
 }
 # The result type of everything outside the engine is an alias of this one.
 THIRD_PARTY_IN_HEADERS = {("desktop/result/result.h", "tl/expected.hpp")}

@@ -1,0 +1,14 @@
+// A build without librsvg.
+#include "desktop/vector_images/backends.h"
+
+namespace velmoranth::desktop::vector_images {
+
+std::optional<Problem> drawSvg(Bytes /*file*/, std::optional<double> /*scale*/, Sheet& /*sheet*/) {
+    return Problem{.message = "SVG files cannot be drawn: this build has no librsvg"};
+}
+
+std::string svgLibrary() {
+    return "no librsvg";
+}
+
+}  // namespace velmoranth::desktop::vector_images

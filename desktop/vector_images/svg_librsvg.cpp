@@ -1,0 +1,140 @@
+// SVG by librsvg: complete, well kept, written in a memory-safe language, and drawing into cairo,
+// whose ARGB32 pixels are, on a little-endian machine, premultiplied B, G, R, A with the top row
+// first: ours. A document without a base address gets no other file and nothing from the network
+// (only "data:" addresses); the library itself bounds the number of elements and of references.
+#include "desktop/vector_images/backends.h"
+
+#include <cairo.h>
+#include <fmt/core.h>
+#include <librsvg/rsvg.h>
+
+#include <bit>
+#include <cmath>
+#include <memory>
+
+namespace velmoranth::desktop::vector_images {
+namespace {
+
+static_assert(std::endian::native == std::endian::little);
+
+constexpr double kUnitsPerInch = 96;  // of CSS, which SVG's lengths are
+
+struct Unref {
+    void operator()(gpointer object) const { g_object_unref(object); }
+
+    void operator()(GError* error) const { g_error_free(error); }
+
+    void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+
+    void operator()(cairo_t* context) const { cairo_destroy(context); }
+};
+
+template <class T>
+using Owned = std::unique_ptr<T, Unref>;
+
+Problem problem(std::string_view what, const GError* error = nullptr) {
+    std::string message(what);
+    if (error != nullptr && error->message != nullptr) {
+        message += fmt::format(" ({})", error->message);
+    }
+    return Problem{.message = std::move(message)};
+}
+
+// In user units; 0 for a length that is a part of something unknown.
+double userUnits(const RsvgLength& length) {
+    constexpr double kFontSize = 12;  // that librsvg begins with
+    switch (length.unit) {
+        case RSVG_UNIT_PX:
+            return length.length;
+        case RSVG_UNIT_EM:
+            return length.length * kFontSize;
+        case RSVG_UNIT_EX:
+            return length.length * kFontSize / 2;
+        case RSVG_UNIT_IN:
+            return length.length * kUnitsPerInch;
+        case RSVG_UNIT_CM:
+            return length.length * kUnitsPerInch / 2.54;
+        case RSVG_UNIT_MM:
+            return length.length * kUnitsPerInch / 25.4;
+        case RSVG_UNIT_PT:
+            return length.length * kUnitsPerInch / 72;
+        case RSVG_UNIT_PC:
+            return length.length * kUnitsPerInch / 6;
+        case RSVG_UNIT_PERCENT:
+            break;
+    }
+    return 0;
+}
+
+// Width and height; what is missing comes from the other and the viewBox, as a browser has it. 0
+// where nothing says.
+PointSize sizeOf(RsvgHandle* handle) {
+    gboolean hasWidth = FALSE;
+    gboolean hasHeight = FALSE;
+    gboolean hasBox = FALSE;
+    RsvgLength width{};
+    RsvgLength height{};
+    RsvgRectangle box{};
+    rsvg_handle_get_intrinsic_dimensions(handle, &hasWidth, &width, &hasHeight, &height, &hasBox,
+                                         &box);
+    PointSize size{.width = hasWidth != FALSE ? userUnits(width) : 0,
+                   .height = hasHeight != FALSE ? userUnits(height) : 0};
+    if (hasBox != FALSE && box.width > 0 && box.height > 0) {
+        if (size.width == 0) {
+            size.width = size.height > 0 ? size.height * box.width / box.height : box.width;
+        }
+        if (size.height == 0) {
+            size.height = size.width * box.height / box.width;
+        }
+    }
+    return size;
+}
+
+std::optional<Problem> draw(RsvgHandle* handle, PointSize size, double scale, Sheet& sheet) {
+    const double width = pixelLength(size.width, scale);
+    const double height = pixelLength(size.height, scale);
+    const auto pixels = sheet.picture(width, height);
+    if (!pixels) {
+        return pixels.error();
+    }
+    const Owned<cairo_surface_t> surface(
+        cairo_image_surface_create_for_data(*pixels, CAIRO_FORMAT_ARGB32, static_cast<int>(width),
+                                            static_cast<int>(height), static_cast<int>(width) * 4));
+    const Owned<cairo_t> context(cairo_create(surface.get()));
+    const RsvgRectangle viewport{
+        .x = 0, .y = 0, .width = size.width * scale, .height = size.height * scale};
+    GError* rawError = nullptr;
+    const gboolean drawn = rsvg_handle_render_document(handle, context.get(), &viewport, &rawError);
+    const Owned<GError> error(rawError);
+    cairo_surface_flush(surface.get());
+    if (drawn == FALSE || cairo_status(context.get()) != CAIRO_STATUS_SUCCESS) {
+        return problem("the SVG file cannot be drawn", error.get());
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<Problem> drawSvg(Bytes file, std::optional<double> scale, Sheet& sheet) {
+    GError* rawError = nullptr;
+    const Owned<RsvgHandle> handle(rsvg_handle_new_from_data(file.data(), file.size(), &rawError));
+    const Owned<GError> error(rawError);
+    if (handle == nullptr) {
+        return problem("the SVG file is damaged", error.get());
+    }
+    rsvg_handle_set_dpi(handle.get(), kUnitsPerInch);
+    const PointSize size = sizeOf(handle.get());
+    if (!std::isfinite(size.width) || !std::isfinite(size.height) || size.width <= 0 ||
+        size.height <= 0) {
+        return problem("the SVG file has no size");
+    }
+    sheet.setSize(size);
+    return scale ? draw(handle.get(), size, *scale, sheet) : std::nullopt;
+}
+
+std::string svgLibrary() {
+    return fmt::format("librsvg {}.{}.{}", rsvg_major_version, rsvg_minor_version,
+                       rsvg_micro_version);
+}
+
+}  // namespace velmoranth::desktop::vector_images
