@@ -66,6 +66,10 @@ struct Files final : platform::FileManager {
         return platform::Error{};
     }
 
+    Failure createDirectoryAtPathWithIntermediateDirectories(const std::string& /*path*/) override {
+        return platform::Error{};
+    }
+
     bool createFileAtPathContents(const std::string& /*path*/, const Data& /*contents*/) override {
         return false;
     }
@@ -212,6 +216,30 @@ struct SpringBoard final : platform::SpringBoard {
     }
 };
 
+struct Bundles final : platform::Bundles {
+    platform::BundleRef bundleWithPath(const std::string& /*path*/) override { return nullptr; }
+
+    bool load(const platform::BundleRef& /*bundle*/) override { return false; }
+};
+
+struct CatalogClass final : platform::CatalogClass {
+    platform::OpenedCatalog initWithURL(const platform::ClassRef& /*cls*/,
+                                        const std::string& /*path*/) override {
+        return {};
+    }
+
+    platform::CUICatalogRef defaultUICatalogForBundle(
+        const platform::ClassRef& /*cls*/, const platform::BundleRef& /*bundle*/) override {
+        return nullptr;
+    }
+
+    platform::OpenedCatalog initWithNameFromBundle(const platform::ClassRef& /*cls*/,
+                                                   const std::string& /*name*/,
+                                                   const platform::BundleRef& /*bundle*/) override {
+        return {};
+    }
+};
+
 struct AudioSession final : platform::AudioSession {
     bool setCategory(const std::string& /*category*/) override { return false; }
 };
@@ -225,6 +253,8 @@ struct IdlePlatform::Services {
     Notifications notifications;
     PropertyLists propertyLists;
     Files files;
+    Bundles bundles;
+    CatalogClass catalogClass;
     Dates dates;
     Log log;
     LibSystem libSystem;
@@ -247,6 +277,8 @@ IdlePlatform::IdlePlatform(desktop::Runtime& runtime, double versionNumber)
                            .darwinNotifications = services_->notifications,
                            .propertyLists = services_->propertyLists,
                            .fileManager = services_->files,
+                           .bundles = services_->bundles,
+                           .catalogClass = services_->catalogClass,
                            .dates = services_->dates,
                            .log = services_->log,
                            .libSystem = services_->libSystem,

@@ -1,5 +1,7 @@
 #include "simulator/process.h"
 
+#include "desktop/core_ui/bundles.h"
+#include "desktop/core_ui/catalogs.h"
 #include "desktop/dates/dates.h"
 #include "desktop/files/device_root.h"
 #include "desktop/files/file_manager.h"
@@ -159,6 +161,8 @@ struct SimulatedProcess::Services {
     const std::unique_ptr<desktop::DesktopNotificationCenter> notificationCenter;
     desktop::DesktopPropertyLists propertyLists;
     desktop::DesktopFileManager fileManager;
+    desktop::DesktopBundles bundles;
+    desktop::DesktopCatalogClass catalogClass;
     desktop::DesktopDates dates;
     desktop::DesktopLibSystem libSystem;
     desktop::DesktopCoreGraphics coreGraphics;
@@ -194,6 +198,8 @@ SimulatedProcess::Services::Services(
       notificationCenter(std::move(notifications)),
       propertyLists(root),
       fileManager(root),
+      bundles(root),
+      catalogClass(root),
       dates({.locale = device.locale, .date = device.date}),
       libSystem(root, device.machine, kHomeDirectory),
       imageContexts(device.screen.scale, imageDescription(device.system)),
@@ -219,6 +225,8 @@ SimulatedProcess::Services::Services(
                            .darwinNotifications = *notificationCenter,
                            .propertyLists = propertyLists,
                            .fileManager = fileManager,
+                           .bundles = bundles,
+                           .catalogClass = catalogClass,
                            .dates = dates,
                            .log = log,
                            .libSystem = libSystem,

@@ -1,5 +1,7 @@
 #include "desktop/files/file_errors.h"
 
+#include "platform/strings.h"
+
 #include <cerrno>
 #include <span>
 #include <string_view>
@@ -136,29 +138,6 @@ const Wording* wordingOf(FileOperation operation, int code) {
 
 }  // namespace
 
-std::string lastPathComponent(const std::string& path) {
-    const std::size_t last = path.find_last_not_of('/');
-    if (last == std::string::npos) {
-        return path.empty() ? "" : "/";
-    }
-    const std::size_t slash = path.rfind('/', last);
-    const std::size_t start = slash == std::string::npos ? 0 : slash + 1;
-    return path.substr(start, last + 1 - start);
-}
-
-std::string deletingLastPathComponent(const std::string& path) {
-    std::size_t end = path.find_last_not_of('/');
-    if (end == std::string::npos) {
-        return path.empty() ? "" : "/";
-    }
-    end = path.rfind('/', end);
-    if (end == std::string::npos) {
-        return "";
-    }
-    end = path.find_last_not_of('/', end);
-    return end == std::string::npos ? "/" : path.substr(0, end + 1);
-}
-
 platform::Error fileError(FileOperation operation, int error, const std::string& path,
                           const std::string& destination) {
     platform::Error result;
@@ -169,9 +148,9 @@ platform::Error fileError(FileOperation operation, int error, const std::string&
                                       std::to_string(result.code) + ".)";
         return result;
     }
-    const std::string folder =
-        lastPathComponent(deletingLastPathComponent(destination.empty() ? path : destination));
-    result.localizedDescription = filled(wording->text, lastPathComponent(path), folder);
+    const std::string folder = platform::lastPathComponent(
+        platform::stringByDeletingLastPathComponent(destination.empty() ? path : destination));
+    result.localizedDescription = filled(wording->text, platform::lastPathComponent(path), folder);
     return result;
 }
 

@@ -15,10 +15,4 @@ enum class FileOperation { read, write, copy, move, remove };
 [[nodiscard]] platform::Error fileError(FileOperation operation, int error, const std::string& path,
                                         const std::string& destination = {});
 
-// -[NSString lastPathComponent]: "tmp" of "/tmp/", "/" of "/", "" of "".
-[[nodiscard]] std::string lastPathComponent(const std::string& path);
-
-// -[NSString stringByDeletingLastPathComponent]: "/" of "/tmp", "" of "a".
-[[nodiscard]] std::string deletingLastPathComponent(const std::string& path);
-
 }  // namespace velmoranth::desktop

@@ -16,6 +16,7 @@ namespace {
 
 constexpr unsigned kPermissionBits = 07777;
 constexpr unsigned kNewFileMode = 0666;
+constexpr unsigned kNewFolderMode = 0777;
 
 bool statOf(const FolderEntry& entry, struct stat& status) {
     return ::fstatat(entry.folder.get(), entry.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
@@ -124,6 +125,34 @@ int DesktopFileManager::moveBetween(const FolderEntry& from, const FolderEntry& 
         return error;
     }
     return removeTree(from.folder.get(), from.name);
+}
+
+platform::Failure DesktopFileManager::createDirectoryAtPathWithIntermediateDirectories(
+    const std::string& path) {
+    // Every folder on the way, then the last one.
+    for (std::size_t slash = path.find('/'); slash != std::string::npos;
+         slash = path.find('/', slash + 1)) {
+        const std::string above = path.substr(0, slash);
+        if (const int error = above.empty() ? 0 : makeFolder(above); error != 0) {
+            return fileError(FileOperation::write, error, path);
+        }
+    }
+    if (const int error = makeFolder(path); error != 0) {
+        return fileError(FileOperation::write, error, path);
+    }
+    return {};
+}
+
+int DesktopFileManager::makeFolder(const std::string& path) {
+    const FolderEntry place = root_->openParent(path);
+    if (!place.folder.isOpen()) {
+        return errno;
+    }
+    if (::mkdirat(place.folder.get(), place.name.c_str(), kNewFolderMode) == 0) {
+        return 0;
+    }
+    const int error = errno;
+    return error == EEXIST && fileExistsAtPathIsDirectory(path).isDirectory ? 0 : error;
 }
 
 bool DesktopFileManager::createFileAtPathContents(const std::string& path,

@@ -25,6 +25,8 @@ class DesktopFileManager final : public platform::FileManager {
                                            const std::string& destination) override;
     platform::Failure moveItemAtPathToPath(const std::string& source,
                                            const std::string& destination) override;
+    platform::Failure createDirectoryAtPathWithIntermediateDirectories(
+        const std::string& path) override;
     bool createFileAtPathContents(const std::string& path, const platform::Data& contents) override;
     // A replaced file's mode is kept; a link at the path is replaced by a plain file.
     bool writeToFileAtomically(const platform::Data& contents, const std::string& path) override;
@@ -33,6 +35,8 @@ class DesktopFileManager final : public platform::FileManager {
     platform::Failure removeItemAtPath(const std::string& path);
 
   private:
+    // 0 when the folder is there or was made, else the errno. Its parent is there.
+    [[nodiscard]] int makeFolder(const std::string& path);
     // 0, or the errno.
     [[nodiscard]] int moveBetween(const FolderEntry& from, const FolderEntry& to) const;
     [[nodiscard]] int replaceFile(const FolderEntry& place, const platform::Data& contents) const;

@@ -97,6 +97,16 @@ class NamedImage final : public platform::CUINamedImage {
 
     [[nodiscard]] platform::NullableString name() const override { return contents_.name; }
 
+    [[nodiscard]] double scale() const override { return contents_.scale; }
+
+    // None of the device's own catalogs holds a PDF file.
+    [[nodiscard]] platform::BitmapImageRef createImageFromPDFRenditionWithScale(
+        double /*scale*/) override {
+        return nullptr;
+    }
+
+    [[nodiscard]] platform::BitmapImageRef image() override { return contents_.draw(); }
+
     [[nodiscard]] const CatalogContents& contents() const { return contents_; }
 
   private:

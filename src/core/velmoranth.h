@@ -9,6 +9,7 @@
 #include "theme/app_icon_lookup.h"
 #include "theme/interface_image_lookup.h"
 #include "theme/theme_selection.h"
+#include "tools/catalog_extraction.h"
 #include "tools/image_dump.h"
 
 #include <memory>
@@ -25,7 +26,8 @@ class VelMoranth final : public platform::Object,
                          public theme::InterfaceImageLookup,
                          public imaging::IconEffects,
                          public imaging::ChromeImages,
-                         public tools::ImageDump {
+                         public tools::ImageDump,
+                         public tools::CatalogExtraction {
   public:
     // +load: takes root's ids, and asks for the factory preferences when a file is missing. Runs
     // twice a process.

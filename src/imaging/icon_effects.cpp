@@ -4,12 +4,12 @@
 #include "imaging/bitmap_functions.h"
 #include "imaging/rendered_layer.h"
 #include "imaging/view_tags.h"
+#include "platform/numbers.h"
 #include "platform/platform.h"
 #include "theme/interface_image_lookup.h"
 #include "theme/theme_selection.h"
 
 #include <cstdint>
-#include <limits>
 #include <string>
 
 namespace velmoranth::imaging {
@@ -51,15 +51,6 @@ constexpr double kPadShadowSide = 96;
 // A marketing name, which no machine calls itself; kept as it is.
 bool machineIsXSMax(const std::string& machine) {
     return machine == "iPhone XS Max";
-}
-
-// Toward zero, and to the nearest end of the range beyond it, as the processor converts.
-std::int32_t truncated(double value) {
-    using Limits = std::numeric_limits<std::int32_t>;
-    if (!(value > Limits::min())) {
-        return value < 0 ? Limits::min() : 0;
-    }
-    return value >= Limits::max() ? Limits::max() : static_cast<std::int32_t>(value);
 }
 
 void removeFirstTagged(const ViewRef& view, int tag) {
@@ -176,7 +167,7 @@ ImageRef IconEffects::reflectedImageWithHeight(const ViewRef& view, unsigned hei
     const platform::Size bounds = view ? view->bounds().size : platform::Size{};
     const auto pixelsHigh = static_cast<std::int32_t>(height);
     const platform::GraphicsContextRef context =
-        MyCreateBitmapContext(truncated(bounds.width), pixelsHigh);
+        MyCreateBitmapContext(platform::truncated(bounds.width), pixelsHigh);
     BitmapImageRef snapshot;
     if (context != nullptr) {
         context->translateCTM(0, -(bounds.height - static_cast<double>(height)));

@@ -251,6 +251,11 @@ std::string description(const PropertyList& value) {
     return text;
 }
 
+std::string description(const Error& error) {
+    return "Error Domain=" + error.domain + " Code=" + std::to_string(error.code) + " \"" +
+           error.localizedDescription + "\"";
+}
+
 std::string stringByAppendingPathComponent(std::string_view path, std::string_view component) {
     std::string result;
     result.reserve(path.size() + component.size() + 1);

@@ -122,6 +122,10 @@ struct Error {
     friend bool operator==(const Error&, const Error&) = default;
 };
 
+// What "%@" prints for an error. The platform adds the contents of userInfo, which nothing here
+// keeps.
+[[nodiscard]] std::string description(const Error& error);
+
 // What an operation that may fail returns: nothing when it succeeded, else the error.
 using Failure = std::optional<Error>;
 
@@ -174,9 +178,26 @@ class FileManager {
     // createFileAtPath:contents:attributes: with nil attributes: writes atomically, replacing an
     // existing file. False when it could not.
     virtual bool createFileAtPathContents(const std::string& path, const Data& contents) = 0;
+    // createDirectoryAtPath:withIntermediateDirectories:attributes:error: with YES and nil: an
+    // existing folder is no failure.
+    virtual Failure createDirectoryAtPathWithIntermediateDirectories(const std::string& path) = 0;
     // -[NSData writeToFile:atomically:] with atomically on: the file is whole or as it was. False
     // when it could not.
     virtual bool writeToFileAtomically(const Data& contents, const std::string& path) = 0;
+};
+
+// NSBundle's making and loading.
+class Bundles {
+  public:
+    Bundles() = default;
+    Bundles(const Bundles&) = delete;
+    Bundles& operator=(const Bundles&) = delete;
+    virtual ~Bundles() = default;
+
+    // +[NSBundle bundleWithPath:]: nil when the path leads to no folder.
+    [[nodiscard]] virtual BundleRef bundleWithPath(const std::string& path) = 0;
+    // load: makes the bundle's classes available. False when it could not, and for nil.
+    virtual bool load(const BundleRef& bundle) = 0;
 };
 
 class PropertyLists {

@@ -22,6 +22,8 @@ struct Platform {
     DarwinNotificationCenter& darwinNotifications;
     PropertyLists& propertyLists;
     FileManager& fileManager;
+    Bundles& bundles;
+    CatalogClass& catalogClass;
     Dates& dates;
     SystemLog& log;
     LibSystem& libSystem;

@@ -174,4 +174,44 @@ std::optional<std::uint32_t> scanHexInt(std::string_view text) {
     return static_cast<std::uint32_t>(value);
 }
 
+std::string lastPathComponent(std::string_view path) {
+    const std::size_t last = path.find_last_not_of('/');
+    if (last == std::string_view::npos) {
+        return path.empty() ? "" : "/";
+    }
+    const std::size_t slash = path.rfind('/', last);
+    const std::size_t start = slash == std::string_view::npos ? 0 : slash + 1;
+    return std::string(path.substr(start, last + 1 - start));
+}
+
+std::string stringByDeletingLastPathComponent(std::string_view path) {
+    std::size_t end = path.find_last_not_of('/');
+    if (end == std::string_view::npos) {
+        return path.empty() ? "" : "/";
+    }
+    end = path.rfind('/', end);
+    if (end == std::string_view::npos) {
+        return "";
+    }
+    end = path.find_last_not_of('/', end);
+    return end == std::string_view::npos ? "/" : std::string(path.substr(0, end + 1));
+}
+
+std::string stringByDeletingPathExtension(std::string_view path) {
+    const std::size_t last = path.find_last_not_of('/');
+    if (last == std::string_view::npos) {
+        return path.empty() ? "" : "/";
+    }
+    path = path.substr(0, last + 1);
+    const std::size_t slash = path.rfind('/');
+    const std::size_t start = slash == std::string_view::npos ? 0 : slash + 1;
+    const std::size_t dot = path.rfind('.');
+    // Without a full stop, before the name's first other character, or with nothing after it.
+    if (dot == std::string_view::npos || dot + 1 == path.size() ||
+        path.find_first_not_of('.', start) >= dot) {
+        return std::string(path);
+    }
+    return std::string(path.substr(0, dot));
+}
+
 }  // namespace velmoranth::platform

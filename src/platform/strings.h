@@ -34,4 +34,14 @@ namespace velmoranth::platform {
 // Nothing when there is no digit.
 [[nodiscard]] std::optional<std::uint32_t> scanHexInt(std::string_view text);
 
+// -[NSString lastPathComponent]: "tmp" of "/tmp/", "/" of "/", "" of "".
+[[nodiscard]] std::string lastPathComponent(std::string_view path);
+
+// -[NSString stringByDeletingLastPathComponent]: "/" of "/tmp", "" of "a".
+[[nodiscard]] std::string stringByDeletingLastPathComponent(std::string_view path);
+
+// -[NSString stringByDeletingPathExtension]: removes the last extension alone, trailing slashes
+// first; a name that begins with its only full stop has none.
+[[nodiscard]] std::string stringByDeletingPathExtension(std::string_view path);
+
 }  // namespace velmoranth::platform

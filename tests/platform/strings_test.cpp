@@ -211,5 +211,37 @@ TEST(ScanHexInt, TooManyDigitsGiveTheGreatestValue) {
     EXPECT_EQ(scanHexInt(std::string(1 << 16, 'F')), kGreatest);
 }
 
+TEST(Strings, LastPathComponent) {
+    EXPECT_EQ(lastPathComponent("/tmp/"), "tmp");
+    EXPECT_EQ(lastPathComponent("scratch///"), "scratch");
+    EXPECT_EQ(lastPathComponent("//"), "/");
+    EXPECT_EQ(lastPathComponent(""), "");
+    EXPECT_EQ(lastPathComponent("a.car"), "a.car");
+}
+
+TEST(Strings, DeletingLastPathComponent) {
+    EXPECT_EQ(stringByDeletingLastPathComponent("/tmp/lock/"), "/tmp");
+    EXPECT_EQ(stringByDeletingLastPathComponent("/tmp//lock"), "/tmp");
+    EXPECT_EQ(stringByDeletingLastPathComponent("/tmp"), "/");
+    EXPECT_EQ(stringByDeletingLastPathComponent("/"), "/");
+    EXPECT_EQ(stringByDeletingLastPathComponent("a"), "");
+    EXPECT_EQ(stringByDeletingLastPathComponent(""), "");
+}
+
+TEST(Strings, DeletingPathExtension) {
+    EXPECT_EQ(stringByDeletingPathExtension("scratch.bundle/"), "scratch");
+    EXPECT_EQ(stringByDeletingPathExtension("/tmp/"), "/tmp");
+    EXPECT_EQ(stringByDeletingPathExtension("scratch..tiff"), "scratch.");
+    EXPECT_EQ(stringByDeletingPathExtension(".tiff"), ".tiff");
+    EXPECT_EQ(stringByDeletingPathExtension("/a/.tiff"), "/a/.tiff");
+    EXPECT_EQ(stringByDeletingPathExtension("/"), "/");
+    EXPECT_EQ(stringByDeletingPathExtension(""), "");
+    EXPECT_EQ(stringByDeletingPathExtension("name@2x.png"), "name@2x");
+    EXPECT_EQ(stringByDeletingPathExtension("a.b.png"), "a.b");
+    EXPECT_EQ(stringByDeletingPathExtension("a.b/c"), "a.b/c");
+    EXPECT_EQ(stringByDeletingPathExtension("zip."), "zip.");
+    EXPECT_EQ(stringByDeletingPathExtension("...zip"), "...zip");
+}
+
 }  // namespace
 }  // namespace velmoranth::platform

@@ -49,6 +49,12 @@ Failure RecordingFileManager::moveItemAtPathToPath(const std::string& source,
     return real_.moveItemAtPathToPath(source, destination);
 }
 
+Failure RecordingFileManager::createDirectoryAtPathWithIntermediateDirectories(
+    const std::string& path) {
+    journal_.write("createDirectory " + path);
+    return real_.createDirectoryAtPathWithIntermediateDirectories(path);
+}
+
 bool RecordingFileManager::createFileAtPathContents(const std::string& path, const Data& contents) {
     journal_.write("create " + path);
     return real_.createFileAtPathContents(path, contents);
@@ -64,6 +70,36 @@ bool RecordingFileManager::writeToFileAtomically(const Data& contents, const std
         return false;
     }
     return real_.writeToFileAtomically(contents, path);
+}
+
+platform::BundleRef RecordingBundles::bundleWithPath(const std::string& path) {
+    journal_.write("bundleWithPath " + path);
+    return real == nullptr ? nullptr : real->bundleWithPath(path);
+}
+
+bool RecordingBundles::load(const platform::BundleRef& bundle) {
+    journal_.write(bundle == nullptr ? "load nil" : "load bundle");
+    return real != nullptr && real->load(bundle);
+}
+
+platform::OpenedCatalog RecordingCatalogClass::initWithURL(const platform::ClassRef& cls,
+                                                           const std::string& path) {
+    journal_.write("initWithURL " + path);
+    return real == nullptr ? platform::OpenedCatalog{} : real->initWithURL(cls, path);
+}
+
+platform::CUICatalogRef RecordingCatalogClass::defaultUICatalogForBundle(
+    const platform::ClassRef& cls, const platform::BundleRef& bundle) {
+    journal_.write(bundle == nullptr ? "defaultUICatalogForBundle nil"
+                                     : "defaultUICatalogForBundle");
+    return real == nullptr ? nullptr : real->defaultUICatalogForBundle(cls, bundle);
+}
+
+platform::OpenedCatalog RecordingCatalogClass::initWithNameFromBundle(
+    const platform::ClassRef& cls, const std::string& name, const platform::BundleRef& bundle) {
+    journal_.write("initWithName " + name + (bundle == nullptr ? " of nil" : " of bundle"));
+    return real == nullptr ? platform::OpenedCatalog{}
+                           : real->initWithNameFromBundle(cls, name, bundle);
 }
 
 std::optional<platform::Dictionary> RecordingPropertyLists::dictionaryWithContentsOfFile(

@@ -25,6 +25,8 @@ class RecordingFileManager final : public platform::FileManager {
                                            const std::string& destination) override;
     platform::Failure moveItemAtPathToPath(const std::string& source,
                                            const std::string& destination) override;
+    platform::Failure createDirectoryAtPathWithIntermediateDirectories(
+        const std::string& path) override;
     bool createFileAtPathContents(const std::string& path, const platform::Data& contents) override;
     bool writeToFileAtomically(const platform::Data& contents, const std::string& path) override;
 
@@ -40,6 +42,39 @@ class RecordingFileManager final : public platform::FileManager {
   private:
     Journal& journal_;
     platform::FileManager& real_;
+};
+
+// Nil and false until a test brings the service that answers.
+class RecordingBundles final : public platform::Bundles {
+  public:
+    explicit RecordingBundles(Journal& journal) : journal_(journal) {}
+
+    platform::BundleRef bundleWithPath(const std::string& path) override;
+    bool load(const platform::BundleRef& bundle) override;
+
+    platform::Bundles* real = nullptr;  // not owned
+
+  private:
+    Journal& journal_;
+};
+
+// No catalog until a test brings the service that answers.
+class RecordingCatalogClass final : public platform::CatalogClass {
+  public:
+    explicit RecordingCatalogClass(Journal& journal) : journal_(journal) {}
+
+    platform::OpenedCatalog initWithURL(const platform::ClassRef& cls,
+                                        const std::string& path) override;
+    platform::CUICatalogRef defaultUICatalogForBundle(const platform::ClassRef& cls,
+                                                      const platform::BundleRef& bundle) override;
+    platform::OpenedCatalog initWithNameFromBundle(const platform::ClassRef& cls,
+                                                   const std::string& name,
+                                                   const platform::BundleRef& bundle) override;
+
+    platform::CatalogClass* real = nullptr;  // not owned
+
+  private:
+    Journal& journal_;
 };
 
 class RecordingPropertyLists final : public platform::PropertyLists {

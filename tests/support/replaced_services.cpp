@@ -19,6 +19,8 @@ void replaceServices(const ReplacedServices& replaced) {
                            .darwinNotifications = now.darwinNotifications,
                            .propertyLists = chosen(replaced.propertyLists, now.propertyLists),
                            .fileManager = chosen(replaced.fileManager, now.fileManager),
+                           .bundles = now.bundles,
+                           .catalogClass = now.catalogClass,
                            .dates = now.dates,
                            .log = chosen(replaced.log, now.log),
                            .libSystem = chosen(replaced.libSystem, now.libSystem),

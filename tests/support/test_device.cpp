@@ -145,6 +145,8 @@ TestDevice::TestDevice(double screenScale)
       screen(screenScale),
       notifications(journal),
       dates(journal),
+      bundles(journal),
+      catalogClass(journal),
       hostFolder_(makeTemporaryFolder()),
       libSystem(hostFolder_) {
     services_ = std::make_unique<Services>(*this, screenScale);
@@ -161,6 +163,8 @@ TestDevice::TestDevice(double screenScale)
                            .darwinNotifications = notifications,
                            .propertyLists = all.plists,
                            .fileManager = all.files,
+                           .bundles = bundles,
+                           .catalogClass = catalogClass,
                            .dates = dates,
                            .log = all.log,
                            .libSystem = all.libSystem,

@@ -173,6 +173,8 @@ class TestDevice {
     TestAudioSession audio;
     RecordingNotificationCenter notifications;
     RecordingDates dates;
+    RecordingBundles bundles;
+    RecordingCatalogClass catalogClass;
 
   private:
     struct Services;

@@ -412,17 +412,5 @@ TEST(FileErrors, NamesThatLookLikePlaceholdersStay) {
               "exists.");
 }
 
-TEST(FileErrors, PathComponents) {
-    EXPECT_EQ(lastPathComponent("/tmp/"), "tmp");
-    EXPECT_EQ(lastPathComponent("scratch///"), "scratch");
-    EXPECT_EQ(lastPathComponent("//"), "/");
-    EXPECT_EQ(lastPathComponent(""), "");
-    EXPECT_EQ(deletingLastPathComponent("/tmp/lock/"), "/tmp");
-    EXPECT_EQ(deletingLastPathComponent("/tmp//lock"), "/tmp");
-    EXPECT_EQ(deletingLastPathComponent("/tmp"), "/");
-    EXPECT_EQ(deletingLastPathComponent("/"), "/");
-    EXPECT_EQ(deletingLastPathComponent("a"), "");
-}
-
 }  // namespace
 }  // namespace velmoranth::desktop

@@ -49,6 +49,15 @@ struct CatalogImage final : platform::CUINamedImage {
     [[nodiscard]] std::string description() const override { return "the image, described"; }
 
     [[nodiscard]] platform::NullableString name() const override { return imageName; }
+
+    [[nodiscard]] double scale() const override { return 1; }
+
+    [[nodiscard]] platform::BitmapImageRef createImageFromPDFRenditionWithScale(
+        double /*scale*/) override {
+        return nullptr;
+    }
+
+    [[nodiscard]] platform::BitmapImageRef image() override { return nullptr; }
 };
 
 struct Content final : platform::UIImageContent {
