@@ -15,7 +15,6 @@ namespace {
 
 using desktop::FontWeight;
 using desktop::TextAlignment;
-using desktop::TextStyle;
 using platform::Color;
 using platform::ImageRef;
 using platform::NullableString;

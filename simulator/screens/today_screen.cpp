@@ -22,7 +22,6 @@ namespace {
 
 using desktop::FontWeight;
 using desktop::TextAlignment;
-using desktop::TextStyle;
 using platform::Color;
 using platform::ImageRef;
 using platform::NullableString;
@@ -66,8 +65,8 @@ struct Widget {
     std::string_view app;
     std::string_view title;
     Body body;
-    std::string_view first = "";
-    std::string_view second = "";
+    std::string_view first = {};
+    std::string_view second = {};
     Color accent = {};
     Identified identified = Identified::yes;
 };
