@@ -52,8 +52,10 @@ struct Codec {
     Compression compression;
     bool padsRows;      // the record says how far the stored rows lie apart
     bool makesPicture;  // decodes to the picture's own pixels, not to stored rows
-    // One byte of data makes no more than so many: what a short file may claim to hold.
+    // What a short file may claim to hold: one byte of data makes no more than so many, and a row
+    // takes so many bytes of data at least.
     std::uint64_t mostOfOne;
+    std::uint64_t leastOfRow;
     DecodeBand decode;
 };
 
@@ -103,21 +105,23 @@ Result<void> decodeMap(const Band& band, const Layout& layout, Scratch& scratch,
     return Decode(band.data, layout.format->picture, layout.width, band.rows, scratch, output);
 }
 
-// A run-length packet has up to 16 million pixels. A byte of a deflate stream makes at most 1032;
-// one of an LZFSE stream at most 1720, which is a match of 2359 bytes from 11 bits. A palette's
-// pixels take one bit at least, a deepmap's one byte.
+// A run-length packet has up to 16 million pixels, and rows may share packets; but each row has its
+// offset. A byte of a deflate stream makes at most 1032; one of an LZFSE stream at most 1720, which
+// is a match of 2359 bytes from 11 bits. A palette's pixels take one bit at least, a deepmap's one
+// byte.
 constexpr std::uint64_t kMostOfRuns = std::uint64_t{1} << 32U;
+constexpr std::uint64_t kLeastOfRuns = 4;
 constexpr std::uint64_t kMostOfStream = 2048;
 
 constexpr std::array<Codec, 8> kCodecs{{
-    {Compression::uncompressed, true, false, 1, decodeUncompressed},
-    {Compression::rle, false, false, kMostOfRuns, decodeRunLengths},
-    {Compression::zip, true, false, kMostOfStream, decodeStream<inflate>},
-    {Compression::lzvn, true, false, kMostOfStream, decodeStream<decodeLzfseOrLzvn>},
-    {Compression::lzfse, true, false, kMostOfStream, decodeStream<decodeLzfseOrLzvn>},
-    {Compression::paletteImage, false, true, kMostOfStream * 32, decodePalette},
-    {Compression::deepmap, false, true, kMostOfStream * 4, decodeMap<decodeDeepmap>},
-    {Compression::deepmap2, false, true, kMostOfStream * 4, decodeMap<decodeDeepmap2>},
+    {Compression::uncompressed, true, false, 1, 0, decodeUncompressed},
+    {Compression::rle, false, false, kMostOfRuns, kLeastOfRuns, decodeRunLengths},
+    {Compression::zip, true, false, kMostOfStream, 0, decodeStream<inflate>},
+    {Compression::lzvn, true, false, kMostOfStream, 0, decodeStream<decodeLzfseOrLzvn>},
+    {Compression::lzfse, true, false, kMostOfStream, 0, decodeStream<decodeLzfseOrLzvn>},
+    {Compression::paletteImage, false, true, kMostOfStream * 32, 0, decodePalette},
+    {Compression::deepmap, false, true, kMostOfStream * 4, 0, decodeMap<decodeDeepmap>},
+    {Compression::deepmap2, false, true, kMostOfStream * 4, 0, decodeMap<decodeDeepmap2>},
 }};
 
 Result<const Codec*> findCodec(Compression compression) {
@@ -188,7 +192,8 @@ Result<Layout> layoutOf(const BitmapShape& shape, const Codec& codec, const Limi
 bool mayHold(const Codec& codec, const std::vector<Band>& bands, const Layout& layout) {
     const std::size_t rowBytes = codec.makesPicture ? layout.pictureStride() : layout.storedStride;
     return std::ranges::all_of(bands, [&](const Band& band) {
-        return std::uint64_t{band.rows} * rowBytes / codec.mostOfOne <= band.data.size();
+        return std::uint64_t{band.rows} * rowBytes / codec.mostOfOne <= band.data.size() &&
+               band.rows * codec.leastOfRow <= band.data.size();
     });
 }
 

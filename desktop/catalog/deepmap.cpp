@@ -16,6 +16,7 @@ namespace {
 using Format = Picture::Format;
 
 constexpr std::size_t kTileSide = 256;  // pixels
+constexpr std::string_view kGridMark = "KCBC";
 
 struct Version {
     std::string_view mark;
@@ -89,10 +90,14 @@ Result<const PixelCode*> findPixelCode(std::uint32_t code, Format format) {
 
 Result<Header> readHeader(ByteReader& reader, const Version& version, Format format,
                           const Canvas& canvas) {
+    const bool isGrid = ByteReader(reader).expect(kGridMark);
     const std::uint32_t number = reader.u32();
     reader.skip(4);  // the code that the inner header repeats
     const std::uint64_t length = reader.u64();
     const bool lengthIsRight = length == reader.remaining();
+    if (isGrid || ByteReader(reader).expect(kGridMark)) {
+        return failure("the deepmap is a grid, which is not supported");
+    }
     const bool marked = reader.expect(version.mark);
     Header header;
     header.method = reader.u8();
