@@ -1,13 +1,12 @@
 #include "desktop/catalog/catalog.h"
 
 #include "desktop/catalog/bitmap.h"
+#include "desktop/catalog/failure.h"
 #include "desktop/catalog/index.h"
 #include "desktop/catalog/mapped_file.h"
 #include "desktop/catalog/payloads.h"
 #include "desktop/catalog/tables.h"
 
-#include <algorithm>
-#include <array>
 #include <functional>
 #include <new>
 #include <stdexcept>
@@ -18,35 +17,16 @@ namespace {
 
 constexpr int kMaxLinks = 8;  // of a chain; known catalogs have one
 
-// Nobody has described these; newer numbers than the last known one are as unknown.
-constexpr std::array<Compression, 5> kUndescribed{Compression::jpegLzfse, Compression::blurred,
-                                                  Compression::astc, Compression::hevc,
-                                                  Compression::dxtc};
-
-tl::unexpected<Problem> refuse(std::string message) {
-    return tl::unexpected(Problem{.message = std::move(message)});
-}
-
 // Carries out `work`; memory that cannot be had is a problem like any other.
 template <class Work>
 auto withinMemory(Work work) -> decltype(work()) {
     try {
         return work();
     } catch (const std::bad_alloc&) {
-        return refuse("there is not enough memory");
+        return failure("there is not enough memory");
     } catch (const std::length_error&) {
-        return refuse("there is not enough memory");
+        return failure("there is not enough memory");
     }
-}
-
-bool isDescribed(Compression compression) {
-    return compression <= Compression::dxtc &&
-           std::ranges::find(kUndescribed, compression) == kUndescribed.end();
-}
-
-std::string notSupported(Compression compression) {
-    const bool named = compression <= Compression::dxtc;
-    return (named ? "the compression " : "") + compressionName(compression) + " is not supported";
 }
 
 bool isWithin(Bytes part, Bytes whole) {
@@ -92,11 +72,11 @@ struct Catalog::Contents {
         const Rendition* end = &rendition;
         for (int links = 0; end->link; ++links) {
             if (links == kMaxLinks) {
-                return refuse("the link leads to another link, and so on");
+                return failure("the link leads to another link, and so on");
             }
             end = target(*end->link);
             if (end == nullptr) {
-                return refuse("the link leads to no rendition of the catalog");
+                return failure("the link leads to no rendition of the catalog");
             }
         }
         return end;
@@ -104,11 +84,8 @@ struct Catalog::Contents {
 
     Result<Picture> decodeOwnPixels(const Rendition& rendition) const {
         if (!rendition.compression) {
-            return refuse("the rendition has no pixels: it is of the kind \"" +
-                          std::string(kindName(rendition.kind)) + "\"");
-        }
-        if (!isDescribed(*rendition.compression)) {
-            return refuse(notSupported(*rendition.compression));
+            return failure("the rendition has no pixels: it is of the kind \"" +
+                           std::string(kindName(rendition.kind)) + "\"");
         }
         const BitmapShape shape{.width = rendition.width,
                                 .height = rendition.height,
@@ -276,7 +253,7 @@ Result<Picture> Catalog::part(const Picture& atlas, const Link& link) {
     if (wanted.width == 0 || wanted.height == 0 ||
         std::uint64_t{wanted.x} + wanted.width > atlas.width ||
         std::uint64_t{wanted.y} + wanted.height > atlas.height) {
-        return refuse("the link shows a part that lies outside its atlas");
+        return failure("the link shows a part that lies outside its atlas");
     }
     return withinMemory([&]() -> Result<Picture> {
         const std::size_t pixel = Picture::bytesPerPixel(atlas.format);

@@ -1,6 +1,7 @@
 #include "desktop/catalog/key_format.h"
 
 #include "desktop/catalog/byte_reader.h"
+#include "desktop/catalog/failure.h"
 
 #include <algorithm>
 #include <string>
@@ -11,31 +12,27 @@ namespace {
 
 constexpr std::uint32_t kMaxSlots = 256;  // there are some thirty attributes
 
-tl::unexpected<Problem> refuse(std::string message) {
-    return tl::unexpected(Problem{.message = std::move(message)});
-}
-
 }  // namespace
 
 Result<KeyFormat> KeyFormat::parse(Bytes block) {
     ByteReader reader(block);
     if (!reader.expect("tmfk")) {
-        return refuse("the key format is damaged");
+        return failure("the key format is damaged");
     }
     reader.skip(4);
     const std::uint32_t count = reader.u32();
     if (!reader.ok() || count > reader.remaining() / 4) {
-        return refuse("the key format is truncated");
+        return failure("the key format is truncated");
     }
     if (count == 0 || count > kMaxSlots) {
-        return refuse("the key format has " + std::to_string(count) + " slots");
+        return failure("the key format has " + std::to_string(count) + " slots");
     }
     std::vector<std::uint16_t> attributes;
     attributes.reserve(count);
     for (std::uint32_t i = 0; i < count; ++i) {
         const std::uint32_t attribute = reader.u32();
         if (attribute > 0xFFFF) {
-            return refuse("the key format has an attribute " + std::to_string(attribute));
+            return failure("the key format has an attribute " + std::to_string(attribute));
         }
         attributes.push_back(static_cast<std::uint16_t>(attribute));
     }
