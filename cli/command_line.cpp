@@ -4,6 +4,7 @@
 #include "cli/help.h"
 #include "cli/nearest.h"
 #include "cli/parse_arguments.h"
+#include "desktop/vector_images/vector_images.h"
 
 #include <algorithm>
 #include <array>
@@ -76,7 +77,7 @@ ExitCode run(const std::vector<std::string>& words) {
         return ExitCode::done;
     }
     if (words.front() == "--version") {
-        print("velmoranth " VELMORANTH_VERSION "\n");
+        print("velmoranth " VELMORANTH_VERSION " (" + desktop::vectorLibraries() + ")\n");
         return ExitCode::done;
     }
     const Chosen chosen = choose(words);
@@ -103,8 +104,8 @@ ExitCode run(const std::vector<std::string>& words) {
 }  // namespace
 
 std::span<const Command> commands() {
-    static const std::array kCommands{previewCommand(), deviceInitCommand(), hooksCommand(),
-                                      notifyCommand()};
+    static const std::array kCommands{previewCommand(), extractCommand(), deviceInitCommand(),
+                                      hooksCommand(), notifyCommand()};
     return kCommands;
 }
 

@@ -6,6 +6,7 @@
 namespace velmoranth::cli {
 
 [[nodiscard]] Command previewCommand();
+[[nodiscard]] Command extractCommand();
 [[nodiscard]] Command deviceInitCommand();
 [[nodiscard]] Command hooksCommand();
 [[nodiscard]] Command notifyCommand();

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
@@ -24,25 +25,23 @@ std::size_t characterLength(std::string_view text) {
     if (length > text.size()) {
         return 0;
     }
+    char32_t value = length == 1 ? first : first & (0x7FU >> length);
     for (std::size_t i = 1; i < length; ++i) {
-        if ((static_cast<unsigned char>(text[i]) & 0xC0U) != 0x80U) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        if ((byte & 0xC0U) != 0x80U) {
             return 0;
         }
+        value = value << 6U | (byte & 0x3FU);
     }
-    return length;
+    // Longer than need be, half of a pair, or beyond the last code point.
+    constexpr std::array<char32_t, 5> kLeast{0, 0, 0x80, 0x800, 0x10000};
+    return value < kLeast.at(length) || (value >= 0xD800 && value < 0xE000) || value > 0x10FFFF
+               ? 0
+               : length;
 }
 
 bool isContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-}
-
-// How many bytes the printable character at the start of `text` has; 0 when it is none.
-std::size_t printableLength(std::string_view text) {
-    const std::size_t length = characterLength(text);
-    const auto first = static_cast<unsigned char>(text.front());
-    // U+0080 to U+009F are control characters too.
-    const bool isC1 = length == 2 && first == 0xC2 && static_cast<unsigned char>(text[1]) < 0xA0;
-    return first < 0x20 || first == 0x7F || isC1 ? 0 : length;
 }
 
 // Replaces what could move the cursor or break the line.
@@ -77,6 +76,17 @@ void writeMessage(std::string_view kind, std::string_view color, std::string_vie
 
 }  // namespace
 
+std::size_t printableLength(std::string_view text) {
+    if (text.empty()) {
+        return 0;
+    }
+    const std::size_t length = characterLength(text);
+    const auto first = static_cast<unsigned char>(text.front());
+    // U+0080 to U+009F are control characters too.
+    const bool isC1 = length == 2 && first == 0xC2 && static_cast<unsigned char>(text[1]) < 0xA0;
+    return first < 0x20 || first == 0x7F || isC1 ? 0 : length;
+}
+
 std::string shown(std::string_view text) {
     if (text.size() <= kLongest) {
         return oneLine(text);
@@ -94,6 +104,10 @@ std::string shown(std::string_view text) {
 
 std::string inQuotes(std::string_view text) {
     return "\"" + shown(text) + "\"";
+}
+
+std::string counted(std::size_t count, std::string_view noun) {
+    return std::to_string(count) + " " + std::string(noun) + (count == 1 ? "" : "s");
 }
 
 bool isPlainText(std::string_view text) {

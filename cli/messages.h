@@ -4,6 +4,7 @@
 
 #include "desktop/result/result.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -22,6 +23,12 @@ enum class ExitCode {
 
 // The same between quotation marks.
 [[nodiscard]] std::string inQuotes(std::string_view text);
+
+// How many bytes the character at the start has when it is UTF-8 and no control character, else 0.
+[[nodiscard]] std::size_t printableLength(std::string_view text);
+
+// "1 picture", "2 pictures".
+[[nodiscard]] std::string counted(std::size_t count, std::string_view noun);
 
 // Whether it is UTF-8 without control characters.
 [[nodiscard]] bool isPlainText(std::string_view text);

@@ -1,0 +1,100 @@
+#include "cli/extracted_names.h"
+
+#include "cli/messages.h"
+
+#include <algorithm>
+
+namespace velmoranth::cli {
+namespace {
+
+constexpr std::string_view kPictureEnding = ".png";
+// Of a name that is too long; room is left for its mark, its number and the ending.
+constexpr std::size_t kKeptOfLongName = 180;
+
+bool isHexadecimal(char letter) {
+    return (letter >= '0' && letter <= '9') || (letter >= 'A' && letter <= 'F') ||
+           (letter >= 'a' && letter <= 'f');
+}
+
+std::string spelled(std::string_view bytes) {
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    std::string text;
+    for (const char byte : bytes) {
+        const auto value = static_cast<unsigned char>(byte);
+        text += '%';
+        text += kDigits[value >> 4U];
+        text += kDigits[value & 15U];
+    }
+    return text;
+}
+
+// Whether the % at the start could be taken for one of ours.
+bool looksSpelled(std::string_view text) {
+    return (text.size() > 2 && isHexadecimal(text[1]) && isHexadecimal(text[2])) ||
+           (text.size() > 1 && text[1] == '~');
+}
+
+// Every character as it is or spelled, as many as fit into `most` bytes.
+std::string spelledWhereNeeded(std::string_view part, std::size_t most) {
+    std::string text;
+    while (!part.empty()) {
+        const std::size_t printable = printableLength(part);
+        const std::string_view character = part.substr(0, std::max<std::size_t>(printable, 1));
+        const bool stays =
+            printable > 0 && character != "/" && !(character == "%" && looksSpelled(part));
+        const std::string next = stays ? std::string(character) : spelled(character);
+        if (text.size() + next.size() > most) {
+            return text;
+        }
+        text += next;
+        part.remove_prefix(character.size());
+    }
+    return text;
+}
+
+std::string spelledFolder(std::string_view part) {
+    if (part == "." || part == "..") {
+        return spelled(part);
+    }
+    const bool isLikePicture = part.ends_with(kPictureEnding);
+    const std::string_view stem =
+        part.substr(0, part.size() - (isLikePicture ? kPictureEnding.size() : 0));
+    const std::string text = spelledWhereNeeded(stem, std::string_view::npos);
+    return isLikePicture ? text + spelled(".") + std::string(kPictureEnding.substr(1)) : text;
+}
+
+// Takes the folder that the path begins with, and its slash; nothing when no folder is left. A
+// slash with no name before it belongs to the name that follows.
+std::string_view takeFolder(std::string_view& path) {
+    const std::size_t begin = path.find_first_not_of('/');
+    const std::size_t end = begin == std::string_view::npos ? begin : path.find('/', begin);
+    if (end == std::string_view::npos) {
+        return {};
+    }
+    const std::string_view folder = path.substr(0, end);
+    path.remove_prefix(end + 1);
+    return folder;
+}
+
+}  // namespace
+
+std::string extractedPath(std::string_view name, std::string_view ending, std::size_t number) {
+    std::string path;
+    std::size_t longest = 0;
+    std::string_view rest = name.substr(0, kLongestExtractedPath + 1);
+    for (std::string_view folder = takeFolder(rest); !folder.empty(); folder = takeFolder(rest)) {
+        const std::string part = spelledFolder(folder);
+        longest = std::max(longest, part.size());
+        path += part + "/";
+    }
+    const std::string file = spelledWhereNeeded(rest, std::string_view::npos) + std::string(ending);
+    path += file;
+    if (std::max(longest, file.size()) > kLongestExtractedPart ||
+        std::max(path.size(), name.size()) > kLongestExtractedPath) {
+        return spelledWhereNeeded(name, kKeptOfLongName) + "%~" + std::to_string(number) +
+               std::string(ending);
+    }
+    return path;
+}
+
+}  // namespace velmoranth::cli

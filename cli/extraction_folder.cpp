@@ -1,0 +1,162 @@
+#include "cli/extraction_folder.h"
+
+#include "desktop/files/file_tree.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+namespace velmoranth::cli {
+
+using desktop::Descriptor;
+using desktop::Problem;
+using desktop::Result;
+
+namespace {
+
+constexpr int kOpenFolder = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+
+tl::unexpected<Problem> problem(std::string_view what, int error, const std::string& path) {
+    Problem found = desktop::problemOfErrno(error, path);
+    found.message = std::string(what) + ": " + found.message;
+    return tl::unexpected(std::move(found));
+}
+
+tl::unexpected<Problem> cannotMake(int error, const std::string& path) {
+    return problem("the folder cannot be made", error, path);
+}
+
+tl::unexpected<Problem> cannotWrite(int error, const std::string& path) {
+    return problem("the picture cannot be written", error, path);
+}
+
+bool isLink(int parent, const std::string& name) {
+    struct stat status{};
+    return ::fstatat(parent, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+           S_ISLNK(status.st_mode);
+}
+
+// The folder `name` in `parent`, made when it is missing. `path` is for the problem.
+Result<Descriptor> openFolder(int parent, const std::string& name, const std::string& path) {
+    Descriptor folder(::openat(parent, name.c_str(), kOpenFolder | O_NOFOLLOW));
+    if (!folder.isOpen() && errno == ENOENT) {
+        if (::mkdirat(parent, name.c_str(), 0777) != 0 && errno != EEXIST) {
+            return cannotMake(errno, path);
+        }
+        folder = Descriptor(::openat(parent, name.c_str(), kOpenFolder | O_NOFOLLOW));
+    }
+    if (folder.isOpen()) {
+        return folder;
+    }
+    const int error = errno;
+    if (isLink(parent, name)) {
+        return tl::unexpected(Problem{
+            "the folder is a link, which may lead anywhere: remove it or choose another OUTPUT-DIR",
+            path});
+    }
+    return cannotMake(error, path);
+}
+
+// The folder that `below` leads to from `start`.
+Result<Descriptor> openFolders(const Descriptor& start, std::string_view below, std::string path) {
+    Descriptor folder(::fcntl(start.get(), F_DUPFD_CLOEXEC, 0));
+    if (!folder.isOpen()) {
+        return cannotMake(errno, path);
+    }
+    while (!below.empty()) {
+        const std::string name(below.substr(0, below.find('/')));
+        below.remove_prefix(std::min(name.size() + 1, below.size()));
+        if (name.empty()) {
+            continue;
+        }
+        path += "/" + name;
+        Result<Descriptor> next = openFolder(folder.get(), name, path);
+        if (!next) {
+            return next;
+        }
+        folder = std::move(*next);
+    }
+    return folder;
+}
+
+}  // namespace
+
+UnplacedFile::UnplacedFile(Descriptor folder, std::string name, std::string path,
+                           const std::string& temporaryPath)
+    : folder_(std::move(folder)),
+      name_(std::move(name)),
+      path_(std::move(path)),
+      temporary_(std::make_unique<RemovedAtEnd>(temporaryPath)) {}
+
+Result<void> UnplacedFile::place() {
+    const std::string temporaryName = std::filesystem::path(temporary_->path()).filename();
+    if (::renameat(folder_.get(), temporaryName.c_str(), folder_.get(), name_.c_str()) != 0) {
+        return cannotWrite(errno, path_);
+    }
+    temporary_->keep();
+    return {};
+}
+
+ExtractionFolder::ExtractionFolder(Descriptor folder, std::string path, desktop::FileCalls calls)
+    : folder_(std::move(folder)), path_(std::move(path)), calls_(std::move(calls)) {}
+
+Result<std::unique_ptr<ExtractionFolder>> ExtractionFolder::create(const std::string& output,
+                                                                   const std::string& below,
+                                                                   desktop::FileCalls calls) {
+    std::error_code error;
+    std::filesystem::create_directories(output, error);
+    const Descriptor start(::open(output.c_str(), kOpenFolder));
+    if (!start.isOpen()) {
+        return cannotMake(error ? error.value() : errno, output);
+    }
+    Result<Descriptor> folder = openFolders(start, below, output);
+    if (!folder) {
+        return tl::unexpected(std::move(folder.error()));
+    }
+    return std::unique_ptr<ExtractionFolder>(
+        new ExtractionFolder(std::move(*folder), output + "/" + below, std::move(calls)));
+}
+
+Result<UnplacedFile> ExtractionFolder::write(const std::string& path,
+                                             std::span<const std::uint8_t> bytes) {
+    const std::size_t slash = path.rfind('/');
+    const std::string below = slash == std::string::npos ? "" : path.substr(0, slash);
+    const std::string shownPath = path_ + "/" + path;
+    Result<Descriptor> folder = openFolders(folder_, below, path_);
+    if (!folder) {
+        return tl::unexpected(std::move(folder.error()));
+    }
+    const std::string temporaryName =
+        ".velmoranth-" + std::to_string(::getpid()) + "-" + std::to_string(++written_);
+    const int folderNumber = folder->get();
+    // Known to the clean-up before there is such a file.
+    UnplacedFile unplaced(std::move(*folder),
+                          slash == std::string::npos ? path : path.substr(slash + 1), shownPath,
+                          path_ + "/" + below + "/" + temporaryName);
+    const auto create = [&] {
+        return Descriptor(calls_.openat(folderNumber, temporaryName.c_str(),
+                                        O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+    };
+    Descriptor file = create();
+    if (!file.isOpen() && errno == EEXIST) {  // left by a process of our number that was killed
+        ::unlinkat(folderNumber, temporaryName.c_str(), 0);
+        file = create();
+    }
+    if (!file.isOpen()) {
+        return cannotWrite(errno, shownPath);
+    }
+    if (const int error = desktop::writeWhole(calls_, file.get(), bytes.data(), bytes.size())) {
+        return cannotWrite(error, shownPath);
+    }
+    return unplaced;
+}
+
+}  // namespace velmoranth::cli

@@ -1,0 +1,59 @@
+// The folder that extracted pictures go into. Nothing is written outside it: no link below the
+// user's own folder is followed. A file is there as a whole or not at all, also when the command is
+// interrupted.
+#pragma once
+
+#include "cli/cleanup.h"
+#include "desktop/files/descriptor.h"
+#include "desktop/files/file_calls.h"
+#include "desktop/result/result.h"
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+
+namespace velmoranth::cli {
+
+// A file that is written but not yet in its place; without place() it is gone with this object.
+class UnplacedFile {
+  public:
+    // Puts it in place, instead of a file or a link that is there.
+    [[nodiscard]] desktop::Result<void> place();
+
+  private:
+    friend class ExtractionFolder;
+    UnplacedFile(desktop::Descriptor folder, std::string name, std::string path,
+                 const std::string& temporaryPath);
+
+    desktop::Descriptor folder_;
+    std::string name_;
+    std::string path_;  // as the user knows it
+    std::unique_ptr<RemovedAtEnd> temporary_;
+};
+
+class ExtractionFolder {
+  public:
+    // Makes `output`, which may be or lie behind a link, and the folders of `below` in it.
+    [[nodiscard]] static desktop::Result<std::unique_ptr<ExtractionFolder>> create(
+        const std::string& output, const std::string& below, desktop::FileCalls calls = {});
+
+    // Writes the bytes into a file beside `path`, which is relative and has no "." or ".." in it;
+    // its folders are made. Several threads may write at a time.
+    [[nodiscard]] desktop::Result<UnplacedFile> write(const std::string& path,
+                                                      std::span<const std::uint8_t> bytes);
+
+    // As the user knows it.
+    [[nodiscard]] const std::string& path() const { return path_; }
+
+  private:
+    ExtractionFolder(desktop::Descriptor folder, std::string path, desktop::FileCalls calls);
+
+    desktop::Descriptor folder_;
+    std::string path_;
+    desktop::FileCalls calls_;
+    std::atomic<std::uint64_t> written_ = 0;
+};
+
+}  // namespace velmoranth::cli
