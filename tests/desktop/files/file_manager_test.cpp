@@ -391,6 +391,37 @@ TEST_F(DesktopFileManagerTest, RemovesItems) {
     EXPECT_EQ(line(files_.removeItemAtPath("/file/x")), "512 “x” couldn’t be removed.");
 }
 
+TEST_F(DesktopFileManagerTest, FoldersAreMadeWithThoseAboveThem) {
+    EXPECT_EQ(line(files_.createDirectoryAtPathWithIntermediateDirectories("/User/a/b//c/")),
+              "done");
+    EXPECT_TRUE(std::filesystem::is_directory(host_ / "root/var/mobile/a/b/c"));
+    // Again, and relative.
+    EXPECT_EQ(line(files_.createDirectoryAtPathWithIntermediateDirectories("/User/a/b/c")), "done");
+    EXPECT_EQ(line(files_.createDirectoryAtPathWithIntermediateDirectories("d/e")), "done");
+    EXPECT_TRUE(std::filesystem::is_directory(host_ / "root/d/e"));
+    EXPECT_EQ(line(files_.createDirectoryAtPathWithIntermediateDirectories("/")), "done");
+}
+
+TEST_F(DesktopFileManagerTest, FolderIsNotMadeOverOrBelowAFile) {
+    host_.file("root/var/mobile/file");
+    EXPECT_EQ(
+        line(files_.createDirectoryAtPathWithIntermediateDirectories("/User/file")).substr(0, 3),
+        "516");
+    EXPECT_EQ(line(files_.createDirectoryAtPathWithIntermediateDirectories("/User/file/a/b"))
+                  .substr(0, 3),
+              "516");
+    EXPECT_TRUE(std::filesystem::is_regular_file(host_ / "root/var/mobile/file"));
+}
+
+TEST_F(DesktopFileManagerTest, FoldersAreNotMadeOutsideTheRoot) {
+    host_.link("root/out", host_ / "outside");
+    EXPECT_NE(line(files_.createDirectoryAtPathWithIntermediateDirectories("/out/a")), "done");
+    EXPECT_EQ(line(files_.createDirectoryAtPathWithIntermediateDirectories("/../../outside/b")),
+              "done");
+    EXPECT_TRUE(std::filesystem::is_empty(host_ / "outside"));
+    EXPECT_TRUE(std::filesystem::is_directory(host_ / "root/outside/b"));
+}
+
 TEST(FileErrors, WordsReadingAndSaving) {
     EXPECT_EQ(fileError(FileOperation::read, EACCES, "/a/b").localizedDescription,
               "The file “b” couldn’t be opened because you don’t have permission to view it.");
