@@ -51,7 +51,7 @@ struct DrawLimits {
     // What a library may take besides the file and the picture.
     std::size_t maxWorkingBytes = std::size_t{1024} * 1024 * 1024;
     // Of the clock on the wall, and of the processor.
-    std::chrono::milliseconds maxTime{20000};
+    std::chrono::milliseconds maxTime{10000};
 };
 
 // The size of a PDF's first page (its crop box, turned as the page says) or of an SVG. A unit of

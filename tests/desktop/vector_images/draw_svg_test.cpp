@@ -227,7 +227,7 @@ TEST_F(DrawSvg, UsesOfUsesAreABoundedCost) {
     }
     content += "</defs><use xlink:href=\"#a14\"/>";
     const auto image =
-        drawVector(svg(kTenByEight, content), 1, {.maxTime = std::chrono::seconds(5)});
+        drawVector(svg(kTenByEight, content), 1, {.maxTime = std::chrono::seconds(1)});
     ASSERT_FALSE(image);
 }
 
