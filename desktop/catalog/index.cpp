@@ -21,8 +21,9 @@ template <class TextAt>
 std::vector<std::size_t> sortedPlaces(std::size_t count, TextAt textAt) {
     std::vector<std::size_t> places(count);
     std::iota(places.begin(), places.end(), std::size_t{0});
-    if (!std::ranges::is_sorted(places, {}, textAt)) {
-        std::ranges::stable_sort(places, {}, textAt);
+    const auto order = [&](std::size_t place) { return std::pair(textAt(place), place); };
+    if (!std::ranges::is_sorted(places, {}, order)) {
+        std::ranges::sort(places, {}, order);
     }
     return places;
 }

@@ -19,7 +19,7 @@ std::uint16_t number(Attribute attribute) {
 }
 
 BomWriter::Entries sorted(BomWriter::Entries entries) {
-    std::ranges::stable_sort(entries, {}, &BomWriter::Entries::value_type::first);
+    std::ranges::sort(entries);
     return entries;
 }
 
