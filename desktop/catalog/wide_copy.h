@@ -87,8 +87,9 @@ inline void copyMatchWide(std::uint8_t* to, std::size_t distance, std::size_t co
 
 // The same where there is no room.
 inline void copyMatchNarrow(std::uint8_t* to, std::size_t distance, std::size_t count) {
+    const std::uint8_t* const from = to - distance;
     for (std::size_t i = 0; i < count; ++i) {
-        to[i] = to[i - distance];  // NOLINT(*-pointer-arithmetic)
+        to[i] = from[i];  // NOLINT(*-pointer-arithmetic)
     }
 }
 
