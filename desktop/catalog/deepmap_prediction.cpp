@@ -17,64 +17,97 @@ constexpr Value wrapped(int value) {
 }
 
 // What is left of each value is stored as its magnitude above a sign bit.
-void readResiduals(const std::uint8_t* high, const std::uint8_t* low, Value* row,
+void readResiduals(const std::uint8_t* high, const std::uint8_t* low, Value* rests,
                    std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) {
         const auto stored = static_cast<std::uint16_t>(low[i] | high[i] << 8);
         const auto magnitude = static_cast<std::uint16_t>(stored >> 1);
         const auto sign = static_cast<std::uint16_t>(0 - (stored & 1));
-        row[i] = static_cast<Value>(static_cast<std::uint16_t>((magnitude ^ sign) - sign));
+        rests[i] = static_cast<Value>(static_cast<std::uint16_t>((magnitude ^ sign) - sign));
     }
 }
 
-// Adds to each value of a row what was foretold for it. `above` is the row above, zero at the top.
-// The values of a pixel lie side by side, Step of them.
-using Predict = void (*)(const Value* above, Value* row, std::size_t width);
-
-void predictNothing(const Value* /*above*/, Value* /*row*/, std::size_t /*width*/) {}
-
-template <std::size_t Step>
-void predictLeft(const Value* /*above*/, Value* row, std::size_t width) {
-    for (std::size_t i = Step; i < width * Step; ++i) {
-        row[i] = wrapped(row[i] + row[i - Step]);
-    }
-}
+// Adds what was foretold to what is left of each value of a row. `above` is the row above, zero at
+// the top. What is left has the components of a pixel side by side, Step of them; rows have all of
+// a component and then the next, which is what the processor's vectors want.
+using Predict = void (*)(const Value* rests, const Value* above, Value* row, std::size_t width);
 
 template <std::size_t Step>
-void predictAbove(const Value* above, Value* row, std::size_t width) {
-    for (std::size_t i = 0; i < width * Step; ++i) {
-        row[i] = wrapped(row[i] + above[i]);
-    }
-}
-
-// The pixel on the left or the one above, whichever changed less seen from the one above left; the
-// first value of a pixel decides for all.
-template <std::size_t Step>
-void predictNearest(const Value* above, Value* row, std::size_t width) {
-    predictAbove<Step>(above, row, 1);
-    for (std::size_t i = Step; i < width * Step; i += Step) {
-        const Value corner = above[i - Step];
-        const int fromAbove = std::abs(int{wrapped(above[i] - corner)});
-        const int fromLeft = std::abs(int{wrapped(row[i - Step] - corner)});
-        const Value* const nearest = fromAbove <= fromLeft ? row + i - Step : above + i;
-        for (std::size_t j = 0; j < Step; ++j) {
-            row[i + j] = wrapped(row[i + j] + nearest[j]);
+void predictNothing(const Value* rests, const Value* /*above*/, Value* row, std::size_t width) {
+    for (std::size_t x = 0; x < width; ++x) {
+        for (std::size_t i = 0; i < Step; ++i) {
+            row[i * width + x] = rests[x * Step + i];
         }
     }
 }
 
 template <std::size_t Step>
-void predictMean(const Value* above, Value* row, std::size_t width) {
-    predictAbove<Step>(above, row, 1);
-    for (std::size_t i = Step; i < width * Step; ++i) {
-        row[i] = wrapped(row[i] + wrapped(row[i - Step] + above[i] + 1) / 2);
+void predictLeft(const Value* rests, const Value* /*above*/, Value* row, std::size_t width) {
+    std::array<Value, Step> left{};
+    for (std::size_t x = 0; x < width; ++x) {
+        for (std::size_t i = 0; i < Step; ++i) {
+            left[i] = wrapped(left[i] + rests[x * Step + i]);
+            row[i * width + x] = left[i];
+        }
+    }
+}
+
+template <std::size_t Step>
+void predictAbove(const Value* rests, const Value* above, Value* row, std::size_t width) {
+    for (std::size_t x = 0; x < width; ++x) {
+        for (std::size_t i = 0; i < Step; ++i) {
+            row[i * width + x] = wrapped(above[i * width + x] + rests[x * Step + i]);
+        }
+    }
+}
+
+// The first pixel, where there is none on its left, from the one above.
+template <std::size_t Step>
+std::array<Value, Step> firstFromAbove(const Value* rests, const Value* above, Value* row,
+                                       std::size_t width) {
+    std::array<Value, Step> first{};
+    for (std::size_t i = 0; i < Step; ++i) {
+        first[i] = wrapped(above[i * width] + rests[i]);
+        row[i * width] = first[i];
+    }
+    return first;
+}
+
+// The pixel on the left or the one above, whichever changed less seen from the one above left; the
+// first component decides for all.
+template <std::size_t Step>
+void predictNearest(const Value* rests, const Value* above, Value* row, std::size_t width) {
+    std::array<Value, Step> left = firstFromAbove<Step>(rests, above, row, width);
+    for (std::size_t x = 1; x < width; ++x) {
+        const Value corner = above[x - 1];
+        const int fromAbove = std::abs(int{wrapped(above[x] - corner)});
+        const int fromLeft = std::abs(int{wrapped(left[0] - corner)});
+        const bool isLeft = fromAbove <= fromLeft;
+        for (std::size_t i = 0; i < Step; ++i) {
+            const Value nearest = isLeft ? left[i] : above[i * width + x];
+            left[i] = wrapped(nearest + rests[x * Step + i]);
+            row[i * width + x] = left[i];
+        }
+    }
+}
+
+template <std::size_t Step>
+void predictMean(const Value* rests, const Value* above, Value* row, std::size_t width) {
+    std::array<Value, Step> left = firstFromAbove<Step>(rests, above, row, width);
+    for (std::size_t x = 1; x < width; ++x) {
+        for (std::size_t i = 0; i < Step; ++i) {
+            const Value sum = wrapped(left[i] + above[i * width + x] + 1);
+            left[i] = wrapped(sum / 2 + rests[x * Step + i]);
+            row[i * width + x] = left[i];
+        }
     }
 }
 
 // By the number that a row has for its predictor.
 template <std::size_t Step>
 constexpr std::array<Predict, 5> kPredictors{
-    predictNothing, predictNearest<Step>, predictLeft<Step>, predictAbove<Step>, predictMean<Step>,
+    predictNothing<Step>, predictNearest<Step>, predictLeft<Step>,
+    predictAbove<Step>,   predictMean<Step>,
 };
 
 constexpr std::uint32_t toByte(int value) {
@@ -99,9 +132,9 @@ template <int Factor>
 void writeColor(const Value* row, const std::uint8_t* alpha, std::uint8_t* pixels,
                 std::size_t width) {
     for (std::size_t x = 0; x < width; ++x) {
-        const Value orange = wrapped(row[3 * x + 1] * Factor);
-        const Value green = wrapped(row[3 * x + 2] * Factor);
-        const Value base = wrapped(row[3 * x] - green / 2);
+        const Value orange = wrapped(row[width + x] * Factor);
+        const Value green = wrapped(row[2 * width + x] * Factor);
+        const Value base = wrapped(row[x] - green / 2);
         const Value red = wrapped(base - orange / 2);
         const std::uint32_t pixel = toByte(wrapped(red + orange)) |
                                     toByte(wrapped(base + green)) << 8U | toByte(red) << 16U |
@@ -136,15 +169,16 @@ bool decodePlanes(Bytes planes, const PlanesShape& shape, std::span<std::uint8_t
     const Bytes high = planes.subspan(shape.alphaSize() + shape.rows, shape.valuesSize());
     const Bytes low = planes.subspan(shape.alphaSize() + shape.rows + shape.valuesSize());
     const std::vector<std::uint8_t> opaque(shape.hasAlpha ? 0 : shape.width, 255);
-    std::vector<Value> rows(2 * count);
-    Value* above = rows.data();
-    Value* row = rows.data() + count;
+    std::vector<Value> values(3 * count);
+    Value* const rests = values.data();
+    Value* above = rests + count;
+    Value* row = above + count;
     for (std::size_t y = 0; y < shape.rows; ++y) {
         if (predictors[y] >= steps.predictors.size()) {
             return false;
         }
-        readResiduals(high.data() + y * count, low.data() + y * count, row, count);
-        steps.predictors[predictors[y]](above, row, shape.width);
+        readResiduals(high.data() + y * count, low.data() + y * count, rests, count);
+        steps.predictors[predictors[y]](rests, above, row, shape.width);
         const std::uint8_t* const alpha =
             shape.hasAlpha ? planes.data() + y * shape.width : opaque.data();
         steps.write(row, alpha, pixels.data() + y * stride, shape.width);

@@ -136,7 +136,7 @@ Result<Bytes> decompressed(Bytes data, std::uint32_t width, std::uint32_t rows, 
     const std::size_t most =
         kHeaderSize + kMostColors * kMostEntryBytes + rows * indexRowBytes(width, 16);
     const std::span<std::uint8_t> room = scratch.take(std::min(most, lzfseSize(data).value_or(0)));
-    const std::optional<std::size_t> size = decodeLzfse(data, room);
+    const auto size = room.empty() ? std::nullopt : decodeLzfse(data, room);
     if (!size) {
         return failure("the palette image's LZFSE data is damaged");
     }
