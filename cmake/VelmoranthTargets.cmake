@@ -3,10 +3,12 @@
 # dependencies do not allow does not build.
 
 # velmoranth_library(NAME FOLDER <path from the source root> [AS <path in includes>]
-#                    SOURCES ... [PUBLIC targets...] [PRIVATE targets...])
+#                    SOURCES ... [ALONE sources...] [PUBLIC targets...] [PRIVATE targets...])
 # Headers are included as "<AS>/file.h"; AS is FOLDER unless given (the engine leaves "src/" out).
+# ALONE are those of the sources that cannot be compiled together with others where VELMORANTH_JOIN is
+# on, since their unnamed namespaces share a name with a neighbour's.
 function(velmoranth_library name)
-    cmake_parse_arguments(ARG "" "FOLDER;AS" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+    cmake_parse_arguments(ARG "" "FOLDER;AS" "SOURCES;ALONE;PUBLIC;PRIVATE" ${ARGN})
     if(NOT ARG_AS)
         set(ARG_AS "${ARG_FOLDER}")
     endif()
@@ -17,9 +19,16 @@ function(velmoranth_library name)
     file(CREATE_LINK "${PROJECT_SOURCE_DIR}/${ARG_FOLDER}" "${include_root}/${ARG_AS}" SYMBOLIC)
 
     add_library(${name} STATIC ${ARG_SOURCES})
-    target_include_directories(${name} PUBLIC "${include_root}")
-    target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE} velmoranth_warnings)
+    target_include_directories(${name} PUBLIC "$<BUILD_INTERFACE:${include_root}>")
+    target_link_libraries(${name} PUBLIC ${ARG_PUBLIC}
+                                  PRIVATE ${ARG_PRIVATE} $<BUILD_INTERFACE:velmoranth_warnings>)
     set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+    # A folder with rules of its own for the linter is compiled file by file: the rules are found by a
+    # file's place.
+    if(VELMORANTH_JOIN AND NOT EXISTS "${PROJECT_SOURCE_DIR}/${ARG_FOLDER}/.clang-tidy")
+        set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 10)
+        set_source_files_properties(${ARG_ALONE} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+    endif()
 endfunction()
 
 # The headers that nearly every test includes, compiled once: they are two fifths of a test's compile

@@ -79,7 +79,7 @@ CMAKE_PACKAGES = {
     "libplist-2.0": "libplist-dev", "ICU": "libicu-dev", "icu-uc": "libicu-dev", "icu-i18n": "libicu-dev",
     "CLI11": "libcli11-dev", "fmt": "libfmt-dev", "nlohmann_json": "nlohmann-json3-dev",
     "tl-expected": "libexpected-dev", "poppler-glib": "libpoppler-glib-dev", "librsvg-2.0": "librsvg2-dev",
-    "nettle": "nettle-dev",
+    "nettle": "nettle-dev", "VelMoranthCatalog": "",  # the latter is ours, as its users find it
     "libheif": "",  # only asked for by who wants it (VELMORANTH_HEIF)
 }
 # The result type of everything outside the engine is an alias of this one.

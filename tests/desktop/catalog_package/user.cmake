@@ -1,0 +1,6 @@
+cmake_minimum_required(VERSION 3.25)
+project(user LANGUAGES CXX)
+set(CMAKE_CXX_STANDARD 20)
+find_package(VelMoranthCatalog 0.1 REQUIRED)
+add_executable(user user.cpp)
+target_link_libraries(user PRIVATE VelMoranth::catalog)
