@@ -6,6 +6,10 @@ namespace velmoranth::catalog {
 
 namespace {
 
+constexpr std::uint16_t maskOf(int bits) {
+    return static_cast<std::uint16_t>((1U << bits) - 1U);
+}
+
 static_assert(kLiteralRunCodes[19].base == 60);
 static_assert(kMatchCodes[19].base == 312);
 static_assert(kDistanceCodes[4].base == 4 && kDistanceCodes[8].base == 12);
@@ -29,12 +33,11 @@ std::size_t walkStates(std::span<const std::uint16_t> frequencies, std::size_t s
         // The first states of a symbol take a bit more than the others.
         const int bits = std::countl_zero(frequency) - std::countl_zero(count);
         const std::uint32_t longer = ((2 * count) >> bits) - frequency;
-        for (std::uint32_t i = 0; i < frequency; ++i) {
-            if (i < longer) {
-                set(first + i, symbol, bits, ((frequency + i) << bits) - count);
-            } else {
-                set(first + i, symbol, bits - 1, (i - longer) << (bits - 1));
-            }
+        for (std::uint32_t i = 0; i < longer; ++i) {
+            set(first + i, symbol, bits, ((frequency + i) << bits) - count);
+        }
+        for (std::uint32_t i = longer; i < frequency; ++i) {
+            set(first + i, symbol, bits - 1, (i - longer) << (bits - 1));
         }
         first += frequency;
     }
@@ -49,12 +52,19 @@ std::size_t fillValues(std::span<const std::uint16_t> frequencies, std::span<con
                    [&](std::uint32_t state, std::size_t symbol, int bits, std::uint32_t base) {
                        const ValueCode& code = codes[symbol];
                        table[state] = {.value = code.base,
+                                       .valueMask = maskOf(code.extraBits),
+                                       .stateMask = maskOf(bits),
                                        .base = static_cast<std::uint16_t>(base),
-                                       .bits = static_cast<std::uint8_t>(bits + code.extraBits),
-                                       .extraBits = code.extraBits};
+                                       .stateBits = static_cast<std::uint8_t>(bits),
+                                       .bits = static_cast<std::uint8_t>(bits + code.extraBits)};
                    });
     for (std::size_t i = known; i < table.size(); ++i) {
-        table[i] = {.value = 0, .base = static_cast<std::uint16_t>(i), .bits = 0, .extraBits = 0};
+        table[i] = {.value = 0,
+                    .valueMask = 0,
+                    .stateMask = 0,
+                    .base = static_cast<std::uint16_t>(i),
+                    .stateBits = 0,
+                    .bits = 0};
     }
     return known;
 }
@@ -67,11 +77,12 @@ std::size_t fillTable(std::span<const std::uint16_t, kLiteralSymbols> frequencie
         walkStates(frequencies, table.size(),
                    [&](std::uint32_t state, std::size_t symbol, int bits, std::uint32_t base) {
                        table[state] = {.base = static_cast<std::uint16_t>(base),
+                                       .mask = maskOf(bits),
                                        .bits = static_cast<std::uint8_t>(bits),
                                        .symbol = static_cast<std::uint8_t>(symbol)};
                    });
     for (std::size_t i = known; i < table.size(); ++i) {
-        table[i] = {.base = static_cast<std::uint16_t>(i), .bits = 0, .symbol = 0};
+        table[i] = {.base = static_cast<std::uint16_t>(i), .mask = 0, .bits = 0, .symbol = 0};
     }
     return known;
 }

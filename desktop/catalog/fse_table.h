@@ -16,20 +16,24 @@ inline constexpr std::size_t kLengthStates = 64;
 inline constexpr std::size_t kDistanceStates = 256;
 inline constexpr std::size_t kLiteralStates = 1024;
 
-// The next state is `base` plus the next `bits` bits.
+// The next state is `base` plus the next `bits` bits. Masks save the decoder shifts by numbers that
+// it must load. No initial values: tables are filled whole, for each block.
 struct LiteralEntry {
-    std::uint16_t base = 0;
-    std::uint8_t bits = 0;
-    std::uint8_t symbol = 0;
+    std::uint16_t base;
+    std::uint16_t mask;  // of `bits` bits
+    std::uint8_t bits;
+    std::uint8_t symbol;
 };
 
-// The next `bits` bits are the step to the next state, above, and `extraBits` bits that the value
-// is larger by, below.
+// The next `stateBits` bits are the step to the next state; those behind them, up to `bits` in all,
+// are what the value is larger by.
 struct ValueEntry {
-    std::uint32_t value = 0;
-    std::uint16_t base = 0;
-    std::uint8_t bits = 0;
-    std::uint8_t extraBits = 0;
+    std::uint32_t value;
+    std::uint16_t valueMask;
+    std::uint16_t stateMask;
+    std::uint16_t base;
+    std::uint8_t stateBits;
+    std::uint8_t bits;
 };
 
 using LiteralTable = std::array<LiteralEntry, kLiteralStates>;

@@ -9,8 +9,8 @@ namespace {
 
 constexpr std::size_t kMaxLiterals = 40000;
 
-// Reads bits from the end of a payload towards its start. There are 8 bytes to load before the
-// payload: a block's header is longer.
+// Reads bits from the end of a payload towards its start. What is loaded ahead of use may lie
+// before the payload: a block's header, of 32 bytes and more, is there.
 class BackwardBits {
   public:
     // Empty where bits that do not count are set.
@@ -20,36 +20,49 @@ class BackwardBits {
         if (filled > 0 && begin[payload.size - 1] >> (8U - filled) != 0) {
             return std::nullopt;
         }
-        return BackwardBits(begin, std::int64_t{payload.size} * 8 + payload.bits);
+        BackwardBits bits(begin, payload.size);
+        if (filled > 0) {
+            static_cast<void>(bits.load());
+            bits.skip(filled);
+        }
+        return bits;
     }
 
-    // False when more bits were taken than there are: what was taken is worth nothing then, and
+    // At least 56 bits to peek at. False when so many more bits were skipped than there are that
     // nothing more may be loaded.
     [[nodiscard]] bool load() {
-        if (left_ < 0) {
+        if (next_ < -8) {
             return false;
         }
-        const std::int64_t bytes = (left_ + 7) >> 3;
-        word_ = load64(begin_ + bytes - 8) << (static_cast<std::uint64_t>(-left_) & 7U);
+        // The place of the next load is known one round early, which keeps loads out of the chain
+        // from one state to the next. Bits that are here already are or-ed with themselves.
+        word_ |= load64(begin_ + next_ - 8) >> held_;
+        next_ -= (63 - held_) >> 3;
+        held_ |= 56;
         return true;
     }
 
-    // The next bits. At most 57 in all after each load.
-    std::uint32_t take(std::uint32_t count) {
-        const std::uint64_t taken = word_ >> 1U >> (63U - count);
-        word_ <<= count;
-        left_ -= count;
-        return static_cast<std::uint32_t>(taken);
+    // The first so many bits, lowest in a number whose other bits mean nothing.
+    [[nodiscard]] std::uint64_t first(std::uint32_t count) const {
+        return (word_ >> 1U) >> (63U - count);
     }
 
-    [[nodiscard]] bool isSound() const { return left_ >= 0; }
+    // At most 56 in all after each load.
+    void skip(std::uint32_t count) {
+        word_ <<= count;
+        held_ -= static_cast<int>(count);
+    }
+
+    // Whether no more bits were skipped than there are.
+    [[nodiscard]] bool isSound() const { return next_ * 8 + held_ >= 0; }
 
   private:
-    BackwardBits(const std::uint8_t* begin, std::int64_t left) : begin_(begin), left_(left) {}
+    BackwardBits(const std::uint8_t* begin, std::uint32_t size) : begin_(begin), next_(size) {}
 
     const std::uint8_t* begin_;
-    std::int64_t left_;       // bits
+    std::int64_t next_;       // bytes of the payload that are not loaded yet
     std::uint64_t word_ = 0;  // the next bits, from the highest on
+    int held_ = 0;            // how many of them count
 };
 
 class BlockDecoder {
@@ -70,19 +83,30 @@ class BlockDecoder {
         std::size_t state1 = header.literalStates[1];
         std::size_t state2 = header.literalStates[2];
         std::size_t state3 = header.literalStates[3];
-        const auto next = [this, &bits](std::size_t& state) {
-            const LiteralEntry entry = literalTable_[state];
-            state = entry.base + bits.take(entry.bits);
-            return entry.symbol;
+        const auto next = [&bits](const LiteralEntry& entry, std::uint32_t end) {
+            return entry.base + (bits.first(end) & entry.mask);
         };
         for (std::size_t i = 0; i < header.literals; i += 4) {
             if (!bits.load()) {
                 return false;
             }
-            literals_[i] = next(state0);
-            literals_[i + 1] = next(state1);
-            literals_[i + 2] = next(state2);
-            literals_[i + 3] = next(state3);
+            const LiteralEntry entry0 = literalTable_[state0];
+            const LiteralEntry entry1 = literalTable_[state1];
+            const LiteralEntry entry2 = literalTable_[state2];
+            const LiteralEntry entry3 = literalTable_[state3];
+            const std::uint32_t end0 = entry0.bits;
+            const std::uint32_t end1 = end0 + entry1.bits;
+            const std::uint32_t end2 = end1 + entry2.bits;
+            const std::uint32_t end3 = end2 + entry3.bits;
+            state0 = next(entry0, end0);
+            state1 = next(entry1, end1);
+            state2 = next(entry2, end2);
+            state3 = next(entry3, end3);
+            bits.skip(end3);
+            literals_[i] = entry0.symbol;
+            literals_[i + 1] = entry1.symbol;
+            literals_[i + 2] = entry2.symbol;
+            literals_[i + 3] = entry3.symbol;
         }
         return bits.isSound() && state0 < known && state1 < known && state2 < known &&
                state3 < known;
@@ -106,11 +130,11 @@ class BlockDecoder {
         std::size_t runState = header.runState;
         std::size_t matchState = header.matchState;
         std::size_t distanceState = header.distanceState;
-        const auto next = [&bits](const auto& table, std::size_t& state) {
-            const ValueEntry entry = table[state];
-            const std::uint32_t taken = bits.take(entry.bits);
-            state = entry.base + (taken >> entry.extraBits);
-            return entry.value + (taken & ((1U << entry.extraBits) - 1U));
+        // The value, and the state behind it; the entry's bits begin behind so many others.
+        const auto next = [&bits](const ValueEntry& entry, std::size_t& state,
+                                  std::uint32_t begin) -> std::size_t {
+            state = entry.base + (bits.first(begin + entry.stateBits) & entry.stateMask);
+            return entry.value + (bits.first(begin + entry.bits) & entry.valueMask);
         };
 
         std::uint8_t* const start = output.data();
@@ -124,9 +148,14 @@ class BlockDecoder {
             if (!bits.load()) {
                 return false;
             }
-            const std::size_t run = next(runTable_, runState);
-            const std::size_t match = next(matchTable_, matchState);
-            const std::size_t newDistance = next(distanceTable_, distanceState);
+            const ValueEntry& runEntry = runTable_[runState];
+            const ValueEntry& matchEntry = matchTable_[matchState];
+            const ValueEntry& distanceEntry = distanceTable_[distanceState];
+            const std::uint32_t lengthBits = std::uint32_t{runEntry.bits} + matchEntry.bits;
+            const std::size_t run = next(runEntry, runState, 0);
+            const std::size_t match = next(matchEntry, matchState, runEntry.bits);
+            const std::size_t newDistance = next(distanceEntry, distanceState, lengthBits);
+            bits.skip(lengthBits + distanceEntry.bits);
             distance = newDistance != 0 ? newDistance : distance;
             if (run > static_cast<std::size_t>(literalEnd - literal) ||
                 run + match > static_cast<std::size_t>(blockEnd - out)) {

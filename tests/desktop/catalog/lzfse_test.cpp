@@ -345,15 +345,16 @@ TEST(FseTable, StatesOfASymbol) {
     ASSERT_EQ(fillTable(frequencies, kLiteralRunCodes, table), 64U);
     const auto row = [&table](std::size_t state) {
         const ValueEntry& entry = table[state];
-        return std::array<std::uint32_t, 4>{entry.value, entry.base, entry.bits, entry.extraBits};
+        return std::array<std::uint32_t, 6>{entry.value,     entry.base, entry.stateBits,
+                                            entry.stateMask, entry.bits, entry.valueMask};
     };
-    using Row = std::array<std::uint32_t, 4>;
-    EXPECT_EQ(row(0), (Row{2, 32, 5, 0}));
-    EXPECT_EQ(row(1), (Row{2, 0, 4, 0}));
-    EXPECT_EQ(row(2), (Row{2, 16, 4, 0}));
-    EXPECT_EQ(row(3), (Row{20, 58, 4, 3}));
-    EXPECT_EQ(row(6), (Row{20, 0, 3, 3}));
-    EXPECT_EQ(row(63), (Row{20, 57, 3, 3}));
+    using Row = std::array<std::uint32_t, 6>;
+    EXPECT_EQ(row(0), (Row{2, 32, 5, 31, 5, 0}));
+    EXPECT_EQ(row(1), (Row{2, 0, 4, 15, 4, 0}));
+    EXPECT_EQ(row(2), (Row{2, 16, 4, 15, 4, 0}));
+    EXPECT_EQ(row(3), (Row{20, 58, 1, 1, 4, 7}));
+    EXPECT_EQ(row(6), (Row{20, 0, 0, 0, 3, 7}));
+    EXPECT_EQ(row(63), (Row{20, 57, 0, 0, 3, 7}));
 }
 
 TEST(FseTable, ValuesOfSymbols) {
