@@ -84,6 +84,15 @@ TEST_F(DrawSvg, ViewBoxIsScaledToTheSize) {
     EXPECT_EQ(pixel(*image, 1, 1), kNothing);
 }
 
+TEST_F(DrawSvg, InchIs96UnitsInTheDrawingToo) {
+    const auto image = drawVector(
+        svg(R"(width="2in" height="1")", R"(<rect width="1in" height="1" fill="#f00"/>)"), 1);
+    ASSERT_TRUE(image) << image.error().message;
+    EXPECT_EQ(image->width, 192U);
+    EXPECT_EQ(pixel(*image, 95, 0), kRed);
+    EXPECT_EQ(pixel(*image, 96, 0), kNothing);
+}
+
 TEST_F(DrawSvg, PartsOfPixelsRoundUpAndLieAtTheBottomRight) {
     const auto image = drawVector(
         svg(R"(width="10.5" height="8.25")", R"(<rect width="10" height="8" fill="#f00"/>)"), 1);
