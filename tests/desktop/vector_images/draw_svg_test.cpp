@@ -85,8 +85,9 @@ TEST_F(DrawSvg, ViewBoxIsScaledToTheSize) {
 }
 
 TEST_F(DrawSvg, InchIs96UnitsInTheDrawingToo) {
-    const auto image = drawVector(
-        svg(R"(width="2in" height="1")", R"(<rect width="1in" height="1" fill="#f00"/>)"), 1);
+    const auto image = drawVector(svg(R"(width="192" height="1" viewBox="0 0 192 1")",
+                                      R"(<rect width="1in" height="1" fill="#f00"/>)"),
+                                  1);
     ASSERT_TRUE(image) << image.error().message;
     EXPECT_EQ(image->width, 192U);
     EXPECT_EQ(pixel(*image, 95, 0), kRed);
