@@ -30,7 +30,9 @@ RunningCommand::RunningCommand(const std::vector<std::string>& words,
     process_ = ::fork();
     if (process_ == 0) {
         ::dup2(output[1], STDOUT_FILENO);
-        ::dup2(errors[1], STDERR_FILENO);
+        const int terminal =
+            setting.errors.empty() ? -1 : ::open(setting.errors.c_str(), O_WRONLY | O_NOCTTY);
+        ::dup2(terminal >= 0 ? terminal : errors[1], STDERR_FILENO);
         for (const auto& [name, value] : setting.variables) {
             ::setenv(name.c_str(), value.c_str(), 1);
         }

@@ -21,6 +21,7 @@ struct CommandSetting {
     std::string folder = ".";                           // its working folder
     std::map<std::string, std::string> variables = {};  // of its environment, besides ours
     bool asNobody = false;                              // without root's rights
+    std::string errors = {};  // a terminal to take standard error; CommandResult has it otherwise
 };
 
 // A command that is running.

@@ -29,6 +29,20 @@ TEST(Usage, EveryMisuseIsOneLineAndExitCode2) {
         {{"device", "init"}, "velmoranth device init needs DIR; velmoranth device init --help"},
         {{"device", "init", "a", "b"},
          "velmoranth device init does not know what to do with \"b\""},
+        {{"extract"}, "velmoranth extract needs INPUT [OUTPUT-DIR]; velmoranth extract --help"},
+        {{"extract", "a.car"}, "OUTPUT-DIR is missing (or --list); velmoranth extract --help"},
+        {{"extract", "a.car", ""}, "INPUT and OUTPUT-DIR take a name, and this one is empty"},
+        {{"extract", "a.car", "b", "c"}, "velmoranth extract does not know what to do with \"c\""},
+        {{"extract", "a.car", "b", "--list"},
+         "--list does not go with OUTPUT-DIR: it writes nothing"},
+        {{"extract", "a.car", "b", "--json"}, "--json needs --list"},
+        {{"extract", "a.car", "--list", "--jobs", "2"},
+         "--list does not go with --jobs: it decodes no pictures"},
+        {{"extract", "a.car", "b", "--jobs", "0"},
+         "--jobs takes a number from 1 to 256, not \"0\""},
+        {{"extract", "a.car", "b", "--jobs", "two"},
+         "--jobs takes a number from 1 to 256, not \"two\""},
+        {{"extract", "a.car", "b", "--name", ""}, "--name takes a pattern, and this one is empty"},
         {{"hooks", "--jsn"}, "velmoranth hooks has no option \"--jsn\"; did you mean --json?"},
         {{"hooks", "x"}, "velmoranth hooks does not know what to do with \"x\""},
         {{"hooks", "--version-number", "nan"}, "--version-number takes a number, not \"nan\""},
@@ -130,7 +144,7 @@ TEST(Usage, ControlCharactersOfAWordDoNotReachTheTerminal) {
 
 TEST(Usage, HelpOfEveryCommandHasItsOptionsAndExamples) {
     for (const std::vector<std::string>& command : std::vector<std::vector<std::string>>{
-             {"preview"}, {"device", "init"}, {"hooks"}, {"notify"}}) {
+             {"preview"}, {"extract"}, {"device", "init"}, {"hooks"}, {"notify"}}) {
         std::string name = "velmoranth";
         for (const std::string& word : command) {
             name += " " + word;

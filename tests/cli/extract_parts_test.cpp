@@ -1,0 +1,270 @@
+// The parts of `velmoranth extract` whose cases no catalog or file system here brings about.
+#include "cli/extracted_names.h"
+#include "cli/extraction_folder.h"
+#include "cli/extraction_plan.h"
+#include "cli/messages.h"
+#include "tests/support/catalog/car_writer.h"
+#include "tests/support/temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <set>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+namespace velmoranth::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+using tests::CarPixels;
+using tests::CarWriter;
+using tests::TemporaryFolder;
+
+constexpr std::string_view kEnding = "-4-4.png";
+
+// Without the ending.
+std::string spelled(std::string_view name) {
+    std::string path = extractedPath(name, kEnding, 12);
+    EXPECT_TRUE(path.ends_with(kEnding)) << path;
+    path.resize(path.size() - kEnding.size());
+    return path;
+}
+
+TEST(ExtractedNames, StayAsTheyAre) {
+    for (const char* const name :
+         {"Icon", "Folder/Icon", "a/b/c", "Grüße 🙂", "a b",  "50%",      "100% sure",
+          "~x",   ".hidden",     "a.png", "..",       ".",    "a..b/..c", "%",
+          "%%",   "%4",          "-",     "\"'`$(x)", "a\\b", "C:x"}) {
+        EXPECT_EQ(spelled(name), name);
+    }
+    EXPECT_EQ(spelled(""), "");
+}
+
+TEST(ExtractedNames, FoldersThatLeadElsewhereAreSpelled) {
+    EXPECT_EQ(spelled("../x"), "%2E%2E/x");
+    EXPECT_EQ(spelled("a/../../x"), "a/%2E%2E/%2E%2E/x");
+    EXPECT_EQ(spelled("./x"), "%2E/x");
+    EXPECT_EQ(spelled("/etc/passwd"), "%2Fetc/passwd");
+    EXPECT_EQ(spelled("a//b"), "a/%2Fb");
+    EXPECT_EQ(spelled("///"), "%2F%2F%2F");
+    EXPECT_EQ(spelled("a/"), "a/");
+    EXPECT_EQ(spelled("/../x"), "%2F../x");
+}
+
+TEST(ExtractedNames, BytesThatNoNameShouldHoldAreSpelled) {
+    EXPECT_EQ(spelled(std::string_view("a\0b", 3)), "a%00b");
+    EXPECT_EQ(spelled("a\nb\x1b[31m\x7f"), "a%0Ab%1B[31m%7F");
+    EXPECT_EQ(spelled("\xff\xc3"), "%FF%C3");
+    EXPECT_EQ(spelled("\xc2\x9b"), "%C2%9B") << "a control character of its own";
+    EXPECT_EQ(spelled("\xc0\xaf"), "%C0%AF") << "a slash, written longer than need be";
+    EXPECT_EQ(spelled("\xed\xa0\x80"), "%ED%A0%80") << "half of a pair";
+    EXPECT_EQ(spelled("\xf4\x90\x80\x80"), "%F4%90%80%80") << "beyond the last code point";
+}
+
+TEST(ExtractedNames, NoTwoNamesAreSpelledAlike) {
+    EXPECT_EQ(spelled("%2E%2E/x"), "%252E%252E/x");
+    EXPECT_EQ(spelled("a%00b"), "a%2500b");
+    EXPECT_EQ(spelled("%25"), "%2525");
+    EXPECT_EQ(spelled("a%~1"), "a%25~1");
+    std::set<std::string> paths;
+    std::size_t count = 0;
+    const std::vector<std::string> pieces{"%", "2", "E", ".", "/", "\x02", "~", "e"};
+    for (std::size_t i = 0; i < 8 * 8 * 8 * 8 * 8; ++i, ++count) {
+        std::string name;
+        for (std::size_t rest = i, k = 0; k < 5; ++k, rest /= 8) {
+            name += pieces[rest % 8];
+        }
+        paths.insert(extractedPath(name, kEnding, 0));
+    }
+    EXPECT_EQ(paths.size(), count);
+}
+
+TEST(ExtractedNames, NoFolderIsNamedLikeAPicture) {
+    EXPECT_EQ(spelled("Icon-4-4.png/x"), "Icon-4-4%2Epng/x");
+    EXPECT_EQ(spelled("Icon-4-4.png"), "Icon-4-4.png");
+}
+
+TEST(ExtractedNames, LongOnesAreCutAndNumbered) {
+    const std::string fits(kLongestExtractedPart - kEnding.size(), 'a');
+    EXPECT_EQ(spelled(fits), fits);
+    EXPECT_EQ(spelled(fits + "a"), std::string(180, 'a') + "%~12");
+    EXPECT_EQ(spelled(std::string(256, 'a') + "/b"), std::string(180, 'a') + "%~12");
+    EXPECT_EQ(spelled("b/" + fits + "a"), "b%2F" + std::string(176, 'a') + "%~12");
+    std::string umlauts;
+    for (int i = 0; i < 200; ++i) {
+        umlauts += "ü";
+    }
+    EXPECT_EQ(spelled("a" + umlauts), "a" + umlauts.substr(0, 178) + "%~12");
+    EXPECT_EQ(spelled(std::string(100, '\1')).substr(171), "%01%01%01%~12");
+    std::string deep;
+    for (int i = 0; i < 100000; ++i) {
+        deep += "../";
+    }
+    EXPECT_LE(extractedPath(deep, kEnding, 12).size(), kLongestExtractedPart);
+    EXPECT_NE(extractedPath(deep, kEnding, 12), extractedPath(deep, kEnding, 13));
+}
+
+TEST(NamePattern, IsThatOfTheShellWithSlashesAsLetters) {
+    EXPECT_TRUE(fitsPattern("Folder/Icon", "*"));
+    EXPECT_TRUE(fitsPattern("", "*"));
+    EXPECT_TRUE(fitsPattern(".a", "*"));
+    EXPECT_TRUE(fitsPattern("Folder/Icon", "Folder*on"));
+    EXPECT_TRUE(fitsPattern("Icon2", "Icon[1-3]"));
+    EXPECT_TRUE(fitsPattern("Icon2", "Icon?"));
+    EXPECT_FALSE(fitsPattern("Icon", "icon"));
+    EXPECT_FALSE(fitsPattern("Icon2", "Icon"));
+    EXPECT_FALSE(fitsPattern(std::string_view("Icon\0x", 6), "Icon"));
+    EXPECT_TRUE(fitsPattern("\xff", "*"));
+}
+
+class ExtractionFolderTest : public testing::Test {
+  protected:
+    TemporaryFolder folder;
+    const std::vector<std::uint8_t> bytes = {'a', 'b', 'c'};
+
+    std::unique_ptr<ExtractionFolder> open(const desktop::FileCalls& calls = {}) {
+        auto opened = ExtractionFolder::create(folder / "out", "Maps.app", calls);
+        EXPECT_TRUE(opened) << (opened ? "" : toLine(opened.error()));
+        return std::move(*opened);
+    }
+};
+
+TEST_F(ExtractionFolderTest, FileIsThereOnlyOnceItIsPlaced) {
+    const auto out = open();
+    {
+        auto unplaced = out->write("a/b/x.png", bytes);
+        ASSERT_TRUE(unplaced);
+        EXPECT_FALSE(fs::exists(folder / "out/Maps.app/a/b/x.png"));
+        ASSERT_TRUE(unplaced->place());
+    }
+    EXPECT_EQ(folder.contents("out/Maps.app/a/b/x.png"), "abc");
+    EXPECT_EQ(folder.names("out/Maps.app/a/b"), "x.png");
+}
+
+TEST_F(ExtractionFolderTest, UnplacedFileLeavesNothing) {
+    const auto out = open();
+    static_cast<void>(out->write("x.png", bytes));
+    EXPECT_EQ(folder.names("out/Maps.app"), "");
+}
+
+TEST_F(ExtractionFolderTest, FullDiskIsAProblemAndLeavesNothing) {
+    desktop::FileCalls calls;
+    calls.write = [](int, const void*, std::size_t) -> ssize_t {
+        errno = ENOSPC;
+        return -1;
+    };
+    const auto out = open(calls);
+    const auto unplaced = out->write("x.png", bytes);
+    ASSERT_FALSE(unplaced);
+    EXPECT_EQ(
+        toLine(unplaced.error()),
+        folder / "out/Maps.app/x.png" + ": the picture cannot be written: no space left on device");
+    EXPECT_EQ(folder.names("out/Maps.app"), "");
+}
+
+TEST_F(ExtractionFolderTest, FileThatAKilledProcessLeftIsReplaced) {
+    folder.file("out/Maps.app/.velmoranth-" + std::to_string(::getpid()) + "-1", "half");
+    const auto out = open();
+    auto unplaced = out->write("x.png", bytes);
+    ASSERT_TRUE(unplaced);
+    ASSERT_TRUE(unplaced->place());
+    EXPECT_EQ(folder.contents("out/Maps.app/x.png"), "abc");
+    EXPECT_EQ(folder.count("out/Maps.app"), 1);
+}
+
+// A catalog with atlases of several sizes and pictures that stand alone.
+class ExtractionQueueTest : public testing::Test {
+  protected:
+    static constexpr std::uint16_t kAtlases = 5;
+    static constexpr std::uint16_t kParts = 6;  // of an atlas
+
+    ExtractionQueueTest() {
+        CarWriter car;
+        for (std::uint16_t page = 1; page <= kAtlases; ++page) {
+            car.atlas(page, CarPixels::pattern(8U * page, 16));
+            for (std::uint16_t part = 0; part < kParts; ++part) {
+                const auto identifier = static_cast<std::uint16_t>(100 * page + part);
+                car.facet("Part " + std::to_string(identifier), identifier);
+                car.link({.identifier = identifier}, {0, 0, 4, 4}, page);
+            }
+            car.facet("Alone " + std::to_string(page), page);
+            car.bitmap({.identifier = page}, CarPixels::pattern(6, 6));
+        }
+        bytes_ = car.build();
+        catalog.emplace(*catalog::Catalog::fromBytes(bytes_));
+        plan = *planExtraction(*catalog, "*");
+    }
+
+    std::optional<catalog::Catalog> catalog;
+    std::vector<PlannedPicture> plan;
+
+  private:
+    tests::ByteVector bytes_;
+};
+
+TEST_F(ExtractionQueueTest, GivesOutEveryPictureOnceAndEveryAtlasOnce) {
+    ASSERT_EQ(plan.size(), std::size_t{kAtlases} * (kParts + 1));
+    ExtractionQueue queue(*catalog, plan);
+    std::set<std::size_t> given;
+    std::set<std::shared_ptr<const desktop::Result<catalog::Picture>>> atlases;
+    while (const auto turn = queue.take()) {
+        EXPECT_TRUE(given.insert(turn->picture).second);
+        const bool isLink = plan[turn->picture].rendition->kind == catalog::Kind::link;
+        EXPECT_EQ(turn->atlas != nullptr, isLink);
+        if (isLink) {
+            atlases.insert(turn->atlas);
+        }
+    }
+    EXPECT_EQ(given.size(), plan.size());
+    EXPECT_EQ(atlases.size(), kAtlases);
+}
+
+TEST_F(ExtractionQueueTest, AtlasIsGoneWithItsLastPicture) {
+    ExtractionQueue queue(*catalog, plan);
+    std::weak_ptr<const desktop::Result<catalog::Picture>> last;
+    std::size_t taken = 0;
+    while (auto turn = queue.take()) {
+        if (turn->atlas != last.lock()) {
+            EXPECT_TRUE(last.expired()) << "two atlases for one thread";
+            EXPECT_TRUE(taken == 0 || taken == kParts) << "parts of two atlases mixed";
+            last = turn->atlas;
+            taken = 0;
+        }
+        taken += turn->atlas != nullptr ? 1 : 0;
+    }
+    EXPECT_TRUE(last.expired());
+}
+
+TEST_F(ExtractionQueueTest, ServesManyThreads) {
+    ExtractionQueue queue(*catalog, plan);
+    std::mutex mutex;
+    std::multiset<std::size_t> given;
+    {
+        std::vector<std::jthread> threads;
+        for (int i = 0; i < 8; ++i) {
+            threads.emplace_back([&] {
+                while (const auto turn = queue.take()) {
+                    const std::lock_guard lock(mutex);
+                    given.insert(turn->picture);
+                }
+            });
+        }
+    }
+    EXPECT_EQ(given.size(), plan.size());
+    EXPECT_EQ(std::set(given.begin(), given.end()).size(), plan.size());
+}
+
+TEST_F(ExtractionQueueTest, GivesNothingOnceStopped) {
+    ExtractionQueue queue(*catalog, plan);
+    EXPECT_TRUE(queue.take());
+    queue.stop();
+    EXPECT_FALSE(queue.take());
+}
+
+}  // namespace
+}  // namespace velmoranth::cli
