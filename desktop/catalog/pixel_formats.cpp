@@ -68,8 +68,9 @@ std::uint32_t fromHalf(std::uint32_t half) {
     // up for by multiplying: that is right for subnormal numbers too.
     const float value = std::bit_cast<float>((half & 0x7FFFU) << 13U) * 0x1p112F;
     const float positive = (half & 0x8000U) != 0 ? 0.0F : value;
-    return static_cast<std::uint32_t>(
-        static_cast<std::int32_t>(std::min(positive, 1.0F) * 255.0F + 0.5F));
+    // Rounded: as twice the number, and then half of that.
+    const auto twice = static_cast<std::int32_t>(std::min(positive, 1.0F) * 510.0F);
+    return (static_cast<std::uint32_t>(twice) + 1U) / 2U;
 }
 
 template <auto Channel>
