@@ -66,7 +66,7 @@ std::string programHelp(std::span<const Command> commands) {
     text +=
         twoColumns({{"-h, --help", "show this text; velmoranth COMMAND --help shows a command's"},
                     {"--version", "show the version"}});
-    text += "\nexit codes: 0 done, 1 nothing found, 2 wrong usage, 3 bad input\n";
+    text += "\nexit codes: 0 done, 1 nothing found or not all done, 2 wrong usage, 3 bad input\n";
     return text;
 }
 
