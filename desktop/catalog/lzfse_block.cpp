@@ -3,6 +3,9 @@
 #include "desktop/catalog/fse_table.h"
 #include "desktop/catalog/wide_copy.h"
 
+#include <algorithm>
+#include <cstring>
+
 namespace velmoranth::catalog {
 
 namespace {
@@ -90,10 +93,10 @@ class BlockDecoder {
             if (!bits.load()) {
                 return false;
             }
-            const LiteralEntry entry0 = literalTable_[state0];
-            const LiteralEntry entry1 = literalTable_[state1];
-            const LiteralEntry entry2 = literalTable_[state2];
-            const LiteralEntry entry3 = literalTable_[state3];
+            const LiteralEntry& entry0 = literalTable_[state0];
+            const LiteralEntry& entry1 = literalTable_[state1];
+            const LiteralEntry& entry2 = literalTable_[state2];
+            const LiteralEntry& entry3 = literalTable_[state3];
             const std::uint32_t end0 = entry0.bits;
             const std::uint32_t end1 = end0 + entry1.bits;
             const std::uint32_t end2 = end1 + entry2.bits;
@@ -127,67 +130,137 @@ class BlockDecoder {
             return false;
         }
         BackwardBits bits = *opened;
-        std::size_t runState = header.runState;
-        std::size_t matchState = header.matchState;
-        std::size_t distanceState = header.distanceState;
-        // The value, and the state behind it; the entry's bits begin behind so many others.
-        const auto next = [&bits](const ValueEntry& entry, std::size_t& state,
-                                  std::uint32_t begin) -> std::size_t {
-            state = entry.base + (bits.first(begin + entry.stateBits) & entry.stateMask);
-            return entry.value + (bits.first(begin + entry.bits) & entry.valueMask);
-        };
-
-        std::uint8_t* const start = output.data();
-        std::uint8_t* out = start + written;
-        const std::uint8_t* const outEnd = start + output.size();
-        const std::uint8_t* const blockEnd = out + header.rawBytes;
-        const std::uint8_t* literal = literals_.data();
-        const std::uint8_t* const literalEnd = literal + header.literals;
+        TripleStates states = {
+            .run = header.runState, .match = header.matchState, .distance = header.distanceState};
+        Place place = {.out = output.data() + written,
+                       .blockEnd = output.data() + written + header.rawBytes,
+                       .literal = literals_.data(),
+                       .literalEnd = literals_.data() + header.literals};
         std::size_t distance = 0;
-        for (std::uint32_t i = 0; i < header.triples; ++i) {
+        std::array<Triple, kBatch> batch;
+        for (std::size_t left = header.triples; left > 0;) {
+            const std::span<Triple> triples = std::span(batch).first(std::min(left, kBatch));
+            left -= triples.size();
+            if (!readTriples(bits, states, triples)) {
+                return false;
+            }
+            for (Triple& triple : triples) {
+                distance = triple.distance != 0 ? triple.distance : distance;
+                triple.distance = static_cast<std::uint32_t>(distance);
+            }
+            if (!copyTriples(triples, output, place)) {
+                return false;
+            }
+        }
+        return bits.isSound() && place.out == place.blockEnd &&
+               (header.triples == 0 || (states.run < knownRuns && states.match < knownMatches &&
+                                        states.distance < knownDistances));
+    }
+
+  private:
+    struct TripleStates {
+        std::size_t run = 0;
+        std::size_t match = 0;
+        std::size_t distance = 0;
+    };
+
+    struct Triple {
+        std::uint32_t run;
+        std::uint32_t match;
+        std::uint32_t distance;
+    };
+
+    struct Place {
+        std::uint8_t* out = nullptr;
+        const std::uint8_t* blockEnd = nullptr;
+        const std::uint8_t* literal = nullptr;
+        const std::uint8_t* literalEnd = nullptr;
+    };
+
+    // Triples are read so many at a time and then copied: nothing of reading is guessed wrong, and
+    // what is guessed wrong of the copies does not hold up the reading.
+    static constexpr std::size_t kBatch = 256;
+
+    // False when the bits are used up.
+    [[nodiscard]] bool readTriples(BackwardBits& source, TripleStates& states,
+                                   std::span<Triple> triples) const {
+        BackwardBits bits = source;
+        std::size_t runState = states.run;
+        std::size_t matchState = states.match;
+        std::size_t distanceState = states.distance;
+        for (Triple& triple : triples) {
             if (!bits.load()) {
                 return false;
             }
-            const ValueEntry& runEntry = runTable_[runState];
-            const ValueEntry& matchEntry = matchTable_[matchState];
-            const ValueEntry& distanceEntry = distanceTable_[distanceState];
-            const std::uint32_t lengthBits = std::uint32_t{runEntry.bits} + matchEntry.bits;
-            const std::size_t run = next(runEntry, runState, 0);
-            const std::size_t match = next(matchEntry, matchState, runEntry.bits);
-            const std::size_t newDistance = next(distanceEntry, distanceState, lengthBits);
-            bits.skip(lengthBits + distanceEntry.bits);
-            distance = newDistance != 0 ? newDistance : distance;
-            if (run > static_cast<std::size_t>(literalEnd - literal) ||
-                run + match > static_cast<std::size_t>(blockEnd - out)) {
+            const ValueEntry& run = runTable_[runState];
+            const ValueEntry& match = matchTable_[matchState];
+            const ValueEntry& distance = distanceTable_[distanceState];
+            const std::uint32_t runEnd = run.bits;
+            const std::uint32_t matchEnd = runEnd + match.bits;
+            const std::uint32_t distanceEnd = matchEnd + distance.bits;
+            triple = {
+                .run = run.value + (low(bits.first(runEnd)) & run.valueMask),
+                .match = match.value + (low(bits.first(matchEnd)) & match.valueMask),
+                .distance = distance.value + (low(bits.first(distanceEnd)) & distance.valueMask)};
+            runState = run.base + (bits.first(run.stateBits) & run.stateMask);
+            matchState = match.base + (bits.first(runEnd + match.stateBits) & match.stateMask);
+            distanceState =
+                distance.base + (bits.first(matchEnd + distance.stateBits) & distance.stateMask);
+            bits.skip(distanceEnd);
+        }
+        source = bits;
+        states = {.run = runState, .match = matchState, .distance = distanceState};
+        return true;
+    }
+
+    static std::uint32_t low(std::uint64_t bits) { return static_cast<std::uint32_t>(bits); }
+
+    // False when one reaches beyond what there is.
+    [[nodiscard]] static bool copyTriples(std::span<const Triple> triples,
+                                          std::span<std::uint8_t> output, Place& place) {
+        std::uint8_t* const start = output.data();
+        const std::uint8_t* const end = start + output.size();
+        std::uint8_t* out = place.out;
+        const std::uint8_t* literal = place.literal;
+        for (const Triple& triple : triples) {
+            const std::size_t run = triple.run;
+            const std::size_t match = triple.match;
+            if (run > static_cast<std::size_t>(place.literalEnd - literal) ||
+                run + match > static_cast<std::size_t>(place.blockEnd - out)) {
                 return false;
             }
-            const std::size_t room = static_cast<std::size_t>(outEnd - out);
-            if (run + match + kCopySlack > room) {
-                std::memcpy(out, literal, run);
+            const bool wide = run + match + kCopySlack <= static_cast<std::size_t>(end - out);
+            if (wide) {
+                // Few bytes as a rule. What is stored beyond them is soon stored over, and a load
+                // from there would wait for both.
+                store64(out, load64(literal));
+                if (run > 8) {
+                    copyWide(out, literal, run);
+                }
             } else {
-                copyWide(out, literal, run);
+                std::memcpy(out, literal, run);
             }
             literal += run;
             out += run;
             if (match == 0) {
                 continue;
             }
+            const std::size_t distance = triple.distance;
             if (distance - 1 >= static_cast<std::size_t>(out - start)) {
                 return false;
             }
-            if (run + match + kCopySlack > room) {
-                copyMatchNarrow(out, distance, match);
-            } else {
+            if (wide) {
                 copyMatchWide(out, distance, match);
+            } else {
+                copyMatchNarrow(out, distance, match);
             }
             out += match;
         }
-        return bits.isSound() && out == blockEnd &&
-               (header.triples == 0 || (runState < knownRuns && matchState < knownMatches &&
-                                        distanceState < knownDistances));
+        place.out = out;
+        place.literal = literal;
+        return true;
     }
 
-  private:
     LiteralTable literalTable_;
     LengthTable runTable_;
     LengthTable matchTable_;
