@@ -13,7 +13,6 @@ namespace {
 
 constexpr std::string_view kMagic = "BOMStore";
 constexpr std::size_t kBlockEntrySize = 8;
-constexpr std::uint32_t kMaxVariables = 4096;  // catalogs have some twenty
 constexpr std::uint64_t kBlockTableField = 16;
 constexpr std::uint64_t kVariablesField = 24;
 
@@ -77,9 +76,6 @@ bool BomStore::readBlockTable(Bytes area) {
 bool BomStore::readVariables(Bytes area) {
     ByteReader reader(area);
     const std::uint32_t count = reader.u32Big();
-    if (count > kMaxVariables) {
-        return false;
-    }
     for (std::uint32_t i = 0; i < count && reader.ok(); ++i) {
         const std::uint32_t block = reader.u32Big();
         const Bytes name = reader.take(reader.u8());

@@ -69,6 +69,19 @@ TEST(BomStore, HasNoBlockForNumbersWithoutOne) {
     EXPECT_FALSE(store->block(0xFFFFFFFF));
 }
 
+TEST(BomStore, HasNoBlockZeroNorOneBeyondTheCount) {
+    BomWriter writer;
+    const std::uint32_t last = writer.add({1});
+    ByteVector file = writer.build();
+    const std::uint32_t table = get(file, kTableField);
+    put(file, table + 4, 512);
+    put(file, table, last);
+    const auto store = BomStore::parse(file);
+    ASSERT_TRUE(store);
+    EXPECT_FALSE(store->block(0));
+    EXPECT_FALSE(store->block(last));
+}
+
 TEST(BomStore, HasNoBlockThatIsNotWhollyWithinTheFile) {
     BomWriter writer;
     const std::uint32_t last = writer.addAt(512, 28);

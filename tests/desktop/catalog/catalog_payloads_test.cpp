@@ -65,24 +65,39 @@ TEST(CatalogPayloads, LinksToDataAreTheWholeFile) {
 TEST(CatalogPayloads, DamagedFilesAreProblems) {
     CarWriter car;
     const std::string text(5000, 'x');
-    ByteVector stream = tests::lzfse(ByteVector(text.begin(), text.end()));
-    stream.resize(stream.size() - 5);
+    ByteVector cutStream = tests::lzfse(ByteVector(text.begin(), text.end()));
+    cutStream.resize(cutStream.size() - 5);
+    // A match that begins before the file does.
+    tests::LzfseWriter farAway;
+    farAway.appendTriples(ByteVector{'x'}, std::vector<tests::LzfseTriple>{{1, 9, 5}}, 10,
+                          tests::LzfseBlock::packedTables);
+    const ByteVector damagedStream = farAway.finish();
+    const ByteVector boastingStream =
+        tests::ByteWriter().text("bvxn").u32(0x10000000).u32(8).zeros(8).text("bvx$").take();
     CarRendition cut{.identifier = 1, .pixelFormat = fourCharacterCode("PDF "), .layout = 9};
     cut.payload = tests::filePayload(ByteVector(10));
     cut.payload.resize(cut.payload.size() - 1);
     car.rendition(cut);
     car.file({.identifier = 2, .pixelFormat = fourCharacterCode("PDF "), .layout = 9},
-             std::string(stream.begin(), stream.end()), 1);
+             std::string(cutStream.begin(), cutStream.end()), 1);
     car.color({.identifier = 3}, 1, {0, 1});
+    car.file({.identifier = 4, .pixelFormat = fourCharacterCode("PDF "), .layout = 9},
+             std::string(damagedStream.begin(), damagedStream.end()), 1);
+    car.file({.identifier = 5, .pixelFormat = fourCharacterCode("PDF "), .layout = 9},
+             std::string(boastingStream.begin(), boastingStream.end()), 1);
     car.facet("cut", 1);
-    car.facet("damaged", 2);
+    car.facet("cut stream", 2);
     car.facet("color", 3);
+    car.facet("damaged", 4);
+    car.facet("boasting", 5);
     const Opened catalog(car);
     const auto problem = [&](const std::string& name) {
         return catalog->file(catalog.only(name)).error();
     };
     EXPECT_EQ(problem("cut").message, "the file is truncated");
     EXPECT_EQ(problem("cut").path, "Assets.car");
+    EXPECT_EQ(problem("boasting").message, "the file's compressed data is too short for its size");
+    EXPECT_EQ(problem("cut stream").message, "the file's compressed data is damaged");
     EXPECT_EQ(problem("damaged").message, "the file's compressed data is damaged");
     EXPECT_EQ(problem("color").message, "the rendition is not a file");
 }

@@ -84,9 +84,12 @@ TEST(Catalog, JoinsFacetsAndRenditionsByIdentifier) {
     car.bitmap({.identifier = 9, .name = "b1"}, CarPixels::pattern(1, 1));
     car.bitmap({.identifier = 7, .name = "a1"}, CarPixels::pattern(1, 1));
     car.bitmap({.identifier = 0, .name = "0"}, CarPixels::pattern(1, 1));
+    car.bitmap({.identifier = 8, .scale = 3, .name = "8"}, CarPixels::pattern(1, 1));
     const Opened catalog(car);
     const auto& renditions = catalog->renditions();
-    ASSERT_EQ(renditions.size(), 4U);
+    ASSERT_EQ(renditions.size(), 5U);
+    EXPECT_EQ(renditions.back().name, "8");
+    EXPECT_EQ(catalog->facetOf(renditions.back()), nullptr);
     const auto places = catalog->renditionsOf(*catalog->facet("a"));
     ASSERT_EQ(places.size(), 2U);
     EXPECT_EQ(renditions[places[0]].name, "a1");

@@ -129,6 +129,23 @@ TEST(Tree, KeepsWhatIsBesideDamage) {
               (Problems{"1 of its pages cannot be read", "1 of its keys cannot be read"}));
 }
 
+TEST(Tree, LeavesOutPagesThatAreCutOrOfNoKind) {
+    BomWriter writer;
+    const std::uint32_t key = writer.add({1});
+    const std::uint32_t leaf = writer.add(BomWriter::page({.entries = {{key, key}}}));
+    ByteVector cut = BomWriter::page({.leaf = false, .entries = {{leaf, key}}, .lastChild = leaf});
+    cut.resize(cut.size() - 4);
+    ByteVector odd = BomWriter::page({.entries = {{key, key}}});
+    odd[1] = 2;
+    const std::uint32_t root =
+        writer.add(BomWriter::page({.leaf = false,
+                                    .entries = {{writer.add(cut), key}, {writer.add(odd), key}},
+                                    .lastChild = leaf}));
+    const ReadTree tree = read(writer, writer.add(BomWriter::treeHeader(root, 1)));
+    EXPECT_EQ(tree.entries, (BomWriter::Entries{{{1}, {1}}}));
+    EXPECT_EQ(tree.problems, Problems{"2 of its pages cannot be read"});
+}
+
 TEST(Tree, StopsAtMoreEntriesThanTheFileHasRoomFor) {
     BomWriter writer;
     const std::uint32_t key = writer.add({1});
