@@ -1,5 +1,6 @@
 // Decoders of the LZFSE stream and of the bare LZVN byte code. Both write into memory of the
-// caller's and never beyond it, whatever the input says of its own size.
+// caller's and never beyond it, whatever the input says of its own size; what of the output lies
+// behind the bytes that count may be overwritten.
 #pragma once
 
 #include <cstddef>

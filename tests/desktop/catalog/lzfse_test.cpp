@@ -321,6 +321,82 @@ TEST(Lzfse, PayloadsThatEndEarly) {
     }
 }
 
+// Where only the state can tell: it stands for no match, as the right one does.
+TEST(Lzfse, StatesWithoutASymbolThatDoNoHarm) {
+    for (const std::size_t byte : {46U, 48U}) {
+        Octets stream = triples("abcdabceabcfabca", {{16, 0, 0}}, 16, LzfseBlock::plainTables, 3);
+        ASSERT_EQ(decoded(stream, 16), octets("abcdabceabcfabca"));
+        stream[byte] = byte == 46 ? 63 : 255;
+        EXPECT_EQ(decoded(stream, 16), std::nullopt) << byte;
+    }
+}
+
+TEST(Lzfse, AsManyAsABlockHas) {
+    for (const LzfseBlock kind : kTableBlocks) {
+        for (const std::size_t count : {40000U, 40004U}) {
+            std::vector<LzfseTriple> runs(count / 315, {315, 0, 0});
+            runs.push_back({static_cast<std::uint32_t>(count % 315), 0, 0});
+            const auto bytes = decoded(
+                triples(std::string(count, 'a'), runs, static_cast<std::uint32_t>(count), kind),
+                count);
+            EXPECT_EQ(bytes.has_value(), count == 40000) << count << " literals";
+        }
+        for (const std::size_t count : {10000U, 10001U}) {
+            std::vector<LzfseTriple> runs(count, {0, 1, 0});
+            runs.front() = {4, 1, 1};
+            const std::size_t size = 4 + count;
+            const auto bytes =
+                decoded(triples("abcd", runs, static_cast<std::uint32_t>(size), kind), size);
+            EXPECT_EQ(bytes.has_value(), count == 10000) << count << " triples";
+        }
+    }
+}
+
+TEST(Lzfse, PayloadsThatAreABitShort) {
+    // Without its first byte a payload ends some bits before what it holds does; what a reader
+    // finds there is of the header.
+    const Octets bytes = noise(400);
+    for (const std::size_t field : {20U, 24U}) {
+        Octets stream = tests::lzfse(bytes, LzfseBlock::plainTables);
+        const std::size_t begin = 772 + (field == 20 ? 0 : stream[20] + stream[21] * 256U);
+        // The writer puts 8 bytes of nothing before the triples.
+        const std::size_t cut = field == 20 ? 1 : 9;
+        stream.erase(stream.begin() + static_cast<std::ptrdiff_t>(begin),
+                     stream.begin() + static_cast<std::ptrdiff_t>(begin + cut));
+        for (const std::size_t size : {std::size_t{8}, field}) {
+            const std::size_t shorter = stream[size] + stream[size + 1] * 256U - cut;
+            stream[size] = static_cast<std::uint8_t>(shorter);
+            stream[size + 1] = static_cast<std::uint8_t>(shorter >> 8U);
+        }
+        ASSERT_EQ(lzfseSize(stream), bytes.size());
+        EXPECT_EQ(decoded(stream, bytes.size()), std::nullopt) << field;
+    }
+}
+
+TEST(Lzfse, NoMoreThanSevenBitsThatDoNotCount) {
+    Octets stream = tests::lzfse(pictureBytes(100), LzfseBlock::plainTables);
+    ASSERT_TRUE(decoded(stream, 400));
+    stream.insert(stream.end() - 4, 0);
+    for (const std::size_t size : {8U, 24U}) {
+        ASSERT_LT(stream[size], 255);
+        ++stream[size];
+    }
+    const int bits = (stream[40] == 0 ? 0 : stream[40] - 256) - 8;
+    stream[40] = static_cast<std::uint8_t>(bits);
+    std::fill_n(stream.begin() + 41, 3, 0xFF);
+    EXPECT_EQ(decoded(stream, 400), std::nullopt);
+}
+
+TEST(Lzfse, TablesFillTheirHeader) {
+    Octets stream = tests::lzfse(pictureBytes(100), LzfseBlock::packedTables);
+    const std::size_t header = stream[24] + stream[25] * 256U;
+    stream.insert(stream.begin() + static_cast<std::ptrdiff_t>(header), 0);
+    stream[24] = static_cast<std::uint8_t>(header + 1);
+    stream[25] = static_cast<std::uint8_t>((header + 1) >> 8U);
+    ASSERT_EQ(lzfseSize(stream), 400U);
+    EXPECT_EQ(decoded(stream, 400), std::nullopt);
+}
+
 TEST(Lzfse, DamagedStreamsStayWithinBounds) {
     const Octets bytes = pictureBytes(400);
     for (const LzfseBlock kind : kBlocks) {
