@@ -47,7 +47,7 @@ LAYERS = {
     # The house around the engine.
     "desktop/": ["platform/"],
     "simulator/": [*SETTINGS, "core/hook_table", "core/entry_points", "desktop/"],
-    "cli/": [*SETTINGS, "core/hook_table", "desktop/", "simulator/"],
+    "cli/": [*SETTINGS, "core/hook_table", "tools/catalog_extraction", "desktop/", "simulator/"],
 }
 
 # Headers that the phone's C++ library of 2018 cannot serve, or that the engine does without.
