@@ -28,6 +28,7 @@ LAYERS = {
     "platform/": [],
     "core/": ["platform/"],
     "tools/": SETTINGS,
+    "tools/catalog_extraction": SETTINGS,
     "filemanager/": SETTINGS,
     "theme/": LOOKUPS,
     "sounds/": LOOKUPS,
@@ -37,7 +38,7 @@ LAYERS = {
     "theme/icon_theming": EFFECTS,
     "hooks/": [*EFFECTS, "theme/icon_theming"],
     # What ties the rooms together.
-    "core/velmoranth": EFFECTS,
+    "core/velmoranth": [*EFFECTS, "tools/catalog_extraction"],
     "core/theme_change": EFFECTS,
     "core/change_observers": [*SETTINGS, "core/theme_change"],
     "core/hook_table": [*HOOKS, "core/hook_rows"],
