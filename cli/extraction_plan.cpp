@@ -105,8 +105,9 @@ ExtractionQueue::ExtractionQueue(const Catalog& catalog, std::span<const Planned
         groups_[group].pixels += pixelsOf(*plan[i].rendition);
     }
     // The longest work first, so that all threads end at about the same time.
-    std::stable_sort(groups_.begin(), groups_.end(),
-                     [](const Group& a, const Group& b) { return a.pixels > b.pixels; });
+    std::sort(groups_.begin(), groups_.end(), [](const Group& a, const Group& b) {
+        return a.pixels != b.pixels ? a.pixels > b.pixels : a.pictures.front() < b.pictures.front();
+    });
 }
 
 ExtractionQueue::Turn ExtractionQueue::takeFromOpenGroup() {
