@@ -3,6 +3,7 @@
 #include "cli/extraction.h"
 #include "cli/extraction_plan.h"
 #include "cli/messages.h"
+#include "cli/name_pattern.h"
 #include "desktop/catalog/pictures.h"
 #include "desktop/vector_images/backends.h"
 #include "desktop/vector_images/vector_images.h"

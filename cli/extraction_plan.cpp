@@ -1,8 +1,7 @@
 #include "cli/extraction_plan.h"
 
+#include "cli/name_pattern.h"
 #include "desktop/catalog/pictures.h"
-
-#include <fnmatch.h>
 
 #include <algorithm>
 #include <new>
@@ -44,13 +43,6 @@ Result<Picture> decodeAtlas(const Catalog& catalog, const Rendition& atlas) {
 }
 
 }  // namespace
-
-bool fitsPattern(std::string_view name, const std::string& pattern) {
-    std::string text(name);
-    // The matcher takes a zero for the end.
-    std::replace(text.begin(), text.end(), '\0', '\1');
-    return ::fnmatch(pattern.c_str(), text.c_str(), 0) == 0;
-}
 
 tl::unexpected<desktop::Problem> tooManyPictures() {
     return tl::unexpected(desktop::Problem{"the catalog lists more than " +

@@ -12,13 +12,9 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace velmoranth::cli {
-
-// Whether the name fits the pattern, which may have *, ? and [...]; "/" is a letter like another.
-[[nodiscard]] bool fitsPattern(std::string_view name, const std::string& pattern);
 
 // A picture and the name it goes by. Both are the catalog's.
 struct PlannedPicture {

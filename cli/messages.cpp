@@ -14,32 +14,6 @@ namespace {
 constexpr std::size_t kLongest = 160;  // bytes of a name in a message
 constexpr std::size_t kKept = 70;      // of each end of a longer one
 
-// How many bytes the UTF-8 character at the start of `text` has; 0 when it is none.
-std::size_t characterLength(std::string_view text) {
-    const auto first = static_cast<unsigned char>(text.front());
-    const std::size_t length = first < 0x80         ? 1
-                               : (first >> 5) == 6  ? 2
-                               : (first >> 4) == 14 ? 3
-                               : (first >> 3) == 30 ? 4
-                                                    : 0;
-    if (length > text.size()) {
-        return 0;
-    }
-    char32_t value = length == 1 ? first : first & (0x7FU >> length);
-    for (std::size_t i = 1; i < length; ++i) {
-        const auto byte = static_cast<unsigned char>(text[i]);
-        if ((byte & 0xC0U) != 0x80U) {
-            return 0;
-        }
-        value = value << 6U | (byte & 0x3FU);
-    }
-    // Longer than need be, half of a pair, or beyond the last code point.
-    constexpr std::array<char32_t, 5> kLeast{0, 0, 0x80, 0x800, 0x10000};
-    return value < kLeast.at(length) || (value >= 0xD800 && value < 0xE000) || value > 0x10FFFF
-               ? 0
-               : length;
-}
-
 bool isContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
@@ -75,6 +49,34 @@ void writeMessage(std::string_view kind, std::string_view color, std::string_vie
 }
 
 }  // namespace
+
+std::size_t characterLength(std::string_view text) {
+    if (text.empty()) {
+        return 0;
+    }
+    const auto first = static_cast<unsigned char>(text.front());
+    const std::size_t length = first < 0x80         ? 1
+                               : (first >> 5) == 6  ? 2
+                               : (first >> 4) == 14 ? 3
+                               : (first >> 3) == 30 ? 4
+                                                    : 0;
+    if (length > text.size()) {
+        return 0;
+    }
+    char32_t value = length == 1 ? first : first & (0x7FU >> length);
+    for (std::size_t i = 1; i < length; ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        if ((byte & 0xC0U) != 0x80U) {
+            return 0;
+        }
+        value = value << 6U | (byte & 0x3FU);
+    }
+    // Longer than need be, half of a pair, or beyond the last code point.
+    constexpr std::array<char32_t, 5> kLeast{0, 0, 0x80, 0x800, 0x10000};
+    return value < kLeast.at(length) || (value >= 0xD800 && value < 0xE000) || value > 0x10FFFF
+               ? 0
+               : length;
+}
 
 std::size_t printableLength(std::string_view text) {
     if (text.empty()) {

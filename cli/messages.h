@@ -24,6 +24,9 @@ enum class ExitCode {
 // The same between quotation marks.
 [[nodiscard]] std::string inQuotes(std::string_view text);
 
+// How many bytes the character at the start has when it is UTF-8, else 0.
+[[nodiscard]] std::size_t characterLength(std::string_view text);
+
 // How many bytes the character at the start has when it is UTF-8 and no control character, else 0.
 [[nodiscard]] std::size_t printableLength(std::string_view text);
 

@@ -109,19 +109,6 @@ TEST(ExtractedNames, LongOnesAreCutAndNumbered) {
     EXPECT_NE(extractedPath(deep, kEnding, 12), extractedPath(deep, kEnding, 13));
 }
 
-TEST(NamePattern, IsThatOfTheShellWithSlashesAsLetters) {
-    EXPECT_TRUE(fitsPattern("Folder/Icon", "*"));
-    EXPECT_TRUE(fitsPattern("", "*"));
-    EXPECT_TRUE(fitsPattern(".a", "*"));
-    EXPECT_TRUE(fitsPattern("Folder/Icon", "Folder*on"));
-    EXPECT_TRUE(fitsPattern("Icon2", "Icon[1-3]"));
-    EXPECT_TRUE(fitsPattern("Icon2", "Icon?"));
-    EXPECT_FALSE(fitsPattern("Icon", "icon"));
-    EXPECT_FALSE(fitsPattern("Icon2", "Icon"));
-    EXPECT_FALSE(fitsPattern(std::string_view("Icon\0x", 6), "Icon"));
-    EXPECT_TRUE(fitsPattern("\xff", "*"));
-}
-
 class ExtractionFolderTest : public testing::Test {
   protected:
     TemporaryFolder folder;
