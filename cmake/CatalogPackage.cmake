@@ -1,5 +1,5 @@
 # The reader of asset catalogs as a package of its own: `cmake --install BUILD --component catalog`
-# puts it where find_package(VelMoranthCatalog) finds it. Its header and the one that it needs keep
+# puts it where find_package(VelMoranthCatalog) finds it. Its headers and the one that they need keep
 # their paths: #include "desktop/catalog/catalog.h".
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
@@ -13,7 +13,8 @@ install(TARGETS velmoranth_catalog velmoranth_result
     EXPORT VelMoranthCatalogTargets
     ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT catalog
     INCLUDES DESTINATION "${headers}")
-foreach(header IN ITEMS desktop/catalog/catalog.h desktop/result/result.h)
+foreach(header IN ITEMS desktop/catalog/catalog.h desktop/catalog/pictures.h
+                       desktop/result/result.h)
     get_filename_component(folder "${header}" DIRECTORY)
     install(FILES "${PROJECT_SOURCE_DIR}/${header}" DESTINATION "${headers}/${folder}" COMPONENT catalog)
 endforeach()

@@ -32,6 +32,13 @@ class ByteReader {
 
     std::uint64_t u64() { return little(8); }
 
+    float f32() {
+        const std::uint32_t bits = u32();
+        float value = 0;
+        std::memcpy(&value, &bits, sizeof value);
+        return value;
+    }
+
     double f64() {
         const std::uint64_t bits = u64();
         double value = 0;

@@ -129,6 +129,14 @@ struct Metrics {
     friend bool operator==(const Metrics&, const Metrics&) = default;
 };
 
+// How a picture is meant to be laid over what is behind it.
+struct Compositing {
+    std::uint32_t blendMode = 0;  // as CoreGraphics numbers them; 0 is normal
+    float opacity = 1;            // as stored, 0 to 1 where the catalog is sound
+
+    friend bool operator==(const Compositing&, const Compositing&) = default;
+};
+
 // A key: an attribute's number and its value. A value that is not listed is 0.
 using AttributeValue = std::pair<std::uint16_t, std::uint16_t>;
 
@@ -156,8 +164,9 @@ struct Rendition {
     std::uint32_t orientation = 0;  // EXIF's, 1 to 8; 0 where the record does not say
     std::vector<Rectangle> slices;  // origin at the bottom left
     std::optional<Metrics> metrics;
-    std::string_view typeIdentifier;  // the file's type, for data; empty where there is none
-    std::optional<Link> link;         // for Kind::link, and for data that another rendition holds
+    std::optional<Compositing> compositing;  // decoded pixels are without it
+    std::string_view typeIdentifier;         // the file's type, for data; empty where there is none
+    std::optional<Link> link;  // for Kind::link, and for data that another rendition holds
     std::optional<Compression> compression;  // of its own bitmap; nothing for all other kinds
     bool opaque = false;                     // the bitmap's stored alpha does not count
     Bytes payload;                           // as stored

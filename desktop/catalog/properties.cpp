@@ -53,6 +53,14 @@ bool readMetrics(ByteReader& reader, Rendition& rendition) {
     return true;
 }
 
+bool readCompositing(ByteReader& reader, Rendition& rendition) {
+    Compositing compositing;
+    compositing.blendMode = reader.u32();
+    compositing.opacity = reader.f32();
+    rendition.compositing = compositing;
+    return true;
+}
+
 bool readTypeIdentifier(ByteReader& reader, Rendition& rendition) {
     const std::uint32_t length = reader.u32();
     reader.skip(4);
@@ -101,9 +109,10 @@ struct Property {
     bool (*read)(ByteReader& reader, Rendition& rendition);
 };
 
-constexpr std::array<Property, 6> kProperties{{
+constexpr std::array<Property, 7> kProperties{{
     {.tag = 1001, .problem = "its slices are damaged", .read = readSlices},
     {.tag = 1003, .problem = "its alignment is damaged", .read = readMetrics},
+    {.tag = 1004, .problem = "its compositing is damaged", .read = readCompositing},
     {.tag = 1005, .problem = "its type identifier is damaged", .read = readTypeIdentifier},
     {.tag = 1006, .problem = "its orientation is damaged", .read = readOrientation},
     {.tag = 1007, .problem = "its number of bytes a row is damaged", .read = readRowBytes},

@@ -46,16 +46,18 @@ BitmapImageRef bitmapOf(Result<DrawnImage> drawn) {
     return drawn ? bitmapOf(std::move(drawn->bgra), drawn->width, drawn->height) : nullptr;
 }
 
-// The attributes by which a picture is made for less than every device and setting. A picture that
-// leaves more of them open is taken before one that leaves fewer.
-std::array<std::uint16_t, 7> restrictions(const Catalog& catalog, const Rendition& rendition) {
+// The attributes by which a picture is made for less than every device and setting, those that
+// change most of what is seen first. A picture that leaves one of them open is taken before one
+// that does not.
+std::array<std::uint16_t, 8> restrictions(const Catalog& catalog, const Rendition& rendition) {
     return {catalog.attribute(rendition, Attribute::appearance),
             catalog.attribute(rendition, Attribute::horizontalSizeClass),
             catalog.attribute(rendition, Attribute::verticalSizeClass),
             catalog.attribute(rendition, Attribute::displayGamut),
             catalog.attribute(rendition, Attribute::memoryClass),
             catalog.attribute(rendition, Attribute::graphicsClass),
-            catalog.attribute(rendition, Attribute::subtype)};
+            catalog.attribute(rendition, Attribute::subtype),
+            catalog.attribute(rendition, Attribute::deploymentTarget)};
 }
 
 // How far a picture of this scale is from the one asked for: the least larger one first, then the
@@ -100,17 +102,26 @@ DesktopCatalog::DesktopCatalog(Catalog catalog)
 std::vector<std::string> DesktopCatalog::allImageNames() {
     std::vector<std::string> names;
     for (const catalog::Facet& facet : catalog_->facets()) {
-        if (!catalog::picturesOf(*catalog_, facet).empty()) {
+        if (!picturesOf(facet).empty()) {
             names.emplace_back(facet.name);
         }
     }
     return names;
 }
 
+std::vector<const Rendition*> DesktopCatalog::picturesOf(const catalog::Facet& facet) const {
+    std::vector<const Rendition*> pictures;
+    for (const std::size_t index : catalog_->renditionsOf(facet)) {
+        if (const Rendition& rendition = catalog_->renditions()[index]; rendition.isPicture()) {
+            pictures.push_back(&rendition);
+        }
+    }
+    return pictures;
+}
+
 std::vector<const Rendition*> DesktopCatalog::picturesOf(const std::string& name) const {
     const catalog::Facet* const facet = catalog_->facet(name);
-    return facet == nullptr ? std::vector<const Rendition*>()
-                            : catalog::picturesOf(*catalog_, *facet);
+    return facet == nullptr ? std::vector<const Rendition*>() : picturesOf(*facet);
 }
 
 ObjectRef DesktopCatalog::imageWithNameScaleFactor(const std::string& name, double scaleFactor) {

@@ -48,9 +48,13 @@ class DesktopCatalog final : public platform::CUICatalog {
                                                                double scaleFactor) override;
     [[nodiscard]] platform::ObjectRef imageWithNameScaleFactorDeviceIdiom(
         const std::string& name, double scaleFactor, long deviceIdiom) override;
+    // In the catalog's order. A picture that is stored once for each deployment target counts as
+    // often.
     [[nodiscard]] std::vector<platform::ObjectRef> imagesWithName(const std::string& name) override;
 
   private:
+    [[nodiscard]] std::vector<const catalog::Rendition*> picturesOf(
+        const catalog::Facet& facet) const;
     [[nodiscard]] std::vector<const catalog::Rendition*> picturesOf(const std::string& name) const;
 
     std::shared_ptr<const catalog::Catalog> catalog_;

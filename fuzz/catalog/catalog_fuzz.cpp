@@ -1,10 +1,12 @@
 // Any bytes as a catalog, of which everything is asked: all renditions as pictures, files, colours
 // and tables. What is handed out must fit its own sizes and the limits, however the bytes lie.
 #include "desktop/catalog/catalog.h"
+#include "desktop/catalog/pictures.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <vector>
 
 namespace {
 
@@ -26,6 +28,7 @@ void usePicture(const Result<Picture>& picture) {
     const std::size_t pixels = std::size_t{picture->width} * picture->height;
     require(pixels != 0 && pixels <= kLimits.maxPixels);
     require(picture->pixels.size() == pixels * Picture::bytesPerPixel(picture->format));
+    require(toRgba(*picture).size() == pixels * 4 && toBgra(*picture).size() == pixels * 4);
 }
 
 void useRendition(const Catalog& catalog, const Rendition& rendition) {
@@ -36,6 +39,14 @@ void useRendition(const Catalog& catalog, const Rendition& rendition) {
     static_cast<void>(catalog.color(rendition));
     static_cast<void>(catalog.iconSizes(rendition));
     static_cast<void>(catalog.facetOf(rendition));
+    require(pictureScale(catalog, rendition) > 0);
+    const Rendition* const source = catalog.source(rendition);
+    require(source != nullptr || rendition.link);
+    if (rendition.link && source != nullptr && !source->link) {
+        if (const Result<Picture> atlas = catalog.decode(*source)) {
+            usePicture(Catalog::part(*atlas, *rendition.link));
+        }
+    }
     static_cast<void>(catalog.attribute(rendition, Attribute::identifier));
 }
 
@@ -58,9 +69,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     }
     for (const Facet& facet : catalog->facets()) {
         require(catalog->facet(facet.name) != nullptr);
-        for (const std::size_t place : catalog->renditionsOf(facet)) {
+        const std::vector<std::size_t> places = catalog->renditionsOf(facet);
+        for (const std::size_t place : places) {
             require(place < catalog->renditions().size());
         }
+        require(picturesOf(*catalog, facet).size() <= places.size());
     }
     return 0;
 }

@@ -83,6 +83,13 @@ TEST(RenditionRecord, ReadsTheFields) {
     EXPECT_EQ(read->payload.size(), 17U);
 }
 
+TEST(RenditionRecord, CompositingIsKeptAsStored) {
+    // Multiply, half opaque.
+    const Read read({.properties = {{1004, {1, 0, 0, 0, 0, 0, 0, 0x3F}}}});
+    EXPECT_EQ(read->compositing, (Compositing{.blendMode = 1, .opacity = 0.5F}));
+    EXPECT_FALSE(Read({})->compositing);
+}
+
 TEST(RenditionRecord, TellsKinds) {
     const auto kindOf = [](std::uint16_t layout, const char(&format)[5], ByteVector payload) {
         return Read({.width = 1,
@@ -172,6 +179,7 @@ TEST(RenditionRecord, SaysWhatIsDamaged) {
         {"its slices are damaged", {.properties = {{1001, {1}}}}},
         {"its alignment is damaged", {.properties = {{1003, {1, 0, 0, 0, 1, 2}}}}},
         {"its type identifier is damaged", {.properties = {{1005, {9, 0, 0, 0, 0, 0, 0, 0, 1}}}}},
+        {"its compositing is damaged", {.properties = {{1004, ByteVector(7)}}}},
         {"its orientation is damaged", {.properties = {{1006, {}}}}},
         {"its number of bytes a row is damaged", {.properties = {{1007, {1, 2, 3}}}}},
         {"its link is damaged", {.layout = 1003, .properties = {{1010, {'K', 'L', 'N', 'I'}}}}},

@@ -1,5 +1,6 @@
 // Somebody else's program: says which pictures a catalog has.
 #include "desktop/catalog/catalog.h"
+#include "desktop/catalog/pictures.h"
 
 #include <iostream>
 
@@ -17,6 +18,9 @@ int main(int argc, char** argv) {
             return 1;
         }
         std::cout << rendition.name << ' ' << picture->width << 'x' << picture->height << '\n';
+    }
+    for (const auto& facet : catalog->facets()) {
+        std::cout << facet.name << ": " << picturesOf(*catalog, facet).size() << '\n';
     }
     return 0;
 }

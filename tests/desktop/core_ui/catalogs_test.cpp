@@ -166,6 +166,37 @@ TEST_F(Catalogs, ImageForAnySettingBeforeThoseForOne) {
     EXPECT_EQ(source(opened(car)->imageWithNameScaleFactor("Star", 1)), "any");
 }
 
+TEST_F(Catalogs, AppearanceCountsBeforeSizeClassesAndThoseBeforeMemory) {
+    const std::vector<Attribute> order{Attribute::deploymentTarget,    Attribute::subtype,
+                                       Attribute::graphicsClass,       Attribute::memoryClass,
+                                       Attribute::displayGamut,        Attribute::verticalSizeClass,
+                                       Attribute::horizontalSizeClass, Attribute::appearance};
+    CarWriter car;
+    // Each with the one attribute that counts less than those before it.
+    for (std::size_t i = 0; i + 1 < order.size(); ++i) {
+        const auto identifier = static_cast<std::uint16_t>(i + 1);
+        car.facet("Star" + std::to_string(i), identifier);
+        picture(car, {.identifier = identifier, .attributes = {{order[i], 2}}, .name = "less"});
+        picture(car, {.identifier = identifier, .attributes = {{order[i + 1], 1}}, .name = "more"});
+    }
+    const CUICatalogRef catalog = opened(car);
+    for (std::size_t i = 0; i + 1 < order.size(); ++i) {
+        EXPECT_EQ(source(catalog->imageWithNameScaleFactor("Star" + std::to_string(i), 0)), "less")
+            << i;
+    }
+}
+
+TEST_F(Catalogs, CopiesForEveryTargetAreAmongTheImagesAndTheOldestIsTaken) {
+    CarWriter car;
+    car.facet("Star", 1);
+    picture(car,
+            {.identifier = 1, .attributes = {{Attribute::deploymentTarget, 5}}, .name = "new"});
+    picture(car, {.identifier = 1, .name = "old"});
+    const CUICatalogRef catalog = opened(car);
+    EXPECT_EQ(sources(catalog->imagesWithName("Star")), (Names{"old", "new"}));
+    EXPECT_EQ(source(catalog->imageWithNameScaleFactor("Star", 0)), "old");
+}
+
 TEST_F(Catalogs, BitmapIsThatOfTheRendition) {
     CarWriter car;
     car.facet("Star", 1);

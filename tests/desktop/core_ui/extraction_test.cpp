@@ -116,6 +116,28 @@ TEST_F(ExtractedCatalog, CatalogOfColorsAlone) {
     EXPECT_FALSE(device.exists("/tmp/x"));
 }
 
+TEST_F(ExtractedCatalog, EveryCopyOfAPictureIsExtractedAndTheLastOneStays) {
+    CarWriter car;
+    car.facet("Star", 1);
+    car.bitmap({.identifier = 1}, CarPixels::filled(2, 2, {255, 0, 0, 255}));
+    car.bitmap({.identifier = 1, .attributes = {{catalog::Attribute::deploymentTarget, 5}}},
+               CarPixels::filled(2, 2, {0, 0, 255, 255}));
+    write("/A/B/Assets.car", car);
+    const std::string path = "/tmp/x/B/Assets.car/Star-2-2.png";
+    EXPECT_EQ(extract("/A/B/Assets.car"),
+              (Lines{"Extracting " + path + "\n", "Extracting " + path + "\n",
+                     "Velmoranth Assets Extracted 2 files.\n"}));
+    EXPECT_EQ(shown(path), solid(2, 2, Pixel{0, 0, 255}));
+}
+
+TEST_F(ExtractedCatalog, FileThatIsNoCatalog) {
+    device.file("/A/B/Assets.car", "no catalog");
+    EXPECT_EQ(extract("/A/B/Assets.car"),
+              Lines{"Velmoranth Assets Error Domain=NSCocoaErrorDomain Code=260 \"The file "
+                    "“Assets.car” couldn’t be opened because there is no such file.\""});
+    EXPECT_FALSE(device.exists("/tmp/x"));
+}
+
 TEST_F(ExtractedCatalog, DamagedPictureIsPassedOver) {
     CarWriter car = icons();
     car.facet("Odd", 9);
