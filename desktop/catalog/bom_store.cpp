@@ -13,11 +13,17 @@ namespace {
 
 constexpr std::string_view kMagic = "BOMStore";
 constexpr std::size_t kBlockEntrySize = 8;
-constexpr std::uint64_t kBlockTableField = 16;
-constexpr std::uint64_t kVariablesField = 24;
+constexpr std::uint64_t kHeaderSize = 32;
 
 tl::unexpected<Problem> refuse(std::string message, std::uint64_t offset) {
     return tl::unexpected(Problem{.message = std::move(message), .path = {}, .offset = offset});
+}
+
+// `what` ends there, by what the file itself says.
+tl::unexpected<Problem> refuseCutOff(Bytes file, std::string_view what, std::uint64_t end) {
+    return tl::unexpected(Problem{
+        "the file is cut off: its " + std::string(what) + " ends at byte " + std::to_string(end) +
+        ", and the file at byte " + std::to_string(file.size()) + "; get a whole copy"});
 }
 
 // The part of the file, nothing when it is not wholly within.
@@ -41,17 +47,18 @@ Result<BomStore> BomStore::parse(Bytes file) {
     const std::uint32_t variablesOffset = reader.u32Big();
     const std::uint32_t variablesLength = reader.u32Big();
     if (!reader.ok()) {
-        return refuse("the container's header is truncated", file.size());
+        return refuseCutOff(file, "header", kHeaderSize);
     }
     BomStore store;
     store.file_ = file;
     const std::optional<Bytes> table = within(file, tableOffset, tableLength);
     if (!table) {
-        return refuse("the table of blocks lies outside the file", kBlockTableField);
+        return refuseCutOff(file, "table of blocks", std::uint64_t{tableOffset} + tableLength);
     }
     const std::optional<Bytes> variables = within(file, variablesOffset, variablesLength);
     if (!variables) {
-        return refuse("the table of names lies outside the file", kVariablesField);
+        return refuseCutOff(file, "table of names",
+                            std::uint64_t{variablesOffset} + variablesLength);
     }
     if (!store.readBlockTable(*table)) {
         return refuse("the table of blocks is truncated", tableOffset);

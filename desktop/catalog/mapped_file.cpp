@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cctype>
 #include <cerrno>
 #include <string_view>
 #include <system_error>
@@ -41,7 +42,11 @@ tl::unexpected<desktop::Problem> refuse(std::string message, const std::string& 
 }
 
 tl::unexpected<desktop::Problem> refuseWithReason(std::string_view what, const std::string& path) {
-    return refuse(std::string(what) + ": " + std::generic_category().message(errno), path);
+    std::string reason = std::generic_category().message(errno);
+    if (!reason.empty()) {
+        reason[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(reason[0])));
+    }
+    return refuse(std::string(what) + ": " + reason, path);
 }
 
 }  // namespace

@@ -32,10 +32,28 @@ struct Unref {
 template <class T>
 using Owned = std::unique_ptr<T, Unref>;
 
+// The library's words as one clause: those about XML come with numbers that mean nothing to a user
+// before them ("XML parse error: Error domain 1 code 9 on line 2 column 41 of data: WHAT"), and may
+// go on in further lines.
+std::string clauseOf(std::string_view text) {
+    constexpr std::string_view kBeforePlace = " on line ";
+    constexpr std::string_view kBehindPlace = " of data: ";
+    text = text.substr(0, text.find('\n'));
+    std::string place;
+    const std::size_t start = text.find(kBeforePlace);
+    const std::size_t end = text.find(kBehindPlace);
+    if (start != std::string_view::npos && end != std::string_view::npos && start < end) {
+        constexpr std::size_t kOn = std::string_view(" on ").size();
+        place = std::string(text.substr(start + kOn, end - start - kOn)) + ": ";
+        text.remove_prefix(end + kBehindPlace.size());
+    }
+    return place + std::string(text.substr(0, text.find_last_not_of(' ') + 1));
+}
+
 Problem problem(std::string_view what, const GError* error = nullptr) {
     std::string message(what);
     if (error != nullptr && error->message != nullptr) {
-        message += fmt::format(" ({})", error->message);
+        message += fmt::format(" ({})", clauseOf(error->message));
     }
     return Problem{.message = std::move(message)};
 }

@@ -100,21 +100,27 @@ TEST(BomStore, RefusesOtherFiles) {
     EXPECT_EQ(messageOf({'B', 'O', 'M'}), "it is not a compiled asset catalog");
     EXPECT_EQ(messageOf(ByteVector(1000)), "it is not a compiled asset catalog");
     EXPECT_EQ(messageOf(ByteWriter().text("BOMStore").zeros(8).take()),
-              "the container's header is truncated");
+              "the file is cut off: its header ends at byte 32, and the file at byte 16; get a "
+              "whole copy");
 }
 
-TEST(BomStore, RefusesTablesOutsideTheFile) {
+TEST(BomStore, SaysThatAFileIsCutOffWhenItsTablesLieBehindItsEnd) {
     const ByteVector sound = BomWriter().build();
+    const auto cutOff = [&](const std::string& table, std::uint64_t end) {
+        return "the file is cut off: its table of " + table + " ends at byte " +
+               std::to_string(end) + ", and the file at byte " + std::to_string(sound.size()) +
+               "; get a whole copy";
+    };
     ASSERT_EQ(messageOf(sound), "");
     ByteVector file = sound;
     put(file, kTableField, 0xFFFFFFFF);
-    EXPECT_EQ(messageOf(file), "the table of blocks lies outside the file");
+    EXPECT_EQ(messageOf(file), cutOff("blocks", 0xFFFFFFFFULL + get(file, kTableField + 4)));
     file = sound;
     put(file, kTableField + 4, static_cast<std::uint32_t>(file.size()));
-    EXPECT_EQ(messageOf(file), "the table of blocks lies outside the file");
+    EXPECT_EQ(messageOf(file), cutOff("blocks", get(file, kTableField) + file.size()));
     file = sound;
     put(file, kVariablesField, static_cast<std::uint32_t>(file.size()));
-    EXPECT_EQ(messageOf(file), "the table of names lies outside the file");
+    EXPECT_EQ(messageOf(file), cutOff("names", file.size() + get(file, kVariablesField + 4)));
 }
 
 TEST(BomStore, RefusesCountsBeyondTheTables) {

@@ -385,7 +385,7 @@ TEST(Catalog, FilesThatCannotBeOpenedAreProblems) {
         EXPECT_EQ(catalog.error().path, folder / name);
         return catalog.error().message;
     };
-    EXPECT_EQ(problem("none"), "the file cannot be opened: No such file or directory");
+    EXPECT_EQ(problem("none"), "the file cannot be opened: no such file or directory");
     EXPECT_EQ(problem("."), "it is not a regular file");
     EXPECT_EQ(problem("empty"), "the file is empty");
     EXPECT_EQ(problem("text"), "it is not a compiled asset catalog");

@@ -253,6 +253,15 @@ TEST_F(DrawSvg, DeepNestingHarmsNobody) {
     EXPECT_EQ(image.error().message.find('\n'), std::string::npos);
 }
 
+TEST_F(DrawSvg, DamageIsOneClauseWithItsPlace) {
+    EXPECT_EQ(
+        problemOf(bytesOf("<svg xmlns='http://www.w3.org/2000/svg'>\n<g></svg>")),
+        "the SVG file is damaged (line 2 column 10: Premature end of data in tag svg line 1)");
+    EXPECT_EQ(problemOf(bytesOf("<svg xmlns='http://www.w3.org/2000/svg'>\xff</svg>")),
+              "the SVG file is damaged (line 1 column 41: Input is not proper UTF-8, indicate "
+              "encoding !)");
+}
+
 TEST_F(DrawSvg, HugeSizesAreRefused) {
     EXPECT_EQ(problemOf(svg(R"(width="16385" height="1")", kRedSquare)),
               "a picture of 16385 × 1 pixels is too large");
