@@ -23,11 +23,14 @@ function(velmoranth_library name)
     target_link_libraries(${name} PUBLIC ${ARG_PUBLIC}
                                   PRIVATE ${ARG_PRIVATE} $<BUILD_INTERFACE:velmoranth_warnings>)
     set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
-    # A folder with rules of its own for the linter is compiled file by file: the rules are found by a
-    # file's place.
-    if(VELMORANTH_JOIN AND NOT EXISTS "${PROJECT_SOURCE_DIR}/${ARG_FOLDER}/.clang-tidy")
-        set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 10)
+    if(VELMORANTH_JOIN)
+        set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 10
+            UNITY_BUILD_CODE_BEFORE_INCLUDE "// NOLINTNEXTLINE(bugprone-suspicious-include)")
         set_source_files_properties(${ARG_ALONE} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+        # The linter finds the rules of a folder above a source, and joined sources lie here.
+        if(EXISTS "${CMAKE_CURRENT_SOURCE_DIR}/.clang-tidy")
+            configure_file(.clang-tidy "${CMAKE_CURRENT_BINARY_DIR}/.clang-tidy" COPYONLY)
+        endif()
     endif()
 endfunction()
 
