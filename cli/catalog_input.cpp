@@ -21,9 +21,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Where bundles of the phone, applications and frameworks of the desktop have their catalog.
-constexpr std::array<std::string_view, 3> kPlaces{"Assets.car", "Contents/Resources/Assets.car",
-                                                  "Resources/Assets.car"};
+// Where bundles of the phone, frameworks and applications of the desktop have their resources, in
+// the order in which the system looks.
+constexpr std::array<std::string_view, 3> kResourceFolders{"", "Resources/", "Contents/Resources/"};
 
 bool isStep(const fs::path& name) {
     return name.empty() || name == "." || name == "..";
@@ -42,18 +42,25 @@ fs::path named(const std::string& input) {
     return error ? path : resolved;
 }
 
-Result<std::string> catalogOfBundle(const std::string& folder) {
-    for (const std::string_view place : kPlaces) {
-        std::string file = folder + "/" + std::string(place);
-        std::error_code error;
-        if (fs::exists(file, error)) {
-            return file;
+// `folder` as the user wrote it, `name` without the bundle's ending. As the system does, Assets.car
+// is taken before the catalog of the bundle's own name, wherever both are.
+Result<std::string> catalogOfBundle(const std::string& folder, const std::string& name) {
+    const std::string ownName = name + ".car";
+    for (const std::string& file : {std::string("Assets.car"), ownName}) {
+        for (const std::string_view place : kResourceFolders) {
+            std::string path = folder + "/" + std::string(place) + file;
+            std::error_code error;
+            if (const auto status = fs::status(path, error);
+                fs::exists(status) && !fs::is_directory(status)) {
+                return path;
+            }
         }
     }
-    return tl::unexpected(
-        Problem{"there is no Assets.car in this bundle: give the folder that has "
-                "one, or another .car file",
-                folder});
+    return tl::unexpected(Problem{"there is no Assets.car or " + shown(ownName) +
+                                      " in this folder, in its Resources or its "
+                                      "Contents/Resources: give the folder that has one, or "
+                                      "another .car file",
+                                  folder});
 }
 
 }  // namespace
@@ -67,7 +74,7 @@ Result<CatalogInput> findCatalog(const std::string& input) {
     const bool isFolder = S_ISDIR(status.st_mode);
     CatalogInput found{input, tools::extractionFolder(path, ""), {}};
     if (isFolder) {
-        Result<std::string> file = catalogOfBundle(input);
+        Result<std::string> file = catalogOfBundle(input, fs::path(path).stem().string());
         if (!file) {
             return tl::unexpected(std::move(file.error()));
         }

@@ -71,7 +71,7 @@ std::string summary(const ExtractOptions& options, const Extraction& extraction,
         text += fmt::format(
             "{} gave way to a later one of the same file name; velmoranth extract {} --list shows "
             "which\n",
-            counted(extraction.pictures - extraction.files, "picture"), shown(options.input));
+            counted(extraction.pictures - extraction.files, "picture"), forShell(options.input));
     }
     return text;
 }
@@ -161,7 +161,8 @@ Command extractCommand() {
             .positionalNames = "INPUT [OUTPUT-DIR]",
             .description =
                 "INPUT is a .car file, or the folder of an app, framework or bundle with an "
-                "Assets.car in it. OUTPUT-DIR\nis made when it is missing; files there are "
+                "Assets.car, or a .car file\nof its own name, in it, in its Resources or its "
+                "Contents/Resources. OUTPUT-DIR is made when it is\nmissing; files there are "
                 "replaced, and nothing is written outside it.",
             .options = extractOptionTable(),
             .examples = kExamples,

@@ -19,9 +19,10 @@ constexpr int kMostJobs = 256;
 
 constexpr std::array<Option, 4> kOptions{{
     {"--list", "", "", "list every rendition, and write nothing"},
-    {"--json", "", "", "with --list: an object with all there is to know, for programs"},
+    {"--json", "", "", "with --list: an object for programs, with more than the table has room for"},
     {"--name", "", "GLOB",
-     "only names that fit: * stands for any letters, / too, ? for one, [abc] for one of these"},
+     "only names that fit: * stands for any letters, / too, ? for one, [a-z] for one of these, "
+     "[!a-z] for any other"},
     {"--jobs", "", "N", "how many pictures to work on at a time (default: one a processor)"},
 }};
 
@@ -45,7 +46,7 @@ Result<void> readJobs(const Arguments& arguments, ExtractOptions& options) {
 Result<void> readKind(const Arguments& arguments, ExtractOptions& options) {
     const bool lists = arguments.has("--list");
     if (arguments.has("--json") && !lists) {
-        return misuse("--json needs --list");
+        return misuse("--json needs --list; velmoranth extract --help");
     }
     if (!lists) {
         return options.output.empty()

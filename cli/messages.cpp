@@ -108,6 +108,23 @@ std::string inQuotes(std::string_view text) {
     return "\"" + shown(text) + "\"";
 }
 
+std::string forShell(std::string_view word) {
+    constexpr std::string_view kPlain =
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789/._-+,:@%=";
+    if (!isPlainText(word)) {
+        return shown(word);
+    }
+    const std::string start = word.starts_with('-') ? "./" : "";
+    if (!word.empty() && word.find_first_not_of(kPlain) == std::string_view::npos) {
+        return start + std::string(word);
+    }
+    std::string quoted = "'" + start;
+    for (const char letter : word) {
+        quoted += letter == '\'' ? std::string("'\\''") : std::string(1, letter);
+    }
+    return quoted + "'";
+}
+
 std::string counted(std::size_t count, std::string_view noun) {
     return std::to_string(count) + " " + std::string(noun) + (count == 1 ? "" : "s");
 }

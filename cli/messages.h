@@ -24,6 +24,10 @@ enum class ExitCode {
 // The same between quotation marks.
 [[nodiscard]] std::string inQuotes(std::string_view text);
 
+// A word of a command line that a shell reads as this one again: in single quotes where it needs
+// them, "./" before a dash. One that holds what may not be shown comes out as shown().
+[[nodiscard]] std::string forShell(std::string_view word);
+
 // How many bytes the character at the start has when it is UTF-8, else 0.
 [[nodiscard]] std::size_t characterLength(std::string_view text);
 

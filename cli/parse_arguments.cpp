@@ -78,6 +78,22 @@ desktop::Result<void> checkCounts(const Command& command, const std::deque<Slot>
     return {};
 }
 
+// What the splitter refuses is a value too few or too many. It names the option first, at times
+// without its dashes, and the rest of its words are its own.
+Problem splitterProblem(const std::deque<Slot>& slots, std::string_view text) {
+    const std::string_view start = text.substr(std::min(text.find_first_not_of('-'), text.size()));
+    for (const Slot& slot : slots) {
+        const std::string name(slot.option->name);
+        const std::string valueName(slot.option->valueName);
+        const std::string word = name.substr(2);
+        if (start.starts_with(word) && !start.substr(word.size()).starts_with('-')) {
+            return {name + (valueName.empty() ? " takes no value"
+                                              : " needs a value: " + name + " " + valueName)};
+        }
+    }
+    return {std::string(text)};
+}
+
 }  // namespace
 
 desktop::Result<Arguments> parseArguments(const Command& command, std::vector<std::string> words) {
@@ -96,7 +112,7 @@ desktop::Result<Arguments> parseArguments(const Command& command, std::vector<st
             names += "," + std::string(slot.option->shortName);
         }
         if (slot.option->valueName.empty()) {
-            slot.handle = app.add_flag(names);
+            slot.handle = app.add_flag(names)->disable_flag_override();
         } else {
             slot.handle = app.add_option(names, slot.values)
                               ->expected(1)
@@ -109,7 +125,7 @@ desktop::Result<Arguments> parseArguments(const Command& command, std::vector<st
     try {
         app.parse(std::move(words));
     } catch (const CLI::ParseError& error) {
-        return tl::unexpected(Problem{error.what()});
+        return tl::unexpected(splitterProblem(slots, error.what()));
     }
     auto positionals = takePositionals(command, app.remaining());
     if (!positionals) {

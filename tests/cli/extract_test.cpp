@@ -73,6 +73,28 @@ TEST_F(ExtractTest, CatalogOfABundleMayLieInItsResources) {
     EXPECT_EQ(fileNames("out"), "Kit.framework/Icon-5-3.png Mac.app/Icon-5-3.png");
 }
 
+// The catalog is known by the name that its picture has.
+TEST_F(ExtractTest, CatalogOfABundlesOwnNameComesAfterAssets) {
+    const auto catalogWith = [&](const std::string& name, const std::string& path) {
+        CarWriter car;
+        car.facet(name, 7);
+        car.bitmap({.identifier = 7}, kPattern);
+        catalog(car, path);
+    };
+    catalogWith("Deep", "Clock.bundle/Contents/Resources/Clock.car");
+    folder.folder("Clock.bundle/Clock.car");  // not a file
+    EXPECT_EQ(extract({"Clock.bundle", "deep"}).code, 0);
+    EXPECT_EQ(fileNames("deep"), "Clock.bundle/Deep-5-3.png");
+    catalogWith("Own", "Clock.bundle/Resources/Clock.car");
+    const CommandResult inside =
+        runCommand({"extract", ".", folder / "own"}, {.folder = folder / "Clock.bundle"});
+    EXPECT_EQ(inside.code, 0) << inside.errors;
+    EXPECT_EQ(fileNames("own"), "Clock.bundle/Own-5-3.png");
+    catalogWith("Assets", "Clock.bundle/Contents/Resources/Assets.car");
+    EXPECT_EQ(extract({"Clock.bundle", "assets"}).code, 0);
+    EXPECT_EQ(fileNames("assets"), "Clock.bundle/Assets-5-3.png");
+}
+
 TEST_F(ExtractTest, WhatIsThereWinsOverItsNameAndIsSaid) {
     CarWriter car;
     car.facet("Icon", 7);
@@ -182,6 +204,18 @@ TEST_F(ExtractTest, LaterPictureOfTheSameFileNameIsKept) {
         EXPECT_EQ(fileNames("out/Maps.app"), "Icon-4-4.png");
         expectPicture("out/Maps.app/Icon-4-4.png", CarPixels::filled(4, 4, kRed));
     }
+}
+
+TEST_F(ExtractTest, CommandThatItNamesCanBePasted) {
+    CarWriter car;
+    car.facet("Icon", 7);
+    car.bitmap({.identifier = 7, .idiom = 2}, CarPixels::filled(4, 4, kRed));
+    car.bitmap({.identifier = 7, .idiom = 1}, CarPixels::filled(4, 4, kGreen));
+    catalog(car, "My Maps.app/Assets.car");
+    const std::string output = extract({"My Maps.app", "out"}).output;
+    EXPECT_NE(output.find("; velmoranth extract 'My Maps.app' --list shows which\n"),
+              std::string::npos)
+        << output;
 }
 
 TEST_F(ExtractTest, ScaleIsTruncatedInNames) {
@@ -315,9 +349,10 @@ TEST_F(ExtractTest, InputThatIsNoCatalogIsOneLine) {
     expectFailure({"text.car", "out"}, 3,
                   "text.car: it is not a compiled asset catalog (at byte 0)");
     expectFailure({"empty.car", "out"}, 3, "empty.car: the file is empty");
-    expectFailure({"Empty.app", "out"}, 3,
-                  "Empty.app: there is no Assets.car in this bundle: give the folder that has one, "
-                  "or another .car file");
+    expectFailure(
+        {"Empty.app", "out"}, 3,
+        "Empty.app: there is no Assets.car or Empty.car in this folder, in its Resources or "
+        "its Contents/Resources: give the folder that has one, or another .car file");
     expectFailure({"text.car", "--list"}, 3,
                   "text.car: it is not a compiled asset catalog (at byte 0)");
     EXPECT_FALSE(std::filesystem::exists(folder / "out"));

@@ -80,6 +80,18 @@ TEST(Messages, NamesAreShortenedBetweenCharacters) {
     EXPECT_NE(text.find("…"), std::string::npos);
 }
 
+TEST(Messages, WordsCanBePastedIntoAShell) {
+    EXPECT_EQ(forShell("Maps.app/Assets.car"), "Maps.app/Assets.car");
+    EXPECT_EQ(forShell("My Maps.app"), "'My Maps.app'");
+    EXPECT_EQ(forShell("it's $HOME"), "'it'\\''s $HOME'");
+    EXPECT_EQ(forShell("~/x"), "'~/x'");
+    EXPECT_EQ(forShell("-x.car"), "./-x.car");
+    EXPECT_EQ(forShell("-x y"), "'./-x y'");
+    EXPECT_EQ(forShell(""), "''");
+    EXPECT_EQ(forShell("Grüße"), "'Grüße'");
+    EXPECT_EQ(forShell("a\nb"), "a?b");
+}
+
 TEST(Comparison, PicturesStandBesideEachOtherAtTheirOwnHeight) {
     const auto solid = [](std::size_t width, std::size_t height, std::uint8_t value) {
         return simulator::Picture{width, height, 2,
