@@ -4,18 +4,18 @@
 #include "cli/extraction_plan.h"
 #include "cli/messages.h"
 #include "cli/name_pattern.h"
+#include "cli/rendition_attributes.h"
 #include "desktop/catalog/pictures.h"
 #include "desktop/vector_images/backends.h"
 #include "desktop/vector_images/vector_images.h"
 
 #include <fmt/core.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <array>
-#include <map>
 #include <optional>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 
 namespace velmoranth::cli {
@@ -27,39 +27,6 @@ using catalog::Kind;
 using catalog::Rendition;
 
 namespace {
-
-using Json = nlohmann::ordered_json;
-
-constexpr std::array<std::string_view, 28> kAttributeNames{
-    "look",
-    "element",
-    "part",
-    "size",
-    "direction",
-    "placeholder",
-    "value",
-    "appearance",
-    "dimension1",
-    "dimension2",
-    "state",
-    "layer",
-    "scale",
-    "localization",
-    "presentationState",
-    "idiom",
-    "subtype",
-    "identifier",
-    "previousValue",
-    "previousState",
-    "horizontalSizeClass",
-    "verticalSizeClass",
-    "memoryClass",
-    "graphicsClass",
-    "displayGamut",
-    "deploymentTarget",
-    "glyphWeight",
-    "glyphSize",
-};
 
 struct PixelSize {
     std::size_t width;
@@ -85,36 +52,28 @@ std::optional<PixelSize> extractedSize(const Catalog& catalog, const Rendition& 
         static_cast<std::size_t>(desktop::vector_images::pixelLength(size->height, scale))};
 }
 
-// Of the pictures of the whole catalog, not of a part of its names: a file is shared all the same.
+// A file belongs to one name, so that what is listed of other names does not matter.
 void addFiles(const Catalog& catalog, std::vector<ListedRendition>& listing) {
-    std::map<std::string, std::size_t> users;
+    std::unordered_map<std::string, ListedRendition*> owners;
     for (ListedRendition& row : listing) {
-        if (!row.isExtracted) {
+        const auto size = row.isExtracted ? extractedSize(catalog, *row.rendition) : std::nullopt;
+        if (!size) {
             continue;
         }
-        if (const auto size = extractedSize(catalog, *row.rendition)) {
-            row.file =
-                extractedFile(catalog, {row.facet, row.rendition}, size->width, size->height);
-            ++users[row.file];
+        PlannedPicture picture{};
+        picture.facet = row.facet;
+        picture.rendition = row.rendition;
+        row.file = extractedFile(catalog, picture, size->width, size->height);
+        ListedRendition*& owner = owners[row.file];
+        if (owner != nullptr) {
+            owner->givesWay = true;
         }
-    }
-    for (ListedRendition& row : listing) {
-        row.sharesFile = !row.file.empty() && users[row.file] > 1;
+        owner = &row;
     }
 }
 
 std::string scaleText(const Rendition& rendition) {
     return rendition.scalePercent == 0 ? "" : fmt::format("{}x", rendition.scalePercent / 100.0);
-}
-
-std::string appearanceName(const Catalog& catalog, const Rendition& rendition) {
-    const std::uint16_t number = catalog.attribute(rendition, Attribute::appearance);
-    for (const catalog::Appearance& appearance : catalog.appearances()) {
-        if (appearance.number == number) {
-            return std::string(appearance.name);
-        }
-    }
-    return number == 0 ? "" : std::to_string(number);
 }
 
 std::string colorText(const catalog::Color& color) {
@@ -135,17 +94,17 @@ std::string noteOn(const Catalog& catalog, const ListedRendition& row) {
         const auto color = catalog.color(rendition);
         return color ? colorText(*color) : color.error().message;
     }
-    if (row.sharesFile) {
-        return "shares its file: " + row.file;
+    if (row.givesWay) {
+        return "gives way to a later one: " + row.file;
     }
     return rendition.isPicture() && row.facet != nullptr && !row.isExtracted
-               ? "copy for newer systems"
+               ? "copy for other systems"
                : "";
 }
 
-constexpr std::array<std::string_view, 11> kHeads{"name",        "rendition",  "kind", "scale",
-                                                  "idiom",       "appearance", "size", "format",
-                                                  "compression", "bytes",      "note"};
+constexpr std::array<std::string_view, 12> kHeads{"name",   "rendition",   "kind",  "scale",
+                                                  "idiom",  "appearance",  "for",   "size",
+                                                  "format", "compression", "bytes", "note"};
 
 using Row = std::array<std::string, kHeads.size()>;
 
@@ -157,7 +116,8 @@ Row tableRow(const Catalog& catalog, const ListedRendition& listed) {
             std::string(catalog::kindName(rendition.kind)),
             scaleText(rendition),
             catalog::idiomName(catalog.attribute(rendition, Attribute::idiom)),
-            shown(appearanceName(catalog, rendition)),
+            shown(appearanceOf(catalog, rendition)),
+            restrictionsOf(catalog, rendition),
             hasSize ? fmt::format("{}×{}", rendition.width, rendition.height) : "",
             catalog::pixelFormatName(rendition.pixelFormat),
             rendition.compression ? catalog::compressionName(*rendition.compression) : "",
@@ -179,59 +139,6 @@ std::string tableLine(const Row& row, const std::array<std::size_t, kHeads.size(
     }
     line.erase(line.find_last_not_of(' ') + 1);
     return line;
-}
-
-Json textOrNull(std::string_view text) {
-    return text.empty() ? Json(nullptr) : Json(text);
-}
-
-Json attributesOf(const Catalog& catalog, const Rendition& rendition) {
-    Json attributes = Json::object();
-    for (const std::uint16_t attribute : catalog.keyFormat()) {
-        const std::uint16_t value = catalog.attribute(rendition, static_cast<Attribute>(attribute));
-        if (value != 0) {
-            const std::string name = attribute < kAttributeNames.size()
-                                         ? std::string(kAttributeNames.at(attribute))
-                                         : std::to_string(attribute);
-            attributes[name] = value;
-        }
-    }
-    return attributes;
-}
-
-Json asObject(const Catalog& catalog, const ListedRendition& row) {
-    const Rendition& rendition = *row.rendition;
-    Json object{
-        {"name", row.facet == nullptr ? Json(nullptr) : Json(row.facet->name)},
-        {"rendition", rendition.name},
-        {"kind", catalog::kindName(rendition.kind)},
-        {"scale", rendition.scalePercent / 100.0},
-        {"idiom", catalog::idiomName(catalog.attribute(rendition, Attribute::idiom))},
-        {"appearance", textOrNull(appearanceName(catalog, rendition))},
-        {"width", rendition.width},
-        {"height", rendition.height},
-        {"pixelFormat", textOrNull(catalog::pixelFormatName(rendition.pixelFormat))},
-        {"compression", rendition.compression
-                            ? Json(catalog::compressionName(*rendition.compression))
-                            : Json(nullptr)},
-        {"bytes", rendition.payload.size()},
-        {"attributes", attributesOf(catalog, rendition)},
-        {"extracted", row.isExtracted},
-        {"file", textOrNull(row.file)},
-        {"sharesFile", row.sharesFile},
-        {"type", textOrNull(rendition.typeIdentifier)},
-        {"problem", textOrNull(rendition.problem)},
-    };
-    if (rendition.kind == Kind::color) {
-        const auto color = catalog.color(rendition);
-        object["color"] =
-            color ? Json{{"colorSpace", color->colorSpace}, {"components", color->components}}
-                  : Json(nullptr);
-        if (!color) {
-            object["problem"] = color.error().message;
-        }
-    }
-    return object;
 }
 
 }  // namespace
@@ -290,20 +197,6 @@ std::string listingAsTable(const Catalog& catalog, const std::vector<ListedRendi
                                          [](const auto& row) { return row.isExtracted; });
     return text + counted(listing.size(), "rendition") + ", " +
            counted(static_cast<std::size_t>(extracted), "picture") + " to extract\n";
-}
-
-std::string listingAsJson(const Catalog& catalog, const std::vector<ListedRendition>& listing,
-                          const std::string& path) {
-    const catalog::Header& header = catalog.header();
-    Json object{{"catalog", path},
-                {"platform", textOrNull(header.platform)},
-                {"deploymentVersion", textOrNull(header.deploymentVersion)},
-                {"renditions", Json::array()},
-                {"warnings", catalog.warnings()}};
-    for (const ListedRendition& row : listing) {
-        object["renditions"].push_back(asObject(catalog, row));
-    }
-    return object.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
 }  // namespace velmoranth::cli

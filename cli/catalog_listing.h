@@ -13,9 +13,9 @@ namespace velmoranth::cli {
 struct ListedRendition {
     const catalog::Rendition* rendition;  // the catalog's
     const catalog::Facet* facet;          // the catalog's; null when it has no name
-    bool isExtracted = false;             // no data, no colour, no newer copy of a picture
+    bool isExtracted = false;             // no data, no colour, no other copy of a picture
     std::string file;                     // that it is extracted to; empty when that is not known
-    bool sharesFile = false;              // with another one of the catalog
+    bool givesWay = false;                // a later one has the same file, which shows that one
 };
 
 // The renditions of the names that fit the pattern, in the order of the names and of the catalog,

@@ -19,7 +19,7 @@ constexpr int kMostJobs = 256;
 
 constexpr std::array<Option, 4> kOptions{{
     {"--list", "", "", "list every rendition, and write nothing"},
-    {"--json", "", "", "with --list: an object for programs, with more than the table has room for"},
+    {"--json", "", "", "with --list: an object for programs, with more than the table shows"},
     {"--name", "", "GLOB",
      "only names that fit: * stands for any letters, / too, ? for one, [a-z] for one of these, "
      "[!a-z] for any other"},

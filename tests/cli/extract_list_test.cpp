@@ -77,15 +77,15 @@ TEST_F(ExtractList, TableHasEveryRenditionWithItsFacts) {
     }
     ASSERT_EQ(found.size(), 10U) << result.output;
     EXPECT_EQ(found[0],
-              "name rendition kind scale idiom appearance size format compression bytes note");
+              "name rendition kind scale idiom appearance for size format compression bytes note");
     EXPECT_TRUE(found[1].starts_with("Color color color "));
     EXPECT_TRUE(found[1].ends_with("1.000 0.500 0.000 1.000")) << found[1];
     EXPECT_TRUE(found[2].starts_with("Data data.txt data "));
     EXPECT_EQ(found[3],
               "Icon icon@2x.png bitmap 2x phone UIAppearanceDark 4×3 ARGB uncompressed 64");
     EXPECT_EQ(found[4],
-              "Icon icon@2x.png bitmap 2x phone UIAppearanceDark 4×3 ARGB uncompressed 64 copy for "
-              "newer systems");
+              "Icon icon@2x.png bitmap 2x phone UIAppearanceDark target 5 4×3 ARGB uncompressed 64 "
+              "copy for other systems");
     EXPECT_EQ(found[5], "Part part.png link 1x universal 8×4 ARGB 0");
     EXPECT_TRUE(found[6].starts_with("Record unreadable universal 0 its ")) << found[6];
     EXPECT_TRUE(found[7].starts_with("Vector vector.svg vector universal SVG ")) << found[7];
@@ -107,9 +107,11 @@ TEST_F(ExtractList, JsonHasTheSameFactsForEveryKind) {
     ASSERT_EQ(renditions.size(), 8U);
     for (const json& rendition : renditions) {
         for (const char* const key :
-             {"name", "rendition", "kind", "scale", "idiom", "appearance", "width", "height",
-              "pixelFormat", "compression", "bytes", "attributes", "extracted", "file",
-              "sharesFile", "type", "problem"}) {
+             {"name",     "rendition",  "kind",        "scale",       "idiom",       "appearance",
+              "width",    "height",     "pixelFormat", "colorSpace",  "compression", "bytes",
+              "layout",   "template",   "vectorBased", "orientation", "slices",      "alignment",
+              "link",     "attributes", "color",       "iconSizes",   "extracted",   "file",
+              "givesWay", "type",       "problem"}) {
             EXPECT_TRUE(rendition.contains(key)) << key;
         }
     }
@@ -147,26 +149,121 @@ TEST_F(ExtractList, JsonHasTheSameFactsForEveryKind) {
     EXPECT_EQ(renditions[7]["name"], nullptr);
 }
 
-TEST_F(ExtractList, SaysWhichPicturesShareAFileAndAgreesWithExtraction) {
+TEST_F(ExtractList, JsonHasWhatRecordsSayOfTheirPicture) {
     CarWriter car;
     car.facet("Icon", 7);
-    for (std::uint16_t idiom = 1; idiom <= 3; ++idiom) {
-        const std::uint32_t side = idiom == 3 ? 6 : 4;
-        car.bitmap({.identifier = 7, .idiom = idiom}, CarPixels::pattern(side, side));
-    }
+    car.bitmap({.identifier = 7,
+                .name = "icon.png",
+                .flags = 0x0C,
+                .layout = 20,
+                .orientation = 6,
+                .slices = {{0, 0, 1, 3}, {1, 0, 3, 3}},
+                .metrics = catalog::Metrics{1, 2, 3, 4, 5, 6}},
+               CarPixels::pattern(4, 3));
+    catalog(car);
+    const json icon = listing()["renditions"][0];
+    EXPECT_EQ(icon["template"], true);
+    EXPECT_EQ(icon["vectorBased"], true);
+    EXPECT_EQ(icon["layout"], 20);
+    EXPECT_EQ(icon["colorSpace"], 1);
+    EXPECT_EQ(icon["orientation"], 6);
+    EXPECT_EQ(icon["slices"], json::parse(R"([{"x": 0, "y": 0, "width": 1, "height": 3},
+                                              {"x": 1, "y": 0, "width": 3, "height": 3}])"));
+    EXPECT_EQ(icon["alignment"], json::parse(R"({"left": 1, "top": 2, "right": 3, "bottom": 4,
+                                                 "width": 5, "height": 6})"));
+    EXPECT_EQ(icon["link"], nullptr);
+}
+
+TEST_F(ExtractList, JsonHasWhatLinksLeadToAndTablesHold) {
+    CarWriter car;
+    car.atlas(1, CarPixels::pattern(16, 16));
+    car.facet("AppIcon", 5);
+    car.facet("Lost", 6);
+    car.facet("Part", 7);
+    car.iconSizes({.identifier = 5}, {{20, 20, 1}, {83, 84, 2}});
+    car.link({.identifier = 6}, {0, 0, 8, 4}, 9);  // there is no such atlas
+    car.link({.identifier = 7}, {1, 2, 8, 4});
     catalog(car);
     const json renditions = listing()["renditions"];
-    ASSERT_EQ(renditions.size(), 3U);
-    EXPECT_EQ(renditions[0]["sharesFile"], true);
-    EXPECT_EQ(renditions[1]["sharesFile"], true);
-    EXPECT_EQ(renditions[2]["sharesFile"], false);
-    EXPECT_NE(extract({"Maps.app", "--list"}).output.find("shares its file: Icon-4-4.png"),
-              std::string::npos);
+    ASSERT_EQ(renditions.size(), 4U);
+    EXPECT_EQ(renditions[0]["iconSizes"], json::parse(R"([{"width": 20, "height": 20, "index": 1},
+                              {"width": 83, "height": 84, "index": 2}])"));
+    EXPECT_EQ(renditions[1]["link"]["rendition"], nullptr);
+    EXPECT_EQ(renditions[1]["link"]["storedCompression"], nullptr);
+    EXPECT_EQ(renditions[2]["compression"], nullptr);
+    EXPECT_EQ(renditions[2]["link"]["rendition"], "ZZZZPackedAsset-1.1.0");
+    EXPECT_EQ(renditions[2]["link"]["storedCompression"], "uncompressed");
+    EXPECT_EQ(renditions[2]["link"]["part"],
+              json::parse(R"({"x": 1, "y": 2, "width": 8, "height": 4})"));
+}
+
+TEST_F(ExtractList, RowsOfOneNameAreToldApartByWhatTheyAreFor) {
+    struct Case {
+        std::vector<std::pair<Attribute, std::uint16_t>> attributes;
+        std::string text;
+    };
+
+    std::vector<Case> cases{
+        {{}, ""},
+        {{{Attribute::horizontalSizeClass, 1}, {Attribute::verticalSizeClass, 2}},
+         "compact width, regular height"},
+        {{{Attribute::memoryClass, 2}}, "2 GB"},
+        {{{Attribute::memoryClass, 9}}, "memory class 9"},
+        {{{Attribute::graphicsClass, 1}, {Attribute::subtype, 568}},
+         "graphics class 1, subtype 568"},
+        {{{Attribute::displayGamut, 1}, {Attribute::direction, 4}}, "P3, direction 4"},
+        {{{Attribute::localization, 3}, {Attribute::deploymentTarget, 5}},
+         "localization 3, target 5"},
+    };
+    CarWriter car;
+    for (std::uint16_t i = 0; i < cases.size(); ++i) {
+        car.facet("Icon " + std::to_string(i), static_cast<std::uint16_t>(i + 1));
+        car.bitmap({.identifier = static_cast<std::uint16_t>(i + 1),
+                    .attributes = cases[i].attributes,
+                    .name = "x"},
+                   CarPixels::pattern(1, 1));
+    }
+    catalog(car);
+    std::istringstream lines(extract({"Maps.app", "--list"}).output);
+    std::string line;
+    std::getline(lines, line);
+    const std::size_t column = line.find("for");
+    for (const Case& one : cases) {
+        std::getline(lines, line);
+        const std::string text = line.substr(column, line.find("1×1") - column);
+        EXPECT_EQ(text.substr(0, text.find_last_not_of(' ') + 1), one.text) << line;
+    }
+}
+
+TEST_F(ExtractList, SaysWhichPicturesLoseTheirFileAndAgreesWithExtraction) {
+    CarWriter car;
+    car.facet("Icon", 7);
+    const std::array<std::array<std::uint8_t, 4>, 3> colors{kRed, kRed, kGreen};
+    for (std::uint16_t idiom = 0; idiom < 3; ++idiom) {
+        car.bitmap({.identifier = 7, .idiom = idiom}, CarPixels::filled(4, 4, colors[idiom]));
+    }
+    car.bitmap({.identifier = 7, .idiom = 3}, CarPixels::pattern(6, 6));
+    catalog(car);
+    const json renditions = listing()["renditions"];
+    ASSERT_EQ(renditions.size(), 4U);
+    const std::array<bool, 4> giveWay{true, true, false, false};
+    const std::string table = extract({"Maps.app", "--list"}).output;
+    std::istringstream lines(table);
+    std::string line;
+    std::getline(lines, line);
+    for (std::size_t i = 0; i < giveWay.size(); ++i) {
+        EXPECT_EQ(renditions[i]["givesWay"], giveWay[i]) << i;
+        std::getline(lines, line);
+        EXPECT_EQ(line.find("gives way to a later one: Icon-4-4.png") != std::string::npos,
+                  giveWay[i])
+            << line;
+    }
     ASSERT_EQ(extract({"Maps.app", "out"}).code, 0);
     for (const json& rendition : renditions) {
         EXPECT_TRUE(std::filesystem::exists(
             folder / ("out/Maps.app/" + rendition["file"].get<std::string>())));
     }
+    expectPicture("out/Maps.app/Icon-4-4.png", CarPixels::filled(4, 4, kGreen));
 }
 
 TEST_F(ExtractList, JsonIsUtf8WhateverNamesHold) {
