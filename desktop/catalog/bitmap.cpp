@@ -260,6 +260,10 @@ Result<BitmapHeader> readBitmapHeader(Bytes payload) {
                         .lengthOrBands = lengthOrBands};
 }
 
+bool isDecodable(Compression compression) {
+    return findCodec(compression).has_value();
+}
+
 Result<Picture> decodeBitmap(Bytes payload, const BitmapShape& shape, const Limits& limits) {
     try {
         return decodeChecked(payload, shape, limits);

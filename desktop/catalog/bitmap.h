@@ -28,6 +28,9 @@ struct BitmapShape {
     std::uint32_t rowBytes = 0;  // of the stored rows; 0: as many as the pixels take
 };
 
+// Whether there is a decoder for it.
+[[nodiscard]] bool isDecodable(Compression compression);
+
 // The whole picture: premultiplied, tight, top row first, alpha 255 where the bitmap is opaque.
 [[nodiscard]] Result<Picture> decodeBitmap(Bytes payload, const BitmapShape& shape,
                                            const Limits& limits);

@@ -1,9 +1,14 @@
 #include "desktop/catalog/pictures.h"
 
+#include "desktop/catalog/bitmap.h"
+
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <iterator>
 #include <map>
 #include <string>
+#include <utility>
 
 namespace velmoranth::catalog {
 
@@ -24,28 +29,53 @@ std::string keyOfAllCopies(const Catalog& catalog, const Rendition& rendition) {
     return key;
 }
 
+// Whether its compression, or that of the atlas that it is a part of, has a decoder. What is no
+// bitmap at its end is not judged here.
+bool hasDecoder(const Catalog& catalog, const Rendition& rendition) {
+    constexpr int kMostLinks = 8;
+    const Rendition* end = &rendition;
+    for (int links = 0; end != nullptr && end->link && links < kMostLinks; ++links) {
+        end = catalog.source(*end);
+    }
+    return end != nullptr && (!end->compression || isDecodable(*end->compression));
+}
+
+void sortCopies(const Catalog& catalog, PictureCopies& copies) {
+    if (copies.size() > 1) {
+        std::ranges::stable_sort(copies, {}, [&](const Rendition* copy) {
+            return std::pair(!hasDecoder(catalog, *copy),
+                             catalog.attribute(*copy, Attribute::deploymentTarget));
+        });
+    }
+}
+
 }  // namespace
 
-std::vector<const Rendition*> picturesOf(const Catalog& catalog, const Facet& facet) {
-    std::map<std::string, const Rendition*> oldest;
+std::vector<PictureCopies> copiesOf(const Catalog& catalog, const Facet& facet) {
+    std::map<std::string, PictureCopies> found;
     for (const std::size_t index : catalog.renditionsOf(facet)) {
         const Rendition& rendition = catalog.renditions()[index];
-        if (!rendition.isPicture()) {
-            continue;
-        }
-        const Rendition*& kept = oldest[keyOfAllCopies(catalog, rendition)];
-        if (kept == nullptr || catalog.attribute(rendition, Attribute::deploymentTarget) <
-                                   catalog.attribute(*kept, Attribute::deploymentTarget)) {
-            kept = &rendition;
+        if (rendition.isPicture()) {
+            found[keyOfAllCopies(catalog, rendition)].push_back(&rendition);
         }
     }
-    std::vector<const Rendition*> pictures;
-    pictures.reserve(oldest.size());
-    for (const auto& [key, rendition] : oldest) {
-        pictures.push_back(rendition);
+    std::vector<PictureCopies> pictures;
+    pictures.reserve(found.size());
+    for (auto& [key, copies] : found) {
+        sortCopies(catalog, copies);
+        pictures.push_back(std::move(copies));
     }
     // All are elements of one vector, so their addresses are in its order.
-    std::sort(pictures.begin(), pictures.end());
+    std::ranges::sort(pictures, {}, [](const PictureCopies& copies) { return copies.front(); });
+    return pictures;
+}
+
+std::vector<const Rendition*> picturesOf(const Catalog& catalog, const Facet& facet) {
+    const std::vector<PictureCopies> copies = copiesOf(catalog, facet);
+    std::vector<const Rendition*> pictures;
+    pictures.reserve(copies.size());
+    std::ranges::transform(copies, std::back_inserter(pictures),
+                           [](const PictureCopies& picture) { return picture.front(); });
     return pictures;
 }
 

@@ -8,10 +8,17 @@
 
 namespace velmoranth::catalog {
 
-// The pictures of the name, in the catalog's order. A picture that is stored once for every
-// deployment target counts once: of renditions whose keys differ in Attribute::deploymentTarget
-// alone, the one with the lowest target stands for all, since the copies for newer systems may be
-// stored less exactly. Owned by the catalog.
+// A picture that is stored once for every deployment target, or just once: the renditions whose
+// keys differ in Attribute::deploymentTarget alone. The one with the lowest target comes first,
+// since the copies for newer systems may be stored less exactly; copies whose compression has no
+// decoder come last. Never empty.
+using PictureCopies = std::vector<const Rendition*>;
+
+// The pictures of the name with their copies, in the catalog's order of the first ones. Owned by
+// the catalog.
+[[nodiscard]] std::vector<PictureCopies> copiesOf(const Catalog& catalog, const Facet& facet);
+
+// The first copies, each of which stands for its picture. Owned by the catalog.
 [[nodiscard]] std::vector<const Rendition*> picturesOf(const Catalog& catalog, const Facet& facet);
 
 // Pixels a point: the record's scale; where that is 0, as for vectors, Attribute::scale when it is

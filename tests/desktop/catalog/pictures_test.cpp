@@ -106,6 +106,52 @@ TEST(CatalogPictures, DamagedCopyIsNotTaken) {
     EXPECT_EQ(names(car), std::vector<std::string>{"newer"});
 }
 
+TEST(CatalogPictures, CopyThatNothingDecodesIsTheLastChoice) {
+    const ByteVector data(16, 1);
+    CarWriter car;
+    car.facet("Icon", 7);
+    CarRendition oldest = copyFor(0, "oldest");
+    oldest.width = 4;
+    oldest.height = 4;
+    car.bitmap(oldest, Compression::astc, data);
+    car.bitmap(copyFor(5, "newest"), kPixels);
+    car.bitmap(copyFor(3, "newer"), kPixels);
+    // Of these no copy can be decoded.
+    for (const std::uint16_t target : {std::uint16_t{0}, std::uint16_t{3}}) {
+        CarRendition copy = copyFor(target, "blurred " + std::to_string(target), 2);
+        copy.width = 4;
+        copy.height = 4;
+        car.bitmap(copy, Compression::blurred, data);
+    }
+    EXPECT_EQ(names(car), (std::vector<std::string>{"newer", "blurred 0"}));
+    const ByteVector bytes = car.build();
+    const auto catalog = Catalog::fromBytes(bytes);
+    std::vector<std::vector<std::string>> copies;
+    for (const PictureCopies& picture : copiesOf(*catalog, *catalog->facet("Icon"))) {
+        copies.emplace_back();
+        for (const Rendition* const copy : picture) {
+            copies.back().emplace_back(copy->name);
+        }
+    }
+    EXPECT_EQ(copies, (std::vector<std::vector<std::string>>{{"newer", "newest", "oldest"},
+                                                             {"blurred 0", "blurred 3"}}));
+}
+
+TEST(CatalogPictures, PartOfAnAtlasThatNothingDecodesIsTheLastChoice) {
+    CarWriter car;
+    car.facet("Icon", 7);
+    car.rendition({.element = 9,
+                   .attributes = {{Attribute::dimension1, 1}},
+                   .width = 8,
+                   .height = 8,
+                   .layout = 1004,
+                   .payload = tests::bitmapPayload(Compression::astc, ByteVector(16, 1))});
+    car.atlas(2, CarPixels::pattern(8, 8));
+    car.link(copyFor(0, "oldest"), {0, 0, 4, 4}, 1);
+    car.link(copyFor(3, "newer"), {0, 0, 4, 4}, 2);
+    EXPECT_EQ(names(car), std::vector<std::string>{"newer"});
+}
+
 double scaleOf(std::optional<std::uint32_t> percent, std::uint16_t scale) {
     CarWriter car;
     car.bitmap({.identifier = 7, .scale = scale, .scalePercent = percent}, kPixels);
