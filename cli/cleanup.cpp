@@ -101,10 +101,16 @@ void watch() {
 void cleanUpOnSignals() {
     struct sigaction ignore{};
     ignore.sa_handler = SIG_IGN;
-    sigaction(SIGPIPE, &ignore, nullptr);  // a reader that has gone is an error like another
+    // A reader that has gone and a file that grew too large are errors like others.
+    sigaction(SIGPIPE, &ignore, nullptr);
+    sigaction(SIGXFSZ, &ignore, nullptr);
     const sigset_t set = watchedSignals();
     pthread_sigmask(SIG_BLOCK, &set, nullptr);
-    std::thread(watch).detach();
+    try {
+        std::thread(watch).detach();
+    } catch (const std::system_error&) {  // without it, a signal ends the process at once
+        pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
+    }
 }
 
 RemovedAtEnd::RemovedAtEnd(std::string path) : path_(std::move(path)) {

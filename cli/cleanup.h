@@ -7,7 +7,9 @@
 namespace velmoranth::cli {
 
 // Begins to watch for the signals, in a thread of its own; call it before other threads are
-// started. After cleaning up the process ends by the signal itself, so that a shell sees it.
+// started. After cleaning up the process ends by the signal itself, so that a shell sees it. Where
+// no thread can be started the signals end the process as they are, without cleaning up. A write to
+// a reader that has gone, or beyond the largest file allowed, fails from here on and is no signal.
 void cleanUpOnSignals();
 
 // Something to remove, a file or a folder with all it holds; removed when this object goes or a
