@@ -152,7 +152,7 @@ void extract(const Source& source, const std::string& output, std::size_t jobs) 
     const auto folder = cli::ExtractionFolder::create(output, "Assets.car");
     const auto done =
         cli::extractPictures(*source.catalog, source.plan, **folder, jobs, [](std::size_t) {});
-    benchmark::DoNotOptimize(done->files);
+    benchmark::DoNotOptimize(done.files);
 }
 
 void wholeCatalogOnOneJob(benchmark::State& state) {

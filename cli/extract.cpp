@@ -19,7 +19,6 @@
 namespace velmoranth::cli {
 
 using catalog::Catalog;
-using desktop::Result;
 
 namespace {
 
@@ -59,12 +58,14 @@ void reportLost(const std::vector<LostPicture>& lost) {
 }
 
 std::string summary(const ExtractOptions& options, const Extraction& extraction,
-                    const std::string& folder) {
-    std::string text =
-        fmt::format("Extracted {} ({}) into {}", counted(extraction.pictures, "picture"),
-                    counted(extraction.files, "file"), shown(folder));
+                    std::size_t planned, const std::string& folder) {
+    const std::string pictures = extraction.stopped ? fmt::format("{} of {}", extraction.pictures,
+                                                                  counted(planned, "picture"))
+                                                    : counted(extraction.pictures, "picture");
+    std::string text = fmt::format("Extracted {} ({}) into {}", pictures,
+                                   counted(extraction.files, "file"), shown(folder));
     if (!extraction.lost.empty()) {
-        text += fmt::format("; {} could not be decoded", extraction.lost.size());
+        text += fmt::format("; {} could not be extracted", extraction.lost.size());
     }
     text += "\n";
     if (extraction.files < extraction.pictures) {
@@ -89,19 +90,19 @@ ExitCode extract(const ExtractOptions& options, const CatalogInput& input, const
     if (!folder) {
         return fail(ExitCode::badInput, folder.error());
     }
-    Result<Extraction> extraction;
+    Extraction extraction;
     {
         ProgressLine line;
         extraction = extractPictures(catalog, *plan, **folder, options.jobs, [&](std::size_t done) {
             line.show(progressBar(done, plan->size()));
         });
     }
-    if (!extraction) {
-        return fail(ExitCode::badInput, extraction.error());
+    reportLost(extraction.lost);
+    print(summary(options, extraction, plan->size(), (*folder)->path()));
+    if (extraction.stopped) {
+        return fail(ExitCode::badInput, *extraction.stopped);
     }
-    reportLost(extraction->lost);
-    print(summary(options, *extraction, (*folder)->path()));
-    return extraction->lost.empty() ? ExitCode::done : ExitCode::nothingFound;
+    return extraction.lost.empty() ? ExitCode::done : ExitCode::nothingFound;
 }
 
 ExitCode runExtract(const Arguments& arguments) {
@@ -139,9 +140,12 @@ std::string fileHelp() {
            "and\n"
            "  goes on with %~ and its place in the catalog.\n"
            "  Of pictures with the same file the last one is kept. A picture that is stored for\n"
-           "  several systems is written once, from its oldest copy, which is the exact one.\n\n"
+           "  several systems is written once, from its oldest copy, which is the exact one, or "
+           "else from\n"
+           "  the oldest that can be decoded. What is in the way of one file costs that one "
+           "alone.\n\n"
            "exit codes:\n"
-           "  0 all is extracted, 1 some could not be decoded or nothing fits, 2 wrong usage, 3 "
+           "  0 all is extracted, 1 some could not be extracted or nothing fits, 2 wrong usage, 3 "
            "no\n"
            "  catalog or nowhere to write\n";
 }

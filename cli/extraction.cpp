@@ -2,17 +2,19 @@
 
 #include "cli/extracted_names.h"
 #include "desktop/catalog/pictures.h"
+#include "desktop/catalog_pictures/draw_picture.h"
 #include "desktop/image_io/image_io.h"
-#include "desktop/vector_images/vector_images.h"
 #include "tools/catalog_extraction.h"
 
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
-#include <cstdint>
+#include <exception>
+#include <map>
 #include <mutex>
 #include <new>
 #include <optional>
+#include <system_error>
 #include <thread>
 #include <unordered_map>
 #include <utility>
@@ -20,7 +22,6 @@
 namespace velmoranth::cli {
 
 using catalog::Catalog;
-using catalog::Kind;
 using catalog::Picture;
 using catalog::Rendition;
 using desktop::DrawnImage;
@@ -31,156 +32,227 @@ namespace {
 
 constexpr std::chrono::milliseconds kBetweenProgress{100};
 
-DrawnImage drawn(Picture picture) {
-    const bool isBgra = picture.format == Picture::Format::bgra;
-    return {picture.width, picture.height, isBgra ? std::move(picture.pixels) : toBgra(picture)};
-}
-
-// Of what is no part of an atlas.
-Result<DrawnImage> pixelsOf(const Catalog& catalog, const Rendition& rendition) {
-    if (rendition.kind == Kind::unreadable) {
-        return tl::unexpected(Problem{rendition.problem});
-    }
-    if (rendition.kind == Kind::vector || rendition.kind == Kind::imageFile) {
-        return catalog.file(rendition).and_then([&](const std::vector<std::uint8_t>& file) {
-            return rendition.kind == Kind::vector
-                       ? desktop::drawVector(file, catalog::pictureScale(catalog, rendition))
-                       : desktop::decodeImageFile(file, rendition.orientation);
-        });
-    }
-    return catalog.decode(rendition).map(drawn);
-}
-
 Result<DrawnImage> pixelsOfPart(const Result<Picture>& atlas, const Rendition& rendition) {
     if (!atlas) {
         return tl::unexpected(Problem{"its atlas: " + atlas.error().message});
     }
-    return Catalog::part(*atlas, *rendition.link).map(drawn);
+    return Catalog::part(*atlas, *rendition.link).map(desktop::drawnImage);
 }
 
-// One extraction, from its start to its end.
+void tell(const std::function<void(std::size_t done)>& progress, std::size_t done) {
+    try {
+        progress(done);
+    } catch (const std::bad_alloc&) {  // the next time, then
+    }
+}
+
+// One extraction, from its start to its end. It goes in rounds: what could not be decoded in one
+// is taken up in the next from its next copy, so that atlases are decoded once in each round.
 class Run {
   public:
     Run(const Catalog& catalog, std::span<const PlannedPicture> plan, ExtractionFolder& folder)
-        : catalog_(catalog), plan_(plan), folder_(folder), queue_(catalog, plan) {}
+        : catalog_(catalog), plan_(plan), folder_(folder) {}
 
-    void work() {
-        while (const std::optional<ExtractionQueue::Turn> turn = queue_.take()) {
-            try {
-                extract(*turn);
-            } catch (const std::bad_alloc&) {
-                lose(turn->picture, "there is not enough memory");
-            }
-            const std::lock_guard lock(mutex_);
-            ++done_;
-            changed_.notify_all();
+    void extractAll(std::size_t jobs, const std::function<void(std::size_t done)>& progress) {
+        tell(progress, 0);
+        turns_ = plan_;
+        std::vector<PlannedPicture> retries;
+        for (round_ = 0; !turns_.empty() && !problem_; ++round_) {
+            extractRound(jobs, progress);
+            retries = takeRetries();
+            turns_ = retries;
         }
     }
 
-    // Returns when all pictures are done, or the threads have stopped.
-    void watch(const std::function<void(std::size_t done)>& progress) {
-        std::unique_lock lock(mutex_);
-        while (done_ < plan_.size() && !problem_) {
-            const std::size_t done = done_;
-            lock.unlock();
-            progress(done);
-            lock.lock();
-            changed_.wait_for(lock, kBetweenProgress,
-                              [this] { return done_ == plan_.size() || problem_; });
-        }
-    }
-
-    // Once the threads have ended.
-    Result<Extraction> result() {
-        if (problem_) {
-            return tl::unexpected(std::move(*problem_));
-        }
-        std::sort(lost_.begin(), lost_.end(),
-                  [](const auto& a, const auto& b) { return a.first < b.first; });
-        Extraction extraction{plan_.size() - lost_.size(), owners_.size(), {}};
-        extraction.lost.reserve(lost_.size());
-        for (auto& [picture, why] : lost_) {
+    // Once all rounds have ended.
+    Extraction result() {
+        Extraction extraction{extracted_, owners_.size(), {}, std::move(problem_)};
+        extraction.lost.reserve(reasons_.size());
+        for (auto& [picture, why] : reasons_) {
             extraction.lost.push_back({plan_[picture], std::move(why)});
         }
         return extraction;
     }
 
   private:
-    void extract(const ExtractionQueue::Turn& turn) {
-        const PlannedPicture& planned = plan_[turn.picture];
-        const Result<DrawnImage> image = turn.atlas != nullptr
-                                             ? pixelsOfPart(*turn.atlas, *planned.rendition)
-                                             : pixelsOf(catalog_, *planned.rendition);
+    void extractRound(std::size_t jobs, const std::function<void(std::size_t done)>& progress) {
+        waiting_ = turns_.size();
+        queue_.emplace(catalog_, turns_);
+        std::vector<std::jthread> threads;
+        try {
+            const std::size_t count = std::min(jobs, turns_.size());
+            threads.reserve(count);
+            while (threads.size() < count) {
+                threads.emplace_back([this] { work(); });
+            }
+        } catch (const std::system_error&) {  // those that have started do it all
+        } catch (const std::bad_alloc&) {
+        }
+        if (threads.empty()) {
+            work();
+        }
+        watch(progress);
+    }
+
+    // The pictures of the next round.
+    std::vector<PlannedPicture> takeRetries() {
+        places_ = std::exchange(failed_, {});
+        std::ranges::sort(places_);
+        std::vector<PlannedPicture> retries;
+        retries.reserve(places_.size());
+        for (const std::size_t picture : places_) {
+            const PlannedPicture& planned = plan_[picture];
+            if (problem_) {  // it may be lost, and may not
+                reasons_.erase(picture);
+            }
+            retries.push_back({planned.facet, planned.otherCopies[round_], {}});
+        }
+        return retries;
+    }
+
+    // Returns when all pictures of the round are done, or the threads have stopped.
+    void watch(const std::function<void(std::size_t done)>& progress) {
+        std::unique_lock lock(mutex_);
+        while (waiting_ > 0 && !problem_) {
+            const std::size_t done = extracted_ + reasons_.size() - failed_.size();
+            lock.unlock();
+            tell(progress, done);
+            lock.lock();
+            changed_.wait_for(lock, kBetweenProgress, [this] { return waiting_ == 0 || problem_; });
+        }
+    }
+
+    void work() {
+        try {
+            while (const std::optional<ExtractionQueue::Turn> turn = queue_->take()) {
+                extractOrFail(*turn);
+                const std::lock_guard lock(mutex_);
+                --waiting_;
+                changed_.notify_all();
+            }
+        } catch (const std::bad_alloc&) {  // nor is there any for a longer message
+            stop({.message = "out of memory"});
+        }
+    }
+
+    void extractOrFail(const ExtractionQueue::Turn& turn) {
+        const std::size_t picture = round_ == 0 ? turn.picture : places_[turn.picture];
+        try {
+            extract(turn, picture);
+        } catch (const std::bad_alloc&) {
+            fail(picture, "there is not enough memory");
+        } catch (const std::exception& error) {
+            fail(picture, error.what());
+        }
+    }
+
+    void extract(const ExtractionQueue::Turn& turn, std::size_t picture) {
+        const PlannedPicture& planned = turns_[turn.picture];
+        const Rendition& copy = *planned.rendition;
+        const Result<DrawnImage> image =
+            turn.atlas != nullptr
+                ? pixelsOfPart(*turn.atlas, copy)
+                : desktop::drawPicture(catalog_, copy, catalog::pictureScale(catalog_, copy));
         if (!image) {
-            lose(turn.picture, image.error().message);
+            fail(picture, image.error().message);
             return;
         }
         const std::string file = extractedFile(catalog_, planned, image->width, image->height);
-        if (isTaken(file, turn.picture)) {
+        if (isTaken(file, picture)) {
             return;
         }
         const platform::Data png =
             desktop::encodePng(image->bgra, image->width, image->height,
                                std::size_t{image->width} * 4, desktop::PngEffort::fast);
         if (png.empty()) {
-            lose(turn.picture, "it has no pixels");
+            fail(picture, "it has no pixels");
             return;
         }
-        Result<UnplacedFile> unplaced = folder_.write(file, png);
-        if (!unplaced) {
-            stop(std::move(unplaced.error()));
-            return;
+        Written<void> written = folder_.write(file, png).and_then(
+            [&](UnplacedFile&& unplaced) { return place(file, picture, unplaced); });
+        if (!written) {
+            setAside(picture, std::move(written.error()));
         }
-        place(file, turn.picture, *unplaced);
     }
 
-    // Whether a later picture has the file already.
+    // Whether a later picture has the file already. This one is done then.
     bool isTaken(const std::string& file, std::size_t picture) {
         const std::lock_guard lock(mutex_);
         const auto owner = owners_.find(file);
-        return owner != owners_.end() && owner->second > picture;
+        const bool taken = owner != owners_.end() && owner->second > picture;
+        if (taken) {
+            succeedLocked(picture);
+        }
+        return taken;
     }
 
-    void place(const std::string& file, std::size_t picture, UnplacedFile& unplaced) {
+    Written<void> place(const std::string& file, std::size_t picture, UnplacedFile& unplaced) {
         const std::lock_guard lock(mutex_);
         const auto [owner, isFirst] = owners_.emplace(file, picture);
-        if (!isFirst && owner->second > picture) {
-            return;
+        if (isFirst || owner->second <= picture) {
+            if (Written<void> placed = unplaced.place(); !placed) {
+                if (isFirst) {
+                    owners_.erase(owner);
+                }
+                return placed;
+            }
+            owner->second = picture;
         }
-        owner->second = picture;
-        if (auto placed = unplaced.place(); !placed) {
-            stopLocked(std::move(placed.error()));
+        succeedLocked(picture);
+        return {};
+    }
+
+    void succeedLocked(std::size_t picture) {
+        ++extracted_;
+        reasons_.erase(picture);
+    }
+
+    // Its copy of this round is no good.
+    void fail(std::size_t picture, std::string why) {
+        const std::lock_guard lock(mutex_);
+        reasons_.try_emplace(picture, std::move(why));
+        if (round_ < plan_[picture].otherCopies.size()) {
+            failed_.push_back(picture);
         }
     }
 
-    void lose(std::size_t picture, std::string why) {
+    // Another copy would fare no better.
+    void setAside(std::size_t picture, Unwritten unwritten) {
+        if (unwritten.concernsAll) {
+            stop(std::move(unwritten.problem));
+            return;
+        }
         const std::lock_guard lock(mutex_);
-        lost_.emplace_back(picture, std::move(why));
+        reasons_.insert_or_assign(picture, toLine(unwritten.problem));
     }
 
     void stop(Problem problem) {
         const std::lock_guard lock(mutex_);
-        stopLocked(std::move(problem));
-    }
-
-    void stopLocked(Problem problem) {
         if (!problem_) {
             problem_ = std::move(problem);
         }
-        queue_.stop();
+        queue_->stop();
         changed_.notify_all();
     }
 
     const Catalog& catalog_;
     const std::span<const PlannedPicture> plan_;
     ExtractionFolder& folder_;
-    ExtractionQueue queue_;
+
+    // Of a round.
+    std::size_t round_ = 0;
+    std::span<const PlannedPicture> turns_;
+    std::vector<std::size_t>
+        places_;  // of the turns in the plan; in the first round all stand there
+    std::optional<ExtractionQueue> queue_;
 
     std::mutex mutex_;
     std::condition_variable changed_;
-    std::size_t done_ = 0;
+    std::size_t waiting_ = 0;                              // pictures of this round
+    std::size_t extracted_ = 0;                            // or given way to a later one
+    std::vector<std::size_t> failed_;                      // in this round, with another copy
     std::unordered_map<std::string, std::size_t> owners_;  // the picture that a file shows
-    std::vector<std::pair<std::size_t, std::string>> lost_;
+    std::map<std::size_t, std::string> reasons_;  // first ones, of lost pictures and failed ones
     std::optional<Problem> problem_;
 };
 
@@ -194,19 +266,11 @@ std::string extractedFile(const Catalog& catalog, const PlannedPicture& picture,
     return extractedPath(picture.facet->name, ending, number);
 }
 
-Result<Extraction> extractPictures(const Catalog& catalog, std::span<const PlannedPicture> plan,
-                                   ExtractionFolder& folder, std::size_t jobs,
-                                   const std::function<void(std::size_t done)>& progress) {
+Extraction extractPictures(const Catalog& catalog, std::span<const PlannedPicture> plan,
+                           ExtractionFolder& folder, std::size_t jobs,
+                           const std::function<void(std::size_t done)>& progress) {
     Run run(catalog, plan, folder);
-    {
-        std::vector<std::jthread> threads;
-        const std::size_t count = std::min(jobs, plan.size());
-        threads.reserve(count);
-        for (std::size_t i = 0; i < count; ++i) {
-            threads.emplace_back([&run] { run.work(); });
-        }
-        run.watch(progress);
-    }
+    run.extractAll(jobs, progress);
     return run.result();
 }
 

@@ -9,13 +9,14 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
 namespace velmoranth::cli {
 
-// A picture that could not be decoded or drawn.
+// A picture of which there is no file.
 struct LostPicture {
     PlannedPicture picture;
     std::string why;  // a clause
@@ -25,6 +26,8 @@ struct Extraction {
     std::size_t pictures = 0;       // whose file is there
     std::size_t files = 0;          // fewer where pictures have a file's name in common
     std::vector<LostPicture> lost;  // in the order of the plan
+    // Why nothing more was written; pictures that are not in `lost` may have no file then.
+    std::optional<desktop::Problem> stopped;
 };
 
 // The file of a picture that has a name, with its size in pixels; relative to the folder.
@@ -32,11 +35,19 @@ struct Extraction {
                                         const PlannedPicture& picture, std::size_t width,
                                         std::size_t height);
 
-// Of pictures with the same file the last of the plan has it in the end. Stops at the first file
-// that cannot be written, with that problem. `progress` is told, in the calling thread and from
-// time to time, how many pictures are done.
-[[nodiscard]] desktop::Result<Extraction> extractPictures(
-    const catalog::Catalog& catalog, std::span<const PlannedPicture> plan, ExtractionFolder& folder,
-    std::size_t jobs, const std::function<void(std::size_t done)>& progress);
+// Of pictures with the same file the last of the plan has it in the end. A picture whose copy
+// cannot be decoded is taken from its next one; the reason of a lost one is its first copy's.
+//
+// A picture is lost when none of its copies can be decoded, and when something is in the way of its
+// file alone: a folder of that name, a link or a file where it needs a folder. What concerns the
+// disk or the folder as a whole (no space, no right to write) stops the extraction.
+//
+// Takes fewer threads when so many cannot be started, and with none works in the calling one.
+// `progress` is told, in the calling thread and from time to time while others work, how many
+// pictures are done.
+[[nodiscard]] Extraction extractPictures(const catalog::Catalog& catalog,
+                                         std::span<const PlannedPicture> plan,
+                                         ExtractionFolder& folder, std::size_t jobs,
+                                         const std::function<void(std::size_t done)>& progress);
 
 }  // namespace velmoranth::cli

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
@@ -24,17 +25,21 @@ namespace {
 
 constexpr int kOpenFolder = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
-tl::unexpected<Problem> problem(std::string_view what, int error, const std::string& path) {
+// What goes wrong with one file here goes wrong with the next one.
+constexpr std::array<int, 7> kConcernAll{EACCES, EDQUOT, EFBIG, EIO, ENOSPC, EROFS, ESTALE};
+
+tl::unexpected<Unwritten> problem(std::string_view what, int error, const std::string& path) {
     Problem found = desktop::problemOfErrno(error, path);
     found.message = std::string(what) + ": " + found.message;
-    return tl::unexpected(std::move(found));
+    const bool concernsAll = std::ranges::find(kConcernAll, error) != kConcernAll.end();
+    return tl::unexpected(Unwritten{concernsAll, std::move(found)});
 }
 
-tl::unexpected<Problem> cannotMake(int error, const std::string& path) {
+tl::unexpected<Unwritten> cannotMake(int error, const std::string& path) {
     return problem("the folder cannot be made", error, path);
 }
 
-tl::unexpected<Problem> cannotWrite(int error, const std::string& path) {
+tl::unexpected<Unwritten> cannotWrite(int error, const std::string& path) {
     return problem("the picture cannot be written", error, path);
 }
 
@@ -45,7 +50,7 @@ bool isLink(int parent, const std::string& name) {
 }
 
 // The folder `name` in `parent`, made when it is missing. `path` is for the problem.
-Result<Descriptor> openFolder(int parent, const std::string& name, const std::string& path) {
+Written<Descriptor> openFolder(int parent, const std::string& name, const std::string& path) {
     Descriptor folder(::openat(parent, name.c_str(), kOpenFolder | O_NOFOLLOW));
     if (!folder.isOpen() && errno == ENOENT) {
         if (::mkdirat(parent, name.c_str(), 0777) != 0 && errno != EEXIST) {
@@ -58,15 +63,16 @@ Result<Descriptor> openFolder(int parent, const std::string& name, const std::st
     }
     const int error = errno;
     if (isLink(parent, name)) {
-        return tl::unexpected(Problem{
-            "the folder is a link, which may lead anywhere: remove it or choose another OUTPUT-DIR",
-            path});
+        return tl::unexpected(Unwritten{false,
+                                        {"the folder is a link, which may lead anywhere: remove it "
+                                         "or choose another OUTPUT-DIR",
+                                         path}});
     }
     return cannotMake(error, path);
 }
 
 // The folder that `below` leads to from `start`.
-Result<Descriptor> openFolders(const Descriptor& start, std::string_view below, std::string path) {
+Written<Descriptor> openFolders(const Descriptor& start, std::string_view below, std::string path) {
     Descriptor folder(::fcntl(start.get(), F_DUPFD_CLOEXEC, 0));
     if (!folder.isOpen()) {
         return cannotMake(errno, path);
@@ -78,7 +84,7 @@ Result<Descriptor> openFolders(const Descriptor& start, std::string_view below, 
             continue;
         }
         path += "/" + name;
-        Result<Descriptor> next = openFolder(folder.get(), name, path);
+        Written<Descriptor> next = openFolder(folder.get(), name, path);
         if (!next) {
             return next;
         }
@@ -96,7 +102,7 @@ UnplacedFile::UnplacedFile(Descriptor folder, std::string name, std::string path
       path_(std::move(path)),
       temporary_(std::make_unique<RemovedAtEnd>(temporaryPath)) {}
 
-Result<void> UnplacedFile::place() {
+Written<void> UnplacedFile::place() {
     const std::string temporaryName = std::filesystem::path(temporary_->path()).filename();
     if (::renameat(folder_.get(), temporaryName.c_str(), folder_.get(), name_.c_str()) != 0) {
         return cannotWrite(errno, path_);
@@ -115,22 +121,22 @@ Result<std::unique_ptr<ExtractionFolder>> ExtractionFolder::create(const std::st
     std::filesystem::create_directories(output, error);
     const Descriptor start(::open(output.c_str(), kOpenFolder));
     if (!start.isOpen()) {
-        return cannotMake(error ? error.value() : errno, output);
+        return tl::unexpected(cannotMake(error ? error.value() : errno, output).value().problem);
     }
-    Result<Descriptor> folder = openFolders(start, below, output);
+    Written<Descriptor> folder = openFolders(start, below, output);
     if (!folder) {
-        return tl::unexpected(std::move(folder.error()));
+        return tl::unexpected(std::move(folder.error().problem));
     }
     return std::unique_ptr<ExtractionFolder>(
         new ExtractionFolder(std::move(*folder), output + "/" + below, std::move(calls)));
 }
 
-Result<UnplacedFile> ExtractionFolder::write(const std::string& path,
-                                             std::span<const std::uint8_t> bytes) {
+Written<UnplacedFile> ExtractionFolder::write(const std::string& path,
+                                              std::span<const std::uint8_t> bytes) {
     const std::size_t slash = path.rfind('/');
     const std::string below = slash == std::string::npos ? "" : path.substr(0, slash);
     const std::string shownPath = path_ + "/" + path;
-    Result<Descriptor> folder = openFolders(folder_, below, path_);
+    Written<Descriptor> folder = openFolders(folder_, below, path_);
     if (!folder) {
         return tl::unexpected(std::move(folder.error()));
     }

@@ -16,11 +16,22 @@
 
 namespace velmoranth::cli {
 
+// Why a file could not be written.
+struct Unwritten {
+    // Whether it is a matter of the disk or the folder, so that other files would fare alike; else
+    // something is in the way of this one.
+    bool concernsAll = false;
+    desktop::Problem problem;
+};
+
+template <class T>
+using Written = tl::expected<T, Unwritten>;
+
 // A file that is written but not yet in its place; without place() it is gone with this object.
 class UnplacedFile {
   public:
     // Puts it in place, instead of a file or a link that is there.
-    [[nodiscard]] desktop::Result<void> place();
+    [[nodiscard]] Written<void> place();
 
   private:
     friend class ExtractionFolder;
@@ -41,8 +52,8 @@ class ExtractionFolder {
 
     // Writes the bytes into a file beside `path`, which is relative and has no "." or ".." in it;
     // its folders are made. Several threads may write at a time.
-    [[nodiscard]] desktop::Result<UnplacedFile> write(const std::string& path,
-                                                      std::span<const std::uint8_t> bytes);
+    [[nodiscard]] Written<UnplacedFile> write(const std::string& path,
+                                              std::span<const std::uint8_t> bytes);
 
     // As the user knows it.
     [[nodiscard]] const std::string& path() const { return path_; }

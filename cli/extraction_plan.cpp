@@ -14,6 +14,7 @@ using catalog::Catalog;
 using catalog::Facet;
 using catalog::Kind;
 using catalog::Picture;
+using catalog::PictureCopies;
 using catalog::Rendition;
 using desktop::Result;
 
@@ -58,14 +59,15 @@ Result<std::vector<PlannedPicture>> planExtraction(const Catalog& catalog,
             continue;
         }
         // Both are in the catalog's order.
-        const std::vector<const Rendition*> pictures = catalog::picturesOf(catalog, facet);
+        const std::vector<PictureCopies> pictures = catalog::copiesOf(catalog, facet);
         auto next = pictures.begin();
         for (const std::size_t index : catalog.renditionsOf(facet)) {
             const Rendition* const rendition = &catalog.renditions()[index];
-            const bool isPicture = next != pictures.end() && *next == rendition;
-            next += isPicture ? 1 : 0;
-            if (isPicture || rendition->kind == Kind::unreadable) {
-                plan.push_back({&facet, rendition});
+            if (next != pictures.end() && next->front() == rendition) {
+                plan.push_back({&facet, rendition, {next->begin() + 1, next->end()}});
+                ++next;
+            } else if (rendition->kind == Kind::unreadable) {
+                plan.push_back({&facet, rendition, {}});
             }
         }
         if (plan.size() > kMostPictures) {
@@ -75,7 +77,7 @@ Result<std::vector<PlannedPicture>> planExtraction(const Catalog& catalog,
     for (const Rendition& rendition : catalog.renditions()) {
         if (rendition.kind == Kind::unreadable && catalog.facetOf(rendition) == nullptr &&
             fitsPattern({}, pattern)) {
-            plan.push_back({nullptr, &rendition});
+            plan.push_back({nullptr, &rendition, {}});
         }
     }
     return plan;
@@ -129,14 +131,15 @@ std::optional<ExtractionQueue::Turn> ExtractionQueue::take() {
     if (group.atlas == nullptr) {
         return Turn{group.pictures.front(), nullptr};
     }
+    const auto decoded = std::make_shared<Result<Picture>>();
     ++decoding_;
     lock.unlock();
-    auto atlas = std::make_shared<const Result<Picture>>(decodeAtlas(catalog_, *group.atlas));
+    *decoded = decodeAtlas(catalog_, *group.atlas);
     lock.lock();
     --decoding_;
-    Turn turn{group.pictures.front(), atlas};
+    Turn turn{group.pictures.front(), decoded};
     if (group.pictures.size() > 1 && !stopped_) {
-        open_.push_back({&group, 1, std::move(atlas)});
+        open_.push_back({&group, 1, decoded});
     }
     changed_.notify_all();
     return turn;

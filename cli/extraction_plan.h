@@ -16,10 +16,12 @@
 
 namespace velmoranth::cli {
 
-// A picture and the name it goes by. Both are the catalog's.
+// A picture and the name it goes by. All are the catalog's.
 struct PlannedPicture {
     const catalog::Facet* facet;  // null for an unreadable one that has no name
     const catalog::Rendition* rendition;
+    // Further copies of the picture, to be taken in this order when that one cannot be decoded.
+    std::vector<const catalog::Rendition*> otherCopies;
 };
 
 // Only a forged catalog, whose names share their renditions, has more.

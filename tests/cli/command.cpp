@@ -36,8 +36,15 @@ RunningCommand::RunningCommand(const std::vector<std::string>& words,
         for (const auto& [name, value] : setting.variables) {
             ::setenv(name.c_str(), value.c_str(), 1);
         }
+        bool isLimited = true;
+        for (const auto& [resource, most] : setting.limits) {
+            const rlimit limit{most, most};
+            // The C library's header has a type of its own for the resource.
+            isLimited =
+                ::setrlimit(static_cast<__rlimit_resource>(resource), &limit) == 0 && isLimited;
+        }
         constexpr unsigned kNobody = 65534;
-        if (::chdir(setting.folder.c_str()) == 0 &&
+        if (isLimited && ::chdir(setting.folder.c_str()) == 0 &&
             (!setting.asNobody || ::geteuid() != 0 ||
              (::setgid(kNobody) == 0 && ::setuid(kNobody) == 0))) {
             ::execv(program.c_str(), arguments.data());

@@ -1,6 +1,7 @@
 // Runs the command itself, as built, and keeps what it said.
 #pragma once
 
+#include <sys/resource.h>
 #include <sys/types.h>
 
 #include <chrono>
@@ -22,6 +23,7 @@ struct CommandSetting {
     std::map<std::string, std::string> variables = {};  // of its environment, besides ours
     bool asNobody = false;                              // without root's rights
     std::string errors = {};  // a terminal to take standard error; CommandResult has it otherwise
+    std::map<int, rlim_t> limits = {};  // of resources, such as RLIMIT_FSIZE
 };
 
 // A command that is running.

@@ -1,5 +1,6 @@
 // The parts of `velmoranth extract` whose cases no catalog or file system here brings about.
 #include "cli/extracted_names.h"
+#include "cli/extraction.h"
 #include "cli/extraction_folder.h"
 #include "cli/extraction_plan.h"
 #include "cli/messages.h"
@@ -7,6 +8,7 @@
 #include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <filesystem>
@@ -149,9 +151,27 @@ TEST_F(ExtractionFolderTest, FullDiskIsAProblemAndLeavesNothing) {
     const auto unplaced = out->write("x.png", bytes);
     ASSERT_FALSE(unplaced);
     EXPECT_EQ(
-        toLine(unplaced.error()),
+        toLine(unplaced.error().problem),
         folder / "out/Maps.app/x.png" + ": the picture cannot be written: no space left on device");
+    EXPECT_TRUE(unplaced.error().concernsAll);
     EXPECT_EQ(folder.names("out/Maps.app"), "");
+}
+
+TEST_F(ExtractionFolderTest, WhatIsInTheWayOfOneFileConcernsNoOther) {
+    const auto out = open();
+    folder.folder("out/Maps.app/x.png");
+    folder.file("out/Maps.app/file", "text");
+    folder.link("out/Maps.app/link", "/");
+    auto unplaced = out->write("x.png", bytes);
+    ASSERT_TRUE(unplaced);
+    const auto placed = unplaced->place();
+    ASSERT_FALSE(placed);
+    EXPECT_FALSE(placed.error().concernsAll) << toLine(placed.error().problem);
+    for (const char* const path : {"file/x.png", "link/x.png"}) {
+        const auto written = out->write(path, bytes);
+        ASSERT_FALSE(written);
+        EXPECT_FALSE(written.error().concernsAll) << toLine(written.error().problem);
+    }
 }
 
 TEST_F(ExtractionFolderTest, FileThatAKilledProcessLeftIsReplaced) {
@@ -251,6 +271,41 @@ TEST_F(ExtractionQueueTest, GivesNothingOnceStopped) {
     EXPECT_TRUE(queue.take());
     queue.stop();
     EXPECT_FALSE(queue.take());
+}
+
+TEST_F(ExtractionFolderTest, StoppedExtractionTellsWhatItWroteAndLost) {
+    CarWriter car;
+    for (std::uint16_t i = 1; i <= 5; ++i) {
+        car.facet("Icon " + std::to_string(i), i);
+    }
+    // The largest come first.
+    car.bitmap({.identifier = 1, .width = 90, .height = 90}, catalog::Compression::astc,
+               tests::ByteVector(50, 1));
+    for (std::uint16_t i = 2; i <= 5; ++i) {
+        car.bitmap({.identifier = i}, CarPixels::pattern(50U - i, 8));
+    }
+    const tests::ByteVector file = car.build();
+    const auto catalog = catalog::Catalog::fromBytes(file);
+    const auto plan = planExtraction(*catalog, "*");
+    desktop::FileCalls calls;
+    int writes = 0;
+    calls.write = [&](int to, const void* from, std::size_t count) -> ssize_t {
+        if (++writes > 2) {
+            errno = ENOSPC;
+            return -1;
+        }
+        return ::write(to, from, count);
+    };
+    const auto out = open(calls);
+    const Extraction extraction = extractPictures(*catalog, *plan, *out, 1, [](std::size_t) {});
+    ASSERT_TRUE(extraction.stopped);
+    EXPECT_EQ(extraction.stopped->message,
+              "the picture cannot be written: no space left on device");
+    EXPECT_EQ(extraction.pictures, 2U);
+    EXPECT_EQ(extraction.files, 2U);
+    ASSERT_EQ(extraction.lost.size(), 1U);
+    EXPECT_EQ(extraction.lost.front().picture.facet->name, "Icon 1");
+    EXPECT_EQ(folder.names("out/Maps.app"), "Icon 2-48-8.png Icon 3-47-8.png");
 }
 
 }  // namespace

@@ -275,7 +275,7 @@ TEST_F(ExtractTest, FilesAndMessagesDoNotDependOnTheNumberOfJobs) {
     EXPECT_EQ(four.code, 1);
     EXPECT_EQ(one.errors, four.errors);
     EXPECT_EQ(one.output,
-              "Extracted 120 pictures (80 files) into one/Maps.app; 1 could not be decoded\n"
+              "Extracted 120 pictures (80 files) into one/Maps.app; 1 could not be extracted\n"
               "40 pictures gave way to a later one of the same file name; velmoranth extract "
               "Maps.app --list shows which\n");
     EXPECT_EQ(files("one").size(), 80U);
@@ -301,7 +301,7 @@ TEST_F(ExtractTest, WhatCannotBeDecodedIsNamedAndTheRestIsWritten) {
     const CommandResult result = extract({"Maps.app", "out"});
     EXPECT_EQ(result.code, 1);
     EXPECT_EQ(result.output,
-              "Extracted 1 picture (1 file) into out/Maps.app; 4 could not be decoded\n");
+              "Extracted 1 picture (1 file) into out/Maps.app; 4 could not be extracted\n");
     EXPECT_EQ(fileNames("out"), "Maps.app/Sound-5-3.png");
     EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 4) << result.errors;
     std::size_t last = 0;
@@ -338,7 +338,7 @@ TEST_F(ExtractTest, DamagedAtlasIsTheReasonForEachOfItsPictures) {
             << result.errors;
     }
     EXPECT_EQ(result.output,
-              "Extracted 0 pictures (0 files) into out/Maps.app; 3 could not be decoded\n");
+              "Extracted 0 pictures (0 files) into out/Maps.app; 3 could not be extracted\n");
 }
 
 TEST_F(ExtractTest, InputThatIsNoCatalogIsOneLine) {
