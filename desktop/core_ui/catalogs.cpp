@@ -1,11 +1,11 @@
 #include "desktop/core_ui/catalogs.h"
 
 #include "desktop/catalog/pictures.h"
+#include "desktop/catalog_pictures/draw_picture.h"
 #include "desktop/core_ui/bundles.h"
 #include "desktop/files/descriptor.h"
 #include "desktop/files/file_errors.h"
 #include "desktop/imaging/bitmap_image.h"
-#include "desktop/vector_images/vector_images.h"
 #include "platform/strings.h"
 
 #include <fcntl.h>
@@ -37,13 +37,14 @@ constexpr int kCorruptFile = 259;
 
 constexpr std::uint16_t kUniversal = 0;
 
-BitmapImageRef bitmapOf(std::vector<std::uint8_t> bgra, std::size_t width, std::size_t height) {
-    return DesktopBitmapImage::createPremultiplied(
-        std::make_shared<const platform::Data>(std::move(bgra)), {width, height}, width * 4);
-}
-
 BitmapImageRef bitmapOf(Result<DrawnImage> drawn) {
-    return drawn ? bitmapOf(std::move(drawn->bgra), drawn->width, drawn->height) : nullptr;
+    if (!drawn) {
+        return nullptr;
+    }
+    const std::size_t width = drawn->width;
+    return DesktopBitmapImage::createPremultiplied(
+        std::make_shared<const platform::Data>(std::move(drawn->bgra)), {width, drawn->height},
+        width * 4);
 }
 
 // The attributes by which a picture is made for less than every device and setting, those that
@@ -83,17 +84,12 @@ BitmapImageRef DesktopNamedImage::createImageFromPDFRenditionWithScale(double sc
     if (rendition_.kind != Kind::vector) {
         return nullptr;
     }
-    const Result<std::vector<std::uint8_t>> file = catalog_->file(rendition_);
-    return file ? bitmapOf(drawVector(*file, scale)) : nullptr;
+    return bitmapOf(drawPicture(*catalog_, rendition_, scale));
 }
 
 BitmapImageRef DesktopNamedImage::image() {
-    if (rendition_.kind == Kind::imageFile) {
-        const Result<std::vector<std::uint8_t>> file = catalog_->file(rendition_);
-        return file ? bitmapOf(decodeImageFile(*file, rendition_.orientation)) : nullptr;
-    }
-    const Result<catalog::Picture> picture = catalog_->decode(rendition_);
-    return picture ? bitmapOf(toBgra(*picture), picture->width, picture->height) : nullptr;
+    return rendition_.kind == Kind::vector ? nullptr
+                                           : bitmapOf(drawPicture(*catalog_, rendition_, scale()));
 }
 
 DesktopCatalog::DesktopCatalog(Catalog catalog)
