@@ -52,19 +52,17 @@ std::size_t fillValues(std::span<const std::uint16_t> frequencies, std::span<con
                    [&](std::uint32_t state, std::size_t symbol, int bits, std::uint32_t base) {
                        const ValueCode& code = codes[symbol];
                        table[state] = {.value = code.base,
-                                       .valueMask = maskOf(code.extraBits),
-                                       .stateMask = maskOf(bits),
-                                       .base = static_cast<std::uint16_t>(base),
+                                       .bits = static_cast<std::uint8_t>(bits + code.extraBits),
                                        .stateBits = static_cast<std::uint8_t>(bits),
-                                       .bits = static_cast<std::uint8_t>(bits + code.extraBits)};
+                                       .extraBits = code.extraBits,
+                                       .base = static_cast<std::uint8_t>(base)};
                    });
     for (std::size_t i = known; i < table.size(); ++i) {
         table[i] = {.value = 0,
-                    .valueMask = 0,
-                    .stateMask = 0,
-                    .base = static_cast<std::uint16_t>(i),
+                    .bits = 0,
                     .stateBits = 0,
-                    .bits = 0};
+                    .extraBits = 0,
+                    .base = static_cast<std::uint8_t>(i)};
     }
     return known;
 }

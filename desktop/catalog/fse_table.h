@@ -16,8 +16,8 @@ inline constexpr std::size_t kLengthStates = 64;
 inline constexpr std::size_t kDistanceStates = 256;
 inline constexpr std::size_t kLiteralStates = 1024;
 
-// The next state is `base` plus the next `bits` bits. Masks save the decoder shifts by numbers that
-// it must load. No initial values: tables are filled whole, for each block.
+// The next state is `base` plus the next `bits` bits. A mask saves the decoder a shift by a number
+// that it must load. No initial values: tables are filled whole, for each block.
 struct LiteralEntry {
     std::uint16_t base;
     std::uint16_t mask;  // of `bits` bits
@@ -25,15 +25,15 @@ struct LiteralEntry {
     std::uint8_t symbol;
 };
 
-// The next `stateBits` bits are the step to the next state; those behind them, up to `bits` in all,
-// are what the value is larger by.
+// The next `stateBits` bits are the step to the next state; the `extraBits` behind them, up to
+// `bits` in all, are what the value is larger by. Of 8 bytes, which a state finds without a
+// multiplication: that is on the way from one state to the next.
 struct ValueEntry {
     std::uint32_t value;
-    std::uint16_t valueMask;
-    std::uint16_t stateMask;
-    std::uint16_t base;
-    std::uint8_t stateBits;
     std::uint8_t bits;
+    std::uint8_t stateBits;
+    std::uint8_t extraBits;
+    std::uint8_t base;
 };
 
 using LiteralTable = std::array<LiteralEntry, kLiteralStates>;

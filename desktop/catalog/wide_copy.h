@@ -77,8 +77,10 @@ inline void repeatPattern(std::uint8_t* to, std::size_t distance, std::size_t co
 
 // Copies `count` bytes from `distance` behind, as if byte by byte in rising order. There is room
 // for kCopySlack bytes beyond. Most matches are of 16 bytes or less from 8 or more behind, and take
-// no branch that depends on more than that.
-inline void copyMatchWide(std::uint8_t* to, std::size_t distance, std::size_t count) {
+// no branch that depends on more than that. Always inlined, so that it is compiled as its caller
+// is.
+[[gnu::always_inline]] inline void copyMatchWide(std::uint8_t* to, std::size_t distance,
+                                                 std::size_t count) {
     if (distance < 8) {
         repeatPattern(to, distance, count);
         return;
