@@ -4,6 +4,7 @@
 #include "desktop/files/descriptor.h"
 #include "tools/catalog_extraction.h"
 
+#include <fmt/core.h>
 #include <sys/stat.h>
 
 #include <array>
@@ -48,7 +49,7 @@ Result<std::string> catalogOfBundle(const std::string& folder, const std::string
     const std::string ownName = name + ".car";
     for (const std::string& file : {std::string("Assets.car"), ownName}) {
         for (const std::string_view place : kResourceFolders) {
-            std::string path = folder + "/" + std::string(place) + file;
+            std::string path = fmt::format("{}/{}{}", folder, place, file);
             std::error_code error;
             if (const auto status = fs::status(path, error);
                 fs::exists(status) && !fs::is_directory(status)) {

@@ -8,6 +8,7 @@
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <deque>
@@ -83,12 +84,12 @@ desktop::Result<void> checkCounts(const Command& command, const std::deque<Slot>
 Problem splitterProblem(const std::deque<Slot>& slots, std::string_view text) {
     const std::string_view start = text.substr(std::min(text.find_first_not_of('-'), text.size()));
     for (const Slot& slot : slots) {
-        const std::string name(slot.option->name);
-        const std::string valueName(slot.option->valueName);
-        const std::string word = name.substr(2);
+        const std::string_view name = slot.option->name;
+        const std::string_view valueName = slot.option->valueName;
+        const std::string_view word = name.substr(2);
         if (start.starts_with(word) && !start.substr(word.size()).starts_with('-')) {
-            return {name + (valueName.empty() ? " takes no value"
-                                              : " needs a value: " + name + " " + valueName)};
+            return {valueName.empty() ? fmt::format("{} takes no value", name)
+                                      : fmt::format("{0} needs a value: {0} {1}", name, valueName)};
         }
     }
     return {std::string(text)};
