@@ -42,7 +42,7 @@ Result<DrawnImage> pixelsOfPart(const Result<Picture>& atlas, const Rendition& r
 void tell(const std::function<void(std::size_t done)>& progress, std::size_t done) {
     try {
         progress(done);
-    } catch (const std::bad_alloc&) {  // the next time, then
+    } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): the next time, then
     }
 }
 
@@ -79,19 +79,26 @@ class Run {
         waiting_ = turns_.size();
         queue_.emplace(catalog_, turns_);
         std::vector<std::jthread> threads;
-        try {
-            const std::size_t count = std::min(jobs, turns_.size());
-            threads.reserve(count);
-            while (threads.size() < count) {
-                threads.emplace_back([this] { work(); });
-            }
-        } catch (const std::system_error&) {  // those that have started do it all
-        } catch (const std::bad_alloc&) {
+        const std::size_t count = std::min(jobs, turns_.size());
+        threads.reserve(count);
+        while (threads.size() < count && startThread(threads)) {
         }
         if (threads.empty()) {
             work();
         }
         watch(progress);
+    }
+
+    // False when none can be started; those that have been do it all then.
+    bool startThread(std::vector<std::jthread>& threads) {
+        try {
+            threads.emplace_back([this] { work(); });
+            return true;
+        } catch (const std::system_error&) {
+            return false;
+        } catch (const std::bad_alloc&) {
+            return false;
+        }
     }
 
     // The pictures of the next round.
@@ -208,9 +215,9 @@ class Run {
     }
 
     // Its copy of this round is no good.
-    void fail(std::size_t picture, std::string why) {
+    void fail(std::size_t picture, const std::string& why) {
         const std::lock_guard lock(mutex_);
-        reasons_.try_emplace(picture, std::move(why));
+        reasons_.try_emplace(picture, why);
         if (round_ < plan_[picture].otherCopies.size()) {
             failed_.push_back(picture);
         }

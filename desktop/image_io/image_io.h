@@ -64,7 +64,9 @@ struct DecodeLimits {
 // and RGB with any kind of alpha; empty for other layouts and for an image with too few samples.
 [[nodiscard]] std::vector<std::uint8_t> toPremultipliedBgra(const DecodedImage& image);
 
-// How hard to try to make a PNG file small.
+// How hard to try to make a PNG file small: `fast` deflates at level 1, `balanced` at level 6 and
+// the best filter for each row, which on an app's catalog takes 2.2 times as long for files of
+// 0.87 times the size (benchmarks/catalog_extract_benchmark.cpp).
 enum class PngEffort { fast, balanced };
 
 // A PNG file (8-bit RGBA, or RGB when every pixel is opaque; sRGB) of premultiplied B, G, R, A
