@@ -252,8 +252,14 @@ std::string description(const PropertyList& value) {
 }
 
 std::string description(const Error& error) {
-    return "Error Domain=" + error.domain + " Code=" + std::to_string(error.code) + " \"" +
-           error.localizedDescription + "\"";
+    std::string text = "Error Domain=";
+    text += error.domain;
+    text += " Code=";
+    text += std::to_string(error.code);
+    text += " \"";
+    text += error.localizedDescription;
+    text += '"';
+    return text;
 }
 
 std::string stringByAppendingPathComponent(std::string_view path, std::string_view component) {
