@@ -60,7 +60,9 @@ TEST(RunLengths, RoundTripsInBands) {
     for (const auto& [format, code] : {std::pair{Format::bgra, 4U}, {Format::grayAlpha, 3U}}) {
         for (const auto& picture : {artwork(67, 50, format), noise(31, 9, format),
                                     noise(1, 1, format), artwork(1000, 3, format)}) {
-            const auto encode = [code = code](const StoredPixels& band) { return rle(band, code); };
+            const auto encode = [pixelCode = code](const StoredPixels& band) {
+                return rle(band, pixelCode);
+            };
             EXPECT_EQ(differenceFrom(picture, inBands(picture, Compression::rle, 16, encode)), "");
         }
     }
