@@ -1,16 +1,12 @@
 // velmoranth extract: what is lost, and what is not, when something fails on the way.
 #include "tests/cli/extract_fixture.h"
+#include "tests/support/sanitizers.h"
 
 #include <sys/resource.h>
 
 namespace velmoranth::cli {
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kMemoryCanBeLimited = false;  // a sanitizer takes address space as it likes
-#else
-constexpr bool kMemoryCanBeLimited = true;
-#endif
 constexpr rlim_t kMegabyte = 1024UL * 1024;
 
 class ExtractFailure : public ExtractTest {
@@ -154,7 +150,7 @@ TEST_F(ExtractFailure, FileBeyondTheLargestAllowedIsOneLineAndLeavesNothing) {
 }
 
 TEST_F(ExtractFailure, ThreadsThatStartedDoTheWork) {
-    if (!kMemoryCanBeLimited) {
+    if (tests::kAddressSanitizer) {
         GTEST_SKIP() << "built with a sanitizer";
     }
     catalogWithMany(300);
@@ -167,7 +163,7 @@ TEST_F(ExtractFailure, ThreadsThatStartedDoTheWork) {
 }
 
 TEST_F(ExtractFailure, WithoutAnyThreadTheWorkIsDoneAllTheSame) {
-    if (!kMemoryCanBeLimited) {
+    if (tests::kAddressSanitizer) {
         GTEST_SKIP() << "built with a sanitizer";
     }
     catalogWithMany(20);

@@ -1,5 +1,7 @@
 #include "desktop/vector_images/drawing_process.h"
 
+#include "tests/support/sanitizers.h"
+
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -102,6 +104,9 @@ TEST(DrawingProcess, EndlessWorkIsStopped) {
 }
 
 TEST(DrawingProcess, MemoryIsBounded) {
+    if (tests::kAddressSanitizer) {
+        GTEST_SKIP() << "memory is the sanitizer's";
+    }
     EXPECT_EQ(problemOf(
                   [](Sheet&) -> std::optional<Problem> {
                       std::vector<std::vector<char>> kept;
