@@ -1,16 +1,14 @@
 #include "cli/catalog_input.h"
 
 #include "cli/messages.h"
+#include "desktop/core_ui/bundles.h"
 #include "desktop/files/descriptor.h"
 #include "tools/catalog_extraction.h"
 
-#include <fmt/core.h>
 #include <sys/stat.h>
 
-#include <array>
 #include <cerrno>
 #include <filesystem>
-#include <string_view>
 #include <system_error>
 
 namespace velmoranth::cli {
@@ -21,10 +19,6 @@ using desktop::Result;
 namespace {
 
 namespace fs = std::filesystem;
-
-// Where bundles of the phone, frameworks and applications of the desktop have their resources, in
-// the order in which the system looks.
-constexpr std::array<std::string_view, 3> kResourceFolders{"", "Resources/", "Contents/Resources/"};
 
 bool isStep(const fs::path& name) {
     return name.empty() || name == "." || name == "..";
@@ -48,8 +42,8 @@ fs::path named(const std::string& input) {
 Result<std::string> catalogOfBundle(const std::string& folder, const std::string& name) {
     const std::string ownName = name + ".car";
     for (const std::string& file : {std::string("Assets.car"), ownName}) {
-        for (const std::string_view place : kResourceFolders) {
-            std::string path = fmt::format("{}/{}{}", folder, place, file);
+        for (const char* place : desktop::kResourceFolders) {
+            const std::string path = (fs::path(folder) / place / file).string();
             std::error_code error;
             if (const auto status = fs::status(path, error);
                 fs::exists(status) && !fs::is_directory(status)) {

@@ -11,9 +11,6 @@ namespace velmoranth::desktop {
 
 namespace {
 
-// Where resources are: in the folder itself on the phone, else as frameworks and programs have
-// them.
-constexpr std::array<const char*, 3> kResourceFolders{"", "Resources", "Contents/Resources"};
 constexpr std::array<const char*, 3> kInformationFiles{"Info.plist", "Resources/Info.plist",
                                                        "Contents/Info.plist"};
 

@@ -4,10 +4,15 @@
 #include "desktop/files/device_root.h"
 #include "platform/foundation.h"
 
+#include <array>
 #include <memory>
 #include <string>
 
 namespace velmoranth::desktop {
+
+// Where resources are, in the order in which the system looks: in the bundle's folder itself on the
+// phone, else as frameworks and programs of the desktop have them.
+inline constexpr std::array<const char*, 3> kResourceFolders{"", "Resources", "Contents/Resources"};
 
 // A bundle's folder.
 class DesktopBundle final : public platform::Bundle {

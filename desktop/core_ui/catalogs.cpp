@@ -162,7 +162,7 @@ OpenedCatalog DesktopCatalogClass::open(const std::string& path) const {
     // By its descriptor: the path was resolved inside the root, and is not resolved again.
     Result<Catalog> catalog = Catalog::open("/proc/self/fd/" + std::to_string(file.get()));
     if (!catalog) {
-        platform::Error error = fileError(FileOperation::read, EINVAL, path);
+        platform::Error error;
         error.code = kCorruptFile;
         error.localizedDescription = "The file “" + platform::lastPathComponent(path) +
                                      "” couldn’t be opened because it isn’t in the correct format.";
