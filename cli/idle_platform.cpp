@@ -77,6 +77,12 @@ struct Files final : platform::FileManager {
     bool writeToFileAtomically(const Data& /*contents*/, const std::string& /*path*/) override {
         return false;
     }
+
+    Failure removeItemAtPath(const std::string& /*path*/) override { return platform::Error{}; }
+
+    std::optional<Data> dataWithContentsOfFile(const std::string& /*path*/) override {
+        return std::nullopt;
+    }
 };
 
 struct Log final : platform::SystemLog {
@@ -95,6 +101,9 @@ struct LibSystem final : platform::LibSystem {
     std::string machine() override { return {}; }
 
     std::string homeDirectory() override { return "/"; }
+
+    void dispatchAfterOnMainQueue(std::int64_t /*nanoseconds*/,
+                                  const std::function<void()>& /*block*/) override {}
 };
 
 struct CoreGraphics final : platform::CoreGraphics {
@@ -193,6 +202,12 @@ struct Views final : platform::Views {
     void animateWithDurationAnimationsCompletion(
         double /*duration*/, const std::function<void()>& /*animations*/,
         const std::function<void(bool finished)>& /*completion*/) override {}
+
+    void
+    animateWithDurationDelayUsingSpringWithDampingInitialSpringVelocityOptionsAnimationsCompletion(
+        double /*duration*/, double /*delay*/, double /*damping*/, double /*initialVelocity*/,
+        unsigned /*options*/, const std::function<void()>& /*animations*/,
+        const std::function<void(bool finished)>& /*completion*/) override {}
 };
 
 struct Device final : platform::Device {
@@ -241,7 +256,43 @@ struct CatalogClass final : platform::CatalogClass {
 };
 
 struct AudioSession final : platform::AudioSession {
+    [[nodiscard]] std::string className() const override { return "AVAudioSession"; }
+
     bool setCategory(const std::string& /*category*/) override { return false; }
+
+    bool setActive(bool /*active*/) override { return false; }
+};
+
+struct Audio final : platform::Audio {
+    platform::AudioSessionRef session = std::make_shared<AudioSession>();
+
+    platform::AudioSessionRef sharedInstance() override { return session; }
+
+    platform::AudioPlayerRef audioPlayerWithContentsOfURL(const std::string& /*path*/) override {
+        return nullptr;
+    }
+
+    platform::AudioPlayerRef audioPlayerWithData(const std::optional<Data>& /*data*/) override {
+        return nullptr;
+    }
+};
+
+struct Alerts final : platform::Alerts {
+    platform::AlertControllerRef alertControllerWithTitleMessagePreferredStyle(
+        const platform::NullableString& /*title*/, const platform::NullableString& /*message*/,
+        platform::AlertControllerStyle /*style*/) override {
+        return nullptr;
+    }
+
+    platform::AlertActionRef actionWithTitleStyleHandler(
+        const platform::NullableString& /*title*/, platform::AlertActionStyle /*style*/,
+        const std::function<void()>& /*handler*/) override {
+        return nullptr;
+    }
+};
+
+struct Application final : platform::Application {
+    platform::WindowRef keyWindow() override { return nullptr; }
 };
 
 }  // namespace
@@ -266,7 +317,9 @@ struct IdlePlatform::Services {
     Device device;
     Screen screen;
     SpringBoard springBoard;
-    AudioSession audioSession;
+    Audio audio;
+    Alerts alerts;
+    Application application;
 };
 
 IdlePlatform::IdlePlatform(desktop::Runtime& runtime, double versionNumber)
@@ -290,7 +343,9 @@ IdlePlatform::IdlePlatform(desktop::Runtime& runtime, double versionNumber)
                            .device = services_->device,
                            .screen = services_->screen,
                            .springBoard = services_->springBoard,
-                           .audioSession = services_->audioSession});
+                           .audio = services_->audio,
+                           .alerts = services_->alerts,
+                           .application = services_->application});
 }
 
 IdlePlatform::~IdlePlatform() = default;

@@ -23,7 +23,7 @@ SETTINGS = ["platform/", "core/"]  # The low part of core: the rest of it has ro
 LOOKUPS = [*SETTINGS, "tools/", "theme/"]
 EFFECTS = [*LOOKUPS, "imaging/", "sounds/", "filemanager/"]
 ICON_HOOKS = ["theme/app_icon_hooks", "theme/icon_theming"]
-HOOKS = [*EFFECTS, *ICON_HOOKS, "hooks/"]
+HOOKS = [*EFFECTS, *ICON_HOOKS, "hooks/", "sounds/sound_hooks"]
 LAYERS = {
     "platform/": [],
     "core/": ["platform/"],
@@ -38,12 +38,14 @@ LAYERS = {
     "theme/icon_theming": EFFECTS,
     "hooks/": [*EFFECTS, "theme/icon_theming"],
     # What ties the rooms together.
+    "sounds/sound_hooks": [*SETTINGS, "sounds/", "core/velmoranth"],
     "core/velmoranth": [*EFFECTS, "tools/catalog_extraction"],
     "core/theme_change": EFFECTS,
     "core/change_observers": [*SETTINGS, "core/theme_change"],
     "core/hook_table": [*HOOKS, "core/hook_rows"],
     "core/hook_rows": [*HOOKS, "core/hook_table"],
-    "core/entry_points": [*SETTINGS, "core/change_observers", "core/hook_table", "core/velmoranth"],
+    "core/entry_points": [*SETTINGS, "core/change_observers", "core/hook_table", "core/library_classes"],
+    "core/library_classes": ["platform/", "core/velmoranth", "sounds/", "filemanager/"],
     "core/load_time": [*SETTINGS, "core/entry_points"],
     # The house around the engine.
     "desktop/": ["platform/"],

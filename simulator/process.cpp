@@ -12,6 +12,7 @@
 #include "desktop/plist/property_lists.h"
 #include "desktop/runtime/runtime.h"
 #include "desktop/system/system.h"
+#include "desktop/views/view_controllers.h"
 #include "desktop/views/views.h"
 #include "platform/platform.h"
 #include "simulator/app_context.h"
@@ -173,7 +174,9 @@ struct SimulatedProcess::Services {
     desktop::DesktopDevice currentDevice;
     desktop::DesktopScreen mainScreen;
     SimulatedSpringBoard springBoard;
-    desktop::RecordedAudioSession audioSession;
+    desktop::SilentAudio audio;
+    desktop::DesktopAlerts alerts;
+    desktop::DesktopApplication application;
     StockImages stockImages;
     ToolkitImages toolkit;
     const std::shared_ptr<IconController> iconController;
@@ -213,6 +216,11 @@ SimulatedProcess::Services::Services(
       stockImages(images),
       toolkit(device, images, root, mainBundleOf(definitionOf(request.screen).process)),
       iconController(std::make_shared<IconController>(runtime)) {
+    // A block is what the end of a movement of nothing calls.
+    libSystem.setMainQueue([this](double seconds, std::function<void()> block) {
+        views.clock().animate(
+            0, desktop::kLinear, {}, [block = std::move(block)](bool) { block(); }, seconds);
+    });
     images.setSendApplicationIconImage([this](const platform::NullableString& bundleIdentifier,
                                               int format, double scale) {
         return runtime.sendToClass<platform::ImageRef, platform::NullableString, int, double>(
@@ -238,7 +246,9 @@ SimulatedProcess::Services::Services(
                            .device = currentDevice,
                            .screen = mainScreen,
                            .springBoard = springBoard,
-                           .audioSession = audioSession});
+                           .audio = audio,
+                           .alerts = alerts,
+                           .application = application});
     registerClasses(definitionOf(request.screen).process);
 }
 

@@ -200,6 +200,11 @@ int DesktopFileManager::replaceFile(const FolderEntry& place,
     return error;
 }
 
+std::optional<platform::Data> DesktopFileManager::dataWithContentsOfFile(const std::string& path) {
+    auto data = root_->readFile(path, kMaxDataBytes);
+    return data ? std::optional<platform::Data>(std::move(*data)) : std::nullopt;
+}
+
 platform::Failure DesktopFileManager::removeItemAtPath(const std::string& path) {
     const FolderEntry item = root_->openParent(path);
     const int error = item.folder.isOpen() ? removeTree(item.folder.get(), item.name) : errno;

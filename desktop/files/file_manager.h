@@ -6,10 +6,15 @@
 #include "desktop/files/file_calls.h"
 #include "platform/foundation.h"
 
+#include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace velmoranth::desktop {
+
+// What is read into memory at most.
+inline constexpr std::size_t kMaxDataBytes = std::size_t{256} * 1024 * 1024;
 
 class DesktopFileManager final : public platform::FileManager {
   public:
@@ -30,9 +35,10 @@ class DesktopFileManager final : public platform::FileManager {
     bool createFileAtPathContents(const std::string& path, const platform::Data& contents) override;
     // A replaced file's mode is kept; a link at the path is replaced by a plain file.
     bool writeToFileAtomically(const platform::Data& contents, const std::string& path) override;
-
-    // removeItemAtPath:error: recursive; a link itself, never what it points to.
-    platform::Failure removeItemAtPath(const std::string& path);
+    platform::Failure removeItemAtPath(const std::string& path) override;
+    // Nil for a file over kMaxDataBytes too.
+    [[nodiscard]] std::optional<platform::Data> dataWithContentsOfFile(
+        const std::string& path) override;
 
   private:
     // 0 when the folder is there or was made, else the errno. Its parent is there.

@@ -84,7 +84,17 @@ class RuntimeClass final : public platform::Class,
     const void* owner_;
 };
 
-void addLibraryMethods(Methods& classMethods, const platform::ClassDefinition& definition) {
+void addLibraryMethods(RuntimeClass& added, const platform::ClassDefinition& definition) {
+    Methods& classMethods = added.metaclass->methods;
+    for (const platform::MethodDefinition& method : definition.methods) {
+        (method.isClassMethod ? classMethods : added.methods)[method.selector] =
+            method.implementation;
+    }
+    if (definition.makeInstance) {
+        classMethods["new"] =
+            platform::Implementation(std::function<platform::ObjectRef(platform::Object&)>(
+                [make = definition.makeInstance](platform::Object&) { return make(); }));
+    }
     if (definition.load) {
         classMethods["load"] = platform::Implementation(std::function<void(platform::Object&)>(
             [load = definition.load](platform::Object&) { load(); }));
@@ -322,7 +332,7 @@ void Runtime::registerClass(const platform::ClassDefinition& definition) {
         } else if (definition.name.empty() || state_->find(definition.name) != nullptr) {
             refusal = "the name is taken";
         } else {
-            addLibraryMethods(state_->add(definition.name, parent).metaclass->methods, definition);
+            addLibraryMethods(state_->add(definition.name, parent), definition);
         }
     }
     if (!refusal.empty()) {

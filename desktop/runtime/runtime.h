@@ -86,7 +86,7 @@ class Runtime final : public platform::ObjcRuntime, public platform::Substrate {
 
     // ObjcRuntime. A class whose superclass is "NSObject" brings that root along when the process
     // has none yet; a superclass of another name must be known. +load and +initialize become class
-    // methods "load" and "initialize" of the class.
+    // methods "load" and "initialize" of the class, what makes an instance becomes "new".
     void registerClass(const platform::ClassDefinition& definition) override;
     [[nodiscard]] platform::ClassRef getClass(const std::string& name) override;
     [[nodiscard]] platform::ClassRef getMetaclass(const platform::ClassRef& cls) override;

@@ -44,6 +44,13 @@ int DesktopLibSystem::mkdir(const std::string& path, unsigned mode) {
     return ::mkdirat(place.folder.get(), place.name.c_str(), mode);
 }
 
+void DesktopLibSystem::dispatchAfterOnMainQueue(std::int64_t nanoseconds,
+                                                const std::function<void()>& block) {
+    if (mainQueue_) {
+        mainQueue_(static_cast<double>(nanoseconds) / 1e9, block);
+    }
+}
+
 std::vector<unsigned> DesktopLibSystem::userIds() const {
     const std::lock_guard lock(mutex_);
     return userIds_;

@@ -1,10 +1,12 @@
 // libSystem over a device root: modes and folders apply inside it, ids are recorded and not carried
-// out, the machine and the home directory are given.
+// out, the machine, the home directory and the main queue are given.
 #pragma once
 
 #include "desktop/files/device_root.h"
 #include "platform/libsystem.h"
 
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -14,8 +16,14 @@ namespace velmoranth::desktop {
 
 class DesktopLibSystem final : public platform::LibSystem {
   public:
+    // Runs the block after so many seconds on the main thread, never from inside the call.
+    using MainQueue = std::function<void(double seconds, std::function<void()> block)>;
+
     DesktopLibSystem(std::shared_ptr<const DeviceRoot> root, std::string machine,
                      std::string homeDirectory);
+
+    // What is asked for before that never runs: the process has no main loop.
+    void setMainQueue(MainQueue mainQueue) { mainQueue_ = std::move(mainQueue); }
 
     // Recorded, and successful.
     int setuid(unsigned id) override;
@@ -28,6 +36,9 @@ class DesktopLibSystem final : public platform::LibSystem {
 
     [[nodiscard]] std::string homeDirectory() override { return homeDirectory_; }
 
+    void dispatchAfterOnMainQueue(std::int64_t nanoseconds,
+                                  const std::function<void()>& block) override;
+
     // The ids asked for so far, in order.
     [[nodiscard]] std::vector<unsigned> userIds() const;
     [[nodiscard]] std::vector<unsigned> groupIds() const;
@@ -36,6 +47,7 @@ class DesktopLibSystem final : public platform::LibSystem {
     std::shared_ptr<const DeviceRoot> root_;
     std::string machine_;
     std::string homeDirectory_;
+    MainQueue mainQueue_;
     mutable std::mutex mutex_;
     std::vector<unsigned> userIds_;
     std::vector<unsigned> groupIds_;

@@ -166,6 +166,17 @@ void DesktopViews::animateWithDurationAnimationsCompletion(
     clock_.animate(duration, kEaseInOut, animations, completion);
 }
 
+void DesktopViews::
+    animateWithDurationDelayUsingSpringWithDampingInitialSpringVelocityOptionsAnimationsCompletion(
+        double duration, double delay, double damping, double initialVelocity, unsigned options,
+        const std::function<void()>& animations,
+        const std::function<void(bool finished)>& completion) {
+    static_cast<void>(damping);
+    static_cast<void>(initialVelocity);
+    static_cast<void>(options);
+    clock_.animate(duration, kEaseInOut, animations, completion, delay);
+}
+
 std::shared_ptr<DesktopBitmapImage> renderTree(const platform::ViewRef& view, PixelSize size,
                                                double scale) {
     ViewNode* const node = ViewNode::of(view);

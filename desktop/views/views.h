@@ -101,6 +101,11 @@ class DesktopViews final : public platform::Views {
     void animateWithDurationAnimationsCompletion(
         double duration, const std::function<void()>& animations,
         const std::function<void(bool finished)>& completion) override;
+    void
+    animateWithDurationDelayUsingSpringWithDampingInitialSpringVelocityOptionsAnimationsCompletion(
+        double duration, double delay, double damping, double initialVelocity, unsigned options,
+        const std::function<void()>& animations,
+        const std::function<void(bool finished)>& completion) override;
 
     // The clock of the animations. When nobody moves it they stay at their beginnings.
     [[nodiscard]] AnimationClock& clock() { return clock_; }

@@ -2,8 +2,8 @@
 
 #include "core/change_observers.h"
 #include "core/hook_table.h"
+#include "core/library_classes.h"
 #include "core/settings.h"
-#include "core/velmoranth.h"
 #include "platform/platform.h"
 
 namespace velmoranth::core {
@@ -11,10 +11,9 @@ namespace velmoranth::core {
 using platform::platform;
 
 void registerClasses() {
-    platform().objc.registerClass({.name = "VelMoranth",
-                                   .superclass = "NSObject",
-                                   .load = VelMoranth::load,
-                                   .initialize = VelMoranth::initialize});
+    for (const platform::ClassDefinition& definition : libraryClasses()) {
+        platform().objc.registerClass(definition);
+    }
 }
 
 void installHooks() {

@@ -13,6 +13,7 @@
 #include "hooks/springboard/icon_view_hooks.h"
 #include "hooks/springboard/open_folder_hooks.h"
 #include "hooks/springboard/page_control_hooks.h"
+#include "sounds/sound_hooks.h"
 #include "theme/app_icon_hooks.h"
 
 #include <functional>
@@ -102,6 +103,8 @@ using hooks::UISwitchModernVisualElementHooks;
 using hooks::UNNotificationIconHooks;
 using hooks::WeatherImageLoaderHooks;
 using hooks::WGWidgetInfoHooks;
+using sounds::SBUISoundHooks;
+using sounds::UIFeedbackHooks;
 using theme::SBApplicationIconHooks;
 using theme::SBHIconImageCacheHooks;
 using theme::SBIconImageViewHooks;
@@ -137,8 +140,8 @@ inline constexpr std::tuple kRows{
     row<&SBIconLegibilityLabelViewHooks::isHidden>("SBIconLegibilityLabelView", kInstance, "isHidden", kAlways),
     row<&SBIconLegibilityLabelViewHooks::alpha>("SBIconLegibilityLabelView", kInstance, "alpha", kAlways),
     row<&SBIconLegibilityLabelViewHooks::setAlpha>("SBIconLegibilityLabelView", kInstance, "setAlpha:", kAlways),
-    row("_UIFeedback", kInstance, "play", kAlways),
-    row("SBUISound", kClass, "soundWithFeedbackEventType:", kAlways),
+    row<&UIFeedbackHooks::play>("_UIFeedback", kInstance, "play", kAlways),
+    row<&SBUISoundHooks::soundWithFeedbackEventType>("SBUISound", kClass, "soundWithFeedbackEventType:", kAlways),
     row<&CUINamedVectorGlyphHooks::UIImageWithAssetConfigurationFlippedHorizontally>("CUINamedVectorGlyph", kInstance, "UIImageWithAsset:configuration:flippedHorizontally:", kAlways),
     row<&CUINamedVectorGlyphHooks::image>("CUINamedVectorGlyph", kInstance, "image", kAlways),
     row<&CUINamedImageHooks::UIImageWithAssetConfigurationFlippedHorizontallyOptionalVectorImage>("CUINamedImage", kInstance, "UIImageWithAsset:configuration:flippedHorizontally:optionalVectorImage:", kAlways),

@@ -6,6 +6,7 @@
 #include "imaging/chrome_images.h"
 #include "imaging/icon_effects.h"
 #include "platform/objc_runtime.h"
+#include "sounds/theme_sounds.h"
 #include "theme/app_icon_lookup.h"
 #include "theme/interface_image_lookup.h"
 #include "theme/theme_selection.h"
@@ -26,6 +27,7 @@ class VelMoranth final : public platform::Object,
                          public theme::InterfaceImageLookup,
                          public imaging::IconEffects,
                          public imaging::ChromeImages,
+                         public sounds::ThemeSounds,
                          public tools::ImageDump,
                          public tools::CatalogExtraction {
   public:

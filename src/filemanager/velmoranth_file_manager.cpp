@@ -3,35 +3,131 @@
 #include "core/format.h"
 #include "platform/platform.h"
 
+#include <cstdint>
 #include <string>
 
 namespace velmoranth::filemanager {
 
 using core::NSLog;
 using core::stringWithFormat;
+using platform::Error;
 using platform::Failure;
 using platform::platform;
+using platform::Rect;
 
 namespace {
 
+constexpr const char* kClassName = "VelmoranthFileManager";
+constexpr const char* kFactoryPreferences =
+    "/User/Library/VelMoranth/DefaultSettings/com.qor.velmoranthprefs.plist";
 constexpr const char* kPreferencesFolder = "/User/Library/Preferences";
+constexpr const char* kSavedFolder = "/User/Library/VelMoranth/UserSettings";
 constexpr const char* kPreferencesFile = "com.qor.velmoranthprefs.plist";
 constexpr unsigned kOpenMode = 0777;
+
+// The success image, points: it grows from nothing at a point left of and above the middle of the
+// view.
+constexpr double kFromMiddle = 40;
+constexpr double kGrownSide = 200;
+
+// Both movements of the success image; seconds.
+constexpr double kDuration = 0.3;
+constexpr double kDamping = 0.5;
+constexpr double kInitialVelocity = 0.5;
+constexpr std::int64_t kShownNanoseconds = 600'000'000;
+
+struct State {
+    VelmoranthFileManagerRef sharedInstance;
+    platform::ViewControllerRef presentingController;
+    platform::ImageViewRef successImageView;
+};
+
+State& state() {
+    static State instance;
+    return instance;
+}
 
 // Formatted afresh for every use.
 std::string livePreferences() {
     return stringWithFormat("/User/Library/Preferences/%@", std::string(kPreferencesFile));
 }
 
+void openUp(const char* folder) {
+    platform().fileManager.setPosixPermissionsOfItemAtPath(kOpenMode, folder);
+    platform().libSystem.chmod(folder, kOpenMode);
+}
+
+void fetchPresentingController() {
+    const platform::WindowRef window = platform().application.keyWindow();
+    state().presentingController = window == nullptr ? nullptr : window->rootViewController();
+}
+
+platform::ViewRef presentingView() {
+    const platform::ViewControllerRef& controller = state().presentingController;
+    return controller == nullptr ? nullptr : controller->view();
+}
+
+void showAlert(const Error& error) {
+    fetchPresentingController();
+    const platform::AlertControllerRef alert =
+        platform().alerts.alertControllerWithTitleMessagePreferredStyle(
+            "ERROR", stringWithFormat("%@", error.localizedDescription),
+            platform::AlertControllerStyle::alert);
+    if (alert != nullptr) {
+        alert->addAction(platform().alerts.actionWithTitleStyleHandler(
+            "OK", platform::AlertActionStyle::normal, [] {}));
+    }
+    if (const platform::ViewControllerRef& controller = state().presentingController) {
+        controller->presentViewControllerAnimated(alert, true);
+    }
+}
+
+// Whether the operation succeeded; an alert says when it did not.
+bool succeeded(const Failure& failure) {
+    if (failure) {
+        showAlert(*failure);
+    }
+    return !failure;
+}
+
+// Where the success image stands with sides of that length; a view that is not there is taken as
+// one of no size.
+Rect successFrame(double side) {
+    const platform::ViewRef view = presentingView();
+    const Rect frame = view == nullptr ? Rect{} : view->frame();
+    return {{frame.size.width * 0.5 - kFromMiddle, frame.size.height * 0.5 - kFromMiddle},
+            {side, side}};
+}
+
+void animateSuccessImage(double side) {
+    platform()
+        .views
+        .animateWithDurationDelayUsingSpringWithDampingInitialSpringVelocityOptionsAnimationsCompletion(
+            kDuration, 0, kDamping, kInitialVelocity, platform::kViewAnimationOptionCurveEaseIn,
+            [side] {
+                if (state().successImageView != nullptr) {
+                    state().successImageView->setFrame(successFrame(side));
+                }
+            },
+            [](bool) {});
+}
+
 }  // namespace
 
-void VelmoranthFileManager::NoUserSettingCreateThemeNow() {
-    const std::string factory =
-        "/User/Library/VelMoranth/DefaultSettings/com.qor.velmoranthprefs.plist";
-    const std::string live = livePreferences();
-    platform().fileManager.setPosixPermissionsOfItemAtPath(kOpenMode, kPreferencesFolder);
-    platform().libSystem.chmod(kPreferencesFolder, kOpenMode);
+void VelmoranthFileManager::initialize(const platform::ClassRef& receiver) {
+    if (receiver != nullptr && receiver == platform().objc.getClass(kClassName)) {
+        state().sharedInstance = std::make_shared<VelmoranthFileManager>();
+    }
+}
 
+VelmoranthFileManagerRef VelmoranthFileManager::sharedFileManager() {
+    return state().sharedInstance;
+}
+
+void VelmoranthFileManager::NoUserSettingCreateThemeNow() {
+    const std::string factory = kFactoryPreferences;
+    const std::string live = livePreferences();
+    openUp(kPreferencesFolder);
     Failure failure = platform().fileManager.copyItemAtPathToPath(factory, live);
     if (!failure) {
         // The file is moved onto its own path; that fails on the platform, and is logged.
@@ -40,6 +136,77 @@ void VelmoranthFileManager::NoUserSettingCreateThemeNow() {
     if (failure) {
         NSLog("Velmoranth Failed to move '%@' to '%@': %@", factory, live,
               failure->localizedDescription);
+    }
+}
+
+bool VelmoranthFileManager::saveCurrentSettinginFolderWithName(const std::string& name) {
+    openUp(kSavedFolder);
+    const std::string live = livePreferences();
+    const std::string staging =
+        stringWithFormat("/User/Library/VelMoranth/UserSettings/%@", std::string(kPreferencesFile));
+    if (!succeeded(platform().fileManager.copyItemAtPathToPath(live, staging))) {
+        return false;
+    }
+    // The blanks belong to the name of a saved file.
+    const std::string saved = stringWithFormat("/User/Library/VelMoranth/UserSettings/ %@ %@", name,
+                                               std::string(kPreferencesFile));
+    const Failure failure = platform().fileManager.moveItemAtPathToPath(staging, saved);
+    if (!succeeded(failure)) {
+        NSLog("Velmoranth Failed to move '%@' to '%@': %@", live, staging,
+              failure->localizedDescription);
+        return false;
+    }
+    return true;
+}
+
+bool VelmoranthFileManager::renameFileFromTo(const std::string& oldPath,
+                                             const std::string& newPath) {
+    platform().fileManager.setPosixPermissionsOfItemAtPath(kOpenMode, oldPath);
+    platform().libSystem.setuid(0);
+    platform().libSystem.setgid(0);
+    platform().libSystem.chmod(oldPath, kOpenMode);
+    return succeeded(platform().fileManager.moveItemAtPathToPath(oldPath, newPath));
+}
+
+bool VelmoranthFileManager::deleteFileFromDeviceFromDir(const std::string& path,
+                                                        const std::string& folder) {
+    NSLog("VELMORANTH FILE MANAGER: deleteFileFromDevice: %@ fromThemeDir: %@", path, folder);
+    return succeeded(platform().fileManager.removeItemAtPath(path));
+}
+
+bool VelmoranthFileManager::overwriteFontFilesInDirFromTheme(const std::string& destination,
+                                                             const std::string& source) {
+    NSLog("VELMORANTH FILE MANAGER: overwriteFontFilesInDir: %@ fromThemeDir: %@", destination,
+          source);
+    if (!succeeded(platform().fileManager.copyItemAtPathToPath(source, destination))) {
+        return false;
+    }
+    // Names no file, so nothing but an empty view is shown.
+    ShowSuccesView("Applied Fonts");
+    return true;
+}
+
+void VelmoranthFileManager::ShowSuccesView(const std::string& imagePath) {
+    fetchPresentingController();
+    state().successImageView = platform().views.imageViewWithFrame(successFrame(0));
+    const platform::ImageViewRef imageView = state().successImageView;
+    const platform::ImageRef image = platform().images.imageWithContentsOfFile(imagePath);
+    if (imageView != nullptr) {
+        imageView->setImage(image);
+    }
+    animateSuccessImage(kGrownSide);
+    if (const platform::ViewRef view = presentingView()) {
+        view->addSubview(imageView);
+    }
+    platform().libSystem.dispatchAfterOnMainQueue(kShownNanoseconds, [] { finshedSelfAlert(); });
+}
+
+void VelmoranthFileManager::finshedSelfAlert() {
+    animateSuccessImage(0);
+    // At once: the shrinking is never seen.
+    if (const platform::ImageViewRef& imageView = state().successImageView) {
+        imageView->setHidden(true);
+        imageView->removeFromSuperview();
     }
 }
 

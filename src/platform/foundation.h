@@ -153,8 +153,8 @@ struct FileExistence {
     bool isDirectory = false;
 };
 
-// NSFileManager's defaultManager, and NSData's atomic writing. Paths are absolute paths of the
-// device.
+// NSFileManager's defaultManager, and NSData's reading and atomic writing. Paths are absolute paths
+// of the device.
 class FileManager {
   public:
     FileManager() = default;
@@ -175,6 +175,8 @@ class FileManager {
     // moveItemAtPath:toPath:error: fails when the destination exists, the same path included.
     virtual Failure moveItemAtPathToPath(const std::string& source,
                                          const std::string& destination) = 0;
+    // removeItemAtPath:error: a folder with all it holds; a link itself, never what it points to.
+    virtual Failure removeItemAtPath(const std::string& path) = 0;
     // createFileAtPath:contents:attributes: with nil attributes: writes atomically, replacing an
     // existing file. False when it could not.
     virtual bool createFileAtPathContents(const std::string& path, const Data& contents) = 0;
@@ -184,6 +186,8 @@ class FileManager {
     // -[NSData writeToFile:atomically:] with atomically on: the file is whole or as it was. False
     // when it could not.
     virtual bool writeToFileAtomically(const Data& contents, const std::string& path) = 0;
+    // +[NSData dataWithContentsOfFile:]: nil when the file is missing, a folder or unreadable.
+    [[nodiscard]] virtual std::optional<Data> dataWithContentsOfFile(const std::string& path) = 0;
 };
 
 // NSBundle's making and loading.

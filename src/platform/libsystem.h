@@ -1,6 +1,8 @@
-// libSystem: ids, modes, folders, the machine's name, the home directory.
+// libSystem: ids, modes, folders, the machine's name, the home directory, the main queue.
 #pragma once
 
+#include <cstdint>
+#include <functional>
 #include <string>
 
 namespace velmoranth::platform {
@@ -22,6 +24,11 @@ class LibSystem {
     [[nodiscard]] virtual std::string machine() = 0;
     // NSHomeDirectory(), for example "/var/mobile".
     [[nodiscard]] virtual std::string homeDirectory() = 0;
+
+    // dispatch_after with dispatch_time(DISPATCH_TIME_NOW, nanoseconds) on the main queue: `block`
+    // runs on the main thread no earlier than that, never from inside this call.
+    virtual void dispatchAfterOnMainQueue(std::int64_t nanoseconds,
+                                          const std::function<void()>& block) = 0;
 };
 
 }  // namespace velmoranth::platform

@@ -9,6 +9,7 @@
 #include <type_traits>
 #include <typeinfo>
 #include <utility>
+#include <vector>
 
 namespace velmoranth::platform {
 
@@ -139,6 +140,13 @@ template <class R, class Receiver, class... Args>
         }));
 }
 
+// A method of a class that a library brings along. The receiver of a class method is the class.
+struct MethodDefinition {
+    Selector selector;
+    bool isClassMethod = false;
+    Implementation implementation;
+};
+
 // A class that a library brings along.
 struct ClassDefinition {
     std::string name;
@@ -147,6 +155,9 @@ struct ClassDefinition {
     // +initialize; its argument is the class that the message is sent on behalf of (a subclass
     // without an +initialize of its own inherits this one). Empty when the class has none.
     std::function<void(const ClassRef&)> initialize;
+    std::vector<MethodDefinition> methods = {};
+    // "new": an instance of the class; empty when nobody makes any by message.
+    std::function<ObjectRef()> makeInstance = {};
 };
 
 class ObjcRuntime {

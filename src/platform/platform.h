@@ -35,7 +35,9 @@ struct Platform {
     Device& device;
     Screen& screen;
     SpringBoard& springBoard;
-    AudioSession& audioSession;
+    Audio& audio;
+    Alerts& alerts;
+    Application& application;
 };
 
 // The record of this process. Using it before setPlatform is a mistake of ours and ends the

@@ -149,6 +149,11 @@ class UNNotificationIcon : public Image {};
 // PKIconImageCache: the settings app's icons.
 class PKIconImageCache : public Object {};
 
+// SBUISound: a sound of the home screen.
+class SBUISound : public Object {};
+
+using SBUISoundRef = std::shared_ptr<SBUISound>;
+
 // --- Services
 // -----------------------------------------------------------------------------------------
 

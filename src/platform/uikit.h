@@ -1,5 +1,5 @@
-// UIKit: images, image contexts, fonts, views, labels, layers, gestures, animations, the device and
-// its screen.
+// UIKit: images, image contexts, fonts, views, labels, layers, gestures, animations, view
+// controllers and alerts, feedback, the device and its screen.
 #pragma once
 
 #include "platform/core_graphics.h"
@@ -8,6 +8,7 @@
 #include "platform/objc_runtime.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -21,6 +22,13 @@ namespace velmoranth::platform {
 
 // NSTextAlignment, with the platform's values. `natural` follows the direction of the text.
 enum class TextAlignment { left = 0, center = 1, right = 2, justified = 3, natural = 4 };
+
+// UIViewAnimationOptions, with the platform's value.
+inline constexpr unsigned kViewAnimationOptionCurveEaseIn = 1U << 16U;
+
+// UIAlertControllerStyle and UIAlertActionStyle, with the platform's values.
+enum class AlertControllerStyle { actionSheet = 0, alert = 1 };
+enum class AlertActionStyle { normal = 0, cancel = 1, destructive = 2 };
 
 // --- Handles
 // ------------------------------------------------------------------------------------------
@@ -142,6 +150,48 @@ class Label : public View {
 
 using LabelRef = std::shared_ptr<Label>;
 
+// UIViewController.
+class ViewController : public Object {
+  public:
+    // Nil for one without a view.
+    [[nodiscard]] virtual ViewRef view() = 0;
+    // presentViewController:animated:completion: with no completion. Nil does nothing.
+    virtual void presentViewControllerAnimated(const std::shared_ptr<ViewController>& controller,
+                                               bool animated) = 0;
+};
+
+using ViewControllerRef = std::shared_ptr<ViewController>;
+
+// UIWindow.
+class Window : public View {
+  public:
+    // Nil when it has none.
+    [[nodiscard]] virtual ViewControllerRef rootViewController() const = 0;
+};
+
+using WindowRef = std::shared_ptr<Window>;
+
+// UIAlertAction: a button of an alert.
+class AlertAction : public Object {};
+
+using AlertActionRef = std::shared_ptr<AlertAction>;
+
+// UIAlertController.
+class AlertController : public ViewController {
+  public:
+    // Behind those that it has. Nil does nothing.
+    virtual void addAction(const AlertActionRef& action) = 0;
+};
+
+using AlertControllerRef = std::shared_ptr<AlertController>;
+
+// _UIFeedback: what is played, felt or both.
+class UIFeedback : public Object {
+  public:
+    // The system's number of the sound.
+    [[nodiscard]] virtual std::uint32_t _effectiveSystemSoundID() = 0;
+};
+
 // _UIImageContent: what an image draws. Its glyph is read by the message vectorGlyph.
 class UIImageContent : public Object {
   public:
@@ -242,6 +292,44 @@ class Views {
     virtual void animateWithDurationAnimationsCompletion(
         double duration, const std::function<void()>& animations,
         const std::function<void(bool finished)>& completion) = 0;
+    // +[UIView animateWithDuration:delay:usingSpringWithDamping:initialSpringVelocity:options:
+    // animations:completion:] as above; times in seconds. Damping 1 does not overshoot, less does;
+    // velocity 1 is the whole way in a second. `options` as UIViewAnimationOptions; those for a
+    // curve say nothing of a spring.
+    virtual void
+    animateWithDurationDelayUsingSpringWithDampingInitialSpringVelocityOptionsAnimationsCompletion(
+        double duration, double delay, double damping, double initialVelocity, unsigned options,
+        const std::function<void()>& animations,
+        const std::function<void(bool finished)>& completion) = 0;
+};
+
+// UIAlertController's and UIAlertAction's class methods.
+class Alerts {
+  public:
+    Alerts() = default;
+    Alerts(const Alerts&) = delete;
+    Alerts& operator=(const Alerts&) = delete;
+    virtual ~Alerts() = default;
+
+    // alertControllerWithTitle:message:preferredStyle:
+    [[nodiscard]] virtual AlertControllerRef alertControllerWithTitleMessagePreferredStyle(
+        const NullableString& title, const NullableString& message, AlertControllerStyle style) = 0;
+    // actionWithTitle:style:handler: `handler` runs when the button is chosen.
+    [[nodiscard]] virtual AlertActionRef actionWithTitleStyleHandler(
+        const NullableString& title, AlertActionStyle style,
+        const std::function<void()>& handler) = 0;
+};
+
+// +[UIApplication sharedApplication].
+class Application {
+  public:
+    Application() = default;
+    Application(const Application&) = delete;
+    Application& operator=(const Application&) = delete;
+    virtual ~Application() = default;
+
+    // Nil when no window is the key window.
+    [[nodiscard]] virtual WindowRef keyWindow() = 0;
 };
 
 // UIUserInterfaceIdiom, with the platform's values.

@@ -25,8 +25,8 @@ TEST(LoadTime, LibraryRunsItsThreeEntryPointsInOrder) {
     std::vector<std::string> steps;
     for (const std::string& line : device.journal.lines()) {
         for (const char* step :
-             {"registerClass ", "setuid ", "hook SBHIconImageCache imageForIcon:", "sendLoad ",
-              "readPlist ", "addObserver "}) {
+             {"registerClass VelMoranth ", "setuid ",
+              "hook SBHIconImageCache imageForIcon:", "sendLoad ", "readPlist ", "addObserver "}) {
             if (line.starts_with(step)) {
                 steps.push_back(line.substr(0, line.find(' ')));
             }

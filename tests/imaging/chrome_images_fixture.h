@@ -93,6 +93,12 @@ class WritingViews final : public platform::Views {
         double /*duration*/, const std::function<void()>& /*animations*/,
         const std::function<void(bool)>& /*completion*/) override {}
 
+    void
+    animateWithDurationDelayUsingSpringWithDampingInitialSpringVelocityOptionsAnimationsCompletion(
+        double /*duration*/, double /*delay*/, double /*damping*/, double /*initialVelocity*/,
+        unsigned /*options*/, const std::function<void()>& /*animations*/,
+        const std::function<void(bool finished)>& /*completion*/) override {}
+
   private:
     Journal& journal_;
 };

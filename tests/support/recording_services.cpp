@@ -72,6 +72,16 @@ bool RecordingFileManager::writeToFileAtomically(const Data& contents, const std
     return real_.writeToFileAtomically(contents, path);
 }
 
+Failure RecordingFileManager::removeItemAtPath(const std::string& path) {
+    journal_.write("remove " + path);
+    return real_.removeItemAtPath(path);
+}
+
+std::optional<Data> RecordingFileManager::dataWithContentsOfFile(const std::string& path) {
+    journal_.write("data " + path);
+    return real_.dataWithContentsOfFile(path);
+}
+
 platform::BundleRef RecordingBundles::bundleWithPath(const std::string& path) {
     journal_.write("bundleWithPath " + path);
     return real == nullptr ? nullptr : real->bundleWithPath(path);
@@ -131,6 +141,12 @@ int RecordingLibSystem::mkdir(const std::string& path, unsigned mode) {
 std::string RecordingLibSystem::machine() {
     journal_.write("machine");
     return real_.machine();
+}
+
+void RecordingLibSystem::dispatchAfterOnMainQueue(std::int64_t nanoseconds,
+                                                  const std::function<void()>& block) {
+    journal_.write("dispatchAfter " + std::to_string(nanoseconds));
+    real_.dispatchAfterOnMainQueue(nanoseconds, block);
 }
 
 std::string RecordingLibSystem::homeDirectory() {
@@ -289,6 +305,22 @@ void RecordingViews::animateWithDurationAnimationsCompletion(
     std::snprintf(seconds.data(), seconds.size(), "%.17g", duration);
     journal_.write("animate " + std::string(seconds.data()));
     real_.animateWithDurationAnimationsCompletion(duration, animations, completion);
+}
+
+void RecordingViews::
+    animateWithDurationDelayUsingSpringWithDampingInitialSpringVelocityOptionsAnimationsCompletion(
+        double duration, double delay, double damping, double initialVelocity, unsigned options,
+        const std::function<void()>& animations,
+        const std::function<void(bool finished)>& completion) {
+    std::array<char, 120> numbers{};
+    std::snprintf(numbers.data(), numbers.size(),
+                  "%.17g delay %g damping %g velocity %g options %u", duration, delay, damping,
+                  initialVelocity, options);
+    journal_.write("spring " + std::string(numbers.data()) +
+                   (completion ? " completion" : " no completion"));
+    real_
+        .animateWithDurationDelayUsingSpringWithDampingInitialSpringVelocityOptionsAnimationsCompletion(
+            duration, delay, damping, initialVelocity, options, animations, completion);
 }
 
 void RecordingObjcRuntime::registerClass(const platform::ClassDefinition& definition) {

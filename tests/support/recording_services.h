@@ -5,6 +5,7 @@
 #include "platform/platform.h"
 #include "tests/support/journal.h"
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -29,6 +30,8 @@ class RecordingFileManager final : public platform::FileManager {
         const std::string& path) override;
     bool createFileAtPathContents(const std::string& path, const platform::Data& contents) override;
     bool writeToFileAtomically(const platform::Data& contents, const std::string& path) override;
+    platform::Failure removeItemAtPath(const std::string& path) override;
+    std::optional<platform::Data> dataWithContentsOfFile(const std::string& path) override;
 
     // So many of the next atomic writes fail without touching anything.
     int failingWrites = 0;
@@ -112,6 +115,8 @@ class RecordingLibSystem final : public platform::LibSystem {
     int mkdir(const std::string& path, unsigned mode) override;
     std::string machine() override;
     std::string homeDirectory() override;
+    void dispatchAfterOnMainQueue(std::int64_t nanoseconds,
+                                  const std::function<void()>& block) override;
 
   private:
     Journal& journal_;
@@ -218,6 +223,11 @@ class RecordingViews final : public platform::Views {
                                                         const platform::Selector& action) override;
     void animateWithDurationAnimationsCompletion(
         double duration, const std::function<void()>& animations,
+        const std::function<void(bool finished)>& completion) override;
+    void
+    animateWithDurationDelayUsingSpringWithDampingInitialSpringVelocityOptionsAnimationsCompletion(
+        double duration, double delay, double damping, double initialVelocity, unsigned options,
+        const std::function<void()>& animations,
         const std::function<void(bool finished)>& completion) override;
 
   private:

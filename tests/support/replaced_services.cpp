@@ -32,7 +32,9 @@ void replaceServices(const ReplacedServices& replaced) {
                            .device = chosen(replaced.device, now.device),
                            .screen = now.screen,
                            .springBoard = now.springBoard,
-                           .audioSession = now.audioSession});
+                           .audio = now.audio,
+                           .alerts = now.alerts,
+                           .application = now.application});
 }
 
 }  // namespace velmoranth::tests

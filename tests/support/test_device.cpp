@@ -143,6 +143,12 @@ struct TestDevice::Services {
 TestDevice::TestDevice(double screenScale)
     : runtime([this](const std::string& line) { journal.write("warning: " + line); }),
       screen(screenScale),
+      audio(journal,
+            [this](const std::string& path) {
+                return std::filesystem::is_regular_file(hostFolder_ + path);
+            }),
+      alerts(journal),
+      application(journal),
       notifications(journal),
       dates(journal),
       bundles(journal),
@@ -176,7 +182,9 @@ TestDevice::TestDevice(double screenScale)
                            .device = idiom,
                            .screen = screen,
                            .springBoard = springBoard,
-                           .audioSession = audio});
+                           .audio = audio,
+                           .alerts = alerts,
+                           .application = application});
 }
 
 TestDevice::~TestDevice() {
@@ -247,6 +255,10 @@ platform::ImageRef TestDevice::image(const Pixels& pixels, double scale) const {
 
 RecordingFileManager& TestDevice::fileManager() {
     return services_->files;
+}
+
+desktop::AnimationClock& TestDevice::clock() const {
+    return services_->realViews.clock();
 }
 
 desktop::DesktopImages& TestDevice::images() const {

@@ -8,11 +8,15 @@
 #include "desktop/runtime/runtime.h"
 #include "platform/platform.h"
 #include "tests/support/journal.h"
+#include "tests/support/recording_alerts.h"
+#include "tests/support/recording_audio.h"
 #include "tests/support/recording_services.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace velmoranth::tests {
@@ -106,15 +110,6 @@ struct TestSpringBoard final : platform::SpringBoard {
     }
 };
 
-struct TestAudioSession final : platform::AudioSession {
-    std::vector<std::string> categories;
-
-    bool setCategory(const std::string& category) override {
-        categories.push_back(category);
-        return true;
-    }
-};
-
 // Ids always fail, as in a process that may not change them; modes and folders are made in the
 // root.
 struct TestLibSystem final : platform::LibSystem {
@@ -134,6 +129,14 @@ struct TestLibSystem final : platform::LibSystem {
     std::string machine() override { return machineName; }
 
     std::string homeDirectory() override { return home; }
+
+    // Kept for the test, which runs them.
+    void dispatchAfterOnMainQueue(std::int64_t nanoseconds,
+                                  const std::function<void()>& block) override {
+        mainQueue.emplace_back(nanoseconds, block);
+    }
+
+    std::vector<std::pair<std::int64_t, std::function<void()>>> mainQueue;
 };
 
 class TestDevice {
@@ -170,7 +173,9 @@ class TestDevice {
     TestIdiom idiom;
     TestScreen screen;
     TestSpringBoard springBoard;
-    TestAudioSession audio;
+    RecordingAudio audio;
+    RecordingAlerts alerts;
+    RecordingApplication application;
     RecordingNotificationCenter notifications;
     RecordingDates dates;
     RecordingBundles bundles;
@@ -188,6 +193,8 @@ class TestDevice {
     [[nodiscard]] RecordingFileManager& fileManager();
     // The drawing services themselves, unrecorded.
     [[nodiscard]] desktop::DesktopImages& images() const;
+    // The clock of the animations.
+    [[nodiscard]] desktop::AnimationClock& clock() const;
 };
 
 }  // namespace velmoranth::tests

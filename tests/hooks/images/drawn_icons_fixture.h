@@ -240,6 +240,12 @@ class DrawnViews final : public platform::Views {
         double /*duration*/, const std::function<void()>& /*animations*/,
         const std::function<void(bool finished)>& /*completion*/) override {}
 
+    void
+    animateWithDurationDelayUsingSpringWithDampingInitialSpringVelocityOptionsAnimationsCompletion(
+        double /*duration*/, double /*delay*/, double /*damping*/, double /*initialVelocity*/,
+        unsigned /*options*/, const std::function<void()>& /*animations*/,
+        const std::function<void(bool finished)>& /*completion*/) override {}
+
   private:
     template <class T>
     std::shared_ptr<T> made(const std::string& className, const std::string& name,

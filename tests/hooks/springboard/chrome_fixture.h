@@ -163,6 +163,12 @@ class HeldViews final : public platform::Views {
         held.push_back({animations, completion});
     }
 
+    void
+    animateWithDurationDelayUsingSpringWithDampingInitialSpringVelocityOptionsAnimationsCompletion(
+        double /*duration*/, double /*delay*/, double /*damping*/, double /*initialVelocity*/,
+        unsigned /*options*/, const std::function<void()>& /*animations*/,
+        const std::function<void(bool finished)>& /*completion*/) override {}
+
     std::vector<Animation> held;
     std::function<void()> whenAnImageViewIsMade;
 

@@ -1,0 +1,62 @@
+#include "tests/support/recording_audio.h"
+
+#include <array>
+#include <cstdio>
+
+namespace velmoranth::tests {
+
+bool RecordingAudioSession::setCategory(const std::string& category) {
+    journal_.write("session category " + category);
+    return succeeds;
+}
+
+bool RecordingAudioSession::setActive(bool active) {
+    journal_.write(active ? "session active" : "session inactive");
+    return succeeds;
+}
+
+RecordingAudioPlayer::~RecordingAudioPlayer() {
+    journal_.write("player gone " + name_);
+}
+
+void RecordingAudioPlayer::setVolume(float volume) {
+    std::array<char, 40> text{};
+    std::snprintf(text.data(), text.size(), "%.9g", static_cast<double>(volume));
+    journal_.write("player volume " + std::string(text.data()));
+    volume_ = volume;
+}
+
+void RecordingAudioPlayer::setDelegate(platform::Object& delegate) {
+    journal_.write("player delegate " + delegate.className());
+    delegate_ = &delegate;
+}
+
+bool RecordingAudioPlayer::prepareToPlay() {
+    journal_.write("player prepare " + name_);
+    return true;
+}
+
+bool RecordingAudioPlayer::play() {
+    journal_.write("player play " + name_);
+    return true;
+}
+
+platform::AudioSessionRef RecordingAudio::sharedInstance() {
+    journal_.write("session shared");
+    return session_;
+}
+
+platform::AudioPlayerRef RecordingAudio::audioPlayerWithContentsOfURL(const std::string& path) {
+    journal_.write("player of file " + path);
+    return isFile_(path) ? std::make_shared<RecordingAudioPlayer>(journal_, path) : nullptr;
+}
+
+platform::AudioPlayerRef RecordingAudio::audioPlayerWithData(
+    const std::optional<platform::Data>& data) {
+    const std::string name =
+        data ? "data of " + std::to_string(data->size()) + " bytes" : std::string("nil data");
+    journal_.write("player of " + name);
+    return data ? std::make_shared<RecordingAudioPlayer>(journal_, name) : nullptr;
+}
+
+}  // namespace velmoranth::tests
