@@ -17,6 +17,7 @@
 #include "platform/platform.h"
 #include "simulator/app_context.h"
 #include "simulator/artwork/artwork.h"
+#include "simulator/feedback_classes.h"
 #include "simulator/folder_classes.h"
 #include "simulator/icon_controller.h"
 #include "simulator/loader.h"
@@ -262,6 +263,10 @@ void SimulatedProcess::Services::registerClasses(ProcessKind process) {
     const auto is = [process](ProcessKind kind) {
         return process == kind || process == ProcessKind::everything;
     };
+    // Nobody hears what the platform's own sounds are.
+    registerFeedbackClasses(
+        runtime, nullptr,
+        is(ProcessKind::homeScreen) ? FeedbackProcess::homeScreen : FeedbackProcess::other);
     if (is(ProcessKind::homeScreen)) {
         registerPlatformClasses(device.system,
                                 {.runtime = runtime,
