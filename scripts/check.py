@@ -82,6 +82,8 @@ CMAKE_PACKAGES = {
     "libplist-2.0": "libplist-dev", "ICU": "libicu-dev", "icu-uc": "libicu-dev", "icu-i18n": "libicu-dev",
     "CLI11": "libcli11-dev", "fmt": "libfmt-dev", "nlohmann_json": "nlohmann-json3-dev",
     "tl-expected": "libexpected-dev", "poppler-glib": "libpoppler-glib-dev", "librsvg-2.0": "librsvg2-dev",
+    "libavformat": "libavformat-dev", "libavcodec": "libavcodec-dev", "libswresample": "libswresample-dev",
+    "libavutil": "libavutil-dev", "sdl2": "libsdl2-dev",
     "nettle": "nettle-dev", "VelMoranthCatalog": "",  # the latter is ours, as its users find it
     "libheif": "",  # only asked for by who wants it (VELMORANTH_HEIF)
 }

@@ -1,5 +1,7 @@
 #include "simulator/process.h"
 
+#include "desktop/audio/audio.h"
+#include "desktop/audio/sdl_output.h"
 #include "desktop/core_ui/bundles.h"
 #include "desktop/core_ui/catalogs.h"
 #include "desktop/dates/dates.h"
@@ -175,7 +177,9 @@ struct SimulatedProcess::Services {
     desktop::DesktopDevice currentDevice;
     desktop::DesktopScreen mainScreen;
     SimulatedSpringBoard springBoard;
-    desktop::SilentAudio audio;
+    desktop::Mixer mixer;
+    desktop::SdlOutput soundOutput;  // opened by the first sound
+    desktop::DesktopAudio audio;
     desktop::DesktopAlerts alerts;
     desktop::DesktopApplication application;
     StockImages stockImages;
@@ -214,6 +218,8 @@ SimulatedProcess::Services::Services(
                     static_cast<int>(device.orientation)),
       mainScreen(device.screen.scale, {device.screen.width, device.screen.height}),
       springBoard(runtime),
+      soundOutput(mixer, [this](const std::string& line) { log.write(line); }),
+      audio(root, mixer, soundOutput),
       stockImages(images),
       toolkit(device, images, root, mainBundleOf(definitionOf(request.screen).process)),
       iconController(std::make_shared<IconController>(runtime)) {

@@ -1,7 +1,6 @@
 // The services of this folder in one include.
 #pragma once
 
-#include "desktop/system/audio_session.h"
 #include "desktop/system/core_foundation.h"
 #include "desktop/system/device_and_screen.h"
 #include "desktop/system/lib_system.h"

@@ -1,5 +1,4 @@
 #include "desktop/files/create_device_root.h"
-#include "desktop/system/audio_session.h"
 #include "desktop/system/core_foundation.h"
 #include "desktop/system/device_and_screen.h"
 #include "desktop/system/lib_system.h"
@@ -135,16 +134,6 @@ TEST(DesktopScreen, SaysItsBoundsFromTheOrigin) {
     DesktopScreen screen(2, {1024.5, 768});
     EXPECT_EQ(screen.bounds(), (platform::Rect{{0, 0}, {1024.5, 768}}));
     EXPECT_EQ(screen.scale(), 2);
-}
-
-TEST(RecordedAudioSession, KeepsItsCategory) {
-    RecordedAudioSession session;
-    EXPECT_EQ(session.category(), "AVAudioSessionCategorySoloAmbient");
-    EXPECT_TRUE(session.setCategory("AVAudioSessionCategoryAmbient"));
-    EXPECT_FALSE(session.setCategory("Ambient"));
-    EXPECT_EQ(session.category(), "AVAudioSessionCategoryAmbient");
-    EXPECT_EQ(session.requests(),
-              (std::vector<std::string>{"AVAudioSessionCategoryAmbient", "Ambient"}));
 }
 
 TEST(LogToMemory, KeepsLinesInOrder) {

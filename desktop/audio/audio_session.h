@@ -4,8 +4,7 @@
 
 #include "platform/av_foundation.h"
 
-#include <memory>
-#include <optional>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -13,15 +12,25 @@ namespace velmoranth::desktop {
 
 class RecordedAudioSession final : public platform::AudioSession {
   public:
+    // What the session does to the rest of the device. Either may be empty.
+    struct Device {
+        // The session is active and its category lets no other audio play.
+        std::function<void()> interruptOthers;
+        // Whether a sound of the process plays, which keeps the session active.
+        std::function<bool()> isPlaying;
+    };
+
+    RecordedAudioSession() = default;
+
+    explicit RecordedAudioSession(Device device) : device_(std::move(device)) {}
+
     [[nodiscard]] std::string className() const override { return "AVAudioSession"; }
 
     // False, and nothing changes, for a name that is no category of iOS 12 and 13.
     bool setCategory(const std::string& category) override;
 
-    bool setActive(bool active) override {
-        active_ = active;
-        return true;
-    }
+    // False, and nothing changes, when it should become inactive while a sound plays.
+    bool setActive(bool active) override;
 
     // The one in force; the platform's default until one is set.
     [[nodiscard]] const std::string& category() const { return category_; }
@@ -32,28 +41,12 @@ class RecordedAudioSession final : public platform::AudioSession {
     [[nodiscard]] const std::vector<std::string>& requests() const { return requests_; }
 
   private:
+    void apply();
+
+    Device device_;
     std::string category_ = "AVAudioSessionCategorySoloAmbient";
     bool active_ = false;
     std::vector<std::string> requests_;
-};
-
-// Of a process that plays nothing.
-class SilentAudio final : public platform::Audio {
-  public:
-    [[nodiscard]] platform::AudioSessionRef sharedInstance() override { return session_; }
-
-    [[nodiscard]] platform::AudioPlayerRef audioPlayerWithContentsOfURL(
-        const std::string& /*path*/) override {
-        return nullptr;
-    }
-
-    [[nodiscard]] platform::AudioPlayerRef audioPlayerWithData(
-        const std::optional<platform::Data>& /*data*/) override {
-        return nullptr;
-    }
-
-  private:
-    platform::AudioSessionRef session_ = std::make_shared<RecordedAudioSession>();
 };
 
 }  // namespace velmoranth::desktop

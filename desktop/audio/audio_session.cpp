@@ -1,0 +1,50 @@
+#include "desktop/audio/audio_session.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+
+namespace velmoranth::desktop {
+namespace {
+
+constexpr std::string_view kMixingCategory = "AVAudioSessionCategoryAmbient";
+
+constexpr std::string_view kCategories[] = {
+    kMixingCategory,
+    "AVAudioSessionCategorySoloAmbient",
+    "AVAudioSessionCategoryPlayback",
+    "AVAudioSessionCategoryRecord",
+    "AVAudioSessionCategoryPlayAndRecord",
+    "AVAudioSessionCategoryMultiRoute",
+    "AVAudioSessionCategoryAudioProcessing",
+};
+
+}  // namespace
+
+bool RecordedAudioSession::setCategory(const std::string& category) {
+    requests_.push_back(category);
+    if (std::find(std::begin(kCategories), std::end(kCategories), category) ==
+        std::end(kCategories)) {
+        return false;
+    }
+    category_ = category;
+    apply();
+    return true;
+}
+
+bool RecordedAudioSession::setActive(bool active) {
+    if (!active && active_ && device_.isPlaying && device_.isPlaying()) {
+        return false;
+    }
+    active_ = active;
+    apply();
+    return true;
+}
+
+void RecordedAudioSession::apply() {
+    if (active_ && category_ != kMixingCategory && device_.interruptOthers) {
+        device_.interruptOthers();
+    }
+}
+
+}  // namespace velmoranth::desktop
