@@ -88,7 +88,11 @@ CMAKE_PACKAGES = {
     "libheif": "",  # only asked for by who wants it (VELMORANTH_HEIF)
 }
 # The result type of everything outside the engine is an alias of this one.
-THIRD_PARTY_IN_HEADERS = {("desktop/result/result.h", "tl/expected.hpp")}
+THIRD_PARTY_IN_HEADERS = {("desktop/result/result.h", "tl/expected.hpp"),
+                          # FFmpeg's functions, for the sources beside it.
+                          *(("desktop/audio/ffmpeg.h", name) for name in (
+                              "libavcodec/avcodec.h", "libavformat/avformat.h", "libavutil/avutil.h",
+                              "libavutil/log.h", "libswresample/swresample.h"))}
 
 INCLUDE = re.compile(r'^\s*#\s*(?:include|import)\s*([<"])([^>"]+)[>"]', re.MULTILINE)
 
