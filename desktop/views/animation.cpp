@@ -66,7 +66,11 @@ double Animation::progress() const {
     if (ended_) {
         return 1;
     }
-    return *now_ < end_ ? curve_.at((*now_ - start_) / (end_ - start_)) : 1;
+    if (!(*now_ < end_)) {
+        return 1;
+    }
+    const double time = (*now_ - start_) / (end_ - start_);
+    return std::visit([time](const auto& timing) { return timing.at(time); }, timing_);
 }
 
 void Animation::addProperty() {
@@ -90,7 +94,7 @@ AnimationClock::~AnimationClock() {
     }
 }
 
-void AnimationClock::animate(double duration, const TimingCurve& curve,
+void AnimationClock::animate(double duration, const Timing& timing,
                              const std::function<void()>& changes, Completion completion,
                              double delay) {
     const auto animation = std::make_shared<Animation>();
@@ -99,7 +103,7 @@ void AnimationClock::animate(double duration, const TimingCurve& curve,
     animation->start_ = now() + secondsOf(delay);
     animation->plannedEnd_ = animation->start_ + secondsOf(duration);
     animation->end_ = animation->plannedEnd_;
-    animation->curve_ = curve;
+    animation->timing_ = timing;
     animation->completion_ = std::move(completion);
     animation->step_ = step_;
     animations_.push_back(animation);

@@ -6,11 +6,13 @@
 // Times are seconds. One thread.
 #pragma once
 
+#include "desktop/views/spring_timing.h"
 #include "platform/core_graphics.h"
 
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <variant>
 #include <vector>
 
 namespace velmoranth::desktop {
@@ -33,6 +35,9 @@ struct TimingCurve {
 inline constexpr TimingCurve kEaseInOut{};
 inline constexpr TimingCurve kLinear{{0, 0}, {1, 1}};
 
+// Share of the time to share of the way.
+using Timing = std::variant<TimingCurve, SpringTiming>;
+
 class AnimationClock;
 
 // What one block set in motion.
@@ -42,7 +47,8 @@ class Animation {
     // duration is not positive.
     [[nodiscard]] static const std::shared_ptr<Animation>& current();
 
-    // The share of the way that is done, by its curve: 0 during the delay, 1 when it has ended.
+    // The share of the way that is done, by its timing: 0 during the delay, 1 when it has ended.
+    // Between them a spring, or a curve, may be beyond the end.
     [[nodiscard]] double progress() const;
 
     [[nodiscard]] bool hasEnded() const { return ended_; }
@@ -60,7 +66,7 @@ class Animation {
     double start_ = 0;
     double plannedEnd_ = 0;
     double end_ = 0;  // earlier when it moves nothing (any more)
-    TimingCurve curve_;
+    Timing timing_;
     std::function<void(bool finished)> completion_;
     std::size_t properties_ = 0;
     std::uint64_t step_ = 0;  // of the clock, in which it was made
@@ -87,7 +93,7 @@ class AnimationClock {
     // Views that are removed or gone change nothing of this. A duration that is not positive moves
     // nothing: values are shown at once. Either function may be empty; NaN counts as 0, a negative
     // delay too.
-    void animate(double duration, const TimingCurve& curve, const std::function<void()>& changes,
+    void animate(double duration, const Timing& timing, const std::function<void()>& changes,
                  Completion completion, double delay = 0);
 
     // Moves on and calls the completions that are due in the order of their ends, those of the same

@@ -23,6 +23,14 @@ void makePositive(double& start, double& length) {
     }
 }
 
+// One that is negative is none, in the middle of itself.
+void takeAwayNegative(double& start, double& length) {
+    if (length < 0) {
+        start += length / 2;
+        length = 0;
+    }
+}
+
 Rect united(const Rect& a, const Rect& b) {
     const double left = std::min(a.origin.x, b.origin.x);
     const double top = std::min(a.origin.y, b.origin.y);
@@ -76,6 +84,13 @@ void ViewNode::setNodeFrame(const Rect& frame) {
     makePositive(positive.origin.y, positive.size.height);
     frameTransition_.set(frame_, positive);
     layer_->bounds_ = {{0, 0}, frame_.size};
+}
+
+Rect ViewNode::shownFrame() const {
+    Rect shown = frameTransition_.shown(frame_);
+    takeAwayNegative(shown.origin.x, shown.size.width);
+    takeAwayNegative(shown.origin.y, shown.size.height);
+    return shown;
 }
 
 ViewRef ViewNode::selfAsView() {

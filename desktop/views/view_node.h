@@ -55,8 +55,9 @@ class ViewNode : public std::enable_shared_from_this<ViewNode> {
     [[nodiscard]] const platform::Rect& nodeFrame() const { return frame_; }
 
     // The frame, alpha and transform are animated when they are set in a block (animation.h). The
-    // shown ones are those that the screen shows now.
-    [[nodiscard]] platform::Rect shownFrame() const { return frameTransition_.shown(frame_); }
+    // shown ones are those that the screen shows now. A side that a movement takes below nothing is
+    // shown as nothing, in the middle of where it would be.
+    [[nodiscard]] platform::Rect shownFrame() const;
 
     // Negative sizes are made positive by moving the origin; not finite ones are ignored.
     void setNodeFrame(const platform::Rect& frame);

@@ -168,13 +168,12 @@ void DesktopViews::animateWithDurationAnimationsCompletion(
 
 void DesktopViews::
     animateWithDurationDelayUsingSpringWithDampingInitialSpringVelocityOptionsAnimationsCompletion(
-        double duration, double delay, double damping, double initialVelocity, unsigned options,
+        double duration, double delay, double damping, double initialVelocity, unsigned /*options*/,
         const std::function<void()>& animations,
         const std::function<void(bool finished)>& completion) {
-    static_cast<void>(damping);
-    static_cast<void>(initialVelocity);
-    static_cast<void>(options);
-    clock_.animate(duration, kEaseInOut, animations, completion, delay);
+    const SpringTiming spring =
+        SpringTiming::create(damping, initialVelocity, std::min(duration, kLongestAnimation));
+    clock_.animate(duration, spring, animations, completion, delay);
 }
 
 std::shared_ptr<DesktopBitmapImage> renderTree(const platform::ViewRef& view, PixelSize size,
