@@ -27,6 +27,9 @@ std::string kindOf(const PropertyList& value) {
     return kKindNames[value.value().index()];
 }
 
+constexpr const char* kFactoryPreferencesFile =
+    "/var/mobile/Library/VelMoranth/DefaultSettings/com.qor.velmoranthprefs.plist";
+
 bool isFolder(const DeviceRoot& root, const std::string& devicePath) {
     const desktop::Descriptor folder(root.openFile(devicePath, O_PATH | O_DIRECTORY));
     return folder.isOpen();
@@ -65,13 +68,18 @@ std::vector<std::string> oddThemes(const DeviceRoot& root, const PropertyList::A
     return lines;
 }
 
-std::vector<std::string> oddContents(const DeviceRoot& root) {
-    const desktop::Descriptor file(root.openFile(kPreferencesFile, O_PATH));
-    if (!file.isOpen()) {
-        return {errno == ENOENT ? "there are no preferences, so theming is off"
+// 0 when there is something, else the errno of looking.
+int lookFor(const DeviceRoot& root, const char* devicePath) {
+    const desktop::Descriptor file(root.openFile(devicePath, O_PATH));
+    return file.isOpen() ? 0 : errno;
+}
+
+std::vector<std::string> oddContents(const DeviceRoot& root, const char* devicePath) {
+    if (const int error = lookFor(root, devicePath); error != 0) {
+        return {error == ENOENT ? "there are no preferences, so theming is off"
                                 : "the preferences cannot be read, so theming is off"};
     }
-    const auto contents = desktop::readPropertyList(root, kPreferencesFile);
+    const auto contents = desktop::readPropertyList(root, devicePath);
     if (!contents) {
         desktop::Problem problem = contents.error();
         problem.path.clear();
@@ -94,6 +102,9 @@ std::vector<std::string> oddContents(const DeviceRoot& root) {
         return {"\"ActiveThemes\" is " + kindOf(*themes) +
                 " in place of a list of names, so no theme is active"};
     }
+    if (entries->empty()) {
+        return {"\"ActiveThemes\" is empty, so no theme is active"};
+    }
     return oddThemes(root, *entries);
 }
 
@@ -109,9 +120,13 @@ desktop::Result<std::shared_ptr<DeviceRoot>> openDevice(const std::string& folde
 }
 
 std::vector<std::string> oddPreferences(const DeviceRoot& root) {
-    std::vector<std::string> lines = oddContents(root);
+    // Where the user has none, every start puts the factory preferences in place.
+    const bool isFactoryFresh =
+        lookFor(root, kPreferencesFile) == ENOENT && lookFor(root, kFactoryPreferencesFile) == 0;
+    const char* const devicePath = isFactoryFresh ? kFactoryPreferencesFile : kPreferencesFile;
+    std::vector<std::string> lines = oddContents(root, devicePath);
     for (std::string& line : lines) {
-        line.insert(0, shown(root.hostFolder()) + kPreferencesFile + ": ");
+        line.insert(0, shown(root.hostFolder()) + devicePath + ": ");
     }
     return lines;
 }

@@ -85,6 +85,7 @@ CMAKE_PACKAGES = {
     "libavformat": "libavformat-dev", "libavcodec": "libavcodec-dev", "libswresample": "libswresample-dev",
     "libavutil": "libavutil-dev", "sdl2": "libsdl2-dev",
     "nettle": "nettle-dev", "VelMoranthCatalog": "",  # the latter is ours, as its users find it
+    "Python3": "python3",
     "libheif": "",  # only asked for by who wants it (VELMORANTH_HEIF)
 }
 # The result type of everything outside the engine is an alias of this one.

@@ -20,18 +20,24 @@ std::string programFolder() {
 
 }  // namespace
 
-desktop::Result<std::string> findEngine() {
+desktop::Result<std::string> findBesideProgram(std::string_view what,
+                                               std::span<const std::string_view> places) {
     const std::string folder = programFolder();
-    const std::array places{folder + kEngineFileName,
-                            folder + "../lib/velmoranth/" + kEngineFileName};
     std::string tried;
-    for (const std::string& place : places) {
-        if (access(place.c_str(), R_OK) == 0) {
-            return place;
+    for (const std::string_view place : places) {
+        std::string path = folder + std::string(place);
+        if (access(path.c_str(), R_OK) == 0) {
+            return path;
         }
-        tried += (tried.empty() ? "" : " and ") + place;
+        tried += (tried.empty() ? "" : " and ") + path;
     }
-    return tl::unexpected(desktop::Problem{"the engine's library was not found; tried " + tried});
+    return tl::unexpected(desktop::Problem{std::string(what) + " was not found; tried " + tried});
+}
+
+desktop::Result<std::string> findEngine() {
+    const std::string installed = std::string("../lib/velmoranth/") + kEngineFileName;
+    const std::array<std::string_view, 2> places{kEngineFileName, installed};
+    return findBesideProgram("the engine's library", places);
 }
 
 desktop::Result<void> loadEngine(const std::string& path) {

@@ -109,6 +109,9 @@ TEST_F(PreviewInput, OddPreferencesAreOneWarningAndTheStockScreen) {
         return result.errors.substr(std::min(start.size(), result.errors.size()));
     };
 
+    fs::remove(folder /
+               "device/var/mobile/Library/VelMoranth/DefaultSettings/"
+               "com.qor.velmoranthprefs.plist");
     EXPECT_EQ(preview({"--root", "../device"}).errors,
               start + "there are no preferences, so theming is off\n");
     const std::string unreadable = "no readable preferences, so theming is off: ";
@@ -120,6 +123,8 @@ TEST_F(PreviewInput, OddPreferencesAreOneWarningAndTheStockScreen) {
     EXPECT_EQ(warningFor("<plist><dict/></plist>"), "\"enable\" is not on, so theming is off\n");
     EXPECT_EQ(warningFor("<plist><dict><key>enable</key><true/></dict></plist>"),
               "\"ActiveThemes\" is missing, so no theme is active\n");
+    EXPECT_EQ(warningFor(on + "<array/>" + end),
+              "\"ActiveThemes\" is empty, so no theme is active\n");
     EXPECT_EQ(warningFor(on + "<string>A</string>" + end),
               "\"ActiveThemes\" is a text in place of a list of names, so no theme is active\n");
     EXPECT_EQ(warningFor(on + "<array><integer>3</integer><true/></array>" + end),

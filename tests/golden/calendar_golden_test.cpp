@@ -1,5 +1,6 @@
-// The calendar's icon of a theme: a sheet of ten days in five languages, one of them written from
-// the right and three not in Latin letters.
+// The calendar's icon of a theme, and of what is installed for themes that say nothing of it: a
+// sheet of ten days in five languages, one of them written from the right and three not in Latin
+// letters.
 #include "core/settings.h"
 #include "desktop/imaging/bitmap_image.h"
 #include "hooks/images/drawn_icon_hooks.h"
@@ -89,11 +90,7 @@ void paste(const ImageRef& image, std::size_t column, std::size_t row, GoldenPic
     }
 }
 
-void expectSheet(const fs::path& theme, const std::string& name) {
-    TestDevice device(kScale);
-    fs::create_directories(device.hostFolder() + "/Library/Themes");
-    fs::copy(theme, device.hostFolder() + "/Library/Themes/T.theme", fs::copy_options::recursive);
-    device.activeThemes({"T.theme"}, {{"enable", true}, {"enableIconMask", true}});
+void expectSheet(TestDevice& device, const std::string& name) {
     core::loadSettings();
     CalendarIcon icon;
     GoldenPicture sheet{kPixels * kDays.size(), kPixels * kLocales.size(), {}};
@@ -110,8 +107,28 @@ void expectSheet(const fs::path& theme, const std::string& name) {
     expectGolden(name, sheet);
 }
 
+void expectThemesSheet(const fs::path& theme, const std::string& name) {
+    TestDevice device(kScale);
+    fs::create_directories(device.hostFolder() + "/Library/Themes");
+    fs::copy(theme, device.hostFolder() + "/Library/Themes/T.theme", fs::copy_options::recursive);
+    device.activeThemes({"T.theme"}, {{"enable", true}, {"enableIconMask", true}});
+    expectSheet(device, name);
+}
+
 TEST(CalendarGolden, OfTheExampleTheme) {
-    expectSheet(EXAMPLE_THEME, "calendar_kilnware");
+    expectThemesSheet(EXAMPLE_THEME, "calendar_kilnware");
+}
+
+TEST(CalendarGolden, OfAThemeThatOnlyHasAMask) {
+    constexpr const char* kMask = "Bundles/com.apple.mobileicons.framework/AppIconMask.png";
+    TestDevice device(kScale);
+    const fs::path theme = device.hostFolder() + "/Library/Themes/T.theme";
+    fs::create_directories((theme / kMask).parent_path());
+    fs::copy_file(fs::path(EXAMPLE_THEME) / kMask, theme / kMask);
+    fs::copy(LAYOUT_FOLDER "/var/mobile/Library/VelMoranth/UserSettings",
+             device.hostFolder() + "/User/Library/VelMoranth/UserSettings");
+    device.activeThemes({"T.theme"}, {{"enable", true}, {"enableIconMask", true}});
+    expectSheet(device, "calendar_installed");
 }
 
 TEST(CalendarGolden, OfARealThemeWithCalendarSettings) {
@@ -121,7 +138,7 @@ TEST(CalendarGolden, OfARealThemeWithCalendarSettings) {
     if (!fs::is_directory(theme)) {
         GTEST_SKIP() << theme << " is not here";
     }
-    expectSheet(theme, "calendar_limelight");
+    expectThemesSheet(theme, "calendar_limelight");
 }
 
 }  // namespace

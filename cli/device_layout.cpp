@@ -1,0 +1,48 @@
+#include "cli/device_layout.h"
+
+#include "simulator/loader.h"
+
+#include <array>
+#include <string>
+#include <utility>
+
+namespace velmoranth::cli {
+namespace {
+
+constexpr std::array<std::string_view, 10> kPaths{
+    "/var/mobile/Library/VelMoranth/DefaultSettings/com.qor.velmoranthprefs.plist",
+    "/var/mobile/Library/VelMoranth/Sounds/Error.caf",
+    "/var/mobile/Library/VelMoranth/Sounds/Reboot.caf",
+    "/var/mobile/Library/VelMoranth/Sounds/SlideClick.caf",
+    "/var/mobile/Library/VelMoranth/Sounds/beepShortOff.aif",
+    "/var/mobile/Library/VelMoranth/Sounds/beepShortOn.aif",
+    "/var/mobile/Library/VelMoranth/Sounds/button_click.caf",
+    "/var/mobile/Library/VelMoranth/Sounds/cell_swoosh.caf",
+    "/var/mobile/Library/VelMoranth/Sounds/success.aif",
+    "/var/mobile/Library/VelMoranth/UserSettings/Cal.plist",
+};
+
+constexpr std::array<std::string_view, 2> kPlaces{"share/velmoranth/layout",
+                                                  "../share/velmoranth/layout"};
+
+}  // namespace
+
+std::span<const std::string_view> installedPaths() {
+    return kPaths;
+}
+
+desktop::Result<std::vector<desktop::InstalledFile>> findInstalledFiles() {
+    const auto folder =
+        simulator::findBesideProgram("the folder of what is installed on a device", kPlaces);
+    if (!folder) {
+        return tl::unexpected(folder.error());
+    }
+    std::vector<desktop::InstalledFile> files;
+    files.reserve(kPaths.size());
+    for (const std::string_view path : kPaths) {
+        files.push_back({*folder + std::string(path), std::string(path)});
+    }
+    return files;
+}
+
+}  // namespace velmoranth::cli
