@@ -12,52 +12,43 @@
 namespace velmoranth::core {
 
 using filemanager::VelmoranthFileManager;
+using platform::AudioPlayerRef;
 using platform::MethodDefinition;
+using platform::NullableString;
 using platform::ObjectRef;
 using sounds::Sounds;
 
 namespace {
 
-// A class method that is a function of its arguments alone. Strings come as the platform has them:
-// nil is taken as "".
+// A class method that is a function of its arguments alone.
 MethodDefinition classMethod(const char* selector, void (*function)()) {
     return {selector, true,
             platform::makeImplementation(std::function<void(platform::Class&)>(
                 [function](platform::Class&) { function(); }))};
 }
 
-std::string text(const platform::NullableString& string) {
-    return string.value_or(std::string());
+MethodDefinition classMethod(const char* selector, void (*function)(const NullableString&)) {
+    return {
+        selector, true,
+        platform::makeImplementation(std::function<void(platform::Class&, NullableString)>(
+            [function](platform::Class&, const NullableString& argument) { function(argument); }))};
 }
 
-MethodDefinition classMethod(const char* selector, void (*function)(const std::string&)) {
+MethodDefinition classMethod(const char* selector, bool (*function)(const NullableString&)) {
     return {selector, true,
-            platform::makeImplementation(
-                std::function<void(platform::Class&, platform::NullableString)>(
-                    [function](platform::Class&, const platform::NullableString& argument) {
-                        function(text(argument));
-                    }))};
-}
-
-MethodDefinition classMethod(const char* selector, bool (*function)(const std::string&)) {
-    return {selector, true,
-            platform::makeImplementation(
-                std::function<bool(platform::Class&, platform::NullableString)>(
-                    [function](platform::Class&, const platform::NullableString& argument) {
-                        return function(text(argument));
-                    }))};
+            platform::makeImplementation(std::function<bool(platform::Class&, NullableString)>(
+                [function](platform::Class&, const NullableString& argument) {
+                    return function(argument);
+                }))};
 }
 
 MethodDefinition classMethod(const char* selector,
-                             bool (*function)(const std::string&, const std::string&)) {
-    return {
-        selector, true,
-        platform::makeImplementation(std::function<bool(platform::Class&, platform::NullableString,
-                                                        platform::NullableString)>(
-            [function](platform::Class&, const platform::NullableString& first,
-                       const platform::NullableString& second) {
-                return function(text(first), text(second));
-            }))};
+                             bool (*function)(const NullableString&, const NullableString&)) {
+    return {selector, true,
+            platform::makeImplementation(
+                std::function<bool(platform::Class&, NullableString, NullableString)>(
+                    [function](platform::Class&, const NullableString& first,
+                               const NullableString& second) { return function(first, second); }))};
 }
 
 // An action of the panel: takes its sender.
@@ -97,6 +88,12 @@ std::vector<MethodDefinition> soundMethods() {
         action("PlaySuccess:", &Sounds::PlaySuccess),
         action("PlayOn:", &Sounds::PlayOn),
         action("PlayOff:", &Sounds::PlayOff),
+        {"soundToPlay", false,
+         platform::makeImplementation(std::function<AudioPlayerRef(Sounds&)>(
+             [](Sounds& self) { return self.soundToPlay(); }))},
+        {"setSoundToPlay:", false,
+         platform::makeImplementation(std::function<void(Sounds&, AudioPlayerRef)>(
+             [](Sounds& self, const AudioPlayerRef& player) { self.setSoundToPlay(player); }))},
     };
 }
 

@@ -12,6 +12,7 @@ using core::NSLog;
 using core::stringWithFormat;
 using platform::Error;
 using platform::Failure;
+using platform::NullableString;
 using platform::platform;
 using platform::Rect;
 
@@ -50,6 +51,10 @@ State& state() {
 // Formatted afresh for every use.
 std::string livePreferences() {
     return stringWithFormat("/User/Library/Preferences/%@", std::string(kPreferencesFile));
+}
+
+std::string pathOf(const NullableString& string) {
+    return string.value_or(std::string());
 }
 
 void openUp(const char* folder) {
@@ -139,7 +144,7 @@ void VelmoranthFileManager::NoUserSettingCreateThemeNow() {
     }
 }
 
-bool VelmoranthFileManager::saveCurrentSettinginFolderWithName(const std::string& name) {
+bool VelmoranthFileManager::saveCurrentSettinginFolderWithName(const NullableString& name) {
     openUp(kSavedFolder);
     const std::string live = livePreferences();
     const std::string staging =
@@ -159,26 +164,27 @@ bool VelmoranthFileManager::saveCurrentSettinginFolderWithName(const std::string
     return true;
 }
 
-bool VelmoranthFileManager::renameFileFromTo(const std::string& oldPath,
-                                             const std::string& newPath) {
-    platform().fileManager.setPosixPermissionsOfItemAtPath(kOpenMode, oldPath);
+bool VelmoranthFileManager::renameFileFromTo(const NullableString& oldPath,
+                                             const NullableString& newPath) {
+    platform().fileManager.setPosixPermissionsOfItemAtPath(kOpenMode, pathOf(oldPath));
     platform().libSystem.setuid(0);
     platform().libSystem.setgid(0);
-    platform().libSystem.chmod(oldPath, kOpenMode);
-    return succeeded(platform().fileManager.moveItemAtPathToPath(oldPath, newPath));
+    platform().libSystem.chmod(pathOf(oldPath), kOpenMode);
+    return succeeded(platform().fileManager.moveItemAtPathToPath(pathOf(oldPath), pathOf(newPath)));
 }
 
-bool VelmoranthFileManager::deleteFileFromDeviceFromDir(const std::string& path,
-                                                        const std::string& folder) {
+bool VelmoranthFileManager::deleteFileFromDeviceFromDir(const NullableString& path,
+                                                        const NullableString& folder) {
     NSLog("VELMORANTH FILE MANAGER: deleteFileFromDevice: %@ fromThemeDir: %@", path, folder);
-    return succeeded(platform().fileManager.removeItemAtPath(path));
+    return succeeded(platform().fileManager.removeItemAtPath(pathOf(path)));
 }
 
-bool VelmoranthFileManager::overwriteFontFilesInDirFromTheme(const std::string& destination,
-                                                             const std::string& source) {
+bool VelmoranthFileManager::overwriteFontFilesInDirFromTheme(const NullableString& destination,
+                                                             const NullableString& source) {
     NSLog("VELMORANTH FILE MANAGER: overwriteFontFilesInDir: %@ fromThemeDir: %@", destination,
           source);
-    if (!succeeded(platform().fileManager.copyItemAtPathToPath(source, destination))) {
+    if (!succeeded(
+            platform().fileManager.copyItemAtPathToPath(pathOf(source), pathOf(destination)))) {
         return false;
     }
     // Names no file, so nothing but an empty view is shown.
@@ -186,11 +192,11 @@ bool VelmoranthFileManager::overwriteFontFilesInDirFromTheme(const std::string& 
     return true;
 }
 
-void VelmoranthFileManager::ShowSuccesView(const std::string& imagePath) {
+void VelmoranthFileManager::ShowSuccesView(const NullableString& imagePath) {
     fetchPresentingController();
     state().successImageView = platform().views.imageViewWithFrame(successFrame(0));
     const platform::ImageViewRef imageView = state().successImageView;
-    const platform::ImageRef image = platform().images.imageWithContentsOfFile(imagePath);
+    const platform::ImageRef image = platform().images.imageWithContentsOfFile(pathOf(imagePath));
     if (imageView != nullptr) {
         imageView->setImage(image);
     }

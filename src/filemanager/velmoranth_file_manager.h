@@ -3,6 +3,7 @@
 // and does not retry or roll back. All of it runs on the main thread.
 #pragma once
 
+#include "platform/foundation.h"
 #include "platform/objc_runtime.h"
 
 #include <memory>
@@ -26,21 +27,25 @@ class VelmoranthFileManager final : public platform::Object {
     // When there are preferences already, the copy fails, is logged, and they stay.
     static void NoUserSettingCreateThemeNow();
 
+    // Strings come as the platform has them: nil prints "(null)" and is a path of nothing.
+
     // saveCurrentSettinginFolderWithName: a copy of the live preferences in the folder of saved
     // ones, by way of a staging copy, which stays when the name is taken.
-    static bool saveCurrentSettinginFolderWithName(const std::string& name);
+    static bool saveCurrentSettinginFolderWithName(const platform::NullableString& name);
     // renameFileFrom:to: as root, with the file opened up (mode 0777).
-    static bool renameFileFromTo(const std::string& oldPath, const std::string& newPath);
+    static bool renameFileFromTo(const platform::NullableString& oldPath,
+                                 const platform::NullableString& newPath);
     // deleteFileFromDevice:fromDir: the folder is logged and not used.
-    static bool deleteFileFromDeviceFromDir(const std::string& path, const std::string& folder);
+    static bool deleteFileFromDeviceFromDir(const platform::NullableString& path,
+                                            const platform::NullableString& folder);
     // overwriteFontFilesInDir:fromTheme: copies the theme's fonts to where none are yet; an
     // existing destination is not replaced and makes it fail.
-    static bool overwriteFontFilesInDirFromTheme(const std::string& destination,
-                                                 const std::string& source);
+    static bool overwriteFontFilesInDirFromTheme(const platform::NullableString& destination,
+                                                 const platform::NullableString& source);
 
     // ShowSuccesView: the image in the file at that path grows over the key window, and is gone 0.6
     // seconds later. A path of no image shows an empty view.
-    static void ShowSuccesView(const std::string& imagePath);
+    static void ShowSuccesView(const platform::NullableString& imagePath);
     // Takes the image away.
     static void finshedSelfAlert();
 };
