@@ -93,7 +93,7 @@ THIRD_PARTY_IN_HEADERS = {("desktop/result/result.h", "tl/expected.hpp"),
                           # FFmpeg's functions, for the sources beside it.
                           *(("desktop/audio/ffmpeg.h", name) for name in (
                               "libavcodec/avcodec.h", "libavformat/avformat.h", "libavutil/avutil.h",
-                              "libavutil/log.h", "libswresample/swresample.h"))}
+                              "libavutil/log.h", "libavutil/opt.h", "libswresample/swresample.h"))}
 
 INCLUDE = re.compile(r'^\s*#\s*(?:include|import)\s*([<"])([^>"]+)[>"]', re.MULTILINE)
 

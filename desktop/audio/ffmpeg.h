@@ -10,6 +10,7 @@ extern "C" {
 #include <libavformat/avformat.h>
 #include <libavutil/avutil.h>
 #include <libavutil/log.h>
+#include <libavutil/opt.h>
 #include <libswresample/swresample.h>
 }
 
@@ -26,7 +27,7 @@ namespace velmoranth::desktop {
     FUNCTION(av_free) FUNCTION(av_freep) \
     FUNCTION(av_get_bits_per_sample) FUNCTION(av_get_bytes_per_sample) \
     FUNCTION(av_log_set_callback) FUNCTION(av_malloc) FUNCTION(av_max_alloc) \
-    FUNCTION(av_packet_alloc) FUNCTION(av_packet_free) FUNCTION(av_packet_unref) \
+    FUNCTION(av_opt_set_double) FUNCTION(av_packet_alloc) FUNCTION(av_packet_free) FUNCTION(av_packet_unref) \
     FUNCTION(av_read_frame) FUNCTION(av_sample_fmt_is_planar) FUNCTION(avcodec_alloc_context3) \
     FUNCTION(avcodec_find_decoder_by_name) FUNCTION(avcodec_free_context) \
     FUNCTION(avcodec_get_name) FUNCTION(avcodec_open2) FUNCTION(avcodec_parameters_to_context) \

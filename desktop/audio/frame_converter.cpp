@@ -73,6 +73,8 @@ bool FrameConverter::prepare(const AVFrame& frame, std::vector<float>& samples) 
                                              frame.sample_rate, 0, nullptr) == 0;
     ffmpeg().av_channel_layout_uninit(&usual);
     state_->resampler.reset(context);
+    // Channels that are mixed into one are no louder than full level together.
+    made = made && ffmpeg().av_opt_set_double(context, "rematrix_maxval", 1, 0) == 0;
     if (made && state_->layout.nb_channels == 1) {
         // The library's own choice is 3 dB quieter.
         constexpr std::array<double, kChannels> kBothSides{1, 1};

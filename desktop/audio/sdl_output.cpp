@@ -52,6 +52,22 @@ Result<Sdl> loadSdl() {
     return sdl;
 }
 
+// ALSA's library writes on the standard error stream when there is no device, unless it is given
+// somebody else to tell. Its own header declares it so.
+using AlsaErrorHandler = void (*)(const char* file, int line, const char* function, int error,
+                                  const char* format, ...);
+
+void dropAlsaError(const char* /*file*/, int /*line*/, const char* /*function*/, int /*error*/,
+                   const char* /*format*/, ...) {}
+
+void silenceAlsa() {
+    int (*setHandler)(AlsaErrorHandler) = nullptr;
+    const auto library = SharedLibrary::load("libasound.so.2");
+    if (library && library->find("snd_lib_error_set_handler", setHandler)) {
+        setHandler(dropAlsaError);
+    }
+}
+
 void pull(void* mixer, Uint8* bytes, int count) {
     static_cast<Mixer*>(mixer)->render(std::span(reinterpret_cast<float*>(bytes),
                                                  static_cast<std::size_t>(count) / sizeof(float)));
@@ -65,6 +81,7 @@ class OpenDevice {
         if (!sdl) {
             return tl::unexpected(sdl.error());
         }
+        silenceAlsa();
         // A program's signals are its own.
         sdl->setHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
         sdl->setHint(SDL_HINT_AUDIO_DEVICE_APP_NAME, "VelMoranth");

@@ -11,9 +11,9 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdarg>
+#include <cerrno>
+#include <cstdint>
 #include <cstdio>
-#include <cstring>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -140,8 +140,9 @@ class FfmpegDecoder final : public SoundDecoder {
     Owned<AVFrame> frame_;
     FrameConverter converter_;
     CafTrim trim_;
-    int sliceStart_ = 0;  // in the frame at hand
-    int frameEnd_ = 0;    // of what is to be played of it; 0 when there is none at hand
+    int sliceStart_ = 0;           // in the frame at hand
+    int frameEnd_ = 0;             // of what is to be played of it; 0 when there is none at hand
+    std::uint64_t dataStart_ = 0;  // of the first packet in the file, as far as it is known
     int fruitless_ = 0;
     bool inputEnded_ = false;
     bool ended_ = false;
@@ -248,6 +249,9 @@ Result<void> FfmpegDecoder::openCodec() {
     }
     if (format_.container == "caf") {
         trim_ = cafTrimOf(input_.file);
+        if (trim_.frames != CafTrim().frames) {
+            format_.seconds = static_cast<double>(trim_.frames) / parameters.sample_rate;
+        }
     }
     return {};
 }
@@ -258,12 +262,13 @@ void FfmpegDecoder::describe() {
     format_.sampleRate = converter_.inputRate();
     const std::int64_t duration = stream_->duration;
     const int bits = ffmpeg().av_get_bits_per_sample(stream_->codecpar->codec_id);
-    if (trim_.frames != INT64_MAX) {
-        format_.seconds = static_cast<double>(trim_.frames) / stream_->codecpar->sample_rate;
-    } else if (duration != AV_NOPTS_VALUE && duration > 0) {
+    if (format_.seconds) {
+        return;
+    }
+    if (duration != AV_NOPTS_VALUE && duration > 0) {
         format_.seconds = static_cast<double>(duration) * av_q2d(stream_->time_base);
     } else if (bits > 0) {
-        format_.seconds = static_cast<double>(input_.file.size()) * 8 /
+        format_.seconds = static_cast<double>(input_.file.size() - dataStart_) * 8 /
                           (static_cast<double>(bits) * format_.channels * format_.sampleRate);
     }
 }
@@ -327,6 +332,9 @@ bool FfmpegDecoder::sendPacket() {
         // The decoder hands out what it holds back.
         return ffmpeg().avcodec_send_packet(codec_.get(), nullptr) == 0;
     }
+    if (dataStart_ == 0 && packet_->pos > 0) {
+        dataStart_ = std::min(static_cast<std::uint64_t>(packet_->pos), input_.file.size());
+    }
     const bool tooLarge = packet_->size > kMaxPacketBytes;
     if (tooLarge) {
         endWith("the sound is damaged: a packet of " + std::to_string(packet_->size) + " bytes");
@@ -351,7 +359,7 @@ bool FfmpegDecoder::beginFrame() {
     const std::int64_t skipped = std::min<std::int64_t>(trim_.skipped, frame.nb_samples);
     const std::int64_t played = std::min(frame.nb_samples - skipped, trim_.frames);
     trim_.skipped -= skipped;
-    if (trim_.frames != INT64_MAX) {
+    if (trim_.frames != CafTrim().frames) {
         trim_.frames -= played;
     }
     sliceStart_ = static_cast<int>(skipped);

@@ -18,5 +18,25 @@ TEST(RecordedAudioSession, KeepsItsCategory) {
               (std::vector<std::string>{"AVAudioSessionCategoryAmbient", "Ambient"}));
 }
 
+TEST(RecordedAudioSession, TellsTheDevice) {
+    int interruptions = 0;
+    bool playing = false;
+    RecordedAudioSession session(
+        {.interruptOthers = [&] { ++interruptions; }, .isPlaying = [&] { return playing; }});
+    EXPECT_TRUE(session.setCategory("AVAudioSessionCategoryPlayback"));
+    EXPECT_TRUE(session.setActive(false));
+    EXPECT_EQ(interruptions, 0);
+    EXPECT_TRUE(session.setActive(true));
+    EXPECT_EQ(interruptions, 1);
+    EXPECT_TRUE(session.setCategory("AVAudioSessionCategoryAmbient"));
+    EXPECT_EQ(interruptions, 1);
+    playing = true;
+    EXPECT_FALSE(session.setActive(false));
+    EXPECT_TRUE(session.isActive());
+    playing = false;
+    EXPECT_TRUE(session.setActive(false));
+    EXPECT_FALSE(session.isActive());
+}
+
 }  // namespace
 }  // namespace velmoranth::desktop
