@@ -32,7 +32,7 @@ void replaceServices(const ReplacedServices& replaced) {
                            .device = chosen(replaced.device, now.device),
                            .screen = now.screen,
                            .springBoard = now.springBoard,
-                           .audio = now.audio,
+                           .audio = chosen(replaced.audio, now.audio),
                            .alerts = now.alerts,
                            .application = now.application});
 }

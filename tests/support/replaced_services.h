@@ -16,6 +16,7 @@ struct ReplacedServices {
     platform::Fonts* fonts = nullptr;
     platform::Views* views = nullptr;
     platform::Device* device = nullptr;
+    platform::Audio* audio = nullptr;
 };
 
 void replaceServices(const ReplacedServices& replaced);

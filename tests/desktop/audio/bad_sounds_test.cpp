@@ -184,6 +184,22 @@ TEST(BadSounds, NothingButDamagedPacketsComesToAnEnd) {
               "sound: the sound is damaged: nothing can be played of 1000 packets in a row");
 }
 
+// Nor on the standard streams, where a library likes to complain.
+TEST(BadSounds, NobodyHearsOfThem) {
+    std::string file = soundFile("adts", "aac", tests::Tone{});
+    for (std::size_t i = 500; i < file.size(); i += 13) {
+        file[i] = static_cast<char>(i);
+    }
+    testing::internal::CaptureStderr();
+    testing::internal::CaptureStdout();
+    if (const auto decoder = decoderOf(file)) {
+        EXPECT_FALSE(framesOf(**decoder).empty());
+    }
+    EXPECT_FALSE(decoderOf("caff"));
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
 TEST(BadSounds, InputOfZerosComesToAnEnd) {
     // Chunk headers of no size, one after another, in a sparse file of a gigabyte.
     const tests::TemporaryFolder folder;

@@ -7,6 +7,7 @@ extern "C" {
 #include <libavformat/avformat.h>
 #include <libavutil/channel_layout.h>
 #include <libavutil/frame.h>
+#include <libavutil/log.h>
 #include <libavutil/mem.h>
 }
 
@@ -120,6 +121,7 @@ struct Encoder {
     Encoder(const std::string& name, int sampleRate, int channels, bool globalHeader) {
         const AVCodec* const codec = avcodec_find_encoder_by_name(name.c_str());
         check(codec == nullptr ? -1 : 0, name.c_str());
+        av_log_set_level(AV_LOG_ERROR);  // no chat of the encoders
         context.reset(avcodec_alloc_context3(codec));
         context->sample_rate = sampleRate;
         context->sample_fmt = codec->sample_fmts[0];
