@@ -272,7 +272,7 @@ std::string cafFile(const Tone& tone) {
 std::string bigEndian(std::uint64_t value, int bytes) {
     std::string text;
     for (int i = bytes - 1; i >= 0; --i) {
-        text.push_back(static_cast<char>(value >> (8 * i)));
+        text.push_back(i < 8 ? static_cast<char>(value >> (8 * i)) : '\0');
     }
     return text;
 }
