@@ -138,18 +138,19 @@ Result<void> deliver(const PreviewOptions& options, const simulator::Picture& pi
 
 Result<void> drawAllSteps(const PreviewOptions& options, const Shown& device) {
     ProgressLine progress;
+    const int count = stepCount(options.screen.kind);
     return drawSteps(requestFor(options, device), [&](int step, const RenderedScreen& screen) {
-        if (step == 1 + kStepsToOpen) {
+        if (screen.folder && step == 1 + kStepsToOpen) {
             progress.clear();
             notePage(options, screen);
         }
-        progress.show(fmt::format("picture {} of {}", step, kStepCount));
+        progress.show(fmt::format("picture {} of {}", step, count));
         auto written = writePicture(screen.picture, stepFile(options.output, step));
-        if (written && step == kStepCount) {
+        if (written && step == count) {
             progress.clear();
             reportWritten(options,
                           shown(stepFile(options.output, 1)) + " to " +
-                              shown(stepFile(options.output, kStepCount)),
+                              shown(stepFile(options.output, count)),
                           screen.picture);
         }
         return written;
@@ -161,7 +162,7 @@ Result<void> checkOutputs(const PreviewOptions& options) {
     if (!options.screen.steps) {
         return checkOutput(options.output);
     }
-    for (int step = 1; step <= kStepCount; ++step) {
+    for (int step = 1; step <= stepCount(options.screen.kind); ++step) {
         if (auto checked = checkOutput(stepFile(options.output, step)); !checked) {
             return checked;
         }

@@ -28,7 +28,9 @@ constexpr std::array<Option, 19> kOptions{{
     {"--orientation", "", "HOW", "how the device is held: portrait or, a pad, landscape"},
     {"--screen", "", "SCREEN",
      "home, folder (open, over the home screen), pressed (a finger is on an icon), today, "
-     "switcher, notification, settings, weather, controls (of an app) or gallery (every image that "
+     "switcher, notification, settings, panel-error and panel-success (the theming's own settings, "
+     "when something failed or is done), weather, controls (of an app) or gallery (every image "
+     "that "
      "the screens ask for, before and after)"},
     {"--page", "", "N", "the page of the home screen or of the gallery, from 1"},
     {"--folder", "", "NAME",
@@ -39,7 +41,7 @@ constexpr std::array<Option, 19> kOptions{{
     {"--steps", "", "",
      "with --screen folder: the folder as it opens and closes again, 20 pictures a second, in "
      "files beside the output: preview-01.png (closed) to preview-08.png (open) to preview-15.png "
-     "(closed)"},
+     "(closed); with --screen panel-success: its image at 0.1, 0.2, 0.3 and 0.7 seconds"},
     {"--set", "", "KEY=VALUE", "a preference of this run, see below", Repeat::often},
     {"--date", "", "DATE", "what the device's clock shows: 2019-12-24 or 2019-12-24T18:30"},
     {"--locale", "", "NAME",
@@ -153,7 +155,7 @@ Result<void> checkTogether(const Arguments& arguments) {
         {"--before", "--compare", "--compare shows both"},
         {"--follow", "--before", "a screen with nothing replaced does not change"},
         {"--follow", "--compare", "follow the themed screen alone"},
-        {"--steps", "--follow", "the steps end with the folder closed"},
+        {"--steps", "--follow", "the steps have an end"},
         {"--steps", "--compare", "take --before for the stock screen's steps"},
     }};
     for (const Pair& pair : kPairs) {

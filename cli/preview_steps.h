@@ -1,4 +1,5 @@
-// The steps of a folder that opens and closes, each a picture of its own.
+// The steps of a movement, each a picture of its own: a folder that opens and closes, or the image
+// of success that comes and goes.
 #pragma once
 
 #include "desktop/result/result.h"
@@ -12,12 +13,14 @@ namespace velmoranth::cli {
 inline constexpr int kStepsPerSecond = 20;
 // The closed folder, seven steps to the open one, and seven back.
 inline constexpr int kStepsToOpen = 7;
-inline constexpr int kStepCount = 1 + 2 * kStepsToOpen;
+
+// How many steps a screen has; 0 for one without.
+[[nodiscard]] int stepCount(simulator::ScreenKind screen);
 
 // The file of a step, from 1: "out/preview.png" has "out/preview-01.png".
 [[nodiscard]] std::string stepFile(const std::string& output, int step);
 
-// Draws every step of the request's folder, first to last, and hands each over; a problem of the
+// Draws every step of the request's screen, first to last, and hands each over; a problem of the
 // receiver ends it.
 [[nodiscard]] desktop::Result<void> drawSteps(
     const simulator::ScreenRequest& request,

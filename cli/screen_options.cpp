@@ -3,6 +3,7 @@
 #include "cli/messages.h"
 #include "cli/nearest.h"
 #include "cli/numbers.h"
+#include "cli/preview_steps.h"
 #include "simulator/apps.h"
 
 #include <algorithm>
@@ -31,9 +32,8 @@ struct Belonging {
     std::string_view screenName;
 };
 
-constexpr std::array<Belonging, 4> kBelongings{{{"--folder", ScreenKind::folder, "folder"},
+constexpr std::array<Belonging, 3> kBelongings{{{"--folder", ScreenKind::folder, "folder"},
                                                 {"--folder-page", ScreenKind::folder, "folder"},
-                                                {"--steps", ScreenKind::folder, "folder"},
                                                 {"--icon", ScreenKind::pressed, "pressed"}}};
 
 tl::unexpected<Problem> misuse(std::string message) {
@@ -137,6 +137,9 @@ Result<ScreenOptions> readScreenOptions(const Arguments& arguments) {
             return misuse(std::string(belonging.option) + " needs --screen " +
                           std::string(belonging.screenName));
         }
+    }
+    if (arguments.has("--steps") && stepCount(options.kind) == 0) {
+        return misuse("--steps needs --screen folder or panel-success");
     }
     if (arguments.has("--page") && !hasPages(options.kind)) {
         return misuse("--page needs a screen that has pages: home, folder, pressed or gallery");

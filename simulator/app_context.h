@@ -3,6 +3,7 @@
 
 #include "desktop/imaging/images.h"
 #include "desktop/runtime/runtime.h"
+#include "desktop/views/view_controllers.h"
 #include "desktop/views/views.h"
 #include "simulator/device.h"
 #include "simulator/stock_images.h"
@@ -19,6 +20,8 @@ struct AppContext {
     desktop::DesktopViews& views;
     // Images of bundles and of the toolkit itself; screens ask for them by messages.
     ToolkitImages& toolkit;
+    // Its key window is there when a screen has appeared.
+    desktop::DesktopApplication& application;
 
     [[nodiscard]] double scale() const { return device.screen.scale; }
 

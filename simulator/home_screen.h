@@ -87,6 +87,8 @@ class HomeScreen final : public Screen {
     // The screen as it was laid out last. Nil when it is too large to draw.
     [[nodiscard]] std::shared_ptr<desktop::DesktopBitmapImage> draw() const override;
 
+    [[nodiscard]] const platform::ViewRef& view() const override { return window_; }
+
     // The icons in the picture, the page's row by row, then the dock's.
     [[nodiscard]] std::vector<ShownIcon> shownIcons() const override;
 

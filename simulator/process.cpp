@@ -157,6 +157,8 @@ struct SimulatedProcess::Services {
     [[nodiscard]] std::unique_ptr<HomeScreen> makeHomeScreen();
     // The screen asked for, when it is none of the home screen itself.
     [[nodiscard]] std::unique_ptr<Screen> makeScreen(ScreenKind kind);
+    // Makes the screen's view the key window's.
+    void showScreen();
 
     const DeviceConfiguration device;
     LineLog log;
@@ -299,7 +301,7 @@ void SimulatedProcess::Services::registerClasses(ProcessKind process) {
 }
 
 AppContext SimulatedProcess::Services::appContext() {
-    return {device, runtime, images, stockImages, views, toolkit};
+    return {device, runtime, images, stockImages, views, toolkit, application};
 }
 
 std::unique_ptr<HomeScreen> SimulatedProcess::Services::makeHomeScreen() {
@@ -315,6 +317,9 @@ std::unique_ptr<Screen> SimulatedProcess::Services::makeScreen(ScreenKind kind) 
             return makeGalleryScreen(appContext());
         case ScreenKind::settings:
             return makeSettingsScreen(appContext());
+        case ScreenKind::panelError:
+        case ScreenKind::panelSuccess:
+            return makePanelScreen(appContext(), kind);
         case ScreenKind::weather:
             return makeWeatherScreen(appContext());
         case ScreenKind::today:
@@ -326,6 +331,13 @@ std::unique_ptr<Screen> SimulatedProcess::Services::makeScreen(ScreenKind kind) 
         default:
             return nullptr;
     }
+}
+
+void SimulatedProcess::Services::showScreen() {
+    const auto window = std::make_shared<desktop::DesktopWindow>(mainScreen.bounds());
+    window->setRootViewController(std::make_shared<desktop::DesktopViewController>(screen->view()));
+    application.setKeyWindow(window);
+    screen->didAppear();
 }
 
 desktop::Result<std::unique_ptr<SimulatedProcess>> SimulatedProcess::start(
@@ -364,6 +376,7 @@ desktop::Result<std::unique_ptr<SimulatedProcess>> SimulatedProcess::start(
     } else {
         services->screen->showPage(request.page);
     }
+    services->showScreen();
     return std::unique_ptr<SimulatedProcess>(new SimulatedProcess(std::move(services)));
 }
 

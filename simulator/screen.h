@@ -34,6 +34,13 @@ class Screen {
     // The screen as it was laid out last. Nil when it is too large to draw.
     [[nodiscard]] virtual std::shared_ptr<desktop::DesktopBitmapImage> draw() const = 0;
 
+    // The view that is the whole of it, as large as the screen.
+    [[nodiscard]] virtual const platform::ViewRef& view() const = 0;
+
+    // The screen is what the process shows from now on: its view is that of the root view
+    // controller of the key window.
+    virtual void didAppear() {}
+
     // Notifications of the device have been delivered to the process.
     virtual void notificationsWereDelivered() {}
 

@@ -7,7 +7,7 @@ namespace velmoranth::simulator {
 
 namespace {
 
-constexpr std::array<ScreenDefinition, 10> kScreens{{
+constexpr std::array<ScreenDefinition, 12> kScreens{{
     {ScreenKind::home, "home", ProcessKind::homeScreen},
     {ScreenKind::folder, "folder", ProcessKind::homeScreen},
     {ScreenKind::pressed, "pressed", ProcessKind::homeScreen},
@@ -15,6 +15,8 @@ constexpr std::array<ScreenDefinition, 10> kScreens{{
     {ScreenKind::switcher, "switcher", ProcessKind::homeScreen},
     {ScreenKind::notification, "notification", ProcessKind::homeScreen},
     {ScreenKind::settings, "settings", ProcessKind::settings},
+    {ScreenKind::panelError, "panel-error", ProcessKind::settings},
+    {ScreenKind::panelSuccess, "panel-success", ProcessKind::settings},
     {ScreenKind::weather, "weather", ProcessKind::weather},
     {ScreenKind::controls, "controls", ProcessKind::app},
     {ScreenKind::gallery, "gallery", ProcessKind::everything},

@@ -10,7 +10,8 @@ namespace velmoranth::simulator {
 
 // folder: an open folder over the home screen. pressed: a finger is on an icon. switcher: suggests
 // an app. notification: a banner over the home screen. gallery: every image that the screens ask
-// for.
+// for. panelError and panelSuccess: the theming's panel in the settings, with an alert and with the
+// image of success.
 enum class ScreenKind {
     home,
     folder,
@@ -19,6 +20,8 @@ enum class ScreenKind {
     switcher,
     notification,
     settings,
+    panelError,
+    panelSuccess,
     weather,
     controls,
     gallery

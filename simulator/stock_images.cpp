@@ -95,6 +95,10 @@ platform::ImageRef StockImages::platterShadow(platform::Size size, double corner
     return image(drawPlatterShadow(size.width, size.height, cornerRadius, scale), scale);
 }
 
+platform::ImageRef StockImages::successPlate(double side, double scale) const {
+    return image(drawSuccessPlate(side, scale), scale);
+}
+
 platform::ImageRef StockImages::image(FurniturePicture picture, double scale) const {
     if (picture.bgra.empty()) {
         return nullptr;

@@ -63,6 +63,9 @@ class StockImages {
     [[nodiscard]] platform::ImageRef platterShadow(platform::Size size, double cornerRadius,
                                                    double scale) const;
 
+    // What the theming's settings panel shows when something is done.
+    [[nodiscard]] platform::ImageRef successPlate(double side, double scale) const;
+
     // Counts a request for an app's icon that is made of other images than these.
     void noteRequest(const std::string& bundleIdentifier);
 

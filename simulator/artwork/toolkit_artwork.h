@@ -1,6 +1,6 @@
 // The pictures that interface screens are made of where no theme has one: interface glyphs, the
-// toolkit's own named images, settings tiles, weather conditions, the switch's parts, and the two
-// live icons (calendar and clock).
+// toolkit's own named images, settings tiles, weather conditions, the switch's parts, the mark of
+// success, and the two live icons (calendar and clock).
 //
 // Results are as `artwork.h` has them: premultiplied BGRA, top row first, points times scale to the
 // nearest pixel. Sizes are in points. A size or a scale that is not a positive number, a side
@@ -61,6 +61,9 @@ FurniturePicture drawSwitchKnob(double scale);
 /// The track without the knob. Up to system 12 a switch that is off is a ring around white, from 13
 /// on a gray plate; the green of one that is on differs as well.
 FurniturePicture drawSwitchTrack(bool isOn, int systemMajor, double scale);
+
+/// A check mark on a dark plate that lets a little through, in a square of `side` points.
+FurniturePicture drawSuccessPlate(double side, double scale);
 
 /// The calendar icon without text: opaque, square, not masked.
 FurniturePicture drawCalendarBase(double side, double scale);

@@ -16,6 +16,8 @@ class AppScreen : public Screen {
     [[nodiscard]] std::shared_ptr<desktop::DesktopBitmapImage> draw() const override;
     void advance(double seconds) override;
 
+    [[nodiscard]] const platform::ViewRef& view() const override { return window_; }
+
   protected:
     [[nodiscard]] const AppContext& context() const { return context_; }
 

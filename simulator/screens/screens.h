@@ -5,6 +5,7 @@
 #include "simulator/app_context.h"
 #include "simulator/home_screen.h"
 #include "simulator/screen.h"
+#include "simulator/screen_kinds.h"
 
 #include <memory>
 
@@ -19,6 +20,9 @@ namespace velmoranth::simulator {
 // Of the settings app, and of the weather app.
 [[nodiscard]] std::unique_ptr<Screen> makeSettingsScreen(const AppContext& context);
 [[nodiscard]] std::unique_ptr<Screen> makeWeatherScreen(const AppContext& context);
+
+// Of the settings app; `kind` is one of the panel's two.
+[[nodiscard]] std::unique_ptr<Screen> makePanelScreen(const AppContext& context, ScreenKind kind);
 
 // Of the home screen's process. `home` lies behind them.
 [[nodiscard]] std::unique_ptr<Screen> makeTodayScreen(const AppContext& context,

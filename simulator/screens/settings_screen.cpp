@@ -105,9 +105,7 @@ class Builder {
         const platform::Size screen = context_.bounds().size;
         const bool isPad = context_.device.kind == DeviceKind::pad;
         window_.setBackgroundColor(colors_.background);
-        const ViewRef list =
-            column({{0, 0}, {isPad ? kSidebarWidth : screen.width, screen.height}});
-        addList(*list, isPad ? kChosen : std::string_view());
+        addListColumn(isPad ? kSidebarWidth : screen.width, isPad ? kChosen : std::string_view());
         if (isPad) {
             const ViewRef page =
                 column({{kSidebarWidth, 0}, {screen.width - kSidebarWidth, screen.height}});
@@ -116,6 +114,10 @@ class Builder {
                 makeBox({{kSidebarWidth, 0}, {hairline(), screen.height}}, colors_.separator));
         }
         window_.addSubview(makeDarkStatusBar(context_.device));
+    }
+
+    void addListColumn(double width, std::string_view chosen) const {
+        addList(*column({{0, 0}, {width, context_.bounds().size.height}}), chosen);
     }
 
   private:
@@ -284,6 +286,16 @@ void registerSettingsClasses(const AppContext& context) {
             [&toolkit = context.toolkit](platform::PKIconImageCache&, const NullableString& key) {
                 return key ? toolkit.stockImage(*key, std::string(kPreferencesBundle)) : nullptr;
             }));
+}
+
+double settingsListWidth(const DeviceConfiguration& device) {
+    return device.kind == DeviceKind::pad ? kSidebarWidth : 0;
+}
+
+void addSettingsList(const AppContext& context, platform::View& window, AskedImages& images) {
+    if (const double width = settingsListWidth(context.device); width > 0) {
+        Builder(context, window, images).addListColumn(width, "");
+    }
 }
 
 SettingsScreen::SettingsScreen(const AppContext& context) : AppScreen(context) {

@@ -10,6 +10,12 @@ namespace velmoranth::simulator {
 // The classes of the settings app's process, after the toolkit's.
 void registerSettingsClasses(const AppContext& context);
 
+// What the list takes from the screen's left, points: 0 where it is a screen of its own.
+[[nodiscard]] double settingsListWidth(const DeviceConfiguration& device);
+
+// The list beside a page of the settings; nothing where it is a screen of its own.
+void addSettingsList(const AppContext& context, platform::View& window, AskedImages& images);
+
 class SettingsScreen final : public AppScreen {
   public:
     explicit SettingsScreen(const AppContext& context);

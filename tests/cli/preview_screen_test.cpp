@@ -83,8 +83,8 @@ TEST_F(PreviewScreen, EveryOtherPlaceShowsTheThemesImages) {
     have("Bundles/com.apple.Preferences/WiFi@3x.png");
     have("Bundles/com.apple.weather-framework/rain@3x.png");
     have("UIImages/UISwitchKnob.png");
-    for (const char* screen :
-         {"today", "switcher", "notification", "settings", "weather", "controls", "gallery"}) {
+    for (const char* screen : {"today", "switcher", "notification", "settings", "panel-success",
+                               "weather", "controls", "gallery"}) {
         EXPECT_GT(draw({"--screen", screen}).count(kMagenta), 100) << screen;
         EXPECT_EQ(draw({"--screen", screen, "--before"}).count(kMagenta), 0) << screen;
     }
@@ -116,6 +116,40 @@ TEST_F(PreviewScreen, StepsAreTheFolderClosedOpenAndClosedAgain) {
         EXPECT_FALSE(step(between) == closed) << between;
         EXPECT_FALSE(step(between) == step("08")) << between;
     }
+}
+
+TEST_F(PreviewScreen, ThePanelShowsWhatTheEngineSays) {
+    const auto draw = [&](const std::vector<std::string>& arguments) {
+        std::vector<std::string> all{"../A.theme", "--device", "phone-667", "-o", "p.png"};
+        all.insert(all.end(), arguments.begin(), arguments.end());
+        EXPECT_EQ(preview(all).code, 0);
+        return folder.contents("work/p.png");
+    };
+    const std::string plain = draw({"--screen", "panel-error", "--before"});
+    EXPECT_TRUE(draw({"--screen", "panel-success", "--before"}) == plain);
+    EXPECT_FALSE(draw({"--screen", "panel-error"}) == plain);
+    EXPECT_FALSE(draw({"--screen", "panel-success"}) == plain);
+}
+
+TEST_F(PreviewScreen, StepsOfSuccessComeAndGo) {
+    const auto run = [&](const std::vector<std::string>& more) {
+        std::vector<std::string> all{"../A.theme", "--device", "phone-667", "--screen",
+                                     "panel-success"};
+        all.insert(all.end(), more.begin(), more.end());
+        return preview(all);
+    };
+    const CommandResult result = run({"--steps", "-o", "s.png"});
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.output, "s-01.png to s-04.png: 750 × 1334 pixels, iOS 13.3, phone-667\n");
+    EXPECT_EQ(folder.names("work"), "s-01.png s-02.png s-03.png s-04.png");
+    const auto step = [&](const char* number) {
+        return folder.contents(std::string("work/s-0") + number + ".png");
+    };
+    EXPECT_FALSE(step("1") == step("2"));
+    EXPECT_FALSE(step("2") == step("3"));
+    EXPECT_FALSE(step("3") == step("4"));
+    EXPECT_EQ(run({"-o", "end.png"}).code, 0);
+    EXPECT_TRUE(step("3") == folder.contents("work/end.png"));
 }
 
 TEST_F(PreviewScreen, StepsShowTheThemeOfEachStep) {

@@ -88,14 +88,15 @@ TEST(Usage, EveryMisuseIsOneLineAndExitCode2) {
         {{"preview", "T", "--device", "phon"},
          "--device takes one of phone, phone-667, pad, not \"phon\"; did you mean phone?"},
         {{"preview", "T", "--screen", "lock"},
-         "--screen takes home, folder, pressed, today, switcher, notification, settings, weather, "
-         "controls or gallery, not \"lock\""},
+         "--screen takes home, folder, pressed, today, switcher, notification, settings, "
+         "panel-error, "
+         "panel-success, weather, controls or gallery, not \"lock\""},
         {{"preview", "T", "--screen", "settings", "--page", "2"},
          "--page needs a screen that has pages: home, folder, pressed or gallery"},
         {{"preview", "T", "--folder", "Utilities"}, "--folder needs --screen folder"},
         {{"preview", "T", "--screen", "pressed", "--folder-page", "2"},
          "--folder-page needs --screen folder"},
-        {{"preview", "T", "--steps"}, "--steps needs --screen folder"},
+        {{"preview", "T", "--steps"}, "--steps needs --screen folder or panel-success"},
         {{"preview", "T", "--screen", "folder", "--icon", "Mail"}, "--icon needs --screen pressed"},
         {{"preview", "T", "--screen", "folder", "--folder", "Games"},
          "--folder takes one of Utilities, Social, not \"Games\""},
@@ -108,7 +109,7 @@ TEST(Usage, EveryMisuseIsOneLineAndExitCode2) {
         {{"preview", "T", "--screen", "folder", "--steps", "-o", "-"},
          "--steps does not go with --output -: give a file, which the steps' are named for"},
         {{"preview", "T", "--screen", "folder", "--steps", "--follow"},
-         "--steps does not go with --follow: the steps end with the folder closed"},
+         "--steps does not go with --follow: the steps have an end"},
         {{"preview", "T", "--screen", "folder", "--steps", "--compare"},
          "--steps does not go with --compare: take --before for the stock screen's steps"},
         {{"preview", "T", "--orientation", "landscape"},

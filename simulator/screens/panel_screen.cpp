@@ -1,0 +1,336 @@
+#include "simulator/screens/panel_screen.h"
+
+#include "desktop/views/view_controllers.h"
+#include "platform/foundation.h"
+#include "platform/platform.h"
+#include "simulator/artwork/toolkit_artwork.h"
+#include "simulator/home_screen_layout.h"
+#include "simulator/named_views.h"
+#include "simulator/screens/screens.h"
+#include "simulator/screens/settings_screen.h"
+#include "simulator/toolkit/image_messages.h"
+#include "simulator/toolkit/switch_view.h"
+#include "simulator/toolkit/view_kit.h"
+
+#include <array>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <utility>
+
+namespace velmoranth::simulator {
+namespace {
+
+using desktop::FontWeight;
+using desktop::TextAlignment;
+using platform::Color;
+using platform::NullableString;
+using platform::Rect;
+using platform::ViewRef;
+
+constexpr const char* kFileManager = "VelmoranthFileManager";
+constexpr const char* kPreferences = "/User/Library/Preferences/com.qor.velmoranthprefs.plist";
+constexpr const char* kSavedFolder = "/User/Library/VelMoranth/UserSettings";
+constexpr const char* kSavedSuffix = " com.qor.velmoranthprefs.plist";
+constexpr const char* kSavedName = "Night";
+constexpr const char* kSuccessImage = "/var/tmp/velmoranth-success.png";
+
+// The success image's side when it has grown, points.
+constexpr double kSuccessSide = 200;
+
+// Points, as the settings app's own list has them.
+constexpr double kBarHeight = 44;
+constexpr double kRowHeight = 44;
+constexpr double kGroupGap = 35;
+constexpr double kHeaderGap = 16;  // more, above a group that has a header
+constexpr double kHeaderHeight = 24;
+constexpr double kMargin = 15;
+constexpr double kTextSize = 17;
+constexpr double kHeaderSize = 13;
+constexpr Color kHeaderText{109.0 / 255, 109.0 / 255, 114.0 / 255, 1};
+constexpr Color kDestructive{1, 59.0 / 255, 48.0 / 255, 1};
+
+struct Row {
+    std::string_view title;
+    std::string_view key = {};  // of the preferences file, for a row with a switch
+    std::optional<PanelTask> task = {};
+};
+
+struct Group {
+    std::string_view header;  // "" for none
+    std::span<const Row> rows;
+};
+
+constexpr std::array kMain{Row{"Theming", "enable"}};
+constexpr std::array kTasks{Row{"Apply Settings", "", PanelTask::applySettings},
+                            Row{"Delete “Night”", "", PanelTask::deleteSettings}};
+constexpr std::array kIcons{Row{"Icon Mask", "enableIconMask"}, Row{"Overlay", "enableOverlay"},
+                            Row{"Shadow Image", "enableShadow"},
+                            Row{"Dynamic Shadow", "dynamicShadow"}};
+constexpr std::array kHidden{Row{"Dock Background", "removeDock"},
+                             Row{"Folder Backgrounds", "removeFolderBG"},
+                             Row{"Icon Labels", "removeLabels"}, Row{"Badges", "removeIconBadges"},
+                             Row{"Page Dots", "removePageDots"}};
+constexpr std::array kTools{Row{"Logging", "enableLogging"}, Row{"Image Dump", "enableImageDump"}};
+constexpr std::array kGroups{Group{"", kMain}, Group{"SAVED SETTINGS", kTasks},
+                             Group{"ICONS", kIcons}, Group{"HIDE", kHidden},
+                             Group{"DIAGNOSTICS", kTools}};
+
+// The panel's part of the screen: beside the settings app's list on a pad.
+Rect panelFrame(const DeviceConfiguration& device) {
+    const double left = settingsListWidth(device);
+    return {{left, 0}, {device.screen.width - left, device.screen.height}};
+}
+
+// Calls back for each group with where its rows begin, and for each row with where it is; all in
+// the panel's coordinates.
+void forEachRow(const DeviceConfiguration& device,
+                const std::function<void(const Group& group, double top)>& onGroup,
+                const std::function<void(const Row& row, const Rect& frame)>& onRow) {
+    const double width = panelFrame(device).size.width;
+    double y = statusBarHeight(device) + kBarHeight;
+    for (const Group& group : kGroups) {
+        y += kGroupGap + (group.header.empty() ? 0 : kHeaderGap);
+        onGroup(group, y);
+        for (const Row& row : group.rows) {
+            onRow(row, {{0, y}, {width, kRowHeight}});
+            y += kRowHeight;
+        }
+    }
+}
+
+class Builder {
+  public:
+    Builder(const AppContext& context, platform::View& window, AskedImages& images)
+        : context_(context),
+          window_(window),
+          images_(images),
+          ask_(context.runtime, context.toolkit),
+          colors_(appColors(context.device.system)),
+          preferences_(
+              platform::platform().propertyLists.dictionaryWithContentsOfFile(kPreferences)) {}
+
+    void build() const {
+        const Rect frame = panelFrame(context_.device);
+        const auto panel = std::make_shared<NamedView>("UITableView", frame);
+        panel->setClipsToBounds(true);
+        window_.addSubview(panel);
+        forEachRow(
+            context_.device, [&](const Group& group, double top) { addGroup(*panel, group, top); },
+            [&](const Row& row, const Rect& place) { addRow(*panel, row, place); });
+        addBar(*panel);
+        if (frame.origin.x > 0) {
+            window_.addSubview(
+                makeBox({frame.origin, {hairline(), frame.size.height}}, colors_.separator));
+        }
+        window_.addSubview(makeDarkStatusBar(context_.device));
+    }
+
+  private:
+    [[nodiscard]] double hairline() const { return 1 / context_.scale(); }
+
+    void addBar(platform::View& panel) const {
+        const double width = panel.bounds().size.width;
+        const double top = statusBarHeight(context_.device);
+        const auto bar =
+            std::make_shared<NamedView>("UINavigationBar", Rect{{0, 0}, {width, top + kBarHeight}});
+        bar->setBackgroundColor(colors_.bar);
+        bar->addSubview(makeText(
+            "VelMoranth",
+            textStyle(kTextSize, colors_.text, TextAlignment::center, FontWeight::semibold),
+            {{0, top}, {width, kBarHeight}}));
+        if (context_.device.kind == DeviceKind::phone) {
+            addBackButton(*bar, top);
+        }
+        bar->addSubview(makeBox({{0, top + kBarHeight}, {width, hairline()}}, colors_.separator));
+        panel.addSubview(bar);
+    }
+
+    void addBackButton(platform::View& bar, double top) const {
+        constexpr double kSide = 22;
+        const Rect slot{{3, top + (kBarHeight - kSide) / 2}, {kSide, kSide}};
+        const bool hasGlyphs = context_.device.system.major >= 13;
+        images_.add(bar, slot, ImagePlacement::fit,
+                    [&toolkit = context_.toolkit, ask = ask_, tint = colors_.tint, hasGlyphs] {
+                        return hasGlyphs
+                                   ? toolkit.tinted(ask.systemImageNamed("chevron.left"), tint)
+                                   : ask.kitImageNamed("UINavigationBarBackIndicatorDefault");
+                    });
+        bar.addSubview(makeText("Settings", textStyle(kTextSize, colors_.tint),
+                                {{27, top}, {100, kBarHeight}}));
+    }
+
+    // The header, and the rows' card with its lines.
+    void addGroup(platform::View& panel, const Group& group, double top) const {
+        const double width = panel.bounds().size.width;
+        if (!group.header.empty()) {
+            panel.addSubview(makeText(
+                std::string(group.header), textStyle(kHeaderSize, kHeaderText),
+                {{kMargin, top - kHeaderHeight - 3}, {width - 2 * kMargin, kHeaderHeight}}));
+        }
+        const double height = kRowHeight * static_cast<double>(group.rows.size());
+        const ViewRef card = makeBox({{0, top}, {width, height}}, colors_.card);
+        panel.addSubview(card);
+        for (std::size_t i = 0; i <= group.rows.size(); ++i) {
+            const bool isEdge = i == 0 || i == group.rows.size();
+            const double y = kRowHeight * static_cast<double>(i);
+            card->addSubview(
+                makeBox({{isEdge ? 0 : kMargin, i == 0 ? 0 : y - hairline()}, {width, hairline()}},
+                        colors_.separator));
+        }
+    }
+
+    void addRow(platform::View& panel, const Row& row, const Rect& frame) const {
+        const auto cell = std::make_shared<NamedView>("PSTableCell", frame);
+        const Color color = !row.task                               ? colors_.text
+                            : row.task == PanelTask::deleteSettings ? kDestructive
+                                                                    : colors_.tint;
+        cell->addSubview(makeText(std::string(row.title), textStyle(kTextSize, color),
+                                  {{kMargin, 0}, {frame.size.width - 2 * kMargin, kRowHeight}}));
+        if (!row.key.empty()) {
+            const platform::Point origin{
+                frame.size.width - kMargin - kSwitchWidth,
+                snapToPixels((kRowHeight - kSwitchHeight) / 2, context_.scale())};
+            cell->addSubview(makeSwitch(context_.toolkit, isOn(row.key), origin));
+        }
+        panel.addSubview(cell);
+    }
+
+    [[nodiscard]] bool isOn(std::string_view key) const {
+        return preferences_ &&
+               platform::boolValue(platform::objectForKey(*preferences_, std::string(key)));
+    }
+
+    const AppContext& context_;
+    platform::View& window_;
+    AskedImages& images_;
+    ImageMessages ask_;
+    const AppColors& colors_;
+    std::optional<platform::Dictionary> preferences_;
+};
+
+// A saved file that is not there: the panel's name for it, or one with a number. None of the
+// device's own is ever deleted.
+std::string missingSettings() {
+    std::string path;
+    int number = 1;
+    do {
+        path = std::string(kSavedFolder) + "/ " + kSavedName +
+               (number == 1 ? "" : " " + std::to_string(number)) + kSavedSuffix;
+        ++number;
+    } while (platform::platform().fileManager.fileExistsAtPath(path));
+    return path;
+}
+
+}  // namespace
+
+Rect panelRow(PanelTask task, const DeviceConfiguration& device) {
+    const platform::Point origin = panelFrame(device).origin;
+    Rect found;
+    forEachRow(
+        device, [](const Group&, double) {},
+        [&](const Row& row, const Rect& frame) {
+            if (row.task == task) {
+                found = {{origin.x + frame.origin.x, origin.y + frame.origin.y}, frame.size};
+            }
+        });
+    return found;
+}
+
+PanelScreen::PanelScreen(const AppContext& context, PanelTask task)
+    : AppScreen(context), task_(task) {
+    window().setBackgroundColor(appColors(context.device.system).background);
+    addSettingsList(this->context(), window(), images());
+    Builder(this->context(), window(), images()).build();
+}
+
+void PanelScreen::didAppear() {
+    perform(task_);
+    if (task_ == PanelTask::applySettings) {
+        advance(kSuccessGrows);
+    }
+}
+
+void PanelScreen::perform(PanelTask task) {
+    if (context().runtime.getClass(kFileManager) == nullptr) {
+        return;
+    }
+    task == PanelTask::deleteSettings ? deleteSettings() : applySettings();
+}
+
+void PanelScreen::deleteSettings() const {
+    context().runtime.sendToClass<bool, NullableString, NullableString>(
+        kFileManager, "deleteFileFromDevice:fromDir:", missingSettings(), kSavedFolder);
+}
+
+void PanelScreen::applySettings() const {
+    // The method takes a file. A device whose temporary folder cannot be written shows an empty
+    // image, as it does for a file that is none.
+    platform::FileManager& files = platform::platform().fileManager;
+    const bool isFree = !files.fileExistsAtPath(kSuccessImage);
+    const auto image = context().stockImages.successPlate(kSuccessSide, context().scale());
+    const auto bytes = platform::platform().images.pngRepresentation(image);
+    const bool written = isFree && bytes && files.createFileAtPathContents(kSuccessImage, *bytes);
+    context().runtime.sendToClass<void, NullableString>(kFileManager,
+                                                        "ShowSuccesView:", kSuccessImage);
+    if (written) {
+        files.removeItemAtPath(kSuccessImage);
+    }
+}
+
+std::shared_ptr<desktop::DesktopViewController> PanelScreen::rootViewController() const {
+    const platform::WindowRef window = context().application.keyWindow();
+    return window == nullptr ? nullptr
+                             : std::dynamic_pointer_cast<desktop::DesktopViewController>(
+                                   window->rootViewController());
+}
+
+void PanelScreen::showPresented() {
+    const auto root = rootViewController();
+    const platform::ViewControllerRef presented = root == nullptr ? nullptr : root->presented();
+    if (presented == presented_) {
+        return;
+    }
+    presented_ = presented;
+    if (alert_ != nullptr) {
+        alert_->view()->removeFromSuperview();
+        alert_ = nullptr;
+    }
+    if (auto alert = std::dynamic_pointer_cast<const desktop::DesktopAlertController>(presented)) {
+        alert_ = std::make_unique<AlertView>(std::move(alert), context().device);
+        window().addSubview(alert_->view());
+    }
+}
+
+void PanelScreen::layoutViews() {
+    showPresented();
+    AppScreen::layoutViews();
+}
+
+void PanelScreen::tap(const platform::Point& point) {
+    showPresented();
+    if (alert_ != nullptr) {
+        if (const auto action = alert_->actionAt(point)) {
+            rootViewController()->dismiss();
+            showPresented();
+            action->choose();
+        }
+        return;
+    }
+    for (const PanelTask task : {PanelTask::deleteSettings, PanelTask::applySettings}) {
+        const Rect row = panelRow(task, context().device);
+        if (point.x >= row.origin.x && point.x < row.origin.x + row.size.width &&
+            point.y >= row.origin.y && point.y < row.origin.y + row.size.height) {
+            perform(task);
+        }
+    }
+}
+
+std::unique_ptr<Screen> makePanelScreen(const AppContext& context, ScreenKind kind) {
+    return std::make_unique<PanelScreen>(context, kind == ScreenKind::panelError
+                                                      ? PanelTask::deleteSettings
+                                                      : PanelTask::applySettings);
+}
+
+}  // namespace velmoranth::simulator
