@@ -84,7 +84,8 @@ ExitCode run(const std::vector<std::string>& words) {
     if (chosen.command == nullptr) {
         const std::vector<const Command*> members = group(words.front());
         if (!members.empty() && words.size() > 1 && (words[1] == "--help" || words[1] == "-h")) {
-            print(commandHelp(*members.front()));
+            print(members.size() == 1 ? commandHelp(*members.front())
+                                      : groupHelp(words.front(), members));
             return ExitCode::done;
         }
         return unknownCommand(words);
@@ -104,8 +105,11 @@ ExitCode run(const std::vector<std::string>& words) {
 }  // namespace
 
 std::span<const Command> commands() {
-    static const std::array kCommands{previewCommand(), extractCommand(), deviceInitCommand(),
-                                      hooksCommand(), notifyCommand()};
+    static const std::array kCommands{
+        previewCommand(),        extractCommand(),        deviceInitCommand(),
+        hooksCommand(),          notifyCommand(),         settingsListCommand(),
+        settingsGetCommand(),    settingsSetCommand(),    settingsSaveCommand(),
+        settingsRenameCommand(), settingsDeleteCommand(), settingsRestoreCommand()};
     return kCommands;
 }
 

@@ -10,5 +10,12 @@ namespace velmoranth::cli {
 [[nodiscard]] Command deviceInitCommand();
 [[nodiscard]] Command hooksCommand();
 [[nodiscard]] Command notifyCommand();
+[[nodiscard]] Command settingsListCommand();
+[[nodiscard]] Command settingsGetCommand();
+[[nodiscard]] Command settingsSetCommand();
+[[nodiscard]] Command settingsSaveCommand();
+[[nodiscard]] Command settingsRenameCommand();
+[[nodiscard]] Command settingsDeleteCommand();
+[[nodiscard]] Command settingsRestoreCommand();
 
 }  // namespace velmoranth::cli

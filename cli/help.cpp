@@ -70,6 +70,18 @@ std::string programHelp(std::span<const Command> commands) {
     return text;
 }
 
+std::string groupHelp(const std::string& word, const std::vector<const Command*>& members) {
+    std::vector<std::pair<std::string, std::string>> rows;
+    rows.reserve(members.size());
+    for (const Command* const command : members) {
+        std::string left(command->name);
+        left += command->positionalNames.empty() ? "" : " " + std::string(command->positionalNames);
+        rows.emplace_back(std::move(left), command->summary);
+    }
+    return "usage: velmoranth " + word + " COMMAND ...\n\ncommands:\n" + twoColumns(rows) +
+           "\nvelmoranth " + word + " COMMAND --help shows a command's options and examples\n";
+}
+
 std::string commandHelp(const Command& command) {
     std::string text = "usage: velmoranth " + std::string(command.name);
     if (!command.positionalNames.empty()) {

@@ -12,6 +12,9 @@ namespace velmoranth::cli {
 
 // Of the program.
 [[nodiscard]] std::string programHelp(std::span<const Command> commands);
+// Of the commands whose names begin with the same word.
+[[nodiscard]] std::string groupHelp(const std::string& word,
+                                    const std::vector<const Command*>& members);
 // Of one command.
 [[nodiscard]] std::string commandHelp(const Command& command);
 

@@ -3,6 +3,7 @@
 #include "cli/help.h"
 #include "cli/messages.h"
 #include "cli/nearest.h"
+#include "cli/notifications.h"
 #include "desktop/files/device_root.h"
 #include "desktop/notifications/notification_center.h"
 
@@ -15,27 +16,13 @@
 namespace velmoranth::cli {
 namespace {
 
-struct ShortName {
-    std::string_view name;
-    std::string_view notification;
-    std::string_view summary;
-};
-
-constexpr std::array<ShortName, 4> kShortNames{{
-    {"prefs", "com.qor.velmoranthprefs.prefs", "the preferences have changed"},
-    {"themechanged", "com.qor.velmoranththemechanged.prefs", "the active themes have changed"},
-    {"developingprefs", "com.qor.velmoranthdevelopingprefs.prefs",
-     "the preferences for theme makers have changed"},
-    {"compileassets", "com.qor.velmoranthcompileassets.prefs", "assets are to be compiled"},
-}};
-
 // The full name; "" for a word that is neither a short name nor looks like a full one.
 std::string fullName(const std::string& word) {
     const auto* const row =
-        std::find_if(kShortNames.begin(), kShortNames.end(),
-                     [&](const ShortName& candidate) { return candidate.name == word; });
-    if (row != kShortNames.end()) {
-        return std::string(row->notification);
+        std::find_if(kNotifications.begin(), kNotifications.end(),
+                     [&](const NotificationRow& candidate) { return candidate.shortName == word; });
+    if (row != kNotifications.end()) {
+        return std::string(row->name);
     }
     return word.find('.') == std::string::npos ? std::string() : word;
 }
@@ -45,9 +32,9 @@ ExitCode runNotify(const Arguments& arguments) {
     const std::string name = fullName(word);
     if (name.empty()) {
         std::vector<std::string_view> names;
-        names.reserve(kShortNames.size());
-        for (const ShortName& row : kShortNames) {
-            names.push_back(row.name);
+        names.reserve(kNotifications.size());
+        for (const NotificationRow& row : kNotifications) {
+            names.push_back(row.shortName);
         }
         const std::string near = suggestion(word, names);
         return fail(ExitCode::wrongUsage,
@@ -73,10 +60,10 @@ ExitCode runNotify(const Arguments& arguments) {
 
 std::string nameHelp() {
     std::vector<std::pair<std::string, std::string>> rows;
-    rows.reserve(kShortNames.size());
-    for (const ShortName& row : kShortNames) {
-        rows.emplace_back(row.name,
-                          std::string(row.summary) + " (" + std::string(row.notification) + ")");
+    rows.reserve(kNotifications.size());
+    for (const NotificationRow& row : kNotifications) {
+        rows.emplace_back(row.shortName,
+                          std::string(row.summary) + " (" + std::string(row.name) + ")");
     }
     return "names:\n" + twoColumns(rows);
 }

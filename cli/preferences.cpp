@@ -19,27 +19,39 @@ namespace {
 constexpr auto kYesOrNo = PreferenceKind::yesOrNo;
 constexpr auto kNumber = PreferenceKind::number;
 
-constexpr std::array<PreferenceKey, 20> kKeys{{
-    {"enable", kYesOrNo, "theming as a whole; on unless set"},
-    {"enableIconMask", kYesOrNo, "the theme's icon mask; on unless set"},
-    {"enableOverlay", kYesOrNo, "the theme's overlay over icons; on unless set"},
-    {"enableShadow", kYesOrNo, "the theme's shadow picture behind every icon"},
-    {"dynamicShadow", kYesOrNo, "a drawn shadow behind every icon, as the next six have it"},
-    {"shadowRadiusVal", kNumber, "blur of the drawn shadow, points"},
-    {"opacityVal", kNumber, "opacity of the drawn shadow, 0 to 1"},
-    {"xAxisVal", kNumber, "offset of the drawn shadow to the right, points"},
-    {"yAxisVal", kNumber, "offset of the drawn shadow downwards, points"},
-    {"shadowWidthVal", kNumber, "width of the drawn shadow, points"},
-    {"shadowHeightVal", kNumber, "height of the drawn shadow, points"},
-    {"removeDock", kYesOrNo, "the theme's dock picture in place of the dock's own background"},
-    {"removeFolderBG", kYesOrNo, "a tap anywhere on an open folder closes it"},
-    {"removeLabels", kYesOrNo, "icons without labels"},
-    {"removeIconBadges", kYesOrNo, "icons without badges"},
-    {"removePageDots", kYesOrNo, "no page dots"},
-    {"enableLogging", kYesOrNo, "write what is looked up to the log, too"},
-    {"enableImageDump", kYesOrNo, "dump every image asked for; of use with --root alone"},
-    {"iconReflection", kYesOrNo, "kept for older preferences; changes nothing"},
-    {"moreDockIcons", kYesOrNo, "kept for older preferences; changes nothing"},
+constexpr auto kPreferences = Notification::preferences;
+constexpr auto kThemeChanged = Notification::themeChanged;
+constexpr auto kDeveloping = Notification::developing;
+
+constexpr std::string_view kOnUnlessSet = "on unless set";
+
+// The list of themes first: previewKeys() leaves it out.
+constexpr std::array<PreferenceKey, 21> kKeys{{
+    {"ActiveThemes", PreferenceKind::themes, kThemeChanged,
+     "the themes in use, by the names of their folders; the first that has a picture wins"},
+    {"enable", kYesOrNo, kThemeChanged, "theming as a whole", kOnUnlessSet},
+    {"enableIconMask", kYesOrNo, kThemeChanged, "the theme's icon mask", kOnUnlessSet},
+    {"enableOverlay", kYesOrNo, kThemeChanged, "the theme's overlay over icons", kOnUnlessSet},
+    {"enableShadow", kYesOrNo, kPreferences, "the theme's shadow picture behind every icon"},
+    {"dynamicShadow", kYesOrNo, kPreferences,
+     "a drawn shadow behind every icon, as the next six have it"},
+    {"shadowRadiusVal", kNumber, kPreferences, "blur of the drawn shadow, points"},
+    {"opacityVal", kNumber, kPreferences, "opacity of the drawn shadow, 0 to 1"},
+    {"xAxisVal", kNumber, kPreferences, "offset of the drawn shadow to the right, points"},
+    {"yAxisVal", kNumber, kPreferences, "offset of the drawn shadow downwards, points"},
+    {"shadowWidthVal", kNumber, kPreferences, "width of the drawn shadow, points"},
+    {"shadowHeightVal", kNumber, kPreferences, "height of the drawn shadow, points"},
+    {"removeDock", kYesOrNo, kPreferences,
+     "the theme's dock picture in place of the dock's own background"},
+    {"removeFolderBG", kYesOrNo, kPreferences, "a tap anywhere on an open folder closes it"},
+    {"removeLabels", kYesOrNo, kPreferences, "icons without labels"},
+    {"removeIconBadges", kYesOrNo, kPreferences, "icons without badges"},
+    {"removePageDots", kYesOrNo, kPreferences, "no page dots"},
+    {"enableLogging", kYesOrNo, kPreferences, "write what is looked up to the log, too"},
+    {"enableImageDump", kYesOrNo, kDeveloping, "dump every image asked for",
+     "of use with --root alone"},
+    {"iconReflection", kYesOrNo, kPreferences, "kept for older preferences; changes nothing"},
+    {"moreDockIcons", kYesOrNo, kPreferences, "kept for older preferences; changes nothing"},
 }};
 
 struct Word {
@@ -56,14 +68,35 @@ constexpr std::array<Word, 8> kWords{{{"yes", true},
                                       {"1", true},
                                       {"0", false}}};
 
-constexpr auto kKeyNames = [] {
-    std::array<std::string_view, kKeys.size()> names;
-    std::transform(kKeys.begin(), kKeys.end(), names.begin(),
-                   [](const PreferenceKey& key) { return key.name; });
-    return names;
-}();
+}  // namespace
 
-std::optional<PropertyList> parseValue(PreferenceKind kind, std::string_view text) {
+std::span<const PreferenceKey> preferenceKeys() {
+    return kKeys;
+}
+
+std::span<const PreferenceKey> previewKeys() {
+    return preferenceKeys().subspan(1);
+}
+
+const PreferenceKey* findPreferenceKey(std::string_view name) {
+    const auto* const key = std::find_if(
+        kKeys.begin(), kKeys.end(), [&](const PreferenceKey& row) { return row.name == name; });
+    return key == kKeys.end() ? nullptr : key;
+}
+
+std::string noSuchPreference(std::string_view name, std::span<const PreferenceKey> keys,
+                             std::string_view whereListed) {
+    std::vector<std::string_view> names;
+    names.reserve(keys.size());
+    for (const PreferenceKey& key : keys) {
+        names.push_back(key.name);
+    }
+    const std::string near = suggestion(name, names);
+    return "there is no preference " + inQuotes(name) +
+           (near.empty() ? "; " + std::string(whereListed) + " lists them" : near);
+}
+
+std::optional<PropertyList> parsePreference(PreferenceKind kind, std::string_view text) {
     if (kind == PreferenceKind::yesOrNo) {
         const auto* const word =
             std::find_if(kWords.begin(), kWords.end(),
@@ -79,10 +112,16 @@ std::optional<PropertyList> parseValue(PreferenceKind kind, std::string_view tex
     return PropertyList(*number);
 }
 
-}  // namespace
-
-std::span<const PreferenceKey> preferenceKeys() {
-    return kKeys;
+std::string_view takenBy(PreferenceKind kind) {
+    switch (kind) {
+        case PreferenceKind::yesOrNo:
+            return "yes or no";
+        case PreferenceKind::number:
+            return "a number";
+        case PreferenceKind::themes:
+            break;
+    }
+    return "names of themes";
 }
 
 platform::Dictionary previewPreferences(const std::vector<std::string>& themes) {
@@ -100,20 +139,16 @@ desktop::Result<void> setPreference(platform::Dictionary& preferences,
     }
     const std::string_view name = assignment.substr(0, equals);
     const std::string_view value = assignment.substr(equals + 1);
-    const auto* const key = std::find_if(
-        kKeys.begin(), kKeys.end(), [&](const PreferenceKey& row) { return row.name == name; });
-    if (key == kKeys.end()) {
-        const std::string near = suggestion(name, kKeyNames);
+    const PreferenceKey* const key = findPreferenceKey(name);
+    if (key == nullptr || key->kind == PreferenceKind::themes) {
         return tl::unexpected(
-            Problem{"there is no preference " + inQuotes(name) +
-                    (near.empty() ? "; velmoranth preview --help lists them" : near)});
+            Problem{noSuchPreference(name, previewKeys(), "velmoranth preview --help")});
     }
-    const std::optional<PropertyList> parsed = parseValue(key->kind, value);
+    const std::optional<PropertyList> parsed = parsePreference(key->kind, value);
     if (!parsed) {
-        return tl::unexpected(
-            Problem{"--set " + std::string(name) + " takes " +
-                    (key->kind == PreferenceKind::yesOrNo ? "yes or no" : "a number") + ", not \"" +
-                    shown(value) + "\""});
+        return tl::unexpected(Problem{"--set " + std::string(name) + " takes " +
+                                      std::string(takenBy(key->kind)) + ", not \"" + shown(value) +
+                                      "\""});
     }
     preferences.insert_or_assign(std::string(name), *parsed);
     return {};

@@ -236,10 +236,11 @@ ExitCode runPreview(const Arguments& arguments) {
 
 std::string preferenceHelp() {
     std::vector<std::pair<std::string, std::string>> rows;
-    for (const PreferenceKey& key : preferenceKeys()) {
+    for (const PreferenceKey& key : previewKeys()) {
         rows.emplace_back(
             std::string(key.name) + (key.kind == PreferenceKind::number ? "=NUMBER" : "=yes|no"),
-            key.summary);
+            std::string(key.summary) +
+                (key.previewNote.empty() ? "" : "; " + std::string(key.previewNote)));
     }
     return "preferences for --set (yes, true, on and 1 mean the same):\n" + twoColumns(rows);
 }

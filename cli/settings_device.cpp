@@ -1,0 +1,226 @@
+#include "cli/settings_device.h"
+
+#include "cli/messages.h"
+#include "desktop/files/file_manager.h"
+#include "desktop/plist/property_lists.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <utility>
+
+namespace velmoranth::cli {
+
+using desktop::Descriptor;
+using desktop::DeviceRoot;
+using desktop::Problem;
+using desktop::Result;
+
+namespace {
+
+constexpr std::string_view kBeforeName = " ";
+constexpr std::string_view kBehindName = " com.qor.velmoranthprefs.plist";
+
+struct CloseFolder {
+    void operator()(DIR* folder) const { ::closedir(folder); }
+};
+
+// The calls, with the errno of the one that failed last kept in `error`.
+desktop::FileCalls noting(const desktop::FileCalls& calls, int& error) {
+    const auto noted = [&error](auto result) {
+        if (result < 0) {
+            error = errno;
+        }
+        return result;
+    };
+    desktop::FileCalls wrapped;
+    wrapped.openat = [=](int folder, const char* name, int flags, unsigned mode) {
+        return noted(calls.openat(folder, name, flags, mode));
+    };
+    wrapped.write = [=](int file, const void* bytes, std::size_t count) {
+        return noted(calls.write(file, bytes, count));
+    };
+    wrapped.fsync = [=](int file) { return noted(calls.fsync(file)); };
+    wrapped.renameat = [=](int folder, const char* name, int newFolder, const char* newName) {
+        return noted(calls.renameat(folder, name, newFolder, newName));
+    };
+    return wrapped;
+}
+
+Problem notWritten(const DeviceRoot& root, int error) {
+    const Problem cause = desktop::problemOfErrno(error, {});
+    return {"the preferences cannot be written and are as they were: " + cause.message,
+            onThisMachine(root, kLivePreferences)};
+}
+
+}  // namespace
+
+std::string pathOfSaved(std::string_view name) {
+    return std::string(kSavedFolder) + "/" + std::string(kBeforeName) + std::string(name) +
+           std::string(kBehindName);
+}
+
+std::string onThisMachine(const DeviceRoot& root, std::string_view devicePath) {
+    std::string folder = root.hostFolder();
+    while (folder.size() > 1 && folder.back() == '/') {
+        folder.pop_back();
+    }
+    return (folder == "/" ? "" : folder) + std::string(devicePath);
+}
+
+Result<DeviceRef> openSettingsDevice(const std::string& folder) {
+    auto root = DeviceRoot::open(folder);
+    if (!root) {
+        return root;
+    }
+    const Descriptor preferences((*root)->openFile(kLiveFolder, O_PATH | O_DIRECTORY));
+    if (!preferences.isOpen()) {
+        if (errno != ENOENT && errno != ENOTDIR) {
+            return tl::unexpected(
+                desktop::problemOfErrno(errno, onThisMachine(**root, kLiveFolder)));
+        }
+        return tl::unexpected(Problem{"this is no device: it has no folder " +
+                                          std::string(kLiveFolder).substr(1) +
+                                          "; velmoranth device init makes one",
+                                      folder});
+    }
+    return root;
+}
+
+ItemKind kindAt(const DeviceRoot& root, const std::string& devicePath) {
+    const desktop::FolderEntry place = root.openParent(devicePath);
+    struct stat status{};
+    if (!place.folder.isOpen() ||
+        ::fstatat(place.folder.get(), place.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
+        return ItemKind::none;
+    }
+    return S_ISREG(status.st_mode)   ? ItemKind::file
+           : S_ISDIR(status.st_mode) ? ItemKind::folder
+           : S_ISLNK(status.st_mode) ? ItemKind::link
+                                     : ItemKind::other;
+}
+
+std::vector<std::string> savedNames(const DeviceRoot& root) {
+    std::vector<std::string> names;
+    Descriptor folder(root.openFile(kSavedFolder, O_RDONLY | O_DIRECTORY));
+    const std::unique_ptr<DIR, CloseFolder> stream(folder.isOpen() ? ::fdopendir(folder.get())
+                                                                   : nullptr);
+    if (stream == nullptr) {
+        return names;
+    }
+    static_cast<void>(folder.release());  // the stream closes it
+    while (const dirent* const entry = ::readdir(stream.get())) {
+        const std::string_view file = static_cast<const char*>(entry->d_name);
+        if (file.size() <= kBeforeName.size() + kBehindName.size() ||
+            !file.starts_with(kBeforeName) || !file.ends_with(kBehindName)) {
+            continue;
+        }
+        const std::string name(
+            file.substr(kBeforeName.size(), file.size() - kBeforeName.size() - kBehindName.size()));
+        const ItemKind kind = kindAt(root, pathOfSaved(name));
+        if (kind == ItemKind::file || kind == ItemKind::link) {
+            names.push_back(name);
+        }
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+Result<std::optional<PreferencesFile>> readPreferencesFile(const DeviceRoot& root,
+                                                           const std::string& devicePath) {
+    const std::string path = onThisMachine(root, devicePath);
+    // A link that leads nowhere is no file, as it is none to the system.
+    const Descriptor item(root.openFile(devicePath, O_PATH));
+    if (!item.isOpen()) {
+        return errno == ENOENT ? Result<std::optional<PreferencesFile>>(std::nullopt)
+                               : tl::unexpected(desktop::problemOfErrno(errno, path));
+    }
+    auto bytes = root.readFile(devicePath, desktop::kMaxPropertyListBytes);
+    if (!bytes) {
+        bytes.error().path = path;
+        return tl::unexpected(std::move(bytes.error()));
+    }
+    const auto contents = desktop::parsePropertyList(*bytes);
+    if (!contents) {
+        Problem problem = contents.error();
+        problem.path = path;
+        return tl::unexpected(std::move(problem));
+    }
+    const auto* const dictionary = contents->as<platform::Dictionary>();
+    if (dictionary == nullptr) {
+        return tl::unexpected(
+            Problem{"preferences are a dictionary, and this property list is none", path});
+    }
+    return PreferencesFile{std::move(*bytes), *dictionary};
+}
+
+Result<WrittenPreferences> writtenPreferences(const platform::Dictionary& contents) {
+    WrittenPreferences written{desktop::writeXmlPropertyList(contents), {}};
+    if (written.bytes.size() > desktop::kMaxPropertyListBytes) {
+        return tl::unexpected(
+            Problem{"the preferences would be larger than " +
+                    std::to_string(desktop::kMaxPropertyListBytes / (1024 * 1024)) +
+                    " MiB as they are written"});
+    }
+    const auto again = desktop::parsePropertyList(written.bytes);
+    const auto* const dictionary = again ? again->as<platform::Dictionary>() : nullptr;
+    if (dictionary == nullptr) {
+        return tl::unexpected(
+            Problem{"the preferences hold what cannot be written so that it is "
+                    "read again" +
+                    (again ? "" : ": " + again.error().message)});
+    }
+    for (const auto& [key, value] : contents) {
+        const platform::PropertyList* const same = platform::objectForKey(*dictionary, key);
+        if (same == nullptr || !(*same == value)) {
+            written.inexact.push_back(key);
+        }
+    }
+    return written;
+}
+
+Result<void> replaceLivePreferences(const std::shared_ptr<const DeviceRoot>& root,
+                                    const platform::Data& bytes, const desktop::FileCalls& calls) {
+    const ItemKind kind = kindAt(*root, kLivePreferences);
+    if (kind == ItemKind::folder || kind == ItemKind::other) {
+        return tl::unexpected(Problem{"the preferences cannot be written: this is no file",
+                                      onThisMachine(*root, kLivePreferences)});
+    }
+    if (!root->openParent(kLivePreferences).folder.isOpen()) {
+        return tl::unexpected(notWritten(*root, errno));
+    }
+    int error = EIO;
+    desktop::DesktopFileManager files(root, noting(calls, error));
+    if (!files.writeToFileAtomically(bytes, kLivePreferences)) {
+        return tl::unexpected(notWritten(*root, error));
+    }
+    // The file is on the disk; its name is when the folder is. Some file systems cannot be asked.
+    const Descriptor folder(root->openFile(kLiveFolder, O_RDONLY | O_DIRECTORY));
+    if (folder.isOpen() && calls.fsync(folder.get()) != 0 && errno != EINVAL) {
+        const Problem cause = desktop::problemOfErrno(errno, {});
+        return tl::unexpected(
+            Problem{"the preferences are written, but may be the old ones again "
+                    "after a power failure: " +
+                        cause.message,
+                    onThisMachine(*root, kLivePreferences)});
+    }
+    return {};
+}
+
+Result<Descriptor> lockPreferences(const DeviceRoot& root) {
+    Descriptor folder(root.openFile(kLiveFolder, O_RDONLY | O_DIRECTORY));
+    int locked = -1;
+    while (folder.isOpen() && (locked = ::flock(folder.get(), LOCK_EX)) != 0 && errno == EINTR) {
+    }
+    if (locked != 0) {
+        return tl::unexpected(desktop::problemOfErrno(errno, onThisMachine(root, kLiveFolder)));
+    }
+    return folder;
+}
+
+}  // namespace velmoranth::cli

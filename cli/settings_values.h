@@ -1,0 +1,51 @@
+// The values of preferences in words: as they are given on the command line, as they are shown, and
+// as JSON.
+#pragma once
+
+#include "cli/preferences.h"
+#include "desktop/result/result.h"
+#include "platform/foundation.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velmoranth::cli {
+
+// What "KEY=VALUE" words ask for, in the order of the first mention of each key.
+struct Assignment {
+    const PreferenceKey* key;
+    platform::PropertyList value;
+};
+
+// All of them or the first problem. ActiveThemes may be given several times; its names are
+// appended. Every other key goes once.
+[[nodiscard]] desktop::Result<std::vector<Assignment>> parseAssignments(
+    std::span<const std::string> words);
+
+// The names in a list of themes as the engine takes it: whatever an entry is, in words. Nothing for
+// another kind of value, and for null.
+[[nodiscard]] std::vector<std::string> themeNames(const platform::PropertyList* value);
+
+// What the engine makes of the value of such a key (null: it is not set), in the words in which
+// `settings set` takes it: "yes", "2.5", "A.theme,B.theme".
+[[nodiscard]] std::string takenValue(PreferenceKind kind, const platform::PropertyList* value);
+
+// Whether the value is of a kind that `settings set` writes for such a key.
+[[nodiscard]] bool isOfKind(PreferenceKind kind, const platform::PropertyList& value);
+
+// "a text (on)": what a value is, for one that is not of its key's kind; one line, of any length.
+[[nodiscard]] std::string describedValue(const platform::PropertyList& value);
+
+// {"key", "type", "set", "value", "taken", "summary"}; the value as the file has it, dates and data
+// in words, and what the engine takes. `type` is null for a key that the system does not know.
+[[nodiscard]] nlohmann::ordered_json settingAsJson(std::string_view name, const PreferenceKey* key,
+                                                   const platform::PropertyList* value);
+
+// "yesOrNo", "number", "themes".
+[[nodiscard]] std::string_view nameOf(PreferenceKind kind);
+
+}  // namespace velmoranth::cli

@@ -1,0 +1,224 @@
+// velmoranth settings save, rename, delete and restore
+#include "tests/cli/settings_fixture.h"
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace velmoranth::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string kThemeChangedLine = "com.qor.velmoranththemechanged.prefs: 0 processes told\n";
+const std::string kSavedPlace = "device/User/Library/VelMoranth/UserSettings/";
+
+std::string savedFile(const std::string& name) {
+    return kSaved + "/ " + name + " " + kFileName;
+}
+
+class SettingsCopies : public SettingsTest {
+  protected:
+    SettingsCopies() { folder.file(kLiveFile, live); }
+
+    std::string live = plist("<key>enable</key><true/>");
+};
+
+TEST_F(SettingsCopies, SaveCopiesThePreferencesUnderTheName) {
+    const CommandResult result = settings({"save", "Night, late"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_EQ(result.output, "Night, late: saved\n");
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(folder.contents(savedFile("Night, late")), live);
+    EXPECT_EQ(folder.names(kSaved), " Night, late " + kFileName);
+    EXPECT_EQ(folder.mode(kSaved), 0777U) << "as the panel leaves it";
+}
+
+TEST_F(SettingsCopies, NamesThatNoFileCanHaveAreWrongUsage) {
+    for (const char* const command : {"save", "delete", "restore"}) {
+        expectRefused({command, ""}, 2, "a saved copy needs a name, and this one is empty");
+        expectRefused({command, "."}, 2,
+                      "a saved copy's name is plain text without slashes, which \".\" is not");
+        expectRefused({command, ".."}, 2,
+                      "a saved copy's name is plain text without slashes, which \"..\" is not");
+        expectRefused(
+            {command, "a/../../b"}, 2,
+            "a saved copy's name is plain text without slashes, which \"a/../../b\" is not");
+        expectRefused({command, "a\nb"}, 2,
+                      "a saved copy's name is plain text without slashes, which \"a?b\" is not");
+        expectRefused({command, "\xff"}, 2,
+                      "a saved copy's name is plain text without slashes, which \"?\" is not");
+    }
+    expectRefused({"rename", "Night", "/x"}, 2,
+                  "a saved copy's name is plain text without slashes, which \"/x\" is not");
+    expectRefused({"rename", "", "x"}, 2, "a saved copy needs a name, and this one is empty");
+}
+
+TEST_F(SettingsCopies, ANameThatIsTakenIsRefusedBeforeAnythingIsStaged) {
+    folder.file(savedFile("Night"), "old");
+    folder.file(savedFile("Day"), "other");
+    const std::string taken = kSavedPlace + " Night " + kFileName +
+                              ": the name \"Night\" is taken; take another, or velmoranth settings "
+                              "delete Night first";
+    expectRefused({"save", "Night"}, 3, taken);
+    expectRefused({"rename", "Day", "Night"}, 3, taken);
+    expectRefused({"rename", "Night", "Night"}, 3, taken);
+}
+
+TEST_F(SettingsCopies, AStagingCopyThatWasLeftIsNamedWithWhatToDo) {
+    folder.file(kSaved + "/" + kFileName, "left");
+    expectRefused({"save", "Night"}, 3,
+                  kSavedPlace + kFileName +
+                      ": a save that failed earlier has left this, and it is in the way; remove it "
+                      "with rm " +
+                      kSavedPlace + kFileName);
+}
+
+TEST_F(SettingsCopies, ANameThatIsTooLongHasThePlatformsErrorAndLeavesNothing) {
+    const std::string name(250, 'n');
+    const CommandResult result = settings({"save", name});
+    EXPECT_EQ(result.code, 3);
+    EXPECT_EQ(result.output, "");
+    EXPECT_TRUE(
+        result.errors.ends_with(": not saved: The operation couldn’t be completed. (Cocoa error "
+                                "514.) take a shorter name\n"))
+        << result.errors;
+    EXPECT_EQ(folder.names(kSaved), "");
+    EXPECT_EQ(settings({"save", "Night"}).code, 0);
+}
+
+TEST_F(SettingsCopies, FailuresArePanelsAlertsWithWhatToDo) {
+    fs::remove(folder / kLiveFile);
+    CommandResult result = settings({"save", "Night"});
+    EXPECT_EQ(result.code, 3);
+    EXPECT_EQ(result.errors, "velmoranth: error: " + kSavedPlace + " Night " + kFileName +
+                                 ": not saved: The file “" + kFileName +
+                                 "” couldn’t be opened because there is no such file. there are no "
+                                 "preferences yet; velmoranth settings restore or set makes "
+                                 "them\n");
+    folder.file(kLiveFile, live);
+    fs::remove(folder / kSaved);
+    result = settings({"save", "Night"});
+    EXPECT_EQ(result.code, 3);
+    EXPECT_TRUE(
+        result.errors.ends_with("make the folder device/User/Library/VelMoranth/UserSettings\n"))
+        << result.errors;
+    folder.file(savedFile("Night"), "kept");
+    fs::permissions(folder / kSaved, fs::perms(0755));
+    const std::string advice = "see who may write to device/User/Library/VelMoranth/UserSettings\n";
+    for (const std::vector<std::string>& words : std::vector<std::vector<std::string>>{
+             {"save", "Day"}, {"delete", "Night"}, {"rename", "Night", "Day"}}) {
+        const Tree before = tree();
+        result = settings(words, {.asNobody = true});
+        EXPECT_EQ(result.code, 3) << words[0];
+        EXPECT_TRUE(result.errors.ends_with(advice)) << result.errors;
+        EXPECT_NE(result.errors.find(" permission "), std::string::npos) << result.errors;
+        EXPECT_EQ(tree(), before);
+    }
+}
+
+TEST_F(SettingsCopies, RenameAndDelete) {
+    folder.file(savedFile("Night"), "saved");
+    CommandResult result = settings({"rename", "Night", "Late night"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_EQ(result.output, "Night: Late night from now on\n");
+    EXPECT_EQ(folder.names(kSaved), " Late night " + kFileName);
+    EXPECT_EQ(folder.contents(savedFile("Late night")), "saved");
+    result = settings({"delete", "Late night"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_EQ(result.output, "Late night: deleted\n");
+    EXPECT_EQ(folder.names(kSaved), "");
+}
+
+TEST_F(SettingsCopies, ACopyThatIsNotThereIsNamedWithTheNearest) {
+    folder.file(savedFile("Night"), live);
+    folder.folder(savedFile("Folder"));
+    const std::string place = kSavedPlace + " Nihgt " + kFileName;
+    for (const std::vector<std::string>& words : std::vector<std::vector<std::string>>{
+             {"delete", "Nihgt"}, {"rename", "Nihgt", "Day"}, {"restore", "Nihgt"}}) {
+        expectRefused(words, 3, place + ": there is no saved copy \"Nihgt\"; did you mean Night?");
+    }
+    expectRefused({"delete", "Something else"}, 3,
+                  kSavedPlace + " Something else " + kFileName +
+                      ": there is no saved copy \"Something else\"; velmoranth settings list shows "
+                      "the saved copies");
+    expectRefused({"delete", "Folder"}, 3,
+                  kSavedPlace + " Folder " + kFileName + ": this is no file, and so no saved copy");
+}
+
+TEST_F(SettingsCopies, RestorePutsASavedCopyInForceAndTellsTheProcesses) {
+    const std::string saved = plist("<key>enable</key><false/><key>xAxisVal</key><real>2</real>");
+    folder.file(savedFile("Night"), saved);
+    fs::permissions(folder / kLiveFile, fs::perms(0600));
+    const CommandResult result = settings({"restore", "Night"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_EQ(result.output, "Night: 2 keys in force\n" + kThemeChangedLine);
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(folder.contents(kLiveFile), saved);
+    EXPECT_EQ(folder.mode(kLiveFile), 0600U);
+    EXPECT_EQ(folder.contents(savedFile("Night")), saved);
+}
+
+TEST_F(SettingsCopies, RestoreWithoutANamePutsTheFactoryPreferencesInForce) {
+    const std::string factory = plist("<key>removeDock</key><true/>");
+    folder.file(kFactoryFile, factory);
+    EXPECT_EQ(settings({"restore"}).output,
+              "factory preferences: 1 key in force\n" + kThemeChangedLine);
+    EXPECT_EQ(folder.contents(kLiveFile), factory);
+
+    fs::remove(folder / kLiveFile);
+    EXPECT_EQ(settings({"restore"}).output,
+              "factory preferences: 1 key in force\n" + kThemeChangedLine);
+    EXPECT_EQ(folder.contents(kLiveFile), factory);
+    EXPECT_EQ(folder.mode("device/var/mobile/Library/Preferences"), 0777U)
+        << "as a process leaves it that starts without preferences";
+}
+
+TEST_F(SettingsCopies, RestoreRefusesWhatIsNoPreferences) {
+    const std::string factoryPlace =
+        "device/User/Library/VelMoranth/DefaultSettings/" + kFileName + ": ";
+    expectRefused({"restore"}, 3,
+                  factoryPlace + "there is no such file; the preferences stay as they are");
+    folder.file(kFactoryFile, "<plist><array/></plist>");
+    const std::string noDictionary =
+        "preferences are a dictionary, and this property list is none; the preferences stay as "
+        "they are";
+    expectRefused({"restore"}, 3, factoryPlace + noDictionary);
+    fs::remove(folder / kLiveFile);
+    expectRefused({"restore"}, 3, factoryPlace + noDictionary);
+    folder.file(savedFile("Night"), "<plist><string/></plist>");
+    expectRefused({"restore", "Night"}, 3,
+                  kSavedPlace + " Night " + kFileName + ": " + noDictionary);
+    folder.file(savedFile("Big"), std::string(20'000'000, ' '));
+    expectRefused({"restore", "Big"}, 3,
+                  kSavedPlace + " Big " + kFileName +
+                      ": the file is larger than 16777216 bytes; the preferences stay as they are");
+    folder.file(savedFile("Empty"), "");
+    EXPECT_EQ(settings({"restore", "Empty"}).code, 3);
+    EXPECT_EQ(folder.contents(kLiveFile), "<none>");
+}
+
+TEST_F(SettingsCopies, RestoreRepairsPreferencesThatCannotBeRead) {
+    folder.file(savedFile("Night"), live);
+    folder.file(kLiveFile, "broken");
+    EXPECT_EQ(settings({"set", "enable=no"}).code, 3);
+    EXPECT_EQ(settings({"restore", "Night"}).code, 0);
+    EXPECT_EQ(folder.contents(kLiveFile), live);
+}
+
+TEST_F(SettingsCopies, RestoreThatCannotWriteLosesNothing) {
+    folder.file(savedFile("Night"),
+                plist("<key>a</key><string>" + std::string(200'000, 'x') + "</string>"));
+    expectRefused({"restore", "Night"}, 3,
+                  "device/User/Library/Preferences/" + kFileName +
+                      ": the preferences cannot be written and are as they were: file too large",
+                  {.limits = {{RLIMIT_FSIZE, 100'000}}}, Times::mayDiffer);
+    fs::remove(folder / kLiveFile);
+    folder.folder(kLiveFile);
+    expectRefused({"restore", "Night"}, 3,
+                  "device/User/Library/Preferences/" + kFileName +
+                      ": the preferences cannot be written: this is no file");
+}
+
+}  // namespace
+}  // namespace velmoranth::cli
