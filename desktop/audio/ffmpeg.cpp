@@ -43,8 +43,8 @@ Result<Ffmpeg> loadFfmpeg() {
 }  // namespace
 
 const Result<Ffmpeg>& loadedFfmpeg() {
-    static const Result<Ffmpeg> loaded = loadFfmpeg();
-    return loaded;
+    static const Result<Ffmpeg> kLoaded = loadFfmpeg();
+    return kLoaded;
 }
 
 }  // namespace velmoranth::desktop

@@ -18,7 +18,7 @@ extern "C" {
 
 namespace velmoranth::desktop {
 
-// NOLINTBEGIN(cppcoreguidelines-macro-usage): the one list, for the members and for their look-up.
+// The one list, for the members and for their look-up.
 // clang-format off: many on a line.
 #define VELMORANTH_FFMPEG_FUNCTIONS(FUNCTION) \
     FUNCTION(av_channel_layout_copy) FUNCTION(av_channel_layout_compare) \
@@ -37,9 +37,9 @@ namespace velmoranth::desktop {
     FUNCTION(swr_alloc_set_opts2) FUNCTION(swr_convert) FUNCTION(swr_free) \
     FUNCTION(swr_get_out_samples) FUNCTION(swr_init) FUNCTION(swr_set_matrix)
 // clang-format on
-// NOLINTEND(cppcoreguidelines-macro-usage)
 
 struct Ffmpeg {
+// NOLINTNEXTLINE(bugprone-macro-parentheses): a declaration.
 #define VELMORANTH_MEMBER(name) decltype(&::name) name = nullptr;
     VELMORANTH_FFMPEG_FUNCTIONS(VELMORANTH_MEMBER)
 #undef VELMORANTH_MEMBER
@@ -66,7 +66,7 @@ struct FreeFfmpeg {
     void operator()(SwrContext* context) const { ffmpeg().swr_free(&context); }
 
     void operator()(AVIOContext* context) const {
-        ffmpeg().av_freep(&context->buffer);
+        ffmpeg().av_freep(static_cast<void*>(&context->buffer));
         ffmpeg().avio_context_free(&context);
     }
 };

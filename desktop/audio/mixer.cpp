@@ -67,8 +67,10 @@ void Mixer::render(std::span<float> stereo) {
         sample = std::clamp(sample, -1.0F, 1.0F);
     }
 
-    std::stable_sort(finished.begin(), finished.end(),
-                     [](const auto& a, const auto& b) { return a.second < b.second; });
+    // Of two that end with the same frame the older one first.
+    std::sort(finished.begin(), finished.end(), [](const auto& a, const auto& b) {
+        return std::pair(a.second, a.first->number_) < std::pair(b.second, b.first->number_);
+    });
     const std::lock_guard lock(mutex_);
     for (const auto& [voice, length] : finished) {
         // Other audio may have been interrupted since.

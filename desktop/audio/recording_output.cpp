@@ -64,7 +64,8 @@ void RecordingOutput::advanceToEnd(double longest) {
 }
 
 double RecordingOutput::seconds() const {
-    return static_cast<double>(samples_.size() / kChannels) / mixer_.sampleRate();
+    const std::size_t frames = samples_.size() / kChannels;
+    return static_cast<double>(frames) / mixer_.sampleRate();
 }
 
 void RecordingOutput::voiceStarted(const Start& start) {
