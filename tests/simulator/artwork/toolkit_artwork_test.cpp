@@ -228,6 +228,18 @@ TEST(InterfaceGlyph, SignsOnDiscsAreHoles) {
     }
 }
 
+TEST(SuccessPlate, IsAWhiteMarkOnADarkPlate) {
+    const FurniturePicture plate = drawSuccessPlate(200, 2);
+    expectSize(plate, 400, 400, "plate");
+    EXPECT_EQ(at(plate, 0, 0).alpha, 0);  // the corner is round
+    EXPECT_EQ(at(plate, 0, 200), at(plate, 399, 200));
+    EXPECT_EQ(at(plate, 0, 200).alpha, 209);                     // lets a little through
+    EXPECT_EQ(at(plate, 200, 88), (Bgra{255, 255, 255, 255}));   // the ring
+    EXPECT_EQ(at(plate, 184, 241), (Bgra{255, 255, 255, 255}));  // the mark
+    expectSize(drawSuccessPlate(0, 2), 0, 0, "no side");
+    expectSize(drawSuccessPlate(1e9, 2), 0, 0, "too large");
+}
+
 TEST(SettingsIcon, IsAColouredTileInTheIconShape) {
     for (const std::string_view name : settingsIconNames()) {
         const FurniturePicture picture = drawSettingsIcon(name, 3);
