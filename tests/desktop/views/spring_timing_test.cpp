@@ -71,10 +71,10 @@ struct Spring : testing::Test {
 
 TEST(SpringTiming, OvershootsByItsDamping) {
     EXPECT_NEAR(overshootOf(0.5), 0.163, 0.0005);
-    for (const double damping : {0.2, 0.5, 0.8}) {
+    for (const double damping : {0.02, 0.2, 0.5, 0.8}) {
         const std::vector<Turn> turns = turnsOf(SpringTiming::create(damping, 0, 0.3));
         ASSERT_GE(turns.size(), 1U) << damping;
-        EXPECT_NEAR(turns[0].share, 1 + overshootOf(damping), 1e-6) << damping;
+        EXPECT_NEAR(turns[0].share, 1 + overshootOf(damping), 1e-4) << damping;
     }
     // The turns follow each other evenly, the first as long after the start.
     const std::vector<Turn> turns = turnsOf(SpringTiming::create(0.2, 0, 0.3));
