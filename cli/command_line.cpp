@@ -107,9 +107,10 @@ ExitCode run(const std::vector<std::string>& words) {
 std::span<const Command> commands() {
     static const std::array kCommands{
         previewCommand(),        extractCommand(),        deviceInitCommand(),
-        hooksCommand(),          notifyCommand(),         settingsListCommand(),
-        settingsGetCommand(),    settingsSetCommand(),    settingsSaveCommand(),
-        settingsRenameCommand(), settingsDeleteCommand(), settingsRestoreCommand()};
+        hooksCommand(),          notifyCommand(),         soundCommand(),
+        settingsListCommand(),   settingsGetCommand(),    settingsSetCommand(),
+        settingsSaveCommand(),   settingsRenameCommand(), settingsDeleteCommand(),
+        settingsRestoreCommand()};
     return kCommands;
 }
 

@@ -10,6 +10,7 @@ namespace velmoranth::cli {
 [[nodiscard]] Command deviceInitCommand();
 [[nodiscard]] Command hooksCommand();
 [[nodiscard]] Command notifyCommand();
+[[nodiscard]] Command soundCommand();
 [[nodiscard]] Command settingsListCommand();
 [[nodiscard]] Command settingsGetCommand();
 [[nodiscard]] Command settingsSetCommand();

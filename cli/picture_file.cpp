@@ -1,115 +1,21 @@
 #include "cli/picture_file.h"
 
-#include "cli/cleanup.h"
-#include "desktop/files/descriptor.h"
-#include "desktop/files/file_calls.h"
-#include "desktop/files/file_tree.h"
+#include "cli/output_file.h"
 #include "desktop/image_io/image_io.h"
 #include "platform/foundation.h"
 
-#include <fcntl.h>
-#include <stdlib.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstdio>
-#include <filesystem>
-#include <system_error>
-
 namespace velmoranth::cli {
 
-using desktop::Descriptor;
-using desktop::problemOfErrno;
 using desktop::Result;
 
 namespace {
 
-namespace fs = std::filesystem;
-
-tl::unexpected<desktop::Problem> cannotWrite(int error, const std::string& path) {
-    desktop::Problem problem = problemOfErrno(error, path);
-    problem.message = "the picture cannot be written: " + problem.message;
-    return tl::unexpected(std::move(problem));
-}
-
-// Where links lead, whether or not there is a file yet. Each is followed by hand, since the system
-// resolves only what exists.
-fs::path target(fs::path path) {
-    constexpr int kMostLinks = 40;  // as the kernel has it
-    std::error_code error;
-    for (int i = 0; i < kMostLinks && fs::is_symlink(fs::symlink_status(path, error)); ++i) {
-        path = path.parent_path() / fs::read_symlink(path, error);
-    }
-    return path;
-}
-
-std::string folderOf(const std::string& path) {
-    const std::string folder = fs::path(path).parent_path();
-    return folder.empty() ? "." : folder;
-}
-
-Result<void> writeAll(int descriptor, const platform::Data& bytes, const std::string& path) {
-    const int error =
-        desktop::writeWhole(desktop::FileCalls(), descriptor, bytes.data(), bytes.size());
-    if (error != 0) {
-        return cannotWrite(error, path);
-    }
-    return {};
-}
-
-// The mode that a new file gets here.
-mode_t newFileMode() {
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    return 0666U & ~mask;
-}
-
-Result<void> replaceFile(const std::string& path, const platform::Data& bytes, mode_t mode) {
-    std::string name = folderOf(path) + "/.velmoranth-XXXXXX";
-    Descriptor file(::mkostemp(name.data(), O_CLOEXEC));
-    if (!file.isOpen()) {
-        return cannotWrite(errno, path);
-    }
-    RemovedAtEnd temporary(name);
-    if (auto written = writeAll(file.get(), bytes, path); !written) {
-        return written;
-    }
-    if (::fchmod(file.get(), mode) != 0 || ::rename(name.c_str(), path.c_str()) != 0) {
-        return cannotWrite(errno, path);
-    }
-    temporary.keep();
-    return {};
-}
+constexpr const char* kWhat = "picture";
 
 }  // namespace
 
 Result<void> checkOutput(const std::string& path) {
-    if (path == "-") {
-        return {};
-    }
-    struct stat status{};
-    if (::stat(path.c_str(), &status) == 0) {
-        if (S_ISDIR(status.st_mode)) {
-            return cannotWrite(EISDIR, path);
-        }
-        if (!S_ISREG(status.st_mode)) {
-            return {};
-        }
-    } else if (errno != ENOENT) {
-        return cannotWrite(errno, path);
-    }
-    const std::string folder = folderOf(target(path));
-    if (path.ends_with('/') || ::stat(folder.c_str(), &status) != 0) {
-        return cannotWrite(ENOENT, path);
-    }
-    if (!S_ISDIR(status.st_mode)) {
-        return cannotWrite(ENOTDIR, path);
-    }
-    if (::access(folder.c_str(), W_OK | X_OK) != 0) {
-        return cannotWrite(errno, path);
-    }
-    return {};
+    return checkOutputFile(path, kWhat);
 }
 
 Result<void> writePicture(const simulator::Picture& picture, const std::string& path) {
@@ -118,16 +24,7 @@ Result<void> writePicture(const simulator::Picture& picture, const std::string& 
     if (bytes.empty()) {
         return tl::unexpected(desktop::Problem{"the screen came without a picture"});
     }
-    if (path == "-") {
-        return writeAll(STDOUT_FILENO, bytes, "standard output");
-    }
-    struct stat status{};
-    const bool exists = ::stat(path.c_str(), &status) == 0;
-    if (exists && !S_ISREG(status.st_mode)) {
-        const Descriptor file(::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
-        return file.isOpen() ? writeAll(file.get(), bytes, path) : cannotWrite(errno, path);
-    }
-    return replaceFile(target(path), bytes, exists ? status.st_mode & 07777U : newFileMode());
+    return writeOutputFile(bytes, path, kWhat);
 }
 
 }  // namespace velmoranth::cli

@@ -57,6 +57,41 @@ TEST(Usage, EveryMisuseIsOneLineAndExitCode2) {
         {{"notify", "prfs", "--root", "."},
          "there is no notification \"prfs\"; did you mean prefs?"},
         {{"notify", "prefs"}, "velmoranth notify needs --root DIR, the device to tell"},
+        {{"settings"}, "there is no command \"settings\"; did you mean settings list?"},
+        {{"settings", "sett", "enable=no"},
+         "there is no command \"settings sett\"; did you mean settings set?"},
+        {{"settings", "list"}, "velmoranth settings list needs --root DIR, the device"},
+        {{"settings", "list", "x"}, "velmoranth settings list does not know what to do with \"x\""},
+        {{"settings", "get", "--root", "d"},
+         "velmoranth settings get needs KEY; velmoranth settings get --help"},
+        {{"settings", "set", "--root", "d"},
+         "velmoranth settings set needs KEY=VALUE...; velmoranth settings set --help"},
+        {{"settings", "set", "enable=yes"}, "velmoranth settings set needs --root DIR, the device"},
+        {{"settings", "rename", "Night", "--root", "d"},
+         "velmoranth settings rename needs OLD NEW; velmoranth settings rename --help"},
+        {{"settings", "save", "Night", "Day", "--root", "d"},
+         "velmoranth settings save does not know what to do with \"Day\""},
+        {{"settings", "restore", "--jsn"},
+         "velmoranth settings restore has no option \"--jsn\"; velmoranth settings restore --help "
+         "lists them"},
+        {{"sound"}, "velmoranth sound needs EVENT THEME...; velmoranth sound --help"},
+        {{"sound", "lock"}, "a THEME folder is missing (or --root DIR); velmoranth sound --help"},
+        {{"sound", "lcok", "T"}, "there is no sound \"lcok\"; did you mean lock?"},
+        {{"sound", "panel:eror"}, "there is no sound \"panel:eror\"; did you mean panel:error?"},
+        {{"sound", "bell tower", "T"},
+         "there is no sound \"bell tower\"; velmoranth sound --help lists them"},
+        {{"sound", "", "T"}, "there is no sound \"\"; velmoranth sound --help lists them"},
+        {{"sound", "event:", "T"},
+         "there is no sound \"event:\"; velmoranth sound --help lists them"},
+        {{"sound", "4294967296", "T"},
+         "a system sound's number has 32 bits, and \"4294967296\" is larger"},
+        {{"sound", "-1", "T"},
+         "velmoranth sound has no option \"-1\"; velmoranth sound --help lists them"},
+        {{"sound", "lock", "T", "--root", "d"},
+         "--root does not go with THEME: a device has its own themes"},
+        {{"sound", "lock", "T", "-o", ""}, "--output takes a name, and this one is empty"},
+        {{"sound", "lock", "T", "-o", "-"},
+         "--output takes a file's name: standard output says what is played"},
         {{"preview"}, "a THEME folder is missing (or --root DIR); velmoranth preview --help"},
         {{"preview", "T", "--outptu", "x"},
          "velmoranth preview has no option \"--outptu\"; did you mean --output?"},
@@ -148,8 +183,20 @@ TEST(Usage, ControlCharactersOfAWordDoNotReachTheTerminal) {
 }
 
 TEST(Usage, HelpOfEveryCommandHasItsOptionsAndExamples) {
-    for (const std::vector<std::string>& command : std::vector<std::vector<std::string>>{
-             {"preview"}, {"extract"}, {"device", "init"}, {"hooks"}, {"notify"}}) {
+    for (const std::vector<std::string>& command :
+         std::vector<std::vector<std::string>>{{"preview"},
+                                               {"extract"},
+                                               {"device", "init"},
+                                               {"hooks"},
+                                               {"notify"},
+                                               {"sound"},
+                                               {"settings", "list"},
+                                               {"settings", "get"},
+                                               {"settings", "set"},
+                                               {"settings", "save"},
+                                               {"settings", "rename"},
+                                               {"settings", "delete"},
+                                               {"settings", "restore"}}) {
         std::string name = "velmoranth";
         for (const std::string& word : command) {
             name += " " + word;
@@ -170,6 +217,30 @@ TEST(Usage, HelpOfEveryCommandHasItsOptionsAndExamples) {
 TEST(Usage, HelpWinsOverWhatIsMissing) {
     EXPECT_EQ(runCommand({"device", "init", "--help"}).code, 0);
     EXPECT_EQ(runCommand({"notify", "-h"}).code, 0);
+}
+
+TEST(Usage, AGroupsHelpListsItsCommands) {
+    const CommandResult result = runCommand({"settings", "--help"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_EQ(result.errors, "");
+    EXPECT_TRUE(result.output.starts_with("usage: velmoranth settings COMMAND ...\n"));
+    for (const char* const row :
+         {"settings list ", "settings get KEY ", "settings set KEY=VALUE... ",
+          "settings save NAME ", "settings rename OLD NEW ", "settings delete NAME ",
+          "settings restore [NAME] "}) {
+        EXPECT_NE(result.output.find(std::string("\n  ") + row), std::string::npos) << row;
+    }
+    EXPECT_TRUE(
+        runCommand({"device", "--help"}).output.starts_with("usage: velmoranth device init"));
+}
+
+TEST(Usage, SettingsHelpListsEveryKey) {
+    const std::string help = runCommand({"settings", "set", "--help"}).output;
+    for (const char* const key :
+         {"ActiveThemes=A,B", "enable=yes|no", "opacityVal=NUMBER", "moreDockIcons=yes|no"}) {
+        EXPECT_NE(help.find(std::string("  ") + key + " "), std::string::npos) << key;
+    }
+    EXPECT_EQ(help.find("unless set"), std::string::npos) << "that is a preview's";
 }
 
 TEST(Usage, PreviewHelpListsEveryPreference) {
