@@ -5,6 +5,7 @@
 #include "core/entry_points.h"
 #include "core/velmoranth.h"
 #include "desktop/audio/audio.h"
+#include "desktop/audio/audio_session.h"
 #include "desktop/audio/mixer.h"
 #include "desktop/audio/sound_decoder.h"
 #include "desktop/audio/sound_file.h"
@@ -55,7 +56,7 @@ struct SilentLog final : platform::SystemLog {
 // Finds no sound, so that a search for one is left.
 class NoSounds final : public platform::Audio {
   public:
-    [[nodiscard]] platform::AudioSessionRef sharedInstance() override { return nullptr; }
+    [[nodiscard]] platform::AudioSessionRef sharedInstance() override { return session_; }
 
     [[nodiscard]] platform::AudioPlayerRef audioPlayerWithContentsOfURL(
         const std::string& /*path*/) override {
@@ -66,6 +67,9 @@ class NoSounds final : public platform::Audio {
         const std::optional<platform::Data>& /*data*/) override {
         return nullptr;
     }
+
+  private:
+    platform::AudioSessionRef session_ = std::make_shared<desktop::RecordedAudioSession>();
 };
 
 class NoOutput final : public desktop::SoundOutput {

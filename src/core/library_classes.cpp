@@ -6,56 +6,44 @@
 
 #include <functional>
 #include <memory>
-#include <string>
+#include <type_traits>
 #include <utility>
 
 namespace velmoranth::core {
 
 using filemanager::VelmoranthFileManager;
-using platform::AudioPlayerRef;
 using platform::MethodDefinition;
-using platform::NullableString;
 using platform::ObjectRef;
 using sounds::Sounds;
 
 namespace {
 
 // A class method that is a function of its arguments alone.
-MethodDefinition classMethod(const char* selector, void (*function)()) {
+template <class R, class... Args>
+MethodDefinition classMethod(const char* selector, R (*function)(Args...)) {
     return {selector, true,
-            platform::makeImplementation(std::function<void(platform::Class&)>(
-                [function](platform::Class&) { function(); }))};
-}
-
-MethodDefinition classMethod(const char* selector, void (*function)(const NullableString&)) {
-    return {
-        selector, true,
-        platform::makeImplementation(std::function<void(platform::Class&, NullableString)>(
-            [function](platform::Class&, const NullableString& argument) { function(argument); }))};
-}
-
-MethodDefinition classMethod(const char* selector, bool (*function)(const NullableString&)) {
-    return {selector, true,
-            platform::makeImplementation(std::function<bool(platform::Class&, NullableString)>(
-                [function](platform::Class&, const NullableString& argument) {
-                    return function(argument);
+            platform::makeImplementation(std::function<R(platform::Class&, std::decay_t<Args>...)>(
+                [function](platform::Class&, const std::decay_t<Args>&... arguments) -> R {
+                    return function(arguments...);
                 }))};
 }
 
-MethodDefinition classMethod(const char* selector,
-                             bool (*function)(const NullableString&, const NullableString&)) {
-    return {selector, true,
-            platform::makeImplementation(
-                std::function<bool(platform::Class&, NullableString, NullableString)>(
-                    [function](platform::Class&, const NullableString& first,
-                               const NullableString& second) { return function(first, second); }))};
+// `Base` is the receiver's class or a base that it is made of.
+template <class Receiver, class R, class Base, class... Args>
+MethodDefinition instanceMethod(const char* selector, R (Base::*method)(Args...)) {
+    return {selector, false,
+            platform::makeImplementation(std::function<R(Receiver&, std::decay_t<Args>...)>(
+                [method](Receiver& self, const std::decay_t<Args>&... arguments) -> R {
+                    return (self.*method)(arguments...);
+                }))};
 }
 
-// An action of the panel: takes its sender.
-MethodDefinition action(const char* selector, void (Sounds::*method)(const ObjectRef&)) {
+// The getter of a property.
+template <class Receiver, class R, class Base>
+MethodDefinition getter(const char* selector, const R& (Base::*method)() const) {
     return {selector, false,
-            platform::makeImplementation(std::function<void(Sounds&, ObjectRef)>(
-                [method](Sounds& self, const ObjectRef& sender) { (self.*method)(sender); }))};
+            platform::makeImplementation(std::function<R(Receiver&)>(
+                [method](Receiver& self) { return (self.*method)(); }))};
 }
 
 std::vector<MethodDefinition> fileManagerMethods() {
@@ -79,21 +67,33 @@ std::vector<MethodDefinition> fileManagerMethods() {
 
 std::vector<MethodDefinition> soundMethods() {
     return {
-        action("initClass:", &Sounds::initClass),
-        action("PlayButtonClick:", &Sounds::PlayButtonClick),
-        action("PlaySlide:", &Sounds::PlaySlide),
-        action("PlaySlideWithClick:", &Sounds::PlaySlideWithClick),
-        action("PlayError:", &Sounds::PlayError),
-        action("PlayReboot:", &Sounds::PlayReboot),
-        action("PlaySuccess:", &Sounds::PlaySuccess),
-        action("PlayOn:", &Sounds::PlayOn),
-        action("PlayOff:", &Sounds::PlayOff),
-        {"soundToPlay", false,
-         platform::makeImplementation(std::function<AudioPlayerRef(Sounds&)>(
-             [](Sounds& self) { return self.soundToPlay(); }))},
-        {"setSoundToPlay:", false,
-         platform::makeImplementation(std::function<void(Sounds&, AudioPlayerRef)>(
-             [](Sounds& self, const AudioPlayerRef& player) { self.setSoundToPlay(player); }))},
+        instanceMethod<Sounds>("initClass:", &Sounds::initClass),
+        instanceMethod<Sounds>("PlayButtonClick:", &Sounds::PlayButtonClick),
+        instanceMethod<Sounds>("PlaySlide:", &Sounds::PlaySlide),
+        instanceMethod<Sounds>("PlaySlideWithClick:", &Sounds::PlaySlideWithClick),
+        instanceMethod<Sounds>("PlayError:", &Sounds::PlayError),
+        instanceMethod<Sounds>("PlayReboot:", &Sounds::PlayReboot),
+        instanceMethod<Sounds>("PlaySuccess:", &Sounds::PlaySuccess),
+        instanceMethod<Sounds>("PlayOn:", &Sounds::PlayOn),
+        instanceMethod<Sounds>("PlayOff:", &Sounds::PlayOff),
+        getter<Sounds>("soundToPlay", &Sounds::soundToPlay),
+        instanceMethod<Sounds>("setSoundToPlay:", &Sounds::setSoundToPlay),
+    };
+}
+
+// Those that others send: the look-ups and the imaging are called by the library's own code alone.
+std::vector<MethodDefinition> mainClassMethods() {
+    return {
+        {"sharedIconManager", true,
+         platform::makeImplementation(std::function<ObjectRef(platform::Class&)>(
+             [](platform::Class&) { return VelMoranth::sharedIconManager(); }))},
+        instanceMethod<VelMoranth>("initClass:", &VelMoranth::initClass),
+        instanceMethod<VelMoranth>("playUISound:", &VelMoranth::playUISound),
+        instanceMethod<VelMoranth>("playsystemSound:", &VelMoranth::playsystemSound),
+        getter<VelMoranth>("audiosession", &VelMoranth::audiosession),
+        instanceMethod<VelMoranth>("setAudiosession:", &VelMoranth::setAudiosession),
+        getter<VelMoranth>("soundToPlay", &VelMoranth::soundToPlay),
+        instanceMethod<VelMoranth>("setSoundToPlay:", &VelMoranth::setSoundToPlay),
     };
 }
 
@@ -116,7 +116,8 @@ std::vector<platform::ClassDefinition> libraryClasses() {
     classes.push_back({.name = "VelMoranth",
                        .superclass = "NSObject",
                        .load = VelMoranth::load,
-                       .initialize = VelMoranth::initialize});
+                       .initialize = VelMoranth::initialize,
+                       .methods = mainClassMethods()});
     return classes;
 }
 

@@ -50,7 +50,7 @@ VelMoranthRef VelMoranth::sharedIconManager() {
 
 void VelMoranth::initClass(const platform::ObjectRef& object) {
     if (object != nullptr) {
-        platform().audio.sharedInstance()->setCategory("AVAudioSessionCategoryAmbient");
+        platform().audio.sharedInstance()->setCategory(platform::kAudioSessionCategoryAmbient);
     }
 }
 

@@ -48,7 +48,6 @@ State& state() {
     return instance;
 }
 
-// Formatted afresh for every use.
 std::string livePreferences() {
     return stringWithFormat("/User/Library/Preferences/%@", std::string(kPreferencesFile));
 }

@@ -27,7 +27,8 @@ class VelmoranthFileManager final : public platform::Object {
     // When there are preferences already, the copy fails, is logged, and they stay.
     static void NoUserSettingCreateThemeNow();
 
-    // Strings come as the platform has them: nil prints "(null)" and is a path of nothing.
+    // Strings come as the platform has them: nil prints "(null)" and is a path of nothing. Each
+    // of these gives whether it succeeded; when not, the alert is up.
 
     // saveCurrentSettinginFolderWithName: a copy of the live preferences in the folder of saved
     // ones, by way of a staging copy, which stays when the name is taken.

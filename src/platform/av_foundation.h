@@ -10,6 +10,12 @@
 
 namespace velmoranth::platform {
 
+// --- Values
+// -------------------------------------------------------------------------------------------
+
+// AVAudioSessionCategoryAmbient: mixes with what other apps play.
+inline constexpr const char* kAudioSessionCategoryAmbient = "AVAudioSessionCategoryAmbient";
+
 // --- Handles
 // ------------------------------------------------------------------------------------------
 
@@ -31,7 +37,7 @@ class AudioPlayer : public Object {
   public:
     // 0 to 1; 1 until set.
     virtual void setVolume(float volume) = 0;
-    // The player does not hold its delegate.
+    // The player does not hold its delegate, which may end before it.
     virtual void setDelegate(Object& delegate) = 0;
     // False when it could not.
     virtual bool prepareToPlay() = 0;
@@ -51,7 +57,7 @@ class Audio {
     Audio& operator=(const Audio&) = delete;
     virtual ~Audio() = default;
 
-    // +[AVAudioSession sharedInstance]: the same one on every call.
+    // +[AVAudioSession sharedInstance]: the same one on every call; never nil.
     [[nodiscard]] virtual AudioSessionRef sharedInstance() = 0;
     // -[AVAudioPlayer initWithContentsOfURL:error:] with the file URL of `path` and no error
     // pointer; nil when there is no such file, when it is a folder, and when it is no sound.

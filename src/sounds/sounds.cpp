@@ -18,11 +18,8 @@ constexpr float kFull = 1.0F;
 }  // namespace
 
 void Sounds::initClass(const ObjectRef& object) {
-    if (object == nullptr) {
-        return;
-    }
-    if (const auto session = platform().audio.sharedInstance()) {
-        session->setCategory("AVAudioSessionCategoryAmbient");
+    if (object != nullptr) {
+        platform().audio.sharedInstance()->setCategory(platform::kAudioSessionCategoryAmbient);
     }
 }
 

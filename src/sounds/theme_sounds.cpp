@@ -84,10 +84,8 @@ void ThemeSounds::playsystemSound(std::uint64_t feedbackEventType) {
 
 void ThemeSounds::play(const std::string& path) {
     audiosession_ = platform().audio.sharedInstance();
-    if (audiosession_ != nullptr) {
-        audiosession_->setCategory("AVAudioSessionCategoryAmbient");
-        audiosession_->setActive(true);
-    }
+    audiosession_->setCategory(platform::kAudioSessionCategoryAmbient);
+    audiosession_->setActive(true);
     soundToPlay_ = platform().audio.audioPlayerWithContentsOfURL(path);
     if (soundToPlay_ != nullptr) {
         soundToPlay_->prepareToPlay();

@@ -23,7 +23,11 @@ class ThemeSounds {
     // it is held here; both nil before the first. Replaced without a lock.
     [[nodiscard]] const platform::AudioSessionRef& audiosession() const { return audiosession_; }
 
+    void setAudiosession(const platform::AudioSessionRef& session) { audiosession_ = session; }
+
     [[nodiscard]] const platform::AudioPlayerRef& soundToPlay() const { return soundToPlay_; }
+
+    void setSoundToPlay(const platform::AudioPlayerRef& player) { soundToPlay_ = player; }
 
   private:
     void play(const std::string& path);

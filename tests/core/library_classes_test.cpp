@@ -63,7 +63,9 @@ TEST(LibraryClasses, AreThree) {
     EXPECT_TRUE(classes[2].load);
     EXPECT_TRUE(classes[2].initialize);
     EXPECT_FALSE(classes[2].makeInstance);
-    EXPECT_EQ(selectorsOf(classes[2]), Lines{});
+    EXPECT_EQ(selectorsOf(classes[2]),
+              (Lines{"+sharedIconManager", "-initClass:", "-playUISound:", "-playsystemSound:",
+                     "-audiosession", "-setAudiosession:", "-soundToPlay", "-setSoundToPlay:"}));
 }
 
 // A process that the library has come into; nothing of that is in the journal.
@@ -200,6 +202,40 @@ TEST_F(LibraryMessages, ShowAndTakeAwayTheSuccessImage) {
     ASSERT_EQ(device.application.rootView->subviews().size(), 1U);
     send("finshedSelfAlert");
     EXPECT_TRUE(device.application.rootView->subviews().empty());
+}
+
+TEST_F(LibraryMessages, TheMainClassPlaysThemeSounds) {
+    device.activeThemes({"A"});
+    const std::string folder = "/Library/Themes/A/UISounds/";
+    device.file(folder + "lock.caf", "sound");
+    device.file(folder + "key_press_click.caf", "sound");
+    const auto manager = device.runtime.sendToClass<ObjectRef>("VelMoranth", "sharedIconManager");
+    ASSERT_NE(manager, nullptr);
+    EXPECT_EQ(manager, VelMoranth::sharedIconManager());
+    const auto session = [&] {
+        return device.runtime.send<platform::AudioSessionRef>(*manager, "audiosession");
+    };
+    const auto player = [&] {
+        return device.runtime.send<AudioPlayerRef>(*manager, "soundToPlay");
+    };
+    EXPECT_EQ(session(), nullptr);
+    EXPECT_EQ(player(), nullptr);
+    device.runtime.send<void, std::int64_t>(*manager, "playUISound:", 1002);
+    EXPECT_EQ(session(), device.audio.session());
+    ASSERT_NE(player(), nullptr);
+    EXPECT_EQ(only("player play "), "player play " + folder + "lock.caf");
+    device.journal.clear();
+    device.runtime.send<void, std::uint64_t>(*manager, "playsystemSound:", 1004);
+    EXPECT_EQ(only("player play "), "player play " + folder + "key_press_click.caf");
+    device.runtime.send<void, AudioPlayerRef>(*manager, "setSoundToPlay:", nullptr);
+    EXPECT_EQ(player(), nullptr);
+    EXPECT_EQ(only("player gone " + folder + "key"),
+              "player gone " + folder + "key_press_click.caf");
+    device.runtime.send<void, platform::AudioSessionRef>(*manager, "setAudiosession:", nullptr);
+    EXPECT_EQ(session(), nullptr);
+    device.journal.clear();
+    device.runtime.send<void, ObjectRef>(*manager, "initClass:", manager);
+    EXPECT_EQ(only("session category "), "session category AVAudioSessionCategoryAmbient");
 }
 
 TEST_F(LibraryMessages, NewSoundsAreNewEachTime) {

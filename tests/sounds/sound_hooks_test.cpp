@@ -56,6 +56,25 @@ TEST_F(FeedbackHook, OnAndLoggingReadsTheNumberTwice) {
                       {"orig play"}}));
 }
 
+TEST_F(FeedbackHook, OnAndLoggingPlaysWhatTheSecondReadGave) {
+    start({.enable = true, .logging = true});
+    feedback.nextIDs = {1100, 1002};
+    play();
+    EXPECT_EQ(device.journal.log().size(), 1U);
+    EXPECT_EQ("log: " + device.journal.log().front(), feedbackLog("1100"));
+    EXPECT_EQ(device.journal.linesWith("player play "), (Lines{"player play " + kLock}));
+}
+
+// Before +initialize nobody answers for the theme.
+TEST_F(FeedbackHook, WithoutTheSharedInstanceThePlatformsIsPlayedAndTheSoundKeptAway) {
+    installWithoutStart();
+    feedback.systemSoundID = 1002;
+    play();
+    EXPECT_EQ(device.journal.lines(), (Lines{"_effectiveSystemSoundID", "orig play"}));
+    EXPECT_EQ(sound(1002), nullptr);
+    EXPECT_EQ(device.journal.count("player "), 0U);
+}
+
 TEST_F(FeedbackHook, AThemeWithoutTheSoundLeavesThePlatformsToBeHeard) {
     start({});
     feedback.systemSoundID = 1000;
@@ -248,6 +267,16 @@ TEST_F(SoundHook, TheSwitchesWaitForANoticeTheThemesDoNot) {
     EXPECT_NE(sound(1002), nullptr);
     EXPECT_EQ(device.journal.count("player "), 0U);
     EXPECT_EQ(device.journal.log().size(), 1U);
+}
+
+TEST_F(SoundHook, ASubclassIsPassedOnAsTheReceiver) {
+    start({.enable = false, .logging = false});
+    device.runtime.addClass("SBUISoundOfOurs", "SBUISound");
+    const auto given = device.runtime.sendToClass<platform::SBUISoundRef, std::uint64_t>(
+        "SBUISoundOfOurs", "soundWithFeedbackEventType:", 1002);
+    EXPECT_NE(given, nullptr);
+    EXPECT_EQ(device.journal.lines(),
+              (Lines{"orig SBUISoundOfOurs 1002", "orig SBUISoundOfOurs 1002"}));
 }
 
 // Both rows stand in the table on every system.

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/entry_points.h"
+#include "core/settings.h"
 #include "core/velmoranth.h"
 #include "tests/support/test_device.h"
 
@@ -65,11 +66,17 @@ struct TestFeedback final : platform::UIFeedback {
 
     Journal& journal;
     std::uint32_t systemSoundID = 1000;
+    // What the next reads give, one each.
+    std::vector<std::uint32_t> nextIDs;
 
     [[nodiscard]] std::string className() const override { return "_UIFeedback"; }
 
     [[nodiscard]] std::uint32_t _effectiveSystemSoundID() override {
         journal.write("_effectiveSystemSoundID");
+        if (!nextIDs.empty()) {
+            systemSoundID = nextIDs.front();
+            nextIDs.erase(nextIDs.begin());
+        }
         return systemSoundID;
     }
 };
@@ -97,6 +104,35 @@ class SoundProcess : public ::testing::Test {
     // A process that the library comes into, with a theme A that has sounds. Nothing of that is
     // in the journal.
     void start(const Switches& switches) {
+        addClasses(switches);
+        core::registerClasses();
+        core::installHooks();
+        core::startSettings();
+        device.journal.clear();
+    }
+
+    // The replacements alone, with theming on and no singleton.
+    void installWithoutStart() {
+        addClasses({});
+        core::installHooks();
+        core::loadSettings();
+        device.journal.clear();
+    }
+
+    void play() { device.runtime.send<void>(feedback, "play"); }
+
+    platform::SBUISoundRef sound(std::uint64_t eventType) {
+        return device.runtime.sendToClass<platform::SBUISoundRef, std::uint64_t>(
+            "SBUISound", "soundWithFeedbackEventType:", eventType);
+    }
+
+    TestDevice device;
+    TestFeedback feedback{device.journal};
+    bool platformHasSounds = true;
+    int soundsAskedFor = 0;
+
+  private:
+    void addClasses(const Switches& switches) {
         device.activeThemes({"A"},
                             {{"enable", switches.enable}, {"enableLogging", switches.logging}});
         device.file(soundFolder("A") + "/lock.caf", "sound");
@@ -116,23 +152,7 @@ class SoundProcess : public ::testing::Test {
                     return platformHasSounds ? std::make_shared<TestSound>(soundsAskedFor)
                                              : nullptr;
                 }));
-        core::registerClasses();
-        core::installHooks();
-        core::startSettings();
-        device.journal.clear();
     }
-
-    void play() { device.runtime.send<void>(feedback, "play"); }
-
-    platform::SBUISoundRef sound(std::uint64_t eventType) {
-        return device.runtime.sendToClass<platform::SBUISoundRef, std::uint64_t>(
-            "SBUISound", "soundWithFeedbackEventType:", eventType);
-    }
-
-    TestDevice device;
-    TestFeedback feedback{device.journal};
-    bool platformHasSounds = true;
-    int soundsAskedFor = 0;
 };
 
 }  // namespace velmoranth::tests
