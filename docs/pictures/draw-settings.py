@@ -1,8 +1,9 @@
 #!/usr/bin/python3
-"""Draws docs/pictures/settings: for each setting the same piece of the example theme's home screen
-with one value and with another. Needs build/velmoranth (./dev build) and Debian's python3-cairo.
+"""Draws the pictures of docs/settings.md: for each setting the same piece of the example theme's
+home screen with one value and with another, the settings panel, and an open folder. Needs
+build/velmoranth (./dev build) and Debian's python3-cairo.
 
-usage: docs/pictures/draw-settings.py [KEY...]"""
+usage: docs/pictures/draw-settings.py [NAME...]    NAME is a setting's key, panel or open-folder"""
 import pathlib
 import subprocess
 import sys
@@ -13,7 +14,7 @@ import cairo
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 COMMAND = ROOT / "build/velmoranth"
 THEME = ROOT / "examples/themes/Kilnware.theme"
-OUT = ROOT / "docs/pictures/settings"
+OUT = ROOT / "docs/pictures"
 SCALE = 2  # pixels per point of the device below
 DEVICE = "phone-667"
 
@@ -46,17 +47,22 @@ SETTINGS = {
 }
 
 
-def screen(folder, settings):
+def preview(path, *arguments):
+    subprocess.run([str(COMMAND), "preview", str(THEME), "--device", DEVICE, "-o", str(path),
+                    *arguments], check=True, stdout=subprocess.DEVNULL)
+
+
+def screen(folder, *arguments):
     path = folder / "screen.png"
-    arguments = [str(COMMAND), "preview", str(THEME), "--device", DEVICE,
-                 "--date", "2019-12-24T09:41", "-o", str(path)]
-    for key, value in settings.items():
-        arguments += ["--set", f"{key}={value}"]
-    subprocess.run(arguments, check=True, stdout=subprocess.DEVNULL)
+    preview(path, "--date", "2019-12-24T09:41", *arguments)
     return cairo.ImageSurface.create_from_png(str(path))
 
 
-def draw(folder, key):
+def setting_arguments(settings):
+    return [argument for key, value in settings.items() for argument in ("--set", f"{key}={value}")]
+
+
+def draw_setting(folder, key, file):
     area, first, second, others = SETTINGS[key]
     x, y, width, height = (v * SCALE for v in area)
     caption, gap = 34, 12
@@ -76,20 +82,52 @@ def draw(folder, key):
         context.rectangle(left, top + caption, width, height)
         context.save()
         context.clip()
-        context.set_source_surface(screen(folder, {**others, key: value}),
+        context.set_source_surface(screen(folder, *setting_arguments({**others, key: value})),
                                    left - x, top + caption - y)
         context.paint()
         context.restore()
-    OUT.mkdir(parents=True, exist_ok=True)
-    picture.write_to_png(str(OUT / f"{key}.png"))
+    picture.write_to_png(str(file))
+
+
+def draw_panel(folder, _name, file):
+    """What comes over the settings panel, side by side at half the size."""
+    screens = [screen(folder, "--screen", name) for name in ("panel-error", "panel-success")]
+    width, height, gap = screens[0].get_width() // SCALE, screens[0].get_height() // SCALE, 20
+    picture = cairo.ImageSurface(cairo.FORMAT_RGB24, 2 * width + gap, height)
+    context = cairo.Context(picture)
+    context.set_source_rgb(1, 1, 1)
+    context.paint()
+    context.scale(1 / SCALE, 1 / SCALE)
+    for number, shown in enumerate(screens):
+        context.set_source_surface(shown, number * (width + gap) * SCALE, 0)
+        context.get_source().set_filter(cairo.FILTER_BEST)
+        context.paint()
+    picture.write_to_png(str(file))
+
+
+def draw_open_folder(_folder, _name, file):
+    preview(file, "--compare", "--screen", "folder")
+
+
+# Name: what draws it, and the file.
+PICTURES = {
+    **{key: (draw_setting, OUT / "settings" / f"{key}.png") for key in SETTINGS},
+    "panel": (draw_panel, OUT / "panel.png"),
+    "open-folder": (draw_open_folder, OUT / "open-folder.png"),
+}
 
 
 def main():
-    keys = sys.argv[1:] or list(SETTINGS)
+    names = sys.argv[1:] or list(PICTURES)
+    unknown = [name for name in names if name not in PICTURES]
+    if unknown:
+        sys.exit(f"no picture {', '.join(unknown)}\n\n{__doc__}")
+    (OUT / "settings").mkdir(parents=True, exist_ok=True)
     with tempfile.TemporaryDirectory() as folder:
-        for key in keys:
-            draw(pathlib.Path(folder), key)
-            print(OUT.relative_to(ROOT) / f"{key}.png")
+        for name in names:
+            draw, file = PICTURES[name]
+            draw(pathlib.Path(folder), name, file)
+            print(file.relative_to(ROOT))
 
 
 main()
