@@ -271,7 +271,7 @@ void SimulatedProcess::Services::registerClasses(ProcessKind process) {
     const auto is = [process](ProcessKind kind) {
         return process == kind || process == ProcessKind::everything;
     };
-    // Nobody hears what the platform's own sounds are.
+    // The platform's own sounds are not ours to play, so nobody is told of them.
     registerFeedbackClasses(
         runtime, nullptr,
         is(ProcessKind::homeScreen) ? FeedbackProcess::homeScreen : FeedbackProcess::other);
