@@ -8,7 +8,6 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <fmt/core.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <array>
@@ -21,17 +20,12 @@
 namespace velmoranth::cli {
 
 using desktop::DeviceRoot;
-using nlohmann::ordered_json;
 using platform::Dictionary;
 using platform::PropertyList;
 
 namespace {
 
 constexpr const char* kThemesFolder = "/Library/Themes";
-
-std::string dumped(const ordered_json& json) {
-    return json.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";
-}
 
 std::string oddKind(const PreferenceKey& key, const PropertyList& value) {
     return describedValue(value) + " in place of " + std::string(takenBy(key.kind));
@@ -74,7 +68,7 @@ ExitCode runGet(const Arguments& arguments) {
                     noSuchPreference(name, preferenceKeys(), "velmoranth settings list"));
     }
     if (arguments.has("--json")) {
-        print(dumped(settingAsJson(name, key, value)));
+        print(settingAsJson(name, key, value));
     }
     if (value == nullptr) {
         return fail(ExitCode::nothingFound,
@@ -103,16 +97,6 @@ std::string valueCell(const PreferenceKey& key, const PropertyList* value) {
     return taken.empty() ? "none" : taken;
 }
 
-std::vector<std::string> otherKeys(const Dictionary& preferences) {
-    std::vector<std::string> names;
-    for (const auto& [name, value] : preferences) {
-        if (findPreferenceKey(name) == nullptr) {
-            names.push_back(name);
-        }
-    }
-    return names;
-}
-
 std::string listAsText(const Dictionary& preferences, const std::vector<std::string>& saved) {
     std::string text;
     for (const PreferenceKey& key : preferenceKeys()) {
@@ -137,19 +121,6 @@ std::string listAsText(const Dictionary& preferences, const std::vector<std::str
     return text;
 }
 
-std::string listAsJson(const Dictionary& preferences, const std::vector<std::string>& saved) {
-    auto settings = ordered_json::array();
-    for (const PreferenceKey& key : preferenceKeys()) {
-        settings.push_back(
-            settingAsJson(key.name, &key, platform::objectForKey(preferences, key.name)));
-    }
-    auto others = ordered_json::array();
-    for (const std::string& name : otherKeys(preferences)) {
-        others.push_back(settingAsJson(name, nullptr, &preferences.at(name)));
-    }
-    return dumped({{"settings", settings}, {"other", others}, {"saved", saved}});
-}
-
 ExitCode runList(const Arguments& arguments) {
     const GivenDevice device = givenDevice(arguments, "settings list");
     if (device.root == nullptr) {
@@ -160,7 +131,7 @@ ExitCode runList(const Arguments& arguments) {
         return fail(ExitCode::badInput, preferences.error());
     }
     const std::vector<std::string> saved = savedNames(*device.root);
-    print(arguments.has("--json") ? listAsJson(*preferences, saved)
+    print(arguments.has("--json") ? settingsAsJson(*preferences, saved)
                                   : listAsText(*preferences, saved));
     return ExitCode::done;
 }

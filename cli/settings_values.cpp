@@ -192,6 +192,23 @@ ordered_json takenAsJson(PreferenceKind kind, const PropertyList* value) {
     return themeNames(value);
 }
 
+ordered_json rowOf(std::string_view name, const PreferenceKey* key, const PropertyList* value) {
+    ordered_json row{{"key", name},
+                     {"type", nullptr},
+                     {"set", value != nullptr},
+                     {"value", value == nullptr ? ordered_json() : asJson(*value)}};
+    if (key != nullptr) {
+        row["type"] = nameOf(key->kind);
+        row["taken"] = takenAsJson(key->kind, value);
+        row["summary"] = key->summary;
+    }
+    return row;
+}
+
+std::string dumped(const ordered_json& json) {
+    return json.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";
+}
+
 }  // namespace
 
 Result<std::vector<Assignment>> parseAssignments(std::span<const std::string> words) {
@@ -262,18 +279,32 @@ std::string describedValue(const PropertyList& value) {
            shown(platform::description(value)) + ")";
 }
 
-ordered_json settingAsJson(std::string_view name, const PreferenceKey* key,
-                           const PropertyList* value) {
-    ordered_json row{{"key", name},
-                     {"type", nullptr},
-                     {"set", value != nullptr},
-                     {"value", value == nullptr ? ordered_json() : asJson(*value)}};
-    if (key != nullptr) {
-        row["type"] = nameOf(key->kind);
-        row["taken"] = takenAsJson(key->kind, value);
-        row["summary"] = key->summary;
+std::string settingAsJson(std::string_view name, const PreferenceKey* key,
+                          const PropertyList* value) {
+    return dumped(rowOf(name, key, value));
+}
+
+std::string settingsAsJson(const platform::Dictionary& preferences,
+                           const std::vector<std::string>& saved) {
+    auto settings = ordered_json::array();
+    for (const PreferenceKey& key : preferenceKeys()) {
+        settings.push_back(rowOf(key.name, &key, platform::objectForKey(preferences, key.name)));
     }
-    return row;
+    auto others = ordered_json::array();
+    for (const std::string& name : otherKeys(preferences)) {
+        others.push_back(rowOf(name, nullptr, &preferences.at(name)));
+    }
+    return dumped({{"settings", settings}, {"other", others}, {"saved", saved}});
+}
+
+std::vector<std::string> otherKeys(const platform::Dictionary& preferences) {
+    std::vector<std::string> names;
+    for (const auto& [name, value] : preferences) {
+        if (findPreferenceKey(name) == nullptr) {
+            names.push_back(name);
+        }
+    }
+    return names;
 }
 
 std::string_view nameOf(PreferenceKind kind) {

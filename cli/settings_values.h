@@ -6,8 +6,6 @@
 #include "desktop/result/result.h"
 #include "platform/foundation.h"
 
-#include <nlohmann/json_fwd.hpp>
-
 #include <span>
 #include <string>
 #include <string_view>
@@ -40,10 +38,19 @@ struct Assignment {
 // "a text (on)": what a value is, for one that is not of its key's kind; one line, of any length.
 [[nodiscard]] std::string describedValue(const platform::PropertyList& value);
 
-// {"key", "type", "set", "value", "taken", "summary"}; the value as the file has it, dates and data
-// in words, and what the engine takes. `type` is null for a key that the system does not know.
-[[nodiscard]] nlohmann::ordered_json settingAsJson(std::string_view name, const PreferenceKey* key,
-                                                   const platform::PropertyList* value);
+// As text in JSON: {"key", "type", "set", "value", "taken", "summary"}; the value as the file has
+// it, dates and data in words, and what the engine takes. `type` is null for a key that the system
+// does not know, and there is no "taken" then.
+[[nodiscard]] std::string settingAsJson(std::string_view name, const PreferenceKey* key,
+                                        const platform::PropertyList* value);
+
+// {"settings", "other", "saved"}: every key that the system knows, the others of the file, and the
+// names of the saved copies.
+[[nodiscard]] std::string settingsAsJson(const platform::Dictionary& preferences,
+                                         const std::vector<std::string>& saved);
+
+// The keys that the system does not know, in order.
+[[nodiscard]] std::vector<std::string> otherKeys(const platform::Dictionary& preferences);
 
 // "yesOrNo", "number", "themes".
 [[nodiscard]] std::string_view nameOf(PreferenceKind kind);

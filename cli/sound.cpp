@@ -18,8 +18,6 @@
 #include "desktop/audio/sdl_output.h"
 #include "simulator/feedback_classes.h"
 
-#include <nlohmann/json.hpp>
-
 #include <array>
 #include <chrono>
 #include <cstdint>
@@ -33,7 +31,6 @@
 namespace velmoranth::cli {
 
 using desktop::Result;
-using nlohmann::ordered_json;
 using platform::ObjectRef;
 
 namespace {
@@ -193,12 +190,7 @@ void printReport(const SoundOptions& options, const SoundReport& report) {
         problem.message = "the sound ends early: " + problem.message;
         warn(desktop::toLine(problem));
     }
-    ordered_json json = reportAsJson(report);
-    if (report.isPlayed() && !options.output.empty()) {
-        json["output"] = options.output;
-    }
-    print(options.asJson ? json.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n"
-                         : reportAsText(report));
+    print(options.asJson ? reportAsJson(report, options.output) : reportAsText(report));
 }
 
 ExitCode codeOf(const SoundReport& report) {

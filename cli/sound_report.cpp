@@ -178,7 +178,7 @@ std::string reportAsText(const SoundReport& report) {
     return text + systemSoundInWords(report);
 }
 
-ordered_json reportAsJson(const SoundReport& report) {
+std::string reportAsJson(const SoundReport& report, const std::string& output) {
     auto probes = ordered_json::array();
     for (const FileProbe& probe : report.probes) {
         probes.push_back({{"path", probe.path}, {"exists", probe.exists}});
@@ -203,7 +203,10 @@ ordered_json reportAsJson(const SoundReport& report) {
     }
     json["systemSound"] = report.playsSystemSound;
     json["lookedFor"] = std::move(probes);
-    return json;
+    if (report.isPlayed() && !output.empty()) {
+        json["output"] = output;
+    }
+    return json.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";
 }
 
 }  // namespace velmoranth::cli

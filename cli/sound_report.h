@@ -8,8 +8,7 @@
 #include "desktop/files/device_root.h"
 #include "desktop/result/result.h"
 
-#include <nlohmann/json_fwd.hpp>
-
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -50,6 +49,7 @@ struct SoundReport {
 // Lines for a person.
 [[nodiscard]] std::string reportAsText(const SoundReport& report);
 
-[[nodiscard]] nlohmann::ordered_json reportAsJson(const SoundReport& report);
+// Text in JSON; `output` is the file that the sound was written to, "" for none.
+[[nodiscard]] std::string reportAsJson(const SoundReport& report, const std::string& output);
 
 }  // namespace velmoranth::cli

@@ -50,7 +50,8 @@ LAYERS = {
     # The house around the engine.
     "desktop/": ["platform/"],
     "simulator/": [*SETTINGS, "core/hook_table", "core/entry_points", "desktop/"],
-    "cli/": [*SETTINGS, "core/hook_table", "tools/catalog_extraction", "desktop/", "simulator/"],
+    "cli/": [*SETTINGS, "core/entry_points", "core/hook_table", "filemanager/", "tools/catalog_extraction",
+             "desktop/", "simulator/"],
 }
 
 # Headers that the phone's C++ library of 2018 cannot serve, or that the engine does without.

@@ -33,6 +33,7 @@ TEST_F(SettingsList, ShowsEveryKeyWithWhatTheSystemTakesItFor) {
     folder.file(kSaved + "/ Night " + kFileName);
     folder.file(kSaved + "/ With  blanks " + kFileName);
     folder.file(kSaved + "/No blank " + kFileName);
+    folder.file(kSaved + "/ o blank " + kFileName);
     folder.file(kSaved + "/ " + kFileName, "one blank for two");
     folder.file(kSaved + "/Cal.plist");
     folder.folder(kSaved + "/ Folder " + kFileName);
@@ -60,7 +61,7 @@ TEST_F(SettingsList, ShowsEveryKeyWithWhatTheSystemTakesItFor) {
     EXPECT_NE(line("yAxisVal").find(" 2.5, from a text ( 2.5pt)  "), std::string::npos);
     EXPECT_TRUE(result.output.ends_with(
         "\n\nother keys of the file, which the system does not know:\n  mine  data (<000102>)\n"
-        "\nsaved copies:\n  Night\n  With  blanks\n"))
+        "\nsaved copies:\n  Night\n  With  blanks\n  o blank\n"))
         << result.output;
     EXPECT_EQ(tree(), before);
 }
