@@ -1,5 +1,6 @@
 #include "cli/throw_away_device.h"
 
+#include "cli/device_layout.h"
 #include "cli/messages.h"
 #include "cli/preferences.h"
 #include "desktop/files/create_device_root.h"
@@ -150,7 +151,11 @@ Result<std::unique_ptr<ThrowAwayDevice>> ThrowAwayDevice::create(
         return tl::unexpected(desktop::problemOfErrno(errno, folder));
     }
     std::unique_ptr<ThrowAwayDevice> device(new ThrowAwayDevice(folder));
-    const auto root = desktop::createDeviceRoot(folder);
+    const auto files = findInstalledFiles();
+    if (!files) {
+        return tl::unexpected(files.error());
+    }
+    const auto root = desktop::createDeviceRoot(folder, *files);
     if (!root) {
         return tl::unexpected(root.error());
     }

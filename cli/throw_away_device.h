@@ -1,5 +1,6 @@
 // A device that exists for one run: a temporary folder with the given themes on it and preferences
-// of its own, removed with all it holds however the run ends.
+// of its own, removed with all it holds however the run ends. It has what is installed with the
+// system, so a theme without calendar settings shows the installed ones here as there.
 #pragma once
 
 #include "cli/cleanup.h"
