@@ -32,7 +32,8 @@ struct FileProbe {
 
 class DeviceProcess {
   public:
-    // Becomes the platform of this process, one at a time. `audio` outlives it; null is a process
+    // Becomes the platform of this process, one at a time: once it has gone, the platform is there
+    // for nobody until the next one comes. `audio` outlives it; null is a process
     // that plays nothing.
     DeviceProcess(const std::shared_ptr<const desktop::DeviceRoot>& root, Writing writing,
                   platform::Audio* audio = nullptr);

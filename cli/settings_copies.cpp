@@ -151,6 +151,10 @@ ExitCode runRename(const Arguments& arguments) {
     if (device.root == nullptr) {
         return device.code;
     }
+    const auto lock = lockPreferences(*device.root);
+    if (!lock) {
+        return fail(ExitCode::badInput, lock.error());
+    }
     if (const auto refused = refuseMissing(*device.root, oldName)) {
         return *refused;
     }
@@ -177,6 +181,10 @@ ExitCode runDelete(const Arguments& arguments) {
     const GivenDevice device = givenDevice(arguments, "settings delete");
     if (device.root == nullptr) {
         return device.code;
+    }
+    const auto lock = lockPreferences(*device.root);
+    if (!lock) {
+        return fail(ExitCode::badInput, lock.error());
     }
     if (const auto refused = refuseMissing(*device.root, name)) {
         return *refused;

@@ -12,6 +12,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
+#include <thread>
 #include <utility>
 
 namespace velmoranth::cli {
@@ -22,6 +24,10 @@ using desktop::Problem;
 using desktop::Result;
 
 namespace {
+
+// For another run of the command to end, which takes milliseconds.
+constexpr std::chrono::seconds kLongestWait{5};
+constexpr std::chrono::milliseconds kBetweenTries{20};
 
 constexpr std::string_view kBeforeName = " ";
 constexpr std::string_view kBehindName = " com.qor.velmoranthprefs.plist";
@@ -214,11 +220,20 @@ Result<void> replaceLivePreferences(const std::shared_ptr<const DeviceRoot>& roo
 
 Result<Descriptor> lockPreferences(const DeviceRoot& root) {
     Descriptor folder(root.openFile(kLiveFolder, O_RDONLY | O_DIRECTORY));
-    int locked = -1;
-    while (folder.isOpen() && (locked = ::flock(folder.get(), LOCK_EX)) != 0 && errno == EINTR) {
-    }
-    if (locked != 0) {
+    if (!folder.isOpen()) {
         return tl::unexpected(desktop::problemOfErrno(errno, onThisMachine(root, kLiveFolder)));
+    }
+    const auto end = std::chrono::steady_clock::now() + kLongestWait;
+    while (::flock(folder.get(), LOCK_EX | LOCK_NB) != 0) {
+        if (errno != EWOULDBLOCK && errno != EINTR) {
+            return tl::unexpected(desktop::problemOfErrno(errno, onThisMachine(root, kLiveFolder)));
+        }
+        if (std::chrono::steady_clock::now() >= end) {
+            return tl::unexpected(
+                Problem{"another program has been changing the settings for seconds; try again",
+                        onThisMachine(root, kLiveFolder)});
+        }
+        std::this_thread::sleep_for(kBetweenTries);
     }
     return folder;
 }

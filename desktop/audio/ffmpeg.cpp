@@ -43,8 +43,9 @@ Result<Ffmpeg> loadFfmpeg() {
 }  // namespace
 
 const Result<Ffmpeg>& loadedFfmpeg() {
-    static const Result<Ffmpeg> kLoaded = loadFfmpeg();
-    return kLoaded;
+    // Never destroyed: a sound that the engine's singleton holds is freed after main() has ended.
+    static const auto* const kLoaded = new Result<Ffmpeg>(loadFfmpeg());
+    return *kLoaded;
 }
 
 }  // namespace velmoranth::desktop

@@ -62,6 +62,25 @@ TEST_F(DesktopLibSystemTest, SaysMachineAndHome) {
     EXPECT_EQ(system.homeDirectory(), "/var/mobile");
 }
 
+TEST_F(DesktopLibSystemTest, HandsBlocksToTheMainQueueInSeconds) {
+    DesktopLibSystem system(root_, "", "");
+    int runs = 0;
+    const auto block = [&runs] { ++runs; };
+    // No main loop, so it never runs.
+    system.dispatchAfterOnMainQueue(600'000'000, block);
+    std::vector<std::pair<double, std::function<void()>>> queue;
+    system.setMainQueue([&queue](double seconds, std::function<void()> asked) {
+        queue.emplace_back(seconds, std::move(asked));
+    });
+    EXPECT_TRUE(queue.empty());
+    system.dispatchAfterOnMainQueue(600'000'000, block);
+    ASSERT_EQ(queue.size(), 1U);
+    EXPECT_DOUBLE_EQ(queue.front().first, 0.6);
+    EXPECT_EQ(runs, 0);
+    queue.front().second();
+    EXPECT_EQ(runs, 1);
+}
+
 TEST_F(DesktopLibSystemTest, MakesFoldersInsideTheRoot) {
     DesktopLibSystem system(root_, "", "");
     EXPECT_EQ(system.mkdir("/User/Library/Dump", 0755), 0);
