@@ -2,7 +2,6 @@
 
 #include "cli/messages.h"
 #include "cli/preferences.h"
-#include "cli/settings_device.h"
 #include "desktop/plist/property_lists.h"
 #include "platform/foundation.h"
 
@@ -27,6 +26,9 @@ static_assert(std::size(kKindNames) == std::variant_size_v<PropertyList::Value>)
 std::string kindOf(const PropertyList& value) {
     return kKindNames[value.value().index()];
 }
+
+constexpr const char* kFactoryPreferencesFile =
+    "/var/mobile/Library/VelMoranth/DefaultSettings/com.qor.velmoranthprefs.plist";
 
 bool isFolder(const DeviceRoot& root, const std::string& devicePath) {
     const desktop::Descriptor folder(root.openFile(devicePath, O_PATH | O_DIRECTORY));
@@ -120,8 +122,8 @@ desktop::Result<std::shared_ptr<DeviceRoot>> openDevice(const std::string& folde
 std::vector<std::string> oddPreferences(const DeviceRoot& root) {
     // Where the user has none, every start puts the factory preferences in place.
     const bool isFactoryFresh =
-        lookFor(root, kPreferencesFile) == ENOENT && lookFor(root, kFactoryPreferences) == 0;
-    const char* const devicePath = isFactoryFresh ? kFactoryPreferences : kPreferencesFile;
+        lookFor(root, kPreferencesFile) == ENOENT && lookFor(root, kFactoryPreferencesFile) == 0;
+    const char* const devicePath = isFactoryFresh ? kFactoryPreferencesFile : kPreferencesFile;
     std::vector<std::string> lines = oddContents(root, devicePath);
     for (std::string& line : lines) {
         line.insert(0, shown(root.hostFolder()) + devicePath + ": ");

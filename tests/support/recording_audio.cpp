@@ -16,7 +16,9 @@ bool RecordingAudioSession::setActive(bool active) {
 }
 
 RecordingAudioPlayer::~RecordingAudioPlayer() {
-    journal_.write("player gone " + name_);
+    if (*journalIsThere_) {
+        journal_.write("player gone " + name_);
+    }
 }
 
 void RecordingAudioPlayer::setVolume(float volume) {
@@ -48,7 +50,8 @@ platform::AudioSessionRef RecordingAudio::sharedInstance() {
 
 platform::AudioPlayerRef RecordingAudio::audioPlayerWithContentsOfURL(const std::string& path) {
     journal_.write("player of file " + path);
-    return isFile_(path) ? std::make_shared<RecordingAudioPlayer>(journal_, path) : nullptr;
+    return isFile_(path) ? std::make_shared<RecordingAudioPlayer>(journal_, path, isThere_)
+                         : nullptr;
 }
 
 platform::AudioPlayerRef RecordingAudio::audioPlayerWithData(
@@ -56,7 +59,7 @@ platform::AudioPlayerRef RecordingAudio::audioPlayerWithData(
     const std::string name =
         data ? "data of " + std::to_string(data->size()) + " bytes" : std::string("nil data");
     journal_.write("player of " + name);
-    return data ? std::make_shared<RecordingAudioPlayer>(journal_, name) : nullptr;
+    return data ? std::make_shared<RecordingAudioPlayer>(journal_, name, isThere_) : nullptr;
 }
 
 }  // namespace velmoranth::tests

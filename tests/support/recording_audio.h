@@ -31,8 +31,12 @@ class RecordingAudioSession final : public platform::AudioSession {
 // Says in the journal when it is gone.
 class RecordingAudioPlayer final : public platform::AudioPlayer {
   public:
-    RecordingAudioPlayer(Journal& journal, std::string name)
-        : journal_(journal), name_(std::move(name)) {}
+    // `journalIsThere` turns false with the journal: the engine keeps its last player to the end of
+    // the process.
+    RecordingAudioPlayer(
+        Journal& journal, std::string name,
+        std::shared_ptr<const bool> journalIsThere = std::make_shared<const bool>(true))
+        : journal_(journal), name_(std::move(name)), journalIsThere_(std::move(journalIsThere)) {}
 
     ~RecordingAudioPlayer() override;
 
@@ -54,6 +58,7 @@ class RecordingAudioPlayer final : public platform::AudioPlayer {
   private:
     Journal& journal_;
     std::string name_;
+    std::shared_ptr<const bool> journalIsThere_;
     const platform::Object* delegate_ = nullptr;
     float volume_ = 1;
 };
@@ -68,6 +73,8 @@ class RecordingAudio final : public platform::Audio {
           isFile_(std::move(isFile)),
           session_(std::make_shared<RecordingAudioSession>(journal)) {}
 
+    ~RecordingAudio() override { *isThere_ = false; }
+
     [[nodiscard]] platform::AudioSessionRef sharedInstance() override;
     [[nodiscard]] platform::AudioPlayerRef audioPlayerWithContentsOfURL(
         const std::string& path) override;
@@ -80,6 +87,7 @@ class RecordingAudio final : public platform::Audio {
     Journal& journal_;
     IsFile isFile_;
     std::shared_ptr<RecordingAudioSession> session_;
+    std::shared_ptr<bool> isThere_ = std::make_shared<bool>(true);
 };
 
 }  // namespace velmoranth::tests
