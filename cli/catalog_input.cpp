@@ -43,7 +43,7 @@ Result<std::string> catalogOfBundle(const std::string& folder, const std::string
     const std::string ownName = name + ".car";
     for (const std::string& file : {std::string("Assets.car"), ownName}) {
         for (const char* place : desktop::kResourceFolders) {
-            const std::string path = (fs::path(folder) / place / file).string();
+            std::string path = (fs::path(folder) / place / file).string();
             std::error_code error;
             if (const auto status = fs::status(path, error);
                 fs::exists(status) && !fs::is_directory(status)) {
