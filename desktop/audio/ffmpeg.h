@@ -41,6 +41,7 @@ namespace velmoranth::desktop {
 struct Ffmpeg {
 // NOLINTNEXTLINE(bugprone-macro-parentheses): a declaration.
 #define VELMORANTH_MEMBER(name) decltype(&::name) name = nullptr;
+    // NOLINTNEXTLINE(readability-identifier-naming): the library's own names.
     VELMORANTH_FFMPEG_FUNCTIONS(VELMORANTH_MEMBER)
 #undef VELMORANTH_MEMBER
 };

@@ -23,10 +23,18 @@ struct Kind {
     int channels = 2;
 };
 
-std::string nameOf(const testing::TestParamInfo<Kind>& info) {
-    const Kind& kind = info.param;
+std::string nameOf(const Kind& kind) {
     return kind.muxer + "_" + kind.encoder + "_" + std::to_string(kind.sampleRate) + "_" +
            std::to_string(kind.channels);
+}
+
+std::string caseName(const testing::TestParamInfo<Kind>& info) {
+    return nameOf(info.param);
+}
+
+// How a failed case calls it.
+void PrintTo(const Kind& kind, std::ostream* out) {
+    *out << nameOf(kind);
 }
 
 class SoundKinds : public testing::TestWithParam<Kind> {};
@@ -99,7 +107,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Kind{"ipod", "alac", "mov", "alac", kExact, kPacket},
                     Kind{"mp3", "libmp3lame", "mp3", "mp3", 0.03, kPacket},
                     Kind{"adts", "aac", "aac", "aac", kLossy, kPacket}),
-    nameOf);
+    caseName);
 
 TEST(SoundDecoder, LinearSamplesComeOutAsTheyAre) {
     std::vector<float> samples;
