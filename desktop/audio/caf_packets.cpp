@@ -24,7 +24,7 @@ std::int64_t bigEndian(std::span<const std::uint8_t> bytes) {
 
 // A chunk is its type (four letters), its size (64 bits) and its contents. That of the packets
 // begins with the number of packets and of valid frames (64 bits each), then the priming and the
-// remainder frames (32 bits each): "Packet Table Chunk" in Apple's Core Audio Format Specification.
+// remainder frames (32 bits each): the packet table chunk as Apple describes the Core Audio Format.
 CafTrim cafTrimOf(const SoundFile& file) {
     constexpr std::string_view kPacketTable = "pakt";
     constexpr std::uint64_t kFileHeader = 8;

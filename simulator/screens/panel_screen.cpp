@@ -49,7 +49,6 @@ constexpr double kMargin = 15;
 constexpr double kTextSize = 17;
 constexpr double kHeaderSize = 13;
 constexpr Color kHeaderText{109.0 / 255, 109.0 / 255, 114.0 / 255, 1};
-constexpr Color kDestructive{1, 59.0 / 255, 48.0 / 255, 1};
 
 struct Row {
     std::string_view title;
@@ -184,7 +183,7 @@ class Builder {
     void addRow(platform::View& panel, const Row& row, const Rect& frame) const {
         const auto cell = std::make_shared<NamedView>("PSTableCell", frame);
         const Color color = !row.task                               ? colors_.text
-                            : row.task == PanelTask::deleteSettings ? kDestructive
+                            : row.task == PanelTask::deleteSettings ? colors_.destructive
                                                                     : colors_.tint;
         cell->addSubview(makeText(std::string(row.title), textStyle(kTextSize, color),
                                   {{kMargin, 0}, {frame.size.width - 2 * kMargin, kRowHeight}}));

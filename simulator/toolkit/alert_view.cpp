@@ -33,8 +33,6 @@ constexpr double kButtonHeight = 44;
 constexpr double kButtonMargin = 8;
 constexpr double kLeastAround = 44;  // above and below the card
 
-constexpr Color kDestructive{1, 59.0 / 255, 48.0 / 255, 1};
-
 // Estimates too.
 struct Look {
     Color dimming;
@@ -146,7 +144,7 @@ void addLines(platform::View& card, const Paragraph& paragraph, double top) {
 TextStyle styleOf(const desktop::DesktopAlertAction& action, bool alone, const AppColors& colors) {
     const bool strong = alone || action.style() == platform::AlertActionStyle::cancel;
     const bool red = action.style() == platform::AlertActionStyle::destructive;
-    return textStyle(kTitleSize, red ? kDestructive : colors.tint, TextAlignment::center,
+    return textStyle(kTitleSize, red ? colors.destructive : colors.tint, TextAlignment::center,
                      strong ? FontWeight::semibold : FontWeight::regular);
 }
 

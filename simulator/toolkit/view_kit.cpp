@@ -19,10 +19,12 @@ constexpr Color rgb(std::uint32_t value) {
             1};
 }
 
-constexpr AppColors kColorsOf12{rgb(0x007AFF), rgb(0xEFEFF4), rgb(0xFFFFFF), rgb(0xF7F7F7),
-                                rgb(0xC8C7CC), rgb(0x000000), rgb(0x8E8E93), rgb(0xE3E3E6)};
-constexpr AppColors kColorsOf13{rgb(0x007AFF), rgb(0xF2F2F7), rgb(0xFFFFFF), rgb(0xF8F8F8),
-                                rgb(0xC6C6C8), rgb(0x000000), rgb(0x8A8A8E), rgb(0xE4E4E8)};
+constexpr AppColors kColorsOf12{rgb(0x007AFF), rgb(0xEFEFF4), rgb(0xFFFFFF),
+                                rgb(0xF7F7F7), rgb(0xC8C7CC), rgb(0x000000),
+                                rgb(0x8E8E93), rgb(0xE3E3E6), rgb(0xFF3B30)};
+constexpr AppColors kColorsOf13{rgb(0x007AFF), rgb(0xF2F2F7), rgb(0xFFFFFF),
+                                rgb(0xF8F8F8), rgb(0xC6C6C8), rgb(0x000000),
+                                rgb(0x8A8A8E), rgb(0xE4E4E8), rgb(0xFF3B30)};
 
 const HomeScreenMetrics& metricsOf(const DeviceConfiguration& device) {
     return homeScreenMetrics(device.kind, device.screen);

@@ -20,7 +20,8 @@ struct AppColors {
     platform::Color separator;
     platform::Color text;
     platform::Color secondaryText;
-    platform::Color field;  // of a search field
+    platform::Color field;        // of a search field
+    platform::Color destructive;  // of what cannot be taken back
 };
 
 [[nodiscard]] const AppColors& appColors(const SystemVersion& system);
