@@ -2,6 +2,7 @@
 // has saved under names.
 #pragma once
 
+#include "core/settings.h"
 #include "desktop/files/device_root.h"
 #include "desktop/files/file_calls.h"
 #include "desktop/result/result.h"
@@ -16,8 +17,7 @@
 namespace velmoranth::cli {
 
 // Device paths, as the engine has them.
-inline constexpr const char* kLivePreferences =
-    "/User/Library/Preferences/com.qor.velmoranthprefs.plist";
+inline constexpr const char* kLivePreferences = core::kPreferencesPath;
 inline constexpr const char* kLiveFolder = "/User/Library/Preferences";
 inline constexpr const char* kFactoryPreferences =
     "/User/Library/VelMoranth/DefaultSettings/com.qor.velmoranthprefs.plist";
