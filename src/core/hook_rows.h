@@ -43,6 +43,8 @@ struct ReplacementTraits<R (*)(const OriginalImplementation<R(Receiver&, Args...
 // `Replacement` is null where none is written yet.
 template <auto Replacement>
 struct TypedRow {
+    static constexpr auto kReplacement = Replacement;
+
     std::string_view targetClass;
     HookSide side;
     std::string_view selector;

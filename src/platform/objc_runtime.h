@@ -25,6 +25,10 @@ class Object {
     [[nodiscard]] virtual std::string className() const = 0;
     // What "%@" prints for the object. The default is the platform's own: "<ClassName: 0x…>".
     [[nodiscard]] virtual std::string description() const;
+
+    // For the platform's code alone: its own object behind a handle, held by the handle. Null where
+    // the handle is the object, and for the engine's own objects.
+    [[nodiscard]] virtual void* native() const { return nullptr; }
 };
 
 using ObjectRef = std::shared_ptr<Object>;

@@ -1,0 +1,75 @@
+#include "device/hooks/hook_entries.h"
+
+#include "core/hook_rows.h"
+
+#include "device/hooks/trampoline.h"
+#include "device/platform/handles.h"
+
+#include <array>
+#include <cstddef>
+#include <span>
+#include <utility>
+
+// The recognizer that was added to a folder view last, for other code to see.
+extern "C" __attribute__((visibility("default"))) id tap = nil;
+// An effect that nothing sets.
+extern "C" __attribute__((visibility("default"))) id blurEffect = nil;
+
+namespace velmoranth::device {
+
+// The recognizer is published wherever the engine may have made a new one.
+template <>
+struct AfterCall<&hooks::SBFloatyFolderViewHooks::initWithFolderOrientationViewMapContext> {
+    ~AfterCall() { ::tap = nativeOf(hooks::tap()); }
+};
+
+namespace {
+
+template <class Replacement>
+struct SignatureOf;
+
+template <class R, class Receiver, class... Args>
+struct SignatureOf<R (*)(const core::OriginalImplementation<R(Receiver&, Args...)>&, Receiver&,
+                         Args...)> {
+    using Type = R(Receiver&, Args...);
+};
+
+template <std::size_t Row>
+using RowOf = std::decay_t<decltype(std::get<Row>(core::kHookRows))>;
+
+template <std::size_t Row>
+using Trampoline = TypedTrampoline<
+    Row, typename SignatureOf<std::remove_const_t<decltype(RowOf<Row>::kReplacement)>>::Type>;
+
+template <std::size_t... Row>
+std::array<HookEntry, sizeof...(Row)> makeEntries(std::index_sequence<Row...> /*rows*/) {
+    return {HookEntry{reinterpret_cast<IMP>(&Trampoline<Row>::entry), &Trampoline<Row>::slot,
+                      &Trampoline<Row>::saved}...};
+}
+
+void handleTap(id self, SEL /*selector*/) {
+    ReceiverHandle<platform::SBFloatyFolderView> receiver(self);
+    hooks::SBFloatyFolderViewHooks::handleTap(receiver.get());
+}
+
+}  // namespace
+
+const HookEntry* hookEntryOf(const platform::Implementation* saved) {
+    static const auto kEntries = makeEntries(std::make_index_sequence<core::kHookRowCount>());
+    const std::span<core::HookRow> rows = core::HookTable::rows();
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        if (&rows[row].saved == saved) {
+            return &kEntries.at(row);
+        }
+    }
+    return nullptr;
+}
+
+IMP addedMethodEntryOf(const platform::Implementation& implementation) {
+    const auto methods = core::HookTable::addedMethods();
+    return !methods.empty() && methods.front().implementation == implementation
+               ? reinterpret_cast<IMP>(&handleTap)
+               : nullptr;
+}
+
+}  // namespace velmoranth::device

@@ -1,0 +1,184 @@
+// A C function of the true signature for each row of the hook table, made from the row's types. It
+// wraps the receiver and the arguments, runs the engine's replacement, which may call the
+// platform's implementation through it, and hands the result over as the caller expects it.
+#pragma once
+
+#include "core/hook_rows.h"
+
+#include "device/hooks/arguments.h"
+#include <objc/runtime.h>
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+
+namespace velmoranth::device {
+
+// Whether a method of that name consumes its receiver and gives a reference to its result: the
+// family of init, underscores before it not counted.
+[[nodiscard]] constexpr bool isInitializer(std::string_view selector) {
+    while (selector.starts_with('_')) {
+        selector.remove_prefix(1);
+    }
+    constexpr std::string_view kInit = "init";
+    return selector.starts_with(kInit) &&
+           (selector.size() == kInit.size() || selector[kInit.size()] < 'a' ||
+            selector[kInit.size()] > 'z');
+}
+
+// The receiver of a call, without a reference of its own.
+template <class Receiver>
+struct ReceiverHandle {
+    explicit ReceiverHandle(id self) : handle(self, Hold::borrow) {}
+
+    Receiver& get() { return handle; }
+
+    typename HandleFor<Receiver>::Type handle;
+};
+
+template <>
+struct ReceiverHandle<platform::Class> {
+    // Class sides are called with the class or a subclass of it.
+    explicit ReceiverHandle(id self) : cls(wrapClass(static_cast<Class>(self))) {}
+
+    platform::Class& get() { return *cls; }
+
+    platform::ClassRef cls;
+};
+
+// A reference to the receiver for an initialiser to take. An initialiser that raises has not taken
+// it.
+class ReferenceToGive {
+  public:
+    explicit ReferenceToGive(id object) : object_([object retain]) {}
+
+    ReferenceToGive(const ReferenceToGive&) = delete;
+    ReferenceToGive& operator=(const ReferenceToGive&) = delete;
+
+    ~ReferenceToGive() { [object_ release]; }
+
+    void given() { object_ = nil; }
+
+  private:
+    id object_;
+};
+
+// What is done after every call of a replacement, also one that raised; nothing, unless said
+// otherwise for that one.
+template <auto Replacement>
+struct AfterCall {};
+
+template <std::size_t Row, class Signature>
+struct TypedTrampoline;
+
+template <std::size_t Row, class R, class Receiver, class... Args>
+struct TypedTrampoline<Row, R(Receiver&, Args...)> {
+    static constexpr auto& kRow = std::get<Row>(core::kHookRows);
+    static constexpr auto kReplacement = std::decay_t<decltype(kRow)>::kReplacement;
+    static constexpr bool kIsInitializer = isInitializer(kRow.selector);
+
+    template <class T>
+    using Native = typename Argument<T>::Native;
+
+    template <class T>
+    struct ResultOf {
+        using Type = Native<T>;
+    };
+
+    template <class T>
+        requires std::is_void_v<T>
+    struct ResultOf<T> {
+        using Type = void;
+    };
+
+    using NativeResult = typename ResultOf<R>::Type;
+    using Function = NativeResult (*)(id, SEL, Native<Args>...);
+    using Original = core::OriginalImplementation<R(Receiver&, Args...)>;
+
+    // What a call of the platform's implementation needs beside what the engine hands in.
+    struct Call {
+        SEL selector;
+        std::tuple<Native<Args>...> given;
+    };
+
+    // The platform's implementation; filled by the installation.
+    static inline IMP slot = nullptr;
+
+    static R callOriginal(const void* call, Receiver& self, Args... args) {
+        return callOriginal(*static_cast<const Call*>(call), self,
+                            std::index_sequence_for<Args...>(), args...);
+    }
+
+    template <std::size_t... I>
+    static R callOriginal(const Call& call, Receiver& self, std::index_sequence<I...> /*places*/,
+                          const Args&... args) {
+        const auto function = reinterpret_cast<Function>(slot);
+        if (function == nullptr) {
+            return R();
+        }
+        const id receiver = static_cast<id>(self.native());
+        if constexpr (std::is_void_v<R>) {
+            function(receiver, call.selector,
+                     Argument<Args>::toNative(args, std::get<I>(call.given))...);
+        } else if constexpr (kIsInitializer) {
+            // The platform's takes a reference to the receiver each time, and gives one.
+            ReferenceToGive reference(receiver);
+            const id result = function(receiver, call.selector,
+                                       Argument<Args>::toNative(args, std::get<I>(call.given))...);
+            reference.given();
+            return wrap<typename R::element_type>(result, Hold::adopt);
+        } else {
+            return Argument<R>::fromNative(
+                function(receiver, call.selector,
+                         Argument<Args>::toNative(args, std::get<I>(call.given))...));
+        }
+    }
+
+    // The method's implementation as the runtime calls it.
+    static NativeResult entry(id self, SEL selector, Native<Args>... args) {
+        ReceiverHandle<Receiver> receiver(self);
+        const Call call{selector, {args...}};
+        const Original original(&callOriginal, &call);
+        [[maybe_unused]] const AfterCall<kReplacement> afterCall;
+        if constexpr (std::is_void_v<R>) {
+            kReplacement(original, receiver.get(), Argument<Args>::fromNative(args)...);
+        } else if constexpr (kIsInitializer) {
+            const R result =
+                kReplacement(original, receiver.get(), Argument<Args>::fromNative(args)...);
+            const id object = [nativeOf(result) retain];
+            [self release];  // the caller's reference, which an initialiser takes
+            return object;
+        } else {
+            return handOver(
+                kReplacement(original, receiver.get(), Argument<Args>::fromNative(args)...));
+        }
+    }
+
+    // A result that no caller owns: it lives as long as the caller's pool.
+    static NativeResult handOver(const R& result)
+        requires(!std::is_void_v<R>)
+    {
+        if constexpr (std::is_same_v<NativeResult, id>) {
+            return [[Argument<R>::toNative(result, nil) retain] autorelease];
+        } else if constexpr (std::is_same_v<R, platform::BitmapImageRef>) {
+            return autoreleased(result);
+        } else {
+            return Argument<R>::toNative(result, NativeResult{});
+        }
+    }
+
+    // The row's slot as the table keeps it.
+    static platform::Implementation saved() {
+        return platform::Implementation(std::function<R(platform::Object&, Args...)>(
+            [](platform::Object& self, Args... args) -> R {
+                const Call call{sel_registerName(std::string(kRow.selector).c_str()), {}};
+                return callOriginal(&call, static_cast<Receiver&>(self), std::move(args)...);
+            }));
+    }
+};
+
+}  // namespace velmoranth::device

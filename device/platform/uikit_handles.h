@@ -1,0 +1,8 @@
+// Handles of UIKit's objects.
+#pragma once
+
+#include "platform/uikit.h"
+
+#include "device/platform/handle.h"
+
+namespace velmoranth::device {}
