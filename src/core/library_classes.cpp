@@ -4,8 +4,13 @@
 #include "filemanager/velmoranth_file_manager.h"
 #include "sounds/sounds.h"
 
+#include <algorithm>
 #include <functional>
+#include <initializer_list>
+#include <iterator>
 #include <memory>
+#include <optional>
+#include <string>
 #include <type_traits>
 #include <utility>
 
@@ -13,19 +18,62 @@ namespace velmoranth::core {
 
 using filemanager::VelmoranthFileManager;
 using platform::MethodDefinition;
+using platform::NullableString;
 using platform::ObjectRef;
 using sounds::Sounds;
 
 namespace {
 
+// How a type of the engine stands in a message. Where a string can be missing only there, a path or
+// a line that is made of it says so as the platform prints it.
+template <class T>
+struct InMessage {
+    using Type = T;
+
+    static const T& toEngine(const T& value) { return value; }
+
+    static T fromEngine(T value) { return value; }
+};
+
+template <>
+struct InMessage<void> {
+    using Type = void;
+};
+
+template <>
+struct InMessage<std::string> {
+    using Type = NullableString;
+
+    static std::string toEngine(const NullableString& text) { return text.value_or("(null)"); }
+
+    static NullableString fromEngine(std::string text) { return text; }
+};
+
+template <>
+struct InMessage<platform::Data> {
+    using Type = std::optional<platform::Data>;
+
+    static platform::Data toEngine(const Type& data) { return data.value_or(platform::Data()); }
+};
+
+template <class T>
+using MessageType = typename InMessage<std::decay_t<T>>::Type;
+
 // A class method that is a function of its arguments alone.
 template <class R, class... Args>
 MethodDefinition classMethod(const char* selector, R (*function)(Args...)) {
+    const auto method = [function](platform::Class&,
+                                   const MessageType<Args>&... arguments) -> MessageType<R> {
+        if constexpr (std::is_void_v<R>) {
+            function(InMessage<std::decay_t<Args>>::toEngine(arguments)...);
+        } else {
+            return InMessage<R>::fromEngine(
+                function(InMessage<std::decay_t<Args>>::toEngine(arguments)...));
+        }
+    };
     return {selector, true,
-            platform::makeImplementation(std::function<R(platform::Class&, std::decay_t<Args>...)>(
-                [function](platform::Class&, const std::decay_t<Args>&... arguments) -> R {
-                    return function(arguments...);
-                }))};
+            platform::makeImplementation(
+                std::function<MessageType<R>(platform::Class&, MessageType<Args>...)>(method))};
 }
 
 // `Base` is the receiver's class or a base that it is made of.
@@ -81,7 +129,6 @@ std::vector<MethodDefinition> soundMethods() {
     };
 }
 
-// Those that others send: the look-ups and the imaging are called by the library's own code alone.
 std::vector<MethodDefinition> mainClassMethods() {
     return {
         {"sharedIconManager", true,
@@ -95,6 +142,70 @@ std::vector<MethodDefinition> mainClassMethods() {
         getter<VelMoranth>("soundToPlay", &VelMoranth::soundToPlay),
         instanceMethod<VelMoranth>("setSoundToPlay:", &VelMoranth::setSoundToPlay),
     };
+}
+
+std::vector<MethodDefinition> lookupMethods() {
+    return {
+        classMethod("selectedTheme", &VelMoranth::selectedTheme),
+        classMethod("currentThemePlist", &VelMoranth::currentThemePlist),
+        classMethod("userChangedThemes", &VelMoranth::userChangedThemes),
+        classMethod("DetectUserDevice", &VelMoranth::DetectUserDevice),
+        classMethod("searchforIconInIconBundlesWithLeafIdentifier:forImg:",
+                    &VelMoranth::searchforIconInIconBundlesWithLeafIdentifierForImg),
+        classMethod("deviceUIImageNamed:fromBundle:originalUIImage:",
+                    &VelMoranth::deviceUIImageNamedFromBundleOriginalUIImage),
+        classMethod("deviceUIImageNamed:originalUIImage:",
+                    &VelMoranth::deviceUIImageNamedOriginalUIImage),
+        classMethod("searchFolder:forImageStr:", &VelMoranth::searchFolderForImageStr),
+        classMethod("searchFolders:forImageString:", &VelMoranth::searchFoldersForImageString),
+        classMethod("hasSearchForImageNamedOrBundle:forImg:",
+                    &VelMoranth::hasSearchForImageNamedOrBundleForImg),
+    };
+}
+
+std::vector<MethodDefinition> imagingMethods() {
+    return {
+        classMethod("iconMask", &VelMoranth::iconMask),
+        classMethod("clearIconMask", &VelMoranth::clearIconMask),
+        classMethod("maskImage:withMask:", &VelMoranth::maskImageWithMask),
+        classMethod("iconOverlay", &VelMoranth::iconOverlay),
+        classMethod("clearIconOverlay", &VelMoranth::clearIconOverlay),
+        classMethod("redrawIconWithOverlay:", &VelMoranth::redrawIconWithOverlay),
+        classMethod("addShadowToIcon", &VelMoranth::addShadowToIcon),
+        classMethod("clearShadowImg", &VelMoranth::clearShadowImg),
+        classMethod("reflectedImage:withHeight:", &VelMoranth::reflectedImageWithHeight),
+        classMethod("imageWithImage:scaledToSize:", &VelMoranth::imageWithImageScaledToSize),
+        classMethod("removeAllOverlaysfrom:", &VelMoranth::removeAllOverlaysfrom),
+        classMethod("removeAllShadowsfrom:", &VelMoranth::removeAllShadowsfrom),
+        classMethod("removeFolderfrom:", &VelMoranth::removeFolderfrom),
+        classMethod("removeReflectedIconsfrom:", &VelMoranth::removeReflectedIconsfrom),
+        classMethod("FolderImage", &VelMoranth::FolderImage),
+        classMethod("badgeImage", &VelMoranth::badgeImage),
+        classMethod("pageDots:", &VelMoranth::pageDots),
+        classMethod("spotlightPageDot", &VelMoranth::spotlightPageDot),
+        classMethod("SBDockImgWithFrame:", &VelMoranth::SBDockImgWithFrame),
+        classMethod("colorWithHexString:", &VelMoranth::colorWithHexString),
+    };
+}
+
+std::vector<MethodDefinition> toolMethods() {
+    return {
+        classMethod("VelmoranthImageDump:named:inBundle:",
+                    &VelMoranth::VelmoranthImageDumpNamedInBundle),
+        classMethod("contentTypeForImageData:", &VelMoranth::contentTypeForImageData),
+        classMethod("imageFromBundlePath:extract:extractionPath:",
+                    &VelMoranth::imageFromBundlePathExtractExtractionPath),
+    };
+}
+
+// One class for whoever sends it messages, of as many rooms as it is made of.
+std::vector<MethodDefinition> methodsOf(
+    std::initializer_list<std::vector<MethodDefinition> (*)()> rooms) {
+    std::vector<MethodDefinition> methods;
+    for (const auto room : rooms) {
+        std::ranges::move(room(), std::back_inserter(methods));
+    }
+    return methods;
 }
 
 }  // namespace
@@ -113,11 +224,12 @@ std::vector<platform::ClassDefinition> libraryClasses() {
                        .methods = soundMethods(),
                        .makeInstance = [] { return std::make_shared<Sounds>(); }});
     // Its +load runs at once and may use the others.
-    classes.push_back({.name = "VelMoranth",
-                       .superclass = "NSObject",
-                       .load = VelMoranth::load,
-                       .initialize = VelMoranth::initialize,
-                       .methods = mainClassMethods()});
+    classes.push_back(
+        {.name = "VelMoranth",
+         .superclass = "NSObject",
+         .load = VelMoranth::load,
+         .initialize = VelMoranth::initialize,
+         .methods = methodsOf({mainClassMethods, lookupMethods, imagingMethods, toolMethods})});
     return classes;
 }
 
