@@ -1,1 +1,231 @@
+#include "device/platform/core_graphics_handles.h"
+#include "device/platform/geometry.h"
 #include "device/platform/services.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace velmoranth::device {
+namespace {
+
+using platform::BitmapImageRef;
+using platform::BitmapLayout;
+using platform::ColorSpace;
+using platform::DataProviderRef;
+
+template <class Native, class Interface>
+Native nativePart(const std::shared_ptr<Interface>& object) {
+    return object == nullptr ? nullptr : static_cast<Native>(object->native());
+}
+
+CGImageRef imageOf(const BitmapImageHandle& handle) {
+    return static_cast<CGImageRef>(handle.native());
+}
+
+ColorSpace colorSpaceOf(CGImageRef image) {
+    const CGColorSpaceRef space = CGImageGetColorSpace(image);
+    const CGColorSpaceModel model =
+        space == nullptr ? kCGColorSpaceModelUnknown : CGColorSpaceGetModel(space);
+    if (model == kCGColorSpaceModelMonochrome) {
+        return ColorSpace::deviceGray;
+    }
+    return model == kCGColorSpaceModelIndexed ? ColorSpace::indexed : ColorSpace::deviceRGB;
+}
+
+BitmapLayout layoutOf(CGImageRef image) {
+    return {.width = CGImageGetWidth(image),
+            .height = CGImageGetHeight(image),
+            .bitsPerComponent = CGImageGetBitsPerComponent(image),
+            .bitsPerPixel = CGImageGetBitsPerPixel(image),
+            .bytesPerRow = CGImageGetBytesPerRow(image),
+            .colorSpace = colorSpaceOf(image),
+            .alphaInfo = static_cast<platform::AlphaInfo>(CGImageGetAlphaInfo(image)),
+            .byteOrder = static_cast<platform::ByteOrder>(CGImageGetBitmapInfo(image) &
+                                                          kCGBitmapByteOrderMask)};
+}
+
+// A colour space for the length of a call; null for one that is not made by its name alone.
+class DeviceColorSpace {
+  public:
+    explicit DeviceColorSpace(ColorSpace space) : space_(make(space)) {}
+
+    DeviceColorSpace(const DeviceColorSpace&) = delete;
+    DeviceColorSpace& operator=(const DeviceColorSpace&) = delete;
+
+    ~DeviceColorSpace() { CGColorSpaceRelease(space_); }
+
+    [[nodiscard]] CGColorSpaceRef get() const { return space_; }
+
+  private:
+    static CGColorSpaceRef make(ColorSpace space) {
+        switch (space) {
+            case ColorSpace::deviceGray:
+                return CGColorSpaceCreateDeviceGray();
+            case ColorSpace::deviceRGB:
+                return CGColorSpaceCreateDeviceRGB();
+            case ColorSpace::indexed:
+                break;
+        }
+        return nullptr;
+    }
+
+    CGColorSpaceRef space_;
+};
+
+// Numbers of a gradient's stop.
+std::size_t componentsPerStop(ColorSpace space) {
+    return space == ColorSpace::deviceGray ? 2 : 4;
+}
+
+// CoreGraphics has done with the bytes.
+void releaseBytes(void* info, const void* /*data*/, std::size_t /*size*/) {
+    delete static_cast<DataProviderRef*>(info);
+}
+
+// A provider of the shared bytes themselves, which it holds.
+CGDataProviderRef createProvider(const DataProviderRef& bytes) {
+    auto held = std::make_unique<DataProviderRef>(bytes);
+    const CGDataProviderRef provider =
+        CGDataProviderCreateWithData(held.get(), bytes->data(), bytes->size(), &releaseBytes);
+    if (provider != nullptr) {
+        static_cast<void>(held.release());  // the provider's now
+    }
+    return provider;
+}
+
+bool holdsRows(const DataProviderRef& bytes, std::size_t bytesPerRow, std::size_t height) {
+    std::size_t needed = 0;
+    return bytes != nullptr && !__builtin_mul_overflow(bytesPerRow, height, &needed) &&
+           bytes->size() >= needed;
+}
+
+class DeviceCoreGraphics final : public platform::CoreGraphics {
+  public:
+    BitmapImageRef imageMaskCreate(std::size_t width, std::size_t height,
+                                   std::size_t bitsPerComponent, std::size_t bitsPerPixel,
+                                   std::size_t bytesPerRow, const DataProviderRef& provider,
+                                   bool shouldInterpolate) override {
+        // CoreGraphics would look at the length only when it draws.
+        if (!holdsRows(provider, bytesPerRow, height)) {
+            return nullptr;
+        }
+        const CGDataProviderRef native = createProvider(provider);
+        const CGImageRef mask = CGImageMaskCreate(width, height, bitsPerComponent, bitsPerPixel,
+                                                  bytesPerRow, native, nullptr, shouldInterpolate);
+        CGDataProviderRelease(native);
+        return wrap<platform::BitmapImage>(mask, Hold::adopt);
+    }
+
+    BitmapImageRef imageCreateWithMask(const BitmapImageRef& image,
+                                       const BitmapImageRef& mask) override {
+        if (image == nullptr || mask == nullptr) {
+            return nullptr;
+        }
+        return wrap<platform::BitmapImage>(
+            CGImageCreateWithMask(nativeImage(image), nativeImage(mask)), Hold::adopt);
+    }
+
+    platform::GraphicsContextRef bitmapContextCreate(std::int64_t width, std::int64_t height,
+                                                     std::size_t bitsPerComponent,
+                                                     std::size_t bytesPerRow, ColorSpace space,
+                                                     std::uint32_t bitmapInfo) override {
+        // There a negative size is a very large one.
+        if (width <= 0 || height <= 0) {
+            return nullptr;
+        }
+        const DeviceColorSpace native(space);
+        return wrap<platform::GraphicsContext>(
+            CGBitmapContextCreate(nullptr, static_cast<std::size_t>(width),
+                                  static_cast<std::size_t>(height), bitsPerComponent, bytesPerRow,
+                                  native.get(), bitmapInfo),
+            Hold::adopt);
+    }
+
+    platform::GradientRef gradientCreateWithColorComponents(
+        ColorSpace space, const std::vector<double>& components,
+        const std::optional<std::vector<double>>& locations) override {
+        const std::size_t each = componentsPerStop(space);
+        const std::size_t count = components.size() / each;
+        // CoreGraphics reads as many numbers as the space and the count say, whatever is there.
+        if (space == ColorSpace::indexed || count == 0 || components.size() % each != 0 ||
+            (locations && locations->size() != count)) {
+            return nullptr;
+        }
+        const DeviceColorSpace native(space);
+        return wrap<platform::Gradient>(
+            CGGradientCreateWithColorComponents(native.get(), components.data(),
+                                                locations ? locations->data() : nullptr, count),
+            Hold::adopt);
+    }
+};
+
+}  // namespace
+
+const BitmapLayout& BitmapImageHandle::layout() const {
+    std::call_once(layoutIsRead_, [this] { layout_ = layoutOf(imageOf(*this)); });
+    return layout_;
+}
+
+DataProviderRef BitmapImageHandle::dataProvider() const {
+    const CGDataProviderRef provider = CGImageGetDataProvider(imageOf(*this));
+    std::size_t size = 0;
+    if (provider == nullptr ||
+        __builtin_mul_overflow(layout().bytesPerRow, layout().height, &size) ||
+        size > kLargestBitmap) {
+        return nullptr;
+    }
+    NSData* const data = (NSData*)CGDataProviderCopyData(provider);
+    if (data == nil) {
+        return nullptr;
+    }
+    const auto* const bytes = static_cast<const std::uint8_t*>([data bytes]);
+    auto copy = std::make_shared<const platform::Data>(
+        bytes, bytes + std::min<std::size_t>([data length], size));
+    [data release];
+    return copy;
+}
+
+bool BitmapImageHandle::isMask() const {
+    return CGImageIsMask(imageOf(*this));
+}
+
+void GraphicsContextHandle::translateCTM(double x, double y) {
+    CGContextTranslateCTM(static_cast<CGContextRef>(native()), x, y);
+}
+
+void GraphicsContextHandle::drawLinearGradient(const platform::GradientRef& gradient,
+                                               platform::Point start, platform::Point end,
+                                               std::uint32_t options) {
+    if (gradient == nullptr) {
+        return;
+    }
+    CGContextDrawLinearGradient(static_cast<CGContextRef>(native()),
+                                nativePart<CGGradientRef>(gradient), toNative(start), toNative(end),
+                                options);
+}
+
+BitmapImageRef GraphicsContextHandle::createImage() {
+    return wrap<platform::BitmapImage>(
+        CGBitmapContextCreateImage(static_cast<CGContextRef>(native())), Hold::adopt);
+}
+
+CGImageRef nativeImage(const BitmapImageRef& image) {
+    return nativePart<CGImageRef>(image);
+}
+
+CGContextRef nativeContext(const platform::GraphicsContextRef& context) {
+    return nativePart<CGContextRef>(context);
+}
+
+void* autoreleased(const BitmapImageRef& image) {
+    const CGImageRef native = CGImageRetain(nativeImage(image));
+    // CoreGraphics' objects are Objective-C's as well, and a pool takes them.
+    return [(id)native autorelease];
+}
+
+platform::CoreGraphics& coreGraphics() {
+    static auto* const service = new DeviceCoreGraphics;
+    return *service;
+}
+
+}  // namespace velmoranth::device
