@@ -1,1 +1,103 @@
+// UIView's and its subclasses' initialisers, gestures and animations.
+#include "device/platform/geometry.h"
 #include "device/platform/services.h"
+#include "device/platform/uikit_handles.h"
+#import <UIKit/UIGestureRecognizer.h>
+#import <UIKit/UIImageView.h>
+#import <UIKit/UIView.h>
+#include <objc/runtime.h>
+
+#include <functional>
+#include <memory>
+
+namespace velmoranth::device {
+namespace {
+
+using Animations = std::function<void()>;
+using Completion = std::function<void(bool finished)>;
+
+Class classNamed(const char* name) {
+    return static_cast<Class>(objc_getClass(name));
+}
+
+template <class Interface>
+std::shared_ptr<Interface> viewWithFrameOfClass(const char* name, const platform::Rect& frame) {
+    return wrap<Interface>([[classNamed(name) alloc] initWithFrame:toNative(frame)], Hold::adopt);
+}
+
+class UIViews final : public platform::Views {
+  public:
+    platform::ViewRef viewWithFrame(const platform::Rect& frame) override {
+        return viewWithFrameOfClass<platform::View>("UIView", frame);
+    }
+
+    platform::LabelRef labelWithFrame(const platform::Rect& frame) override {
+        return viewWithFrameOfClass<platform::Label>("UILabel", frame);
+    }
+
+    platform::ImageViewRef imageView() override {
+        return wrap<platform::ImageView>([[classNamed("UIImageView") alloc] init], Hold::adopt);
+    }
+
+    platform::ImageViewRef imageViewWithImage(const platform::ImageRef& image) override {
+        return wrap<platform::ImageView>([[classNamed("UIImageView") alloc]
+                                             initWithImage:static_cast<UIImage*>(nativeOf(image))],
+                                         Hold::adopt);
+    }
+
+    platform::ImageViewRef imageViewWithFrame(const platform::Rect& frame) override {
+        return viewWithFrameOfClass<platform::ImageView>("UIImageView", frame);
+    }
+
+    platform::GestureRecognizerRef tapGestureRecognizer(platform::Object& target,
+                                                        const platform::Selector& action) override {
+        return wrap<platform::GestureRecognizer>(
+            [[classNamed("UITapGestureRecognizer") alloc]
+                initWithTarget:nativeOf(target)
+                        action:sel_registerName(action.c_str())],
+            Hold::adopt);
+    }
+
+    // The platform copies the blocks, and each copy has functions of its own: a block would keep no
+    // more than the address of what it knows by reference.
+    void animateWithDurationAnimationsCompletion(double duration, const Animations& animations,
+                                                 const Completion& completion) override {
+        const Animations animate = animations;
+        const Completion complete = completion;
+        [classNamed("UIView") animateWithDuration:duration
+            animations:^{
+              animate();
+            }
+            completion:^(BOOL finished) {
+              complete(finished != 0);
+            }];
+    }
+
+    void
+    animateWithDurationDelayUsingSpringWithDampingInitialSpringVelocityOptionsAnimationsCompletion(
+        double duration, double delay, double damping, double initialVelocity, unsigned options,
+        const Animations& animations, const Completion& completion) override {
+        const Animations animate = animations;
+        const Completion complete = completion;
+        [classNamed("UIView") animateWithDuration:duration
+            delay:delay
+            usingSpringWithDamping:damping
+            initialSpringVelocity:initialVelocity
+            options:options
+            animations:^{
+              animate();
+            }
+            completion:^(BOOL finished) {
+              complete(finished != 0);
+            }];
+    }
+};
+
+}  // namespace
+
+platform::Views& views() {
+    static UIViews instance;
+    return instance;
+}
+
+}  // namespace velmoranth::device
