@@ -1,1 +1,158 @@
+// NSFileManager, and NSData where it reads and writes files.
 #include "device/platform/services.h"
+#include "device/platform/text.h"
+#import <Foundation/Foundation.h>
+#import <Foundation/NSFileAttributes.h>
+
+#include <cerrno>
+#include <string>
+
+namespace velmoranth::device {
+namespace {
+
+// A path ends at a U+0000 for the system, so one with more behind it would lead elsewhere than it
+// says. It leads nowhere.
+bool isPath(const std::string& path) {
+    return path.find('\0') == std::string::npos;
+}
+
+bool arePaths(const std::string& source, const std::string& destination) {
+    return isPath(source) && isPath(destination);
+}
+
+platform::Error notAPath() {
+    return errorOf([NSError errorWithDomain:NSPOSIXErrorDomain code:EINVAL userInfo:nil]);
+}
+
+// Bytes that the caller keeps alive for as long as this lives.
+class BorrowedData {
+  public:
+    explicit BorrowedData(const platform::Data& bytes)
+        : data_([[NSData alloc] initWithBytesNoCopy:const_cast<std::uint8_t*>(bytes.data())
+                                             length:bytes.size()
+                                       freeWhenDone:NO]) {}
+
+    BorrowedData(const BorrowedData&) = delete;
+    BorrowedData& operator=(const BorrowedData&) = delete;
+
+    ~BorrowedData() { [data_ release]; }
+
+    [[nodiscard]] NSData* get() const { return data_; }
+
+  private:
+    NSData* data_;
+};
+
+class FoundationFileManager final : public platform::FileManager {
+  public:
+    bool fileExistsAtPath(const std::string& path) override {
+        return isPath(path) && [manager() fileExistsAtPath:stringOf(path)];
+    }
+
+    platform::FileExistence fileExistsAtPathIsDirectory(const std::string& path) override {
+        BOOL isDirectory = NO;
+        const bool exists = isPath(path) && [manager() fileExistsAtPath:stringOf(path)
+                                                            isDirectory:&isDirectory];
+        return {.exists = exists, .isDirectory = exists && isDirectory};
+    }
+
+    platform::Failure setPosixPermissionsOfItemAtPath(unsigned mode,
+                                                      const std::string& path) override {
+        if (!isPath(path)) {
+            return notAPath();
+        }
+        NSDictionary* const attributes =
+            [NSDictionary dictionaryWithObject:[NSNumber numberWithUnsignedInt:mode]
+                                        forKey:NSFilePosixPermissions];
+        NSError* error = nil;
+        const bool succeeded = [manager() setAttributes:attributes
+                                           ofItemAtPath:stringOf(path)
+                                                  error:&error];
+        return failureOf(succeeded, error);
+    }
+
+    platform::Failure copyItemAtPathToPath(const std::string& source,
+                                           const std::string& destination) override {
+        if (!arePaths(source, destination)) {
+            return notAPath();
+        }
+        NSError* error = nil;
+        const bool succeeded = [manager() copyItemAtPath:stringOf(source)
+                                                  toPath:stringOf(destination)
+                                                   error:&error];
+        return failureOf(succeeded, error);
+    }
+
+    platform::Failure moveItemAtPathToPath(const std::string& source,
+                                           const std::string& destination) override {
+        if (!arePaths(source, destination)) {
+            return notAPath();
+        }
+        NSError* error = nil;
+        const bool succeeded = [manager() moveItemAtPath:stringOf(source)
+                                                  toPath:stringOf(destination)
+                                                   error:&error];
+        return failureOf(succeeded, error);
+    }
+
+    platform::Failure removeItemAtPath(const std::string& path) override {
+        if (!isPath(path)) {
+            return notAPath();
+        }
+        NSError* error = nil;
+        const bool succeeded = [manager() removeItemAtPath:stringOf(path) error:&error];
+        return failureOf(succeeded, error);
+    }
+
+    bool createFileAtPathContents(const std::string& path,
+                                  const platform::Data& contents) override {
+        return isPath(path) && [manager() createFileAtPath:stringOf(path)
+                                                  contents:BorrowedData(contents).get()
+                                                attributes:nil];
+    }
+
+    platform::Failure createDirectoryAtPathWithIntermediateDirectories(
+        const std::string& path) override {
+        if (!isPath(path)) {
+            return notAPath();
+        }
+        NSError* error = nil;
+        const bool succeeded = [manager() createDirectoryAtPath:stringOf(path)
+                                    withIntermediateDirectories:YES
+                                                     attributes:nil
+                                                          error:&error];
+        return failureOf(succeeded, error);
+    }
+
+    bool writeToFileAtomically(const platform::Data& contents, const std::string& path) override {
+        return isPath(path) && [BorrowedData(contents).get() writeToFile:stringOf(path)
+                                                              atomically:YES];
+    }
+
+    std::optional<platform::Data> dataWithContentsOfFile(const std::string& path) override {
+        if (!isPath(path)) {
+            return std::nullopt;
+        }
+        // The engine keeps a copy; the platform's own need not wait for the caller's pool.
+        @autoreleasepool {
+            NSData* const data = [NSData dataWithContentsOfFile:stringOf(path)];
+            if (data == nil) {
+                return std::nullopt;
+            }
+            const auto* const bytes = static_cast<const std::uint8_t*>([data bytes]);
+            return platform::Data(bytes, bytes + [data length]);
+        }
+    }
+
+  private:
+    static NSFileManager* manager() { return [NSFileManager defaultManager]; }
+};
+
+}  // namespace
+
+platform::FileManager& fileManager() {
+    static FoundationFileManager instance;
+    return instance;
+}
+
+}  // namespace velmoranth::device

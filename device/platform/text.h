@@ -5,6 +5,7 @@
 
 #import <Foundation/Foundation.h>
 
+#include <concepts>
 #include <string>
 #include <string_view>
 
@@ -16,7 +17,11 @@ namespace velmoranth::device {
 
 // An autoreleased string; what is no UTF-8 becomes U+FFFD. Nil for nothing.
 [[nodiscard]] NSString* stringOf(std::string_view text);
-[[nodiscard]] NSString* stringOf(const platform::NullableString& text);
+
+template <std::same_as<platform::NullableString> Text>
+[[nodiscard]] NSString* stringOf(const Text& text) {
+    return text ? stringOf(std::string_view(*text)) : nil;
+}
 
 // The name of the object's class, and what "%@" prints for it.
 [[nodiscard]] std::string classNameOf(id object);

@@ -1,0 +1,15 @@
+// NSProcessInfo, where it compares versions of the system.
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+typedef struct {
+    NSInteger majorVersion;
+    NSInteger minorVersion;
+    NSInteger patchVersion;
+} NSOperatingSystemVersion;
+
+@interface NSProcessInfo (NSOperatingSystemVersion)
+- (NSOperatingSystemVersion)operatingSystemVersion;
+- (BOOL)isOperatingSystemAtLeastVersion:(NSOperatingSystemVersion)version;
+@end
