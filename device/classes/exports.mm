@@ -1,1 +1,27 @@
-#include "device/platform/services.h"
+// The two bitmap functions as C knows them: the caller owns what they give.
+#include "imaging/bitmap_functions.h"
+
+#include "device/platform/core_graphics_handles.h"
+#import <Foundation/Foundation.h>
+
+namespace velmoranth::device {
+
+// The engine's functions of these names are C++'s, at the top.
+extern "C" {
+
+__attribute__((visibility("default"))) CGImageRef CreateGradientImage(int pixelsWide,
+                                                                      int pixelsHigh) {
+    @autoreleasepool {
+        return CGImageRetain(nativeImage(::CreateGradientImage(pixelsWide, pixelsHigh)));
+    }
+}
+
+__attribute__((visibility("default"))) CGContextRef MyCreateBitmapContext(int pixelsWide,
+                                                                          int pixelsHigh) {
+    @autoreleasepool {
+        return CGContextRetain(nativeContext(::MyCreateBitmapContext(pixelsWide, pixelsHigh)));
+    }
+}
+}
+
+}  // namespace velmoranth::device
