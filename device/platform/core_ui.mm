@@ -60,7 +60,9 @@ class DeviceCatalogClass final : public platform::CatalogClass {
         }
         @autoreleasepool {
             NSError* error = nil;
-            NSURL* const url = [NSURL fileURLWithPath:stringOf(std::string_view(path))];
+            // By name: releases of the system differ in which framework the class lies in.
+            const Class urls = static_cast<Class>(objc_getClass("NSURL"));
+            NSURL* const url = [urls fileURLWithPath:stringOf(std::string_view(path))];
             CUICatalog* const catalog = [[classOf(cls) alloc] initWithURL:url error:&error];
             return opened(catalog, error);
         }
