@@ -1,0 +1,275 @@
+// Colour spaces, data providers and images.
+#include "device/standins/core_graphics.h"
+
+#include "device/standins/core_graphics_objects.h"
+
+namespace velmoranth::standins {
+namespace {
+
+constexpr std::size_t kLargestSide = 32768;
+constexpr CGBitmapInfo kAlphaInfoMask = 0x1F;
+
+void releaseCopy(void* info, const void* /*data*/, std::size_t /*size*/) {
+    delete static_cast<Bytes*>(info);
+}
+
+CGDataProviderStandIn* newCallerProvider(void* info, const void* data, std::size_t size,
+                                         CGDataProviderReleaseDataCallback release) {
+    auto* const provider = [[CGDataProviderStandIn alloc] init];
+    provider->info_ = info;
+    provider->data_ = data;
+    provider->size_ = size;
+    provider->release_ = release;
+    return provider;
+}
+
+bool isMaskDepth(std::size_t bitsPerComponent) {
+    return bitsPerComponent == 1 || bitsPerComponent == 2 || bitsPerComponent == 4 ||
+           bitsPerComponent == 8;
+}
+
+bool isSound(const ImageLayout& layout) {
+    return layout.width != 0 && layout.height != 0 && layout.width <= kLargestSide &&
+           layout.height <= kLargestSide && layout.bitsPerPixel >= layout.bitsPerComponent &&
+           layout.bitsPerPixel <= 128 &&
+           layout.bytesPerRow >= (layout.width * layout.bitsPerPixel + 7) / 8;
+}
+
+// An image mask, or a gray image without alpha that is not masked itself.
+bool canMask(const CGImageStandIn* image) {
+    return image->isMask_ ||
+           (image->layout_->model == kCGColorSpaceModelMonochrome &&
+            (image->layout_->bitmapInfo & kAlphaInfoMask) == 0 && image->mask_ == nil);
+}
+
+}  // namespace
+
+CGColorSpaceStandIn* newColorSpace(CGColorSpaceModel model) {
+    auto* const space = [[CGColorSpaceStandIn alloc] init];
+    space->model_ = model;
+    return space;
+}
+
+CGDataProviderStandIn* newProvider(const Bytes& bytes) {
+    auto* const copy = new Bytes(bytes);
+    return newCallerProvider(copy, copy->data(), copy->size(), &releaseCopy);
+}
+
+CGImageStandIn* newImage(const ImageLayout& layout, CGDataProviderStandIn* provider) {
+    auto* const image = [[CGImageStandIn alloc] init];
+    image->layout_ = new ImageLayout(layout);
+    image->provider_ = [provider retain];
+    return image;
+}
+
+CGImageRef createImageWithoutProvider(const ImageLayout& layout) {
+    CGImageStandIn* const image = newImage(layout, nil);
+    image->space_ = newColorSpace(layout.model);
+    return (CGImageRef)image;
+}
+
+CGImageRef createImage(const ImageLayout& layout, const Bytes& bytes) {
+    const CGImageRef image = createImageWithoutProvider(layout);
+    objectOf<CGImageStandIn>(image)->provider_ = newProvider(bytes);
+    return image;
+}
+
+Bytes bytesOf(CGImageRef image) {
+    const auto* const provider = objectOf<CGDataProviderStandIn>(CGImageGetDataProvider(image));
+    if (provider == nil) {
+        return {};
+    }
+    const auto* const data = static_cast<const std::uint8_t*>(provider->data_);
+    return Bytes(data, data + provider->size_);
+}
+
+CGImageRef maskOf(CGImageRef image) {
+    return (CGImageRef)objectOf<CGImageStandIn>(image)->mask_;
+}
+
+long referencesTo(const void* object) {
+    return static_cast<long>([objectOf<NSObject>(object) retainCount]);
+}
+
+}  // namespace velmoranth::standins
+
+namespace {
+
+using velmoranth::standins::ImageLayout;
+using velmoranth::standins::note;
+using velmoranth::standins::noteFormat;
+using velmoranth::standins::objectOf;
+
+// What a getter of an image answers, 0 for NULL.
+template <class Value>
+Value get(CGImageRef image, Value ImageLayout::* member) {
+    return image == nullptr ? Value{} : objectOf<CGImageStandIn>(image)->layout_->*member;
+}
+
+}  // namespace
+
+@implementation CGColorSpaceStandIn
+@end
+
+@implementation CGDataProviderStandIn
+
+- (void)dealloc {
+    if (release_ != nullptr) {
+        release_(info_, data_, size_);
+    }
+    [super dealloc];
+}
+
+@end
+
+@implementation CGImageStandIn
+
+- (void)dealloc {
+    delete layout_;
+    [provider_ release];
+    [space_ release];
+    [mask_ release];
+    [super dealloc];
+}
+
+@end
+
+CFTypeRef CFRetain(CFTypeRef object) {
+    return [objectOf<NSObject>(object) retain];
+}
+
+void CFRelease(CFTypeRef object) {
+    [objectOf<NSObject>(object) release];
+}
+
+CFTypeRef CFAutorelease(CFTypeRef object) {
+    return [objectOf<NSObject>(object) autorelease];
+}
+
+CGColorSpaceRef CGColorSpaceCreateDeviceGray() {
+    note("CGColorSpaceCreateDeviceGray()");
+    return (CGColorSpaceRef)velmoranth::standins::newColorSpace(kCGColorSpaceModelMonochrome);
+}
+
+CGColorSpaceRef CGColorSpaceCreateDeviceRGB() {
+    note("CGColorSpaceCreateDeviceRGB()");
+    return (CGColorSpaceRef)velmoranth::standins::newColorSpace(kCGColorSpaceModelRGB);
+}
+
+CGColorSpaceModel CGColorSpaceGetModel(CGColorSpaceRef space) {
+    return space == nullptr ? kCGColorSpaceModelUnknown
+                            : objectOf<CGColorSpaceStandIn>(space)->model_;
+}
+
+void CGColorSpaceRelease(CGColorSpaceRef space) {
+    [objectOf<CGColorSpaceStandIn>(space) release];
+}
+
+CGDataProviderRef CGDataProviderCreateWithData(void* info, const void* data, size_t size,
+                                               CGDataProviderReleaseDataCallback releaseData) {
+    noteFormat(@"CGDataProviderCreateWithData(%lu bytes)", static_cast<unsigned long>(size));
+    return (CGDataProviderRef)velmoranth::standins::newCallerProvider(info, data, size,
+                                                                      releaseData);
+}
+
+CFDataRef CGDataProviderCopyData(CGDataProviderRef provider) {
+    note("CGDataProviderCopyData()");
+    const auto* const object = objectOf<CGDataProviderStandIn>(provider);
+    return object == nil
+               ? nullptr
+               : (CFDataRef)[[NSData alloc] initWithBytes:object->data_ length:object->size_];
+}
+
+void CGDataProviderRelease(CGDataProviderRef provider) {
+    [objectOf<CGDataProviderStandIn>(provider) release];
+}
+
+CGImageRef CGImageRetain(CGImageRef image) {
+    return (CGImageRef)[objectOf<CGImageStandIn>(image) retain];
+}
+
+void CGImageRelease(CGImageRef image) {
+    [objectOf<CGImageStandIn>(image) release];
+}
+
+bool CGImageIsMask(CGImageRef image) {
+    return image != nullptr && objectOf<CGImageStandIn>(image)->isMask_;
+}
+
+size_t CGImageGetWidth(CGImageRef image) {
+    return get(image, &ImageLayout::width);
+}
+
+size_t CGImageGetHeight(CGImageRef image) {
+    return get(image, &ImageLayout::height);
+}
+
+size_t CGImageGetBitsPerComponent(CGImageRef image) {
+    return get(image, &ImageLayout::bitsPerComponent);
+}
+
+size_t CGImageGetBitsPerPixel(CGImageRef image) {
+    return get(image, &ImageLayout::bitsPerPixel);
+}
+
+size_t CGImageGetBytesPerRow(CGImageRef image) {
+    return get(image, &ImageLayout::bytesPerRow);
+}
+
+CGColorSpaceRef CGImageGetColorSpace(CGImageRef image) {
+    return image == nullptr ? nullptr : (CGColorSpaceRef)objectOf<CGImageStandIn>(image)->space_;
+}
+
+CGImageAlphaInfo CGImageGetAlphaInfo(CGImageRef image) {
+    return CGImageGetBitmapInfo(image) & velmoranth::standins::kAlphaInfoMask;
+}
+
+CGDataProviderRef CGImageGetDataProvider(CGImageRef image) {
+    return image == nullptr ? nullptr
+                            : (CGDataProviderRef)objectOf<CGImageStandIn>(image)->provider_;
+}
+
+CGBitmapInfo CGImageGetBitmapInfo(CGImageRef image) {
+    return get(image, &ImageLayout::bitmapInfo);
+}
+
+CGImageRef CGImageMaskCreate(size_t width, size_t height, size_t bitsPerComponent,
+                             size_t bitsPerPixel, size_t bytesPerRow, CGDataProviderRef provider,
+                             const CGFloat* decode, bool shouldInterpolate) {
+    noteFormat(@"CGImageMaskCreate(%lu, %lu, %lu, %lu, %lu, %s, %s, %s)",
+               static_cast<unsigned long>(width), static_cast<unsigned long>(height),
+               static_cast<unsigned long>(bitsPerComponent),
+               static_cast<unsigned long>(bitsPerPixel), static_cast<unsigned long>(bytesPerRow),
+               provider == nullptr ? "NULL" : "provider", decode == nullptr ? "NULL" : "decode",
+               shouldInterpolate ? "true" : "false");
+    const ImageLayout layout{.width = width,
+                             .height = height,
+                             .bitsPerComponent = bitsPerComponent,
+                             .bitsPerPixel = bitsPerPixel,
+                             .bytesPerRow = bytesPerRow,
+                             .model = kCGColorSpaceModelUnknown,
+                             .bitmapInfo = 0};
+    if (provider == nullptr || !velmoranth::standins::isMaskDepth(bitsPerComponent) ||
+        !velmoranth::standins::isSound(layout)) {
+        return nullptr;
+    }
+    CGImageStandIn* const mask =
+        velmoranth::standins::newImage(layout, objectOf<CGDataProviderStandIn>(provider));
+    mask->isMask_ = YES;
+    return (CGImageRef)mask;
+}
+
+CGImageRef CGImageCreateWithMask(CGImageRef image, CGImageRef mask) {
+    note("CGImageCreateWithMask()");
+    const auto* const picture = objectOf<CGImageStandIn>(image);
+    auto* const through = objectOf<CGImageStandIn>(mask);
+    if (picture == nil || through == nil || picture->isMask_ ||
+        !velmoranth::standins::canMask(through)) {
+        return nullptr;
+    }
+    CGImageStandIn* const masked =
+        velmoranth::standins::newImage(*picture->layout_, picture->provider_);
+    masked->space_ = [picture->space_ retain];
+    masked->mask_ = [through retain];
+    return (CGImageRef)masked;
+}

@@ -1,0 +1,329 @@
+// UIImage, UIImageAsset and _UIImageContent.
+#include "device/standins/images.h"
+
+#include <array>
+#include <cstring>
+#include <map>
+#include <mutex>
+#include <optional>
+
+namespace velmoranth::standins {
+namespace {
+
+constexpr std::array<std::uint8_t, 8> kSignature{0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
+constexpr std::size_t kHeaderEnd = 33;  // the signature and IHDR, its checksum included
+constexpr std::uint32_t kLargestSide = 16384;
+
+struct PngHeader {
+    std::uint32_t width;
+    std::uint32_t height;
+};
+
+std::uint32_t bigEndian(const std::uint8_t* bytes) {
+    return std::uint32_t{bytes[0]} << 24U | std::uint32_t{bytes[1]} << 16U |
+           std::uint32_t{bytes[2]} << 8U | bytes[3];
+}
+
+std::optional<PngHeader> headerOf(NSData* file) {
+    const auto* const bytes = static_cast<const std::uint8_t*>([file bytes]);
+    if ([file length] < kHeaderEnd ||
+        std::memcmp(bytes, kSignature.data(), kSignature.size()) != 0 ||
+        std::memcmp(bytes + 12, "IHDR", 4) != 0) {
+        return std::nullopt;
+    }
+    const PngHeader header{bigEndian(bytes + 16), bigEndian(bytes + 20)};
+    const bool isSound = header.width != 0 && header.height != 0 && header.width <= kLargestSide &&
+                         header.height <= kLargestSide;
+    return isSound ? std::optional(header) : std::nullopt;
+}
+
+CGFloat scaleOfPath(NSString* path) {
+    NSString* const stem = [path stringByDeletingPathExtension];
+    if ([stem hasSuffix:@"@3x"]) {
+        return 3;
+    }
+    return [stem hasSuffix:@"@2x"] ? 2 : 1;
+}
+
+CGImageRef createBlank(std::size_t width, std::size_t height) {
+    return createImage({.width = width, .height = height, .bytesPerRow = width * 4},
+                       Bytes(width * height * 4));
+}
+
+void append(Bytes& bytes, std::uint32_t number) {
+    for (unsigned shift = 32; shift > 0; shift -= 8) {
+        bytes.push_back(static_cast<std::uint8_t>(number >> (shift - 8)));
+    }
+}
+
+void appendChunk(Bytes& bytes, const char* type, const Bytes& contents) {
+    append(bytes, static_cast<std::uint32_t>(contents.size()));
+    bytes.insert(bytes.end(), type, type + 4);
+    bytes.insert(bytes.end(), contents.begin(), contents.end());
+    append(bytes, 0);
+}
+
+// A file of PNG's chunks whose header is true. Samples stand in it as they are, and checksums are
+// 0: equal bitmaps give equal bytes, and imageWithContentsOfFile: can read them.
+Bytes encode(CGImageRef image) {
+    Bytes bytes(kSignature.begin(), kSignature.end());
+    Bytes header;
+    append(header, static_cast<std::uint32_t>(CGImageGetWidth(image)));
+    append(header, static_cast<std::uint32_t>(CGImageGetHeight(image)));
+    header.insert(header.end(), {8, 6, 0, 0, 0});
+    appendChunk(bytes, "IHDR", header);
+    appendChunk(bytes, "IDAT", bytesOf(image));
+    appendChunk(bytes, "IEND", {});
+    return bytes;
+}
+
+struct Answers {
+    std::mutex mutex;
+    std::map<std::string, id> images;
+};
+
+Answers& answers() {
+    static auto* const instance = new Answers;
+    return *instance;
+}
+
+UIImage* answerOf(const std::string& selector) {
+    const std::scoped_lock lock(answers().mutex);
+    const auto answer = answers().images.find(selector);
+    return answer == answers().images.end() ? nil : [[answer->second retain] autorelease];
+}
+
+// Notes the call, and answers as a test has said.
+UIImage* answerTo(SEL selector, NSString* call) {
+    noteFormat(@"+[UIImage %@]", call);
+    return answerOf(sel_getName(selector));
+}
+
+}  // namespace
+
+UIImage* imageOfPixels(std::size_t width, std::size_t height, double scale) {
+    const CGImageRef bitmap = createBlank(width, height);
+    UIImage* const image = [[UIImage alloc] initWithCGImage:bitmap scale:scale orientation:0];
+    CGImageRelease(bitmap);
+    return [image autorelease];
+}
+
+std::string pathOf(id image) {
+    if (![image isKindOfClass:[UIImage class]]) {
+        return {};
+    }
+    NSString* const path = static_cast<UIImage*>(image)->path_;
+    return path == nil ? std::string() : std::string([path UTF8String]);
+}
+
+void answerWith(const std::string& selector, id image) {
+    const std::scoped_lock lock(answers().mutex);
+    id& answer = answers().images[selector];
+    [image retain];
+    [answer release];
+    answer = image;
+}
+
+}  // namespace velmoranth::standins
+
+using velmoranth::standins::answerTo;
+using velmoranth::standins::noteFormat;
+
+@implementation UIImage
+
++ (UIImage*)imageWithContentsOfFile:(NSString*)path {
+    noteFormat(@"+[UIImage imageWithContentsOfFile: %@]", path);
+    return [[[self alloc] initWithContentsOfFile:path] autorelease];
+}
+
++ (UIImage*)imageWithCGImage:(CGImageRef)image {
+    velmoranth::standins::note("+[UIImage imageWithCGImage:]");
+    return [[[self alloc] initWithCGImage:image scale:1 orientation:0] autorelease];
+}
+
+- (id)initWithCGImage:(CGImageRef)image scale:(CGFloat)scale orientation:(long)orientation {
+    self = [super init];
+    if (self == nil || image == nullptr || orientation != 0) {
+        [self release];
+        return nil;
+    }
+    bitmap_ = CGImageRetain(image);
+    pixels_ = {static_cast<CGFloat>(CGImageGetWidth(image)),
+               static_cast<CGFloat>(CGImageGetHeight(image))};
+    scale_ = scale;
+    return self;
+}
+
+- (id)initWithContentsOfFile:(NSString*)path {
+    self = [super init];
+    NSData* const file = path == nil ? nil : [NSData dataWithContentsOfFile:path];
+    const auto header = velmoranth::standins::headerOf(file);
+    if (self == nil || !header) {
+        [self release];
+        return nil;
+    }
+    path_ = [path copy];
+    file_ = [file retain];
+    pixels_ = {static_cast<CGFloat>(header->width), static_cast<CGFloat>(header->height)};
+    scale_ = velmoranth::standins::scaleOfPath(path);
+    return self;
+}
+
+- (id)initWithCIImage:(id)image {
+    self = [super init];
+    if (self != nil) {
+        coreImage_ = [image retain];
+        scale_ = 1;
+    }
+    return self;
+}
+
+- (void)dealloc {
+    CGImageRelease(bitmap_);
+    [path_ release];
+    [file_ release];
+    [coreImage_ release];
+    [super dealloc];
+}
+
+- (CGSize)size {
+    return {pixels_.width / scale_, pixels_.height / scale_};
+}
+
+- (CGFloat)scale {
+    return scale_;
+}
+
+- (CGImageRef)CGImage {
+    @synchronized(self) {
+        if (bitmap_ == nullptr && file_ != nil) {
+            bitmap_ = velmoranth::standins::createBlank(static_cast<std::size_t>(pixels_.width),
+                                                        static_cast<std::size_t>(pixels_.height));
+        }
+        return bitmap_;
+    }
+}
+
+- (id)CIImage {
+    return coreImage_;
+}
+
+- (void)drawInRect:(CGRect)rect {
+    noteFormat(@"-[UIImage drawInRect: {{%g, %g}, {%g, %g}}]", rect.origin.x, rect.origin.y,
+               rect.size.width, rect.size.height);
+}
+
++ (UIImage*)imageNamed:(NSString*)name
+              inBundle:(NSBundle*)bundle
+     withConfiguration:(id)configuration {
+    return answerTo(_cmd, [NSString stringWithFormat:@"imageNamed: %@ inBundle: %@ "
+                                                     @"withConfiguration: %@",
+                                                     name, bundle, configuration]);
+}
+
++ (UIImage*)imageNamed:(NSString*)name
+                         inBundle:(NSBundle*)bundle
+    compatibleWithTraitCollection:(id)traits {
+    return answerTo(_cmd, [NSString stringWithFormat:@"imageNamed: %@ inBundle: %@ "
+                                                     @"compatibleWithTraitCollection: %@",
+                                                     name, bundle, traits]);
+}
+
++ (UIImage*)imageNamed:(NSString*)name inBundle:(NSBundle*)bundle {
+    return answerTo(_cmd, [NSString stringWithFormat:@"imageNamed: %@ inBundle: %@", name, bundle]);
+}
+
++ (UIImage*)_imageNamed:(NSString*)name withTrait:(id)trait {
+    return answerTo(_cmd,
+                    [NSString stringWithFormat:@"_imageNamed: %@ withTrait: %@", name, trait]);
+}
+
++ (UIImage*)imageWithContentsOfCPBitmapFile:(NSString*)path flags:(int)flags {
+    return answerTo(
+        _cmd,
+        [NSString stringWithFormat:@"imageWithContentsOfCPBitmapFile: %@ flags: %d", path, flags]);
+}
+
++ (UIImage*)kitImageNamed:(NSString*)name {
+    return answerTo(_cmd, [NSString stringWithFormat:@"kitImageNamed: %@", name]);
+}
+
++ (UIImage*)_kitImageNamed:(NSString*)name withTrait:(id)trait {
+    return answerTo(_cmd,
+                    [NSString stringWithFormat:@"_kitImageNamed: %@ withTrait: %@", name, trait]);
+}
+
++ (UIImage*)systemImageNamed:(NSString*)name {
+    return answerTo(_cmd, [NSString stringWithFormat:@"systemImageNamed: %@", name]);
+}
+
++ (UIImage*)_applicationIconImageForBundleIdentifier:(NSString*)identifier
+                                              format:(int)format
+                                               scale:(CGFloat)scale {
+    return answerTo(_cmd, [NSString stringWithFormat:@"_applicationIconImageForBundleIdentifier: "
+                                                     @"%@ format: %d scale: %g",
+                                                     identifier, format, scale]);
+}
+
+@end
+
+@implementation UIImageAsset
+
+- (id)initWithBundle:(NSBundle*)bundle {
+    self = [super init];
+    if (self != nil) {
+        _containingBundle = [bundle retain];
+    }
+    return self;
+}
+
+- (void)dealloc {
+    [_containingBundle release];
+    [super dealloc];
+}
+
+@end
+
+@implementation _UIImageContent
+
+- (id)initWithVectorGlyph:(CUINamedVectorGlyph*)glyph CGImage:(CGImageRef)image {
+    self = [super init];
+    if (self != nil) {
+        glyph_ = [static_cast<id>(glyph) retain];
+        bitmap_ = CGImageRetain(image);
+    }
+    return self;
+}
+
+- (void)dealloc {
+    [static_cast<id>(glyph_) release];
+    CGImageRelease(bitmap_);
+    [super dealloc];
+}
+
+- (CUINamedVectorGlyph*)vectorGlyph {
+    velmoranth::standins::note("-[_UIImageContent vectorGlyph]");
+    return glyph_;
+}
+
+- (CGImageRef)CGImage {
+    velmoranth::standins::note("-[_UIImageContent CGImage]");
+    return bitmap_;
+}
+
+@end
+
+NSData* UIImagePNGRepresentation(UIImage* image) {
+    velmoranth::standins::note("UIImagePNGRepresentation()");
+    if (image == nil) {
+        return nil;
+    }
+    if (image->file_ != nil) {
+        return [[image->file_ retain] autorelease];
+    }
+    if (image->bitmap_ == nullptr) {
+        return nil;
+    }
+    const velmoranth::standins::Bytes bytes = velmoranth::standins::encode(image->bitmap_);
+    return [NSData dataWithBytes:bytes.data() length:bytes.size()];
+}
