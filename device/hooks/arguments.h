@@ -4,6 +4,7 @@
 
 #include "platform/springboard.h"
 
+#include "device/platform/core_graphics_handles.h"
 #include "device/platform/geometry.h"
 #include "device/platform/handle.h"
 #include "device/platform/text.h"

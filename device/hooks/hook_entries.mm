@@ -43,7 +43,7 @@ using Trampoline = TypedTrampoline<
 
 template <std::size_t... Row>
 std::array<HookEntry, sizeof...(Row)> makeEntries(std::index_sequence<Row...> /*rows*/) {
-    return {HookEntry{reinterpret_cast<IMP>(&Trampoline<Row>::entry), &Trampoline<Row>::slot,
+    return {HookEntry{implementationOf(&Trampoline<Row>::entry), &Trampoline<Row>::slot,
                       &Trampoline<Row>::saved}...};
 }
 
@@ -68,7 +68,7 @@ const HookEntry* hookEntryOf(const platform::Implementation* saved) {
 IMP addedMethodEntryOf(const platform::Implementation& implementation) {
     const auto methods = core::HookTable::addedMethods();
     return !methods.empty() && methods.front().implementation == implementation
-               ? reinterpret_cast<IMP>(&handleTap)
+               ? implementationOf(&handleTap)
                : nullptr;
 }
 

@@ -72,6 +72,30 @@ class ReferenceToGive {
 template <auto Replacement>
 struct AfterCall {};
 
+// A result that no caller owns: an object lives as long as the caller's pool.
+template <class R>
+typename Argument<R>::Native handOver(const R& result) {
+    using NativeResult = typename Argument<R>::Native;
+    if constexpr (std::is_same_v<NativeResult, id>) {
+        return [[Argument<R>::toNative(result, nil) retain] autorelease];
+    } else if constexpr (std::is_same_v<R, platform::BitmapImageRef>) {
+        return autoreleased(result);
+    } else {
+        return Argument<R>::toNative(result, NativeResult{});
+    }
+}
+
+// A function of any signature as the runtime keeps it, and back.
+template <class Function>
+IMP implementationOf(Function function) {
+    return reinterpret_cast<IMP>(reinterpret_cast<void (*)()>(function));
+}
+
+template <class Function>
+Function functionOf(IMP implementation) {
+    return reinterpret_cast<Function>(reinterpret_cast<void (*)()>(implementation));
+}
+
 template <std::size_t Row, class Signature>
 struct TypedTrampoline;
 
@@ -116,7 +140,7 @@ struct TypedTrampoline<Row, R(Receiver&, Args...)> {
     template <std::size_t... I>
     static R callOriginal(const Call& call, Receiver& self, std::index_sequence<I...> /*places*/,
                           const Args&... args) {
-        const auto function = reinterpret_cast<Function>(slot);
+        const auto function = functionOf<Function>(slot);
         if (function == nullptr) {
             return R();
         }
@@ -155,19 +179,6 @@ struct TypedTrampoline<Row, R(Receiver&, Args...)> {
         } else {
             return handOver(
                 kReplacement(original, receiver.get(), Argument<Args>::fromNative(args)...));
-        }
-    }
-
-    // A result that no caller owns: it lives as long as the caller's pool.
-    static NativeResult handOver(const R& result)
-        requires(!std::is_void_v<R>)
-    {
-        if constexpr (std::is_same_v<NativeResult, id>) {
-            return [[Argument<R>::toNative(result, nil) retain] autorelease];
-        } else if constexpr (std::is_same_v<R, platform::BitmapImageRef>) {
-            return autoreleased(result);
-        } else {
-            return Argument<R>::toNative(result, NativeResult{});
         }
     }
 
