@@ -1,0 +1,214 @@
+#import "device/standins/system.h"
+
+#import "device/standins/standin.h"
+#include <CoreFoundation/CoreFoundation.h>
+#import <Foundation/Foundation.h>
+#import <Foundation/NSOperatingSystemVersion.h>
+#include <dispatch/dispatch.h>
+#include <sys/syscall.h>
+#include <sys/utsname.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdarg>
+#include <cstdio>
+#include <mutex>
+
+double kCFCoreFoundationVersionNumber = 1674.102;
+
+namespace velmoranth::standins {
+namespace {
+
+struct Observer {
+    const void* observer;
+    CFNotificationCallback callback;
+    std::string name;
+    const void* object;
+};
+
+struct System {
+    std::mutex mutex;
+    std::vector<std::string> log;
+    NSOperatingSystemVersion version = {13, 3, 0};
+    std::string machine = "iPhone12,3";
+    std::string home = "/var/mobile";
+    std::vector<Observer> observers;
+};
+
+// Never destroyed: the library may still log after main.
+System& systemState() {
+    static auto* const instance = new System;
+    return *instance;
+}
+
+NSString* native(const std::string& text) {
+    return [NSString stringWithUTF8String:text.c_str()];
+}
+
+std::string textOf(CFStringRef text) {
+    return [static_cast<NSString*>(static_cast<const void*>(text)) UTF8String];
+}
+
+}  // namespace
+
+std::vector<std::string> logLines() {
+    const std::scoped_lock lock(systemState().mutex);
+    return systemState().log;
+}
+
+void clearLog() {
+    const std::scoped_lock lock(systemState().mutex);
+    systemState().log.clear();
+}
+
+void setSystemVersion(int major, int minor, int patch, double coreFoundationVersionNumber) {
+    const std::scoped_lock lock(systemState().mutex);
+    systemState().version = {major, minor, patch};
+    kCFCoreFoundationVersionNumber = coreFoundationVersionNumber;
+}
+
+void setMachine(const std::string& name) {
+    const std::scoped_lock lock(systemState().mutex);
+    systemState().machine = name;
+}
+
+void setHomeDirectory(const std::string& path) {
+    const std::scoped_lock lock(systemState().mutex);
+    systemState().home = path;
+}
+
+void postDarwinNotification(const std::string& name) {
+    @autoreleasepool {
+        CFNotificationCenterPostNotification(
+            CFNotificationCenterGetDarwinNotifyCenter(),
+            static_cast<CFStringRef>(static_cast<const void*>(native(name))), nullptr, nullptr, 1);
+    }
+}
+
+}  // namespace velmoranth::standins
+
+using velmoranth::standins::systemState;
+
+extern "C" {
+
+void NSLogv(NSString* format, va_list arguments) {
+    NSString* const text = [[NSString alloc] initWithFormat:format arguments:arguments];
+    {
+        const std::scoped_lock lock(systemState().mutex);
+        const char* const line = [text UTF8String];
+        systemState().log.emplace_back(line == nullptr ? "" : line);
+    }
+    [text release];
+}
+
+void NSLog(NSString* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    NSLogv(format, arguments);
+    va_end(arguments);
+}
+
+NSString* NSHomeDirectory(void) {
+    const std::scoped_lock lock(systemState().mutex);
+    return velmoranth::standins::native(systemState().home);
+}
+
+int setuid(uid_t user) noexcept {
+    velmoranth::standins::note("setuid(" + std::to_string(user) + ")");
+    return 0;
+}
+
+int setgid(gid_t group) noexcept {
+    velmoranth::standins::note("setgid(" + std::to_string(group) + ")");
+    return 0;
+}
+
+int uname(struct utsname* names) noexcept {
+    const long result = syscall(SYS_uname, names);
+    const std::scoped_lock lock(systemState().mutex);
+    std::snprintf(names->machine, sizeof names->machine, "%s", systemState().machine.c_str());
+    return static_cast<int>(result);
+}
+
+CFNotificationCenterRef CFNotificationCenterGetDarwinNotifyCenter(void) {
+    return static_cast<CFNotificationCenterRef>(static_cast<void*>(&systemState()));
+}
+
+void CFNotificationCenterAddObserver(CFNotificationCenterRef /*center*/, const void* observer,
+                                     CFNotificationCallback callback, CFStringRef name,
+                                     const void* object,
+                                     CFNotificationSuspensionBehavior suspensionBehavior) {
+    const std::string text = velmoranth::standins::textOf(name);
+    velmoranth::standins::note("CFNotificationCenterAddObserver(" + text + ", " +
+                               std::to_string(suspensionBehavior) + ")");
+    const std::scoped_lock lock(systemState().mutex);
+    systemState().observers.push_back({observer, callback, text, object});
+}
+
+void CFNotificationCenterRemoveObserver(CFNotificationCenterRef /*center*/, const void* observer,
+                                        CFStringRef name, const void* /*object*/) {
+    const std::string text = velmoranth::standins::textOf(name);
+    const std::scoped_lock lock(systemState().mutex);
+    std::erase_if(systemState().observers, [&](const auto& other) {
+        return other.observer == observer && other.name == text;
+    });
+}
+
+void CFNotificationCenterPostNotification(CFNotificationCenterRef center, CFStringRef name,
+                                          const void* /*object*/, CFDictionaryRef /*userInfo*/,
+                                          unsigned char /*deliverImmediately*/) {
+    const std::string text = velmoranth::standins::textOf(name);
+    std::vector<velmoranth::standins::Observer> observers;
+    {
+        const std::scoped_lock lock(systemState().mutex);
+        observers = systemState().observers;
+    }
+    // The centre carries neither object nor userInfo.
+    for (const auto& observer : observers) {
+        if (observer.name == text) {
+            dispatch_async(dispatch_get_main_queue(), ^{
+              observer.callback(center, const_cast<void*>(observer.observer),
+                                static_cast<CFStringRef>(static_cast<const void*>(
+                                    velmoranth::standins::native(observer.name))),
+                                nullptr, nullptr);
+            });
+        }
+    }
+}
+
+}  // extern "C"
+
+@implementation NSProcessInfo (NSOperatingSystemVersion)
+
+- (NSOperatingSystemVersion)operatingSystemVersion {
+    const std::scoped_lock lock(systemState().mutex);
+    return systemState().version;
+}
+
+- (BOOL)isOperatingSystemAtLeastVersion:(NSOperatingSystemVersion)version {
+    const NSOperatingSystemVersion running = [self operatingSystemVersion];
+    const std::array<NSInteger, 3> have = {running.majorVersion, running.minorVersion,
+                                           running.patchVersion};
+    const std::array<NSInteger, 3> wanted = {version.majorVersion, version.minorVersion,
+                                             version.patchVersion};
+    return have >= wanted;
+}
+
+@end
+
+// That a category takes a method's place is what it is for here.
+#pragma clang diagnostic ignored "-Wobjc-protocol-method-implementation"
+
+@implementation NSObject (PhoneKeyValueCoding)
+
+// GNUstep words it otherwise.
+- (id)valueForUndefinedKey:(NSString*)key {
+    NSString* const reason =
+        [NSString stringWithFormat:@"[%@ valueForUndefinedKey:]: this class is not key value "
+                                   @"coding-compliant for the key %@.",
+                                   self, key];
+    [[NSException exceptionWithName:NSUndefinedKeyException reason:reason userInfo:nil] raise];
+    return nil;
+}
+
+@end
