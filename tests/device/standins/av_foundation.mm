@@ -1,0 +1,163 @@
+#import "device/standins/av_foundation.h"
+
+#include <cstring>
+#include <mutex>
+
+@protocol PlayerDelegate
+- (void)audioPlayerDidFinishPlaying:(AVAudioPlayer*)player successfully:(BOOL)successfully;
+@end
+
+namespace velmoranth::standins {
+namespace {
+
+struct Playing {
+    std::mutex mutex;
+    std::vector<AVAudioPlayer*> players;
+};
+
+Playing& playing() {
+    static auto* const instance = new Playing;
+    return *instance;
+}
+
+void stop(AVAudioPlayer* player) {
+    const std::scoped_lock lock(playing().mutex);
+    std::erase(playing().players, player);
+    player->_isPlaying = NO;
+}
+
+void start(AVAudioPlayer* player) {
+    stop(player);
+    const std::scoped_lock lock(playing().mutex);
+    playing().players.push_back(player);
+    player->_isPlaying = YES;
+}
+
+bool isSound(NSData* data) {
+    constexpr const char* kBeginnings[] = {"caff", "FORM", "RIFF"};
+    for (const char* const beginning : kBeginnings) {
+        if ([data length] >= 4 && std::memcmp([data bytes], beginning, 4) == 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+void finishPlaying(AVAudioPlayer* player, bool successfully) {
+    [[player retain] autorelease];
+    stop(player);
+    const id delegate = player->_delegate;
+    if ([delegate respondsToSelector:@selector(audioPlayerDidFinishPlaying:successfully:)]) {
+        [static_cast<id<PlayerDelegate>>(delegate) audioPlayerDidFinishPlaying:player
+                                                                  successfully:successfully];
+    }
+}
+
+std::vector<AVAudioPlayer*> playingPlayers() {
+    const std::scoped_lock lock(playing().mutex);
+    return playing().players;
+}
+
+}  // namespace velmoranth::standins
+
+using namespace velmoranth::standins;
+
+@implementation AVAudioSession
+
++ (AVAudioSession*)sharedInstance {
+    static AVAudioSession* const kSession = [[AVAudioSession alloc] init];
+    received(self, _cmd);
+    return answerSet(self, _cmd).value_or(kSession);
+}
+
+- (BOOL)setCategory:(NSString*)category error:(NSError**)error {
+    received(self, _cmd, category, shownPointer(error));
+    setVariable(self, "_category", category);
+    return numberAnswer(self, _cmd, 1) != 0;
+}
+
+- (BOOL)setActive:(BOOL)active error:(NSError**)error {
+    received(self, _cmd, active, shownPointer(error));
+    _isActive = active;
+    return numberAnswer(self, _cmd, 1) != 0;
+}
+
+@end
+
+@interface AVAudioPlayer (SettingUp)
+- (id)initWithSound:(NSData*)data url:(NSURL*)url;
+@end
+
+@implementation AVAudioPlayer (SettingUp)
+
+- (id)initWithSound:(NSData*)data url:(NSURL*)url {
+    if (!isSound(data)) {
+        [self release];
+        return nil;
+    }
+    if ((self = [super init])) {
+        _data = [data retain];
+        _url = [url retain];
+        _volume = 1;
+    }
+    return self;
+}
+
+@end
+
+@implementation AVAudioPlayer
+
+- (id)initWithContentsOfURL:(NSURL*)url error:(NSError**)error {
+    received(self, _cmd, [url path], shownPointer(error));
+    BOOL isDirectory = NO;
+    if (![[NSFileManager defaultManager] fileExistsAtPath:[url path] isDirectory:&isDirectory] ||
+        isDirectory) {
+        [self release];
+        return nil;
+    }
+    return [self initWithSound:[NSData dataWithContentsOfFile:[url path]] url:url];
+}
+
+- (id)initWithData:(NSData*)data error:(NSError**)error {
+    received(self, _cmd, static_cast<unsigned long>([data length]), shownPointer(error));
+    return [self initWithSound:data url:nil];
+}
+
+- (void)dealloc {
+    stop(self);
+    [_data release];
+    [_url release];
+    [super dealloc];
+}
+
+- (void)setVolume:(float)volume {
+    received(self, _cmd, static_cast<double>(volume));
+    _volume = volume;
+}
+
+- (id)delegate {
+    return _delegate;
+}
+
+- (void)setDelegate:(id)delegate {
+    received(self, _cmd, delegate);
+    _delegate = delegate;
+}
+
+- (BOOL)prepareToPlay {
+    received(self, _cmd);
+    return numberAnswer(self, _cmd, 1) != 0;
+}
+
+- (BOOL)play {
+    received(self, _cmd);
+    if (numberAnswer(self, _cmd, 1) == 0) {
+        return NO;
+    }
+    start(self);
+    return YES;
+}
+
+@end

@@ -1,0 +1,238 @@
+#import "device/standins/messages.h"
+
+#include <objc/runtime.h>
+
+#include <cstdio>
+#include <cstring>
+#include <map>
+#include <mutex>
+
+namespace velmoranth::standins {
+namespace {
+
+struct Script {
+    std::optional<id> object;
+    std::optional<double> number;
+    std::optional<CGRect> rect;
+    std::string exception;
+};
+
+struct State {
+    std::recursive_mutex mutex;
+    std::map<std::string, Script> scripts;
+    std::map<const void*, std::string> names;
+};
+
+State& state() {
+    static auto* const instance = new State;
+    return *instance;
+}
+
+template <class Change>
+void changeScript(const std::string& method, Change change) {
+    const std::scoped_lock lock(state().mutex);
+    change(state().scripts[method]);
+}
+
+void setObject(Script& script, std::optional<id> object) {
+    const id before = script.object.value_or(nil);
+    script.object = object;
+    [object.value_or(nil) retain];
+    [before release];
+}
+
+bool isClass(id receiver) {
+    return class_isMetaClass(object_getClass(receiver));
+}
+
+std::string methodName(id receiver, Class cls, const std::string& rest) {
+    return (isClass(receiver) ? "+[" : "-[") + std::string(class_getName(cls)) + " " + rest + "]";
+}
+
+// The script of the receiver's class, or of the nearest one above that has what is looked for.
+template <class Part>
+std::optional<Script> scriptWith(id receiver, SEL selector, Part part) {
+    const std::scoped_lock lock(state().mutex);
+    for (Class cls = object_getClass(receiver); cls != Nil; cls = class_getSuperclass(cls)) {
+        const auto entry = state().scripts.find(methodName(receiver, cls, sel_getName(selector)));
+        if (entry != state().scripts.end() && part(entry->second)) {
+            return entry->second;
+        }
+    }
+    return std::nullopt;
+}
+
+template <class... Numbers>
+std::string printed(const char* format, Numbers... numbers) {
+    char text[256];
+    std::snprintf(text, sizeof text, format, numbers...);
+    return text;
+}
+
+}  // namespace
+
+void setAnswer(const std::string& method, id object) {
+    changeScript(method, [object](Script& script) { setObject(script, object); });
+}
+
+void setAnswer(const std::string& method, double number) {
+    changeScript(method, [number](Script& script) { script.number = number; });
+}
+
+void setAnswer(const std::string& method, CGRect rect) {
+    changeScript(method, [rect](Script& script) { script.rect = rect; });
+}
+
+void clearAnswer(const std::string& method) {
+    changeScript(method, [](Script& script) {
+        setObject(script, std::nullopt);
+        script.number.reset();
+        script.rect.reset();
+    });
+}
+
+void raiseFrom(const std::string& method, const std::string& exceptionName) {
+    changeScript(method, [&](Script& script) { script.exception = exceptionName; });
+}
+
+void raiseNoMore(const std::string& method) {
+    raiseFrom(method, "");
+}
+
+void nameObject(id object, const std::string& name) {
+    const std::scoped_lock lock(state().mutex);
+    state().names[object] = name;
+}
+
+void setVariable(id object, const char* name, id value) {
+    const Ivar ivar = class_getInstanceVariable(object_getClass(object), name);
+    if (ivar == nullptr) {
+        [NSException raise:NSInvalidArgumentException format:@"no variable %s", name];
+    }
+    const id before = object_getIvar(object, ivar);
+    object_setIvar(object, ivar, [value retain]);
+    [before release];
+}
+
+id variable(id object, const char* name) {
+    const Ivar ivar = class_getInstanceVariable(object_getClass(object), name);
+    return ivar == nullptr ? nil : object_getIvar(object, ivar);
+}
+
+std::string shown(id object) {
+    if (object == nil) {
+        return "nil";
+    }
+    {
+        const std::scoped_lock lock(state().mutex);
+        const auto name = state().names.find(object);
+        if (name != state().names.end()) {
+            return name->second;
+        }
+    }
+    if ([object isKindOfClass:[NSString class]]) {
+        return "\"" + std::string([object UTF8String]) + "\"";
+    }
+    return "<" + std::string(class_getName(object_getClass(object))) + ">";
+}
+
+std::string shown(BOOL flag) {
+    return flag ? "YES" : "NO";
+}
+
+std::string shown(int number) {
+    return std::to_string(number);
+}
+
+std::string shown(long number) {
+    return std::to_string(number);
+}
+
+std::string shown(long long number) {
+    return std::to_string(number);
+}
+
+std::string shown(unsigned long number) {
+    return std::to_string(number);
+}
+
+std::string shown(unsigned long long number) {
+    return std::to_string(number);
+}
+
+std::string shown(double number) {
+    return printed("%.17g", number).size() > 8 ? printed("%g", number) : printed("%.17g", number);
+}
+
+std::string shown(CGPoint point) {
+    return "{" + shown(point.x) + ", " + shown(point.y) + "}";
+}
+
+std::string shown(CGSize size) {
+    return "{" + shown(size.width) + ", " + shown(size.height) + "}";
+}
+
+std::string shown(CGRect rect) {
+    return "{" + shown(rect.origin) + ", " + shown(rect.size) + "}";
+}
+
+std::string shown(const IconImageInfo& info) {
+    return "{" + shown(info.width) + ", " + shown(info.height) + ", " + shown(info.scale) + ", " +
+           shown(info.continuousCornerRadius) + "}";
+}
+
+std::string shown(SEL selector) {
+    return selector == nullptr ? "null" : sel_getName(selector);
+}
+
+std::string shown(const Shown& argument) {
+    return argument.text;
+}
+
+Shown shownPointer(const void* pointer) {
+    return {pointer == nullptr ? "null" : "set"};
+}
+
+void receive(id receiver, SEL selector, const std::vector<std::string>& arguments) {
+    std::string call;
+    const char* rest = sel_getName(selector);
+    for (const std::string& argument : arguments) {
+        const char* const colon = std::strchr(rest, ':');
+        if (colon == nullptr) {
+            break;
+        }
+        call += (call.empty() ? "" : " ") + std::string(rest, colon + 1) + " " + argument;
+        rest = colon + 1;
+    }
+    note(methodName(receiver, object_getClass(receiver), call + rest));
+    const auto script = scriptWith(receiver, selector,
+                                   [](const Script& found) { return !found.exception.empty(); });
+    if (script) {
+        [NSException raise:[NSString stringWithUTF8String:script->exception.c_str()]
+                    format:@"as the test asked"];
+    }
+}
+
+std::optional<id> answerSet(id receiver, SEL selector) {
+    const auto script = scriptWith(receiver, selector,
+                                   [](const Script& found) { return found.object.has_value(); });
+    return script ? script->object : std::nullopt;
+}
+
+id answer(id receiver, SEL selector) {
+    return answerSet(receiver, selector).value_or(nil);
+}
+
+double numberAnswer(id receiver, SEL selector, double otherwise) {
+    const auto script = scriptWith(receiver, selector,
+                                   [](const Script& found) { return found.number.has_value(); });
+    return script ? *script->number : otherwise;
+}
+
+CGRect rectAnswer(id receiver, SEL selector) {
+    const auto script =
+        scriptWith(receiver, selector, [](const Script& found) { return found.rect.has_value(); });
+    return script ? *script->rect : CGRect{};
+}
+
+}  // namespace velmoranth::standins
