@@ -122,6 +122,23 @@ Value get(CGImageRef image, Value ImageLayout::* member) {
 
 @end
 
+@implementation CFDataStandIn
+
+- (void)dealloc {
+    delete bytes_;
+    [super dealloc];
+}
+
+- (NSUInteger)length {
+    return bytes_->size();
+}
+
+- (const void*)bytes {
+    return bytes_->data();
+}
+
+@end
+
 @implementation CGImageStandIn
 
 - (void)dealloc {
@@ -175,9 +192,13 @@ CGDataProviderRef CGDataProviderCreateWithData(void* info, const void* data, siz
 CFDataRef CGDataProviderCopyData(CGDataProviderRef provider) {
     note("CGDataProviderCopyData()");
     const auto* const object = objectOf<CGDataProviderStandIn>(provider);
-    return object == nil
-               ? nullptr
-               : (CFDataRef)[[NSData alloc] initWithBytes:object->data_ length:object->size_];
+    if (object == nil) {
+        return nullptr;
+    }
+    const auto* const bytes = static_cast<const std::uint8_t*>(object->data_);
+    auto* const copy = [[CFDataStandIn alloc] init];
+    copy->bytes_ = new velmoranth::standins::Bytes(bytes, bytes + object->size_);
+    return (CFDataRef)copy;
 }
 
 void CGDataProviderRelease(CGDataProviderRef provider) {

@@ -20,6 +20,16 @@
 }
 @end
 
+// What a provider's copy is: the part of NSData that reads, counted.
+@interface CFDataStandIn : StandIn {
+  @public
+    velmoranth::standins::Bytes* bytes_;
+}
+
+- (NSUInteger)length;
+- (const void*)bytes;
+@end
+
 @interface CGImageStandIn : StandIn {
   @public
     velmoranth::standins::ImageLayout* layout_;

@@ -32,7 +32,7 @@ bool opens(const std::string& path, NSError** error) {
     NSError* const reported =
         file == nullptr ? [NSError errorWithDomain:@"NSCocoaErrorDomain"
                                               code:kFileReadNoSuchFile
-                                          userInfo:@{@"NSLocalizedDescription" : @"No such file."}]
+                                          userInfo:@{NSLocalizedDescriptionKey : @"No such file."}]
                         : file->error;
     if (error != nullptr && reported != nil) {
         *error = reported;
