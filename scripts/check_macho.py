@@ -1,0 +1,320 @@
+#!/usr/bin/env python3
+"""Checks the library for the phone, as far as its file tells whether it will load there and do its
+work: what iOS 12 can load, what it exports and imports, constructors, classes, signature.
+
+usage: check_macho.py [--unstripped FILE] [--exports LIST] [--stubs FOLDER]... [--tables LIST]
+                      [--install-name PATH] [--contents] LIBRARY
+       check_macho.py --arm64e [--exports LIST] [--install-name PATH] SLICE
+
+Prints a line for each thing that is wrong and where to mend it, or one that all is well; with --contents
+then also what is in the library. --arm64e looks at a slice that was built elsewhere, and prints one line
+when it does not fit. Exit code 1 when something is wrong, 3 when a file cannot be read."""
+
+import argparse
+import collections
+import pathlib
+import re
+import struct
+import sys
+
+import macho
+from macho import BadFile, MachO
+
+MAX_SIZE = 400_000
+PAGE = 0x4000
+INSTALL_NAME = "/Library/MobileSubstrate/DynamicLibraries/VelMoranth.dylib"
+CONSTRUCTORS = ["installHooks", "startSettings"]
+AD_HOC = 0x2
+# How an instance comes and goes; the tables list what others send to it.
+LIFETIME = {"init", "dealloc", ".cxx_construct", ".cxx_destruct"}
+
+Tables = collections.namedtuple("Tables", "classes rows")
+
+
+def read_tables(path):
+    """What velmoranth_library_tables prints: {class: ({class selectors}, {selectors})} and the rows."""
+    classes, rows, current = {}, [], None
+    for line in pathlib.Path(path).read_text().splitlines():
+        if line.startswith("class "):
+            current = classes.setdefault(line.removeprefix("class "), (set(), set()))
+        elif line.startswith("row "):
+            rows.append(tuple(line.split(" ")[1:]))
+        elif line[:1] in "+-" and current is not None:
+            current[line[0] == "-"].add(line[1:])
+        else:
+            raise BadFile(f"has a line that is no row of a table: {line}")
+    if not classes or not rows:
+        raise BadFile("has no tables in it")
+    return Tables(classes, rows)
+
+
+def read_stubs(folders):
+    """{install name: symbols} of the text stubs below the folders."""
+    libraries = {}
+    for path in sorted(path for folder in folders for path in pathlib.Path(folder).rglob("*.tbd")):
+        text = path.read_text()
+        name = re.search(r"^install-name:\s*'([^']+)'", text, re.MULTILINE)
+        if name is None:
+            raise BadFile(f"has a stub without an install name: {path}")
+        symbols = set()
+        for key, names in re.findall(r"(symbols|objc-classes):\s*\[([^\]]*)\]", text):
+            for symbol in re.findall(r"[^\s,']+", names):
+                symbols.update([symbol] if key == "symbols" else
+                               [f"_OBJC_CLASS_$_{symbol}", f"_OBJC_METACLASS_$_{symbol}"])
+        libraries[name.group(1)] = symbols
+    return libraries
+
+
+def read_list(path):
+    lines = pathlib.Path(path).read_text().splitlines()
+    return sorted(line.strip() for line in lines if line.strip() and not line.startswith("#"))
+
+
+def difference(what, found, wanted):
+    return [*(f"{what} {name} is missing" for name in sorted(set(wanted) - set(found))),
+            *(f"{what} {name} should not be there" for name in sorted(set(found) - set(wanted)))]
+
+
+# The checks: each gives what is wrong, a line each.
+
+def check_kind(library):
+    problems = []
+    if (library.cpu, library.subtype) != (macho.CPU_ARM64, macho.SUBTYPE_ALL):
+        problems.append(f"is for processor {library.cpu:#x}/{library.subtype}, not arm64")
+    if library.file_type != macho.TYPE_DYLIB:
+        problems.append(f"is a file of type {library.file_type}, not a dynamic library")
+    platform, *version = library.platform_and_minimum()
+    if platform != macho.PLATFORM_IOS or version != [12, 0]:
+        problems.append(f"is for platform {platform}, {version[0]}.{version[1]}, "
+                        "not iOS 12.0")
+    return problems
+
+
+def check_load_commands(library, install_name):
+    problems = []
+    if not library.all_of(macho.DYLD_INFO):
+        problems.append("has no classic fix-ups")
+    for command in (macho.CHAINED_FIXUPS, macho.EXPORTS_TRIE):
+        if library.all_of(command):
+            problems.append(f"has {macho.COMMAND_NAMES[command]}, which iOS 12 does not know")
+    if library.install_name() != install_name:
+        problems.append(f"calls itself {library.install_name()}")
+    end = 0
+    for segment in library.segments:
+        if segment.address % PAGE or segment.offset % PAGE or segment.address < end:
+            problems.append(f"has its segment {segment.name} off a page or over another")
+        if segment.file_size > segment.size:
+            problems.append(f"has its segment {segment.name} larger in the file than in memory")
+        end = segment.address + segment.size
+    if not library.segments or library.segments[-1].name != "__LINKEDIT":
+        problems.append("does not end with __LINKEDIT")
+    return problems
+
+
+def check_exports(library, wanted):
+    return difference("export", library.exports(), wanted)
+
+
+def check_imports(library, stubs):
+    """Each import comes from a library that has it on iOS 12, found by its name and that library's."""
+    problems = [f"links {name} {kind}" for kind, name in library.other_dylibs]
+    problems += [f"links {name}" for name in library.dylibs if name not in stubs]
+    if library.dyld_info()["weak"][1]:
+        problems.append("has symbols that another library may replace")
+    _, undefined = library.symbols()
+    wanted = {*undefined, *((bind.symbol, bind.ordinal) for bind in library.binds())}
+    if not wanted:
+        problems.append("imports nothing")
+    for symbol, ordinal in sorted(wanted):
+        if not 1 <= ordinal <= len(library.dylibs):
+            problems.append(f"import {symbol} names no library")
+        elif symbol not in stubs.get(library.dylibs[ordinal - 1], ()):
+            problems.append(f"import {symbol} is not in {library.dylibs[ordinal - 1]}")
+    return problems
+
+
+def check_constructors(library, names):
+    """`names` is a list, or the number of them where names are stripped."""
+    calls = library.words("__DATA", "__mod_init_func")
+    problems = []
+    if ("__TEXT", "__init_offsets") in library.sections:
+        problems.append("has constructors in a form that iOS 12 does not know")
+    if isinstance(names, int):
+        if len(calls) != names:
+            problems.append(f"has {len(calls)} constructors, not {names}")
+        return problems
+    defined, _ = library.symbols()
+    found = [" or ".join(defined.get(call, ["one without a name"])) for call in calls]
+    # A C++ function's name stands in its symbol behind its length.
+    if len(found) != len(names) or any(f"{len(name)}{name}Ev" not in symbol
+                                       for name, symbol in zip(names, found)):
+        problems.append(f"has the constructors {', '.join(found) or 'none'}, "
+                        f"not {', then '.join(names)}")
+    return problems
+
+
+def check_classes(library, tables):
+    problems = difference("class", [cls.name for cls in library.classes()], tables.classes)
+    for cls in library.classes():
+        sides = zip("+-", (cls.class_methods, cls.methods), tables.classes.get(cls.name, ()))
+        for side, found, wanted in sides:
+            problems += difference(f"method {side}[{cls.name}]", set(found) - LIFETIME,
+                                   set(wanted) - LIFETIME)
+    loaded = [cls.name for cls in library.classes("__objc_nlclslist")]
+    wanted = [name for name, (selectors, _) in tables.classes.items() if "load" in selectors]
+    return problems + difference("class with +load", loaded, wanted)
+
+
+def check_rows(library, tables):
+    strings = library.strings()
+    return [f"row {' '.join(row)}: {text} is not among the texts"
+            for row in tables.rows for text in row if text not in strings]
+
+
+def check_signature(library):
+    signature = library.signature()
+    problems = []
+    if not signature.flags & AD_HOC:
+        problems.append("has a signature that is not ad hoc")
+    if not signature.sha256:
+        problems.append("has hashes other than SHA-256")
+    if not signature.covers_file:
+        problems.append("has a signature that does not cover the file")
+    if not signature.pages_match:
+        problems.append("differs from the hashes in its signature")
+    return problems
+
+
+def check_size(library):
+    size = len(library.data)
+    return [f"has {size} bytes, more than {MAX_SIZE}"] if size > MAX_SIZE else []
+
+
+def check_same_code(library, unstripped):
+    return [] if (library.contents("__TEXT", "__text") and
+                  library.contents("__TEXT", "__text") == unstripped.contents("__TEXT", "__text")) \
+        else ["has not the code of the library with names"]
+
+
+def check_slice(library, exports, install_name):
+    """What a slice for processors with pointer authentication has to be to be joined with ours."""
+    problems = []
+    if (library.cpu, library.subtype) != (macho.CPU_ARM64, macho.SUBTYPE_ARM64E):
+        problems.append("is not arm64e; build it with -arch arm64e")
+    elif library.capabilities & 0x80:
+        problems.append("has the arm64e of iOS 14, which iOS 12 and 13 do not load; build it with Xcode 11")
+    elif library.file_type != macho.TYPE_DYLIB:
+        problems.append("is not a dynamic library; link it with -dynamiclib")
+    elif library.install_name() != install_name:
+        problems.append(f"calls itself {library.install_name()}; link it with -install_name {install_name}")
+    elif library.platform_and_minimum()[0] != macho.PLATFORM_IOS or library.platform_and_minimum()[1] > 12:
+        problems.append("is not for iOS 12; build it with -miphoneos-version-min=12.0")
+    elif exports is not None and library.all_of(macho.DYLD_INFO) and library.exports() != exports:
+        problems.append("exports other symbols; link it with -exported_symbols_list device/exports.txt")
+    return problems
+
+
+def print_contents(library):
+    platform, major, minor = library.platform_and_minimum()
+    names = [macho.COMMAND_NAMES.get(command, hex(command)) for command, _, _ in library.commands
+             if command != macho.LOAD_DYLIB]
+    print(f"{len(library.data)} bytes, arm64, iOS {major}.{minor}" if platform == macho.PLATFORM_IOS
+          else f"{len(library.data)} bytes, platform {platform}")
+    print("segments: " + ", ".join(f"{segment.name} {segment.file_size}" for segment in library.segments))
+    print("load commands: " + " ".join(names))
+    used = collections.Counter(library.dylibs[ordinal - 1] for _, ordinal in library.symbols()[1]
+                               if 1 <= ordinal <= len(library.dylibs))
+    for name in library.dylibs:
+        print(f"links {name}: {used[name]} symbols")
+    print("exports: " + " ".join(library.exports()))
+    for cls in library.classes():
+        print(f"class {cls.name}: {len(cls.class_methods)} class methods, {len(cls.methods)} others")
+
+
+def checks_of(library, arguments):
+    """(what is checked, where to mend it, a function that says what is wrong) for each check that the
+    arguments ask for."""
+    linking = "see the flags in scripts/device-toolchain.sh"
+    yield "kind", linking, lambda: check_kind(library)
+    yield "load commands", linking, lambda: check_load_commands(library, arguments.install_name)
+    if arguments.exports:
+        exports = read_list(arguments.exports)
+        yield "exports", f"compare {arguments.exports}", lambda: check_exports(library, exports)
+    if arguments.stubs:
+        stubs = read_stubs(arguments.stubs)
+        yield "imports", "see the stubs in device/sysroot", lambda: check_imports(library, stubs)
+    only_two = "device/startup.cpp has them all, and is linked last"
+    yield "constructors", only_two, lambda: check_constructors(library, len(CONSTRUCTORS))
+    if arguments.unstripped:
+        named = open_library(arguments.unstripped)
+        yield "constructors by name", only_two, lambda: check_constructors(named, CONSTRUCTORS)
+        yield "same code", "link both from the same objects", lambda: check_same_code(library, named)
+    if arguments.tables:
+        tables = read_tables(arguments.tables)
+        classes = "compare device/classes with src/core/library_classes.cpp"
+        yield "classes", classes, lambda: check_classes(library, tables)
+        yield "replaced methods", "compare src/core/hook_rows.h", lambda: check_rows(library, tables)
+    yield "signature", "link again; nothing may change the file afterwards", lambda: check_signature(library)
+    yield "size", "see what grew with llvm-nm-19 --print-size --size-sort", lambda: check_size(library)
+
+
+def open_library(path):
+    try:
+        return MachO(pathlib.Path(path).read_bytes())
+    except BadFile as bad:
+        raise BadFile(f"{path}: {bad}") from bad
+
+
+def check_library(arguments):
+    library = open_library(arguments.library)
+    done, failed = [], False
+    for name, hint, check in checks_of(library, arguments):
+        try:
+            problems = check()
+        except BadFile as bad:
+            problems = [str(bad)]
+        for problem in problems:
+            print(f"{name}: FAIL: {arguments.library}: {problem}; {hint}")
+        failed = failed or bool(problems)
+        done.append(name)
+    if failed:
+        return 1
+    print(f"structure: OK ({', '.join(done)})")
+    if arguments.contents:
+        print_contents(library)
+    return 0
+
+
+def check_arm64e(arguments):
+    try:
+        library = MachO(pathlib.Path(arguments.library).read_bytes())
+        exports = read_list(arguments.exports) if arguments.exports else None
+        problems = check_slice(library, exports, arguments.install_name)
+    except BadFile as bad:
+        hint = "; take one with lipo -thin arm64e" if "several" in str(bad) else ""
+        problems = [f"{bad}{hint}"]
+    for problem in problems:
+        print(f"{arguments.library}: {problem}", file=sys.stderr)
+    return 1 if problems else 0
+
+
+def main():
+    parser = argparse.ArgumentParser(usage=__doc__.split("usage: ")[1].split("\n\n")[0])
+    parser.add_argument("--arm64e", action="store_true")
+    parser.add_argument("--unstripped")
+    parser.add_argument("--exports")
+    parser.add_argument("--stubs", action="append", default=[])
+    parser.add_argument("--tables")
+    parser.add_argument("--install-name", default=INSTALL_NAME)
+    parser.add_argument("--contents", action="store_true")
+    parser.add_argument("library")
+    arguments = parser.parse_args()
+    try:
+        return check_arm64e(arguments) if arguments.arm64e else check_library(arguments)
+    except (BadFile, OSError, struct.error, UnicodeDecodeError) as error:
+        print(f"check_macho.py: {error}", file=sys.stderr)
+        return 3
+
+
+if __name__ == "__main__":
+    sys.exit(main())

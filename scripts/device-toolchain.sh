@@ -1,0 +1,75 @@
+# shellcheck shell=bash
+# How sources become a Mach-O library for the phone: arm64, iOS 12.0. Sourced, from the top folder, by
+# what builds one: scripts/device-build, and the tests of the checker.
+
+# Folders of the machine have no place in a build for another system.
+unset CPATH C_INCLUDE_PATH CPLUS_INCLUDE_PATH OBJC_INCLUDE_PATH LIBRARY_PATH SDKROOT
+export LC_ALL=C
+
+readonly deviceInstallName=/Library/MobileSubstrate/DynamicLibraries/VelMoranth.dylib
+readonly deviceCxxSymbols=device/libcxx-ios12-symbols.txt
+
+deviceCompiler=(clang++-19)
+if command -v ccache >/dev/null; then
+    deviceCompiler=(ccache clang++-19)
+fi
+
+# Without -isysroot the compiler would take the headers of this machine's own system.
+deviceCompileFlags=(
+    -target arm64-apple-ios12.0
+    -isysroot "$PWD/device/sysroot"
+    -nostdinc++ -isystem device/cxx -isystem /usr/lib/llvm-19/include/c++/v1
+    -std=c++20 -Os -DNDEBUG -fvisibility=hidden -fvisibility-inlines-hidden
+    -ffunction-sections -fdata-sections "-ffile-prefix-map=$PWD=."
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
+)
+
+# Classic fix-ups, absolute method lists and a signature of its own are what iOS 12 loads; the linker
+# would choose them by the target, and is told all the same.
+deviceLinkFlags=(
+    -arch arm64 -dylib -install_name "$deviceInstallName"
+    -current_version 1.0 -compatibility_version 1.0
+    -syslibroot "$PWD/device/sysroot" -F "$PWD/device/sysroot/Library/Frameworks"
+    -no_fixup_chains -no_objc_relative_method_lists -adhoc_codesign
+    -dead_strip -dead_strip_dylibs -undefined error
+    -lobjc -lSystem -lc++ -framework CoreFoundation -framework Foundation -framework UIKit
+    -framework CoreGraphics -framework CydiaSubstrate
+)
+devicePlatform=(-platform_version ios 12.0 13.0)
+
+# compile_for_device OBJECTS FLAGS... <SOURCES: OBJECTS/<source>.o for each source, a line each.
+compile_for_device() {
+    local objects=$1 source sources
+    shift
+    mapfile -t sources
+    for source in "${sources[@]}"; do
+        mkdir -p "$objects/${source%/*}"
+    done
+    printf '%s\n' "${sources[@]}" |
+        xargs -P "${VELMORANTH_JOBS:-$(nproc)}" -I{} \
+            "${deviceCompiler[@]}" "${deviceCompileFlags[@]}" "$@" -c {} -o "$objects/{}.o"
+}
+
+# write_cxx_stub FOLDER: what to link in place of the phone's C++ library. It has the symbols that are
+# known to be in it, so that the linker refuses all others.
+write_cxx_stub() {
+    mkdir -p "$1"
+    {
+        echo "--- !tapi-tbd"
+        echo "tbd-version:     4"
+        echo "targets:         [ arm64-ios, arm64e-ios ]"
+        echo "install-name:    '/usr/lib/libc++.1.dylib'"
+        echo "current-version: 400.9"
+        echo "exports:"
+        echo "  - targets:     [ arm64-ios, arm64e-ios ]"
+        echo "    symbols:     [ $(grep -v -e '^#' -e '^$' "$deviceCxxSymbols" | sort -u | paste -sd, -) ]"
+        echo "..."
+    } >"$1/libc++.tbd"
+}
+
+# link_for_device OUTPUT STUBS FLAGS-AND-OBJECTS...: the C++ library's stub is looked for in STUBS.
+link_for_device() {
+    local output=$1 stubs=$2
+    shift 2
+    ld64.lld-19 "${deviceLinkFlags[@]}" "${devicePlatform[@]}" -L"$stubs" "$@" -o "$output"
+}

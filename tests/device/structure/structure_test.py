@@ -1,0 +1,301 @@
+#!/usr/bin/env python3
+"""Tests scripts/check_macho.py, scripts/device-join and scripts/make_deb.py on small libraries that are
+built like the one for the phone, and on others with one thing wrong with each of them.
+
+usage: structure_test.py FOLDER-FOR-THE-SAMPLES [unittest arguments]"""
+
+import io
+import os
+import pathlib
+import random
+import re
+import shutil
+import subprocess
+import sys
+import tarfile
+import tempfile
+import unittest
+
+HERE = pathlib.Path(__file__).resolve().parent
+ROOT = HERE.parents[2]
+SCRIPTS = ROOT / "scripts"
+EXPORTS = HERE / "sample/exports.txt"
+TABLES = HERE / "sample/tables.txt"
+SAMPLES = None
+
+sys.path.insert(0, str(SCRIPTS))
+import check_macho  # noqa: E402
+import macho  # noqa: E402
+
+
+def run(*command, **options):
+    return subprocess.run([str(part) for part in command], capture_output=True, text=True, check=False,
+                          timeout=60, **options)
+
+
+def check(library, unstripped=None, tables=TABLES):
+    names = ["--unstripped", unstripped] if unstripped else []
+    return run(SCRIPTS / "check_macho.py", *names, "--exports", EXPORTS, "--tables", tables,
+               "--stubs", ROOT / "device/sysroot", "--stubs", SAMPLES / "stubs", library)
+
+
+def check_sample(name, **options):
+    return check(SAMPLES / f"{name}.dylib", SAMPLES / f"{name}-unstripped.dylib", **options)
+
+
+def failures(result):
+    """The names of the checks that failed."""
+    return re.findall(r"^([\w ]+): FAIL: ", result.stdout, re.MULTILINE)
+
+
+class Samples(unittest.TestCase):
+    def setUp(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp())
+        self.addCleanup(shutil.rmtree, self.folder)
+        self.good = (SAMPLES / "good.dylib").read_bytes()
+
+    def written(self, data, name="changed.dylib"):
+        path = self.folder / name
+        path.write_bytes(data)
+        return path
+
+
+class Structure(Samples):
+    def test_good_library_passes_every_check(self):
+        result = check_sample("good")
+        self.assertEqual((result.returncode, result.stderr), (0, ""), result.stdout)
+        self.assertRegex(result.stdout, r"^structure: OK \(")
+
+    def test_missing_export_list(self):
+        result = check_sample("all-exported")
+        self.assertEqual((result.returncode, failures(result)), (1, ["exports"]))
+        self.assertIn("export _otherLength should not be there", result.stdout)
+
+    def test_swapped_constructors(self):
+        result = check_sample("swapped")
+        self.assertEqual((result.returncode, failures(result)), (1, ["constructors by name"]))
+
+    def test_names_of_another_build_do_not_vouch_for_this_one(self):
+        result = check(SAMPLES / "swapped.dylib", SAMPLES / "good-unstripped.dylib")
+        self.assertEqual((result.returncode, failures(result)), (1, ["same code"]))
+
+    def test_newer_system(self):
+        self.assertIn("kind", failures(check_sample("newer-system")))
+
+    def test_chained_fixups(self):
+        self.assertIn("load commands", failures(check_sample("chained")))
+
+    def test_other_install_name(self):
+        self.assertEqual(failures(check_sample("other-name")), ["load commands"])
+
+    def test_missing_signature(self):
+        self.assertEqual(failures(check_sample("without-signature")), ["signature"])
+
+    def test_import_that_no_library_has(self):
+        result = check_sample("stray")
+        self.assertIn("imports: FAIL", result.stdout)
+        self.assertIn("_inNoLibrary", result.stdout)
+
+    def test_stub_without_an_import(self):
+        stubs = self.folder / "stubs"
+        shutil.copytree(ROOT / "device/sysroot", stubs)
+        path = stubs / "usr/lib/libSystem.tbd"
+        path.write_text(path.read_text().replace(" _strlen,", ""))
+        result = run(SCRIPTS / "check_macho.py", "--stubs", stubs, SAMPLES / "good.dylib")
+        self.assertEqual(failures(result), ["imports"])
+        self.assertIn("import _strlen is not in /usr/lib/libSystem.B.dylib", result.stdout)
+
+    def test_tables_that_ask_for_more_or_less(self):
+        text = TABLES.read_text()
+        for changed, failed, message in (
+                (text.replace("-play:\n", ""), "classes", "method -[Sample] play: should not be there"),
+                (text.replace("-play:", "-play:\n-stop"), "classes", "method -[Sample] stop is missing"),
+                (text.replace("+sharedSample", "-sharedSample"), "classes", "+[Sample] sharedSample"),
+                (text.replace("+load\n", ""), "classes", "class with +load Sample should not"),
+                (text.replace("class Sample", "class Other"), "classes", "class Other is missing"),
+                (text.replace("layoutSampleOf:", "layoutOther"), "replaced methods", "layoutOther")):
+            tables = self.folder / "tables.txt"
+            tables.write_text(changed)
+            result = check_sample("good", tables=tables)
+            self.assertEqual(set(failures(result)), {failed}, changed)
+            self.assertIn(message, result.stdout)
+
+    def test_larger_than_allowed(self):
+        library = macho.MachO(self.good + bytes(check_macho.MAX_SIZE))
+        self.assertEqual(len(check_macho.check_size(library)), 1)
+        self.assertEqual(check_macho.check_size(macho.MachO(self.good)), [])
+
+    def test_any_flipped_byte_is_noticed(self):
+        signed = macho.MachO(self.good)
+        limit, = signed.unpack("<I", signed.the_one(macho.CODE_SIGNATURE)[0] + 8)
+        numbers = random.Random(1)
+        for place in [0, 40, limit - 1, *(numbers.randrange(limit) for _ in range(20))]:
+            changed = bytearray(self.good)
+            changed[place] ^= 0x10
+            result = check(self.written(changed))
+            self.assertIn(result.returncode, (1, 3), f"byte {place}")
+            self.assertNotIn("Traceback", result.stderr, f"byte {place}")
+
+
+class DamagedFiles(Samples):
+    """Whatever a file holds, the reader says BadFile or reads on inside it."""
+
+    def all_checks(self, data):
+        try:
+            library = macho.MachO(data)
+        except macho.BadFile:
+            return
+        tables = check_macho.read_tables(TABLES)
+        for one in (lambda: check_macho.check_kind(library),
+                    lambda: check_macho.check_load_commands(library, check_macho.INSTALL_NAME),
+                    lambda: check_macho.check_exports(library, []),
+                    lambda: check_macho.check_imports(library, {}),
+                    lambda: check_macho.check_constructors(library, check_macho.CONSTRUCTORS),
+                    lambda: check_macho.check_classes(library, tables),
+                    lambda: check_macho.check_rows(library, tables),
+                    lambda: check_macho.check_signature(library),
+                    lambda: check_macho.check_slice(library, [], check_macho.INSTALL_NAME)):
+            try:
+                one()
+            except macho.BadFile:
+                pass
+
+    def test_cut_off_anywhere(self):
+        for size in [*range(0, 2048, 7), *range(2048, len(self.good), 997)]:
+            self.all_checks(self.good[:size])
+
+    def test_bytes_changed_anywhere(self):
+        numbers = random.Random(2)
+        commands = 32 + macho.MachO(self.good).unpack("<I", 20)[0]
+        linkedit = macho.MachO(self.good).segments[-1].offset
+        for _ in range(1500):
+            changed = bytearray(self.good)
+            for _ in range(numbers.randint(1, 4)):
+                low, high = numbers.choice([(0, commands), (linkedit, len(changed)), (0, len(changed))])
+                changed[numbers.randrange(low, high)] = numbers.choice([0, 1, 0x7F, 0x80, 0xFF])
+            self.all_checks(bytes(changed))
+
+    def test_no_file_and_no_library_are_one_line(self):
+        for path, text in ((self.folder / "none.dylib", "No such file"),
+                           (self.written(b"no library"), "is no Mach-O file"),
+                           (self.written(b""), "is no Mach-O file")):
+            result = check(path)
+            self.assertEqual(result.returncode, 3)
+            self.assertRegex(result.stderr, rf"^check_macho.py: .*{re.escape(path.name)}.*\n$")
+            self.assertIn(text, result.stderr)
+
+
+class Join(Samples):
+    """A slice is the sample with its processor said to be another: what is joined is never run here."""
+
+    def slice(self, subtype=2, source="good"):
+        data = bytearray((SAMPLES / f"{source}.dylib").read_bytes())
+        data[8:12] = subtype.to_bytes(4, "little")
+        return self.written(data, f"{source}-{subtype:x}.dylib")
+
+    def join(self, path):
+        self.joined = self.folder / "joined/VelMoranth.dylib"
+        return run(SCRIPTS / "device-join", SAMPLES / "good.dylib", path, self.joined, EXPORTS)
+
+    def test_both_are_in_it_unchanged(self):
+        path = self.slice()
+        result = self.join(path)
+        self.assertEqual((result.returncode, result.stderr), (0, ""))
+        for name, source in (("arm64", SAMPLES / "good.dylib"), ("arm64e", path)):
+            part = self.folder / name
+            self.assertEqual(run("llvm-lipo-19", "-thin", name, self.joined, "-output", part).returncode, 0)
+            self.assertEqual(part.read_bytes(), source.read_bytes())
+
+    def test_what_does_not_fit_is_one_line_with_the_file(self):
+        object_file = SAMPLES / "objects/tests/device/structure/sample/startup.cpp.o"
+        for path, message in ((self.slice(0), "is not arm64e"),
+                              (self.slice(0x80000002), "has the arm64e of iOS 14"),
+                              (self.slice(source="other-name"), "calls itself /usr/lib/other.dylib"),
+                              (self.slice(source="all-exported"), "exports other symbols"),
+                              (self.slice(source="newer-system"), "is not for iOS 12"),
+                              (object_file, "is not arm64e"),
+                              (self.written(b"text"), "is no Mach-O file"),
+                              (self.folder / "none", "no such file")):
+            with self.subTest(message):
+                result = self.join(path)
+                self.assertEqual(result.returncode, 1)
+                self.assertEqual(len(result.stderr.splitlines()), 1, result.stderr)
+                self.assertIn(f"{path}: {message}", result.stderr)
+                self.assertFalse(self.joined.exists())
+
+    def test_several_architectures_are_refused(self):
+        self.assertEqual(self.join(self.slice()).returncode, 0)
+        result = self.join(shutil.copy(self.joined, self.folder / "fat.dylib"))
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("fat.dylib: holds several architectures; take one with lipo", result.stderr)
+
+
+class Package(Samples):
+    def make(self, root, **environment):
+        output = pathlib.Path(tempfile.mkdtemp(dir=self.folder))
+        result = run(root / "scripts/make_deb.py", SAMPLES / "good.dylib", output,
+                     env={**os.environ, **environment})
+        self.assertEqual((result.returncode, result.stderr), (0, ""))
+        return next(output.glob("*.deb"))
+
+    def test_another_checkout_gives_the_same_bytes(self):
+        other = self.folder / "another/checkout"
+        for name in ("scripts", "layout", "device/package"):
+            shutil.copytree(ROOT / name, other / name)
+        shutil.copy(ROOT / "CMakeLists.txt", other)
+        for path in other.rglob("*"):
+            os.utime(path, (1, 1))
+            path.chmod(0o700)
+        self.assertEqual(self.make(ROOT).read_bytes(), self.make(other).read_bytes())
+
+    def test_the_time_is_the_one_that_is_asked_for(self):
+        package = self.make(ROOT, SOURCE_DATE_EPOCH="1600000000", TZ="UTC")
+        listing = run("dpkg-deb", "--contents", package, env={**os.environ, "TZ": "UTC"}).stdout
+        self.assertEqual({line.split()[3] for line in listing.splitlines()}, {"2020-09-13"})
+
+    def test_owners_modes_and_files(self):
+        raw = subprocess.run(["dpkg-deb", "--fsys-tarfile", str(self.make(ROOT))], capture_output=True,
+                             check=True, timeout=60).stdout
+        tar = tarfile.open(fileobj=io.BytesIO(raw))
+        entries = {info.name.removeprefix("./"): info for info in tar}
+        library = entries["Library/MobileSubstrate/DynamicLibraries/VelMoranth.dylib"]
+        self.assertEqual((library.mode, library.uid, library.gid), (0o755, 0, 0))
+        self.assertEqual(tar.extractfile(library).read(), self.good)
+        plist = entries["Library/MobileSubstrate/DynamicLibraries/VelMoranth.plist"]
+        self.assertEqual((plist.mode, plist.uid), (0o644, 0))
+        saved = entries["var/mobile/Library/VelMoranth/UserSettings"]
+        self.assertEqual((saved.mode, saved.uid, saved.gid), (0o755, 501, 501))
+        for path in (ROOT / "layout/var").rglob("*"):
+            info = entries[path.relative_to(ROOT / "layout").as_posix()]
+            if path.is_file():
+                self.assertEqual((tar.extractfile(info).read(), info.mode), (path.read_bytes(), 0o644))
+
+    def test_control_fields(self):
+        package = self.make(ROOT)
+        fields = dict(line.split(": ", 1) for line in run("dpkg-deb", "--field", package).stdout.splitlines()
+                      if not line.startswith(" "))
+        self.assertEqual((fields["Architecture"], fields["Section"]), ("iphoneos-arm", "Tweaks"))
+        self.assertIn("mobilesubstrate", fields["Depends"])
+        self.assertEqual(package.name, f"{fields['Package']}_{fields['Version']}_iphoneos-arm.deb")
+
+    def test_filter_is_a_property_list(self):
+        result = run(sys.executable, "-c", "import plistlib, sys; print(plistlib.load(open(sys.argv[1], 'rb')))",
+                     ROOT / "device/package/VelMoranth.plist")
+        self.assertEqual(result.stdout.strip(), "{'Filter': {'Bundles': ['com.apple.UIKit']}}")
+
+
+def main():
+    global SAMPLES
+    SAMPLES = pathlib.Path(sys.argv[1]).resolve()
+    # Here once, for all cases.
+    shutil.rmtree(SAMPLES, ignore_errors=True)
+    SAMPLES.mkdir(parents=True)
+    built = run(HERE / "build_samples", SAMPLES)
+    if built.returncode != 0:
+        print(built.stdout + built.stderr, file=sys.stderr)
+        return 1
+    return 0 if unittest.main(argv=[sys.argv[0], *sys.argv[2:]], exit=False).result.wasSuccessful() else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
