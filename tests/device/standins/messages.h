@@ -30,9 +30,14 @@ void setAnswer(const std::string& method, id object);
 void setAnswer(const std::string& method, double number);
 void setAnswer(const std::string& method, CGRect rect);
 void clearAnswer(const std::string& method);
+// One after the other, the last for ever.
+void setAnswers(const std::string& method, const std::vector<id>& objects);
+void setAnswers(const std::string& method, const std::vector<double>& numbers);
 
 // Every call raises an exception of that name, after it is noted.
 void raiseFrom(const std::string& method, const std::string& exceptionName);
+// That very object is thrown, and from that call on, the next one being the first.
+void raiseFrom(const std::string& method, id exception, int call = 1);
 void raiseNoMore(const std::string& method);
 
 // How the journal calls the object; "<UIView>" for one without a name.

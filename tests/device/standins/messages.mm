@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <deque>
 #include <map>
 #include <mutex>
 
@@ -12,9 +13,15 @@ namespace {
 
 struct Script {
     std::optional<id> object;
+    std::deque<id> laterObjects;  // held
     std::optional<double> number;
+    std::deque<double> laterNumbers;
     std::optional<CGRect> rect;
     std::string exception;
+    id exceptionObject = nil;
+    int callsBeforeException = 0;
+
+    [[nodiscard]] bool raises() const { return exceptionObject != nil || !exception.empty(); }
 };
 
 struct State {
@@ -39,6 +46,42 @@ void setObject(Script& script, std::optional<id> object) {
     script.object = object;
     [object.value_or(nil) retain];
     [before release];
+    for (const id later : script.laterObjects) {
+        [later release];
+    }
+    script.laterObjects.clear();
+}
+
+void setNumber(Script& script, std::optional<double> number) {
+    script.number = number;
+    script.laterNumbers.clear();
+}
+
+id nextObject(Script& script) {
+    const id object = *script.object;
+    if (!script.laterObjects.empty()) {
+        [object autorelease];
+        script.object = script.laterObjects.front();
+        script.laterObjects.pop_front();
+    }
+    return object;
+}
+
+double nextNumber(Script& script) {
+    const double number = *script.number;
+    if (!script.laterNumbers.empty()) {
+        script.number = script.laterNumbers.front();
+        script.laterNumbers.pop_front();
+    }
+    return number;
+}
+
+void setException(Script& script, const std::string& name, id object, int call) {
+    const id before = script.exceptionObject;
+    script.exception = name;
+    script.exceptionObject = [object retain];
+    script.callsBeforeException = call - 1;
+    [before release];
 }
 
 bool isClass(id receiver) {
@@ -49,17 +92,37 @@ std::string methodName(id receiver, Class cls, const std::string& rest) {
     return (isClass(receiver) ? "+[" : "-[") + std::string(class_getName(cls)) + " " + rest + "]";
 }
 
-// The script of the receiver's class, or of the nearest one above that has what is looked for.
+// The script of the receiver's class, or of the nearest one above that has what is looked for;
+// null for none. The state is locked.
 template <class Part>
-std::optional<Script> scriptWith(id receiver, SEL selector, Part part) {
-    const std::scoped_lock lock(state().mutex);
+Script* scriptWith(id receiver, SEL selector, Part part) {
     for (Class cls = object_getClass(receiver); cls != Nil; cls = class_getSuperclass(cls)) {
         const auto entry = state().scripts.find(methodName(receiver, cls, sel_getName(selector)));
         if (entry != state().scripts.end() && part(entry->second)) {
-            return entry->second;
+            return &entry->second;
         }
     }
-    return std::nullopt;
+    return nullptr;
+}
+
+struct Exception {
+    std::string name;
+    id object = nil;
+};
+
+// What the call raises; neither for nothing.
+Exception exceptionOf(id receiver, SEL selector) {
+    const std::scoped_lock lock(state().mutex);
+    Script* const script =
+        scriptWith(receiver, selector, [](const Script& found) { return found.raises(); });
+    if (script == nullptr) {
+        return {};
+    }
+    if (script->callsBeforeException > 0) {
+        --script->callsBeforeException;
+        return {};
+    }
+    return {script->exception, script->exceptionObject};
 }
 
 template <class... Numbers>
@@ -76,7 +139,7 @@ void setAnswer(const std::string& method, id object) {
 }
 
 void setAnswer(const std::string& method, double number) {
-    changeScript(method, [number](Script& script) { script.number = number; });
+    changeScript(method, [number](Script& script) { setNumber(script, number); });
 }
 
 void setAnswer(const std::string& method, CGRect rect) {
@@ -86,13 +149,33 @@ void setAnswer(const std::string& method, CGRect rect) {
 void clearAnswer(const std::string& method) {
     changeScript(method, [](Script& script) {
         setObject(script, std::nullopt);
-        script.number.reset();
+        setNumber(script, std::nullopt);
         script.rect.reset();
     });
 }
 
+void setAnswers(const std::string& method, const std::vector<id>& objects) {
+    changeScript(method, [&](Script& script) {
+        setObject(script, objects.front());
+        for (std::size_t i = 1; i < objects.size(); ++i) {
+            script.laterObjects.push_back([objects[i] retain]);
+        }
+    });
+}
+
+void setAnswers(const std::string& method, const std::vector<double>& numbers) {
+    changeScript(method, [&](Script& script) {
+        setNumber(script, numbers.front());
+        script.laterNumbers.assign(numbers.begin() + 1, numbers.end());
+    });
+}
+
 void raiseFrom(const std::string& method, const std::string& exceptionName) {
-    changeScript(method, [&](Script& script) { script.exception = exceptionName; });
+    changeScript(method, [&](Script& script) { setException(script, exceptionName, nil, 1); });
+}
+
+void raiseFrom(const std::string& method, id exception, int call) {
+    changeScript(method, [&](Script& script) { setException(script, "", exception, call); });
 }
 
 void raiseNoMore(const std::string& method) {
@@ -205,18 +288,21 @@ void receive(id receiver, SEL selector, const std::vector<std::string>& argument
         rest = colon + 1;
     }
     note(methodName(receiver, object_getClass(receiver), call + rest));
-    const auto script = scriptWith(receiver, selector,
-                                   [](const Script& found) { return !found.exception.empty(); });
-    if (script) {
-        [NSException raise:[NSString stringWithUTF8String:script->exception.c_str()]
+    const Exception exception = exceptionOf(receiver, selector);
+    if (exception.object != nil) {
+        @throw exception.object;
+    }
+    if (!exception.name.empty()) {
+        [NSException raise:[NSString stringWithUTF8String:exception.name.c_str()]
                     format:@"as the test asked"];
     }
 }
 
 std::optional<id> answerSet(id receiver, SEL selector) {
-    const auto script = scriptWith(receiver, selector,
-                                   [](const Script& found) { return found.object.has_value(); });
-    return script ? script->object : std::nullopt;
+    const std::scoped_lock lock(state().mutex);
+    Script* const script = scriptWith(receiver, selector,
+                                      [](const Script& found) { return found.object.has_value(); });
+    return script == nullptr ? std::nullopt : std::optional(nextObject(*script));
 }
 
 id answer(id receiver, SEL selector) {
@@ -224,15 +310,17 @@ id answer(id receiver, SEL selector) {
 }
 
 double numberAnswer(id receiver, SEL selector, double otherwise) {
-    const auto script = scriptWith(receiver, selector,
-                                   [](const Script& found) { return found.number.has_value(); });
-    return script ? *script->number : otherwise;
+    const std::scoped_lock lock(state().mutex);
+    Script* const script = scriptWith(receiver, selector,
+                                      [](const Script& found) { return found.number.has_value(); });
+    return script == nullptr ? otherwise : nextNumber(*script);
 }
 
 CGRect rectAnswer(id receiver, SEL selector) {
-    const auto script =
+    const std::scoped_lock lock(state().mutex);
+    const Script* const script =
         scriptWith(receiver, selector, [](const Script& found) { return found.rect.has_value(); });
-    return script ? *script->rect : CGRect{};
+    return script == nullptr ? CGRect{} : *script->rect;
 }
 
 }  // namespace velmoranth::standins
