@@ -25,6 +25,9 @@ target_compile_definitions(velmoranth_objc INTERFACE $<$<COMPILE_LANGUAGE:OBJCXX
 target_include_directories(velmoranth_objc INTERFACE "${PROJECT_SOURCE_DIR}/tests/device/shim")
 target_include_directories(velmoranth_objc SYSTEM INTERFACE /usr/include/GNUstep)
 target_link_libraries(velmoranth_objc INTERFACE gnustep-base objc BlocksRuntime)
+# Foundation here has calls by the names of those for blocks, which copy nothing. The true ones come first.
+target_link_options(velmoranth_objc INTERFACE
+    "LINKER:--push-state,--no-as-needed,-lBlocksRuntime,--pop-state")
 
 # The phone's frameworks as the library's own code declares them.
 add_library(velmoranth_frameworks INTERFACE)

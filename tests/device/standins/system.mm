@@ -164,7 +164,8 @@ void CFNotificationCenterPostNotification(CFNotificationCenterRef center, CFStri
         observers = systemState().observers;
     }
     // The centre carries neither object nor userInfo.
-    for (const auto& observer : observers) {
+    for (const auto& registered : observers) {
+        const auto observer = registered;  // for the block to keep, which keeps references as such
         if (observer.name == text) {
             dispatch_async(dispatch_get_main_queue(), ^{
               observer.callback(center, const_cast<void*>(observer.observer),
