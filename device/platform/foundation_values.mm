@@ -6,7 +6,6 @@
 #include <objc/runtime.h>
 
 #include <cstdint>
-#include <limits>
 #include <optional>
 #include <string>
 #include <utility>
@@ -37,11 +36,10 @@ PropertyList numberOf(NSNumber* number) {
         return PropertyList(real);
     }
     // An integer above or below what 64 bits hold comes as its nearest real number. The largest
-    // that they hold rounds up to the first that they do not.
+    // that they hold round up to the first that they do not, which then is a negative one.
     constexpr double kLimit = 9223372036854775808.0;
     const std::int64_t integer = [number longLongValue];
-    const bool fits = (real >= -kLimit && real < kLimit) ||
-                      (real == kLimit && integer == std::numeric_limits<std::int64_t>::max());
+    const bool fits = real >= -kLimit && (real < kLimit || (real == kLimit && integer > 0));
     return fits ? PropertyList(integer) : PropertyList(real);
 }
 

@@ -56,15 +56,23 @@ std::string utf8Of(const unichar* units, std::size_t count) {
     return text;
 }
 
+// The least that is written in so many bytes.
+constexpr std::array<std::uint32_t, 5> kLeast = {0, 0, 0x80, 0x800, 0x10000};
+
+bool isCharacter(const platform::CodePoint& point) {
+    // A byte of its own that is no ASCII begins no valid sequence.
+    return (point.length == 1 ? point.value < 0x80 : point.value >= kLeast.at(point.length)) &&
+           point.value <= 0x10FFFF && !isSurrogate(point.value);
+}
+
 std::vector<unichar> utf16Of(std::string_view text) {
     std::vector<unichar> units;
     units.reserve(text.size());
     for (std::size_t i = 0; i < text.size();) {
         const platform::CodePoint point = platform::codePointAt(text, i);
-        i += point.length;
-        // A byte of its own that is no ASCII begins no valid sequence.
-        const std::uint32_t c =
-            point.length == 1 && point.value >= 0x80 ? kReplacement : point.value;
+        const bool isValid = isCharacter(point);
+        const std::uint32_t c = isValid ? point.value : kReplacement;
+        i += isValid ? point.length : 1;
         if (c < 0x10000) {
             units.push_back(static_cast<unichar>(c));
         } else {

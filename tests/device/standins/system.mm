@@ -164,14 +164,14 @@ void CFNotificationCenterPostNotification(CFNotificationCenterRef center, CFStri
         observers = systemState().observers;
     }
     // The centre carries neither object nor userInfo.
-    for (const auto& registered : observers) {
-        const auto observer = registered;  // for the block to keep, which keeps references as such
-        if (observer.name == text) {
+    for (const velmoranth::standins::Observer& each : observers) {
+        if (each.name == text) {
+            const velmoranth::standins::Observer observer = each;  // the block's own
             dispatch_async(dispatch_get_main_queue(), ^{
+              NSString* const posted = velmoranth::standins::native(observer.name);
               observer.callback(center, const_cast<void*>(observer.observer),
-                                static_cast<CFStringRef>(static_cast<const void*>(
-                                    velmoranth::standins::native(observer.name))),
-                                nullptr, nullptr);
+                                static_cast<CFStringRef>(static_cast<const void*>(posted)), nullptr,
+                                nullptr);
             });
         }
     }
@@ -210,6 +210,16 @@ void CFNotificationCenterPostNotification(CFNotificationCenterRef center, CFStri
                                    self, key];
     [[NSException exceptionWithName:NSUndefinedKeyException reason:reason userInfo:nil] raise];
     return nil;
+}
+
+@end
+
+@implementation NSBundle (PhoneLayout)
+
+// The phone's bundles hold their Info.plist beside their other files, where GNUstep does not look.
+- (NSString*)bundleIdentifier {
+    NSString* const path = [[self bundlePath] stringByAppendingPathComponent:@"Info.plist"];
+    return [[NSDictionary dictionaryWithContentsOfFile:path] objectForKey:@"CFBundleIdentifier"];
 }
 
 @end

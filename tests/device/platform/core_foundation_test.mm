@@ -1,0 +1,100 @@
+#include "device/platform/phone_test.h"
+#include "device/platform/services.h"
+#include "device/standins/standin.h"
+
+#include <vector>
+
+namespace velmoranth::device {
+namespace {
+
+struct Delivery {
+    void* observer;
+    std::string name;
+    const void* object;
+    const void* userInfo;
+    bool isFromTheCentre;
+
+    friend bool operator==(const Delivery&, const Delivery&) = default;
+};
+
+std::vector<Delivery> deliveries;
+
+void note(platform::DarwinNotificationCenter& center, void* observer, const std::string& name,
+          const void* object, const platform::Dictionary* userInfo) {
+    deliveries.push_back(
+        {observer, name, object, userInfo, &center == &darwinNotificationCenter()});
+}
+
+int others = 0;
+
+void countOther(platform::DarwinNotificationCenter& /*center*/, void* /*observer*/,
+                const std::string& /*name*/, const void* /*object*/,
+                const platform::Dictionary* /*userInfo*/) {
+    ++others;
+}
+
+using platform::SuspensionBehavior;
+using CoreFoundation = PhoneTest;
+using DarwinNotificationCenter = PhoneTest;
+
+TEST_F(DarwinNotificationCenter, RegistersByNameAndBehaviour) {
+    standins::clearJournal();
+    darwinNotificationCenter().addObserver(nullptr, &note, "org.example/changed", nullptr,
+                                           SuspensionBehavior::coalesce);
+    darwinNotificationCenter().addObserver(nullptr, &note, "org.example/other", nullptr,
+                                           SuspensionBehavior::deliverImmediately);
+    EXPECT_EQ(standins::journal(),
+              (std::vector<std::string>{"CFNotificationCenterAddObserver(org.example/changed, 2)",
+                                        "CFNotificationCenterAddObserver(org.example/other, 4)"}));
+}
+
+TEST_F(DarwinNotificationCenter, CallsBackFromTheMainLoop) {
+    int self = 0;
+    darwinNotificationCenter().addObserver(&self, &note, "changed", nullptr,
+                                           SuspensionBehavior::coalesce);
+    standins::postDarwinNotification("changed");
+    EXPECT_TRUE(deliveries.empty());
+    standins::runMainQueue();
+    EXPECT_EQ(deliveries, (std::vector<Delivery>{{&self, "changed", nullptr, nullptr, true}}));
+}
+
+TEST_F(DarwinNotificationCenter, KeepsObserversApart) {
+    darwinNotificationCenter().addObserver(nullptr, &note, "one", nullptr,
+                                           SuspensionBehavior::coalesce);
+    darwinNotificationCenter().addObserver(nullptr, &countOther, "two", nullptr,
+                                           SuspensionBehavior::coalesce);
+    standins::postDarwinNotification("two");
+    standins::postDarwinNotification("three");
+    standins::postDarwinNotification("two");
+    standins::runMainQueue();
+    EXPECT_TRUE(deliveries.empty());
+    EXPECT_EQ(others, 2);
+    standins::postDarwinNotification("one");
+    standins::runMainQueue();
+    EXPECT_EQ(deliveries, (std::vector<Delivery>{{nullptr, "one", nullptr, nullptr, true}}));
+    EXPECT_EQ(others, 2);
+}
+
+TEST_F(CoreFoundation, HasTheSystemsVersionNumber) {
+    standins::setSystemVersion(12, 4, 0, 1575.17);
+    EXPECT_EQ(coreFoundation().versionNumber(), 1575.17);
+    standins::setSystemVersion(13, 3, 0, 1674.102);
+    EXPECT_EQ(coreFoundation().versionNumber(), 1674.102);
+}
+
+TEST_F(CoreFoundation, ComparesVersionsPartByPart) {
+    standins::setSystemVersion(12, 4, 1, 1575.17);
+    const auto isAtLeast = [](int major, int minor, int patch) {
+        return coreFoundation().isSystemVersionAtLeast(major, minor, patch);
+    };
+    EXPECT_TRUE(isAtLeast(12, 0, 0));
+    EXPECT_TRUE(isAtLeast(12, 4, 1));
+    EXPECT_TRUE(isAtLeast(11, 9, 9));
+    EXPECT_TRUE(isAtLeast(12, 3, 9));
+    EXPECT_FALSE(isAtLeast(12, 4, 2));
+    EXPECT_FALSE(isAtLeast(12, 5, 0));
+    EXPECT_FALSE(isAtLeast(13, 0, 0));
+}
+
+}  // namespace
+}  // namespace velmoranth::device
