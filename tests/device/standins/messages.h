@@ -28,6 +28,12 @@ struct IconImageInfo {
 // or the method answers as usual.
 void setAnswer(const std::string& method, id object);
 void setAnswer(const std::string& method, double number);
+
+// A literal 0 is the number.
+inline void setAnswer(const std::string& method, int number) {
+    setAnswer(method, static_cast<double>(number));
+}
+
 void setAnswer(const std::string& method, CGRect rect);
 void clearAnswer(const std::string& method);
 // One after the other, the last for ever.

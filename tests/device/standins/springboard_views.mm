@@ -193,7 +193,7 @@ using namespace velmoranth::standins;
         [self release];
         return *other;
     }
-    return [super initWithFrame:CGRect{}];
+    return [super initWithoutANoteWithFrame:CGRect{}];
 }
 
 - (BOOL)_showsTitle {

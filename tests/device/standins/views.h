@@ -52,6 +52,11 @@
                  completion:(void (^)(BOOL finished))completion;
 @end
 
+// For the stand-ins.
+@interface UIView (WithoutANote)
+- (id)initWithoutANoteWithFrame:(CGRect)frame;
+@end
+
 @interface UIImageView : UIView {
   @public
     UIImage* _image;

@@ -59,18 +59,17 @@ void insertInto(UIView* superview, UIView* view, NSInteger index) {
 
 }  // namespace velmoranth::standins
 
-@interface UIView (SettingUp)
-- (void)setUpWithFrame:(CGRect)frame;
-@end
+@implementation UIView (WithoutANote)
 
-@implementation UIView (SettingUp)
-
-- (void)setUpWithFrame:(CGRect)frame {
-    _frame = frame;
-    _subviews = [[NSMutableArray alloc] init];
-    _gestureRecognizers = [[NSMutableArray alloc] init];
-    _layer = [[CALayer alloc] init];
-    _layer->_bounds.size = frame.size;
+- (id)initWithoutANoteWithFrame:(CGRect)frame {
+    if ((self = [super init])) {
+        _frame = frame;
+        _subviews = [[NSMutableArray alloc] init];
+        _gestureRecognizers = [[NSMutableArray alloc] init];
+        _layer = [[CALayer alloc] init];
+        _layer->_bounds.size = frame.size;
+    }
+    return self;
 }
 
 @end
@@ -79,10 +78,7 @@ void insertInto(UIView* superview, UIView* view, NSInteger index) {
 
 - (id)init {
     received(self, _cmd);
-    if ((self = [super init])) {
-        [self setUpWithFrame:CGRect{}];
-    }
-    return self;
+    return [self initWithoutANoteWithFrame:CGRect{}];
 }
 
 - (id)initWithFrame:(CGRect)frame {
@@ -92,10 +88,7 @@ void insertInto(UIView* superview, UIView* view, NSInteger index) {
         [self release];
         return *other;
     }
-    if ((self = [super init])) {
-        [self setUpWithFrame:frame];
-    }
-    return self;
+    return [self initWithoutANoteWithFrame:frame];
 }
 
 - (void)dealloc {
@@ -235,11 +228,9 @@ void insertInto(UIView* superview, UIView* view, NSInteger index) {
 
 - (id)initWithImage:(UIImage*)image {
     received(self, _cmd, static_cast<id>(image));
-    if ((self = [super init])) {
+    const CGSize size = image == nil ? CGSize{} : [static_cast<id<SizedImage>>(image) size];
+    if ((self = [super initWithoutANoteWithFrame:CGRect{{0, 0}, size}])) {
         _image = [static_cast<id>(image) retain];
-        const CGSize size = image == nil ? CGSize{} : [static_cast<id<SizedImage>>(image) size];
-        _frame.size = size;
-        _layer->_bounds.size = size;
     }
     return self;
 }

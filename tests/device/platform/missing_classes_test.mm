@@ -1,0 +1,94 @@
+// Processes that lack a framework's classes. The look-up of classes is taken over here, so that
+// those of the stand-ins are not found by it.
+#include "device/platform/exceptions.h"
+#include "device/platform/handles.h"
+#include "device/platform/services.h"
+#import "device/standins/messages.h"
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <string_view>
+
+namespace {
+
+bool classesAreMissing = false;
+
+bool isOfAFramework(std::string_view name) {
+    return name.starts_with("UI") || name.starts_with("AV") || name.starts_with("SB");
+}
+
+}  // namespace
+
+extern "C" __attribute__((visibility("default"))) Class objc_getClass(const char* name) {
+    static const auto kReal =
+        reinterpret_cast<Class (*)(const char*)>(dlsym(RTLD_NEXT, "objc_getClass"));
+    return classesAreMissing && isOfAFramework(name) ? Nil : kReal(name);
+}
+
+namespace velmoranth::device {
+namespace {
+
+class MissingClasses : public ::testing::Test {
+  protected:
+    MissingClasses() {
+        classesAreMissing = true;
+        standins::clearJournal();
+    }
+
+    ~MissingClasses() override {
+        [pool_ drain];
+        EXPECT_EQ(standins::journal(), Strings{});
+    }
+
+    NSAutoreleasePool* const pool_ = [[NSAutoreleasePool alloc] init];
+};
+
+TEST_F(MissingClasses, OfViewsGiveNil) {
+    class Target final : public platform::Object {
+      public:
+        [[nodiscard]] std::string className() const override { return "Target"; }
+    } target;
+
+    EXPECT_EQ(views().viewWithFrame({}), nullptr);
+    EXPECT_EQ(views().labelWithFrame({}), nullptr);
+    EXPECT_EQ(views().imageView(), nullptr);
+    EXPECT_EQ(views().imageViewWithImage(nullptr), nullptr);
+    EXPECT_EQ(views().imageViewWithFrame({}), nullptr);
+    EXPECT_EQ(views().tapGestureRecognizer(target, "handleTap"), nullptr);
+    views().animateWithDurationAnimationsCompletion(1, [] { FAIL(); }, [](bool) { FAIL(); });
+}
+
+TEST_F(MissingClasses, OfAlertsAndTheAppGiveNil) {
+    EXPECT_EQ(alerts().alertControllerWithTitleMessagePreferredStyle(
+                  "t", "m", platform::AlertControllerStyle::alert),
+              nullptr);
+    EXPECT_EQ(alerts().actionWithTitleStyleHandler("t", platform::AlertActionStyle::normal, [] {}),
+              nullptr);
+    EXPECT_EQ(application().keyWindow(), nullptr);
+}
+
+TEST_F(MissingClasses, OfTheDeviceAnswerZero) {
+    EXPECT_FALSE(currentDevice().respondsToUserInterfaceIdiom());
+    EXPECT_EQ(currentDevice().userInterfaceIdiom(), 0);
+    EXPECT_EQ(currentDevice().orientation(), 0);
+    EXPECT_EQ(mainScreen().scale(), 0);
+    EXPECT_EQ(mainScreen().bounds(), platform::Rect{});
+}
+
+TEST_F(MissingClasses, OfSoundsPlayNothing) {
+    const platform::AudioSessionRef session = audio().sharedInstance();
+    ASSERT_NE(session, nullptr);
+    EXPECT_EQ(session, audio().sharedInstance());
+    EXPECT_FALSE(session->setCategory(platform::kAudioSessionCategoryAmbient));
+    EXPECT_FALSE(session->setActive(true));
+    EXPECT_EQ(audio().audioPlayerWithData(platform::Data{'c', 'a', 'f', 'f'}), nullptr);
+    EXPECT_EQ(audio().audioPlayerWithContentsOfURL("/x.caf"), nullptr);
+}
+
+TEST_F(MissingClasses, LeaveObjectsWithoutAKind) {
+    EXPECT_EQ(viewOf([[[StandIn alloc] init] autorelease]), nullptr);
+    EXPECT_NE(wrapAny([[[StandIn alloc] init] autorelease]), nullptr);
+}
+
+}  // namespace
+}  // namespace velmoranth::device
