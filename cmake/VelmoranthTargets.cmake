@@ -45,10 +45,10 @@ function(velmoranth_precompile_test_headers)
         <filesystem> <fstream> <functional> <map> <memory> <optional> <string> <variant> <vector>)
 endfunction()
 
-# velmoranth_test(NAME SOURCES ... LINKS ...): one executable; every case is a test of its own in CTest,
-# run in a process of its own.
+# velmoranth_test(NAME SOURCES ... [ALONE sources...] LINKS ...): one executable; every case is a test of
+# its own in CTest, run in a process of its own. ALONE as above.
 function(velmoranth_test name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+    cmake_parse_arguments(ARG "" "" "SOURCES;ALONE;LINKS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gtest GTest::gtest_main velmoranth_warnings)
     # Half of a build's time went into optimising tests; what they test is optimised all the same.
@@ -56,6 +56,10 @@ function(velmoranth_test name)
     target_precompile_headers(${name} REUSE_FROM velmoranth_test_headers)
     # The engine's shared library takes the platform record from the process that loads it.
     set_target_properties(${name} PROPERTIES ENABLE_EXPORTS ON)
+    if(VELMORANTH_JOIN)
+        set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 6)
+        set_source_files_properties(${ARG_ALONE} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+    endif()
     gtest_discover_tests(${name} PROPERTIES TIMEOUT 120 DISCOVERY_TIMEOUT 60)
 endfunction()
 
