@@ -178,9 +178,14 @@ DataProviderRef BitmapImageHandle::dataProvider() const {
     if (data == nil) {
         return nullptr;
     }
+    const std::size_t given = std::min<std::size_t>([data length], size);
+    // The last row may end with its last pixel: that of a part of a larger image does.
+    const std::size_t kept = size - given < layout().bytesPerRow ? size : given;
     const auto* const bytes = static_cast<const std::uint8_t*>([data bytes]);
-    auto copy = std::make_shared<const platform::Data>(
-        bytes, bytes + std::min<std::size_t>([data length], size));
+    const auto copy = std::make_shared<platform::Data>();
+    copy->reserve(kept);
+    copy->assign(bytes, bytes + given);
+    copy->resize(kept);
     [data release];
     return copy;
 }

@@ -41,8 +41,9 @@ class BitmapImageHandle final : public Handle<platform::BitmapImage> {
     // A colour space that is neither gray nor indexed counts as RGB, and so does a mask's, which
     // has none.
     [[nodiscard]] const platform::BitmapLayout& layout() const override;
-    // A copy of height × bytesPerRow bytes, or of as many as there are; nil when the image has
-    // none, and for more than kLargestBitmap.
+    // A copy of height × bytesPerRow bytes, a last row that is cut short made whole with zeroes; of
+    // as many as there are when more is missing. Nil when the image has none, and for more than
+    // kLargestBitmap.
     [[nodiscard]] platform::DataProviderRef dataProvider() const override;
     [[nodiscard]] bool isMask() const override;
 

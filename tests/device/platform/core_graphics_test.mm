@@ -201,10 +201,16 @@ TEST_F(BitmapImages, LeaveOutWhatLiesBehindTheirRows) {
     EXPECT_EQ(*image->dataProvider(), (Data{1, 2, 3, 4}));
 }
 
-TEST_F(BitmapImages, GiveTheBytesThatThereAre) {
+TEST_F(BitmapImages, MakeALastRowThatIsCutShortWhole) {
+    const BitmapImageRef image = wrap<platform::BitmapImage>(
+        createImage({.height = 2, .bytesPerRow = 6}, {1, 2, 3, 4, 0, 0, 5, 6, 7, 8}), Hold::adopt);
+    EXPECT_EQ(*image->dataProvider(), (Data{1, 2, 3, 4, 0, 0, 5, 6, 7, 8, 0, 0}));
+}
+
+TEST_F(BitmapImages, GiveTheBytesThatThereAreWhenRowsAreMissing) {
     const BitmapImageRef image =
-        wrap<platform::BitmapImage>(createImage({}, {1, 2, 3}), Hold::adopt);
-    EXPECT_EQ(*image->dataProvider(), (Data{1, 2, 3}));
+        wrap<platform::BitmapImage>(createImage({.height = 3}, {1, 2, 3, 4, 5}), Hold::adopt);
+    EXPECT_EQ(*image->dataProvider(), (Data{1, 2, 3, 4, 5}));
 }
 
 TEST_F(BitmapImages, WithoutAProviderHaveNoBytes) {
@@ -380,6 +386,18 @@ TEST_F(BitmapContexts, LeaveSidesUntouchedUnlessAskedFor) {
     EXPECT_EQ(leftColumn(context, 4), (standins::Bytes{0, 255, 255, 0}));
     context->drawLinearGradient(white, {0, 1}, {0, 3}, platform::kGradientDrawsBeforeStartLocation);
     EXPECT_EQ(leftColumn(context, 4), (standins::Bytes{0, 255, 255, 255}));
+}
+
+TEST_F(BitmapContexts, DrawColorsFromTheirSpaceOnwards) {
+    const GraphicsContextRef context =
+        coreGraphics().bitmapContextCreate(2, 1, 8, 8, ColorSpace::deviceRGB, kPremultipliedBgra);
+    const GradientRef redToBlue = coreGraphics().gradientCreateWithColorComponents(
+        ColorSpace::deviceRGB, {1, 0, 0, 1, 0, 0, 1, 0.5}, std::vector<double>{0.25, 0.75});
+    context->translateCTM(1, 0);
+    // The middles of the two pixels lie at -0.5 and 0.5, the stops' places.
+    context->drawLinearGradient(redToBlue, {-1, 0}, {1, 0}, 0);
+    EXPECT_EQ(standins::memoryOf(nativeContext(context)),
+              (standins::Bytes{0, 0, 255, 255, 128, 0, 0, 128}));
 }
 
 TEST_F(BitmapContexts, DrawNothingForANilGradient) {

@@ -210,11 +210,12 @@ CGGradientRef CGGradientCreateWithColorComponents(CGColorSpaceRef space, const C
         const CGFloat* const stop = components + i * (colors + 1);
         const CGFloat location =
             locations == nullptr ? static_cast<CGFloat>(i) / last : locations[i];
-        gradient->stops_->push_back({stop[0], stop[colors == 1 ? 0 : 1], stop[colors == 1 ? 0 : 2],
-                                     stop[colors], location});
+        // Behind those at the same place.
+        const auto place = std::find_if(gradient->stops_->begin(), gradient->stops_->end(),
+                                        [=](const auto& other) { return other[4] > location; });
+        gradient->stops_->insert(place, {stop[0], stop[colors == 1 ? 0 : 1],
+                                         stop[colors == 1 ? 0 : 2], stop[colors], location});
     }
-    std::stable_sort(gradient->stops_->begin(), gradient->stops_->end(),
-                     [](const auto& a, const auto& b) { return a[4] < b[4]; });
     return (CGGradientRef)gradient;
 }
 
