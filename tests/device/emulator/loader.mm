@@ -1,0 +1,98 @@
+// Maps the phone's library into this process, an arm64 Linux one, and starts it as the phone's
+// loader does: imports, classes, +load methods, constructors.
+#include "device/emulator/fixups.h"
+#include "device/emulator/image.h"
+#include "device/emulator/imports.h"
+#include "device/emulator/load_error.h"
+#include "device/emulator/macho_file.h"
+#include "device/emulator/objc_image.h"
+#include "device/emulator/unwind.h"
+#include "device/library/load_library.h"
+#include <unistd.h>
+
+#include <cstdlib>
+#include <string>
+#include <utility>
+
+namespace velmoranth::emulator {
+namespace {
+
+struct Library {
+    explicit Library(MachOFile opened) : file(std::move(opened)), image(file) {}
+
+    MachOFile file;
+    Image image;
+};
+
+void fix(const Library& library) {
+    for (const std::uint64_t address : rebasesOf(library.file)) {
+        library.image.at<std::uint64_t>(address) += library.image.base();
+    }
+    for (const Binding& binding : bindingsOf(library.file)) {
+        library.image.at<std::uint64_t>(binding.address) =
+            importOf(binding.name, library.file.libraryOf(binding.ordinal)) +
+            static_cast<std::uint64_t>(binding.addend);
+    }
+}
+
+void refuseWhatIsMissing(const Image& image) {
+    for (const char* const section : {"__thread_vars", "__init_offsets"}) {
+        if (image.section(section) != nullptr) {
+            throw LoadError(std::string("a section that this loader does not know: ") + section);
+        }
+    }
+}
+
+void runConstructors(const Image& image, const char* path) {
+    using Constructor = void (*)(int, const char**, char**, const char**);
+    const char* arguments[] = {path, nullptr};
+    image.eachPointer("__mod_init_func", [&](std::uint64_t constructor) {
+        reinterpret_cast<Constructor>(constructor)(1, arguments, environ, arguments + 1);
+    });
+}
+
+const char* libraryPath() {
+    const char* const given = std::getenv("VELMORANTH_LIBRARY");
+    return given == nullptr ? DEVICE_LIBRARY : given;
+}
+
+// A library that is loaded stays.
+Library* library = nullptr;
+
+void load(const char* path) {
+    library = new Library(MachOFile::read(path));
+    refuseWhatIsMissing(library->image);
+    fix(*library);
+    registerObjectiveC(library->image);
+    registerFrames(library->image);
+    __builtin___clear_cache(reinterpret_cast<char*>(library->image.base()),
+                            reinterpret_cast<char*>(library->image.end()));
+    runLoadMethods(library->image);
+    runConstructors(library->image, path);
+}
+
+}  // namespace
+}  // namespace velmoranth::emulator
+
+namespace velmoranth::standins {
+
+void loadLibrary() {
+    const char* const path = emulator::libraryPath();
+    try {
+        emulator::load(path);
+    } catch (const emulator::LoadError& error) {
+        emulator::stop(emulator::LoadError(std::string(path) + ": " + error.what()));
+    }
+}
+
+void* exportedSymbol(const char* name) {
+    if (emulator::library == nullptr) {
+        return nullptr;
+    }
+    const std::uint64_t address =
+        emulator::exportOf(emulator::library->file, "_" + std::string(name));
+    return address == 0 ? nullptr
+                        : reinterpret_cast<void*>(emulator::library->image.base() + address);
+}
+
+}  // namespace velmoranth::standins
