@@ -157,12 +157,12 @@ using namespace velmoranth::standins;
 
 - (SBIconListView*)userIconListView {
     received(self, _cmd);
-    return _userIconListView;
+    return answerSet(self, _cmd).value_or(_userIconListView);
 }
 
 - (UIView*)dividerView {
     received(self, _cmd);
-    return _dividerView;
+    return answerSet(self, _cmd).value_or(_dividerView);
 }
 
 @end
