@@ -50,9 +50,18 @@ LAYERS = {
     # The house around the engine.
     "desktop/": ["platform/"],
     "simulator/": [*SETTINGS, "core/hook_table", "core/entry_points", "desktop/"],
+    # An added method is one of the C functions of the rows.
+    "device/platform/": ["platform/", "device/hooks/"],
+    "device/hooks/": ["platform/", "core/hook_table", "core/hook_rows", "device/platform/"],
+    "device/classes/": [*EFFECTS, "core/velmoranth", "device/platform/", "device/hooks/"],
+    "device/startup": ["core/entry_points", "device/platform/"],
     "cli/": [*SETTINGS, "core/entry_points", "core/hook_table", "filemanager/", "tools/catalog_extraction",
              "desktop/", "simulator/"],
 }
+
+OUR_CODE = ["src", "desktop", "simulator", "cli", "device"]
+# The phone's frameworks and C library as we declare them: foreign headers by their names, not ours.
+DECLARATIONS = ("device/frameworks/", "device/sysroot/", "device/cxx/")
 
 # Headers that the phone's C++ library of 2018 cannot serve, or that the engine does without.
 FORBIDDEN_IN_ENGINE = {
@@ -110,6 +119,18 @@ def relative(path):
     return path.relative_to(ROOT).as_posix()
 
 
+def our_code(suffixes):
+    return (path for path in files(OUR_CODE, suffixes) if not relative(path).startswith(DECLARATIONS))
+
+
+def is_declared(include):
+    """Whether it is a header of the phone's."""
+    places = ("device/frameworks", "device/sysroot/usr/include")
+    framework, _, header = include.partition("/")
+    return any((ROOT / place / include).exists() for place in places) or (
+        ROOT / f"device/sysroot/System/Library/Frameworks/{framework}.framework/Headers" / header).exists()
+
+
 def includes(path):
     return INCLUDE.findall(path.read_text())
 
@@ -132,7 +153,7 @@ def without_comments_and_literals(text):
 
 def check_include_direction():
     problems = []
-    for path in files(["src", "desktop", "simulator", "cli"], CODE_SUFFIXES):
+    for path in our_code(CODE_SUFFIXES):
         name = relative(path).removeprefix("src/")
         layer = layer_of(name)
         if layer is None:
@@ -170,7 +191,7 @@ def check_engine_restrictions():
 
 def check_headers():
     problems = []
-    for path in files(["src", "desktop", "simulator", "cli"], {".h"}):
+    for path in our_code({".h"}):
         text = path.read_text()
         if "#pragma once" not in text:
             problems.append(f"{relative(path)}: no #pragma once")
@@ -178,6 +199,8 @@ def check_headers():
             problems.append(f"{relative(path)}: does not open with what it is for")
         for kind, include in includes(path):
             if kind != "<" or include in STANDARD_HEADERS or SYSTEM_HEADERS.fullmatch(include):
+                continue
+            if relative(path).startswith("device/") and is_declared(include):
                 continue
             if (relative(path), include) not in THIRD_PARTY_IN_HEADERS:
                 problems.append(f"{relative(path)}: third-party <{include}> in a header of ours")

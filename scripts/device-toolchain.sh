@@ -32,6 +32,7 @@ deviceLinkFlags=(
     -syslibroot "$PWD/device/sysroot" -F "$PWD/device/sysroot/Library/Frameworks"
     -no_fixup_chains -no_objc_relative_method_lists -adhoc_codesign
     -dead_strip -dead_strip_dylibs -undefined error
+    --icf=safe # functions that are the same, of which templates make many, are kept once
     -lobjc -lSystem -lc++ -framework CoreFoundation -framework Foundation -framework UIKit
     -framework CoreGraphics -framework CydiaSubstrate
 )
@@ -67,9 +68,29 @@ write_cxx_stub() {
     } >"$1/libc++.tbd"
 }
 
+# Of what the linker says of an undefined symbol, one line.
+readonly undefinedSymbols='
+    /error: undefined symbol: / { symbol = $NF; next }
+    /^>>> referenced by / && symbol != "" {
+        if (/-exported_symbol/) {
+            print "device/exports.txt: lists " symbol ", which no source defines; take one away or write the other"
+            symbol = ""
+            next
+        }
+        sub(/^>>> referenced by (.*\/objects\/)?/, "")
+        sub(/\.o:\(.*/, "")
+        print $0 ": needs " symbol ", which the phone is not known to have; do without it, or list it in " \
+            "the stub of the library that has it on iOS 12 (device/sysroot, device/libcxx-ios12-symbols.txt)"
+        symbol = ""
+        next
+    }
+    /^>>> / { next }
+    { print }'
+
 # link_for_device OUTPUT STUBS FLAGS-AND-OBJECTS...: the C++ library's stub is looked for in STUBS.
 link_for_device() {
     local output=$1 stubs=$2
     shift 2
-    ld64.lld-19 "${deviceLinkFlags[@]}" "${devicePlatform[@]}" -L"$stubs" "$@" -o "$output"
+    ld64.lld-19 "${deviceLinkFlags[@]}" "${devicePlatform[@]}" -L"$stubs" "$@" -o "$output" 2>&1 |
+        awk "$undefinedSymbols" >&2
 }
