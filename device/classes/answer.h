@@ -80,8 +80,9 @@ auto answer(R (*function)(Args...), typename Argument<std::decay_t<Args>>::Nativ
         function(Argument<std::decay_t<Args>>::fromNative(arguments)...);
     } else {
         using Native = typename Argument<R>::Native;
-        const Native result = Argument<R>::toNative(
-            function(Argument<std::decay_t<Args>>::fromNative(arguments)...), Native{});
+        // Holds the platform's object until it is the caller's pool's.
+        const R value = function(Argument<std::decay_t<Args>>::fromNative(arguments)...);
+        const Native result = Argument<R>::toNative(value, Native{});
         if constexpr (std::is_same_v<Native, id>) {
             return static_cast<id>([[result retain] autorelease]);
         } else {
