@@ -230,6 +230,19 @@ class Join(Samples):
         self.assertIn("fat.dylib: holds several architectures; take one with lipo", result.stderr)
 
 
+class Reproducible(Samples):
+    def test_a_library_built_in_another_checkout_is_the_same(self):
+        other = self.folder / "another/checkout"
+        for name in ("scripts", "device", "tests/device/structure"):
+            shutil.copytree(ROOT / name, other / name)
+        output = self.folder / "samples"
+        output.mkdir()
+        result = run(other / "tests/device/structure/build_samples", output)
+        self.assertEqual(result.returncode, 0, result.stderr)
+        for name in ("good.dylib", "good-unstripped.dylib"):
+            self.assertEqual((output / name).read_bytes(), (SAMPLES / name).read_bytes(), name)
+
+
 class Package(Samples):
     def make(self, root, **environment):
         output = pathlib.Path(tempfile.mkdtemp(dir=self.folder))
