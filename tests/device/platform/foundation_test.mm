@@ -63,8 +63,8 @@ TEST_F(FileManager, LinksAreFollowed) {
 
 TEST_F(FileManager, SetsPermissions) {
     write("/Library/Themes/a", "");
-    EXPECT_EQ(files_.setPosixPermissionsOfItemAtPath(0751, "/Library/Themes/a"), std::nullopt);
-    EXPECT_EQ(modeOf(at("/Library/Themes/a")), 0751U);
+    EXPECT_EQ(files_.setPosixPermissionsOfItemAtPath(0750, "/Library/Themes/a"), std::nullopt);
+    EXPECT_EQ(modeOf(at("/Library/Themes/a")), 0750U);
     const platform::Failure missing = files_.setPosixPermissionsOfItemAtPath(0700, "/Library/b");
     ASSERT_TRUE(missing);
     EXPECT_EQ(missing->code, 4);
@@ -152,6 +152,11 @@ TEST_F(FileManager, WritesWholeFilesAndReadsThem) {
     EXPECT_EQ(files_.dataWithContentsOfFile("/Library/Themes/a"), bytesOf("new"));
     EXPECT_FALSE(files_.writeToFileAtomically(bytesOf("new"), "/Library/None/a"));
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(at("/Library/Themes")), {}), 1);
+    // The old contents stay with whoever has them open, or by another name.
+    std::filesystem::create_hard_link(at("/Library/Themes/a"), at("/Library/Themes/b"));
+    EXPECT_TRUE(files_.writeToFileAtomically(bytesOf("newer"), "/Library/Themes/a"));
+    EXPECT_EQ(read("/Library/Themes/a"), "newer");
+    EXPECT_EQ(read("/Library/Themes/b"), "new");
     write("/Library/Themes/empty", "");
     EXPECT_EQ(files_.dataWithContentsOfFile("/Library/Themes/empty"), Data());
 }
@@ -160,6 +165,7 @@ TEST_F(FileManager, WhatCannotBeReadIsNothing) {
     EXPECT_EQ(files_.dataWithContentsOfFile("/Library/Themes/none"), std::nullopt);
     EXPECT_EQ(files_.dataWithContentsOfFile("/Library/Themes"), std::nullopt);
     EXPECT_EQ(files_.dataWithContentsOfFile(""), std::nullopt);
+    EXPECT_EQ(logLines(), std::vector<std::string>());
 }
 
 TEST_F(FileManager, APathThatWouldEndEarlyLeadsNowhere) {
@@ -235,6 +241,7 @@ TEST_F(PropertyLists, AreNothingWithoutADictionary) {
     EXPECT_EQ(parsed(""), std::nullopt);
     EXPECT_EQ(parsed("<plist><dict><key>a</key>"), std::nullopt);
     EXPECT_EQ(parsed("\x89PNG\r\n\x1a\n"), std::nullopt);
+    EXPECT_EQ(logLines(), std::vector<std::string>());
 }
 
 // Takes the place of the reader, to give what no file of this platform's reader gives.

@@ -119,6 +119,8 @@ TEST_F(Text, HalvesOfPairsBecomeReplacements) {
     EXPECT_EQ(textOfUnits({0xD83C, 'a'}), lone + "a");
     EXPECT_EQ(textOfUnits({0xDF4E, 'a'}), lone + "a");
     EXPECT_EQ(textOfUnits({0xDF4E, 0xD83C}), lone + lone);
+    EXPECT_EQ(textOfUnits({0xDF4E, 0xDF4E}), lone + lone);
+    EXPECT_EQ(textOfUnits({0xD83C, 0xD83C}), lone + lone);
     EXPECT_EQ(textOfUnits({0xD83C, 0xD83C, 0xDF4E}), lone + "\xF0\x9F\x8D\x8E");
 }
 
