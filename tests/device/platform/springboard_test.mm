@@ -190,6 +190,37 @@ TEST(WGWidgetInfos, TellTheirIdentifier) {
     }
 }
 
+// As the engine reads them: by key from the docks, as a variable from the others.
+TEST(SpringBoard, VariablesAreFoundByTheirNames) {
+    @autoreleasepool {
+        struct Variable {
+            UIView* holder;
+            const char* name;
+        };
+
+        const Variable variables[] = {
+            {madeView<SBDockView>(), "_backgroundView"},
+            {madeView<SBDockView>(), "_highlightView"},
+            {madeView<SBFloatingDockPlatterView>(), "_backgroundView"},
+            {madeView<SBFloatingDockPlatterView>(), "_shadowView"},
+            {madeView<SBIconBadgeView>(), "_backgroundView"},
+            {madeView<SBFolderIconImageView>(), "_backgroundView"},
+            {madeView<SBFolderBackgroundView>(), "_blurView"},
+        };
+        for (const auto& [holder, name] : variables) {
+            UIImageView* const view = made<UIImageView>();
+            setVariable(holder, name, view);
+            const auto handle = handleOf<platform::View>(holder);
+            EXPECT_EQ(nativeOf(objcRuntime().valueForKey(*handle, name)), view) << name;
+            EXPECT_NE(std::dynamic_pointer_cast<platform::ImageView>(
+                          objcRuntime().instanceVariable(*handle, name)),
+                      nullptr)
+                << name;
+        }
+    }
+    EXPECT_EQ(standins::allLiving(), Strings{});
+}
+
 TEST(SpringBoard, PassesOnWhatItsMessagesRaise) {
     @autoreleasepool {
         const auto icon = handleOf<platform::SBIcon>(made<SBIcon>());

@@ -133,7 +133,7 @@ using namespace velmoranth::standins;
 }
 
 - (void)setVolume:(float)volume {
-    received(self, _cmd, static_cast<double>(volume));
+    received(self, _cmd, volume);
     _volume = volume;
 }
 

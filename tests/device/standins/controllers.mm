@@ -16,13 +16,6 @@ Hardware& hardware() {
     return instance;
 }
 
-template <class Object>
-void replace(Object*& variable, id value) {
-    Object* const before = variable;
-    variable = [value retain];
-    [before release];
-}
-
 }  // namespace
 
 namespace velmoranth::standins {

@@ -107,7 +107,7 @@ using namespace velmoranth::standins;
 }
 
 - (void)setOpacity:(float)opacity {
-    received(self, _cmd, static_cast<double>(opacity));
+    received(self, _cmd, opacity);
     _opacity = opacity;
 }
 
@@ -122,7 +122,7 @@ using namespace velmoranth::standins;
 }
 
 - (void)setShadowOpacity:(float)opacity {
-    received(self, _cmd, static_cast<double>(opacity));
+    received(self, _cmd, opacity);
     _shadowOpacity = opacity;
 }
 

@@ -6,6 +6,7 @@
 #include <CoreGraphics/CGGeometry.h>
 
 #include <cstdint>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <vector>
@@ -37,8 +38,8 @@ inline void setAnswer(const std::string& method, int number) {
 void setAnswer(const std::string& method, CGRect rect);
 void clearAnswer(const std::string& method);
 // One after the other, the last for ever.
-void setAnswers(const std::string& method, const std::vector<id>& objects);
-void setAnswers(const std::string& method, const std::vector<double>& numbers);
+void setAnswers(const std::string& method, std::initializer_list<id> objects);
+void setAnswers(const std::string& method, std::initializer_list<double> numbers);
 
 // Every call raises an exception of that name, after it is noted.
 void raiseFrom(const std::string& method, const std::string& exceptionName);
@@ -67,6 +68,7 @@ struct Shown {
 [[nodiscard]] std::string shown(long long number);
 [[nodiscard]] std::string shown(unsigned long number);
 [[nodiscard]] std::string shown(unsigned long long number);
+[[nodiscard]] std::string shown(float number);
 [[nodiscard]] std::string shown(double number);
 [[nodiscard]] std::string shown(CGPoint point);
 [[nodiscard]] std::string shown(CGSize size);
@@ -89,5 +91,13 @@ void received(id receiver, SEL selector, const Arguments&... arguments) {
 [[nodiscard]] id answer(id receiver, SEL selector);  // nil unless set
 [[nodiscard]] double numberAnswer(id receiver, SEL selector, double otherwise = 0);
 [[nodiscard]] CGRect rectAnswer(id receiver, SEL selector);
+
+// A setter's work: holds the value and lets the one before go.
+template <class Object>
+void replace(Object*& variable, id value) {
+    Object* const before = variable;
+    variable = [value retain];
+    [before release];
+}
 
 }  // namespace velmoranth::standins

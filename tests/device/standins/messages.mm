@@ -2,9 +2,10 @@
 
 #include <objc/runtime.h>
 
-#include <cstdio>
+#include <charconv>
 #include <cstring>
 #include <deque>
+#include <iterator>
 #include <map>
 #include <mutex>
 
@@ -125,11 +126,11 @@ Exception exceptionOf(id receiver, SEL selector) {
     return {script->exception, script->exceptionObject};
 }
 
-template <class... Numbers>
-std::string printed(const char* format, Numbers... numbers) {
-    char text[256];
-    std::snprintf(text, sizeof text, format, numbers...);
-    return text;
+// The shortest text that reads back as the same number.
+template <class Number>
+std::string shortest(Number number) {
+    char text[32];
+    return {text, std::to_chars(std::begin(text), std::end(text), number).ptr};
 }
 
 }  // namespace
@@ -154,18 +155,18 @@ void clearAnswer(const std::string& method) {
     });
 }
 
-void setAnswers(const std::string& method, const std::vector<id>& objects) {
+void setAnswers(const std::string& method, std::initializer_list<id> objects) {
     changeScript(method, [&](Script& script) {
-        setObject(script, objects.front());
-        for (std::size_t i = 1; i < objects.size(); ++i) {
-            script.laterObjects.push_back([objects[i] retain]);
+        setObject(script, *objects.begin());
+        for (auto later = objects.begin() + 1; later != objects.end(); ++later) {
+            script.laterObjects.push_back([*later retain]);
         }
     });
 }
 
-void setAnswers(const std::string& method, const std::vector<double>& numbers) {
+void setAnswers(const std::string& method, std::initializer_list<double> numbers) {
     changeScript(method, [&](Script& script) {
-        setNumber(script, numbers.front());
+        setNumber(script, *numbers.begin());
         script.laterNumbers.assign(numbers.begin() + 1, numbers.end());
     });
 }
@@ -243,8 +244,12 @@ std::string shown(unsigned long long number) {
     return std::to_string(number);
 }
 
+std::string shown(float number) {
+    return shortest(number);
+}
+
 std::string shown(double number) {
-    return printed("%.17g", number).size() > 8 ? printed("%g", number) : printed("%.17g", number);
+    return shortest(number);
 }
 
 std::string shown(CGPoint point) {

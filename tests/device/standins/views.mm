@@ -10,13 +10,6 @@ using namespace velmoranth::standins;
 
 namespace {
 
-template <class Object>
-void replace(Object*& variable, id value) {
-    Object* const before = variable;
-    variable = [value retain];
-    [before release];
-}
-
 UIView* firstWithTag(UIView* view, NSInteger tag) {
     if (view->_tag == tag) {
         return view;
