@@ -1,4 +1,4 @@
-// Handles of the home screen's objects. Those without a header line here take messages of a view or
+// Handles of the home screen's objects. Those that are not named here take messages of a view or
 // of an icon only, or none.
 #pragma once
 
