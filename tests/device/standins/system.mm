@@ -41,6 +41,11 @@ System& systemState() {
     return *instance;
 }
 
+// GNUstep says with its own place in its sources where the phone is silent.
+bool isOfGnustep(const std::string& line) {
+    return line.starts_with("File NS") && line.find(".m: ") != std::string::npos;
+}
+
 NSString* native(const std::string& text) {
     return [NSString stringWithUTF8String:text.c_str()];
 }
@@ -93,10 +98,11 @@ extern "C" {
 
 void NSLogv(NSString* format, va_list arguments) {
     NSString* const text = [[NSString alloc] initWithFormat:format arguments:arguments];
-    {
+    const char* const bytes = [text UTF8String];
+    const std::string line = bytes == nullptr ? "" : bytes;
+    if (!velmoranth::standins::isOfGnustep(line)) {
         const std::scoped_lock lock(systemState().mutex);
-        const char* const line = [text UTF8String];
-        systemState().log.emplace_back(line == nullptr ? "" : line);
+        systemState().log.push_back(line);
     }
     [text release];
 }
