@@ -87,7 +87,7 @@ class Pieces {
             void* const block = mmap(nullptr, kBlockSize, PROT_READ | PROT_WRITE | PROT_EXEC,
                                      MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
             if (block == MAP_FAILED) {
-                throw LoadError("no memory for code");
+                stop(LoadError("no memory for code"));
             }
             next_ = static_cast<char*>(block);
             left_ = kBlockSize;
@@ -136,8 +136,8 @@ void widen(Piece& piece, SmallArgument argument) {
 
 void refuseSmallArgumentsOnStack(const Signature& signature, std::string_view encoding) {
     if (signature.isSmallArgumentOnStack) {
-        throw LoadError("a method that takes a small number on the stack: " +
-                        std::string(encoding));
+        stop(
+            LoadError("a method that takes a small number on the stack: " + std::string(encoding)));
     }
 }
 

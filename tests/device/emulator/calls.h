@@ -1,5 +1,6 @@
 // Small pieces of code that functions are called through where the phone's calling convention and
-// this system's differ. Made at run time, one for each function; they stay.
+// this system's differ. Made at run time, one for each function; they stay. A method that cannot be
+// called at all ends the process.
 #pragma once
 
 #include "device/emulator/signature.h"
@@ -12,7 +13,6 @@ namespace velmoranth::emulator {
 [[nodiscard]] void* callFromLibrary(void* function, SmallType result);
 
 // For the library to call a method of this system; the method itself where nothing is to be done.
-// Throws a LoadError for a method that it cannot call.
 [[nodiscard]] void* methodFromLibrary(void* implementation, std::string_view encoding);
 
 // For this system to call a method of the library; the method itself where nothing is to be done.

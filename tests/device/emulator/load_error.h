@@ -12,7 +12,8 @@ struct LoadError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// For where the library's own code runs already: nothing could handle the error.
+// For where nothing could handle the error: the library's own code runs already, or the source is
+// one of Objective-C++, whose functions catch no C++ exceptions on GCC's runtime.
 [[noreturn]] inline void stop(const std::exception& error) {
     std::fprintf(stderr, "emulator: %s\n", error.what());
     std::_Exit(3);

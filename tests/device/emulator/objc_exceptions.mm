@@ -15,7 +15,6 @@ namespace velmoranth::emulator {
 namespace {
 
 // Where GCC's runtime keeps the object of an exception.
-
 struct ObjectiveCException {
     _Unwind_Exception base;
     id value;

@@ -111,6 +111,16 @@ IMP implementationAt(void* pointer) {
     return reinterpret_cast<IMP>(pointer);
 }
 
+IMP methodOf(IMP implementation, const char* encoding) {
+    return implementationAt(
+        methodOfLibrary(pointerTo(implementation), encoding == nullptr ? "" : encoding));
+}
+
+IMP methodFrom(IMP implementation, const char* encoding) {
+    return implementationAt(
+        methodFromLibrary(pointerTo(implementation), encoding == nullptr ? "" : encoding));
+}
+
 // Methods that the library has called, and what it calls them through.
 class KnownMethods {
   public:
@@ -130,9 +140,7 @@ class KnownMethods {
         if (method == nullptr) {
             return implementation;  // forwarded
         }
-        const char* const encoding = method_getTypeEncoding(method);
-        const IMP call = implementationAt(
-            methodFromLibrary(pointerTo(implementation), encoding == nullptr ? "" : encoding));
+        const IMP call = methodFrom(implementation, method_getTypeEncoding(method));
         const std::scoped_lock lock(mutex_);
         return calls_[implementation] = call;
     }
@@ -143,18 +151,15 @@ class KnownMethods {
 };
 
 IMP callOf(IMP implementation, Class cls, SEL selector) {
-    try {
-        if (const VariadicMessage* const variadic = variadicMessageOf(selector)) {
-            if (variadic->function == nullptr) {
-                throw LoadError(std::string("a message with a variable number of arguments: ") +
-                                variadic->name);
-            }
-            return reinterpret_cast<IMP>(variadic->function);
-        }
+    const VariadicMessage* const variadic = variadicMessageOf(selector);
+    if (variadic == nullptr) {
         return KnownMethods::instance().find(implementation, cls, selector);
-    } catch (const LoadError& error) {
-        stop(error);
     }
+    if (variadic->function == nullptr) {
+        stop(LoadError(std::string("a message with a variable number of arguments: ") +
+                       variadic->name));
+    }
+    return reinterpret_cast<IMP>(variadic->function);
 }
 
 extern "C" IMP emulatorLookUp(id self, SEL selector) {
@@ -244,24 +249,6 @@ void completeMetaclass(Class cls) {
     constexpr unsigned long kIncomplete = 0x10;
     if (class_isMetaClass(cls) != 0) {
         reinterpret_cast<Layout*>(cls)->info &= ~kIncomplete;
-    }
-}
-
-IMP methodOf(IMP implementation, const char* encoding) {
-    try {
-        return implementationAt(
-            methodOfLibrary(pointerTo(implementation), encoding == nullptr ? "" : encoding));
-    } catch (const LoadError& error) {
-        stop(error);
-    }
-}
-
-IMP methodFrom(IMP implementation, const char* encoding) {
-    try {
-        return implementationAt(
-            methodFromLibrary(pointerTo(implementation), encoding == nullptr ? "" : encoding));
-    } catch (const LoadError& error) {
-        stop(error);
     }
 }
 
