@@ -8,7 +8,10 @@ set(CMAKE_OBJCXX_VISIBILITY_PRESET hidden)
 if(CMAKE_CXX_COMPILER_LAUNCHER)
     set(CMAKE_OBJCXX_COMPILER_LAUNCHER "${CMAKE_CXX_COMPILER_LAUNCHER}")
 endif()
+# How a precompiled header begins is one setting for all languages; the C++ compiler's own stays.
+set(cxx_header_prologue "${CMAKE_PCH_PROLOGUE}")
 enable_language(OBJCXX)
+set(CMAKE_PCH_PROLOGUE "${cxx_header_prologue}")
 set(CMAKE_OBJCXX_FLAGS_RELWITHDEBINFO "${CMAKE_CXX_FLAGS_RELWITHDEBINFO}")
 
 # objc/*.h lie among the compiler's own headers, which are GCC's: behind all others.

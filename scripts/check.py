@@ -44,6 +44,7 @@ LAYERS = {
     "core/change_observers": [*SETTINGS, "core/theme_change"],
     "core/hook_table": [*HOOKS, "core/hook_rows"],
     "core/hook_rows": [*HOOKS, "core/hook_table"],
+    "core/hook_replacements": [*HOOKS, "core/hook_rows", "core/hook_table"],
     "core/entry_points": [*SETTINGS, "core/change_observers", "core/hook_table", "core/library_classes"],
     "core/library_classes": ["platform/", "core/velmoranth", "sounds/", "filemanager/"],
     "core/load_time": [*SETTINGS, "core/entry_points"],

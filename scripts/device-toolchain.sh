@@ -19,7 +19,7 @@ deviceCompileFlags=(
     -target arm64-apple-ios12.0
     -isysroot "$PWD/device/sysroot"
     -nostdinc++ -isystem device/cxx -isystem /usr/lib/llvm-19/include/c++/v1
-    -std=c++20 -Os -DNDEBUG -fvisibility=hidden -fvisibility-inlines-hidden
+    -std=c++20 -Oz -DNDEBUG -fvisibility=hidden -fvisibility-inlines-hidden
     -ffunction-sections -fdata-sections "-ffile-prefix-map=$PWD=."
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
 )

@@ -5,6 +5,7 @@
 #include "device/hooks/trampoline.h"
 #include "device/platform/handles.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <span>
@@ -43,8 +44,16 @@ using Trampoline = TypedTrampoline<
 
 template <std::size_t... Row>
 std::array<HookEntry, sizeof...(Row)> makeEntries(std::index_sequence<Row...> /*rows*/) {
-    return {HookEntry{implementationOf(&Trampoline<Row>::entry), &Trampoline<Row>::slot,
-                      &Trampoline<Row>::saved}...};
+    return {HookEntry{implementationOf(&Trampoline<Row>::entry), &Trampoline<Row>::slot}...};
+}
+
+std::span<const HookEntry> entries() {
+    static const auto kEntries = makeEntries(std::make_index_sequence<core::kHookRowCount>());
+    return kEntries;
+}
+
+const void* addressOf(IMP implementation) {
+    return reinterpret_cast<const void*>(implementation);
 }
 
 void handleTap(id self, SEL /*selector*/) {
@@ -54,15 +63,12 @@ void handleTap(id self, SEL /*selector*/) {
 
 }  // namespace
 
-const HookEntry* hookEntryOf(const platform::Implementation* saved) {
-    static const auto kEntries = makeEntries(std::make_index_sequence<core::kHookRowCount>());
-    const std::span<core::HookRow> rows = core::HookTable::rows();
-    for (std::size_t row = 0; row < rows.size(); ++row) {
-        if (&rows[row].saved == saved) {
-            return &kEntries.at(row);
-        }
-    }
-    return nullptr;
+const HookEntry* hookEntryOf(const platform::Implementation& replacement) {
+    const auto all = entries();
+    const auto entry = std::find_if(all.begin(), all.end(), [&](const HookEntry& candidate) {
+        return addressOf(candidate.entry) == replacement.native();
+    });
+    return entry == all.end() ? nullptr : &*entry;
 }
 
 IMP addedMethodEntryOf(const platform::Implementation& implementation) {
@@ -73,3 +79,14 @@ IMP addedMethodEntryOf(const platform::Implementation& implementation) {
 }
 
 }  // namespace velmoranth::device
+
+namespace velmoranth::core {
+
+void bindReplacements(std::span<HookRow> rows) {
+    const auto all = device::entries();
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        rows[row].replacement = platform::Implementation::native(device::addressOf(all[row].entry));
+    }
+}
+
+}  // namespace velmoranth::core

@@ -11,16 +11,17 @@ namespace {
 class MobileSubstrate final : public platform::Substrate {
   public:
     void hookMessageEx(const platform::ClassRef& cls, const platform::Selector& selector,
-                       const platform::Implementation& /*replacement*/,
+                       const platform::Implementation& replacement,
                        platform::Implementation* original) override {
-        const HookEntry* const hook = hookEntryOf(original);
+        const HookEntry* const hook = hookEntryOf(replacement);
         if (hook == nullptr) {
             return;  // no C function stands for what is none of the table's rows
         }
         MSHookMessageEx(static_cast<Class>(nativeOf(cls)), sel_registerName(selector.c_str()),
                         hook->entry, hook->slot);
         if (*hook->slot != nullptr) {
-            *original = hook->saved();
+            *original =
+                platform::Implementation::native(reinterpret_cast<const void*>(*hook->slot));
         }
     }
 };

@@ -9,8 +9,6 @@
 #include <objc/runtime.h>
 
 #include <cstddef>
-#include <functional>
-#include <string>
 #include <string_view>
 #include <tuple>
 #include <type_traits>
@@ -180,15 +178,6 @@ struct TypedTrampoline<Row, R(Receiver&, Args...)> {
             return handOver(
                 kReplacement(original, receiver.get(), Argument<Args>::fromNative(args)...));
         }
-    }
-
-    // The row's slot as the table keeps it.
-    static platform::Implementation saved() {
-        return platform::Implementation(std::function<R(platform::Object&, Args...)>(
-            [](platform::Object& self, Args... args) -> R {
-                const Call call{sel_registerName(std::string(kRow.selector).c_str()), {}};
-                return callOriginal(&call, static_cast<Receiver&>(self), std::move(args)...);
-            }));
     }
 };
 

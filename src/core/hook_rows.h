@@ -1,6 +1,5 @@
 // The rows of the hook table with the types of their replacements, for whoever needs these at
-// compile time: the table itself, and the device build, which makes a C function of the method's
-// true signature for each.
+// compile time: the table itself, and those who make of each what the platform installs.
 #pragma once
 
 #include "core/hook_table.h"
@@ -16,31 +15,12 @@
 #include "sounds/sound_hooks.h"
 #include "theme/app_icon_hooks.h"
 
-#include <functional>
+#include <cstddef>
+#include <string_view>
 #include <tuple>
-#include <type_traits>
 
 namespace velmoranth::core {
 
-template <class Replacement>
-struct ReplacementTraits;
-
-// A replacement is handed the platform's implementation, the receiver and the arguments.
-template <class R, class Receiver, class... Args>
-struct ReplacementTraits<R (*)(const OriginalImplementation<R(Receiver&, Args...)>&, Receiver&,
-                               Args...)> {
-    // The replacement as a method's implementation. `saved` is its row's slot and outlives it.
-    template <auto Replacement>
-    static platform::Implementation bind(const platform::Implementation& saved) {
-        return platform::makeImplementation(
-            std::function<R(Receiver&, Args...)>([&saved](Receiver& self, Args... args) -> R {
-                return Replacement(OriginalImplementation<R(Receiver&, Args...)>(saved), self,
-                                   std::move(args)...);
-            }));
-    }
-};
-
-// `Replacement` is null where none is written yet.
 template <auto Replacement>
 struct TypedRow {
     static constexpr auto kReplacement = Replacement;
@@ -49,22 +29,9 @@ struct TypedRow {
     HookSide side;
     std::string_view selector;
     HookGate gate;
-
-    // The row as data, with its replacement bound to `row`'s own slot.
-    void fill(HookRow& row) const {
-        row.targetClass = targetClass;
-        row.side = side;
-        row.selector = selector;
-        row.gate = gate;
-        // The type tells: under its sanitizers g++ 12 has no constant comparison with a function.
-        if constexpr (!std::is_null_pointer_v<decltype(Replacement)>) {
-            row.replacement =
-                ReplacementTraits<decltype(Replacement)>::template bind<Replacement>(row.saved);
-        }
-    }
 };
 
-template <auto Replacement = nullptr>
+template <auto Replacement>
 consteval TypedRow<Replacement> row(std::string_view targetClass, HookSide side,
                                     std::string_view selector, HookGate gate) {
     return {targetClass, side, selector, gate};

@@ -27,11 +27,15 @@ struct Table {
                 const auto add = [&](const auto& typedRow) {
                     HookRow& row = rows.at(static_cast<std::size_t>(number));
                     row.number = ++number;
-                    typedRow.fill(row);
+                    row.targetClass = typedRow.targetClass;
+                    row.side = typedRow.side;
+                    row.selector = typedRow.selector;
+                    row.gate = typedRow.gate;
                 };
                 (add(typedRows), ...);
             },
             kHookRows);
+        bindReplacements(rows);
     }
 };
 

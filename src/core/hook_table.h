@@ -64,6 +64,11 @@ class HookTable {
                                              std::string_view selector);
 };
 
+// Gives each of the table's rows its replacement, in the form in which the platform installs it: as
+// function objects (hook_replacements.cpp), or, where the platform calls methods by their address,
+// by a function that its own side brings in place of this one.
+void bindReplacements(std::span<HookRow> rows);
+
 // What HookTable::install does, over any rows; `versionNumber` is asked once for each gated set.
 void installRows(std::span<HookRow> rows, std::span<const AddedMethod> addedMethods,
                  const std::function<double()>& versionNumber);

@@ -59,6 +59,20 @@ class Implementation {
           getObject_(getterOf<R, Args...>()),
           function_(std::make_shared<std::function<R(Object&, Args...)>>(std::move(function))) {}
 
+    // A function that the platform alone can call, by its address: it has no signature here. Not
+    // held; null gives nothing.
+    [[nodiscard]] static Implementation native(const void* function) {
+        Implementation implementation;
+        implementation.function_ =
+            std::shared_ptr<const void>(std::shared_ptr<const void>(), function);
+        return implementation;
+    }
+
+    // The address of such a function. Null when this holds none.
+    [[nodiscard]] const void* native() const {
+        return signature_ == nullptr ? function_.get() : nullptr;
+    }
+
     // The function when this holds one of exactly this signature, otherwise null. Owned by this
     // object.
     template <class Signature>
