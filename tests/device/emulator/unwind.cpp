@@ -14,7 +14,6 @@ namespace {
 // An entry's encoding.
 constexpr std::uint32_t kModeMask = 0x0f000000;
 constexpr std::uint32_t kFrameless = 0x02000000;
-constexpr std::uint32_t kDwarf = 0x03000000;
 constexpr std::uint32_t kFrame = 0x04000000;
 constexpr std::uint32_t kHasLsda = 0x40000000;
 constexpr unsigned kPersonalityShift = 28;
@@ -121,10 +120,11 @@ class FrameWriter {
             const std::uint32_t end =
                 i + 1 < info_.functions.size() ? info_.functions[i + 1].start : info_.end;
             const std::uint32_t mode = function.encoding & kModeMask;
-            if (mode == kDwarf || (mode == kFrameless && (function.encoding & kSavedMask) != 0)) {
-                throw LoadError("a function's frame that compact unwind does not describe");
+            if (mode == kFrameless && (function.encoding & kSavedMask) != 0) {
+                throw LoadError("a function without a frame that saves registers");
             }
-            // A function without an entry is a leaf, which nothing passes through.
+            // A function without an entry is a leaf, which nothing passes through. Those of the
+            // mode for DWARF have records in the library.
             if (mode == kFrame || mode == kFrameless) {
                 writeFunction(function, end);
             }
@@ -254,9 +254,23 @@ class FrameWriter {
     std::map<std::uint64_t, std::size_t> commonRecords_;  // by personality routine
 };
 
+// Those that the library brings, for what has no compact form.
+void registerOwnRecords(const Image& image) {
+    const Section* const section = image.section("__eh_frame");
+    if (section == nullptr) {
+        return;
+    }
+    // The unwinder reads until a length of zero; the section is the last of its segment.
+    if (image.at<std::uint32_t>(section->address + section->size) != 0) {
+        throw LoadError("frame records that something follows");
+    }
+    __register_frame(&image.at<std::uint8_t>(section->address));
+}
+
 }  // namespace
 
 void registerFrames(const Image& image) {
+    registerOwnRecords(image);
     const Section* const section = image.section("__unwind_info");
     if (section == nullptr) {
         return;
