@@ -254,9 +254,9 @@ class Miniatures : public ReplacedMethods {
   protected:
     Miniatures() { setVariable(icon, "_nodeIdentifier", @"com.node"); }
 
-    UIImage* first = named([imageOfPixels(4, 4) retain], "first");
-    UIImage* second = named([imageOfPixels(4, 4) retain], "second");
-    UIImage* third = named([imageOfPixels(4, 4) retain], "third");
+    UIImage* first = namedImage("first", 4, 4);
+    UIImage* second = namedImage("second", 4, 4);
+    UIImage* third = namedImage("third", 4, 4);
     SBIcon* icon = named([[SBIcon alloc] init], "icon");
     SBFolderIconImageCache* cache = named([[SBFolderIconImageCache alloc] init], "cache");
     Call ask = [this] { [cache gridCellImageForIcon:icon]; };

@@ -119,9 +119,9 @@ class IconImage : public ReplacedMethods {
         setVariable(view, "_icon", icon);
     }
 
-    UIImage* first = named([imageOfPixels(4, 4) retain], "first");
-    UIImage* second = named([imageOfPixels(4, 4) retain], "second");
-    UIImage* third = named([imageOfPixels(4, 4) retain], "third");
+    UIImage* first = namedImage("first", 4, 4);
+    UIImage* second = namedImage("second", 4, 4);
+    UIImage* third = namedImage("third", 4, 4);
     SBIcon* icon = named([[SBIcon alloc] init], "icon");
     SBIconImageView* view = named([[SBIconImageView alloc] init], "view");
 };

@@ -7,6 +7,7 @@
 #include "device/standins/messages.h"
 #include "device/standins/springboard.h"
 
+#include <cstddef>
 #include <functional>
 #include <initializer_list>
 #include <map>
@@ -62,6 +63,8 @@ Object* named(Object* object, const std::string& name) {
     return [object autorelease];
 }
 
+[[nodiscard]] UIImage* namedImage(const std::string& name, std::size_t width, std::size_t height);
+
 // The classes of which more or fewer objects live after the call, its pool drained, "UIImage +1".
 [[nodiscard]] Lines leftBy(const Call& call);
 
@@ -81,8 +84,6 @@ class MethodName {
   public:
     explicit MethodName(std::string_view name);
 
-    // The class, or the metaclass of a class method.
-    [[nodiscard]] Class target() const;
     [[nodiscard]] IMP implementation() const;
     // That of the class's parent; null when it has none of that name.
     [[nodiscard]] IMP parentsImplementation() const;
@@ -90,14 +91,17 @@ class MethodName {
     [[nodiscard]] Method otherSides() const;
 
   private:
-    bool isClassMethod_;
-    std::string className_;
+    Class
+        target_;  // the class, or the metaclass of a class method; known though it is hidden later
+    Class otherSide_;
     SEL selector_;
 };
 
 // What the runtime finds no longer, as in a system that has no such method: "-[SBIconView icon]".
 // Before the library is loaded.
 void hideMethod(const std::string& name);
+// All of them again.
+void showMethods();
 
 // A class of that name, made now, that derives from `parent` and has `method` with the
 // implementation that the class `from` has for it: that of the library on a class that lacks what

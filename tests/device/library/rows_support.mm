@@ -71,6 +71,11 @@ std::string beginningOf(const std::string& method) {
     return colon == std::string::npos ? method : method.substr(0, colon + 1);
 }
 
+IMP implementationIn(Class cls, SEL selector) {
+    const Method method = class_getInstanceMethod(cls, selector);
+    return method == nullptr ? nullptr : method_getImplementation(method);
+}
+
 }  // namespace
 
 ReplacedMethods::ReplacedMethods() {
@@ -133,6 +138,12 @@ std::string describe(id object) {
     return object == nil ? "(null)" : [[object description] UTF8String];
 }
 
+UIImage* namedImage(const std::string& name, std::size_t width, std::size_t height) {
+    UIImage* const image = imageOfPixels(width, height);
+    nameObject(image, name);
+    return image;
+}
+
 Lines leftBy(const Call& call) {
     const Counts before = counts();
     @autoreleasepool {
@@ -191,36 +202,38 @@ void expectExceptionsToPass(const std::string& method, const Call& call) {
     }
 }
 
-MethodName::MethodName(std::string_view name) : isClassMethod_(name.starts_with('+')) {
+MethodName::MethodName(std::string_view name) {
     const std::size_t space = name.find(' ');
-    className_ = name.substr(2, space - 2);
+    const std::string className(name.substr(2, space - 2));
     const std::string selector(name.substr(space + 1, name.size() - space - 2));
+    const Class cls = static_cast<Class>(objc_getClass(className.c_str()));
+    const Class metaclass = object_getClass(static_cast<id>(cls));
+    const bool isClassMethod = name.starts_with('+');
+    target_ = isClassMethod ? metaclass : cls;
+    otherSide_ = isClassMethod ? cls : metaclass;
     selector_ = sel_registerName(selector.c_str());
 }
 
-Class MethodName::target() const {
-    const Class cls = static_cast<Class>(objc_getClass(className_.c_str()));
-    return isClassMethod_ ? object_getClass(static_cast<id>(cls)) : cls;
-}
-
 IMP MethodName::implementation() const {
-    return method_getImplementation(class_getInstanceMethod(target(), selector_));
+    return implementationIn(target_, selector_);
 }
 
 IMP MethodName::parentsImplementation() const {
-    const Method method = class_getInstanceMethod(class_getSuperclass(target()), selector_);
-    return method == nullptr ? nullptr : method_getImplementation(method);
+    return implementationIn(class_getSuperclass(target_), selector_);
 }
 
 Method MethodName::otherSides() const {
-    const Class cls = static_cast<Class>(objc_getClass(className_.c_str()));
-    return class_getInstanceMethod(isClassMethod_ ? cls : object_getClass(static_cast<id>(cls)),
-                                   selector_);
+    return class_getInstanceMethod(otherSide_, selector_);
 }
 
 void hideMethod(const std::string& name) {
     const std::scoped_lock lock(hiddenMethods().mutex);
     hiddenMethods().names.insert(name);
+}
+
+void showMethods() {
+    const std::scoped_lock lock(hiddenMethods().mutex);
+    hiddenMethods().names.clear();
 }
 
 Class classWithMethodOf(const char* name, Class parent, const char* method, Class from) {
