@@ -133,7 +133,12 @@ platform::Failure DesktopFileManager::createDirectoryAtPathWithIntermediateDirec
     for (std::size_t slash = path.find('/'); slash != std::string::npos;
          slash = path.find('/', slash + 1)) {
         const std::string above = path.substr(0, slash);
-        if (const int error = above.empty() ? 0 : makeFolder(above); error != 0) {
+        const int error = above.empty() ? 0 : makeFolder(above);
+        if (error == EEXIST) {
+            // A file on the way is named itself.
+            return fileError(FileOperation::write, ENOTDIR, above);
+        }
+        if (error != 0) {
             return fileError(FileOperation::write, error, path);
         }
     }
