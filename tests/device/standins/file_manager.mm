@@ -90,7 +90,8 @@ constexpr Words kWords[] = {
 };
 
 NSString* wordsFor(Change change, Code code, NSString* path, NSString* destination) {
-    NSString* const folder = [[destination stringByDeletingLastPathComponent] lastPathComponent];
+    NSString* const place = [destination length] == 0 ? path : destination;
+    NSString* const folder = [[place stringByDeletingLastPathComponent] lastPathComponent];
     for (const Words& words : kWords) {
         if (words.change == change && words.code == code) {
             NSString* const name = [path lastPathComponent];

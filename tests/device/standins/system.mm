@@ -12,7 +12,9 @@
 #include <array>
 #include <cstdarg>
 #include <cstdio>
+#include <cstring>
 #include <mutex>
+#include <string_view>
 
 double kCFCoreFoundationVersionNumber = 1674.102;
 
@@ -226,6 +228,29 @@ void CFNotificationCenterPostNotification(CFNotificationCenterRef center, CFStri
 - (NSString*)bundleIdentifier {
     NSString* const path = [[self bundlePath] stringByAppendingPathComponent:@"Info.plist"];
     return [[NSDictionary dictionaryWithContentsOfFile:path] objectForKey:@"CFBundleIdentifier"];
+}
+
+@end
+
+@implementation NSDictionary (PhonePropertyLists)
+
+// GNUstep takes files for text; the phone's property lists have a binary form as well.
++ (id)dictionaryWithContentsOfFile:(NSString*)path {
+    NSData* const data = [NSData dataWithContentsOfFile:path];
+    constexpr std::string_view kBinary = "bplist";
+    if ([data length] < kBinary.size() ||
+        std::memcmp([data bytes], kBinary.data(), kBinary.size()) != 0) {
+        return [[[self alloc] initWithContentsOfFile:path] autorelease];
+    }
+    @try {
+        const id list = [NSPropertyListSerialization propertyListWithData:data
+                                                                  options:NSPropertyListImmutable
+                                                                   format:nullptr
+                                                                    error:nullptr];
+        return [list isKindOfClass:[NSDictionary class]] ? list : nil;
+    } @catch (NSException*) {
+        return nil;  // GNUstep raises where the phone reports an error
+    }
 }
 
 @end
