@@ -46,7 +46,9 @@ class PhoneAudio final : public platform::Audio {
         if (players == Nil) {
             return nullptr;
         }
-        NSURL* const url = [NSURL fileURLWithPath:stringOf(std::string_view(path))];
+        // By name, which takes no knowing which of the phone's libraries has the class.
+        const Class urls = static_cast<Class>(objc_getClass("NSURL"));
+        NSURL* const url = [urls fileURLWithPath:stringOf(std::string_view(path))];
         return wrap<platform::AudioPlayer>(
             [[players alloc] initWithContentsOfURL:url error:nullptr], Hold::adopt);
     }

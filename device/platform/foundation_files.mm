@@ -3,12 +3,16 @@
 #include "device/platform/text.h"
 #import <Foundation/Foundation.h>
 #import <Foundation/NSFileAttributes.h>
+#include <objc/runtime.h>
 
 #include <cerrno>
 #include <string>
 
 namespace velmoranth::device {
 namespace {
+
+// The value of NSPOSIXErrorDomain: it takes no knowing which of the phone's libraries has the name.
+NSString* const kPosixErrorDomain = @"NSPOSIXErrorDomain";
 
 // A path ends at a U+0000 for the system, so one with more behind it would lead elsewhere than it
 // says. It leads nowhere.
@@ -21,7 +25,8 @@ bool arePaths(const std::string& source, const std::string& destination) {
 }
 
 platform::Error notAPath() {
-    return errorOf([NSError errorWithDomain:NSPOSIXErrorDomain code:EINVAL userInfo:nil]);
+    const Class errors = static_cast<Class>(objc_getClass("NSError"));
+    return errorOf([errors errorWithDomain:kPosixErrorDomain code:EINVAL userInfo:nil]);
 }
 
 // Bytes that the caller keeps alive for as long as this lives.

@@ -16,6 +16,10 @@ namespace {
 
 using platform::PropertyList;
 
+// The value of NSCalendarIdentifierGregorian: it takes no knowing which of the phone's libraries
+// has the name.
+NSString* const kGregorianCalendar = @"gregorian";
+
 // As deep as the platform's own reader of old-style text goes.
 constexpr int kDeepest = 512;
 
@@ -141,8 +145,9 @@ class FoundationDates final : public platform::Dates {
     platform::Date date() override { return {[[NSDate date] timeIntervalSinceReferenceDate]}; }
 
     long dayFromDate(const platform::Date& date) override {
+        const Class calendars = static_cast<Class>(objc_getClass("NSCalendar"));
         NSCalendar* const calendar =
-            [[NSCalendar alloc] initWithCalendarIdentifier:NSCalendarIdentifierGregorian];
+            [[calendars alloc] initWithCalendarIdentifier:kGregorianCalendar];
         const NSInteger day = [[calendar components:NSCalendarUnitDay fromDate:native(date)] day];
         [calendar release];
         return day;

@@ -11,6 +11,10 @@
 namespace velmoranth::device {
 namespace {
 
+// The value of NSUndefinedKeyException: it takes no knowing which of the phone's libraries has the
+// name.
+NSString* const kUndefinedKeyException = @"NSUnknownKeyException";
+
 class NativeObjcRuntime final : public platform::ObjcRuntime {
   public:
     // The library's classes are real ones here: the runtime made them known, and ran their +load,
@@ -65,7 +69,9 @@ class NativeObjcRuntime final : public platform::ObjcRuntime {
         @try {
             return wrapAny([native valueForKey:stringOf(key)]);
         } @catch (NSException* exception) {
-            if (![[exception name] isEqualToString:NSUndefinedKeyException]) {
+            // No description of the class is linked for this: the compiler writes one of its own,
+            // and the phone's runtime compares the class in it, not where it lies.
+            if (![[exception name] isEqualToString:kUndefinedKeyException]) {
                 @throw;
             }
             // The platform would end the process over a key that leads nowhere.

@@ -128,7 +128,7 @@ platform::Failure failureOf(bool succeeded, NSError* error) {
 }
 
 platform::Error errorOf(NSError* error) {
-    if (![error isKindOfClass:[NSError class]]) {
+    if (![error isKindOfClass:static_cast<Class>(objc_getClass("NSError"))]) {
         return {};
     }
     const NSInteger code = std::clamp<NSInteger>([error code], std::numeric_limits<int>::min(),

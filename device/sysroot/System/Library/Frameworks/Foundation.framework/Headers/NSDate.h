@@ -36,7 +36,3 @@ typedef NS_OPTIONS(NSUInteger, NSCalendarUnit) {
 - (void)setDateFormat:(NSString*)format;
 - (NSString*)stringFromDate:(NSDate*)date;
 @end
-
-__BEGIN_DECLS
-extern NSString* const NSCalendarIdentifierGregorian;
-__END_DECLS

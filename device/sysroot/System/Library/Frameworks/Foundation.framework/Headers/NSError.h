@@ -22,9 +22,3 @@
 - (NSDictionary*)userInfo;
 - (void)raise;
 @end
-
-__BEGIN_DECLS
-extern NSString* const NSCocoaErrorDomain;
-extern NSString* const NSPOSIXErrorDomain;
-extern NSString* const NSLocalizedDescriptionKey;
-__END_DECLS

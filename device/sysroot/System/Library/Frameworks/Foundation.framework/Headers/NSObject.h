@@ -103,8 +103,6 @@ __attribute__((objc_root_class))
 @end
 
 __BEGIN_DECLS
-extern NSString* const NSUndefinedKeyException;
-
 NSString* NSStringFromClass(Class cls);
 Class NSClassFromString(NSString* name);
 NSString* NSStringFromSelector(SEL selector);
