@@ -1,0 +1,326 @@
+#include "device/equality/transcript.h"
+
+#include "device/equality/phone_files.h"
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <utility>
+
+namespace velmoranth::equality {
+namespace {
+
+constexpr int kDiffers = 1;
+constexpr int kWrongUse = 2;
+constexpr const char* kUse =
+    "NAME | --list | --write FOLDER [NAME...] | --compare FOLDER [NAME...]\n";
+
+// An object's address is another one in every process: all are the same word.
+std::string withoutAddresses(const std::string& line) {
+    std::string text;
+    for (std::size_t i = 0; i < line.size();) {
+        const bool isAddress =
+            line.compare(i, 2, "0x") == 0 && (i == 0 || line[i - 1] == ' ' || line[i - 1] == ':');
+        const std::size_t end =
+            isAddress ? std::min(line.find_first_not_of("0123456789abcdef", i + 2), line.size())
+                      : i + 1;
+        text += isAddress ? "ADDRESS" : line.substr(i, 1);
+        i = end;
+    }
+    return text;
+}
+
+// A line of its own, whatever it holds.
+std::string onOneLine(const std::string& text) {
+    std::string line;
+    for (const char character : text) {
+        line += character == '\n' ? std::string("\\n") : std::string(1, character);
+    }
+    return line;
+}
+
+std::string shownStep(const Step& step) {
+    std::string line = step.message;
+    for (const Text text : step.texts) {
+        line += text == nullptr ? " -" : std::string(" \"") + text + "\"";
+    }
+    line += step.given == Given::none ? " nil " : " ";
+    return line + std::to_string(step.number);
+}
+
+// A theme's image in words "52 53", or the text itself.
+std::string contentsFor(Text words) {
+    int width = 0;
+    int height = 0;
+    return std::sscanf(words, "%d %d", &width, &height) == 2 ? pngOf(width, height) : words;
+}
+
+std::string carryOut(const Step& step, Side& side, std::vector<std::string>& listed) {
+    const std::string message = step.message;
+    if (message == "write") {
+        writeFile(side.root(), step.texts[0], contentsFor(step.texts[1]));
+    } else if (message == "erase") {
+        eraseFile(side.root(), step.texts[0]);
+    } else if (message == "preferences") {
+        writeFile(side.root(), kPreferencesFile, preferencesNamed(step.texts[0]));
+    } else if (message == "post") {
+        side.post(step.texts[0]);
+    } else if (message == "wait") {
+        side.wait(step.number);
+    } else if (message == "list") {
+        listed = listFolder(side.root(), step.texts[0]);
+    } else {
+        return side.send(step);
+    }
+    return "";
+}
+
+void appendLine(std::string& transcript, const std::string& line) {
+    transcript += onOneLine(withoutAddresses(line)) + "\n";
+}
+
+void appendEvents(std::string& transcript, Side& side) {
+    for (const std::string& event : side.events()) {
+        appendLine(transcript, "    " + event);
+    }
+}
+
+void lay(const Scenario& scenario, const std::string& root) {
+    makePhone(root);
+    if (scenario.preferences != nullptr) {
+        writeFile(root, kPreferencesFile, preferencesNamed(scenario.preferences));
+    }
+    if (scenario.factoryPreferences) {
+        writeFile(root, kFactoryFile, preferencesNamed("quiet"));
+    }
+    if (scenario.earlyFile != nullptr) {
+        writeFile(root, scenario.earlyFile, "early");
+    }
+}
+
+std::string transcriptOf(const Scenario& scenario) {
+    ::umask(022);
+    const std::unique_ptr<Side> side = makeSide(scenario);
+    lay(scenario, side->root());
+    std::string transcript = scenario.name + "\nload\n";
+    side->load();
+    appendEvents(transcript, *side);
+    for (const Step& step : scenario.steps) {
+        appendLine(transcript, shownStep(step));
+        std::vector<std::string> listed;
+        const std::string result = carryOut(step, *side, listed);
+        appendEvents(transcript, *side);
+        for (const std::string& line : listed) {
+            appendLine(transcript, "    " + line);
+        }
+        if (!result.empty()) {
+            appendLine(transcript, "    = " + result);
+        }
+    }
+    return transcript;
+}
+
+// In a process of its own: what it wrote, or how it ended.
+std::string transcriptApart(const Scenario& scenario) {
+    std::array<int, 2> ends{};
+    if (::pipe(ends.data()) != 0) {
+        return "no pipe\n";
+    }
+    std::fflush(nullptr);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::close(ends[0]);
+        const std::string text = transcriptOf(scenario);
+        for (std::size_t written = 0; written < text.size();) {
+            const ssize_t count = ::write(ends[1], text.data() + written, text.size() - written);
+            if (count <= 0) {
+                ::_exit(kDiffers);
+            }
+            written += static_cast<std::size_t>(count);
+        }
+        ::_exit(0);
+    }
+    ::close(ends[1]);
+    std::string text;
+    std::array<char, 4096> buffer;
+    ssize_t count = 0;
+    while ((count = ::read(ends[0], buffer.data(), buffer.size())) > 0) {
+        text.append(buffer.data(), static_cast<std::size_t>(count));
+    }
+    ::close(ends[0]);
+    int status = -1;
+    ::waitpid(child, &status, 0);
+    return status == 0 ? text : text + "ended with status " + std::to_string(status) + "\n";
+}
+
+std::vector<std::string> linesOf(const std::string& text) {
+    std::vector<std::string> lines;
+    for (std::size_t start = 0; start < text.size();) {
+        const std::size_t end = std::min(text.find('\n', start), text.size());
+        lines.push_back(text.substr(start, end - start));
+        start = end + 1;
+    }
+    return lines;
+}
+
+// The step that the line belongs to.
+std::string stepOf(const std::vector<std::string>& lines, std::size_t line) {
+    while (line > 0 && lines[line].starts_with(' ')) {
+        --line;
+    }
+    return lines[line];
+}
+
+// The lines that only one of them has, under the steps that they belong to; "" when equal.
+std::string differenceOf(const std::vector<std::string>& wanted,
+                         const std::vector<std::string>& given) {
+    // How many lines the rests have in common, by the lines at which they begin.
+    const std::size_t width = given.size() + 1;
+    std::vector<unsigned> common((wanted.size() + 1) * width);
+    for (std::size_t i = wanted.size(); i-- > 0;) {
+        for (std::size_t j = given.size(); j-- > 0;) {
+            common[i * width + j] = wanted[i] == given[j] ? common[(i + 1) * width + j + 1] + 1
+                                                          : std::max(common[(i + 1) * width + j],
+                                                                     common[i * width + j + 1]);
+        }
+    }
+    std::string text;
+    std::string told;
+    std::size_t i = 0;
+    std::size_t j = 0;
+    while (i < wanted.size() || j < given.size()) {
+        if (i < wanted.size() && j < given.size() && wanted[i] == given[j]) {
+            ++i;
+            ++j;
+            continue;
+        }
+        const bool isMissing =
+            j == given.size() ||
+            (i < wanted.size() && common[(i + 1) * width + j] >= common[i * width + j + 1]);
+        const std::string step = isMissing ? stepOf(wanted, i) : stepOf(given, j);
+        text += step == told ? "" : "  " + step + "\n";
+        told = step;
+        text += isMissing ? "- " + wanted[i++] + "\n" : "+ " + given[j++] + "\n";
+    }
+    return text;
+}
+
+std::string fileIn(const std::string& folder, const Scenario& scenario) {
+    return folder + "/" + scenario.name + ".txt";
+}
+
+std::optional<std::string> readText(const std::string& path) {
+    std::FILE* const file = std::fopen(path.c_str(), "rb");
+    if (file == nullptr) {
+        return std::nullopt;
+    }
+    std::string text;
+    std::array<char, 4096> buffer;
+    std::size_t count = 0;
+    while ((count = std::fread(buffer.data(), 1, buffer.size(), file)) > 0) {
+        text.append(buffer.data(), count);
+    }
+    std::fclose(file);
+    return text;
+}
+
+bool writeTranscript(const std::string& folder, const Scenario& scenario) {
+    ::mkdir(folder.c_str(), 0755);
+    const std::string path = fileIn(folder, scenario);
+    const std::string text = transcriptApart(scenario);
+    std::FILE* const file = std::fopen(path.c_str(), "wb");
+    if (file == nullptr) {
+        std::perror(path.c_str());
+        return false;
+    }
+    const bool isWhole = std::fwrite(text.data(), 1, text.size(), file) == text.size();
+    return std::fclose(file) == 0 && isWhole;
+}
+
+bool compareTranscript(const std::string& folder, const Scenario& scenario) {
+    const auto wanted = readText(fileIn(folder, scenario));
+    if (!wanted) {
+        std::printf("%s: there is nothing to compare with\n", scenario.name.c_str());
+        return false;
+    }
+    const std::string difference =
+        differenceOf(linesOf(*wanted), linesOf(transcriptApart(scenario)));
+    if (!difference.empty()) {
+        std::printf("%s: - is missing here, + is only here\n%s", scenario.name.c_str(),
+                    difference.c_str());
+    }
+    return difference.empty();
+}
+
+int forEach(char** names, int count, const std::function<bool(const Scenario&)>& work) {
+    std::vector<const Scenario*> chosen;
+    for (int i = 0; i < count; ++i) {
+        const Scenario* const scenario = scenarioNamed(names[i]);
+        if (scenario == nullptr) {
+            std::fprintf(stderr, "there is no scenario %s\n", names[i]);
+            return kWrongUse;
+        }
+        chosen.push_back(scenario);
+    }
+    if (count == 0) {
+        for (const Scenario& scenario : scenarios()) {
+            chosen.push_back(&scenario);
+        }
+    }
+    const auto failures = std::count_if(chosen.begin(), chosen.end(),
+                                        [&](const Scenario* each) { return !work(*each); });
+    if (failures != 0) {
+        std::printf("%td of %zu scenarios failed\n", failures, chosen.size());
+    }
+    return failures == 0 ? 0 : kDiffers;
+}
+
+}  // namespace
+
+std::string shownNumber(double number) {
+    std::array<char, 40> text;
+    std::snprintf(text.data(), text.size(), "%.9g", number);
+    return text.data();
+}
+
+std::string shown(const ShownImage& image) {
+    return "image " + shownNumber(image.width) + " x " + shownNumber(image.height) + " points @" +
+           shownNumber(image.scale);
+}
+
+std::string shownText(const std::optional<std::string>& text) {
+    return text ? "\"" + *text + "\"" : kNothing;
+}
+
+int runProgram(int argumentCount, char** arguments) {
+    const std::string word = argumentCount > 1 ? arguments[1] : "";
+    if (word == "--list") {
+        for (const Scenario& scenario : scenarios()) {
+            std::puts(scenario.name.c_str());
+        }
+        return 0;
+    }
+    if (argumentCount > 2 && (word == "--write" || word == "--compare")) {
+        const std::string folder = arguments[2];
+        const auto work = word == "--write" ? writeTranscript : compareTranscript;
+        return forEach(arguments + 3, argumentCount - 3,
+                       [&](const Scenario& scenario) { return work(folder, scenario); });
+    }
+    if (argumentCount == 2 && !word.starts_with("-")) {
+        return forEach(arguments + 1, 1, [](const Scenario& scenario) {
+            std::fputs(transcriptOf(scenario).c_str(), stdout);
+            return true;
+        });
+    }
+    std::fprintf(stderr, "%s", kUse);
+    return kWrongUse;
+}
+
+}  // namespace velmoranth::equality
