@@ -35,7 +35,8 @@ class DarwinNotifyCenter final : public platform::DarwinNotificationCenter {
                      platform::SuspensionBehavior suspensionBehavior) override {
         CFNotificationCenterAddObserver(
             CFNotificationCenterGetDarwinNotifyCenter(), new Registration{callback, observer},
-            &deliver, static_cast<CFStringRef>(static_cast<const void*>(stringOf(name))), object,
+            // A string of one framework is one of the other.
+            &deliver, reinterpret_cast<CFStringRef>(stringOf(name)), object,
             static_cast<CFNotificationSuspensionBehavior>(suspensionBehavior));
     }
 };

@@ -88,7 +88,8 @@ CGDataProviderRef createProvider(const DataProviderRef& bytes) {
     const CGDataProviderRef provider =
         CGDataProviderCreateWithData(held.get(), bytes->data(), bytes->size(), &releaseBytes);
     if (provider != nullptr) {
-        static_cast<void>(held.release());  // the provider's now
+        // The provider's now.
+        held.release();  // NOLINT(bugprone-unused-return-value)
     }
     return provider;
 }
@@ -229,8 +230,8 @@ void* autoreleased(const BitmapImageRef& image) {
 }
 
 platform::CoreGraphics& coreGraphics() {
-    static auto* const service = new DeviceCoreGraphics;
-    return *service;
+    static auto& service = *new DeviceCoreGraphics;
+    return service;
 }
 
 }  // namespace velmoranth::device

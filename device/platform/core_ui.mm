@@ -153,8 +153,8 @@ std::vector<ObjectRef> CUICatalogHandle::imagesWithName(const std::string& name)
 }
 
 platform::CatalogClass& catalogClass() {
-    static auto* const service = new DeviceCatalogClass;
-    return *service;
+    static auto& service = *new DeviceCatalogClass;
+    return service;
 }
 
 }  // namespace velmoranth::device

@@ -59,8 +59,7 @@ class NativeObjcRuntime final : public platform::ObjcRuntime {
         if (variable == nullptr || !isObject(ivar_getTypeEncoding(variable))) {
             return nullptr;
         }
-        const auto* const place =
-            static_cast<const char*>(static_cast<void*>(native)) + ivar_getOffset(variable);
+        const auto* const place = reinterpret_cast<const char*>(native) + ivar_getOffset(variable);
         return wrapAny(*reinterpret_cast<const id*>(place));
     }
 

@@ -3,7 +3,7 @@
 namespace velmoranth::device {
 
 void usePlatform() {
-    static const platform::Platform record{
+    static const platform::Platform kRecord{
         .objc = objcRuntime(),
         .substrate = substrate(),
         .coreFoundation = coreFoundation(),
@@ -27,7 +27,7 @@ void usePlatform() {
         .alerts = alerts(),
         .application = application(),
     };
-    platform::setPlatform(record);
+    platform::setPlatform(kRecord);
 }
 
 }  // namespace velmoranth::device

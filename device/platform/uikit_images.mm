@@ -144,18 +144,18 @@ platform::CUINamedVectorGlyphRef UIImageContentHandle::vectorGlyph() const {
 }
 
 platform::Images& images() {
-    static auto* const service = new DeviceImages;
-    return *service;
+    static auto& service = *new DeviceImages;
+    return service;
 }
 
 platform::ImageContexts& imageContexts() {
-    static auto* const service = new DeviceImageContexts;
-    return *service;
+    static auto& service = *new DeviceImageContexts;
+    return service;
 }
 
 platform::Fonts& fonts() {
-    static auto* const service = new DeviceFonts;
-    return *service;
+    static auto& service = *new DeviceFonts;
+    return service;
 }
 
 }  // namespace velmoranth::device
