@@ -129,6 +129,9 @@ class FrameWriter {
                 writeFunction(function, end);
             }
         }
+        if (const Section* const section = image_.section("__eh_frame")) {
+            copyRecords(*section);
+        }
         number(std::uint32_t{0});
         return std::move(bytes_);
     }
@@ -217,6 +220,53 @@ class FrameWriter {
         close(start);
     }
 
+    // The library's own records, for what has no compact form. They become part of these: the
+    // unwinder takes for granted that records that are registered apart do not lie between others.
+    void copyRecords(const Section& section) {
+        std::uint64_t next = section.address;
+        while (next < section.address + section.size) {
+            const std::uint64_t start = next;
+            const auto length = image_.at<std::uint32_t>(start);
+            if (length == 0) {
+                return;
+            }
+            next = start + sizeof length + length;
+            if (image_.at<std::uint32_t>(start + 4) == 0) {
+                checkCommonRecord(start);
+            } else {
+                copyRecord(start + 8, next);
+            }
+        }
+    }
+
+    // Its place, then: version, "zR", units, return address, and that places are relative.
+    void checkCommonRecord(std::uint64_t start) const {
+        constexpr std::uint8_t kKnown[] = {1, 'z', 'R', 0, 1, 0x78, kLink, 1, 0x10};
+        for (std::size_t i = 0; i < sizeof kKnown; ++i) {
+            if (image_.at<std::uint8_t>(start + 8 + i) != kKnown[i]) {
+                throw LoadError("frame records of an unknown form");
+            }
+        }
+    }
+
+    // Where the function is from there on, its size, nothing more, and instructions.
+    void copyRecord(std::uint64_t place, std::uint64_t end) {
+        constexpr std::uint64_t kInstructions = 17;
+        const std::size_t common = commonRecord(0);
+        const std::size_t start = open();
+        number(static_cast<std::uint32_t>(start - common));
+        number(image_.base() + place + image_.at<std::uint64_t>(place));
+        number(image_.at<std::uint64_t>(place + 8));
+        uleb(0);
+        byte(kDefineCfa);
+        uleb(kStackPointer);
+        uleb(0);
+        for (std::uint64_t i = place + kInstructions; i < end; ++i) {
+            byte(image_.at<std::uint8_t>(i));
+        }
+        close(start);
+    }
+
     [[nodiscard]] std::uint64_t lsdaOf(const Function& function) const {
         const auto entry = info_.lsda.find(function.start);
         const bool has = (function.encoding & kHasLsda) != 0 && entry != info_.lsda.end();
@@ -254,23 +304,9 @@ class FrameWriter {
     std::map<std::uint64_t, std::size_t> commonRecords_;  // by personality routine
 };
 
-// Those that the library brings, for what has no compact form.
-void registerOwnRecords(const Image& image) {
-    const Section* const section = image.section("__eh_frame");
-    if (section == nullptr) {
-        return;
-    }
-    // The unwinder reads until a length of zero; the section is the last of its segment.
-    if (image.at<std::uint32_t>(section->address + section->size) != 0) {
-        throw LoadError("frame records that something follows");
-    }
-    __register_frame(&image.at<std::uint8_t>(section->address));
-}
-
 }  // namespace
 
 void registerFrames(const Image& image) {
-    registerOwnRecords(image);
     const Section* const section = image.section("__unwind_info");
     if (section == nullptr) {
         return;
