@@ -19,6 +19,7 @@ namespace {
 
 constexpr int kDiffers = 1;
 constexpr int kWrongUse = 2;
+constexpr const char* kEnded = "ended with status ";
 constexpr const char* kUse =
     "NAME | --list | --write FOLDER [NAME...] | --compare FOLDER [NAME...]\n";
 
@@ -157,7 +158,7 @@ std::string transcriptApart(const Scenario& scenario) {
     ::close(ends[0]);
     int status = -1;
     ::waitpid(child, &status, 0);
-    return status == 0 ? text : text + "ended with status " + std::to_string(status) + "\n";
+    return status == 0 ? text : text + kEnded + std::to_string(status) + "\n";
 }
 
 std::vector<std::string> linesOf(const std::string& text) {
@@ -241,7 +242,12 @@ bool writeTranscript(const std::string& folder, const Scenario& scenario) {
         return false;
     }
     const bool isWhole = std::fwrite(text.data(), 1, text.size(), file) == text.size();
-    return std::fclose(file) == 0 && isWhole;
+    // A side that comes to no end is no measure for the other.
+    const bool hasEnded = text.find(kEnded) == std::string::npos;
+    if (!hasEnded) {
+        std::printf("%s", text.c_str());
+    }
+    return std::fclose(file) == 0 && isWhole && hasEnded;
 }
 
 bool compareTranscript(const std::string& folder, const Scenario& scenario) {

@@ -11,6 +11,9 @@
 // or on another image of the library:
 //
 //   transcript_desktop --write wanted && qemu-aarch64 … transcript_device --compare wanted
+//
+// transcript_device consists of its .mm files, the sources that both share, the stand-ins and
+// whichever loadLibrary() the build brings.
 #pragma once
 
 #include "device/equality/requests.h"
