@@ -208,13 +208,13 @@ TEST_F(ImageMessages, AskForApplicationIcons) {
         images().applicationIconImageForBundleIdentifierFormatScale("com.example.app", -2, 2.5);
     EXPECT_EQ(nativeOf(answer), icon);
     EXPECT_EQ(journal(), Lines{"+[UIImage _applicationIconImageForBundleIdentifier: "
-                               "com.example.app format: -2 scale: 2.5]"});
+                               "\"com.example.app\" format: -2 scale: 2.5]"});
 }
 
 TEST_F(ImageMessages, AskForTheIconOfNil) {
     EXPECT_EQ(images().applicationIconImageForBundleIdentifierFormatScale(std::nullopt, 0, 3),
               nullptr);
-    EXPECT_EQ(journal(), Lines{"+[UIImage _applicationIconImageForBundleIdentifier: (null) format: "
+    EXPECT_EQ(journal(), Lines{"+[UIImage _applicationIconImageForBundleIdentifier: nil format: "
                                "0 scale: 3]"});
 }
 

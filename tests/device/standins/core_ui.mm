@@ -1,5 +1,7 @@
 #include "device/standins/core_ui.h"
 
+#include "device/standins/messages.h"
+
 #include <algorithm>
 #include <cmath>
 #include <map>
@@ -88,8 +90,10 @@ void forgetCatalogFiles() {
 
 }  // namespace velmoranth::standins
 
+using velmoranth::standins::answerSet;
 using velmoranth::standins::note;
 using velmoranth::standins::noteFormat;
+using velmoranth::standins::received;
 
 @implementation CUICatalog
 
@@ -223,17 +227,16 @@ using velmoranth::standins::noteFormat;
 }
 
 - (CGImageRef)image {
-    note("-[CUINamedVectorGlyph image]");
-    return image_;
+    received(self, _cmd);
+    const auto set = answerSet(self, _cmd);
+    return set ? (CGImageRef)*set : image_;
 }
 
 - (UIImage*)UIImageWithAsset:(id)asset
                configuration:(id)configuration
          flippedHorizontally:(BOOL)flipped {
-    noteFormat(@"-[CUINamedVectorGlyph UIImageWithAsset: %@ configuration: %@ "
-               @"flippedHorizontally: %d]",
-               asset, configuration, static_cast<int>(flipped));
-    return drawn_;
+    received(self, _cmd, asset, configuration, flipped);
+    return answerSet(self, _cmd).value_or(drawn_);
 }
 
 @end
@@ -287,10 +290,8 @@ using velmoranth::standins::noteFormat;
                configuration:(id)configuration
          flippedHorizontally:(BOOL)flipped
          optionalVectorImage:(id)vectorImage {
-    noteFormat(@"-[CUINamedImage UIImageWithAsset: %@ configuration: %@ flippedHorizontally: %d "
-               @"optionalVectorImage: %@]",
-               asset, configuration, static_cast<int>(flipped), vectorImage);
-    return drawn_;
+    received(self, _cmd, asset, configuration, flipped, vectorImage);
+    return answerSet(self, _cmd).value_or(drawn_);
 }
 
 - (void)setImage:(CGImageRef)image {

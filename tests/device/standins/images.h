@@ -32,7 +32,8 @@
 - (id)CIImage;
 - (void)drawInRect:(CGRect)rect;
 
-// Those that give images by name; each answers as answerWith says.
+// Those that give images by name; each notes its call and answers nil, or what setAnswer or
+// answerWith gave it.
 + (UIImage*)imageNamed:(NSString*)name
               inBundle:(NSBundle*)bundle
      withConfiguration:(id)configuration;

@@ -1,10 +1,10 @@
 // UIImage, UIImageAsset and _UIImageContent.
 #include "device/standins/images.h"
 
+#include "device/standins/messages.h"
+
 #include <array>
 #include <cstring>
-#include <map>
-#include <mutex>
 #include <optional>
 
 namespace velmoranth::standins {
@@ -77,28 +77,6 @@ Bytes encode(CGImageRef image) {
     return bytes;
 }
 
-struct Answers {
-    std::mutex mutex;
-    std::map<std::string, id> images;
-};
-
-Answers& answers() {
-    static auto* const instance = new Answers;
-    return *instance;
-}
-
-UIImage* answerOf(const std::string& selector) {
-    const std::scoped_lock lock(answers().mutex);
-    const auto answer = answers().images.find(selector);
-    return answer == answers().images.end() ? nil : [[answer->second retain] autorelease];
-}
-
-// Notes the call, and answers as a test has said.
-UIImage* answerTo(SEL selector, NSString* call) {
-    noteFormat(@"+[UIImage %@]", call);
-    return answerOf(sel_getName(selector));
-}
-
 }  // namespace
 
 UIImage* imageOfPixels(std::size_t width, std::size_t height, double scale) {
@@ -117,17 +95,15 @@ std::string pathOf(id image) {
 }
 
 void answerWith(const std::string& selector, id image) {
-    const std::scoped_lock lock(answers().mutex);
-    id& answer = answers().images[selector];
-    [image retain];
-    [answer release];
-    answer = image;
+    setAnswer("+[UIImage " + selector + "]", image);
 }
 
 }  // namespace velmoranth::standins
 
-using velmoranth::standins::answerTo;
+using velmoranth::standins::answer;
+using velmoranth::standins::answerSet;
 using velmoranth::standins::noteFormat;
+using velmoranth::standins::received;
 
 @implementation UIImage
 
@@ -216,53 +192,52 @@ using velmoranth::standins::noteFormat;
 + (UIImage*)imageNamed:(NSString*)name
               inBundle:(NSBundle*)bundle
      withConfiguration:(id)configuration {
-    return answerTo(_cmd, [NSString stringWithFormat:@"imageNamed: %@ inBundle: %@ "
-                                                     @"withConfiguration: %@",
-                                                     name, bundle, configuration]);
+    received(self, _cmd, name, bundle, configuration);
+    return answer(self, _cmd);
 }
 
 + (UIImage*)imageNamed:(NSString*)name
                          inBundle:(NSBundle*)bundle
     compatibleWithTraitCollection:(id)traits {
-    return answerTo(_cmd, [NSString stringWithFormat:@"imageNamed: %@ inBundle: %@ "
-                                                     @"compatibleWithTraitCollection: %@",
-                                                     name, bundle, traits]);
+    received(self, _cmd, name, bundle, traits);
+    return answer(self, _cmd);
 }
 
 + (UIImage*)imageNamed:(NSString*)name inBundle:(NSBundle*)bundle {
-    return answerTo(_cmd, [NSString stringWithFormat:@"imageNamed: %@ inBundle: %@", name, bundle]);
+    received(self, _cmd, name, bundle);
+    return answer(self, _cmd);
 }
 
 + (UIImage*)_imageNamed:(NSString*)name withTrait:(id)trait {
-    return answerTo(_cmd,
-                    [NSString stringWithFormat:@"_imageNamed: %@ withTrait: %@", name, trait]);
+    received(self, _cmd, name, trait);
+    return answer(self, _cmd);
 }
 
 + (UIImage*)imageWithContentsOfCPBitmapFile:(NSString*)path flags:(int)flags {
-    return answerTo(
-        _cmd,
-        [NSString stringWithFormat:@"imageWithContentsOfCPBitmapFile: %@ flags: %d", path, flags]);
+    received(self, _cmd, path, flags);
+    return answer(self, _cmd);
 }
 
 + (UIImage*)kitImageNamed:(NSString*)name {
-    return answerTo(_cmd, [NSString stringWithFormat:@"kitImageNamed: %@", name]);
+    received(self, _cmd, name);
+    return answer(self, _cmd);
 }
 
 + (UIImage*)_kitImageNamed:(NSString*)name withTrait:(id)trait {
-    return answerTo(_cmd,
-                    [NSString stringWithFormat:@"_kitImageNamed: %@ withTrait: %@", name, trait]);
+    received(self, _cmd, name, trait);
+    return answer(self, _cmd);
 }
 
 + (UIImage*)systemImageNamed:(NSString*)name {
-    return answerTo(_cmd, [NSString stringWithFormat:@"systemImageNamed: %@", name]);
+    received(self, _cmd, name);
+    return answer(self, _cmd);
 }
 
 + (UIImage*)_applicationIconImageForBundleIdentifier:(NSString*)identifier
                                               format:(int)format
                                                scale:(CGFloat)scale {
-    return answerTo(_cmd, [NSString stringWithFormat:@"_applicationIconImageForBundleIdentifier: "
-                                                     @"%@ format: %d scale: %g",
-                                                     identifier, format, scale]);
+    received(self, _cmd, identifier, format, scale);
+    return answer(self, _cmd);
 }
 
 @end
@@ -302,13 +277,14 @@ using velmoranth::standins::noteFormat;
 }
 
 - (CUINamedVectorGlyph*)vectorGlyph {
-    velmoranth::standins::note("-[_UIImageContent vectorGlyph]");
-    return glyph_;
+    received(self, _cmd);
+    return answerSet(self, _cmd).value_or(glyph_);
 }
 
 - (CGImageRef)CGImage {
-    velmoranth::standins::note("-[_UIImageContent CGImage]");
-    return bitmap_;
+    received(self, _cmd);
+    const auto set = answerSet(self, _cmd);
+    return set ? (CGImageRef)*set : bitmap_;
 }
 
 @end
