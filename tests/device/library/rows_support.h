@@ -22,10 +22,10 @@ using Lines = std::vector<std::string>;
 // A call of the phone's. Whatever it makes, it lets go again.
 using Call = std::function<void()>;
 
-// A process of iOS 13 with the library in it, the theming off.
+// A process, of iOS 13 unless said otherwise, with the library in it, the theming off.
 class ReplacedMethods : public DeviceProcess {
   protected:
-    ReplacedMethods();
+    explicit ReplacedMethods(const SystemVersion& system = kiOS13);
 
     // Writes the preferences and tells the library, then forgets journal and log.
     static void settings(std::initializer_list<const char*> themes,

@@ -78,7 +78,8 @@ IMP implementationIn(Class cls, SEL selector) {
 
 }  // namespace
 
-ReplacedMethods::ReplacedMethods() {
+ReplacedMethods::ReplacedMethods(const SystemVersion& system) {
+    runSystem(system);
     loaded();
 }
 
