@@ -20,9 +20,16 @@ Class classNamed(const char* name) {
     return static_cast<Class>(objc_getClass(name));
 }
 
+// The engine sets up what it has made without looking whether there is one, as messages to nil do
+// nothing. So where the platform made none, there is a handle of nil.
+template <class Interface>
+std::shared_ptr<Interface> made(id view) {
+    return std::make_shared<typename HandleFor<Interface>::Type>(view, Hold::adopt);
+}
+
 template <class Interface>
 std::shared_ptr<Interface> viewWithFrameOfClass(const char* name, const platform::Rect& frame) {
-    return wrap<Interface>([[classNamed(name) alloc] initWithFrame:toNative(frame)], Hold::adopt);
+    return made<Interface>([[classNamed(name) alloc] initWithFrame:toNative(frame)]);
 }
 
 class UIViews final : public platform::Views {
@@ -36,13 +43,12 @@ class UIViews final : public platform::Views {
     }
 
     platform::ImageViewRef imageView() override {
-        return wrap<platform::ImageView>([[classNamed("UIImageView") alloc] init], Hold::adopt);
+        return made<platform::ImageView>([[classNamed("UIImageView") alloc] init]);
     }
 
     platform::ImageViewRef imageViewWithImage(const platform::ImageRef& image) override {
-        return wrap<platform::ImageView>([[classNamed("UIImageView") alloc]
-                                             initWithImage:static_cast<UIImage*>(nativeOf(image))],
-                                         Hold::adopt);
+        return made<platform::ImageView>([[classNamed("UIImageView") alloc]
+            initWithImage:static_cast<UIImage*>(nativeOf(image))]);
     }
 
     platform::ImageViewRef imageViewWithFrame(const platform::Rect& frame) override {

@@ -43,17 +43,33 @@ class MissingClasses : public ::testing::Test {
     NSAutoreleasePool* const pool_ = [[NSAutoreleasePool alloc] init];
 };
 
-TEST_F(MissingClasses, OfViewsGiveNil) {
+// The engine goes on to set up a view that it has made.
+TEST_F(MissingClasses, OfViewsGiveViewsThatAreNil) {
+    for (const platform::ViewRef& view :
+         {views().viewWithFrame({}), platform::ViewRef(views().labelWithFrame({})),
+          platform::ViewRef(views().imageView()),
+          platform::ViewRef(views().imageViewWithImage(nullptr)),
+          platform::ViewRef(views().imageViewWithFrame({}))}) {
+        ASSERT_NE(view, nullptr);
+        EXPECT_EQ(nativeOf(view), nil);
+        view->setTag(5);
+        view->setFrame({{1, 2}, {3, 4}});
+        view->addSubview(view);
+        EXPECT_EQ(view->frame(), platform::Rect{});
+        EXPECT_EQ(view->tag(), 0);
+        EXPECT_TRUE(view->subviews().empty());
+        EXPECT_EQ(view->layer(), nullptr);
+    }
+    views().imageView()->setImage(nullptr);
+    EXPECT_EQ(views().imageView()->image(), nullptr);
+}
+
+TEST_F(MissingClasses, OfGesturesAndAnimationsGiveNil) {
     class Target final : public platform::Object {
       public:
         [[nodiscard]] std::string className() const override { return "Target"; }
     } target;
 
-    EXPECT_EQ(views().viewWithFrame({}), nullptr);
-    EXPECT_EQ(views().labelWithFrame({}), nullptr);
-    EXPECT_EQ(views().imageView(), nullptr);
-    EXPECT_EQ(views().imageViewWithImage(nullptr), nullptr);
-    EXPECT_EQ(views().imageViewWithFrame({}), nullptr);
     EXPECT_EQ(views().tapGestureRecognizer(target, "handleTap"), nullptr);
     views().animateWithDurationAnimationsCompletion(1, [] { FAIL(); }, [](bool) { FAIL(); });
 }

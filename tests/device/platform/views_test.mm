@@ -201,8 +201,8 @@ TEST(Views, ObjectsInTheInitialisersPlaceAreTaken) {
         standins::setAnswer("-[UIView initWithFrame:]", other);
         EXPECT_EQ(nativeOf(views().viewWithFrame(kFrame)), static_cast<id>(other));
         standins::setAnswer("-[UIView initWithFrame:]", nil);
-        EXPECT_EQ(views().viewWithFrame(kFrame), nullptr);
-        EXPECT_EQ(views().imageViewWithFrame(kFrame), nullptr);
+        EXPECT_EQ(nativeOf(views().viewWithFrame(kFrame)), nil);
+        EXPECT_EQ(nativeOf(views().imageViewWithFrame(kFrame)), nil);
         EXPECT_EQ(living("UIImageView"), 0);
         EXPECT_EQ(living("UIView"), 1);
     }
