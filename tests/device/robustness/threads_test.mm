@@ -1,0 +1,91 @@
+// Replaced methods and the library's classes, asked by several threads at once, as processes with a
+// user interface load images. The engine's settings and themes do not change meanwhile: they have
+// no lock, and change on the main thread alone.
+#include "device/library/rows_support.h"
+#include "device/standins/images.h"
+
+#include <atomic>
+#include <thread>
+
+namespace velmoranth::standins {
+namespace {
+
+constexpr int kThreads = 4;
+constexpr int kCalls = 400;
+
+class Threads : public ReplacedMethods {
+  protected:
+    // The work is done by all threads, which begin together; it says whether all was well.
+    template <class Work>
+    static int failuresOf(Work work) {
+        std::atomic<int> failures = 0;
+        std::atomic<int> ready = 0;
+        std::vector<std::thread> threads;
+        for (int thread = 0; thread < kThreads; ++thread) {
+            threads.emplace_back([&] {
+                ++ready;
+                while (ready < kThreads) {
+                    std::this_thread::yield();
+                }
+                for (int call = 0; call < kCalls; ++call) {
+                    @autoreleasepool {
+                        failures += work() ? 0 : 1;
+                    }
+                }
+            });
+        }
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+        return failures;
+    }
+};
+
+TEST_F(Threads, WithThemingOffGetThePlatformsImages) {
+    settings({"A"}, {});
+    UIImage* const image = namedImage("platform's", 8, 8);
+    answerWith("imageNamed:inBundle:withConfiguration:", image);
+    EXPECT_EQ(failuresOf([image] {
+                  return [UIImage imageNamed:@"wheel" inBundle:nil withConfiguration:nil] == image;
+              }),
+              0);
+}
+
+TEST_F(Threads, ReadALabelsAlpha) {
+    settings({"A"}, {"enable"});
+    SBIconLegibilityLabelView* const label =
+        named([[SBIconLegibilityLabelView alloc] init], "label");
+    [label setAlpha:0.5];
+    EXPECT_EQ(failuresOf([label] { return [label alpha] == 0.5 && ![label isHidden]; }), 0);
+}
+
+TEST_F(Threads, GetTheSameSingletons) {
+    const id manager = [velMoranth() sharedIconManager];
+    const id files = [fileManager() sharedFileManager];
+    EXPECT_EQ(failuresOf([=] {
+                  return [velMoranth() sharedIconManager] == manager &&
+                         [fileManager() sharedFileManager] == files;
+              }),
+              0);
+}
+
+// Every object of the library's own classes has its part in the engine, kept in one list.
+TEST_F(Threads, MakeAndEndObjectsOfTheLibrarysClasses) {
+    const Class sounds = static_cast<Class>(objc_getClass("Sounds"));
+    const Call makeOne = [sounds] {
+        const id object = [[sounds alloc] init];
+        [object release];
+    };
+    expectNothingLeft(makeOne);
+    EXPECT_EQ(failuresOf([sounds] {
+                  const id object = [[sounds alloc] init];
+                  const bool made = object != nil && [object soundToPlay] == nil;
+                  [object release];
+                  return made;
+              }),
+              0);
+    expectNothingLeft(makeOne);
+}
+
+}  // namespace
+}  // namespace velmoranth::standins
