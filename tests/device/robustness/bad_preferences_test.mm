@@ -220,6 +220,10 @@ TEST_F(BadPreferences, ThemesAmongWhatAreNoNamesAreAsked) {
 
 TEST_F(BadPreferences, NestedTooDeepAreAsGoodAsNone) {
     loaded();
+    use(with("theirs", nested(500)));
+    EXPECT_EQ(textOf([velMoranth() selectedTheme]), "/Library/Themes/A/Velmoranth");
+    use(with("theirs", nested(600)));
+    EXPECT_EQ(textOf([velMoranth() selectedTheme]), "");
     use(with("ActiveThemes", nested(600)));
     EXPECT_EQ(address(wheel()), address(platforms));
     use(everythingOn());

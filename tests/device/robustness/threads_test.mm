@@ -4,6 +4,7 @@
 #include "device/library/rows_support.h"
 #include "device/standins/images.h"
 
+#include <array>
 #include <atomic>
 #include <thread>
 
@@ -11,7 +12,7 @@ namespace velmoranth::standins {
 namespace {
 
 constexpr int kThreads = 4;
-constexpr int kCalls = 400;
+constexpr int kCalls = 1000;
 
 class Threads : public ReplacedMethods {
   protected:
@@ -78,9 +79,15 @@ TEST_F(Threads, MakeAndEndObjectsOfTheLibrarysClasses) {
     };
     expectNothingLeft(makeOne);
     EXPECT_EQ(failuresOf([sounds] {
-                  const id object = [[sounds alloc] init];
-                  const bool made = object != nil && [object soundToPlay] == nil;
-                  [object release];
+                  std::array<id, 64> objects = {};
+                  for (id& object : objects) {
+                      object = [[sounds alloc] init];
+                  }
+                  bool made = true;
+                  for (const id object : objects) {
+                      made = made && object != nil && [object soundToPlay] == nil;
+                      [object release];
+                  }
                   return made;
               }),
               0);
