@@ -64,8 +64,11 @@ Lines redraws(CGSize size, bool hasImage) {
     if (hasImage) {
         lines.push_back("-[UIImage drawInRect: {{0, 0}, " + shown(size) + "}]");
     }
-    lines.insert(lines.end(),
-                 {"UIGraphicsGetImageFromCurrentImageContext()", "UIGraphicsEndImageContext()"});
+    lines.emplace_back("UIGraphicsGetImageFromCurrentImageContext()");
+    if (size.width > 0 && size.height > 0) {
+        lines.emplace_back("CGBitmapContextCreateImage()");
+    }
+    lines.emplace_back("UIGraphicsEndImageContext()");
     return lines;
 }
 

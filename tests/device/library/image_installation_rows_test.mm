@@ -1,0 +1,124 @@
+// Where the replacements of images, icons and of the classic dock go, on which system, and what a
+// system does with them that lacks a class or a method.
+#include "device/library/rows_support.h"
+#include <objc/runtime.h>
+
+#include <algorithm>
+
+namespace velmoranth::standins {
+namespace {
+
+const Lines kAlways = {
+    "-[CUINamedVectorGlyph UIImageWithAsset:configuration:flippedHorizontally:]",
+    "-[CUINamedVectorGlyph image]",
+    "-[CUINamedImage UIImageWithAsset:configuration:flippedHorizontally:optionalVectorImage:]",
+    "-[_UIImageContent CGImage]",
+    "+[UIImage systemImageNamed:]",
+    "+[UIImage imageNamed:inBundle:withConfiguration:]",
+    "+[UIImage imageNamed:inBundle:compatibleWithTraitCollection:]",
+    "+[UIImage imageNamed:inBundle:]",
+    "+[UIImage _imageNamed:withTrait:]",
+    "+[UIImage imageWithContentsOfCPBitmapFile:flags:]",
+    "+[UIImage kitImageNamed:]",
+    "+[UIImage _kitImageNamed:withTrait:]",
+    "-[WGWidgetInfo _queue_iconWithSize:scale:forWidgetWithIdentifier:extension:]",
+    "-[SBSwitcherAppSuggestionBannerView "
+    "_iconImageFromAppWithBundleIdentifier:withIconImageCache:]",
+    "-[SBCalendarApplicationIcon generateIconImageWithInfo:]",
+    "+[SBHClockApplicationIconImageView "
+    "generateProcessedMappedIconImageWithName:imageInfo:includingMask:]",
+    "-[PKIconImageCache imageForKey:]",
+    "-[SBHIconImageCache imageForIcon:]",
+    "-[SBHIconImageCache unmaskedImageForIcon:]",
+    "-[UNNotificationIcon _initWithName:path:applicationIdentifier:]",
+    "+[APWUtil iconForBundleIdentifier:]",
+    "-[UISwitchModernVisualElement _effectiveThumbImage]",
+    "+[WeatherImageLoader conditionImageNamed:style:]",
+};
+const Lines kSometimes = {
+    "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:]",
+    "-[SBApplicationIcon getUnmaskedIconImage:]",
+    "-[SBDockView layoutSubviews]",
+};
+const Lines kOniOS13 = {kSometimes[0], kSometimes[2]};
+
+struct Place {
+    IMP own;
+    IMP parents;
+    Method otherSides;
+};
+
+std::map<std::string, Place> places() {
+    std::map<std::string, Place> found;
+    for (const std::string& row : joined({kAlways, kSometimes})) {
+        const MethodName method(row);
+        found[row] = {method.implementation(), method.parentsImplementation(), method.otherSides()};
+    }
+    return found;
+}
+
+class ImageRowsInstallation : public DeviceProcess {
+  protected:
+    // Those rows are on their class's right side and no other is, nor any parent's.
+    static void expectInstalled(const SystemVersion& system, const Lines& installed) {
+        const auto before = places();
+        runSystem(system);
+        loaded();
+        for (const auto& [row, place] : places()) {
+            SCOPED_TRACE(row);
+            ASSERT_NE(before.at(row).own, nullptr);
+            EXPECT_EQ(place.own != before.at(row).own,
+                      std::ranges::find(installed, row) != installed.end());
+            EXPECT_EQ(place.parents, before.at(row).parents);
+            EXPECT_EQ(place.otherSides, before.at(row).otherSides);
+        }
+    }
+};
+
+TEST_F(ImageRowsInstallation, OniOS12) {
+    expectInstalled(kiOS12, joined({kAlways, kSometimes}));
+}
+
+TEST_F(ImageRowsInstallation, OniOS13) {
+    expectInstalled(kiOS13, joined({kAlways, kOniOS13}));
+}
+
+TEST_F(ImageRowsInstallation, BetweenTheTwo) {
+    expectInstalled(kBetween, kAlways);
+}
+
+TEST_F(ImageRowsInstallation, WithoutTheMethodsHarmsNothing) {
+    const auto before = places();
+    for (const auto& [row, place] : before) {
+        hideMethod(row);
+    }
+    loaded();
+    showMethods();
+    for (const auto& [row, place] : places()) {
+        EXPECT_EQ(place.own, before.at(row).own) << row;
+    }
+}
+
+TEST_F(ImageRowsInstallation, WithoutTheClassesHarmsNothing) {
+    const auto before = places();
+    // Hidden ones are not found by their names any more.
+    std::map<std::string, Class> targets;
+    for (const auto& [row, place] : before) {
+        targets[row] = MethodName(row).target();
+    }
+    for (const auto& [row, place] : before) {
+        hideClass(row.substr(2, row.find(' ') - 2));
+    }
+    loaded();
+    for (const auto& [row, target] : targets) {
+        const SEL selector =
+            sel_registerName(row.substr(row.find(' ') + 1, row.size() - row.find(' ') - 2).c_str());
+        EXPECT_EQ(method_getImplementation(class_getInstanceMethod(target, selector)),
+                  before.at(row).own)
+            << row;
+    }
+    EXPECT_NE([velMoranth() sharedIconManager], nil);
+}
+
+}  // namespace
+}  // namespace velmoranth::standins
