@@ -353,6 +353,16 @@ TEST_F(Bundles, NeedAFolder) {
 
 TEST_F(Bundles, ThatCannotBeLoadedAreNot) {
     EXPECT_FALSE(bundles().load(nullptr));
+    std::filesystem::create_directories(at("/Library/Themes/Bare.theme"));
+    EXPECT_FALSE(bundles().load(bundles().bundleWithPath("/Library/Themes/Bare.theme")));
+}
+
+TEST_F(Bundles, BringTheirClasses) {
+    EXPECT_EQ(objcRuntime().getClass("LoadedWithItsBundle"), nullptr);
+    const platform::BundleRef bundle = bundles().bundleWithPath(LOADABLE_BUNDLE);
+    EXPECT_TRUE(bundles().load(bundle));
+    EXPECT_NE(objcRuntime().getClass("LoadedWithItsBundle"), nullptr);
+    EXPECT_TRUE(bundles().load(bundle));  // already there
 }
 
 using Dates = PhoneTest;
