@@ -1,0 +1,143 @@
+// The replacements of the classic dock's layout, one for each system.
+#include "device/library/rows_support.h"
+
+namespace velmoranth::standins {
+namespace {
+
+constexpr const char* kLayout = "-[SBDockView layoutSubviews]";
+constexpr const char* kFrame = "-[SBDockView dockListViewFrame]";
+
+class ClassicDock : public ReplacedMethods {
+  protected:
+    explicit ClassicDock(const SystemVersion& system) : ReplacedMethods(system) {
+        setVariable(dock, "_backgroundView", background);
+        setVariable(dock, "_highlightView", highlight);
+        setVariable(dock, "_iconListView", list);
+        for (UIView* const view : {background, highlight, static_cast<UIView*>(list)}) {
+            [dock addSubview:view];
+        }
+        setAnswer(kFrame, CGRect{{4, 3}, {367, 92}});
+        clearJournal();
+    }
+
+    void expectStaysUnlessBothSwitchesAreOn(const std::string& logged) {
+        for (const auto& switches :
+             {std::initializer_list<const char*>{}, {"enable"}, {"removeDock"}}) {
+            settings({"A"}, switches);
+            [dock layoutSubviews];
+            EXPECT_EQ(taken(), Lines{kLayout});
+            EXPECT_EQ(logLines(), Lines{logged});
+        }
+        EXPECT_EQ([dock->_subviews count], 3U);
+        expectExceptionsToPass(kLayout, [this] { [dock layoutSubviews]; });
+        expectNothingLeft([this] { [dock layoutSubviews]; });
+        EXPECT_EQ([dock retainCount], 1U);
+    }
+
+    UIView* background = named([[UIView alloc] init], "background");
+    UIView* highlight = named([[UIView alloc] init], "highlight");
+    SBIconListView* list = named([[SBIconListView alloc] init], "list");
+    SBDockView* dock = named([[SBDockView alloc] init], "dock");
+};
+
+struct DockOniOS12 : ClassicDock {
+    DockOniOS12() : ClassicDock(kiOS12) {}
+};
+
+struct DockOniOS13 : ClassicDock {
+    DockOniOS13() : ClassicDock(kiOS13) {}
+};
+
+struct DockBetween : ClassicDock {
+    DockBetween() : ClassicDock(kBetween) {}
+};
+
+// The theme's dock, ten points below that frame, before it is put anywhere; theme A has the file.
+Lines makesPicture() {
+    return joined(
+        {{kFrame, "-[UIImageView init]", "-[UIImageView setFrame: {{4, 13}, {367, 92}}]"},
+         asksForIdiom(),
+         {readsImage("A/Velmoranth/SBDockBGiphone.png"), "-[UIImageView setImage: <UIImage>]",
+          "-[UIImageView image]", "-[UIImageView image]"}});
+}
+
+TEST_F(DockOniOS12, StaysUnlessBothSwitchesAreOn) {
+    expectStaysUnlessBothSwitchesAreOn("kCFCoreFoundationVersionNumber Running ios 12 1575.170000");
+}
+
+TEST_F(DockOniOS13, StaysUnlessBothSwitchesAreOn) {
+    expectStaysUnlessBothSwitchesAreOn("kCFCoreFoundationVersionNumber Running ios 13 1674.102000");
+}
+
+TEST_F(DockBetween, LayoutIsThePlatforms) {
+    settings({"A"}, {"enable", "removeDock"});
+    [dock layoutSubviews];
+    EXPECT_EQ(taken(), Lines{kLayout});
+    EXPECT_EQ(logLines(), Lines{});
+}
+
+TEST_F(DockOniOS12, ThemesDockLiesBehindTheIconsAtEveryLayout) {
+    themePng("A/Velmoranth/SBDockBGiphone.png");
+    settings({"A"}, {"enable", "removeDock"});
+    [dock layoutSubviews];
+    EXPECT_EQ(taken(),
+              joined({{kLayout, "-[UIView removeFromSuperview]", "-[UIView removeFromSuperview]"},
+                      makesPicture(),
+                      {"-[SBIconListView insertSubview: <UIImageView> atIndex: 0]"}}));
+    ASSERT_EQ([dock->_subviews count], 1U);
+    EXPECT_EQ(address([dock->_subviews objectAtIndex:0]), address(list));
+    UIImageView* const picture = [list->_subviews objectAtIndex:0];
+    EXPECT_EQ(pathOf(picture->_image), "/Library/Themes/A/Velmoranth/SBDockBGiphone.png");
+    [dock layoutSubviews];
+    EXPECT_EQ([list->_subviews count], 2U);
+    EXPECT_EQ(leftBy([this] { [dock layoutSubviews]; }),
+              (Lines{"CALayer +1", "UIImage +1", "UIImageView +1"}));
+    expectExceptionsToPass("-[UIView removeFromSuperview]", [this] {
+        [dock layoutSubviews];
+        [list->_subviews removeAllObjects];
+    });
+}
+
+TEST_F(DockOniOS12, WhatIsNoViewIsLeftAlone) {
+    settings({"A"}, {"enable", "removeDock"});
+    setVariable(dock, "_highlightView", @"no view");
+    setVariable(dock, "_iconListView", nil);
+    [dock layoutSubviews];
+    EXPECT_EQ(taken(), (Lines{kLayout, "-[UIView removeFromSuperview]"}));
+    setVariable(dock, "_backgroundView", nil);
+    setVariable(dock, "_highlightView", nil);
+    [dock layoutSubviews];
+    EXPECT_EQ(taken(), Lines{kLayout});
+}
+
+TEST_F(DockOniOS12, ClassWithoutTheVariablesIsToldOfInTheLog) {
+    settings({"A"}, {"enable", "removeDock"});
+    const Class plain =
+        classWithMethodOf("PlainDock", [UIView class], "layoutSubviews", [SBDockView class]);
+    UIView* const view = [[[plain alloc] init] autorelease];
+    clearJournal();
+    [view layoutSubviews];
+    EXPECT_EQ(taken(), Lines{"-[PlainDock layoutSubviews]"});
+    EXPECT_EQ(logLines().size(), 4U);
+}
+
+TEST_F(DockOniOS13, ThemesDockBecomesTheBackgroundAtEveryLayout) {
+    themePng("A/Velmoranth/SBDockBGiphone.png");
+    settings({"A"}, {"enable", "removeDock"});
+    [dock layoutSubviews];
+    EXPECT_EQ(
+        taken(),
+        joined({{kLayout}, makesPicture(), {"-[SBDockView setBackgroundView: <UIImageView>]"}}));
+    EXPECT_EQ(address([dock->_subviews objectAtIndex:0]),
+              address(variable(dock, "_backgroundView")));
+    UIImageView* const picture = variable(dock, "_backgroundView");
+    EXPECT_EQ(pathOf(picture->_image), "/Library/Themes/A/Velmoranth/SBDockBGiphone.png");
+    EXPECT_EQ([dock->_subviews count], 3U);
+    // The one before is let go.
+    expectNothingLeft([this] { [dock layoutSubviews]; });
+    expectExceptionsToPass(kLayout, [this] { [dock layoutSubviews]; });
+    expectExceptionsToPass(kFrame, [this] { [dock layoutSubviews]; });
+}
+
+}  // namespace
+}  // namespace velmoranth::standins
