@@ -21,6 +21,8 @@ deviceCompileFlags=(
     -nostdinc++ -isystem device/cxx -isystem /usr/lib/llvm-19/include/c++/v1
     -std=c++20 -Oz -DNDEBUG -fvisibility=hidden -fvisibility-inlines-hidden
     -ffunction-sections -fdata-sections "-ffile-prefix-map=$PWD=."
+    # What lasts as long as the process is not taken apart at its end: other threads may still use it.
+    -fno-c++-static-destructors
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
 )
 
@@ -69,6 +71,7 @@ write_cxx_stub() {
 }
 
 # Of what the linker says of an undefined symbol, one line.
+# shellcheck disable=SC2016 # the fields are awk's
 readonly undefinedSymbols='
     /error: undefined symbol: / { symbol = $NF; next }
     /^>>> referenced by / && symbol != "" {
