@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
-"""Runs benchmark programs and prints each time beside its bare cost: the time of the benchmark of the
-same name with `Bare` after its first part (`lookUpIcon/10` is compared with `lookUpIconBare/10`).
+"""Runs benchmark programs and prints each time beside its bare cost: the ratio that a benchmark
+reports itself, or else that to the benchmark of the same name with `Bare` after its first part
+(`lookUpIcon/10` is compared with `lookUpIconBare/10`).
 
 usage: bench.py [ARGUMENTS OF GOOGLE BENCHMARK] -- PROGRAM..."""
 
@@ -31,8 +32,9 @@ def main():
     split = sys.argv.index("--")
     arguments, programs = sys.argv[1:split], sys.argv[split + 1:]
     for program in programs:
-        times = {entry["name"]: entry["real_time"] * UNITS[entry["time_unit"]]
-                 for entry in run(program, arguments) if entry.get("run_type") != "aggregate"}
+        entries = [entry for entry in run(program, arguments) if entry.get("run_type") != "aggregate"]
+        times = {entry["name"]: entry["real_time"] * UNITS[entry["time_unit"]] for entry in entries}
+        ratios = {entry["name"]: entry["ratio"] for entry in entries if "ratio" in entry}
         print(program.rsplit("/", 1)[-1])
         for name, time in times.items():
             first, slash, rest = name.partition("/")
@@ -40,6 +42,8 @@ def main():
                 continue
             bare = times.get(first + "Bare" + slash + rest)
             ratio = f"{time / bare:6.2f} × bare ({time_text(bare)})" if bare else ""
+            if name in ratios:
+                ratio = f"{ratios[name]:6.2f} ×"
             print(f"  {name:<48} {time_text(time):>10}  {ratio}".rstrip())
     return 0
 
