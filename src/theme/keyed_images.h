@@ -1,13 +1,12 @@
-// A cache of the process: keys in the order in which they were stored, and an image for each. Keys
-// are searched first to last; a key that is stored again is listed again and its image replaced.
+// A cache of the process: keys in the order in which they were stored, and an image for each. A key
+// that is stored again is listed again and its image replaced.
 #pragma once
 
 #include "platform/foundation.h"
 #include "platform/uikit.h"
 
-#include <algorithm>
-#include <map>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace velmoranth::theme {
@@ -18,7 +17,7 @@ class KeyedImages {
 
     // Nil is never listed.
     [[nodiscard]] bool contains(const platform::NullableString& key) const {
-        return key && std::find(keys_.begin(), keys_.end(), *key) != keys_.end();
+        return key && images_.contains(*key);
     }
 
     // Nil when there is none.
@@ -37,7 +36,7 @@ class KeyedImages {
 
   private:
     std::vector<std::string> keys_;
-    std::map<std::string, platform::ImageRef> images_;
+    std::unordered_map<std::string, platform::ImageRef> images_;  // of every key
 };
 
 }  // namespace velmoranth::theme

@@ -38,7 +38,8 @@ bool isThemedIcon(const NullableString& key) {
 }
 
 ImageRef ThemedIconImage(const NullableString& key) {
-    return caches() ? caches()->image(key) : nullptr;
+    const std::optional<KeyedImages>& kept = caches();
+    return kept ? kept->image(key) : nullptr;
 }
 
 void storeThemedIcon(const NullableString& key, const ImageRef& image) {
