@@ -28,24 +28,35 @@ namespace velmoranth::device {
             selector[kInit.size()] > 'z');
 }
 
-// The receiver of a call, without a reference of its own.
+// The receiver of a call, without a reference of its own. So there is nothing to do at the end.
 template <class Receiver>
-struct ReceiverHandle {
-    explicit ReceiverHandle(id self) : handle(self, Hold::borrow) {}
+class ReceiverHandle {
+  public:
+    explicit ReceiverHandle(id self) : handle_(self, Hold::borrow) {}
 
-    Receiver& get() { return handle; }
+    ReceiverHandle(const ReceiverHandle&) = delete;
+    ReceiverHandle& operator=(const ReceiverHandle&) = delete;
 
-    typename HandleFor<Receiver>::Type handle;
+    ~ReceiverHandle() {}
+
+    Receiver& get() { return handle_; }
+
+  private:
+    union {
+        typename HandleFor<Receiver>::Type handle_;
+    };
 };
 
 template <>
-struct ReceiverHandle<platform::Class> {
+class ReceiverHandle<platform::Class> {
+  public:
     // Class sides are called with the class or a subclass of it.
-    explicit ReceiverHandle(id self) : cls(wrapClass(static_cast<Class>(self))) {}
+    explicit ReceiverHandle(id self) : cls_(*wrapClass(static_cast<Class>(self))) {}
 
-    platform::Class& get() { return *cls; }
+    platform::Class& get() { return cls_; }
 
-    platform::ClassRef cls;
+  private:
+    platform::Class& cls_;
 };
 
 // A reference to the receiver for an initialiser to take. An initialiser that raises has not taken
@@ -64,6 +75,38 @@ class ReferenceToGive {
   private:
     id object_;
 };
+
+// A result of the platform's as the engine sees it.
+template <class R>
+struct PlatformResult {
+    R of(typename Argument<R>::Native native) { return Argument<R>::fromNative(native); }
+};
+
+// A replacement asks the platform several times as a rule and is given the same object: one handle
+// serves all of them.
+template <class T>
+class PlatformResult<std::shared_ptr<T>> {
+  public:
+    using Native = typename Argument<std::shared_ptr<T>>::Native;
+
+    std::shared_ptr<T> of(Native native) {
+        if (native == nullptr) {
+            return nullptr;
+        }
+        if (last_ == nullptr || native != native_) {
+            last_ = Argument<std::shared_ptr<T>>::fromNative(native);
+            native_ = native;
+        }
+        return last_;
+    }
+
+  private:
+    std::shared_ptr<T> last_;
+    Native native_ = nullptr;
+};
+
+template <>
+struct PlatformResult<void> {};
 
 // What is done after every call of a replacement, also one that raised; nothing, unless said
 // otherwise for that one.
@@ -123,16 +166,38 @@ struct TypedTrampoline<Row, R(Receiver&, Args...)> {
 
     // What a call of the platform's implementation needs beside what the engine hands in.
     struct Call {
+        const Receiver* receiver;
+        id self;  // the receiver's
         SEL selector;
         std::tuple<Native<Args>...> given;
+        [[no_unique_address]] mutable PlatformResult<R> result = {};
     };
 
     // The platform's implementation; filled by the installation.
     static inline IMP slot = nullptr;
 
-    static R callOriginal(const void* call, Receiver& self, Args... args) {
+    static R callOriginal(const void* call, Receiver& self, const Args&... args) {
         return callOriginal(*static_cast<const Call*>(call), self,
                             std::index_sequence_for<Args...>(), args...);
+    }
+
+    // The result is not made into a handle.
+    static bool originalGivesObject(const void* call, Receiver& self, const Args&... args) {
+        return originalGivesObject(*static_cast<const Call*>(call), self,
+                                   std::index_sequence_for<Args...>(), args...);
+    }
+
+    template <std::size_t... I>
+    static bool originalGivesObject(const Call& call, Receiver& self,
+                                    std::index_sequence<I...> /*places*/, const Args&... args) {
+        const auto function = functionOf<Function>(slot);
+        return function != nullptr &&
+               function(receiverOf(call, self), call.selector,
+                        Argument<Args>::toNative(args, std::get<I>(call.given))...) != nullptr;
+    }
+
+    static id receiverOf(const Call& call, const Receiver& self) {
+        return &self == call.receiver ? call.self : static_cast<id>(self.native());
     }
 
     template <std::size_t... I>
@@ -142,7 +207,7 @@ struct TypedTrampoline<Row, R(Receiver&, Args...)> {
         if (function == nullptr) {
             return R();
         }
-        const id receiver = static_cast<id>(self.native());
+        const id receiver = receiverOf(call, self);
         if constexpr (std::is_void_v<R>) {
             function(receiver, call.selector,
                      Argument<Args>::toNative(args, std::get<I>(call.given))...);
@@ -154,17 +219,26 @@ struct TypedTrampoline<Row, R(Receiver&, Args...)> {
             reference.given();
             return wrap<typename R::element_type>(result, Hold::adopt);
         } else {
-            return Argument<R>::fromNative(
+            return call.result.of(
                 function(receiver, call.selector,
                          Argument<Args>::toNative(args, std::get<I>(call.given))...));
+        }
+    }
+
+    // Only for a result that may be dropped: an initialiser's has to be released.
+    static constexpr typename Original::DirectTest testOf() {
+        if constexpr (std::is_pointer_v<NativeResult> && !kIsInitializer) {
+            return &originalGivesObject;
+        } else {
+            return nullptr;
         }
     }
 
     // The method's implementation as the runtime calls it.
     static NativeResult entry(id self, SEL selector, Native<Args>... args) {
         ReceiverHandle<Receiver> receiver(self);
-        const Call call{selector, {args...}};
-        const Original original(&callOriginal, &call);
+        const Call call{&receiver.get(), self, selector, {args...}};
+        const Original original(&callOriginal, testOf(), &call);
         [[maybe_unused]] const AfterCall<kReplacement> afterCall;
         if constexpr (std::is_void_v<R>) {
             kReplacement(original, receiver.get(), Argument<Args>::fromNative(args)...);

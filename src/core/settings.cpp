@@ -14,7 +14,6 @@ using platform::Dictionary;
 
 struct State {
     Dictionary store;
-    Settings settings;
     // What the lookups last read.
     Dictionary lookupStore;
     bool lookupLogging = false;
@@ -84,9 +83,7 @@ bool lookupSwitch(std::string_view key) {
 
 }  // namespace
 
-const Settings& settings() {
-    return state().settings;
-}
+constinit Settings detail::settingsRecord;
 
 const Dictionary& SettingsStore() {
     return state().store;
@@ -101,7 +98,7 @@ void loadSettings() {
     }
     state().store = std::move(*read);
     for (const Key& key : kKeys) {
-        readKey(key, state().store, state().settings);
+        readKey(key, state().store, detail::settingsRecord);
     }
 }
 

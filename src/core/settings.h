@@ -38,8 +38,17 @@ struct Settings {
     friend bool operator==(const Settings&, const Settings&) = default;
 };
 
-// The record as it stands. All off and 0 until loadSettings has read a file.
-[[nodiscard]] const Settings& settings();
+namespace detail {
+
+extern Settings settingsRecord;
+
+}  // namespace detail
+
+// The record as it stands. All off and 0 until loadSettings has read a file. Every replacement asks
+// for it at every call: no more than a variable's address.
+[[nodiscard]] inline const Settings& settings() {
+    return detail::settingsRecord;
+}
 
 // The dictionary that the preferences file held when loadSettings last ran; empty when it gave
 // nothing.

@@ -29,8 +29,9 @@ NullableString nodeIdentifierOf(const SBIconRef& icon) {
 template <class PlatformImage>
 ImageRef keptOrThemed(const NullableString& identifier, PlatformImage original) {
     createThemedIconsWhenAbsent();
-    if (isThemedIcon(identifier)) {
-        return ThemedIconImage(identifier);
+    // One search: a key that is in the list has an image.
+    if (ImageRef kept = ThemedIconImage(identifier)) {
+        return kept;
     }
     ImageRef image = themedIcon(identifier, original());
     storeThemedIcon(identifier, image);
@@ -106,11 +107,11 @@ ImageRef SBApplicationIconHooks::getUnmaskedIconImage(
 ImageRef SBHIconImageCacheHooks::imageForIcon(const OriginalImplementation<Signature>& original,
                                               platform::SBHIconImageCache& self, SBIconRef icon) {
     const auto orig = [&] { return original(self, icon); };
-    orig();
+    original.givesObject(self, icon);
     if (!settings().enable) {
         return orig();
     }
-    if (orig() == nullptr) {
+    if (!original.givesObject(self, icon)) {
         return orig();
     }
     const NullableString identifier = nodeIdentifierOf(icon);
@@ -127,7 +128,7 @@ ImageRef SBHIconImageCacheHooks::unmaskedImageForIcon(
     const OriginalImplementation<Signature>& original, platform::SBHIconImageCache& self,
     SBIconRef icon) {
     const auto orig = [&] { return original(self, icon); };
-    orig();
+    original.givesObject(self, icon);
     if (!settings().enable) {
         return orig();
     }

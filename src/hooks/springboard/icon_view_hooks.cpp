@@ -23,10 +23,6 @@ using platform::platform;
 
 namespace {
 
-bool labelsAreRemoved() {
-    return settings().enable && settings().removeLabels;
-}
-
 // The theme's mask, in two places; the icons' own search tries the second one twice.
 ImageRef darkeningMask() {
     constexpr const char* kName = "AppIconMask.png";
@@ -97,7 +93,7 @@ ImageRef SBIconLabelImageHooks::_initWithCGImageScaleOrientationParametersMaxSiz
     platform::BitmapImageRef bitmap, double scale, std::int64_t orientation,
     platform::ObjectRef parameters, platform::Point maxSizeOffset) {
     original(self, bitmap, scale, orientation, parameters, maxSizeOffset);
-    if (labelsAreRemoved()) {
+    if (detail::labelsAreRemoved()) {
         return nullptr;
     }
     return original(self, std::move(bitmap), scale, orientation, std::move(parameters),
@@ -130,34 +126,6 @@ double SBIconBadgeViewHooks::_maxTextWidth(
     const OriginalImplementation<double(platform::Class&)>& original, platform::Class& self) {
     original(self);
     return original(self);
-}
-
-void SBIconLegibilityLabelViewHooks::setHidden(
-    const OriginalImplementation<void(platform::SBIconLegibilityLabelView&, bool)>& original,
-    platform::SBIconLegibilityLabelView& self, bool hidden) {
-    original(self, hidden);
-    original(self, labelsAreRemoved() || hidden);
-}
-
-bool SBIconLegibilityLabelViewHooks::isHidden(
-    const OriginalImplementation<bool(platform::SBIconLegibilityLabelView&)>& original,
-    platform::SBIconLegibilityLabelView& self) {
-    original(self);
-    return labelsAreRemoved() || original(self);
-}
-
-double SBIconLegibilityLabelViewHooks::alpha(
-    const OriginalImplementation<double(platform::SBIconLegibilityLabelView&)>& original,
-    platform::SBIconLegibilityLabelView& self) {
-    original(self);
-    return labelsAreRemoved() ? 0 : original(self);
-}
-
-void SBIconLegibilityLabelViewHooks::setAlpha(
-    const OriginalImplementation<void(platform::SBIconLegibilityLabelView&, double)>& original,
-    platform::SBIconLegibilityLabelView& self, double alpha) {
-    original(self, alpha);
-    original(self, labelsAreRemoved() ? 0 : alpha);
 }
 
 }  // namespace velmoranth::hooks

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "core/original_implementation.h"
+#include "core/settings.h"
 #include "platform/springboard.h"
 #include "platform/uikit.h"
 
@@ -62,5 +63,45 @@ struct SBIconLegibilityLabelViewHooks {
                              void(platform::SBIconLegibilityLabelView&, double)>& original,
                          platform::SBIconLegibilityLabelView& self, double alpha);
 };
+
+namespace detail {
+
+[[nodiscard]] inline bool labelsAreRemoved() {
+    return core::settings().enable && core::settings().removeLabels;
+}
+
+}  // namespace detail
+
+// Every layout of the home screen asks each label several times, so a caller that knows what
+// `original` leads to can have all of a replacement in one function.
+
+inline void SBIconLegibilityLabelViewHooks::setHidden(
+    const core::OriginalImplementation<void(platform::SBIconLegibilityLabelView&, bool)>& original,
+    platform::SBIconLegibilityLabelView& self, bool hidden) {
+    original(self, hidden);
+    original(self, detail::labelsAreRemoved() || hidden);
+}
+
+inline bool SBIconLegibilityLabelViewHooks::isHidden(
+    const core::OriginalImplementation<bool(platform::SBIconLegibilityLabelView&)>& original,
+    platform::SBIconLegibilityLabelView& self) {
+    original(self);
+    return detail::labelsAreRemoved() || original(self);
+}
+
+inline double SBIconLegibilityLabelViewHooks::alpha(
+    const core::OriginalImplementation<double(platform::SBIconLegibilityLabelView&)>& original,
+    platform::SBIconLegibilityLabelView& self) {
+    original(self);
+    return detail::labelsAreRemoved() ? 0 : original(self);
+}
+
+inline void SBIconLegibilityLabelViewHooks::setAlpha(
+    const core::OriginalImplementation<void(platform::SBIconLegibilityLabelView&, double)>&
+        original,
+    platform::SBIconLegibilityLabelView& self, double alpha) {
+    original(self, alpha);
+    original(self, detail::labelsAreRemoved() ? 0 : alpha);
+}
 
 }  // namespace velmoranth::hooks
