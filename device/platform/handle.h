@@ -90,8 +90,8 @@ template <class Interface>
 // come; a handle without messages for a class that no interface stands for. Nil for nil.
 [[nodiscard]] platform::ObjectRef wrapAny(id object);
 
-// The one handle of a class; nil for nil. Classes are never released.
-[[nodiscard]] platform::ClassRef wrapClass(Class cls);
+// The one handle of a class, kept for the life of the process as classes are; nil for nil.
+[[nodiscard]] const platform::ClassRef& wrapClass(Class cls);
 
 template <>
 [[nodiscard]] inline platform::ObjectRef wrap<platform::Object>(const void* object, Hold) {

@@ -4,8 +4,13 @@
 #include "device/platform/handles.h"
 #include <objc/runtime.h>
 
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
 #include <map>
 #include <mutex>
+#include <utility>
 
 namespace velmoranth::device {
 namespace {
@@ -44,6 +49,16 @@ struct LockedMap {
 };
 
 using Classes = LockedMap<Class, platform::ClassRef>;
+using KnownHandle = std::pair<const Class, platform::ClassRef>;
+
+// The classes asked for last, each in a place that its address decides: those that methods are
+// called with come again and again, and are found without a lock.
+std::atomic<const KnownHandle*>& lastKnown(Class cls) {
+    static constinit std::array<std::atomic<const KnownHandle*>, 64> places{};
+    constexpr unsigned kAlignmentBits = 4;
+    return places[(reinterpret_cast<std::uintptr_t>(cls) >> kAlignmentBits) % places.size()];
+}
+
 using Counterparts = LockedMap<const platform::Object*, id>;
 
 template <class Interface>
@@ -92,17 +107,24 @@ platform::ObjectRef wrapAny(id object) {
     return std::make_shared<Handle<platform::Object>>(object, Hold::retain);
 }
 
-platform::ClassRef wrapClass(Class cls) {
+const platform::ClassRef& wrapClass(Class cls) {
     if (cls == Nil) {
-        return nullptr;
+        static const platform::ClassRef kNil;
+        return kNil;
     }
-    Classes& classes = Classes::instance();
-    const std::scoped_lock lock(classes.mutex);
-    platform::ClassRef& handle = classes.values[cls];
-    if (handle == nullptr) {
-        handle = std::make_shared<ClassHandle>(cls);
+    std::atomic<const KnownHandle*>& last = lastKnown(cls);
+    const KnownHandle* known = last.load(std::memory_order_acquire);
+    if (known == nullptr || known->first != cls) {
+        Classes& classes = Classes::instance();
+        const std::scoped_lock lock(classes.mutex);
+        KnownHandle& entry = *classes.values.try_emplace(cls).first;
+        if (entry.second == nullptr) {
+            entry.second = std::make_shared<ClassHandle>(cls);
+        }
+        known = &entry;
+        last.store(known, std::memory_order_release);
     }
-    return handle;
+    return known->second;
 }
 
 void addCounterpart(const platform::Object& object, id counterpart) {

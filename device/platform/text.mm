@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -42,6 +43,13 @@ void appendUtf8(std::string& text, std::uint32_t c) {
 }
 
 std::string utf8Of(const unichar* units, std::size_t count) {
+    unsigned allBits = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        allBits |= units[i];
+    }
+    if (allBits < 0x80) {
+        return std::string(units, units + count);
+    }
     std::string text;
     text.reserve(count);
     for (std::size_t i = 0; i < count; ++i) {
@@ -83,11 +91,35 @@ std::vector<unichar> utf16Of(std::string_view text) {
     return units;
 }
 
+bool derivesFrom(Class cls, Class ancestor) {
+    while (cls != Nil && cls != ancestor) {
+        cls = class_getSuperclass(cls);
+    }
+    return cls == ancestor;
+}
+
+// Nearly all strings are of one class, whose objects are not asked again. A class that only answers
+// for others, as proxies do, is asked each time.
+bool isString(id object) {
+    static constinit std::atomic<const void*> known = nullptr;
+    const Class cls = object_getClass(object);
+    if (static_cast<const void*>(cls) == known.load(std::memory_order_relaxed)) {
+        return true;
+    }
+    static const Class kString = [NSString class];
+    if (![object isKindOfClass:kString]) {
+        return false;
+    }
+    if (derivesFrom(cls, kString)) {
+        known.store(static_cast<const void*>(cls), std::memory_order_relaxed);
+    }
+    return true;
+}
+
 }  // namespace
 
 platform::NullableString textOf(id string) {
-    static const Class kString = [NSString class];
-    if (string == nil || ![string isKindOfClass:kString]) {
+    if (string == nil || !isString(string)) {
         return std::nullopt;
     }
     // The characters, not a copy in UTF-8 made by the platform: one conversion less, and the

@@ -37,6 +37,29 @@
 
 @end
 
+// No string, but one that answers for a string, or not.
+@interface Pretender : NSObject {
+  @public
+    BOOL pretends;
+}
+@end
+
+@implementation Pretender
+
+- (BOOL)isKindOfClass:(Class)cls {
+    return pretends && cls == [NSString class];
+}
+
+- (NSUInteger)length {
+    return 1;
+}
+
+- (void)getCharacters:(unichar*)buffer range:(NSRange)range {
+    buffer[range.location] = 'x';
+}
+
+@end
+
 // Any characters at all: GNUstep makes no string of half a surrogate pair.
 @interface AnyString : NSString {
   @public
@@ -97,6 +120,18 @@ TEST_F(Text, IsNothingForNilAndForWhatIsNoString) {
     EXPECT_EQ(textOf([NSNull null]), std::nullopt);
     EXPECT_EQ(textOf(static_cast<id>([NSString class])), std::nullopt);
     EXPECT_EQ(textOf(@""), "");
+}
+
+TEST_F(Text, AsksEachObjectThatOnlyAnswersForAString) {
+    Pretender* const pretender = [[[Pretender alloc] init] autorelease];
+    EXPECT_EQ(textOf(pretender), std::nullopt);
+    pretender->pretends = YES;
+    EXPECT_EQ(textOf(pretender), "x");
+    EXPECT_EQ(textOf(pretender), "x");
+    pretender->pretends = NO;
+    EXPECT_EQ(textOf(pretender), std::nullopt);
+    EXPECT_EQ(textOf(@"a"), "a");
+    EXPECT_EQ(textOf(pretender), std::nullopt);
 }
 
 TEST_F(Text, KeepsEveryCharacter) {
