@@ -1,15 +1,18 @@
-// The shared audio session and players of sounds, in processes that have AVFoundation: the library
-// does not bring it into the others.
+// The shared audio session and players of sounds. Most processes have no AVFoundation, and the
+// library brings it into none of them before they are to play a sound.
 #include "device/platform/av_foundation_handles.h"
 #include "device/platform/services.h"
 #import <AVFoundation/AVFoundation.h>
 #include <objc/runtime.h>
 
 #include <memory>
+#include <mutex>
 #include <string_view>
 
 namespace velmoranth::device {
 namespace {
+
+constexpr const char* kPlayers = "AVAudioPlayer";
 
 AVAudioSession* sessionOf(const AudioSessionHandle& handle) {
     return static_cast<AVAudioSession*>(handle.object());
@@ -17,6 +20,24 @@ AVAudioSession* sessionOf(const AudioSessionHandle& handle) {
 
 AVAudioPlayer* playerOf(const AudioPlayerHandle& handle) {
     return static_cast<AVAudioPlayer*>(handle.object());
+}
+
+void loadFramework() {
+    @autoreleasepool {
+        [[NSBundle bundleWithPath:@"/System/Library/Frameworks/AVFoundation.framework"] load];
+    }
+}
+
+// A system's own sound that a theme replaces is not played, so the theme's has to be, in a process
+// that plays no other sound too. Nil where the framework cannot be loaded.
+Class audioClass(const char* name) {
+    const Class present = static_cast<Class>(objc_getClass(name));
+    if (present != Nil) {
+        return present;
+    }
+    static std::once_flag loading;
+    std::call_once(loading, loadFramework);
+    return static_cast<Class>(objc_getClass(name));
 }
 
 // The session of a process without AVFoundation.
@@ -32,8 +53,7 @@ class MissingAudioSession final : public platform::AudioSession {
 class PhoneAudio final : public platform::Audio {
   public:
     platform::AudioSessionRef sharedInstance() override {
-        AVAudioSession* const session =
-            [static_cast<Class>(objc_getClass("AVAudioSession")) sharedInstance];
+        AVAudioSession* const session = [audioClass("AVAudioSession") sharedInstance];
         if (session == nil) {
             static const auto kMissing = std::make_shared<MissingAudioSession>();
             return kMissing;
@@ -42,7 +62,7 @@ class PhoneAudio final : public platform::Audio {
     }
 
     platform::AudioPlayerRef audioPlayerWithContentsOfURL(const std::string& path) override {
-        const Class players = playerClass();
+        const Class players = audioClass(kPlayers);
         if (players == Nil) {
             return nullptr;
         }
@@ -55,17 +75,14 @@ class PhoneAudio final : public platform::Audio {
 
     platform::AudioPlayerRef audioPlayerWithData(
         const std::optional<platform::Data>& data) override {
-        const Class players = playerClass();
-        if (players == Nil || !data) {
+        const Class players = data ? audioClass(kPlayers) : Nil;
+        if (players == Nil) {
             return nullptr;
         }
         NSData* const bytes = [NSData dataWithBytes:data->data() length:data->size()];
         return wrap<platform::AudioPlayer>([[players alloc] initWithData:bytes error:nullptr],
                                            Hold::adopt);
     }
-
-  private:
-    static Class playerClass() { return static_cast<Class>(objc_getClass("AVAudioPlayer")); }
 };
 
 }  // namespace

@@ -6,12 +6,14 @@
 #import "device/standins/messages.h"
 #include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <objc/runtime.h>
 
 #include <string_view>
 
 namespace {
 
 bool classesAreMissing = false;
+bool bundleHasClasses = true;
 
 bool isOfAFramework(std::string_view name) {
     return name.starts_with("UI") || name.starts_with("AV") || name.starts_with("SB");
@@ -24,6 +26,31 @@ extern "C" __attribute__((visibility("default"))) Class objc_getClass(const char
         reinterpret_cast<Class (*)(const char*)>(dlsym(RTLD_NEXT, "objc_getClass"));
     return classesAreMissing && isOfAFramework(name) ? Nil : kReal(name);
 }
+
+// Stands for the framework's bundle; loading it brings the classes.
+@interface FrameworkBundle : StandIn {
+}
+- (BOOL)load;
+@end
+
+@implementation FrameworkBundle
+
+- (BOOL)load {
+    velmoranth::standins::received(self, _cmd);
+    classesAreMissing = !bundleHasClasses;
+    return bundleHasClasses;
+}
+
+@end
+
+namespace {
+
+id frameworkBundle(id cls, SEL selector, NSString* path) {
+    velmoranth::standins::received(cls, selector, path);
+    return [[[FrameworkBundle alloc] init] autorelease];
+}
+
+}  // namespace
 
 namespace velmoranth::device {
 namespace {
@@ -99,6 +126,79 @@ TEST_F(MissingClasses, OfSoundsPlayNothing) {
     EXPECT_FALSE(session->setActive(true));
     EXPECT_EQ(audio().audioPlayerWithData(platform::Data{'c', 'a', 'f', 'f'}), nullptr);
     EXPECT_EQ(audio().audioPlayerWithContentsOfURL("/x.caf"), nullptr);
+}
+
+// The process begins without the framework, as most do.
+class UnloadedAudio : public ::testing::Test {
+  protected:
+    UnloadedAudio() {
+        classesAreMissing = true;
+        standins::clearJournal();
+    }
+
+    ~UnloadedAudio() override {
+        method_setImplementation(bundleWithPath_, found_);
+        [pool_ drain];
+    }
+
+    static Strings loading() {
+        return {"+[NSBundle bundleWithPath: \"/System/Library/Frameworks/AVFoundation.framework\"]",
+                "-[FrameworkBundle load]"};
+    }
+
+  private:
+    NSAutoreleasePool* const pool_ = [[NSAutoreleasePool alloc] init];
+    const Method bundleWithPath_ =
+        class_getClassMethod([NSBundle class], @selector(bundleWithPath:));
+    const IMP found_ =
+        method_setImplementation(bundleWithPath_, reinterpret_cast<IMP>(&frameworkBundle));
+};
+
+TEST_F(UnloadedAudio, IsLoadedWithTheFirstSound) {
+    platform::Audio& sounds = audio();
+    EXPECT_EQ(sounds.audioPlayerWithData(std::nullopt), nullptr);
+    EXPECT_EQ(standins::journal(), Strings{});
+    EXPECT_NE(sounds.audioPlayerWithData(platform::Data{'c', 'a', 'f', 'f'}), nullptr);
+    Strings expected = loading();
+    expected.push_back("-[AVAudioPlayer initWithData: 4 error: null]");
+    EXPECT_EQ(standins::journal(), expected);
+}
+
+TEST_F(UnloadedAudio, IsLoadedWithTheSession) {
+    const platform::AudioSessionRef session = audio().sharedInstance();
+    ASSERT_NE(session, nullptr);
+    EXPECT_NE(session->native(), nullptr);
+    EXPECT_EQ(standins::living("FrameworkBundle"), 0);
+    static_cast<void>(audio().sharedInstance());
+    Strings expected = loading();
+    expected.insert(expected.end(), 2, "+[AVAudioSession sharedInstance]");
+    EXPECT_EQ(standins::journal(), expected);
+}
+
+TEST_F(UnloadedAudio, IsLoadedForAFile) {
+    EXPECT_EQ(audio().audioPlayerWithContentsOfURL("/no/such/file"), nullptr);
+    Strings expected = loading();
+    expected.push_back("-[AVAudioPlayer initWithContentsOfURL: \"/no/such/file\" error: null]");
+    EXPECT_EQ(standins::journal(), expected);
+}
+
+TEST_F(UnloadedAudio, IsNotTriedAgain) {
+    bundleHasClasses = false;
+    EXPECT_EQ(audio().sharedInstance()->native(), nullptr);
+    EXPECT_EQ(audio().audioPlayerWithContentsOfURL("/x.caf"), nullptr);
+    EXPECT_EQ(audio().audioPlayerWithData(platform::Data{'c', 'a', 'f', 'f'}), nullptr);
+    EXPECT_EQ(standins::journal(), loading());
+}
+
+TEST(LoadedAudio, IsNotLoadedAgain) {
+    @autoreleasepool {
+        const Method method = class_getClassMethod([NSBundle class], @selector(bundleWithPath:));
+        const IMP found = method_setImplementation(method, reinterpret_cast<IMP>(&frameworkBundle));
+        standins::clearJournal();
+        EXPECT_NE(audio().sharedInstance()->native(), nullptr);
+        method_setImplementation(method, found);
+        EXPECT_EQ(standins::journal(), Strings{"+[AVAudioSession sharedInstance]"});
+    }
 }
 
 TEST_F(MissingClasses, LeaveObjectsWithoutAKind) {
