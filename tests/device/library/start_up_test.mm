@@ -127,10 +127,10 @@ TEST_F(StartUp, RunsItsStepsInOrder) {
     std::ranges::copy(installedWith(kOniOS13), std::back_inserter(expected));
     for (const char* const step :
          {"setuid(0)", "setgid(0)",
-          "CFNotificationCenterAddObserver(com.qor.velmoranthprefs.prefs, 2)",
-          "CFNotificationCenterAddObserver(com.qor.velmoranththemechanged.prefs, 2)",
-          "CFNotificationCenterAddObserver(com.qor.velmoranthdevelopingprefs.prefs, 2)",
-          "CFNotificationCenterAddObserver(com.qor.velmoranthcompileassets.prefs, 2)"}) {
+          "CFNotificationCenterAddObserver(null, com.qor.velmoranthprefs.prefs, 2)",
+          "CFNotificationCenterAddObserver(null, com.qor.velmoranththemechanged.prefs, 2)",
+          "CFNotificationCenterAddObserver(null, com.qor.velmoranthdevelopingprefs.prefs, 2)",
+          "CFNotificationCenterAddObserver(null, com.qor.velmoranthcompileassets.prefs, 2)"}) {
         expected.push_back(step);
     }
     EXPECT_EQ(journalOfAny({"setuid(", "setgid(", "MSHookMessageEx(", "class_addMethod(",

@@ -1,6 +1,7 @@
 #include "device/platform/phone_test.h"
 #include "device/platform/services.h"
 #include "device/standins/standin.h"
+#include <CoreFoundation/CoreFoundation.h>
 
 #include <vector>
 
@@ -43,9 +44,56 @@ TEST_F(DarwinNotificationCenter, RegistersByNameAndBehaviour) {
                                            SuspensionBehavior::coalesce);
     darwinNotificationCenter().addObserver(nullptr, &note, "org.example/other", nullptr,
                                            SuspensionBehavior::deliverImmediately);
+    EXPECT_EQ(
+        standins::journal(),
+        (std::vector<std::string>{"CFNotificationCenterAddObserver(null, org.example/changed, 2)",
+                                  "CFNotificationCenterAddObserver(null, org.example/other, 4)"}));
+}
+
+TEST_F(DarwinNotificationCenter, IsGivenTheObserverAsItIs) {
+    int self = 0;
+    standins::clearJournal();
+    darwinNotificationCenter().addObserver(&self, &note, "changed", nullptr,
+                                           SuspensionBehavior::coalesce);
     EXPECT_EQ(standins::journal(),
-              (std::vector<std::string>{"CFNotificationCenterAddObserver(org.example/changed, 2)",
-                                        "CFNotificationCenterAddObserver(org.example/other, 4)"}));
+              std::vector<std::string>{"CFNotificationCenterAddObserver(set, changed, 2)"});
+    // So it is found by the same address.
+    CFNotificationCenterRemoveObserver(
+        CFNotificationCenterGetDarwinNotifyCenter(), &self,
+        static_cast<CFStringRef>(static_cast<const void*>(@"changed")), nullptr);
+    standins::postDarwinNotification("changed");
+    standins::runMainQueue();
+    EXPECT_TRUE(deliveries.empty());
+}
+
+// The centre calls back for each registration, and does not say for which.
+TEST_F(DarwinNotificationCenter, RunsEachRegistrationOfAPairOnceAPost) {
+    darwinNotificationCenter().addObserver(nullptr, &note, "both", nullptr,
+                                           SuspensionBehavior::coalesce);
+    darwinNotificationCenter().addObserver(nullptr, &countOther, "both", nullptr,
+                                           SuspensionBehavior::coalesce);
+    for (int posts = 1; posts <= 3; ++posts) {
+        standins::postDarwinNotification("both");
+        standins::runMainQueue();
+        EXPECT_EQ(deliveries.size(), static_cast<std::size_t>(posts));
+        EXPECT_EQ(others, posts);
+    }
+}
+
+TEST_F(DarwinNotificationCenter, TellsObserversOfOneNameApart) {
+    int first = 0;
+    int second = 0;
+    darwinNotificationCenter().addObserver(&first, &note, "shared", nullptr,
+                                           SuspensionBehavior::coalesce);
+    darwinNotificationCenter().addObserver(&second, &countOther, "shared", nullptr,
+                                           SuspensionBehavior::coalesce);
+    darwinNotificationCenter().addObserver(&second, &note, "shared", nullptr,
+                                           SuspensionBehavior::coalesce);
+    standins::postDarwinNotification("shared");
+    standins::runMainQueue();
+    EXPECT_EQ(deliveries, (std::vector<Delivery>{{&first, "shared", nullptr, nullptr, true},
+                                                 {&second, "shared", nullptr, nullptr, true}}));
+    EXPECT_EQ(others, 1);
 }
 
 TEST_F(DarwinNotificationCenter, CallsBackFromTheMainLoop) {

@@ -147,8 +147,9 @@ void CFNotificationCenterAddObserver(CFNotificationCenterRef /*center*/, const v
                                      const void* object,
                                      CFNotificationSuspensionBehavior suspensionBehavior) {
     const std::string text = velmoranth::standins::textOf(name);
-    velmoranth::standins::note("CFNotificationCenterAddObserver(" + text + ", " +
-                               std::to_string(suspensionBehavior) + ")");
+    velmoranth::standins::note("CFNotificationCenterAddObserver(" +
+                               std::string(observer == nullptr ? "null" : "set") + ", " + text +
+                               ", " + std::to_string(suspensionBehavior) + ")");
     const std::scoped_lock lock(systemState().mutex);
     systemState().observers.push_back({observer, callback, text, object});
 }
