@@ -1,4 +1,5 @@
 #include "device/platform/core_ui_handles.h"
+#include "device/platform/private_messages.h"
 #include "device/platform/services.h"
 #include "device/platform/text.h"
 #include <CoreUI/CoreUI.h>
@@ -63,7 +64,9 @@ class DeviceCatalogClass final : public platform::CatalogClass {
             // By name: releases of the system differ in which framework the class lies in.
             const Class urls = static_cast<Class>(objc_getClass("NSURL"));
             NSURL* const url = [urls fileURLWithPath:stringOf(std::string_view(path))];
-            CUICatalog* const catalog = [[classOf(cls) alloc] initWithURL:url error:&error];
+            CUICatalog* const catalog =
+                [[ifMade(classOf(cls), @selector(initWithURL:error:)) alloc] initWithURL:url
+                                                                                   error:&error];
             return opened(catalog, error);
         }
     }
@@ -71,7 +74,8 @@ class DeviceCatalogClass final : public platform::CatalogClass {
     CUICatalogRef defaultUICatalogForBundle(const ClassRef& cls, const BundleRef& bundle) override {
         @autoreleasepool {
             return wrap<platform::CUICatalog>(
-                [classOf(cls) defaultUICatalogForBundle:nativeOf(bundle)]);
+                [ifUnderstood(classOf(cls), @selector(defaultUICatalogForBundle:))
+                    defaultUICatalogForBundle:nativeOf(bundle)]);
         }
     }
 
@@ -83,9 +87,10 @@ class DeviceCatalogClass final : public platform::CatalogClass {
         @autoreleasepool {
             NSError* error = nil;
             CUICatalog* const catalog =
-                [[classOf(cls) alloc] initWithName:stringOf(std::string_view(name))
-                                        fromBundle:nativeOf(bundle)
-                                             error:&error];
+                [[ifMade(classOf(cls), @selector(initWithName:fromBundle:error:)) alloc]
+                    initWithName:stringOf(std::string_view(name))
+                      fromBundle:nativeOf(bundle)
+                           error:&error];
             return opened(catalog, error);
         }
     }
@@ -94,42 +99,46 @@ class DeviceCatalogClass final : public platform::CatalogClass {
 }  // namespace
 
 platform::NullableString CUINamedVectorGlyphHandle::name() const {
-    return textOf([glyphOf(*this) name]);
+    return textOf([ifUnderstood(glyphOf(*this), @selector(name)) name]);
 }
 
 platform::NullableString CUINamedImageHandle::name() const {
-    return textOf([imageOf(*this) name]);
+    return textOf([ifUnderstood(imageOf(*this), @selector(name)) name]);
 }
 
 double CUINamedImageHandle::scale() const {
-    return [imageOf(*this) scale];
+    return [ifUnderstood(imageOf(*this), @selector(scale)) scale];
 }
 
 platform::BitmapImageRef CUINamedImageHandle::createImageFromPDFRenditionWithScale(double scale) {
-    return wrap<platform::BitmapImage>([imageOf(*this) createImageFromPDFRenditionWithScale:scale],
-                                       Hold::adopt);
+    return wrap<platform::BitmapImage>(
+        [ifUnderstood(imageOf(*this), @selector(createImageFromPDFRenditionWithScale:))
+            createImageFromPDFRenditionWithScale:scale],
+        Hold::adopt);
 }
 
 platform::BitmapImageRef CUINamedImageHandle::image() {
-    return wrap<platform::BitmapImage>([imageOf(*this) image]);
+    return wrap<platform::BitmapImage>([ifUnderstood(imageOf(*this), @selector(image)) image]);
 }
 
 std::vector<std::string> CUICatalogHandle::allImageNames() {
     std::vector<std::string> names;
     @autoreleasepool {
-        forEach([catalogOf(*this) allImageNames], [&names](id name) {
-            if (platform::NullableString text = textOf(name)) {
-                names.push_back(*std::move(text));
-            }
-        });
+        forEach([ifUnderstood(catalogOf(*this), @selector(allImageNames)) allImageNames],
+                [&names](id name) {
+                    if (platform::NullableString text = textOf(name)) {
+                        names.push_back(*std::move(text));
+                    }
+                });
     }
     return names;
 }
 
 ObjectRef CUICatalogHandle::imageWithNameScaleFactor(const std::string& name, double scaleFactor) {
     @autoreleasepool {
-        return wrapAny([catalogOf(*this) imageWithName:stringOf(std::string_view(name))
-                                           scaleFactor:scaleFactor]);
+        return wrapAny([ifUnderstood(catalogOf(*this), @selector(imageWithName:scaleFactor:))
+            imageWithName:stringOf(std::string_view(name))
+              scaleFactor:scaleFactor]);
     }
 }
 
@@ -137,16 +146,19 @@ ObjectRef CUICatalogHandle::imageWithNameScaleFactorDeviceIdiom(const std::strin
                                                                 double scaleFactor,
                                                                 long deviceIdiom) {
     @autoreleasepool {
-        return wrapAny([catalogOf(*this) imageWithName:stringOf(std::string_view(name))
-                                           scaleFactor:scaleFactor
-                                           deviceIdiom:deviceIdiom]);
+        return wrapAny([ifUnderstood(catalogOf(*this), @selector(imageWithName:
+                                                                   scaleFactor:deviceIdiom:))
+            imageWithName:stringOf(std::string_view(name))
+              scaleFactor:scaleFactor
+              deviceIdiom:deviceIdiom]);
     }
 }
 
 std::vector<ObjectRef> CUICatalogHandle::imagesWithName(const std::string& name) {
     std::vector<ObjectRef> images;
     @autoreleasepool {
-        forEach([catalogOf(*this) imagesWithName:stringOf(std::string_view(name))],
+        forEach([ifUnderstood(catalogOf(*this), @selector(imagesWithName:))
+                    imagesWithName:stringOf(std::string_view(name))],
                 [&images](id image) { images.push_back(wrapAny(image)); });
     }
     return images;

@@ -1,4 +1,5 @@
 // View controllers, alerts and the app.
+#include "device/platform/private_messages.h"
 #include "device/platform/services.h"
 #include "device/platform/uikit_handles.h"
 #import <UIKit/UIAlertController.h>
@@ -69,7 +70,8 @@ void AlertControllerHandle::addAction(const platform::AlertActionRef& action) {
 }
 
 std::uint32_t UIFeedbackHandle::_effectiveSystemSoundID() {
-    return [static_cast<_UIFeedback*>(object()) _effectiveSystemSoundID];
+    return [ifUnderstood(static_cast<_UIFeedback*>(object()), @selector(_effectiveSystemSoundID))
+        _effectiveSystemSoundID];
 }
 
 platform::Alerts& alerts() {

@@ -1,6 +1,7 @@
 #include "device/platform/core_graphics_handles.h"
 #include "device/platform/core_ui_handles.h"
 #include "device/platform/geometry.h"
+#include "device/platform/private_messages.h"
 #include "device/platform/services.h"
 #include "device/platform/text.h"
 #include "device/platform/uikit_image_handles.h"
@@ -70,7 +71,8 @@ class DeviceImages final : public platform::Images {
     ImageRef applicationIconImageForBundleIdentifierFormatScale(
         const platform::NullableString& bundleIdentifier, int format, double scale) override {
         @autoreleasepool {
-            return wrap<platform::Image>([classOfImages()
+            return wrap<platform::Image>([ifUnderstood(
+                classOfImages(), @selector(_applicationIconImageForBundleIdentifier:format:scale:))
                 _applicationIconImageForBundleIdentifier:stringOf(bundleIdentifier)
                                                   format:format
                                                    scale:scale]);
@@ -139,8 +141,8 @@ template class ImageHandle<platform::SBIconLabelImage>;
 template class ImageHandle<platform::UNNotificationIcon>;
 
 platform::CUINamedVectorGlyphRef UIImageContentHandle::vectorGlyph() const {
-    return wrap<platform::CUINamedVectorGlyph>(
-        [static_cast<_UIImageContent*>(object()) vectorGlyph]);
+    return wrap<platform::CUINamedVectorGlyph>([ifUnderstood(
+        static_cast<_UIImageContent*>(object()), @selector(vectorGlyph)) vectorGlyph]);
 }
 
 platform::Images& images() {
