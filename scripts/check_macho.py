@@ -4,11 +4,11 @@ work: what iOS 12 can load, what it exports and imports, constructors, classes, 
 
 usage: check_macho.py [--unstripped FILE] [--exports LIST] [--stubs FOLDER]... [--tables LIST]
                       [--install-name PATH] [--contents] LIBRARY
-       check_macho.py --arm64e [--exports LIST] [--install-name PATH] SLICE
+       check_macho.py --arm64e [--exports LIST] [--stubs FOLDER]... [--install-name PATH] SLICE
 
 Prints a line for each thing that is wrong and where to mend it, or one that all is well; with --contents
 then also what is in the library. --arm64e looks at a slice that was built elsewhere, and prints one line
-when it does not fit. Exit code 1 when something is wrong, 3 when a file cannot be read."""
+when it does not fit; LIST and FOLDER are those of device/ there unless given. Exit code 1 when something is wrong, 3 when a file cannot be read."""
 
 import argparse
 import collections
@@ -20,15 +20,19 @@ import sys
 import macho
 from macho import BadFile, MachO
 
+DEVICE = pathlib.Path(__file__).resolve().parent.parent / "device"
 MAX_SIZE = 400_000
 PAGE = 0x4000
 INSTALL_NAME = "/Library/MobileSubstrate/DynamicLibraries/VelMoranth.dylib"
 CONSTRUCTORS = ["installHooks", "startSettings"]
+# Its stub is made by what builds the library, and is in no folder of the sources.
+CXX_LIBRARY = "/usr/lib/libc++.1.dylib"
 AD_HOC = 0x2
 # How an instance comes and goes; the tables list what others send to it.
 LIFETIME = {"init", "dealloc", ".cxx_construct", ".cxx_destruct"}
 
 Tables = collections.namedtuple("Tables", "classes rows")
+Stub = collections.namedtuple("Stub", "symbols compatibility")
 
 
 def read_tables(path):
@@ -49,7 +53,7 @@ def read_tables(path):
 
 
 def read_stubs(folders):
-    """{install name: symbols} of the text stubs below the folders."""
+    """{install name: Stub} of the text stubs below the folders."""
     libraries = {}
     for path in sorted(path for folder in folders for path in pathlib.Path(folder).rglob("*.tbd")):
         text = path.read_text()
@@ -61,7 +65,10 @@ def read_stubs(folders):
             for symbol in re.findall(r"[^\s,']+", names):
                 symbols.update([symbol] if key == "symbols" else
                                [f"_OBJC_CLASS_$_{symbol}", f"_OBJC_METACLASS_$_{symbol}"])
-        libraries[name.group(1)] = symbols
+        # Without the line it is 1, as the linker has it.
+        version = re.search(r"^compatibility-version:\s*([\d.]+)", text, re.MULTILINE)
+        parts = (version.group(1) if version else "1").split(".")
+        libraries[name.group(1)] = Stub(symbols, ".".join([*parts, "0", "0"][:3]))
     return libraries
 
 
@@ -116,9 +123,13 @@ def check_exports(library, wanted):
 
 
 def check_imports(library, stubs):
-    """Each import comes from a library that has it on iOS 12, found by its name and that library's."""
+    """Each import comes from the library whose stub has it, found by its name and that library's."""
     problems = [f"links {name} {kind}" for kind, name in library.other_dylibs]
     problems += [f"links {name}" for name in library.dylibs if name not in stubs]
+    # The phone refuses a library that asks for more than the one it has.
+    problems += [f"asks for {name} {version}, not {stubs[name].compatibility}"
+                 for name, version in zip(library.dylibs, library.compatibility_versions)
+                 if name in stubs and version != stubs[name].compatibility]
     if library.dyld_info()["weak"][1]:
         problems.append("has symbols that another library may replace")
     _, undefined = library.symbols()
@@ -128,7 +139,7 @@ def check_imports(library, stubs):
     for symbol, ordinal in sorted(wanted):
         if not 1 <= ordinal <= len(library.dylibs):
             problems.append(f"import {symbol} names no library")
-        elif symbol not in stubs.get(library.dylibs[ordinal - 1], ()):
+        elif symbol not in stubs.get(library.dylibs[ordinal - 1], Stub((), "")).symbols:
             problems.append(f"import {symbol} is not in {library.dylibs[ordinal - 1]}")
     return problems
 
@@ -196,22 +207,39 @@ def check_same_code(library, unstripped):
         else ["has not the code of the library with names"]
 
 
-def check_slice(library, exports, install_name):
-    """What a slice for processors with pointer authentication has to be to be joined with ours."""
-    problems = []
-    if (library.cpu, library.subtype) != (macho.CPU_ARM64, macho.SUBTYPE_ARM64E):
-        problems.append("is not arm64e; build it with -arch arm64e")
-    elif library.capabilities & 0x80:
-        problems.append("has the arm64e of iOS 14, which iOS 12 and 13 do not load; build it with Xcode 11")
-    elif library.file_type != macho.TYPE_DYLIB:
-        problems.append("is not a dynamic library; link it with -dynamiclib")
-    elif library.install_name() != install_name:
-        problems.append(f"calls itself {library.install_name()}; link it with -install_name {install_name}")
-    elif library.platform_and_minimum()[0] != macho.PLATFORM_IOS or library.platform_and_minimum()[1] > 12:
-        problems.append("is not for iOS 12; build it with -miphoneos-version-min=12.0")
-    elif exports is not None and library.all_of(macho.DYLD_INFO) and library.exports() != exports:
-        problems.append("exports other symbols; link it with -exported_symbols_list device/exports.txt")
-    return problems
+def check_slice(library, exports, stubs, install_name):
+    """The first thing, if any, by which a slice for processors with pointer authentication could not be
+    joined with ours, or would not be loaded."""
+    return next(([problem] for is_wrong, problem in slice_problems(library, exports, stubs, install_name)
+                 if is_wrong), [])
+
+
+def slice_problems(library, exports, stubs, install_name):
+    """(whether it is so, what is wrong): each may rely on those before it not being so."""
+    yield ((library.cpu, library.subtype) != (macho.CPU_ARM64, macho.SUBTYPE_ARM64E),
+           "is not arm64e; build it with -arch arm64e")
+    yield (library.capabilities & 0x80,
+           "has the arm64e of iOS 14, which iOS 12 and 13 do not load; build it with Xcode 11")
+    yield library.file_type != macho.TYPE_DYLIB, "is not a dynamic library; link it with -dynamiclib"
+    yield (library.install_name() != install_name,
+           f"calls itself {library.install_name()}; link it with -install_name {install_name}")
+    for command in (macho.CHAINED_FIXUPS, macho.EXPORTS_TRIE):
+        yield (library.all_of(command),
+               f"has {macho.COMMAND_NAMES[command]}, which iOS 12 does not know; build it with Xcode 11")
+    yield (not library.all_of(macho.DYLD_INFO),
+           f"has no {macho.COMMAND_NAMES[macho.DYLD_INFO]}; build it with Xcode 11")
+    platform, major, _ = library.platform_and_minimum()
+    yield (platform != macho.PLATFORM_IOS or major > 12,
+           "is not for iOS 12; build it with -miphoneos-version-min=12.0")
+    yield (library.exports() != exports,
+           "exports other symbols; link it with -exported_symbols_list device/exports.txt")
+    for name in library.dylibs:
+        yield (name not in stubs and name != CXX_LIBRARY,
+               f"links {name}, which has no stub in device/sysroot; do without it")
+    yield not library.all_of(macho.CODE_SIGNATURE), "has no signature; sign it with ldid -S"
+    signature = library.signature()
+    yield (not signature.covers_file or signature.sha256 and not signature.pages_match,
+           "was changed after it was signed; sign it again with ldid -S")
 
 
 def print_contents(library):
@@ -288,8 +316,9 @@ def check_library(arguments):
 def check_arm64e(arguments):
     try:
         library = MachO(pathlib.Path(arguments.library).read_bytes())
-        exports = read_list(arguments.exports) if arguments.exports else None
-        problems = check_slice(library, exports, arguments.install_name)
+        exports = read_list(arguments.exports or DEVICE / "exports.txt")
+        stubs = read_stubs(arguments.stubs or [DEVICE / "sysroot"])
+        problems = check_slice(library, exports, stubs, arguments.install_name)
     except BadFile as bad:
         hint = "; take one with lipo -thin arm64e" if "several" in str(bad) else ""
         problems = [f"{bad}{hint}"]

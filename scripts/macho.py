@@ -46,6 +46,10 @@ class BadFile(Exception):
     """The file is not what it should be; the text says what, in one line."""
 
 
+def version_text(packed):
+    return f"{packed >> 16}.{packed >> 8 & 0xFF}.{packed & 0xFF}"
+
+
 class MachO:
     def __init__(self, data):
         self.data = data
@@ -57,6 +61,7 @@ class MachO:
         self.subtype = subtype & 0xFFFFFF
         self.capabilities = subtype >> 24
         self.segments, self.sections, self.dylibs, self.other_dylibs = [], {}, [], []
+        self.compatibility_versions = []  # one for each of the dylibs
         self.commands = []
         self.read_commands(count, size)
 
@@ -103,12 +108,8 @@ class MachO:
             self.commands.append((command, offset, length))
             if command == SEGMENT_64:
                 self.read_segment(offset, length)
-            elif command == LOAD_DYLIB:
-                self.dylibs.append(self.dylib_name(offset, length))
-            elif command in OTHER_DYLIBS:
-                name = self.dylib_name(offset, length)
-                self.dylibs.append(name)
-                self.other_dylibs.append((OTHER_DYLIBS[command], name))
+            elif command == LOAD_DYLIB or command in OTHER_DYLIBS:
+                self.read_dylib(command, offset, length)
             offset += length
 
     def read_segment(self, offset, length):
@@ -130,6 +131,15 @@ class MachO:
             if kind not in ZERO_FILL:
                 self.bytes(start, size)
             self.sections[key] = Section(address, size, start, kind)
+
+    def read_dylib(self, command, offset, length):
+        if length < 24:
+            raise BadFile(f"has a library without its fields at {offset:#x}")
+        name = self.dylib_name(offset, length)
+        self.dylibs.append(name)
+        self.compatibility_versions.append(version_text(*self.unpack("<I", offset + 20)))
+        if command in OTHER_DYLIBS:
+            self.other_dylibs.append((OTHER_DYLIBS[command], name))
 
     def dylib_name(self, offset, length):
         start, = self.unpack("<I", offset + 8)
@@ -310,18 +320,23 @@ class MachO:
     # The signature.
 
     def signature(self):
-        """Of the code directory with SHA-256 hashes."""
+        """Of the first code directory with SHA-256 hashes, or of one with others when there is none."""
         command, _ = self.the_one(CODE_SIGNATURE)
         start, size = self.unpack("<2I", command + 8)
         self.bytes(start, size)
         magic, _, count = self.unpack(">3I", start)
         if magic != 0xFADE0CC0:
             raise BadFile("has no signature where it says one is")
+        found = None
         for index in range(min(count, size // 8)):
             _, offset = self.unpack(">2I", start + 12 + index * 8)
             if self.unpack(">I", start + offset)[0] == 0xFADE0C02:
-                return self.code_directory(start + offset, start)
-        raise BadFile("has a signature without a code directory")
+                found = self.code_directory(start + offset, start)
+                if found.sha256:
+                    break
+        if found is None:
+            raise BadFile("has a signature without a code directory")
+        return found
 
     def code_directory(self, start, signed_size):
         _, _, _, flags, hashes, identifier, _, pages, limit = self.unpack(">9I", start)

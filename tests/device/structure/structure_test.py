@@ -4,6 +4,7 @@ built like the one for the phone, and on others with one thing wrong with each o
 
 usage: structure_test.py FOLDER-FOR-THE-SAMPLES [unittest arguments]"""
 
+import hashlib
 import io
 import os
 import pathlib
@@ -21,6 +22,9 @@ ROOT = HERE.parents[2]
 SCRIPTS = ROOT / "scripts"
 EXPORTS = HERE / "sample/exports.txt"
 TABLES = HERE / "sample/tables.txt"
+# Load commands of the form of others, for which the checks do not look.
+FUNCTION_STARTS = 0x26
+NOTE = 0x31
 SAMPLES = None
 
 sys.path.insert(0, str(SCRIPTS))
@@ -41,6 +45,22 @@ def check(library, unstripped=None, tables=TABLES):
 
 def check_sample(name, **options):
     return check(SAMPLES / f"{name}.dylib", SAMPLES / f"{name}-unstripped.dylib", **options)
+
+
+def resigned(data):
+    """With the hashes that its pages have now; as it is when it has no signature."""
+    library = macho.MachO(bytes(data))
+    for command, _ in library.all_of(macho.CODE_SIGNATURE):
+        start, = library.unpack("<I", command + 8)
+        start += library.unpack(">I", start + 16)[0]  # the code directory
+        hashes, = library.unpack(">I", start + 16)
+        pages, limit = library.unpack(">2I", start + 28)
+        data = bytearray(data)
+        for index in range(pages):
+            place = start + hashes + index * 32
+            piece = data[index * 4096:min((index + 1) * 4096, limit)]
+            data[place:place + 32] = hashlib.sha256(piece).digest()
+    return bytes(data)
 
 
 def failures(result):
@@ -105,6 +125,25 @@ class Structure(Samples):
         self.assertEqual(failures(result), ["imports"])
         self.assertIn("import _strlen is not in /usr/lib/libSystem.B.dylib", result.stdout)
 
+    def test_library_that_is_asked_for_in_another_version(self):
+        stubs = self.folder / "stubs"
+        shutil.copytree(ROOT / "device/sysroot", stubs)
+        path = stubs / "usr/lib/libSystem.tbd"
+        path.write_text(path.read_text().replace("\nexports:", "\ncompatibility-version: 0\nexports:"))
+        result = run(SCRIPTS / "check_macho.py", "--stubs", stubs, "--stubs", SAMPLES / "stubs",
+                     SAMPLES / "good.dylib")
+        self.assertEqual(failures(result), ["imports"])
+        self.assertIn("asks for /usr/lib/libSystem.B.dylib 1.0.0, not 0.0.0", result.stdout)
+
+    def test_other_version_in_the_load_command(self):
+        library = macho.MachO(self.good)
+        changed = bytearray(self.good)
+        place = library.all_of(macho.LOAD_DYLIB)[0][0]
+        changed[place + 20:place + 24] = (0x20304).to_bytes(4, "little")
+        result = check(self.written(resigned(changed)))
+        self.assertEqual(failures(result), ["imports"])
+        self.assertIn(f"asks for {library.dylibs[0]} 2.3.4, not ", result.stdout)
+
     def test_tables_that_ask_for_more_or_less(self):
         text = TABLES.read_text()
         for changed, failed, message in (
@@ -154,7 +193,7 @@ class DamagedFiles(Samples):
                     lambda: check_macho.check_classes(library, tables),
                     lambda: check_macho.check_rows(library, tables),
                     lambda: check_macho.check_signature(library),
-                    lambda: check_macho.check_slice(library, [], check_macho.INSTALL_NAME)):
+                    lambda: check_macho.check_slice(library, [], {}, check_macho.INSTALL_NAME)):
             try:
                 one()
             except macho.BadFile:
@@ -188,10 +227,24 @@ class DamagedFiles(Samples):
 class Join(Samples):
     """A slice is the sample with its processor said to be another: what is joined is never run here."""
 
-    def slice(self, subtype=2, source="good"):
+    def slice(self, subtype=2, source="good", replaced=(), name=""):
         data = bytearray((SAMPLES / f"{source}.dylib").read_bytes())
         data[8:12] = subtype.to_bytes(4, "little")
-        return self.written(data, f"{source}-{subtype:x}.dylib")
+        for before, after in replaced:
+            self.assertEqual((data.count(before), len(after)), (1, len(before)), before)
+            data = data.replace(before, after)
+        return self.written(resigned(data), f"{source}-{subtype:x}{name}.dylib")
+
+    def with_command(self, command, other):
+        """A slice with one of its load commands said to be another."""
+        place, length = macho.MachO(self.good).the_one(command)
+        before = self.good[place:place + length]
+        return self.slice(replaced=[(before, other.to_bytes(4, "little") + before[4:])], name=f"-{other:x}")
+
+    def changed_afterwards(self):
+        data = bytearray(self.slice().read_bytes())
+        data[macho.MachO(bytes(data)).sections["__TEXT", "__text"].offset] ^= 1
+        return self.written(data, "changed-afterwards.dylib")
 
     def join(self, path):
         self.joined = self.folder / "joined/VelMoranth.dylib"
@@ -213,6 +266,13 @@ class Join(Samples):
                               (self.slice(source="other-name"), "calls itself /usr/lib/other.dylib"),
                               (self.slice(source="all-exported"), "exports other symbols"),
                               (self.slice(source="newer-system"), "is not for iOS 12"),
+                              (self.slice(source="chained"), "has DYLD_CHAINED_FIXUPS"),
+                              (self.with_command(FUNCTION_STARTS, macho.EXPORTS_TRIE), "has DYLD_EXPORTS_TRIE"),
+                              (self.with_command(macho.DYLD_INFO, NOTE), "has no DYLD_INFO_ONLY"),
+                              (self.slice(source="without-signature"), "has no signature"),
+                              (self.slice(replaced=[(b"libSystem.B", b"libSystem.X")], name="-system"),
+                               "links /usr/lib/libSystem.X.dylib"),
+                              (self.changed_afterwards(), "was changed after it was signed"),
                               (object_file, "is not arm64e"),
                               (self.written(b"text"), "is no Mach-O file"),
                               (self.folder / "none", "no such file")):
@@ -222,6 +282,14 @@ class Join(Samples):
                 self.assertEqual(len(result.stderr.splitlines()), 1, result.stderr)
                 self.assertIn(f"{path}: {message}", result.stderr)
                 self.assertFalse(self.joined.exists())
+
+    def test_the_library_s_own_list_and_stubs_are_taken_unless_others_are_given(self):
+        path = self.slice()
+        result = run(SCRIPTS / "check_macho.py", "--arm64e", path)
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("exports other symbols", result.stderr)
+        result = run(SCRIPTS / "check_macho.py", "--arm64e", "--exports", EXPORTS, path)
+        self.assertEqual((result.returncode, result.stderr), (0, ""))
 
     def test_several_architectures_are_refused(self):
         self.assertEqual(self.join(self.slice()).returncode, 0)
