@@ -22,6 +22,8 @@ FIXED_TIME = 1577836800  # 2020-01-01
 # Who owns what lies where; the longest prefix that fits counts. The settings panel, which writes saved
 # preferences, runs as the phone's user.
 OWNERS = {"": (0, "root"), "var/mobile": (501, "mobile")}
+# What users change there stays theirs: an upgrade asks before it replaces it, a removal leaves it.
+USERS_OWN = "var/mobile/Library/VelMoranth/UserSettings/"
 
 
 def layout_files():
@@ -84,10 +86,11 @@ def make_package(library, folder):
     kilobytes = sum(-(-len(data) // 1024) for data in files.values())
     control = (source / "control.in").read_text()
     control = control.replace("@VERSION@", version()).replace("@SIZE@", str(kilobytes))
+    conffiles = "".join(f"/{name}\n" for name in sorted(files) if name.startswith(USERS_OWN))
     data, entries = packed(files, time)
     package = b"!<arch>\n" + b"".join(ar_member(name, member, time) for name, member in (
         ("debian-binary", b"2.0\n"),
-        ("control.tar.gz", packed({"control": control.encode()}, time)[0]),
+        ("control.tar.gz", packed({"control": control.encode(), "conffiles": conffiles.encode()}, time)[0]),
         ("data.tar.gz", data)))
     fields = dict(re.findall(r"^([\w-]+): (.*)$", control, re.MULTILINE))
     path = pathlib.Path(folder) / f"{fields['Package']}_{fields['Version']}_{fields['Architecture']}.deb"

@@ -351,6 +351,16 @@ class Package(Samples):
             if path.is_file():
                 self.assertEqual((tar.extractfile(info).read(), info.mode), (path.read_bytes(), 0o644))
 
+    def test_what_users_change_is_said_to_be_theirs(self):
+        package = self.make(ROOT)
+        settings = ROOT / "layout/var/mobile/Library/VelMoranth/UserSettings"
+        wanted = sorted(f"/{path.relative_to(ROOT / 'layout').as_posix()}" for path in settings.iterdir())
+        self.assertTrue(wanted)
+        self.assertEqual(run("dpkg-deb", "--info", package, "conffiles").stdout.splitlines(), wanted)
+        listing = run("dpkg-deb", "--contents", package).stdout
+        for path in wanted:
+            self.assertIn(f" .{path}\n", listing)
+
     def test_control_fields(self):
         package = self.make(ROOT)
         fields = dict(line.split(": ", 1) for line in run("dpkg-deb", "--field", package).stdout.splitlines()
