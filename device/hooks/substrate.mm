@@ -8,6 +8,11 @@
 namespace velmoranth::device {
 namespace {
 
+IMP implementationThatAnswers(Class cls, SEL selector) {
+    const Method method = cls == Nil ? nullptr : class_getInstanceMethod(cls, selector);
+    return method == nullptr ? nullptr : method_getImplementation(method);
+}
+
 class MobileSubstrate final : public platform::Substrate {
   public:
     void hookMessageEx(const platform::ClassRef& cls, const platform::Selector& selector,
@@ -17,11 +22,15 @@ class MobileSubstrate final : public platform::Substrate {
         if (hook == nullptr) {
             return;  // no C function stands for what is none of the table's rows
         }
-        MSHookMessageEx(static_cast<Class>(nativeOf(cls)), sel_registerName(selector.c_str()),
-                        hook->entry, hook->slot);
-        if (*hook->slot != nullptr) {
-            *original =
-                platform::Implementation::native(reinterpret_cast<const void*>(*hook->slot));
+        const Class native = static_cast<Class>(nativeOf(cls));
+        const SEL name = sel_registerName(selector.c_str());
+        // Known before the method is replaced, since another thread may call it at once.
+        *hook->slot = implementationThatAnswers(native, name);
+        IMP previous = nullptr;
+        MSHookMessageEx(native, name, hook->entry, &previous);
+        *hook->slot = previous;
+        if (previous != nullptr) {
+            *original = platform::Implementation::native(reinterpret_cast<const void*>(previous));
         }
     }
 };

@@ -3,6 +3,7 @@
 #include "platform/platform.h"
 
 #include <array>
+#include <atomic>
 #include <string_view>
 #include <utility>
 #include <variant>
@@ -14,10 +15,9 @@ using platform::Dictionary;
 
 struct State {
     Dictionary store;
-    // What the lookups last read.
-    Dictionary lookupStore;
-    bool lookupLogging = false;
-    bool lookupImageDump = false;
+    // What the lookups last read, on whichever thread.
+    std::atomic<bool> lookupLogging = false;
+    std::atomic<bool> lookupImageDump = false;
 };
 
 State& state() {
@@ -66,19 +66,13 @@ void readKey(const Key& key, const Dictionary& store, Settings& record) {
     }
 }
 
-// The lookups' reading of the file; false when it gave nothing.
-bool readLookupStore() {
-    std::optional<Dictionary> read =
-        platform::platform().propertyLists.dictionaryWithContentsOfFile(kPreferencesPath);
-    if (!read) {
-        return false;
-    }
-    state().lookupStore = std::move(*read);
-    return true;
+// The lookups' reading of the file; nothing when it gave nothing.
+std::optional<Dictionary> readLookupStore() {
+    return platform::platform().propertyLists.dictionaryWithContentsOfFile(kPreferencesPath);
 }
 
-bool lookupSwitch(std::string_view key) {
-    return platform::boolValue(platform::objectForKey(state().lookupStore, key));
+bool isOn(const Dictionary& store, std::string_view key) {
+    return platform::boolValue(platform::objectForKey(store, key));
 }
 
 }  // namespace
@@ -111,15 +105,15 @@ bool lookupImageDump() {
 }
 
 void refreshLookupSwitches() {
-    if (readLookupStore()) {
-        state().lookupImageDump = lookupSwitch("enableImageDump");
-        state().lookupLogging = lookupSwitch("enableLogging");
+    if (const std::optional<Dictionary> store = readLookupStore()) {
+        state().lookupImageDump = isOn(*store, "enableImageDump");
+        state().lookupLogging = isOn(*store, "enableLogging");
     }
 }
 
 void refreshLookupLogging() {
-    if (readLookupStore()) {
-        state().lookupLogging = lookupSwitch("enableLogging");
+    if (const std::optional<Dictionary> store = readLookupStore()) {
+        state().lookupLogging = isOn(*store, "enableLogging");
     }
 }
 

@@ -59,8 +59,7 @@ void ThemePreferencesChangedCallback(platform::DarwinNotificationCenter& /*cente
     }
     loadSettings();
     if (!(platform().coreFoundation.versionNumber() > kNewestiOS12)) {
-        // A copy: the requests fill the new list while this one is walked.
-        // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
+        // The requests fill the new list while this one is walked.
         const std::vector<std::string> identifiers = theme::ThemedIconIdentifiers();
         clearEffectsAndIcons();
         for (const std::string& key : identifiers) {

@@ -10,6 +10,7 @@
 #include "theme/theme_selection.h"
 
 #include <cstdint>
+#include <mutex>
 #include <string>
 
 namespace velmoranth::imaging {
@@ -26,8 +27,26 @@ using theme::deviceIsPad;
 
 namespace {
 
+// An image that is kept, whole on every thread.
+class KeptImage {
+  public:
+    [[nodiscard]] ImageRef image() const {
+        const std::scoped_lock lock(mutex_);
+        return image_;
+    }
+
+    void keep(ImageRef image) {
+        const std::scoped_lock lock(mutex_);
+        image_.swap(image);
+    }
+
+  private:
+    mutable std::mutex mutex_;
+    ImageRef image_;
+};
+
 struct State {
-    ImageRef OverlayCache;
+    KeptImage OverlayCache;
     ImageRef ShadowImageCache;
     ImageViewRef ShadowView;  // the newest; every icon view receives its own
 };
@@ -93,19 +112,20 @@ ImageRef IconEffects::maskImageWithMask(const ImageRef& image, const ImageRef& m
 }
 
 ImageRef IconEffects::iconOverlay() {
-    ImageRef& cache = state().OverlayCache;
-    if (cache == nullptr) {
+    ImageRef overlay = state().OverlayCache.image();
+    if (overlay == nullptr) {
         const char* file = deviceIsPad() ? "iPadOverlay.png" : "iPhoneOverlay.png";
-        cache = search("Velmoranth/", file);
-        if (cache == nullptr) {
-            cache = search("AnemoneEffects/", file);
+        overlay = search("Velmoranth/", file);
+        if (overlay == nullptr) {
+            overlay = search("AnemoneEffects/", file);
         }
+        state().OverlayCache.keep(overlay);
     }
-    return cache;
+    return overlay;
 }
 
 void IconEffects::clearIconOverlay() {
-    state().OverlayCache = nullptr;
+    state().OverlayCache.keep(nullptr);
 }
 
 ImageRef IconEffects::redrawIconWithOverlay(const ImageRef& icon) {

@@ -2,7 +2,7 @@
 
 #include "theme/keyed_images.h"
 
-#include <optional>
+#include <atomic>
 
 namespace velmoranth::theme {
 
@@ -11,35 +11,37 @@ using platform::NullableString;
 
 namespace {
 
-std::optional<KeyedImages>& caches() {
-    static std::optional<KeyedImages> instance;
+// List and map are one; whether they exist is kept beside them.
+struct Caches {
+    KeyedImages images;
+    std::atomic<bool> exist = false;
+};
+
+Caches& caches() {
+    static Caches instance;
     return instance;
 }
 
 }  // namespace
 
-const std::vector<std::string>& ThemedIconIdentifiers() {
-    static const std::vector<std::string> kNone;
-    return caches() ? caches()->keys() : kNone;
+std::vector<std::string> ThemedIconIdentifiers() {
+    return caches().images.keys();
 }
 
 bool themedIconsExist() {
-    return caches().has_value();
+    return caches().exist;
 }
 
 void createThemedIconsWhenAbsent() {
-    if (!caches()) {
-        caches().emplace();
-    }
+    caches().exist = true;
 }
 
 bool isThemedIcon(const NullableString& key) {
-    return caches() && caches()->contains(key);
+    return caches().images.contains(key);
 }
 
 ImageRef ThemedIconImage(const NullableString& key) {
-    const std::optional<KeyedImages>& kept = caches();
-    return kept ? kept->image(key) : nullptr;
+    return caches().images.image(key);
 }
 
 void storeThemedIcon(const NullableString& key, const ImageRef& image) {
@@ -47,11 +49,12 @@ void storeThemedIcon(const NullableString& key, const ImageRef& image) {
         return;
     }
     createThemedIconsWhenAbsent();
-    caches()->store(key, image);
+    caches().images.store(key, image);
 }
 
 void dropThemedIcons() {
-    caches().reset();
+    caches().images.clear();
+    caches().exist = false;
 }
 
 }  // namespace velmoranth::theme

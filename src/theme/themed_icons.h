@@ -1,7 +1,7 @@
 // The app icons already themed: ThemedIconIdentifiers, an ordered list of keys, and
 // ThemedIconImages, the image of each. Shared by all app-icon replacements, whose keys differ;
 // emptied by the theme change. A key is in the list exactly when an image is stored for it.
-// Process-wide and unlocked.
+// Process-wide; each call is whole, whichever thread it comes from.
 #pragma once
 
 #include "platform/foundation.h"
@@ -12,8 +12,8 @@
 
 namespace velmoranth::theme {
 
-// The list as it is; empty when it does not exist.
-[[nodiscard]] const std::vector<std::string>& ThemedIconIdentifiers();
+// A copy of the list; empty when it does not exist.
+[[nodiscard]] std::vector<std::string> ThemedIconIdentifiers();
 
 // Whether list and map exist.
 [[nodiscard]] bool themedIconsExist();

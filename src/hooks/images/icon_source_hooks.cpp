@@ -50,15 +50,14 @@ NullableString weatherKeysDescription() {
     if (!state().weatherImages) {
         return std::nullopt;
     }
-    const std::vector<std::string>& keys = WeatherImageKeys();
+    const std::vector<std::string> keys = WeatherImageKeys();
     return platform::description(PropertyList::Array(keys.begin(), keys.end()));
 }
 
 }  // namespace
 
-const std::vector<std::string>& WeatherImageKeys() {
-    static const std::vector<std::string> kNone;
-    return state().weatherImages ? state().weatherImages->keys() : kNone;
+std::vector<std::string> WeatherImageKeys() {
+    return state().weatherImages ? state().weatherImages->keys() : std::vector<std::string>();
 }
 
 ImageRef SwitchKnobImage() {

@@ -85,7 +85,7 @@ struct WeatherImageLoaderHooks {
 };
 
 // WeatherImageKeys: "<condition>.<style>" of each weather image that was found, in that order.
-[[nodiscard]] const std::vector<std::string>& WeatherImageKeys();
+[[nodiscard]] std::vector<std::string> WeatherImageKeys();
 
 // The switch's knob that was found, nil before.
 [[nodiscard]] platform::ImageRef SwitchKnobImage();
