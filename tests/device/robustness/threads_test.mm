@@ -1,6 +1,6 @@
 // Replaced methods and the library's classes, asked by several threads at once, as processes with a
-// user interface load images. The engine's settings and themes do not change meanwhile: they have
-// no lock, and change on the main thread alone.
+// user interface load images. The user's settings and themes do not change meanwhile: that they do
+// on the main thread alone.
 #include "device/library/rows_support.h"
 #include "device/standins/images.h"
 
@@ -12,7 +12,7 @@ namespace velmoranth::standins {
 namespace {
 
 constexpr int kThreads = 4;
-constexpr int kCalls = 1000;
+constexpr int kCalls = 500;
 
 class Threads : public ReplacedMethods {
   protected:
@@ -48,6 +48,27 @@ TEST_F(Threads, WithThemingOffGetThePlatformsImages) {
     answerWith("imageNamed:inBundle:withConfiguration:", image);
     EXPECT_EQ(failuresOf([image] {
                   return [UIImage imageNamed:@"wheel" inBundle:nil withConfiguration:nil] == image;
+              }),
+              0);
+}
+
+// Found images are kept in lists that all threads add to, and misses read the preferences anew.
+TEST_F(Threads, WithThemingOnGetTheThemesImages) {
+    settings({"A"}, {"enable"});
+    constexpr int kNames = 40;
+    for (int name = 0; name < kNames; name += 2) {
+        themePng("A/UIImages/picture" + std::to_string(name) + ".png");
+    }
+    UIImage* const platforms = namedImage("platform's", 8, 8);
+    answerWith("imageNamed:inBundle:", platforms);
+    std::atomic<int> next = 0;
+    EXPECT_EQ(failuresOf([&] {
+                  const int number = next++ % kNames;
+                  NSString* const name = [NSString stringWithFormat:@"picture%d", number];
+                  UIImage* const image = [UIImage imageNamed:name inBundle:nil];
+                  return number % 2 == 0 ? pathOf(image) == "/Library/Themes/A/UIImages/picture" +
+                                                                std::to_string(number) + ".png"
+                                         : image == platforms;
               }),
               0);
 }
