@@ -17,7 +17,7 @@ using velmoranth::device::wrapAny;
 using Engine = velmoranth::sounds::Sounds;
 
 @interface Sounds : NSObject {
-    @private
+  @private
     EngineObject<Engine>* engine_;
 }
 - (void)initClass:(id)object;

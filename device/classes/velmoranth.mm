@@ -30,7 +30,7 @@ using velmoranth::device::wrapClass;
 using Engine = velmoranth::core::VelMoranth;
 
 @interface VelMoranth : NSObject {
-    @private
+  @private
     EngineObject<Engine>* engine_;
 }
 + (VelMoranth*)sharedIconManager;

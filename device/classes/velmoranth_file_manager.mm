@@ -13,7 +13,7 @@ using Engine = velmoranth::filemanager::VelmoranthFileManager;
 
 @interface VelmoranthFileManager : NSObject {
     // Behind the shared instance alone: no operation is an instance's.
-    @private
+  @private
     EngineObject<Engine>* engine_;
 }
 + (VelmoranthFileManager*)sharedFileManager;

@@ -219,11 +219,11 @@ TEST_F(FolderIconLayout, ClassWithoutThatVariableIsLeftAlone) {
     EXPECT_EQ(messages[0], "-[SBOtherFolderView layoutSubviews]");
     EXPECT_EQ(messages[1], "-[SBOtherFolderView isAnimating]");
     EXPECT_EQ([view->_subviews count], 1U);
-    // A class without that message raises, and nothing has been done to its view.
+    // A class without that message is not sent it, and is laid out as one at rest.
     UIView* const silent = [[[plain alloc] init] autorelease];
-    EXPECT_NE(address(thrownBy([silent] { [silent layoutSubviews]; })), nullptr);
-    EXPECT_EQ([silent->_subviews count], 0U);
-    EXPECT_EQ(silent->_tag, 0);
+    EXPECT_EQ(address(thrownBy([silent] { [silent layoutSubviews]; })), nullptr);
+    EXPECT_EQ([silent->_subviews count], 1U);
+    EXPECT_EQ(silent->_tag, 329);
 }
 
 TEST_F(FolderIconLayout, LeavesNothingBehindAndPassesExceptionsOn) {
@@ -342,10 +342,13 @@ TEST_F(Miniatures, LeaveNothingBehindAndPassExceptionsOn) {
         EXPECT_EQ([icon retainCount], 1U);
     }
     expectExceptionsToPass(kNode, ask);
-    // An icon that does not understand what it is asked: its own error, and nothing else's.
+    // An icon that does not understand what it is asked has no identifier.
     UIView* const stranger = named([[UIView alloc] init], "stranger");
-    EXPECT_NE(address(thrownBy([&] { [cache gridCellImageForIcon:static_cast<id>(stranger)]; })),
-              nullptr);
+    themePng("A/IconBundles/(null)-large.png");
+    @autoreleasepool {
+        EXPECT_EQ(pathOf([cache gridCellImageForIcon:static_cast<id>(stranger)]),
+                  "/Library/Themes/A/IconBundles/(null)-large.png");
+    }
     EXPECT_EQ([stranger retainCount], 1U);
 }
 
