@@ -345,6 +345,7 @@ TEST_F(Miniatures, LeaveNothingBehindAndPassExceptionsOn) {
     // An icon that does not understand what it is asked has no identifier.
     UIView* const stranger = named([[UIView alloc] init], "stranger");
     themePng("A/IconBundles/(null)-large.png");
+    settings({"A"}, {"enable"});
     @autoreleasepool {
         EXPECT_EQ(pathOf([cache gridCellImageForIcon:static_cast<id>(stranger)]),
                   "/Library/Themes/A/IconBundles/(null)-large.png");
