@@ -43,8 +43,8 @@ struct LockedMap {
     std::map<Key, Value> values;
 
     static LockedMap& instance() {
-        static auto* const map = new LockedMap;
-        return *map;
+        static auto& map = *new LockedMap;
+        return map;
     }
 };
 
