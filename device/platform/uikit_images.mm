@@ -51,7 +51,7 @@ class DeviceImages final : public platform::Images {
     }
 
     void drawInRect(const ImageRef& image, const platform::Rect& rect) override {
-        [imageOf(image) drawInRect:toNative(rect)];
+        [ifUnderstood(imageOf(image), @selector(drawInRect:)) drawInRect:toNative(rect)];
     }
 
     std::optional<platform::Data> pngRepresentation(const ImageRef& image) override {
@@ -116,24 +116,26 @@ class DeviceFonts final : public platform::Fonts {
 
 }  // namespace
 
+// What stands for an image may be none: a notification's icon, or what another library gives in an
+// image's place. It has no size and no bitmap.
 template <class Interface>
 platform::Size ImageHandle<Interface>::size() const {
-    return fromNative([imageOf(*this) size]);
+    return fromNative([ifUnderstood(imageOf(*this), @selector(size)) size]);
 }
 
 template <class Interface>
 double ImageHandle<Interface>::scale() const {
-    return [imageOf(*this) scale];
+    return [ifUnderstood(imageOf(*this), @selector(scale)) scale];
 }
 
 template <class Interface>
 platform::BitmapImageRef ImageHandle<Interface>::bitmap() const {
-    return wrap<platform::BitmapImage>([imageOf(*this) CGImage]);
+    return wrap<platform::BitmapImage>([ifUnderstood(imageOf(*this), @selector(CGImage)) CGImage]);
 }
 
 template <class Interface>
 bool ImageHandle<Interface>::hasCIImage() const {
-    return [imageOf(*this) CIImage] != nil;
+    return [ifUnderstood(imageOf(*this), @selector(CIImage)) CIImage] != nil;
 }
 
 template class ImageHandle<platform::Image>;

@@ -68,6 +68,16 @@ TEST_F(PrivateMessages, OfIconsGiveNil) {
     EXPECT_TRUE(lacking<platform::SBIconListView>()->icons().empty());
 }
 
+// Documented, but asked of what may only stand in an image's place.
+TEST_F(PrivateMessages, OfImagesGiveNothing) {
+    const auto image = lacking<platform::UNNotificationIcon>();
+    EXPECT_EQ(image->size(), platform::Size());
+    EXPECT_EQ(image->scale(), 0);
+    EXPECT_EQ(image->bitmap(), nullptr);
+    EXPECT_FALSE(image->hasCIImage());
+    images().drawInRect(image, {{0, 0}, {4, 4}});
+}
+
 TEST_F(PrivateMessages, OfDocksAndPagesDoNothing) {
     const auto dock = lacking<platform::SBDockView>();
     EXPECT_EQ(dock->dockListViewFrame(), platform::Rect{});
