@@ -30,7 +30,7 @@ template <class T>
 struct InMessage {
     using Type = T;
 
-    static const T& toEngine(const T& value) { return value; }
+    static T toEngine(const T& value) { return value; }
 
     static T fromEngine(T value) { return value; }
 };

@@ -9,7 +9,6 @@
 #include "theme/interface_image_lookup.h"
 
 #include <memory>
-#include <utility>
 
 namespace velmoranth::hooks {
 
@@ -88,6 +87,7 @@ ImageRef SBIconImageViewDarkeningHooks::darkeningOverlayImage(
     return IconEffects::maskImageWithMask(original(self), mask);
 }
 
+// NOLINTBEGIN(performance-unnecessary-value-param): a replacement's arguments are values.
 ImageRef SBIconLabelImageHooks::_initWithCGImageScaleOrientationParametersMaxSizeOffset(
     const OriginalImplementation<Signature>& original, platform::SBIconLabelImage& self,
     platform::BitmapImageRef bitmap, double scale, std::int64_t orientation,
@@ -96,9 +96,10 @@ ImageRef SBIconLabelImageHooks::_initWithCGImageScaleOrientationParametersMaxSiz
     if (detail::labelsAreRemoved()) {
         return nullptr;
     }
-    return original(self, std::move(bitmap), scale, orientation, std::move(parameters),
-                    maxSizeOffset);
+    return original(self, bitmap, scale, orientation, parameters, maxSizeOffset);
 }
+
+// NOLINTEND(performance-unnecessary-value-param)
 
 void SBIconBadgeViewHooks::layoutSubviews(
     const OriginalImplementation<void(platform::SBIconBadgeView&)>& original,

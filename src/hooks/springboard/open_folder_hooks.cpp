@@ -5,7 +5,6 @@
 #include "theme/interface_image_lookup.h"
 
 #include <memory>
-#include <utility>
 
 namespace velmoranth::hooks {
 
@@ -56,6 +55,7 @@ bool SBFloatyFolderViewHooks::_showsTitle(
     return original(self);
 }
 
+// NOLINTBEGIN(performance-unnecessary-value-param): a replacement's arguments are values.
 ViewRef SBFloatyFolderViewHooks::initWithFolderOrientationViewMapContext(
     const OriginalImplementation<InitWithFolder>& original, platform::SBFloatyFolderView& self,
     platform::ObjectRef folder, std::int64_t orientation, platform::ObjectRef viewMap,
@@ -65,14 +65,14 @@ ViewRef SBFloatyFolderViewHooks::initWithFolderOrientationViewMapContext(
         state().tap = platform().views.tapGestureRecognizer(*view, "handleTap");
         view->addGestureRecognizer(state().tap);
     }
-    return original(self, std::move(folder), orientation, std::move(viewMap), std::move(context));
+    return original(self, folder, orientation, viewMap, context);
 }
 
 bool SBFloatyFolderViewHooks::_tapToCloseGestureRecognizerShouldReceiveTouch(
     const OriginalImplementation<ShouldReceiveTouch>& original, platform::SBFloatyFolderView& self,
     platform::GestureRecognizerRef recognizer, platform::ObjectRef touch) {
     original(self, recognizer, touch);
-    const bool answer = original(self, std::move(recognizer), std::move(touch));
+    const bool answer = original(self, recognizer, touch);
     if (settings().enable && answer) {
         const ImageViewRef& background = FolderBackgroundImageView();
         platform().views.animateWithDurationAnimationsCompletion(
@@ -90,6 +90,8 @@ bool SBFloatyFolderViewHooks::_tapToCloseGestureRecognizerShouldReceiveTouch(
     }
     return answer;
 }
+
+// NOLINTEND(performance-unnecessary-value-param)
 
 void SBFloatyFolderViewHooks::handleTap(platform::SBFloatyFolderView& self) {
     const platform::ClassRef cls = platform().objc.getClass("SBIconController");
