@@ -76,8 +76,8 @@ template <class T>
     return object == nullptr ? nil : nativeOf(static_cast<const platform::Object&>(*object));
 }
 
-// A handle that retains the object; nil for nil. The object is taken at its word: as on the phone,
-// a message that it does not understand is its own error.
+// A handle that retains the object; nil for nil. The object's class is not asked: the handle sends
+// what the interface names, and asks first only for what a release or a stand-in may lack.
 template <class Interface>
 [[nodiscard]] std::shared_ptr<Interface> wrap(const void* object, Hold hold = Hold::retain) {
     if (object == nullptr) {

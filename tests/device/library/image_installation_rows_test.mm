@@ -1,5 +1,6 @@
 // Where the replacements of images, icons and of the classic dock go, on which system, and what a
 // system does with them that lacks a class or a method.
+#include "device/library/replaced_methods.h"
 #include "device/library/rows_support.h"
 #include <objc/runtime.h>
 
@@ -8,39 +9,8 @@
 namespace velmoranth::standins {
 namespace {
 
-const Lines kAlways = {
-    "-[CUINamedVectorGlyph UIImageWithAsset:configuration:flippedHorizontally:]",
-    "-[CUINamedVectorGlyph image]",
-    "-[CUINamedImage UIImageWithAsset:configuration:flippedHorizontally:optionalVectorImage:]",
-    "-[_UIImageContent CGImage]",
-    "+[UIImage systemImageNamed:]",
-    "+[UIImage imageNamed:inBundle:withConfiguration:]",
-    "+[UIImage imageNamed:inBundle:compatibleWithTraitCollection:]",
-    "+[UIImage imageNamed:inBundle:]",
-    "+[UIImage _imageNamed:withTrait:]",
-    "+[UIImage imageWithContentsOfCPBitmapFile:flags:]",
-    "+[UIImage kitImageNamed:]",
-    "+[UIImage _kitImageNamed:withTrait:]",
-    "-[WGWidgetInfo _queue_iconWithSize:scale:forWidgetWithIdentifier:extension:]",
-    "-[SBSwitcherAppSuggestionBannerView "
-    "_iconImageFromAppWithBundleIdentifier:withIconImageCache:]",
-    "-[SBCalendarApplicationIcon generateIconImageWithInfo:]",
-    "+[SBHClockApplicationIconImageView "
-    "generateProcessedMappedIconImageWithName:imageInfo:includingMask:]",
-    "-[PKIconImageCache imageForKey:]",
-    "-[SBHIconImageCache imageForIcon:]",
-    "-[SBHIconImageCache unmaskedImageForIcon:]",
-    "-[UNNotificationIcon _initWithName:path:applicationIdentifier:]",
-    "+[APWUtil iconForBundleIdentifier:]",
-    "-[UISwitchModernVisualElement _effectiveThumbImage]",
-    "+[WeatherImageLoader conditionImageNamed:style:]",
-};
-const Lines kSometimes = {
-    "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:]",
-    "-[SBApplicationIcon getUnmaskedIconImage:]",
-    "-[SBDockView layoutSubviews]",
-};
-const Lines kOniOS13 = {kSometimes[0], kSometimes[2]};
+// On every system.
+const Lines kImageMethods(kAlways.begin() + kHomeScreenMethods, kAlways.end());
 
 struct Place {
     IMP own;
@@ -50,7 +20,7 @@ struct Place {
 
 std::map<std::string, Place> places() {
     std::map<std::string, Place> found;
-    for (const std::string& row : joined({kAlways, kSometimes})) {
+    for (const std::string& row : joined({kImageMethods, kOniOS12})) {
         const MethodName method(row);
         found[row] = {method.implementation(), method.parentsImplementation(), method.otherSides()};
     }
@@ -76,15 +46,15 @@ class ImageRowsInstallation : public DeviceProcess {
 };
 
 TEST_F(ImageRowsInstallation, OniOS12) {
-    expectInstalled(kiOS12, joined({kAlways, kSometimes}));
+    expectInstalled(kiOS12, joined({kImageMethods, kOniOS12}));
 }
 
 TEST_F(ImageRowsInstallation, OniOS13) {
-    expectInstalled(kiOS13, joined({kAlways, kOniOS13}));
+    expectInstalled(kiOS13, joined({kImageMethods, kOniOS13}));
 }
 
 TEST_F(ImageRowsInstallation, BetweenTheTwo) {
-    expectInstalled(kBetween, kAlways);
+    expectInstalled(kBetween, kImageMethods);
 }
 
 TEST_F(ImageRowsInstallation, WithoutTheMethodsHarmsNothing) {

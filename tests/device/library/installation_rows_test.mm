@@ -1,5 +1,6 @@
 // Where the replacements of the home screen go: onto the class itself and the right side of it, and
 // nowhere else; and what a system does with them that lacks a class or a method.
+#include "device/library/replaced_methods.h"
 #include "device/library/rows_support.h"
 #include <objc/runtime.h>
 
@@ -7,34 +8,7 @@ namespace velmoranth::standins {
 namespace {
 
 // On every system.
-constexpr const char* kRows[] = {
-    "-[SBIconView layoutSubviews]",
-    "-[SBIconImageView contentsImage]",
-    "-[SBIconImageView darkeningOverlayImage]",
-    "-[SBFloatingDockPlatterView layoutSubviews]",
-    "-[SBFloatingDockView userIconListView]",
-    "-[SBFloatingDockView dividerView]",
-    "-[SBFolderIconImageView initWithFrame:]",
-    "-[SBFolderIconImageView layoutSubviews]",
-    "-[SBFloatyFolderView _showsTitle]",
-    "-[SBFloatyFolderView initWithFolder:orientation:viewMap:context:]",
-    "-[SBFloatyFolderView _tapToCloseGestureRecognizer:shouldReceiveTouch:]",
-    "-[SBFolderControllerBackgroundView initWithFrame:]",
-    "-[SBFolderBackgroundView layoutSubviews]",
-    "-[SBFolderIconImageCache gridCellImageForIcon:]",
-    "-[SBIconListPageControl layoutSubviews]",
-    "-[SBIconListPageControl _iconListIndicatorImage:]",
-    "-[SBIconListPageControl _searchIndicatorImage:]",
-    "-[SBIconLabelImage _initWithCGImage:scale:orientation:parameters:maxSizeOffset:]",
-    "-[SBIconBadgeView layoutSubviews]",
-    "+[SBIconBadgeView _maxTextWidth]",
-    "-[SBIconLegibilityLabelView setHidden:]",
-    "-[SBIconLegibilityLabelView isHidden]",
-    "-[SBIconLegibilityLabelView alpha]",
-    "-[SBIconLegibilityLabelView setAlpha:]",
-    "-[_UIFeedback play]",
-    "+[SBUISound soundWithFeedbackEventType:]",
-};
+const Lines kRows(kAlways.begin(), kAlways.begin() + kHomeScreenMethods);
 
 struct Place {
     IMP own;
@@ -45,7 +19,7 @@ struct Place {
 class HomeScreenRows : public DeviceProcess {
   protected:
     HomeScreenRows() {
-        for (const char* const row : kRows) {
+        for (const std::string& row : kRows) {
             methods_.emplace_back(row);
         }
         before = places();
@@ -106,7 +80,7 @@ TEST_F(HomeScreenRows, AreInstalledOniOS13) {
 }
 
 TEST_F(HomeScreenRows, WithoutTheirMethodAreNotInstalled) {
-    for (const char* const row : kRows) {
+    for (const std::string& row : kRows) {
         hideMethod(row);
     }
     loaded();
@@ -116,7 +90,7 @@ TEST_F(HomeScreenRows, WithoutTheirMethodAreNotInstalled) {
 
 TEST_F(HomeScreenRows, WithoutTheirClassAreNotInstalled) {
     const Class folder = [SBFloatyFolderView class];
-    for (const char* const row : kRows) {
+    for (const std::string& row : kRows) {
         const std::string name(row);
         hideClass(name.substr(2, name.find(' ') - 2));
     }

@@ -1,6 +1,7 @@
 // What the library does when it is loaded into a process: the order of its steps, what it replaces
 // on which system, and what it needs nothing of.
 #include "device/library/device_process.h"
+#include "device/library/replaced_methods.h"
 #include <objc/runtime.h>
 
 #include <algorithm>
@@ -10,73 +11,6 @@ namespace velmoranth::standins {
 namespace {
 
 using Lines = std::vector<std::string>;
-
-// In the order of installation; "+" where the class's own methods are replaced.
-const Lines kAlways = {
-    "-[SBIconView layoutSubviews]",
-    "-[SBIconImageView contentsImage]",
-    "-[SBIconImageView darkeningOverlayImage]",
-    "-[SBFloatingDockPlatterView layoutSubviews]",
-    "-[SBFloatingDockView userIconListView]",
-    "-[SBFloatingDockView dividerView]",
-    "-[SBFolderIconImageView initWithFrame:]",
-    "-[SBFolderIconImageView layoutSubviews]",
-    "-[SBFloatyFolderView _showsTitle]",
-    "-[SBFloatyFolderView initWithFolder:orientation:viewMap:context:]",
-    "-[SBFloatyFolderView _tapToCloseGestureRecognizer:shouldReceiveTouch:]",
-    "-[SBFolderControllerBackgroundView initWithFrame:]",
-    "-[SBFolderBackgroundView layoutSubviews]",
-    "-[SBFolderIconImageCache gridCellImageForIcon:]",
-    "-[SBIconListPageControl layoutSubviews]",
-    "-[SBIconListPageControl _iconListIndicatorImage:]",
-    "-[SBIconListPageControl _searchIndicatorImage:]",
-    "-[SBIconLabelImage _initWithCGImage:scale:orientation:parameters:maxSizeOffset:]",
-    "-[SBIconBadgeView layoutSubviews]",
-    "+[SBIconBadgeView _maxTextWidth]",
-    "-[SBIconLegibilityLabelView setHidden:]",
-    "-[SBIconLegibilityLabelView isHidden]",
-    "-[SBIconLegibilityLabelView alpha]",
-    "-[SBIconLegibilityLabelView setAlpha:]",
-    "-[_UIFeedback play]",
-    "+[SBUISound soundWithFeedbackEventType:]",
-    "-[CUINamedVectorGlyph UIImageWithAsset:configuration:flippedHorizontally:]",
-    "-[CUINamedVectorGlyph image]",
-    "-[CUINamedImage "
-    "UIImageWithAsset:configuration:flippedHorizontally:optionalVectorImage:]",
-    "-[_UIImageContent CGImage]",
-    "+[UIImage systemImageNamed:]",
-    "+[UIImage imageNamed:inBundle:withConfiguration:]",
-    "+[UIImage imageNamed:inBundle:compatibleWithTraitCollection:]",
-    "+[UIImage imageNamed:inBundle:]",
-    "+[UIImage _imageNamed:withTrait:]",
-    "+[UIImage imageWithContentsOfCPBitmapFile:flags:]",
-    "+[UIImage kitImageNamed:]",
-    "+[UIImage _kitImageNamed:withTrait:]",
-    "-[WGWidgetInfo _queue_iconWithSize:scale:forWidgetWithIdentifier:extension:]",
-    "-[SBSwitcherAppSuggestionBannerView "
-    "_iconImageFromAppWithBundleIdentifier:withIconImageCache:]",
-    "-[SBCalendarApplicationIcon generateIconImageWithInfo:]",
-    "+[SBHClockApplicationIconImageView "
-    "generateProcessedMappedIconImageWithName:imageInfo:includingMask:]",
-    "-[PKIconImageCache imageForKey:]",
-    "-[SBHIconImageCache imageForIcon:]",
-    "-[SBHIconImageCache unmaskedImageForIcon:]",
-    "-[UNNotificationIcon _initWithName:path:applicationIdentifier:]",
-    "+[APWUtil iconForBundleIdentifier:]",
-    "-[UISwitchModernVisualElement _effectiveThumbImage]",
-    "+[WeatherImageLoader conditionImageNamed:style:]",
-};
-
-const Lines kOniOS12 = {
-    "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:]",
-    "-[SBApplicationIcon getUnmaskedIconImage:]",
-    "-[SBDockView layoutSubviews]",
-};
-
-const Lines kOniOS13 = {
-    "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:]",
-    "-[SBDockView layoutSubviews]",
-};
 
 const std::string kAdded = "class_addMethod(SBFloatyFolderView, handleTap, v@:)";
 constexpr std::ptrdiff_t kRowsBeforeAdded = 10;
