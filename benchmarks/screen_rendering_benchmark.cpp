@@ -4,7 +4,7 @@
 #include "desktop/imaging/bitmap_image.h"
 #include "desktop/imaging/image.h"
 #include "desktop/views/views.h"
-#include "simulator/backdrop.h"
+#include "simulator/home_screen/backdrop.h"
 
 #include "timing.h"
 #include <cairo.h>

@@ -1,6 +1,6 @@
 #include "cli/preview_steps.h"
 
-#include "simulator/open_folder.h"
+#include "simulator/home_screen/open_folder.h"
 #include "simulator/screens/panel_screen.h"
 
 #include <fmt/core.h>

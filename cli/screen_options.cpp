@@ -4,7 +4,7 @@
 #include "cli/nearest.h"
 #include "cli/numbers.h"
 #include "cli/preview_steps.h"
-#include "simulator/apps.h"
+#include "simulator/home_screen/apps.h"
 
 #include <algorithm>
 #include <array>

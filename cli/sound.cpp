@@ -16,7 +16,7 @@
 #include "desktop/audio/mixer.h"
 #include "desktop/audio/recording_output.h"
 #include "desktop/audio/sdl_output.h"
-#include "simulator/feedback_classes.h"
+#include "simulator/toolkit/feedback_classes.h"
 
 #include <array>
 #include <chrono>

@@ -6,7 +6,7 @@
 #include "desktop/views/view_controllers.h"
 #include "desktop/views/views.h"
 #include "simulator/device.h"
-#include "simulator/stock_images.h"
+#include "simulator/toolkit/stock_images.h"
 #include "simulator/toolkit/toolkit_images.h"
 
 namespace velmoranth::simulator {

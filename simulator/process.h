@@ -4,7 +4,7 @@
 #pragma once
 
 #include "desktop/result/result.h"
-#include "simulator/home_screen.h"
+#include "simulator/home_screen/home_screen.h"
 #include "simulator/launcher.h"
 #include "simulator/screen.h"
 

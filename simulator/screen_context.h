@@ -5,9 +5,9 @@
 #include "desktop/runtime/runtime.h"
 #include "desktop/views/views.h"
 #include "simulator/device.h"
-#include "simulator/home_screen_layout.h"
-#include "simulator/icons.h"
-#include "simulator/stock_images.h"
+#include "simulator/home_screen/home_screen_layout.h"
+#include "simulator/home_screen/icons.h"
+#include "simulator/toolkit/stock_images.h"
 
 #include <memory>
 #include <string>

@@ -1,6 +1,6 @@
 #include "simulator/screens/app_screen.h"
 
-#include "simulator/named_views.h"
+#include "simulator/toolkit/named_views.h"
 
 namespace velmoranth::simulator {
 

@@ -1,10 +1,10 @@
 #include "simulator/screens/controls_screen.h"
 
 #include "simulator/artwork/toolkit_artwork.h"
-#include "simulator/home_screen_layout.h"
-#include "simulator/named_views.h"
+#include "simulator/home_screen/home_screen_layout.h"
 #include "simulator/screens/screens.h"
 #include "simulator/toolkit/image_messages.h"
+#include "simulator/toolkit/named_views.h"
 #include "simulator/toolkit/switch_view.h"
 #include "simulator/toolkit/view_kit.h"
 

@@ -4,8 +4,8 @@
 
 #include "platform/uikit.h"
 #include "simulator/app_context.h"
-#include "simulator/home_screen_layout.h"
-#include "simulator/icon_views.h"
+#include "simulator/home_screen/home_screen_layout.h"
+#include "simulator/home_screen/icon_views.h"
 #include "simulator/screen_context.h"
 #include "simulator/toolkit/image_messages.h"
 

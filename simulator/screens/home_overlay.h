@@ -1,8 +1,8 @@
 // A screen that lies over the home screen: its window is drawn over the home screen's picture.
 #pragma once
 
-#include "simulator/backdrop.h"
-#include "simulator/home_screen.h"
+#include "simulator/home_screen/backdrop.h"
+#include "simulator/home_screen/home_screen.h"
 #include "simulator/screens/app_screen.h"
 
 #include <memory>

@@ -1,9 +1,9 @@
 #include "simulator/screens/notification_screen.h"
 
-#include "simulator/class_rows.h"
-#include "simulator/home_screen_layout.h"
-#include "simulator/named_views.h"
+#include "simulator/home_screen/home_screen_layout.h"
 #include "simulator/screens/screens.h"
+#include "simulator/toolkit/class_rows.h"
+#include "simulator/toolkit/named_views.h"
 #include "simulator/toolkit/view_kit.h"
 
 #include <algorithm>

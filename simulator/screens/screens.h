@@ -3,7 +3,7 @@
 #pragma once
 
 #include "simulator/app_context.h"
-#include "simulator/home_screen.h"
+#include "simulator/home_screen/home_screen.h"
 #include "simulator/screen.h"
 #include "simulator/screen_kinds.h"
 

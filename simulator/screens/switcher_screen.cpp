@@ -1,10 +1,10 @@
 #include "simulator/screens/switcher_screen.h"
 
-#include "simulator/class_rows.h"
-#include "simulator/home_screen_layout.h"
-#include "simulator/icons.h"
-#include "simulator/named_views.h"
+#include "simulator/home_screen/home_screen_layout.h"
+#include "simulator/home_screen/icons.h"
 #include "simulator/screens/screens.h"
+#include "simulator/toolkit/class_rows.h"
+#include "simulator/toolkit/named_views.h"
 #include "simulator/toolkit/view_kit.h"
 
 #include <algorithm>

@@ -1,12 +1,12 @@
 #include "simulator/screens/today_screen.h"
 
 #include "simulator/artwork/artwork.h"
-#include "simulator/class_rows.h"
-#include "simulator/home_screen_layout.h"
-#include "simulator/named_views.h"
+#include "simulator/home_screen/home_screen_layout.h"
 #include "simulator/screens/screens.h"
-#include "simulator/status_bar.h"
+#include "simulator/toolkit/class_rows.h"
 #include "simulator/toolkit/image_messages.h"
+#include "simulator/toolkit/named_views.h"
+#include "simulator/toolkit/status_bar.h"
 #include "simulator/toolkit/view_kit.h"
 
 #include <algorithm>

@@ -3,12 +3,12 @@
 #include "desktop/imaging/bitmap_image.h"
 #include "platform/platform.h"
 #include "simulator/artwork/toolkit_artwork.h"
-#include "simulator/class_rows.h"
-#include "simulator/live_icons.h"
-#include "simulator/named_views.h"
+#include "simulator/home_screen/live_icons.h"
 #include "simulator/screens/screens.h"
-#include "simulator/status_bar.h"
+#include "simulator/toolkit/class_rows.h"
 #include "simulator/toolkit/image_messages.h"
+#include "simulator/toolkit/named_views.h"
+#include "simulator/toolkit/status_bar.h"
 #include "simulator/toolkit/view_kit.h"
 
 #include <algorithm>

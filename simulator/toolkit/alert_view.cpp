@@ -1,6 +1,6 @@
 #include "simulator/toolkit/alert_view.h"
 
-#include "simulator/home_screen_layout.h"
+#include "simulator/home_screen/home_screen_layout.h"
 #include "simulator/toolkit/view_kit.h"
 
 #include <algorithm>

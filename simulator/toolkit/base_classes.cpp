@@ -1,7 +1,7 @@
 #include "simulator/toolkit/base_classes.h"
 
 #include "desktop/views/view_node.h"
-#include "simulator/class_rows.h"
+#include "simulator/toolkit/class_rows.h"
 
 #include <array>
 #include <functional>

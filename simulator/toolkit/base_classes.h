@@ -4,7 +4,7 @@
 
 #include "desktop/runtime/runtime.h"
 #include "simulator/device.h"
-#include "simulator/stock_images.h"
+#include "simulator/toolkit/stock_images.h"
 
 namespace velmoranth::simulator {
 

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "simulator/artwork/artwork.h"
-#include "simulator/class_rows.h"
 #include "simulator/device.h"
+#include "simulator/toolkit/class_rows.h"
 
 #include <span>
 #include <string_view>

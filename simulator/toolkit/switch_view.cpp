@@ -1,8 +1,8 @@
 #include "simulator/toolkit/switch_view.h"
 
 #include "simulator/artwork/toolkit_artwork.h"
-#include "simulator/home_screen_layout.h"
-#include "simulator/named_views.h"
+#include "simulator/home_screen/home_screen_layout.h"
+#include "simulator/toolkit/named_views.h"
 
 namespace velmoranth::simulator {
 

@@ -1,7 +1,7 @@
 #include "simulator/toolkit/toolkit_classes.h"
 
 #include "desktop/imaging/bitmap_image.h"
-#include "simulator/class_rows.h"
+#include "simulator/toolkit/class_rows.h"
 #include "simulator/toolkit/switch_view.h"
 #include "simulator/toolkit/toolkit_objects.h"
 

@@ -1,8 +1,8 @@
 #include "simulator/toolkit/view_kit.h"
 
 #include "desktop/views/views.h"
-#include "simulator/home_screen_layout.h"
-#include "simulator/status_bar.h"
+#include "simulator/home_screen/home_screen_layout.h"
+#include "simulator/toolkit/status_bar.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -4,8 +4,8 @@
 #include "desktop/image_io/image_io.h"
 #include "desktop/imaging/graphics_context.h"
 #include "desktop/plist/property_lists.h"
-#include "simulator/apps.h"
 #include "simulator/artwork/artwork.h"
+#include "simulator/home_screen/apps.h"
 #include "simulator/launcher.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "simulator/feedback_classes.h"
+#include "simulator/toolkit/feedback_classes.h"
 
 #include "desktop/runtime/runtime.h"
 

@@ -2,7 +2,7 @@
 // messages counted.
 #pragma once
 
-#include "simulator/home_screen.h"
+#include "simulator/home_screen/home_screen.h"
 #include "simulator/process.h"
 #include "themed_device.h"
 

@@ -1,4 +1,4 @@
-#include "simulator/home_screen_layout.h"
+#include "simulator/home_screen/home_screen_layout.h"
 
 #include <gtest/gtest.h>
 

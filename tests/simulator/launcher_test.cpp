@@ -4,8 +4,8 @@
 
 #include "desktop/files/create_device_root.h"
 #include "desktop/notifications/notification_center.h"
-#include "simulator/apps.h"
 #include "simulator/artwork/artwork.h"
+#include "simulator/home_screen/apps.h"
 
 #include <gtest/gtest.h>
 #include <signal.h>  // NOLINT(modernize-deprecated-headers): kill() is POSIX's

@@ -1,5 +1,5 @@
 // The two live icons on themed home screens.
-#include "simulator/live_icons.h"
+#include "simulator/home_screen/live_icons.h"
 
 #include "screen_test.h"
 

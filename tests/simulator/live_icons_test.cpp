@@ -1,4 +1,4 @@
-#include "simulator/live_icons.h"
+#include "simulator/home_screen/live_icons.h"
 
 #include "desktop/dates/dates.h"
 #include "desktop/imaging/bitmap_image.h"

@@ -1,6 +1,6 @@
 // A folder that opens and closes on the platform's home screen, nothing replaced: which messages
 // reach which objects, and what the screen shows.
-#include "simulator/open_folder.h"
+#include "simulator/home_screen/open_folder.h"
 
 #include "folder_process.h"
 #include <gtest/gtest.h>

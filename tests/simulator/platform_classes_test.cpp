@@ -1,9 +1,9 @@
-#include "simulator/platform_classes.h"
+#include "simulator/home_screen/platform_classes.h"
 
 #include "desktop/dates/dates.h"
 #include "desktop/imaging/images.h"
 #include "platform/springboard.h"
-#include "simulator/icon_views.h"
+#include "simulator/home_screen/icon_views.h"
 #include "simulator/toolkit/base_classes.h"
 
 #include <gtest/gtest.h>

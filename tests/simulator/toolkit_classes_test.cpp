@@ -6,9 +6,9 @@
 #include "desktop/image_io/bitmap_file.h"
 #include "desktop/imaging/bitmap_image.h"
 #include "simulator/artwork/toolkit_artwork.h"
-#include "simulator/stock_images.h"
 #include "simulator/toolkit/base_classes.h"
 #include "simulator/toolkit/image_messages.h"
+#include "simulator/toolkit/stock_images.h"
 #include "simulator/toolkit/switch_view.h"
 #include "tests/support/temporary_folder.h"
 

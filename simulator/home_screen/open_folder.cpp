@@ -1,8 +1,8 @@
-#include "simulator/open_folder.h"
+#include "simulator/home_screen/open_folder.h"
 
 #include "desktop/views/animation.h"
-#include "simulator/backdrop.h"
-#include "simulator/folder_icon_views.h"
+#include "simulator/home_screen/backdrop.h"
+#include "simulator/home_screen/folder_icon_views.h"
 
 #include <algorithm>
 #include <utility>

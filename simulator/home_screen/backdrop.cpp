@@ -1,4 +1,4 @@
-#include "simulator/backdrop.h"
+#include "simulator/home_screen/backdrop.h"
 
 #include "desktop/imaging/compositing.h"
 #include "desktop/imaging/graphics_context.h"

@@ -1,4 +1,4 @@
-#include "simulator/icon_controller.h"
+#include "simulator/home_screen/icon_controller.h"
 
 #include "desktop/views/view_node.h"
 

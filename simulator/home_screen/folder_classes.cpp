@@ -1,6 +1,6 @@
-#include "simulator/folder_classes.h"
+#include "simulator/home_screen/folder_classes.h"
 
-#include "simulator/open_folder_views.h"
+#include "simulator/home_screen/open_folder_views.h"
 
 #include <array>
 #include <cstdint>

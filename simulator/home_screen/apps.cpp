@@ -1,4 +1,4 @@
-#include "simulator/apps.h"
+#include "simulator/home_screen/apps.h"
 
 #include <algorithm>
 #include <array>

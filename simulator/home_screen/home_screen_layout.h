@@ -3,8 +3,8 @@
 #pragma once
 
 #include "platform/core_graphics.h"
-#include "simulator/apps.h"
 #include "simulator/device.h"
+#include "simulator/home_screen/apps.h"
 
 #include <vector>
 

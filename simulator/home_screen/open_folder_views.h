@@ -5,11 +5,11 @@
 #include "desktop/views/tap_gesture_recognizer.h"
 #include "desktop/views/views.h"
 #include "platform/springboard.h"
-#include "simulator/dock_views.h"
-#include "simulator/folder_layout.h"
-#include "simulator/named_views.h"
-#include "simulator/page_control.h"
+#include "simulator/home_screen/dock_views.h"
+#include "simulator/home_screen/folder_layout.h"
+#include "simulator/home_screen/page_control.h"
 #include "simulator/screen_context.h"
+#include "simulator/toolkit/named_views.h"
 
 #include <cstdint>
 #include <memory>

@@ -3,9 +3,9 @@
 #pragma once
 
 #include "platform/core_graphics.h"
-#include "simulator/apps.h"
 #include "simulator/device.h"
-#include "simulator/home_screen_layout.h"
+#include "simulator/home_screen/apps.h"
+#include "simulator/home_screen/home_screen_layout.h"
 
 #include <vector>
 

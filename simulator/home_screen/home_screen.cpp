@@ -1,9 +1,9 @@
-#include "simulator/home_screen.h"
+#include "simulator/home_screen/home_screen.h"
 
 #include "simulator/artwork/artwork.h"
-#include "simulator/folder_icon_views.h"
-#include "simulator/named_views.h"
-#include "simulator/status_bar.h"
+#include "simulator/home_screen/folder_icon_views.h"
+#include "simulator/toolkit/named_views.h"
+#include "simulator/toolkit/status_bar.h"
 
 #include <algorithm>
 #include <cmath>

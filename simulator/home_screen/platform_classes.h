@@ -8,8 +8,8 @@
 #include "platform/foundation.h"
 #include "platform/uikit.h"
 #include "simulator/device.h"
-#include "simulator/icons.h"
-#include "simulator/stock_images.h"
+#include "simulator/home_screen/icons.h"
+#include "simulator/toolkit/stock_images.h"
 #include "simulator/toolkit/toolkit_images.h"
 
 #include <memory>

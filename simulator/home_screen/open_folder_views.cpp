@@ -1,7 +1,7 @@
-#include "simulator/open_folder_views.h"
+#include "simulator/home_screen/open_folder_views.h"
 
 #include "desktop/imaging/graphics_context.h"
-#include "simulator/backdrop.h"
+#include "simulator/home_screen/backdrop.h"
 
 #include <algorithm>
 

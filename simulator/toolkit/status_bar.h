@@ -3,7 +3,7 @@
 
 #include "platform/uikit.h"
 #include "simulator/device.h"
-#include "simulator/home_screen_layout.h"
+#include "simulator/home_screen/home_screen_layout.h"
 
 namespace velmoranth::simulator {
 

@@ -1,4 +1,4 @@
-#include "simulator/dock_views.h"
+#include "simulator/home_screen/dock_views.h"
 
 namespace velmoranth::simulator {
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "platform/springboard.h"
-#include "simulator/apps.h"
+#include "simulator/home_screen/apps.h"
 
 #include <memory>
 #include <string>

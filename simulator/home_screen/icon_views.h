@@ -4,9 +4,9 @@
 
 #include "desktop/views/views.h"
 #include "platform/springboard.h"
-#include "simulator/icons.h"
-#include "simulator/named_views.h"
+#include "simulator/home_screen/icons.h"
 #include "simulator/screen_context.h"
+#include "simulator/toolkit/named_views.h"
 
 #include <memory>
 #include <string>

@@ -1,4 +1,4 @@
-#include "simulator/folder_layout.h"
+#include "simulator/home_screen/folder_layout.h"
 
 #include <cstddef>
 

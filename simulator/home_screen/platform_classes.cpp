@@ -1,14 +1,14 @@
-#include "simulator/platform_classes.h"
+#include "simulator/home_screen/platform_classes.h"
 
 #include "desktop/views/view_node.h"
 #include "platform/springboard.h"
-#include "simulator/class_rows.h"
-#include "simulator/dock_views.h"
-#include "simulator/folder_icon_views.h"
-#include "simulator/icon_views.h"
-#include "simulator/live_icons.h"
-#include "simulator/page_control.h"
+#include "simulator/home_screen/dock_views.h"
+#include "simulator/home_screen/folder_icon_views.h"
+#include "simulator/home_screen/icon_views.h"
+#include "simulator/home_screen/live_icons.h"
+#include "simulator/home_screen/page_control.h"
 #include "simulator/toolkit/base_classes.h"
+#include "simulator/toolkit/class_rows.h"
 
 #include <array>
 #include <cstdint>

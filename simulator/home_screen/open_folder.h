@@ -4,8 +4,8 @@
 #pragma once
 
 #include "desktop/imaging/bitmap_image.h"
-#include "simulator/icon_controller.h"
-#include "simulator/open_folder_views.h"
+#include "simulator/home_screen/icon_controller.h"
+#include "simulator/home_screen/open_folder_views.h"
 #include "simulator/picture.h"
 #include "simulator/screen_context.h"
 

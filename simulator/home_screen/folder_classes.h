@@ -3,7 +3,7 @@
 
 #include "desktop/runtime/runtime.h"
 #include "simulator/device.h"
-#include "simulator/icon_controller.h"
+#include "simulator/home_screen/icon_controller.h"
 
 #include <memory>
 

@@ -6,8 +6,8 @@
 #include "desktop/imaging/images.h"
 #include "platform/foundation.h"
 #include "platform/springboard.h"
-#include "simulator/icon_views.h"
-#include "simulator/platform_classes.h"
+#include "simulator/home_screen/icon_views.h"
+#include "simulator/home_screen/platform_classes.h"
 
 #include <memory>
 #include <optional>

@@ -1,4 +1,4 @@
-#include "simulator/page_control.h"
+#include "simulator/home_screen/page_control.h"
 
 namespace velmoranth::simulator {
 

@@ -1,9 +1,9 @@
-#include "simulator/status_bar.h"
+#include "simulator/toolkit/status_bar.h"
 
 #include "desktop/dates/dates.h"
 #include "desktop/text/text.h"
 #include "desktop/views/views.h"
-#include "simulator/named_views.h"
+#include "simulator/toolkit/named_views.h"
 
 #include <cmath>
 #include <cstdio>

@@ -1,4 +1,4 @@
-#include "simulator/stock_images.h"
+#include "simulator/toolkit/stock_images.h"
 
 #include "desktop/imaging/bitmap_image.h"
 #include "simulator/artwork/toolkit_artwork.h"

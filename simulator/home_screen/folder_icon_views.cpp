@@ -1,4 +1,4 @@
-#include "simulator/folder_icon_views.h"
+#include "simulator/home_screen/folder_icon_views.h"
 
 #include <algorithm>
 #include <cstddef>

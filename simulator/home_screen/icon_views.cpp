@@ -1,10 +1,10 @@
-#include "simulator/icon_views.h"
+#include "simulator/home_screen/icon_views.h"
 
 #include "desktop/imaging/bitmap_image.h"
 #include "desktop/text/text.h"
 #include "simulator/artwork/artwork.h"
-#include "simulator/folder_icon_views.h"
-#include "simulator/live_icons.h"
+#include "simulator/home_screen/folder_icon_views.h"
+#include "simulator/home_screen/live_icons.h"
 
 #include <algorithm>
 #include <cmath>

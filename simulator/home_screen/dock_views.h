@@ -4,7 +4,7 @@
 
 #include "desktop/views/views.h"
 #include "platform/springboard.h"
-#include "simulator/icon_views.h"
+#include "simulator/home_screen/icon_views.h"
 #include "simulator/screen_context.h"
 
 #include <memory>
