@@ -1,11 +1,8 @@
-// velmoranth hooks: the table of replaced methods, really installed into an object runtime that has
-// every class and method of the table.
+// velmoranth hooks: the table of replaced methods, and the gates of a system.
 #include "cli/commands.h"
-#include "cli/idle_platform.h"
 #include "cli/messages.h"
 #include "cli/numbers.h"
 #include "core/hook_table.h"
-#include "desktop/runtime/runtime.h"
 #include "simulator/device.h"
 
 #include <fmt/core.h>
@@ -14,43 +11,16 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <functional>
 #include <span>
 #include <string>
 
 namespace velmoranth::cli {
 
 using core::HookRow;
-using core::HookSide;
-using core::HookTable;
 
 namespace {
 
-// A method that does nothing, of the type that the row's replacement stands in for; of a simple
-// type where there is no replacement.
-platform::Implementation stubFor(const HookRow& row) {
-    return row.isImplemented()
-               ? row.replacement.forwarding([] { return platform::Implementation(); })
-               : platform::Implementation(std::function<void(platform::Object&)>([](auto&) {}));
-}
-
-// Where two rows share a method, the one for this version gives its type.
-void addStubs(desktop::Runtime& runtime, double versionNumber) {
-    for (const bool gateOpen : {true, false}) {
-        for (const HookRow& row : HookTable::rows()) {
-            if (core::isGateOpen(row.gate, versionNumber) != gateOpen) {
-                continue;
-            }
-            const std::string className(row.targetClass);
-            runtime.addClass(className);
-            const platform::ClassRef cls = runtime.getClass(className);
-            runtime.addMethod(row.side == HookSide::classSide ? runtime.getMetaclass(cls) : cls,
-                              std::string(row.selector), stubFor(row), "");
-        }
-    }
-}
-
-std::string asJson(std::span<const HookRow> rows) {
+std::string asJson(std::span<const HookRow> rows, double versionNumber) {
     auto array = nlohmann::ordered_json::array();
     for (const HookRow& row : rows) {
         array.push_back({{"number", row.number},
@@ -58,8 +28,7 @@ std::string asJson(std::span<const HookRow> rows) {
                          {"side", core::nameOf(row.side)},
                          {"selector", row.selector},
                          {"gate", core::nameOf(row.gate)},
-                         {"implemented", row.isImplemented()},
-                         {"installed", row.isInstalled()}});
+                         {"installed", core::isGateOpen(row.gate, versionNumber)}});
     }
     return array.dump(2) + "\n";
 }
@@ -72,21 +41,18 @@ std::string asTable(std::span<const HookRow> rows, double versionNumber) {
     }
     std::string text = fmt::format("{:>3}  {:<13}  {:<8}  {:<6}  {:<{}}  {}\n", "no.", "state",
                                    "side", "gate", "class", classWidth, "selector");
+    int installed = 0;
     for (const HookRow& row : rows) {
-        const std::string state = row.isInstalled()     ? "installed"
-                                  : row.isImplemented() ? "not installed"
-                                                        : "not written";
-        const std::string line = fmt::format("{:>3}  {:<13}  {:<8}  {:<6}  {:<{}}  {}", row.number,
-                                             state, core::nameOf(row.side), core::nameOf(row.gate),
-                                             row.targetClass, classWidth, row.selector);
-        text += (colored && !row.isInstalled() ? "\033[2m" + line + "\033[0m" : line) + "\n";
+        const bool isInstalled = core::isGateOpen(row.gate, versionNumber);
+        installed += isInstalled ? 1 : 0;
+        const std::string line =
+            fmt::format("{:>3}  {:<13}  {:<8}  {:<6}  {:<{}}  {}", row.number,
+                        isInstalled ? "installed" : "not installed", core::nameOf(row.side),
+                        core::nameOf(row.gate), row.targetClass, classWidth, row.selector);
+        text += (colored && !isInstalled ? "\033[2m" + line + "\033[0m" : line) + "\n";
     }
-    const auto installed = std::count_if(rows.begin(), rows.end(),
-                                         [](const HookRow& row) { return row.isInstalled(); });
-    const auto written = std::count_if(rows.begin(), rows.end(),
-                                       [](const HookRow& row) { return row.isImplemented(); });
-    return text + fmt::format("{} methods: {} written, {} installed for version number {}\n",
-                              rows.size(), written, installed, versionNumber);
+    return text + fmt::format("{} methods: {} installed for version number {}\n", rows.size(),
+                              installed, versionNumber);
 }
 
 ExitCode runHooks(const Arguments& arguments) {
@@ -99,12 +65,8 @@ ExitCode runHooks(const Arguments& arguments) {
         }
         versionNumber = *number;
     }
-    desktop::Runtime runtime([](const std::string& line) { warn(line); });
-    const IdlePlatform platform(runtime, versionNumber);
-    addStubs(runtime, versionNumber);
-    HookTable::install();
-    const std::span<const HookRow> rows = HookTable::rows();
-    print(arguments.has("--json") ? asJson(rows) : asTable(rows, versionNumber));
+    const std::span<const HookRow> rows = core::HookTable::rows();
+    print(arguments.has("--json") ? asJson(rows, versionNumber) : asTable(rows, versionNumber));
     return ExitCode::done;
 }
 
@@ -127,7 +89,7 @@ Command hooksCommand() {
             .summary = "List the replaced methods, and which of them a system installs.",
             .positionalNames = "",
             .description =
-                "The table is installed in a process that has every class of it; a real "
+                "The state is that of a process that has every class of the table; a real "
                 "process installs the\nrows whose classes it has.",
             .options = kOptions,
             .examples = kExamples,
