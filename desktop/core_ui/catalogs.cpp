@@ -61,6 +61,19 @@ std::array<std::uint16_t, 8> restrictions(const Catalog& catalog, const Renditio
             catalog.attribute(rendition, Attribute::deploymentTarget)};
 }
 
+// What is stored of a name's pictures, in the catalog's order: each copy of a picture by itself.
+std::vector<const Rendition*> allCopiesOf(const Catalog& catalog, const catalog::Facet* facet) {
+    std::vector<const Rendition*> copies;
+    if (facet != nullptr) {
+        for (const std::size_t index : catalog.renditionsOf(*facet)) {
+            if (const Rendition& rendition = catalog.renditions()[index]; rendition.isPicture()) {
+                copies.push_back(&rendition);
+            }
+        }
+    }
+    return copies;
+}
+
 // How far a picture of this scale is from the one asked for: the least larger one first, then the
 // greatest smaller one.
 std::pair<bool, double> scaleDistance(double scale, double wanted) {
@@ -98,26 +111,11 @@ DesktopCatalog::DesktopCatalog(Catalog catalog)
 std::vector<std::string> DesktopCatalog::allImageNames() {
     std::vector<std::string> names;
     for (const catalog::Facet& facet : catalog_->facets()) {
-        if (!picturesOf(facet).empty()) {
+        if (!allCopiesOf(*catalog_, &facet).empty()) {
             names.emplace_back(facet.name);
         }
     }
     return names;
-}
-
-std::vector<const Rendition*> DesktopCatalog::picturesOf(const catalog::Facet& facet) const {
-    std::vector<const Rendition*> pictures;
-    for (const std::size_t index : catalog_->renditionsOf(facet)) {
-        if (const Rendition& rendition = catalog_->renditions()[index]; rendition.isPicture()) {
-            pictures.push_back(&rendition);
-        }
-    }
-    return pictures;
-}
-
-std::vector<const Rendition*> DesktopCatalog::picturesOf(const std::string& name) const {
-    const catalog::Facet* const facet = catalog_->facet(name);
-    return facet == nullptr ? std::vector<const Rendition*>() : picturesOf(*facet);
 }
 
 ObjectRef DesktopCatalog::imageWithNameScaleFactor(const std::string& name, double scaleFactor) {
@@ -127,7 +125,7 @@ ObjectRef DesktopCatalog::imageWithNameScaleFactor(const std::string& name, doub
 ObjectRef DesktopCatalog::imageWithNameScaleFactorDeviceIdiom(const std::string& name,
                                                               double scaleFactor,
                                                               long deviceIdiom) {
-    std::vector<const Rendition*> candidates = picturesOf(name);
+    std::vector<const Rendition*> candidates = allCopiesOf(*catalog_, catalog_->facet(name));
     const auto idiom = [this](const Rendition* rendition) {
         return catalog_->attribute(*rendition, Attribute::idiom);
     };
@@ -145,7 +143,7 @@ ObjectRef DesktopCatalog::imageWithNameScaleFactorDeviceIdiom(const std::string&
 
 std::vector<ObjectRef> DesktopCatalog::imagesWithName(const std::string& name) {
     std::vector<ObjectRef> images;
-    for (const Rendition* rendition : picturesOf(name)) {
+    for (const Rendition* rendition : allCopiesOf(*catalog_, catalog_->facet(name))) {
         images.push_back(std::make_shared<DesktopNamedImage>(catalog_, name, *rendition));
     }
     return images;

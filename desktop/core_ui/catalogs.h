@@ -53,10 +53,6 @@ class DesktopCatalog final : public platform::CUICatalog {
     [[nodiscard]] std::vector<platform::ObjectRef> imagesWithName(const std::string& name) override;
 
   private:
-    [[nodiscard]] std::vector<const catalog::Rendition*> picturesOf(
-        const catalog::Facet& facet) const;
-    [[nodiscard]] std::vector<const catalog::Rendition*> picturesOf(const std::string& name) const;
-
     std::shared_ptr<const catalog::Catalog> catalog_;
 };
 
