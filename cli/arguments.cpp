@@ -1,6 +1,60 @@
 #include "cli/arguments.h"
 
+#include "cli/nearest.h"
+
+#include <algorithm>
+#include <cstddef>
+
 namespace velmoranth::cli {
+
+using desktop::Problem;
+
+namespace {
+
+Problem unknownOption(const Command& command, std::string_view name) {
+    std::vector<std::string_view> names;
+    for (const Option& option : command.options) {
+        names.push_back(option.name);
+    }
+    names.push_back(kHelpOption.name);
+    const std::string near = suggestion(name, names);
+    const std::string commandName(command.name);
+    return {"velmoranth " + commandName + " has no option " + inQuotes(name) +
+            (near.empty() ? "; velmoranth " + commandName + " --help lists them" : near)};
+}
+
+const Option* findOption(const Command& command, std::string_view name) {
+    const auto hasName = [&](const Option& option) {
+        return name == option.name || name == option.shortName;
+    };
+    const auto found = std::ranges::find_if(command.options, hasName);
+    return found != command.options.end() ? &*found : hasName(kHelpOption) ? &kHelpOption : nullptr;
+}
+
+// What the words have too few or too many of. Whoever asks for help is still at it.
+desktop::Result<void> checkCounts(const Command& command, const Arguments& arguments) {
+    const std::string name = "velmoranth " + std::string(command.name);
+    const std::vector<std::string>& positionals = arguments.positionals();
+    if (positionals.size() > command.mostPositionals) {
+        return tl::unexpected(Problem{name + " does not know what to do with " +
+                                      inQuotes(positionals[command.mostPositionals])});
+    }
+    if (arguments.has(kHelpOption.name)) {
+        return {};
+    }
+    for (const Option& option : command.options) {
+        if (option.repeat == Repeat::once && arguments.values(option.name).size() > 1) {
+            return tl::unexpected(Problem{std::string(option.name) + " is given more than once"});
+        }
+    }
+    if (positionals.size() < command.leastPositionals) {
+        return tl::unexpected(Problem{name + " needs " + std::string(command.positionalNames) +
+                                      "; " + name + " --help"});
+    }
+    return {};
+}
+
+}  // namespace
 
 const std::vector<std::string>& Arguments::values(std::string_view name) const {
     static const std::vector<std::string> kNone;
@@ -11,6 +65,50 @@ const std::vector<std::string>& Arguments::values(std::string_view name) const {
 std::optional<std::string> Arguments::value(std::string_view name) const {
     const std::vector<std::string>& all = values(name);
     return all.empty() ? std::nullopt : std::optional<std::string>(all.front());
+}
+
+desktop::Result<Arguments> Arguments::parse(const Command& command,
+                                            std::span<const std::string> words) {
+    Arguments arguments;
+    while (!words.empty()) {
+        const std::string_view word = words.front();
+        words = words.subspan(1);
+        if (word == "--") {  // what follows is meant as it stands
+            arguments.positionals_.insert(arguments.positionals_.end(), words.begin(), words.end());
+            break;
+        }
+        if (word.size() < 2 || word.front() != '-') {
+            arguments.positionals_.emplace_back(word);
+            continue;
+        }
+        // "--name=value", or "-nvalue". Nothing behind the sign is a value left out.
+        const bool isLong = word.starts_with("--");
+        const std::size_t end = isLong ? std::min(word.find('='), word.size()) : 2;
+        const std::string_view name = word.substr(0, end);
+        const std::string_view rest = word.substr(std::min(end + (isLong ? 1 : 0), word.size()));
+        const Option* const option = findOption(command, name);
+        if (option == nullptr || (!isLong && option->valueName.empty() && !rest.empty())) {
+            return tl::unexpected(unknownOption(command, word.substr(0, word.find('='))));
+        }
+        std::vector<std::string>& values = arguments.options_[option->name];
+        if (option->valueName.empty() && !rest.empty()) {
+            return tl::unexpected(Problem{std::string(option->name) + " takes no value"});
+        }
+        if (option->valueName.empty() || !rest.empty()) {
+            values.emplace_back(rest);
+        } else if (!words.empty()) {
+            values.push_back(words.front());
+            words = words.subspan(1);
+        } else {
+            const std::string known(option->name);
+            return tl::unexpected(
+                Problem{known + " needs a value: " + known + " " + std::string(option->valueName)});
+        }
+    }
+    if (auto counts = checkCounts(command, arguments); !counts) {
+        return tl::unexpected(std::move(counts.error()));
+    }
+    return arguments;
 }
 
 }  // namespace velmoranth::cli

@@ -3,13 +3,13 @@
 #pragma once
 
 #include "cli/messages.h"
+#include "desktop/result/result.h"
 
 #include <map>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace velmoranth::cli {
@@ -24,14 +24,18 @@ struct Option {
     Repeat repeat = Repeat::once;
 };
 
+// The option that every command has.
+inline constexpr Option kHelpOption{"--help", "-h", "", "show this text"};
+
+struct Command;
+
 // What a command was given, still as words.
 class Arguments {
   public:
-    Arguments() = default;
-
-    Arguments(std::vector<std::string> positionals,
-              std::map<std::string_view, std::vector<std::string>> options)
-        : positionals_(std::move(positionals)), options_(std::move(options)) {}
+    // Of the words behind the command's name. The problem of words that its table does not allow
+    // says which, and the nearest option.
+    [[nodiscard]] static desktop::Result<Arguments> parse(const Command& command,
+                                                          std::span<const std::string> words);
 
     [[nodiscard]] const std::vector<std::string>& positionals() const { return positionals_; }
 

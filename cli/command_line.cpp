@@ -3,7 +3,6 @@
 #include "cli/commands.h"
 #include "cli/help.h"
 #include "cli/nearest.h"
-#include "cli/parse_arguments.h"
 #include "desktop/vector_images/vector_images.h"
 
 #include <algorithm>
@@ -90,8 +89,8 @@ ExitCode run(const std::vector<std::string>& words) {
         }
         return unknownCommand(words);
     }
-    const auto arguments = parseArguments(
-        *chosen.command, {words.begin() + static_cast<std::ptrdiff_t>(chosen.words), words.end()});
+    const auto arguments =
+        Arguments::parse(*chosen.command, std::span(words).subspan(chosen.words));
     if (!arguments) {
         return fail(ExitCode::wrongUsage, arguments.error());
     }

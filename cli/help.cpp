@@ -1,7 +1,5 @@
 #include "cli/help.h"
 
-#include "cli/parse_arguments.h"
-
 #include <algorithm>
 #include <cstddef>
 
