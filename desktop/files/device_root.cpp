@@ -18,6 +18,15 @@ namespace {
 
 constexpr int kMaxTries = 64;  // of a look-up that something else's renaming disturbs
 
+// Whether it can be a path; errno says why not. The system would end it at a NUL, so one with more
+// behind that would lead elsewhere than it says.
+bool isPath(const std::string& text) {
+    errno = text.find('\0') != std::string::npos ? EINVAL
+            : text.size() >= PATH_MAX            ? ENAMETOOLONG
+                                                 : 0;
+    return errno == 0;
+}
+
 // openat2 below `root` as in a changed root. The library has no wrapper for it.
 int openInRoot(int root, const char* path, int flags, unsigned mode) {
     open_how how{};
@@ -42,10 +51,8 @@ bool kernelResolves(int root) {
 
 Result<std::shared_ptr<DeviceRoot>> DeviceRoot::open(const std::string& hostFolder,
                                                      PathResolution resolution) {
-    if (hostFolder.find('\0') != std::string::npos) {
-        return tl::unexpected(problemOfErrno(EINVAL, hostFolder));
-    }
-    Descriptor descriptor(::open(hostFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    Descriptor descriptor(
+        isPath(hostFolder) ? ::open(hostFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC) : -1);
     if (!descriptor.isOpen()) {
         return tl::unexpected(problemOfErrno(errno, hostFolder));
     }
@@ -60,12 +67,7 @@ DeviceRoot::DeviceRoot(std::string hostFolder, Descriptor descriptor, bool inKer
 DeviceRoot::~DeviceRoot() = default;
 
 int DeviceRoot::openFile(const std::string& devicePath, int flags, unsigned mode) const {
-    if (devicePath.find('\0') != std::string::npos) {
-        errno = EINVAL;
-        return -1;
-    }
-    if (devicePath.size() >= PATH_MAX) {
-        errno = ENAMETOOLONG;
+    if (!isPath(devicePath)) {
         return -1;
     }
     return inKernel_ ? openInRoot(descriptor_.get(), devicePath.c_str(), flags, mode)
@@ -123,8 +125,7 @@ FolderEntry DeviceRoot::openParent(const std::string& devicePath) const {
     if (name.empty() || name == "." || name == "..") {
         return {Descriptor(openFile(devicePath, O_PATH | O_DIRECTORY)), "."};
     }
-    if (path.size() >= PATH_MAX || name.find('\0') != std::string::npos) {
-        errno = path.size() >= PATH_MAX ? ENAMETOOLONG : EINVAL;
+    if (!isPath(path)) {
         return {Descriptor(), std::move(name)};
     }
     const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
