@@ -2,40 +2,13 @@
 #include "cli/commands.h"
 #include "cli/device_layout.h"
 #include "cli/messages.h"
+#include "desktop/files/cleanup.h"
 #include "desktop/files/create_device_root.h"
-
-#include <pthread.h>
-#include <signal.h>
 
 #include <array>
 
 namespace velmoranth::cli {
 namespace {
-
-// A device is there whole or not at all: signals that would end the command wait until this goes,
-// and a file that may not grow is an error like others.
-class Uninterrupted {
-  public:
-    Uninterrupted() {
-        struct sigaction ignore{};
-        ignore.sa_handler = SIG_IGN;
-        sigaction(SIGXFSZ, &ignore, nullptr);
-        sigset_t held;
-        sigemptyset(&held);
-        for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
-            sigaddset(&held, number);
-        }
-        pthread_sigmask(SIG_BLOCK, &held, &before_);
-    }
-
-    Uninterrupted(const Uninterrupted&) = delete;
-    Uninterrupted& operator=(const Uninterrupted&) = delete;
-
-    ~Uninterrupted() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-
-  private:
-    sigset_t before_{};
-};
 
 ExitCode runDeviceInit(const Arguments& arguments) {
     const std::string& folder = arguments.positionals().front();
@@ -44,7 +17,7 @@ ExitCode runDeviceInit(const Arguments& arguments) {
         return fail(ExitCode::badInput, files.error());
     }
     const auto root = [&] {
-        const Uninterrupted whole;
+        const desktop::SignalsHeld whole;  // a device is there whole or not at all
         return desktop::createDeviceRoot(folder, *files);
     }();
     if (!root) {

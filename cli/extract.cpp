@@ -1,7 +1,6 @@
 // velmoranth extract
 #include "cli/catalog_input.h"
 #include "cli/catalog_listing.h"
-#include "cli/cleanup.h"
 #include "cli/commands.h"
 #include "cli/extract_options.h"
 #include "cli/extraction.h"
@@ -9,6 +8,7 @@
 #include "cli/extraction_plan.h"
 #include "cli/messages.h"
 #include "desktop/catalog/catalog.h"
+#include "desktop/files/cleanup.h"
 
 #include <fmt/core.h>
 
@@ -85,7 +85,7 @@ ExitCode extract(const ExtractOptions& options, const CatalogInput& input, const
     if (plan->empty()) {
         return nothingToShow(options, input);
     }
-    cleanUpOnSignals();
+    desktop::cleanUpOnSignals();
     const auto folder = ExtractionFolder::create(options.output, input.below);
     if (!folder) {
         return fail(ExitCode::badInput, folder.error());

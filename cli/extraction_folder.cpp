@@ -1,7 +1,5 @@
 #include "cli/extraction_folder.h"
 
-#include "desktop/files/file_tree.h"
-
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -9,7 +7,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstdio>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
@@ -95,20 +92,9 @@ Written<Descriptor> openFolders(const Descriptor& start, std::string_view below,
 
 }  // namespace
 
-UnplacedFile::UnplacedFile(Descriptor folder, std::string name, std::string path,
-                           const std::string& temporaryPath)
-    : folder_(std::move(folder)),
-      name_(std::move(name)),
-      path_(std::move(path)),
-      temporary_(std::make_unique<RemovedAtEnd>(temporaryPath)) {}
-
 Written<void> UnplacedFile::place() {
-    const std::string temporaryName = std::filesystem::path(temporary_->path()).filename();
-    if (::renameat(folder_.get(), temporaryName.c_str(), folder_.get(), name_.c_str()) != 0) {
-        return cannotWrite(errno, path_);
-    }
-    temporary_->keep();
-    return {};
+    const int error = replacement_.place(name_);
+    return error == 0 ? Written<void>() : cannotWrite(error, path_);
 }
 
 ExtractionFolder::ExtractionFolder(Descriptor folder, std::string path, desktop::FileCalls calls)
@@ -140,26 +126,9 @@ Written<UnplacedFile> ExtractionFolder::write(const std::string& path,
     if (!folder) {
         return tl::unexpected(std::move(folder.error()));
     }
-    const std::string temporaryName =
-        ".velmoranth-" + std::to_string(::getpid()) + "-" + std::to_string(++written_);
-    const int folderNumber = folder->get();
-    // Known to the clean-up before there is such a file.
-    UnplacedFile unplaced(std::move(*folder),
-                          slash == std::string::npos ? path : path.substr(slash + 1), shownPath,
-                          path_ + "/" + below + "/" + temporaryName);
-    const auto create = [&] {
-        return Descriptor(calls_.openat(folderNumber, temporaryName.c_str(),
-                                        O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
-    };
-    Descriptor file = create();
-    if (!file.isOpen() && errno == EEXIST) {  // left by a process of our number that was killed
-        ::unlinkat(folderNumber, temporaryName.c_str(), 0);
-        file = create();
-    }
-    if (!file.isOpen()) {
-        return cannotWrite(errno, shownPath);
-    }
-    if (const int error = desktop::writeWhole(calls_, file.get(), bytes.data(), bytes.size())) {
+    UnplacedFile unplaced({calls_, std::move(*folder)},
+                          slash == std::string::npos ? path : path.substr(slash + 1), shownPath);
+    if (const int error = unplaced.replacement_.write(bytes)) {
         return cannotWrite(error, shownPath);
     }
     return unplaced;

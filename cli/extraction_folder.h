@@ -3,12 +3,11 @@
 // interrupted.
 #pragma once
 
-#include "cli/cleanup.h"
 #include "desktop/files/descriptor.h"
 #include "desktop/files/file_calls.h"
+#include "desktop/files/replacement.h"
 #include "desktop/result/result.h"
 
-#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -35,13 +34,13 @@ class UnplacedFile {
 
   private:
     friend class ExtractionFolder;
-    UnplacedFile(desktop::Descriptor folder, std::string name, std::string path,
-                 const std::string& temporaryPath);
 
-    desktop::Descriptor folder_;
+    UnplacedFile(desktop::Replacement replacement, std::string name, std::string path)
+        : replacement_(std::move(replacement)), name_(std::move(name)), path_(std::move(path)) {}
+
+    desktop::Replacement replacement_;
     std::string name_;
     std::string path_;  // as the user knows it
-    std::unique_ptr<RemovedAtEnd> temporary_;
 };
 
 class ExtractionFolder {
@@ -64,7 +63,6 @@ class ExtractionFolder {
     desktop::Descriptor folder_;
     std::string path_;
     desktop::FileCalls calls_;
-    std::atomic<std::uint64_t> written_ = 0;
 };
 
 }  // namespace velmoranth::cli

@@ -1,17 +1,15 @@
 #include "cli/output_file.h"
 
-#include "cli/cleanup.h"
 #include "desktop/files/descriptor.h"
 #include "desktop/files/file_calls.h"
 #include "desktop/files/file_tree.h"
+#include "desktop/files/replacement.h"
 
 #include <fcntl.h>
-#include <stdlib.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
@@ -60,31 +58,6 @@ Result<void> writeAll(int descriptor, const platform::Data& bytes, const std::st
     return {};
 }
 
-// The mode that a new file gets here.
-mode_t newFileMode() {
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    return 0666U & ~mask;
-}
-
-Result<void> replaceFile(const std::string& path, const platform::Data& bytes, mode_t mode,
-                         std::string_view what) {
-    std::string name = folderOf(path) + "/.velmoranth-XXXXXX";
-    Descriptor file(::mkostemp(name.data(), O_CLOEXEC));
-    if (!file.isOpen()) {
-        return cannotWrite(errno, path, what);
-    }
-    RemovedAtEnd temporary(name);
-    if (auto written = writeAll(file.get(), bytes, path, what); !written) {
-        return written;
-    }
-    if (::fchmod(file.get(), mode) != 0 || ::rename(name.c_str(), path.c_str()) != 0) {
-        return cannotWrite(errno, path, what);
-    }
-    temporary.keep();
-    return {};
-}
-
 }  // namespace
 
 Result<void> checkOutputFile(const std::string& path, std::string_view what) {
@@ -121,13 +94,18 @@ Result<void> writeOutputFile(const platform::Data& bytes, const std::string& pat
         return writeAll(STDOUT_FILENO, bytes, "standard output", what);
     }
     struct stat status{};
-    const bool exists = ::stat(path.c_str(), &status) == 0;
-    if (exists && !S_ISREG(status.st_mode)) {
+    if (::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
         const Descriptor file(::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
         return file.isOpen() ? writeAll(file.get(), bytes, path, what)
                              : cannotWrite(errno, path, what);
     }
-    return replaceFile(target(path), bytes, exists ? status.st_mode & 07777U : newFileMode(), what);
+    const fs::path place = target(path);
+    Descriptor folder(::open(folderOf(place).c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    const int error =
+        folder.isOpen()
+            ? desktop::replaceFile(desktop::FileCalls(), std::move(folder), place.filename(), bytes)
+            : errno;
+    return error == 0 ? Result<void>() : cannotWrite(error, place, what);
 }
 
 }  // namespace velmoranth::cli

@@ -1,5 +1,4 @@
 // velmoranth preview
-#include "cli/cleanup.h"
 #include "cli/commands.h"
 #include "cli/comparison.h"
 #include "cli/device_check.h"
@@ -10,6 +9,7 @@
 #include "cli/preview_options.h"
 #include "cli/preview_steps.h"
 #include "cli/throw_away_device.h"
+#include "desktop/files/cleanup.h"
 #include "simulator/launcher.h"
 
 #include <fcntl.h>
@@ -224,7 +224,7 @@ ExitCode runPreview(const Arguments& arguments) {
             return fail(ExitCode::badInput, checked.error());
         }
     }
-    cleanUpOnSignals();
+    desktop::cleanUpOnSignals();
     const auto device = options->root.empty() ? deviceOfThemes(*options) : deviceOfUser(*options);
     if (!device) {
         return fail(ExitCode::badInput, device.error());

@@ -1,6 +1,6 @@
 #include "cli/settings_commands.h"
 
-#include "cli/cleanup.h"
+#include "desktop/files/cleanup.h"
 #include "desktop/notifications/notification_center.h"
 
 #include <string>
@@ -19,7 +19,7 @@ GivenDevice givenDevice(const Arguments& arguments, std::string_view command) {
         return {nullptr, fail(ExitCode::badInput, root.error())};
     }
     // A file that may not grow so large is an error like others from here on.
-    cleanUpOnSignals();
+    desktop::cleanUpOnSignals();
     return {std::move(*root)};
 }
 

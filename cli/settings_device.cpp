@@ -1,7 +1,7 @@
 #include "cli/settings_device.h"
 
 #include "cli/messages.h"
-#include "desktop/files/file_manager.h"
+#include "desktop/files/replacement.h"
 #include "desktop/plist/property_lists.h"
 
 #include <dirent.h>
@@ -35,34 +35,6 @@ constexpr std::string_view kBehindName = " com.qor.velmoranthprefs.plist";
 struct CloseFolder {
     void operator()(DIR* folder) const { ::closedir(folder); }
 };
-
-// The calls, with the errno of the one that failed last kept in `error`.
-desktop::FileCalls noting(const desktop::FileCalls& calls, int& error) {
-    const auto noted = [&error](auto result) {
-        if (result < 0) {
-            error = errno;
-        }
-        return result;
-    };
-    desktop::FileCalls wrapped;
-    wrapped.openat = [=](int folder, const char* name, int flags, unsigned mode) {
-        return noted(calls.openat(folder, name, flags, mode));
-    };
-    wrapped.write = [=](int file, const void* bytes, std::size_t count) {
-        return noted(calls.write(file, bytes, count));
-    };
-    wrapped.fsync = [=](int file) { return noted(calls.fsync(file)); };
-    wrapped.renameat = [=](int folder, const char* name, int newFolder, const char* newName) {
-        return noted(calls.renameat(folder, name, newFolder, newName));
-    };
-    return wrapped;
-}
-
-Problem notWritten(const DeviceRoot& root, int error) {
-    const Problem cause = desktop::problemOfErrno(error, {});
-    return {"the preferences cannot be written and are as they were: " + cause.message,
-            onThisMachine(root, kLivePreferences)};
-}
 
 }  // namespace
 
@@ -197,13 +169,15 @@ Result<void> replaceLivePreferences(const std::shared_ptr<const DeviceRoot>& roo
         return tl::unexpected(Problem{"the preferences cannot be written: this is no file",
                                       onThisMachine(*root, kLivePreferences)});
     }
-    if (!root->openParent(kLivePreferences).folder.isOpen()) {
-        return tl::unexpected(notWritten(*root, errno));
-    }
-    int error = EIO;
-    desktop::DesktopFileManager files(root, noting(calls, error));
-    if (!files.writeToFileAtomically(bytes, kLivePreferences)) {
-        return tl::unexpected(notWritten(*root, error));
+    desktop::FolderEntry place = root->openParent(kLivePreferences);
+    const int error = place.folder.isOpen()
+                          ? desktop::replaceFile(calls, std::move(place.folder), place.name, bytes)
+                          : errno;
+    if (error != 0) {
+        const Problem cause = desktop::problemOfErrno(error, {});
+        return tl::unexpected(
+            Problem{"the preferences cannot be written and are as they were: " + cause.message,
+                    onThisMachine(*root, kLivePreferences)});
     }
     // The file is on the disk; its name is when the folder is. Some file systems cannot be asked.
     const Descriptor folder(root->openFile(kLiveFolder, O_RDONLY | O_DIRECTORY));

@@ -1,5 +1,4 @@
 // velmoranth sound
-#include "cli/cleanup.h"
 #include "cli/commands.h"
 #include "cli/device_check.h"
 #include "cli/device_process.h"
@@ -16,6 +15,7 @@
 #include "desktop/audio/mixer.h"
 #include "desktop/audio/recording_output.h"
 #include "desktop/audio/sdl_output.h"
+#include "desktop/files/cleanup.h"
 #include "simulator/toolkit/feedback_classes.h"
 
 #include <array>
@@ -242,7 +242,7 @@ ExitCode runSound(const Arguments& arguments) {
             return fail(ExitCode::badInput, checked.error());
         }
     }
-    cleanUpOnSignals();
+    desktop::cleanUpOnSignals();
     const auto stage = openStage(*options);
     if (!stage) {
         return fail(ExitCode::badInput, stage.error());

@@ -3,7 +3,7 @@
 // system, so a theme without calendar settings shows the installed ones here as there.
 #pragma once
 
-#include "cli/cleanup.h"
+#include "desktop/files/cleanup.h"
 #include "desktop/files/device_root.h"
 #include "desktop/result/result.h"
 #include "platform/foundation.h"
@@ -44,7 +44,7 @@ class ThrowAwayDevice {
   private:
     explicit ThrowAwayDevice(std::string folder) : folder_(std::move(folder)) {}
 
-    RemovedAtEnd folder_;
+    desktop::RemovedAtEnd folder_;
 };
 
 }  // namespace velmoranth::cli

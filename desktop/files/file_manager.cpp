@@ -2,12 +2,11 @@
 
 #include "desktop/files/file_errors.h"
 #include "desktop/files/file_tree.h"
+#include "desktop/files/replacement.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <atomic>
 #include <cerrno>
 #include <utility>
 
@@ -15,17 +14,10 @@ namespace velmoranth::desktop {
 namespace {
 
 constexpr unsigned kPermissionBits = 07777;
-constexpr unsigned kNewFileMode = 0666;
 constexpr unsigned kNewFolderMode = 0777;
 
 bool statOf(const FolderEntry& entry, struct stat& status) {
     return ::fstatat(entry.folder.get(), entry.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
-}
-
-// A name that no other writer of this machine uses at the same time.
-std::string temporaryName() {
-    static std::atomic<unsigned> counter = 0;
-    return ".dat.nosync" + std::to_string(::getpid()) + "." + std::to_string(++counter);
 }
 
 }  // namespace
@@ -170,39 +162,9 @@ bool DesktopFileManager::writeToFileAtomically(const platform::Data& contents,
     if (path.empty() || path.back() == '/') {
         return false;
     }
-    const FolderEntry place = root_->openParent(path);
-    return place.folder.isOpen() && place.name != "." && replaceFile(place, contents) == 0;
-}
-
-int DesktopFileManager::replaceFile(const FolderEntry& place,
-                                    const platform::Data& contents) const {
-    const int folder = place.folder.get();
-    struct stat old{};
-    const bool exists = statOf(place, old);
-    if (exists && S_ISDIR(old.st_mode)) {
-        return EISDIR;
-    }
-    const std::string name = temporaryName();
-    const Descriptor file(calls_.openat(
-        folder, name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kNewFileMode));
-    if (!file.isOpen()) {
-        return errno;
-    }
-    int error = writeWhole(calls_, file.get(), contents.data(), contents.size());
-    if (error == 0 && exists && S_ISREG(old.st_mode) &&
-        ::fchmod(file.get(), old.st_mode & kPermissionBits) != 0) {
-        error = errno;
-    }
-    if (error == 0 && calls_.fsync(file.get()) != 0) {
-        error = errno;
-    }
-    if (error == 0 && calls_.renameat(folder, name.c_str(), folder, place.name.c_str()) != 0) {
-        error = errno;
-    }
-    if (error != 0) {
-        ::unlinkat(folder, name.c_str(), 0);
-    }
-    return error;
+    FolderEntry place = root_->openParent(path);
+    return place.folder.isOpen() && place.name != "." &&
+           replaceFile(calls_, std::move(place.folder), place.name, contents) == 0;
 }
 
 std::optional<platform::Data> DesktopFileManager::dataWithContentsOfFile(const std::string& path) {

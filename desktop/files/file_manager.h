@@ -45,7 +45,6 @@ class DesktopFileManager final : public platform::FileManager {
     [[nodiscard]] int makeFolder(const std::string& path);
     // 0, or the errno.
     [[nodiscard]] int moveBetween(const FolderEntry& from, const FolderEntry& to) const;
-    [[nodiscard]] int replaceFile(const FolderEntry& place, const platform::Data& contents) const;
 
     std::shared_ptr<const DeviceRoot> root_;
     FileCalls calls_;

@@ -7,6 +7,7 @@
 #include "tests/support/catalog/car_writer.h"
 #include "tests/support/temporary_folder.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -16,6 +17,7 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace velmoranth::cli {
@@ -175,8 +177,14 @@ TEST_F(ExtractionFolderTest, WhatIsInTheWayOfOneFileConcernsNoOther) {
 }
 
 TEST_F(ExtractionFolderTest, FileThatAKilledProcessLeftIsReplaced) {
-    folder.file("out/Maps.app/.velmoranth-" + std::to_string(::getpid()) + "-1", "half");
-    const auto out = open();
+    desktop::FileCalls calls;
+    calls.openat = [&, isFirst = true](int in, const char* name, int flags, unsigned mode) mutable {
+        if (std::exchange(isFirst, false)) {
+            folder.file(std::string("out/Maps.app/") + name, "half");
+        }
+        return ::openat(in, name, flags, mode);
+    };
+    const auto out = open(calls);
     auto unplaced = out->write("x.png", bytes);
     ASSERT_TRUE(unplaced);
     ASSERT_TRUE(unplaced->place());

@@ -1,16 +1,31 @@
-// What has to go when the command ends, however it ends: temporary folders and half-written files
+// What has to go when the process ends, however it ends: temporary folders and half-written files
 // are removed and processes that this one started are ended, also on SIGINT, SIGTERM and SIGHUP.
 #pragma once
 
+#include <signal.h>
+
 #include <string>
 
-namespace velmoranth::cli {
+namespace velmoranth::desktop {
 
 // Begins to watch for the signals, in a thread of its own; call it before other threads are
 // started. After cleaning up the process ends by the signal itself, so that a shell sees it. Where
 // no thread can be started the signals end the process as they are, without cleaning up. A write to
 // a reader that has gone, or beyond the largest file allowed, fails from here on and is no signal.
 void cleanUpOnSignals();
+
+// Holds those signals back until it goes, for what has to be whole; a file that may not grow so
+// large is an error like others from then on.
+class SignalsHeld {
+  public:
+    SignalsHeld();
+    ~SignalsHeld();
+    SignalsHeld(const SignalsHeld&) = delete;
+    SignalsHeld& operator=(const SignalsHeld&) = delete;
+
+  private:
+    sigset_t before_{};
+};
 
 // Something to remove, a file or a folder with all it holds; removed when this object goes or a
 // signal comes. Links are removed, never followed.
@@ -30,4 +45,4 @@ class RemovedAtEnd {
     std::string path_;
 };
 
-}  // namespace velmoranth::cli
+}  // namespace velmoranth::desktop

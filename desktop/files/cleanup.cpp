@@ -1,4 +1,4 @@
-#include "cli/cleanup.h"
+#include "desktop/files/cleanup.h"
 
 #include <pthread.h>
 #include <signal.h>
@@ -13,7 +13,7 @@
 #include <thread>
 #include <vector>
 
-namespace velmoranth::cli {
+namespace velmoranth::desktop {
 namespace {
 
 namespace fs = std::filesystem;
@@ -68,6 +68,12 @@ void endChildren() {
     }
 }
 
+void act(int signal, void (*handler)(int)) {
+    struct sigaction action{};
+    action.sa_handler = handler;
+    sigaction(signal, &action, nullptr);
+}
+
 sigset_t watchedSignals() {
     sigset_t set;
     sigemptyset(&set);
@@ -88,9 +94,7 @@ void watch() {
     for (const std::string& path : registry().paths) {
         removeAll(path);
     }
-    struct sigaction action{};
-    action.sa_handler = SIG_DFL;
-    sigaction(number, &action, nullptr);
+    act(number, SIG_DFL);
     pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
     ::kill(::getpid(), number);
     _exit(128 + number);
@@ -99,11 +103,9 @@ void watch() {
 }  // namespace
 
 void cleanUpOnSignals() {
-    struct sigaction ignore{};
-    ignore.sa_handler = SIG_IGN;
     // A reader that has gone and a file that grew too large are errors like others.
-    sigaction(SIGPIPE, &ignore, nullptr);
-    sigaction(SIGXFSZ, &ignore, nullptr);
+    act(SIGPIPE, SIG_IGN);
+    act(SIGXFSZ, SIG_IGN);
     const sigset_t set = watchedSignals();
     pthread_sigmask(SIG_BLOCK, &set, nullptr);
     try {
@@ -111,6 +113,16 @@ void cleanUpOnSignals() {
     } catch (const std::system_error&) {  // without it, a signal ends the process at once
         pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
     }
+}
+
+SignalsHeld::SignalsHeld() {
+    act(SIGXFSZ, SIG_IGN);
+    const sigset_t set = watchedSignals();
+    pthread_sigmask(SIG_BLOCK, &set, &before_);
+}
+
+SignalsHeld::~SignalsHeld() {
+    pthread_sigmask(SIG_SETMASK, &before_, nullptr);
 }
 
 RemovedAtEnd::RemovedAtEnd(std::string path) : path_(std::move(path)) {
@@ -131,4 +143,4 @@ void RemovedAtEnd::keep() {
     path_.clear();
 }
 
-}  // namespace velmoranth::cli
+}  // namespace velmoranth::desktop
