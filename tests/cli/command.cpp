@@ -1,6 +1,7 @@
 #include "tests/cli/command.h"
 
 #include <fcntl.h>
+#include <grp.h>
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <signal.h>  // NOLINT(modernize-deprecated-headers): kill() is POSIX's
@@ -12,6 +13,11 @@
 
 namespace velmoranth::cli {
 
+bool becomeNobody() {
+    constexpr unsigned kNobody = 65534;
+    return ::setgroups(0, nullptr) == 0 && ::setgid(kNobody) == 0 && ::setuid(kNobody) == 0;
+}
+
 RunningCommand::RunningCommand(const std::vector<std::string>& words,
                                const CommandSetting& setting) {
     std::array<int, 2> output{};
@@ -20,7 +26,7 @@ RunningCommand::RunningCommand(const std::vector<std::string>& words,
         ADD_FAILURE() << "no pipe";
         return;
     }
-    std::string program = VELMORANTH_COMMAND;
+    std::string program = setting.program.empty() ? VELMORANTH_COMMAND : setting.program;
     std::vector<char*> arguments{program.data()};
     std::vector<std::string> copies = words;
     for (std::string& word : copies) {
@@ -43,10 +49,8 @@ RunningCommand::RunningCommand(const std::vector<std::string>& words,
             isLimited =
                 ::setrlimit(static_cast<__rlimit_resource>(resource), &limit) == 0 && isLimited;
         }
-        constexpr unsigned kNobody = 65534;
         if (isLimited && ::chdir(setting.folder.c_str()) == 0 &&
-            (!setting.asNobody || ::geteuid() != 0 ||
-             (::setgid(kNobody) == 0 && ::setuid(kNobody) == 0))) {
+            (!setting.asNobody || becomeNobody())) {
             ::execv(program.c_str(), arguments.data());
         }
         ::_exit(126);

@@ -22,9 +22,13 @@ struct CommandSetting {
     std::string folder = ".";                           // its working folder
     std::map<std::string, std::string> variables = {};  // of its environment, besides ours
     bool asNobody = false;                              // without root's rights
+    std::string program = {};                           // another than the one that was built
     std::string errors = {};  // a terminal to take standard error; CommandResult has it otherwise
     std::map<int, rlim_t> limits = {};  // of resources, such as RLIMIT_FSIZE
 };
+
+// For the rest of this process, which is root's; false when it may not.
+[[nodiscard]] bool becomeNobody();
 
 // A command that is running.
 class RunningCommand {

@@ -1,5 +1,6 @@
 // velmoranth device init: what is on the device, and what is said when that cannot be.
 #include "tests/cli/command.h"
+#include "tests/cli/ordinary_user.h"
 #include "tests/cli/preview_fixture.h"
 #include "tests/support/temporary_folder.h"
 
@@ -92,12 +93,15 @@ TEST(DeviceInit, DeviceThatCannotBeFinishedIsNotBegun) {
 
 TEST(DeviceInit, PlaceThatCannotBeWrittenToIsOneLine) {
     const TemporaryFolder folder;
+    const OrdinaryUser user;
+    if (!user.missing().empty()) {
+        GTEST_SKIP() << user.missing();
+    }
     folder.folder("new");
-    CommandSetting nobody;
-    nobody.asNobody = true;
-    EXPECT_EQ(runCommand({"device", "init", folder / "new"}, nobody).errors,
+    fs::permissions(folder / "new", fs::perms(0555));
+    EXPECT_EQ(runCommand({"device", "init", folder / "new"}, user.with()).errors,
               "velmoranth: error: " + folder.path() + "/new/Library: permission denied\n");
-    EXPECT_EQ(runCommand({"device", "init", folder / "new/deeper"}, nobody).errors,
+    EXPECT_EQ(runCommand({"device", "init", folder / "new/deeper"}, user.with()).errors,
               "velmoranth: error: " + folder.path() + "/new/deeper: permission denied\n");
     EXPECT_EQ(folder.names("new"), "");
 }

@@ -1,4 +1,5 @@
 // Themes and devices that are not what they should be.
+#include "tests/cli/ordinary_user.h"
 #include "tests/cli/preview_fixture.h"
 
 #include <sys/stat.h>
@@ -63,12 +64,14 @@ TEST_F(PreviewInput, ThemeThatIsTooLargeIsRefusedBeforeItIsCopied) {
 }
 
 TEST_F(PreviewInput, ThemeThatCannotBeReadIsOneLine) {
+    const OrdinaryUser user;
+    if (!user.missing().empty()) {
+        GTEST_SKIP() << user.missing();
+    }
     theme("A", kMagenta);
     fs::permissions(folder / "A/IconBundles", fs::perms::none);
     fs::permissions(folder / "work", fs::perms(0777));
-    CommandSetting nobody = setting();
-    nobody.asNobody = true;
-    const CommandResult result = runCommand({"preview", "../A"}, nobody);
+    const CommandResult result = runCommand({"preview", "../A"}, user.with(setting()));
     fs::permissions(folder / "A/IconBundles", fs::perms::owner_all);
     EXPECT_EQ(result.code, 3);
     EXPECT_EQ(result.errors.find("velmoranth: error: ../A"), 0U) << result.errors;
@@ -83,11 +86,16 @@ TEST_F(PreviewInput, DeviceThatIsNoneIsOneLine) {
 }
 
 TEST_F(PreviewInput, DeviceThatCannotBeWrittenToIsOneLine) {
+    const OrdinaryUser user;
+    if (!user.missing().empty()) {
+        GTEST_SKIP() << user.missing();
+    }
     ASSERT_EQ(runCommand({"device", "init", folder / "device"}).code, 0);
+    fs::permissions(folder / "device", fs::perms(0555));
     fs::permissions(folder / "work", fs::perms(0777));
-    CommandSetting nobody = setting();
-    nobody.asNobody = true;
-    const CommandResult result = runCommand({"preview", "--root", "../device"}, nobody);
+    const CommandResult result =
+        runCommand({"preview", "--root", "../device"}, user.with(setting()));
+    fs::permissions(folder / "device", fs::perms(0755));
     EXPECT_EQ(result.code, 3);
     EXPECT_EQ(result.errors,
               "velmoranth: error: ../device: the device cannot be written to; a device writes to "

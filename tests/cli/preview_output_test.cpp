@@ -1,4 +1,5 @@
 // Where pictures go, and what happens when they cannot.
+#include "tests/cli/ordinary_user.h"
 #include "tests/cli/preview_fixture.h"
 
 #include <filesystem>
@@ -65,10 +66,13 @@ TEST_F(PreviewOutput, PlaceThatCannotBeWrittenIsOneLine) {
 }
 
 TEST_F(PreviewOutput, FolderWithoutTheRightIsOneLine) {
-    fs::permissions(folder / "work", fs::perms(0755));
-    CommandSetting nobody = setting();
-    nobody.asNobody = true;
-    const CommandResult result = runCommand({"preview", "../A.theme", "-o", "a.png"}, nobody);
+    const OrdinaryUser user;
+    if (!user.missing().empty()) {
+        GTEST_SKIP() << user.missing();
+    }
+    fs::permissions(folder / "work", fs::perms(0555));
+    const CommandResult result =
+        runCommand({"preview", "../A.theme", "-o", "a.png"}, user.with(setting()));
     EXPECT_EQ(result.code, 3);
     EXPECT_EQ(result.errors,
               "velmoranth: error: a.png: the picture cannot be written: permission denied\n");

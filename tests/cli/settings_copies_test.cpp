@@ -1,4 +1,5 @@
 // velmoranth settings save, rename, delete and restore
+#include "tests/cli/ordinary_user.h"
 #include "tests/cli/settings_fixture.h"
 
 #include <filesystem>
@@ -103,18 +104,31 @@ TEST_F(SettingsCopies, FailuresArePanelsAlertsWithWhatToDo) {
     EXPECT_TRUE(
         result.errors.ends_with("make the folder device/User/Library/VelMoranth/UserSettings\n"))
         << result.errors;
+}
+
+TEST_F(SettingsCopies, FolderWithoutTheRightIsThePanelsAlertWithWhatToDo) {
+    const OrdinaryUser user;
+    if (!user.missing().empty()) {
+        GTEST_SKIP() << user.missing();
+    }
+    // The panel opens a folder of its user's own to itself.
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only root can make a folder of another user";
+    }
+    folder.file(kLiveFile, live);
     folder.file(savedFile("Night"), "kept");
-    fs::permissions(folder / kSaved, fs::perms(0755));
+    fs::permissions(folder / kSaved, fs::perms(0555));
     const std::string advice = "see who may write to device/User/Library/VelMoranth/UserSettings\n";
     for (const std::vector<std::string>& words : std::vector<std::vector<std::string>>{
              {"save", "Day"}, {"delete", "Night"}, {"rename", "Night", "Day"}}) {
         const Tree before = tree();
-        result = settings(words, {.asNobody = true});
+        const CommandResult result = settings(words, user.with());
         EXPECT_EQ(result.code, 3) << words[0];
         EXPECT_TRUE(result.errors.ends_with(advice)) << result.errors;
         EXPECT_NE(result.errors.find(" permission "), std::string::npos) << result.errors;
         EXPECT_EQ(tree(), before);
     }
+    fs::permissions(folder / kSaved, fs::perms(0755));
 }
 
 TEST_F(SettingsCopies, RenameAndDelete) {

@@ -1,4 +1,5 @@
 // velmoranth settings list and get
+#include "tests/cli/ordinary_user.h"
 #include "tests/cli/settings_fixture.h"
 
 #include <nlohmann/json.hpp>
@@ -169,9 +170,16 @@ TEST_F(SettingsList, RootsThatAreNoDevicesAreRefused) {
               "User/Library/Preferences; velmoranth device init makes one\n");
     EXPECT_EQ(list("empty").code, 3);
     EXPECT_EQ(list("missing").errors, "velmoranth: error: missing: no such file or directory\n");
+}
+
+TEST_F(SettingsList, RootThatCannotBeEnteredIsRefused) {
+    const OrdinaryUser user;
+    if (!user.missing().empty()) {
+        GTEST_SKIP() << user.missing();
+    }
     std::filesystem::permissions(folder / "device/var/mobile", std::filesystem::perms(0));
-    const CommandResult closed = runCommand({"settings", "list", "--root", "device"},
-                                            {.folder = folder.path(), .asNobody = true});
+    const CommandResult closed =
+        runCommand({"settings", "list", "--root", "device"}, user.with({.folder = folder.path()}));
     EXPECT_EQ(closed.code, 3);
     EXPECT_EQ(closed.errors,
               "velmoranth: error: device/User/Library/Preferences: permission denied\n");

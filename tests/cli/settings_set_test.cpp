@@ -1,5 +1,6 @@
 // velmoranth settings set
 #include "desktop/notifications/notification_center.h"
+#include "tests/cli/ordinary_user.h"
 #include "tests/cli/preview_fixture.h"
 #include "tests/cli/settings_fixture.h"
 
@@ -24,6 +25,8 @@ class SettingsSet : public SettingsTest {
 const std::string kThemeChangedLine = "com.qor.velmoranththemechanged.prefs: 0 processes told\n";
 const std::string kPrefsLine = "com.qor.velmoranthprefs.prefs: 0 processes told\n";
 const std::string kDevelopingLine = "com.qor.velmoranthdevelopingprefs.prefs: 0 processes told\n";
+const std::string kNotWritten = "device/User/Library/Preferences/" + kFileName +
+                                ": the preferences cannot be written and are as they were: ";
 
 TEST_F(SettingsSet, ChangesTheKeysAndKeepsTheOthersAndTheMode) {
     folder.file(kLiveFile, plist("<key>mine</key><array><data>AAEC</data><real>0.1</real></array>"
@@ -186,13 +189,20 @@ TEST_F(SettingsSet, ALinkOutOfTheDeviceIsNotFollowed) {
 
 TEST_F(SettingsSet, WhatCannotBeWrittenLeavesTheFile) {
     folder.file(kLiveFile, plist("<key>a</key><string>" + std::string(200'000, 'x') + "</string>"));
-    const std::string place = "device/User/Library/Preferences/" + kFileName +
-                              ": the preferences cannot be written and are as they were: ";
-    expectRefused({"set", "enable=yes"}, 3, place + "file too large",
+    expectRefused({"set", "enable=yes"}, 3, kNotWritten + "file too large",
                   {.limits = {{RLIMIT_FSIZE, 100'000}}}, Times::mayDiffer);
-    std::filesystem::permissions(folder / "device/var/mobile/Library/Preferences",
-                                 std::filesystem::perms(0755));
-    expectRefused({"set", "enable=yes"}, 3, place + "permission denied", {.asNobody = true});
+}
+
+TEST_F(SettingsSet, FolderWithoutTheRightLeavesTheFile) {
+    const OrdinaryUser user;
+    if (!user.missing().empty()) {
+        GTEST_SKIP() << user.missing();
+    }
+    folder.file(kLiveFile, plist(""));
+    const std::filesystem::path preferences = folder / "device/var/mobile/Library/Preferences";
+    std::filesystem::permissions(preferences, std::filesystem::perms(0555));
+    expectRefused({"set", "enable=yes"}, 3, kNotWritten + "permission denied", user.with());
+    std::filesystem::permissions(preferences, std::filesystem::perms(0755));
 }
 
 TEST_F(SettingsSet, ValuesThatTextCannotHoldAreNamed) {

@@ -14,6 +14,7 @@ namespace velmoranth::tests {
 namespace fs = std::filesystem;
 
 TemporaryFolder::TemporaryFolder() {
+    ::umask(022);
     std::string name = fs::temp_directory_path() / "velmoranth-test-XXXXXX";
     path_ = ::mkdtemp(name.data());
     fs::permissions(path_, fs::perms(0777));

@@ -1,5 +1,6 @@
 // A folder of its own for a test, removed with all it holds when the test ends. Anybody may enter
-// it. Names are relative to it.
+// it, and what is made in it from now on has the usual modes, whatever the umask was. Names are
+// relative to it.
 #pragma once
 
 #include <cstddef>
