@@ -86,7 +86,7 @@ desktop::Result<std::unique_ptr<ChildProcess>> ChildProcess::start(const ScreenR
         return systemProblem("no simulated process can be started", error);
     }
     std::unique_ptr<ChildProcess> child(new ChildProcess(pid, sockets[0], std::move(*logFile)));
-    child->send(MessageKind::request, requestToJson(request));  // the first answer tells the rest
+    child->send(MessageKind::request, toJson(request));  // the first answer tells the rest
     return child;
 }
 
@@ -157,7 +157,7 @@ desktop::Result<Message> ChildProcess::receive(MessageKind wanted,
         } else if (message.kind == MessageKind::problem) {
             reap(Clock::now() + kTimeToEnd);
             return tl::unexpected(
-                problemFromJson(message.payload)
+                fromJson<desktop::Problem>(message.payload)
                     .value_or(Problem{"the simulated process failed and did not say why"}));
         } else if (message.kind == MessageKind::notice) {
             noticed_ = true;
@@ -173,7 +173,7 @@ desktop::Result<RenderedScreen> ChildProcess::receiveScreen(std::chrono::millise
     if (!described) {
         return tl::unexpected(std::move(described.error()));
     }
-    auto header = screenFromJson(described->payload);
+    auto header = fromJson<ScreenHeader>(described->payload);
     auto drawn = receive(MessageKind::pixels, timeLimit);
     if (!drawn) {
         return tl::unexpected(std::move(drawn.error()));

@@ -61,7 +61,7 @@ bool RunningScreen::showPage(int page) {
 }
 
 desktop::Result<void> RunningScreen::act(const ScreenAction& action) {
-    state_->child->send(MessageKind::act, actionToJson(action));
+    state_->child->send(MessageKind::act, toJson(action));
     auto answer = state_->child->receive(MessageKind::acted, state_->timeLimit);
     if (!answer) {
         return tl::unexpected(std::move(answer.error()));
@@ -69,8 +69,8 @@ desktop::Result<void> RunningScreen::act(const ScreenAction& action) {
     if (answer->payload.empty()) {
         return {};
     }
-    return tl::unexpected(
-        problemFromJson(answer->payload).value_or(desktop::Problem{"the screen did not do that"}));
+    return tl::unexpected(fromJson<desktop::Problem>(answer->payload)
+                              .value_or(desktop::Problem{"the screen did not do that"}));
 }
 
 void RunningScreen::stop() {

@@ -52,7 +52,7 @@ class Launcher {
     }
 
     [[noreturn]] void fail(const desktop::Problem& problem) {
-        send(MessageKind::problem, problemToJson(problem));
+        send(MessageKind::problem, toJson(problem));
         end(1);
     }
 
@@ -81,7 +81,7 @@ void sendScreen(Launcher& launcher, SimulatedProcess& process, double scale) {
     for (std::size_t y = 0; y < pixels.height; ++y) {
         rows.emplace_back(pixels.row(y), pixels.width * 4);
     }
-    launcher.send(MessageKind::screen, screenToJson(header));
+    launcher.send(MessageKind::screen, toJson(header));
     launcher.send(MessageKind::pixels, rows);
 }
 
@@ -161,11 +161,11 @@ void waitForLauncher(Launcher& launcher, SimulatedProcess& process) {
                             page);
             process.screen().showPage(page);
         } else if (message.kind == MessageKind::act) {
-            const std::optional<ScreenAction> action = actionFromJson(message.payload);
+            const std::optional<ScreenAction> action = fromJson<ScreenAction>(message.payload);
             const desktop::Result<void> done =
                 action ? perform(*action, process)
                        : tl::unexpected(desktop::Problem{"the action cannot be read"});
-            launcher.send(MessageKind::acted, done ? std::string() : problemToJson(done.error()));
+            launcher.send(MessageKind::acted, done ? std::string() : toJson(done.error()));
         } else if (message.kind == MessageKind::stop) {
             end(0);
         }
@@ -190,7 +190,7 @@ int simulatedProcessMain(int argc, char** argv) {
         return kExitWrongUse;
     }
     Launcher launcher;
-    const std::optional<ScreenRequest> request = requestFromJson(message.payload);
+    const std::optional<ScreenRequest> request = fromJson<ScreenRequest>(message.payload);
     if (!request) {
         launcher.fail({"the request for a simulated process cannot be read"});
     }

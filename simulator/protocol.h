@@ -74,14 +74,11 @@ struct ScreenHeader {
     std::size_t peakMemoryBytes = 0;
 };
 
-// Nothing when the text is not what the writer of the same name makes.
-[[nodiscard]] std::string requestToJson(const ScreenRequest& request);
-[[nodiscard]] std::optional<ScreenRequest> requestFromJson(std::string_view json);
-[[nodiscard]] std::string actionToJson(const ScreenAction& action);
-[[nodiscard]] std::optional<ScreenAction> actionFromJson(std::string_view json);
-[[nodiscard]] std::string screenToJson(const ScreenHeader& header);
-[[nodiscard]] std::optional<ScreenHeader> screenFromJson(std::string_view json);
-[[nodiscard]] std::string problemToJson(const desktop::Problem& problem);
-[[nodiscard]] std::optional<desktop::Problem> problemFromJson(std::string_view json);
+// The types are ScreenRequest, ScreenAction, ScreenHeader and desktop::Problem.
+template <class T>
+[[nodiscard]] std::string toJson(const T& value);
+// Nothing when the text is not what toJson makes.
+template <class T>
+[[nodiscard]] std::optional<T> fromJson(std::string_view json);
 
 }  // namespace velmoranth::simulator

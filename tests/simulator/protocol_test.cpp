@@ -107,7 +107,7 @@ TEST(ProtocolJson, RequestComesBackAsItWas) {
     request.screen = ScreenKind::pressed;
     request.item = "com.example";
     request.folderPage = 3;
-    const auto read = requestFromJson(requestToJson(request));
+    const auto read = fromJson<ScreenRequest>(toJson(request));
     ASSERT_TRUE(read);
     EXPECT_EQ(read->device, request.device);
     EXPECT_EQ(read->rootFolder, request.rootFolder);
@@ -123,11 +123,11 @@ TEST(ProtocolJson, EveryScreenHasAName) {
     for (const ScreenKind kind : {ScreenKind::home, ScreenKind::folder, ScreenKind::pressed}) {
         ScreenRequest request;
         request.screen = kind;
-        EXPECT_EQ(requestFromJson(requestToJson(request)).value().screen, kind);
+        EXPECT_EQ(fromJson<ScreenRequest>(toJson(request)).value().screen, kind);
     }
-    std::string unknown = requestToJson({});
+    std::string unknown = toJson(ScreenRequest());
     unknown.replace(unknown.find("\"home\""), 6, "\"lock\"");
-    EXPECT_FALSE(requestFromJson(unknown));
+    EXPECT_FALSE(fromJson<ScreenRequest>(unknown));
 }
 
 TEST(ProtocolJson, ActionsComeBackAsTheyWere) {
@@ -135,18 +135,20 @@ TEST(ProtocolJson, ActionsComeBackAsTheyWere) {
                                             TurnFolderPageAction{7}, PressIconAction{"com.example"},
                                             TapAction{{-1.5, 1e6}}, AdvanceAction{0.35}};
     for (const ScreenAction& action : actions) {
-        EXPECT_EQ(actionFromJson(actionToJson(action)), action) << actionToJson(action);
+        EXPECT_EQ(fromJson<ScreenAction>(toJson(action)), action) << toJson(action);
     }
 }
 
 TEST(ProtocolJson, WhatIsNoActionIsRefused) {
     for (const char* const text :
          {"", "null", "[]", "{}", R"({"action":"dance"})", R"({"action":1})",
-          R"({"action":"tap","x":1})", R"({"action":"tap","x":"1","y":2})",
-          R"({"action":"tap","x":1e999,"y":2})", R"({"action":"openFolder","folder":null})",
-          R"({"action":"turnFolderPage","page":1.5})", R"({"action":"advance","seconds":"1"})",
-          R"({"action":"pressIcon"})", R"({"action":"advance","seconds":1)"}) {
-        EXPECT_FALSE(actionFromJson(text)) << text;
+          R"({"action":"tap","point":{"x":1}})", R"({"action":"tap","point":{"x":"1","y":2}})",
+          R"({"action":"tap","point":{"x":1e999,"y":2}})",
+          R"({"action":"openFolder","folder":null})", R"({"action":"turnFolderPage","page":1.5})",
+          R"({"action":"advance","seconds":"1"})", R"({"action":"pressIcon"})",
+          R"({"action":"advance","seconds":1)", R"({"action":"turnFolderPage","page":true})",
+          R"({"action":"turnFolderPage","page":4294967297})"}) {
+        EXPECT_FALSE(fromJson<ScreenAction>(text)) << text;
     }
 }
 
@@ -159,7 +161,7 @@ TEST(ProtocolJson, ScreenComesBackAsItWas) {
         .page = 2,
         .pageCount = 3,
         .peakMemoryBytes = 77};
-    const auto read = screenFromJson(screenToJson(header));
+    const auto read = fromJson<ScreenHeader>(toJson(header));
     ASSERT_TRUE(read);
     EXPECT_EQ(read->width, header.width);
     EXPECT_EQ(read->height, header.height);
@@ -182,37 +184,38 @@ TEST(ProtocolJson, OpenFolderComesBackAsItWas) {
                                 .width = 3,
                                 .height = 4,
                                 .icons = {{"a", "A", 1, 2, 3, 4}}};
-    const std::string text = screenToJson(header);
-    const auto read = screenFromJson(text);
+    const std::string text = toJson(header);
+    const auto read = fromJson<ScreenHeader>(text);
     ASSERT_TRUE(read);
     EXPECT_EQ(read->folder, header.folder);
     for (const char* const wrong : {"\"pageCount\":\"3\"", "\"pages\":3"}) {
         std::string changed = text;
         changed.replace(changed.find("\"pageCount\":3"), 13, wrong);
-        EXPECT_FALSE(screenFromJson(changed)) << wrong;
+        EXPECT_FALSE(fromJson<ScreenHeader>(changed)) << wrong;
     }
 }
 
 TEST(ProtocolJson, ProblemComesBackAsItWas) {
     const desktop::Problem problem{"is odd", "/a/b", 12};
-    EXPECT_EQ(problemFromJson(problemToJson(problem)), problem);
-    EXPECT_EQ(problemFromJson(problemToJson({"is odd"})), desktop::Problem{"is odd"});
+    EXPECT_EQ(fromJson<desktop::Problem>(toJson(problem)), problem);
+    EXPECT_EQ(fromJson<desktop::Problem>(toJson(desktop::Problem{"is odd"})),
+              desktop::Problem{"is odd"});
 }
 
 TEST(ProtocolJson, WhatIsNoMessageIsRefused) {
-    const std::string screen = screenToJson({});
+    const std::string screen = toJson(ScreenHeader());
     for (const std::string& text :
          {std::string(), std::string("[]"), std::string("{"),
           std::string("{\"message\":1,\"path\":\"\"}"), screen.substr(0, screen.size() - 1)}) {
-        EXPECT_FALSE(requestFromJson(text)) << text;
-        EXPECT_FALSE(screenFromJson(text)) << text;
-        EXPECT_FALSE(problemFromJson(text)) << text;
+        EXPECT_FALSE(fromJson<ScreenRequest>(text)) << text;
+        EXPECT_FALSE(fromJson<ScreenHeader>(text)) << text;
+        EXPECT_FALSE(fromJson<desktop::Problem>(text)) << text;
     }
     ScreenHeader narrow;
     narrow.width = 5;
-    std::string negative = screenToJson(narrow);
+    std::string negative = toJson(narrow);
     negative.replace(negative.find("\"width\":5"), 9, "\"width\":-5");
-    EXPECT_FALSE(screenFromJson(negative));
+    EXPECT_FALSE(fromJson<ScreenHeader>(negative));
 }
 
 }  // namespace
