@@ -65,7 +65,7 @@ std::string adviceFor(const DeviceRoot& root, const std::string& from, const std
 // Runs one operation of the settings panel. Nothing when it succeeded, else its alert's message.
 template <class Operation>
 std::optional<std::string> runInPanel(const DeviceRef& root, const Operation& operation) {
-    DeviceProcess process(root, Writing::done);
+    DeviceProcess process(root);
     if (operation()) {
         return std::nullopt;
     }
@@ -120,7 +120,7 @@ ExitCode save(const DeviceRef& root, const std::string& name) {
     const std::string advice = adviceFor(*root, kLivePreferences, pathOfSaved(name));
     // It was not there before, so it is this run's.
     if (kindAt(*root, kStagingCopy) == ItemKind::file) {
-        const DeviceProcess process(root, Writing::done);
+        const DeviceProcess process(root);
         platform::platform().fileManager.removeItemAtPath(kStagingCopy);
     }
     return fail(ExitCode::badInput, placeOf(*root, name) + ": not saved: " + *alert + " " + advice);
@@ -207,7 +207,7 @@ ExitCode runDelete(const Arguments& arguments) {
 // What a process does that starts without preferences. Nothing when the file is there now.
 std::optional<std::string> putFactoryInPlace(const DeviceRef& root,
                                              const PreferencesFile& factory) {
-    const DeviceProcess process(root, Writing::done);
+    const DeviceProcess process(root);
     VelmoranthFileManager::NoUserSettingCreateThemeNow();
     const auto live = readPreferencesFile(*root, kLivePreferences);
     if (live && *live && (*live)->bytes == factory.bytes) {

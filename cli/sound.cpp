@@ -1,7 +1,6 @@
 // velmoranth sound
 #include "cli/commands.h"
 #include "cli/device_check.h"
-#include "cli/device_process.h"
 #include "cli/help.h"
 #include "cli/messages.h"
 #include "cli/output_file.h"
@@ -119,13 +118,10 @@ Result<Stage> openStage(const SoundOptions& options) {
 class Performance {
   public:
     Performance(const Stage& stage, desktop::Mixer& mixer, desktop::SoundOutput& output)
-        : root_(stage.root),
-          audio_(stage.root, mixer, output),
-          watched_(audio_),
-          process_(stage.root, Writing::answeredOnly, &watched_) {
+        : root_(stage.root), audio_(stage.root, mixer, output), process_(stage.root, audio_) {
         simulator::registerFeedbackClasses(
             process_.runtime(), [this](std::uint64_t /*number*/) { playsSystemSound_ = true; });
-        DeviceProcess::startEngine();
+        WatchedProcess::startEngine();
     }
 
     [[nodiscard]] SoundReport perform(const SoundEvent& event) {
@@ -134,7 +130,7 @@ class Performance {
         SoundReport report{.event = event,
                            .isThemingOn = core::settings().enable,
                            .probes = process_.takeProbes(),
-                           .player = watched_.lastRequest(),
+                           .player = process_.lastRequest(),
                            .file = {},
                            .playsSystemSound = playsSystemSound_,
                            .details = {}};
@@ -177,8 +173,7 @@ class Performance {
 
     std::shared_ptr<const desktop::DeviceRoot> root_;
     desktop::DesktopAudio audio_;
-    WatchedAudio watched_;
-    DeviceProcess process_;
+    WatchedProcess process_;
     ObjectRef panel_;
     bool playsSystemSound_ = false;
 };

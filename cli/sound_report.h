@@ -2,7 +2,6 @@
 // why it stayed silent, and whether the system's own sound plays. Everything here was observed.
 #pragma once
 
-#include "cli/device_process.h"
 #include "cli/sound_events.h"
 #include "cli/sound_watch.h"
 #include "desktop/files/device_root.h"

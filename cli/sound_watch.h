@@ -1,16 +1,27 @@
-// The sound of a process with everything noted that the process asks of it: which players it makes,
-// of what, whether they could be made, how loud they play.
+// A process of a device, with everything noted that is asked of its files and of its sound. The
+// device stays as it is: every change of a file is answered as if it had been made, and reading
+// goes on as if it had.
 #pragma once
 
 #include "desktop/audio/audio.h"
+#include "desktop/files/device_root.h"
 #include "desktop/result/result.h"
-#include "platform/av_foundation.h"
+#include "desktop/runtime/runtime.h"
 
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace velmoranth::cli {
+
+// A question whether a file is there, and the answer.
+struct FileProbe {
+    std::string path;
+    bool exists = false;
+
+    friend bool operator==(const FileProbe&, const FileProbe&) = default;
+};
 
 // A player that was asked for.
 struct PlayerRequest {
@@ -21,27 +32,29 @@ struct PlayerRequest {
     std::optional<desktop::Problem> problem;  // why it could not be made
 };
 
-class WatchedAudio final : public platform::Audio {
+class WatchedProcess {
   public:
-    explicit WatchedAudio(desktop::DesktopAudio& audio) : audio_(audio) {}
+    // As DeviceProcess. `audio` outlives it.
+    WatchedProcess(const std::shared_ptr<const desktop::DeviceRoot>& root,
+                   desktop::DesktopAudio& audio);
+    ~WatchedProcess();
+    WatchedProcess(const WatchedProcess&) = delete;
+    WatchedProcess& operator=(const WatchedProcess&) = delete;
 
-    [[nodiscard]] platform::AudioSessionRef sharedInstance() override {
-        return audio_.sharedInstance();
-    }
+    [[nodiscard]] desktop::Runtime& runtime();
 
-    [[nodiscard]] platform::AudioPlayerRef audioPlayerWithContentsOfURL(
-        const std::string& path) override;
-    [[nodiscard]] platform::AudioPlayerRef audioPlayerWithData(
-        const std::optional<platform::Data>& data) override;
+    // What happens when the engine's library is mapped: its classes, its hooks, its start.
+    static void startEngine();
 
-    // The last one; null when none was asked for.
-    [[nodiscard]] std::shared_ptr<const PlayerRequest> lastRequest() const { return last_; }
+    // Since the process began, or since the last call.
+    [[nodiscard]] std::vector<FileProbe> takeProbes();
+
+    // The last player; null when none was asked for.
+    [[nodiscard]] std::shared_ptr<const PlayerRequest> lastRequest() const;
 
   private:
-    platform::AudioPlayerRef noted(const platform::AudioPlayerRef& player, std::string path);
-
-    desktop::DesktopAudio& audio_;
-    std::shared_ptr<PlayerRequest> last_;
+    struct State;
+    std::unique_ptr<State> state_;
 };
 
 }  // namespace velmoranth::cli

@@ -1,22 +1,7 @@
 #include "simulator/process.h"
 
-#include "desktop/audio/audio.h"
-#include "desktop/audio/sdl_output.h"
-#include "desktop/core_ui/bundles.h"
-#include "desktop/core_ui/catalogs.h"
-#include "desktop/dates/dates.h"
 #include "desktop/files/device_root.h"
-#include "desktop/files/file_manager.h"
-#include "desktop/imaging/core_graphics.h"
-#include "desktop/imaging/image_contexts.h"
-#include "desktop/imaging/images.h"
-#include "desktop/notifications/notification_center.h"
-#include "desktop/plist/property_lists.h"
-#include "desktop/runtime/runtime.h"
-#include "desktop/system/system.h"
-#include "desktop/views/view_controllers.h"
-#include "desktop/views/views.h"
-#include "platform/platform.h"
+#include "desktop/services/services.h"
 #include "simulator/app_context.h"
 #include "simulator/artwork/artwork.h"
 #include "simulator/home_screen/folder_classes.h"
@@ -43,22 +28,19 @@
 namespace velmoranth::simulator {
 namespace {
 
-// Of the user that the home screen runs as.
-constexpr const char* kHomeDirectory = "/var/mobile";
-
-desktop::ImageDescription imageDescription(const SystemVersion& system) {
-    return system.major < 13 ? desktop::ImageDescription::ios12 : desktop::ImageDescription::ios13;
-}
-
-desktop::DesktopImages::Configuration imagesConfiguration(
-    const DeviceConfiguration& device, const std::shared_ptr<const desktop::DeviceRoot>& root) {
-    desktop::DesktopImages::Configuration configuration;
-    configuration.root = root;
-    configuration.screenScale = device.screen.scale;
-    configuration.siblings =
-        device.exactFiles ? desktop::ScaledSiblings::off : desktop::ScaledSiblings::on;
-    configuration.description = imageDescription(device.system);
-    return configuration;
+desktop::DeviceDescription descriptionOf(const DeviceConfiguration& device) {
+    const SystemVersion& system = device.system;
+    return {
+        .system = {system.major, system.minor, system.patch},
+        .coreFoundationVersion = system.coreFoundationVersion,
+        .machine = device.machine,
+        .idiom = device.kind == DeviceKind::pad ? desktop::InterfaceIdiom::pad
+                                                : desktop::InterfaceIdiom::phone,
+        .orientation = static_cast<int>(device.orientation),
+        .screenScale = device.screen.scale,
+        .screenSize = {device.screen.width, device.screen.height},
+        .siblings = device.exactFiles ? desktop::ScaledSiblings::off : desktop::ScaledSiblings::on,
+        .dates = {.locale = device.locale, .date = device.date}};
 }
 
 std::string_view mainBundleOf(ProcessKind process) {
@@ -75,36 +57,6 @@ std::string_view mainBundleOf(ProcessKind process) {
     }
     return kAppBundle;
 }
-
-// What the hooking library notes for each method of a class that a process does not have. It
-// belongs to every process and tells nobody anything, so the log is left to what the engine and the
-// runtime say.
-constexpr std::string_view kMissingClassNote = "MS:Warning: nil class";
-
-// The system log of the process: each line goes to the launcher.
-class LineLog final : public platform::SystemLog {
-  public:
-    explicit LineLog(SimulatedProcess::LogLine logLine) : logLine_(std::move(logLine)) {}
-
-    void write(const std::string& line) override { logLine_(line); }
-
-  private:
-    SimulatedProcess::LogLine logLine_;
-};
-
-class SimulatedSpringBoard final : public platform::SpringBoard {
-  public:
-    explicit SimulatedSpringBoard(desktop::Runtime& runtime) : runtime_(runtime) {}
-
-    platform::SBIconControllerRef sharedInstance(const platform::ClassRef& cls) override {
-        return cls == nullptr
-                   ? nullptr
-                   : runtime_.send<platform::SBIconControllerRef>(*cls, "sharedInstance");
-    }
-
-  private:
-    desktop::Runtime& runtime_;
-};
 
 desktop::Result<void> showOnHomeScreen(HomeScreen& screen, const ScreenRequest& request) {
     screen.showPage(request.page);
@@ -145,11 +97,10 @@ desktop::Result<void> checkDrawable(const DeviceConfiguration& device) {
 
 }  // namespace
 
-// In the order in which the services need each other.
-struct SimulatedProcess::Services {
-    Services(const ScreenRequest& request, LogLine logLine,
-             const std::shared_ptr<const desktop::DeviceRoot>& root,
-             std::unique_ptr<desktop::DesktopNotificationCenter> notifications);
+// In the order in which the members need each other.
+struct SimulatedProcess::State {
+    State(const ScreenRequest& request, LogLine logLine,
+          const std::shared_ptr<const desktop::DeviceRoot>& root);
 
     // The classes that such a process has.
     void registerClasses(ProcessKind process);
@@ -161,29 +112,7 @@ struct SimulatedProcess::Services {
     void showScreen();
 
     const DeviceConfiguration device;
-    LineLog log;
-    desktop::Runtime runtime;
-    desktop::DesktopCoreFoundation coreFoundation;
-    const std::unique_ptr<desktop::DesktopNotificationCenter> notificationCenter;
-    desktop::DesktopPropertyLists propertyLists;
-    desktop::DesktopFileManager fileManager;
-    desktop::DesktopBundles bundles;
-    desktop::DesktopCatalogClass catalogClass;
-    desktop::DesktopDates dates;
-    desktop::DesktopLibSystem libSystem;
-    desktop::DesktopCoreGraphics coreGraphics;
-    desktop::DesktopImageContexts imageContexts;
-    desktop::DesktopImages images;
-    desktop::DesktopFonts fonts;
-    desktop::DesktopViews views;
-    desktop::DesktopDevice currentDevice;
-    desktop::DesktopScreen mainScreen;
-    SimulatedSpringBoard springBoard;
-    desktop::Mixer mixer;
-    desktop::SdlOutput soundOutput;  // opened by the first sound
-    desktop::DesktopAudio audio;
-    desktop::DesktopAlerts alerts;
-    desktop::DesktopApplication application;
+    desktop::Services services;
     StockImages stockImages;
     ToolkitImages toolkit;
     const std::shared_ptr<IconController> iconController;
@@ -192,76 +121,16 @@ struct SimulatedProcess::Services {
     HomeScreen* homeScreen = nullptr;  // the screen, when it is that
 };
 
-SimulatedProcess::Services::Services(
-    const ScreenRequest& request, LogLine logLine,
-    const std::shared_ptr<const desktop::DeviceRoot>& root,
-    std::unique_ptr<desktop::DesktopNotificationCenter> notifications)
+SimulatedProcess::State::State(const ScreenRequest& request, LogLine logLine,
+                               const std::shared_ptr<const desktop::DeviceRoot>& root)
     : device(request.device),
-      log(std::move(logLine)),
-      runtime([this](const std::string& line) {
-          if (!line.starts_with(kMissingClassNote)) {
-              log.write(line);
-          }
-      }),
-      coreFoundation(device.system.coreFoundationVersion,
-                     {device.system.major, device.system.minor, device.system.patch}),
-      notificationCenter(std::move(notifications)),
-      propertyLists(root),
-      fileManager(root),
-      bundles(root),
-      catalogClass(root),
-      dates({.locale = device.locale, .date = device.date}),
-      libSystem(root, device.machine, kHomeDirectory),
-      imageContexts(device.screen.scale, imageDescription(device.system)),
-      images(imagesConfiguration(device, root), imageContexts),
-      fonts(device.system.major),
-      currentDevice(device.kind == DeviceKind::pad ? desktop::InterfaceIdiom::pad
-                                                   : desktop::InterfaceIdiom::phone,
-                    static_cast<int>(device.orientation)),
-      mainScreen(device.screen.scale, {device.screen.width, device.screen.height}),
-      springBoard(runtime),
-      soundOutput(mixer, [this](const std::string& line) { log.write(line); }),
-      audio(root, mixer, soundOutput),
-      stockImages(images),
-      toolkit(device, images, root, mainBundleOf(definitionOf(request.screen).process)),
-      iconController(std::make_shared<IconController>(runtime)) {
-    // A block is what the end of a movement of nothing calls.
-    libSystem.setMainQueue([this](double seconds, std::function<void()> block) {
-        views.clock().animate(
-            0, desktop::kLinear, {}, [block = std::move(block)](bool) { block(); }, seconds);
-    });
-    images.setSendApplicationIconImage([this](const platform::NullableString& bundleIdentifier,
-                                              int format, double scale) {
-        return runtime.sendToClass<platform::ImageRef, platform::NullableString, int, double>(
-            "UIImage", "_applicationIconImageForBundleIdentifier:format:scale:", bundleIdentifier,
-            format, scale);
-    });
-    platform::setPlatform({.objc = runtime,
-                           .substrate = runtime,
-                           .coreFoundation = coreFoundation,
-                           .darwinNotifications = *notificationCenter,
-                           .propertyLists = propertyLists,
-                           .fileManager = fileManager,
-                           .bundles = bundles,
-                           .catalogClass = catalogClass,
-                           .dates = dates,
-                           .log = log,
-                           .libSystem = libSystem,
-                           .coreGraphics = coreGraphics,
-                           .images = images,
-                           .imageContexts = imageContexts,
-                           .fonts = fonts,
-                           .views = views,
-                           .device = currentDevice,
-                           .screen = mainScreen,
-                           .springBoard = springBoard,
-                           .audio = audio,
-                           .alerts = alerts,
-                           .application = application});
-    registerClasses(definitionOf(request.screen).process);
-}
+      services(root, descriptionOf(device), std::move(logLine)),
+      stockImages(services.images()),
+      toolkit(device, services.images(), root, mainBundleOf(definitionOf(request.screen).process)),
+      iconController(std::make_shared<IconController>(services.runtime())) {}
 
-void SimulatedProcess::Services::registerClasses(ProcessKind process) {
+void SimulatedProcess::State::registerClasses(ProcessKind process) {
+    desktop::Runtime& runtime = services.runtime();
     const HomeScreenMetrics& metrics = homeScreenMetrics(device.kind, device.screen);
     registerBaseClasses(device.system, {.runtime = runtime,
                                         .stockImages = stockImages,
@@ -283,9 +152,9 @@ void SimulatedProcess::Services::registerClasses(ProcessKind process) {
                                  .iconSide = metrics.iconSide,
                                  .pageDotSide = metrics.pageDotSide,
                                  .screenScale = device.screen.scale,
-                                 .images = images,
+                                 .images = services.images(),
                                  .toolkit = toolkit,
-                                 .dates = dates,
+                                 .dates = services.dates(),
                                  .date = device.date});
         registerFolderClasses(device.system, runtime, iconController);
         registerTodayClasses(appContext());
@@ -300,16 +169,18 @@ void SimulatedProcess::Services::registerClasses(ProcessKind process) {
     }
 }
 
-AppContext SimulatedProcess::Services::appContext() {
-    return {device, runtime, images, stockImages, views, toolkit, application};
+AppContext SimulatedProcess::State::appContext() {
+    return {device,  services.runtime(),    services.images(), stockImages, services.views(),
+            toolkit, services.application()};
 }
 
-std::unique_ptr<HomeScreen> SimulatedProcess::Services::makeHomeScreen() {
+std::unique_ptr<HomeScreen> SimulatedProcess::State::makeHomeScreen() {
     return std::make_unique<HomeScreen>(
-        device, HomeScreen::Services{runtime, images, stockImages, views, *iconController});
+        device, HomeScreen::Services{services.runtime(), services.images(), stockImages,
+                                     services.views(), *iconController});
 }
 
-std::unique_ptr<Screen> SimulatedProcess::Services::makeScreen(ScreenKind kind) {
+std::unique_ptr<Screen> SimulatedProcess::State::makeScreen(ScreenKind kind) {
     switch (kind) {
         case ScreenKind::controls:
             return makeControlsScreen(appContext());
@@ -333,10 +204,10 @@ std::unique_ptr<Screen> SimulatedProcess::Services::makeScreen(ScreenKind kind) 
     }
 }
 
-void SimulatedProcess::Services::showScreen() {
-    const auto window = std::make_shared<desktop::DesktopWindow>(mainScreen.bounds());
+void SimulatedProcess::State::showScreen() {
+    const auto window = std::make_shared<desktop::DesktopWindow>(services.screen().bounds());
     window->setRootViewController(std::make_shared<desktop::DesktopViewController>(screen->view()));
-    application.setKeyWindow(window);
+    services.application().setKeyWindow(window);
     screen->didAppear();
 }
 
@@ -349,12 +220,12 @@ desktop::Result<std::unique_ptr<SimulatedProcess>> SimulatedProcess::start(
     if (!root) {
         return tl::unexpected(std::move(root.error()));
     }
-    auto notifications = desktop::DesktopNotificationCenter::open(**root);
-    if (!notifications) {
-        return tl::unexpected(std::move(notifications.error()));
+    auto state = std::make_unique<State>(request, std::move(logLine), std::move(*root));
+    if (auto listening = state->services.listenForNotifications(); !listening) {
+        return tl::unexpected(std::move(listening.error()));
     }
-    auto services = std::make_unique<Services>(request, std::move(logLine), std::move(*root),
-                                               std::move(*notifications));
+    state->services.becomePlatform();
+    state->registerClasses(definitionOf(request.screen).process);
     if (request.loadEngine) {
         auto path = request.enginePath.empty() ? findEngine()
                                                : desktop::Result<std::string>(request.enginePath);
@@ -365,46 +236,45 @@ desktop::Result<std::unique_ptr<SimulatedProcess>> SimulatedProcess::start(
             return tl::unexpected(std::move(loaded.error()));
         }
     }
-    services->screen = services->makeScreen(request.screen);
-    if (services->screen == nullptr) {
-        std::unique_ptr<HomeScreen> home = services->makeHomeScreen();
+    state->screen = state->makeScreen(request.screen);
+    if (state->screen == nullptr) {
+        std::unique_ptr<HomeScreen> home = state->makeHomeScreen();
         if (auto shown = showOnHomeScreen(*home, request); !shown) {
             return tl::unexpected(std::move(shown.error()));
         }
-        services->homeScreen = home.get();
-        services->screen = std::move(home);
+        state->homeScreen = home.get();
+        state->screen = std::move(home);
     } else {
-        services->screen->showPage(request.page);
+        state->screen->showPage(request.page);
     }
-    services->showScreen();
-    return std::unique_ptr<SimulatedProcess>(new SimulatedProcess(std::move(services)));
+    state->showScreen();
+    return std::unique_ptr<SimulatedProcess>(new SimulatedProcess(std::move(state)));
 }
 
-SimulatedProcess::SimulatedProcess(std::unique_ptr<Services> services)
-    : services_(std::move(services)) {}
+SimulatedProcess::SimulatedProcess(std::unique_ptr<State> state) : state_(std::move(state)) {}
 
 SimulatedProcess::~SimulatedProcess() = default;
 
 Screen& SimulatedProcess::screen() {
-    return *services_->screen;
+    return *state_->screen;
 }
 
 HomeScreen* SimulatedProcess::homeScreen() {
-    return services_->homeScreen;
+    return state_->homeScreen;
 }
 
 desktop::Runtime& SimulatedProcess::runtime() {
-    return services_->runtime;
+    return state_->services.runtime();
 }
 
 int SimulatedProcess::notificationDescriptor() const {
-    return services_->notificationCenter->descriptor();
+    return state_->services.notifications().descriptor();
 }
 
 bool SimulatedProcess::deliverNotifications() {
-    const bool any = services_->notificationCenter->deliverPending() > 0;
+    const bool any = state_->services.notifications().deliverPending() > 0;
     if (any) {
-        services_->screen->notificationsWereDelivered();
+        state_->screen->notificationsWereDelivered();
     }
     return any;
 }

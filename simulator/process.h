@@ -41,10 +41,10 @@ class SimulatedProcess {
     bool deliverNotifications();
 
   private:
-    struct Services;
-    explicit SimulatedProcess(std::unique_ptr<Services> services);
+    struct State;
+    explicit SimulatedProcess(std::unique_ptr<State> state);
 
-    std::unique_ptr<Services> services_;
+    std::unique_ptr<State> state_;
 };
 
 // The largest memory that this process has had resident so far, in bytes; 0 when the machine does

@@ -16,7 +16,7 @@ namespace velmoranth::desktop {
 // What is read into memory at most.
 inline constexpr std::size_t kMaxDataBytes = std::size_t{256} * 1024 * 1024;
 
-class DesktopFileManager final : public platform::FileManager {
+class DesktopFileManager : public platform::FileManager {
   public:
     explicit DesktopFileManager(std::shared_ptr<const DeviceRoot> root, FileCalls calls = {});
 

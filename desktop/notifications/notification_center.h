@@ -27,6 +27,8 @@ class DesktopNotificationCenter final : public platform::DarwinNotificationCente
     // Opens the process's socket in the root, making the folder when it is missing.
     [[nodiscard]] static Result<std::unique_ptr<DesktopNotificationCenter>> open(
         const DeviceRoot& root);
+    // Without a root: hears the posts of its own process alone.
+    DesktopNotificationCenter() = default;
 
     ~DesktopNotificationCenter() override;
 
@@ -62,8 +64,6 @@ class DesktopNotificationCenter final : public platform::DarwinNotificationCente
         const void* object;
         platform::SuspensionBehavior suspensionBehavior;
     };
-
-    DesktopNotificationCenter() = default;
 
     Result<void> listenIn(const DeviceRoot& root);
     [[nodiscard]] bool watch(int descriptor) const;

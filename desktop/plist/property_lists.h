@@ -34,7 +34,7 @@ inline constexpr int kMaxPropertyListDepth = 512;
 [[nodiscard]] Result<platform::PropertyList> readPropertyList(const DeviceRoot& root,
                                                               const std::string& devicePath);
 
-class DesktopPropertyLists final : public platform::PropertyLists {
+class DesktopPropertyLists : public platform::PropertyLists {
   public:
     explicit DesktopPropertyLists(std::shared_ptr<const DeviceRoot> root);
 

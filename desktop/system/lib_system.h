@@ -14,7 +14,7 @@
 
 namespace velmoranth::desktop {
 
-class DesktopLibSystem final : public platform::LibSystem {
+class DesktopLibSystem : public platform::LibSystem {
   public:
     // Runs the block after so many seconds on the main thread, never from inside the call.
     using MainQueue = std::function<void(double seconds, std::function<void()> block)>;
