@@ -18,18 +18,6 @@ using platform::PropertyList;
 
 namespace {
 
-// In the order of the alternatives of PropertyList::Value.
-constexpr const char* kKindNames[] = {"a boolean", "an integer", "a number", "a text",
-                                      "a date",    "data",       "a list",   "a dictionary"};
-static_assert(std::size(kKindNames) == std::variant_size_v<PropertyList::Value>);
-
-std::string kindOf(const PropertyList& value) {
-    return kKindNames[value.value().index()];
-}
-
-constexpr const char* kFactoryPreferencesFile =
-    "/var/mobile/Library/VelMoranth/DefaultSettings/com.qor.velmoranthprefs.plist";
-
 bool isFolder(const DeviceRoot& root, const std::string& devicePath) {
     const desktop::Descriptor folder(root.openFile(devicePath, O_PATH | O_DIRECTORY));
     return folder.isOpen();
@@ -50,7 +38,7 @@ std::vector<std::string> oddThemes(const DeviceRoot& root, const PropertyList::A
         ++number;
         const auto* const name = entry.as<std::string>();
         if (name == nullptr) {
-            addTo(noNames, "entry " + std::to_string(number) + " is " + kindOf(entry));
+            addTo(noNames, "entry " + std::to_string(number) + " is " + kindName(entry));
         } else if (name->empty() || *name == "." || *name == ".." ||
                    name->find('/') != std::string::npos) {
             addTo(noNames, inQuotes(*name) + " is no folder's name");
@@ -69,12 +57,12 @@ std::vector<std::string> oddThemes(const DeviceRoot& root, const PropertyList::A
 }
 
 // 0 when there is something, else the errno of looking.
-int lookFor(const DeviceRoot& root, const char* devicePath) {
+int lookFor(const DeviceRoot& root, const std::string& devicePath) {
     const desktop::Descriptor file(root.openFile(devicePath, O_PATH));
     return file.isOpen() ? 0 : errno;
 }
 
-std::vector<std::string> oddContents(const DeviceRoot& root, const char* devicePath) {
+std::vector<std::string> oddContents(const DeviceRoot& root, const std::string& devicePath) {
     if (const int error = lookFor(root, devicePath); error != 0) {
         return {error == ENOENT ? "there are no preferences, so theming is off"
                                 : "the preferences cannot be read, so theming is off"};
@@ -87,7 +75,7 @@ std::vector<std::string> oddContents(const DeviceRoot& root, const char* deviceP
     }
     const auto* const preferences = contents->as<platform::Dictionary>();
     if (preferences == nullptr) {
-        return {"preferences are a dictionary, and this is " + kindOf(*contents) +
+        return {"preferences are a dictionary, and this is " + kindName(*contents) +
                 ", so theming is off"};
     }
     if (!platform::boolValue(platform::objectForKey(*preferences, "enable"))) {
@@ -99,7 +87,7 @@ std::vector<std::string> oddContents(const DeviceRoot& root, const char* deviceP
     }
     const auto* const entries = themes->as<PropertyList::Array>();
     if (entries == nullptr) {
-        return {"\"ActiveThemes\" is " + kindOf(*themes) +
+        return {"\"ActiveThemes\" is " + kindName(*themes) +
                 " in place of a list of names, so no theme is active"};
     }
     if (entries->empty()) {
@@ -121,9 +109,10 @@ desktop::Result<std::shared_ptr<DeviceRoot>> openDevice(const std::string& folde
 
 std::vector<std::string> oddPreferences(const DeviceRoot& root) {
     // Where the user has none, every start puts the factory preferences in place.
-    const bool isFactoryFresh =
-        lookFor(root, kPreferencesFile) == ENOENT && lookFor(root, kFactoryPreferencesFile) == 0;
-    const char* const devicePath = isFactoryFresh ? kFactoryPreferencesFile : kPreferencesFile;
+    const std::string live = withoutLink(core::kPreferencesPath);
+    const std::string factory = withoutLink(core::kFactoryPreferences);
+    const bool isFactoryFresh = lookFor(root, live) == ENOENT && lookFor(root, factory) == 0;
+    const std::string& devicePath = isFactoryFresh ? factory : live;
     std::vector<std::string> lines = oddContents(root, devicePath);
     for (std::string& line : lines) {
         line.insert(0, shown(root.hostFolder()) + devicePath + ": ");

@@ -8,51 +8,30 @@
 #include <array>
 #include <limits>
 #include <optional>
+#include <utility>
+#include <variant>
 
 namespace velmoranth::cli {
 
 using desktop::Problem;
+using desktop::Result;
 using platform::PropertyList;
 
 namespace {
 
-constexpr auto kYesOrNo = PreferenceKind::yesOrNo;
-constexpr auto kNumber = PreferenceKind::number;
+constexpr char kBetweenNames = ',';
+constexpr char kTakenAsItStands = '\\';
 
-constexpr auto kPreferences = Notification::preferences;
-constexpr auto kThemeChanged = Notification::themeChanged;
-constexpr auto kDeveloping = Notification::developing;
-
-constexpr std::string_view kOnUnlessSet = "on unless set";
-
-// The list of themes first: previewKeys() leaves it out.
-constexpr std::array<PreferenceKey, 21> kKeys{{
-    {"ActiveThemes", PreferenceKind::themes, kThemeChanged,
-     "the themes in use, by the names of their folders; the first that has a picture wins"},
-    {"enable", kYesOrNo, kThemeChanged, "theming as a whole", kOnUnlessSet},
-    {"enableIconMask", kYesOrNo, kThemeChanged, "the theme's icon mask", kOnUnlessSet},
-    {"enableOverlay", kYesOrNo, kThemeChanged, "the theme's overlay over icons", kOnUnlessSet},
-    {"enableShadow", kYesOrNo, kPreferences, "the theme's shadow picture behind every icon"},
-    {"dynamicShadow", kYesOrNo, kPreferences,
-     "a drawn shadow behind every icon, as the next six have it"},
-    {"shadowRadiusVal", kNumber, kPreferences, "blur of the drawn shadow, points"},
-    {"opacityVal", kNumber, kPreferences, "opacity of the drawn shadow, 0 to 1"},
-    {"xAxisVal", kNumber, kPreferences, "offset of the drawn shadow to the right, points"},
-    {"yAxisVal", kNumber, kPreferences, "offset of the drawn shadow downwards, points"},
-    {"shadowWidthVal", kNumber, kPreferences, "width of the drawn shadow, points"},
-    {"shadowHeightVal", kNumber, kPreferences, "height of the drawn shadow, points"},
-    {"removeDock", kYesOrNo, kPreferences,
-     "the theme's dock picture in place of the dock's own background"},
-    {"removeFolderBG", kYesOrNo, kPreferences, "a tap anywhere on an open folder closes it"},
-    {"removeLabels", kYesOrNo, kPreferences, "icons without labels"},
-    {"removeIconBadges", kYesOrNo, kPreferences, "icons without badges"},
-    {"removePageDots", kYesOrNo, kPreferences, "no page dots"},
-    {"enableLogging", kYesOrNo, kPreferences, "write what is looked up to the log, too"},
-    {"enableImageDump", kYesOrNo, kDeveloping, "dump every image asked for",
-     "of use with --root alone"},
-    {"iconReflection", kYesOrNo, kPreferences, "kept for older preferences; changes nothing"},
-    {"moreDockIcons", kYesOrNo, kPreferences, "kept for older preferences; changes nothing"},
+// In the order of the enumeration.
+constexpr std::array<KindWords, 3> kKindWords{{
+    {"yesOrNo", "yes or no", "yes|no", "yes|no"},
+    {"number", "a number", "number", "NUMBER"},
+    {"themes", "names of themes", "names", "A,B"},
 }};
+
+// In the order of the alternatives of PropertyList::Value.
+constexpr std::array<const char*, std::variant_size_v<PropertyList::Value>> kValueKinds{
+    "a boolean", "an integer", "a number", "a text", "a date", "data", "a list", "a dictionary"};
 
 struct Word {
     std::string_view text;
@@ -68,41 +47,73 @@ constexpr std::array<Word, 8> kWords{{{"yes", true},
                                       {"1", true},
                                       {"0", false}}};
 
-}  // namespace
-
-std::span<const PreferenceKey> preferenceKeys() {
-    return kKeys;
-}
-
-std::span<const PreferenceKey> previewKeys() {
-    return preferenceKeys().subspan(1);
-}
-
-const PreferenceKey* findPreferenceKey(std::string_view name) {
-    const auto* const key = std::find_if(
-        kKeys.begin(), kKeys.end(), [&](const PreferenceKey& row) { return row.name == name; });
-    return key == kKeys.end() ? nullptr : key;
-}
-
-std::string noSuchPreference(std::string_view name, std::span<const PreferenceKey> keys,
-                             std::string_view whereListed) {
-    std::vector<std::string_view> names;
-    names.reserve(keys.size());
-    for (const PreferenceKey& key : keys) {
-        names.push_back(key.name);
+// "A,B" in its parts; a comma or backslash behind a backslash is part of a name.
+Result<std::vector<std::string>> splitNames(std::string_view text) {
+    std::vector<std::string> names;
+    if (text.empty()) {
+        return names;
     }
-    const std::string near = suggestion(name, names);
-    return "there is no preference " + inQuotes(name) +
-           (near.empty() ? "; " + std::string(whereListed) + " lists them" : near);
+    std::string name;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == kBetweenNames) {
+            names.push_back(std::exchange(name, {}));
+        } else if (text[i] != kTakenAsItStands) {
+            name += text[i];
+        } else if (i + 1 < text.size() &&
+                   (text[i + 1] == kBetweenNames || text[i + 1] == kTakenAsItStands)) {
+            name += text[++i];
+        } else {
+            return tl::unexpected(
+                Problem{"in a list of themes a backslash goes before a comma or a backslash that "
+                        "belongs to a name, not as in " +
+                        inQuotes(text)});
+        }
+    }
+    names.push_back(name);
+    return names;
 }
 
-std::optional<PropertyList> parsePreference(PreferenceKind kind, std::string_view text) {
-    if (kind == PreferenceKind::yesOrNo) {
-        const auto* const word =
-            std::find_if(kWords.begin(), kWords.end(),
-                         [&](const Word& candidate) { return candidate.text == text; });
-        return word == kWords.end() ? std::nullopt : std::optional<PropertyList>(word->value);
+Result<void> checkThemeName(const std::string& name) {
+    if (name.empty()) {
+        return tl::unexpected(
+            Problem{"ActiveThemes takes names with commas between, and one of these is empty"});
     }
+    if (name == "." || name == ".." || name.find('/') != std::string::npos) {
+        return tl::unexpected(
+            Problem{"ActiveThemes takes the names of folders in /Library/Themes, "
+                    "and " +
+                    inQuotes(name) + " is none"});
+    }
+    if (!isPlainText(name)) {
+        return tl::unexpected(
+            Problem{"ActiveThemes takes names of plain text, not " + inQuotes(name)});
+    }
+    return {};
+}
+
+Result<PropertyList> parseThemes(std::string_view text) {
+    const auto names = splitNames(text);
+    if (!names) {
+        return tl::unexpected(names.error());
+    }
+    PropertyList::Array list;
+    for (const std::string& name : *names) {
+        if (auto checked = checkThemeName(name); !checked) {
+            return tl::unexpected(std::move(checked.error()));
+        }
+        list.emplace_back(name);
+    }
+    return PropertyList(std::move(list));
+}
+
+std::optional<PropertyList> parseYesOrNo(std::string_view text) {
+    const auto* const word = std::find_if(kWords.begin(), kWords.end(), [&](const Word& candidate) {
+        return candidate.text == text;
+    });
+    return word == kWords.end() ? std::nullopt : std::optional<PropertyList>(word->value);
+}
+
+std::optional<PropertyList> parseFloat(std::string_view text) {
     const std::optional<double> number = parseNumber(text);
     // The engine keeps 32 bits of it.
     if (!number || *number > double{std::numeric_limits<float>::max()} ||
@@ -112,46 +123,91 @@ std::optional<PropertyList> parsePreference(PreferenceKind kind, std::string_vie
     return PropertyList(*number);
 }
 
-std::string_view takenBy(PreferenceKind kind) {
-    switch (kind) {
-        case PreferenceKind::yesOrNo:
-            return "yes or no";
-        case PreferenceKind::number:
-            return "a number";
-        case PreferenceKind::themes:
-            break;
+}  // namespace
+
+const SettingRow* findSetting(std::string_view name, std::span<const SettingRow> settings) {
+    const auto found = std::find_if(settings.begin(), settings.end(),
+                                    [&](const SettingRow& row) { return row.key == name; });
+    return found == settings.end() ? nullptr : &*found;
+}
+
+std::string noSuchSetting(std::string_view name, std::span<const SettingRow> settings,
+                          std::string_view whereListed) {
+    std::vector<std::string_view> names;
+    names.reserve(settings.size());
+    for (const SettingRow& row : settings) {
+        names.push_back(row.key);
     }
-    return "names of themes";
+    const std::string near = suggestion(name, names);
+    return "there is no preference " + inQuotes(name) +
+           (near.empty() ? "; " + std::string(whereListed) + " lists them" : near);
+}
+
+const KindWords& wordsFor(SettingKind kind) {
+    return kKindWords.at(static_cast<std::size_t>(kind));
+}
+
+std::string assignmentHelp(const SettingRow& setting) {
+    return std::string(setting.key) + "=" + std::string(wordsFor(setting.kind()).placeholder);
+}
+
+std::string kindName(const PropertyList& value) {
+    return kValueKinds.at(value.value().index());
 }
 
 platform::Dictionary previewPreferences(const std::vector<std::string>& themes) {
-    return {{"ActiveThemes", PropertyList::Array(themes.begin(), themes.end())},
-            {"enable", true},
-            {"enableIconMask", true},
-            {"enableOverlay", true}};
+    platform::Dictionary preferences{
+        {"ActiveThemes", PropertyList::Array(themes.begin(), themes.end())}};
+    for (const SettingRow& row : kPreviewSettings) {
+        if (row.isOnInPreview) {
+            preferences.emplace(row.key, true);
+        }
+    }
+    return preferences;
 }
 
-desktop::Result<void> setPreference(platform::Dictionary& preferences,
-                                    std::string_view assignment) {
-    const std::size_t equals = assignment.find('=');
+Result<Assignment> parseAssignment(std::string_view word, const AssignmentTaker& taker) {
+    const std::size_t equals = word.find('=');
     if (equals == std::string_view::npos || equals == 0) {
-        return tl::unexpected(Problem{"--set takes KEY=VALUE, not " + inQuotes(assignment)});
-    }
-    const std::string_view name = assignment.substr(0, equals);
-    const std::string_view value = assignment.substr(equals + 1);
-    const PreferenceKey* const key = findPreferenceKey(name);
-    if (key == nullptr || key->kind == PreferenceKind::themes) {
         return tl::unexpected(
-            Problem{noSuchPreference(name, previewKeys(), "velmoranth preview --help")});
+            Problem{std::string(taker.name) + " takes KEY=VALUE, not " + inQuotes(word)});
     }
-    const std::optional<PropertyList> parsed = parsePreference(key->kind, value);
-    if (!parsed) {
-        return tl::unexpected(Problem{"--set " + std::string(name) + " takes " +
-                                      std::string(takenBy(key->kind)) + ", not \"" + shown(value) +
-                                      "\""});
+    const std::string_view name = word.substr(0, equals);
+    const std::string_view text = word.substr(equals + 1);
+    const SettingRow* const row = findSetting(name, taker.settings);
+    if (row == nullptr) {
+        return tl::unexpected(Problem{noSuchSetting(name, taker.settings, taker.whereListed)});
     }
-    preferences.insert_or_assign(std::string(name), *parsed);
-    return {};
+    if (row->kind() == SettingKind::themes) {
+        auto themes = parseThemes(text);
+        return themes ? Result<Assignment>({row, std::move(*themes)})
+                      : tl::unexpected(std::move(themes.error()));
+    }
+    auto value = row->kind() == SettingKind::yesOrNo ? parseYesOrNo(text) : parseFloat(text);
+    if (!value) {
+        return tl::unexpected(Problem{std::string(taker.beforeSetting) + std::string(name) +
+                                      " takes " + std::string(wordsFor(row->kind()).taken) +
+                                      ", not " + inQuotes(text)});
+    }
+    return Assignment{row, std::move(*value)};
+}
+
+std::string joinedThemes(const std::vector<std::string>& names) {
+    std::string text;
+    for (const std::string& name : names) {
+        text += text.empty() ? "" : std::string(1, kBetweenNames);
+        for (const char letter : name) {
+            if (letter == kBetweenNames || letter == kTakenAsItStands) {
+                text += kTakenAsItStands;
+            }
+            text += letter;
+        }
+    }
+    return text;
+}
+
+std::string withoutLink(std::string_view path) {
+    return "/var/mobile" + std::string(path.substr(std::string_view("/User").size()));
 }
 
 }  // namespace velmoranth::cli

@@ -1,12 +1,11 @@
-// The preferences: one table of keys with the values that they take and the notification that tells
-// of a change, and the dictionary that the preferences file is made of.
+// The preferences in the words of a command line: keys that are looked for by their names, and
+// "KEY=VALUE".
 #pragma once
 
-#include "cli/notifications.h"
+#include "core/setting_rows.h"
 #include "desktop/result/result.h"
 #include "platform/foundation.h"
 
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -14,49 +13,62 @@
 
 namespace velmoranth::cli {
 
-enum class PreferenceKind { yesOrNo, number, themes };
+using core::SettingKind;
+using core::SettingRow;
 
-struct PreferenceKey {
-    std::string_view name;  // the key in the preferences file
-    PreferenceKind kind;
-    // What running processes are told when it has changed: of themes where pictures are kept that
-    // have to be made again.
-    Notification notification;
-    std::string_view summary;
-    std::string_view previewNote = {};  // what is different for a preview
-};
-
-// Every key that the system knows.
-[[nodiscard]] std::span<const PreferenceKey> preferenceKeys();
-
-// Those that can be set for one run; its list of active themes is made from its themes.
-[[nodiscard]] std::span<const PreferenceKey> previewKeys();
+// The settings that can be set for one run; its list of active themes is made from its themes.
+inline constexpr std::span<const SettingRow> kPreviewSettings =
+    std::span(core::kSettingRows).subspan(1);
 
 // Null when there is none of that name.
-[[nodiscard]] const PreferenceKey* findPreferenceKey(std::string_view name);
+[[nodiscard]] const SettingRow* findSetting(
+    std::string_view name, std::span<const SettingRow> settings = core::kSettingRows);
 
 // "there is no preference "enabel"; did you mean enable?", or, with no key near, where to look.
-[[nodiscard]] std::string noSuchPreference(std::string_view name,
-                                           std::span<const PreferenceKey> keys,
-                                           std::string_view whereListed);
+[[nodiscard]] std::string noSuchSetting(std::string_view name, std::span<const SettingRow> settings,
+                                        std::string_view whereListed);
 
-// A value in words: "yes", "0.5"; nothing when the key does not take it. No list of themes.
-[[nodiscard]] std::optional<platform::PropertyList> parsePreference(PreferenceKind kind,
-                                                                    std::string_view text);
+struct KindWords {
+    std::string_view name;         // in JSON
+    std::string_view taken;        // "yes or no"
+    std::string_view column;       // "yes|no", in a table
+    std::string_view placeholder;  // "yes|no", for "KEY=VALUE" in a help text
+};
 
-// What it takes: "yes or no".
-[[nodiscard]] std::string_view takenBy(PreferenceKind kind);
+[[nodiscard]] const KindWords& wordsFor(SettingKind kind);
+
+// "enable=yes|no", for a help text.
+[[nodiscard]] std::string assignmentHelp(const SettingRow& setting);
+
+// "a text": what the value is.
+[[nodiscard]] std::string kindName(const platform::PropertyList& value);
 
 // What a preview starts from: these active themes, with theming, icon mask and overlay on.
 [[nodiscard]] platform::Dictionary previewPreferences(const std::vector<std::string>& themes);
 
-// Sets "KEY=VALUE" in the dictionary. The problem names the nearest key or the values that a key
-// takes.
-[[nodiscard]] desktop::Result<void> setPreference(platform::Dictionary& preferences,
-                                                  std::string_view assignment);
+// What "KEY=VALUE" asks for.
+struct Assignment {
+    const SettingRow* setting;
+    platform::PropertyList value;
+};
 
-// Where the preferences file stands on the device.
-inline constexpr const char* kPreferencesFile =
-    "/var/mobile/Library/Preferences/com.qor.velmoranthprefs.plist";
+// Who takes such words, as messages have it.
+struct AssignmentTaker {
+    std::string_view name;           // "--set"
+    std::string_view beforeSetting;  // "--set " or ""
+    std::string_view whereListed;
+    std::span<const SettingRow> settings;
+};
+
+// The problem names the nearest key or the values that a key takes. A list of themes is names with
+// commas between; a comma or a backslash that belongs to a name has a backslash before it.
+[[nodiscard]] desktop::Result<Assignment> parseAssignment(std::string_view word,
+                                                          const AssignmentTaker& taker);
+
+// A list of themes, with names as parseAssignment takes them.
+[[nodiscard]] std::string joinedThemes(const std::vector<std::string>& names);
+
+// The path behind the link /User, as messages have it.
+[[nodiscard]] std::string withoutLink(std::string_view path);
 
 }  // namespace velmoranth::cli

@@ -236,11 +236,12 @@ ExitCode runPreview(const Arguments& arguments) {
 
 std::string preferenceHelp() {
     std::vector<std::pair<std::string, std::string>> rows;
-    for (const PreferenceKey& key : previewKeys()) {
-        rows.emplace_back(
-            std::string(key.name) + (key.kind == PreferenceKind::number ? "=NUMBER" : "=yes|no"),
-            std::string(key.summary) +
-                (key.previewNote.empty() ? "" : "; " + std::string(key.previewNote)));
+    for (const SettingRow& row : kPreviewSettings) {
+        rows.emplace_back(assignmentHelp(row),
+                          std::string(row.summary) + (row.isOnInPreview ? "; on unless set"
+                                                      : row.notice == core::kDevelopingNotice
+                                                          ? "; of use with --root alone"
+                                                          : ""));
     }
     return "preferences for --set (yes, true, on and 1 mean the same):\n" + twoColumns(rows);
 }

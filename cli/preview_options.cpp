@@ -251,9 +251,12 @@ Result<PreviewOptions> readPreviewOptions(const Arguments& arguments) {
     }
     options.screen = std::move(*screen);
     for (const std::string& assignment : arguments.values("--set")) {
-        if (auto set = setPreference(options.settings, assignment); !set) {
+        auto set = parseAssignment(
+            assignment, {"--set", "--set ", "velmoranth preview --help", kPreviewSettings});
+        if (!set) {
             return tl::unexpected(std::move(set.error()));
         }
+        options.settings.insert_or_assign(std::string(set->setting->key), std::move(set->value));
     }
     return options;
 }

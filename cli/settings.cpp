@@ -2,16 +2,15 @@
 #include "cli/commands.h"
 #include "cli/help.h"
 #include "cli/nearest.h"
+#include "cli/notifications.h"
 #include "cli/settings_commands.h"
 #include "cli/settings_values.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <fmt/core.h>
 
 #include <algorithm>
 #include <array>
-#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -26,10 +25,6 @@ using platform::PropertyList;
 namespace {
 
 constexpr const char* kThemesFolder = "/Library/Themes";
-
-std::string oddKind(const PreferenceKey& key, const PropertyList& value) {
-    return describedValue(value) + " in place of " + std::string(takenBy(key.kind));
-}
 
 // --- get and list
 // -------------------------------------------------------------------------------------
@@ -51,61 +46,62 @@ desktop::Result<Dictionary> livePreferences(const DeviceRoot& root) {
     return std::move((*file)->contents);
 }
 
-ExitCode runGet(const Arguments& arguments) {
-    const std::string& name = arguments.positionals().front();
-    const PreferenceKey* const key = findPreferenceKey(name);
-    const GivenDevice device = givenDevice(arguments, "settings get");
-    if (device.root == nullptr) {
-        return device.code;
-    }
-    const auto preferences = livePreferences(*device.root);
-    if (!preferences) {
-        return fail(ExitCode::badInput, preferences.error());
-    }
-    const PropertyList* const value = platform::objectForKey(*preferences, name);
-    if (key == nullptr && value == nullptr) {
+ExitCode get(const std::string& key, const Dictionary& preferences, bool asJson) {
+    const SettingRow* const row = findSetting(key);
+    const PropertyList* const value = platform::objectForKey(preferences, key);
+    if (row == nullptr && value == nullptr) {
         return fail(ExitCode::wrongUsage,
-                    noSuchPreference(name, preferenceKeys(), "velmoranth settings list"));
+                    noSuchSetting(key, core::kSettingRows, "velmoranth settings list"));
     }
-    if (arguments.has("--json")) {
-        print(settingAsJson(name, key, value));
+    if (asJson) {
+        print(settingAsJson(key, row, value));
     }
     if (value == nullptr) {
         return fail(ExitCode::nothingFound,
-                    std::string(key->name) + " is not set, which the system takes as " +
-                        (key->kind == PreferenceKind::themes ? "no theme at all"
-                                                             : takenValue(key->kind, nullptr)));
+                    key + " is not set, which the system takes as " +
+                        (row->kind() == SettingKind::themes ? "no theme at all"
+                                                            : takenValue(row->kind(), nullptr)));
     }
-    if (key != nullptr && !isOfKind(key->kind, *value)) {
-        warn(std::string(key->name) + " is " + oddKind(*key, *value));
+    if (row != nullptr && !isOfKind(row->kind(), *value)) {
+        warn(key + " is " + describedValue(*value) + " in place of " +
+             std::string(wordsFor(row->kind()).taken));
     }
-    if (!arguments.has("--json")) {
-        print((key == nullptr ? platform::description(*value) : takenValue(key->kind, value)) +
+    if (!asJson) {
+        print((row == nullptr ? platform::description(*value) : takenValue(row->kind(), value)) +
               "\n");
     }
     return ExitCode::done;
 }
 
-std::string valueCell(const PreferenceKey& key, const PropertyList* value) {
-    const std::string taken = shown(takenValue(key.kind, value));
-    if (value == nullptr) {
-        return key.kind == PreferenceKind::themes ? "not set" : "not set: " + taken;
-    }
-    if (!isOfKind(key.kind, *value)) {
-        return (taken.empty() ? "none" : taken) + ", from " + describedValue(*value);
-    }
+ExitCode runGet(const Arguments& arguments) {
+    return withDevice(arguments, "settings get", [&](const DeviceRef& root) {
+        const auto preferences = livePreferences(*root);
+        return preferences
+                   ? get(arguments.positionals().front(), *preferences, arguments.has("--json"))
+                   : fail(ExitCode::badInput, preferences.error());
+    });
+}
+
+// What the value is taken for; "none" for no theme.
+std::string takenCell(SettingKind kind, const PropertyList* value) {
+    const std::string taken = shown(takenValue(kind, value));
     return taken.empty() ? "none" : taken;
+}
+
+std::string valueCell(SettingKind kind, const PropertyList* value) {
+    if (value == nullptr) {
+        return kind == SettingKind::themes ? "not set" : "not set: " + takenCell(kind, value);
+    }
+    return takenCell(kind, value) +
+           (isOfKind(kind, *value) ? "" : ", from " + describedValue(*value));
 }
 
 std::string listAsText(const Dictionary& preferences, const std::vector<std::string>& saved) {
     std::string text;
-    for (const PreferenceKey& key : preferenceKeys()) {
-        text +=
-            fmt::format("{:<16}  {:<10}  {:<14}  {}\n", key.name,
-                        key.kind == PreferenceKind::yesOrNo  ? "yes|no"
-                        : key.kind == PreferenceKind::number ? "number"
-                                                             : "names",
-                        valueCell(key, platform::objectForKey(preferences, key.name)), key.summary);
+    for (const SettingRow& row : core::kSettingRows) {
+        text += fmt::format("{:<16}  {:<10}  {:<14}  {}\n", row.key, wordsFor(row.kind()).column,
+                            valueCell(row.kind(), platform::objectForKey(preferences, row.key)),
+                            row.summary);
     }
     const std::vector<std::string> others = otherKeys(preferences);
     if (!others.empty()) {
@@ -122,42 +118,20 @@ std::string listAsText(const Dictionary& preferences, const std::vector<std::str
 }
 
 ExitCode runList(const Arguments& arguments) {
-    const GivenDevice device = givenDevice(arguments, "settings list");
-    if (device.root == nullptr) {
-        return device.code;
-    }
-    const auto preferences = livePreferences(*device.root);
-    if (!preferences) {
-        return fail(ExitCode::badInput, preferences.error());
-    }
-    const std::vector<std::string> saved = savedNames(*device.root);
-    print(arguments.has("--json") ? settingsAsJson(*preferences, saved)
-                                  : listAsText(*preferences, saved));
-    return ExitCode::done;
+    return withDevice(arguments, "settings list", [&](const DeviceRef& root) {
+        const auto preferences = livePreferences(*root);
+        if (!preferences) {
+            return fail(ExitCode::badInput, preferences.error());
+        }
+        const std::vector<std::string> saved = savedNames(*root);
+        print(arguments.has("--json") ? settingsAsJson(*preferences, saved)
+                                      : listAsText(*preferences, saved));
+        return ExitCode::done;
+    });
 }
 
 // --- set
 // ----------------------------------------------------------------------------------------------
-
-struct CloseFolder {
-    void operator()(DIR* folder) const { ::closedir(folder); }
-};
-
-// The names of what lies in the folder of themes.
-std::vector<std::string> installedThemes(const DeviceRoot& root) {
-    std::vector<std::string> names;
-    desktop::Descriptor folder(root.openFile(kThemesFolder, O_RDONLY | O_DIRECTORY));
-    const std::unique_ptr<DIR, CloseFolder> stream(folder.isOpen() ? ::fdopendir(folder.get())
-                                                                   : nullptr);
-    if (stream != nullptr) {
-        static_cast<void>(folder.release());  // the stream closes it
-        while (const dirent* const entry = ::readdir(stream.get())) {
-            names.emplace_back(static_cast<const char*>(entry->d_name));
-        }
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
 
 void warnOfThemes(const DeviceRoot& root, const PropertyList& themes) {
     std::vector<std::string> seen;
@@ -167,7 +141,7 @@ void warnOfThemes(const DeviceRoot& root, const PropertyList& themes) {
         if (std::find(seen.begin(), seen.end(), name) != seen.end()) {
             warn(inQuotes(name) + " is in the list twice; the second time changes nothing");
         } else if (!folder.isOpen()) {
-            const std::vector<std::string> installed = installedThemes(root);
+            const std::vector<std::string> installed = namesIn(root, kThemesFolder);
             const std::vector<std::string_view> candidates(installed.begin(), installed.end());
             warn(shown(onThisMachine(root, kThemesFolder)) + ": there is no theme " +
                  inQuotes(name) + suggestion(name, candidates));
@@ -198,17 +172,16 @@ desktop::Result<Dictionary> preferencesToChange(const DeviceRoot& root) {
     return Dictionary();
 }
 
-std::vector<Notification> notificationsOf(const std::vector<Assignment>& assignments) {
-    std::vector<Notification> notifications;
-    for (const Notification notification :
-         {Notification::preferences, Notification::themeChanged, Notification::developing}) {
+std::vector<std::string_view> notificationsOf(const std::vector<Assignment>& assignments) {
+    std::vector<std::string_view> names;
+    for (const NotificationRow& row : kNotifications) {
         if (std::any_of(assignments.begin(), assignments.end(), [&](const Assignment& assignment) {
-                return assignment.key->notification == notification;
+                return assignment.setting->notice == row.name;
             })) {
-            notifications.push_back(notification);
+            names.push_back(row.name);
         }
     }
-    return notifications;
+    return names;
 }
 
 // The exit code when it could not be done.
@@ -222,7 +195,7 @@ std::optional<ExitCode> change(const DeviceRef& root, const std::vector<Assignme
         return fail(ExitCode::badInput, preferences.error());
     }
     for (const Assignment& assignment : assignments) {
-        preferences->insert_or_assign(std::string(assignment.key->name), assignment.value);
+        preferences->insert_or_assign(std::string(assignment.setting->key), assignment.value);
     }
     auto written = writtenPreferences(*preferences);
     if (!written) {
@@ -246,30 +219,24 @@ ExitCode runSet(const Arguments& arguments) {
     if (!assignments) {
         return fail(ExitCode::wrongUsage, assignments.error());
     }
-    const GivenDevice device = givenDevice(arguments, "settings set");
-    if (device.root == nullptr) {
-        return device.code;
-    }
-    if (const auto code = change(device.root, *assignments)) {
-        return *code;
-    }
-    for (const auto& [key, value] : *assignments) {
-        if (key->kind == PreferenceKind::themes) {
-            warnOfThemes(*device.root, value);
+    return withDevice(arguments, "settings set", [&](const DeviceRef& root) {
+        if (const auto code = change(root, *assignments)) {
+            return *code;
         }
-        const std::string taken = shown(takenValue(key->kind, &value));
-        print(std::string(key->name) + ": " + (taken.empty() ? "none" : taken) + "\n");
-    }
-    return tellProcesses(*device.root, notificationsOf(*assignments));
+        for (const auto& [row, value] : *assignments) {
+            if (row->kind() == SettingKind::themes) {
+                warnOfThemes(*root, value);
+            }
+            print(std::string(row->key) + ": " + takenCell(row->kind(), &value) + "\n");
+        }
+        return tellProcesses(*root, notificationsOf(*assignments));
+    });
 }
 
 std::string keyHelp() {
     std::vector<std::pair<std::string, std::string>> rows;
-    for (const PreferenceKey& key : preferenceKeys()) {
-        rows.emplace_back(std::string(key.name) + (key.kind == PreferenceKind::yesOrNo  ? "=yes|no"
-                                                   : key.kind == PreferenceKind::number ? "=NUMBER"
-                                                                                        : "=A,B"),
-                          key.summary);
+    for (const SettingRow& row : core::kSettingRows) {
+        rows.emplace_back(assignmentHelp(row), row.summary);
     }
     return "keys (yes, true, on and 1 mean the same):\n" + twoColumns(rows);
 }

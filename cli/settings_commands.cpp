@@ -4,30 +4,37 @@
 #include "desktop/notifications/notification_center.h"
 
 #include <string>
-#include <utility>
 
 namespace velmoranth::cli {
 
-GivenDevice givenDevice(const Arguments& arguments, std::string_view command) {
+ExitCode withDevice(const Arguments& arguments, std::string_view command, const DeviceWork& work) {
     const auto folder = arguments.value("--root");
     if (!folder) {
-        return {nullptr, fail(ExitCode::wrongUsage, "velmoranth " + std::string(command) +
-                                                        " needs --root DIR, the device")};
+        return fail(ExitCode::wrongUsage,
+                    "velmoranth " + std::string(command) + " needs --root DIR, the device");
     }
-    auto root = openSettingsDevice(*folder);
+    const auto root = openSettingsDevice(*folder);
     if (!root) {
-        return {nullptr, fail(ExitCode::badInput, root.error())};
+        return fail(ExitCode::badInput, root.error());
     }
     // A file that may not grow so large is an error like others from here on.
     desktop::cleanUpOnSignals();
-    return {std::move(*root)};
+    return work(*root);
+}
+
+ExitCode withLockedDevice(const Arguments& arguments, std::string_view command,
+                          const DeviceWork& work) {
+    return withDevice(arguments, command, [&](const DeviceRef& root) {
+        const auto lock = lockPreferences(*root);
+        return lock ? work(root) : fail(ExitCode::badInput, lock.error());
+    });
 }
 
 ExitCode tellProcesses(const desktop::DeviceRoot& root,
-                       const std::vector<Notification>& notifications) {
+                       const std::vector<std::string_view>& notifications) {
     ExitCode code = ExitCode::done;
-    for (const Notification notification : notifications) {
-        const std::string name(nameOf(notification));
+    for (const std::string_view notification : notifications) {
+        const std::string name(notification);
         const auto told = desktop::postToProcesses(root, name);
         if (!told) {
             code = fail(ExitCode::nothingFound,

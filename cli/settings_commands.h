@@ -3,10 +3,10 @@
 
 #include "cli/arguments.h"
 #include "cli/messages.h"
-#include "cli/notifications.h"
 #include "cli/settings_device.h"
 
 #include <array>
+#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -15,18 +15,20 @@ namespace velmoranth::cli {
 inline constexpr Option kSettingsRoot{"--root", "", "DIR", "the device"};
 inline constexpr std::array<Option, 1> kSettingsOptions{{kSettingsRoot}};
 
-// The device that is given as --root; nothing after a message, with the exit code for it.
-struct GivenDevice {
-    DeviceRef root;
-    ExitCode code = ExitCode::done;
-};
+using DeviceWork = std::function<ExitCode(const DeviceRef& root)>;
 
-[[nodiscard]] GivenDevice givenDevice(const Arguments& arguments, std::string_view command);
+// Does the work on the device that is given as --root; else a message, and the exit code for it.
+[[nodiscard]] ExitCode withDevice(const Arguments& arguments, std::string_view command,
+                                  const DeviceWork& work);
+
+// The same, while nobody else changes the device's preferences.
+[[nodiscard]] ExitCode withLockedDevice(const Arguments& arguments, std::string_view command,
+                                        const DeviceWork& work);
 
 // Posts each notification to the running processes of the device, and prints how many were told. A
 // process that cannot be told does not undo what was done.
-ExitCode tellProcesses(const desktop::DeviceRoot& root,
-                       const std::vector<Notification>& notifications);
+[[nodiscard]] ExitCode tellProcesses(const desktop::DeviceRoot& root,
+                                     const std::vector<std::string_view>& notifications);
 
 // A warning when the live preferences are a link, which writing replaces.
 void warnOfLink(const desktop::DeviceRoot& root);

@@ -3,14 +3,17 @@
 #include "cli/device_process.h"
 #include "cli/nearest.h"
 #include "cli/settings_commands.h"
+#include "core/preferences.h"
 #include "filemanager/velmoranth_file_manager.h"
 #include "platform/platform.h"
 
+#include <fmt/core.h>
+
 #include <array>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace velmoranth::cli {
@@ -33,8 +36,8 @@ std::string faultOf(const std::string& name) {
 }
 
 // The path of a saved copy on this machine, for a message.
-std::string placeOf(const DeviceRoot& root, const std::string& name) {
-    return shown(onThisMachine(root, pathOfSaved(name)));
+std::string placeOf(const DeviceRoot& root, std::string_view name) {
+    return shown(onThisMachine(root, core::savedCopyPath(name)));
 }
 
 // "; did you mean Night?" when such a copy is there.
@@ -62,18 +65,40 @@ std::string adviceFor(const DeviceRoot& root, const std::string& from, const std
     return "see who may write to " + shown(onThisMachine(root, kSavedFolder));
 }
 
-// Runs one operation of the settings panel. Nothing when it succeeded, else its alert's message.
-template <class Operation>
-std::optional<std::string> runInPanel(const DeviceRef& root, const Operation& operation) {
+// Does the work, while nobody else changes the preferences, when every name that is given is one.
+ExitCode withNames(const Arguments& arguments, std::string_view command, const DeviceWork& work) {
+    for (const std::string& name : arguments.positionals()) {
+        if (const std::string fault = faultOf(name); !fault.empty()) {
+            return fail(ExitCode::wrongUsage, fault);
+        }
+    }
+    return withLockedDevice(arguments, command, work);
+}
+
+// What is said of an operation on the saved copy `name`.
+struct Report {
+    std::string_view name;
+    std::string_view done;     // "deleted"
+    std::string_view notDone;  // "not deleted"
+};
+
+// Runs one operation of the settings panel, which takes a file from one place to another. The
+// reason of a failure is the panel's alert.
+ExitCode runInPanel(const DeviceRef& root, const Report& report, const std::string& from,
+                    const std::string& to, const std::function<bool()>& operation) {
     DeviceProcess process(root);
     if (operation()) {
-        return std::nullopt;
+        print(fmt::format("{}: {}\n", report.name, report.done));
+        return ExitCode::done;
     }
-    return process.takeAlert().value_or("no reason is given");
+    return fail(ExitCode::badInput,
+                fmt::format("{}: {}: {} {}", placeOf(*root, report.name), report.notDone,
+                            process.takeAlert().value_or("no reason is given"),
+                            adviceFor(*root, from, to)));
 }
 
 std::optional<ExitCode> refuseTaken(const DeviceRoot& root, const std::string& name) {
-    if (kindAt(root, pathOfSaved(name)) == ItemKind::none) {
+    if (kindAt(root, core::savedCopyPath(name)) == ItemKind::none) {
         return std::nullopt;
     }
     return fail(ExitCode::badInput, placeOf(root, name) + ": the name " + inQuotes(name) +
@@ -82,7 +107,7 @@ std::optional<ExitCode> refuseTaken(const DeviceRoot& root, const std::string& n
 }
 
 std::optional<ExitCode> refuseMissing(const DeviceRoot& root, const std::string& name) {
-    switch (kindAt(root, pathOfSaved(name))) {
+    switch (kindAt(root, core::savedCopyPath(name))) {
         case ItemKind::file:
         case ItemKind::link:
             return std::nullopt;
@@ -111,94 +136,52 @@ ExitCode save(const DeviceRef& root, const std::string& name) {
                                             "in the way; remove it with rm " +
                                             forShell(copy));
     }
-    const auto alert = runInPanel(
-        root, [&] { return VelmoranthFileManager::saveCurrentSettinginFolderWithName(name); });
-    if (!alert) {
-        print(name + ": saved\n");
-        return ExitCode::done;
-    }
-    const std::string advice = adviceFor(*root, kLivePreferences, pathOfSaved(name));
+    const ExitCode code =
+        runInPanel(root, {name, "saved", "not saved"}, kLivePreferences, core::savedCopyPath(name),
+                   [&] { return VelmoranthFileManager::saveCurrentSettinginFolderWithName(name); });
     // It was not there before, so it is this run's.
-    if (kindAt(*root, kStagingCopy) == ItemKind::file) {
+    if (code != ExitCode::done && kindAt(*root, kStagingCopy) == ItemKind::file) {
         const DeviceProcess process(root);
         platform::platform().fileManager.removeItemAtPath(kStagingCopy);
     }
-    return fail(ExitCode::badInput, placeOf(*root, name) + ": not saved: " + *alert + " " + advice);
+    return code;
 }
 
 ExitCode runSave(const Arguments& arguments) {
-    const std::string& name = arguments.positionals().front();
-    if (const std::string fault = faultOf(name); !fault.empty()) {
-        return fail(ExitCode::wrongUsage, fault);
-    }
-    const GivenDevice device = givenDevice(arguments, "settings save");
-    if (device.root == nullptr) {
-        return device.code;
-    }
-    const auto lock = lockPreferences(*device.root);
-    return lock ? save(device.root, name) : fail(ExitCode::badInput, lock.error());
+    return withNames(arguments, "settings save", [&](const DeviceRef& root) {
+        return save(root, arguments.positionals().front());
+    });
 }
 
 ExitCode runRename(const Arguments& arguments) {
-    const std::string& oldName = arguments.positionals()[0];
-    const std::string& newName = arguments.positionals()[1];
-    for (const std::string& name : {oldName, newName}) {
-        if (const std::string fault = faultOf(name); !fault.empty()) {
-            return fail(ExitCode::wrongUsage, fault);
+    return withNames(arguments, "settings rename", [&](const DeviceRef& root) {
+        const std::string& oldName = arguments.positionals()[0];
+        const std::string& newName = arguments.positionals()[1];
+        if (const auto refused = refuseMissing(*root, oldName)) {
+            return *refused;
         }
-    }
-    const GivenDevice device = givenDevice(arguments, "settings rename");
-    if (device.root == nullptr) {
-        return device.code;
-    }
-    const auto lock = lockPreferences(*device.root);
-    if (!lock) {
-        return fail(ExitCode::badInput, lock.error());
-    }
-    if (const auto refused = refuseMissing(*device.root, oldName)) {
-        return *refused;
-    }
-    if (const auto refused = refuseTaken(*device.root, newName)) {
-        return *refused;
-    }
-    const std::string from = pathOfSaved(oldName);
-    const std::string to = pathOfSaved(newName);
-    const auto alert =
-        runInPanel(device.root, [&] { return VelmoranthFileManager::renameFileFromTo(from, to); });
-    if (alert) {
-        return fail(ExitCode::badInput, placeOf(*device.root, oldName) + ": not renamed: " +
-                                            *alert + " " + adviceFor(*device.root, from, to));
-    }
-    print(oldName + ": " + newName + " from now on\n");
-    return ExitCode::done;
+        if (const auto refused = refuseTaken(*root, newName)) {
+            return *refused;
+        }
+        const std::string from = core::savedCopyPath(oldName);
+        const std::string to = core::savedCopyPath(newName);
+        return runInPanel(root, {oldName, newName + " from now on", "not renamed"}, from, to,
+                          [&] { return VelmoranthFileManager::renameFileFromTo(from, to); });
+    });
 }
 
 ExitCode runDelete(const Arguments& arguments) {
-    const std::string& name = arguments.positionals().front();
-    if (const std::string fault = faultOf(name); !fault.empty()) {
-        return fail(ExitCode::wrongUsage, fault);
-    }
-    const GivenDevice device = givenDevice(arguments, "settings delete");
-    if (device.root == nullptr) {
-        return device.code;
-    }
-    const auto lock = lockPreferences(*device.root);
-    if (!lock) {
-        return fail(ExitCode::badInput, lock.error());
-    }
-    if (const auto refused = refuseMissing(*device.root, name)) {
-        return *refused;
-    }
-    const std::string path = pathOfSaved(name);
-    const auto alert = runInPanel(device.root, [&] {
-        return VelmoranthFileManager::deleteFileFromDeviceFromDir(path, std::string(kSavedFolder));
+    return withNames(arguments, "settings delete", [&](const DeviceRef& root) {
+        const std::string& name = arguments.positionals().front();
+        if (const auto refused = refuseMissing(*root, name)) {
+            return *refused;
+        }
+        const std::string path = core::savedCopyPath(name);
+        return runInPanel(root, {name, "deleted", "not deleted"}, path, path, [&] {
+            return VelmoranthFileManager::deleteFileFromDeviceFromDir(path,
+                                                                      std::string(kSavedFolder));
+        });
     });
-    if (alert) {
-        return fail(ExitCode::badInput, placeOf(*device.root, name) + ": not deleted: " + *alert +
-                                            " " + adviceFor(*device.root, path, path));
-    }
-    print(name + ": deleted\n");
-    return ExitCode::done;
 }
 
 // --- restore
@@ -244,30 +227,19 @@ ExitCode restore(const DeviceRef& root, const std::string& source, const std::st
 }
 
 ExitCode runRestore(const Arguments& arguments) {
-    const std::vector<std::string>& names = arguments.positionals();
-    if (!names.empty()) {
-        if (const std::string fault = faultOf(names.front()); !fault.empty()) {
-            return fail(ExitCode::wrongUsage, fault);
+    return withNames(arguments, "settings restore", [&](const DeviceRef& root) {
+        std::string source = kFactoryPreferences;
+        std::string what = "factory preferences";
+        if (!arguments.positionals().empty()) {
+            what = arguments.positionals().front();
+            source = core::savedCopyPath(what);
+            if (const auto refused = refuseMissing(*root, what)) {
+                return *refused;
+            }
         }
-    }
-    const GivenDevice device = givenDevice(arguments, "settings restore");
-    if (device.root == nullptr) {
-        return device.code;
-    }
-    const auto lock = lockPreferences(*device.root);
-    if (!lock) {
-        return fail(ExitCode::badInput, lock.error());
-    }
-    if (!names.empty()) {
-        if (const auto refused = refuseMissing(*device.root, names.front())) {
-            return *refused;
-        }
-    }
-    const ExitCode code = names.empty()
-                              ? restore(device.root, kFactoryPreferences, "factory preferences")
-                              : restore(device.root, pathOfSaved(names.front()), names.front());
-    return code == ExitCode::done ? tellProcesses(*device.root, {Notification::themeChanged})
-                                  : code;
+        const ExitCode code = restore(root, source, what);
+        return code == ExitCode::done ? tellProcesses(*root, {core::kThemeChangedNotice}) : code;
+    });
 }
 
 constexpr std::array<std::string_view, 1> kSaveExamples{

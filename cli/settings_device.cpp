@@ -29,19 +29,11 @@ namespace {
 constexpr std::chrono::seconds kLongestWait{5};
 constexpr std::chrono::milliseconds kBetweenTries{20};
 
-constexpr std::string_view kBeforeName = " ";
-constexpr std::string_view kBehindName = " com.qor.velmoranthprefs.plist";
-
 struct CloseFolder {
     void operator()(DIR* folder) const { ::closedir(folder); }
 };
 
 }  // namespace
-
-std::string pathOfSaved(std::string_view name) {
-    return std::string(kSavedFolder) + "/" + std::string(kBeforeName) + std::string(name) +
-           std::string(kBehindName);
-}
 
 std::string onThisMachine(const DeviceRoot& root, std::string_view devicePath) {
     std::string folder = root.hostFolder();
@@ -83,29 +75,37 @@ ItemKind kindAt(const DeviceRoot& root, const std::string& devicePath) {
                                      : ItemKind::other;
 }
 
-std::vector<std::string> savedNames(const DeviceRoot& root) {
+std::vector<std::string> namesIn(const DeviceRoot& root, const std::string& devicePath) {
     std::vector<std::string> names;
-    Descriptor folder(root.openFile(kSavedFolder, O_RDONLY | O_DIRECTORY));
+    Descriptor folder(root.openFile(devicePath, O_RDONLY | O_DIRECTORY));
     const std::unique_ptr<DIR, CloseFolder> stream(folder.isOpen() ? ::fdopendir(folder.get())
                                                                    : nullptr);
-    if (stream == nullptr) {
-        return names;
-    }
-    static_cast<void>(folder.release());  // the stream closes it
-    while (const dirent* const entry = ::readdir(stream.get())) {
-        const std::string_view file = static_cast<const char*>(entry->d_name);
-        if (file.size() <= kBeforeName.size() + kBehindName.size() ||
-            !file.starts_with(kBeforeName) || !file.ends_with(kBehindName)) {
-            continue;
-        }
-        const std::string name(
-            file.substr(kBeforeName.size(), file.size() - kBeforeName.size() - kBehindName.size()));
-        const ItemKind kind = kindAt(root, pathOfSaved(name));
-        if (kind == ItemKind::file || kind == ItemKind::link) {
-            names.push_back(name);
+    if (stream != nullptr) {
+        static_cast<void>(folder.release());  // the stream closes it
+        while (const dirent* const entry = ::readdir(stream.get())) {
+            names.emplace_back(static_cast<const char*>(entry->d_name));
         }
     }
     std::sort(names.begin(), names.end());
+    return names;
+}
+
+std::vector<std::string> savedNames(const DeviceRoot& root) {
+    const std::string before = " ";
+    const std::string behind = before + core::kPreferencesFileName;
+    std::vector<std::string> names;
+    for (const std::string& file : namesIn(root, kSavedFolder)) {
+        if (file.size() <= before.size() + behind.size() || !file.starts_with(before) ||
+            !file.ends_with(behind)) {
+            continue;
+        }
+        const ItemKind kind = kindAt(root, std::string(kSavedFolder) + "/" + file);
+        if (kind == ItemKind::file || kind == ItemKind::link) {
+            names.push_back(
+                file.substr(before.size(), file.size() - before.size() - behind.size()));
+        }
+    }
+    std::sort(names.begin(), names.end());  // by the names alone
     return names;
 }
 

@@ -2,7 +2,7 @@
 // has saved under names.
 #pragma once
 
-#include "core/settings.h"
+#include "core/preferences.h"
 #include "desktop/files/device_root.h"
 #include "desktop/files/file_calls.h"
 #include "desktop/result/result.h"
@@ -18,16 +18,10 @@ namespace velmoranth::cli {
 
 // Device paths, as the engine has them.
 inline constexpr const char* kLivePreferences = core::kPreferencesPath;
-inline constexpr const char* kLiveFolder = "/User/Library/Preferences";
-inline constexpr const char* kFactoryPreferences =
-    "/User/Library/VelMoranth/DefaultSettings/com.qor.velmoranthprefs.plist";
-inline constexpr const char* kSavedFolder = "/User/Library/VelMoranth/UserSettings";
-// What a copy is for a moment while it is saved.
-inline constexpr const char* kStagingCopy =
-    "/User/Library/VelMoranth/UserSettings/com.qor.velmoranthprefs.plist";
-
-// A blank before and after the name belong to it.
-[[nodiscard]] std::string pathOfSaved(std::string_view name);
+inline constexpr const char* kLiveFolder = core::kPreferencesFolder;
+using core::kFactoryPreferences;
+using core::kSavedFolder;
+using core::kStagingCopy;
 
 using DeviceRef = std::shared_ptr<desktop::DeviceRoot>;
 
@@ -42,6 +36,10 @@ enum class ItemKind { none, file, folder, link, other };
 
 // What is at the path itself, a link in its place not followed.
 [[nodiscard]] ItemKind kindAt(const desktop::DeviceRoot& root, const std::string& devicePath);
+
+// The names of what lies in a folder, in order; none when it cannot be read.
+[[nodiscard]] std::vector<std::string> namesIn(const desktop::DeviceRoot& root,
+                                               const std::string& devicePath);
 
 // The names of the saved copies, in order.
 [[nodiscard]] std::vector<std::string> savedNames(const desktop::DeviceRoot& root);

@@ -13,13 +13,8 @@
 
 namespace velmoranth::cli {
 
-// What "KEY=VALUE" words ask for, in the order of the first mention of each key.
-struct Assignment {
-    const PreferenceKey* key;
-    platform::PropertyList value;
-};
-
-// All of them or the first problem. ActiveThemes may be given several times; its names are
+// What "KEY=VALUE" words ask for, in the order of the first mention of each key; or the first
+// problem. ActiveThemes may be given several times; its names are
 // appended. Every other key goes once.
 [[nodiscard]] desktop::Result<std::vector<Assignment>> parseAssignments(
     std::span<const std::string> words);
@@ -30,10 +25,10 @@ struct Assignment {
 
 // What the engine makes of the value of such a key (null: it is not set), in the words in which
 // `settings set` takes it: "yes", "2.5", "A.theme,B.theme".
-[[nodiscard]] std::string takenValue(PreferenceKind kind, const platform::PropertyList* value);
+[[nodiscard]] std::string takenValue(SettingKind kind, const platform::PropertyList* value);
 
 // Whether the value is of a kind that `settings set` writes for such a key.
-[[nodiscard]] bool isOfKind(PreferenceKind kind, const platform::PropertyList& value);
+[[nodiscard]] bool isOfKind(SettingKind kind, const platform::PropertyList& value);
 
 // "a text (on)": what a value is, for one that is not of its key's kind; one line, of any length.
 [[nodiscard]] std::string describedValue(const platform::PropertyList& value);
@@ -41,7 +36,7 @@ struct Assignment {
 // As text in JSON: {"key", "type", "set", "value", "taken", "summary"}; the value as the file has
 // it, dates and data in words, and what the engine takes. `type` is null for a key that the system
 // does not know, and there is no "taken" then.
-[[nodiscard]] std::string settingAsJson(std::string_view name, const PreferenceKey* key,
+[[nodiscard]] std::string settingAsJson(std::string_view name, const SettingRow* setting,
                                         const platform::PropertyList* value);
 
 // {"settings", "other", "saved"}: every key that the system knows, the others of the file, and the
@@ -51,8 +46,5 @@ struct Assignment {
 
 // The keys that the system does not know, in order.
 [[nodiscard]] std::vector<std::string> otherKeys(const platform::Dictionary& preferences);
-
-// "yesOrNo", "number", "themes".
-[[nodiscard]] std::string_view nameOf(PreferenceKind kind);
 
 }  // namespace velmoranth::cli

@@ -110,13 +110,13 @@ Result<ThemeFolder> findTheme(const std::string& path) {
 Result<void> writePreferences(const desktop::DeviceRoot& root,
                               const platform::Dictionary& preferences) {
     const platform::Data bytes = desktop::writeXmlPropertyList(platform::PropertyList(preferences));
-    const desktop::Descriptor file(
-        root.openFile(kPreferencesFile, O_WRONLY | O_CREAT | O_TRUNC, 0644));
+    const std::string path = withoutLink(core::kPreferencesPath);
+    const desktop::Descriptor file(root.openFile(path, O_WRONLY | O_CREAT | O_TRUNC, 0644));
     const int error = file.isOpen() ? desktop::writeWhole(desktop::FileCalls(), file.get(),
                                                           bytes.data(), bytes.size())
                                     : errno;
     if (error != 0) {
-        return tl::unexpected(desktop::problemOfErrno(error, root.hostFolder() + kPreferencesFile));
+        return tl::unexpected(desktop::problemOfErrno(error, root.hostFolder() + path));
     }
     return {};
 }

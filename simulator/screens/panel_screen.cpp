@@ -1,5 +1,7 @@
 #include "simulator/screens/panel_screen.h"
 
+#include "core/preferences.h"
+#include "core/setting_rows.h"
 #include "desktop/views/view_controllers.h"
 #include "platform/foundation.h"
 #include "platform/platform.h"
@@ -12,7 +14,9 @@
 #include "simulator/toolkit/switch_view.h"
 #include "simulator/toolkit/view_kit.h"
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <span>
@@ -30,10 +34,6 @@ using platform::Rect;
 using platform::ViewRef;
 
 constexpr const char* kFileManager = "VelmoranthFileManager";
-constexpr const char* kPreferences = "/User/Library/Preferences/com.qor.velmoranthprefs.plist";
-constexpr const char* kSavedFolder = "/User/Library/VelMoranth/UserSettings";
-constexpr const char* kSavedSuffix = " com.qor.velmoranthprefs.plist";
-constexpr const char* kSavedName = "Night";
 constexpr const char* kSuccessImage = "/var/tmp/velmoranth-success.png";
 
 // The success image's side when it has grown, points.
@@ -50,31 +50,42 @@ constexpr double kTextSize = 17;
 constexpr double kHeaderSize = 13;
 constexpr Color kHeaderText{109.0 / 255, 109.0 / 255, 114.0 / 255, 1};
 
+// A row that does something, or, with the key of a setting, one with a switch.
 struct Row {
     std::string_view title;
-    std::string_view key = {};  // of the preferences file, for a row with a switch
+    std::string_view key = {};
     std::optional<PanelTask> task = {};
 };
 
 struct Group {
     std::string_view header;  // "" for none
-    std::span<const Row> rows;
+    std::span<const core::SettingRow> switches = {};
+    std::span<const Row> tasks = {};
+
+    [[nodiscard]] std::size_t rowCount() const { return switches.size() + tasks.size(); }
 };
 
-constexpr std::array kMain{Row{"Theming", "enable"}};
+// The settings from one key to another.
+consteval std::span<const core::SettingRow> switches(std::string_view first,
+                                                     std::string_view last) {
+    const auto indexOf = [](std::string_view key) {
+        std::size_t index = 0;
+        while (core::kSettingRows.at(index).key != key) {
+            ++index;
+        }
+        return index;
+    };
+    return std::span(core::kSettingRows)
+        .subspan(indexOf(first), indexOf(last) + 1 - indexOf(first));
+}
+
 constexpr std::array kTasks{Row{"Apply Settings", "", PanelTask::applySettings},
                             Row{"Delete “Night”", "", PanelTask::deleteSettings}};
-constexpr std::array kIcons{Row{"Icon Mask", "enableIconMask"}, Row{"Overlay", "enableOverlay"},
-                            Row{"Shadow Image", "enableShadow"},
-                            Row{"Dynamic Shadow", "dynamicShadow"}};
-constexpr std::array kHidden{Row{"Dock Background", "removeDock"},
-                             Row{"Folder Backgrounds", "removeFolderBG"},
-                             Row{"Icon Labels", "removeLabels"}, Row{"Badges", "removeIconBadges"},
-                             Row{"Page Dots", "removePageDots"}};
-constexpr std::array kTools{Row{"Logging", "enableLogging"}, Row{"Image Dump", "enableImageDump"}};
-constexpr std::array kGroups{Group{"", kMain}, Group{"SAVED SETTINGS", kTasks},
-                             Group{"ICONS", kIcons}, Group{"HIDE", kHidden},
-                             Group{"DIAGNOSTICS", kTools}};
+constexpr std::array kGroups{Group{"", switches("enable", "enable")},
+                             Group{"SAVED SETTINGS", {}, kTasks},
+                             Group{"ICONS", switches("enableIconMask", "dynamicShadow")},
+                             Group{"HIDE", switches("removeDock", "removePageDots")},
+                             Group{"DIAGNOSTICS", switches("enableLogging", "enableImageDump")}};
 
 // The panel's part of the screen: beside the settings app's list on a pad.
 Rect panelFrame(const DeviceConfiguration& device) {
@@ -92,9 +103,13 @@ void forEachRow(const DeviceConfiguration& device,
     for (const Group& group : kGroups) {
         y += kGroupGap + (group.header.empty() ? 0 : kHeaderGap);
         onGroup(group, y);
-        for (const Row& row : group.rows) {
+        const auto add = [&](const Row& row) {
             onRow(row, {{0, y}, {width, kRowHeight}});
             y += kRowHeight;
+        };
+        std::for_each(group.tasks.begin(), group.tasks.end(), add);
+        for (const core::SettingRow& setting : group.switches) {
+            add({setting.title, setting.key});
         }
     }
 }
@@ -107,8 +122,8 @@ class Builder {
           images_(images),
           ask_(context.runtime, context.toolkit),
           colors_(appColors(context.device.system)),
-          preferences_(
-              platform::platform().propertyLists.dictionaryWithContentsOfFile(kPreferences)) {}
+          preferences_(platform::platform().propertyLists.dictionaryWithContentsOfFile(
+              core::kPreferencesPath)) {}
 
     void build() const {
         const Rect frame = panelFrame(context_.device);
@@ -168,11 +183,11 @@ class Builder {
                 std::string(group.header), textStyle(kHeaderSize, kHeaderText),
                 {{kMargin, top - kHeaderHeight - 3}, {width - 2 * kMargin, kHeaderHeight}}));
         }
-        const double height = kRowHeight * static_cast<double>(group.rows.size());
+        const double height = kRowHeight * static_cast<double>(group.rowCount());
         const ViewRef card = makeBox({{0, top}, {width, height}}, colors_.card);
         panel.addSubview(card);
-        for (std::size_t i = 0; i <= group.rows.size(); ++i) {
-            const bool isEdge = i == 0 || i == group.rows.size();
+        for (std::size_t i = 0; i <= group.rowCount(); ++i) {
+            const bool isEdge = i == 0 || i == group.rowCount();
             const double y = kRowHeight * static_cast<double>(i);
             card->addSubview(
                 makeBox({{isEdge ? 0 : kMargin, i == 0 ? 0 : y - hairline()}, {width, hairline()}},
@@ -215,8 +230,7 @@ std::string missingSettings() {
     std::string path;
     int number = 1;
     do {
-        path = std::string(kSavedFolder) + "/ " + kSavedName +
-               (number == 1 ? "" : " " + std::to_string(number)) + kSavedSuffix;
+        path = core::savedCopyPath(number == 1 ? "Night" : "Night " + std::to_string(number));
         ++number;
     } while (platform::platform().fileManager.fileExistsAtPath(path));
     return path;
@@ -260,7 +274,7 @@ void PanelScreen::perform(PanelTask task) {
 
 void PanelScreen::deleteSettings() const {
     context().runtime.sendToClass<bool, NullableString, NullableString>(
-        kFileManager, "deleteFileFromDevice:fromDir:", missingSettings(), kSavedFolder);
+        kFileManager, "deleteFileFromDevice:fromDir:", missingSettings(), core::kSavedFolder);
 }
 
 void PanelScreen::applySettings() const {

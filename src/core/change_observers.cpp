@@ -1,6 +1,7 @@
 #include "core/change_observers.h"
 
 #include "core/format.h"
+#include "core/preferences.h"
 #include "core/settings.h"
 #include "core/theme_change.h"
 #include "platform/platform.h"
@@ -21,10 +22,10 @@ struct Observer {
 
 // In the order of registration.
 constexpr std::array<Observer, 4> kObservers{{
-    {"com.qor.velmoranthprefs.prefs", PreferencesChangedCallback},
-    {"com.qor.velmoranththemechanged.prefs", ThemePreferencesChangedCallback},
-    {"com.qor.velmoranthdevelopingprefs.prefs", DevelopingPrefsChangedNotification},
-    {"com.qor.velmoranthcompileassets.prefs", CompileAssetsCallback},
+    {kPreferencesNotice, PreferencesChangedCallback},
+    {kThemeChangedNotice, ThemePreferencesChangedCallback},
+    {kDevelopingNotice, DevelopingPrefsChangedNotification},
+    {kCompileAssetsNotice, CompileAssetsCallback},
 }};
 
 }  // namespace

@@ -1,12 +1,13 @@
 #include "core/settings.h"
 
+#include "core/preferences.h"
+#include "core/setting_rows.h"
 #include "platform/platform.h"
 
 #include <array>
 #include <atomic>
 #include <string_view>
 #include <utility>
-#include <variant>
 
 namespace velmoranth::core {
 namespace {
@@ -25,49 +26,34 @@ State& state() {
     return instance;
 }
 
-// A key that is read and kept nowhere: changing it has no effect through the record.
-using Discarded = std::monostate;
-
+// What is read of a row.
 struct Key {
     std::string_view name;
-    std::variant<Discarded, bool Settings::*, float Settings::*> member;
+    SettingMember member;
 };
 
 // In the order in which they are read.
-constexpr std::array<Key, 20> kKeys{{
-    {"enableImageDump", Discarded{}},
-    {"enableLogging", &Settings::enableLogging},
-    {"enable", &Settings::enable},
-    {"enableIconMask", &Settings::enableIconMask},
-    {"enableOverlay", &Settings::enableOverlay},
-    {"enableShadow", &Settings::enableShadow},
-    {"dynamicShadow", &Settings::dynamicShadow},
-    {"removeDock", &Settings::removeDock},
-    {"removeFolderBG", &Settings::removeFolderBG},
-    {"removeLabels", &Settings::removeLabels},
-    {"removeIconBadges", &Settings::removeIconBadges},
-    {"removePageDots", &Settings::removePageDots},
-    {"shadowRadiusVal", &Settings::shadowRadiusVal},
-    {"opacityVal", &Settings::opacityVal},
-    {"xAxisVal", &Settings::xAxisVal},
-    {"yAxisVal", &Settings::yAxisVal},
-    {"shadowWidthVal", &Settings::shadowWidthVal},
-    {"shadowHeightVal", &Settings::shadowHeightVal},
-    {"iconReflection", Discarded{}},
-    {"moreDockIcons", Discarded{}},
-}};
+constexpr auto kKeys = [] {
+    std::array<Key, kSettingRows.size() - 1> keys;
+    for (const SettingRow& row : kSettingRows) {
+        if (row.readAs != 0) {
+            keys.at(row.readAs - 1) = {row.key, row.member};
+        }
+    }
+    return keys;
+}();
 
 void readKey(const Key& key, const Dictionary& store, Settings& record) {
     const platform::PropertyList* value = platform::objectForKey(store, key.name);
-    if (const auto* flag = std::get_if<bool Settings::*>(&key.member)) {
-        record.*(*flag) = platform::boolValue(value);
-    } else if (const auto* number = std::get_if<float Settings::*>(&key.member)) {
-        record.*(*number) = platform::floatValue(value);
+    if (key.member.flag != nullptr) {
+        record.*key.member.flag = platform::boolValue(value);
+    } else if (key.member.number != nullptr) {
+        record.*key.member.number = platform::floatValue(value);
     }
 }
 
-// The lookups' reading of the file; nothing when it gave nothing.
-std::optional<Dictionary> readLookupStore() {
+// What the file holds; nothing when it gave nothing.
+std::optional<Dictionary> readPreferences() {
     return platform::platform().propertyLists.dictionaryWithContentsOfFile(kPreferencesPath);
 }
 
@@ -84,8 +70,7 @@ const Dictionary& SettingsStore() {
 }
 
 void loadSettings() {
-    std::optional<Dictionary> read =
-        platform::platform().propertyLists.dictionaryWithContentsOfFile(kPreferencesPath);
+    std::optional<Dictionary> read = readPreferences();
     if (!read) {
         state().store.clear();
         return;
@@ -105,14 +90,14 @@ bool lookupImageDump() {
 }
 
 void refreshLookupSwitches() {
-    if (const std::optional<Dictionary> store = readLookupStore()) {
+    if (const std::optional<Dictionary> store = readPreferences()) {
         state().lookupImageDump = isOn(*store, "enableImageDump");
         state().lookupLogging = isOn(*store, "enableLogging");
     }
 }
 
 void refreshLookupLogging() {
-    if (const std::optional<Dictionary> store = readLookupStore()) {
+    if (const std::optional<Dictionary> store = readPreferences()) {
         state().lookupLogging = isOn(*store, "enableLogging");
     }
 }

@@ -11,10 +11,6 @@
 
 namespace velmoranth::core {
 
-// The preferences file.
-inline constexpr const char* kPreferencesPath =
-    "/User/Library/Preferences/com.qor.velmoranthprefs.plist";
-
 // One member a key of the preferences file, under the key's own name.
 struct Settings {
     bool enableLogging = false;     // diagnostic lines in the system log

@@ -1,6 +1,7 @@
 #include "filemanager/velmoranth_file_manager.h"
 
 #include "core/format.h"
+#include "core/preferences.h"
 #include "platform/platform.h"
 
 #include <cstdint>
@@ -19,11 +20,6 @@ using platform::Rect;
 namespace {
 
 constexpr const char* kClassName = "VelmoranthFileManager";
-constexpr const char* kFactoryPreferences =
-    "/User/Library/VelMoranth/DefaultSettings/com.qor.velmoranthprefs.plist";
-constexpr const char* kPreferencesFolder = "/User/Library/Preferences";
-constexpr const char* kSavedFolder = "/User/Library/VelMoranth/UserSettings";
-constexpr const char* kPreferencesFile = "com.qor.velmoranthprefs.plist";
 constexpr unsigned kOpenMode = 0777;
 
 // The success image, points: it grows from nothing at a point left of and above the middle of the
@@ -46,10 +42,6 @@ struct State {
 State& state() {
     static State instance;
     return instance;
-}
-
-std::string livePreferences() {
-    return stringWithFormat("/User/Library/Preferences/%@", std::string(kPreferencesFile));
 }
 
 std::string pathOf(const NullableString& string) {
@@ -129,13 +121,13 @@ VelmoranthFileManagerRef VelmoranthFileManager::sharedFileManager() {
 }
 
 void VelmoranthFileManager::NoUserSettingCreateThemeNow() {
-    const std::string factory = kFactoryPreferences;
-    const std::string live = livePreferences();
-    openUp(kPreferencesFolder);
+    const std::string factory = core::kFactoryPreferences;
+    const std::string live = core::kPreferencesPath;
+    openUp(core::kPreferencesFolder);
     Failure failure = platform().fileManager.copyItemAtPathToPath(factory, live);
     if (!failure) {
         // The file is moved onto its own path; that fails on the platform, and is logged.
-        failure = platform().fileManager.moveItemAtPathToPath(live, livePreferences());
+        failure = platform().fileManager.moveItemAtPathToPath(live, live);
     }
     if (failure) {
         NSLog("Velmoranth Failed to move '%@' to '%@': %@", factory, live,
@@ -144,16 +136,13 @@ void VelmoranthFileManager::NoUserSettingCreateThemeNow() {
 }
 
 bool VelmoranthFileManager::saveCurrentSettinginFolderWithName(const NullableString& name) {
-    openUp(kSavedFolder);
-    const std::string live = livePreferences();
-    const std::string staging =
-        stringWithFormat("/User/Library/VelMoranth/UserSettings/%@", std::string(kPreferencesFile));
+    openUp(core::kSavedFolder);
+    const std::string live = core::kPreferencesPath;
+    const std::string staging = core::kStagingCopy;
     if (!succeeded(platform().fileManager.copyItemAtPathToPath(live, staging))) {
         return false;
     }
-    // The blanks belong to the name of a saved file.
-    const std::string saved = stringWithFormat("/User/Library/VelMoranth/UserSettings/ %@ %@", name,
-                                               std::string(kPreferencesFile));
+    const std::string saved = core::savedCopyPath(stringWithFormat("%@", name));
     const Failure failure = platform().fileManager.moveItemAtPathToPath(staging, saved);
     if (!succeeded(failure)) {
         NSLog("Velmoranth Failed to move '%@' to '%@': %@", live, staging,

@@ -1,7 +1,7 @@
 #include "theme/theme_selection.h"
 
 #include "core/format.h"
-#include "core/settings.h"
+#include "core/preferences.h"
 #include "platform/platform.h"
 
 namespace velmoranth::theme {

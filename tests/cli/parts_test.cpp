@@ -9,6 +9,7 @@
 #include <stdlib.h>  // NOLINT(modernize-deprecated-headers): setenv() is POSIX's
 
 #include <array>
+#include <optional>
 #include <string>
 
 namespace velmoranth::cli {
@@ -29,24 +30,24 @@ TEST(Nearest, CountsLettersInsertedRemovedExchangedAndSwapped) {
 }
 
 TEST(Preferences, ValuesHaveTheTypeOfTheirKey) {
-    platform::Dictionary preferences = previewPreferences({"A", "B"});
+    const platform::Dictionary preferences = previewPreferences({"A", "B"});
     EXPECT_EQ(preferences,
               (platform::Dictionary{{"ActiveThemes", platform::PropertyList::Array{"A", "B"}},
                                     {"enable", true},
                                     {"enableIconMask", true},
                                     {"enableOverlay", true}}));
-    for (const char* const yes : {"yes", "true", "on", "1"}) {
-        ASSERT_TRUE(setPreference(preferences, std::string("removeDock=") + yes));
-        EXPECT_EQ(preferences.at("removeDock"), platform::PropertyList(true)) << yes;
+    const auto valueOf = [](const std::string& assignment) {
+        const auto parsed = parseAssignment(assignment, {"--set", "", "help", kPreviewSettings});
+        return parsed ? std::optional(parsed->value) : std::nullopt;
+    };
+    for (const std::string yes : {"yes", "true", "on", "1"}) {
+        EXPECT_EQ(valueOf("removeDock=" + yes), platform::PropertyList(true)) << yes;
     }
-    for (const char* const no : {"no", "false", "off", "0"}) {
-        ASSERT_TRUE(setPreference(preferences, std::string("enable=") + no));
-        EXPECT_EQ(preferences.at("enable"), platform::PropertyList(false)) << no;
-        preferences.insert_or_assign("enable", true);
+    for (const std::string no : {"no", "false", "off", "0"}) {
+        EXPECT_EQ(valueOf("enable=" + no), platform::PropertyList(false)) << no;
     }
-    ASSERT_TRUE(setPreference(preferences, "yAxisVal=-2.5"));
-    EXPECT_EQ(preferences.at("yAxisVal"), platform::PropertyList(-2.5));
-    EXPECT_FALSE(setPreference(preferences, "ActiveThemes=C"));
+    EXPECT_EQ(valueOf("yAxisVal=-2.5"), platform::PropertyList(-2.5));
+    EXPECT_EQ(valueOf("ActiveThemes=C"), std::nullopt);
 }
 
 TEST(PreviewDate, IsInTheTimeZoneOfTheMachine) {

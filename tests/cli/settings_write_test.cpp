@@ -213,7 +213,7 @@ TEST(WrittenPreferences, NamesWhatComesBackDifferent) {
 }
 
 TEST(SettingsDevice, PathsAreThoseOfThePanel) {
-    EXPECT_EQ(pathOfSaved("Night"),
+    EXPECT_EQ(core::savedCopyPath("Night"),
               "/User/Library/VelMoranth/UserSettings/ Night com.qor.velmoranthprefs.plist");
 }
 

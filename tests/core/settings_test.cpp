@@ -1,5 +1,7 @@
 #include "core/settings.h"
 
+#include "core/preferences.h"
+
 #include "tests/support/test_device.h"
 
 #include <gtest/gtest.h>

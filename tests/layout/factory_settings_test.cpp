@@ -1,5 +1,5 @@
 // The factory preferences and the calendar's settings, as the system takes them.
-#include "cli/preferences.h"
+#include "core/setting_rows.h"
 #include "core/settings.h"
 #include "core/velmoranth.h"
 #include "desktop/plist/property_lists.h"
@@ -74,16 +74,16 @@ TEST(FactorySettings, NameEveryKeyWithAValueOfItsKind) {
     ASSERT_NE(themes, nullptr);
     ASSERT_NE(themes->as<platform::PropertyList::Array>(), nullptr);
     EXPECT_TRUE(themes->as<platform::PropertyList::Array>()->empty());
-    for (const cli::PreferenceKey& key : cli::preferenceKeys()) {
-        if (key.name == "ActiveThemes") {
+    for (const core::SettingRow& row : core::kSettingRows) {
+        if (row.kind() == core::SettingKind::themes) {
             continue;
         }
-        const platform::PropertyList* const value = platform::objectForKey(factory, key.name);
-        ASSERT_NE(value, nullptr) << key.name;
-        EXPECT_EQ(value->as<bool>() != nullptr, key.kind == cli::PreferenceKind::yesOrNo)
-            << key.name;
-        EXPECT_EQ(value->as<double>() != nullptr, key.kind == cli::PreferenceKind::number)
-            << key.name;
+        const platform::PropertyList* const value = platform::objectForKey(factory, row.key);
+        ASSERT_NE(value, nullptr) << row.key;
+        EXPECT_EQ(value->as<bool>() != nullptr, row.kind() == core::SettingKind::yesOrNo)
+            << row.key;
+        EXPECT_EQ(value->as<double>() != nullptr, row.kind() == core::SettingKind::number)
+            << row.key;
     }
     EXPECT_EQ(factory.size(), 21U);
 }
