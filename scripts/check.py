@@ -230,10 +230,10 @@ def cmake_packages(text):
 def check_packages():
     listed = [line.strip() for line in (ROOT / "scripts/debian-packages.txt").read_text().splitlines()
               if line.strip() and not line.startswith("#")]
-    explained = re.findall(r"^\| `([^`]+)` \|", (ROOT / "docs/dependencies.md").read_text(), re.MULTILINE)
+    explained = re.findall(r"^\| `([^`]+)` \|", (ROOT / "docs/developers/dependencies.md").read_text(), re.MULTILINE)
     problems = [f"{name}: listed more than once" for name in sorted(set(listed)) if listed.count(name) > 1]
-    problems += [f"{name}: no row in docs/dependencies.md" for name in listed if name not in explained]
-    problems += [f"{name}: a row in docs/dependencies.md, but not in scripts/debian-packages.txt"
+    problems += [f"{name}: no row in docs/developers/dependencies.md" for name in listed if name not in explained]
+    problems += [f"{name}: a row in docs/developers/dependencies.md, but not in scripts/debian-packages.txt"
                  for name in explained if name not in listed]
     for path in [ROOT / "CMakeLists.txt", *files(TOP_FOLDERS, {".txt", ".cmake"})]:
         if path.name != "CMakeLists.txt" and path.suffix != ".cmake":

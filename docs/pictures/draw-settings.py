@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Draws the pictures of docs/settings.md: for each setting the same piece of the example theme's
+"""Draws the pictures of docs/themes/settings.md: for each setting the same piece of the example theme's
 home screen with one value and with another, the settings panel, and an open folder. Needs
 build/velmoranth (./dev build) and Debian's python3-cairo.
 
