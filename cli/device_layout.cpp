@@ -1,6 +1,6 @@
 #include "cli/device_layout.h"
 
-#include "simulator/loader.h"
+#include "simulator/process/loader.h"
 
 #include <array>
 #include <string>

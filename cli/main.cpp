@@ -1,5 +1,5 @@
 #include "cli/command_line.h"
-#include "simulator/launcher.h"
+#include "simulator/process/launcher.h"
 
 #include <string>
 #include <vector>

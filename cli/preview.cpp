@@ -10,7 +10,7 @@
 #include "cli/preview_steps.h"
 #include "cli/throw_away_device.h"
 #include "desktop/files/cleanup.h"
-#include "simulator/launcher.h"
+#include "simulator/process/launcher.h"
 
 #include <fcntl.h>
 #include <fmt/core.h>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "desktop/result/result.h"
-#include "simulator/launcher.h"
+#include "simulator/process/launcher.h"
 
 #include <functional>
 #include <string>

@@ -3,7 +3,7 @@
 
 #include "cli/arguments.h"
 #include "desktop/result/result.h"
-#include "simulator/launcher.h"
+#include "simulator/process/launcher.h"
 
 #include <string>
 

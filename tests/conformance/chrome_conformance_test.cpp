@@ -6,7 +6,7 @@
 #include "desktop/imaging/graphics_context.h"
 #include "desktop/plist/property_lists.h"
 #include "simulator/artwork/artwork.h"
-#include "simulator/launcher.h"
+#include "simulator/process/launcher.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>

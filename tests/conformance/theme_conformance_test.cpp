@@ -6,7 +6,7 @@
 #include "desktop/plist/property_lists.h"
 #include "simulator/artwork/artwork.h"
 #include "simulator/home_screen/apps.h"
-#include "simulator/launcher.h"
+#include "simulator/process/launcher.h"
 
 #include <gtest/gtest.h>
 #include <stdlib.h>  // NOLINT(modernize-deprecated-headers): mkdtemp() is POSIX's

@@ -1,7 +1,7 @@
 // Whole screens of the example theme, of scale 1, which keeps them small.
 #include "desktop/files/create_device_root.h"
 #include "desktop/plist/property_lists.h"
-#include "simulator/launcher.h"
+#include "simulator/process/launcher.h"
 #include "tests/golden/golden_picture.h"
 #include "tests/support/temporary_folder.h"
 

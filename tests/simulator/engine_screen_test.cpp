@@ -4,7 +4,7 @@
 #include "desktop/image_io/image_io.h"
 #include "desktop/notifications/notification_center.h"
 #include "desktop/plist/property_lists.h"
-#include "simulator/launcher.h"
+#include "simulator/process/launcher.h"
 
 #include <gtest/gtest.h>
 #include <stdlib.h>  // NOLINT(modernize-deprecated-headers): mkdtemp() is POSIX's

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "simulator/home_screen/home_screen.h"
-#include "simulator/process.h"
+#include "simulator/process/process.h"
 #include "themed_device.h"
 
 #include <gtest/gtest.h>

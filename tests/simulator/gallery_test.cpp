@@ -1,5 +1,5 @@
 // The gallery: every image that the screens ask for, and what a theme changes in them.
-#include "simulator/process.h"
+#include "simulator/process/process.h"
 #include "simulator/screens/gallery_screen.h"
 
 #include "screen_test.h"

@@ -1,6 +1,6 @@
 // Whole processes: this program starts itself again as a simulated process, so it has a main of its
 // own.
-#include "simulator/launcher.h"
+#include "simulator/process/launcher.h"
 
 #include "desktop/files/create_device_root.h"
 #include "desktop/notifications/notification_center.h"

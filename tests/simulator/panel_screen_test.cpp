@@ -3,7 +3,7 @@
 #include "desktop/files/file_manager.h"
 #include "desktop/views/spring_timing.h"
 #include "platform/platform.h"
-#include "simulator/process.h"
+#include "simulator/process/process.h"
 #include "simulator/screens/settings_screen.h"
 #include "themed_device.h"
 

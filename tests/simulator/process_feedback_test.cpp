@@ -2,7 +2,7 @@
 #include "desktop/files/create_device_root.h"
 #include "desktop/plist/property_lists.h"
 #include "simulator/device.h"
-#include "simulator/process.h"
+#include "simulator/process/process.h"
 #include "simulator/toolkit/feedback_classes.h"
 #include "tests/support/recording_audio.h"
 #include "tests/support/replaced_services.h"

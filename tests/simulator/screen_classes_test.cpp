@@ -1,6 +1,6 @@
 // Which classes and methods a process has for its screens, and what they give before anything is
 // replaced.
-#include "simulator/process.h"
+#include "simulator/process/process.h"
 #include "simulator/screens/notification_screen.h"
 #include "simulator/screens/switcher_screen.h"
 #include "simulator/screens/today_screen.h"

@@ -1,5 +1,5 @@
 // This program starts itself again as a simulated process.
-#include "simulator/launcher.h"
+#include "simulator/process/launcher.h"
 
 #include <gtest/gtest.h>
 

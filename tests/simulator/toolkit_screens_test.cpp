@@ -1,6 +1,6 @@
 // The screen of an ordinary app with the engine's library: what a theme changes in them, and
 // where. This program starts itself again as a simulated process.
-#include "simulator/process.h"
+#include "simulator/process/process.h"
 #include "simulator/toolkit/toolkit_images.h"
 #include "themed_device.h"
 

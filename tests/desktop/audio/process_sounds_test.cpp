@@ -4,7 +4,7 @@
 #include "desktop/files/create_device_root.h"
 #include "platform/platform.h"
 #include "simulator/device.h"
-#include "simulator/process.h"
+#include "simulator/process/process.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "desktop/result/result.h"
-#include "simulator/launcher.h"
 #include "simulator/picture.h"
+#include "simulator/process/launcher.h"
 
 #include <chrono>
 #include <cstddef>

@@ -1,4 +1,4 @@
-#include "simulator/protocol.h"
+#include "simulator/process/protocol.h"
 
 #include <poll.h>
 #include <sys/socket.h>

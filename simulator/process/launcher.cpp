@@ -1,7 +1,7 @@
-#include "simulator/launcher.h"
+#include "simulator/process/launcher.h"
 
-#include "simulator/child_process.h"
-#include "simulator/protocol.h"
+#include "simulator/process/child_process.h"
+#include "simulator/process/protocol.h"
 
 #include <memory>
 #include <string>

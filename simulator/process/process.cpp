@@ -1,4 +1,4 @@
-#include "simulator/process.h"
+#include "simulator/process/process.h"
 
 #include "desktop/files/device_root.h"
 #include "desktop/services/services.h"
@@ -7,7 +7,7 @@
 #include "simulator/home_screen/folder_classes.h"
 #include "simulator/home_screen/icon_controller.h"
 #include "simulator/home_screen/platform_classes.h"
-#include "simulator/loader.h"
+#include "simulator/process/loader.h"
 #include "simulator/screens/notification_screen.h"
 #include "simulator/screens/screens.h"
 #include "simulator/screens/settings_screen.h"

@@ -1,7 +1,7 @@
 // JSON of the messages. nlohmann-json, because it is the best kept library of its kind; its types
 // and its exceptions stay in this file.
 
-#include "simulator/protocol.h"
+#include "simulator/process/protocol.h"
 
 #include <nlohmann/json.hpp>
 

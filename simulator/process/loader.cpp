@@ -1,4 +1,4 @@
-#include "simulator/loader.h"
+#include "simulator/process/loader.h"
 
 #include <dlfcn.h>
 #include <unistd.h>

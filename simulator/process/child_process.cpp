@@ -1,4 +1,4 @@
-#include "simulator/child_process.h"
+#include "simulator/process/child_process.h"
 
 #include <fcntl.h>
 #include <signal.h>  // NOLINT(modernize-deprecated-headers): kill() and sigabbrev_np() are POSIX's

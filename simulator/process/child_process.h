@@ -3,8 +3,8 @@
 #pragma once
 
 #include "desktop/result/result.h"
-#include "simulator/launcher.h"
-#include "simulator/protocol.h"
+#include "simulator/process/launcher.h"
+#include "simulator/process/protocol.h"
 
 #include <sys/types.h>
 

@@ -5,7 +5,7 @@
 
 #include "desktop/result/result.h"
 #include "simulator/home_screen/home_screen.h"
-#include "simulator/launcher.h"
+#include "simulator/process/launcher.h"
 #include "simulator/screen.h"
 
 #include <cstddef>

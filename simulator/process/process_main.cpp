@@ -1,8 +1,8 @@
 // The other end of the launcher: one simulated process that does what its launcher asks.
 
-#include "simulator/launcher.h"
-#include "simulator/process.h"
-#include "simulator/protocol.h"
+#include "simulator/process/launcher.h"
+#include "simulator/process/process.h"
+#include "simulator/process/protocol.h"
 
 #include <poll.h>
 #include <sys/socket.h>
