@@ -1,7 +1,8 @@
 // The user's choices. The settings panel keeps them in one property list, the preferences file; the
 // replacements read the record that loadSettings fills from it. The theme lookups keep two switches
-// of their own, refreshed from the file whenever one of them runs. All of it is process-wide and
-// unlocked: a replacement on another thread may see a record that is half reloaded.
+// of their own, refreshed from the file whenever one of them runs. All of it is process-wide. The
+// switches are atomic, since lookups run on several threads; store and record are unlocked, and a
+// replacement on another thread may see a record that is half reloaded.
 #pragma once
 
 #include "platform/foundation.h"
