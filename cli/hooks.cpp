@@ -13,21 +13,32 @@
 #include <cstddef>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace velmoranth::cli {
 
+using core::HookGate;
 using core::HookRow;
+using core::HookSide;
 
 namespace {
+
+std::string_view nameOf(HookSide side) {
+    return side == HookSide::classSide ? "class" : "instance";
+}
+
+std::string_view nameOf(HookGate gate) {
+    return gate == HookGate::always ? "always" : gate == HookGate::ios12 ? "ios12" : "ios13";
+}
 
 std::string asJson(std::span<const HookRow> rows, double versionNumber) {
     auto array = nlohmann::ordered_json::array();
     for (const HookRow& row : rows) {
         array.push_back({{"number", row.number},
                          {"class", row.targetClass},
-                         {"side", core::nameOf(row.side)},
+                         {"side", nameOf(row.side)},
                          {"selector", row.selector},
-                         {"gate", core::nameOf(row.gate)},
+                         {"gate", nameOf(row.gate)},
                          {"installed", core::isGateOpen(row.gate, versionNumber)}});
     }
     return array.dump(2) + "\n";
@@ -47,8 +58,8 @@ std::string asTable(std::span<const HookRow> rows, double versionNumber) {
         installed += isInstalled ? 1 : 0;
         const std::string line =
             fmt::format("{:>3}  {:<13}  {:<8}  {:<6}  {:<{}}  {}", row.number,
-                        isInstalled ? "installed" : "not installed", core::nameOf(row.side),
-                        core::nameOf(row.gate), row.targetClass, classWidth, row.selector);
+                        isInstalled ? "installed" : "not installed", nameOf(row.side),
+                        nameOf(row.gate), row.targetClass, classWidth, row.selector);
         text += (colored && !isInstalled ? "\033[2m" + line + "\033[0m" : line) + "\n";
     }
     return text + fmt::format("{} methods: {} installed for version number {}\n", rows.size(),

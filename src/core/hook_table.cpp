@@ -55,9 +55,6 @@ class ClassCache {
 };
 
 void installRow(HookRow& row, ClassCache& classes) {
-    if (!row.isImplemented()) {
-        return;
-    }
     const ClassRef cls = classes.find(row.targetClass);
     const ClassRef target =
         row.side == HookSide::classSide ? platform().objc.getMetaclass(cls) : cls;
@@ -66,20 +63,18 @@ void installRow(HookRow& row, ClassCache& classes) {
 }
 
 void addMethod(const AddedMethod& method, ClassCache& classes) {
-    if (method.implementation) {
-        platform().objc.addMethod(classes.find(method.targetClass), std::string(method.selector),
-                                  method.implementation, std::string(method.typeEncoding));
-    }
+    platform().objc.addMethod(classes.find(method.targetClass), std::string(method.selector),
+                              method.implementation, std::string(method.typeEncoding));
 }
 
-void installSet(HookGate gate, std::span<HookRow> rows, std::span<const AddedMethod> addedMethods) {
+void installSet(HookGate gate) {
     ClassCache classes;
-    for (HookRow& row : rows) {
+    for (HookRow& row : HookTable::rows()) {
         if (row.gate != gate) {
             continue;
         }
         installRow(row, classes);
-        for (const AddedMethod& method : addedMethods) {
+        for (const AddedMethod& method : HookTable::addedMethods()) {
             if (method.afterRow == row.number) {
                 addMethod(method, classes);
             }
@@ -101,22 +96,6 @@ bool isGateOpen(HookGate gate, double versionNumber) {
     return false;
 }
 
-std::string_view nameOf(HookSide side) {
-    return side == HookSide::classSide ? "class" : "instance";
-}
-
-std::string_view nameOf(HookGate gate) {
-    switch (gate) {
-        case HookGate::ios12:
-            return "ios12";
-        case HookGate::ios13:
-            return "ios13";
-        case HookGate::always:
-            break;
-    }
-    return "always";
-}
-
 std::span<HookRow> HookTable::rows() {
     static Table table;
     return table.rows;
@@ -130,33 +109,13 @@ std::span<const AddedMethod> HookTable::addedMethods() {
     return kMethods;
 }
 
-void installRows(std::span<HookRow> rows, std::span<const AddedMethod> addedMethods,
-                 const std::function<double()>& versionNumber) {
-    installSet(HookGate::always, rows, addedMethods);
-    for (const HookGate gate : {HookGate::ios12, HookGate::ios13}) {
-        if (isGateOpen(gate, versionNumber())) {
-            installSet(gate, rows, addedMethods);
-        }
-    }
-}
-
 void HookTable::install() {
-    installRows(rows(), addedMethods(), [] { return platform().coreFoundation.versionNumber(); });
-}
-
-const HookRow* HookTable::find(std::string_view targetClass, HookSide side,
-                               std::string_view selector) {
-    const HookRow* first = nullptr;
-    for (const HookRow& row : rows()) {
-        if (row.targetClass != targetClass || row.side != side || row.selector != selector) {
-            continue;
+    installSet(HookGate::always);
+    for (const HookGate gate : {HookGate::ios12, HookGate::ios13}) {
+        if (isGateOpen(gate, platform().coreFoundation.versionNumber())) {
+            installSet(gate);
         }
-        if (row.isInstalled()) {
-            return &row;
-        }
-        first = first == nullptr ? &row : first;
     }
-    return first;
 }
 
 }  // namespace velmoranth::core

@@ -1,12 +1,10 @@
 // The replaced methods: an ordered table of rows, each with a slot of its own for the platform's
-// implementation. The table can be enumerated, queried, and installed for the running system. A row
-// whose replacement is not written yet stands in the table as data and is never installed.
+// implementation. The table can be enumerated, and installed for the running system.
 #pragma once
 
 #include "core/original_implementation.h"
 #include "platform/objc_runtime.h"
 
-#include <functional>
 #include <span>
 #include <string_view>
 
@@ -20,20 +18,14 @@ enum class HookGate { always, ios12, ios13 };
 // Whether a gate is open for that version number.
 [[nodiscard]] bool isGateOpen(HookGate gate, double versionNumber);
 
-// "instance" and "class"; "always", "ios12" and "ios13".
-[[nodiscard]] std::string_view nameOf(HookSide side);
-[[nodiscard]] std::string_view nameOf(HookGate gate);
-
 struct HookRow {
     int number = 0;  // 1 to 54, in the order of installation
     std::string_view targetClass;
     HookSide side = HookSide::instanceSide;
     std::string_view selector;
     HookGate gate = HookGate::always;
-    platform::Implementation replacement;  // nothing when it is not written yet
-    platform::Implementation saved;        // the platform's; nothing while the row is not installed
-
-    [[nodiscard]] bool isImplemented() const { return static_cast<bool>(replacement); }
+    platform::Implementation replacement;
+    platform::Implementation saved;  // the platform's; nothing while the row is not installed
 
     [[nodiscard]] bool isInstalled() const { return static_cast<bool>(saved); }
 };
@@ -44,7 +36,7 @@ struct AddedMethod {
     std::string_view targetClass;
     std::string_view selector;
     std::string_view typeEncoding;
-    platform::Implementation implementation;  // nothing when it is not written yet
+    platform::Implementation implementation;
 };
 
 class HookTable {
@@ -54,23 +46,14 @@ class HookTable {
     [[nodiscard]] static std::span<const AddedMethod> addedMethods();
 
     // Installs the rows whose gate is open for the running system: the always rows, then those of
-    // iOS 12, then those of iOS 13. Nothing is logged or checked; a class that the process does not
-    // have installs nothing.
+    // iOS 12, then those of iOS 13; the version is asked for once for each gated set. Nothing is
+    // logged or checked; a class that the process does not have installs nothing.
     static void install();
-
-    // The row for that method: the installed one where two share it, else the first; null when
-    // there is none.
-    [[nodiscard]] static const HookRow* find(std::string_view targetClass, HookSide side,
-                                             std::string_view selector);
 };
 
 // Gives each of the table's rows its replacement, in the form in which the platform installs it: as
 // function objects (hook_replacements.cpp), or, where the platform calls methods by their address,
 // by a function that its own side brings in place of this one.
 void bindReplacements(std::span<HookRow> rows);
-
-// What HookTable::install does, over any rows; `versionNumber` is asked once for each gated set.
-void installRows(std::span<HookRow> rows, std::span<const AddedMethod> addedMethods,
-                 const std::function<double()>& versionNumber);
 
 }  // namespace velmoranth::core

@@ -69,10 +69,10 @@ TEST(StartUp, RunsInOrder) {
                    "registerClass Sounds : NSObject", "registerClass VelMoranth : NSObject"};
     append(expected, loadLines());
     for (std::size_t i = 0; i < kExpectedRows.size(); ++i) {
-        if (HookTable::rows()[i].isImplemented() && kExpectedRows[i].gate != HookGate::ios12) {
+        if (kExpectedRows[i].gate != HookGate::ios12) {
             expected.push_back(std::string("hook nil ") + kExpectedRows[i].selector);
         }
-        if (kExpectedRows[i].number == 10 && HookTable::addedMethods()[0].implementation) {
+        if (kExpectedRows[i].number == 10) {
             expected.emplace_back("addMethod nil handleTap v@:");
         }
     }

@@ -15,7 +15,7 @@ void replaceServices(const ReplacedServices& replaced) {
     const platform::Platform& now = platform::platform();
     platform::setPlatform({.objc = now.objc,
                            .substrate = now.substrate,
-                           .coreFoundation = now.coreFoundation,
+                           .coreFoundation = chosen(replaced.coreFoundation, now.coreFoundation),
                            .darwinNotifications = now.darwinNotifications,
                            .propertyLists = chosen(replaced.propertyLists, now.propertyLists),
                            .fileManager = chosen(replaced.fileManager, now.fileManager),

@@ -7,6 +7,7 @@ namespace velmoranth::tests {
 
 // Null leaves the service that is there.
 struct ReplacedServices {
+    platform::CoreFoundation* coreFoundation = nullptr;
     platform::PropertyLists* propertyLists = nullptr;
     platform::FileManager* fileManager = nullptr;
     platform::SystemLog* log = nullptr;
