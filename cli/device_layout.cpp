@@ -4,6 +4,7 @@
 
 #include <array>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace velmoranth::cli {
@@ -26,10 +27,6 @@ constexpr std::array<std::string_view, 2> kPlaces{"share/velmoranth/layout",
                                                   "../share/velmoranth/layout"};
 
 }  // namespace
-
-std::span<const std::string_view> installedPaths() {
-    return kPaths;
-}
 
 desktop::Result<std::vector<desktop::InstalledFile>> findInstalledFiles() {
     const auto folder =

@@ -4,7 +4,6 @@
 
 #include <fcntl.h>
 #include <sys/epoll.h>
-#include <sys/eventfd.h>
 #include <sys/random.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -14,6 +13,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
+#include <iterator>
 #include <utility>
 
 namespace velmoranth::desktop {
@@ -21,9 +21,6 @@ namespace {
 
 constexpr std::size_t kMaxConnections = 256;  // accepted and silent; the rest wait in the kernel
 constexpr int kMaxRounds = 32;                // of taking that many
-constexpr std::size_t kMaxKept = 1024;        // posts held back for a suspended process
-
-using platform::SuspensionBehavior;
 
 // A name that no other socket has had, so that a stale one's never comes back to life.
 std::string makeSocketName() {
@@ -52,11 +49,10 @@ Result<void> DesktopNotificationCenter::listenIn(const DeviceRoot& root) {
             Problem{"notifications cannot be received: " + problemOfErrno(errno, "").message,
                     root.hostFolder()});
     };
-    event_ = Descriptor(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC));
     poll_ = Descriptor(::epoll_create1(EPOLL_CLOEXEC));
     folder_ = openSocketFolder(root, true);
     listener_ = makeSocket();
-    if (!event_.isOpen() || !poll_.isOpen() || !folder_.isOpen() || !listener_.isOpen()) {
+    if (!poll_.isOpen() || !folder_.isOpen() || !listener_.isOpen()) {
         return failed();
     }
     // Bound under a name that nobody looks at and renamed once it listens: a poster takes a socket
@@ -74,7 +70,7 @@ Result<void> DesktopNotificationCenter::listenIn(const DeviceRoot& root) {
     }
     socketName_ = name;
     process_ = ::getpid();
-    if (!watch(event_.get()) || !watch(listener_.get())) {
+    if (!watch(listener_.get())) {
         return failed();
     }
     return {};
@@ -95,93 +91,24 @@ bool DesktopNotificationCenter::watch(int descriptor) const {
 }
 
 void DesktopNotificationCenter::addObserver(void* observer, platform::NotificationCallback callback,
-                                            const std::string& name, const void* object,
-                                            SuspensionBehavior suspensionBehavior) {
-    if (callback == nullptr) {
-        return;
+                                            const std::string& name, const void* /*object*/,
+                                            platform::SuspensionBehavior /*behavior*/) {
+    if (callback != nullptr) {
+        observers_.push_back({observer, callback, name});
     }
-    const std::lock_guard lock(mutex_);
-    observers_.push_back({observer, callback, name, object, suspensionBehavior});
-}
-
-bool DesktopNotificationCenter::post(const std::string& name) {
-    if (!isNotificationName(name)) {
-        return false;
-    }
-    const std::lock_guard lock(mutex_);
-    addPending(name);
-    wake();
-    return true;
-}
-
-void DesktopNotificationCenter::addPending(const std::string& name) {
-    // Names that nobody listens to are not kept: what other processes send is not bounded.
-    const auto listens = [&](const Observer& observer) { return observer.name == name; };
-    if (std::any_of(observers_.begin(), observers_.end(), listens) &&
-        std::find(pending_.begin(), pending_.end(), name) == pending_.end()) {
-        pending_.push_back(name);
-    }
-}
-
-void DesktopNotificationCenter::wake() const {
-    const std::uint64_t one = 1;
-    static_cast<void>(!::write(event_.get(), &one, sizeof one));
 }
 
 int DesktopNotificationCenter::deliverPending() {
-    std::uint64_t count = 0;
-    static_cast<void>(!::read(event_.get(), &count, sizeof count));
-    receive();
+    // Before the first one runs: a callback may add observers.
     std::vector<Observer> due;
-    {
-        const std::lock_guard lock(mutex_);
-        due = takeDue();
+    for (const std::string& name : receive()) {
+        std::ranges::copy_if(observers_, std::back_inserter(due),
+                             [&](const Observer& observer) { return observer.name == name; });
     }
-    // Unlocked: a callback may post and add observers.
     for (const Observer& observer : due) {
         observer.callback(*this, observer.observer, observer.name, nullptr, nullptr);
     }
     return static_cast<int>(due.size());
-}
-
-std::vector<DesktopNotificationCenter::Observer> DesktopNotificationCenter::takeDue() {
-    std::vector<Observer> due;
-    if (!isSuspended_) {
-        due = std::exchange(kept_, {});
-    }
-    for (const std::string& name : std::exchange(pending_, {})) {
-        for (const Observer& observer : observers_) {
-            if (observer.name == name && isDue(observer)) {
-                due.push_back(observer);
-            }
-        }
-    }
-    return due;
-}
-
-bool DesktopNotificationCenter::isDue(const Observer& observer) {
-    if (!isSuspended_ || observer.suspensionBehavior == SuspensionBehavior::deliverImmediately) {
-        return true;
-    }
-    const auto isSame = [&](const Observer& other) {
-        return other.name == observer.name && other.observer == observer.observer &&
-               other.callback == observer.callback;
-    };
-    const bool keeps = observer.suspensionBehavior == SuspensionBehavior::hold ||
-                       (observer.suspensionBehavior == SuspensionBehavior::coalesce &&
-                        std::none_of(kept_.begin(), kept_.end(), isSame));
-    if (keeps && kept_.size() < kMaxKept) {
-        kept_.push_back(observer);
-    }
-    return false;
-}
-
-void DesktopNotificationCenter::setSuspended(bool suspended) {
-    const std::lock_guard lock(mutex_);
-    isSuspended_ = suspended;
-    if (!suspended && !kept_.empty()) {
-        wake();
-    }
 }
 
 void DesktopNotificationCenter::acceptConnections() {
@@ -195,7 +122,8 @@ void DesktopNotificationCenter::acceptConnections() {
     }
 }
 
-void DesktopNotificationCenter::receive() {
+std::vector<std::string> DesktopNotificationCenter::receive() {
+    std::vector<std::string> names;
     std::vector<Descriptor> silent;
     // Bounded, so that one who never stops sending does not stop the main loop.
     for (int round = 0; round < kMaxRounds; ++round) {
@@ -214,9 +142,10 @@ void DesktopNotificationCenter::receive() {
             }
             const std::string name(buffer.data(),
                                    static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
-            if (isNotificationName(name)) {
-                const std::lock_guard lock(mutex_);
-                addPending(name);
+            // Names that nobody listens to are not kept: what others send is not bounded.
+            if (std::ranges::find(observers_, name, &Observer::name) != observers_.end() &&
+                std::ranges::find(names, name) == names.end()) {
+                names.push_back(name);
             }
         }
         if (silent.size() >= kMaxConnections) {
@@ -232,6 +161,7 @@ void DesktopNotificationCenter::receive() {
         static_cast<void>(watch(connection.get()));  // fails harmlessly when it already is
     }
     connections_ = std::move(silent);
+    return names;
 }
 
 }  // namespace velmoranth::desktop

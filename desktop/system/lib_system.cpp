@@ -15,18 +15,6 @@ DesktopLibSystem::DesktopLibSystem(std::shared_ptr<const DeviceRoot> root, std::
       machine_(std::move(machine)),
       homeDirectory_(std::move(homeDirectory)) {}
 
-int DesktopLibSystem::setuid(unsigned id) {
-    const std::lock_guard lock(mutex_);
-    userIds_.push_back(id);
-    return 0;
-}
-
-int DesktopLibSystem::setgid(unsigned id) {
-    const std::lock_guard lock(mutex_);
-    groupIds_.push_back(id);
-    return 0;
-}
-
 int DesktopLibSystem::chmod(const std::string& path, unsigned mode) {
     const int error = changeMode(*root_, path, mode);
     if (error != 0) {
@@ -49,16 +37,6 @@ void DesktopLibSystem::dispatchAfterOnMainQueue(std::int64_t nanoseconds,
     if (mainQueue_) {
         mainQueue_(static_cast<double>(nanoseconds) / 1e9, block);
     }
-}
-
-std::vector<unsigned> DesktopLibSystem::userIds() const {
-    const std::lock_guard lock(mutex_);
-    return userIds_;
-}
-
-std::vector<unsigned> DesktopLibSystem::groupIds() const {
-    const std::lock_guard lock(mutex_);
-    return groupIds_;
 }
 
 }  // namespace velmoranth::desktop

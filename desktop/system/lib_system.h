@@ -1,5 +1,5 @@
-// libSystem over a device root: modes and folders apply inside it, ids are recorded and not carried
-// out, the machine, the home directory and the main queue are given.
+// libSystem over a device root: modes and folders apply inside it, a change of ids succeeds without
+// being one, the machine, the home directory and the main queue are given.
 #pragma once
 
 #include "desktop/files/device_root.h"
@@ -8,9 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
-#include <vector>
 
 namespace velmoranth::desktop {
 
@@ -25,9 +23,10 @@ class DesktopLibSystem : public platform::LibSystem {
     // What is asked for before that never runs: the process has no main loop.
     void setMainQueue(MainQueue mainQueue) { mainQueue_ = std::move(mainQueue); }
 
-    // Recorded, and successful.
-    int setuid(unsigned id) override;
-    int setgid(unsigned id) override;
+    int setuid(unsigned /*id*/) override { return 0; }
+
+    int setgid(unsigned /*id*/) override { return 0; }
+
     // errno is set on failure; links are followed inside the root.
     int chmod(const std::string& path, unsigned mode) override;
     int mkdir(const std::string& path, unsigned mode) override;
@@ -39,18 +38,11 @@ class DesktopLibSystem : public platform::LibSystem {
     void dispatchAfterOnMainQueue(std::int64_t nanoseconds,
                                   const std::function<void()>& block) override;
 
-    // The ids asked for so far, in order.
-    [[nodiscard]] std::vector<unsigned> userIds() const;
-    [[nodiscard]] std::vector<unsigned> groupIds() const;
-
   private:
     std::shared_ptr<const DeviceRoot> root_;
     std::string machine_;
     std::string homeDirectory_;
     MainQueue mainQueue_;
-    mutable std::mutex mutex_;
-    std::vector<unsigned> userIds_;
-    std::vector<unsigned> groupIds_;
 };
 
 }  // namespace velmoranth::desktop

@@ -56,9 +56,8 @@ class DesktopNotificationCenterTest : public testing::Test {
         std::filesystem::remove_all(folder_);
     }
 
-    void observe(const std::string& name,
-                 SuspensionBehavior behavior = SuspensionBehavior::coalesce) {
-        center_->addObserver(&heard_, note, name, nullptr, behavior);
+    void observe(const std::string& name) {
+        center_->addObserver(&heard_, note, name, nullptr, SuspensionBehavior::coalesce);
     }
 
     std::string sockets() const { return folder_ + "/device/private/var/run/notifications"; }
@@ -90,7 +89,7 @@ class DesktopNotificationCenterTest : public testing::Test {
 
 TEST_F(DesktopNotificationCenterTest, CallbacksRunOnDelivery) {
     observe(kPrefs);
-    EXPECT_TRUE(center_->post(kPrefs));
+    EXPECT_EQ(postToProcesses(*root_, kPrefs), 1);
     EXPECT_TRUE(heard_.empty());
     EXPECT_EQ(center_->deliverPending(), 1);
     EXPECT_EQ(heard_, Heard{kPrefs});
@@ -101,7 +100,7 @@ TEST_F(DesktopNotificationCenterTest, CallbacksRunOnDelivery) {
 TEST_F(DesktopNotificationCenterTest, DescriptorTellsWhenThereIsWork) {
     observe(kPrefs);
     EXPECT_FALSE(isReadable(center_->descriptor(), 0));
-    center_->post(kPrefs);
+    EXPECT_EQ(postToProcesses(*root_, kPrefs), 1);
     EXPECT_TRUE(isReadable(center_->descriptor(), 0));
     center_->deliverPending();
     EXPECT_FALSE(isReadable(center_->descriptor(), 0));
@@ -116,7 +115,7 @@ TEST_F(DesktopNotificationCenterTest, RepeatsCountOnceAndKeepTheirOrder) {
     observe(kPrefs);
     observe(kTheme);
     for (const char* const name : {kTheme, kPrefs, kTheme, kPrefs}) {
-        center_->post(name);
+        EXPECT_EQ(postToProcesses(*root_, name), 1);
     }
     center_->deliverPending();
     EXPECT_EQ(heard_, (Heard{kTheme, kPrefs}));
@@ -138,62 +137,28 @@ TEST_F(DesktopNotificationCenterTest, ManyPostsLoseNoName) {
 TEST_F(DesktopNotificationCenterTest, EveryRegistrationCounts) {
     observe(kPrefs);
     observe(kPrefs);
-    center_->post(kPrefs);
+    EXPECT_EQ(postToProcesses(*root_, kPrefs), 1);
     EXPECT_EQ(center_->deliverPending(), 2);
 }
 
-TEST_F(DesktopNotificationCenterTest, LateRegistrantsHearNothingOfThePast) {
-    center_->post(kPrefs);
-    observe(kPrefs);
-    EXPECT_EQ(center_->deliverPending(), 0);
-}
-
 TEST_F(DesktopNotificationCenterTest, CallbacksMayPostAndRegister) {
-    static DesktopNotificationCenter* current = nullptr;
-    current = center_.get();
+    static const DeviceRoot* current = nullptr;
+    current = root_.get();
     observe(kTheme);
     center_->addObserver(
         &heard_,
-        [](platform::DarwinNotificationCenter&, void* observer, const std::string& name,
+        [](platform::DarwinNotificationCenter& center, void* observer, const std::string& name,
            const void*, const platform::Dictionary*) {
             static_cast<Heard*>(observer)->push_back(name);
-            current->addObserver(observer, note, kPrefs, nullptr, SuspensionBehavior::coalesce);
-            current->post(kTheme);
+            center.addObserver(observer, note, kPrefs, nullptr, SuspensionBehavior::coalesce);
+            EXPECT_EQ(postToProcesses(*current, kTheme), 1);
         },
         kPrefs, nullptr, SuspensionBehavior::coalesce);
-    center_->post(kPrefs);
+    EXPECT_EQ(postToProcesses(*root_, kPrefs), 1);
     EXPECT_EQ(center_->deliverPending(), 1);
     EXPECT_TRUE(isReadable(center_->descriptor(), 0));
     EXPECT_EQ(center_->deliverPending(), 1);
     EXPECT_EQ(heard_, (Heard{kPrefs, kTheme}));
-}
-
-TEST_F(DesktopNotificationCenterTest, SuspendedObserversAreServedAsTheyAsked) {
-    Heard drop;
-    Heard coalesce;
-    Heard hold;
-    Heard immediately;
-    center_->addObserver(&drop, note, kPrefs, nullptr, SuspensionBehavior::drop);
-    center_->addObserver(&coalesce, note, kPrefs, nullptr, SuspensionBehavior::coalesce);
-    center_->addObserver(&hold, note, kPrefs, nullptr, SuspensionBehavior::hold);
-    center_->addObserver(&immediately, note, kPrefs, nullptr,
-                         SuspensionBehavior::deliverImmediately);
-    center_->setSuspended(true);
-    for (int i = 0; i < 3; ++i) {
-        center_->post(kPrefs);
-        EXPECT_EQ(center_->deliverPending(), 1);
-    }
-    EXPECT_EQ(immediately.size(), 3U);
-    EXPECT_TRUE(drop.empty() && coalesce.empty() && hold.empty());
-    center_->setSuspended(false);
-    EXPECT_TRUE(isReadable(center_->descriptor(), 0));
-    EXPECT_EQ(center_->deliverPending(), 4);
-    EXPECT_EQ(drop.size(), 0U);
-    EXPECT_EQ(coalesce.size(), 1U);
-    EXPECT_EQ(hold.size(), 3U);
-    center_->post(kPrefs);
-    EXPECT_EQ(center_->deliverPending(), 4);
-    EXPECT_EQ(drop.size(), 1U);
 }
 
 TEST_F(DesktopNotificationCenterTest, NamesAreChecked) {
@@ -201,11 +166,8 @@ TEST_F(DesktopNotificationCenterTest, NamesAreChecked) {
     observe(longest);
     for (const std::string& name : {std::string(), longest + "n", std::string("a\nb"),
                                     std::string("a\0b", 3), std::string("\x7F")}) {
-        EXPECT_FALSE(center_->post(name));
         EXPECT_FALSE(postToProcesses(*root_, name).has_value());
     }
-    EXPECT_TRUE(center_->post(longest));
-    EXPECT_EQ(center_->deliverPending(), 1);
     EXPECT_EQ(postToProcesses(*root_, longest), 1);
     EXPECT_EQ(center_->deliverPending(), 1);
 }
@@ -390,15 +352,6 @@ TEST_F(DesktopNotificationCenterTest, ForkedCopyLeavesTheSocketAlone) {
     EXPECT_EQ(other.wait(), 0);
     EXPECT_EQ(postToProcesses(*root_, kPrefs), 1);
     EXPECT_EQ(center_->deliverPending(), 1);
-}
-
-TEST_F(DesktopNotificationCenterTest, PostWithinTheProcessStaysThere) {
-    observe(kPrefs);
-    OtherProcess other([&](int pipe) { return listenForBoth(*root_, pipe); });
-    ASSERT_EQ(other.next(), 'r');
-    center_->post(kPrefs);
-    EXPECT_EQ(postToProcesses(*root_, kTheme), 2);
-    EXPECT_EQ(other.next(), 't');
 }
 
 TEST_F(DesktopNotificationCenterTest, SocketOfAKilledProcessIsCleanedUp) {
