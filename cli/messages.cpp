@@ -1,9 +1,10 @@
 #include "cli/messages.h"
 
+#include "desktop/plist/text_encoding.h"
+
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
@@ -25,7 +26,7 @@ std::string oneLine(std::string_view text) {
     while (!text.empty()) {
         const std::size_t length = printableLength(text);
         line += length == 0 ? "?" : text.substr(0, length);
-        text.remove_prefix(std::max<std::size_t>(characterLength(text), 1));
+        text.remove_prefix(std::max<std::size_t>(desktop::characterLength(text), 1));
     }
     return line;
 }
@@ -50,39 +51,11 @@ void writeMessage(std::string_view kind, std::string_view color, std::string_vie
 
 }  // namespace
 
-std::size_t characterLength(std::string_view text) {
-    if (text.empty()) {
-        return 0;
-    }
-    const auto first = static_cast<unsigned char>(text.front());
-    const std::size_t length = first < 0x80         ? 1
-                               : (first >> 5) == 6  ? 2
-                               : (first >> 4) == 14 ? 3
-                               : (first >> 3) == 30 ? 4
-                                                    : 0;
-    if (length > text.size()) {
-        return 0;
-    }
-    char32_t value = length == 1 ? first : first & (0x7FU >> length);
-    for (std::size_t i = 1; i < length; ++i) {
-        const auto byte = static_cast<unsigned char>(text[i]);
-        if ((byte & 0xC0U) != 0x80U) {
-            return 0;
-        }
-        value = value << 6U | (byte & 0x3FU);
-    }
-    // Longer than need be, half of a pair, or beyond the last code point.
-    constexpr std::array<char32_t, 5> kLeast{0, 0, 0x80, 0x800, 0x10000};
-    return value < kLeast.at(length) || (value >= 0xD800 && value < 0xE000) || value > 0x10FFFF
-               ? 0
-               : length;
-}
-
 std::size_t printableLength(std::string_view text) {
     if (text.empty()) {
         return 0;
     }
-    const std::size_t length = characterLength(text);
+    const std::size_t length = desktop::characterLength(text);
     const auto first = static_cast<unsigned char>(text.front());
     // U+0080 to U+009F are control characters too.
     const bool isC1 = length == 2 && first == 0xC2 && static_cast<unsigned char>(text[1]) < 0xA0;

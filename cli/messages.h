@@ -28,9 +28,6 @@ enum class ExitCode {
 // them, "./" before a dash. One that holds what may not be shown comes out as shown().
 [[nodiscard]] std::string forShell(std::string_view word);
 
-// How many bytes the character at the start has when it is UTF-8, else 0.
-[[nodiscard]] std::size_t characterLength(std::string_view text);
-
 // How many bytes the character at the start has when it is UTF-8 and no control character, else 0.
 [[nodiscard]] std::size_t printableLength(std::string_view text);
 

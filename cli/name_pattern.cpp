@@ -1,6 +1,6 @@
 #include "cli/name_pattern.h"
 
-#include "cli/messages.h"
+#include "desktop/plist/text_encoding.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -15,7 +15,7 @@ namespace {
 using Letter = std::string_view;
 
 Letter takeLetter(std::string_view& text) {
-    const Letter letter = text.substr(0, std::max<std::size_t>(characterLength(text), 1));
+    const Letter letter = text.substr(0, std::max<std::size_t>(desktop::characterLength(text), 1));
     text.remove_prefix(letter.size());
     return letter;
 }

@@ -1,10 +1,10 @@
 #include "cli/settings_device.h"
 
 #include "cli/messages.h"
+#include "desktop/files/file_tree.h"
 #include "desktop/files/replacement.h"
 #include "desktop/plist/property_lists.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -28,10 +28,6 @@ namespace {
 // For another run of the command to end, which takes milliseconds.
 constexpr std::chrono::seconds kLongestWait{5};
 constexpr std::chrono::milliseconds kBetweenTries{20};
-
-struct CloseFolder {
-    void operator()(DIR* folder) const { ::closedir(folder); }
-};
 
 }  // namespace
 
@@ -77,14 +73,9 @@ ItemKind kindAt(const DeviceRoot& root, const std::string& devicePath) {
 
 std::vector<std::string> namesIn(const DeviceRoot& root, const std::string& devicePath) {
     std::vector<std::string> names;
-    Descriptor folder(root.openFile(devicePath, O_RDONLY | O_DIRECTORY));
-    const std::unique_ptr<DIR, CloseFolder> stream(folder.isOpen() ? ::fdopendir(folder.get())
-                                                                   : nullptr);
-    if (stream != nullptr) {
-        static_cast<void>(folder.release());  // the stream closes it
-        while (const dirent* const entry = ::readdir(stream.get())) {
-            names.emplace_back(static_cast<const char*>(entry->d_name));
-        }
+    const Descriptor folder(root.openFile(devicePath, O_RDONLY | O_DIRECTORY));
+    if (folder.isOpen()) {  // of one that cannot be read to its end, what could be
+        static_cast<void>(desktop::namesIn(folder.get(), names));
     }
     std::sort(names.begin(), names.end());
     return names;

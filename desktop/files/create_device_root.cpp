@@ -2,7 +2,6 @@
 
 #include "desktop/files/file_tree.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -52,22 +51,8 @@ constexpr Link kLinks[] = {
 };
 
 bool isEmpty(int folder) {
-    const int own = ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (own < 0) {
-        return false;
-    }
-    DIR* const stream = ::fdopendir(own);
-    if (stream == nullptr) {
-        ::close(own);
-        return false;
-    }
-    bool empty = true;
-    while (const dirent* const entry = ::readdir(stream)) {
-        const std::string_view name = static_cast<const char*>(entry->d_name);
-        empty = empty && (name == "." || name == "..");
-    }
-    ::closedir(stream);
-    return empty;
+    std::vector<std::string> names;
+    return namesIn(folder, names) == 0 && names.empty();
 }
 
 // Takes back what was laid out unless it is kept. Best effort: why it is taken back is what counts.

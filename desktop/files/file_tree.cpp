@@ -27,29 +27,6 @@ struct CloseFolder {
     void operator()(DIR* folder) const { ::closedir(folder); }
 };
 
-// The names in an open folder, without "." and "..". 0 or the errno.
-int namesIn(int folder, std::vector<std::string>& names) {
-    // A descriptor of its own: the stream closes the one it is given.
-    Descriptor own(::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!own.isOpen()) {
-        return errno;
-    }
-    const std::unique_ptr<DIR, CloseFolder> stream(::fdopendir(own.get()));
-    if (stream == nullptr) {
-        return errno;
-    }
-    static_cast<void>(own.release());
-    errno = 0;
-    while (const dirent* const entry = ::readdir(stream.get())) {
-        const std::string name = static_cast<const char*>(entry->d_name);
-        if (name != "." && name != "..") {
-            names.push_back(name);
-        }
-        errno = 0;
-    }
-    return errno;
-}
-
 std::array<timespec, 2> timesOf(const struct stat& status) {
     return {status.st_atim, status.st_mtim};
 }
@@ -226,6 +203,25 @@ int removeAtDepth(int folder, const std::string& name, int depth) {
 }
 
 }  // namespace
+
+int namesIn(int folder, std::vector<std::string>& names) {
+    // A descriptor of its own: the stream closes the one it is given.
+    Descriptor own(::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const std::unique_ptr<DIR, CloseFolder> stream(own.isOpen() ? ::fdopendir(own.get()) : nullptr);
+    if (stream == nullptr) {
+        return errno;
+    }
+    static_cast<void>(own.release());
+    errno = 0;
+    while (const dirent* const entry = ::readdir(stream.get())) {
+        const std::string name = static_cast<const char*>(entry->d_name);
+        if (name != "." && name != "..") {
+            names.push_back(name);
+        }
+        errno = 0;
+    }
+    return errno;
+}
 
 int copyTree(const FileCalls& calls, int folder, const std::string& name, int newFolder,
              const std::string& newName) {

@@ -1,12 +1,17 @@
-// Copying and removing files and folders with all they hold, by folder descriptors and names alone:
-// nothing here follows a link.
+// Listing, copying and removing files and folders with all they hold, by folder descriptors and
+// names alone: nothing here follows a link.
 #pragma once
 
 #include "desktop/files/file_calls.h"
 
 #include <string>
+#include <vector>
 
 namespace velmoranth::desktop {
+
+// Adds the names in an open folder, without "." and "..", in no order. 0, or the errno; what was
+// read until then stays.
+[[nodiscard]] int namesIn(int folder, std::vector<std::string>& names);
 
 // Copies `name` in `folder` to `newName` in `newFolder`, which must not exist. Links are copied as
 // links; modes, times and extended attributes are kept, the owner where that is allowed; a folder's

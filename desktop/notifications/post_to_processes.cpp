@@ -1,21 +1,18 @@
+#include "desktop/files/file_tree.h"
 #include "desktop/notifications/notification_center.h"
 #include "desktop/notifications/socket_folder.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <memory>
+#include <string>
+#include <vector>
 
 namespace velmoranth::desktop {
 namespace {
-
-struct CloseFolder {
-    void operator()(DIR* folder) const { ::closedir(folder); }
-};
 
 enum class Outcome { told, gone, refused };
 
@@ -36,23 +33,22 @@ Result<int> postToProcesses(const DeviceRoot& root, const std::string& name) {
                                       std::to_string(kMaxNotificationNameBytes) +
                                       " bytes and no control characters"});
     }
-    Descriptor folder = openSocketFolder(root, false);
+    const Descriptor folder = openSocketFolder(root, false);
     if (!folder.isOpen()) {
         return 0;  // no process has ever listened here
     }
-    const std::unique_ptr<DIR, CloseFolder> stream(::fdopendir(folder.get()));
-    if (stream == nullptr) {
-        return tl::unexpected(problemOfErrno(errno, root.hostFolder()));
+    std::vector<std::string> files;
+    if (const int error = namesIn(folder.get(), files)) {
+        return tl::unexpected(problemOfErrno(error, root.hostFolder()));
     }
-    const int number = folder.release();  // the stream closes it
     int told = 0;
-    while (const dirent* const entry = ::readdir(stream.get())) {
-        const std::string file = static_cast<const char*>(entry->d_name);
+    for (const std::string& file : files) {
         if (file.starts_with('.') || !file.ends_with(kSocketSuffix)) {
             continue;
         }
         // Opened itself, so that a link in its place leads nowhere.
-        const Descriptor item(::openat(number, file.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+        const Descriptor item(
+            ::openat(folder.get(), file.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
         struct stat status{};
         if (!item.isOpen() || ::fstat(item.get(), &status) != 0 || !S_ISSOCK(status.st_mode)) {
             continue;
@@ -62,7 +58,7 @@ Result<int> postToProcesses(const DeviceRoot& root, const std::string& name) {
                 ++told;
                 break;
             case Outcome::gone:
-                ::unlinkat(number, file.c_str(), 0);
+                ::unlinkat(folder.get(), file.c_str(), 0);
                 break;
             case Outcome::refused:
                 break;

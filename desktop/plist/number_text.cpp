@@ -9,7 +9,6 @@
 #include <charconv>
 #include <chrono>
 #include <cmath>
-#include <cstdio>
 #include <limits>
 
 namespace velmoranth::desktop {
@@ -17,19 +16,11 @@ namespace {
 
 constexpr std::string_view kAlphabet =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-constexpr std::int64_t kSecondsPerDay = 86400;
-// 2001-01-01, from which the platform counts, in days since 1970-01-01.
-constexpr std::int64_t kReferenceDay = 11323;
+constexpr std::string_view kSpace = " \t\n\v\f\r";
 
 std::string_view trimmed(std::string_view text) {
-    const auto isSpace = [](char c) { return (c >= '\t' && c <= '\r') || c == ' '; };
-    while (!text.empty() && isSpace(text.front())) {
-        text.remove_prefix(1);
-    }
-    while (!text.empty() && isSpace(text.back())) {
-        text.remove_suffix(1);
-    }
-    return text;
+    text.remove_prefix(std::min(text.find_first_not_of(kSpace), text.size()));
+    return text.substr(0, text.find_last_not_of(kSpace) + 1);
 }
 
 std::optional<double> specialReal(std::string_view text) {
@@ -78,13 +69,10 @@ std::optional<double> realOfText(const std::string& text) {
     if (const auto special = specialReal(text)) {
         return special;
     }
-    std::string_view rest = text;
-    while (!rest.empty() &&
-           (rest.front() == ' ' || (rest.front() >= '\t' && rest.front() <= '\r'))) {
-        rest.remove_prefix(1);
-    }
     // Only these characters make a number: no hexadecimal, no names.
-    if (rest.empty() || rest.find_first_not_of("0123456789+-.eE") != std::string_view::npos) {
+    const std::size_t start = text.find_first_not_of(kSpace);
+    if (start == std::string::npos ||
+        text.find_first_not_of("0123456789+-.eE", start) != std::string::npos) {
         return std::nullopt;
     }
     // In the C locale whatever the process has set; too large is infinity, too small 0.
@@ -123,30 +111,21 @@ std::optional<platform::Date> dateOfText(std::string_view text) {
     if (!day.ok() || hour > 23 || minute > 59 || second > 60) {
         return std::nullopt;
     }
-    const std::int64_t days = std::chrono::sys_days(day).time_since_epoch().count() - kReferenceDay;
-    return platform::Date{
-        static_cast<double>(days * kSecondsPerDay + (hour * 60 + minute) * 60 + second)};
+    // The platform counts from 2001.
+    constexpr std::chrono::sys_days kReference(std::chrono::January / 1 / 2001);
+    const std::int64_t hours = (std::chrono::sys_days(day) - kReference).count() * 24 + hour;
+    return platform::Date{static_cast<double>((hours * 60 + minute) * 60 + second)};
 }
 
 std::string textOfDate(platform::Date date) {
     // The years that four digits hold; a date that is no number is the earliest.
     constexpr double kEarliest = -63'113'904'000.0;  // 0001-01-01
     constexpr double kLatest = 252'423'993'599.0;    // 9999-12-31
-    double whole = std::floor(date.secondsSinceReferenceDate);
-    whole = whole >= kEarliest ? std::min(whole, kLatest) : kEarliest;
-    const std::int64_t seconds = static_cast<std::int64_t>(whole) + kReferenceDay * kSecondsPerDay;
-    const std::int64_t days =
-        (seconds >= 0 ? seconds : seconds - kSecondsPerDay + 1) / kSecondsPerDay;
-    const std::chrono::year_month_day day{
-        std::chrono::sys_days(std::chrono::days(static_cast<int>(days)))};
-    const std::int64_t rest = seconds - days * kSecondsPerDay;
-    std::array<char, 40> text{};
-    const int length =
-        std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02dZ",
-                      static_cast<int>(day.year()), static_cast<unsigned>(day.month()),
-                      static_cast<unsigned>(day.day()), static_cast<int>(rest / 3600),
-                      static_cast<int>(rest / 60 % 60), static_cast<int>(rest % 60));
-    return {text.data(), static_cast<std::size_t>(length)};
+    const double seconds = date.secondsSinceReferenceDate;
+    std::string text = platform::description(
+        platform::Date{seconds >= kEarliest ? std::min(seconds, kLatest) : kEarliest});
+    text.replace(text.find(' '), 1, "T");
+    return text.replace(text.find(' '), std::string::npos, "Z");
 }
 
 platform::Data dataOfBase64(std::string_view text) {

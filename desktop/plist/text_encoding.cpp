@@ -1,5 +1,9 @@
 #include "desktop/plist/text_encoding.h"
 
+#include "platform/code_points.h"
+
+#include <array>
+
 namespace velmoranth::desktop {
 namespace {
 
@@ -86,39 +90,25 @@ std::string utf32ToUtf8(std::span<const std::uint8_t> bytes, ByteOrder order) {
     return text;
 }
 
+std::size_t characterLength(std::string_view text) {
+    if (text.empty()) {
+        return 0;
+    }
+    // Longer than need be (a byte that begins no character, for one), half of a pair, or beyond the
+    // last character.
+    constexpr std::array<char32_t, 5> kLeast{0, 0, 0x80, 0x800, 0x10000};
+    const auto [value, length] = platform::codePointAt(text, 0);
+    const bool isWrong = value < kLeast.at(length) || (length == 1 && value >= 0x80) ||
+                         (value >= 0xD800 && value < 0xE000) || value > kLastCharacter;
+    return isWrong ? 0 : length;
+}
+
 std::optional<std::size_t> firstInvalidUtf8(std::string_view text) {
-    const auto byte = [&](std::size_t i) { return static_cast<std::uint8_t>(text[i]); };
-    std::size_t i = 0;
-    while (i < text.size()) {
-        const std::uint8_t lead = byte(i);
-        if (lead < 0x80) {
-            ++i;
-            continue;
-        }
-        // The least and greatest second byte keep out overlong forms, surrogates and what lies
-        // beyond the last character.
-        std::size_t length = 0;
-        std::uint8_t least = 0x80;
-        std::uint8_t greatest = 0xBF;
-        if (lead >= 0xC2 && lead <= 0xDF) {
-            length = 2;
-        } else if (lead >= 0xE0 && lead <= 0xEF) {
-            length = 3;
-            least = lead == 0xE0 ? 0xA0 : least;
-            greatest = lead == 0xED ? 0x9F : greatest;
-        } else if (lead >= 0xF0 && lead <= 0xF4) {
-            length = 4;
-            least = lead == 0xF0 ? 0x90 : least;
-            greatest = lead == 0xF4 ? 0x8F : greatest;
-        }
-        if (length == 0 || text.size() - i < length || byte(i + 1) < least ||
-            byte(i + 1) > greatest) {
+    for (std::size_t i = 0; i < text.size();) {
+        const bool isAscii = static_cast<unsigned char>(text[i]) < 0x80;
+        const std::size_t length = isAscii ? 1 : characterLength(text.substr(i));
+        if (length == 0) {
             return i;
-        }
-        for (std::size_t k = 2; k < length; ++k) {
-            if ((byte(i + k) & 0xC0U) != 0x80U) {
-                return i;
-            }
         }
         i += length;
     }

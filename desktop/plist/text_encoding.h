@@ -1,7 +1,8 @@
-// Unicode encodings as far as property lists need them. What has no meaning in the source encoding
-// (half a surrogate pair, a value beyond U+10FFFF) becomes U+FFFD.
+// Unicode encodings, as far as property lists and messages need them. What has no meaning in the
+// source encoding (half a surrogate pair, a value beyond U+10FFFF) becomes U+FFFD.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -32,7 +33,11 @@ class Utf16Joiner {
 [[nodiscard]] std::string utf16ToUtf8(std::span<const std::uint8_t> bytes, ByteOrder order);
 [[nodiscard]] std::string utf32ToUtf8(std::span<const std::uint8_t> bytes, ByteOrder order);
 
-// Where the text stops being UTF-8 (no overlong forms, no surrogates); nothing when it is whole.
+// How many bytes the character at the start has when it is UTF-8 (no overlong form, no surrogate),
+// else 0.
+[[nodiscard]] std::size_t characterLength(std::string_view text);
+
+// Where the text stops being UTF-8; nothing when it is whole.
 [[nodiscard]] std::optional<std::size_t> firstInvalidUtf8(std::string_view text);
 
 }  // namespace velmoranth::desktop
