@@ -11,6 +11,25 @@
 #include <utility>
 #include <variant>
 
+namespace velmoranth::platform {
+
+// Found by the JSON library, also for what lists and dictionaries hold.
+// NOLINTNEXTLINE(readability-identifier-naming): the library's name for it.
+static void to_json(nlohmann::ordered_json& json, const PropertyList& value) {
+    std::visit(
+        [&](const auto& held) {
+            using Held = std::decay_t<decltype(held)>;
+            if constexpr (std::is_same_v<Held, Date> || std::is_same_v<Held, Data>) {
+                json = description(value);
+            } else {
+                json = held;
+            }
+        },
+        value.value());
+}
+
+}  // namespace velmoranth::platform
+
 namespace velmoranth::cli {
 
 using desktop::Problem;
@@ -31,33 +50,6 @@ PropertyList appended(const PropertyList& first, const PropertyList& second) {
     return list;
 }
 
-ordered_json asJson(const PropertyList& value) {
-    ordered_json json;
-    if (const auto* const array = value.as<PropertyList::Array>()) {
-        json = ordered_json::array();
-        for (const PropertyList& entry : *array) {
-            json.push_back(asJson(entry));
-        }
-    } else if (const auto* const dictionary = value.as<PropertyList::Dictionary>()) {
-        json = ordered_json::object();
-        for (const auto& [key, entry] : *dictionary) {
-            json[key] = asJson(entry);
-        }
-    } else {
-        std::visit(
-            [&](const auto& held) {
-                using Held = std::decay_t<decltype(held)>;
-                if constexpr (std::is_arithmetic_v<Held>) {
-                    json = held;
-                } else {
-                    json = platform::description(value);
-                }
-            },
-            value.value());
-    }
-    return json;
-}
-
 ordered_json takenAsJson(SettingKind kind, const PropertyList* value) {
     switch (kind) {
         case SettingKind::yesOrNo:
@@ -74,7 +66,7 @@ ordered_json rowOf(std::string_view name, const SettingRow* setting, const Prope
     ordered_json row{{"key", name},
                      {"type", nullptr},
                      {"set", value != nullptr},
-                     {"value", value == nullptr ? ordered_json() : asJson(*value)}};
+                     {"value", value == nullptr ? ordered_json() : ordered_json(*value)}};
     if (setting != nullptr) {
         row["type"] = wordsFor(setting->kind()).name;
         row["taken"] = takenAsJson(setting->kind(), value);
