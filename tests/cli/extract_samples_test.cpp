@@ -48,7 +48,7 @@ std::map<std::string, const Rendition*> expectedFiles(const Catalog& catalog) {
 TEST_F(ExtractTest, SamplesComeOutPixelForPixel) {
     const std::vector<std::string> catalogs = samples();
     if (catalogs.empty()) {
-        GTEST_SKIP() << "no samples here";
+        GTEST_SKIP() << "no samples here; name their folder in VELMORANTH_SAMPLES";
     }
     for (const std::string& path : catalogs) {
         const auto catalog = Catalog::open(path);

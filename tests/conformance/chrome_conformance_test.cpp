@@ -132,7 +132,7 @@ class ChromeConformance : public testing::TestWithParam<int> {};
 TEST_P(ChromeConformance, FolderPicturesOfRealThemesShowAsInTheirFiles) {
     const std::vector<fs::path> themes = themesWith(kFolder);
     if (themes.empty()) {
-        GTEST_SKIP() << "no sample themes in " << samples();
+        GTEST_SKIP() << "no samples here; name their folder in VELMORANTH_SAMPLES";
     }
     for (const fs::path& theme : themes) {
         const RenderedScreen screen = screenOf(theme, GetParam());
@@ -154,7 +154,7 @@ TEST_P(ChromeConformance, FolderPicturesOfRealThemesShowAsInTheirFiles) {
 TEST_P(ChromeConformance, BadgePicturesOfRealThemesShowAsInTheirFiles) {
     const std::vector<fs::path> themes = themesWith(kBadge);
     if (themes.empty()) {
-        GTEST_SKIP() << "no sample themes in " << samples();
+        GTEST_SKIP() << "no samples here; name their folder in VELMORANTH_SAMPLES";
     }
     for (const fs::path& theme : themes) {
         const RenderedScreen screen = screenOf(theme, GetParam());

@@ -108,7 +108,7 @@ class ExtractionConformance : public testing::Test {
 TEST_F(ExtractionConformance, EveryPictureThatAPhoneHas) {
     const std::vector<fs::path> files = catalogFiles();
     if (files.empty()) {
-        GTEST_SKIP() << "no samples";
+        GTEST_SKIP() << "no samples here; name their folder in VELMORANTH_SAMPLES";
     }
     for (const fs::path& file : files) {
         SCOPED_TRACE(file.string());

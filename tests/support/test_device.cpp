@@ -22,6 +22,7 @@ namespace velmoranth::tests {
 namespace {
 
 std::string makeTemporaryFolder() {
+    ::umask(022);  // what is made in it has the usual modes
     std::string name = std::filesystem::temp_directory_path() / "velmoranth-device-XXXXXX";
     if (::mkdtemp(name.data()) == nullptr) {
         throw std::runtime_error("no temporary folder");

@@ -104,6 +104,8 @@ TEST(SdlOutput, WithoutADeviceOneLineAndSilence) {
 
 // Whatever this machine has: at most one line, and nothing on the standard streams.
 TEST(SdlOutput, SaysNothingElse) {
+    const tests::TemporaryFolder home;  // libraries complain of their own where there is none
+    ::setenv("HOME", home.path().c_str(), 1);
     ::unsetenv("SDL_AUDIODRIVER");
     Mixer mixer;
     std::vector<std::string> lines;

@@ -19,9 +19,9 @@ namespace fs = std::filesystem;
 TEST(LzfseSamples, EveryStreamDecodesToItsSize) {
     const char* named = std::getenv("VELMORANTH_SAMPLES");
     const fs::path catalogs = fs::path(named != nullptr ? named : SAMPLES_FOLDER) / "car";
-    if (!fs::is_directory(catalogs)) {
-        GTEST_SKIP() << "no catalogs at " << catalogs
-                     << "; name their folder in VELMORANTH_SAMPLES";
+    std::error_code none;
+    if (!fs::is_directory(catalogs, none)) {
+        GTEST_SKIP() << "no samples here; name their folder in VELMORANTH_SAMPLES";
     }
     std::size_t streams = 0;
     for (const fs::directory_entry& entry : fs::recursive_directory_iterator(catalogs)) {

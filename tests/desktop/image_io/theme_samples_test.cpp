@@ -31,8 +31,9 @@ const std::set<std::string> kKnownProblems = {
 TEST(ThemeSamples, EveryImageDecodes) {
     const char* named = std::getenv("VELMORANTH_SAMPLES");
     const fs::path themes = fs::path(named != nullptr ? named : SAMPLES_FOLDER) / "themes";
-    if (!fs::is_directory(themes)) {
-        GTEST_SKIP() << "no themes at " << themes << "; name their folder in VELMORANTH_SAMPLES";
+    std::error_code none;
+    if (!fs::is_directory(themes, none)) {
+        GTEST_SKIP() << "no samples here; name their folder in VELMORANTH_SAMPLES";
     }
     const std::set<std::string> endings = {".png", ".PNG", ".jpg", ".jpeg", ".gif", ".tif"};
     std::size_t decoded = 0;

@@ -47,7 +47,7 @@ TEST(ScaleFromPath, OnlyBeforeTheExtensionOfTheName) {
 class LoadImage : public testing::Test {
   protected:
     void SetUp() override {
-        std::string name = testing::TempDir() + "images_test_XXXXXX";
+        std::string name = std::filesystem::temp_directory_path() / "images_test_XXXXXX";
         ASSERT_NE(mkdtemp(name.data()), nullptr);
         folder_ = name;
     }

@@ -14,6 +14,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -134,10 +135,13 @@ TEST(DrawingProcess, PictureBeyondTheLimitsIsRefused) {
 }
 
 TEST(DrawingProcess, WritesNoFile) {
-    const std::string path = testing::TempDir() + "drawing_process_writes";
+    std::string path = std::filesystem::temp_directory_path() / "drawing_process_XXXXXX";
+    const int made = mkstemp(path.data());
+    ASSERT_GE(made, 0);
+    close(made);
     const auto drawn = drawInProcess({}, Room::none, [&](Sheet&) -> std::optional<Problem> {
         std::signal(SIGXFSZ, SIG_IGN);
-        const int file = open(path.c_str(), O_WRONLY | O_CREAT, 0600);
+        const int file = open(path.c_str(), O_WRONLY);
         if (file >= 0 && write(file, "x", 1) == 1) {
             return Problem{.message = "it wrote"};
         }

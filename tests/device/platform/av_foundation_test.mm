@@ -8,6 +8,7 @@
 #include <stdlib.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -107,17 +108,17 @@ TEST(AudioPlayers, AreNilForWhatIsNoSound) {
 
 TEST(AudioPlayers, ReadTheFileAtAPath) {
     @autoreleasepool {
-        char path[] = "/tmp/ä sound.XXXXXX";
-        const int file = mkstemp(path);
+        std::string path = std::filesystem::temp_directory_path() / "ä sound.XXXXXX";
+        const int file = mkstemp(path.data());
         ASSERT_GE(file, 0);
         ASSERT_EQ(write(file, kSound.data(), kSound.size()), static_cast<ssize_t>(kSound.size()));
         close(file);
         clearJournal();
         const platform::AudioPlayerRef player = audio().audioPlayerWithContentsOfURL(path);
-        unlink(path);
+        unlink(path.c_str());
         ASSERT_NE(player, nullptr);
-        EXPECT_EQ(journal(), (Strings{"-[AVAudioPlayer initWithContentsOfURL: \"" +
-                                      std::string(path) + "\" error: null]"}));
+        EXPECT_EQ(journal(), (Strings{"-[AVAudioPlayer initWithContentsOfURL: \"" + path +
+                                      "\" error: null]"}));
         EXPECT_TRUE([native(player)->_url isFileURL]);
     }
 }

@@ -6,8 +6,10 @@
 #include "device/platform/uikit_image_handles.h"
 #include "device/standins/core_ui.h"
 #include <objc/runtime.h>
+#include <unistd.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <limits>
 #include <string>
@@ -45,7 +47,8 @@ Data pngOf(std::uint32_t width, std::uint32_t height) {
 class ImageFile {
   public:
     ImageFile(const std::string& name, const Data& bytes)
-        : path_(::testing::TempDir() + "velmoranth-images-" + name) {
+        : path_(std::filesystem::temp_directory_path() /
+                ("velmoranth-images-" + std::to_string(::getpid()) + "-" + name)) {
         std::ofstream(path_, std::ios::binary)
             .write(reinterpret_cast<const char*>(bytes.data()),
                    static_cast<std::streamsize>(bytes.size()));

@@ -17,7 +17,7 @@ namespace velmoranth::device {
 class PhoneTest : public testing::Test {
   protected:
     PhoneTest() : pool_([[NSAutoreleasePool alloc] init]) {
-        std::string name = testing::TempDir() + "phoneXXXXXX";
+        std::string name = std::filesystem::temp_directory_path() / "phoneXXXXXX";
         root_ = ::mkdtemp(name.data());
         for (const char* const folder : {"Library/Themes", "var/mobile/Library/Preferences"}) {
             std::filesystem::create_directories(root_ / folder);

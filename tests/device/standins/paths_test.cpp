@@ -23,7 +23,8 @@ namespace fs = std::filesystem;
 class Paths : public testing::Test {
   protected:
     Paths() {
-        std::string name = testing::TempDir() + "pathsXXXXXX";
+        ::umask(022);
+        std::string name = fs::temp_directory_path() / "pathsXXXXXX";
         root_ = fs::canonical(::mkdtemp(name.data()));
         fs::create_directories(root_ / "var/mobile");
         fs::create_directories(root_ / "Library");
