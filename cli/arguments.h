@@ -56,7 +56,7 @@ struct Command {
     std::string_view positionalNames;  // as in the usage line: "THEME...", or ""
     std::string_view description;      // whole lines; "" when the summary says it all
     std::span<const Option> options;
-    std::span<const std::string_view> examples;
+    std::vector<std::string_view> examples;
     std::size_t leastPositionals = 0;
     std::size_t mostPositionals = 0;
     ExitCode (*run)(const Arguments& arguments);

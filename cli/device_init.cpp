@@ -5,8 +5,6 @@
 #include "desktop/files/cleanup.h"
 #include "desktop/files/create_device_root.h"
 
-#include <array>
-
 namespace velmoranth::cli {
 namespace {
 
@@ -27,12 +25,6 @@ ExitCode runDeviceInit(const Arguments& arguments) {
     return ExitCode::done;
 }
 
-constexpr std::array<std::string_view, 3> kExamples{
-    "velmoranth device init mydevice",
-    "cp -r MyTheme.theme mydevice/Library/Themes/",
-    "velmoranth preview --root mydevice --follow",
-};
-
 }  // namespace
 
 Command deviceInitCommand() {
@@ -44,7 +36,9 @@ Command deviceInitCommand() {
                 "the factory preferences, the\ncalendar's settings and the settings "
                 "panel's sounds.",
             .options = {},
-            .examples = kExamples,
+            .examples = {"velmoranth device init mydevice",
+                         "cp -r MyTheme.theme mydevice/Library/Themes/",
+                         "velmoranth preview --root mydevice --follow"},
             .leastPositionals = 1,
             .mostPositionals = 1,
             .run = runDeviceInit};

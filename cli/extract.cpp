@@ -12,7 +12,6 @@
 
 #include <fmt/core.h>
 
-#include <array>
 #include <string>
 #include <vector>
 
@@ -150,13 +149,6 @@ std::string fileHelp() {
            "  catalog or nowhere to write\n";
 }
 
-constexpr std::array<std::string_view, 4> kExamples{
-    "velmoranth extract Maps.app pictures",
-    "velmoranth extract UIKit/Assets.car pictures --name 'UI*Button*'",
-    "velmoranth extract Maps.app --list",
-    "velmoranth extract Maps.app --list --json | jq -r '.renditions[].name'",
-};
-
 }  // namespace
 
 Command extractCommand() {
@@ -169,7 +161,10 @@ Command extractCommand() {
                 "Contents/Resources. OUTPUT-DIR is made when it is\nmissing; files there are "
                 "replaced, and nothing is written outside it.",
             .options = extractOptionTable(),
-            .examples = kExamples,
+            .examples = {"velmoranth extract Maps.app pictures",
+                         "velmoranth extract UIKit/Assets.car pictures --name 'UI*Button*'",
+                         "velmoranth extract Maps.app --list",
+                         "velmoranth extract Maps.app --list --json | jq -r '.renditions[].name'"},
             .leastPositionals = 1,
             .mostPositionals = 2,
             .run = runExtract,

@@ -87,12 +87,6 @@ constexpr std::array<Option, 2> kOptions{{
     {"--json", "", "", "an array with an object a row"},
 }};
 
-constexpr std::array<std::string_view, 3> kExamples{
-    "velmoranth hooks",
-    "velmoranth hooks --version-number 1575.17 --json",
-    "velmoranth hooks --json | jq -r '.[] | select(.installed) | .selector'",
-};
-
 }  // namespace
 
 Command hooksCommand() {
@@ -103,7 +97,8 @@ Command hooksCommand() {
                 "The state is that of a process that has every class of the table; a real "
                 "process installs the\nrows whose classes it has.",
             .options = kOptions,
-            .examples = kExamples,
+            .examples = {"velmoranth hooks", "velmoranth hooks --version-number 1575.17 --json",
+                         "velmoranth hooks --json | jq -r '.[] | select(.installed) | .selector'"},
             .run = runHooks};
 }
 

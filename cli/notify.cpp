@@ -70,11 +70,6 @@ std::string nameHelp() {
 
 constexpr std::array<Option, 1> kOptions{{{"--root", "", "DIR", "the device"}}};
 
-constexpr std::array<std::string_view, 2> kExamples{
-    "velmoranth notify themechanged --root mydevice",
-    "velmoranth notify prefs --root mydevice",
-};
-
 }  // namespace
 
 Command notifyCommand() {
@@ -85,7 +80,8 @@ Command notifyCommand() {
                 "NAME is one of the names below or a notification's full name. The exit "
                 "code is 1 when no process\nis running.",
             .options = kOptions,
-            .examples = kExamples,
+            .examples = {"velmoranth notify themechanged --root mydevice",
+                         "velmoranth notify prefs --root mydevice"},
             .leastPositionals = 1,
             .mostPositionals = 1,
             .run = runNotify,

@@ -15,7 +15,6 @@
 #include <fcntl.h>
 #include <fmt/core.h>
 
-#include <array>
 #include <cerrno>
 #include <chrono>
 #include <memory>
@@ -246,16 +245,6 @@ std::string preferenceHelp() {
     return "preferences for --set (yes, true, on and 1 mean the same):\n" + twoColumns(rows);
 }
 
-constexpr std::array<std::string_view, 7> kExamples{
-    "velmoranth preview MyTheme.theme",
-    "velmoranth preview Badges.theme Icons.theme --ios 12 --device pad -o pad.png",
-    "velmoranth preview MyTheme.theme --compare --set enableOverlay=no",
-    "velmoranth preview MyTheme.theme --set enableLogging=yes --log - -o - | display",
-    "velmoranth preview --root mydevice --follow",
-    "velmoranth preview MyTheme.theme --screen folder --folder Utilities -o folder.png",
-    "velmoranth preview MyTheme.theme --screen folder --steps -o steps/open.png",
-};
-
 }  // namespace
 
 Command previewCommand() {
@@ -268,7 +257,14 @@ Command previewCommand() {
             "The run has a device\nof its own, which is gone afterwards; theming, icon mask and "
             "overlay are on unless --set says otherwise.",
         .options = previewOptionTable(),
-        .examples = kExamples,
+        .examples =
+            {"velmoranth preview MyTheme.theme",
+             "velmoranth preview Badges.theme Icons.theme --ios 12 --device pad -o pad.png",
+             "velmoranth preview MyTheme.theme --compare --set enableOverlay=no",
+             "velmoranth preview MyTheme.theme --set enableLogging=yes --log - -o - | display",
+             "velmoranth preview --root mydevice --follow",
+             "velmoranth preview MyTheme.theme --screen folder --folder Utilities -o folder.png",
+             "velmoranth preview MyTheme.theme --screen folder --steps -o steps/open.png"},
         .leastPositionals = 0,
         .mostPositionals = 100000,
         .run = runPreview,

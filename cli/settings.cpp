@@ -246,23 +246,6 @@ constexpr std::array<Option, 2> kReadOptions{{
     {"--json", "", "", "as JSON: key, type, value, and what the system takes it for"},
 }};
 
-constexpr std::array<std::string_view, 2> kGetExamples{
-    "velmoranth settings get ActiveThemes --root mydevice",
-    "velmoranth settings get opacityVal --root mydevice --json",
-};
-
-constexpr std::array<std::string_view, 2> kListExamples{
-    "velmoranth settings list --root mydevice",
-    "velmoranth settings list --root mydevice --json | jq -r '.saved[]'",
-};
-
-constexpr std::array<std::string_view, 4> kSetExamples{
-    "velmoranth settings set ActiveThemes=Kilnware.theme enable=yes --root mydevice",
-    "velmoranth settings set ActiveThemes=Icons.theme ActiveThemes=Dots.theme --root mydevice",
-    "velmoranth settings set ActiveThemes= --root mydevice",
-    "velmoranth settings set dynamicShadow=yes opacityVal=0.4 yAxisVal=-2.5 --root mydevice",
-};
-
 }  // namespace
 
 Command settingsListCommand() {
@@ -271,7 +254,8 @@ Command settingsListCommand() {
             .positionalNames = "",
             .description = "A key that is not set counts as no, or as 0.",
             .options = kReadOptions,
-            .examples = kListExamples,
+            .examples = {"velmoranth settings list --root mydevice",
+                         "velmoranth settings list --root mydevice --json | jq -r '.saved[]'"},
             .run = runList};
 }
 
@@ -283,7 +267,8 @@ Command settingsGetCommand() {
                 "The value alone, as settings set takes it. The exit code is 1 when it "
                 "is not set.",
             .options = kReadOptions,
-            .examples = kGetExamples,
+            .examples = {"velmoranth settings get ActiveThemes --root mydevice",
+                         "velmoranth settings get opacityVal --root mydevice --json"},
             .leastPositionals = 1,
             .mostPositionals = 1,
             .run = runGet};
@@ -299,7 +284,13 @@ Command settingsSetCommand() {
                 "several times; a comma or a backslash\nthat belongs to a name has a backslash "
                 "before it. Without a name the list is empty.",
             .options = kSettingsOptions,
-            .examples = kSetExamples,
+            .examples =
+                {"velmoranth settings set ActiveThemes=Kilnware.theme enable=yes --root mydevice",
+                 "velmoranth settings set ActiveThemes=Icons.theme ActiveThemes=Dots.theme --root "
+                 "mydevice",
+                 "velmoranth settings set ActiveThemes= --root mydevice",
+                 "velmoranth settings set dynamicShadow=yes opacityVal=0.4 yAxisVal=-2.5 --root "
+                 "mydevice"},
             .leastPositionals = 1,
             .mostPositionals = 1000,
             .run = runSet,

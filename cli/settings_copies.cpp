@@ -9,7 +9,6 @@
 
 #include <fmt/core.h>
 
-#include <array>
 #include <functional>
 #include <optional>
 #include <string>
@@ -242,23 +241,6 @@ ExitCode runRestore(const Arguments& arguments) {
     });
 }
 
-constexpr std::array<std::string_view, 1> kSaveExamples{
-    "velmoranth settings save Night --root mydevice",
-};
-
-constexpr std::array<std::string_view, 1> kRenameExamples{
-    "velmoranth settings rename Night 'Night with shadows' --root mydevice",
-};
-
-constexpr std::array<std::string_view, 1> kDeleteExamples{
-    "velmoranth settings delete Night --root mydevice",
-};
-
-constexpr std::array<std::string_view, 2> kRestoreExamples{
-    "velmoranth settings restore --root mydevice",
-    "velmoranth settings restore Night --root mydevice",
-};
-
 }  // namespace
 
 Command settingsSaveCommand() {
@@ -269,7 +251,7 @@ Command settingsSaveCommand() {
                 "Copies lie in /User/Library/VelMoranth/UserSettings; a blank before "
                 "and after NAME belongs to a file's name.",
             .options = kSettingsOptions,
-            .examples = kSaveExamples,
+            .examples = {"velmoranth settings save Night --root mydevice"},
             .leastPositionals = 1,
             .mostPositionals = 1,
             .run = runSave};
@@ -281,7 +263,7 @@ Command settingsRenameCommand() {
             .positionalNames = "OLD NEW",
             .description = {},
             .options = kSettingsOptions,
-            .examples = kRenameExamples,
+            .examples = {"velmoranth settings rename Night 'Night with shadows' --root mydevice"},
             .leastPositionals = 2,
             .mostPositionals = 2,
             .run = runRename};
@@ -293,7 +275,7 @@ Command settingsDeleteCommand() {
             .positionalNames = "NAME",
             .description = {},
             .options = kSettingsOptions,
-            .examples = kDeleteExamples,
+            .examples = {"velmoranth settings delete Night --root mydevice"},
             .leastPositionals = 1,
             .mostPositionals = 1,
             .run = runDelete};
@@ -307,7 +289,8 @@ Command settingsRestoreCommand() {
                 "What is put in force is checked first; then it takes the place of the "
                 "preferences, whole or not\nat all, and the running processes are told.",
             .options = kSettingsOptions,
-            .examples = kRestoreExamples,
+            .examples = {"velmoranth settings restore --root mydevice",
+                         "velmoranth settings restore Night --root mydevice"},
             .mostPositionals = 1,
             .run = runRestore};
 }

@@ -264,13 +264,6 @@ constexpr std::array<Option, 3> kOptions{{
     {"--json", "", "", "say it as JSON: the file, the reason, what was looked for"},
 }};
 
-constexpr std::array<std::string_view, 4> kExamples{
-    "velmoranth sound key-click MyTheme.theme",
-    "velmoranth sound event:lock Sounds.theme Icons.theme -o lock.wav",
-    "velmoranth sound 1108 --root mydevice --json",
-    "velmoranth sound panel:success",
-};
-
 }  // namespace
 
 Command soundCommand() {
@@ -282,7 +275,10 @@ Command soundCommand() {
                 "phone's; they are not\nplayed here. The settings panel's sounds need no THEME. "
                 "The exit code is 1 when there is nothing to hear.",
             .options = kOptions,
-            .examples = kExamples,
+            .examples = {"velmoranth sound key-click MyTheme.theme",
+                         "velmoranth sound event:lock Sounds.theme Icons.theme -o lock.wav",
+                         "velmoranth sound 1108 --root mydevice --json",
+                         "velmoranth sound panel:success"},
             .leastPositionals = 1,
             .mostPositionals = 100000,
             .run = runSound,
