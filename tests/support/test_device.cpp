@@ -1,12 +1,8 @@
 #include "tests/support/test_device.h"
 
 #include "desktop/files/create_device_root.h"
-#include "desktop/files/file_manager.h"
 #include "desktop/imaging/bitmap_image.h"
-#include "desktop/imaging/core_graphics.h"
-#include "desktop/imaging/image_contexts.h"
-#include "desktop/plist/property_lists.h"
-#include "desktop/views/views.h"
+#include "desktop/services/services.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -102,40 +98,29 @@ int TestLibSystem::mkdir(const std::string& path, unsigned mode) {
 
 struct TestDevice::Services {
     Services(TestDevice& device, double scale)
-        : root(makeRoot(device.hostFolder_)),
-          realFiles(root),
-          files(device.journal, realFiles),
-          realPlists(root),
-          plists(device.journal, realPlists),
+        : real(makeRoot(device.hostFolder_),
+               {.screenScale = scale, .siblings = desktop::ScaledSiblings::off}, nullptr),
+          files(device.journal, real.fileManager()),
+          plists(device.journal, real.propertyLists()),
           log(device.journal),
           libSystem(device.journal, device.libSystem),
-          coreGraphics(device.journal, realCoreGraphics),
-          realContexts(scale, desktop::ImageDescription::ios13),
-          contexts(device.journal, realContexts),
-          realImages({.root = root, .screenScale = scale, .siblings = desktop::ScaledSiblings::off},
-                     realContexts),
-          images(device.journal, realImages),
-          fonts(device.journal, realFonts),
-          views(device.journal, realViews),
+          coreGraphics(device.journal, real.coreGraphics()),
+          contexts(device.journal, real.imageContexts()),
+          images(device.journal, real.images()),
+          fonts(device.journal, real.fonts()),
+          views(device.journal, real.views()),
           objc(device.journal, device.runtime),
           substrate(device.journal, device.runtime) {}
 
-    std::shared_ptr<desktop::DeviceRoot> root;
-    desktop::DesktopFileManager realFiles;
+    desktop::Services real;
     RecordingFileManager files;
-    desktop::DesktopPropertyLists realPlists;
     RecordingPropertyLists plists;
     RecordingLog log;
     RecordingLibSystem libSystem;
-    desktop::DesktopCoreGraphics realCoreGraphics;
     RecordingCoreGraphics coreGraphics;
-    desktop::DesktopImageContexts realContexts;
     RecordingImageContexts contexts;
-    desktop::DesktopImages realImages;
     RecordingImages images;
-    desktop::DesktopFonts realFonts;
     RecordingFonts fonts;
-    desktop::DesktopViews realViews;
     RecordingViews views;
     RecordingObjcRuntime objc;
     RecordingSubstrate substrate;
@@ -158,7 +143,7 @@ TestDevice::TestDevice(double screenScale)
       libSystem(hostFolder_) {
     services_ = std::make_unique<Services>(*this, screenScale);
     Services& all = *services_;
-    all.realImages.setSendApplicationIconImage(
+    all.real.images().setSendApplicationIconImage(
         [this](const platform::NullableString& identifier, int format, double scale) {
             return runtime.sendToClass<platform::ImageRef, platform::NullableString, int, double>(
                 "UIImage", "_applicationIconImageForBundleIdentifier:format:scale:", identifier,
@@ -247,7 +232,7 @@ void TestDevice::activeThemes(const std::vector<std::string>& names,
 }
 
 platform::ImageRef TestDevice::image(const Pixels& pixels, double scale) const {
-    return services_->realImages.makeImage(
+    return services_->real.images().makeImage(
         desktop::DesktopBitmapImage::createPremultiplied(
             std::make_shared<const platform::Data>(premultipliedBgra(pixels)),
             {pixels.width, pixels.height}, pixels.width * 4),
@@ -259,11 +244,11 @@ RecordingFileManager& TestDevice::fileManager() {
 }
 
 desktop::AnimationClock& TestDevice::clock() const {
-    return services_->realViews.clock();
+    return services_->real.views().clock();
 }
 
 desktop::DesktopImages& TestDevice::images() const {
-    return services_->realImages;
+    return services_->real.images();
 }
 
 }  // namespace velmoranth::tests
