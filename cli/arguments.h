@@ -10,6 +10,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace velmoranth::cli {
@@ -23,6 +24,11 @@ struct Option {
     std::string_view summary;
     Repeat repeat = Repeat::once;
 };
+
+// A problem of usage.
+inline tl::unexpected<desktop::Problem> misuse(std::string message) {
+    return tl::unexpected(desktop::Problem{std::move(message)});
+}
 
 // The option that every command has.
 inline constexpr Option kHelpOption{"--help", "-h", "", "show this text"};

@@ -9,6 +9,7 @@
 #include <array>
 #include <cstddef>
 #include <optional>
+#include <ranges>
 
 namespace velmoranth::cli {
 namespace {
@@ -46,25 +47,20 @@ ExitCode unknownCommand(const std::vector<std::string>& words) {
     const std::string& first = words.front();
     if (first.size() > 1 && first.front() == '-') {
         static constexpr std::array<std::string_view, 2> kOptions{"--help", "--version"};
-        const std::string near = suggestion(first, kOptions);
         return fail(ExitCode::wrongUsage,
                     "there is no option " + inQuotes(first) +
-                        (near.empty() ? "; velmoranth --help lists what there is" : near));
+                        suggestion(first, kOptions, "; velmoranth --help lists what there is"));
     }
     const bool isGroup = !group(first).empty();
     const std::string given =
         isGroup && words.size() > 1 ? first + " " + words[1] : std::string(first);
-    std::vector<std::string_view> names;
-    for (const Command& command : commands()) {
-        names.push_back(command.name);
-    }
-    std::string near = suggestion(given, names);
-    if (near.empty() && isGroup) {
-        near = "; did you mean " + std::string(group(first).front()->name) + "?";
-    }
-    return fail(ExitCode::wrongUsage,
-                "there is no command " + inQuotes(given) +
-                    (near.empty() ? "; velmoranth --help lists what there is" : near));
+    const std::string otherwise =
+        isGroup ? "; did you mean " + std::string(group(first).front()->name) + "?"
+                : "; velmoranth --help lists what there is";
+    return fail(
+        ExitCode::wrongUsage,
+        "there is no command " + inQuotes(given) +
+            suggestion(given, std::views::transform(commands(), &Command::name), otherwise));
 }
 
 ExitCode run(const std::vector<std::string>& words) {

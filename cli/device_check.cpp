@@ -107,17 +107,15 @@ desktop::Result<std::shared_ptr<DeviceRoot>> openDevice(const std::string& folde
     return root;
 }
 
-std::vector<std::string> oddPreferences(const DeviceRoot& root) {
+void warnOfPreferences(const DeviceRoot& root) {
     // Where the user has none, every start puts the factory preferences in place.
     const std::string live = withoutLink(core::kPreferencesPath);
     const std::string factory = withoutLink(core::kFactoryPreferences);
     const bool isFactoryFresh = lookFor(root, live) == ENOENT && lookFor(root, factory) == 0;
     const std::string& devicePath = isFactoryFresh ? factory : live;
-    std::vector<std::string> lines = oddContents(root, devicePath);
-    for (std::string& line : lines) {
-        line.insert(0, shown(root.hostFolder()) + devicePath + ": ");
+    for (const std::string& line : oddContents(root, devicePath)) {
+        warn(shown(root.hostFolder()) + devicePath + ": " + line);
     }
-    return lines;
 }
 
 }  // namespace velmoranth::cli

@@ -7,7 +7,6 @@
 
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace velmoranth::cli {
 
@@ -15,7 +14,7 @@ namespace velmoranth::cli {
 [[nodiscard]] desktop::Result<std::shared_ptr<desktop::DeviceRoot>> openDevice(
     const std::string& folder);
 
-// One line a finding; empty when preferences and active themes are as they should be.
-[[nodiscard]] std::vector<std::string> oddPreferences(const desktop::DeviceRoot& root);
+// Warns of each finding; says nothing when preferences and active themes are as they should be.
+void warnOfPreferences(const desktop::DeviceRoot& root);
 
 }  // namespace velmoranth::cli

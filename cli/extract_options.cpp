@@ -26,10 +26,6 @@ constexpr std::array<Option, 4> kOptions{{
     {"--jobs", "", "N", "how many pictures to work on at a time (default: one a processor)"},
 }};
 
-tl::unexpected<Problem> misuse(std::string message) {
-    return tl::unexpected(Problem{std::move(message)});
-}
-
 Result<void> readJobs(const Arguments& arguments, ExtractOptions& options) {
     options.jobs = std::clamp(std::thread::hardware_concurrency(), 1U, unsigned{kMostJobs});
     if (const auto text = arguments.value("--jobs")) {

@@ -59,9 +59,4 @@ std::optional<std::string_view> nearest(std::string_view word,
     return best;
 }
 
-std::string suggestion(std::string_view word, std::span<const std::string_view> candidates) {
-    const auto found = nearest(word, candidates);
-    return found ? "; did you mean " + std::string(*found) + "?" : std::string();
-}
-
 }  // namespace velmoranth::cli

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <ranges>
 #include <string>
 #include <utility>
 #include <vector>
@@ -31,15 +32,11 @@ ExitCode runNotify(const Arguments& arguments) {
     const std::string& word = arguments.positionals().front();
     const std::string name = fullName(word);
     if (name.empty()) {
-        std::vector<std::string_view> names;
-        names.reserve(kNotifications.size());
-        for (const NotificationRow& row : kNotifications) {
-            names.push_back(row.shortName);
-        }
-        const std::string near = suggestion(word, names);
-        return fail(ExitCode::wrongUsage,
-                    "there is no notification " + inQuotes(word) +
-                        (near.empty() ? "; velmoranth notify --help lists them" : near));
+        return fail(
+            ExitCode::wrongUsage,
+            "there is no notification " + inQuotes(word) +
+                suggestion(word, std::views::transform(kNotifications, &NotificationRow::shortName),
+                           "; velmoranth notify --help lists them"));
     }
     const auto folder = arguments.value("--root");
     if (!folder) {

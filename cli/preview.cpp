@@ -13,11 +13,10 @@
 #include "simulator/process/launcher.h"
 
 #include <fcntl.h>
-#include <fmt/core.h>
+#include <fmt/format.h>
 
 #include <cerrno>
 #include <chrono>
-#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -31,13 +30,6 @@ using simulator::RunningScreen;
 using simulator::ScreenRequest;
 
 namespace {
-
-// The device to show, and what the picture of it is called.
-struct Shown {
-    std::unique_ptr<ThrowAwayDevice> throwAway;  // null with a root of the user's
-    std::string folder;
-    std::string caption;
-};
 
 Result<void> checkLog(const std::string& path) {
     if (path.empty() || path == "-") {
@@ -53,46 +45,29 @@ Result<void> checkLog(const std::string& path) {
     return {};
 }
 
-Result<Shown> deviceOfThemes(const PreviewOptions& options) {
-    const auto themes = findThemes(options.themes);
-    if (!themes) {
-        return tl::unexpected(themes.error());
+Result<DeviceOfRun> deviceFor(const PreviewOptions& options) {
+    if (options.root.empty()) {
+        return makeDevice(options.themes, options.settings);
     }
-    std::vector<std::string> names;
-    std::string caption;
-    for (const ThemeFolder& theme : *themes) {
-        names.push_back(theme.name);
-        caption += (caption.empty() ? "" : " + ") + theme.name;
-    }
-    platform::Dictionary preferences = previewPreferences(names);
-    for (const auto& [key, value] : options.settings) {
-        preferences.insert_or_assign(key, value);
-    }
-    auto device = ThrowAwayDevice::create(*themes, preferences);
-    if (!device) {
-        return tl::unexpected(std::move(device.error()));
-    }
-    std::string folder = (*device)->folder();
-    return Shown{std::move(*device), std::move(folder), std::move(caption)};
-}
-
-Result<Shown> deviceOfUser(const PreviewOptions& options) {
-    const auto root = openDevice(options.root);
+    auto root = openDevice(options.root);
     if (!root) {
-        return tl::unexpected(root.error());
+        return tl::unexpected(std::move(root.error()));
     }
     if (options.kind != PreviewKind::stock) {
-        for (const std::string& line : oddPreferences(**root)) {
-            warn(line);
-        }
+        warnOfPreferences(**root);
     }
-    return Shown{nullptr, options.root, "Themed"};
+    return DeviceOfRun{std::move(*root)};
 }
 
-ScreenRequest requestFor(const PreviewOptions& options, const Shown& device) {
+// What the picture of it is called.
+std::string captionOf(const DeviceOfRun& device) {
+    return device.themes.empty() ? "Themed" : fmt::format("{}", fmt::join(device.themes, " + "));
+}
+
+ScreenRequest requestFor(const PreviewOptions& options, const DeviceOfRun& device) {
     ScreenRequest request;
     request.device = options.device;
-    request.rootFolder = device.folder;
+    request.rootFolder = device.root->hostFolder();
     request.page = options.screen.page;
     request.screen = options.screen.kind;
     request.item = options.screen.item;
@@ -135,7 +110,7 @@ Result<void> deliver(const PreviewOptions& options, const simulator::Picture& pi
     return written;
 }
 
-Result<void> drawAllSteps(const PreviewOptions& options, const Shown& device) {
+Result<void> drawAllSteps(const PreviewOptions& options, const DeviceOfRun& device) {
     ProgressLine progress;
     const int count = stepCount(options.screen.kind);
     return drawSteps(requestFor(options, device), [&](int step, const RenderedScreen& screen) {
@@ -169,7 +144,7 @@ Result<void> checkOutputs(const PreviewOptions& options) {
     return {};
 }
 
-Result<void> drawOnce(const PreviewOptions& options, const Shown& device) {
+Result<void> drawOnce(const PreviewOptions& options, const DeviceOfRun& device) {
     const ScreenRequest request = requestFor(options, device);
     const auto screen = simulator::renderScreen(request);
     if (!screen) {
@@ -186,11 +161,11 @@ Result<void> drawOnce(const PreviewOptions& options, const Shown& device) {
         return tl::unexpected(stock.error());
     }
     return deliver(options,
-                   sideBySide({stock->picture, "Stock"}, {screen->picture, device.caption}));
+                   sideBySide({stock->picture, "Stock"}, {screen->picture, captionOf(device)}));
 }
 
 // Ends only with a problem; a signal ends the process.
-Result<void> follow(const PreviewOptions& options, const Shown& device) {
+Result<void> follow(const PreviewOptions& options, const DeviceOfRun& device) {
     const auto running = RunningScreen::start(requestFor(options, device));
     if (!running) {
         return tl::unexpected(running.error());
@@ -198,7 +173,7 @@ Result<void> follow(const PreviewOptions& options, const Shown& device) {
     auto screen = (*running)->render();
     if (screen) {
         notePage(options, *screen);
-        note("following; velmoranth notify NAME --root " + shown(device.folder) +
+        note("following; velmoranth notify NAME --root " + shown(device.root->hostFolder()) +
              " has it drawn again, Ctrl-C ends it");
     }
     for (;;) {
@@ -224,7 +199,7 @@ ExitCode runPreview(const Arguments& arguments) {
         }
     }
     desktop::cleanUpOnSignals();
-    const auto device = options->root.empty() ? deviceOfThemes(*options) : deviceOfUser(*options);
+    const auto device = deviceFor(*options);
     if (!device) {
         return fail(ExitCode::badInput, device.error());
     }

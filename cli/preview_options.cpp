@@ -6,9 +6,14 @@
 #include "cli/preferences.h"
 #include "desktop/dates/dates.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <ctime>
+#include <ranges>
+#include <regex>
 #include <string_view>
 
 namespace velmoranth::cli {
@@ -57,45 +62,11 @@ constexpr std::array<Option, 19> kOptions{{
      "interrupted"},
 }};
 
-tl::unexpected<Problem> misuse(std::string message) {
-    return tl::unexpected(Problem{std::move(message)});
-}
-
-// The pattern with each of its digits standing for any digit.
-bool hasForm(std::string_view text, std::string_view pattern) {
-    if (text.size() != pattern.size()) {
-        return false;
-    }
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool isDigit = text[i] >= '0' && text[i] <= '9';
-        if (pattern[i] == '0' ? !isDigit : text[i] != pattern[i]) {
-            return false;
-        }
-    }
-    return true;
-}
-
 // "en", "de_AT", "zh-Hant-TW": two or three letters, then parts of letters and digits.
-bool isLocaleName(std::string_view text) {
+bool isLocaleName(const std::string& text) {
+    static const std::regex kForm("[A-Za-z]{2,3}([_-][A-Za-z0-9]{2,})*");
     constexpr std::size_t kLongest = 60;
-    std::size_t part = 0;
-    std::size_t length = 0;
-    for (const char letter : text) {
-        const bool isLetter = (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z');
-        const bool isDigit = letter >= '0' && letter <= '9';
-        if (letter == '_' || letter == '-') {
-            if (length < 2 || (part == 0 && length > 3)) {
-                return false;
-            }
-            ++part;
-            length = 0;
-        } else if (!isLetter && !(isDigit && part > 0)) {
-            return false;
-        } else {
-            ++length;
-        }
-    }
-    return length >= 2 && (part > 0 || length <= 3) && text.size() <= kLongest;
+    return text.size() <= kLongest && std::regex_match(text, kForm);
 }
 
 Result<simulator::DeviceConfiguration> readDevice(const Arguments& arguments) {
@@ -107,14 +78,10 @@ Result<simulator::DeviceConfiguration> readDevice(const Arguments& arguments) {
     const std::string name = arguments.value("--device").value_or("phone");
     auto device = simulator::deviceConfiguration(name, *major);
     if (!device) {
-        std::vector<std::string_view> names;
-        std::string list;
-        for (const simulator::DeviceModel& model : simulator::deviceModels()) {
-            names.push_back(model.name);
-            list += (list.empty() ? "" : ", ") + std::string(model.name);
-        }
-        return misuse("--device takes one of " + list + ", not " + inQuotes(name) +
-                      suggestion(name, names));
+        const auto names =
+            std::views::transform(simulator::deviceModels(), &simulator::DeviceModel::name);
+        return misuse(fmt::format("--device takes one of {}, not {}{}", fmt::join(names, ", "),
+                                  inQuotes(name), suggestion(name, names)));
     }
     if (const auto locale = arguments.value("--locale")) {
         if (!isLocaleName(*locale)) {
@@ -183,35 +150,29 @@ Result<void> checkTogether(const Arguments& arguments) {
 }  // namespace
 
 Result<platform::Date> parseDate(const std::string& text) {
-    // 9:41 is the time that devices show in pictures.
-    std::string whole = text;
-    if (hasForm(text, "0000-00-00")) {
-        whole += "T09:41:00";
-    } else if (hasForm(text, "0000-00-00T00:00")) {
-        whole += ":00";
-    }
+    static const std::regex kForm("\\d{4}-\\d\\d-\\d\\d(T\\d\\d:\\d\\d(:\\d\\d)?)?");
+    constexpr std::array kFormats{"%Y-%m-%d", "%Y-%m-%dT%H:%M", "%Y-%m-%dT%H:%M:%S"};
     const std::string complaint =
         "--date takes a date like 2019-12-24 or 2019-12-24T18:30, not " + inQuotes(text);
-    if (!hasForm(whole, "0000-00-00T00:00:00")) {
+    std::tm wanted{};
+    const auto reads = [&](const char* format) {
+        wanted = std::tm();
+        // 9:41 is the time that devices show in pictures.
+        wanted.tm_hour = 9;
+        wanted.tm_min = 41;
+        const char* const end = ::strptime(text.c_str(), format, &wanted);
+        return end != nullptr && *end == '\0';
+    };
+    if (!std::regex_match(text, kForm) || std::ranges::none_of(kFormats, reads)) {
         return misuse(complaint);
     }
-    std::tm wanted{};
-    const auto field = [&](std::size_t position, std::size_t count) {
-        return parseInteger(std::string_view(whole).substr(position, count), 0, 9999).value_or(0);
-    };
-    wanted.tm_year = field(0, 4) - 1900;
-    wanted.tm_mon = field(5, 2) - 1;
-    wanted.tm_mday = field(8, 2);
-    wanted.tm_hour = field(11, 2);
-    wanted.tm_min = field(14, 2);
-    wanted.tm_sec = field(17, 2);
     wanted.tm_isdst = -1;
     std::tm real = wanted;
     const std::time_t time = std::mktime(&real);
-    // A day or an hour that there is not comes back as another one; an hour that a change to summer
-    // time leaves out may.
-    if (real.tm_year != wanted.tm_year || real.tm_mon != wanted.tm_mon ||
-        real.tm_mday != wanted.tm_mday || real.tm_min != wanted.tm_min || wanted.tm_hour > 23) {
+    // A day that there is not comes back as another one; an hour that a change to summer time
+    // leaves out may.
+    if (real.tm_mon != wanted.tm_mon || real.tm_mday != wanted.tm_mday ||
+        real.tm_min != wanted.tm_min) {
         return misuse(complaint);
     }
     return platform::Date{static_cast<double>(time) - desktop::kReferenceDate};

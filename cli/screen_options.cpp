@@ -6,6 +6,8 @@
 #include "cli/preview_steps.h"
 #include "simulator/home_screen/apps.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -35,10 +37,6 @@ struct Belonging {
 constexpr std::array<Belonging, 3> kBelongings{{{"--folder", ScreenKind::folder, "folder"},
                                                 {"--folder-page", ScreenKind::folder, "folder"},
                                                 {"--icon", ScreenKind::pressed, "pressed"}}};
-
-tl::unexpected<Problem> misuse(std::string message) {
-    return tl::unexpected(Problem{std::move(message)});
-}
 
 bool sameIgnoringCase(std::string_view a, std::string_view b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](unsigned char x, unsigned char y) {
@@ -75,15 +73,11 @@ Result<std::string> identifierFor(ScreenKind screen, std::string_view option,
         }
     }
     if (screen == ScreenKind::folder) {
-        std::string list;
-        for (const std::string& name : names) {
-            list += (list.empty() ? "" : ", ") + name;
-        }
-        return misuse(std::string(option) + " takes one of " + list + ", not " + inQuotes(word));
+        return misuse(fmt::format("{} takes one of {}, not {}", option, fmt::join(names, ", "),
+                                  inQuotes(word)));
     }
-    const std::vector<std::string_view> candidates(names.begin(), names.end());
     return misuse("there is no icon " + inQuotes(word) + " on the home screen" +
-                  suggestion(word, candidates));
+                  suggestion(word, names));
 }
 
 bool hasPages(ScreenKind screen) {

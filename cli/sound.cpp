@@ -4,7 +4,6 @@
 #include "cli/help.h"
 #include "cli/messages.h"
 #include "cli/output_file.h"
-#include "cli/preferences.h"
 #include "cli/sound_events.h"
 #include "cli/sound_report.h"
 #include "cli/sound_watch.h"
@@ -43,9 +42,6 @@ struct SoundOptions {
 };
 
 Result<SoundOptions> readOptions(const Arguments& arguments) {
-    const auto wrong = [](std::string message) {
-        return tl::unexpected(desktop::Problem{std::move(message)});
-    };
     const std::vector<std::string>& words = arguments.positionals();
     auto event = parseSoundEvent(words.front());
     if (!event) {
@@ -57,68 +53,40 @@ Result<SoundOptions> readOptions(const Arguments& arguments) {
                          .output = arguments.value("--output").value_or(std::string()),
                          .asJson = arguments.has("--json")};
     if (options.root && !options.themes.empty()) {
-        return wrong("--root does not go with THEME: a device has its own themes");
+        return misuse("--root does not go with THEME: a device has its own themes");
     }
     if (!options.root && options.themes.empty() && options.event.source != SoundSource::panel) {
-        return wrong("a THEME folder is missing (or --root DIR); velmoranth sound --help");
+        return misuse("a THEME folder is missing (or --root DIR); velmoranth sound --help");
     }
     if (arguments.has("--output") && options.output.empty()) {
-        return wrong("--output takes a name, and this one is empty");
+        return misuse("--output takes a name, and this one is empty");
     }
     if (options.output == "-") {
-        return wrong("--output takes a file's name: standard output says what is played");
+        return misuse("--output takes a file's name: standard output says what is played");
     }
     return options;
 }
 
-// A device that is used as it is.
-struct Stage {
-    std::unique_ptr<ThrowAwayDevice> throwAway;  // null for the user's own
-    std::shared_ptr<const desktop::DeviceRoot> root;
-};
-
-Result<Stage> stageOfThemes(const SoundOptions& options) {
-    const auto themes = findThemes(options.themes);
-    if (!themes) {
-        return tl::unexpected(themes.error());
-    }
-    std::vector<std::string> names;
-    names.reserve(themes->size());
-    for (const ThemeFolder& theme : *themes) {
-        names.push_back(theme.name);
-    }
-    auto device = ThrowAwayDevice::create(*themes, previewPreferences(names));
-    if (!device) {
-        return tl::unexpected(std::move(device.error()));
-    }
-    auto root = desktop::DeviceRoot::open((*device)->folder());
-    if (!root) {
-        return tl::unexpected(std::move(root.error()));
-    }
-    return Stage{std::move(*device), std::move(*root)};
-}
-
-Result<Stage> openStage(const SoundOptions& options) {
+// The user's own is used as it is.
+Result<DeviceOfRun> deviceFor(const SoundOptions& options) {
     if (!options.root) {
-        return stageOfThemes(options);
+        return makeDevice(options.themes);
     }
     auto root = desktop::DeviceRoot::open(*options.root);
     if (!root) {
         return tl::unexpected(std::move(root.error()));
     }
     if (options.event.source != SoundSource::panel) {
-        for (const std::string& line : oddPreferences(**root)) {
-            warn(line);
-        }
+        warnOfPreferences(**root);
     }
-    return Stage{nullptr, std::move(*root)};
+    return DeviceOfRun{std::move(*root)};
 }
 
 // A process of the device, in which the moment comes. Its sound plays while this is there.
 class Performance {
   public:
-    Performance(const Stage& stage, desktop::Mixer& mixer, desktop::SoundOutput& output)
-        : root_(stage.root), audio_(stage.root, mixer, output), process_(stage.root, audio_) {
+    Performance(const DeviceOfRun& device, desktop::Mixer& mixer, desktop::SoundOutput& output)
+        : root_(device.root), audio_(device.root, mixer, output), process_(device.root, audio_) {
         simulator::registerFeedbackClasses(
             process_.runtime(), [this](std::uint64_t /*number*/) { playsSystemSound_ = true; });
         WatchedProcess::startEngine();
@@ -192,10 +160,10 @@ ExitCode codeOf(const SoundReport& report) {
     return report.isPlayed() ? ExitCode::done : ExitCode::nothingFound;
 }
 
-ExitCode playToFile(const SoundOptions& options, const Stage& stage) {
+ExitCode playToFile(const SoundOptions& options, const DeviceOfRun& device) {
     desktop::Mixer mixer;
     desktop::RecordingOutput recording(mixer);
-    Performance performance(stage, mixer, recording);
+    Performance performance(device, mixer, recording);
     const SoundReport report = performance.perform(options.event);
     if (report.isPlayed()) {
         recording.advanceToEnd(kLongestSound);
@@ -209,10 +177,10 @@ ExitCode playToFile(const SoundOptions& options, const Stage& stage) {
     return codeOf(report);
 }
 
-ExitCode playAloud(const SoundOptions& options, const Stage& stage) {
+ExitCode playAloud(const SoundOptions& options, const DeviceOfRun& device) {
     desktop::Mixer mixer;
     desktop::SdlOutput speaker(mixer, [](const std::string& line) { note(line); });
-    Performance performance(stage, mixer, speaker);
+    Performance performance(device, mixer, speaker);
     const SoundReport report = performance.perform(options.event);
     printReport(options, report);
     static_cast<void>(flushResults());
@@ -238,11 +206,11 @@ ExitCode runSound(const Arguments& arguments) {
         }
     }
     desktop::cleanUpOnSignals();
-    const auto stage = openStage(*options);
-    if (!stage) {
-        return fail(ExitCode::badInput, stage.error());
+    const auto device = deviceFor(*options);
+    if (!device) {
+        return fail(ExitCode::badInput, device.error());
     }
-    return options->output.empty() ? playAloud(*options, *stage) : playToFile(*options, *stage);
+    return options->output.empty() ? playAloud(*options, *device) : playToFile(*options, *device);
 }
 
 std::string nameHelp() {

@@ -8,8 +8,8 @@
 #include <charconv>
 #include <limits>
 #include <optional>
+#include <ranges>
 #include <system_error>
-#include <vector>
 
 namespace velmoranth::cli {
 
@@ -75,14 +75,9 @@ Result<SoundEvent> parseSoundEvent(const std::string& word) {
         }
         return SoundEvent{isEvent ? kHomeScreen : kFeedback, *number, {}, word};
     }
-    std::vector<std::string_view> names;
-    names.reserve(kNames.size());
-    for (const SoundName& row : kNames) {
-        names.push_back(row.name);
-    }
-    const std::string near = suggestion(word, names);
     return tl::unexpected(Problem{"there is no sound " + inQuotes(word) +
-                                  (near.empty() ? "; velmoranth sound --help lists them" : near)});
+                                  suggestion(word, std::views::transform(kNames, &SoundName::name),
+                                             "; velmoranth sound --help lists them")});
 }
 
 }  // namespace velmoranth::cli

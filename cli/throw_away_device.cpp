@@ -26,6 +26,16 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// What a theme may be at most: a theme of pictures has a few thousand files and tens of megabytes.
+constexpr std::size_t kMaxThemeEntries = 50000;
+constexpr std::uint64_t kMaxThemeBytes = std::uint64_t{512} * 1024 * 1024;
+
+// A theme folder of this machine.
+struct ThemeFolder {
+    std::string path;  // as the user gave it
+    std::string name;  // the folder's own name, which is the theme's
+};
+
 Problem aboutTheme(const std::string& path, std::string message) {
     return {std::move(message), path};
 }
@@ -121,8 +131,6 @@ Result<void> writePreferences(const desktop::DeviceRoot& root,
     return {};
 }
 
-}  // namespace
-
 Result<std::vector<ThemeFolder>> findThemes(std::span<const std::string> paths) {
     std::vector<ThemeFolder> themes;
     std::map<std::string, std::string> pathOfName;
@@ -142,15 +150,21 @@ Result<std::vector<ThemeFolder>> findThemes(std::span<const std::string> paths) 
     return themes;
 }
 
-Result<std::unique_ptr<ThrowAwayDevice>> ThrowAwayDevice::create(
-    std::span<const ThemeFolder> themes, const platform::Dictionary& preferences) {
+}  // namespace
+
+Result<DeviceOfRun> makeDevice(std::span<const std::string> paths,
+                               const platform::Dictionary& settings) {
+    const auto themes = findThemes(paths);
+    if (!themes) {
+        return tl::unexpected(themes.error());
+    }
     std::error_code error;
     const fs::path temporary = fs::temp_directory_path(error);
     std::string folder = (error ? fs::path("/tmp") : temporary) / "velmoranth-XXXXXX";
     if (::mkdtemp(folder.data()) == nullptr) {
         return tl::unexpected(desktop::problemOfErrno(errno, folder));
     }
-    std::unique_ptr<ThrowAwayDevice> device(new ThrowAwayDevice(folder));
+    DeviceOfRun device{.folder = std::make_unique<desktop::RemovedAtEnd>(folder)};
     const auto files = findInstalledFiles();
     if (!files) {
         return tl::unexpected(files.error());
@@ -159,14 +173,18 @@ Result<std::unique_ptr<ThrowAwayDevice>> ThrowAwayDevice::create(
     if (!root) {
         return tl::unexpected(root.error());
     }
-    for (const ThemeFolder& theme : themes) {
+    device.root = *root;
+    for (const ThemeFolder& theme : *themes) {
         if (auto copied =
                 desktop::importFolder(**root, theme.path, "/Library/Themes/" + theme.name);
             !copied) {
             return tl::unexpected(
                 aboutTheme(theme.path, "the theme cannot be copied: " + copied.error().message));
         }
+        device.themes.push_back(theme.name);
     }
+    platform::Dictionary preferences = settings;
+    preferences.merge(previewPreferences(device.themes));  // where the settings say nothing
     if (auto written = writePreferences(**root, preferences); !written) {
         return tl::unexpected(std::move(written.error()));
     }

@@ -9,11 +9,6 @@
 
 namespace velmoranth::simulator {
 
-struct RunningScreen::State {
-    std::unique_ptr<ChildProcess> child;
-    std::chrono::milliseconds timeLimit;
-};
-
 desktop::Result<RenderedScreen> renderScreen(const ScreenRequest& request) {
     auto running = RunningScreen::start(request);
     if (!running) {
@@ -30,25 +25,25 @@ desktop::Result<std::unique_ptr<RunningScreen>> RunningScreen::start(const Scree
     if (auto ready = (*child)->receive(MessageKind::ready, request.timeLimit); !ready) {
         return tl::unexpected(std::move(ready.error()));
     }
-    return std::unique_ptr<RunningScreen>(
-        new RunningScreen(std::make_unique<State>(State{std::move(*child), request.timeLimit})));
+    return std::unique_ptr<RunningScreen>(new RunningScreen(std::move(*child), request.timeLimit));
 }
 
-RunningScreen::RunningScreen(std::unique_ptr<State> state) : state_(std::move(state)) {}
+RunningScreen::RunningScreen(std::unique_ptr<ChildProcess> child,
+                             std::chrono::milliseconds timeLimit)
+    : child_(std::move(child)), timeLimit_(timeLimit) {}
 
 RunningScreen::~RunningScreen() = default;
 
 desktop::Result<RenderedScreen> RunningScreen::render() {
     // A notice that came before the picture is in it.
-    static_cast<void>(state_->child->takeNotice());
-    state_->child->send(MessageKind::draw);
-    return state_->child->receiveScreen(state_->timeLimit);
+    static_cast<void>(child_->takeNotice());
+    child_->send(MessageKind::draw);
+    return child_->receiveScreen(timeLimit_);
 }
 
 desktop::Result<RenderedScreen> RunningScreen::nextPicture(std::chrono::milliseconds timeout) {
-    if (!state_->child->takeNotice()) {
-        auto notice =
-            state_->child->receive(MessageKind::notice, timeout, ChildProcess::WhenLate::letBe);
+    if (!child_->takeNotice()) {
+        auto notice = child_->receive(MessageKind::notice, timeout, ChildProcess::WhenLate::letBe);
         if (!notice) {
             return tl::unexpected(std::move(notice.error()));
         }
@@ -57,12 +52,12 @@ desktop::Result<RenderedScreen> RunningScreen::nextPicture(std::chrono::millisec
 }
 
 bool RunningScreen::showPage(int page) {
-    return state_->child->send(MessageKind::showPage, std::to_string(page));
+    return child_->send(MessageKind::showPage, std::to_string(page));
 }
 
 desktop::Result<void> RunningScreen::act(const ScreenAction& action) {
-    state_->child->send(MessageKind::act, toJson(action));
-    auto answer = state_->child->receive(MessageKind::acted, state_->timeLimit);
+    child_->send(MessageKind::act, toJson(action));
+    auto answer = child_->receive(MessageKind::acted, timeLimit_);
     if (!answer) {
         return tl::unexpected(std::move(answer.error()));
     }
@@ -74,11 +69,11 @@ desktop::Result<void> RunningScreen::act(const ScreenAction& action) {
 }
 
 void RunningScreen::stop() {
-    state_->child->stop();
+    child_->stop();
 }
 
 int RunningScreen::processId() const {
-    return state_->child->processId();
+    return child_->processId();
 }
 
 bool isSimulatedProcess(int argc, char** argv) {

@@ -26,6 +26,8 @@
 
 namespace velmoranth::simulator {
 
+class ChildProcess;
+
 struct ScreenRequest {
     DeviceConfiguration device;
     // The folder of this machine that is the device's file system; it must exist.
@@ -129,10 +131,10 @@ class RunningScreen {
     [[nodiscard]] int processId() const;
 
   private:
-    struct State;
-    explicit RunningScreen(std::unique_ptr<State> state);
+    RunningScreen(std::unique_ptr<ChildProcess> child, std::chrono::milliseconds timeLimit);
 
-    std::unique_ptr<State> state_;
+    std::unique_ptr<ChildProcess> child_;
+    std::chrono::milliseconds timeLimit_;
 };
 
 // Whether this program was started by the launcher.

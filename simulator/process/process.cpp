@@ -19,7 +19,6 @@
 #include "simulator/toolkit/stock_images.h"
 #include "simulator/toolkit/toolkit_classes.h"
 
-#include <charconv>
 #include <cmath>
 #include <fstream>
 #include <string_view>
@@ -281,15 +280,10 @@ bool SimulatedProcess::deliverNotifications() {
 
 std::size_t peakMemoryBytes() {
     // Not getrusage: its figure starts with that of the program that started this one.
-    constexpr std::string_view kKey = "VmHWM:";
     std::ifstream status("/proc/self/status");
-    for (std::string line; std::getline(status, line);) {
-        if (line.rfind(kKey, 0) == 0) {
-            const std::size_t digit = line.find_first_of("0123456789");
-            std::size_t kibibytes = 0;
-            if (digit != std::string::npos) {
-                std::from_chars(line.data() + digit, line.data() + line.size(), kibibytes);
-            }
+    for (std::string word; status >> word;) {
+        std::size_t kibibytes = 0;
+        if (word == "VmHWM:" && status >> kibibytes) {
             return kibibytes * 1024;
         }
     }
