@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <cstddef>
 #include <limits>
 #include <optional>
 #include <utility>
@@ -33,19 +35,8 @@ constexpr std::array<KindWords, 3> kKindWords{{
 constexpr std::array<const char*, std::variant_size_v<PropertyList::Value>> kValueKinds{
     "a boolean", "an integer", "a number", "a text", "a date", "data", "a list", "a dictionary"};
 
-struct Word {
-    std::string_view text;
-    bool value;
-};
-
-constexpr std::array<Word, 8> kWords{{{"yes", true},
-                                      {"no", false},
-                                      {"true", true},
-                                      {"false", false},
-                                      {"on", true},
-                                      {"off", false},
-                                      {"1", true},
-                                      {"0", false}}};
+constexpr std::array<std::string_view, 4> kYes{"yes", "true", "on", "1"};
+constexpr std::array<std::string_view, 4> kNo{"no", "false", "off", "0"};
 
 // "A,B" in its parts; a comma or backslash behind a backslash is part of a name.
 Result<std::vector<std::string>> splitNames(std::string_view text) {
@@ -107,20 +98,17 @@ Result<PropertyList> parseThemes(std::string_view text) {
 }
 
 std::optional<PropertyList> parseYesOrNo(std::string_view text) {
-    const auto* const word = std::find_if(kWords.begin(), kWords.end(), [&](const Word& candidate) {
-        return candidate.text == text;
-    });
-    return word == kWords.end() ? std::nullopt : std::optional<PropertyList>(word->value);
+    const bool isYes = std::find(kYes.begin(), kYes.end(), text) != kYes.end();
+    const bool isNo = std::find(kNo.begin(), kNo.end(), text) != kNo.end();
+    return isYes || isNo ? std::optional<PropertyList>(isYes) : std::nullopt;
 }
 
 std::optional<PropertyList> parseFloat(std::string_view text) {
     const std::optional<double> number = parseNumber(text);
     // The engine keeps 32 bits of it.
-    if (!number || *number > double{std::numeric_limits<float>::max()} ||
-        *number < double{std::numeric_limits<float>::lowest()}) {
-        return std::nullopt;
-    }
-    return PropertyList(*number);
+    return number && std::abs(*number) <= double{std::numeric_limits<float>::max()}
+               ? std::optional<PropertyList>(*number)
+               : std::nullopt;
 }
 
 }  // namespace

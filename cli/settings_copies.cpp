@@ -39,14 +39,6 @@ std::string placeOf(const DeviceRoot& root, std::string_view name) {
     return shown(onThisMachine(root, core::savedCopyPath(name)));
 }
 
-// "; did you mean Night?" when such a copy is there.
-std::string nearSaved(const DeviceRoot& root, const std::string& name) {
-    const std::vector<std::string> saved = savedNames(root);
-    const std::vector<std::string_view> candidates(saved.begin(), saved.end());
-    const std::string near = suggestion(name, candidates);
-    return near.empty() ? "; velmoranth settings list shows the saved copies" : near;
-}
-
 // What to do about a failure that the panel shows in an alert, by what is there.
 std::string adviceFor(const DeviceRoot& root, const std::string& from, const std::string& to) {
     constexpr std::size_t kLongestFileName = 255;
@@ -58,10 +50,9 @@ std::string adviceFor(const DeviceRoot& root, const std::string& from, const std
                    ? "there are no preferences yet; velmoranth settings restore or set makes them"
                    : "velmoranth settings list shows the saved copies";
     }
-    if (kindAt(root, kSavedFolder) == ItemKind::none) {
-        return "make the folder " + shown(onThisMachine(root, kSavedFolder));
-    }
-    return "see who may write to " + shown(onThisMachine(root, kSavedFolder));
+    return (kindAt(root, kSavedFolder) == ItemKind::none ? "make the folder "
+                                                         : "see who may write to ") +
+           shown(onThisMachine(root, kSavedFolder));
 }
 
 // Does the work, while nobody else changes the preferences, when every name that is given is one.
@@ -106,19 +97,20 @@ std::optional<ExitCode> refuseTaken(const DeviceRoot& root, const std::string& n
 }
 
 std::optional<ExitCode> refuseMissing(const DeviceRoot& root, const std::string& name) {
-    switch (kindAt(root, core::savedCopyPath(name))) {
-        case ItemKind::file:
-        case ItemKind::link:
-            return std::nullopt;
-        case ItemKind::none:
-            return fail(ExitCode::badInput, placeOf(root, name) + ": there is no saved copy " +
-                                                inQuotes(name) + nearSaved(root, name));
-        case ItemKind::folder:
-        case ItemKind::other:
-            break;
+    const ItemKind kind = kindAt(root, core::savedCopyPath(name));
+    if (kind == ItemKind::file || kind == ItemKind::link) {
+        return std::nullopt;
     }
+    if (kind != ItemKind::none) {
+        return fail(ExitCode::badInput,
+                    placeOf(root, name) + ": this is no file, and so no saved copy");
+    }
+    const std::vector<std::string> saved = savedNames(root);
+    const std::vector<std::string_view> candidates(saved.begin(), saved.end());
+    const std::string near = suggestion(name, candidates);
     return fail(ExitCode::badInput,
-                placeOf(root, name) + ": this is no file, and so no saved copy");
+                placeOf(root, name) + ": there is no saved copy " + inQuotes(name) +
+                    (near.empty() ? "; velmoranth settings list shows the saved copies" : near));
 }
 
 // --- save, rename, delete
