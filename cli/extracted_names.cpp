@@ -2,6 +2,8 @@
 
 #include "cli/messages.h"
 
+#include <fmt/core.h>
+
 #include <algorithm>
 
 namespace velmoranth::cli {
@@ -11,27 +13,19 @@ constexpr std::string_view kPictureEnding = ".png";
 // Of a name that is too long; room is left for its mark, its number and the ending.
 constexpr std::size_t kKeptOfLongName = 180;
 
-bool isHexadecimal(char letter) {
-    return (letter >= '0' && letter <= '9') || (letter >= 'A' && letter <= 'F') ||
-           (letter >= 'a' && letter <= 'f');
-}
-
 std::string spelled(std::string_view bytes) {
-    constexpr std::string_view kDigits = "0123456789ABCDEF";
     std::string text;
     for (const char byte : bytes) {
-        const auto value = static_cast<unsigned char>(byte);
-        text += '%';
-        text += kDigits[value >> 4U];
-        text += kDigits[value & 15U];
+        text += fmt::format("%{:02X}", static_cast<unsigned char>(byte));
     }
     return text;
 }
 
 // Whether the % at the start could be taken for one of ours.
 bool looksSpelled(std::string_view text) {
-    return (text.size() > 2 && isHexadecimal(text[1]) && isHexadecimal(text[2])) ||
-           (text.size() > 1 && text[1] == '~');
+    constexpr std::string_view kDigits = "0123456789ABCDEFabcdef";
+    return text.substr(1).starts_with('~') ||
+           (text.size() > 2 && text.find_first_not_of(kDigits, 1) > 2);
 }
 
 // Every character as it is or spelled, as many as fit into `most` bytes.

@@ -55,65 +55,50 @@ bool isEmpty(int folder) {
     return namesIn(folder, names) == 0 && names.empty();
 }
 
-// Takes back what was laid out unless it is kept. Best effort: why it is taken back is what counts.
-class LaidOut {
-  public:
-    LaidOut(std::string hostFolder, bool isNew)
-        : hostFolder_(std::move(hostFolder)), isNew_(isNew) {}
-
-    LaidOut(const LaidOut&) = delete;
-    LaidOut& operator=(const LaidOut&) = delete;
+// What was laid out in a folder of this machine; taken back when this goes unless it is kept. Best
+// effort: why it is taken back is what counts.
+struct LaidOut {
+    const std::string& hostFolder;
+    bool isNew;
+    Descriptor folder = {};
+    std::vector<std::string> names = {};  // made at the top of it
+    bool isKept = false;
 
     ~LaidOut() {
-        if (isKept_) {
+        if (isKept) {
             return;
         }
-        for (const std::string& name : names_) {
-            static_cast<void>(removeTree(folder_.get(), name));
+        for (const std::string& name : names) {
+            static_cast<void>(removeTree(folder.get(), name));
         }
-        if (isNew_) {
-            ::rmdir(hostFolder_.c_str());
-        }
-    }
-
-    // The folder that names are in.
-    void open(Descriptor folder) { folder_ = std::move(folder); }
-
-    [[nodiscard]] int folder() const { return folder_.get(); }
-
-    // A name at the top has been made here.
-    void made(const std::string& name) {
-        if (name.find('/') == std::string::npos) {
-            names_.push_back(name);
+        if (isNew) {
+            ::rmdir(hostFolder.c_str());
         }
     }
-
-    void keep() { isKept_ = true; }
-
-  private:
-    std::string hostFolder_;
-    bool isNew_;
-    bool isKept_ = false;
-    Descriptor folder_;
-    std::vector<std::string> names_;
 };
 
-Result<void> makeFolders(LaidOut& device, const std::string& hostFolder) {
+Result<void> makeFolders(LaidOut& device) {
+    const auto failed = [&](const char* name) {
+        return tl::unexpected(problemOfErrno(errno, device.hostFolder + "/" + name));
+    };
+    const int folder = device.folder.get();
     for (const char* const name : kFolders) {
-        if (::mkdirat(device.folder(), name, kFolderMode) != 0) {
-            return tl::unexpected(problemOfErrno(errno, hostFolder + "/" + name));
+        if (::mkdirat(folder, name, kFolderMode) != 0) {
+            return failed(name);
         }
-        device.made(name);
+        if (std::string_view(name).find('/') == std::string_view::npos) {
+            device.names.emplace_back(name);
+        }
         // No link can be there: it has just been made.
-        if (::fchmodat(device.folder(), name, kFolderMode, 0) != 0) {
-            return tl::unexpected(problemOfErrno(errno, hostFolder + "/" + name));
+        if (::fchmodat(folder, name, kFolderMode, 0) != 0) {
+            return failed(name);
         }
     }
     for (const Link& link : kLinks) {
-        if (::symlinkat(link.target, device.folder(), link.name) != 0) {
-            return tl::unexpected(problemOfErrno(errno, hostFolder + "/" + link.name));
+        if (::symlinkat(link.target, folder, link.name) != 0) {
+            return failed(link.name);
         }
-        device.made(link.name);
+        device.names.emplace_back(link.name);
     }
     return {};
 }
@@ -187,16 +172,16 @@ Result<std::shared_ptr<DeviceRoot>> createDeviceRoot(const std::string& hostFold
     if (!isNew && errno != EEXIST) {
         return tl::unexpected(problemOfErrno(errno, hostFolder));
     }
-    LaidOut device(hostFolder, isNew);
-    device.open(Descriptor(::open(hostFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)));
-    if (device.folder() < 0) {
+    LaidOut device{hostFolder, isNew};
+    device.folder = Descriptor(::open(hostFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!device.folder.isOpen()) {
         return tl::unexpected(problemOfErrno(errno, hostFolder));
     }
-    if (!isEmpty(device.folder())) {
+    if (!isEmpty(device.folder.get())) {
         return tl::unexpected(
             Problem{"the folder is not empty; a new device needs an empty one", hostFolder});
     }
-    if (auto made = makeFolders(device, hostFolder); !made) {
+    if (auto made = makeFolders(device); !made) {
         return tl::unexpected(std::move(made.error()));
     }
     auto root = DeviceRoot::open(hostFolder);
@@ -209,7 +194,7 @@ Result<std::shared_ptr<DeviceRoot>> createDeviceRoot(const std::string& hostFold
             return tl::unexpected(std::move(written.error()));
         }
     }
-    device.keep();
+    device.isKept = true;
     return root;
 }
 

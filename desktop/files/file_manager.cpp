@@ -20,6 +20,12 @@ bool statOf(const FolderEntry& entry, struct stat& status) {
     return ::fstatat(entry.folder.get(), entry.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
+// The failure that an errno is; 0 is none.
+platform::Failure failureOf(FileOperation operation, int error, const std::string& path,
+                            const std::string& destination = {}) {
+    return error == 0 ? platform::Failure() : fileError(operation, error, path, destination);
+}
+
 }  // namespace
 
 int changeMode(const DeviceRoot& root, const std::string& devicePath, unsigned mode) {
@@ -51,11 +57,7 @@ platform::FileExistence DesktopFileManager::fileExistsAtPathIsDirectory(const st
 
 platform::Failure DesktopFileManager::setPosixPermissionsOfItemAtPath(unsigned mode,
                                                                       const std::string& path) {
-    const int error = changeMode(*root_, path, mode);
-    if (error != 0) {
-        return fileError(FileOperation::write, error, path);
-    }
-    return {};
+    return failureOf(FileOperation::write, changeMode(*root_, path, mode), path);
 }
 
 platform::Failure DesktopFileManager::copyItemAtPathToPath(const std::string& source,
@@ -66,38 +68,23 @@ platform::Failure DesktopFileManager::copyItemAtPathToPath(const std::string& so
         return fileError(FileOperation::read, errno, source);
     }
     const FolderEntry to = root_->openParent(destination);
-    if (!to.folder.isOpen()) {
-        return fileError(FileOperation::copy, errno, source, destination);
-    }
-    if (statOf(to, status)) {
-        return fileError(FileOperation::copy, EEXIST, source, destination);
-    }
-    const int error = copyTree(calls_, from.folder.get(), from.name, to.folder.get(), to.name);
-    if (error != 0) {
-        return fileError(FileOperation::copy, error, source, destination);
-    }
-    return {};
+    const int error = !to.folder.isOpen()  ? errno
+                      : statOf(to, status) ? EEXIST
+                                           : copyTree(calls_, from.folder.get(), from.name,
+                                                      to.folder.get(), to.name);
+    return failureOf(FileOperation::copy, error, source, destination);
 }
 
 platform::Failure DesktopFileManager::moveItemAtPathToPath(const std::string& source,
                                                            const std::string& destination) {
     const FolderEntry to = root_->openParent(destination);
-    if (!to.folder.isOpen()) {
-        return fileError(FileOperation::move, errno, source, destination);
-    }
     struct stat status{};
-    if (statOf(to, status)) {
-        return fileError(FileOperation::move, EEXIST, source, destination);
+    int error = !to.folder.isOpen() ? errno : statOf(to, status) ? EEXIST : 0;
+    if (error == 0) {
+        const FolderEntry from = root_->openParent(source);
+        error = from.folder.isOpen() ? moveBetween(from, to) : errno;
     }
-    const FolderEntry from = root_->openParent(source);
-    if (!from.folder.isOpen()) {
-        return fileError(FileOperation::move, errno, source, destination);
-    }
-    const int error = moveBetween(from, to);
-    if (error != 0) {
-        return fileError(FileOperation::move, error, source, destination);
-    }
-    return {};
+    return failureOf(FileOperation::move, error, source, destination);
 }
 
 int DesktopFileManager::moveBetween(const FolderEntry& from, const FolderEntry& to) const {
@@ -134,10 +121,7 @@ platform::Failure DesktopFileManager::createDirectoryAtPathWithIntermediateDirec
             return fileError(FileOperation::write, error, path);
         }
     }
-    if (const int error = makeFolder(path); error != 0) {
-        return fileError(FileOperation::write, error, path);
-    }
-    return {};
+    return failureOf(FileOperation::write, makeFolder(path), path);
 }
 
 int DesktopFileManager::makeFolder(const std::string& path) {
@@ -175,11 +159,8 @@ std::optional<platform::Data> DesktopFileManager::dataWithContentsOfFile(const s
 platform::Failure DesktopFileManager::removeItemAtPath(const std::string& path) {
     const FolderEntry item = root_->openParent(path);
     const int error = item.folder.isOpen() ? removeTree(item.folder.get(), item.name) : errno;
-    if (error != 0) {
-        // The platform reports a folder that will not get empty as a missing right.
-        return fileError(FileOperation::remove, error == ENOTEMPTY ? EACCES : error, path);
-    }
-    return {};
+    // The platform reports a folder that will not get empty as a missing right.
+    return failureOf(FileOperation::remove, error == ENOTEMPTY ? EACCES : error, path);
 }
 
 }  // namespace velmoranth::desktop

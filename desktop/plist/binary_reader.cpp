@@ -80,14 +80,8 @@ class BinaryReader {
         return offset <= table_ && count <= (table_ - offset) / size;
     }
 
-    bool spend(std::size_t payload, std::uint64_t offset) {
-        ++values_;
-        payload_ += payload;
-        if (values_ > kMaxValues || payload_ > kMaxPayloadBytes) {
-            fail("the property list expands to more than is read", offset);
-            return false;
-        }
-        return true;
+    std::nullopt_t failOfExpansion(std::uint64_t offset) {
+        return fail("the property list expands to more than is read", offset);
     }
 
     std::optional<PropertyList> object(std::uint64_t index, int depth) {
@@ -98,6 +92,9 @@ class BinaryReader {
         const std::uint64_t offset = number(entry, offsetSize_);
         if (offset < kHeaderBytes || offset >= table_) {
             return fail("an object's offset is outside the file", entry);
+        }
+        if (++values_ > kMaxValues) {
+            return failOfExpansion(offset);
         }
         const std::uint8_t marker = bytes_[offset];
         const unsigned low = marker & 0x0FU;
@@ -122,9 +119,6 @@ class BinaryReader {
         if (marker != kFalse && marker != kTrue) {
             return fail("an object of a kind that no property list has", offset);
         }
-        if (!spend(0, offset)) {
-            return std::nullopt;
-        }
         return PropertyList(marker == kTrue);
     }
 
@@ -132,9 +126,6 @@ class BinaryReader {
         const std::uint64_t size = std::uint64_t{1} << power;
         if (power > 4 || !fits(offset + 1, 1, size)) {
             return fail("an integer is damaged", offset);
-        }
-        if (!spend(0, offset)) {
-            return std::nullopt;
         }
         const std::uint64_t value = number(offset + 1, size);
         // Only those of 8 bytes are signed; those of 16 hold what lies above them.
@@ -155,9 +146,6 @@ class BinaryReader {
         if (!isKnown || !fits(offset + 1, 1, size)) {
             return fail("a real number or date is damaged", offset);
         }
-        if (!spend(0, offset)) {
-            return std::nullopt;
-        }
         const std::uint64_t bits = number(offset + 1, size);
         if (marker == kFloat) {
             return PropertyList(
@@ -171,9 +159,6 @@ class BinaryReader {
         const std::uint64_t size = low + 1U;
         if (size > 8 || !fits(offset + 1, 1, size)) {
             return fail("a reference of an archiver is damaged", offset);
-        }
-        if (!spend(0, offset)) {
-            return std::nullopt;
         }
         const auto value = static_cast<std::int64_t>(number(offset + 1, size));
         return PropertyList(PropertyList::Dictionary{{kUidKey, PropertyList(value)}});
@@ -192,55 +177,51 @@ class BinaryReader {
             length = number(start + 1, std::uint64_t{1} << power);
             start += 1 + (std::uint64_t{1} << power);
         }
-        switch (marker >> 4U) {
-            case 0x4:
-                return data(start, length);
-            case 0x5:
-                return ascii(start, length);
-            case 0x6:
-                return utf16(start, length);
-            case 0xA:
-                return array(start, length, depth);
-            case 0xD:
-                return dictionary(start, length, depth);
-            default:
-                return fail("an object of a kind that no property list has", offset);
+
+        // Of an item: the bytes or references that it is stored as, and the bytes that it becomes
+        // at most.
+        struct Kind {
+            unsigned marker;
+            const char* tooLong;
+            std::uint64_t bytes;
+            std::uint64_t references;
+            std::uint64_t payload;
+            std::optional<PropertyList> (BinaryReader::*read)(std::uint64_t, std::uint64_t, int);
+        };
+
+        static constexpr Kind kKinds[] = {
+            {0x4, "data goes past its end", 1, 0, 1, &BinaryReader::data},
+            {0x5, "a string goes past its end", 1, 0, 1, &BinaryReader::ascii},
+            {0x6, "a string goes past its end", 2, 0, 3, &BinaryReader::utf16},
+            {0xA, "an array goes past its end", 0, 1, 0, &BinaryReader::array},
+            {0xD, "a dictionary goes past its end", 0, 2, 0, &BinaryReader::dictionary},
+        };
+        const auto* const kind = std::ranges::find(kKinds, marker >> 4U, &Kind::marker);
+        if (kind == std::end(kKinds)) {
+            return fail("an object of a kind that no property list has", offset);
         }
+        if (!fits(start, length, kind->bytes + kind->references * referenceSize_)) {
+            return fail(kind->tooLong, start);
+        }
+        payload_ += length * kind->payload;
+        return payload_ > kMaxPayloadBytes ? failOfExpansion(start)
+                                           : (this->*kind->read)(start, length, depth);
     }
 
-    std::optional<PropertyList> data(std::uint64_t start, std::uint64_t length) {
-        if (!fits(start, length, 1)) {
-            return fail("data goes past its end", start);
-        }
-        if (!spend(length, start)) {
-            return std::nullopt;
-        }
+    std::optional<PropertyList> data(std::uint64_t start, std::uint64_t length, int /*depth*/) {
         const auto part = bytes_.subspan(start, length);
         return PropertyList(platform::Data(part.begin(), part.end()));
     }
 
-    std::optional<PropertyList> ascii(std::uint64_t start, std::uint64_t length) {
-        if (!fits(start, length, 1)) {
-            return fail("a string goes past its end", start);
-        }
+    std::optional<PropertyList> ascii(std::uint64_t start, std::uint64_t length, int /*depth*/) {
         const auto part = bytes_.subspan(start, length);
         if (std::any_of(part.begin(), part.end(), [](std::uint8_t c) { return c >= 0x80; })) {
             return fail("a string of ASCII holds other characters", start);
         }
-        if (!spend(length, start)) {
-            return std::nullopt;
-        }
         return PropertyList(std::string(part.begin(), part.end()));
     }
 
-    std::optional<PropertyList> utf16(std::uint64_t start, std::uint64_t length) {
-        if (!fits(start, length, 2)) {
-            return fail("a string goes past its end", start);
-        }
-        // A unit of two bytes can become three.
-        if (!spend(length * 3, start)) {
-            return std::nullopt;
-        }
+    std::optional<PropertyList> utf16(std::uint64_t start, std::uint64_t length, int /*depth*/) {
         return PropertyList(utf16ToUtf8(bytes_.subspan(start, length * 2), ByteOrder::bigEndian));
     }
 
@@ -253,12 +234,6 @@ class BinaryReader {
     }
 
     std::optional<PropertyList> array(std::uint64_t start, std::uint64_t length, int depth) {
-        if (!fits(start, length, referenceSize_)) {
-            return fail("an array goes past its end", start);
-        }
-        if (!spend(0, start)) {
-            return std::nullopt;
-        }
         PropertyList::Array items;
         for (std::uint64_t i = 0; i < length; ++i) {
             std::optional<PropertyList> item = referred(start + i * referenceSize_, depth);
@@ -272,12 +247,6 @@ class BinaryReader {
 
     // The keys' references, then the values'. Of a repeated key the first counts.
     std::optional<PropertyList> dictionary(std::uint64_t start, std::uint64_t length, int depth) {
-        if (!fits(start, length, std::uint64_t{2} * referenceSize_)) {
-            return fail("a dictionary goes past its end", start);
-        }
-        if (!spend(0, start)) {
-            return std::nullopt;
-        }
         PropertyList::Dictionary entries;
         for (std::uint64_t i = 0; i < length; ++i) {
             const std::uint64_t place = start + i * referenceSize_;
