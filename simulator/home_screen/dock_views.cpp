@@ -41,7 +41,7 @@ std::shared_ptr<DockView> DockView::create(const ScreenContext& context, const R
         std::make_shared<NamedImageView>(materialClass(context), backgroundFrame, background);
     const auto highlight = std::make_shared<NamedView>("UIView", Rect{});
     highlight->setContents(
-        context.stockImages.dockHighlight(backgroundFrame.size.width, context.scale()));
+        context.picture(drawDockHighlight(backgroundFrame.size.width, context.scale())));
     dock->highlight_ = highlight;
     dock->list_ = std::make_shared<IconListView>("SBDockIconListView", Rect{});
     for (const ViewRef& view : {dock->background_, dock->highlight_, ViewRef(dock->list_)}) {
@@ -78,8 +78,8 @@ std::shared_ptr<FloatingDockPlatterView> FloatingDockPlatterView::create(
     platter->background_ =
         std::make_shared<NamedImageView>(materialClass(context), Rect{}, background);
     const auto shadow = std::make_shared<NamedView>("UIView", Rect{});
-    shadow->setContents(
-        context.stockImages.platterShadow(size, context.metrics.dockRadius, context.scale()));
+    shadow->setContents(context.picture(
+        drawPlatterShadow(size.width, size.height, context.metrics.dockRadius, context.scale())));
     platter->shadow_ = shadow;
     platter->addSubview(platter->shadow_);
     platter->addSubview(platter->background_);
@@ -102,8 +102,8 @@ std::shared_ptr<FloatingDockView> FloatingDockView::create(const ScreenContext& 
     const double height = platterFrame.size.height;
     dock->setFrame({{0, platterFrame.origin.y}, {context.device.screen.width, height}});
     dock->platterFrame_ = {{platterFrame.origin.x, 0}, platterFrame.size};
-    const platform::ImageRef line =
-        context.stockImages.dockDivider(height * kDividerShare, context.scale());
+    const platform::ImageRef line = context.picture(
+        drawDockDivider(MaterialTone::dark, height * kDividerShare, context.scale()));
     const platform::Size lineSize = platform::sizeOf(line);
     dock->dividerFrame_ = {{dividerX - lineSize.width / 2,
                             snapToPixels((height - lineSize.height) / 2, context.scale())},

@@ -22,17 +22,9 @@ constexpr double kPlateBlur = 12;  // points
 
 }  // namespace
 
-HomeScreen::HomeScreen(DeviceConfiguration device, const Services& services)
-    : device_(std::move(device)),
-      iconController_(services.iconController),
-      context_{.device = device_,
-               .metrics = homeScreenMetrics(device_.kind, device_.screen),
-               .runtime = services.runtime,
-               .images = services.images,
-               .stockImages = services.stockImages,
-               .folderIconImageCache = std::make_shared<FolderIconImageCache>(),
-               .views = services.views},
-      layout_(layoutHomeScreen(context_.metrics, device_.screen)),
+HomeScreen::HomeScreen(const ScreenContext& context)
+    : context_(context),
+      layout_(layoutHomeScreen(context.metrics, context.device.screen)),
       window_(std::make_shared<NamedView>("UIWindow", context_.bounds())) {
     makeWallpaper();
     if (wallpaper_ == nullptr) {
@@ -46,21 +38,22 @@ HomeScreen::HomeScreen(DeviceConfiguration device, const Services& services)
     } else {
         addPhoneDock();
     }
-    front_.push_back(makeStatusBar(device_, context_.metrics));
+    front_.push_back(makeStatusBar(context_.device, context_.metrics));
     window_->addSubview(front_.back());
     showPage(1);
-    iconController_.setCloseFolder([this](const platform::ObjectRef& folderController,
-                                          bool animated, const FolderCompletion& completion) {
+    context_.iconController->setCloseFolder([this](const platform::ObjectRef& folderController,
+                                                   bool animated,
+                                                   const FolderCompletion& completion) {
         closeFolder(folderController, animated ? Animated::yes : Animated::no, completion);
     });
 }
 
 HomeScreen::~HomeScreen() {
-    iconController_.setCloseFolder(nullptr);
+    context_.iconController->setCloseFolder(nullptr);
 }
 
 void HomeScreen::makeWallpaper() {
-    const desktop::PixelSize size = pixelSizeOf(device_.screen);
+    const desktop::PixelSize size = pixelSizeOf(context_.device.screen);
     wallpaper_ = desktop::DesktopBitmapImage::createPremultiplied(
         std::make_shared<const platform::Data>(
             drawWallpaper(static_cast<int>(size.width), static_cast<int>(size.height))),
@@ -75,8 +68,9 @@ platform::ImageRef HomeScreen::material(const Rect& frame, const BackdropStyle& 
 void HomeScreen::addPhoneDock() {
     // Down to the screen's bottom, whatever the background leaves free there.
     const Rect& background = layout_.dockFrame;
-    const Rect frame{{0, background.origin.y},
-                     {device_.screen.width, device_.screen.height - background.origin.y}};
+    const Rect frame{
+        {0, background.origin.y},
+        {context_.device.screen.width, context_.device.screen.height - background.origin.y}};
     const auto dock =
         DockView::create(context_, frame, {{background.origin.x, 0}, background.size},
                          material(background, {.cornerRadius = context_.metrics.dockRadius}));
@@ -150,7 +144,7 @@ void HomeScreen::showPage(int page) {
     window_->addSubview(pageList_);
     if (pageControl_ == nullptr) {
         pageControl_ = std::make_shared<PageControl>(
-            context_, platform::Point{device_.screen.width / 2, context_.metrics.pageDotsY},
+            context_, platform::Point{context_.device.screen.width / 2, context_.metrics.pageDotsY},
             pageCount(), true);
     }
     pageControl_->setCurrentPage(page_);
@@ -186,8 +180,8 @@ const HomeScreen::Placed* HomeScreen::middleApp() const {
     for (const Placed& icon : pageIcons_) {
         const platform::Rect& frame = icon.slot.icon;
         const double distance =
-            std::hypot(frame.origin.x + frame.size.width / 2 - device_.screen.width / 2,
-                       frame.origin.y + frame.size.height / 2 - device_.screen.height / 2);
+            std::hypot(frame.origin.x + frame.size.width / 2 - context_.device.screen.width / 2,
+                       frame.origin.y + frame.size.height / 2 - context_.device.screen.height / 2);
         if (icon.slot.item.app != nullptr && (middle == nullptr || distance < nearest)) {
             middle = &icon;
             nearest = distance;
@@ -220,13 +214,7 @@ desktop::Result<void> HomeScreen::openFolder(const std::string& identifier, Anim
             identifier.empty() ? "there is no folder on page " + std::to_string(page_)
                                : "there is no folder \"" + identifier + "\""});
     }
-    folder_ = OpenFolder::create(context_,
-                                 {.window = window_,
-                                  .page = pageList_,
-                                  .icon = icon->view,
-                                  .iconFrame = icon->slot.icon,
-                                  .front = front_},
-                                 *icon->slot.item.folder);
+    folder_ = OpenFolder::create(context_, pageList_, icon->view, front_);
     if (folder_ == nullptr) {
         return tl::unexpected(desktop::Problem{"the folder came without a view"});
     }
@@ -285,9 +273,9 @@ void HomeScreen::settle() {
 
 std::shared_ptr<desktop::DesktopBitmapImage> HomeScreen::draw() const {
     if (const auto open = folder()) {
-        open->drawMaterials(pixelSizeOf(device_.screen));
+        open->drawMaterials(pixelSizeOf(context_.device.screen));
     }
-    return desktop::renderTree(window_, pixelSizeOf(device_.screen), context_.scale());
+    return desktop::renderTree(window_, pixelSizeOf(context_.device.screen), context_.scale());
 }
 
 std::vector<ShownIcon> HomeScreen::shownIcons() const {

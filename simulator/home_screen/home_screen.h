@@ -30,17 +30,8 @@ namespace velmoranth::simulator {
 
 class HomeScreen final : public Screen {
   public:
-    // What the screen works with; all of it outlives the screen. The platform classes are known to
-    // the runtime.
-    struct Services {
-        desktop::Runtime& runtime;
-        const desktop::DesktopImages& images;
-        StockImages& stockImages;
-        desktop::DesktopViews& views;
-        IconController& iconController;
-    };
-
-    HomeScreen(DeviceConfiguration device, const Services& services);
+    // The platform classes are known to the runtime.
+    explicit HomeScreen(const ScreenContext& context);
     ~HomeScreen() override;
 
     // Pages count from 1; a number beyond either end shows the nearest. Another page than the one
@@ -124,9 +115,7 @@ class HomeScreen final : public Screen {
     [[nodiscard]] const Placed* middleApp() const;
     [[nodiscard]] const Placed* placed(const std::string& identifier) const;
 
-    DeviceConfiguration device_;
-    IconController& iconController_;
-    ScreenContext context_;
+    const ScreenContext& context_;
     HomeScreenLayout layout_;
     int page_ = 0;
     std::shared_ptr<desktop::DesktopBitmapImage> wallpaper_;

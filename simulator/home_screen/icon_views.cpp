@@ -134,7 +134,7 @@ std::shared_ptr<IconBadgeView> IconBadgeView::create(const ScreenContext& contex
     badge->setFrame(frame);
     badge->background_ = std::make_shared<NamedImageView>(
         "SBDarkeningImageView", Rect{{0, 0}, frame.size},
-        context.stockImages.badgeBackground(frame.size, context.scale()));
+        context.picture(drawBadgeBackground(width, context.scale(), height)));
     badge->text_ = std::make_shared<desktop::DesktopLabel>(text, style);
     badge->addSubview(badge->background_);
     badge->addSubview(badge->text_);

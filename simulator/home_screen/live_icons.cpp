@@ -8,12 +8,12 @@
 #include "simulator/artwork/artwork.h"
 #include "simulator/artwork/toolkit_artwork.h"
 #include "simulator/toolkit/base_classes.h"
+#include "simulator/toolkit/class_rows.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <ctime>
-#include <functional>
 #include <vector>
 
 namespace velmoranth::simulator {
@@ -87,63 +87,49 @@ void applyIconShape(DesktopGraphicsContext& context) {
     }
 }
 
-void addCalendarMethod(const SystemVersion& system, const PlatformObjects& objects) {
-    if (system.major < 13) {
-        objects.runtime.addInstanceMethod(
-            "SBCalendarApplicationIcon", "generateIconImage:",
-            std::function<ImageRef(platform::SBCalendarApplicationIcon&, int)>(
-                [objects](platform::SBCalendarApplicationIcon& icon, int format) {
-                    const ImageRef base =
-                        objects.runtime.sendToClass<ImageRef, NullableString, int, double>(
-                            "UIImage", "_applicationIconImageForBundleIdentifier:format:scale:",
-                            icon.leafIdentifier(), format, objects.screenScale);
-                    return drawCalendarIcon(base, objects.screenScale, objects.dates,
-                                            objects.images);
-                }));
+void addCalendarMethod(const ScreenContext& context) {
+    ClassMethods icons(context.runtime, "SBCalendarApplicationIcon");
+    if (context.device.system.major < 13) {
+        icons.add("generateIconImage:",
+                  [&context](platform::SBCalendarApplicationIcon& icon, int format) {
+                      return drawCalendarIcon(askForAppIcon(context, icon.leafIdentifier(), format),
+                                              context.scale(), context.dates, context.images);
+                  });
         return;
     }
-    objects.runtime.addInstanceMethod(
-        "SBCalendarApplicationIcon", "generateIconImageWithInfo:",
-        std::function<ImageRef(platform::SBCalendarApplicationIcon&, SBIconImageInfo)>(
-            [objects](platform::SBCalendarApplicationIcon&, const SBIconImageInfo& info) {
-                return drawCalendarIcon(
-                    objects.stockImages.calendarBase(info.size.width, info.scale), info.scale,
-                    objects.dates, objects.images);
-            }));
+    icons.add("generateIconImageWithInfo:", [&context](platform::SBCalendarApplicationIcon&,
+                                                       const SBIconImageInfo& info) {
+        return drawCalendarIcon(context.stockImages.calendarBase(info.size.width, info.scale),
+                                info.scale, context.dates, context.images);
+    });
 }
 
-void addClockMethods(const PlatformObjects& objects) {
-    desktop::Runtime& runtime = objects.runtime;
-    const char* const className = "SBHClockApplicationIconImageView";
-    runtime.addClassMethod(
-        className, kFaceSelector,
-        std::function<ImageRef(platform::Class&, NullableString, SBIconImageInfo, bool)>(
-            [objects](platform::Class&, const NullableString& name, const SBIconImageInfo& info,
-                      bool includingMask) {
-                using platform::BundleRef;
-                using platform::ObjectRef;
-                objects.stockImages.noteRequest(kClockApp);
-                return processedIconImage(
-                    objects.runtime.sendToClass<ImageRef, NullableString, BundleRef, ObjectRef>(
-                        "UIImage", "imageNamed:inBundle:compatibleWithTraitCollection:", name,
-                        objects.toolkit.bundle(kClockBundle), nullptr),
-                    info, includingMask, objects.images);
-            }));
-    runtime.addInstanceMethod(
-        className, "contentsImage",
-        std::function<ImageRef(platform::SBIconImageView&)>([objects](platform::SBIconImageView&) {
-            return objects.runtime.sendToClass<ImageRef, NullableString, SBIconImageInfo, bool>(
-                "SBHClockApplicationIconImageView", kFaceSelector, kClockFace,
-                iconImageInfo(objects.iconSide, objects.screenScale), true);
-        }));
-    runtime.addInstanceMethod(
-        className, "layoutSubviews",
-        std::function<void(ClockIconImageView&)>([objects](ClockIconImageView& view) {
-            view.setContents(objects.runtime.send<ImageRef>(view, "contentsImage"));
-            const TimeOfDay time = timeOfDay(objects.date);
-            view.setHands(objects.stockImages.clockHands(objects.iconSide, objects.screenScale,
-                                                         time.hour, time.minute, time.second));
-        }));
+void addClockMethods(const ScreenContext& context) {
+    ClassMethods(context.runtime, "SBHClockApplicationIconImageView")
+        .addToClass(kFaceSelector,
+                    [&context](const NullableString& name, const SBIconImageInfo& info,
+                               bool includingMask) {
+                        context.stockImages.noteRequest(kClockApp);
+                        return processedIconImage(
+                            context.runtime.sendToClass<ImageRef, NullableString,
+                                                        platform::BundleRef, platform::ObjectRef>(
+                                "UIImage", "imageNamed:inBundle:compatibleWithTraitCollection:",
+                                name, context.toolkit.bundle(kClockBundle), nullptr),
+                            info, includingMask, context.images);
+                    })
+        .add(
+            "contentsImage",
+            [&context](platform::SBIconImageView&) {
+                return context.runtime.sendToClass<ImageRef, NullableString, SBIconImageInfo, bool>(
+                    "SBHClockApplicationIconImageView", kFaceSelector, kClockFace,
+                    iconImageInfo(context.metrics.iconSide, context.scale()), true);
+            })
+        .add("layoutSubviews", [&context](ClockIconImageView& view) {
+            view.setContents(context.runtime.send<ImageRef>(view, "contentsImage"));
+            const TimeOfDay time = timeOfDay(context.device.date);
+            view.setHands(context.picture(drawClockHands(context.metrics.iconSide, context.scale(),
+                                                         time.hour, time.minute, time.second)));
+        });
 }
 
 }  // namespace
@@ -214,10 +200,10 @@ std::shared_ptr<IconImageView> makeIconImageView(const platform::SBIconRef& icon
     return std::make_shared<IconImageView>(icon);
 }
 
-void addLiveIconMethods(const SystemVersion& system, const PlatformObjects& objects) {
-    addCalendarMethod(system, objects);
-    if (system.major >= 13) {
-        addClockMethods(objects);
+void addLiveIconMethods(const ScreenContext& context) {
+    addCalendarMethod(context);
+    if (context.device.system.major >= 13) {
+        addClockMethods(context);
     }
 }
 

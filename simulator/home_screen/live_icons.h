@@ -7,7 +7,7 @@
 #include "platform/foundation.h"
 #include "platform/springboard.h"
 #include "simulator/home_screen/icon_views.h"
-#include "simulator/home_screen/platform_classes.h"
+#include "simulator/screen_context.h"
 
 #include <memory>
 #include <optional>
@@ -72,6 +72,6 @@ class ClockIconImageView final : public IconImageView {
                                                                const SystemVersion& system);
 
 // The methods of both icons, after the home screen's classes.
-void addLiveIconMethods(const SystemVersion& system, const PlatformObjects& objects);
+void addLiveIconMethods(const ScreenContext& context);
 
 }  // namespace velmoranth::simulator

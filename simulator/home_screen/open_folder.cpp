@@ -40,19 +40,19 @@ platform::Rect transformed(const platform::Rect& frame, const desktop::ViewTrans
 
 }  // namespace
 
-std::shared_ptr<OpenFolder> OpenFolder::create(const ScreenContext& context, Home home,
-                                               const Folder& folder) {
-    std::shared_ptr<OpenFolder> open(new OpenFolder(context, std::move(home), folder));
+std::shared_ptr<OpenFolder> OpenFolder::create(const ScreenContext& context, ViewRef page,
+                                               std::shared_ptr<IconView> icon,
+                                               const std::vector<ViewRef>& front) {
+    std::shared_ptr<OpenFolder> open(new OpenFolder(context, std::move(page), std::move(icon)));
     open->background_ = FolderControllerBackgroundView::create(context, context.bounds());
-    open->view_ = FloatyFolderView::create(context, folder);
+    open->view_ = FloatyFolderView::create(context, open->folder());
     if (open->background_ == nullptr || open->view_ == nullptr) {
         return nullptr;
     }
-    platform::View& window = *open->home_.window;
-    window.addSubview(open->background_);
-    window.addSubview(open->view_);
-    for (const ViewRef& view : open->home_.front) {
-        window.addSubview(view);
+    open->window_->addSubview(open->background_);
+    open->window_->addSubview(open->view_);
+    for (const ViewRef& view : front) {
+        open->window_->addSubview(view);
     }
     open->showClosed();
     return open;
@@ -63,7 +63,7 @@ void OpenFolder::setAlpha(const ViewRef& view, double alpha) const {
 }
 
 void OpenFolder::setIconAnimating(bool isAnimating) const {
-    const ViewRef& image = home_.icon->imageView();
+    const ViewRef& image = icon_->imageView();
     if (const auto folder = std::dynamic_pointer_cast<FolderIconImageView>(image)) {
         folder->setAnimating(isAnimating);
         context_.runtime.send<void>(*folder, "layoutSubviews");
@@ -73,7 +73,8 @@ void OpenFolder::setIconAnimating(bool isAnimating) const {
 // The panel as large as the icon, and in its place.
 desktop::ViewTransform OpenFolder::atIcon() const {
     const platform::Rect& panel = view_->folderLayout().panel;
-    const platform::Rect& icon = home_.iconFrame;
+    const platform::Rect icon{icon_->frame().origin,
+                              {context_.metrics.iconSide, context_.metrics.iconSide}};
     const auto middle = [](double start, double length) { return start + length / 2; };
     return {
         .scaleX = icon.size.width / panel.size.width,
@@ -89,8 +90,8 @@ void OpenFolder::showOpen() const {
     setAlpha(background_->blurView(), 1);
     setAlpha(background_->tintView(), 1);
     view_->scalingView()->setTransform({});
-    ViewNode::of(home_.page)
-        ->setTransform({.scaleX = kPageScale, .scaleY = kPageScale, .translation = {}});
+    ViewNode::of(page_)->setTransform(
+        {.scaleX = kPageScale, .scaleY = kPageScale, .translation = {}});
 }
 
 void OpenFolder::showClosed() const {
@@ -106,7 +107,7 @@ void OpenFolder::open(Animated animated) {
         return;
     }
     state_ = State::open;
-    const ViewRef& icon = home_.icon->imageView();
+    const ViewRef& icon = icon_->imageView();
     if (animated == Animated::no) {
         showOpen();
         setAlpha(view_->scalingView(), 1);
@@ -159,7 +160,7 @@ void OpenFolder::close(Animated animated, const FolderCompletion& completion) {
             // Goes with everything that others have put into it.
             setAlpha(background_, 0);
             view_->scalingView()->setTransform(atIcon());
-            ViewNode::of(home_.page)->setTransform({});
+            ViewNode::of(page_)->setTransform({});
         },
         [self = weak_from_this()](bool /*finished*/) {
             if (const auto folder = self.lock()) {
@@ -173,7 +174,7 @@ void OpenFolder::close(Animated animated, const FolderCompletion& completion) {
         kCrossfade, desktop::kLinear,
         [this] {
             setAlpha(view_->scalingView(), 0);
-            setAlpha(home_.icon->imageView(), 1);
+            setAlpha(icon_->imageView(), 1);
         },
         nullptr, kFolderDuration - kCrossfade);
 }
@@ -183,8 +184,8 @@ void OpenFolder::finishClosing() {
         return;
     }
     state_ = State::gone;
-    ViewNode::of(home_.page)->setTransform({});
-    setAlpha(home_.icon->imageView(), 1);
+    ViewNode::of(page_)->setTransform({});
+    setAlpha(icon_->imageView(), 1);
     view_->removeFromSuperview();
     background_->removeFromSuperview();
     setIconAnimating(false);
@@ -223,7 +224,7 @@ void OpenFolder::tap(const platform::Point& point) {
 // What the screen shows behind `front`, a view of the window.
 std::shared_ptr<DesktopBitmapImage> OpenFolder::drawBehind(const ViewRef& front,
                                                            desktop::PixelSize size) const {
-    const std::vector<ViewRef> views = home_.window->subviews();
+    const std::vector<ViewRef> views = window_->subviews();
     std::vector<ViewRef> hidden;
     for (auto view = std::find(views.begin(), views.end(), front); view != views.end(); ++view) {
         if (!ViewNode::of(*view)->isHidden()) {
@@ -231,7 +232,7 @@ std::shared_ptr<DesktopBitmapImage> OpenFolder::drawBehind(const ViewRef& front,
             (*view)->setHidden(true);
         }
     }
-    auto drawn = desktop::renderTree(home_.window, size, context_.scale());
+    auto drawn = desktop::renderTree(window_, size, context_.scale());
     for (const ViewRef& view : hidden) {
         view->setHidden(false);
     }
@@ -265,8 +266,8 @@ void OpenFolder::drawMaterials(desktop::PixelSize size) const {
 ShownFolder OpenFolder::shown() const {
     const double scale = context_.scale();
     const FolderLayout& layout = view_->folderLayout();
-    ShownFolder shown{.identifier = std::string(folder_.identifier),
-                      .name = std::string(folder_.name),
+    ShownFolder shown{.identifier = std::string(folder().identifier),
+                      .name = std::string(folder().name),
                       .page = view_->page(),
                       .pageCount = static_cast<int>(layout.pages.size()),
                       .x = layout.panel.origin.x * scale,

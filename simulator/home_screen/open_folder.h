@@ -22,20 +22,11 @@ enum class Animated { no, yes };
 
 class OpenFolder : public std::enable_shared_from_this<OpenFolder> {
   public:
-    // What it has to do with of the home screen.
-    struct Home {
-        platform::ViewRef window;  // the folder's views become its front
-        platform::ViewRef page;    // draws back while the folder is open
-        std::shared_ptr<IconView> icon;
-        platform::Rect iconFrame;  // of the icon's image, on the screen
-        // Stay in front of the folder.
-        std::vector<platform::ViewRef> front;
-    };
-
-    // Closed still, its views in the window. `context` outlives it. Nil when an initialiser gave no
-    // view.
-    [[nodiscard]] static std::shared_ptr<OpenFolder> create(const ScreenContext& context, Home home,
-                                                            const Folder& folder);
+    // The folder of an icon of the page, which draws back while it is open. Closed still, its views
+    // in the page's window, behind those of `front` alone. Nil when an initialiser gave no view.
+    [[nodiscard]] static std::shared_ptr<OpenFolder> create(
+        const ScreenContext& context, platform::ViewRef page, std::shared_ptr<IconView> icon,
+        const std::vector<platform::ViewRef>& front);
 
     void open(Animated animated);
 
@@ -51,7 +42,7 @@ class OpenFolder : public std::enable_shared_from_this<OpenFolder> {
     // Draws anew what the folder's materials blur. `size` is the screen's in pixels.
     void drawMaterials(desktop::PixelSize size) const;
 
-    [[nodiscard]] const Folder& folder() const { return folder_; }
+    [[nodiscard]] const Folder& folder() const { return *icon_->item().folder; }
 
     [[nodiscard]] const std::shared_ptr<FloatyFolderView>& view() const { return view_; }
 
@@ -65,8 +56,11 @@ class OpenFolder : public std::enable_shared_from_this<OpenFolder> {
   private:
     enum class State { closed, open, closing, gone };
 
-    OpenFolder(const ScreenContext& context, Home home, const Folder& folder)
-        : context_(context), home_(std::move(home)), folder_(folder) {}
+    OpenFolder(const ScreenContext& context, platform::ViewRef page, std::shared_ptr<IconView> icon)
+        : context_(context),
+          window_(desktop::ViewNode::of(page)->superview()),
+          page_(std::move(page)),
+          icon_(std::move(icon)) {}
 
     void setAlpha(const platform::ViewRef& view, double alpha) const;
     // The folder's icon knows while it moves.
@@ -79,8 +73,9 @@ class OpenFolder : public std::enable_shared_from_this<OpenFolder> {
         const platform::ViewRef& front, desktop::PixelSize size) const;
 
     const ScreenContext& context_;
-    Home home_;
-    Folder folder_;
+    platform::ViewRef window_;
+    platform::ViewRef page_;
+    std::shared_ptr<IconView> icon_;
     State state_ = State::closed;
     std::shared_ptr<FolderControllerBackgroundView> background_;
     std::shared_ptr<FloatyFolderView> view_;

@@ -1,21 +1,17 @@
 #include "simulator/home_screen/platform_classes.h"
 
-#include "desktop/views/view_node.h"
 #include "platform/springboard.h"
 #include "simulator/home_screen/dock_views.h"
 #include "simulator/home_screen/folder_icon_views.h"
 #include "simulator/home_screen/icon_views.h"
 #include "simulator/home_screen/live_icons.h"
+#include "simulator/home_screen/open_folder_views.h"
 #include "simulator/home_screen/page_control.h"
 #include "simulator/toolkit/base_classes.h"
 #include "simulator/toolkit/class_rows.h"
 
 #include <array>
 #include <cstdint>
-#include <functional>
-#include <span>
-#include <string>
-#include <string_view>
 #include <utility>
 
 namespace velmoranth::simulator {
@@ -24,6 +20,8 @@ namespace {
 using desktop::Runtime;
 using platform::ImageRef;
 using platform::NullableString;
+using platform::ObjectRef;
+using platform::Rect;
 using platform::SBIconRef;
 using platform::ViewRef;
 
@@ -60,211 +58,196 @@ constexpr std::array kClasses{
     ClassRow{"SBDockView", "UIView"},
     ClassRow{"SBFloatingDockView", "UIView"},
     ClassRow{"SBFloatingDockPlatterView", "UIView"},
+    // Around an open folder.
+    ClassRow{"UITouch", "NSObject"},
+    ClassRow{"UIGestureRecognizer", "NSObject"},
+    ClassRow{"UITapGestureRecognizer", "UIGestureRecognizer"},
+    ClassRow{"UIViewController", "NSObject"},
+    ClassRow{"UIVisualEffectView", "UIView", Systems::only12},
+    ClassRow{"SBFolder", "NSObject"},
+    ClassRow{"SBFolderView", "UIView"},
+    ClassRow{"SBFloatyFolderView", "SBFolderView"},
+    ClassRow{"SBFolderControllerBackgroundView", "UIView"},
+    ClassRow{"SBFolderBackgroundView", "UIView"},
+    ClassRow{"SBFolderIconListView", "SBIconListView"},
+    ClassRow{"SBIconController", "UIViewController"},
 };
 
-// Where a class's layoutSubviews is what its view does in placeSubviews.
-template <class ViewType>
-void addLayout(Runtime& runtime, const char* className) {
-    runtime.addInstanceMethod(
-        className, "layoutSubviews",
-        std::function<void(ViewType&)>([](ViewType& view) { view.placeSubviews(); }));
+constexpr const char* kLayout = "layoutSubviews";
+
+// Nil for a nil icon.
+ImageRef stockIcon(const ScreenContext& context, const SBIconRef& icon, double side,
+                   IconMasking masking) {
+    return icon == nullptr ? nullptr
+                           : context.stockImages.icon(icon->nodeIdentifier().value_or(""), side,
+                                                      context.scale(), masking);
 }
 
-void addIconViewMethods(const PlatformObjects& objects) {
-    Runtime& runtime = objects.runtime;
-    addLayout<IconView>(runtime, "SBIconView");
-    runtime.addInstanceMethod("SBIconImageView", "layoutSubviews",
-                              std::function<void(IconImageView&)>([&runtime](IconImageView& view) {
-                                  view.setContents(runtime.send<ImageRef>(view, "contentsImage"));
-                              }));
-    runtime.addInstanceMethod(
-        "SBIconImageView", "darkeningOverlayImage",
-        std::function<ImageRef(platform::SBIconImageView&)>([objects](platform::SBIconImageView&) {
-            return objects.stockImages.darkeningOverlay(objects.iconSide, objects.screenScale);
-        }));
-    runtime.addInstanceMethod(
-        "SBIconLabelImage", "_initWithCGImage:scale:orientation:parameters:maxSizeOffset:",
-        std::function<ImageRef(IconLabelImage&, platform::BitmapImageRef, double, std::int64_t,
-                               platform::ObjectRef, platform::Point)>(
-            [](IconLabelImage& image, platform::BitmapImageRef bitmap, double scale, std::int64_t,
-               const platform::ObjectRef&,
-               platform::Point) { return image.init(std::move(bitmap), scale); }));
-    addLayout<IconBadgeView>(runtime, "SBIconBadgeView");
-    runtime.addInstanceVariable("SBIconBadgeView", "_backgroundView",
-                                std::function<platform::ObjectRef(IconBadgeView&)>(
-                                    [](IconBadgeView& view) { return view.backgroundView(); }));
-    // About as wide as an icon, which a badge is not to outgrow.
-    runtime.addClassMethod("SBIconBadgeView", "_maxTextWidth",
-                           std::function<double(platform::Class&)>(
-                               [objects](platform::Class&) { return objects.iconSide * 0.8; }));
+void addIconViewMethods(const ScreenContext& context) {
+    Runtime& runtime = context.runtime;
+    ClassMethods(runtime, "SBIconView").add(kLayout, &IconView::placeSubviews);
+    ClassMethods(runtime, "SBIconImageView")
+        .add(kLayout,
+             [&runtime](IconImageView& view) {
+                 view.setContents(runtime.send<ImageRef>(view, "contentsImage"));
+             })
+        .add("darkeningOverlayImage", [&context](platform::SBIconImageView&) {
+            return context.picture(drawPressedOverlay(context.metrics.iconSide, context.scale()));
+        });
+    ClassMethods(runtime, "SBIconLabelImage")
+        .add("_initWithCGImage:scale:orientation:parameters:maxSizeOffset:",
+             [](IconLabelImage& image, const platform::BitmapImageRef& bitmap, double scale,
+                std::int64_t, const ObjectRef&,
+                platform::Point) { return image.init(bitmap, scale); });
+    ClassMethods(runtime, "SBIconBadgeView")
+        .add(kLayout, &IconBadgeView::placeSubviews)
+        .addVariable("_backgroundView", &IconBadgeView::backgroundView)
+        // About as wide as an icon, which a badge is not to outgrow.
+        .addToClass("_maxTextWidth", [&context] { return context.metrics.iconSide * 0.8; });
 }
 
-void addFolderIconMethods(const PlatformObjects& objects) {
-    Runtime& runtime = objects.runtime;
-    addLayout<FolderIconImageView>(runtime, "SBFolderIconImageView");
-    runtime.addInstanceMethod("SBFolderIconImageView", "initWithFrame:",
-                              std::function<ViewRef(FolderIconImageView&, platform::Rect)>(
-                                  [](FolderIconImageView& view, const platform::Rect& frame) {
-                                      return view.init(frame);
-                                  }));
-    runtime.addInstanceVariable(
-        "SBFolderIconImageView", "_backgroundView",
-        std::function<platform::ObjectRef(FolderIconImageView&)>(
-            [](FolderIconImageView& view) { return view.backgroundView(); }));
-    runtime.addInstanceMethod(
-        "SBFolderIconImageCache", "gridCellImageForIcon:",
-        std::function<ImageRef(platform::SBFolderIconImageCache&, SBIconRef)>(
-            [objects](platform::SBFolderIconImageCache&, const SBIconRef& icon) -> ImageRef {
-                if (icon == nullptr) {
-                    return nullptr;
-                }
-                return objects.stockImages.icon(icon->nodeIdentifier().value_or(""),
-                                                objects.iconSide * kGridCellShare,
-                                                objects.screenScale, IconMasking::masked);
-            }));
+void addFolderIconMethods(const ScreenContext& context) {
+    ClassMethods(context.runtime, "SBFolderIconImageView")
+        .add(kLayout, &FolderIconImageView::placeSubviews)
+        .add("initWithFrame:", &FolderIconImageView::init)
+        .addVariable("_backgroundView", &FolderIconImageView::backgroundView);
+    ClassMethods(context.runtime, "SBFolderIconImageCache")
+        .add("gridCellImageForIcon:",
+             [&context](platform::SBFolderIconImageCache&, const SBIconRef& icon) {
+                 return stockIcon(context, icon, context.metrics.iconSide * kGridCellShare,
+                                  IconMasking::masked);
+             });
 }
 
-void addDockMethods(const PlatformObjects& objects) {
-    Runtime& runtime = objects.runtime;
-    using platform::ObjectRef;
-    addLayout<DockView>(runtime, "SBDockView");
-    runtime.addInstanceVariable(
-        "SBDockView", "_backgroundView",
-        std::function<ObjectRef(DockView&)>([](DockView& dock) { return dock.backgroundView(); }));
-    runtime.addInstanceVariable(
-        "SBDockView", "_highlightView",
-        std::function<ObjectRef(DockView&)>([](DockView& dock) { return dock.highlightView(); }));
-    runtime.addInstanceVariable(
-        "SBDockView", "_iconListView",
-        std::function<ObjectRef(DockView&)>([](DockView& dock) { return dock.iconListView(); }));
-    addLayout<FloatingDockView>(runtime, "SBFloatingDockView");
-    runtime.addInstanceMethod("SBFloatingDockView", "userIconListView",
-                              std::function<platform::SBIconListViewRef(FloatingDockView&)>(
-                                  [](FloatingDockView& dock) { return dock.userList(); }));
-    runtime.addInstanceMethod("SBFloatingDockView", "dividerView",
-                              std::function<ViewRef(FloatingDockView&)>(
-                                  [](FloatingDockView& dock) { return dock.divider(); }));
-    addLayout<FloatingDockPlatterView>(runtime, "SBFloatingDockPlatterView");
-    runtime.addInstanceVariable(
-        "SBFloatingDockPlatterView", "_backgroundView",
-        std::function<ObjectRef(FloatingDockPlatterView&)>(
-            [](FloatingDockPlatterView& platter) { return platter.backgroundView(); }));
-    runtime.addInstanceVariable(
-        "SBFloatingDockPlatterView", "_shadowView",
-        std::function<ObjectRef(FloatingDockPlatterView&)>(
-            [](FloatingDockPlatterView& platter) { return platter.shadowView(); }));
+void addDockMethods(const ScreenContext& context) {
+    ClassMethods(context.runtime, "SBDockView")
+        .add(kLayout, &DockView::placeSubviews)
+        .addVariable("_backgroundView", &DockView::backgroundView)
+        .addVariable("_highlightView", &DockView::highlightView)
+        .addVariable("_iconListView", &DockView::iconListView);
+    ClassMethods(context.runtime, "SBFloatingDockView")
+        .add(kLayout, &FloatingDockView::placeSubviews)
+        .add("userIconListView",
+             [](const FloatingDockView& dock) -> platform::SBIconListViewRef {
+                 return dock.userList();
+             })
+        .add("dividerView", &FloatingDockView::divider);
+    ClassMethods(context.runtime, "SBFloatingDockPlatterView")
+        .add(kLayout, &FloatingDockPlatterView::placeSubviews)
+        .addVariable("_backgroundView", &FloatingDockPlatterView::backgroundView)
+        .addVariable("_shadowView", &FloatingDockPlatterView::shadowView);
 }
 
-void addPageControlMethods(const PlatformObjects& objects) {
-    Runtime& runtime = objects.runtime;
-    addLayout<PageControl>(runtime, "SBIconListPageControl");
-    runtime.addInstanceMethod("SBIconListPageControl", "_iconListIndicatorImage:",
-                              std::function<ImageRef(platform::SBIconListPageControl&, bool)>(
-                                  [objects](platform::SBIconListPageControl&, bool isCurrent) {
-                                      return objects.stockImages.pageDot(
-                                          objects.pageDotSide, objects.screenScale, isCurrent);
-                                  }));
-    runtime.addInstanceMethod("SBIconListPageControl", "_searchIndicatorImage:",
-                              std::function<ImageRef(platform::SBIconListPageControl&, bool)>(
-                                  [objects](platform::SBIconListPageControl&, bool isCurrent) {
-                                      return objects.stockImages.searchDot(
-                                          objects.pageDotSide, objects.screenScale, isCurrent);
-                                  }));
-}
-
-// What the home screen's cache of icon images has of an app.
-std::function<ImageRef(platform::SBHIconImageCache&, SBIconRef)> stockIconOf(
-    const PlatformObjects& objects, IconMasking masking) {
-    return [objects, masking](platform::SBHIconImageCache&, const SBIconRef& icon) -> ImageRef {
-        return icon == nullptr
-                   ? nullptr
-                   : objects.stockImages.icon(icon->nodeIdentifier().value_or(""), objects.iconSide,
-                                              objects.screenScale, masking);
+void addPageControlMethods(const ScreenContext& context) {
+    const auto indicator = [&context](auto draw) {
+        return [&context, draw](platform::SBIconListPageControl&, bool isCurrent) {
+            return context.picture(
+                draw(isCurrent ? PageIndicatorState::current : PageIndicatorState::other,
+                     context.metrics.pageDotSide, context.scale()));
+        };
     };
+    ClassMethods(context.runtime, "SBIconListPageControl")
+        .add(kLayout, &PageControl::placeSubviews)
+        .add("_iconListIndicatorImage:", indicator(drawPageDot))
+        .add("_searchIndicatorImage:", indicator(drawSearchDot));
+}
+
+void addOpenFolderMethods(const ScreenContext& context) {
+    Runtime& runtime = context.runtime;
+    ClassMethods(runtime, "SBFolderControllerBackgroundView")
+        .add("initWithFrame:", &FolderControllerBackgroundView::init)
+        .addVariable("_blurView", &FolderControllerBackgroundView::blurView)
+        .addVariable("_tintView", &FolderControllerBackgroundView::tintView);
+    ClassMethods(runtime, "SBFolderBackgroundView")
+        .add(kLayout, &FolderBackgroundView::placeSubviews)
+        .addVariable("_blurView", &FolderBackgroundView::blurView)
+        .addVariable("_tintView", &FolderBackgroundView::tintView);
+    ClassMethods(runtime, "SBFloatyFolderView")
+        .add("initWithFolder:orientation:viewMap:context:",
+             [](FloatyFolderView& view, const ObjectRef& folder, std::int64_t, const ObjectRef&,
+                const ObjectRef&) { return view.init(folder); })
+        .add(kLayout, &FloatyFolderView::placeSubviews)
+        .add("_showsTitle", [](platform::SBFloatyFolderView&) { return true; })
+        .add("_tapToCloseGestureRecognizer:shouldReceiveTouch:",
+             [](FloatyFolderView& view, const platform::GestureRecognizerRef&,
+                const ObjectRef& touch) { return view.isOutside(touch); });
+    ClassMethods(runtime, "SBIconController")
+        .addToClass(
+            "sharedInstance",
+            [&context]() -> platform::SBIconControllerRef { return context.iconController; })
+        .add("_closeFolderController:animated:withCompletion:", &IconController::closeFolder);
 }
 
 // Icons make their images themselves, from what the toolkit has of the app.
-void addIconMethodsOf12(const PlatformObjects& objects) {
-    Runtime& runtime = objects.runtime;
-    runtime.addInstanceMethod("SBHIconImageCache",
-                              "imageForIcon:", stockIconOf(objects, IconMasking::masked));
-    runtime.addInstanceMethod("SBApplicationIcon", "getUnmaskedIconImage:",
-                              std::function<ImageRef(platform::SBApplicationIcon&, int)>(
-                                  [objects](platform::SBApplicationIcon& icon, int format) {
-                                      return objects.stockImages.icon(
-                                          icon.leafIdentifier().value_or(""),
-                                          iconSideOfFormat(format, objects.iconSide),
-                                          objects.screenScale, IconMasking::unmasked);
-                                  }));
-    runtime.addInstanceMethod(
-        "SBApplicationIcon", "generateIconImage:",
-        std::function<ImageRef(platform::SBApplicationIcon&, int)>(
-            [objects](platform::SBApplicationIcon& icon, int format) {
-                return objects.runtime.sendToClass<ImageRef, NullableString, int, double>(
-                    "UIImage",
-                    "_applicationIconImageForBundleIdentifier:format:scale:", icon.leafIdentifier(),
-                    format, objects.screenScale);
-            }));
-    runtime.addInstanceMethod("SBIcon", "getIconImage:",
-                              std::function<ImageRef(platform::SBIcon&, int)>(
-                                  [&runtime](platform::SBIcon& icon, int format) {
-                                      return runtime.send<ImageRef, int>(
-                                          icon, "generateIconImage:", format);
-                                  }));
-    runtime.addInstanceMethod(
-        "SBIconImageView", "contentsImage",
-        std::function<ImageRef(platform::SBIconImageView&)>(
-            [&runtime](platform::SBIconImageView& view) -> ImageRef {
-                const SBIconRef icon = view.icon();
-                return icon == nullptr ? nullptr
-                                       : runtime.send<ImageRef, int>(
-                                             *icon, "getIconImage:", kHomeScreenIconFormat);
-            }));
+void addIconMethodsOf12(const ScreenContext& context) {
+    Runtime& runtime = context.runtime;
+    ClassMethods(runtime, "SBHIconImageCache")
+        .add("imageForIcon:", [&context](platform::SBHIconImageCache&, const SBIconRef& icon) {
+            return stockIcon(context, icon, context.metrics.iconSide, IconMasking::masked);
+        });
+    ClassMethods(runtime, "SBApplicationIcon")
+        .add("getUnmaskedIconImage:",
+             [&context](platform::SBApplicationIcon& icon, int format) {
+                 return context.stockImages.icon(icon.leafIdentifier().value_or(""),
+                                                 iconSideOfFormat(format, context.metrics.iconSide),
+                                                 context.scale(), IconMasking::unmasked);
+             })
+        .add("generateIconImage:", [&context](platform::SBApplicationIcon& icon, int format) {
+            return askForAppIcon(context, icon.leafIdentifier(), format);
+        });
+    ClassMethods(runtime, "SBIcon")
+        .add("getIconImage:", [&runtime](platform::SBIcon& icon, int format) {
+            return runtime.send<ImageRef, int>(icon, "generateIconImage:", format);
+        });
+    ClassMethods(runtime, "SBIconImageView")
+        .add("contentsImage", [&runtime](platform::SBIconImageView& view) -> ImageRef {
+            const SBIconRef icon = view.icon();
+            return icon == nullptr
+                       ? nullptr
+                       : runtime.send<ImageRef, int>(*icon, "getIconImage:", kHomeScreenIconFormat);
+        });
 }
 
 // There views ask the home screen's cache, which has every icon make its image.
-void addIconMethodsOf13(const PlatformObjects& objects) {
-    Runtime& runtime = objects.runtime;
-    runtime.addInstanceMethod(
-        "SBHIconImageCache", "imageForIcon:",
-        std::function<ImageRef(platform::SBHIconImageCache&, SBIconRef)>(
-            [objects](platform::SBHIconImageCache&, const SBIconRef& icon) -> ImageRef {
-                return icon == nullptr ? nullptr
-                                       : objects.runtime.send<ImageRef, platform::SBIconImageInfo>(
-                                             *icon, "generateIconImageWithInfo:",
-                                             iconImageInfo(objects.iconSide, objects.screenScale));
-            }));
-    runtime.addInstanceMethod(
-        "SBIcon", "generateIconImageWithInfo:",
-        std::function<ImageRef(platform::SBIcon&, platform::SBIconImageInfo)>(
-            [objects](platform::SBIcon& icon, const platform::SBIconImageInfo& info) {
-                return objects.stockImages.icon(icon.nodeIdentifier().value_or(""), info.size.width,
-                                                info.scale, IconMasking::masked);
-            }));
-    runtime.addInstanceMethod("SBIconImageView", "contentsImage",
-                              std::function<ImageRef(platform::SBIconImageView&)>(
-                                  [objects](platform::SBIconImageView& view) {
-                                      return objects.runtime.send<ImageRef, SBIconRef>(
-                                          *objects.iconImageCache, "imageForIcon:", view.icon());
-                                  }));
+void addIconMethodsOf13(const ScreenContext& context) {
+    Runtime& runtime = context.runtime;
+    ClassMethods(runtime, "SBHIconImageCache")
+        .add("imageForIcon:",
+             [&context](platform::SBHIconImageCache&, const SBIconRef& icon) -> ImageRef {
+                 return icon == nullptr
+                            ? nullptr
+                            : context.runtime.send<ImageRef, platform::SBIconImageInfo>(
+                                  *icon, "generateIconImageWithInfo:",
+                                  iconImageInfo(context.metrics.iconSide, context.scale()));
+             });
+    ClassMethods(runtime, "SBIcon")
+        .add("generateIconImageWithInfo:",
+             [&context](platform::SBIcon& icon, const platform::SBIconImageInfo& info) {
+                 return context.stockImages.icon(icon.nodeIdentifier().value_or(""),
+                                                 info.size.width, info.scale, IconMasking::masked);
+             });
+    ClassMethods(runtime, "SBIconImageView")
+        .add("contentsImage", [&context](platform::SBIconImageView& view) {
+            return context.runtime.send<ImageRef, SBIconRef>(*context.iconImageCache,
+                                                             "imageForIcon:", view.icon());
+        });
 }
 
 }  // namespace
 
-void registerPlatformClasses(const SystemVersion& system, const PlatformObjects& objects) {
-    addClasses(kClasses, system, objects.runtime);
-    for (const auto& add :
-         {addIconViewMethods, addFolderIconMethods, addDockMethods, addPageControlMethods}) {
-        add(objects);
+void registerPlatformClasses(const ScreenContext& context) {
+    const bool is12 = context.device.system.major < 13;
+    addClasses(kClasses, context.device.system, context.runtime);
+    for (const auto& add : {addIconViewMethods, addFolderIconMethods, addDockMethods,
+                            addPageControlMethods, addOpenFolderMethods,
+                            is12 ? addIconMethodsOf12 : addIconMethodsOf13, addLiveIconMethods}) {
+        add(context);
     }
-    objects.runtime.addInstanceMethod(
-        "SBHIconImageCache", "unmaskedImageForIcon:", stockIconOf(objects, IconMasking::unmasked));
-    if (system.major < 13) {
-        addIconMethodsOf12(objects);
-    } else {
-        addIconMethodsOf13(objects);
-    }
-    addLiveIconMethods(system, objects);
+    ClassMethods(context.runtime, "SBHIconImageCache")
+        .add("unmaskedImageForIcon:",
+             [&context](platform::SBHIconImageCache&, const SBIconRef& icon) {
+                 return stockIcon(context, icon, context.metrics.iconSide, IconMasking::unmasked);
+             });
 }
 
 }  // namespace velmoranth::simulator

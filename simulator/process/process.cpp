@@ -2,14 +2,14 @@
 
 #include "desktop/files/device_root.h"
 #include "desktop/services/services.h"
-#include "simulator/app_context.h"
 #include "simulator/artwork/artwork.h"
-#include "simulator/home_screen/folder_classes.h"
-#include "simulator/home_screen/icon_controller.h"
 #include "simulator/home_screen/platform_classes.h"
 #include "simulator/process/loader.h"
+#include "simulator/screen_context.h"
+#include "simulator/screens/controls_screen.h"
+#include "simulator/screens/gallery_screen.h"
 #include "simulator/screens/notification_screen.h"
-#include "simulator/screens/screens.h"
+#include "simulator/screens/panel_screen.h"
 #include "simulator/screens/settings_screen.h"
 #include "simulator/screens/switcher_screen.h"
 #include "simulator/screens/today_screen.h"
@@ -103,8 +103,6 @@ struct SimulatedProcess::State {
 
     // The classes that such a process has.
     void registerClasses(ProcessKind process);
-    [[nodiscard]] AppContext appContext();
-    [[nodiscard]] std::unique_ptr<HomeScreen> makeHomeScreen();
     // The screen asked for, when it is none of the home screen itself.
     [[nodiscard]] std::unique_ptr<Screen> makeScreen(ScreenKind kind);
     // Makes the screen's view the key window's.
@@ -114,7 +112,7 @@ struct SimulatedProcess::State {
     desktop::Services services;
     StockImages stockImages;
     ToolkitImages toolkit;
-    const std::shared_ptr<IconController> iconController;
+    const ScreenContext context;
     // After the classes and the engine.
     std::unique_ptr<Screen> screen;
     HomeScreen* homeScreen = nullptr;  // the screen, when it is that
@@ -126,16 +124,19 @@ SimulatedProcess::State::State(const ScreenRequest& request, LogLine logLine,
       services(root, descriptionOf(device), std::move(logLine)),
       stockImages(services.images()),
       toolkit(device, services.images(), root, mainBundleOf(definitionOf(request.screen).process)),
-      iconController(std::make_shared<IconController>(services.runtime())) {}
+      context{.device = device,
+              .runtime = services.runtime(),
+              .images = services.images(),
+              .stockImages = stockImages,
+              .toolkit = toolkit,
+              .views = services.views(),
+              .application = services.application(),
+              .dates = services.dates()} {}
 
 void SimulatedProcess::State::registerClasses(ProcessKind process) {
     desktop::Runtime& runtime = services.runtime();
-    const HomeScreenMetrics& metrics = homeScreenMetrics(device.kind, device.screen);
-    registerBaseClasses(device.system, {.runtime = runtime,
-                                        .stockImages = stockImages,
-                                        .iconSide = metrics.iconSide,
-                                        .screenScale = device.screen.scale});
-    registerToolkitClasses(device.system, {.runtime = runtime, .images = toolkit});
+    registerBaseClasses(context);
+    registerToolkitClasses(context);
     const auto is = [process](ProcessKind kind) {
         return process == kind || process == ProcessKind::everything;
     };
@@ -144,60 +145,39 @@ void SimulatedProcess::State::registerClasses(ProcessKind process) {
         runtime, nullptr,
         is(ProcessKind::homeScreen) ? FeedbackProcess::homeScreen : FeedbackProcess::other);
     if (is(ProcessKind::homeScreen)) {
-        registerPlatformClasses(device.system,
-                                {.runtime = runtime,
-                                 .stockImages = stockImages,
-                                 .iconImageCache = std::make_shared<IconImageCache>(),
-                                 .iconSide = metrics.iconSide,
-                                 .pageDotSide = metrics.pageDotSide,
-                                 .screenScale = device.screen.scale,
-                                 .images = services.images(),
-                                 .toolkit = toolkit,
-                                 .dates = services.dates(),
-                                 .date = device.date});
-        registerFolderClasses(device.system, runtime, iconController);
-        registerTodayClasses(appContext());
-        registerSwitcherClasses(appContext());
-        registerNotificationClasses(appContext());
+        registerPlatformClasses(context);
+        registerTodayClasses(context);
+        registerSwitcherClasses(context);
+        registerNotificationClasses(context);
     }
     if (is(ProcessKind::settings)) {
-        registerSettingsClasses(appContext());
+        registerSettingsClasses(context);
     }
     if (is(ProcessKind::weather)) {
-        registerWeatherClasses(appContext());
+        registerWeatherClasses(context);
     }
-}
-
-AppContext SimulatedProcess::State::appContext() {
-    return {device,  services.runtime(),    services.images(), stockImages, services.views(),
-            toolkit, services.application()};
-}
-
-std::unique_ptr<HomeScreen> SimulatedProcess::State::makeHomeScreen() {
-    return std::make_unique<HomeScreen>(
-        device, HomeScreen::Services{services.runtime(), services.images(), stockImages,
-                                     services.views(), *iconController});
 }
 
 std::unique_ptr<Screen> SimulatedProcess::State::makeScreen(ScreenKind kind) {
     switch (kind) {
         case ScreenKind::controls:
-            return makeControlsScreen(appContext());
+            return std::make_unique<ControlsScreen>(context);
         case ScreenKind::gallery:
-            return makeGalleryScreen(appContext());
+            return std::make_unique<GalleryScreen>(context);
         case ScreenKind::settings:
-            return makeSettingsScreen(appContext());
+            return std::make_unique<SettingsScreen>(context);
         case ScreenKind::panelError:
+            return std::make_unique<PanelScreen>(context, PanelTask::deleteSettings);
         case ScreenKind::panelSuccess:
-            return makePanelScreen(appContext(), kind);
+            return std::make_unique<PanelScreen>(context, PanelTask::applySettings);
         case ScreenKind::weather:
-            return makeWeatherScreen(appContext());
+            return std::make_unique<WeatherScreen>(context);
         case ScreenKind::today:
-            return makeTodayScreen(appContext(), makeHomeScreen());
+            return std::make_unique<TodayScreen>(context);
         case ScreenKind::switcher:
-            return makeSwitcherScreen(appContext(), makeHomeScreen());
+            return std::make_unique<SwitcherScreen>(context);
         case ScreenKind::notification:
-            return makeNotificationScreen(appContext(), makeHomeScreen());
+            return std::make_unique<NotificationScreen>(context);
         default:
             return nullptr;
     }
@@ -237,7 +217,7 @@ desktop::Result<std::unique_ptr<SimulatedProcess>> SimulatedProcess::start(
     }
     state->screen = state->makeScreen(request.screen);
     if (state->screen == nullptr) {
-        std::unique_ptr<HomeScreen> home = state->makeHomeScreen();
+        auto home = std::make_unique<HomeScreen>(state->context);
         if (auto shown = showOnHomeScreen(*home, request); !shown) {
             return tl::unexpected(std::move(shown.error()));
         }

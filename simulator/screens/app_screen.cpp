@@ -4,7 +4,7 @@
 
 namespace velmoranth::simulator {
 
-AppScreen::AppScreen(const AppContext& context)
+AppScreen::AppScreen(const ScreenContext& context)
     : context_(context), window_(std::make_shared<NamedView>("UIWindow", context.bounds())) {}
 
 void AppScreen::layoutViews() {

@@ -1,15 +1,15 @@
 // The screen of an app: a window over the whole of it, whose views a deriving screen adds.
 #pragma once
 
-#include "simulator/app_context.h"
 #include "simulator/screen.h"
+#include "simulator/screen_context.h"
 #include "simulator/screens/asked_images.h"
 
 namespace velmoranth::simulator {
 
 class AppScreen : public Screen {
   public:
-    explicit AppScreen(const AppContext& context);
+    explicit AppScreen(const ScreenContext& context);
 
     // Asks for the images first.
     void layoutViews() override;
@@ -19,14 +19,14 @@ class AppScreen : public Screen {
     [[nodiscard]] const platform::ViewRef& view() const override { return window_; }
 
   protected:
-    [[nodiscard]] const AppContext& context() const { return context_; }
+    [[nodiscard]] const ScreenContext& context() const { return context_; }
 
     [[nodiscard]] platform::View& window() { return *window_; }
 
     [[nodiscard]] AskedImages& images() { return images_; }
 
   private:
-    AppContext context_;
+    const ScreenContext& context_;
     platform::ViewRef window_;
     AskedImages images_;
 };

@@ -2,7 +2,6 @@
 
 #include "simulator/artwork/toolkit_artwork.h"
 #include "simulator/home_screen/home_screen_layout.h"
-#include "simulator/screens/screens.h"
 #include "simulator/toolkit/image_messages.h"
 #include "simulator/toolkit/named_views.h"
 #include "simulator/toolkit/switch_view.h"
@@ -136,7 +135,7 @@ constexpr ToolkitLook kLookOf13{
 
 class Builder {
   public:
-    Builder(const AppContext& context, platform::View& window)
+    Builder(const ScreenContext& context, platform::View& window)
         : context_(context),
           window_(window),
           ask_(context.runtime, context.toolkit),
@@ -399,7 +398,7 @@ class Builder {
         }
     }
 
-    const AppContext& context_;
+    const ScreenContext& context_;
     platform::View& window_;
     ImageMessages ask_;
     const AppColors& colors_;
@@ -416,10 +415,6 @@ void ControlsScreen::layoutViews() {
     }
     Builder(context(), window()).build();
     AppScreen::layoutViews();
-}
-
-std::unique_ptr<Screen> makeControlsScreen(const AppContext& context) {
-    return std::make_unique<ControlsScreen>(context);
 }
 
 }  // namespace velmoranth::simulator

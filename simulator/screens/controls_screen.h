@@ -8,7 +8,7 @@ namespace velmoranth::simulator {
 
 class ControlsScreen final : public AppScreen {
   public:
-    explicit ControlsScreen(const AppContext& context) : AppScreen(context) {}
+    explicit ControlsScreen(const ScreenContext& context) : AppScreen(context) {}
 
     // Asks for every image anew, so that a change of theme shows in the next picture.
     void layoutViews() override;

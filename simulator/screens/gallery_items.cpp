@@ -9,6 +9,7 @@
 #include "simulator/home_screen/live_icons.h"
 #include "simulator/home_screen/open_folder_views.h"
 #include "simulator/home_screen/page_control.h"
+#include "simulator/home_screen/platform_classes.h"
 #include "simulator/screen.h"
 #include "simulator/screens/notification_screen.h"
 #include "simulator/screens/switcher_screen.h"
@@ -66,16 +67,8 @@ std::string_view groupOf(const BundleCatalog& catalog) {
 
 }  // namespace
 
-GalleryItems::GalleryItems(const AppContext& appContext)
-    : app_(appContext),
-      home_{.device = app_.device,
-            .metrics = homeScreenMetrics(app_.device.kind, app_.device.screen),
-            .runtime = app_.runtime,
-            .images = app_.images,
-            .stockImages = app_.stockImages,
-            .folderIconImageCache = std::make_shared<FolderIconImageCache>(),
-            .views = app_.views},
-      ask_(app_.runtime, app_.toolkit) {
+GalleryItems::GalleryItems(const ScreenContext& context)
+    : context_(context), ask_(context.runtime, context.toolkit) {
     addAppIcons();
     addLiveIcons();
     addMiniatures();
@@ -88,25 +81,25 @@ GalleryItems::GalleryItems(const AppContext& appContext)
 }
 
 ImageRef GalleryItems::stockIcon(const App& app, double side) const {
-    return app_.stockImages.icon(std::string(app.bundleIdentifier), side, app_.scale(),
-                                 IconMasking::masked);
+    return context_.stockImages.icon(std::string(app.bundleIdentifier), side, context_.scale(),
+                                     IconMasking::masked);
 }
 
 bool GalleryItems::isLive(const App& app) const {
     return app.iconClass == "SBCalendarApplicationIcon" ||
-           (app.iconClass == "SBClockApplicationIcon" && app_.device.system.major >= 13);
+           (app.iconClass == "SBClockApplicationIcon" && context_.device.system.major >= 13);
 }
 
 // As its view on the home screen asks: the icon on iOS 12, the cache of images on 13.
 void GalleryItems::addIcon(std::string_view group, const App& app) {
-    items_.push_back({group, std::string(app.name), std::string(app.bundleIdentifier),
-                      GalleryPlate::light,
-                      [this, &app] { return stockIcon(app, home_.metrics.iconSide); },
-                      [this, &app] {
-                          return app_.runtime.send<ImageRef>(
-                              *makeIconImageView(makeApplicationIcon(app), app, app_.device.system),
-                              "contentsImage");
-                      }});
+    items_.push_back(
+        {group, std::string(app.name), std::string(app.bundleIdentifier), GalleryPlate::light,
+         [this, &app] { return stockIcon(app, context_.metrics.iconSide); },
+         [this, &app] {
+             return context_.runtime.send<ImageRef>(
+                 *makeIconImageView(makeApplicationIcon(app), app, context_.device.system),
+                 "contentsImage");
+         }});
 }
 
 void GalleryItems::addAppIcons() {
@@ -119,7 +112,7 @@ void GalleryItems::addAppIcons() {
     for (const App& app : dockApps()) {
         dock.push_back(&app);
     }
-    if (home_.metrics.dockStyle == DockStyle::floating) {
+    if (context_.metrics.dockStyle == DockStyle::floating) {
         for (const App& app : suggestedApps()) {
             dock.push_back(&app);
         }
@@ -135,9 +128,9 @@ void GalleryItems::addAppIcons() {
 }
 
 ImageRef GalleryItems::clockFace() const {
-    return processedIconImage(app_.toolkit.stockImage(kClockFace, std::string(kClockBundle)),
-                              iconImageInfo(home_.metrics.iconSide, app_.scale()), true,
-                              app_.images);
+    return processedIconImage(context_.toolkit.stockImage(kClockFace, std::string(kClockBundle)),
+                              iconImageInfo(context_.metrics.iconSide, context_.scale()), true,
+                              context_.images);
 }
 
 void GalleryItems::addLiveIcons() {
@@ -150,8 +143,8 @@ void GalleryItems::addLiveIcons() {
         if (app->iconClass == "SBCalendarApplicationIcon") {
             item.before = [this] {
                 return drawCalendarIcon(
-                    app_.stockImages.calendarBase(home_.metrics.iconSide, app_.scale()),
-                    app_.scale(), platform::platform().dates, app_.images);
+                    context_.stockImages.calendarBase(context_.metrics.iconSide, context_.scale()),
+                    context_.scale(), context_.dates, context_.images);
             };
         } else {
             // Its face; the hands lie over it.
@@ -168,13 +161,13 @@ void GalleryItems::addMiniatures() {
             continue;
         }
         for (const App& app : place.folder->apps) {
-            const double side = home_.metrics.iconSide * kGridCellShare;
+            const double side = context_.metrics.iconSide * kGridCellShare;
             items_.push_back({"Folder Miniatures", std::string(app.name),
                               std::string(app.bundleIdentifier), GalleryPlate::light,
                               [this, &app, side] { return stockIcon(app, side); },
                               [this, &app] {
-                                  return app_.runtime.send<ImageRef, platform::SBIconRef>(
-                                      *home_.folderIconImageCache,
+                                  return context_.runtime.send<ImageRef, platform::SBIconRef>(
+                                      *context_.folderIconImageCache,
                                       "gridCellImageForIcon:", makeApplicationIcon(app));
                               }});
         }
@@ -186,14 +179,14 @@ void GalleryItems::addPlacesOfIcons() {
     const auto add = [this](const char* name, double side, std::function<ImageRef()> after) {
         items_.push_back({"Icons in Other Places", name, kAppElsewhere, GalleryPlate::light,
                           [this, side] {
-                              return app_.stockImages.icon(kAppElsewhere, side, app_.scale(),
-                                                           IconMasking::masked);
+                              return context_.stockImages.icon(
+                                  kAppElsewhere, side, context_.scale(), IconMasking::masked);
                           },
                           std::move(after)});
     };
-    desktop::Runtime& runtime = app_.runtime;
-    const bool isBySize = app_.device.system.major >= 13;
-    add("Widget", kWidgetSide, [this, &runtime, isBySize, scale = app_.scale()] {
+    desktop::Runtime& runtime = context_.runtime;
+    const bool isBySize = context_.device.system.major >= 13;
+    add("Widget", kWidgetSide, [this, &runtime, isBySize, scale = context_.scale()] {
         // The home screen has asked for the icon before a widget does, and a replacement may keep
         // what it gave there.
         for (const GalleryItem& item : items_) {
@@ -217,12 +210,12 @@ void GalleryItems::addPlacesOfIcons() {
         return runtime.sendToClass<ImageRef, NullableString>(
             "APWUtil", "iconForBundleIdentifier:", kAppElsewhere);
     });
-    add("Switcher", kBannerSide, [&runtime] {
+    add("Switcher", kBannerSide, [this, &runtime] {
         const auto banner =
             std::make_shared<SuggestionBannerView>(Rect{{0, 0}, {300, 60}}, kAppElsewhere, "");
         return runtime.send<ImageRef, NullableString, ObjectRef>(
             *banner, "_iconImageFromAppWithBundleIdentifier:withIconImageCache:", kAppElsewhere,
-            std::make_shared<IconImageCache>());
+            context_.iconImageCache);
     });
     if (isBySize) {
         add("Notification", kNotificationSide, [&runtime] {
@@ -236,38 +229,42 @@ void GalleryItems::addPlacesOfIcons() {
 
 ImageRef GalleryItems::drawn(const ViewRef& view, Size size) const {
     const auto pixels = [this](double points) {
-        return static_cast<std::size_t>(std::lround(points * app_.scale()));
+        return static_cast<std::size_t>(std::lround(points * context_.scale()));
     };
-    return app_.images.makeImage(
-        desktop::renderTree(view, {pixels(size.width), pixels(size.height)}, app_.scale()),
-        app_.scale());
+    return context_.images.makeImage(
+        desktop::renderTree(view, {pixels(size.width), pixels(size.height)}, context_.scale()),
+        context_.scale());
+}
+
+void GalleryItems::addFurniture(const char* name, std::function<ImageRef()> before,
+                                std::function<ImageRef()> after) {
+    items_.push_back({"Home Screen", name, std::string(kHomeScreenBundle), GalleryPlate::wallpaper,
+                      std::move(before), std::move(after)});
 }
 
 void GalleryItems::addFurniture() {
     addPageDots();
-    const auto add = [this](const char* name, std::function<ImageRef()> before,
-                            std::function<ImageRef()> after) {
-        items_.push_back({"Home Screen", name, std::string(kHomeScreenBundle),
-                          GalleryPlate::wallpaper, std::move(before), std::move(after)});
-    };
-    add(
+    addFurniture(
         "Badge",
         [this] {
-            const Size size = IconBadgeView::create(home_, "1")->bounds().size;
-            return app_.stockImages.badgeBackground(size, app_.scale());
+            const Size size = IconBadgeView::create(context_, "1")->bounds().size;
+            return context_.picture(drawBadgeBackground(size.width, context_.scale(), size.height));
         },
         [this]() -> ImageRef {
-            const auto badge = IconBadgeView::create(home_, "1");
-            layoutTree(app_.runtime, badge);
+            const auto badge = IconBadgeView::create(context_, "1");
+            layoutTree(context_.runtime, badge);
             return badge->alpha() > 0 ? badge->backgroundView()->image() : nullptr;
         });
-    add(
+    addFurniture(
         "Pressed Icon",
-        [this] { return app_.stockImages.darkeningOverlay(home_.metrics.iconSide, app_.scale()); },
+        [this] {
+            return context_.picture(
+                drawPressedOverlay(context_.metrics.iconSide, context_.scale()));
+        },
         [this] {
             const App& app = dockApps().front();
-            return app_.runtime.send<ImageRef>(
-                *makeIconImageView(makeApplicationIcon(app), app, app_.device.system),
+            return context_.runtime.send<ImageRef>(
+                *makeIconImageView(makeApplicationIcon(app), app, context_.device.system),
                 "darkeningOverlayImage");
         });
     addFolderPictures();
@@ -275,86 +272,79 @@ void GalleryItems::addFurniture() {
 }
 
 void GalleryItems::addPageDots() {
-    struct Dot {
-        const char* name;
-        const char* selector;
-        bool isCurrent;
+    using enum PageIndicatorState;
+    const auto add = [this](const char* name, const char* selector, auto draw,
+                            PageIndicatorState state) {
+        addFurniture(
+            name,
+            [this, draw, state] {
+                return context_.picture(
+                    draw(state, context_.metrics.pageDotSide, context_.scale()));
+            },
+            [this, selector, state] {
+                const auto control =
+                    std::make_shared<PageControl>(context_, platform::Point{}, 2, true);
+                return context_.runtime.send<ImageRef, bool>(*control, selector, state == current);
+            });
     };
-
-    constexpr const char* kSearch = "_searchIndicatorImage:";
-    constexpr const char* kPage = "_iconListIndicatorImage:";
-    for (const Dot& dot : {Dot{"Search Dot", kSearch, false}, Dot{"Current Page Dot", kPage, true},
-                           Dot{"Page Dot", kPage, false}}) {
-        items_.push_back(
-            {"Home Screen", dot.name, std::string(kHomeScreenBundle), GalleryPlate::wallpaper,
-             [this, dot] {
-                 const double side = home_.metrics.pageDotSide;
-                 return dot.selector == kSearch
-                            ? app_.stockImages.searchDot(side, app_.scale(), false)
-                            : app_.stockImages.pageDot(side, app_.scale(), dot.isCurrent);
-             },
-             [this, dot] {
-                 const auto control =
-                     std::make_shared<PageControl>(home_, platform::Point{}, 2, true);
-                 return app_.runtime.send<ImageRef, bool>(*control, dot.selector, dot.isCurrent);
-             }});
-    }
+    add("Search Dot", "_searchIndicatorImage:", drawSearchDot, other);
+    add("Current Page Dot", "_iconListIndicatorImage:", drawPageDot, current);
+    add("Page Dot", "_iconListIndicatorImage:", drawPageDot, other);
 }
 
 void GalleryItems::addFolderPictures() {
-    const double side = home_.metrics.iconSide;
+    const double side = context_.metrics.iconSide;
     const auto plate = [this, side] {
-        return app_.images.makeImage(
-            makePlate({side, side}, app_.scale(), kMaterial, side * kIconCornerRadiusShare),
-            app_.scale());
+        return context_.images.makeImage(
+            makePlate({side, side}, context_.scale(), kMaterial, side * kIconCornerRadiusShare),
+            context_.scale());
     };
-    items_.push_back(
-        {"Home Screen", "Folder Icon", std::string(kHomeScreenBundle), GalleryPlate::wallpaper,
-         plate, [this, side, plate] {
-             // Empty, so that nothing but its plate shows.
-             const auto icon = std::make_shared<FolderIcon>(Folder{"folder.empty", "", {}});
-             const ViewRef view = FolderIconImageView::create(home_, icon, {{0, 0}, {side, side}});
-             if (const auto folder = std::dynamic_pointer_cast<FolderIconImageView>(view)) {
-                 folder->setPlateImage(plate());
-             }
-             layoutTree(app_.runtime, view);
-             return drawn(view, {side, side});
-         }});
+    addFurniture("Folder Icon", plate, [this, side, plate] {
+        // Empty, so that nothing but its plate shows.
+        const auto icon = std::make_shared<FolderIcon>(Folder{"folder.empty", "", {}});
+        const ViewRef view = FolderIconImageView::create(context_, icon, {{0, 0}, {side, side}});
+        if (const auto folder = std::dynamic_pointer_cast<FolderIconImageView>(view)) {
+            folder->setPlateImage(plate());
+        }
+        layoutTree(context_.runtime, view);
+        return drawn(view, {side, side});
+    });
     // The platform shows a blur there and no picture. The view that a replacement adds fades in.
-    items_.push_back(
-        {"Home Screen", "Behind Open Folder", std::string(kHomeScreenBundle),
-         GalleryPlate::wallpaper, [] { return nullptr; },
-         [this]() -> ImageRef {
-             const ViewRef view = FolderControllerBackgroundView::create(home_, app_.bounds());
-             if (view == nullptr) {
-                 return nullptr;
-             }
-             for (const ViewRef& subview : view->subviews()) {
-                 if (const auto image = std::dynamic_pointer_cast<platform::ImageView>(subview)) {
-                     return image->image();
-                 }
-             }
-             return nullptr;
-         }});
+    addFurniture(
+        "Behind Open Folder", [] { return nullptr; },
+        [this]() -> ImageRef {
+            const ViewRef view =
+                FolderControllerBackgroundView::create(context_, context_.bounds());
+            if (view == nullptr) {
+                return nullptr;
+            }
+            for (const ViewRef& subview : view->subviews()) {
+                if (const auto image = std::dynamic_pointer_cast<platform::ImageView>(subview)) {
+                    return image->image();
+                }
+            }
+            return nullptr;
+        });
 }
 
 // As its views show it, without icons.
 void GalleryItems::addDock() {
-    const HomeScreenMetrics& metrics = home_.metrics;
-    const double width = app_.device.screen.width;
+    const HomeScreenMetrics& metrics = context_.metrics;
+    const double width = context_.device.screen.width;
     const Size size{width, metrics.dockHeight};
     const auto material = [this, radius = metrics.dockRadius](Size of) {
-        return app_.images.makeImage(makePlate(of, app_.scale(), kMaterial, radius), app_.scale());
+        return context_.images.makeImage(makePlate(of, context_.scale(), kMaterial, radius),
+                                         context_.scale());
     };
-    GalleryItem item{"Home Screen",           "Dock", std::string(kHomeScreenBundle),
-                     GalleryPlate::wallpaper, {},     {}};
+    addFurniture("Dock", {}, {});
+    GalleryItem& item = items_.back();
     if (metrics.dockStyle == DockStyle::floating) {
-        const double left = snapToPixels(width * (1 - kPlatterShare) / 2, app_.scale());
+        const double left = snapToPixels(width * (1 - kPlatterShare) / 2, context_.scale());
         const Rect platter{{left, 0}, {width - 2 * left, metrics.dockHeight}};
         item.before = [this, size, platter, material] {
             const auto dock = std::make_shared<NamedView>("UIView", Rect{{0, 0}, size});
             const auto view =
-                FloatingDockPlatterView::create(home_, platter.size, material(platter.size));
+                FloatingDockPlatterView::create(context_, platter.size, material(platter.size));
             view->setFrame(platter);
             view->placeSubviews();
             dock->addSubview(view);
@@ -362,18 +352,20 @@ void GalleryItems::addDock() {
         };
         // The same dock every time: a replacement puts its picture in once a process. The divider
         // belongs to the icons and lies outside.
-        const auto dock = FloatingDockView::create(home_, platter, -width, material(platter.size));
+        const auto dock =
+            FloatingDockView::create(context_, platter, -width, material(platter.size));
         item.after = [this, dock, size] {
             // Twice, as on the home screen: the platter has its size in the second.
-            layoutTree(app_.runtime, dock);
-            layoutTree(app_.runtime, dock);
+            layoutTree(context_.runtime, dock);
+            layoutTree(context_.runtime, dock);
             return drawn(dock, size);
         };
     } else {
         const Rect background{{metrics.dockInset, 0},
                               {width - 2 * metrics.dockInset, metrics.dockHeight}};
         const auto make = [this, size, background, material] {
-            return DockView::create(home_, {{0, 0}, size}, background, material(background.size));
+            return DockView::create(context_, {{0, 0}, size}, background,
+                                    material(background.size));
         };
         item.before = [this, size, make] {
             const auto dock = make();
@@ -382,11 +374,10 @@ void GalleryItems::addDock() {
         };
         item.after = [this, size, make] {
             const auto dock = make();
-            layoutTree(app_.runtime, dock);
+            layoutTree(context_.runtime, dock);
             return drawn(dock, size);
         };
     }
-    items_.push_back(std::move(item));
 }
 
 void GalleryItems::addSettings() {
@@ -395,46 +386,50 @@ void GalleryItems::addSettings() {
         const std::string name(key);
         items_.push_back({"Settings", name, std::string(kPreferencesBundle), GalleryPlate::light,
                           [this, name] {
-                              return app_.toolkit.stockImage(name, std::string(kPreferencesBundle));
+                              return context_.toolkit.stockImage(name,
+                                                                 std::string(kPreferencesBundle));
                           },
                           [this, name, cache] {
-                              return app_.runtime.send<ImageRef, NullableString>(
+                              return context_.runtime.send<ImageRef, NullableString>(
                                   *cache, "imageForKey:", name);
                           }});
     }
 }
 
 void GalleryItems::addWeather() {
-    const ObjectRef traits = std::make_shared<TraitCollection>(app_.device);
-    const bool hasLoader = app_.device.system.major >= 13;
+    const ObjectRef traits = std::make_shared<TraitCollection>(context_.device);
+    const bool hasLoader = context_.device.system.major >= 13;
     for (const std::string_view condition : weatherConditionNames()) {
         const std::string name(condition);
         items_.push_back(
             {"Weather", name, std::string(kWeatherBundle), GalleryPlate::sky,
-             [this, name] { return app_.toolkit.stockImage(name, std::string(kWeatherBundle)); },
+             [this, name] {
+                 return context_.toolkit.stockImage(name, std::string(kWeatherBundle));
+             },
              [this, name, traits, hasLoader] {
-                 return hasLoader ? app_.runtime.sendToClass<ImageRef, NullableString, long long>(
-                                        "WeatherImageLoader", "conditionImageNamed:style:", name,
-                                        static_cast<long long>(WeatherStyle::onColor))
-                                  : ask_.imageNamedInBundleCompatibleWithTraitCollection(
-                                        name, kWeatherBundle, traits);
+                 return hasLoader
+                            ? context_.runtime.sendToClass<ImageRef, NullableString, long long>(
+                                  "WeatherImageLoader", "conditionImageNamed:style:", name,
+                                  static_cast<long long>(WeatherStyle::onColor))
+                            : ask_.imageNamedInBundleCompatibleWithTraitCollection(
+                                  name, kWeatherBundle, traits);
              }});
     }
 }
 
 void GalleryItems::addControls() {
     items_.push_back({"Controls", "UISwitchKnob.png", "", GalleryPlate::light,
-                      [this] { return app_.toolkit.switchKnob(); },
+                      [this] { return context_.toolkit.switchKnob(); },
                       [this] {
                           SwitchVisualElement element(true, nullptr);
-                          return app_.runtime.send<ImageRef>(element, "_effectiveThumbImage");
+                          return context_.runtime.send<ImageRef>(element, "_effectiveThumbImage");
                       }});
 }
 
 // Of bundles whose images are asked for by name alone.
 void GalleryItems::addCatalogs() {
     for (const BundleCatalog& catalog : bundleCatalogs()) {
-        if (!isIn(catalog.systems, app_.device.system) ||
+        if (!isIn(catalog.systems, context_.device.system) ||
             catalog.identifier == kPreferencesBundle || catalog.identifier == kWeatherBundle ||
             catalog.identifier == kClockBundle) {
             continue;
@@ -444,7 +439,7 @@ void GalleryItems::addCatalogs() {
             const std::string bundle(catalog.identifier);
             items_.push_back(
                 {groupOf(catalog), name, bundle, GalleryPlate::light,
-                 [this, name, bundle] { return app_.toolkit.stockImage(name, bundle); },
+                 [this, name, bundle] { return context_.toolkit.stockImage(name, bundle); },
                  [this, name, bundle] {
                      return bundle == kGlyphsBundle    ? ask_.systemImageNamed(name)
                             : bundle == kToolkitBundle ? ask_.kitImageNamed(name)

@@ -3,7 +3,6 @@
 #pragma once
 
 #include "platform/uikit.h"
-#include "simulator/app_context.h"
 #include "simulator/home_screen/home_screen_layout.h"
 #include "simulator/home_screen/icon_views.h"
 #include "simulator/screen_context.h"
@@ -33,7 +32,7 @@ struct GalleryItem {
 class GalleryItems {
   public:
     // The process has the classes of every screen. All of the context outlives this object.
-    explicit GalleryItems(const AppContext& appContext);
+    explicit GalleryItems(const ScreenContext& context);
     GalleryItems(const GalleryItems&) = delete;
     GalleryItems& operator=(const GalleryItems&) = delete;
 
@@ -46,6 +45,8 @@ class GalleryItems {
     void addMiniatures();
     void addPlacesOfIcons();
     void addFurniture();
+    void addFurniture(const char* name, std::function<platform::ImageRef()> before,
+                      std::function<platform::ImageRef()> after);
     void addPageDots();
     void addFolderPictures();
     void addDock();
@@ -62,8 +63,7 @@ class GalleryItems {
     [[nodiscard]] platform::ImageRef drawn(const platform::ViewRef& view,
                                            platform::Size size) const;
 
-    AppContext app_;
-    ScreenContext home_;
+    const ScreenContext& context_;
     ImageMessages ask_;
     std::vector<GalleryItem> items_;
 };

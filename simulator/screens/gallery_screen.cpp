@@ -2,7 +2,6 @@
 
 #include "desktop/text/text.h"
 #include "simulator/home_screen/home_screen_layout.h"
-#include "simulator/screens/screens.h"
 #include "simulator/toolkit/named_views.h"
 #include "simulator/toolkit/view_kit.h"
 
@@ -66,9 +65,8 @@ std::string shortenedInTheMiddle(const std::string& text, const TextStyle& style
     return "…";
 }
 
-GalleryScreen::GalleryScreen(const AppContext& appContext)
-    : AppScreen(appContext), items_(context()) {
-    window().setBackgroundColor(appColors(context().device.system).card);
+GalleryScreen::GalleryScreen(const ScreenContext& context) : AppScreen(context), items_(context) {
+    window().setBackgroundColor(appColors(context.device.system).card);
     layOutPages();
 }
 
@@ -190,10 +188,6 @@ void GalleryScreen::addCell(const GalleryCell& cell) {
                                  {{left, top}, {width, 12}}));
     window().addSubview(makeText(shortenedInTheMiddle(cell.item->bundle, bundle, width), bundle,
                                  {{left, top + 12}, {width, 10}}));
-}
-
-std::unique_ptr<Screen> makeGalleryScreen(const AppContext& context) {
-    return std::make_unique<GalleryScreen>(context);
 }
 
 }  // namespace velmoranth::simulator

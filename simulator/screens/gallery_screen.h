@@ -24,7 +24,7 @@ struct GalleryCell {
 
 class GalleryScreen final : public AppScreen {
   public:
-    explicit GalleryScreen(const AppContext& context);
+    explicit GalleryScreen(const ScreenContext& context);
 
     void showPage(int page) override;
     // Asks for the page's images anew, so that a change of theme shows in the next picture.

@@ -6,22 +6,22 @@
 
 namespace velmoranth::simulator {
 
-HomeOverlay::HomeOverlay(const AppContext& context, std::unique_ptr<HomeScreen> home, Behind behind)
+HomeOverlay::HomeOverlay(const ScreenContext& context, Behind behind)
     : AppScreen(context),
-      home_(std::move(home)),
+      home_(context),
       behind_(behind),
       picture_(std::make_shared<desktop::DesktopImageView>(context.bounds())) {
     window().addSubview(picture_);
 }
 
 void HomeOverlay::layoutViews() {
-    home_->layoutViews();
+    home_.layoutViews();
     AppScreen::layoutViews();
 }
 
 std::shared_ptr<desktop::DesktopBitmapImage> HomeOverlay::drawBehind() const {
     if (behind_ == Behind::homeScreen) {
-        return home_->draw();
+        return home_.draw();
     }
     const desktop::PixelSize size = pixelSizeOf(context().device.screen);
     auto pixels = drawWallpaper(static_cast<int>(size.width), static_cast<int>(size.height));

@@ -15,17 +15,16 @@ enum class Behind { homeScreen, wallpaper };
 
 class HomeOverlay : public AppScreen {
   public:
-    HomeOverlay(const AppContext& context, std::unique_ptr<HomeScreen> home,
-                Behind behind = Behind::homeScreen);
+    explicit HomeOverlay(const ScreenContext& context, Behind behind = Behind::homeScreen);
 
     // The home screen's views, then the window's.
     void layoutViews() override;
     [[nodiscard]] std::shared_ptr<desktop::DesktopBitmapImage> draw() const override;
 
-    void notificationsWereDelivered() override { home_->notificationsWereDelivered(); }
+    void notificationsWereDelivered() override { home_.notificationsWereDelivered(); }
 
   protected:
-    [[nodiscard]] const HomeScreen& home() const { return *home_; }
+    [[nodiscard]] const HomeScreen& home() const { return home_; }
 
     // Adds a view that shows the home screen behind it, in that material. `frame` is in the
     // window's coordinates, where the view lies.
@@ -39,7 +38,7 @@ class HomeOverlay : public AppScreen {
 
     [[nodiscard]] std::shared_ptr<desktop::DesktopBitmapImage> drawBehind() const;
 
-    std::unique_ptr<HomeScreen> home_;
+    HomeScreen home_;
     Behind behind_;
     std::shared_ptr<desktop::DesktopImageView> picture_;  // of the home screen, behind everything
     std::vector<Material> materials_;

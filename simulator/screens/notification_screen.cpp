@@ -1,7 +1,7 @@
 #include "simulator/screens/notification_screen.h"
 
 #include "simulator/home_screen/home_screen_layout.h"
-#include "simulator/screens/screens.h"
+#include "simulator/toolkit/base_classes.h"
 #include "simulator/toolkit/class_rows.h"
 #include "simulator/toolkit/named_views.h"
 #include "simulator/toolkit/view_kit.h"
@@ -41,18 +41,16 @@ constexpr BackdropStyle kMaterial{
 constexpr int kIconFormat = 5;
 constexpr const char* kApp = "com.apple.MobileSMS";
 
-ImageRef askForIcon(const AppContext& context) {
+ImageRef askForIcon(const ScreenContext& context) {
     if (context.device.system.major < 13) {
-        return context.runtime.sendToClass<ImageRef, NullableString, int, double>(
-            "UIImage", "_applicationIconImageForBundleIdentifier:format:scale:", kApp, kIconFormat,
-            context.scale());
+        return askForAppIcon(context, kApp, kIconFormat);
     }
     return context.runtime.send<ImageRef, NullableString, NullableString, NullableString>(
         *std::make_shared<NotificationIcon>(),
         "_initWithName:path:applicationIdentifier:", std::nullopt, std::nullopt, kApp);
 }
 
-Rect bannerFrame(const AppContext& context) {
+Rect bannerFrame(const ScreenContext& context) {
     const double width = std::min(kWidest, context.bounds().size.width - 2 * kInset);
     return {{snapToPixels((context.bounds().size.width - width) / 2, context.scale()),
              statusBarHeight(context.device)},
@@ -61,26 +59,22 @@ Rect bannerFrame(const AppContext& context) {
 
 }  // namespace
 
-void registerNotificationClasses(const AppContext& context) {
+void registerNotificationClasses(const ScreenContext& context) {
     addClasses(kClasses, context.device.system, context.runtime);
     if (context.device.system.major < 13) {
         return;
     }
-    context.runtime.addInstanceMethod(
-        "UNNotificationIcon", "_initWithName:path:applicationIdentifier:",
-        std::function<ImageRef(NotificationIcon&, NullableString, NullableString, NullableString)>(
-            [&stockImages = context.stockImages, scale = context.scale()](
-                NotificationIcon& icon, const NullableString&, const NullableString&,
-                const NullableString& applicationIdentifier) -> ImageRef {
-                return applicationIdentifier
-                           ? icon.init(stockImages.icon(*applicationIdentifier, kIconSide, scale,
-                                                        IconMasking::masked))
-                           : nullptr;
-            }));
+    ClassMethods(context.runtime, "UNNotificationIcon")
+        .add("_initWithName:path:applicationIdentifier:",
+             [&context](NotificationIcon& icon, const NullableString&, const NullableString&,
+                        const NullableString& app) {
+                 return app ? icon.init(context.stockImages.icon(*app, kIconSide, context.scale(),
+                                                                 IconMasking::masked))
+                            : nullptr;
+             });
 }
 
-NotificationScreen::NotificationScreen(const AppContext& context, std::unique_ptr<HomeScreen> home)
-    : HomeOverlay(context, std::move(home)) {
+NotificationScreen::NotificationScreen(const ScreenContext& context) : HomeOverlay(context) {
     const Rect frame = bannerFrame(context);
     const double width = frame.size.width;
 
@@ -97,7 +91,7 @@ NotificationScreen::NotificationScreen(const AppContext& context, std::unique_pt
     banner->setClipsToBounds(true);
     banner->addSubview(makeBox({{0, 0}, {width, kHeaderHeight}}, kHeaderShade));
     images().add(*banner, {{10, (kHeaderHeight - kIconSide) / 2}, {kIconSide, kIconSide}},
-                 ImagePlacement::fill, [app = this->context()] { return askForIcon(app); });
+                 ImagePlacement::fill, [&context] { return askForIcon(context); });
     banner->addSubview(
         makeText("MESSAGES", textStyle(13, kFaintText), {{38, 0}, {width - 100, kHeaderHeight}}));
     banner->addSubview(makeText("now", textStyle(13, kFaintText, TextAlignment::right),
@@ -111,11 +105,6 @@ NotificationScreen::NotificationScreen(const AppContext& context, std::unique_pt
                                 textStyle(15, platform::kBlackColor),
                                 {{kTextInset, kHeaderHeight + 28}, {textWidth, 20}}));
     window().addSubview(banner);
-}
-
-std::unique_ptr<Screen> makeNotificationScreen(const AppContext& context,
-                                               std::unique_ptr<HomeScreen> home) {
-    return std::make_unique<NotificationScreen>(context, std::move(home));
 }
 
 }  // namespace velmoranth::simulator

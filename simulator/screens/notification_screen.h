@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/springboard.h"
-#include "simulator/app_context.h"
+#include "simulator/screen_context.h"
 #include "simulator/screens/home_overlay.h"
 
 #include <memory>
@@ -38,11 +38,11 @@ class NotificationIcon final : public platform::UNNotificationIcon,
 };
 
 // The classes of notifications, after the base classes.
-void registerNotificationClasses(const AppContext& context);
+void registerNotificationClasses(const ScreenContext& context);
 
 class NotificationScreen final : public HomeOverlay {
   public:
-    NotificationScreen(const AppContext& context, std::unique_ptr<HomeScreen> home);
+    explicit NotificationScreen(const ScreenContext& context);
 
     [[nodiscard]] std::vector<ShownIcon> shownIcons() const override { return home().shownIcons(); }
 };

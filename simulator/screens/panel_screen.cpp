@@ -7,7 +7,6 @@
 #include "platform/platform.h"
 #include "simulator/artwork/toolkit_artwork.h"
 #include "simulator/home_screen/home_screen_layout.h"
-#include "simulator/screens/screens.h"
 #include "simulator/screens/settings_screen.h"
 #include "simulator/toolkit/image_messages.h"
 #include "simulator/toolkit/named_views.h"
@@ -116,7 +115,7 @@ void forEachRow(const DeviceConfiguration& device,
 
 class Builder {
   public:
-    Builder(const AppContext& context, platform::View& window, AskedImages& images)
+    Builder(const ScreenContext& context, platform::View& window, AskedImages& images)
         : context_(context),
           window_(window),
           images_(images),
@@ -216,7 +215,7 @@ class Builder {
                platform::boolValue(platform::objectForKey(*preferences_, std::string(key)));
     }
 
-    const AppContext& context_;
+    const ScreenContext& context_;
     platform::View& window_;
     AskedImages& images_;
     ImageMessages ask_;
@@ -251,11 +250,11 @@ Rect panelRow(PanelTask task, const DeviceConfiguration& device) {
     return found;
 }
 
-PanelScreen::PanelScreen(const AppContext& context, PanelTask task)
+PanelScreen::PanelScreen(const ScreenContext& context, PanelTask task)
     : AppScreen(context), task_(task) {
     window().setBackgroundColor(appColors(context.device.system).background);
-    addSettingsList(this->context(), window(), images());
-    Builder(this->context(), window(), images()).build();
+    addSettingsList(context, window(), images());
+    Builder(context, window(), images()).build();
 }
 
 void PanelScreen::didAppear() {
@@ -282,7 +281,7 @@ void PanelScreen::applySettings() const {
     // image, as it does for a file that is none.
     platform::FileManager& files = platform::platform().fileManager;
     const bool isFree = !files.fileExistsAtPath(kSuccessImage);
-    const auto image = context().stockImages.successPlate(kSuccessSide, context().scale());
+    const auto image = context().picture(drawSuccessPlate(kSuccessSide, context().scale()));
     const auto bytes = platform::platform().images.pngRepresentation(image);
     const bool written = isFree && bytes && files.createFileAtPathContents(kSuccessImage, *bytes);
     context().runtime.sendToClass<void, NullableString>(kFileManager,
@@ -338,12 +337,6 @@ void PanelScreen::tap(const platform::Point& point) {
             perform(task);
         }
     }
-}
-
-std::unique_ptr<Screen> makePanelScreen(const AppContext& context, ScreenKind kind) {
-    return std::make_unique<PanelScreen>(context, kind == ScreenKind::panelError
-                                                      ? PanelTask::deleteSettings
-                                                      : PanelTask::applySettings);
 }
 
 }  // namespace velmoranth::simulator

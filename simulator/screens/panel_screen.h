@@ -4,7 +4,7 @@
 // happens.
 #pragma once
 
-#include "simulator/app_context.h"
+#include "simulator/screen_context.h"
 #include "simulator/screens/app_screen.h"
 #include "simulator/toolkit/alert_view.h"
 
@@ -27,7 +27,7 @@ inline constexpr double kSuccessStays = 0.6;
 class PanelScreen final : public AppScreen {
   public:
     // `task` is what is done when the panel appears.
-    PanelScreen(const AppContext& context, PanelTask task);
+    PanelScreen(const ScreenContext& context, PanelTask task);
 
     // Does its task. A success image is let grow.
     void didAppear() override;

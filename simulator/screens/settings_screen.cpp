@@ -3,7 +3,6 @@
 #include "platform/springboard.h"
 #include "simulator/artwork/toolkit_artwork.h"
 #include "simulator/home_screen/home_screen_layout.h"
-#include "simulator/screens/screens.h"
 #include "simulator/toolkit/class_rows.h"
 #include "simulator/toolkit/image_messages.h"
 #include "simulator/toolkit/named_views.h"
@@ -93,7 +92,7 @@ class IconCache final : public platform::PKIconImageCache {
 
 class Builder {
   public:
-    Builder(const AppContext& context, platform::View& window, AskedImages& images)
+    Builder(const ScreenContext& context, platform::View& window, AskedImages& images)
         : context_(context),
           window_(window),
           images_(images),
@@ -268,7 +267,7 @@ class Builder {
         }
     }
 
-    const AppContext& context_;
+    const ScreenContext& context_;
     platform::View& window_;
     AskedImages& images_;
     ImageMessages ask_;
@@ -278,32 +277,27 @@ class Builder {
 
 }  // namespace
 
-void registerSettingsClasses(const AppContext& context) {
+void registerSettingsClasses(const ScreenContext& context) {
     addClasses(kClasses, context.device.system, context.runtime);
-    context.runtime.addInstanceMethod(
-        "PKIconImageCache", "imageForKey:",
-        std::function<ImageRef(platform::PKIconImageCache&, NullableString)>(
-            [&toolkit = context.toolkit](platform::PKIconImageCache&, const NullableString& key) {
-                return key ? toolkit.stockImage(*key, std::string(kPreferencesBundle)) : nullptr;
-            }));
+    ClassMethods(context.runtime, "PKIconImageCache")
+        .add("imageForKey:", [&context](platform::PKIconImageCache&, const NullableString& key) {
+            return key ? context.toolkit.stockImage(*key, std::string(kPreferencesBundle))
+                       : nullptr;
+        });
 }
 
 double settingsListWidth(const DeviceConfiguration& device) {
     return device.kind == DeviceKind::pad ? kSidebarWidth : 0;
 }
 
-void addSettingsList(const AppContext& context, platform::View& window, AskedImages& images) {
+void addSettingsList(const ScreenContext& context, platform::View& window, AskedImages& images) {
     if (const double width = settingsListWidth(context.device); width > 0) {
         Builder(context, window, images).addListColumn(width, "");
     }
 }
 
-SettingsScreen::SettingsScreen(const AppContext& context) : AppScreen(context) {
-    Builder(this->context(), window(), images()).build();
-}
-
-std::unique_ptr<Screen> makeSettingsScreen(const AppContext& context) {
-    return std::make_unique<SettingsScreen>(context);
+SettingsScreen::SettingsScreen(const ScreenContext& context) : AppScreen(context) {
+    Builder(context, window(), images()).build();
 }
 
 }  // namespace velmoranth::simulator

@@ -2,7 +2,7 @@
 
 #include "simulator/home_screen/home_screen_layout.h"
 #include "simulator/home_screen/icons.h"
-#include "simulator/screens/screens.h"
+#include "simulator/toolkit/base_classes.h"
 #include "simulator/toolkit/class_rows.h"
 #include "simulator/toolkit/named_views.h"
 #include "simulator/toolkit/view_kit.h"
@@ -176,7 +176,7 @@ class Page {
 };
 
 // Where the cards lie, from the first on: as many as there is room for.
-std::vector<Rect> cardFrames(const AppContext& context) {
+std::vector<Rect> cardFrames(const ScreenContext& context) {
     const Size screen = context.bounds().size;
     const double free = screen.height - kBannerHeight - 2 * kBannerInset;
     if (context.device.kind == DeviceKind::phone) {
@@ -213,7 +213,7 @@ std::vector<Rect> cardFrames(const AppContext& context) {
     return frames;
 }
 
-Rect bannerFrame(const AppContext& context) {
+Rect bannerFrame(const ScreenContext& context) {
     const Size screen = context.bounds().size;
     const double width =
         context.device.kind == DeviceKind::pad ? kWidestBanner : screen.width - 2 * kBannerInset;
@@ -224,7 +224,7 @@ Rect bannerFrame(const AppContext& context) {
 }
 
 // The card with its app's icon and name over it.
-ViewRef makeCard(const AppContext& context, const Card& card, const Rect& frame,
+ViewRef makeCard(const ScreenContext& context, const Card& card, const Rect& frame,
                  AskedImages& images) {
     const auto container = std::make_shared<NamedView>(
         "SBFluidSwitcherItemContainer",
@@ -239,10 +239,8 @@ ViewRef makeCard(const AppContext& context, const Card& card, const Rect& frame,
     shadow->layer()->setShadowPathRect({{4, 4}, {frame.size.width - 8, frame.size.height - 8}});
     container->addSubview(shadow);
     images.add(*container, {{10, 3}, {kHeaderIconSide, kHeaderIconSide}}, ImagePlacement::fill,
-               [&runtime = context.runtime, app = std::string(card.app), scale = context.scale()] {
-                   return runtime.sendToClass<ImageRef, NullableString, int, double>(
-                       "UIImage", "_applicationIconImageForBundleIdentifier:format:scale:", app,
-                       kHeaderIconFormat, scale);
+               [&context, app = std::string(card.app)] {
+                   return askForAppIcon(context, app, kHeaderIconFormat);
                });
     container->addSubview(
         makeText(std::string(card.name),
@@ -273,51 +271,37 @@ SuggestionBannerView::SuggestionBannerView(const Rect& frame, std::string app,
                         {{left, 31}, {width, 18}}));
 }
 
-void registerSwitcherClasses(const AppContext& context) {
-    desktop::Runtime& runtime = context.runtime;
-    addClasses(kClasses, context.device.system, runtime);
-    constexpr const char* kBanner = "SBSwitcherAppSuggestionBannerView";
-    runtime.addInstanceMethod(
-        kBanner, "_iconImageFromAppWithBundleIdentifier:withIconImageCache:",
-        std::function<ImageRef(platform::SBSwitcherAppSuggestionBannerView&, NullableString,
-                               ObjectRef)>(
-            [&stockImages = context.stockImages, scale = context.scale()](
-                platform::SBSwitcherAppSuggestionBannerView&,
-                const NullableString& bundleIdentifier, const ObjectRef&) -> ImageRef {
-                return bundleIdentifier ? stockImages.icon(*bundleIdentifier, kBannerIconSide,
-                                                           scale, IconMasking::masked)
-                                        : nullptr;
-            }));
-    runtime.addInstanceMethod(
-        kBanner, "layoutSubviews",
-        std::function<void(SuggestionBannerView&)>(
-            [&runtime, cache = std::make_shared<IconImageCache>()](SuggestionBannerView& view) {
-                view.iconView()->setImage(runtime.send<ImageRef, NullableString, ObjectRef>(
-                    view, "_iconImageFromAppWithBundleIdentifier:withIconImageCache:", view.app(),
-                    cache));
-            }));
-    runtime.addInstanceVariable(
-        kBanner, "_iconView",
-        std::function<ObjectRef(SuggestionBannerView&)>(
-            [](const SuggestionBannerView& view) { return view.iconView(); }));
+void registerSwitcherClasses(const ScreenContext& context) {
+    addClasses(kClasses, context.device.system, context.runtime);
+    constexpr const char* kIconSelector =
+        "_iconImageFromAppWithBundleIdentifier:withIconImageCache:";
+    ClassMethods(context.runtime, "SBSwitcherAppSuggestionBannerView")
+        .add(kIconSelector,
+             [&context](platform::SBSwitcherAppSuggestionBannerView&, const NullableString& app,
+                        const ObjectRef&) {
+                 return app ? context.stockImages.icon(*app, kBannerIconSide, context.scale(),
+                                                       IconMasking::masked)
+                            : nullptr;
+             })
+        .add(
+            "layoutSubviews",
+            [&context](SuggestionBannerView& view) {
+                view.iconView()->setImage(context.runtime.send<ImageRef, NullableString, ObjectRef>(
+                    view, kIconSelector, view.app(), context.iconImageCache));
+            })
+        .addVariable("_iconView", &SuggestionBannerView::iconView);
 }
 
-SwitcherScreen::SwitcherScreen(const AppContext& context, std::unique_ptr<HomeScreen> home)
-    : HomeOverlay(context, std::move(home)) {
+SwitcherScreen::SwitcherScreen(const ScreenContext& context) : HomeOverlay(context) {
     addMaterial(context.bounds(), kBackdrop);
     const std::vector<Rect> frames = cardFrames(context);
     for (std::size_t i = 0; i < std::min(frames.size(), kCards.size()); ++i) {
-        window().addSubview(makeCard(this->context(), kCards.at(i), frames[i], images()));
+        window().addSubview(makeCard(context, kCards.at(i), frames[i], images()));
     }
     const Rect banner = bannerFrame(context);
     addMaterial(banner, kBannerMaterial);
     window().addSubview(
         std::make_shared<SuggestionBannerView>(banner, kSuggestedApp, kSuggestedName));
-}
-
-std::unique_ptr<Screen> makeSwitcherScreen(const AppContext& context,
-                                           std::unique_ptr<HomeScreen> home) {
-    return std::make_unique<SwitcherScreen>(context, std::move(home));
 }
 
 }  // namespace velmoranth::simulator

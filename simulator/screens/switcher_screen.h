@@ -3,7 +3,7 @@
 #pragma once
 
 #include "platform/springboard.h"
-#include "simulator/app_context.h"
+#include "simulator/screen_context.h"
 #include "simulator/screens/home_overlay.h"
 
 #include <memory>
@@ -33,11 +33,11 @@ class SuggestionBannerView final
 };
 
 // The classes of the switcher, after the home screen's.
-void registerSwitcherClasses(const AppContext& context);
+void registerSwitcherClasses(const ScreenContext& context);
 
 class SwitcherScreen final : public HomeOverlay {
   public:
-    SwitcherScreen(const AppContext& context, std::unique_ptr<HomeScreen> home);
+    explicit SwitcherScreen(const ScreenContext& context);
 };
 
 }  // namespace velmoranth::simulator

@@ -2,7 +2,6 @@
 
 #include "simulator/artwork/artwork.h"
 #include "simulator/home_screen/home_screen_layout.h"
-#include "simulator/screens/screens.h"
 #include "simulator/toolkit/class_rows.h"
 #include "simulator/toolkit/image_messages.h"
 #include "simulator/toolkit/named_views.h"
@@ -118,17 +117,17 @@ std::string uppercase(std::string_view text) {
 }
 
 // The platform's own, of the app that the widget comes with.
-ImageRef stockIcon(StockImages& stockImages, const ObjectRef& extension, double side,
+ImageRef stockIcon(const ScreenContext& context, const ObjectRef& extension, double side,
                    double scale) {
     const auto widget = std::dynamic_pointer_cast<WidgetExtension>(extension);
-    return widget == nullptr
-               ? nullptr
-               : stockImages.icon(widget->appIdentifier(), side, scale, IconMasking::masked);
+    return widget == nullptr ? nullptr
+                             : context.stockImages.icon(widget->appIdentifier(), side, scale,
+                                                        IconMasking::masked);
 }
 
 class Builder {
   public:
-    Builder(const AppContext& context, platform::View& window, AskedImages& images)
+    Builder(const ScreenContext& context, platform::View& window, AskedImages& images)
         : context_(context), window_(window), images_(images) {}
 
     void build() {
@@ -157,8 +156,7 @@ class Builder {
             }
             y[column] += height + gap;
         }
-        window_.addSubview(makeStatusBar(
-            context_.device, homeScreenMetrics(context_.device.kind, context_.device.screen)));
+        window_.addSubview(makeStatusBar(context_.device, context_.metrics));
     }
 
   private:
@@ -279,56 +277,40 @@ class Builder {
         }
     }
 
-    const AppContext& context_;
+    const ScreenContext& context_;
     platform::View& window_;
     AskedImages& images_;
 };
 
 }  // namespace
 
-void registerTodayClasses(const AppContext& context) {
-    desktop::Runtime& runtime = context.runtime;
-    StockImages& stockImages = context.stockImages;
-    const double scale = context.scale();
-    addClasses(kClasses, context.device.system, runtime);
+void registerTodayClasses(const ScreenContext& context) {
+    addClasses(kClasses, context.device.system, context.runtime);
+    ClassMethods info(context.runtime, "WGWidgetInfo");
     if (context.device.system.major < 13) {
-        runtime.addInstanceMethod(
-            "WGWidgetInfo", "_queue_iconWithFormat:forWidgetWithIdentifier:extension:",
-            std::function<ImageRef(platform::WGWidgetInfo&, int, NullableString, ObjectRef)>(
-                [&stockImages, scale](platform::WGWidgetInfo&, int, const NullableString&,
-                                      const ObjectRef& extension) {
-                    return stockIcon(stockImages, extension, kWidgetIconSide, scale);
-                }));
+        info.add("_queue_iconWithFormat:forWidgetWithIdentifier:extension:",
+                 [&context](platform::WGWidgetInfo&, int, const NullableString&,
+                            const ObjectRef& extension) {
+                     return stockIcon(context, extension, kWidgetIconSide, context.scale());
+                 });
     } else {
-        runtime.addInstanceMethod(
-            "WGWidgetInfo", "_queue_iconWithSize:scale:forWidgetWithIdentifier:extension:",
-            std::function<ImageRef(platform::WGWidgetInfo&, Size, double, NullableString,
-                                   ObjectRef)>(
-                [&stockImages](platform::WGWidgetInfo&, Size size, double iconScale,
-                               const NullableString&, const ObjectRef& extension) {
-                    return stockIcon(stockImages, extension, size.width, iconScale);
-                }));
+        info.add("_queue_iconWithSize:scale:forWidgetWithIdentifier:extension:",
+                 [&context](platform::WGWidgetInfo&, Size size, double scale, const NullableString&,
+                            const ObjectRef& extension) {
+                     return stockIcon(context, extension, size.width, scale);
+                 });
     }
-    runtime.addClassMethod(
-        "APWUtil", "iconForBundleIdentifier:",
-        std::function<ImageRef(platform::Class&, NullableString)>(
-            [&stockImages, scale](platform::Class&,
-                                  const NullableString& bundleIdentifier) -> ImageRef {
-                return bundleIdentifier ? stockImages.icon(*bundleIdentifier, kSuggestedIconSide,
-                                                           scale, IconMasking::masked)
-                                        : nullptr;
-            }));
+    ClassMethods(context.runtime, "APWUtil")
+        .addToClass("iconForBundleIdentifier:", [&context](const NullableString& app) {
+            return app ? context.stockImages.icon(*app, kSuggestedIconSide, context.scale(),
+                                                  IconMasking::masked)
+                       : nullptr;
+        });
 }
 
-TodayScreen::TodayScreen(const AppContext& context, std::unique_ptr<HomeScreen> home)
-    : HomeOverlay(context, std::move(home), Behind::wallpaper) {
+TodayScreen::TodayScreen(const ScreenContext& context) : HomeOverlay(context, Behind::wallpaper) {
     addMaterial(context.bounds(), kBackdrop);
-    Builder(this->context(), window(), images()).build();
-}
-
-std::unique_ptr<Screen> makeTodayScreen(const AppContext& context,
-                                        std::unique_ptr<HomeScreen> home) {
-    return std::make_unique<TodayScreen>(context, std::move(home));
+    Builder(context, window(), images()).build();
 }
 
 }  // namespace velmoranth::simulator

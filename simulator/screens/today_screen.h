@@ -3,7 +3,7 @@
 #pragma once
 
 #include "platform/springboard.h"
-#include "simulator/app_context.h"
+#include "simulator/screen_context.h"
 #include "simulator/screens/home_overlay.h"
 
 #include <memory>
@@ -42,11 +42,11 @@ class WidgetExtension final : public platform::Object {
 };
 
 // The classes of the today view, after the toolkit's.
-void registerTodayClasses(const AppContext& context);
+void registerTodayClasses(const ScreenContext& context);
 
 class TodayScreen final : public HomeOverlay {
   public:
-    TodayScreen(const AppContext& context, std::unique_ptr<HomeScreen> home);
+    explicit TodayScreen(const ScreenContext& context);
 };
 
 }  // namespace velmoranth::simulator

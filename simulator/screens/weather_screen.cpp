@@ -4,7 +4,6 @@
 #include "platform/platform.h"
 #include "simulator/artwork/toolkit_artwork.h"
 #include "simulator/home_screen/live_icons.h"
-#include "simulator/screens/screens.h"
 #include "simulator/toolkit/class_rows.h"
 #include "simulator/toolkit/image_messages.h"
 #include "simulator/toolkit/named_views.h"
@@ -92,7 +91,7 @@ constexpr std::array kDays{Day{"mostly-sunny", 24, 14}, Day{"partly-cloudy-day",
                            Day{"cloudy", 9, 1},         Day{"clear-day", 14, 4}};
 
 // One column of pixels, from top to bottom.
-ImageRef makeSky(const AppContext& context) {
+ImageRef makeSky(const ScreenContext& context) {
     const auto height =
         static_cast<std::size_t>(std::lround(context.bounds().size.height * context.scale()));
     auto pixels = std::make_shared<platform::Data>();
@@ -118,7 +117,7 @@ std::string degrees(int temperature) {
 
 class Builder {
   public:
-    Builder(const AppContext& context, platform::View& window, AskedImages& images)
+    Builder(const ScreenContext& context, platform::View& window, AskedImages& images)
         : context_(context),
           window_(window),
           images_(images),
@@ -134,8 +133,7 @@ class Builder {
         y = addToday(y);
         y = addHours(y);
         addDays(y, addBar());
-        window_.addSubview(makeStatusBar(
-            context_.device, homeScreenMetrics(context_.device.kind, context_.device.screen)));
+        window_.addSubview(makeStatusBar(context_.device, context_.metrics));
     }
 
   private:
@@ -196,7 +194,7 @@ class Builder {
     }
 
     double addToday(double y) const {
-        platform::Dates& dates = platform::platform().dates;
+        platform::Dates& dates = context_.dates;
         const std::string weekday = dates.stringFromDate(dates.date(), "EEEE");
         const TextStyle name = textStyle(18, kWhite, TextAlignment::left, FontWeight::medium);
         addText(weekday, name, {{left(), y}, {200, 26}});
@@ -253,7 +251,7 @@ class Builder {
     }
 
     void addDays(double top, double bottom) const {
-        platform::Dates& dates = platform::platform().dates;
+        platform::Dates& dates = context_.dates;
         const platform::Date now = dates.date();
         const double height = std::clamp((bottom - top - 12) / static_cast<double>(kDays.size()),
                                          kLeastDayHeight, kMostDayHeight);
@@ -288,7 +286,7 @@ class Builder {
         return top;
     }
 
-    const AppContext& context_;
+    const ScreenContext& context_;
     platform::View& window_;
     AskedImages& images_;
     ImageMessages ask_;
@@ -298,26 +296,22 @@ class Builder {
 
 }  // namespace
 
-void registerWeatherClasses(const AppContext& context) {
+void registerWeatherClasses(const ScreenContext& context) {
     addClasses(kClasses, context.device.system, context.runtime);
     if (context.device.system.major < 13) {
         return;
     }
-    context.runtime.addClassMethod(
-        "WeatherImageLoader", "conditionImageNamed:style:",
-        std::function<ImageRef(platform::Class&, NullableString, long long)>(
-            [&stockImages = context.stockImages, scale = context.scale()](
-                platform::Class&, const NullableString& name, long long style) {
-                return name ? stockImages.weatherSign(*name, kSignSide, scale, style) : nullptr;
-            }));
+    ClassMethods(context.runtime, "WeatherImageLoader")
+        .addToClass("conditionImageNamed:style:",
+                    [&context](const NullableString& name, long long style) -> ImageRef {
+                        return name ? context.picture(drawWeatherCondition(*name, kSignSide,
+                                                                           context.scale(), style))
+                                    : nullptr;
+                    });
 }
 
-WeatherScreen::WeatherScreen(const AppContext& context) : AppScreen(context) {
-    Builder(this->context(), window(), images()).build();
-}
-
-std::unique_ptr<Screen> makeWeatherScreen(const AppContext& context) {
-    return std::make_unique<WeatherScreen>(context);
+WeatherScreen::WeatherScreen(const ScreenContext& context) : AppScreen(context) {
+    Builder(context, window(), images()).build();
 }
 
 }  // namespace velmoranth::simulator

@@ -2,17 +2,17 @@
 // condition is asked for by a message.
 #pragma once
 
-#include "simulator/app_context.h"
+#include "simulator/screen_context.h"
 #include "simulator/screens/app_screen.h"
 
 namespace velmoranth::simulator {
 
 // The classes of the weather app's process, after the toolkit's.
-void registerWeatherClasses(const AppContext& context);
+void registerWeatherClasses(const ScreenContext& context);
 
 class WeatherScreen final : public AppScreen {
   public:
-    explicit WeatherScreen(const AppContext& context);
+    explicit WeatherScreen(const ScreenContext& context);
 };
 
 }  // namespace velmoranth::simulator

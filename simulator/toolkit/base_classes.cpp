@@ -4,14 +4,14 @@
 #include "simulator/toolkit/class_rows.h"
 
 #include <array>
-#include <functional>
 
 namespace velmoranth::simulator {
 namespace {
 
-using desktop::Runtime;
 using platform::ImageRef;
 using platform::NullableString;
+
+constexpr const char* kAppIconSelector = "_applicationIconImageForBundleIdentifier:format:scale:";
 
 constexpr std::array kClasses{
     ClassRow{"NSObject", ""},
@@ -33,55 +33,48 @@ struct FormatRow {
 
 constexpr std::array kFormats{FormatRow{0, 29}, FormatRow{1, 40}, FormatRow{5, 20}};
 
-void addViewMethods(const BaseObjects& objects) {
-    Runtime& runtime = objects.runtime;
+void addViewMethods(const ScreenContext& context) {
     using desktop::ViewNode;
-    runtime.addInstanceMethod("UIView", "layoutSubviews",
-                              std::function<void(platform::View&)>([](platform::View&) {}));
-    runtime.addInstanceMethod(
-        "UIView", "setHidden:",
-        std::function<void(platform::View&, bool)>(
-            [](platform::View& view, bool hidden) { view.setHidden(hidden); }));
-    runtime.addInstanceMethod(
-        "UIView", "setAlpha:",
-        std::function<void(platform::View&, double)>(
-            [](platform::View& view, double alpha) { view.setAlpha(alpha); }));
-    runtime.addInstanceMethod(
-        "UIView", "isHidden",
-        std::function<bool(ViewNode&)>([](const ViewNode& node) { return node.isHidden(); }));
-    runtime.addInstanceMethod(
-        "UIView", "alpha",
-        std::function<double(ViewNode&)>([](const ViewNode& node) { return node.alpha(); }));
+    ClassMethods(context.runtime, "UIView")
+        .add("layoutSubviews", [](platform::View&) {})
+        .add("setHidden:", &platform::View::setHidden)
+        .add("setAlpha:", &platform::View::setAlpha)
+        .add("isHidden", &ViewNode::isHidden)
+        .add("alpha", &ViewNode::alpha);
 }
 
-void addImageMethods(const SystemVersion& system, const BaseObjects& objects) {
+// Nil for a nil identifier; a scale of 0 is the screen's.
+ImageRef appIcon(const ScreenContext& context, const NullableString& bundleIdentifier, int format,
+                 double scale) {
+    if (!bundleIdentifier) {
+        return nullptr;
+    }
+    const double side = iconSideOfFormat(format, context.metrics.iconSide);
+    const double pixelsPerPoint = scale == 0 ? context.scale() : scale;
     // Before iOS 13 the home screen writes the day on what this gives.
-    const bool writesDayOnCalendar = system.major < 13;
-    objects.runtime.addClassMethod(
-        "UIImage", "_applicationIconImageForBundleIdentifier:format:scale:",
-        std::function<ImageRef(platform::Class&, NullableString, int, double)>(
-            [objects, writesDayOnCalendar](platform::Class&, const NullableString& bundleIdentifier,
-                                           int format, double scale) -> ImageRef {
-                if (!bundleIdentifier) {
-                    return nullptr;
-                }
-                const double side = iconSideOfFormat(format, objects.iconSide);
-                const double pixelsPerPoint = scale == 0 ? objects.screenScale : scale;
-                if (writesDayOnCalendar && format == kHomeScreenIconFormat &&
-                    *bundleIdentifier == kCalendarIdentifier) {
-                    return objects.stockImages.calendarBase(side, pixelsPerPoint);
-                }
-                return objects.stockImages.icon(*bundleIdentifier, side, pixelsPerPoint,
-                                                IconMasking::masked);
-            }));
+    if (context.device.system.major < 13 && format == kHomeScreenIconFormat &&
+        *bundleIdentifier == kCalendarIdentifier) {
+        return context.stockImages.calendarBase(side, pixelsPerPoint);
+    }
+    return context.stockImages.icon(*bundleIdentifier, side, pixelsPerPoint, IconMasking::masked);
 }
 
 }  // namespace
 
-void registerBaseClasses(const SystemVersion& system, const BaseObjects& objects) {
-    addClasses(kClasses, system, objects.runtime);
-    addViewMethods(objects);
-    addImageMethods(system, objects);
+void registerBaseClasses(const ScreenContext& context) {
+    addClasses(kClasses, context.device.system, context.runtime);
+    addViewMethods(context);
+    ClassMethods(context.runtime, "UIImage")
+        .addToClass(kAppIconSelector,
+                    [&context](const NullableString& bundleIdentifier, int format, double scale) {
+                        return appIcon(context, bundleIdentifier, format, scale);
+                    });
+}
+
+ImageRef askForAppIcon(const ScreenContext& context, const NullableString& bundleIdentifier,
+                       int format) {
+    return context.runtime.sendToClass<ImageRef, NullableString, int, double>(
+        "UIImage", kAppIconSelector, bundleIdentifier, format, context.scale());
 }
 
 double iconSideOfFormat(int format, double homeScreenIconSide) {

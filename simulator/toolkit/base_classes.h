@@ -2,22 +2,17 @@
 // the icons of apps.
 #pragma once
 
-#include "desktop/runtime/runtime.h"
-#include "simulator/device.h"
-#include "simulator/toolkit/stock_images.h"
+#include "simulator/screen_context.h"
 
 namespace velmoranth::simulator {
 
-// What their methods work with. The references outlive every message.
-struct BaseObjects {
-    desktop::Runtime& runtime;
-    StockImages& stockImages;
-    double iconSide;     // points, on the home screen
-    double screenScale;  // pixels per point
-};
-
 // Makes the classes and methods known. Comes before every other class.
-void registerBaseClasses(const SystemVersion& system, const BaseObjects& objects);
+void registerBaseClasses(const ScreenContext& context);
+
+// What an app sends for the icon of an app in one of the platform's formats.
+[[nodiscard]] platform::ImageRef askForAppIcon(const ScreenContext& context,
+                                               const platform::NullableString& bundleIdentifier,
+                                               int format);
 
 // The icon's side in points that a format of the platform's icon requests stands for; the home
 // screen's for 2 and for every format that is not in the table.

@@ -1,5 +1,7 @@
 #include "simulator/toolkit/feedback_classes.h"
 
+#include "simulator/toolkit/class_rows.h"
+
 #include <utility>
 
 namespace velmoranth::simulator {
@@ -45,25 +47,20 @@ void registerFeedbackClasses(Runtime& runtime, PlaysSystemSound plays, FeedbackP
         runtime.addClass("NSObject");
     }
     runtime.addClass(kFeedback, "NSObject");
-    runtime.addInstanceMethod(kFeedback, kEffectiveSystemSoundID,
-                              std::function<std::uint32_t(Feedback&)>([](const Feedback& feedback) {
-                                  return feedback.systemSoundID();
-                              }));
-    runtime.addInstanceMethod(kFeedback, "play",
-                              std::function<void(platform::UIFeedback&)>(
-                                  [plays = std::move(plays)](platform::UIFeedback& feedback) {
-                                      tell(plays, feedback._effectiveSystemSoundID());
-                                  }));
+    ClassMethods(runtime, kFeedback)
+        .add(kEffectiveSystemSoundID, &Feedback::systemSoundID)
+        .add("play", [plays = std::move(plays)](platform::UIFeedback& feedback) {
+            tell(plays, feedback._effectiveSystemSoundID());
+        });
     if (process != FeedbackProcess::homeScreen) {
         return;
     }
     runtime.addClass(kSystemSound, "NSObject");
-    runtime.addClassMethod(
-        kSystemSound, kSoundWithFeedbackEventType,
-        std::function<SBUISoundRef(platform::Class&, std::uint64_t)>(
-            [](platform::Class&, std::uint64_t feedbackEventType) -> SBUISoundRef {
-                return std::make_shared<SystemSound>(feedbackEventType);
-            }));
+    ClassMethods(runtime, kSystemSound)
+        .addToClass(kSoundWithFeedbackEventType,
+                    [](std::uint64_t feedbackEventType) -> SBUISoundRef {
+                        return std::make_shared<SystemSound>(feedbackEventType);
+                    });
 }
 
 std::shared_ptr<platform::UIFeedback> makeFeedback(Runtime& runtime, std::uint32_t systemSoundID) {

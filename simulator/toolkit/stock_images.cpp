@@ -9,13 +9,16 @@
 #include <vector>
 
 namespace velmoranth::simulator {
-namespace {
 
-PageIndicatorState stateOf(bool isCurrent) {
-    return isCurrent ? PageIndicatorState::current : PageIndicatorState::other;
+platform::BitmapImageRef bitmapOf(FurniturePicture picture) {
+    if (picture.bgra.empty()) {
+        return nullptr;
+    }
+    const desktop::PixelSize size{static_cast<std::size_t>(picture.widthPixels),
+                                  static_cast<std::size_t>(picture.heightPixels)};
+    return desktop::DesktopBitmapImage::createPremultiplied(
+        std::make_shared<const platform::Data>(std::move(picture.bgra)), size, size.width * 4);
 }
-
-}  // namespace
 
 platform::ImageRef StockImages::icon(const std::string& bundleIdentifier, double side, double scale,
                                      IconMasking masking) {
@@ -56,59 +59,9 @@ platform::ImageRef StockImages::kept(
     return icon;
 }
 
-platform::ImageRef StockImages::badgeBackground(platform::Size size, double scale) const {
-    return image(drawBadgeBackground(size.width, scale, size.height), scale);
-}
-
-platform::ImageRef StockImages::pageDot(double side, double scale, bool isCurrent) const {
-    return image(drawPageDot(stateOf(isCurrent), side, scale), scale);
-}
-
-platform::ImageRef StockImages::searchDot(double side, double scale, bool isCurrent) const {
-    return image(drawSearchDot(stateOf(isCurrent), side, scale), scale);
-}
-
-platform::ImageRef StockImages::darkeningOverlay(double side, double scale) const {
-    return image(drawPressedOverlay(side, scale), scale);
-}
-
-platform::ImageRef StockImages::clockHands(double side, double scale, int hour, int minute,
-                                           int second) const {
-    return image(drawClockHands(side, scale, hour, minute, second), scale);
-}
-
-platform::ImageRef StockImages::weatherSign(const std::string& condition, double side, double scale,
-                                            std::int64_t style) const {
-    return image(drawWeatherCondition(condition, side, scale, style), scale);
-}
-
-platform::ImageRef StockImages::dockHighlight(double width, double scale) const {
-    return image(drawDockHighlight(width, scale), scale);
-}
-
-platform::ImageRef StockImages::dockDivider(double height, double scale) const {
-    return image(drawDockDivider(MaterialTone::dark, height, scale), scale);
-}
-
-platform::ImageRef StockImages::platterShadow(platform::Size size, double cornerRadius,
-                                              double scale) const {
-    return image(drawPlatterShadow(size.width, size.height, cornerRadius, scale), scale);
-}
-
-platform::ImageRef StockImages::successPlate(double side, double scale) const {
-    return image(drawSuccessPlate(side, scale), scale);
-}
-
-platform::ImageRef StockImages::image(FurniturePicture picture, double scale) const {
-    if (picture.bgra.empty()) {
-        return nullptr;
-    }
-    const desktop::PixelSize size{static_cast<std::size_t>(picture.widthPixels),
-                                  static_cast<std::size_t>(picture.heightPixels)};
-    return images_.makeImage(
-        desktop::DesktopBitmapImage::createPremultiplied(
-            std::make_shared<const platform::Data>(std::move(picture.bgra)), size, size.width * 4),
-        scale);
+platform::ImageRef StockImages::picture(FurniturePicture picture, double scale) const {
+    const platform::BitmapImageRef bitmap = bitmapOf(std::move(picture));
+    return bitmap == nullptr ? nullptr : images_.makeImage(bitmap, scale);
 }
 
 void StockImages::noteRequest(const std::string& bundleIdentifier) {

@@ -26,6 +26,9 @@ enum class IconMasking {
 // The app whose icon shows the day.
 inline constexpr std::string_view kCalendarIdentifier = "com.apple.mobilecal";
 
+// Nil without pixels.
+[[nodiscard]] platform::BitmapImageRef bitmapOf(FurniturePicture picture);
+
 class StockImages {
   public:
     // `images` must outlive this object.
@@ -40,31 +43,8 @@ class StockImages {
     // counted with it.
     [[nodiscard]] platform::ImageRef calendarBase(double side, double scale);
 
-    // The furniture's images, at `scale` pixels per point. Nil for a size that cannot be drawn.
-    // The background of a badge of that size (points).
-    [[nodiscard]] platform::ImageRef badgeBackground(platform::Size size, double scale) const;
-    // A dot of the page control, `side` points across: of the current page, or of another.
-    [[nodiscard]] platform::ImageRef pageDot(double side, double scale, bool isCurrent) const;
-    // The magnifier that stands for the search page.
-    [[nodiscard]] platform::ImageRef searchDot(double side, double scale, bool isCurrent) const;
-    // Black, in the shape of an icon of `side` points.
-    [[nodiscard]] platform::ImageRef darkeningOverlay(double side, double scale) const;
-    // The clock's hands at that time, on nothing.
-    [[nodiscard]] platform::ImageRef clockHands(double side, double scale, int hour, int minute,
-                                                int second) const;
-    // The sign of a weather condition; nil for one that is not drawn.
-    [[nodiscard]] platform::ImageRef weatherSign(const std::string& condition, double side,
-                                                 double scale, std::int64_t style) const;
-    // The hairline along the top of a dock.
-    [[nodiscard]] platform::ImageRef dockHighlight(double width, double scale) const;
-    // The line between a floating dock's two lists.
-    [[nodiscard]] platform::ImageRef dockDivider(double height, double scale) const;
-    // Of a floating dock's platter; reaches kPlatterShadowReach beyond it on every side.
-    [[nodiscard]] platform::ImageRef platterShadow(platform::Size size, double cornerRadius,
-                                                   double scale) const;
-
-    // What the theming's settings panel shows when something is done.
-    [[nodiscard]] platform::ImageRef successPlate(double side, double scale) const;
+    // What is drawn of the furniture, at `scale` pixels per point. Nil when nothing is.
+    [[nodiscard]] platform::ImageRef picture(FurniturePicture picture, double scale) const;
 
     // Counts a request for an app's icon that is made of other images than these.
     void noteRequest(const std::string& bundleIdentifier);
@@ -81,8 +61,6 @@ class StockImages {
 
         friend auto operator<=>(const Key&, const Key&) = default;
     };
-
-    [[nodiscard]] platform::ImageRef image(FurniturePicture picture, double scale) const;
 
     // The image that is kept under `name`, or the square of the pixels that `draw` gives.
     [[nodiscard]] platform::ImageRef kept(

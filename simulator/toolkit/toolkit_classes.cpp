@@ -6,7 +6,6 @@
 #include "simulator/toolkit/toolkit_objects.h"
 
 #include <array>
-#include <functional>
 #include <memory>
 #include <utility>
 
@@ -16,7 +15,6 @@ namespace {
 using desktop::Runtime;
 using platform::BitmapImageRef;
 using platform::BundleRef;
-using platform::Class;
 using platform::CUINamedVectorGlyphRef;
 using platform::ImageRef;
 using platform::NullableString;
@@ -77,21 +75,21 @@ double glyphSideOf(const ObjectRef& configuration) {
 }
 
 // What the bundle's catalog has under the name, as an image; nil when it has nothing.
-ImageRef imageNamed(const ToolkitObjects& objects, const NullableString& name,
+ImageRef imageNamed(const ScreenContext& context, const NullableString& name,
                     const BundleRef& bundle, const ObjectRef& configuration) {
-    Runtime& runtime = objects.runtime;
+    Runtime& runtime = context.runtime;
     const NullableString identifier =
         bundle == nullptr ? std::nullopt
                           : runtime.send<NullableString>(*bundle, "bundleIdentifier");
-    objects.images.note(name, identifier);
+    context.toolkit.note(name, identifier);
     const auto asset = [&]() -> ObjectRef { return std::make_shared<ImageAsset>(bundle); };
-    if (const auto image = objects.images.namedImage(name, identifier)) {
+    if (const auto image = context.toolkit.namedImage(name, identifier)) {
         return runtime.send<ImageRef, ObjectRef, ObjectRef, bool, ObjectRef>(
             *image,
             "UIImageWithAsset:configuration:flippedHorizontally:optionalVectorImage:", asset(),
             configuration, false, nullptr);
     }
-    if (const auto glyph = objects.images.glyph(name, identifier, glyphSideOf(configuration))) {
+    if (const auto glyph = context.toolkit.glyph(name, identifier, glyphSideOf(configuration))) {
         return runtime.send<ImageRef, ObjectRef, ObjectRef, bool>(
             *glyph, "UIImageWithAsset:configuration:flippedHorizontally:", asset(), configuration,
             false);
@@ -100,152 +98,110 @@ ImageRef imageNamed(const ToolkitObjects& objects, const NullableString& name,
 }
 
 // A nil bundle is that of the program.
-BundleRef orMain(const ToolkitObjects& objects, const BundleRef& bundle) {
-    return bundle == nullptr ? objects.images.mainBundle() : bundle;
+BundleRef orMain(const ScreenContext& context, const BundleRef& bundle) {
+    return bundle == nullptr ? context.toolkit.mainBundle() : bundle;
 }
 
-// On both systems, those of symbols too: public lists do not say for certain which of the loaders
-// by name iOS 12 has, and a replacement that is installed for every release counts on them.
-void addLoadersByBundle(const ToolkitObjects& objects) {
-    Runtime& runtime = objects.runtime;
-    const auto inBundleWith = std::function<ImageRef(Class&, NullableString, BundleRef, ObjectRef)>(
-        [objects](Class&, const NullableString& name, const BundleRef& bundle,
-                  const ObjectRef& with) {
-            return imageNamed(objects, name, orMain(objects, bundle), with);
-        });
-    runtime.addClassMethod("UIImage", "imageNamed:inBundle:withConfiguration:", inBundleWith);
-    runtime.addClassMethod("UIImage",
-                           "imageNamed:inBundle:compatibleWithTraitCollection:", inBundleWith);
-    runtime.addClassMethod(
-        "UIImage", "imageNamed:inBundle:",
-        std::function<ImageRef(Class&, NullableString, BundleRef)>(
-            [objects](Class&, const NullableString& name, const BundleRef& bundle) {
-                return imageNamed(objects, name, orMain(objects, bundle), nullptr);
-            }));
-}
-
-void addLoadersByName(const ToolkitObjects& objects) {
-    Runtime& runtime = objects.runtime;
-    const auto from = [&objects](std::string_view bundle) {
-        return std::function<ImageRef(Class&, NullableString, ObjectRef)>(
-            [objects, bundle](Class&, const NullableString& name, const ObjectRef& trait) {
-                return imageNamed(objects, name, objects.images.bundle(bundle), trait);
-            });
+// Those of symbols are on both systems too: public lists do not say for certain which of the
+// loaders by name iOS 12 has, and a replacement that is installed for every release counts on them.
+void addLoaders(const ScreenContext& context) {
+    ClassMethods loaders(context.runtime, "UIImage");
+    const auto inBundleWith = [&context](const NullableString& name, const BundleRef& bundle,
+                                         const ObjectRef& with) {
+        return imageNamed(context, name, orMain(context, bundle), with);
     };
-    runtime.addClassMethod("UIImage", "_kitImageNamed:withTrait:", from(kToolkitBundle));
-    runtime.addClassMethod(
-        "UIImage", "_imageNamed:withTrait:",
-        std::function<ImageRef(Class&, NullableString, ObjectRef)>(
-            [objects](Class&, const NullableString& name, const ObjectRef& trait) {
-                return imageNamed(objects, name, objects.images.mainBundle(), trait);
-            }));
-    runtime.addClassMethod("UIImage", "kitImageNamed:",
-                           std::function<ImageRef(Class&, NullableString)>(
-                               [&runtime](Class& self, const NullableString& name) {
-                                   return runtime.send<ImageRef, NullableString, ObjectRef>(
-                                       self, "_kitImageNamed:withTrait:", name, nullptr);
-                               }));
-    runtime.addClassMethod("UIImage", "systemImageNamed:",
-                           std::function<ImageRef(Class&, NullableString)>(
-                               [objects](Class&, const NullableString& name) {
-                                   return imageNamed(objects, name,
-                                                     objects.images.bundle(kGlyphsBundle), nullptr);
-                               }));
-    runtime.addClassMethod("UIImage", "imageWithContentsOfCPBitmapFile:flags:",
-                           std::function<ImageRef(Class&, NullableString, int)>(
-                               [objects](Class&, const NullableString& path, int) {
-                                   return objects.images.storedWallpaper(path);
-                               }));
+    loaders.addToClass("imageNamed:inBundle:withConfiguration:", inBundleWith)
+        .addToClass("imageNamed:inBundle:compatibleWithTraitCollection:", inBundleWith)
+        .addToClass("imageNamed:inBundle:",
+                    [inBundleWith](const NullableString& name, const BundleRef& bundle) {
+                        return inBundleWith(name, bundle, nullptr);
+                    })
+        .addToClass("_kitImageNamed:withTrait:",
+                    [&context](const NullableString& name, const ObjectRef& trait) {
+                        return imageNamed(context, name, context.toolkit.bundle(kToolkitBundle),
+                                          trait);
+                    })
+        .addToClass("_imageNamed:withTrait:",
+                    [inBundleWith](const NullableString& name, const ObjectRef& trait) {
+                        return inBundleWith(name, nullptr, trait);
+                    })
+        .addToClass("kitImageNamed:",
+                    [&context](const NullableString& name) {
+                        return context.runtime.sendToClass<ImageRef, NullableString, ObjectRef>(
+                            "UIImage", "_kitImageNamed:withTrait:", name, nullptr);
+                    })
+        .addToClass("systemImageNamed:",
+                    [&context](const NullableString& name) {
+                        return imageNamed(context, name, context.toolkit.bundle(kGlyphsBundle),
+                                          nullptr);
+                    })
+        .addToClass("imageWithContentsOfCPBitmapFile:flags:",
+                    [&context](const NullableString& path, int) {
+                        return context.toolkit.storedWallpaper(path);
+                    });
 }
 
-void addCatalogMethods(const ToolkitObjects& objects) {
-    Runtime& runtime = objects.runtime;
-    runtime.addInstanceMethod(
-        "CUINamedImage", "name",
-        std::function<NullableString(platform::CUINamedImage&)>(
-            [](const platform::CUINamedImage& image) { return image.name(); }));
-    runtime.addInstanceMethod(
-        "CUINamedImage", "UIImageWithAsset:configuration:flippedHorizontally:optionalVectorImage:",
-        std::function<ImageRef(NamedImage&, ObjectRef, ObjectRef, bool, ObjectRef)>(
-            [objects](const NamedImage& image, const ObjectRef&, const ObjectRef&, bool flipped,
-                      const ObjectRef&) {
-                return objects.images.image(
-                    bitmapOf(objects.runtime,
-                             std::make_shared<ImageContent>(image.contents().draw()), flipped),
-                    image.contents());
-            }));
-    runtime.addInstanceMethod(
-        "CUINamedVectorGlyph", "name",
-        std::function<NullableString(platform::CUINamedVectorGlyph&)>(
-            [](const platform::CUINamedVectorGlyph& glyph) { return glyph.name(); }));
-    runtime.addInstanceMethod(
-        "CUINamedVectorGlyph", "image",
-        std::function<BitmapImageRef(VectorGlyph&)>(
-            [](const VectorGlyph& glyph) { return glyph.contents().draw(); }));
-    runtime.addInstanceMethod(
-        "CUINamedVectorGlyph", "UIImageWithAsset:configuration:flippedHorizontally:",
-        std::function<ImageRef(VectorGlyph&, ObjectRef, ObjectRef, bool)>(
-            [objects](VectorGlyph& glyph, const ObjectRef&, const ObjectRef&, bool flipped) {
-                return objects.images.image(
-                    bitmapOf(objects.runtime,
-                             std::make_shared<ImageContent>(glyph.shared_from_this()), flipped),
-                    glyph.contents());
-            }));
-    runtime.addInstanceVariable("CUINamedVectorGlyph", "_catalog",
-                                std::function<ObjectRef(VectorGlyph&)>(
-                                    [](const VectorGlyph& glyph) { return glyph.catalog(); }));
-    runtime.addInstanceVariable("CUICatalog", "_bundle",
-                                std::function<ObjectRef(Catalog&)>(
-                                    [](const Catalog& catalog) { return catalog.bundle(); }));
+// The image of a catalog's contents, from what their bitmap is when it is asked for.
+ImageRef imageOf(const ScreenContext& context, const std::shared_ptr<ImageContent>& content,
+                 const CatalogContents& contents, bool flipped) {
+    return context.toolkit.image(bitmapOf(context.runtime, content, flipped), contents);
 }
 
-void addContentMethods(const ToolkitObjects& objects) {
-    Runtime& runtime = objects.runtime;
-    runtime.addInstanceMethod(
-        "_UIImageContent", "vectorGlyph",
-        std::function<CUINamedVectorGlyphRef(platform::UIImageContent&)>(
-            [](const platform::UIImageContent& content) { return content.vectorGlyph(); }));
-    runtime.addInstanceMethod(
-        "_UIImageContent", "CGImage",
-        std::function<BitmapImageRef(ImageContent&)>([&runtime](ImageContent& content) {
+void addCatalogMethods(const ScreenContext& context) {
+    ClassMethods(context.runtime, "CUINamedImage")
+        .add("name", &platform::CUINamedImage::name)
+        .add("UIImageWithAsset:configuration:flippedHorizontally:optionalVectorImage:",
+             [&context](const NamedImage& image, const ObjectRef&, const ObjectRef&, bool flipped,
+                        const ObjectRef&) {
+                 return imageOf(context, std::make_shared<ImageContent>(image.contents().draw()),
+                                image.contents(), flipped);
+             });
+    ClassMethods(context.runtime, "CUINamedVectorGlyph")
+        .add("name", &platform::CUINamedVectorGlyph::name)
+        .add("image", [](const VectorGlyph& glyph) { return glyph.contents().draw(); })
+        .add("UIImageWithAsset:configuration:flippedHorizontally:",
+             [&context](VectorGlyph& glyph, const ObjectRef&, const ObjectRef&, bool flipped) {
+                 return imageOf(context, std::make_shared<ImageContent>(glyph.shared_from_this()),
+                                glyph.contents(), flipped);
+             })
+        .addVariable("_catalog", &VectorGlyph::catalog);
+    ClassMethods(context.runtime, "CUICatalog").addVariable("_bundle", &Catalog::bundle);
+}
+
+void addContentMethods(const ScreenContext& context) {
+    Runtime& runtime = context.runtime;
+    ClassMethods(runtime, "_UIImageContent")
+        .add("vectorGlyph", &platform::UIImageContent::vectorGlyph)
+        .add("CGImage", [&runtime](ImageContent& content) {
             const auto glyph = runtime.send<CUINamedVectorGlyphRef>(content, "vectorGlyph");
             return glyph == nullptr ? content.bitmap()
                                     : runtime.send<BitmapImageRef>(*glyph, "image");
-        }));
-    runtime.addInstanceVariable("UIImageAsset", "_containingBundle",
-                                std::function<ObjectRef(ImageAsset&)>([](const ImageAsset& asset) {
-                                    return asset.containingBundle();
-                                }));
-    runtime.addInstanceMethod(
-        "NSBundle", "bundleIdentifier",
-        std::function<NullableString(platform::Bundle&)>(
-            [](const platform::Bundle& bundle) { return bundle.bundleIdentifier(); }));
+        });
+    ClassMethods(runtime, "UIImageAsset")
+        .addVariable("_containingBundle", &ImageAsset::containingBundle);
+    ClassMethods(runtime, "NSBundle").add("bundleIdentifier", &platform::Bundle::bundleIdentifier);
 }
 
-void addSwitchMethods(const ToolkitObjects& objects) {
-    Runtime& runtime = objects.runtime;
-    runtime.addInstanceMethod("UISwitchModernVisualElement", "_effectiveThumbImage",
-                              std::function<ImageRef(platform::UISwitchModernVisualElement&)>(
-                                  [objects](platform::UISwitchModernVisualElement&) {
-                                      return objects.images.switchKnob();
-                                  }));
-    runtime.addInstanceMethod(
-        "UISwitchModernVisualElement", "layoutSubviews",
-        std::function<void(SwitchVisualElement&)>([objects](SwitchVisualElement& element) {
-            element.placeKnob(objects.runtime.send<ImageRef>(element, "_effectiveThumbImage"),
-                              objects.images.scale());
-        }));
+void addSwitchMethods(const ScreenContext& context) {
+    ClassMethods(context.runtime, "UISwitchModernVisualElement")
+        .add("_effectiveThumbImage",
+             [&context](platform::UISwitchModernVisualElement&) {
+                 return context.toolkit.switchKnob();
+             })
+        .add("layoutSubviews", [&context](SwitchVisualElement& element) {
+            element.placeKnob(context.runtime.send<ImageRef>(element, "_effectiveThumbImage"),
+                              context.scale());
+        });
 }
 
 }  // namespace
 
-void registerToolkitClasses(const SystemVersion& system, const ToolkitObjects& objects) {
-    addClasses(kClasses, system, objects.runtime);
-    addLoadersByBundle(objects);
-    addLoadersByName(objects);
-    addCatalogMethods(objects);
-    addContentMethods(objects);
-    addSwitchMethods(objects);
+void registerToolkitClasses(const ScreenContext& context) {
+    addClasses(kClasses, context.device.system, context.runtime);
+    addLoaders(context);
+    addCatalogMethods(context);
+    addContentMethods(context);
+    addSwitchMethods(context);
 }
 
 }  // namespace velmoranth::simulator

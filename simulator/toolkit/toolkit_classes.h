@@ -7,19 +7,11 @@
 //     kitImageNamed:      -> _kitImageNamed:withTrait:
 #pragma once
 
-#include "desktop/runtime/runtime.h"
-#include "simulator/device.h"
-#include "simulator/toolkit/toolkit_images.h"
+#include "simulator/screen_context.h"
 
 namespace velmoranth::simulator {
 
-// What their methods work with. The references outlive every message.
-struct ToolkitObjects {
-    desktop::Runtime& runtime;
-    ToolkitImages& images;
-};
-
 // Makes the classes and methods known, after the base classes.
-void registerToolkitClasses(const SystemVersion& system, const ToolkitObjects& objects);
+void registerToolkitClasses(const ScreenContext& context);
 
 }  // namespace velmoranth::simulator

@@ -3,6 +3,7 @@
 #include "desktop/image_io/bitmap_file.h"
 #include "desktop/imaging/bitmap_image.h"
 #include "simulator/artwork/toolkit_artwork.h"
+#include "simulator/toolkit/stock_images.h"
 
 #include <algorithm>
 #include <array>
@@ -20,16 +21,6 @@ using platform::NullableString;
 constexpr std::size_t kMostRequests = 4096;
 // A wallpaper at four times the pixels of the largest screen.
 constexpr std::size_t kLargestWallpaperFile = std::size_t{128} * 1024 * 1024;
-
-BitmapImageRef bitmapOf(FurniturePicture picture) {
-    if (picture.bgra.empty()) {
-        return nullptr;
-    }
-    const desktop::PixelSize size{static_cast<std::size_t>(picture.widthPixels),
-                                  static_cast<std::size_t>(picture.heightPixels)};
-    return desktop::DesktopBitmapImage::createPremultiplied(
-        std::make_shared<const platform::Data>(std::move(picture.bgra)), size, size.width * 4);
-}
 
 // Glyphs, and what the toolkit has for tab bars.
 bool takesTint(const BundleCatalog& catalog, std::string_view name) {

@@ -1,11 +1,12 @@
 #include "simulator/home_screen/live_icons.h"
 
-#include "desktop/dates/dates.h"
 #include "desktop/imaging/bitmap_image.h"
 #include "simulator/artwork/toolkit_artwork.h"
+#include "simulator/home_screen/platform_classes.h"
 #include "simulator/toolkit/base_classes.h"
 #include "simulator/toolkit/toolkit_classes.h"
 
+#include "bare_process.h"
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -91,16 +92,13 @@ Ink blackInk(const ImageRef& image) {
 }
 
 // The home screen's classes of one system.
-struct Home {
+struct Home : BareProcess {
     explicit Home(const SystemVersion& system, const std::string& locale = "en_US",
                   std::optional<platform::Date> date = platform::Date{kMonday})
-        : dates{{.locale = locale, .date = date, .timeZone = "UTC"}},
-          objects{
-              runtime, stock, std::make_shared<IconImageCache>(), 60, 8, kScale, images, toolkit,
-              dates,   date} {
-        registerBaseClasses(system, {runtime, stock, 60, kScale});
-        registerToolkitClasses(system, {runtime, toolkit});
-        registerPlatformClasses(system, objects);
+        : BareProcess({.system = system, .screen = {}, .locale = locale, .date = date}) {
+        registerBaseClasses(context);
+        registerToolkitClasses(context);
+        registerPlatformClasses(context);
         calendarView = makeIconImageView(calendar, kCalendar, system);
         clockView = makeIconImageView(clock, kClock, system);
         clockView->setFrame({{0, 0}, {60, 60}});
@@ -110,14 +108,6 @@ struct Home {
         return runtime.send<ImageRef>(*view, "contentsImage");
     }
 
-    std::vector<std::string> warnings;
-    desktop::Runtime runtime{[this](const std::string& line) { warnings.push_back(line); }};
-    desktop::DesktopImageContexts contexts{kScale, desktop::ImageDescription::ios13};
-    desktop::DesktopImages images{{.root = nullptr, .screenScale = kScale}, contexts};
-    StockImages stock{images};
-    ToolkitImages toolkit{DeviceConfiguration{}, images, nullptr, kHomeScreenBundle};
-    desktop::DesktopDates dates;
-    PlatformObjects objects;
     platform::SBIconRef calendar = makeApplicationIcon(kCalendar);
     platform::SBIconRef clock = makeApplicationIcon(kClock);
     std::shared_ptr<IconImageView> calendarView;
@@ -198,7 +188,7 @@ TEST(LiveIcons, ThirteensCacheAsksEveryIconForItsImage) {
     const platform::SBIconRef maps =
         makeApplicationIcon(App{"com.apple.Maps", "Maps", "SBApplicationIcon"});
     for (const platform::SBIconRef& icon : {home.calendar, maps}) {
-        (void)home.runtime.send<ImageRef, platform::SBIconRef>(*home.objects.iconImageCache,
+        (void)home.runtime.send<ImageRef, platform::SBIconRef>(*home.context.iconImageCache,
                                                                "imageForIcon:", icon);
     }
     // The calendar has an implementation of its own.

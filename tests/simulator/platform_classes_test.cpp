@@ -1,11 +1,10 @@
 #include "simulator/home_screen/platform_classes.h"
 
-#include "desktop/dates/dates.h"
-#include "desktop/imaging/images.h"
 #include "platform/springboard.h"
 #include "simulator/home_screen/icon_views.h"
 #include "simulator/toolkit/base_classes.h"
 
+#include "bare_process.h"
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -27,24 +26,15 @@ constexpr const char* kIconImageOfUIImage =
 constexpr App kApp{"com.apple.Maps", "Maps", "SBApplicationIcon"};
 
 // The platform of one system, nothing replaced.
-struct SystemUnderTest {
-    explicit SystemUnderTest(const SystemVersion& system, double side = 60)
-        : objects{runtime, stock, std::make_shared<IconImageCache>(), side, 8, 3, images, toolkit,
-                  dates,   {}} {
-        registerBaseClasses(system, {runtime, stock, side, 3});
-        registerPlatformClasses(system, objects);
+struct SystemUnderTest : BareProcess {
+    explicit SystemUnderTest(const SystemVersion& system, DeviceKind kind = DeviceKind::phone)
+        : BareProcess({.system = system, .kind = kind, .screen = {}, .date = platform::Date{0}}) {
+        registerBaseClasses(context);
+        registerPlatformClasses(context);
     }
 
     ImageRef contentsImage() { return runtime.send<ImageRef>(*view, "contentsImage"); }
 
-    std::vector<std::string> warnings;
-    desktop::Runtime runtime{[this](const std::string& line) { warnings.push_back(line); }};
-    desktop::DesktopImageContexts contexts{3, desktop::ImageDescription::ios13};
-    desktop::DesktopImages images{{.root = nullptr, .screenScale = 3}, contexts};
-    StockImages stock{images};
-    ToolkitImages toolkit{DeviceConfiguration{}, images, nullptr, kHomeScreenBundle};
-    desktop::DesktopDates dates{{.date = platform::Date{0}}};
-    PlatformObjects objects;
     std::shared_ptr<ApplicationIcon> icon = std::make_shared<ApplicationIcon>(kApp);
     std::shared_ptr<IconImageView> view = std::make_shared<IconImageView>(icon);
 };
@@ -117,7 +107,7 @@ TEST(PlatformClasses, UnmaskedImagesAreSquare) {
     SystemUnderTest on13(kSystem13);
     const ImageRef images[] = {
         on12.runtime.send<ImageRef, int>(*on12.icon, "getUnmaskedIconImage:", 2),
-        on13.runtime.send<ImageRef, SBIconRef>(*on13.objects.iconImageCache,
+        on13.runtime.send<ImageRef, SBIconRef>(*on13.context.iconImageCache,
                                                "unmaskedImageForIcon:", on13.icon)};
     for (const ImageRef& image : images) {
         ASSERT_NE(image, nullptr);
@@ -128,7 +118,7 @@ TEST(PlatformClasses, UnmaskedImagesAreSquare) {
 
 TEST(PlatformClasses, NoIconHasNoImage) {
     SystemUnderTest under(kSystem13);
-    EXPECT_EQ((under.runtime.send<ImageRef, SBIconRef>(*under.objects.iconImageCache,
+    EXPECT_EQ((under.runtime.send<ImageRef, SBIconRef>(*under.context.iconImageCache,
                                                        "imageForIcon:", nullptr)),
               nullptr);
     for (const SystemVersion& system : {kSystem12, kSystem13}) {
@@ -139,7 +129,7 @@ TEST(PlatformClasses, NoIconHasNoImage) {
 }
 
 TEST(PlatformClasses, ToolkitGivesIconsByFormatAndScale) {
-    SystemUnderTest under(kSystem12, 76);
+    SystemUnderTest under(kSystem12, DeviceKind::pad);
     const auto ask = [&](NullableString identifier, int format, double scale) {
         return under.runtime.sendToClass<ImageRef, NullableString, int, double>(
             "UIImage", kIconImageOfUIImage, std::move(identifier), format, scale);

@@ -8,10 +8,10 @@
 #include "simulator/artwork/toolkit_artwork.h"
 #include "simulator/toolkit/base_classes.h"
 #include "simulator/toolkit/image_messages.h"
-#include "simulator/toolkit/stock_images.h"
 #include "simulator/toolkit/switch_view.h"
 #include "tests/support/temporary_folder.h"
 
+#include "bare_process.h"
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -62,14 +62,17 @@ BitmapImageRef onePixel() {
         std::make_shared<const platform::Data>(platform::Data{1, 2, 3, 255}), {1, 1}, 4);
 }
 
-class Toolkit {
+struct OnDisk {
+    tests::TemporaryFolder folder;
+};
+
+class Toolkit : public OnDisk, public BareProcess {
   public:
     explicit Toolkit(int system, std::string_view mainBundle = kAppBundle)
-        : device(phone(system)),
-          root(desktop::createDeviceRoot(folder / "device").value()),
-          toolkit(device, images, root, mainBundle) {
-        registerBaseClasses(device.system, {runtime, stock, 60, device.screen.scale});
-        registerToolkitClasses(device.system, {runtime, toolkit});
+        : BareProcess(phone(system), mainBundle,
+                      desktop::createDeviceRoot(folder / "device").value()) {
+        registerBaseClasses(context);
+        registerToolkitClasses(context);
     }
 
     // In place of the method; `function` is of the same type.
@@ -86,15 +89,6 @@ class Toolkit {
         EXPECT_TRUE(original) << name << " " << selector;
     }
 
-    tests::TemporaryFolder folder;
-    std::vector<std::string> warnings;
-    DeviceConfiguration device;
-    std::shared_ptr<desktop::DeviceRoot> root;
-    desktop::Runtime runtime{[this](const std::string& line) { warnings.push_back(line); }};
-    desktop::DesktopImageContexts contexts{3, desktop::ImageDescription::ios13};
-    desktop::DesktopImages images{{.root = nullptr, .screenScale = 3}, contexts};
-    StockImages stock{images};
-    ToolkitImages toolkit;
     ImageMessages ask{runtime, toolkit};
 };
 
