@@ -50,14 +50,16 @@ LAYERS = {
     "core/load_time": [*SETTINGS, "core/entry_points"],
     # The house around the engine.
     "desktop/": ["platform/"],
-    "simulator/": [*SETTINGS, "core/hook_table", "core/entry_points", "desktop/"],
+    "simulator/artwork/": [],
+    "simulator/": [*SETTINGS, "desktop/", "simulator/artwork/"],
+    "simulator/process/": ["platform/", "desktop/", "simulator/", "simulator/artwork/"],
     # An added method is one of the C functions of the rows.
     "device/platform/": ["platform/", "device/hooks/"],
     "device/hooks/": ["platform/", "core/hook_table", "core/hook_rows", "device/platform/"],
     "device/classes/": [*EFFECTS, "core/velmoranth", "device/platform/", "device/hooks/"],
     "device/startup": ["core/entry_points", "device/platform/"],
     "cli/": [*SETTINGS, "core/entry_points", "core/hook_table", "filemanager/", "tools/catalog_extraction",
-             "desktop/", "simulator/"],
+             "desktop/", "simulator/", "simulator/process/"],
 }
 
 OUR_CODE = ["src", "desktop", "simulator", "cli", "device"]
