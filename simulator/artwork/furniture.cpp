@@ -78,22 +78,17 @@ FurniturePicture drawPageDot(PageIndicatorState state, double side, double scale
 }
 
 FurniturePicture drawSearchDot(PageIndicatorState state, double side, double scale) {
-    const int pixels = pixelsFor(side, scale);
-    FurniturePicture picture = blankPicture(pixels, pixels);
-    if (picture.bgra.empty()) {
-        return picture;
-    }
     // Hundredths. Lens and handle as one path: a translucent ink would show where two overlap.
     constexpr double kWidth = 16;
     constexpr double kMiddle = 40;
     constexpr double kRadius = 31;
     constexpr double kOnRim = kMiddle + kRadius * std::numbers::sqrt2 / 2;
     constexpr double kEnd = 91;
-    Pen pen(picture.bgra, pixels);
-    pen.circle(kMiddle, kMiddle, kRadius)
-        .line(kOnRim, kOnRim, kEnd, kEnd)
-        .stroke(indicatorInk(state), kWidth);
-    return picture;
+    return drawnPicture(side, side, scale, 100, 100, [&](Pen& pen) {
+        pen.circle(kMiddle, kMiddle, kRadius)
+            .line(kOnRim, kOnRim, kEnd, kEnd)
+            .stroke(indicatorInk(state), kWidth);
+    });
 }
 
 FurniturePicture drawPressedOverlay(double side, double scale) {

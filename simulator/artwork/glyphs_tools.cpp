@@ -1,22 +1,17 @@
 // Glyphs of tools and everyday things.
 #include "simulator/artwork/glyphs.h"
 
-#include <array>
 #include <cmath>
 #include <numbers>
 
 namespace velmoranth::simulator {
 
 void gearGlyph(Pen& pen, const GlyphInks& inks) {
-    constexpr int kTeeth = 8;
     pen.save();
     pen.circle(50, 50, 9.5).clipAway();
-    for (int tooth = 0; tooth < kTeeth; ++tooth) {
-        pen.save();
-        pen.turn(360.0 / kTeeth * tooth, 50, 50);
+    pen.turnRound(8, 45, 50, 50, [&](int) {
         pen.path("M45.2 22 H54.8 L57 32 H43 Z").fillRounded(inks.glyph, 3.5);
-        pen.restore();
-    }
+    });
     pen.circle(50, 50, 22).fill(inks.glyph);
     pen.restore();
 }

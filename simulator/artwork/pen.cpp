@@ -2,11 +2,12 @@
 
 #include <cairo.h>
 
+#include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <cstddef>
-#include <initializer_list>
 #include <numbers>
-#include <utility>
 
 namespace velmoranth::simulator {
 namespace {
@@ -15,6 +16,11 @@ constexpr double kRadiansPerDegree = std::numbers::pi / 180;
 
 double component(std::uint32_t rgb, int shift) {
     return ((rgb >> shift) & 0xFF) / 255.0;
+}
+
+void addStop(cairo_pattern_t* gradient, double offset, Ink ink) {
+    cairo_pattern_add_color_stop_rgba(gradient, offset, component(ink.rgb, 16),
+                                      component(ink.rgb, 8), component(ink.rgb, 0), ink.opacity);
 }
 
 // Reads the numbers of a path; blanks and commas part them.
@@ -29,36 +35,21 @@ class NumberReader {
 
     double number() {
         skipBlanks();
-        double sign = 1;
-        if (peek() == '-') {
-            sign = -1;
-            ++position_;
-        }
         double value = 0;
-        while (isDigit()) {
-            value = value * 10 + (text_[position_++] - '0');
-        }
-        if (peek() == '.') {
-            ++position_;
-            for (double unit = 0.1; isDigit(); unit /= 10) {
-                value += unit * (text_[position_++] - '0');
-            }
-        }
-        return sign * value;
+        const char* const begin = text_.data() + position_;
+        const auto read = std::from_chars(begin, text_.data() + text_.size(), value);
+        position_ += static_cast<std::size_t>(read.ptr - begin);
+        return value;
     }
 
     bool atNumber() {
         skipBlanks();
-        return isDigit() || peek() == '-' || peek() == '.';
+        return text_.substr(position_).find_first_of("0123456789-.") == 0;
     }
 
   private:
-    char peek() const { return position_ < text_.size() ? text_[position_] : '\0'; }
-
-    bool isDigit() const { return peek() >= '0' && peek() <= '9'; }
-
     void skipBlanks() {
-        while (peek() == ' ' || peek() == ',') {
+        while (position_ < text_.size() && (text_[position_] == ' ' || text_[position_] == ',')) {
             ++position_;
         }
     }
@@ -68,8 +59,6 @@ class NumberReader {
 };
 
 }  // namespace
-
-Pen::Pen(std::vector<std::uint8_t>& bgra, int pixels) : Pen(bgra, pixels, pixels, 100, 100) {}
 
 Pen::Pen(std::vector<std::uint8_t>& bgra, int widthPixels, int heightPixels, double width,
          double height) {
@@ -96,52 +85,48 @@ Pen& Pen::path(std::string_view commands) {
     double x = 0;
     double y = 0;
     char command = '\0';
+    std::array<double, 6> n{};
+    const auto readNumbers = [&](std::size_t count) {
+        std::generate_n(n.begin(), count, [&] { return reader.number(); });
+        // The last two are where the pen is now.
+        if (count > 1) {
+            x = n.at(count - 2);
+            y = n.at(count - 1);
+        }
+    };
     while (true) {
         if (!reader.atNumber()) {
             command = reader.command();
         }
         switch (command) {
             case 'M':
-                x = reader.number();
-                y = reader.number();
+                readNumbers(2);
                 cairo_move_to(context_, x, y);
                 command = 'L';
                 break;
             case 'L':
-                x = reader.number();
-                y = reader.number();
+                readNumbers(2);
                 cairo_line_to(context_, x, y);
                 break;
             case 'H':
-                x = reader.number();
-                cairo_line_to(context_, x, y);
+                cairo_line_to(context_, x = reader.number(), y);
                 break;
             case 'V':
-                y = reader.number();
-                cairo_line_to(context_, x, y);
+                cairo_line_to(context_, x, y = reader.number());
                 break;
             case 'Q': {
-                const double controlX = reader.number();
-                const double controlY = reader.number();
-                const double endX = reader.number();
-                const double endY = reader.number();
-                cairo_curve_to(context_, x + (controlX - x) * 2 / 3, y + (controlY - y) * 2 / 3,
-                               endX + (controlX - endX) * 2 / 3, endY + (controlY - endY) * 2 / 3,
-                               endX, endY);
-                x = endX;
-                y = endY;
+                const double startX = x;
+                const double startY = y;
+                readNumbers(4);
+                cairo_curve_to(context_, startX + (n[0] - startX) * 2 / 3,
+                               startY + (n[1] - startY) * 2 / 3, x + (n[0] - x) * 2 / 3,
+                               y + (n[1] - y) * 2 / 3, x, y);
                 break;
             }
-            case 'C': {
-                const double x1 = reader.number();
-                const double y1 = reader.number();
-                const double x2 = reader.number();
-                const double y2 = reader.number();
-                x = reader.number();
-                y = reader.number();
-                cairo_curve_to(context_, x1, y1, x2, y2, x, y);
+            case 'C':
+                readNumbers(6);
+                cairo_curve_to(context_, n[0], n[1], n[2], n[3], x, y);
                 break;
-            }
             case 'Z':
                 cairo_close_path(context_);
                 break;
@@ -213,12 +198,6 @@ void Pen::fill(Ink ink) {
     cairo_fill(context_);
 }
 
-void Pen::fillEvenOdd(Ink ink) {
-    cairo_set_fill_rule(context_, CAIRO_FILL_RULE_EVEN_ODD);
-    fill(ink);
-    cairo_set_fill_rule(context_, CAIRO_FILL_RULE_WINDING);
-}
-
 void Pen::stroke(Ink ink, double width) {
     useInk(ink);
     cairo_set_line_width(context_, width);
@@ -248,11 +227,8 @@ Pen& Pen::clipAway() {
 
 void Pen::fillGradient(Ink top, Ink bottom, double fromY, double toY) {
     cairo_pattern_t* gradient = cairo_pattern_create_linear(0, fromY, 0, toY);
-    for (const auto& [offset, ink] : {std::pair{0.0, top}, std::pair{1.0, bottom}}) {
-        cairo_pattern_add_color_stop_rgba(gradient, offset, component(ink.rgb, 16),
-                                          component(ink.rgb, 8), component(ink.rgb, 0),
-                                          ink.opacity);
-    }
+    addStop(gradient, 0, top);
+    addStop(gradient, 1, bottom);
     cairo_set_source(context_, gradient);
     cairo_fill(context_);
     cairo_pattern_destroy(gradient);
@@ -260,12 +236,9 @@ void Pen::fillGradient(Ink top, Ink bottom, double fromY, double toY) {
 
 void Pen::glow(double x, double y, double radius, Ink centre) {
     cairo_pattern_t* gradient = cairo_pattern_create_radial(x, y, 0, x, y, radius);
-    for (const auto& [offset, share] :
-         {std::pair{0.0, 1.0}, std::pair{0.5, 0.4}, std::pair{1.0, 0.0}}) {
-        cairo_pattern_add_color_stop_rgba(gradient, offset, component(centre.rgb, 16),
-                                          component(centre.rgb, 8), component(centre.rgb, 0),
-                                          centre.opacity * share);
-    }
+    addStop(gradient, 0, centre);
+    addStop(gradient, 0.5, faded(centre, 0.4));
+    addStop(gradient, 1, faded(centre, 0));
     cairo_set_source(context_, gradient);
     cairo_paint(context_);
     cairo_pattern_destroy(gradient);

@@ -27,10 +27,8 @@ constexpr Ink faded(Ink ink, double opacity) {
 
 class Pen {
   public:
-    /// Draws into `bgra`, which holds `pixels * pixels` pixels and outlives the pen.
-    Pen(std::vector<std::uint8_t>& bgra, int pixels);
-    /// The same for a rectangle, which reaches from (0, 0) to (`width`, `height`) in units of the
-    /// caller's.
+    /// Draws into `bgra`, which holds `widthPixels * heightPixels` pixels, outlives the pen and
+    /// reaches from (0, 0) to (`width`, `height`) in units of the caller's.
     Pen(std::vector<std::uint8_t>& bgra, int widthPixels, int heightPixels, double width,
         double height);
     ~Pen();
@@ -57,8 +55,6 @@ class Pen {
     // Marks. Each uses the path up.
 
     void fill(Ink ink);
-    /// Where outlines overlap an even number of times, nothing is filled.
-    void fillEvenOdd(Ink ink);
     void stroke(Ink ink, double width);
     /// Fills and strokes in one colour: the outline with its corners rounded by half the width.
     /// Opaque inks only.
@@ -75,6 +71,19 @@ class Pen {
     void save();
     void restore();
     void turn(double degrees, double aboutX, double aboutY);
+
+    /// Draws the same `count` times, turned about a point by the same angle each time, from 0
+    /// degrees on; `draw` is given how often it has been called.
+    template <typename Draw>
+    void turnRound(int count, double degrees, double aboutX, double aboutY, const Draw& draw) {
+        for (int i = 0; i < count; ++i) {
+            save();
+            turn(degrees * i, aboutX, aboutY);
+            draw(i);
+            restore();
+        }
+    }
+
     void shift(double x, double y);
     void grow(double factor, double aboutX, double aboutY);
 

@@ -5,6 +5,7 @@
 #include "simulator/artwork/toolkit_artwork.h"
 
 #include <array>
+#include <cstddef>
 
 namespace velmoranth::simulator {
 namespace {
@@ -68,21 +69,11 @@ void toggles(Pen& pen, Ink ink, Ink tile) {
 
 void brightness(Pen& pen, Ink ink, Ink /*tile*/) {
     pen.circle(50, 50, 15).fill(ink);
-    for (int ray = 0; ray < 8; ++ray) {
-        pen.save();
-        pen.turn(ray * 45.0, 50, 50);
-        pen.line(50, 18.5, 50, 26).stroke(ink, kMark);
-        pen.restore();
-    }
+    pen.turnRound(8, 45, 50, 50, [&](int) { pen.line(50, 18.5, 50, 26).stroke(ink, kMark); });
 }
 
 void blossom(Pen& pen, Ink ink, Ink tile) {
-    for (int petal = 0; petal < 6; ++petal) {
-        pen.save();
-        pen.turn(petal * 60.0, 50, 50);
-        pen.ellipse(50, 31, 10.5, 14).fill(ink);
-        pen.restore();
-    }
+    pen.turnRound(6, 60, 50, 50, [&](int) { pen.ellipse(50, 31, 10.5, 14).fill(ink); });
     pen.circle(50, 50, 12.5).fill(tile);
     pen.circle(50, 50, 8.5).fill(ink);
 }
@@ -103,14 +94,9 @@ void padlock(Pen& pen, Ink ink, Ink tile) {
 void pinwheel(Pen& pen, Ink /*ink*/, Ink /*tile*/) {
     constexpr std::array<std::uint32_t, 8> kPetals{0xF5A04C, 0xEFCB52, 0xB7CE62, 0x72BC82,
                                                    0x62A9CC, 0x8189C8, 0xB37FBE, 0xE06A66};
-    double degrees = 0;
-    for (const std::uint32_t petal : kPetals) {
-        pen.save();
-        pen.turn(degrees, 50, 50);
-        pen.roundRect(40.5, 14, 19, 33, 9.5).fill({petal, 0.86});
-        pen.restore();
-        degrees += 45;
-    }
+    pen.turnRound(8, 45, 50, 50, [&](int i) {
+        pen.roundRect(40.5, 14, 19, 33, 9.5).fill({kPetals.at(static_cast<std::size_t>(i)), 0.86});
+    });
 }
 
 struct SettingsIcon {

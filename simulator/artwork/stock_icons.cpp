@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <utility>
 
 namespace velmoranth::simulator {
 namespace {
@@ -93,18 +92,9 @@ const StockIcon* findStockIcon(std::string_view bundleIdentifier) {
     return row == kStockIcons.end() ? nullptr : row;
 }
 
-std::vector<std::uint8_t> blankIcon(int pixels) {
-    const auto side = static_cast<std::size_t>(pixels);
-    return std::vector<std::uint8_t>(side * side * 4);
-}
-
 void drawPlate(Pen& pen, std::uint32_t top, std::uint32_t bottom) {
     pen.roundRect(-1, -1, 102, 102, 0).fillGradient({top}, {bottom}, 0, 100);
     pen.glow(50, -10, 85, {0xFFFFFF, 0.14});
-}
-
-bool isInRange(int pixels) {
-    return pixels > 0 && pixels <= kMaximumIconPixels;
 }
 
 // The first letter or digit of the identifier's last part, as a capital; '\0' when there is none.
@@ -123,23 +113,21 @@ char initialOf(std::string_view bundleIdentifier) {
     return '\0';
 }
 
-// An app's plate with something else than its glyph on it; the app is one of the table's.
+// A square picture in hundredths of its side.
 template <typename Draw>
-std::vector<std::uint8_t> drawOnPlate(std::string_view bundleIdentifier, int pixels,
-                                      const Draw& draw) {
-    if (!isInRange(pixels)) {
-        return {};
-    }
-    const StockIcon& icon = *findStockIcon(bundleIdentifier);
-    std::vector<std::uint8_t> bgra = blankIcon(pixels);
-    Pen pen(bgra, pixels);
-    drawPlate(pen, icon.top, icon.bottom);
-    draw(pen, GlyphInks{{icon.glyphColour}, {icon.detailColour}});
-    return bgra;
+FurniturePicture drawnSquare(double side, double scale, const Draw& draw) {
+    return drawnPicture(side, side, scale, 100, 100, draw);
 }
 
-FurniturePicture square(int pixels, std::vector<std::uint8_t> bgra) {
-    return {.widthPixels = pixels, .heightPixels = pixels, .bgra = std::move(bgra)};
+// An app's plate with something else than its glyph on it; the app is one of the table's.
+template <typename Draw>
+FurniturePicture drawOnPlate(std::string_view bundleIdentifier, double side, double scale,
+                             const Draw& draw) {
+    const StockIcon& icon = *findStockIcon(bundleIdentifier);
+    return drawnSquare(side, scale, [&](Pen& pen) {
+        drawPlate(pen, icon.top, icon.bottom);
+        draw(pen, GlyphInks{{icon.glyphColour}, {icon.detailColour}});
+    });
 }
 
 }  // namespace
@@ -153,57 +141,41 @@ std::span<const std::string_view> stockIconIdentifiers() {
 }
 
 std::vector<std::uint8_t> drawStockIcon(const std::string& bundleIdentifier, int pixels) {
-    if (!isInRange(pixels)) {
-        return {};
-    }
-    std::vector<std::uint8_t> bgra = blankIcon(pixels);
-    Pen pen(bgra, pixels);
     if (const StockIcon* icon = findStockIcon(bundleIdentifier)) {
-        drawPlate(pen, icon->top, icon->bottom);
-        icon->glyph(pen, {{icon->glyphColour}, {icon->detailColour}});
-    } else {
-        drawPlate(pen, 0xBFC4CC, 0x8F96A1);
-        letterGlyph(pen, initialOf(bundleIdentifier), {0xFFFFFF});
+        return drawOnPlate(bundleIdentifier, pixels, 1, icon->glyph).bgra;
     }
-    return bgra;
+    return drawnSquare(pixels, 1,
+                       [&](Pen& pen) {
+                           drawPlate(pen, 0xBFC4CC, 0x8F96A1);
+                           letterGlyph(pen, initialOf(bundleIdentifier), {0xFFFFFF});
+                       })
+        .bgra;
 }
 
 std::vector<std::uint8_t> drawClockFace(int pixels) {
-    return drawOnPlate("com.apple.mobiletimer", pixels, clockFaceGlyph);
+    return drawClockBackground(pixels, 1).bgra;
 }
 
 FurniturePicture drawCalendarBase(double side, double scale) {
-    const int pixels = pixelsFor(side, scale);
-    return square(pixels,
-                  drawOnPlate("com.apple.mobilecal", pixels, [](Pen&, const GlyphInks&) {}));
+    return drawOnPlate("com.apple.mobilecal", side, scale, [](Pen&, const GlyphInks&) {});
 }
 
 FurniturePicture drawClockBackground(double side, double scale) {
-    const int pixels = pixelsFor(side, scale);
-    return square(pixels, drawClockFace(pixels));
+    return drawOnPlate("com.apple.mobiletimer", side, scale, clockFaceGlyph);
 }
 
 FurniturePicture drawClockHands(double side, double scale, int hour, int minute, int second) {
-    const int pixels = pixelsFor(side, scale);
-    if (!isInRange(pixels)) {
-        return {};
-    }
     const StockIcon& icon = *findStockIcon("com.apple.mobiletimer");
-    std::vector<std::uint8_t> bgra = blankIcon(pixels);
-    {
-        Pen pen(bgra, pixels);
+    return drawnSquare(side, scale, [&](Pen& pen) {
         clockHands(pen, {{icon.glyphColour}, {icon.detailColour}}, hour, minute, second);
-    }
-    return square(pixels, std::move(bgra));
+    });
 }
 
 FurniturePicture drawClockFace(double side, double scale, int hour, int minute, int second) {
-    const int pixels = pixelsFor(side, scale);
-    return square(
-        pixels, drawOnPlate("com.apple.mobiletimer", pixels, [&](Pen& pen, const GlyphInks& inks) {
-            clockFaceGlyph(pen, inks);
-            clockHands(pen, inks, hour, minute, second);
-        }));
+    return drawOnPlate("com.apple.mobiletimer", side, scale, [&](Pen& pen, const GlyphInks& inks) {
+        clockFaceGlyph(pen, inks);
+        clockHands(pen, inks, hour, minute, second);
+    });
 }
 
 }  // namespace velmoranth::simulator

@@ -42,29 +42,37 @@ Pen& cloudOutline(Pen& pen) {
         "C61.5 25 72 33.5 74.4 44.6 C83.5 45.4 90 51.4 90 59.4 C90 67.6 83.6 74 75 74 Z");
 }
 
-void cloud(Pen& pen, Place place, Ink ink) {
+// What follows is drawn about the place, at its size, until the next `restore`.
+void goTo(Pen& pen, Place place) {
     pen.save();
     pen.shift(place.x - 50, place.y - 50);
     pen.grow(place.size, 50, 50);
+}
+
+void cloud(Pen& pen, Place place, Ink ink) {
+    goTo(pen, place);
     cloudOutline(pen).fill(ink);
     pen.restore();
 }
 
-// Keeps what follows off a cloud and a gap around it, until the next `restore`.
-void keepOffCloud(Pen& pen, Place place) {
+// A cloud, and what is behind it and keeps a gap around it.
+template <typename Draw>
+void cloudBefore(Pen& pen, Place place, Ink ink, const Draw& drawBehind) {
     constexpr double kGap = 1.13;
+    pen.save();
     pen.shift(place.x - 50, place.y - 50);
     pen.grow(place.size * kGap, 50, 50);
     cloudOutline(pen).clipAway();
     pen.grow(1 / (place.size * kGap), 50, 50);
     pen.shift(50 - place.x, 50 - place.y);
+    drawBehind();
+    pen.restore();
+    cloud(pen, place, ink);
 }
 
 // Of its eight rays, counted clockwise from the top, only some where a cloud would leave stubs.
 void sun(Pen& pen, Place place, Ink ink, int firstRay = 0, int rays = 8) {
-    pen.save();
-    pen.shift(place.x - 50, place.y - 50);
-    pen.grow(place.size, 50, 50);
+    goTo(pen, place);
     pen.circle(50, 50, 20).fill(ink);
     for (int ray = firstRay; ray < firstRay + rays; ++ray) {
         pen.save();
@@ -76,9 +84,7 @@ void sun(Pen& pen, Place place, Ink ink, int firstRay = 0, int rays = 8) {
 }
 
 void moon(Pen& pen, Place place, Ink ink) {
-    pen.save();
-    pen.shift(place.x - 50, place.y - 50);
-    pen.grow(place.size, 50, 50);
+    goTo(pen, place);
     pen.path("M43 17 C22 23 11 48 23 67 C36 88 66 88 80 66 C56 72 34 50 43 17 Z")
         .fillRounded(ink, 4);
     pen.restore();
@@ -98,37 +104,19 @@ void clearNight(Pen& pen, const Sky& sky) {
 }
 
 void mostlySunny(Pen& pen, const Sky& sky) {
-    constexpr Place kSmallCloud{72, 73, 0.53};
-    pen.save();
-    keepOffCloud(pen, kSmallCloud);
-    sun(pen, {44, 44, 0.96}, sky.sun, 4, 7);
-    pen.restore();
-    cloud(pen, kSmallCloud, sky.cloud);
+    cloudBefore(pen, {72, 73, 0.53}, sky.cloud, [&] { sun(pen, {44, 44, 0.96}, sky.sun, 4, 7); });
 }
 
 void partlyCloudyDay(Pen& pen, const Sky& sky) {
-    pen.save();
-    keepOffCloud(pen, kLowCloud);
-    sun(pen, {63, 36, 0.82}, sky.sun, -1, 4);
-    pen.restore();
-    cloud(pen, kLowCloud, sky.cloud);
+    cloudBefore(pen, kLowCloud, sky.cloud, [&] { sun(pen, {63, 36, 0.82}, sky.sun, -1, 4); });
 }
 
 void partlyCloudyNight(Pen& pen, const Sky& sky) {
-    pen.save();
-    keepOffCloud(pen, kLowCloud);
-    moon(pen, {70, 33, 0.66}, sky.moon);
-    pen.restore();
-    cloud(pen, kLowCloud, sky.cloud);
+    cloudBefore(pen, kLowCloud, sky.cloud, [&] { moon(pen, {70, 33, 0.66}, sky.moon); });
 }
 
 void cloudy(Pen& pen, const Sky& sky) {
-    constexpr Place kFront{44, 58, 0.9};
-    pen.save();
-    keepOffCloud(pen, kFront);
-    cloud(pen, {66, 40, 0.68}, sky.backCloud);
-    pen.restore();
-    cloud(pen, kFront, sky.cloud);
+    cloudBefore(pen, {44, 58, 0.9}, sky.cloud, [&] { cloud(pen, {66, 40, 0.68}, sky.backCloud); });
 }
 
 void rain(Pen& pen, const Sky& sky) {
@@ -139,12 +127,7 @@ void rain(Pen& pen, const Sky& sky) {
 }
 
 void showers(Pen& pen, const Sky& sky) {
-    constexpr Place kCloud{46, 46, 0.85};
-    pen.save();
-    keepOffCloud(pen, kCloud);
-    sun(pen, {68, 30, 0.68}, sky.sun, -1, 5);
-    pen.restore();
-    cloud(pen, kCloud, sky.cloud);
+    cloudBefore(pen, {46, 46, 0.85}, sky.cloud, [&] { sun(pen, {68, 30, 0.68}, sky.sun, -1, 5); });
     for (const double x : {34.0, 50.0, 66.0}) {
         pen.line(x, 75, x - 6, 89).stroke(sky.rain, 5.5);
     }
@@ -163,12 +146,9 @@ void snow(Pen& pen, const Sky& sky) {
     cloud(pen, kRainCloud, sky.cloud);
     for (const auto& [x, y] :
          {std::array{27.0, 78.0}, std::array{50.0, 86.0}, std::array{73.0, 78.0}}) {
-        for (const double degrees : {0.0, 60.0, 120.0}) {
-            pen.save();
-            pen.turn(degrees, x, y);
+        pen.turnRound(3, 60, x, y, [&, x = x, y = y](int) {
             pen.line(x, y - 8.5, x, y + 8.5).stroke(sky.snow, 3.6);
-            pen.restore();
-        }
+        });
     }
 }
 
