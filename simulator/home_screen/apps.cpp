@@ -1,9 +1,7 @@
 #include "simulator/home_screen/apps.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
-#include <vector>
 
 namespace velmoranth::simulator {
 namespace {

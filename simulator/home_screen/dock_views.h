@@ -6,23 +6,17 @@
 #include "platform/springboard.h"
 #include "simulator/home_screen/icon_views.h"
 #include "simulator/screen_context.h"
+#include "simulator/toolkit/named_views.h"
 
 #include <memory>
-#include <string>
-#include <string_view>
-#include <utility>
 #include <vector>
 
 namespace velmoranth::simulator {
 
 // SBDockIconListView and the other lists of icons.
-class IconListView final : public desktop::ViewImplementation<platform::SBIconListView> {
+class IconListView final : public NamedViewOf<platform::SBIconListView> {
   public:
-    IconListView(std::string_view className, const platform::Rect& frame) : className_(className) {
-        setNodeFrame(frame);
-    }
-
-    [[nodiscard]] std::string className() const override { return className_; }
+    using NamedViewOf::NamedViewOf;
 
     [[nodiscard]] std::vector<platform::SBIconRef> icons() const override;
 
@@ -34,12 +28,11 @@ class IconListView final : public desktop::ViewImplementation<platform::SBIconLi
     }
 
   private:
-    std::string className_;
     std::vector<std::shared_ptr<IconView>> iconViews_;
 };
 
 // SBDockView.
-class DockView final : public desktop::ViewImplementation<platform::SBDockView> {
+class DockView final : public NamedAs<"SBDockView", platform::SBDockView> {
   public:
     // `frame` on the screen: the whole width, down to the screen's bottom. `background` (what the
     // platform shows) fills `backgroundFrame` (in the dock).
@@ -47,8 +40,6 @@ class DockView final : public desktop::ViewImplementation<platform::SBDockView> 
                                                           const platform::Rect& frame,
                                                           const platform::Rect& backgroundFrame,
                                                           const platform::ImageRef& background);
-
-    [[nodiscard]] std::string className() const override { return "SBDockView"; }
 
     [[nodiscard]] platform::Rect dockListViewFrame() const override { return bounds(); }
 
@@ -75,13 +66,11 @@ class DockView final : public desktop::ViewImplementation<platform::SBDockView> 
 
 // SBFloatingDockPlatterView.
 class FloatingDockPlatterView final
-    : public desktop::ViewImplementation<platform::SBFloatingDockPlatterView> {
+    : public NamedAs<"SBFloatingDockPlatterView", platform::SBFloatingDockPlatterView> {
   public:
     // `size` is the one that its layout will give it (points).
     [[nodiscard]] static std::shared_ptr<FloatingDockPlatterView> create(
         const ScreenContext& context, platform::Size size, const platform::ImageRef& background);
-
-    [[nodiscard]] std::string className() const override { return "SBFloatingDockPlatterView"; }
 
     [[nodiscard]] const platform::ViewRef& backgroundView() const { return background_; }
 
@@ -98,14 +87,12 @@ class FloatingDockPlatterView final
 };
 
 // SBFloatingDockView: as wide as the screen, as high as its platter.
-class FloatingDockView final : public desktop::ViewImplementation<platform::SBFloatingDockView> {
+class FloatingDockView final : public NamedAs<"SBFloatingDockView", platform::SBFloatingDockView> {
   public:
     // Frames on the screen.
     [[nodiscard]] static std::shared_ptr<FloatingDockView> create(
         const ScreenContext& context, const platform::Rect& platterFrame, double dividerX,
         const platform::ImageRef& background);
-
-    [[nodiscard]] std::string className() const override { return "SBFloatingDockView"; }
 
     [[nodiscard]] platform::ViewRef backgroundView() const override {
         return platter_->backgroundView();

@@ -5,8 +5,8 @@
 #include "platform/springboard.h"
 #include "simulator/home_screen/icon_views.h"
 #include "simulator/screen_context.h"
+#include "simulator/toolkit/named_views.h"
 
-#include <memory>
 #include <utility>
 #include <vector>
 
@@ -14,14 +14,12 @@ namespace velmoranth::simulator {
 
 // SBFolderIconImageView. "_backgroundView" is the plate.
 class FolderIconImageView final
-    : public desktop::ViewImplementation<platform::SBFolderIconImageView> {
+    : public NamedAs<"SBFolderIconImageView", platform::SBFolderIconImageView> {
   public:
     // Made and sent initWithFrame:. `icon` is a FolderIcon.
     [[nodiscard]] static platform::ViewRef create(const ScreenContext& context,
                                                   const platform::SBIconRef& icon,
                                                   const platform::Rect& frame);
-
-    [[nodiscard]] std::string className() const override { return "SBFolderIconImageView"; }
 
     [[nodiscard]] platform::SBIconRef icon() const override { return icon_; }
 

@@ -7,12 +7,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 namespace velmoranth::simulator {
 
 using platform::Rect;
-using platform::ViewRef;
 
 namespace {
 
@@ -38,7 +36,7 @@ HomeScreen::HomeScreen(const ScreenContext& context)
     } else {
         addPhoneDock();
     }
-    front_.push_back(makeStatusBar(context_.device, context_.metrics));
+    front_.push_back(makeStatusBar(context_.device));
     window_->addSubview(front_.back());
     showPage(1);
     context_.iconController->setCloseFolder([this](const platform::ObjectRef& folderController,

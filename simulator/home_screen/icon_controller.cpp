@@ -2,8 +2,6 @@
 
 #include "desktop/views/view_node.h"
 
-#include <memory>
-
 namespace velmoranth::simulator {
 
 using platform::ObjectRef;

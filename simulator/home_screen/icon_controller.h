@@ -4,9 +4,9 @@
 
 #include "desktop/runtime/runtime.h"
 #include "platform/springboard.h"
+#include "simulator/toolkit/class_names.h"
 
 #include <functional>
-#include <string>
 #include <utility>
 
 namespace velmoranth::simulator {
@@ -14,15 +14,13 @@ namespace velmoranth::simulator {
 // Called when the folder is gone; may be empty.
 using FolderCompletion = std::function<void()>;
 
-class IconController final : public platform::SBIconController {
+class IconController final : public Named<"SBIconController", platform::SBIconController> {
   public:
     using CloseFolder = std::function<void(const platform::ObjectRef& folderController,
                                            bool animated, const FolderCompletion& completion)>;
 
     // The runtime outlives this object.
     explicit IconController(desktop::Runtime& runtime) : runtime_(runtime) {}
-
-    [[nodiscard]] std::string className() const override { return "SBIconController"; }
 
     // Sends _closeFolderController:animated:withCompletion: to itself.
     void _closeFolderControllerAnimatedWithCompletion(platform::Object& folderController,

@@ -25,11 +25,9 @@ class DarkeningOverlay {
 };
 
 // SBIconImageView.
-class IconImageView : public desktop::ViewImplementation<platform::SBIconImageView> {
+class IconImageView : public NamedAs<"SBIconImageView", platform::SBIconImageView> {
   public:
     explicit IconImageView(platform::SBIconRef icon) : icon_(std::move(icon)) {}
-
-    [[nodiscard]] std::string className() const override { return "SBIconImageView"; }
 
     [[nodiscard]] platform::SBIconRef icon() const override { return icon_; }
 
@@ -40,11 +38,9 @@ class IconImageView : public desktop::ViewImplementation<platform::SBIconImageVi
 };
 
 // SBIconLabelImage: the drawn text. Empty until its initialiser has run.
-class IconLabelImage final : public platform::SBIconLabelImage,
+class IconLabelImage final : public Named<"SBIconLabelImage", platform::SBIconLabelImage>,
                              public std::enable_shared_from_this<IconLabelImage> {
   public:
-    [[nodiscard]] std::string className() const override { return "SBIconLabelImage"; }
-
     // The platform's initialiser.
     platform::ImageRef init(platform::BitmapImageRef bitmap, double scale);
 
@@ -62,20 +58,14 @@ class IconLabelImage final : public platform::SBIconLabelImage,
 };
 
 // SBIconLegibilityLabelView.
-class IconLabelView final
-    : public desktop::ViewImplementation<platform::SBIconLegibilityLabelView> {
-  public:
-    [[nodiscard]] std::string className() const override { return "SBIconLegibilityLabelView"; }
-};
+using IconLabelView = NamedAs<"SBIconLegibilityLabelView", platform::SBIconLegibilityLabelView>;
 
 // SBIconBadgeView.
-class IconBadgeView final : public desktop::ViewImplementation<platform::SBIconBadgeView> {
+class IconBadgeView final : public NamedAs<"SBIconBadgeView", platform::SBIconBadgeView> {
   public:
     // Nil when the text is empty.
     [[nodiscard]] static std::shared_ptr<IconBadgeView> create(const ScreenContext& context,
                                                                const std::string& text);
-
-    [[nodiscard]] std::string className() const override { return "SBIconBadgeView"; }
 
     // "_backgroundView".
     [[nodiscard]] const std::shared_ptr<NamedImageView>& backgroundView() const {
@@ -97,7 +87,7 @@ class IconBadgeView final : public desktop::ViewImplementation<platform::SBIconB
 };
 
 // SBIconView.
-class IconView final : public desktop::ViewImplementation<platform::SBIconView> {
+class IconView final : public NamedAs<"SBIconView", platform::SBIconView> {
   public:
     // `origin` is the icon's top left in the superview's coordinates. Without a label, as in a dock
     // that has none, `withLabel` is off.
@@ -105,8 +95,6 @@ class IconView final : public desktop::ViewImplementation<platform::SBIconView> 
                                                           const HomeScreenItem& item,
                                                           const platform::Point& origin,
                                                           bool withLabel);
-
-    [[nodiscard]] std::string className() const override { return "SBIconView"; }
 
     [[nodiscard]] platform::SBIconRef icon() const override { return icon_; }
 

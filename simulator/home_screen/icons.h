@@ -4,6 +4,7 @@
 
 #include "platform/springboard.h"
 #include "simulator/home_screen/apps.h"
+#include "simulator/toolkit/class_names.h"
 
 #include <memory>
 #include <string>
@@ -39,11 +40,9 @@ using ApplicationIcon = ApplicationIconOf<platform::SBApplicationIcon>;
 using CalendarIcon = ApplicationIconOf<platform::SBCalendarApplicationIcon>;
 
 // SBFolderIcon. A folder is no leaf of the tree of icons.
-class FolderIcon final : public platform::SBIcon {
+class FolderIcon final : public Named<"SBFolderIcon", platform::SBIcon> {
   public:
     explicit FolderIcon(const Folder& folder) : folder_(folder) {}
-
-    [[nodiscard]] std::string className() const override { return "SBFolderIcon"; }
 
     [[nodiscard]] platform::NullableString leafIdentifier() const override { return std::nullopt; }
 
@@ -77,15 +76,9 @@ class FolderIcon final : public platform::SBIcon {
 }
 
 // SBHIconImageCache.
-class IconImageCache final : public platform::SBHIconImageCache {
-  public:
-    [[nodiscard]] std::string className() const override { return "SBHIconImageCache"; }
-};
+using IconImageCache = Named<"SBHIconImageCache", platform::SBHIconImageCache>;
 
 // SBFolderIconImageCache.
-class FolderIconImageCache final : public platform::SBFolderIconImageCache {
-  public:
-    [[nodiscard]] std::string className() const override { return "SBFolderIconImageCache"; }
-};
+using FolderIconImageCache = Named<"SBFolderIconImageCache", platform::SBFolderIconImageCache>;
 
 }  // namespace velmoranth::simulator

@@ -91,13 +91,13 @@ ViewRef FloatyFolderView::init(const ObjectRef& folder) {
         tapToClose_ = std::make_shared<desktop::TapGestureRecognizer>(*this, "_tapToClose");
     }
     setFrame(context_.bounds());
-    layout_ = layoutFolder(context_.metrics, context_.device.screen, object->folder());
+    layout_ = layoutFolder(context_.metrics, context_.device.screen, object->value());
     const Rect bounds{{0, 0}, layout_.panel.size};
     scaling_ = std::make_shared<NamedView>("UIView", layout_.panel);
     panel_ = FolderBackgroundView::create(context_, bounds, layout_.panelRadius);
     content_ = std::make_shared<NamedView>("UIView", bounds);
     title_ = std::make_shared<desktop::DesktopLabel>(
-        std::string(object->folder().name),
+        std::string(object->value().name),
         desktop::TextStyle{.weight = desktop::FontWeight::light,
                            .size = layout_.titleSize,
                            .color = {1, 1, 1, 1},
@@ -151,9 +151,9 @@ void FloatyFolderView::placeSubviews() {
 bool FloatyFolderView::isOutside(const ObjectRef& touch) const {
     const auto at = std::dynamic_pointer_cast<Touch>(touch);
     const Rect& panel = layout_.panel;
-    return at == nullptr || at->point().x < panel.origin.x || at->point().y < panel.origin.y ||
-           at->point().x >= panel.origin.x + panel.size.width ||
-           at->point().y >= panel.origin.y + panel.size.height;
+    return at == nullptr || at->value().x < panel.origin.x || at->value().y < panel.origin.y ||
+           at->value().x >= panel.origin.x + panel.size.width ||
+           at->value().y >= panel.origin.y + panel.size.height;
 }
 
 }  // namespace velmoranth::simulator

@@ -11,50 +11,22 @@
 #include "simulator/screen_context.h"
 #include "simulator/toolkit/named_views.h"
 
-#include <cstdint>
 #include <memory>
-#include <string>
 
 namespace velmoranth::simulator {
 
-// SBFolder.
-class FolderObject final : public platform::Object {
-  public:
-    explicit FolderObject(const Folder& folder) : folder_(folder) {}
-
-    [[nodiscard]] std::string className() const override { return "SBFolder"; }
-
-    [[nodiscard]] const Folder& folder() const { return folder_; }
-
-  private:
-    Folder folder_;
-};
-
-// UITouch.
-class Touch final : public platform::Object {
-  public:
-    // On the screen, points.
-    explicit Touch(const platform::Point& point) : point_(point) {}
-
-    [[nodiscard]] std::string className() const override { return "UITouch"; }
-
-    [[nodiscard]] const platform::Point& point() const { return point_; }
-
-  private:
-    platform::Point point_;
-};
+using FolderObject = ObjectWith<"SBFolder", Folder>;
+// On the screen, points.
+using Touch = ObjectWith<"UITouch", platform::Point>;
 
 // SBFolderControllerBackgroundView: blurs and dims the screen behind a folder.
 class FolderControllerBackgroundView final
-    : public desktop::ViewImplementation<platform::SBFolderControllerBackgroundView> {
+    : public NamedAs<"SBFolderControllerBackgroundView",
+                     platform::SBFolderControllerBackgroundView> {
   public:
     // Made and sent initWithFrame:. Nil when that gives none.
     [[nodiscard]] static std::shared_ptr<FolderControllerBackgroundView> create(
         const ScreenContext& context, const platform::Rect& frame);
-
-    [[nodiscard]] std::string className() const override {
-        return "SBFolderControllerBackgroundView";
-    }
 
     // "_blurView" and "_tintView".
     [[nodiscard]] const platform::ViewRef& blurView() const { return blur_; }
@@ -74,13 +46,11 @@ class FolderControllerBackgroundView final
 
 // SBFolderBackgroundView: the panel.
 class FolderBackgroundView final
-    : public desktop::ViewImplementation<platform::SBFolderBackgroundView> {
+    : public NamedAs<"SBFolderBackgroundView", platform::SBFolderBackgroundView> {
   public:
     [[nodiscard]] static std::shared_ptr<FolderBackgroundView> create(const ScreenContext& context,
                                                                       const platform::Rect& frame,
                                                                       double cornerRadius);
-
-    [[nodiscard]] std::string className() const override { return "SBFolderBackgroundView"; }
 
     // "_blurView" and "_tintView".
     [[nodiscard]] const platform::ViewRef& blurView() const { return blur_; }
@@ -98,14 +68,11 @@ class FolderBackgroundView final
 };
 
 // SBFloatyFolderView: as large as the screen.
-class FloatyFolderView final : public desktop::ViewImplementation<platform::SBFloatyFolderView> {
+class FloatyFolderView final : public NamedAs<"SBFloatyFolderView", platform::SBFloatyFolderView> {
   public:
     // Made and sent initWithFolder:orientation:viewMap:context:. Nil when that gives none.
     [[nodiscard]] static std::shared_ptr<FloatyFolderView> create(const ScreenContext& context,
                                                                   const Folder& folder);
-
-    [[nodiscard]] std::string className() const override { return "SBFloatyFolderView"; }
-
     // The platform's initialiser. Running it again starts anew, but keeps gesture recognizers.
     platform::ViewRef init(const platform::ObjectRef& folder);
 

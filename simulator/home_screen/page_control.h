@@ -4,22 +4,18 @@
 #include "desktop/views/views.h"
 #include "platform/springboard.h"
 #include "simulator/screen_context.h"
+#include "simulator/toolkit/named_views.h"
 
-#include <memory>
-#include <string>
 #include <vector>
 
 namespace velmoranth::simulator {
 
-class PageControl final : public desktop::ViewImplementation<platform::SBIconListPageControl> {
+class PageControl final : public NamedAs<"SBIconListPageControl", platform::SBIconListPageControl> {
   public:
     // `center` in the superview's coordinates. The control is as wide as its dots need, so that
     // they lie centred.
     PageControl(const ScreenContext& context, const platform::Point& center, int pageCount,
                 bool hasSearch);
-
-    [[nodiscard]] std::string className() const override { return "SBIconListPageControl"; }
-
     [[nodiscard]] platform::ImageRef _searchIndicatorImage(bool isCurrent) override;
 
     // From 1.

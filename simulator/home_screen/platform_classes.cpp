@@ -12,18 +12,14 @@
 
 #include <array>
 #include <cstdint>
-#include <utility>
 
 namespace velmoranth::simulator {
 namespace {
 
 using desktop::Runtime;
 using platform::ImageRef;
-using platform::NullableString;
 using platform::ObjectRef;
-using platform::Rect;
 using platform::SBIconRef;
-using platform::ViewRef;
 
 // In an order in which every superclass is known already. Names and relations after public header
 // lists of iOS 10.2, 12.1 and 13.

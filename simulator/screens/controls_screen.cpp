@@ -1,11 +1,7 @@
 #include "simulator/screens/controls_screen.h"
 
-#include "simulator/artwork/toolkit_artwork.h"
-#include "simulator/home_screen/home_screen_layout.h"
-#include "simulator/toolkit/image_messages.h"
-#include "simulator/toolkit/named_views.h"
-#include "simulator/toolkit/switch_view.h"
-#include "simulator/toolkit/view_kit.h"
+#include "simulator/screens/screen_builder.h"
+#include "simulator/toolkit/status_bar.h"
 
 #include <algorithm>
 #include <array>
@@ -19,23 +15,18 @@ namespace velmoranth::simulator {
 namespace {
 
 using desktop::FontWeight;
-using desktop::TextAlignment;
 using platform::Color;
 using platform::ImageRef;
 using platform::Rect;
 using platform::ViewRef;
 
 // Points.
-constexpr double kBarHeight = 44;
 constexpr double kSearchBarHeight = 52;
 constexpr double kSearchFieldHeight = 36;
 constexpr double kTabBarHeight = 49;
-constexpr double kRowHeight = 44;
 constexpr double kButtonsHeight = 92;
-constexpr double kMargin = 15;
 constexpr double kIconSide = 29;
-constexpr double kTextLeft = kMargin + kIconSide + kMargin;
-constexpr double kTextSize = 17;
+constexpr double kTextLeft = kRowMargin + kIconSide + kRowMargin;
 // Of the pad's cards; a phone's reach from edge to edge.
 constexpr double kPadMargin = 20;
 constexpr double kPadCornerRadius = 10;
@@ -133,19 +124,9 @@ constexpr ToolkitLook kLookOf13{
     {Source::glyph, "checkmark"},
     {{{Source::glyph, "star.fill"}, {Source::glyph, "magnifyingglass"}}}};
 
-class Builder {
+class Builder : ScreenBuilder {
   public:
-    Builder(const ScreenContext& context, platform::View& window)
-        : context_(context),
-          window_(window),
-          ask_(context.runtime, context.toolkit),
-          colors_(appColors(context.device.system)),
-          look_(context.device.system.major < 13 ? kLookOf12 : kLookOf13),
-          traits_(std::make_shared<TraitCollection>(context.device)) {
-        if (context.device.system.major >= 13) {
-            configuration_ = std::make_shared<SymbolConfiguration>(kTextSize);
-        }
-    }
+    using ScreenBuilder::ScreenBuilder;
 
     void build() {
         window_.setBackgroundColor(colors_.background);
@@ -154,21 +135,6 @@ class Builder {
     }
 
   private:
-    [[nodiscard]] bool isPad() const { return context_.device.kind == DeviceKind::pad; }
-
-    [[nodiscard]] double width() const { return context_.bounds().size.width; }
-
-    [[nodiscard]] double height() const { return context_.bounds().size.height; }
-
-    [[nodiscard]] double hairline() const { return 1 / context_.scale(); }
-
-    [[nodiscard]] ViewRef named(std::string_view className, const Rect& frame,
-                                const Color& color) const {
-        auto view = std::make_shared<NamedView>(className, frame);
-        view->setBackgroundColor(color);
-        return view;
-    }
-
     // Glyphs take the tint.
     [[nodiscard]] ImageRef image(Source source, std::string_view name, const Color& tint) const {
         const std::string text(name);
@@ -198,50 +164,46 @@ class Builder {
     double addTopBars() {
         const double statusHeight = statusBarHeight(context_.device);
         const double bottom = statusHeight + kBarHeight + kSearchBarHeight;
-        const ViewRef bar = named("UINavigationBar", {{0, 0}, {width(), bottom}}, colors_.bar);
-        bar->addSubview(makeDarkStatusBar(context_.device));
-        bar->addSubview(makeText(
-            "Workbench",
-            textStyle(kTextSize, colors_.text, TextAlignment::center, FontWeight::semibold),
-            {{100, statusHeight}, {width() - 200, kBarHeight}}));
+        const auto bar =
+            addView(window_, "UINavigationBar", {{0, 0}, {size_.width, bottom}}, colors_.bar);
+        bar->addSubview(makeStatusBar(context_.device, platform::kBlackColor));
+        addText(*bar, "Workbench", centered(kRowTextSize, colors_.text, FontWeight::semibold),
+                {{100, statusHeight}, {size_.width - 200, kBarHeight}});
         addImage(*bar, {Source::kit, "UINavigationBarBackIndicatorDefault"},
                  {{8, statusHeight}, {13, kBarHeight}}, colors_.tint);
-        bar->addSubview(makeText("Back", textStyle(kTextSize, colors_.tint),
-                                 {{27, statusHeight}, {70, kBarHeight}}));
+        addText(*bar, "Back", textStyle(kRowTextSize, colors_.tint),
+                {{27, statusHeight}, {70, kBarHeight}});
         constexpr double kItemPitch = 44;
         for (std::size_t i = 0; i < look_.barItems.size(); ++i) {
-            const double right = width() - 8 - kItemPitch * static_cast<double>(i);
+            const double right = size_.width - 8 - kItemPitch * static_cast<double>(i);
             addImage(*bar, look_.barItems.at(i), {{right - 36, statusHeight + 8}, {28, 28}},
                      colors_.tint);
         }
-        bar->addSubview(searchBar(statusHeight + kBarHeight));
-        bar->addSubview(
-            makeBox({{0, bottom - hairline()}, {width(), hairline()}}, colors_.separator));
-        window_.addSubview(bar);
+        addSearchBar(*bar, statusHeight + kBarHeight);
+        addLine(*bar, bottom - hairline());
         return bottom;
     }
 
-    [[nodiscard]] ViewRef searchBar(double top) const {
+    void addSearchBar(platform::View& to, double top) const {
         const double side = isPad() ? kPadMargin : 8;
-        const double fieldWidth = width() - 2 * side;
-        const auto bar =
-            std::make_shared<NamedView>("UISearchBar", Rect{{0, top}, {width(), kSearchBarHeight}});
+        const double fieldWidth = size_.width - 2 * side;
+        const auto bar = addView(to, "UISearchBar", {{0, top}, {size_.width, kSearchBarHeight}});
         const ViewRef field =
             makeBox({{side, 1}, {fieldWidth, kSearchFieldHeight}}, colors_.field, kPadCornerRadius);
         addImage(*field, look_.searchField, {{9, 9}, {18, 18}}, colors_.secondaryText);
-        field->addSubview(makeText("kiln", textStyle(kTextSize, colors_.text),
-                                   {{34, 0}, {fieldWidth - 74, kSearchFieldHeight}}));
+        addText(*field, "kiln", textStyle(kRowTextSize, colors_.text),
+                {{34, 0}, {fieldWidth - 74, kSearchFieldHeight}});
         addImage(*field, look_.clearButton, {{fieldWidth - 28, 9}, {18, 18}},
                  colors_.secondaryText);
         bar->addSubview(field);
-        return bar;
     }
 
     void addTabBar() {
         const double barHeight = kTabBarHeight + bottomInset(context_.device);
-        const ViewRef bar =
-            named("UITabBar", {{0, height() - barHeight}, {width(), barHeight}}, colors_.bar);
-        bar->addSubview(makeBox({{0, -hairline()}, {width(), hairline()}}, colors_.separator));
+        const auto bar =
+            addView(window_, "UITabBar", {{0, size_.height - barHeight}, {size_.width, barHeight}},
+                    colors_.bar);
+        addLine(*bar, -hairline());
 
         struct Tab {
             ToolkitImage image;
@@ -251,20 +213,17 @@ class Builder {
         const std::array tabs{Tab{look_.tabs[0], "Favorites"}, Tab{look_.tabs[1], "Search"},
                               Tab{{Source::app, "TabList"}, "Projects"},
                               Tab{{Source::app, "TabSettings"}, "Settings"}};
-        const double pitch = isPad() ? 110 : width() / tabs.size();
-        double left = (width() - pitch * tabs.size()) / 2;
+        const double pitch = isPad() ? 110 : size_.width / tabs.size();
+        double left = (size_.width - pitch * tabs.size()) / 2;
         bool isSelected = true;
         for (const Tab& tab : tabs) {
             const Color& color = isSelected ? colors_.tint : colors_.secondaryText;
             addImage(*bar, tab.image, {{left + pitch / 2 - 15, 4}, {30, 28}}, color);
-            bar->addSubview(
-                makeText(std::string(tab.title),
-                         textStyle(10, color, TextAlignment::center, FontWeight::medium),
-                         {{left, 34}, {pitch, 12}}));
+            addText(*bar, tab.title, centered(10, color, FontWeight::medium),
+                    {{left, 34}, {pitch, 12}});
             left += pitch;
             isSelected = false;
         }
-        window_.addSubview(bar);
     }
 
     [[nodiscard]] bool isShown(const Row& row) const {
@@ -280,7 +239,7 @@ class Builder {
 
     void addGroups(double top) {
         if (isPad()) {
-            const double columnWidth = (width() - 3 * kPadMargin) / 2;
+            const double columnWidth = (size_.width - 3 * kPadMargin) / 2;
             std::array<double, 2> y{top + kPadGap, top + kPadGap};
             for (const Group& group : kGroups) {
                 const auto column = static_cast<std::size_t>(group.padColumn);
@@ -292,7 +251,7 @@ class Builder {
             return;
         }
         constexpr double kLargestGap = 35;
-        double free = height() - kTabBarHeight - bottomInset(context_.device) - top;
+        double free = size_.height - kTabBarHeight - bottomInset(context_.device) - top;
         for (const Group& group : kGroups) {
             free -= heightOf(group);
         }
@@ -300,14 +259,13 @@ class Builder {
                                         context_.scale());
         double y = top + gap;
         for (const Group& group : kGroups) {
-            addGroup(group, {{0, y}, {width(), heightOf(group)}});
+            addGroup(group, {{0, y}, {size_.width, heightOf(group)}});
             y += heightOf(group) + gap;
         }
     }
 
     void addGroup(const Group& group, const Rect& frame) {
-        const auto table = std::make_shared<NamedView>("UITableView", frame);
-        table->setBackgroundColor(colors_.card);
+        const auto table = addView(window_, "UITableView", frame, colors_.card);
         table->desktopLayer()->appearance.cornerRadius = isPad() ? kPadCornerRadius : 0;
         if (group.rows.empty()) {
             addButtons(*table, frame.size.width);
@@ -318,37 +276,30 @@ class Builder {
                 continue;
             }
             if (y > 0) {
-                const double left = row.source == Source::none ? kMargin : kTextLeft;
-                table->addSubview(
-                    makeBox({{left, y}, {frame.size.width - left, hairline()}}, colors_.separator));
+                addLine(*table, y, row.source == Source::none ? kRowMargin : kTextLeft);
             }
-            table->addSubview(cell(row, {{0, y}, {frame.size.width, kRowHeight}}));
+            addCell(*table, row, {{0, y}, {frame.size.width, kRowHeight}});
             y += kRowHeight;
         }
         if (!isPad()) {
-            for (const double edge : {0.0, frame.size.height - hairline()}) {
-                table->addSubview(
-                    makeBox({{0, edge}, {frame.size.width, hairline()}}, colors_.separator));
-            }
+            addLine(*table, 0);
+            addLine(*table, frame.size.height - hairline());
         }
-        window_.addSubview(table);
     }
 
-    [[nodiscard]] ViewRef cell(const Row& row, const Rect& frame) const {
-        const auto cell = std::make_shared<NamedView>("UITableViewCell", frame);
-        const double rowWidth = frame.size.width;
-        cell->addSubview(makeImage(
-            image(row.source, row.image, colors_.tint),
-            {{kMargin, (kRowHeight - kIconSide) / 2}, {kIconSide, kIconSide}}, context_.scale()));
-        const double left = row.source == Source::none ? kMargin : kTextLeft;
-        const double right = rowWidth - kMargin;
-        cell->addSubview(makeText(std::string(row.title), textStyle(kTextSize, colors_.text),
-                                  {{left, 0}, {right - left - 60, kRowHeight}}));
-        cell->addSubview(makeText(std::string(row.detail),
-                                  textStyle(kTextSize, colors_.secondaryText, TextAlignment::right),
-                                  {{right - 18 - 140, 0}, {140, kRowHeight}}));
+    void addCell(platform::View& table, const Row& row, const Rect& frame) const {
+        const auto cell = addView(table, "UITableViewCell", frame);
+        cell->addSubview(
+            makeImage(image(row.source, row.image, colors_.tint),
+                      {{kRowMargin, (kRowHeight - kIconSide) / 2}, {kIconSide, kIconSide}},
+                      context_.scale()));
+        const double left = row.source == Source::none ? kRowMargin : kTextLeft;
+        const double right = frame.size.width - kRowMargin;
+        addText(*cell, row.title, textStyle(kRowTextSize, colors_.text),
+                {{left, 0}, {right - left - 60, kRowHeight}});
+        addText(*cell, row.detail, rightAligned(kRowTextSize, colors_.secondaryText),
+                {{right - 18 - 140, 0}, {140, kRowHeight}});
         addAccessory(*cell, row.accessory, right);
-        return cell;
     }
 
     void addAccessory(platform::View& cell, Accessory accessory, double right) const {
@@ -367,10 +318,7 @@ class Builder {
                 return addImage(cell, {Source::kit, "UITableGrabber"}, slot(22), colors_.separator);
             case Accessory::on:
             case Accessory::off:
-                return cell.addSubview(
-                    makeSwitch(context_.toolkit, accessory == Accessory::on,
-                               {right - kSwitchWidth,
-                                snapToPixels((kRowHeight - kSwitchHeight) / 2, context_.scale())}));
+                return addSwitch(cell, accessory == Accessory::on);
         }
     }
 
@@ -379,32 +327,26 @@ class Builder {
         constexpr double kPictureSide = 56;
         table.addSubview(makeImage(
             ask_.imageNamedWithTrait("ProfilePicture", traits_),
-            {{kMargin, (kButtonsHeight - kPictureSide) / 2}, {kPictureSide, kPictureSide}},
+            {{kRowMargin, (kButtonsHeight - kPictureSide) / 2}, {kPictureSide, kPictureSide}},
             context_.scale()));
-        const double left = kMargin + kPictureSide + 10;
+        const double left = kRowMargin + kPictureSide + 10;
         const double pitch = (groupWidth - left - 8) / static_cast<double>(kButtons.size());
         double x = left;
         for (const Button& button : kButtons) {
-            const auto view = std::make_shared<NamedView>(
-                "UIButton", Rect{{x, 14}, {pitch, kButtonsHeight - 28}});
+            const auto view = addView(table, "UIButton", {{x, 14}, {pitch, kButtonsHeight - 28}});
             view->addSubview(makeImage(ask_.imageNamedInBundleCompatibleWithTraitCollection(
                                            std::string(button.image), kAppBundle, traits_),
                                        {{(pitch - 36) / 2, 0}, {36, 36}}, context_.scale()));
-            view->addSubview(makeText(std::string(button.title),
-                                      textStyle(12, colors_.secondaryText, TextAlignment::center),
-                                      {{0, 42}, {pitch, 18}}));
-            table.addSubview(view);
+            addText(*view, button.title, centered(12, colors_.secondaryText),
+                    {{0, 42}, {pitch, 18}});
             x += pitch;
         }
     }
 
-    const ScreenContext& context_;
-    platform::View& window_;
-    ImageMessages ask_;
-    const AppColors& colors_;
-    const ToolkitLook& look_;
-    platform::ObjectRef traits_;
-    platform::ObjectRef configuration_;  // nil before iOS 13
+    const ToolkitLook& look_ = isAtLeast13() ? kLookOf13 : kLookOf12;
+    // Nil before iOS 13.
+    platform::ObjectRef configuration_ =
+        isAtLeast13() ? std::make_shared<SymbolConfiguration>(kRowTextSize) : nullptr;
 };
 
 }  // namespace
@@ -413,7 +355,7 @@ void ControlsScreen::layoutViews() {
     for (const ViewRef& view : window().subviews()) {
         view->removeFromSuperview();
     }
-    Builder(context(), window()).build();
+    Builder(context(), window(), images()).build();
     AppScreen::layoutViews();
 }
 

@@ -22,7 +22,6 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
 #include <utility>
 
 namespace velmoranth::simulator {
@@ -49,10 +48,7 @@ constexpr platform::Color kMaterial{1, 1, 1, 0.35};
 constexpr double kPlatterShare = 0.8;
 
 // PKIconImageCache.
-class SettingsIcons final : public platform::PKIconImageCache {
-  public:
-    [[nodiscard]] std::string className() const override { return "PKIconImageCache"; }
-};
+using SettingsIcons = Named<"PKIconImageCache", platform::PKIconImageCache>;
 
 std::string_view groupOf(const BundleCatalog& catalog) {
     struct Row {

@@ -9,7 +9,6 @@
 #include "simulator/toolkit/image_messages.h"
 
 #include <functional>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>

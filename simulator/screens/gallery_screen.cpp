@@ -2,8 +2,8 @@
 
 #include "desktop/text/text.h"
 #include "simulator/home_screen/home_screen_layout.h"
-#include "simulator/toolkit/named_views.h"
-#include "simulator/toolkit/view_kit.h"
+#include "simulator/screens/screen_builder.h"
+#include "simulator/toolkit/status_bar.h"
 
 #include <algorithm>
 #include <cmath>
@@ -21,7 +21,6 @@ using platform::ImageRef;
 using platform::Rect;
 
 // Points.
-constexpr double kBarHeight = 44;
 constexpr double kMargin = 10;
 constexpr double kSmallestCellWidth = 86;
 constexpr double kSlotSide = 38;
@@ -146,7 +145,7 @@ void GalleryScreen::addBar() {
     const Rect frame{{0, 0}, {width, statusHeight + kBarHeight}};
     const auto bar = std::make_shared<NamedView>("UINavigationBar", frame);
     bar->setBackgroundColor(colors.bar);
-    bar->addSubview(makeDarkStatusBar(context().device));
+    bar->addSubview(makeStatusBar(context().device, platform::kBlackColor));
     const Rect line{{kMargin + 2, statusHeight}, {width - 2 * kMargin - 4, kBarHeight}};
     bar->addSubview(makeText("Before | After", {.size = 13, .color = colors.secondaryText}, line));
     bar->addSubview(makeText(

@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <array>
-#include <functional>
 
 namespace velmoranth::simulator {
 namespace {
@@ -94,7 +93,7 @@ NotificationScreen::NotificationScreen(const ScreenContext& context) : HomeOverl
                  ImagePlacement::fill, [&context] { return askForIcon(context); });
     banner->addSubview(
         makeText("MESSAGES", textStyle(13, kFaintText), {{38, 0}, {width - 100, kHeaderHeight}}));
-    banner->addSubview(makeText("now", textStyle(13, kFaintText, TextAlignment::right),
+    banner->addSubview(makeText("now", rightAligned(13, kFaintText),
                                 {{width - 80 - kTextInset, 0}, {80, kHeaderHeight}}));
     const double textWidth = width - 2 * kTextInset;
     banner->addSubview(

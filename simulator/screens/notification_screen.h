@@ -4,19 +4,17 @@
 #include "platform/springboard.h"
 #include "simulator/screen_context.h"
 #include "simulator/screens/home_overlay.h"
+#include "simulator/toolkit/class_names.h"
 
 #include <memory>
-#include <string>
 #include <utility>
 
 namespace velmoranth::simulator {
 
 // UNNotificationIcon (iOS 13). Empty until its initialiser has run.
-class NotificationIcon final : public platform::UNNotificationIcon,
+class NotificationIcon final : public Named<"UNNotificationIcon", platform::UNNotificationIcon>,
                                public std::enable_shared_from_this<NotificationIcon> {
   public:
-    [[nodiscard]] std::string className() const override { return "UNNotificationIcon"; }
-
     // The platform's initialiser, with the image that the icon shows.
     platform::ImageRef init(platform::ImageRef image) {
         image_ = std::move(image);

@@ -6,12 +6,9 @@
 #include "platform/foundation.h"
 #include "platform/platform.h"
 #include "simulator/artwork/toolkit_artwork.h"
-#include "simulator/home_screen/home_screen_layout.h"
+#include "simulator/screens/screen_builder.h"
 #include "simulator/screens/settings_screen.h"
-#include "simulator/toolkit/image_messages.h"
-#include "simulator/toolkit/named_views.h"
-#include "simulator/toolkit/switch_view.h"
-#include "simulator/toolkit/view_kit.h"
+#include "simulator/toolkit/status_bar.h"
 
 #include <algorithm>
 #include <array>
@@ -25,8 +22,6 @@
 namespace velmoranth::simulator {
 namespace {
 
-using desktop::FontWeight;
-using desktop::TextAlignment;
 using platform::Color;
 using platform::NullableString;
 using platform::Rect;
@@ -39,13 +34,8 @@ constexpr const char* kSuccessImage = "/var/tmp/velmoranth-success.png";
 constexpr double kSuccessSide = 200;
 
 // Points, as the settings app's own list has them.
-constexpr double kBarHeight = 44;
-constexpr double kRowHeight = 44;
-constexpr double kGroupGap = 35;
 constexpr double kHeaderGap = 16;  // more, above a group that has a header
 constexpr double kHeaderHeight = 24;
-constexpr double kMargin = 15;
-constexpr double kTextSize = 17;
 constexpr double kHeaderSize = 13;
 constexpr Color kHeaderText{109.0 / 255, 109.0 / 255, 114.0 / 255, 1};
 
@@ -113,22 +103,14 @@ void forEachRow(const DeviceConfiguration& device,
     }
 }
 
-class Builder {
+class Builder : ScreenBuilder {
   public:
-    Builder(const ScreenContext& context, platform::View& window, AskedImages& images)
-        : context_(context),
-          window_(window),
-          images_(images),
-          ask_(context.runtime, context.toolkit),
-          colors_(appColors(context.device.system)),
-          preferences_(platform::platform().propertyLists.dictionaryWithContentsOfFile(
-              core::kPreferencesPath)) {}
+    using ScreenBuilder::ScreenBuilder;
 
     void build() const {
         const Rect frame = panelFrame(context_.device);
-        const auto panel = std::make_shared<NamedView>("UITableView", frame);
+        const auto panel = addView(window_, "UITableView", frame);
         panel->setClipsToBounds(true);
-        window_.addSubview(panel);
         forEachRow(
             context_.device, [&](const Group& group, double top) { addGroup(*panel, group, top); },
             [&](const Row& row, const Rect& place) { addRow(*panel, row, place); });
@@ -137,50 +119,30 @@ class Builder {
             window_.addSubview(
                 makeBox({frame.origin, {hairline(), frame.size.height}}, colors_.separator));
         }
-        window_.addSubview(makeDarkStatusBar(context_.device));
+        window_.addSubview(makeStatusBar(context_.device, platform::kBlackColor));
     }
 
   private:
-    [[nodiscard]] double hairline() const { return 1 / context_.scale(); }
-
     void addBar(platform::View& panel) const {
-        const double width = panel.bounds().size.width;
-        const double top = statusBarHeight(context_.device);
-        const auto bar =
-            std::make_shared<NamedView>("UINavigationBar", Rect{{0, 0}, {width, top + kBarHeight}});
-        bar->setBackgroundColor(colors_.bar);
-        bar->addSubview(makeText(
-            "VelMoranth",
-            textStyle(kTextSize, colors_.text, TextAlignment::center, FontWeight::semibold),
-            {{0, top}, {width, kBarHeight}}));
-        if (context_.device.kind == DeviceKind::phone) {
-            addBackButton(*bar, top);
+        const platform::ViewRef bar = addNavigationBar(panel, "VelMoranth");
+        if (isPad()) {
+            return;
         }
-        bar->addSubview(makeBox({{0, top + kBarHeight}, {width, hairline()}}, colors_.separator));
-        panel.addSubview(bar);
-    }
-
-    void addBackButton(platform::View& bar, double top) const {
         constexpr double kSide = 22;
-        const Rect slot{{3, top + (kBarHeight - kSide) / 2}, {kSide, kSide}};
-        const bool hasGlyphs = context_.device.system.major >= 13;
-        images_.add(bar, slot, ImagePlacement::fit,
-                    [&toolkit = context_.toolkit, ask = ask_, tint = colors_.tint, hasGlyphs] {
-                        return hasGlyphs
-                                   ? toolkit.tinted(ask.systemImageNamed("chevron.left"), tint)
-                                   : ask.kitImageNamed("UINavigationBarBackIndicatorDefault");
-                    });
-        bar.addSubview(makeText("Settings", textStyle(kTextSize, colors_.tint),
-                                {{27, top}, {100, kBarHeight}}));
+        const double top = statusBarHeight(context_.device);
+        addToolkitImage(*bar, {{3, top + (kBarHeight - kSide) / 2}, {kSide, kSide}},
+                        "UINavigationBarBackIndicatorDefault", "chevron.left", colors_.tint);
+        addText(*bar, "Settings", textStyle(kRowTextSize, colors_.tint),
+                {{27, top}, {100, kBarHeight}});
     }
 
     // The header, and the rows' card with its lines.
     void addGroup(platform::View& panel, const Group& group, double top) const {
         const double width = panel.bounds().size.width;
         if (!group.header.empty()) {
-            panel.addSubview(makeText(
-                std::string(group.header), textStyle(kHeaderSize, kHeaderText),
-                {{kMargin, top - kHeaderHeight - 3}, {width - 2 * kMargin, kHeaderHeight}}));
+            addText(
+                panel, group.header, textStyle(kHeaderSize, kHeaderText),
+                {{kRowMargin, top - kHeaderHeight - 3}, {width - 2 * kRowMargin, kHeaderHeight}});
         }
         const double height = kRowHeight * static_cast<double>(group.rowCount());
         const ViewRef card = makeBox({{0, top}, {width, height}}, colors_.card);
@@ -188,26 +150,22 @@ class Builder {
         for (std::size_t i = 0; i <= group.rowCount(); ++i) {
             const bool isEdge = i == 0 || i == group.rowCount();
             const double y = kRowHeight * static_cast<double>(i);
-            card->addSubview(
-                makeBox({{isEdge ? 0 : kMargin, i == 0 ? 0 : y - hairline()}, {width, hairline()}},
-                        colors_.separator));
+            card->addSubview(makeBox(
+                {{isEdge ? 0 : kRowMargin, i == 0 ? 0 : y - hairline()}, {width, hairline()}},
+                colors_.separator));
         }
     }
 
     void addRow(platform::View& panel, const Row& row, const Rect& frame) const {
-        const auto cell = std::make_shared<NamedView>("PSTableCell", frame);
+        const auto cell = addView(panel, "PSTableCell", frame);
         const Color color = !row.task                               ? colors_.text
                             : row.task == PanelTask::deleteSettings ? colors_.destructive
                                                                     : colors_.tint;
-        cell->addSubview(makeText(std::string(row.title), textStyle(kTextSize, color),
-                                  {{kMargin, 0}, {frame.size.width - 2 * kMargin, kRowHeight}}));
+        addText(*cell, row.title, textStyle(kRowTextSize, color),
+                {{kRowMargin, 0}, {frame.size.width - 2 * kRowMargin, kRowHeight}});
         if (!row.key.empty()) {
-            const platform::Point origin{
-                frame.size.width - kMargin - kSwitchWidth,
-                snapToPixels((kRowHeight - kSwitchHeight) / 2, context_.scale())};
-            cell->addSubview(makeSwitch(context_.toolkit, isOn(row.key), origin));
+            addSwitch(*cell, isOn(row.key));
         }
-        panel.addSubview(cell);
     }
 
     [[nodiscard]] bool isOn(std::string_view key) const {
@@ -215,12 +173,8 @@ class Builder {
                platform::boolValue(platform::objectForKey(*preferences_, std::string(key)));
     }
 
-    const ScreenContext& context_;
-    platform::View& window_;
-    AskedImages& images_;
-    ImageMessages ask_;
-    const AppColors& colors_;
-    std::optional<platform::Dictionary> preferences_;
+    std::optional<platform::Dictionary> preferences_ =
+        platform::platform().propertyLists.dictionaryWithContentsOfFile(core::kPreferencesPath);
 };
 
 // A saved file that is not there: the panel's name for it, or one with a number. None of the

@@ -9,7 +9,6 @@
 #include "simulator/toolkit/alert_view.h"
 
 #include <memory>
-#include <string>
 
 namespace velmoranth::simulator {
 

@@ -2,16 +2,11 @@
 
 #include "platform/springboard.h"
 #include "simulator/artwork/toolkit_artwork.h"
-#include "simulator/home_screen/home_screen_layout.h"
+#include "simulator/screens/screen_builder.h"
 #include "simulator/toolkit/class_rows.h"
-#include "simulator/toolkit/image_messages.h"
-#include "simulator/toolkit/named_views.h"
-#include "simulator/toolkit/switch_view.h"
-#include "simulator/toolkit/view_kit.h"
+#include "simulator/toolkit/status_bar.h"
 
 #include <array>
-#include <cstddef>
-#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -34,16 +29,11 @@ constexpr std::array kClasses{
     ClassRow{"PSTableCell", "UITableViewCell"},
 };
 
-// Points. The platform's interface guidelines and estimates after them.
-constexpr double kBarHeight = 44;
+// Points: estimates.
 constexpr double kLargeTitleHeight = 52;
-constexpr double kRowHeight = 44;
 constexpr double kProfileHeight = 80;
 constexpr double kPictureSide = 60;
-constexpr double kGroupGap = 35;
-constexpr double kMargin = 15;
-constexpr double kTextLeft = kMargin + kSettingsIconSide + kMargin;
-constexpr double kTextSize = 17;
+constexpr double kTextLeft = kRowMargin + kSettingsIconSide + kRowMargin;
 constexpr double kSidebarWidth = 320;  // of a pad
 constexpr Color kSelected{0.82, 0.82, 0.84, 1};
 constexpr Color kPicture{0.62, 0.65, 0.71, 1};
@@ -85,34 +75,22 @@ constexpr std::array<std::span<const Row>, 5> kChosenGroups{kAbout, kSharing, kS
                                                             kReset};
 
 // PKIconImageCache.
-class IconCache final : public platform::PKIconImageCache {
-  public:
-    [[nodiscard]] std::string className() const override { return "PKIconImageCache"; }
-};
+using IconCache = Named<"PKIconImageCache", platform::PKIconImageCache>;
 
-class Builder {
+class Builder : ScreenBuilder {
   public:
-    Builder(const ScreenContext& context, platform::View& window, AskedImages& images)
-        : context_(context),
-          window_(window),
-          images_(images),
-          ask_(context.runtime, context.toolkit),
-          colors_(appColors(context.device.system)),
-          iconCache_(std::make_shared<IconCache>()) {}
+    using ScreenBuilder::ScreenBuilder;
 
     void build() {
-        const platform::Size screen = context_.bounds().size;
-        const bool isPad = context_.device.kind == DeviceKind::pad;
         window_.setBackgroundColor(colors_.background);
-        addListColumn(isPad ? kSidebarWidth : screen.width, isPad ? kChosen : std::string_view());
-        if (isPad) {
-            const ViewRef page =
-                column({{kSidebarWidth, 0}, {screen.width - kSidebarWidth, screen.height}});
-            addChosenPage(*page);
+        addListColumn(isPad() ? kSidebarWidth : size_.width, isPad() ? kChosen : "");
+        if (isPad()) {
+            addChosenPage(
+                *column({{kSidebarWidth, 0}, {size_.width - kSidebarWidth, size_.height}}));
             window_.addSubview(
-                makeBox({{kSidebarWidth, 0}, {hairline(), screen.height}}, colors_.separator));
+                makeBox({{kSidebarWidth, 0}, {hairline(), size_.height}}, colors_.separator));
         }
-        window_.addSubview(makeDarkStatusBar(context_.device));
+        window_.addSubview(makeStatusBar(context_.device, platform::kBlackColor));
     }
 
     void addListColumn(double width, std::string_view chosen) const {
@@ -120,21 +98,18 @@ class Builder {
     }
 
   private:
-    [[nodiscard]] double hairline() const { return 1 / context_.scale(); }
-
     [[nodiscard]] ViewRef column(const Rect& frame) const {
-        const auto view = std::make_shared<NamedView>("UITableView", frame);
+        const auto view = addView(window_, "UITableView", frame);
         view->setClipsToBounds(true);
-        window_.addSubview(view);
         return view;
     }
 
     void addList(platform::View& list, std::string_view chosen) const {
         const double width = list.bounds().size.width;
         double y = statusBarHeight(context_.device) + kBarHeight;
-        list.addSubview(makeText("Settings",
-                                 textStyle(34, colors_.text, TextAlignment::left, FontWeight::bold),
-                                 {{kMargin + 1, y}, {width - 2 * kMargin, kLargeTitleHeight - 8}}));
+        addText(list, "Settings",
+                textStyle(34, colors_.text, TextAlignment::left, FontWeight::bold),
+                {{kRowMargin + 1, y}, {width - 2 * kRowMargin, kLargeTitleHeight - 8}});
         y += kLargeTitleHeight;
         addProfile(list, y);
         y += kProfileHeight + kGroupGap;
@@ -144,19 +119,8 @@ class Builder {
     }
 
     void addChosenPage(platform::View& page) const {
-        const double width = page.bounds().size.width;
-        const double top = statusBarHeight(context_.device);
-        const double bottom = top + kBarHeight;
-        const auto bar =
-            std::make_shared<NamedView>("UINavigationBar", Rect{{0, 0}, {width, bottom}});
-        bar->setBackgroundColor(colors_.bar);
-        bar->addSubview(makeText(
-            std::string(kChosen),
-            textStyle(kTextSize, colors_.text, TextAlignment::center, FontWeight::semibold),
-            {{0, top}, {width, kBarHeight}}));
-        bar->addSubview(makeBox({{0, bottom}, {width, hairline()}}, colors_.separator));
-        page.addSubview(bar);
-        double y = bottom + kGroupGap;
+        addNavigationBar(page, kChosen);
+        double y = statusBarHeight(context_.device) + kBarHeight + kGroupGap;
         for (const std::span<const Row> group : kChosenGroups) {
             y = addGroup(page, group, y, "") + kGroupGap;
         }
@@ -164,49 +128,35 @@ class Builder {
 
     [[nodiscard]] ViewRef cell(platform::View& list, double y, double height,
                                const Color& color) const {
-        const auto view = std::make_shared<NamedView>(
-            "PSTableCell", Rect{{0, y}, {list.bounds().size.width, height}});
-        view->setBackgroundColor(color);
-        list.addSubview(view);
-        return view;
+        return addView(list, "PSTableCell", {{0, y}, {list.bounds().size.width, height}}, color);
     }
 
     void addLines(platform::View& list, double top, double bottom) const {
-        for (const double y : {top, bottom - hairline()}) {
-            list.addSubview(
-                makeBox({{0, y}, {list.bounds().size.width, hairline()}}, colors_.separator));
-        }
+        addLine(list, top);
+        addLine(list, bottom - hairline());
     }
 
     void addProfile(platform::View& list, double y) const {
         const ViewRef row = cell(list, y, kProfileHeight, colors_.card);
         const double inset = (kProfileHeight - kPictureSide) / 2;
-        const ViewRef picture =
-            makeBox({{kMargin, inset}, {kPictureSide, kPictureSide}}, kPicture, kPictureSide / 2);
-        picture->addSubview(makeText(
-            "RK", textStyle(26, platform::kWhiteColor, TextAlignment::center, FontWeight::medium),
-            picture->bounds()));
+        const ViewRef picture = makeBox({{kRowMargin, inset}, {kPictureSide, kPictureSide}},
+                                        kPicture, kPictureSide / 2);
+        addText(*picture, "RK", centered(26, platform::kWhiteColor, FontWeight::medium),
+                picture->bounds());
         row->addSubview(picture);
-        const double left = kMargin + kPictureSide + kMargin;
+        const double left = kRowMargin + kPictureSide + kRowMargin;
         const double width = list.bounds().size.width - left - 34;
-        row->addSubview(
-            makeText("Robin Kilner", textStyle(20, colors_.text), {{left, 16}, {width, 26}}));
-        row->addSubview(makeText("Account, Cloud & Purchases", textStyle(13, colors_.text),
-                                 {{left, 43}, {width, 18}}));
+        addText(*row, "Robin Kilner", textStyle(20, colors_.text), {{left, 16}, {width, 26}});
+        addText(*row, "Account, Cloud & Purchases", textStyle(13, colors_.text),
+                {{left, 43}, {width, 18}});
         addChevron(*row);
         addLines(list, y, y + kProfileHeight);
     }
 
     void addChevron(platform::View& row) const {
         const platform::Size size = row.bounds().size;
-        const Rect slot{{size.width - kMargin - 13, (size.height - 14) / 2}, {14, 14}};
-        const bool hasGlyphs = context_.device.system.major >= 13;
-        images_.add(row, slot, ImagePlacement::fit, [builder = *this, hasGlyphs] {
-            return hasGlyphs ? builder.context_.toolkit.tinted(
-                                   builder.ask_.systemImageNamed("chevron.right"),
-                                   builder.colors_.separator)
-                             : builder.ask_.kitImageNamed("UITableNext");
-        });
+        const Rect slot{{size.width - kRowMargin - 13, (size.height - 14) / 2}, {14, 14}};
+        addToolkitImage(row, slot, "UITableNext", "chevron.right", colors_.separator);
     }
 
     // How far down the group reaches.
@@ -218,9 +168,7 @@ class Builder {
             const ViewRef view = cell(list, y, kRowHeight, isChosen ? kSelected : colors_.card);
             addRow(*view, row);
             if (y > top) {
-                const double left = row.icon.empty() ? kMargin : kTextLeft;
-                list.addSubview(makeBox({{left, y}, {list.bounds().size.width - left, hairline()}},
-                                        colors_.separator));
+                addLine(list, y, row.icon.empty() ? kRowMargin : kTextLeft);
             }
             y += kRowHeight;
         }
@@ -230,49 +178,38 @@ class Builder {
 
     void addRow(platform::View& view, const Row& row) const {
         const double width = view.bounds().size.width;
-        double left = kMargin;
+        double left = kRowMargin;
         if (!row.icon.empty()) {
             // On whole pixels: an icon between them would be blurred.
             const double top = snapToPixels((kRowHeight - kSettingsIconSide) / 2, context_.scale());
             images_.add(
-                view, {{kMargin, top}, {kSettingsIconSide, kSettingsIconSide}},
+                view, {{kRowMargin, top}, {kSettingsIconSide, kSettingsIconSide}},
                 ImagePlacement::fill,
                 [&runtime = context_.runtime, cache = iconCache_, key = std::string(row.icon)] {
                     return runtime.send<ImageRef, NullableString>(*cache, "imageForKey:", key);
                 });
             left = kTextLeft;
         }
-        const TextStyle title = textStyle(kTextSize, colors_.text);
-        view.addSubview(makeText(std::string(row.title), title,
-                                 {{left, 0}, {width - left - kMargin, kRowHeight}}));
+        const TextStyle title = textStyle(kRowTextSize, colors_.text);
+        addText(view, row.title, title, {{left, 0}, {width - left - kRowMargin, kRowHeight}});
         if (!row.detail.empty()) {
             const double taken =
                 left + desktop::measureText(std::string(row.title), title).width + 8;
-            const double right = width - (row.accessory == Accessory::chevron ? 36 : kMargin);
-            view.addSubview(
-                makeText(std::string(row.detail),
-                         textStyle(kTextSize, colors_.secondaryText, TextAlignment::right),
-                         {{taken, 0}, {right - taken, kRowHeight}}));
+            const double right = width - (row.accessory == Accessory::chevron ? 36 : kRowMargin);
+            addText(view, row.detail, rightAligned(kRowTextSize, colors_.secondaryText),
+                    {{taken, 0}, {right - taken, kRowHeight}});
         }
         switch (row.accessory) {
             case Accessory::chevron:
                 return addChevron(view);
             case Accessory::off:
-                return view.addSubview(
-                    makeSwitch(context_.toolkit, false,
-                               {width - kMargin - kSwitchWidth,
-                                snapToPixels((kRowHeight - kSwitchHeight) / 2, context_.scale())}));
+                return addSwitch(view, false);
             case Accessory::none:
                 return;
         }
     }
 
-    const ScreenContext& context_;
-    platform::View& window_;
-    AskedImages& images_;
-    ImageMessages ask_;
-    const AppColors& colors_;
-    std::shared_ptr<IconCache> iconCache_;
+    std::shared_ptr<IconCache> iconCache_ = std::make_shared<IconCache>();
 };
 
 }  // namespace

@@ -11,8 +11,6 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
-#include <functional>
-#include <span>
 #include <string_view>
 #include <utility>
 
@@ -242,10 +240,9 @@ ViewRef makeCard(const ScreenContext& context, const Card& card, const Rect& fra
                [&context, app = std::string(card.app)] {
                    return askForAppIcon(context, app, kHeaderIconFormat);
                });
-    container->addSubview(
-        makeText(std::string(card.name),
-                 {.weight = FontWeight::semibold, .size = 15, .color = platform::kWhiteColor},
-                 {{48, 0}, {frame.size.width - 58, kHeaderHeight - 4}}));
+    container->addSubview(makeText(
+        card.name, {.weight = FontWeight::semibold, .size = 15, .color = platform::kWhiteColor},
+        {{48, 0}, {frame.size.width - 58, kHeaderHeight - 4}}));
     const bool hasRoundScreen = bottomInset(context.device) > 0;
     const ViewRef page = makeBox(pageFrame, kPaper, hasRoundScreen ? 26 : 10);
     page->setClipsToBounds(true);

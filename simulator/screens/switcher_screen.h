@@ -5,22 +5,18 @@
 #include "platform/springboard.h"
 #include "simulator/screen_context.h"
 #include "simulator/screens/home_overlay.h"
+#include "simulator/toolkit/named_views.h"
 
-#include <memory>
 #include <string>
 
 namespace velmoranth::simulator {
 
 // SBSwitcherAppSuggestionBannerView.
-class SuggestionBannerView final
-    : public desktop::ViewImplementation<platform::SBSwitcherAppSuggestionBannerView> {
+class SuggestionBannerView final : public NamedAs<"SBSwitcherAppSuggestionBannerView",
+                                                  platform::SBSwitcherAppSuggestionBannerView> {
   public:
     // The app that it suggests, by identifier and name.
     SuggestionBannerView(const platform::Rect& frame, std::string app, const std::string& name);
-
-    [[nodiscard]] std::string className() const override {
-        return "SBSwitcherAppSuggestionBannerView";
-    }
 
     [[nodiscard]] const std::string& app() const { return app_; }
 

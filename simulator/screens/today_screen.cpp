@@ -1,18 +1,14 @@
 #include "simulator/screens/today_screen.h"
 
 #include "simulator/artwork/artwork.h"
-#include "simulator/home_screen/home_screen_layout.h"
+#include "simulator/screens/screen_builder.h"
 #include "simulator/toolkit/class_rows.h"
-#include "simulator/toolkit/image_messages.h"
-#include "simulator/toolkit/named_views.h"
 #include "simulator/toolkit/status_bar.h"
-#include "simulator/toolkit/view_kit.h"
 
 #include <algorithm>
 #include <array>
 #include <cctype>
 #include <cstddef>
-#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -120,74 +116,64 @@ std::string uppercase(std::string_view text) {
 ImageRef stockIcon(const ScreenContext& context, const ObjectRef& extension, double side,
                    double scale) {
     const auto widget = std::dynamic_pointer_cast<WidgetExtension>(extension);
-    return widget == nullptr ? nullptr
-                             : context.stockImages.icon(widget->appIdentifier(), side, scale,
-                                                        IconMasking::masked);
+    return widget == nullptr
+               ? nullptr
+               : context.stockImages.icon(widget->value(), side, scale, IconMasking::masked);
 }
 
-class Builder {
+class Builder : ScreenBuilder {
   public:
-    Builder(const ScreenContext& context, platform::View& window, AskedImages& images)
-        : context_(context), window_(window), images_(images) {}
+    using ScreenBuilder::ScreenBuilder;
 
     void build() {
-        const Size screen = context_.bounds().size;
-        const bool isPad = context_.device.kind == DeviceKind::pad;
-        const std::size_t columns = isPad ? 2 : 1;
+        const bool pad = isPad();
+        const std::size_t columns = pad ? 2 : 1;
         const double cardWidth =
-            isPad ? std::min(kPadColumnWidth, (screen.width - 48) / 2) : screen.width - 2 * kMargin;
-        const double gap = isPad ? kPadColumnGap : kGap;
+            pad ? std::min(kPadColumnWidth, (size_.width - 48) / 2) : size_.width - 2 * kMargin;
+        const double gap = pad ? kPadColumnGap : kGap;
         const double width =
             cardWidth * static_cast<double>(columns) + gap * static_cast<double>(columns - 1);
-        const double left = snapToPixels((screen.width - width) / 2, context_.scale());
-        double top = statusBarHeight(context_.device) + (isPad ? 24 : 8);
+        const double left = snapToPixels((size_.width - width) / 2, context_.scale());
+        double top = statusBarHeight(context_.device) + (pad ? 24 : 8);
         addSearchField({{left, top}, {width, kSearchHeight}});
-        top += kSearchHeight + (isPad ? 20 : 12);
+        top += kSearchHeight + (pad ? 20 : 12);
         std::vector<double> y(columns, top);
         for (const Widget& widget : kWidgets) {
             const auto column = static_cast<std::size_t>(std::ranges::min_element(y) - y.begin());
             const double height =
                 kHeaderHeight +
                 (widget.body == Body::suggestions ? kSuggestionsHeight : kBodyHeight);
-            if (y[column] < screen.height) {
+            if (y[column] < size_.height) {
                 addCard(widget,
                         {{left + static_cast<double>(column) * (cardWidth + gap), y[column]},
                          {cardWidth, height}});
             }
             y[column] += height + gap;
         }
-        window_.addSubview(makeStatusBar(context_.device, context_.metrics));
+        window_.addSubview(makeStatusBar(context_.device));
     }
 
   private:
-    [[nodiscard]] ImageMessages ask() const { return {context_.runtime, context_.toolkit}; }
-
     void addSearchField(const Rect& frame) const {
         const ViewRef field = makeBox(frame, {1, 1, 1, 0.22}, 10);
-        images_.add(*field, {{9, 9}, {18, 18}}, ImagePlacement::fit, [builder = *this] {
-            return builder.context_.device.system.major < 13
-                       ? builder.ask().kitImageNamed("UISearchFieldIcon")
-                       : builder.context_.toolkit.tinted(
-                             builder.ask().systemImageNamed("magnifyingglass"), {1, 1, 1, 0.8});
-        });
-        field->addSubview(makeText("Search", textStyle(17, {1, 1, 1, 0.8}),
-                                   {{34, 0}, {frame.size.width - 44, frame.size.height}}));
+        addToolkitImage(*field, {{9, 9}, {18, 18}}, "UISearchFieldIcon", "magnifyingglass",
+                        {1, 1, 1, 0.8});
+        addText(*field, "Search", textStyle(17, {1, 1, 1, 0.8}),
+                {{34, 0}, {frame.size.width - 44, frame.size.height}});
         window_.addSubview(field);
     }
 
     void addCard(const Widget& widget, const Rect& frame) const {
-        const bool isPadOn12 =
-            context_.device.kind == DeviceKind::pad && context_.device.system.major < 13;
-        const auto card = std::make_shared<NamedView>("WGWidgetPlatterView", frame);
+        const bool isPadOn12 = isPad() && !isAtLeast13();
+        const auto card = addView(window_, "WGWidgetPlatterView", frame, kCardFill);
         card->desktopLayer()->appearance.cornerRadius =
             isPadOn12 ? kCardRadiusOfPadOn12 : kCardRadius;
         card->setClipsToBounds(true);
-        card->setBackgroundColor(kCardFill);
         const double width = frame.size.width;
         card->addSubview(makeBox({{0, 0}, {width, kHeaderHeight}}, kHeaderShade));
         addIcon(*card, widget);
-        card->addSubview(makeText(uppercase(widget.title), textStyle(13, kFaintText),
-                                  {{36, 0}, {width - 48, kHeaderHeight}}));
+        addText(*card, uppercase(widget.title), textStyle(13, kFaintText),
+                {{36, 0}, {width - 48, kHeaderHeight}});
         switch (widget.body) {
             case Body::event:
                 card->addSubview(
@@ -204,7 +190,6 @@ class Builder {
                 addSuggestions(*card, width);
                 break;
         }
-        window_.addSubview(card);
     }
 
     void addIcon(platform::View& card, const Widget& widget) const {
@@ -216,7 +201,7 @@ class Builder {
         const Rect slot{{kMargin, (kHeaderHeight - kWidgetIconSide) / 2},
                         {kWidgetIconSide, kWidgetIconSide}};
         desktop::Runtime& runtime = context_.runtime;
-        if (context_.device.system.major < 13) {
+        if (!isAtLeast13()) {
             images_.add(card, slot, ImagePlacement::fill, [&runtime, info, extension, identifier] {
                 return runtime.send<ImageRef, int, NullableString, ObjectRef>(
                     *info,
@@ -234,27 +219,24 @@ class Builder {
     }
 
     static void addLines(platform::View& card, const Widget& widget, double left, double width) {
-        card.addSubview(makeText(std::string(widget.first),
-                                 textStyle(17, kText, TextAlignment::left, FontWeight::medium),
-                                 {{left, kHeaderHeight + 14}, {width, 24}}));
-        card.addSubview(makeText(std::string(widget.second), textStyle(15, kFaintText),
-                                 {{left, kHeaderHeight + 38}, {width, 22}}));
+        addText(card, widget.first, textStyle(17, kText, TextAlignment::left, FontWeight::medium),
+                {{left, kHeaderHeight + 14}, {width, 24}});
+        addText(card, widget.second, textStyle(15, kFaintText),
+                {{left, kHeaderHeight + 38}, {width, 22}});
     }
 
     void addWeather(platform::View& card, const Widget& widget, double width) const {
         // The sign for a sky is white: it lies on a piece of sky.
         const ViewRef sky =
             makeBox({{14, kHeaderHeight + 14}, {46, 46}}, {0.33, 0.57, 0.82, 1}, 10);
-        images_.add(*sky, {{5, 5}, {36, 36}}, ImagePlacement::fit,
-                    [builder = *this, traits = std::make_shared<TraitCollection>(context_.device)] {
-                        return builder.ask().imageNamedInBundleCompatibleWithTraitCollection(
-                            "partly-cloudy-day", kWeatherBundle, traits);
-                    });
+        images_.add(*sky, {{5, 5}, {36, 36}}, ImagePlacement::fit, [builder = *this] {
+            return builder.ask_.imageNamedInBundleCompatibleWithTraitCollection(
+                "partly-cloudy-day", kWeatherBundle, builder.traits_);
+        });
         card.addSubview(sky);
         addLines(card, widget, 72, width - 72 - 84);
-        card.addSubview(makeText("21\u00B0",
-                                 textStyle(34, kText, TextAlignment::right, FontWeight::light),
-                                 {{width - 84, kHeaderHeight}, {70, kBodyHeight}}));
+        addText(card, "21\u00B0", textStyle(34, kText, TextAlignment::right, FontWeight::light),
+                {{width - 84, kHeaderHeight}, {70, kBodyHeight}});
     }
 
     void addSuggestions(platform::View& card, double width) const {
@@ -270,16 +252,11 @@ class Builder {
                             return runtime.sendToClass<ImageRef, NullableString>(
                                 "APWUtil", "iconForBundleIdentifier:", app);
                         });
-            card.addSubview(makeText(std::string(suggestion.name),
-                                     textStyle(12, kText, TextAlignment::center),
-                                     {{x, kHeaderHeight + 75}, {pitch, 18}}));
+            addText(card, suggestion.name, centered(12, kText),
+                    {{x, kHeaderHeight + 75}, {pitch, 18}});
             x += pitch;
         }
     }
-
-    const ScreenContext& context_;
-    platform::View& window_;
-    AskedImages& images_;
 };
 
 }  // namespace

@@ -4,18 +4,15 @@
 #include "platform/platform.h"
 #include "simulator/artwork/toolkit_artwork.h"
 #include "simulator/home_screen/live_icons.h"
+#include "simulator/screens/screen_builder.h"
 #include "simulator/toolkit/class_rows.h"
-#include "simulator/toolkit/image_messages.h"
-#include "simulator/toolkit/named_views.h"
 #include "simulator/toolkit/status_bar.h"
-#include "simulator/toolkit/view_kit.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -30,7 +27,6 @@ using platform::Color;
 using platform::ImageRef;
 using platform::NullableString;
 using platform::Rect;
-using platform::ViewRef;
 
 constexpr std::array kClasses{ClassRow{"WeatherImageLoader", "NSObject", Systems::only13}};
 
@@ -40,7 +36,6 @@ constexpr double kHourWidth = 60;
 constexpr double kHoursHeight = 106;
 constexpr double kLeastDayHeight = 34;
 constexpr double kMostDayHeight = 48;
-constexpr double kBarHeight = 44;
 constexpr double kMargin = 16;
 constexpr double kWidestList = 560;
 constexpr Color kWhite{1, 1, 1, 1};
@@ -115,15 +110,9 @@ std::string degrees(int temperature) {
     return std::to_string(temperature) + "\u00B0";
 }
 
-class Builder {
+class Builder : ScreenBuilder {
   public:
-    Builder(const ScreenContext& context, platform::View& window, AskedImages& images)
-        : context_(context),
-          window_(window),
-          images_(images),
-          ask_(context.runtime, context.toolkit),
-          traits_(std::make_shared<TraitCollection>(context.device)),
-          size_(context.bounds().size) {}
+    using ScreenBuilder::ScreenBuilder;
 
     void build() {
         const auto sky = std::make_shared<desktop::DesktopImageView>(context_.bounds());
@@ -133,12 +122,10 @@ class Builder {
         y = addToday(y);
         y = addHours(y);
         addDays(y, addBar());
-        window_.addSubview(makeStatusBar(context_.device, context_.metrics));
+        window_.addSubview(makeStatusBar(context_.device));
     }
 
   private:
-    [[nodiscard]] double hairline() const { return 1 / context_.scale(); }
-
     // The column of the texts: the whole of a phone's width.
     [[nodiscard]] double left() const { return (size_.width - columnWidth()) / 2 + kMargin; }
 
@@ -146,8 +133,8 @@ class Builder {
 
     [[nodiscard]] double columnWidth() const { return std::min(size_.width, kWidestList); }
 
-    void addText(const std::string& text, const TextStyle& style, const Rect& frame) const {
-        window_.addSubview(makeText(text, style, frame));
+    void addText(std::string_view text, const TextStyle& style, const Rect& frame) const {
+        ScreenBuilder::addText(window_, text, style, frame);
     }
 
     void addLine(double y) const {
@@ -155,7 +142,7 @@ class Builder {
     }
 
     [[nodiscard]] ImageRef sign(const std::string& condition) const {
-        if (context_.device.system.major < 13) {
+        if (!isAtLeast13()) {
             return ask_.imageNamedInBundleCompatibleWithTraitCollection(condition, kWeatherBundle,
                                                                         traits_);
         }
@@ -174,8 +161,7 @@ class Builder {
 
     double addNow(double top) const {
         double y = top + (size_.height > 700 ? 20 : 8);
-        addText("Seeheim", textStyle(34, kWhite, TextAlignment::center),
-                {{0, y}, {size_.width, 42}});
+        addText("Seeheim", centered(34, kWhite), {{0, y}, {size_.width, 42}});
         y += 42;
         const std::string condition = "Partly Cloudy";
         const TextStyle text = textStyle(17, kWhite);
@@ -205,9 +191,9 @@ class Builder {
     }
 
     void addTemperatures(int highest, int lowest, double y, double height) const {
-        addText(std::to_string(highest), textStyle(18, kWhite, TextAlignment::right),
+        addText(std::to_string(highest), rightAligned(18, kWhite),
                 {{right() - 90, y}, {40, height}});
-        addText(std::to_string(lowest), textStyle(18, kFaint, TextAlignment::right),
+        addText(std::to_string(lowest), rightAligned(18, kFaint),
                 {{right() - 40, y}, {40, height}});
     }
 
@@ -224,26 +210,19 @@ class Builder {
     }
 
     double addHours(double top) const {
-        const auto strip = std::make_shared<NamedView>("UIScrollView",
-                                                       Rect{{0, top}, {size_.width, kHoursHeight}});
+        const auto strip =
+            addView(window_, "UIScrollView", {{0, top}, {size_.width, kHoursHeight}});
         strip->setClipsToBounds(true);
-        window_.addSubview(strip);
         // A pad's strip begins where the list does.
         double x = left() - kMargin + 4;
         for (std::size_t i = 0; i < kHours.size() && x < size_.width; ++i, x += kHourWidth) {
-            const bool isNow = i == 0;
-            strip->addSubview(
-                makeText(hourText(i),
-                         textStyle(15, kWhite, TextAlignment::center,
-                                   isNow ? FontWeight::semibold : FontWeight::regular),
-                         {{x, 10}, {kHourWidth, 20}}));
+            const FontWeight weight = i == 0 ? FontWeight::semibold : FontWeight::regular;
+            ScreenBuilder::addText(*strip, hourText(i), centered(15, kWhite, weight),
+                                   {{x, 10}, {kHourWidth, 20}});
             addSign(*strip, kHours.at(i).condition,
                     {{x + (kHourWidth - kSignSide) / 2, 37}, {kSignSide, kSignSide}});
-            strip->addSubview(
-                makeText(degrees(kHours.at(i).temperature),
-                         textStyle(17, kWhite, TextAlignment::center,
-                                   isNow ? FontWeight::semibold : FontWeight::regular),
-                         {{x + 3, 74}, {kHourWidth, 22}}));
+            ScreenBuilder::addText(*strip, degrees(kHours.at(i).temperature),
+                                   centered(17, kWhite, weight), {{x + 3, 74}, {kHourWidth, 22}});
         }
         addLine(top);
         addLine(top + kHoursHeight);
@@ -285,13 +264,6 @@ class Builder {
         }
         return top;
     }
-
-    const ScreenContext& context_;
-    platform::View& window_;
-    AskedImages& images_;
-    ImageMessages ask_;
-    platform::ObjectRef traits_;
-    platform::Size size_;
 };
 
 }  // namespace

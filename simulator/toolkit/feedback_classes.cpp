@@ -75,7 +75,7 @@ bool playFeedbackEvent(Runtime& runtime, std::uint64_t feedbackEventType,
         return false;
     }
     const auto* const own = dynamic_cast<const SystemSound*>(sound.get());
-    tell(plays, own == nullptr ? feedbackEventType : own->feedbackEventType());
+    tell(plays, own == nullptr ? feedbackEventType : own->value());
     return true;
 }
 

@@ -8,11 +8,11 @@
 #include "desktop/runtime/runtime.h"
 #include "platform/springboard.h"
 #include "platform/uikit.h"
+#include "simulator/toolkit/class_names.h"
 
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <string>
 
 namespace velmoranth::simulator {
 
@@ -36,17 +36,8 @@ void registerFeedbackClasses(desktop::Runtime& runtime, PlaysSystemSound plays,
 [[nodiscard]] std::shared_ptr<platform::UIFeedback> makeFeedback(desktop::Runtime& runtime,
                                                                  std::uint32_t systemSoundID);
 
-class SystemSound final : public platform::SBUISound {
-  public:
-    explicit SystemSound(std::uint64_t feedbackEventType) : feedbackEventType_(feedbackEventType) {}
-
-    [[nodiscard]] std::string className() const override { return "SBUISound"; }
-
-    [[nodiscard]] std::uint64_t feedbackEventType() const { return feedbackEventType_; }
-
-  private:
-    std::uint64_t feedbackEventType_;
-};
+// The event that it goes with.
+using SystemSound = ObjectWith<"SBUISound", std::uint64_t, platform::SBUISound>;
 
 // What the home screen does on such an event: sends soundWithFeedbackEventType: to SBUISound, and
 // plays the sound that it is given, if any. Whether it was given one; `plays` may be empty.

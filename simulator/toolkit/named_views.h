@@ -2,11 +2,16 @@
 #pragma once
 
 #include "desktop/views/views.h"
+#include "simulator/toolkit/class_names.h"
 
 #include <string>
 #include <string_view>
 
 namespace velmoranth::simulator {
+
+// A view whose class is a part of its type.
+template <ClassName Name, class Base>
+using NamedAs = Named<Name, desktop::ViewImplementation<Base>>;
 
 // `Base` is the view class of the platform's interface that replacements of the class receive.
 template <class Base>

@@ -1,14 +1,13 @@
-// The status bar: the clock, signal and battery, white.
+// The status bar: the clock, signal and battery.
 #pragma once
 
 #include "platform/uikit.h"
 #include "simulator/device.h"
-#include "simulator/home_screen/home_screen_layout.h"
 
 namespace velmoranth::simulator {
 
-// A view over the top of the screen.
+// A view over the top of the screen: white over a wallpaper, black over an app's light bar.
 [[nodiscard]] platform::ViewRef makeStatusBar(const DeviceConfiguration& device,
-                                              const HomeScreenMetrics& metrics);
+                                              const platform::Color& color = platform::kWhiteColor);
 
 }  // namespace velmoranth::simulator

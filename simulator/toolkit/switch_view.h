@@ -4,21 +4,18 @@
 
 #include "desktop/views/views.h"
 #include "platform/uikit.h"
+#include "simulator/toolkit/named_views.h"
 #include "simulator/toolkit/toolkit_images.h"
 
 #include <memory>
-#include <string>
 
 namespace velmoranth::simulator {
 
 // UISwitchModernVisualElement.
 class SwitchVisualElement final
-    : public desktop::ViewImplementation<platform::UISwitchModernVisualElement> {
+    : public NamedAs<"UISwitchModernVisualElement", platform::UISwitchModernVisualElement> {
   public:
     SwitchVisualElement(bool isOn, const platform::ImageRef& track);
-
-    [[nodiscard]] std::string className() const override { return "UISwitchModernVisualElement"; }
-
     // At its own size, its middle in the middle of the knob's place, to the pixel of a screen of
     // that scale. Nil shows none.
     void placeKnob(const platform::ImageRef& knob, double scale);

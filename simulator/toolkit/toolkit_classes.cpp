@@ -165,7 +165,7 @@ void addCatalogMethods(const ScreenContext& context) {
                                 glyph.contents(), flipped);
              })
         .addVariable("_catalog", &VectorGlyph::catalog);
-    ClassMethods(context.runtime, "CUICatalog").addVariable("_bundle", &Catalog::bundle);
+    ClassMethods(context.runtime, "CUICatalog").addVariable("_bundle", &Catalog::value);
 }
 
 void addContentMethods(const ScreenContext& context) {
@@ -177,8 +177,7 @@ void addContentMethods(const ScreenContext& context) {
             return glyph == nullptr ? content.bitmap()
                                     : runtime.send<BitmapImageRef>(*glyph, "image");
         });
-    ClassMethods(runtime, "UIImageAsset")
-        .addVariable("_containingBundle", &ImageAsset::containingBundle);
+    ClassMethods(runtime, "UIImageAsset").addVariable("_containingBundle", &ImageAsset::value);
     ClassMethods(runtime, "NSBundle").add("bundleIdentifier", &platform::Bundle::bundleIdentifier);
 }
 

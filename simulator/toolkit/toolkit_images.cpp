@@ -9,7 +9,6 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <span>
 
 namespace velmoranth::simulator {
 namespace {

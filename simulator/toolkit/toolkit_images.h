@@ -11,7 +11,6 @@
 #include "simulator/toolkit/device_bundles.h"
 #include "simulator/toolkit/toolkit_objects.h"
 
-#include <cstddef>
 #include <map>
 #include <memory>
 #include <mutex>

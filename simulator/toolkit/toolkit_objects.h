@@ -6,6 +6,7 @@
 #include "desktop/imaging/image.h"
 #include "platform/uikit.h"
 #include "simulator/device.h"
+#include "simulator/toolkit/class_names.h"
 
 #include <functional>
 #include <memory>
@@ -15,12 +16,10 @@
 namespace velmoranth::simulator {
 
 // NSBundle. Without an identifier it is a folder that only looks like a bundle.
-class LoadedBundle final : public platform::Bundle {
+class LoadedBundle final : public Named<"NSBundle", platform::Bundle> {
   public:
     LoadedBundle(platform::NullableString identifier, std::string path)
         : identifier_(std::move(identifier)), path_(std::move(path)) {}
-
-    [[nodiscard]] std::string className() const override { return "NSBundle"; }
 
     // "NSBundle </path> (loaded)".
     [[nodiscard]] std::string description() const override;
@@ -32,32 +31,11 @@ class LoadedBundle final : public platform::Bundle {
     std::string path_;
 };
 
-// UIImageAsset: what an image of a catalog belongs to.
-class ImageAsset final : public platform::Object {
-  public:
-    explicit ImageAsset(platform::BundleRef containingBundle)
-        : containingBundle_(std::move(containingBundle)) {}
+// UIImageAsset: the bundle that an image of a catalog belongs to.
+using ImageAsset = ObjectWith<"UIImageAsset", platform::BundleRef>;
 
-    [[nodiscard]] std::string className() const override { return "UIImageAsset"; }
-
-    [[nodiscard]] const platform::BundleRef& containingBundle() const { return containingBundle_; }
-
-  private:
-    platform::BundleRef containingBundle_;
-};
-
-// CUICatalog.
-class Catalog final : public platform::Object {
-  public:
-    explicit Catalog(platform::BundleRef bundle) : bundle_(std::move(bundle)) {}
-
-    [[nodiscard]] std::string className() const override { return "CUICatalog"; }
-
-    [[nodiscard]] const platform::BundleRef& bundle() const { return bundle_; }
-
-  private:
-    platform::BundleRef bundle_;
-};
+// Its bundle.
+using Catalog = ObjectWith<"CUICatalog", platform::BundleRef>;
 
 // What a catalog has under a name: the drawn picture at `scale` pixels per point, nil when it
 // cannot be drawn.
@@ -69,13 +47,11 @@ struct CatalogContents {
 };
 
 // CUINamedVectorGlyph, at one size. Lives in a shared pointer.
-class VectorGlyph final : public platform::CUINamedVectorGlyph,
+class VectorGlyph final : public Named<"CUINamedVectorGlyph", platform::CUINamedVectorGlyph>,
                           public std::enable_shared_from_this<VectorGlyph> {
   public:
     VectorGlyph(CatalogContents contents, std::shared_ptr<Catalog> catalog)
         : contents_(std::move(contents)), catalog_(std::move(catalog)) {}
-
-    [[nodiscard]] std::string className() const override { return "CUINamedVectorGlyph"; }
 
     [[nodiscard]] platform::NullableString name() const override { return contents_.name; }
 
@@ -89,11 +65,9 @@ class VectorGlyph final : public platform::CUINamedVectorGlyph,
 };
 
 // CUINamedImage.
-class NamedImage final : public platform::CUINamedImage {
+class NamedImage final : public Named<"CUINamedImage", platform::CUINamedImage> {
   public:
     explicit NamedImage(CatalogContents contents) : contents_(std::move(contents)) {}
-
-    [[nodiscard]] std::string className() const override { return "CUINamedImage"; }
 
     [[nodiscard]] platform::NullableString name() const override { return contents_.name; }
 
@@ -114,13 +88,11 @@ class NamedImage final : public platform::CUINamedImage {
 };
 
 // _UIImageContent: of a glyph, or of a bitmap.
-class ImageContent final : public platform::UIImageContent {
+class ImageContent final : public Named<"_UIImageContent", platform::UIImageContent> {
   public:
     explicit ImageContent(platform::CUINamedVectorGlyphRef glyph) : glyph_(std::move(glyph)) {}
 
     explicit ImageContent(platform::BitmapImageRef bitmap) : bitmap_(std::move(bitmap)) {}
-
-    [[nodiscard]] std::string className() const override { return "_UIImageContent"; }
 
     [[nodiscard]] platform::CUINamedVectorGlyphRef vectorGlyph() const override { return glyph_; }
 
@@ -140,11 +112,9 @@ class TemplateImage final : public desktop::DesktopImage {
 };
 
 // UITraitCollection of the device's screen.
-class TraitCollection final : public platform::Object {
+class TraitCollection final : public Named<"UITraitCollection"> {
   public:
     explicit TraitCollection(const DeviceConfiguration& device) : device_(device) {}
-
-    [[nodiscard]] std::string className() const override { return "UITraitCollection"; }
 
     [[nodiscard]] std::string description() const override;
 
@@ -158,11 +128,9 @@ inline constexpr double kGlyphSide = 20;
 inline constexpr double kGlyphSidePerPointSize = 1.2;
 
 // UIImageSymbolConfiguration, which came with iOS 13: the size of type that a glyph goes with.
-class SymbolConfiguration final : public platform::Object {
+class SymbolConfiguration final : public Named<"UIImageSymbolConfiguration"> {
   public:
     explicit SymbolConfiguration(double pointSize) : pointSize_(pointSize) {}
-
-    [[nodiscard]] std::string className() const override { return "UIImageSymbolConfiguration"; }
 
     [[nodiscard]] std::string description() const override;
 

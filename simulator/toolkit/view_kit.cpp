@@ -2,7 +2,6 @@
 
 #include "desktop/views/views.h"
 #include "simulator/home_screen/home_screen_layout.h"
-#include "simulator/toolkit/status_bar.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -30,22 +29,6 @@ const HomeScreenMetrics& metricsOf(const DeviceConfiguration& device) {
     return homeScreenMetrics(device.kind, device.screen);
 }
 
-// The home screen's bar is white.
-void blacken(const ViewRef& view) {
-    if (auto* const node = desktop::ViewNode::of(view)) {
-        const double alpha = node->backgroundColor().alpha;
-        if (alpha > 0) {
-            view->setBackgroundColor({0, 0, 0, alpha});
-        }
-    }
-    if (const auto label = std::dynamic_pointer_cast<desktop::DesktopLabel>(view)) {
-        label->setTextColor(platform::kBlackColor);
-    }
-    for (const ViewRef& subview : view->subviews()) {
-        blacken(subview);
-    }
-}
-
 }  // namespace
 
 const AppColors& appColors(const SystemVersion& system) {
@@ -64,8 +47,16 @@ desktop::TextStyle textStyle(double size, const platform::Color& color,
     return {.weight = weight, .size = size, .color = color, .alignment = alignment};
 }
 
-ViewRef makeText(const std::string& text, const desktop::TextStyle& style, const Rect& frame) {
-    auto label = std::make_shared<desktop::DesktopLabel>(text, style);
+desktop::TextStyle centered(double size, const Color& color, desktop::FontWeight weight) {
+    return textStyle(size, color, desktop::TextAlignment::center, weight);
+}
+
+desktop::TextStyle rightAligned(double size, const Color& color) {
+    return textStyle(size, color, desktop::TextAlignment::right);
+}
+
+ViewRef makeText(std::string_view text, const desktop::TextStyle& style, const Rect& frame) {
+    auto label = std::make_shared<desktop::DesktopLabel>(std::string(text), style);
     label->setFrame(frame);
     return label;
 }
@@ -87,12 +78,6 @@ ViewRef makeImage(const platform::ImageRef& image, const Rect& slot, double scal
         std::make_shared<desktop::DesktopImageView>(placeInSlot(image->size(), slot, scale));
     view->setImage(image);
     return view;
-}
-
-ViewRef makeDarkStatusBar(const DeviceConfiguration& device) {
-    ViewRef bar = makeStatusBar(device, metricsOf(device));
-    blacken(bar);
-    return bar;
 }
 
 double bottomInset(const DeviceConfiguration& device) {

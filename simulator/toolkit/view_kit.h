@@ -6,8 +6,6 @@
 #include "platform/uikit.h"
 #include "simulator/device.h"
 
-#include <memory>
-#include <string>
 #include <string_view>
 
 namespace velmoranth::simulator {
@@ -34,8 +32,13 @@ struct AppColors {
     desktop::TextAlignment alignment = desktop::TextAlignment::left,
     desktop::FontWeight weight = desktop::FontWeight::regular);
 
+[[nodiscard]] desktop::TextStyle centered(
+    double size, const platform::Color& color,
+    desktop::FontWeight weight = desktop::FontWeight::regular);
+[[nodiscard]] desktop::TextStyle rightAligned(double size, const platform::Color& color);
+
 // One line, cut off with "…" where it does not fit.
-[[nodiscard]] platform::ViewRef makeText(const std::string& text, const desktop::TextStyle& style,
+[[nodiscard]] platform::ViewRef makeText(std::string_view text, const desktop::TextStyle& style,
                                          const platform::Rect& frame);
 
 // Where an image view goes: at its own size in the middle of the slot, on whole pixels; smaller,
@@ -46,9 +49,6 @@ struct AppColors {
 // An image view in the slot; nil for nil, which addSubview passes over.
 [[nodiscard]] platform::ViewRef makeImage(const platform::ImageRef& image,
                                           const platform::Rect& slot, double scale);
-
-// The status bar in black, as it lies over an app's light bar.
-[[nodiscard]] platform::ViewRef makeDarkStatusBar(const DeviceConfiguration& device);
 
 // Points at the screen's bottom that belong to no control: on a screen without a home button.
 [[nodiscard]] double bottomInset(const DeviceConfiguration& device);

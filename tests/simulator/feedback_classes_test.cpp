@@ -77,7 +77,7 @@ TEST_F(FeedbackClasses, TheHomeScreenPlaysTheSoundThatItIsGiven) {
         "SBUISound", "soundWithFeedbackEventType:", kLarge);
     ASSERT_NE(sound, nullptr);
     EXPECT_EQ(sound->className(), "SBUISound");
-    EXPECT_EQ(static_cast<const SystemSound&>(*sound).feedbackEventType(), kLarge);
+    EXPECT_EQ(static_cast<const SystemSound&>(*sound).value(), kLarge);
     EXPECT_EQ(played, std::vector<std::uint64_t>{});
     EXPECT_TRUE(playFeedbackEvent(runtime, kLarge, plays));
     EXPECT_EQ(played, std::vector<std::uint64_t>{kLarge});
