@@ -34,13 +34,7 @@ struct Argument<std::vector<std::string>> {
     // None for what is no array.
     static std::vector<std::string> fromNative(id array) {
         std::vector<std::string> texts;
-        if ([array isKindOfClass:[NSArray class]]) {
-            const NSUInteger count = [static_cast<NSArray*>(array) count];
-            texts.reserve(count);
-            for (NSUInteger i = 0; i < count; ++i) {
-                texts.push_back(descriptionOf([static_cast<NSArray*>(array) objectAtIndex:i]));
-            }
-        }
+        forEach(array, [&texts](id element) { texts.push_back(descriptionOf(element)); });
         return texts;
     }
 };

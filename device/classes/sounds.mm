@@ -20,17 +20,6 @@ using Engine = velmoranth::sounds::Sounds;
   @private
     EngineObject<Engine>* engine_;
 }
-- (void)initClass:(id)object;
-- (void)PlayButtonClick:(id)sender;
-- (void)PlaySlide:(id)sender;
-- (void)PlaySlideWithClick:(id)sender;
-- (void)PlayError:(id)sender;
-- (void)PlayReboot:(id)sender;
-- (void)PlaySuccess:(id)sender;
-- (void)PlayOn:(id)sender;
-- (void)PlayOff:(id)sender;
-- (AVAudioPlayer*)soundToPlay;
-- (void)setSoundToPlay:(AVAudioPlayer*)player;
 @end
 
 @implementation Sounds

@@ -33,58 +33,6 @@ using Engine = velmoranth::core::VelMoranth;
   @private
     EngineObject<Engine>* engine_;
 }
-+ (VelMoranth*)sharedIconManager;
-- (void)initClass:(id)object;
-
-- (AVAudioSession*)audiosession;
-- (void)setAudiosession:(AVAudioSession*)session;
-- (AVAudioPlayer*)soundToPlay;
-- (void)setSoundToPlay:(AVAudioPlayer*)player;
-- (void)playUISound:(long long)systemSoundID;
-- (void)playsystemSound:(unsigned long long)feedbackEventType;
-
-+ (NSString*)selectedTheme;
-+ (NSString*)currentThemePlist;
-+ (BOOL)userChangedThemes;
-+ (NSString*)DetectUserDevice;
-
-+ (UIImage*)searchforIconInIconBundlesWithLeafIdentifier:(NSString*)leafIdentifier
-                                                  forImg:(UIImage*)image;
-+ (UIImage*)deviceUIImageNamed:(NSString*)name
-                    fromBundle:(NSString*)bundleIdentifier
-               originalUIImage:(UIImage*)original;
-+ (UIImage*)deviceUIImageNamed:(NSString*)name originalUIImage:(UIImage*)original;
-+ (UIImage*)searchFolder:(NSString*)folder forImageStr:(NSString*)imageString;
-+ (UIImage*)searchFolders:(NSArray*)folders forImageString:(NSString*)imageString;
-+ (BOOL)hasSearchForImageNamedOrBundle:(NSString*)name forImg:(UIImage*)image;
-
-+ (UIImage*)iconMask;
-+ (void)clearIconMask;
-+ (UIImage*)maskImage:(UIImage*)image withMask:(UIImage*)mask;
-+ (UIImage*)iconOverlay;
-+ (void)clearIconOverlay;
-+ (UIImage*)redrawIconWithOverlay:(UIImage*)icon;
-+ (UIImageView*)addShadowToIcon;
-+ (void)clearShadowImg;
-+ (UIImage*)reflectedImage:(UIView*)view withHeight:(NSUInteger)height;
-+ (UIImage*)imageWithImage:(UIImage*)image scaledToSize:(CGSize)size;
-+ (void)removeAllOverlaysfrom:(UIView*)view;
-+ (void)removeAllShadowsfrom:(UIView*)view;
-+ (void)removeFolderfrom:(UIView*)view;
-+ (void)removeReflectedIconsfrom:(UIView*)view;
-
-+ (UIImageView*)FolderImage;
-+ (UIImageView*)badgeImage;
-+ (UIImage*)pageDots:(BOOL)isCurrent;
-+ (UIImage*)spotlightPageDot;
-+ (UIImageView*)SBDockImgWithFrame:(CGRect)frame;
-+ (UIColor*)colorWithHexString:(NSString*)string;
-
-+ (void)VelmoranthImageDump:(UIImage*)image named:(NSString*)name inBundle:(NSString*)bundle;
-+ (NSString*)contentTypeForImageData:(NSData*)data;
-+ (UIImage*)imageFromBundlePath:(NSString*)path
-                        extract:(BOOL)extract
-                 extractionPath:(NSString*)extractionPath;
 @end
 
 namespace {

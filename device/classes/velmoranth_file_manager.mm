@@ -16,14 +16,6 @@ using Engine = velmoranth::filemanager::VelmoranthFileManager;
   @private
     EngineObject<Engine>* engine_;
 }
-+ (VelmoranthFileManager*)sharedFileManager;
-+ (void)NoUserSettingCreateThemeNow;
-+ (BOOL)overwriteFontFilesInDir:(NSString*)destination fromTheme:(NSString*)source;
-+ (BOOL)saveCurrentSettinginFolderWithName:(NSString*)name;
-+ (BOOL)renameFileFrom:(NSString*)oldPath to:(NSString*)newPath;
-+ (BOOL)deleteFileFromDevice:(NSString*)path fromDir:(NSString*)folder;
-+ (void)ShowSuccesView:(NSString*)imagePath;
-+ (void)finshedSelfAlert;
 @end
 
 namespace {

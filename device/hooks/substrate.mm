@@ -38,8 +38,7 @@ class MobileSubstrate final : public platform::Substrate {
 }  // namespace
 
 platform::Substrate& substrate() {
-    static MobileSubstrate instance;
-    return instance;
+    return theOne<MobileSubstrate>();
 }
 
 }  // namespace velmoranth::device

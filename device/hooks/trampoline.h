@@ -43,7 +43,7 @@ class ReceiverHandle {
 
   private:
     union {
-        typename HandleFor<Receiver>::Type handle_;
+        HandleFor<Receiver> handle_;
     };
 };
 
@@ -176,53 +176,45 @@ struct TypedTrampoline<Row, R(Receiver&, Args...)> {
     // The platform's implementation; filled by the installation.
     static inline IMP slot = nullptr;
 
-    static R callOriginal(const void* call, Receiver& self, const Args&... args) {
-        return callOriginal(*static_cast<const Call*>(call), self,
-                            std::index_sequence_for<Args...>(), args...);
-    }
-
-    // The result is not made into a handle.
-    static bool originalGivesObject(const void* call, Receiver& self, const Args&... args) {
-        return originalGivesObject(*static_cast<const Call*>(call), self,
-                                   std::index_sequence_for<Args...>(), args...);
-    }
-
-    template <std::size_t... I>
-    static bool originalGivesObject(const Call& call, Receiver& self,
-                                    std::index_sequence<I...> /*places*/, const Args&... args) {
-        const auto function = functionOf<Function>(slot);
-        return function != nullptr &&
-               function(receiverOf(call, self), call.selector,
-                        Argument<Args>::toNative(args, std::get<I>(call.given))...) != nullptr;
-    }
-
-    static id receiverOf(const Call& call, const Receiver& self) {
-        return &self == call.receiver ? call.self : static_cast<id>(self.native());
-    }
-
-    template <std::size_t... I>
-    static R callOriginal(const Call& call, Receiver& self, std::index_sequence<I...> /*places*/,
-                          const Args&... args) {
+    static R callOriginal(const void* opaque, Receiver& self, const Args&... args) {
+        const Call& call = *static_cast<const Call*>(opaque);
         const auto function = functionOf<Function>(slot);
         if (function == nullptr) {
             return R();
         }
         const id receiver = receiverOf(call, self);
         if constexpr (std::is_void_v<R>) {
-            function(receiver, call.selector,
-                     Argument<Args>::toNative(args, std::get<I>(call.given))...);
+            send(function, call, receiver, args...);
         } else if constexpr (kIsInitializer) {
             // The platform's takes a reference to the receiver each time, and gives one.
             ReferenceToGive reference(receiver);
-            const id result = function(receiver, call.selector,
-                                       Argument<Args>::toNative(args, std::get<I>(call.given))...);
+            const id result = send(function, call, receiver, args...);
             reference.given();
             return wrap<typename R::element_type>(result, Hold::adopt);
         } else {
-            return call.result.of(
-                function(receiver, call.selector,
-                         Argument<Args>::toNative(args, std::get<I>(call.given))...));
+            return call.result.of(send(function, call, receiver, args...));
         }
+    }
+
+    // The result is not made into a handle.
+    static bool originalGivesObject(const void* opaque, Receiver& self, const Args&... args) {
+        const Call& call = *static_cast<const Call*>(opaque);
+        const auto function = functionOf<Function>(slot);
+        return function != nullptr &&
+               send(function, call, receiverOf(call, self), args...) != nullptr;
+    }
+
+    static NativeResult send(Function function, const Call& call, id receiver,
+                             const Args&... args) {
+        return std::apply(
+            [&](const Native<Args>&... given) {
+                return function(receiver, call.selector, Argument<Args>::toNative(args, given)...);
+            },
+            call.given);
+    }
+
+    static id receiverOf(const Call& call, const Receiver& self) {
+        return &self == call.receiver ? call.self : static_cast<id>(self.native());
     }
 
     // Only for a result that may be dropped: an initialiser's has to be released.

@@ -3,7 +3,6 @@
 #include "device/platform/av_foundation_handles.h"
 #include "device/platform/services.h"
 #import <AVFoundation/AVFoundation.h>
-#include <objc/runtime.h>
 
 #include <memory>
 #include <mutex>
@@ -14,14 +13,6 @@ namespace {
 
 constexpr const char* kPlayers = "AVAudioPlayer";
 
-AVAudioSession* sessionOf(const AudioSessionHandle& handle) {
-    return static_cast<AVAudioSession*>(handle.object());
-}
-
-AVAudioPlayer* playerOf(const AudioPlayerHandle& handle) {
-    return static_cast<AVAudioPlayer*>(handle.object());
-}
-
 void loadFramework() {
     @autoreleasepool {
         [[NSBundle bundleWithPath:@"/System/Library/Frameworks/AVFoundation.framework"] load];
@@ -31,13 +22,13 @@ void loadFramework() {
 // A system's own sound that a theme replaces is not played, so the theme's has to be, in a process
 // that plays no other sound too. Nil where the framework cannot be loaded.
 Class audioClass(const char* name) {
-    const Class present = static_cast<Class>(objc_getClass(name));
+    const Class present = classNamed(name);
     if (present != Nil) {
         return present;
     }
     static std::once_flag loading;
     std::call_once(loading, loadFramework);
-    return static_cast<Class>(objc_getClass(name));
+    return classNamed(name);
 }
 
 // The session of a process without AVFoundation.
@@ -66,9 +57,7 @@ class PhoneAudio final : public platform::Audio {
         if (players == Nil) {
             return nullptr;
         }
-        // By name, which takes no knowing which of the phone's libraries has the class.
-        const Class urls = static_cast<Class>(objc_getClass("NSURL"));
-        NSURL* const url = [urls fileURLWithPath:stringOf(std::string_view(path))];
+        NSURL* const url = [classNamed("NSURL") fileURLWithPath:stringOf(std::string_view(path))];
         return wrap<platform::AudioPlayer>(
             [[players alloc] initWithContentsOfURL:url error:nullptr], Hold::adopt);
     }
@@ -88,33 +77,32 @@ class PhoneAudio final : public platform::Audio {
 }  // namespace
 
 // The platform's constants have their names as values.
-bool AudioSessionHandle::setCategory(const std::string& category) {
-    return [sessionOf(*this) setCategory:stringOf(std::string_view(category)) error:nullptr] != 0;
+bool HandleFor<platform::AudioSession>::setCategory(const std::string& category) {
+    return [object() setCategory:stringOf(std::string_view(category)) error:nullptr] != 0;
 }
 
-bool AudioSessionHandle::setActive(bool active) {
-    return [sessionOf(*this) setActive:active error:nullptr] != 0;
+bool HandleFor<platform::AudioSession>::setActive(bool active) {
+    return [object() setActive:active error:nullptr] != 0;
 }
 
-void AudioPlayerHandle::setVolume(float volume) {
-    [playerOf(*this) setVolume:volume];
+void HandleFor<platform::AudioPlayer>::setVolume(float volume) {
+    [object() setVolume:volume];
 }
 
-void AudioPlayerHandle::setDelegate(platform::Object& delegate) {
-    [playerOf(*this) setDelegate:nativeOf(delegate)];
+void HandleFor<platform::AudioPlayer>::setDelegate(platform::Object& delegate) {
+    [object() setDelegate:nativeOf(delegate)];
 }
 
-bool AudioPlayerHandle::prepareToPlay() {
-    return [playerOf(*this) prepareToPlay] != 0;
+bool HandleFor<platform::AudioPlayer>::prepareToPlay() {
+    return [object() prepareToPlay] != 0;
 }
 
-bool AudioPlayerHandle::play() {
-    return [playerOf(*this) play] != 0;
+bool HandleFor<platform::AudioPlayer>::play() {
+    return [object() play] != 0;
 }
 
 platform::Audio& audio() {
-    static PhoneAudio instance;
-    return instance;
+    return theOne<PhoneAudio>();
 }
 
 }  // namespace velmoranth::device

@@ -7,36 +7,29 @@
 
 #include <string>
 
+@class AVAudioPlayer;
+@class AVAudioSession;
+
 namespace velmoranth::device {
 
 // AVAudioSession.
-class AudioSessionHandle final : public Handle<platform::AudioSession> {
-  public:
+template <>
+struct HandleFor<platform::AudioSession> final : Handle<platform::AudioSession, AVAudioSession> {
     using Handle::Handle;
 
     bool setCategory(const std::string& category) override;
     bool setActive(bool active) override;
 };
 
-template <>
-struct HandleFor<platform::AudioSession> {
-    using Type = AudioSessionHandle;
-};
-
 // AVAudioPlayer.
-class AudioPlayerHandle final : public Handle<platform::AudioPlayer> {
-  public:
+template <>
+struct HandleFor<platform::AudioPlayer> final : Handle<platform::AudioPlayer, AVAudioPlayer> {
     using Handle::Handle;
 
     void setVolume(float volume) override;
     void setDelegate(platform::Object& delegate) override;
     bool prepareToPlay() override;
     bool play() override;
-};
-
-template <>
-struct HandleFor<platform::AudioPlayer> {
-    using Type = AudioPlayerHandle;
 };
 
 }  // namespace velmoranth::device

@@ -106,13 +106,11 @@ class NativeCoreFoundation final : public platform::CoreFoundation {
 }  // namespace
 
 platform::DarwinNotificationCenter& darwinNotificationCenter() {
-    static DarwinNotifyCenter instance;
-    return instance;
+    return theOne<DarwinNotifyCenter>();
 }
 
 platform::CoreFoundation& coreFoundation() {
-    static NativeCoreFoundation instance;
-    return instance;
+    return theOne<NativeCoreFoundation>();
 }
 
 }  // namespace velmoranth::device

@@ -18,10 +18,6 @@ Native nativePart(const std::shared_ptr<Interface>& object) {
     return object == nullptr ? nullptr : static_cast<Native>(object->native());
 }
 
-CGImageRef imageOf(const BitmapImageHandle& handle) {
-    return static_cast<CGImageRef>(handle.native());
-}
-
 ColorSpace colorSpaceOf(CGImageRef image) {
     const CGColorSpaceRef space = CGImageGetColorSpace(image);
     const CGColorSpaceModel model =
@@ -162,13 +158,13 @@ class DeviceCoreGraphics final : public platform::CoreGraphics {
 
 }  // namespace
 
-const BitmapLayout& BitmapImageHandle::layout() const {
-    std::call_once(layoutIsRead_, [this] { layout_ = layoutOf(imageOf(*this)); });
+const BitmapLayout& HandleFor<platform::BitmapImage>::layout() const {
+    std::call_once(layoutIsRead_, [this] { layout_ = layoutOf(object()); });
     return layout_;
 }
 
-DataProviderRef BitmapImageHandle::dataProvider() const {
-    const CGDataProviderRef provider = CGImageGetDataProvider(imageOf(*this));
+DataProviderRef HandleFor<platform::BitmapImage>::dataProvider() const {
+    const CGDataProviderRef provider = CGImageGetDataProvider(object());
     std::size_t size = 0;
     if (provider == nullptr ||
         __builtin_mul_overflow(layout().bytesPerRow, layout().height, &size) ||
@@ -191,28 +187,27 @@ DataProviderRef BitmapImageHandle::dataProvider() const {
     return copy;
 }
 
-bool BitmapImageHandle::isMask() const {
-    return CGImageIsMask(imageOf(*this));
+bool HandleFor<platform::BitmapImage>::isMask() const {
+    return CGImageIsMask(object());
 }
 
-void GraphicsContextHandle::translateCTM(double x, double y) {
-    CGContextTranslateCTM(static_cast<CGContextRef>(native()), x, y);
+void HandleFor<platform::GraphicsContext>::translateCTM(double x, double y) {
+    CGContextTranslateCTM(object(), x, y);
 }
 
-void GraphicsContextHandle::drawLinearGradient(const platform::GradientRef& gradient,
-                                               platform::Point start, platform::Point end,
-                                               std::uint32_t options) {
+void HandleFor<platform::GraphicsContext>::drawLinearGradient(const platform::GradientRef& gradient,
+                                                              platform::Point start,
+                                                              platform::Point end,
+                                                              std::uint32_t options) {
     if (gradient == nullptr) {
         return;
     }
-    CGContextDrawLinearGradient(static_cast<CGContextRef>(native()),
-                                nativePart<CGGradientRef>(gradient), toNative(start), toNative(end),
-                                options);
+    CGContextDrawLinearGradient(object(), nativePart<CGGradientRef>(gradient), toNative(start),
+                                toNative(end), options);
 }
 
-BitmapImageRef GraphicsContextHandle::createImage() {
-    return wrap<platform::BitmapImage>(
-        CGBitmapContextCreateImage(static_cast<CGContextRef>(native())), Hold::adopt);
+BitmapImageRef HandleFor<platform::GraphicsContext>::createImage() {
+    return wrap<platform::BitmapImage>(CGBitmapContextCreateImage(object()), Hold::adopt);
 }
 
 CGImageRef nativeImage(const BitmapImageRef& image) {
@@ -230,8 +225,7 @@ void* autoreleased(const BitmapImageRef& image) {
 }
 
 platform::CoreGraphics& coreGraphics() {
-    static auto& service = *new DeviceCoreGraphics;
-    return service;
+    return theOne<DeviceCoreGraphics>();
 }
 
 }  // namespace velmoranth::device

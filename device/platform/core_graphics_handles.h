@@ -5,7 +5,6 @@
 
 #include "device/platform/handle.h"
 #include <CoreGraphics/CGContext.h>
-#include <CoreGraphics/CGGradient.h>
 #include <CoreGraphics/CGImage.h>
 
 #include <mutex>
@@ -34,8 +33,8 @@ struct References<platform::GraphicsContext> {
 };
 
 // CGImage.
-class BitmapImageHandle final : public Handle<platform::BitmapImage> {
-  public:
+template <>
+struct HandleFor<platform::BitmapImage> final : Handle<platform::BitmapImage, CGImage> {
     using Handle::Handle;
 
     // A colour space that is neither gray nor indexed counts as RGB, and so does a mask's, which
@@ -56,25 +55,15 @@ class BitmapImageHandle final : public Handle<platform::BitmapImage> {
     mutable platform::BitmapLayout layout_;
 };
 
-template <>
-struct HandleFor<platform::BitmapImage> {
-    using Type = BitmapImageHandle;
-};
-
 // CGContext.
-class GraphicsContextHandle final : public Handle<platform::GraphicsContext> {
-  public:
+template <>
+struct HandleFor<platform::GraphicsContext> final : Handle<platform::GraphicsContext, CGContext> {
     using Handle::Handle;
 
     void translateCTM(double x, double y) override;
     void drawLinearGradient(const platform::GradientRef& gradient, platform::Point start,
                             platform::Point end, std::uint32_t options) override;
     [[nodiscard]] platform::BitmapImageRef createImage() override;
-};
-
-template <>
-struct HandleFor<platform::GraphicsContext> {
-    using Type = GraphicsContextHandle;
 };
 
 // CoreGraphics' own object behind a handle; null for nil.

@@ -3,7 +3,6 @@
 #include "device/platform/services.h"
 #include "device/platform/text.h"
 #include <CoreUI/CoreUI.h>
-#include <objc/runtime.h>
 
 #include <utility>
 
@@ -15,31 +14,6 @@ using platform::ClassRef;
 using platform::CUICatalogRef;
 using platform::ObjectRef;
 using platform::OpenedCatalog;
-
-CUINamedVectorGlyph* glyphOf(const CUINamedVectorGlyphHandle& handle) {
-    return static_cast<CUINamedVectorGlyph*>(handle.object());
-}
-
-CUINamedImage* imageOf(const CUINamedImageHandle& handle) {
-    return static_cast<CUINamedImage*>(handle.object());
-}
-
-CUICatalog* catalogOf(const CUICatalogHandle& handle) {
-    return static_cast<CUICatalog*>(handle.object());
-}
-
-// Each element in the array's order; nothing for nil and for what is no array.
-template <class Take>
-void forEach(id array, const Take& take) {
-    if (![array isKindOfClass:[NSArray class]]) {
-        return;
-    }
-    NSArray* const elements = static_cast<NSArray*>(array);
-    const NSUInteger count = [elements count];
-    for (NSUInteger i = 0; i < count; ++i) {
-        take([elements objectAtIndex:i]);
-    }
-}
 
 Class classOf(const ClassRef& cls) {
     return static_cast<Class>(nativeOf(cls));
@@ -61,9 +35,8 @@ class DeviceCatalogClass final : public platform::CatalogClass {
         }
         @autoreleasepool {
             NSError* error = nil;
-            // By name: releases of the system differ in which framework the class lies in.
-            const Class urls = static_cast<Class>(objc_getClass("NSURL"));
-            NSURL* const url = [urls fileURLWithPath:stringOf(std::string_view(path))];
+            NSURL* const url =
+                [classNamed("NSURL") fileURLWithPath:stringOf(std::string_view(path))];
             CUICatalog* const catalog =
                 [[ifMade(classOf(cls), @selector(initWithURL:error:)) alloc] initWithURL:url
                                                                                    error:&error];
@@ -98,33 +71,34 @@ class DeviceCatalogClass final : public platform::CatalogClass {
 
 }  // namespace
 
-platform::NullableString CUINamedVectorGlyphHandle::name() const {
-    return textOf([ifUnderstood(glyphOf(*this), @selector(name)) name]);
+platform::NullableString HandleFor<platform::CUINamedVectorGlyph>::name() const {
+    return textOf([ifUnderstood(object(), @selector(name)) name]);
 }
 
-platform::NullableString CUINamedImageHandle::name() const {
-    return textOf([ifUnderstood(imageOf(*this), @selector(name)) name]);
+platform::NullableString HandleFor<platform::CUINamedImage>::name() const {
+    return textOf([ifUnderstood(object(), @selector(name)) name]);
 }
 
-double CUINamedImageHandle::scale() const {
-    return [ifUnderstood(imageOf(*this), @selector(scale)) scale];
+double HandleFor<platform::CUINamedImage>::scale() const {
+    return [ifUnderstood(object(), @selector(scale)) scale];
 }
 
-platform::BitmapImageRef CUINamedImageHandle::createImageFromPDFRenditionWithScale(double scale) {
+platform::BitmapImageRef HandleFor<platform::CUINamedImage>::createImageFromPDFRenditionWithScale(
+    double scale) {
     return wrap<platform::BitmapImage>(
-        [ifUnderstood(imageOf(*this), @selector(createImageFromPDFRenditionWithScale:))
+        [ifUnderstood(object(), @selector(createImageFromPDFRenditionWithScale:))
             createImageFromPDFRenditionWithScale:scale],
         Hold::adopt);
 }
 
-platform::BitmapImageRef CUINamedImageHandle::image() {
-    return wrap<platform::BitmapImage>([ifUnderstood(imageOf(*this), @selector(image)) image]);
+platform::BitmapImageRef HandleFor<platform::CUINamedImage>::image() {
+    return wrap<platform::BitmapImage>([ifUnderstood(object(), @selector(image)) image]);
 }
 
-std::vector<std::string> CUICatalogHandle::allImageNames() {
+std::vector<std::string> HandleFor<platform::CUICatalog>::allImageNames() {
     std::vector<std::string> names;
     @autoreleasepool {
-        forEach([ifUnderstood(catalogOf(*this), @selector(allImageNames)) allImageNames],
+        forEach([ifUnderstood(object(), @selector(allImageNames)) allImageNames],
                 [&names](id name) {
                     if (platform::NullableString text = textOf(name)) {
                         names.push_back(*std::move(text));
@@ -134,30 +108,29 @@ std::vector<std::string> CUICatalogHandle::allImageNames() {
     return names;
 }
 
-ObjectRef CUICatalogHandle::imageWithNameScaleFactor(const std::string& name, double scaleFactor) {
+ObjectRef HandleFor<platform::CUICatalog>::imageWithNameScaleFactor(const std::string& name,
+                                                                    double scaleFactor) {
     @autoreleasepool {
-        return wrapAny([ifUnderstood(catalogOf(*this), @selector(imageWithName:scaleFactor:))
+        return wrapAny([ifUnderstood(object(), @selector(imageWithName:scaleFactor:))
             imageWithName:stringOf(std::string_view(name))
               scaleFactor:scaleFactor]);
     }
 }
 
-ObjectRef CUICatalogHandle::imageWithNameScaleFactorDeviceIdiom(const std::string& name,
-                                                                double scaleFactor,
-                                                                long deviceIdiom) {
+ObjectRef HandleFor<platform::CUICatalog>::imageWithNameScaleFactorDeviceIdiom(
+    const std::string& name, double scaleFactor, long deviceIdiom) {
     @autoreleasepool {
-        return wrapAny([ifUnderstood(catalogOf(*this), @selector(imageWithName:
-                                                                   scaleFactor:deviceIdiom:))
+        return wrapAny([ifUnderstood(object(), @selector(imageWithName:scaleFactor:deviceIdiom:))
             imageWithName:stringOf(std::string_view(name))
               scaleFactor:scaleFactor
               deviceIdiom:deviceIdiom]);
     }
 }
 
-std::vector<ObjectRef> CUICatalogHandle::imagesWithName(const std::string& name) {
+std::vector<ObjectRef> HandleFor<platform::CUICatalog>::imagesWithName(const std::string& name) {
     std::vector<ObjectRef> images;
     @autoreleasepool {
-        forEach([ifUnderstood(catalogOf(*this), @selector(imagesWithName:))
+        forEach([ifUnderstood(object(), @selector(imagesWithName:))
                     imagesWithName:stringOf(std::string_view(name))],
                 [&images](id image) { images.push_back(wrapAny(image)); });
     }
@@ -165,8 +138,7 @@ std::vector<ObjectRef> CUICatalogHandle::imagesWithName(const std::string& name)
 }
 
 platform::CatalogClass& catalogClass() {
-    static auto& service = *new DeviceCatalogClass;
-    return service;
+    return theOne<DeviceCatalogClass>();
 }
 
 }  // namespace velmoranth::device

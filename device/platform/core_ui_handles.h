@@ -6,24 +6,24 @@
 #include "device/platform/core_graphics_handles.h"
 #include "device/platform/handle.h"
 
+@class CUICatalog;
+@class CUINamedImage;
+@class CUINamedVectorGlyph;
+
 namespace velmoranth::device {
 
 // CUINamedVectorGlyph.
-class CUINamedVectorGlyphHandle final : public Handle<platform::CUINamedVectorGlyph> {
-  public:
+template <>
+struct HandleFor<platform::CUINamedVectorGlyph> final
+    : Handle<platform::CUINamedVectorGlyph, ::CUINamedVectorGlyph> {
     using Handle::Handle;
 
     [[nodiscard]] platform::NullableString name() const override;
 };
 
-template <>
-struct HandleFor<platform::CUINamedVectorGlyph> {
-    using Type = CUINamedVectorGlyphHandle;
-};
-
 // CUINamedImage.
-class CUINamedImageHandle final : public Handle<platform::CUINamedImage> {
-  public:
+template <>
+struct HandleFor<platform::CUINamedImage> final : Handle<platform::CUINamedImage, ::CUINamedImage> {
     using Handle::Handle;
 
     [[nodiscard]] platform::NullableString name() const override;
@@ -33,14 +33,9 @@ class CUINamedImageHandle final : public Handle<platform::CUINamedImage> {
     [[nodiscard]] platform::BitmapImageRef image() override;
 };
 
-template <>
-struct HandleFor<platform::CUINamedImage> {
-    using Type = CUINamedImageHandle;
-};
-
 // CUICatalog.
-class CUICatalogHandle final : public Handle<platform::CUICatalog> {
-  public:
+template <>
+struct HandleFor<platform::CUICatalog> final : Handle<platform::CUICatalog, ::CUICatalog> {
     using Handle::Handle;
 
     // What is no string is left out.
@@ -50,11 +45,6 @@ class CUICatalogHandle final : public Handle<platform::CUICatalog> {
     [[nodiscard]] platform::ObjectRef imageWithNameScaleFactorDeviceIdiom(
         const std::string& name, double scaleFactor, long deviceIdiom) override;
     [[nodiscard]] std::vector<platform::ObjectRef> imagesWithName(const std::string& name) override;
-};
-
-template <>
-struct HandleFor<platform::CUICatalog> {
-    using Type = CUICatalogHandle;
 };
 
 }  // namespace velmoranth::device

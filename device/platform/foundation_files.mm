@@ -1,9 +1,9 @@
 // NSFileManager, and NSData where it reads and writes files.
+#include "device/platform/handle.h"
 #include "device/platform/services.h"
 #include "device/platform/text.h"
 #import <Foundation/Foundation.h>
 #import <Foundation/NSFileAttributes.h>
-#include <objc/runtime.h>
 
 #include <cerrno>
 #include <string>
@@ -20,13 +20,15 @@ bool isPath(const std::string& path) {
     return path.find('\0') == std::string::npos;
 }
 
-bool arePaths(const std::string& source, const std::string& destination) {
-    return isPath(source) && isPath(destination);
-}
-
-platform::Error notAPath() {
-    const Class errors = static_cast<Class>(objc_getClass("NSError"));
-    return errorOf([errors errorWithDomain:kPosixErrorDomain code:EINVAL userInfo:nil]);
+// Carries out `operation`, which is handed the place for its error and says whether it succeeded.
+template <class Operation>
+platform::Failure attempt(bool arePaths, const Operation& operation) {
+    NSError* error = arePaths ? nil
+                              : [classNamed("NSError") errorWithDomain:kPosixErrorDomain
+                                                                  code:EINVAL
+                                                              userInfo:nil];
+    const bool succeeded = arePaths && operation(&error);
+    return failureOf(succeeded, error);
 }
 
 // Bytes that the caller keeps alive for as long as this lives.
@@ -63,50 +65,36 @@ class FoundationFileManager final : public platform::FileManager {
 
     platform::Failure setPosixPermissionsOfItemAtPath(unsigned mode,
                                                       const std::string& path) override {
-        if (!isPath(path)) {
-            return notAPath();
-        }
-        NSDictionary* const attributes =
-            [NSDictionary dictionaryWithObject:[NSNumber numberWithUnsignedInt:mode]
-                                        forKey:NSFilePosixPermissions];
-        NSError* error = nil;
-        const bool succeeded = [manager() setAttributes:attributes
-                                           ofItemAtPath:stringOf(path)
-                                                  error:&error];
-        return failureOf(succeeded, error);
+        return attempt(isPath(path), [&](NSError** error) {
+            NSDictionary* const attributes =
+                [NSDictionary dictionaryWithObject:[NSNumber numberWithUnsignedInt:mode]
+                                            forKey:NSFilePosixPermissions];
+            return [manager() setAttributes:attributes ofItemAtPath:stringOf(path) error:error];
+        });
     }
 
     platform::Failure copyItemAtPathToPath(const std::string& source,
                                            const std::string& destination) override {
-        if (!arePaths(source, destination)) {
-            return notAPath();
-        }
-        NSError* error = nil;
-        const bool succeeded = [manager() copyItemAtPath:stringOf(source)
-                                                  toPath:stringOf(destination)
-                                                   error:&error];
-        return failureOf(succeeded, error);
+        return attempt(isPath(source) && isPath(destination), [&](NSError** error) {
+            return [manager() copyItemAtPath:stringOf(source)
+                                      toPath:stringOf(destination)
+                                       error:error];
+        });
     }
 
     platform::Failure moveItemAtPathToPath(const std::string& source,
                                            const std::string& destination) override {
-        if (!arePaths(source, destination)) {
-            return notAPath();
-        }
-        NSError* error = nil;
-        const bool succeeded = [manager() moveItemAtPath:stringOf(source)
-                                                  toPath:stringOf(destination)
-                                                   error:&error];
-        return failureOf(succeeded, error);
+        return attempt(isPath(source) && isPath(destination), [&](NSError** error) {
+            return [manager() moveItemAtPath:stringOf(source)
+                                      toPath:stringOf(destination)
+                                       error:error];
+        });
     }
 
     platform::Failure removeItemAtPath(const std::string& path) override {
-        if (!isPath(path)) {
-            return notAPath();
-        }
-        NSError* error = nil;
-        const bool succeeded = [manager() removeItemAtPath:stringOf(path) error:&error];
-        return failureOf(succeeded, error);
+        return attempt(isPath(path), [&](NSError** error) {
+            return [manager() removeItemAtPath:stringOf(path) error:error];
+        });
     }
 
     bool createFileAtPathContents(const std::string& path,
@@ -118,15 +106,12 @@ class FoundationFileManager final : public platform::FileManager {
 
     platform::Failure createDirectoryAtPathWithIntermediateDirectories(
         const std::string& path) override {
-        if (!isPath(path)) {
-            return notAPath();
-        }
-        NSError* error = nil;
-        const bool succeeded = [manager() createDirectoryAtPath:stringOf(path)
-                                    withIntermediateDirectories:YES
-                                                     attributes:nil
-                                                          error:&error];
-        return failureOf(succeeded, error);
+        return attempt(isPath(path), [&](NSError** error) {
+            return [manager() createDirectoryAtPath:stringOf(path)
+                        withIntermediateDirectories:YES
+                                         attributes:nil
+                                              error:error];
+        });
     }
 
     bool writeToFileAtomically(const platform::Data& contents, const std::string& path) override {
@@ -140,12 +125,7 @@ class FoundationFileManager final : public platform::FileManager {
         }
         // The engine keeps a copy; the platform's own need not wait for the caller's pool.
         @autoreleasepool {
-            NSData* const data = [NSData dataWithContentsOfFile:stringOf(path)];
-            if (data == nil) {
-                return std::nullopt;
-            }
-            const auto* const bytes = static_cast<const std::uint8_t*>([data bytes]);
-            return platform::Data(bytes, bytes + [data length]);
+            return dataOf([NSData dataWithContentsOfFile:stringOf(path)]);
         }
     }
 
@@ -156,8 +136,7 @@ class FoundationFileManager final : public platform::FileManager {
 }  // namespace
 
 platform::FileManager& fileManager() {
-    static FoundationFileManager instance;
-    return instance;
+    return theOne<FoundationFileManager>();
 }
 
 }  // namespace velmoranth::device

@@ -8,16 +8,11 @@
 namespace velmoranth::device {
 
 // NSBundle.
-class BundleHandle final : public Handle<platform::Bundle> {
-  public:
+template <>
+struct HandleFor<platform::Bundle> final : Handle<platform::Bundle, NSBundle> {
     using Handle::Handle;
 
     [[nodiscard]] platform::NullableString bundleIdentifier() const override;
-};
-
-template <>
-struct HandleFor<platform::Bundle> {
-    using Type = BundleHandle;
 };
 
 }  // namespace velmoranth::device

@@ -98,8 +98,7 @@ Conversion convert(id object, int depth, std::optional<PropertyList>& value) {
     } else if ([object isKindOfClass:[NSDate class]]) {
         value = PropertyList(platform::Date{[object timeIntervalSinceReferenceDate]});
     } else if ([object isKindOfClass:[NSData class]]) {
-        const auto* const bytes = static_cast<const std::uint8_t*>([object bytes]);
-        value = PropertyList(platform::Data(bytes, bytes + [object length]));
+        value = PropertyList(*dataOf(object));
     } else {
         return Conversion::skipped;
     }
@@ -145,9 +144,8 @@ class FoundationDates final : public platform::Dates {
     platform::Date date() override { return {[[NSDate date] timeIntervalSinceReferenceDate]}; }
 
     long dayFromDate(const platform::Date& date) override {
-        const Class calendars = static_cast<Class>(objc_getClass("NSCalendar"));
         NSCalendar* const calendar =
-            [[calendars alloc] initWithCalendarIdentifier:kGregorianCalendar];
+            [[classNamed("NSCalendar") alloc] initWithCalendarIdentifier:kGregorianCalendar];
         const NSInteger day = [[calendar components:NSCalendarUnitDay fromDate:native(date)] day];
         [calendar release];
         return day;
@@ -177,28 +175,24 @@ class FoundationLog final : public platform::SystemLog {
 
 }  // namespace
 
-platform::NullableString BundleHandle::bundleIdentifier() const {
-    return textOf([static_cast<NSBundle*>(object()) bundleIdentifier]);
+platform::NullableString HandleFor<platform::Bundle>::bundleIdentifier() const {
+    return textOf([object() bundleIdentifier]);
 }
 
 platform::PropertyLists& propertyLists() {
-    static FoundationPropertyLists instance;
-    return instance;
+    return theOne<FoundationPropertyLists>();
 }
 
 platform::Bundles& bundles() {
-    static FoundationBundles instance;
-    return instance;
+    return theOne<FoundationBundles>();
 }
 
 platform::Dates& dates() {
-    static FoundationDates instance;
-    return instance;
+    return theOne<FoundationDates>();
 }
 
 platform::SystemLog& systemLog() {
-    static FoundationLog instance;
-    return instance;
+    return theOne<FoundationLog>();
 }
 
 }  // namespace velmoranth::device

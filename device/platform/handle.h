@@ -29,8 +29,9 @@ struct References {
     static void release(void* object) { [static_cast<id>(object) release]; }
 };
 
-// The part of every handle that does not depend on what its object can do.
-template <class Interface>
+// The part of every handle that does not depend on what its object can do. `Native` is the class
+// that the messages are declared for.
+template <class Interface, class Native = NSObject>
 class Handle : public Interface {
   public:
     Handle(void* object, Hold hold) : object_(object), isHeld_(hold != Hold::borrow) {
@@ -50,21 +51,25 @@ class Handle : public Interface {
 
     [[nodiscard]] void* native() const final { return object_; }
 
-    [[nodiscard]] id object() const { return static_cast<id>(object_); }
+    [[nodiscard]] Native* object() const { return static_cast<Native*>(object_); }
 
-    [[nodiscard]] std::string className() const override { return classNameOf(object()); }
+    [[nodiscard]] std::string className() const override {
+        return classNameOf(static_cast<id>(object_));
+    }
 
-    [[nodiscard]] std::string description() const override { return descriptionOf(object()); }
+    [[nodiscard]] std::string description() const override {
+        return descriptionOf(static_cast<id>(object_));
+    }
 
   private:
     void* object_;
     bool isHeld_;
 };
 
-// Which class of handles stands for an interface; each framework's header says it for its own.
+// The handle that stands for an interface; each framework's header has those that send messages.
 template <class Interface>
-struct HandleFor {
-    using Type = Handle<Interface>;
+struct HandleFor final : Handle<Interface> {
+    using Handle<Interface>::Handle;
 };
 
 // The platform's object behind a handle or an object of the engine that has a counterpart; nil for
@@ -83,12 +88,16 @@ template <class Interface>
     if (object == nullptr) {
         return nullptr;
     }
-    return std::make_shared<typename HandleFor<Interface>::Type>(const_cast<void*>(object), hold);
+    return std::make_shared<HandleFor<Interface>>(const_cast<void*>(object), hold);
 }
 
 // A handle of the interface that fits the object's class, for where an object of any class may
 // come; a handle without messages for a class that no interface stands for. Nil for nil.
 [[nodiscard]] platform::ObjectRef wrapAny(id object);
+
+// Nil for a class that the process has not. Looked up each time: a framework may be loaded later.
+// By name, which takes no knowing which of the phone's libraries has the class.
+[[nodiscard]] Class classNamed(const char* name);
 
 // The one handle of a class, kept for the life of the process as classes are; nil for nil.
 [[nodiscard]] const platform::ClassRef& wrapClass(Class cls);

@@ -98,13 +98,16 @@ platform::ObjectRef wrapAny(id object) {
         return nullptr;
     }
     for (const KnownClass& known : kKnownClasses) {
-        // Looked up each time: a framework may be loaded later.
-        const Class cls = static_cast<Class>(objc_getClass(known.name));
+        const Class cls = classNamed(known.name);
         if (cls != Nil && [object isKindOfClass:cls]) {
             return known.wrap(object);
         }
     }
     return std::make_shared<Handle<platform::Object>>(object, Hold::retain);
+}
+
+Class classNamed(const char* name) {
+    return static_cast<Class>(objc_getClass(name));
 }
 
 const platform::ClassRef& wrapClass(Class cls) {

@@ -61,8 +61,7 @@ class NativeLibSystem final : public platform::LibSystem {
 }  // namespace
 
 platform::LibSystem& libSystem() {
-    static NativeLibSystem instance;
-    return instance;
+    return theOne<NativeLibSystem>();
 }
 
 }  // namespace velmoranth::device

@@ -90,8 +90,7 @@ class NativeObjcRuntime final : public platform::ObjcRuntime {
 }  // namespace
 
 platform::ObjcRuntime& objcRuntime() {
-    static NativeObjcRuntime instance;
-    return instance;
+    return theOne<NativeObjcRuntime>();
 }
 
 }  // namespace velmoranth::device

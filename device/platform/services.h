@@ -29,6 +29,13 @@ namespace velmoranth::device {
 [[nodiscard]] platform::Alerts& alerts();
 [[nodiscard]] platform::Application& application();
 
+// For the sources that define them.
+template <class Service>
+[[nodiscard]] Service& theOne() {
+    static Service instance;
+    return instance;
+}
+
 // Makes them the platform of the process. The first of the library's code to run calls it; again is
 // harmless.
 void usePlatform();

@@ -20,75 +20,62 @@ class PhoneSpringBoard final : public platform::SpringBoard {
 
 }  // namespace
 
-platform::NullableString IconMessages::leafIdentifier(id icon) {
-    return textOf(
-        [ifUnderstood(static_cast<SBIcon*>(icon), @selector(leafIdentifier)) leafIdentifier]);
+platform::NullableString IconMessages::leafIdentifier(SBIcon* icon) {
+    return textOf([ifUnderstood(icon, @selector(leafIdentifier)) leafIdentifier]);
 }
 
-platform::NullableString IconMessages::nodeIdentifier(id icon) {
-    return textOf(
-        [ifUnderstood(static_cast<SBIcon*>(icon), @selector(nodeIdentifier)) nodeIdentifier]);
+platform::NullableString IconMessages::nodeIdentifier(SBIcon* icon) {
+    return textOf([ifUnderstood(icon, @selector(nodeIdentifier)) nodeIdentifier]);
 }
 
-platform::NullableString IconMessages::uniqueIdentifier(id icon) {
-    return textOf(
-        [ifUnderstood(static_cast<SBIcon*>(icon), @selector(uniqueIdentifier)) uniqueIdentifier]);
+platform::NullableString IconMessages::uniqueIdentifier(SBIcon* icon) {
+    return textOf([ifUnderstood(icon, @selector(uniqueIdentifier)) uniqueIdentifier]);
 }
 
-platform::SBIconRef IconMessages::icon(id view) {
-    return wrap<platform::SBIcon>(
-        [ifUnderstood(static_cast<::SBIconView*>(view), @selector(icon)) icon]);
+platform::SBIconRef IconMessages::icon(SBIconView* view) {
+    return wrap<platform::SBIcon>([ifUnderstood(view, @selector(icon)) icon]);
 }
 
-// In the handles' own methods the bare name of a class is that of their interface.
-bool SBFolderIconImageViewHandle::isAnimating() const {
-    return [ifUnderstood(static_cast<::SBFolderIconImageView*>(object()), @selector(isAnimating))
-               isAnimating] != 0;
+bool HandleFor<platform::SBFolderIconImageView>::isAnimating() const {
+    return [ifUnderstood(object(), @selector(isAnimating)) isAnimating] != 0;
 }
 
-std::vector<platform::SBIconRef> SBIconListViewHandle::icons() const {
-    return membersOf<platform::SBIcon>(
-        [ifUnderstood(static_cast<::SBIconListView*>(object()), @selector(icons)) icons]);
+std::vector<platform::SBIconRef> HandleFor<platform::SBIconListView>::icons() const {
+    return membersOf<platform::SBIcon>([ifUnderstood(object(), @selector(icons)) icons]);
 }
 
-platform::Rect SBDockViewHandle::dockListViewFrame() const {
-    return fromNative([ifUnderstood(static_cast<::SBDockView*>(object()),
-                                    @selector(dockListViewFrame)) dockListViewFrame]);
+platform::Rect HandleFor<platform::SBDockView>::dockListViewFrame() const {
+    return fromNative([ifUnderstood(object(), @selector(dockListViewFrame)) dockListViewFrame]);
 }
 
-void SBDockViewHandle::setBackgroundView(const platform::ViewRef& view) {
-    [ifUnderstood(static_cast<::SBDockView*>(object()), @selector(setBackgroundView:))
-        setBackgroundView:static_cast<UIView*>(nativeOf(view))];
+void HandleFor<platform::SBDockView>::setBackgroundView(const platform::ViewRef& view) {
+    [ifUnderstood(object(), @selector(setBackgroundView:)) setBackgroundView:nativeOf(view)];
 }
 
-platform::ViewRef SBFloatingDockViewHandle::backgroundView() const {
-    return viewOf([ifUnderstood(static_cast<::SBFloatingDockView*>(object()),
-                                @selector(backgroundView)) backgroundView]);
+platform::ViewRef HandleFor<platform::SBFloatingDockView>::backgroundView() const {
+    return viewOf([ifUnderstood(object(), @selector(backgroundView)) backgroundView]);
 }
 
-platform::ImageRef SBIconListPageControlHandle::_searchIndicatorImage(bool isCurrent) {
-    return wrap<platform::Image>(
-        [ifUnderstood(static_cast<::SBIconListPageControl*>(object()),
-                      @selector(_searchIndicatorImage:)) _searchIndicatorImage:isCurrent]);
+platform::ImageRef HandleFor<platform::SBIconListPageControl>::_searchIndicatorImage(
+    bool isCurrent) {
+    return wrap<platform::Image>([ifUnderstood(object(), @selector(_searchIndicatorImage:))
+        _searchIndicatorImage:isCurrent]);
 }
 
-void SBIconControllerHandle::_closeFolderControllerAnimatedWithCompletion(
+void HandleFor<platform::SBIconController>::_closeFolderControllerAnimatedWithCompletion(
     platform::Object& folderController, bool animated) {
-    [ifUnderstood(static_cast<::SBIconController*>(object()),
-                  @selector(_closeFolderController:animated:withCompletion:))
+    [ifUnderstood(object(), @selector(_closeFolderController:animated:withCompletion:))
         _closeFolderController:nativeOf(folderController)
                       animated:animated
                 withCompletion:nil];
 }
 
-platform::NullableString WGWidgetInfoHandle::widgetIdentifier() const {
-    return textOf([ifUnderstood(static_cast<::WGWidgetInfo*>(object()), @selector(widgetIdentifier))
-        widgetIdentifier]);
+platform::NullableString HandleFor<platform::WGWidgetInfo>::widgetIdentifier() const {
+    return textOf([ifUnderstood(object(), @selector(widgetIdentifier)) widgetIdentifier]);
 }
 
 platform::SpringBoard& springBoard() {
-    static PhoneSpringBoard instance;
-    return instance;
+    return theOne<PhoneSpringBoard>();
 }
 
 }  // namespace velmoranth::device

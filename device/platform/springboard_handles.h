@@ -10,22 +10,31 @@
 #include <concepts>
 #include <vector>
 
+@class SBDockView;
+@class SBFloatingDockView;
+@class SBFolderIconImageView;
+@class SBIcon;
+@class SBIconController;
+@class SBIconListPageControl;
+@class SBIconListView;
+@class SBIconView;
+@class WGWidgetInfo;
+
 namespace velmoranth::device {
 
 struct IconMessages {
-    [[nodiscard]] static platform::NullableString leafIdentifier(id icon);
-    [[nodiscard]] static platform::NullableString nodeIdentifier(id icon);
-    [[nodiscard]] static platform::NullableString uniqueIdentifier(id icon);
+    [[nodiscard]] static platform::NullableString leafIdentifier(SBIcon* icon);
+    [[nodiscard]] static platform::NullableString nodeIdentifier(SBIcon* icon);
+    [[nodiscard]] static platform::NullableString uniqueIdentifier(SBIcon* icon);
     // Of an icon view or an icon's image view.
-    [[nodiscard]] static platform::SBIconRef icon(id view);
+    [[nodiscard]] static platform::SBIconRef icon(SBIconView* view);
 };
 
 // SBIcon and what derives from it.
-template <class Interface>
-class SBIconHandle : public Handle<Interface> {
-  public:
-    using Handle<Interface>::Handle;
-    using Handle<Interface>::object;
+template <std::derived_from<platform::SBIcon> Interface>
+struct HandleFor<Interface> final : Handle<Interface, ::SBIcon> {
+    using Handle<Interface, ::SBIcon>::Handle;
+    using Handle<Interface, ::SBIcon>::object;
 
     [[nodiscard]] platform::NullableString leafIdentifier() const override {
         return IconMessages::leafIdentifier(object());
@@ -40,59 +49,45 @@ class SBIconHandle : public Handle<Interface> {
     }
 };
 
-template <std::derived_from<platform::SBIcon> Interface>
-struct HandleFor<Interface> {
-    using Type = SBIconHandle<Interface>;
-};
-
 // SBIconView, SBIconImageView and what derives from them.
-template <class Interface>
-class IconShowingViewHandle : public ViewHandle<Interface> {
-  public:
-    using ViewHandle<Interface>::ViewHandle;
+template <class Interface, class Native = ::SBIconView>
+struct IconShowingViewHandle : ViewHandle<Interface, Native> {
+    using ViewHandle<Interface, Native>::ViewHandle;
 
     [[nodiscard]] platform::SBIconRef icon() const override {
-        return IconMessages::icon(this->object());
+        return IconMessages::icon(static_cast<::SBIconView*>(this->native()));
     }
 };
 
 template <>
-struct HandleFor<platform::SBIconView> {
-    using Type = IconShowingViewHandle<platform::SBIconView>;
+struct HandleFor<platform::SBIconView> final : IconShowingViewHandle<platform::SBIconView> {
+    using IconShowingViewHandle::IconShowingViewHandle;
 };
 
 template <>
-struct HandleFor<platform::SBIconImageView> {
-    using Type = IconShowingViewHandle<platform::SBIconImageView>;
+struct HandleFor<platform::SBIconImageView> final
+    : IconShowingViewHandle<platform::SBIconImageView> {
+    using IconShowingViewHandle::IconShowingViewHandle;
 };
 
-class SBFolderIconImageViewHandle final
-    : public IconShowingViewHandle<platform::SBFolderIconImageView> {
-  public:
+template <>
+struct HandleFor<platform::SBFolderIconImageView> final
+    : IconShowingViewHandle<platform::SBFolderIconImageView, ::SBFolderIconImageView> {
     using IconShowingViewHandle::IconShowingViewHandle;
 
     [[nodiscard]] bool isAnimating() const override;
 };
 
 template <>
-struct HandleFor<platform::SBFolderIconImageView> {
-    using Type = SBFolderIconImageViewHandle;
-};
-
-class SBIconListViewHandle final : public ViewHandle<platform::SBIconListView> {
-  public:
+struct HandleFor<platform::SBIconListView> final
+    : ViewHandle<platform::SBIconListView, ::SBIconListView> {
     using ViewHandle::ViewHandle;
 
     [[nodiscard]] std::vector<platform::SBIconRef> icons() const override;
 };
 
 template <>
-struct HandleFor<platform::SBIconListView> {
-    using Type = SBIconListViewHandle;
-};
-
-class SBDockViewHandle final : public ViewHandle<platform::SBDockView> {
-  public:
+struct HandleFor<platform::SBDockView> final : ViewHandle<platform::SBDockView, ::SBDockView> {
     using ViewHandle::ViewHandle;
 
     [[nodiscard]] platform::Rect dockListViewFrame() const override;
@@ -100,36 +95,24 @@ class SBDockViewHandle final : public ViewHandle<platform::SBDockView> {
 };
 
 template <>
-struct HandleFor<platform::SBDockView> {
-    using Type = SBDockViewHandle;
-};
-
-class SBFloatingDockViewHandle final : public ViewHandle<platform::SBFloatingDockView> {
-  public:
+struct HandleFor<platform::SBFloatingDockView> final
+    : ViewHandle<platform::SBFloatingDockView, ::SBFloatingDockView> {
     using ViewHandle::ViewHandle;
 
     [[nodiscard]] platform::ViewRef backgroundView() const override;
 };
 
 template <>
-struct HandleFor<platform::SBFloatingDockView> {
-    using Type = SBFloatingDockViewHandle;
-};
-
-class SBIconListPageControlHandle final : public ViewHandle<platform::SBIconListPageControl> {
-  public:
+struct HandleFor<platform::SBIconListPageControl> final
+    : ViewHandle<platform::SBIconListPageControl, ::SBIconListPageControl> {
     using ViewHandle::ViewHandle;
 
     [[nodiscard]] platform::ImageRef _searchIndicatorImage(bool isCurrent) override;
 };
 
 template <>
-struct HandleFor<platform::SBIconListPageControl> {
-    using Type = SBIconListPageControlHandle;
-};
-
-class SBIconControllerHandle final : public Handle<platform::SBIconController> {
-  public:
+struct HandleFor<platform::SBIconController> final
+    : Handle<platform::SBIconController, ::SBIconController> {
     using Handle::Handle;
 
     void _closeFolderControllerAnimatedWithCompletion(platform::Object& folderController,
@@ -137,20 +120,10 @@ class SBIconControllerHandle final : public Handle<platform::SBIconController> {
 };
 
 template <>
-struct HandleFor<platform::SBIconController> {
-    using Type = SBIconControllerHandle;
-};
-
-class WGWidgetInfoHandle final : public Handle<platform::WGWidgetInfo> {
-  public:
+struct HandleFor<platform::WGWidgetInfo> final : Handle<platform::WGWidgetInfo, ::WGWidgetInfo> {
     using Handle::Handle;
 
     [[nodiscard]] platform::NullableString widgetIdentifier() const override;
-};
-
-template <>
-struct HandleFor<platform::WGWidgetInfo> {
-    using Type = WGWidgetInfoHandle;
 };
 
 }  // namespace velmoranth::device

@@ -1,4 +1,4 @@
-// Between the platform's strings and errors and the engine's.
+// Between the platform's strings, data, arrays and errors and the engine's.
 #pragma once
 
 #include "platform/foundation.h"
@@ -6,6 +6,7 @@
 #import <Foundation/Foundation.h>
 
 #include <concepts>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -21,6 +22,22 @@ namespace velmoranth::device {
 template <std::same_as<platform::NullableString> Text>
 [[nodiscard]] NSString* stringOf(const Text& text) {
     return text ? stringOf(std::string_view(*text)) : nil;
+}
+
+// A copy of the bytes; nothing for nil.
+[[nodiscard]] std::optional<platform::Data> dataOf(NSData* data);
+
+// Each element in the array's order; nothing for nil and for what is no array.
+template <class Take>
+void forEach(id array, const Take& take) {
+    if (![array isKindOfClass:[NSArray class]]) {
+        return;
+    }
+    NSArray* const elements = static_cast<NSArray*>(array);
+    const NSUInteger count = [elements count];
+    for (NSUInteger i = 0; i < count; ++i) {
+        take([elements objectAtIndex:i]);
+    }
 }
 
 // The name of the object's class, and what "%@" prints for it.

@@ -2,6 +2,7 @@
 
 #include "platform/code_points.h"
 
+#include "device/platform/handle.h"
 #include <objc/runtime.h>
 
 #include <algorithm>
@@ -147,6 +148,14 @@ NSString* stringOf(std::string_view text) {
     return [[[NSString alloc] initWithCharacters:units.data() length:units.size()] autorelease];
 }
 
+std::optional<platform::Data> dataOf(NSData* data) {
+    if (data == nil) {
+        return std::nullopt;
+    }
+    const auto* const bytes = static_cast<const std::uint8_t*>([data bytes]);
+    return platform::Data(bytes, bytes + [data length]);
+}
+
 std::string classNameOf(id object) {
     return object_getClassName(object);
 }
@@ -160,7 +169,7 @@ platform::Failure failureOf(bool succeeded, NSError* error) {
 }
 
 platform::Error errorOf(NSError* error) {
-    if (![error isKindOfClass:static_cast<Class>(objc_getClass("NSError"))]) {
+    if (![error isKindOfClass:classNamed("NSError")]) {
         return {};
     }
     const NSInteger code = std::clamp<NSInteger>([error code], std::numeric_limits<int>::min(),

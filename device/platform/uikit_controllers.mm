@@ -2,11 +2,7 @@
 #include "device/platform/private_messages.h"
 #include "device/platform/services.h"
 #include "device/platform/uikit_handles.h"
-#import <UIKit/UIAlertController.h>
-#import <UIKit/UIApplication.h>
-#import <UIKit/UIFeedback.h>
-#import <UIKit/UIViewController.h>
-#include <objc/runtime.h>
+#import <UIKit/UIKit.h>
 
 #include <functional>
 
@@ -18,8 +14,7 @@ class UIAlerts final : public platform::Alerts {
     platform::AlertControllerRef alertControllerWithTitleMessagePreferredStyle(
         const platform::NullableString& title, const platform::NullableString& message,
         platform::AlertControllerStyle style) override {
-        const Class alerts = static_cast<Class>(objc_getClass("UIAlertController"));
-        return wrap<platform::AlertController>([alerts
+        return wrap<platform::AlertController>([classNamed("UIAlertController")
             alertControllerWithTitle:stringOf(title)
                              message:stringOf(message)
                       preferredStyle:static_cast<NSInteger>(style)]);
@@ -28,60 +23,53 @@ class UIAlerts final : public platform::Alerts {
     platform::AlertActionRef actionWithTitleStyleHandler(
         const platform::NullableString& title, platform::AlertActionStyle style,
         const std::function<void()>& handler) override {
-        const Class actions = static_cast<Class>(objc_getClass("UIAlertAction"));
         // For the block to keep: of a reference it would keep no more than the address.
         const std::function<void()> choose = handler;
-        return wrap<platform::AlertAction>([actions actionWithTitle:stringOf(title)
-                                                              style:static_cast<NSInteger>(style)
-                                                            handler:^(UIAlertAction* /*action*/) {
-                                                              choose();
-                                                            }]);
+        return wrap<platform::AlertAction>([classNamed("UIAlertAction")
+            actionWithTitle:stringOf(title)
+                      style:static_cast<NSInteger>(style)
+                    handler:^(UIAlertAction* /*action*/) {
+                      choose();
+                    }]);
     }
 };
 
 class PhoneApplication final : public platform::Application {
   public:
     platform::WindowRef keyWindow() override {
-        const Class applications = static_cast<Class>(objc_getClass("UIApplication"));
-        return wrap<platform::Window>([[applications sharedApplication] keyWindow]);
+        return wrap<platform::Window>([[classNamed("UIApplication") sharedApplication] keyWindow]);
     }
 };
 
 }  // namespace
 
-platform::ViewRef ViewControllerMessages::view(id controller) {
-    return viewOf([static_cast<UIViewController*>(controller) view]);
+platform::ViewRef ViewControllerMessages::view(UIViewController* controller) {
+    return viewOf([controller view]);
 }
 
-void ViewControllerMessages::presentAnimated(id controller, id presented, bool animated) {
+void ViewControllerMessages::presentAnimated(UIViewController* controller,
+                                             UIViewController* presented, bool animated) {
     if (presented != nil) {
-        [static_cast<UIViewController*>(controller)
-            presentViewController:static_cast<UIViewController*>(presented)
-                         animated:animated
-                       completion:nil];
+        [controller presentViewController:presented animated:animated completion:nil];
     }
 }
 
-void AlertControllerHandle::addAction(const platform::AlertActionRef& action) {
+void HandleFor<platform::AlertController>::addAction(const platform::AlertActionRef& action) {
     if (action != nullptr) {
-        [static_cast<UIAlertController*>(object())
-            addAction:static_cast<UIAlertAction*>(nativeOf(action))];
+        [object() addAction:nativeOf(action)];
     }
 }
 
-std::uint32_t UIFeedbackHandle::_effectiveSystemSoundID() {
-    return [ifUnderstood(static_cast<_UIFeedback*>(object()), @selector(_effectiveSystemSoundID))
-        _effectiveSystemSoundID];
+std::uint32_t HandleFor<platform::UIFeedback>::_effectiveSystemSoundID() {
+    return [ifUnderstood(object(), @selector(_effectiveSystemSoundID)) _effectiveSystemSoundID];
 }
 
 platform::Alerts& alerts() {
-    static UIAlerts instance;
-    return instance;
+    return theOne<UIAlerts>();
 }
 
 platform::Application& application() {
-    static PhoneApplication instance;
-    return instance;
+    return theOne<PhoneApplication>();
 }
 
 }  // namespace velmoranth::device

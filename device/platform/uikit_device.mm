@@ -1,8 +1,8 @@
 // The device and its screen.
 #include "device/platform/geometry.h"
+#include "device/platform/handle.h"
 #include "device/platform/services.h"
-#import <UIKit/UIDevice.h>
-#include <objc/runtime.h>
+#import <UIKit/UIKit.h>
 
 namespace velmoranth::device {
 namespace {
@@ -18,9 +18,7 @@ class CurrentDevice final : public platform::Device {
     int orientation() override { return static_cast<int>([device() orientation]); }
 
   private:
-    static UIDevice* device() {
-        return [static_cast<Class>(objc_getClass("UIDevice")) currentDevice];
-    }
+    static UIDevice* device() { return [classNamed("UIDevice") currentDevice]; }
 };
 
 class MainScreen final : public platform::Screen {
@@ -30,19 +28,17 @@ class MainScreen final : public platform::Screen {
     platform::Rect bounds() override { return fromNative([screen() bounds]); }
 
   private:
-    static UIScreen* screen() { return [static_cast<Class>(objc_getClass("UIScreen")) mainScreen]; }
+    static UIScreen* screen() { return [classNamed("UIScreen") mainScreen]; }
 };
 
 }  // namespace
 
 platform::Device& currentDevice() {
-    static CurrentDevice instance;
-    return instance;
+    return theOne<CurrentDevice>();
 }
 
 platform::Screen& mainScreen() {
-    static MainScreen instance;
-    return instance;
+    return theOne<MainScreen>();
 }
 
 }  // namespace velmoranth::device

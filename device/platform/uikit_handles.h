@@ -13,11 +13,18 @@
 #include <memory>
 #include <vector>
 
+@class CALayer;
+@class UIAlertController;
+@class UIImageView;
+@class UILabel;
+@class UIWindow;
+@class _UIFeedback;
+
 namespace velmoranth::device {
 
 // CALayer.
-class LayerHandle final : public Handle<platform::Layer> {
-  public:
+template <>
+struct HandleFor<platform::Layer> final : Handle<platform::Layer, CALayer> {
     using Handle::Handle;
 
     [[nodiscard]] platform::Rect bounds() const override;
@@ -31,86 +38,84 @@ class LayerHandle final : public Handle<platform::Layer> {
     void setShadowPathRect(const platform::Rect& rect) override;
 };
 
-template <>
-struct HandleFor<platform::Layer> {
-    using Type = LayerHandle;
-};
-
 // UIView and what derives from it.
-template <class Interface>
-class ViewHandle : public Handle<Interface> {
+template <class Interface, class Native = UIView>
+class ViewHandle : public Handle<Interface, Native> {
   public:
-    using Handle<Interface>::Handle;
-    using Handle<Interface>::object;
+    using Handle<Interface, Native>::Handle;
 
-    [[nodiscard]] int tag() const override { return ViewMessages::tag(object()); }
+    [[nodiscard]] int tag() const override { return ViewMessages::tag(receiver()); }
 
-    void setTag(int tag) override { ViewMessages::setTag(object(), tag); }
+    void setTag(int tag) override { ViewMessages::setTag(receiver(), tag); }
 
-    [[nodiscard]] platform::Rect frame() const override { return ViewMessages::frame(object()); }
+    [[nodiscard]] platform::Rect frame() const override { return ViewMessages::frame(receiver()); }
 
-    void setFrame(const platform::Rect& frame) override { ViewMessages::setFrame(object(), frame); }
+    void setFrame(const platform::Rect& frame) override {
+        ViewMessages::setFrame(receiver(), frame);
+    }
 
-    [[nodiscard]] platform::Rect bounds() const override { return ViewMessages::bounds(object()); }
+    [[nodiscard]] platform::Rect bounds() const override {
+        return ViewMessages::bounds(receiver());
+    }
 
     [[nodiscard]] std::vector<platform::ViewRef> subviews() const override {
-        return ViewMessages::subviews(object());
+        return ViewMessages::subviews(receiver());
     }
 
     void addSubview(const platform::ViewRef& view) override {
-        ViewMessages::addSubview(object(), nativeOf(view));
+        ViewMessages::addSubview(receiver(), nativeOf(view));
     }
 
     void insertSubviewAtIndex(const platform::ViewRef& view, std::size_t index) override {
-        ViewMessages::insertSubviewAtIndex(object(), nativeOf(view), index);
+        ViewMessages::insertSubviewAtIndex(receiver(), nativeOf(view), index);
     }
 
-    void removeFromSuperview() override { ViewMessages::removeFromSuperview(object()); }
+    void removeFromSuperview() override { ViewMessages::removeFromSuperview(receiver()); }
 
     [[nodiscard]] platform::ViewRef viewWithTag(int tag) override {
-        return ViewMessages::viewWithTag(object(), tag);
+        return ViewMessages::viewWithTag(receiver(), tag);
     }
 
     void setBackgroundColor(const platform::Color& color) override {
-        ViewMessages::setBackgroundColor(object(), color);
+        ViewMessages::setBackgroundColor(receiver(), color);
     }
 
-    void setClipsToBounds(bool clips) override { ViewMessages::setClipsToBounds(object(), clips); }
+    void setClipsToBounds(bool clips) override {
+        ViewMessages::setClipsToBounds(receiver(), clips);
+    }
 
-    void setAlpha(double alpha) override { ViewMessages::setAlpha(object(), alpha); }
+    void setAlpha(double alpha) override { ViewMessages::setAlpha(receiver(), alpha); }
 
-    void setHidden(bool hidden) override { ViewMessages::setHidden(object(), hidden); }
+    void setHidden(bool hidden) override { ViewMessages::setHidden(receiver(), hidden); }
 
     void addGestureRecognizer(const platform::GestureRecognizerRef& recognizer) override {
-        ViewMessages::addGestureRecognizer(object(), nativeOf(recognizer));
+        ViewMessages::addGestureRecognizer(receiver(), nativeOf(recognizer));
     }
 
-    [[nodiscard]] platform::LayerRef layer() override { return ViewMessages::layer(object()); }
+    [[nodiscard]] platform::LayerRef layer() override { return ViewMessages::layer(receiver()); }
+
+  private:
+    [[nodiscard]] UIView* receiver() const { return static_cast<UIView*>(this->native()); }
 };
 
 // A view whose interface adds no message.
 template <std::derived_from<platform::View> Interface>
-struct HandleFor<Interface> {
-    using Type = ViewHandle<Interface>;
+struct HandleFor<Interface> final : ViewHandle<Interface> {
+    using ViewHandle<Interface>::ViewHandle;
 };
 
 // UIImageView.
-class ImageViewHandle final : public ViewHandle<platform::ImageView> {
-  public:
+template <>
+struct HandleFor<platform::ImageView> final : ViewHandle<platform::ImageView, UIImageView> {
     using ViewHandle::ViewHandle;
 
     [[nodiscard]] platform::ImageRef image() const override;
     void setImage(const platform::ImageRef& image) override;
 };
 
-template <>
-struct HandleFor<platform::ImageView> {
-    using Type = ImageViewHandle;
-};
-
 // UILabel.
-class LabelHandle final : public ViewHandle<platform::Label> {
-  public:
+template <>
+struct HandleFor<platform::Label> final : ViewHandle<platform::Label, UILabel> {
     using ViewHandle::ViewHandle;
 
     void setFont(const platform::FontRef& font) override;
@@ -121,70 +126,55 @@ class LabelHandle final : public ViewHandle<platform::Label> {
     void setShadowOffset(platform::Size offset) override;
 };
 
-template <>
-struct HandleFor<platform::Label> {
-    using Type = LabelHandle;
-};
-
 // UIWindow.
-class WindowHandle final : public ViewHandle<platform::Window> {
-  public:
+template <>
+struct HandleFor<platform::Window> final : ViewHandle<platform::Window, UIWindow> {
     using ViewHandle::ViewHandle;
 
     [[nodiscard]] platform::ViewControllerRef rootViewController() const override;
 };
 
-template <>
-struct HandleFor<platform::Window> {
-    using Type = WindowHandle;
-};
-
 // UIViewController and what derives from it.
-template <class Interface>
-class ViewControllerHandle : public Handle<Interface> {
+template <class Interface, class Native = UIViewController>
+class ViewControllerHandle : public Handle<Interface, Native> {
   public:
-    using Handle<Interface>::Handle;
-    using Handle<Interface>::object;
+    using Handle<Interface, Native>::Handle;
 
     [[nodiscard]] platform::ViewRef view() override {
-        return ViewControllerMessages::view(object());
+        return ViewControllerMessages::view(receiver());
     }
 
-    void presentViewControllerAnimated(const platform::ViewControllerRef& controller,
+    void presentViewControllerAnimated(const platform::ViewControllerRef& presented,
                                        bool animated) override {
-        ViewControllerMessages::presentAnimated(object(), nativeOf(controller), animated);
+        ViewControllerMessages::presentAnimated(receiver(), nativeOf(presented), animated);
+    }
+
+  private:
+    [[nodiscard]] UIViewController* receiver() const {
+        return static_cast<UIViewController*>(this->native());
     }
 };
 
 template <>
-struct HandleFor<platform::ViewController> {
-    using Type = ViewControllerHandle<platform::ViewController>;
+struct HandleFor<platform::ViewController> final : ViewControllerHandle<platform::ViewController> {
+    using ViewControllerHandle::ViewControllerHandle;
 };
 
 // UIAlertController.
-class AlertControllerHandle final : public ViewControllerHandle<platform::AlertController> {
-  public:
+template <>
+struct HandleFor<platform::AlertController> final
+    : ViewControllerHandle<platform::AlertController, UIAlertController> {
     using ViewControllerHandle::ViewControllerHandle;
 
     void addAction(const platform::AlertActionRef& action) override;
 };
 
-template <>
-struct HandleFor<platform::AlertController> {
-    using Type = AlertControllerHandle;
-};
-
 // _UIFeedback.
-class UIFeedbackHandle final : public Handle<platform::UIFeedback> {
-  public:
+template <>
+struct HandleFor<platform::UIFeedback> final : Handle<platform::UIFeedback, _UIFeedback> {
     using Handle::Handle;
 
     [[nodiscard]] std::uint32_t _effectiveSystemSoundID() override;
-};
-
-template <>
-struct HandleFor<platform::UIFeedback> {
-    using Type = UIFeedbackHandle;
 };
 
 }  // namespace velmoranth::device

@@ -1,4 +1,4 @@
-// Handles of UIKit's images and fonts, and of the home screen's kinds of images.
+// Handles of UIKit's images, and of the home screen's kinds of images.
 #pragma once
 
 #include "platform/springboard.h"
@@ -6,13 +6,18 @@
 
 #include "device/platform/handle.h"
 
+#include <concepts>
+
+@class UIImage;
+@class _UIImageContent;
+
 namespace velmoranth::device {
 
 // UIImage, as which interface it is known.
-template <class Interface>
-class ImageHandle final : public Handle<Interface> {
-  public:
-    using Handle<Interface>::Handle;
+template <std::derived_from<platform::Image> Interface>
+struct HandleFor<Interface> final : Handle<Interface, UIImage> {
+    using Handle<Interface, UIImage>::Handle;
+    using Handle<Interface, UIImage>::object;
 
     [[nodiscard]] platform::Size size() const override;
     [[nodiscard]] double scale() const override;
@@ -20,39 +25,13 @@ class ImageHandle final : public Handle<Interface> {
     [[nodiscard]] bool hasCIImage() const override;
 };
 
-extern template class ImageHandle<platform::Image>;
-extern template class ImageHandle<platform::SBIconLabelImage>;
-extern template class ImageHandle<platform::UNNotificationIcon>;
-
-template <>
-struct HandleFor<platform::Image> {
-    using Type = ImageHandle<platform::Image>;
-};
-
-template <>
-struct HandleFor<platform::SBIconLabelImage> {
-    using Type = ImageHandle<platform::SBIconLabelImage>;
-};
-
-template <>
-struct HandleFor<platform::UNNotificationIcon> {
-    using Type = ImageHandle<platform::UNNotificationIcon>;
-};
-
-// UIFont, which is only passed on.
-using FontHandle = Handle<platform::Font>;
-
 // _UIImageContent.
-class UIImageContentHandle final : public Handle<platform::UIImageContent> {
-  public:
+template <>
+struct HandleFor<platform::UIImageContent> final
+    : Handle<platform::UIImageContent, _UIImageContent> {
     using Handle::Handle;
 
     [[nodiscard]] platform::CUINamedVectorGlyphRef vectorGlyph() const override;
-};
-
-template <>
-struct HandleFor<platform::UIImageContent> {
-    using Type = UIImageContentHandle;
 };
 
 }  // namespace velmoranth::device

@@ -5,11 +5,7 @@
 #include "device/platform/services.h"
 #include "device/platform/text.h"
 #include "device/platform/uikit_image_handles.h"
-#include <UIKit/UIFont.h>
-#include <UIKit/UIGraphics.h>
-#include <UIKit/UIImage.h>
-#include <UIKit/_UIImageContent.h>
-#include <objc/runtime.h>
+#import <UIKit/UIKit.h>
 
 #include <cmath>
 
@@ -18,17 +14,13 @@ namespace {
 
 using platform::ImageRef;
 
-UIImage* imageOf(const platform::Object& handle) {
-    return static_cast<UIImage*>(static_cast<id>(handle.native()));
-}
-
 UIImage* imageOf(const ImageRef& image) {
     return static_cast<UIImage*>(nativeOf(image));
 }
 
 // Nil in a process without UIKit.
 Class classOfImages() {
-    return static_cast<Class>(objc_getClass("UIImage"));
+    return classNamed("UIImage");
 }
 
 class DeviceImages final : public platform::Images {
@@ -59,12 +51,7 @@ class DeviceImages final : public platform::Images {
             return std::nullopt;
         }
         @autoreleasepool {
-            NSData* const data = UIImagePNGRepresentation(imageOf(image));
-            if (data == nil) {
-                return std::nullopt;
-            }
-            const auto* const bytes = static_cast<const std::uint8_t*>([data bytes]);
-            return platform::Data(bytes, bytes + [data length]);
+            return dataOf(UIImagePNGRepresentation(imageOf(image)));
         }
     }
 
@@ -106,10 +93,10 @@ class DeviceFonts final : public platform::Fonts {
             return nullptr;
         }
         @autoreleasepool {
-            const Class fonts = static_cast<Class>(objc_getClass("UIFont"));
             // 0 is the system's own size there; what is no number is not said to be.
-            return wrap<platform::Font>([fonts fontWithName:stringOf(name)
-                                                       size:std::isnan(size) ? 0 : size]);
+            return wrap<platform::Font>([classNamed("UIFont")
+                fontWithName:stringOf(name)
+                        size:std::isnan(size) ? 0 : size]);
         }
     }
 };
@@ -118,48 +105,45 @@ class DeviceFonts final : public platform::Fonts {
 
 // What stands for an image may be none: a notification's icon, or what another library gives in an
 // image's place. It has no size and no bitmap.
-template <class Interface>
-platform::Size ImageHandle<Interface>::size() const {
-    return fromNative([ifUnderstood(imageOf(*this), @selector(size)) size]);
+template <std::derived_from<platform::Image> Interface>
+platform::Size HandleFor<Interface>::size() const {
+    return fromNative([ifUnderstood(object(), @selector(size)) size]);
 }
 
-template <class Interface>
-double ImageHandle<Interface>::scale() const {
-    return [ifUnderstood(imageOf(*this), @selector(scale)) scale];
+template <std::derived_from<platform::Image> Interface>
+double HandleFor<Interface>::scale() const {
+    return [ifUnderstood(object(), @selector(scale)) scale];
 }
 
-template <class Interface>
-platform::BitmapImageRef ImageHandle<Interface>::bitmap() const {
-    return wrap<platform::BitmapImage>([ifUnderstood(imageOf(*this), @selector(CGImage)) CGImage]);
+template <std::derived_from<platform::Image> Interface>
+platform::BitmapImageRef HandleFor<Interface>::bitmap() const {
+    return wrap<platform::BitmapImage>([ifUnderstood(object(), @selector(CGImage)) CGImage]);
 }
 
-template <class Interface>
-bool ImageHandle<Interface>::hasCIImage() const {
-    return [ifUnderstood(imageOf(*this), @selector(CIImage)) CIImage] != nil;
+template <std::derived_from<platform::Image> Interface>
+bool HandleFor<Interface>::hasCIImage() const {
+    return [ifUnderstood(object(), @selector(CIImage)) CIImage] != nil;
 }
 
-template class ImageHandle<platform::Image>;
-template class ImageHandle<platform::SBIconLabelImage>;
-template class ImageHandle<platform::UNNotificationIcon>;
+template struct HandleFor<platform::Image>;
+template struct HandleFor<platform::SBIconLabelImage>;
+template struct HandleFor<platform::UNNotificationIcon>;
 
-platform::CUINamedVectorGlyphRef UIImageContentHandle::vectorGlyph() const {
-    return wrap<platform::CUINamedVectorGlyph>([ifUnderstood(
-        static_cast<_UIImageContent*>(object()), @selector(vectorGlyph)) vectorGlyph]);
+platform::CUINamedVectorGlyphRef HandleFor<platform::UIImageContent>::vectorGlyph() const {
+    return wrap<platform::CUINamedVectorGlyph>(
+        [ifUnderstood(object(), @selector(vectorGlyph)) vectorGlyph]);
 }
 
 platform::Images& images() {
-    static auto& service = *new DeviceImages;
-    return service;
+    return theOne<DeviceImages>();
 }
 
 platform::ImageContexts& imageContexts() {
-    static auto& service = *new DeviceImageContexts;
-    return service;
+    return theOne<DeviceImageContexts>();
 }
 
 platform::Fonts& fonts() {
-    static auto& service = *new DeviceFonts;
-    return service;
+    return theOne<DeviceFonts>();
 }
 
 }  // namespace velmoranth::device

@@ -3,9 +3,7 @@
 #include "device/platform/uikit_colors.h"
 #include "device/platform/uikit_handles.h"
 #import <QuartzCore/CALayer.h>
-#import <UIKit/UIBezierPath.h>
-#import <UIKit/UIColor.h>
-#include <objc/runtime.h>
+#import <UIKit/UIKit.h>
 
 namespace velmoranth::device {
 namespace {
@@ -22,14 +20,10 @@ constexpr NamedColor kNamedColors[] = {
     {platform::kGrayColor, [](Class colors) { return [colors grayColor]; }},
 };
 
-CALayer* layerOf(const LayerHandle& handle) {
-    return static_cast<CALayer*>(handle.object());
-}
-
 }  // namespace
 
 UIColor* toNative(const platform::Color& color) {
-    const Class colors = static_cast<Class>(objc_getClass("UIColor"));
+    const Class colors = classNamed("UIColor");
     for (const NamedColor& named : kNamedColors) {
         if (named.color == color) {
             return named.send(colors);
@@ -38,43 +32,43 @@ UIColor* toNative(const platform::Color& color) {
     return [colors colorWithRed:color.red green:color.green blue:color.blue alpha:color.alpha];
 }
 
-platform::Rect LayerHandle::bounds() const {
-    return fromNative([layerOf(*this) bounds]);
+platform::Rect HandleFor<platform::Layer>::bounds() const {
+    return fromNative([object() bounds]);
 }
 
-void LayerHandle::renderInContext(const platform::GraphicsContextRef& context) {
+void HandleFor<platform::Layer>::renderInContext(const platform::GraphicsContextRef& context) {
     if (context != nullptr) {
-        [layerOf(*this) renderInContext:static_cast<struct CGContext*>(context->native())];
+        [object() renderInContext:static_cast<struct CGContext*>(context->native())];
     }
 }
 
-void LayerHandle::setOpacity(float opacity) {
-    [layerOf(*this) setOpacity:opacity];
+void HandleFor<platform::Layer>::setOpacity(float opacity) {
+    [object() setOpacity:opacity];
 }
 
-void LayerHandle::setMasksToBounds(bool masks) {
-    [layerOf(*this) setMasksToBounds:masks];
+void HandleFor<platform::Layer>::setMasksToBounds(bool masks) {
+    [object() setMasksToBounds:masks];
 }
 
-void LayerHandle::setShadowColor(const platform::Color& color) {
-    [layerOf(*this) setShadowColor:[toNative(color) CGColor]];
+void HandleFor<platform::Layer>::setShadowColor(const platform::Color& color) {
+    [object() setShadowColor:[toNative(color) CGColor]];
 }
 
-void LayerHandle::setShadowOpacity(float opacity) {
-    [layerOf(*this) setShadowOpacity:opacity];
+void HandleFor<platform::Layer>::setShadowOpacity(float opacity) {
+    [object() setShadowOpacity:opacity];
 }
 
-void LayerHandle::setShadowOffset(platform::Size offset) {
-    [layerOf(*this) setShadowOffset:toNative(offset)];
+void HandleFor<platform::Layer>::setShadowOffset(platform::Size offset) {
+    [object() setShadowOffset:toNative(offset)];
 }
 
-void LayerHandle::setShadowRadius(double radius) {
-    [layerOf(*this) setShadowRadius:radius];
+void HandleFor<platform::Layer>::setShadowRadius(double radius) {
+    [object() setShadowRadius:radius];
 }
 
-void LayerHandle::setShadowPathRect(const platform::Rect& rect) {
-    const Class paths = static_cast<Class>(objc_getClass("UIBezierPath"));
-    [layerOf(*this) setShadowPath:[[paths bezierPathWithRect:toNative(rect)] CGPath]];
+void HandleFor<platform::Layer>::setShadowPathRect(const platform::Rect& rect) {
+    [object()
+        setShadowPath:[[classNamed("UIBezierPath") bezierPathWithRect:toNative(rect)] CGPath]];
 }
 
 }  // namespace velmoranth::device

@@ -11,6 +11,10 @@
 #include <memory>
 #include <vector>
 
+@class UIGestureRecognizer;
+@class UIView;
+@class UIViewController;
+
 namespace velmoranth::device {
 
 // A handle that fits the object's class. Nil for nil and for what is no view.
@@ -21,40 +25,37 @@ namespace velmoranth::device {
 template <class Interface>
 [[nodiscard]] std::vector<std::shared_ptr<Interface>> membersOf(id array) {
     std::vector<std::shared_ptr<Interface>> members;
-    if ([array isKindOfClass:[NSArray class]]) {
-        for (NSUInteger i = 0; i < [static_cast<NSArray*>(array) count]; ++i) {
-            const platform::ObjectRef member =
-                wrapAny([static_cast<NSArray*>(array) objectAtIndex:i]);
-            if (auto fitting = std::dynamic_pointer_cast<Interface>(member)) {
-                members.push_back(std::move(fitting));
-            }
+    forEach(array, [&members](id element) {
+        if (auto fitting = std::dynamic_pointer_cast<Interface>(wrapAny(element))) {
+            members.push_back(std::move(fitting));
         }
-    }
+    });
     return members;
 }
 
 struct ViewMessages {
-    [[nodiscard]] static int tag(id view);
-    static void setTag(id view, int tag);
-    [[nodiscard]] static platform::Rect frame(id view);
-    static void setFrame(id view, const platform::Rect& frame);
-    [[nodiscard]] static platform::Rect bounds(id view);
-    [[nodiscard]] static std::vector<platform::ViewRef> subviews(id view);
-    static void addSubview(id view, id subview);
-    static void insertSubviewAtIndex(id view, id subview, std::size_t index);
-    static void removeFromSuperview(id view);
-    [[nodiscard]] static platform::ViewRef viewWithTag(id view, int tag);
-    static void setBackgroundColor(id view, const platform::Color& color);
-    static void setClipsToBounds(id view, bool clips);
-    static void setAlpha(id view, double alpha);
-    static void setHidden(id view, bool hidden);
-    static void addGestureRecognizer(id view, id recognizer);
-    [[nodiscard]] static platform::LayerRef layer(id view);
+    [[nodiscard]] static int tag(UIView* view);
+    static void setTag(UIView* view, int tag);
+    [[nodiscard]] static platform::Rect frame(UIView* view);
+    static void setFrame(UIView* view, const platform::Rect& frame);
+    [[nodiscard]] static platform::Rect bounds(UIView* view);
+    [[nodiscard]] static std::vector<platform::ViewRef> subviews(UIView* view);
+    static void addSubview(UIView* view, UIView* subview);
+    static void insertSubviewAtIndex(UIView* view, UIView* subview, std::size_t index);
+    static void removeFromSuperview(UIView* view);
+    [[nodiscard]] static platform::ViewRef viewWithTag(UIView* view, int tag);
+    static void setBackgroundColor(UIView* view, const platform::Color& color);
+    static void setClipsToBounds(UIView* view, bool clips);
+    static void setAlpha(UIView* view, double alpha);
+    static void setHidden(UIView* view, bool hidden);
+    static void addGestureRecognizer(UIView* view, UIGestureRecognizer* recognizer);
+    [[nodiscard]] static platform::LayerRef layer(UIView* view);
 };
 
 struct ViewControllerMessages {
-    [[nodiscard]] static platform::ViewRef view(id controller);
-    static void presentAnimated(id controller, id presented, bool animated);
+    [[nodiscard]] static platform::ViewRef view(UIViewController* controller);
+    static void presentAnimated(UIViewController* controller, UIViewController* presented,
+                                bool animated);
 };
 
 }  // namespace velmoranth::device

@@ -2,139 +2,123 @@
 #include "device/platform/geometry.h"
 #include "device/platform/uikit_colors.h"
 #include "device/platform/uikit_handles.h"
-#import <UIKit/UIImageView.h>
-#import <UIKit/UILabel.h>
-#import <UIKit/UIViewController.h>
+#import <UIKit/UIKit.h>
 
 #include <algorithm>
 #include <limits>
 
 namespace velmoranth::device {
-namespace {
-
-UIView* asView(id object) {
-    return static_cast<UIView*>(object);
-}
-
-UILabel* labelOf(const LabelHandle& handle) {
-    return static_cast<UILabel*>(handle.object());
-}
-
-}  // namespace
-
 platform::ViewRef viewOf(id object) {
     return std::dynamic_pointer_cast<platform::View>(wrapAny(object));
 }
 
 // The nearer end for a tag that is no int: never one that the engine gives.
-int ViewMessages::tag(id view) {
+int ViewMessages::tag(UIView* view) {
     using Limits = std::numeric_limits<int>;
-    return static_cast<int>(
-        std::clamp<NSInteger>([asView(view) tag], Limits::min(), Limits::max()));
+    return static_cast<int>(std::clamp<NSInteger>([view tag], Limits::min(), Limits::max()));
 }
 
-void ViewMessages::setTag(id view, int tag) {
-    [asView(view) setTag:tag];
+void ViewMessages::setTag(UIView* view, int tag) {
+    [view setTag:tag];
 }
 
-platform::Rect ViewMessages::frame(id view) {
-    return fromNative([asView(view) frame]);
+platform::Rect ViewMessages::frame(UIView* view) {
+    return fromNative([view frame]);
 }
 
-void ViewMessages::setFrame(id view, const platform::Rect& frame) {
-    [asView(view) setFrame:toNative(frame)];
+void ViewMessages::setFrame(UIView* view, const platform::Rect& frame) {
+    [view setFrame:toNative(frame)];
 }
 
-platform::Rect ViewMessages::bounds(id view) {
-    return fromNative([asView(view) bounds]);
+platform::Rect ViewMessages::bounds(UIView* view) {
+    return fromNative([view bounds]);
 }
 
-std::vector<platform::ViewRef> ViewMessages::subviews(id view) {
-    return membersOf<platform::View>([asView(view) subviews]);
+std::vector<platform::ViewRef> ViewMessages::subviews(UIView* view) {
+    return membersOf<platform::View>([view subviews]);
 }
 
-void ViewMessages::addSubview(id view, id subview) {
+void ViewMessages::addSubview(UIView* view, UIView* subview) {
     if (subview != nil) {
-        [asView(view) addSubview:asView(subview)];
+        [view addSubview:subview];
     }
 }
 
-void ViewMessages::insertSubviewAtIndex(id view, id subview, std::size_t index) {
+void ViewMessages::insertSubviewAtIndex(UIView* view, UIView* subview, std::size_t index) {
     constexpr std::size_t kLast = std::numeric_limits<NSInteger>::max();
     if (subview != nil) {
-        [asView(view) insertSubview:asView(subview)
-                            atIndex:static_cast<NSInteger>(std::min(index, kLast))];
+        [view insertSubview:subview atIndex:static_cast<NSInteger>(std::min(index, kLast))];
     }
 }
 
-void ViewMessages::removeFromSuperview(id view) {
-    [asView(view) removeFromSuperview];
+void ViewMessages::removeFromSuperview(UIView* view) {
+    [view removeFromSuperview];
 }
 
-platform::ViewRef ViewMessages::viewWithTag(id view, int tag) {
-    return viewOf([asView(view) viewWithTag:tag]);
+platform::ViewRef ViewMessages::viewWithTag(UIView* view, int tag) {
+    return viewOf([view viewWithTag:tag]);
 }
 
-void ViewMessages::setBackgroundColor(id view, const platform::Color& color) {
-    [asView(view) setBackgroundColor:toNative(color)];
+void ViewMessages::setBackgroundColor(UIView* view, const platform::Color& color) {
+    [view setBackgroundColor:toNative(color)];
 }
 
-void ViewMessages::setClipsToBounds(id view, bool clips) {
-    [asView(view) setClipsToBounds:clips];
+void ViewMessages::setClipsToBounds(UIView* view, bool clips) {
+    [view setClipsToBounds:clips];
 }
 
-void ViewMessages::setAlpha(id view, double alpha) {
-    [asView(view) setAlpha:alpha];
+void ViewMessages::setAlpha(UIView* view, double alpha) {
+    [view setAlpha:alpha];
 }
 
-void ViewMessages::setHidden(id view, bool hidden) {
-    [asView(view) setHidden:hidden];
+void ViewMessages::setHidden(UIView* view, bool hidden) {
+    [view setHidden:hidden];
 }
 
-void ViewMessages::addGestureRecognizer(id view, id recognizer) {
+void ViewMessages::addGestureRecognizer(UIView* view, UIGestureRecognizer* recognizer) {
     if (recognizer != nil) {
-        [asView(view) addGestureRecognizer:static_cast<UIGestureRecognizer*>(recognizer)];
+        [view addGestureRecognizer:recognizer];
     }
 }
 
-platform::LayerRef ViewMessages::layer(id view) {
-    return wrap<platform::Layer>([asView(view) layer]);
+platform::LayerRef ViewMessages::layer(UIView* view) {
+    return wrap<platform::Layer>([view layer]);
 }
 
-platform::ImageRef ImageViewHandle::image() const {
-    return wrap<platform::Image>([static_cast<UIImageView*>(object()) image]);
+platform::ImageRef HandleFor<platform::ImageView>::image() const {
+    return wrap<platform::Image>([object() image]);
 }
 
-void ImageViewHandle::setImage(const platform::ImageRef& image) {
-    [static_cast<UIImageView*>(object()) setImage:static_cast<UIImage*>(nativeOf(image))];
+void HandleFor<platform::ImageView>::setImage(const platform::ImageRef& image) {
+    [object() setImage:nativeOf(image)];
 }
 
-void LabelHandle::setFont(const platform::FontRef& font) {
-    [labelOf(*this) setFont:static_cast<UIFont*>(nativeOf(font))];
+void HandleFor<platform::Label>::setFont(const platform::FontRef& font) {
+    [object() setFont:nativeOf(font)];
 }
 
-void LabelHandle::setTextAlignment(platform::TextAlignment alignment) {
-    [labelOf(*this) setTextAlignment:static_cast<NSInteger>(alignment)];
+void HandleFor<platform::Label>::setTextAlignment(platform::TextAlignment alignment) {
+    [object() setTextAlignment:static_cast<NSInteger>(alignment)];
 }
 
-void LabelHandle::setText(const platform::NullableString& text) {
-    [labelOf(*this) setText:stringOf(text)];
+void HandleFor<platform::Label>::setText(const platform::NullableString& text) {
+    [object() setText:stringOf(text)];
 }
 
-void LabelHandle::setTextColor(const platform::Color& color) {
-    [labelOf(*this) setTextColor:toNative(color)];
+void HandleFor<platform::Label>::setTextColor(const platform::Color& color) {
+    [object() setTextColor:toNative(color)];
 }
 
-void LabelHandle::setShadowColor(const platform::Color& color) {
-    [labelOf(*this) setShadowColor:toNative(color)];
+void HandleFor<platform::Label>::setShadowColor(const platform::Color& color) {
+    [object() setShadowColor:toNative(color)];
 }
 
-void LabelHandle::setShadowOffset(platform::Size offset) {
-    [labelOf(*this) setShadowOffset:toNative(offset)];
+void HandleFor<platform::Label>::setShadowOffset(platform::Size offset) {
+    [object() setShadowOffset:toNative(offset)];
 }
 
-platform::ViewControllerRef WindowHandle::rootViewController() const {
-    return wrap<platform::ViewController>([static_cast<UIWindow*>(object()) rootViewController]);
+platform::ViewControllerRef HandleFor<platform::Window>::rootViewController() const {
+    return wrap<platform::ViewController>([object() rootViewController]);
 }
 
 }  // namespace velmoranth::device

@@ -2,9 +2,7 @@
 #include "device/platform/geometry.h"
 #include "device/platform/services.h"
 #include "device/platform/uikit_handles.h"
-#import <UIKit/UIGestureRecognizer.h>
-#import <UIKit/UIImageView.h>
-#import <UIKit/UIView.h>
+#import <UIKit/UIKit.h>
 #include <objc/runtime.h>
 
 #include <functional>
@@ -16,15 +14,11 @@ namespace {
 using Animations = std::function<void()>;
 using Completion = std::function<void(bool finished)>;
 
-Class classNamed(const char* name) {
-    return static_cast<Class>(objc_getClass(name));
-}
-
 // The engine sets up what it has made without looking whether there is one, as messages to nil do
 // nothing. So where the platform made none, there is a handle of nil.
 template <class Interface>
 std::shared_ptr<Interface> made(id view) {
-    return std::make_shared<typename HandleFor<Interface>::Type>(view, Hold::adopt);
+    return std::make_shared<HandleFor<Interface>>(view, Hold::adopt);
 }
 
 template <class Interface>
@@ -102,8 +96,7 @@ class UIViews final : public platform::Views {
 }  // namespace
 
 platform::Views& views() {
-    static UIViews instance;
-    return instance;
+    return theOne<UIViews>();
 }
 
 }  // namespace velmoranth::device

@@ -96,7 +96,7 @@ TEST_F(HandleReferences, AdoptedImagesEndWithTheirHandle) {
 TEST_F(HandleReferences, BorrowedImagesAreNotCounted) {
     const CGImageRef image = createImage({}, {});
     {
-        const BitmapImageHandle handle(image, Hold::borrow);
+        const HandleFor<platform::BitmapImage> handle(image, Hold::borrow);
         EXPECT_EQ(referencesTo(image), 1);
     }
     EXPECT_EQ(referencesTo(image), 1);
@@ -220,8 +220,8 @@ TEST_F(BitmapImages, WithoutAProviderHaveNoBytes) {
 }
 
 TEST_F(BitmapImages, TooLargeToCopyAreNotAskedForBytes) {
-    for (const std::size_t bytesPerRow :
-         {BitmapImageHandle::kLargestBitmap / 2 + 1, std::numeric_limits<std::size_t>::max()}) {
+    for (const std::size_t bytesPerRow : {HandleFor<platform::BitmapImage>::kLargestBitmap / 2 + 1,
+                                          std::numeric_limits<std::size_t>::max()}) {
         const BitmapImageRef image = wrap<platform::BitmapImage>(
             createImage({.height = 2, .bytesPerRow = bytesPerRow}, {1}), Hold::adopt);
         EXPECT_EQ(image->dataProvider(), nullptr);
