@@ -1,9 +1,19 @@
-// Contexts to draw into, and those of bitmaps.
+// Contexts to draw into, those of bitmaps, and gradients to draw.
 #pragma once
 
-#include <CoreGraphics/CGGeometry.h>
-#include <CoreGraphics/CGGradient.h>
 #include <CoreGraphics/CGImage.h>
+
+typedef struct CGGradient* CGGradientRef;
+
+typedef uint32_t CGGradientDrawingOptions;
+
+extern "C" {
+// `count` stops, each with the space's components and alpha; NULL locations are evenly spread.
+CGGradientRef CGGradientCreateWithColorComponents(CGColorSpaceRef space, const CGFloat* components,
+                                                  const CGFloat* locations, size_t count);
+CGGradientRef CGGradientRetain(CGGradientRef gradient);
+void CGGradientRelease(CGGradientRef gradient);
+}
 
 typedef struct CGContext* CGContextRef;
 

@@ -1,12 +1,47 @@
-// Bitmap images and image masks. Getters answer 0 or NULL for NULL, and Retain and Release take it.
+// Bitmap images, and the colour spaces and bytes that they are made of.
 #pragma once
 
-#include <CoreGraphics/CGColorSpace.h>
-#include <CoreGraphics/CGDataProvider.h>
 #include <CoreGraphics/CGGeometry.h>
 #include <stddef.h>
 #include <stdint.h>
 
+// Colour spaces. Create gives a reference that Release takes back; both release functions take
+// NULL.
+typedef struct CGColorSpace* CGColorSpaceRef;
+
+typedef int32_t CGColorSpaceModel;
+
+enum : CGColorSpaceModel {
+    kCGColorSpaceModelUnknown = -1,
+    kCGColorSpaceModelMonochrome = 0,
+    kCGColorSpaceModelRGB = 1,
+    kCGColorSpaceModelIndexed = 5,
+};
+
+extern "C" {
+CGColorSpaceRef CGColorSpaceCreateDeviceGray(void);
+CGColorSpaceRef CGColorSpaceCreateDeviceRGB(void);
+CGColorSpaceModel CGColorSpaceGetModel(CGColorSpaceRef space);
+void CGColorSpaceRelease(CGColorSpaceRef space);
+}
+
+// What images take their bytes from.
+typedef struct CGDataProvider* CGDataProviderRef;
+typedef const struct __CFData* CFDataRef;
+
+// `info` is what the provider was made with.
+typedef void (*CGDataProviderReleaseDataCallback)(void* info, const void* data, size_t size);
+
+extern "C" {
+// The data is not copied; it is in use until `releaseData` is called.
+CGDataProviderRef CGDataProviderCreateWithData(void* info, const void* data, size_t size,
+                                               CGDataProviderReleaseDataCallback releaseData);
+// An NSData as well, with a reference for the caller.
+CFDataRef CGDataProviderCopyData(CGDataProviderRef provider);
+void CGDataProviderRelease(CGDataProviderRef provider);
+}
+
+// Bitmap images and image masks. Getters answer 0 or NULL for NULL, and Retain and Release take it.
 typedef struct CGImage* CGImageRef;
 
 typedef uint32_t CGImageAlphaInfo;

@@ -2,7 +2,7 @@
 // library calls them.
 #pragma once
 
-#import <UIKit/UIView.h>
+#import <UIKit/UIKit.h>
 
 @class UIImage;
 
