@@ -39,24 +39,15 @@ typedef struct {
     char opaque[8];
 } pthread_once_t;
 
-typedef struct {
-    long sig;
-    char opaque[192];
-} pthread_rwlock_t;
-
 #define PTHREAD_MUTEX_INITIALIZER {0x32AAABA7, {0}}
 #define PTHREAD_COND_INITIALIZER {0x3CB0B1BB, {0}}
-#define PTHREAD_ONCE_INIT {0x30B1BCBA, {0}}
-#define PTHREAD_RWLOCK_INITIALIZER {0x2DA8B3B4, {0}}
 #define PTHREAD_MUTEX_RECURSIVE 2
 
 __BEGIN_DECLS
 pthread_t pthread_self(void);
-int pthread_equal(pthread_t, pthread_t);
 int pthread_create(pthread_t*, const pthread_attr_t*, void* (*)(void*), void*);
 int pthread_join(pthread_t, void**);
 int pthread_detach(pthread_t);
-int pthread_main_np(void);
 int pthread_once(pthread_once_t*, void (*)(void));
 int pthread_key_create(pthread_key_t*, void (*)(void*));
 void* pthread_getspecific(pthread_key_t);

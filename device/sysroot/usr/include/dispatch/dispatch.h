@@ -7,14 +7,10 @@
 struct dispatch_queue_s;
 typedef struct dispatch_queue_s* dispatch_queue_t;
 typedef void (^dispatch_block_t)(void);
-typedef void (*dispatch_function_t)(void*);
-typedef long dispatch_once_t;
 typedef uint64_t dispatch_time_t;
 
 #define DISPATCH_TIME_NOW (0ULL)
-#define DISPATCH_TIME_FOREVER (~0ULL)
 #define NSEC_PER_SEC 1000000000ULL
-#define NSEC_PER_MSEC 1000000ULL
 
 __BEGIN_DECLS
 extern struct dispatch_queue_s _dispatch_main_q;

@@ -15,25 +15,15 @@ typedef struct objc_object* id;
 typedef struct objc_selector* SEL;
 typedef void (*IMP)(void);  // to be cast to the method's type before it is called
 
-#ifdef __cplusplus
 typedef bool BOOL;
-#else
-typedef _Bool BOOL;
-#endif
 
 #define YES __objc_yes
 #define NO __objc_no
 
-#ifdef __cplusplus
 #define nil nullptr
 #define Nil nullptr
-#else
-#define nil ((void*)0)
-#define Nil ((void*)0)
-#endif
 
 __BEGIN_DECLS
 SEL sel_registerName(const char*);
-const char* sel_getName(SEL);
 const char* object_getClassName(id);
 __END_DECLS

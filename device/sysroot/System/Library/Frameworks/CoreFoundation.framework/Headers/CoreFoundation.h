@@ -6,12 +6,9 @@
 
 typedef long CFIndex;
 typedef const void* CFTypeRef;
-typedef const struct __CFAllocator* CFAllocatorRef;
-typedef const struct __CFArray* CFArrayRef;
 typedef const struct __CFData* CFDataRef;
 typedef const struct __CFDictionary* CFDictionaryRef;
 typedef const struct __CFString* CFStringRef;
-typedef const struct __CFURL* CFURLRef;
 typedef struct __CFNotificationCenter* CFNotificationCenterRef;
 
 typedef void (*CFNotificationCallback)(CFNotificationCenterRef center, void* observer,

@@ -10,6 +10,5 @@ typedef struct {
 } NSOperatingSystemVersion;
 
 @interface NSProcessInfo (NSOperatingSystemVersion)
-- (NSOperatingSystemVersion)operatingSystemVersion;
 - (BOOL)isOperatingSystemAtLeastVersion:(NSOperatingSystemVersion)version;
 @end
