@@ -1,7 +1,6 @@
 #include "desktop/audio/recording_output.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstdint>
 
@@ -23,14 +22,6 @@ void appendLittleEndian(platform::Data& file, std::uint32_t value, int bytes) {
 }
 
 }  // namespace
-
-RecordingOutput::RecordingOutput(Mixer& mixer) : mixer_(mixer), begin_(mixer.position()) {
-    mixer_.setObserver(this);
-}
-
-RecordingOutput::~RecordingOutput() {
-    mixer_.setObserver(nullptr);
-}
 
 void RecordingOutput::advance(double seconds) {
     clock_ += seconds;
@@ -66,28 +57,6 @@ void RecordingOutput::advanceToEnd(double longest) {
 double RecordingOutput::seconds() const {
     const std::size_t frames = samples_.size() / kChannels;
     return static_cast<double>(frames) / mixer_.sampleRate();
-}
-
-void RecordingOutput::voiceStarted(const Start& start) {
-    numbers_.push_back(start.number);
-    journal_.push_back({.name = start.name,
-                        .volume = start.volume,
-                        .start = secondsAt(start.frame),
-                        .over = start.over});
-}
-
-void RecordingOutput::voiceEnded(std::uint64_t number, std::uint64_t frame, VoiceEnding ending) {
-    // One that began before this output is in no entry.
-    const auto found = std::find(numbers_.begin(), numbers_.end(), number);
-    if (found != numbers_.end()) {
-        Entry& entry = journal_[static_cast<std::size_t>(found - numbers_.begin())];
-        entry.end = secondsAt(frame);
-        entry.ending = ending;
-    }
-}
-
-double RecordingOutput::secondsAt(std::uint64_t frame) const {
-    return static_cast<double>(frame - begin_) / mixer_.sampleRate();
 }
 
 platform::Data writeWav(std::span<const float> stereo, int sampleRate) {

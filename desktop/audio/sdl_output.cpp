@@ -14,6 +14,7 @@
 #include <mutex>
 #include <optional>
 #include <span>
+#include <stop_token>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -123,39 +124,30 @@ class OpenDevice {
 // Pulls as fast as a device would, and drops what it gets: sounds end when they should.
 class SilentDevice {
   public:
-    explicit SilentDevice(Mixer& mixer) : mixer_(mixer), thread_([this] { run(); }) {}
+    explicit SilentDevice(Mixer& mixer)
+        : mixer_(mixer), thread_([this](const std::stop_token& stop) { run(stop); }) {}
 
     SilentDevice(const SilentDevice&) = delete;
     SilentDevice& operator=(const SilentDevice&) = delete;
 
-    ~SilentDevice() {
-        {
-            const std::lock_guard lock(mutex_);
-            stops_ = true;
-        }
-        wake_.notify_one();
-        thread_.join();
-    }
-
   private:
-    void run() {
+    void run(const std::stop_token& stop) {
         std::vector<float> frames(kBufferFrames * kChannels);
         const auto length = std::chrono::duration_cast<std::chrono::steady_clock::duration>(
             std::chrono::duration<double>(static_cast<double>(kBufferFrames) /
                                           mixer_.sampleRate()));
         auto next = std::chrono::steady_clock::now();
-        std::unique_lock lock(mutex_);
-        while (!wake_.wait_until(lock, next, [this] { return stops_; })) {
+        std::mutex mutex;
+        std::condition_variable_any wake;
+        std::unique_lock lock(mutex);
+        while (!wake.wait_until(lock, stop, next, [&stop] { return stop.stop_requested(); })) {
             mixer_.render(frames);
             next += length;
         }
     }
 
     Mixer& mixer_;
-    std::mutex mutex_;
-    std::condition_variable wake_;
-    bool stops_ = false;
-    std::thread thread_;  // last: it uses the others
+    std::jthread thread_;  // last: it uses the mixer
 };
 
 }  // namespace

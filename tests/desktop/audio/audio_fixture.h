@@ -3,7 +3,6 @@
 
 #include "desktop/audio/audio.h"
 #include "desktop/audio/mixer.h"
-#include "desktop/audio/recording_output.h"
 #include "desktop/audio/sound_decoder.h"
 #include "desktop/audio/sound_file.h"
 #include "desktop/files/create_device_root.h"
@@ -11,6 +10,7 @@
 #include "tests/support/sounds/sounds.h"
 #include "tests/support/temporary_folder.h"
 
+#include "journaled_output.h"
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -92,7 +92,7 @@ class AudioTest : public testing::Test {
     const tests::TemporaryFolder folder_;
     std::shared_ptr<DeviceRoot> root_;
     Mixer mixer_;
-    RecordingOutput output_{mixer_};
+    JournaledOutput output_{mixer_};
     DesktopAudio audio_;
 };
 

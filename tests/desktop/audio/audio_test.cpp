@@ -186,7 +186,7 @@ TEST_F(AudioTest, OtherCategoriesInterruptMusic) {
          {"", "AVAudioSessionCategorySoloAmbient", "AVAudioSessionCategoryPlayback",
           "AVAudioSessionCategoryPlayAndRecord", "AVAudioSessionCategoryMultiRoute"}) {
         Mixer mixer;
-        RecordingOutput output(mixer);
+        JournaledOutput output(mixer);
         DesktopAudio audio(root_, mixer, output);
         mixer.startOtherAudio(std::make_unique<ConstantSound>(100000, 0.25F), "music");
         if (!category.empty()) {  // else the default

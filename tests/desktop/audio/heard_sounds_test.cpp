@@ -4,7 +4,6 @@
 #include "core/velmoranth.h"
 #include "desktop/audio/audio.h"
 #include "desktop/audio/mixer.h"
-#include "desktop/audio/recording_output.h"
 #include "desktop/audio/sound_decoder.h"
 #include "desktop/audio/sound_file.h"
 #include "desktop/files/device_root.h"
@@ -12,6 +11,7 @@
 #include "tests/support/sounds/sounds.h"
 #include "tests/support/test_device.h"
 
+#include "journaled_output.h"
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -133,7 +133,7 @@ class HeardSounds : public ::testing::Test {
 
     TestDevice device;
     desktop::Mixer mixer;
-    desktop::RecordingOutput output{mixer};
+    desktop::JournaledOutput output{mixer};
     desktop::DesktopAudio audio{desktop::DeviceRoot::open(device.hostFolder()).value(), mixer,
                                 output};
     Feedback feedback;

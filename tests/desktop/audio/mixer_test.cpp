@@ -94,9 +94,9 @@ TEST(Mixer, OtherAudioEnds) {
     EXPECT_FALSE(mixer.isOtherAudioPlaying());
 }
 
-TEST(RecordingOutput, KeepsAJournalOfVoices) {
+TEST(JournaledOutput, KeepsAJournalOfVoices) {
     Mixer mixer(1000);
-    RecordingOutput output(mixer);
+    JournaledOutput output(mixer);
     mixer.startOtherAudio(constant(1000, 0), "music");
     output.advance(0.1);
     const auto first = mixer.start(constant(200, 0), "first", 0.5F);
@@ -134,7 +134,7 @@ TEST(RecordingOutput, KeepsAJournalOfVoices) {
 TEST(RecordingOutput, CountsFromWhereTheMixerIs) {
     Mixer mixer(1000);
     static_cast<void>(rendered(mixer, 500));
-    RecordingOutput output(mixer);
+    JournaledOutput output(mixer);
     const auto voice = mixer.start(constant(100, 0.5F), "voice");
     output.advanceToEnd(10);
     EXPECT_EQ(output.journal().at(0).start, 0);
