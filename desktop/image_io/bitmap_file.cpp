@@ -2,8 +2,6 @@
 
 #include "desktop/image_io/formats.h"
 
-#include <algorithm>
-#include <limits>
 #include <memory>
 #include <new>
 #include <string>
@@ -22,18 +20,11 @@ constexpr std::size_t kTrailerBytes = kNumbers * kNumberBytes;
 // Places in the trailer.
 constexpr std::size_t kWidth = 1;
 constexpr std::size_t kHeight = 2;
-constexpr std::size_t kWrittenAlignment = 8;  // pixels
 
 std::size_t numberAt(Bytes trailer, std::size_t place) {
     const Bytes bytes = trailer.subspan(place * kNumberBytes, kNumberBytes);
     return std::size_t{bytes[0]} | std::size_t{bytes[1]} << 8 | std::size_t{bytes[2]} << 16 |
            std::size_t{bytes[3]} << 24;
-}
-
-void setNumber(std::span<std::uint8_t> trailer, std::size_t place, std::size_t number) {
-    for (std::size_t i = 0; i < kNumberBytes; ++i) {
-        trailer[place * kNumberBytes + i] = static_cast<std::uint8_t>(number >> (8 * i));
-    }
 }
 
 Result<DecodedImage> decode(Bytes file, const DecodeLimits& limits) {
@@ -80,28 +71,6 @@ Result<DecodedImage> decodeBitmapFile(std::span<const std::uint8_t> file,
     } catch (const std::bad_alloc&) {
         return refuse("there is not enough memory for the image");
     }
-}
-
-platform::Data encodeBitmapFile(std::span<const std::uint8_t> premultipliedBgra, std::size_t width,
-                                std::size_t height, std::size_t bytesPerRow) {
-    constexpr std::size_t kLargestSide = std::numeric_limits<std::int32_t>::max();
-    const std::size_t rowBytes = width * kPixelBytes;
-    if (width == 0 || height == 0 || width > kLargestSide || height > kLargestSide ||
-        bytesPerRow < rowBytes || premultipliedBgra.size() < rowBytes ||
-        (premultipliedBgra.size() - rowBytes) / bytesPerRow < height - 1) {
-        return {};
-    }
-    const std::size_t storedRow =
-        (width + kWrittenAlignment - 1) / kWrittenAlignment * kWrittenAlignment * kPixelBytes;
-    platform::Data file(storedRow * height + kTrailerBytes);
-    for (std::size_t y = 0; y < height; ++y) {
-        std::copy_n(premultipliedBgra.data() + y * bytesPerRow, rowBytes,
-                    file.data() + y * storedRow);
-    }
-    const std::span<std::uint8_t> trailer = std::span(file).last(kTrailerBytes);
-    setNumber(trailer, kWidth, width);
-    setNumber(trailer, kHeight, height);
-    return file;
 }
 
 }  // namespace velmoranth::desktop

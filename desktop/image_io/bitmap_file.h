@@ -3,17 +3,14 @@
 //   pixels   premultiplied B, G, R, A, 8 bits each, top row first, no header before them: certain,
 //            since many converters read them so.
 //   rows     padded to a whole number of pixels that is at least the width. How far they are padded
-//            is uncertain (it has changed with the hardware); reading takes it from the length of
-//            the file, writing uses 8.
+//            is uncertain (it has changed with the hardware): taken from the length of the file.
 //   trailer  six numbers, the second and the third of which are width and height in pixels: nearly
-//            certain. What the others mean is not known: reading ignores them, writing makes them
-//            0.
+//            certain. What the others mean is not known: they are ignored.
 // The bytes have no mark of their own, so such a file is not told by its content.
 #pragma once
 
 #include "desktop/image_io/image_io.h"
 #include "desktop/result/result.h"
-#include "platform/foundation.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -29,11 +26,5 @@ inline constexpr std::size_t kLongestBitmapFilePadding = 63;
 // the length of the file does not fit them. Never throws.
 [[nodiscard]] Result<DecodedImage> decodeBitmapFile(std::span<const std::uint8_t> file,
                                                     const DecodeLimits& limits = {});
-
-// The file of premultiplied B, G, R, A pixels; the last row may end with its last pixel. Empty when
-// there is no pixel, a side does not fit 31 bits, or there are fewer bytes than the sizes say.
-[[nodiscard]] platform::Data encodeBitmapFile(std::span<const std::uint8_t> premultipliedBgra,
-                                              std::size_t width, std::size_t height,
-                                              std::size_t bytesPerRow);
 
 }  // namespace velmoranth::desktop

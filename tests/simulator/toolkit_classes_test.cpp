@@ -3,7 +3,6 @@
 #include "simulator/toolkit/toolkit_classes.h"
 
 #include "desktop/files/create_device_root.h"
-#include "desktop/image_io/bitmap_file.h"
 #include "desktop/imaging/bitmap_image.h"
 #include "simulator/artwork/toolkit_artwork.h"
 #include "simulator/toolkit/base_classes.h"
@@ -385,13 +384,21 @@ INSTANTIATE_TEST_SUITE_P(Systems, StoredWallpaper, testing::Values(12, 13));
 
 constexpr const char* kHome = "/var/mobile/Library/SpringBoard/OriginalHomeBackground.cpbitmap";
 
+// The rows, and a trailer whose second and third numbers are the sizes.
+platform::Data wallpaper(platform::Data pixels, int width, int height) {
+    for (const int number : {0, width, height, 0, 0, 0}) {
+        pixels.insert(pixels.end(), {static_cast<std::uint8_t>(number), 0, 0, 0});
+    }
+    return pixels;
+}
+
 TEST_P(StoredWallpaper, IsReadFromTheDeviceAtTheScreensScale) {
     platform::Data pixels;
     for (std::uint8_t i = 0; i < 6 * 3 * 4; ++i) {
         pixels.push_back(i % 4 == 3 ? 255 : i);
     }
     write("/private/var/mobile/Library/SpringBoard/OriginalHomeBackground.cpbitmap",
-          desktop::encodeBitmapFile(pixels, 6, 3, 24));
+          wallpaper(pixels, 6, 3));
     for (const int flags : {0, 7, -1}) {
         const ImageRef image = load(kHome, flags);
         ASSERT_NE(image, nullptr);
@@ -402,7 +409,7 @@ TEST_P(StoredWallpaper, IsReadFromTheDeviceAtTheScreensScale) {
 }
 
 TEST_P(StoredWallpaper, IsNilWhenMissingOrBroken) {
-    platform::Data file = desktop::encodeBitmapFile(platform::Data(64), 4, 4, 16);
+    platform::Data file = wallpaper(platform::Data(64), 4, 4);
     write("/whole.cpbitmap", file);
     EXPECT_NE(load("/whole.cpbitmap"), nullptr);
     EXPECT_NE(load("/../../whole.cpbitmap"), nullptr);  // the root's parent is the root

@@ -1,4 +1,4 @@
-// Stored wallpapers: what is read and written, and files that are damaged or made to do harm.
+// Stored wallpapers: what is read, and files that are damaged or made to do harm.
 #include "desktop/image_io/bitmap_file.h"
 
 #include <gtest/gtest.h>
@@ -62,44 +62,6 @@ TEST(BitmapFile, PixelsAreBlueGreenRedAlpha) {
     const auto image = decodeBitmapFile(withTrailer({10, 20, 30, 255}, 1, 1));
     ASSERT_TRUE(image);
     EXPECT_EQ(toPremultipliedBgra(*image), (Data{10, 20, 30, 255}));
-}
-
-TEST(BitmapFile, WritesRowsOfEightPixelsAndTheTrailer) {
-    const Data pixels = rows(3, 2, 3);
-    const Data file = encodeBitmapFile(pixels, 3, 2, 12);
-    ASSERT_EQ(file.size(), 2U * 8 * 4 + 24);
-    EXPECT_EQ(Data(file.begin(), file.begin() + 12), Data(pixels.begin(), pixels.begin() + 12));
-    EXPECT_EQ(Data(file.begin() + 12, file.begin() + 32), Data(20, 0));
-    EXPECT_EQ(Data(file.begin() + 32, file.begin() + 44), Data(pixels.begin() + 12, pixels.end()));
-    EXPECT_EQ(Data(file.end() - 24, file.end()),
-              (Data{0, 0, 0, 0, 3, 0, 0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
-}
-
-TEST(BitmapFile, IsReadAsItWasWritten) {
-    for (const std::size_t width : {1U, 7U, 8U, 9U, 64U, 375U}) {
-        const Data pixels = rows(width, 5, width + 2);
-        const auto image = decodeBitmapFile(encodeBitmapFile(pixels, width, 5, (width + 2) * 4));
-        ASSERT_TRUE(image) << width;
-        EXPECT_EQ(*image->samples, rows(width, 5, width)) << width;
-    }
-}
-
-TEST(BitmapFile, LastRowMayEndWithItsLastPixel) {
-    Data pixels = rows(3, 2, 5);
-    pixels.resize(pixels.size() - 8);
-    EXPECT_FALSE(encodeBitmapFile(pixels, 3, 2, 20).empty());
-    pixels.pop_back();
-    EXPECT_TRUE(encodeBitmapFile(pixels, 3, 2, 20).empty());
-}
-
-TEST(BitmapFile, NothingIsWrittenForImpossibleSizes) {
-    const Data pixels(64);
-    EXPECT_TRUE(encodeBitmapFile(pixels, 0, 1, 4).empty());
-    EXPECT_TRUE(encodeBitmapFile(pixels, 1, 0, 4).empty());
-    EXPECT_TRUE(encodeBitmapFile(pixels, 2, 2, 4).empty());
-    EXPECT_TRUE(encodeBitmapFile(pixels, SIZE_MAX / 4 + 2, 1, 4).empty());
-    EXPECT_TRUE(encodeBitmapFile(pixels, 1, SIZE_MAX, 4).empty());
-    EXPECT_TRUE(encodeBitmapFile({}, 1, 1, 4).empty());
 }
 
 TEST(BitmapFile, CutOffAnywhereFails) {
