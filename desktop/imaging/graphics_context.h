@@ -159,6 +159,11 @@ class DesktopGraphicsContext final : public platform::GraphicsContext {
 
     [[nodiscard]] bool toDevice(const platform::Rect& rect, DeviceRect& device) const;
     [[nodiscard]] PixelRect visible(const DeviceRect& device) const;
+    // Whether the shape covers whole pixels only; how much of each of the shown ones, otherwise.
+    [[nodiscard]] static bool isSharp(const DeviceRect& device, double cornerRadius);
+    [[nodiscard]] std::vector<std::uint8_t> shapeCoverage(const DeviceRect& device,
+                                                          double cornerRadius,
+                                                          const PixelRect& shown) const;
     [[nodiscard]] const std::uint8_t* clipRow(std::int64_t x, std::int64_t y) const;
     // Makes the memory ours alone, zeroed or black when there was none.
     void makeWritable();

@@ -67,6 +67,26 @@ PixelRect DesktopGraphicsContext::visible(const DeviceRect& device) const {
             std::min(state_.clip.bottom, ceilOf(device.bottom))};
 }
 
+bool DesktopGraphicsContext::isSharp(const DeviceRect& device, double cornerRadius) {
+    return !(cornerRadius > 0) && isWhole(device.left) && isWhole(device.top) &&
+           isWhole(device.right) && isWhole(device.bottom);
+}
+
+std::vector<std::uint8_t> DesktopGraphicsContext::shapeCoverage(const DeviceRect& device,
+                                                                double cornerRadius,
+                                                                const PixelRect& shown) const {
+    const double radius = std::max(cornerRadius, 0.0);
+    const auto left = static_cast<double>(shown.left);
+    const auto top = static_cast<double>(shown.top);
+    return coverageOf({.left = device.left - left,
+                       .top = device.top - top,
+                       .right = device.right - left,
+                       .bottom = device.bottom - top,
+                       .radiusX = radius * std::abs(state_.transform.scaleX),
+                       .radiusY = radius * std::abs(state_.transform.scaleY)},
+                      shown.width(), shown.height());
+}
+
 const std::uint8_t* DesktopGraphicsContext::clipRow(std::int64_t x, std::int64_t y) const {
     if (state_.clipMask == nullptr) {
         return nullptr;
@@ -84,26 +104,15 @@ void DesktopGraphicsContext::clipToRect(const Rect& rect, double cornerRadius) {
         return;
     }
     const PixelRect shown = visible(device);
-    const bool sharp = !(cornerRadius > 0) && isWhole(device.left) && isWhole(device.top) &&
-                       isWhole(device.right) && isWhole(device.bottom);
-    if (shown.empty() || (sharp && state_.clipMask == nullptr)) {
+    if (shown.empty() || (isSharp(device, cornerRadius) && state_.clipMask == nullptr)) {
         state_.clip = shown.empty() ? PixelRect{} : shown;
         state_.clipMask = nullptr;
         return;
     }
     const std::size_t width = shown.width();
     const std::size_t height = shown.height();
-    const double radius = std::max(cornerRadius, 0.0);
-    const auto left = static_cast<double>(shown.left);
-    const auto top = static_cast<double>(shown.top);
-    auto mask = std::make_shared<std::vector<std::uint8_t>>(
-        coverageOf({.left = device.left - left,
-                    .top = device.top - top,
-                    .right = device.right - left,
-                    .bottom = device.bottom - top,
-                    .radiusX = radius * std::abs(state_.transform.scaleX),
-                    .radiusY = radius * std::abs(state_.transform.scaleY)},
-                   width, height));
+    auto mask =
+        std::make_shared<std::vector<std::uint8_t>>(shapeCoverage(device, cornerRadius, shown));
     if (state_.clipMask != nullptr) {
         for (std::size_t y = 0; y < height; ++y) {
             multiplyCoverage(mask->data() + y * width,
@@ -127,20 +136,9 @@ void DesktopGraphicsContext::fillRect(const Rect& rect, const platform::Color& c
     }
     const std::size_t width = shown.width();
     const std::size_t height = shown.height();
-    const bool sharp = !(cornerRadius > 0) && isWhole(device.left) && isWhole(device.top) &&
-                       isWhole(device.right) && isWhole(device.bottom);
     std::vector<std::uint8_t> coverage;
-    if (!sharp) {
-        const double radius = std::max(cornerRadius, 0.0);
-        const auto left = static_cast<double>(shown.left);
-        const auto top = static_cast<double>(shown.top);
-        coverage = coverageOf({.left = device.left - left,
-                               .top = device.top - top,
-                               .right = device.right - left,
-                               .bottom = device.bottom - top,
-                               .radiusX = radius * std::abs(state_.transform.scaleX),
-                               .radiusY = radius * std::abs(state_.transform.scaleY)},
-                              width, height);
+    if (!isSharp(device, cornerRadius)) {
+        coverage = shapeCoverage(device, cornerRadius, shown);
     }
     const auto byteOf = [alpha](double value) {
         return static_cast<std::uint8_t>(std::lround(std::clamp(value, 0.0, 1.0) * alpha * 255));

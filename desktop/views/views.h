@@ -72,8 +72,6 @@ class DesktopLabel : public ViewImplementation<platform::Label> {
 
     [[nodiscard]] const TextStyle& style() const { return style_; }
 
-    void setStyle(TextStyle style) { style_ = std::move(style); }
-
   protected:
     void drawContent(DesktopGraphicsContext& context, const platform::Rect& bounds,
                      double opacity) override;
