@@ -70,6 +70,22 @@ class RuntimeClass final : public platform::Class,
         return nullptr;
     }
 
+    // A copy of it; nothing when none.
+    [[nodiscard]] platform::Implementation implementation(
+        const platform::Selector& selector) const {
+        const platform::Implementation* const found = method(selector);
+        return found == nullptr ? platform::Implementation() : *found;
+    }
+
+    // Whether it is that class or derives from it.
+    [[nodiscard]] bool derivesFrom(const RuntimeClass* ancestor) const {
+        const RuntimeClass* cls = this;
+        while (cls != nullptr && cls != ancestor) {
+            cls = cls->superclass_;
+        }
+        return cls != nullptr;
+    }
+
     Methods methods;
     Methods variables;                  // getters by the variables' names
     RuntimeClass* metaclass = nullptr;  // null for a metaclass
@@ -193,9 +209,7 @@ void Runtime::State::initialize(RuntimeClass& cls) {
     platform::Implementation implementation;
     {
         const std::scoped_lock lock(mutex);
-        if (const auto* const found = cls.metaclass->method("initialize")) {
-            implementation = *found;
-        }
+        implementation = cls.metaclass->implementation("initialize");
     }
     if (const auto* const function = implementation.as<void(platform::Object&)>()) {
         (*function)(cls);
@@ -239,8 +253,7 @@ platform::Implementation Runtime::methodOf(const platform::ClassRef& cls,
                                            const platform::Selector& selector) const {
     const std::scoped_lock lock(state_->mutex);
     const RuntimeClass* const own = state_->resolve(cls.get());
-    const platform::Implementation* const found = own == nullptr ? nullptr : own->method(selector);
-    return found == nullptr ? platform::Implementation() : *found;
+    return own == nullptr ? platform::Implementation() : own->implementation(selector);
 }
 
 bool Runtime::hasOwnMethod(const platform::ClassRef& cls,
@@ -252,14 +265,8 @@ bool Runtime::hasOwnMethod(const platform::ClassRef& cls,
 
 bool Runtime::isKindOf(const platform::ClassRef& cls, const std::string& ancestor) const {
     const std::scoped_lock lock(state_->mutex);
-    const RuntimeClass* const wanted = state_->find(ancestor);
-    for (const RuntimeClass* own = state_->resolve(cls.get()); own != nullptr;
-         own = own->superclass()) {
-        if (own == wanted) {
-            return true;
-        }
-    }
-    return false;
+    const RuntimeClass* const own = state_->resolve(cls.get());
+    return own != nullptr && own->derivesFrom(state_->find(ancestor));
 }
 
 bool Runtime::setVariable(const platform::ClassRef& cls, const std::string& name,
@@ -306,8 +313,7 @@ platform::Implementation Runtime::methodForMessage(platform::Object& receiver,
     }
     state_->initialize(*cls);
     const std::scoped_lock lock(state_->mutex);
-    const platform::Implementation* const found = methods->method(selector);
-    return found == nullptr ? platform::Implementation() : *found;
+    return methods->implementation(selector);
 }
 
 void Runtime::refuse(const platform::Object& receiver, const platform::Selector& selector,
@@ -388,14 +394,8 @@ bool Runtime::addMethod(const platform::ClassRef& cls, const platform::Selector&
 
 bool Runtime::isKindOfClass(const platform::Object& object, const platform::ClassRef& cls) {
     const std::scoped_lock lock(state_->mutex);
-    const RuntimeClass* const wanted = state_->resolve(cls.get());
-    for (const RuntimeClass* own = state_->classOf(object); own != nullptr;
-         own = own->superclass()) {
-        if (own == wanted) {
-            return true;
-        }
-    }
-    return false;
+    const RuntimeClass* const own = state_->classOf(object);
+    return own != nullptr && own->derivesFrom(state_->resolve(cls.get()));
 }
 
 platform::ObjectRef Runtime::instanceVariable(platform::Object& object, const std::string& name) {
@@ -452,8 +452,7 @@ void Runtime::hookMessageEx(const platform::ClassRef& cls, const platform::Selec
                 *original = inherited ? found->forwarding([state = state_.get(),
                                                            parent = own->superclass(), selector] {
                     const std::scoped_lock reading(state->mutex);
-                    const auto* const current = parent->method(selector);
-                    return current == nullptr ? platform::Implementation() : *current;
+                    return parent->implementation(selector);
                 })
                                       : *found;
             }
