@@ -44,8 +44,8 @@ struct Catalog::Contents {
     Tables tables;
     Index index;
 
-    static Result<std::unique_ptr<Contents>> read(std::optional<MappedFile> mapping, Bytes bytes,
-                                                  std::string path, const Limits& limits) {
+    static Result<Catalog> read(std::optional<MappedFile> mapping, Bytes bytes, std::string path,
+                                const Limits& limits) {
         Result<Tables> tables = readTables(bytes);
         if (!tables) {
             tables.error().path = std::move(path);
@@ -58,7 +58,7 @@ struct Catalog::Contents {
         contents->limits = limits;
         contents->tables = std::move(*tables);
         contents->index = Index(contents->tables);
-        return contents;
+        return Catalog(std::move(contents));
     }
 
     const Rendition* target(const Link& link) const {
@@ -154,11 +154,7 @@ Result<Catalog> Catalog::open(const std::string& path, const Limits& limits) {
             return tl::unexpected(std::move(file.error()));
         }
         const Bytes bytes = file->bytes();
-        auto contents = Contents::read(std::move(*file), bytes, path, limits);
-        if (!contents) {
-            return tl::unexpected(std::move(contents.error()));
-        }
-        return Catalog(std::move(*contents));
+        return Contents::read(std::move(*file), bytes, path, limits);
     });
 }
 
@@ -169,11 +165,7 @@ Result<Catalog> Catalog::fromBytes(Bytes bytes, std::string path, const Limits& 
                                                      std::to_string(limits.maxFileBytes) + " bytes",
                                           .path = std::move(path)});
         }
-        auto contents = Contents::read(std::nullopt, bytes, std::move(path), limits);
-        if (!contents) {
-            return tl::unexpected(std::move(contents.error()));
-        }
-        return Catalog(std::move(*contents));
+        return Contents::read(std::nullopt, bytes, std::move(path), limits);
     });
 }
 

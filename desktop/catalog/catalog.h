@@ -58,17 +58,6 @@ enum class Attribute : std::uint16_t {
     glyphSize = 27,
 };
 
-// The kinds of device that Attribute::idiom names.
-enum class Idiom : std::uint16_t {
-    universal = 0,
-    phone = 1,
-    pad = 2,
-    tv = 3,
-    car = 4,
-    watch = 5,
-    marketing = 6,
-};
-
 // A four-character code written forwards: fourCharacterCode("ARGB").
 [[nodiscard]] constexpr std::uint32_t fourCharacterCode(const char (&text)[5]) {
     return static_cast<std::uint32_t>(static_cast<unsigned char>(text[0])) << 24U |

@@ -15,28 +15,6 @@ namespace velmoranth::catalog {
 
 namespace {
 
-// An open file, closed when it goes.
-class Descriptor {
-  public:
-    explicit Descriptor(int number) : number_(number) {}
-
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    Descriptor(Descriptor&&) = delete;
-    Descriptor& operator=(Descriptor&&) = delete;
-
-    ~Descriptor() {
-        if (number_ >= 0) {
-            ::close(number_);
-        }
-    }
-
-    [[nodiscard]] int number() const { return number_; }
-
-  private:
-    int number_;
-};
-
 tl::unexpected<desktop::Problem> refuse(std::string message, const std::string& path) {
     return tl::unexpected(desktop::Problem{.message = std::move(message), .path = path});
 }
@@ -54,9 +32,19 @@ tl::unexpected<desktop::Problem> refuseWithReason(std::string_view what, const s
 desktop::Result<MappedFile> MappedFile::open(const std::string& path, std::size_t maxBytes) {
     // O_NONBLOCK, lest a pipe without a writer keep us waiting; for files it means nothing.
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the system's own interface
-    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (file < 0) {
+        return refuseWithReason("the file cannot be opened", path);
+    }
+    desktop::Result<MappedFile> mapped = map(file, path, maxBytes);
+    ::close(file);  // a mapping needs it no longer
+    return mapped;
+}
+
+desktop::Result<MappedFile> MappedFile::map(int file, const std::string& path,
+                                            std::size_t maxBytes) {
     struct stat status{};
-    if (file.number() < 0 || ::fstat(file.number(), &status) != 0) {
+    if (::fstat(file, &status) != 0) {
         return refuseWithReason("the file cannot be opened", path);
     }
     if (!S_ISREG(status.st_mode)) {
@@ -70,7 +58,7 @@ desktop::Result<MappedFile> MappedFile::open(const std::string& path, std::size_
         return refuse("the file has more than " + std::to_string(maxBytes) + " bytes", path);
     }
     void* const start =
-        ::mmap(nullptr, static_cast<std::size_t>(size), PROT_READ, MAP_PRIVATE, file.number(), 0);
+        ::mmap(nullptr, static_cast<std::size_t>(size), PROT_READ, MAP_PRIVATE, file, 0);
     if (start == MAP_FAILED) {
         return refuseWithReason("the file cannot be mapped", path);
     }

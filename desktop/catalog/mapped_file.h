@@ -32,6 +32,10 @@ class MappedFile {
   private:
     MappedFile(void* start, std::size_t size) : start_(start), size_(size) {}
 
+    // What the descriptor is open on.
+    [[nodiscard]] static desktop::Result<MappedFile> map(int file, const std::string& path,
+                                                         std::size_t maxBytes);
+
     void* start_ = nullptr;
     std::size_t size_ = 0;
 };

@@ -6,26 +6,10 @@ namespace velmoranth::catalog {
 
 namespace {
 
-struct NamedNumber {
-    std::uint32_t number;
-    std::string_view name;
+constexpr std::array<std::string_view, 13> kCompressionNames{
+    "uncompressed", "RLE",  "ZIP",     "LZVN",     "LZFSE", "JPEG with LZFSE", "blurred", "ASTC",
+    "palette-img",  "HEVC", "deepmap", "deepmap2", "DXTC",
 };
-
-constexpr std::array<NamedNumber, 13> kCompressionNames{{
-    {.number = 0, .name = "uncompressed"},
-    {.number = 1, .name = "RLE"},
-    {.number = 2, .name = "ZIP"},
-    {.number = 3, .name = "LZVN"},
-    {.number = 4, .name = "LZFSE"},
-    {.number = 5, .name = "JPEG with LZFSE"},
-    {.number = 6, .name = "blurred"},
-    {.number = 7, .name = "ASTC"},
-    {.number = 8, .name = "palette-img"},
-    {.number = 9, .name = "HEVC"},
-    {.number = 10, .name = "deepmap"},
-    {.number = 11, .name = "deepmap2"},
-    {.number = 12, .name = "DXTC"},
-}};
 
 constexpr std::array<std::string_view, 10> kKindNames{
     "bitmap", "link",  "atlas",      "vector", "image file",
@@ -40,12 +24,8 @@ constexpr std::array<std::string_view, 7> kIdiomNames{
 
 std::string compressionName(Compression compression) {
     const auto number = static_cast<std::uint32_t>(compression);
-    for (const NamedNumber& known : kCompressionNames) {
-        if (known.number == number) {
-            return std::string(known.name);
-        }
-    }
-    return "compression " + std::to_string(number);
+    return number < kCompressionNames.size() ? std::string(kCompressionNames.at(number))
+                                             : "compression " + std::to_string(number);
 }
 
 std::string_view kindName(Kind kind) {
