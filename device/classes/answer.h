@@ -6,7 +6,7 @@
 
 #include "device/hooks/arguments.h"
 #include "device/platform/text.h"
-#include "device/platform/uikit_colors.h"
+#include "device/platform/uikit_handles.h"
 #import <Foundation/Foundation.h>
 
 #include <memory>

@@ -1,26 +1,71 @@
-// Handles of UIKit's objects; those of images and fonts have a header of their own.
+// Handles of UIKit's objects, and its colours.
 #pragma once
 
 #include "platform/uikit.h"
 
 #include "device/platform/handle.h"
-#include "device/platform/uikit_image_handles.h"
-#include "device/platform/uikit_messages.h"
 
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <utility>
 #include <vector>
 
 @class CALayer;
 @class UIAlertController;
+@class UIColor;
+@class UIGestureRecognizer;
+@class UIImage;
 @class UIImageView;
 @class UILabel;
+@class UIView;
+@class UIViewController;
 @class UIWindow;
 @class _UIFeedback;
+@class _UIImageContent;
 
 namespace velmoranth::device {
+
+// Autoreleased; one of the platform's own where the colour has a name there.
+[[nodiscard]] UIColor* toNative(const platform::Color& color);
+
+// A handle that fits the object's class. Nil for nil and for what is no view.
+[[nodiscard]] platform::ViewRef viewOf(id object);
+
+// Handles of an array's members that have the interface, in their order. Nothing for nil and for
+// what is no array.
+template <class Interface>
+[[nodiscard]] std::vector<std::shared_ptr<Interface>> membersOf(id array) {
+    std::vector<std::shared_ptr<Interface>> members;
+    forEach(array, [&members](id element) {
+        if (auto fitting = std::dynamic_pointer_cast<Interface>(wrapAny(element))) {
+            members.push_back(std::move(fitting));
+        }
+    });
+    return members;
+}
+
+// UIImage, as which interface it is known.
+template <std::derived_from<platform::Image> Interface>
+struct HandleFor<Interface> final : Handle<Interface, UIImage> {
+    using Handle<Interface, UIImage>::Handle;
+    using Handle<Interface, UIImage>::object;
+
+    [[nodiscard]] platform::Size size() const override;
+    [[nodiscard]] double scale() const override;
+    [[nodiscard]] platform::BitmapImageRef bitmap() const override;
+    [[nodiscard]] bool hasCIImage() const override;
+};
+
+// _UIImageContent.
+template <>
+struct HandleFor<platform::UIImageContent> final
+    : Handle<platform::UIImageContent, _UIImageContent> {
+    using Handle::Handle;
+
+    [[nodiscard]] platform::CUINamedVectorGlyphRef vectorGlyph() const override;
+};
 
 // CALayer.
 template <>
@@ -36,6 +81,27 @@ struct HandleFor<platform::Layer> final : Handle<platform::Layer, CALayer> {
     void setShadowOffset(platform::Size offset) override;
     void setShadowRadius(double radius) override;
     void setShadowPathRect(const platform::Rect& rect) override;
+};
+
+// The messages behind the handles of views, on plain objects, so that the handles of many
+// interfaces share one body each.
+struct ViewMessages {
+    [[nodiscard]] static int tag(UIView* view);
+    static void setTag(UIView* view, int tag);
+    [[nodiscard]] static platform::Rect frame(UIView* view);
+    static void setFrame(UIView* view, const platform::Rect& frame);
+    [[nodiscard]] static platform::Rect bounds(UIView* view);
+    [[nodiscard]] static std::vector<platform::ViewRef> subviews(UIView* view);
+    static void addSubview(UIView* view, UIView* subview);
+    static void insertSubviewAtIndex(UIView* view, UIView* subview, std::size_t index);
+    static void removeFromSuperview(UIView* view);
+    [[nodiscard]] static platform::ViewRef viewWithTag(UIView* view, int tag);
+    static void setBackgroundColor(UIView* view, const platform::Color& color);
+    static void setClipsToBounds(UIView* view, bool clips);
+    static void setAlpha(UIView* view, double alpha);
+    static void setHidden(UIView* view, bool hidden);
+    static void addGestureRecognizer(UIView* view, UIGestureRecognizer* recognizer);
+    [[nodiscard]] static platform::LayerRef layer(UIView* view);
 };
 
 // UIView and what derives from it.
@@ -132,6 +198,12 @@ struct HandleFor<platform::Window> final : ViewHandle<platform::Window, UIWindow
     using ViewHandle::ViewHandle;
 
     [[nodiscard]] platform::ViewControllerRef rootViewController() const override;
+};
+
+struct ViewControllerMessages {
+    [[nodiscard]] static platform::ViewRef view(UIViewController* controller);
+    static void presentAnimated(UIViewController* controller, UIViewController* presented,
+                                bool animated);
 };
 
 // UIViewController and what derives from it.

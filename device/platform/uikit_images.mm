@@ -1,10 +1,12 @@
+#include "platform/springboard.h"
+
 #include "device/platform/core_graphics_handles.h"
 #include "device/platform/core_ui_handles.h"
 #include "device/platform/geometry.h"
 #include "device/platform/private_messages.h"
 #include "device/platform/services.h"
 #include "device/platform/text.h"
-#include "device/platform/uikit_image_handles.h"
+#include "device/platform/uikit_handles.h"
 #import <UIKit/UIKit.h>
 
 #include <cmath>

@@ -1,6 +1,5 @@
 // Colours, and the layers that views are drawn by.
 #include "device/platform/geometry.h"
-#include "device/platform/uikit_colors.h"
 #include "device/platform/uikit_handles.h"
 #import <QuartzCore/CALayer.h>
 #import <UIKit/UIKit.h>

@@ -1,6 +1,5 @@
 // The messages of views, image views, labels and windows.
 #include "device/platform/geometry.h"
-#include "device/platform/uikit_colors.h"
 #include "device/platform/uikit_handles.h"
 #import <UIKit/UIKit.h>
 

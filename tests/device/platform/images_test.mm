@@ -3,7 +3,7 @@
 #include "device/platform/balanced_test.h"
 #include "device/platform/core_graphics_handles.h"
 #include "device/platform/services.h"
-#include "device/platform/uikit_image_handles.h"
+#include "device/platform/uikit_handles.h"
 #include "device/standins/core_ui.h"
 #include <objc/runtime.h>
 #include <unistd.h>
