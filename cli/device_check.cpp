@@ -113,8 +113,9 @@ void warnOfPreferences(const DeviceRoot& root) {
     const std::string factory = withoutLink(core::kFactoryPreferences);
     const bool isFactoryFresh = lookFor(root, live) == ENOENT && lookFor(root, factory) == 0;
     const std::string& devicePath = isFactoryFresh ? factory : live;
+    const std::string where = shown(root.hostFolder()) + devicePath + ": ";
     for (const std::string& line : oddContents(root, devicePath)) {
-        warn(shown(root.hostFolder()) + devicePath + ": " + line);
+        warn(where + line);
     }
 }
 

@@ -10,7 +10,6 @@
 
 namespace velmoranth::cli {
 
-using desktop::Problem;
 using desktop::Result;
 
 namespace {

@@ -18,7 +18,6 @@
 
 namespace velmoranth::cli {
 
-using desktop::Problem;
 using desktop::Result;
 
 namespace {

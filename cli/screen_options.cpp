@@ -18,7 +18,6 @@
 
 namespace velmoranth::cli {
 
-using desktop::Problem;
 using desktop::Result;
 using simulator::HomeScreenItem;
 using simulator::ScreenKind;
