@@ -44,9 +44,9 @@ function(velmoranth_device_test name)
     if(VELMORANTH_SANITIZE)
         target_sources(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests/device/sanitizer_options.cpp")
     endif()
-    target_link_libraries(${name} PRIVATE ${ARG_LINKS} velmoranth_objc GTest::gtest GTest::gtest_main
-                                          velmoranth_warnings)
+    target_link_libraries(${name} PRIVATE ${ARG_LINKS} velmoranth_objc velmoranth_case_runner
+                                          velmoranth_tests_root velmoranth_warnings)
     target_compile_options(${name} PRIVATE -O0 -g1)
     set_target_properties(${name} PROPERTIES ENABLE_EXPORTS ON)
-    gtest_discover_tests(${name} PROPERTIES TIMEOUT 120 DISCOVERY_TIMEOUT 60)
+    velmoranth_test_cases(${name} phone)
 endfunction()

@@ -40,27 +40,44 @@ function(velmoranth_precompile_test_headers)
     file(CONFIGURE OUTPUT "${PROJECT_BINARY_DIR}/test_headers.cpp" CONTENT "")
     add_library(velmoranth_test_headers OBJECT "${PROJECT_BINARY_DIR}/test_headers.cpp")
     target_link_libraries(velmoranth_test_headers PRIVATE GTest::gtest velmoranth_warnings)
+    # Tests include each other's fixtures by their path from the root.
+    file(MAKE_DIRECTORY "${PROJECT_BINARY_DIR}/include/tests_root")
+    file(CREATE_LINK "${PROJECT_SOURCE_DIR}/tests" "${PROJECT_BINARY_DIR}/include/tests_root/tests" SYMBOLIC)
+    add_library(velmoranth_tests_root INTERFACE)
+    target_include_directories(velmoranth_tests_root INTERFACE "${PROJECT_BINARY_DIR}/include/tests_root")
     target_compile_options(velmoranth_test_headers PRIVATE -O0 -g1 $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
     target_precompile_headers(velmoranth_test_headers PRIVATE <gtest/gtest.h> <algorithm> <array>
         <filesystem> <fstream> <functional> <map> <memory> <optional> <string> <variant> <vector>)
 endfunction()
 
-# velmoranth_test(NAME SOURCES ... [ALONE sources...] LINKS ...): one executable; every case is a test of
-# its own in CTest, run in a process of its own. ALONE as above.
+# velmoranth_test(PROGRAM SOURCES ... [LINKS ...]): adds sources of tests to a program, which the first call makes. A
+# program loads once and runs each of its cases in a process of its own (tests/support/case_runner.h).
+# Each source keeps what is its own in a namespace of its own name, so that sources can be joined.
 function(velmoranth_test name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;ALONE;LINKS" ${ARGN})
-    add_executable(${name} ${ARG_SOURCES})
-    target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gtest GTest::gtest_main velmoranth_warnings)
-    # Half of a build's time went into optimising tests; what they test is optimised all the same.
-    target_compile_options(${name} PRIVATE -O0 -g1 $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
-    target_precompile_headers(${name} REUSE_FROM velmoranth_test_headers)
-    # The engine's shared library takes the platform record from the process that loads it.
-    set_target_properties(${name} PROPERTIES ENABLE_EXPORTS ON)
-    if(VELMORANTH_JOIN)
-        set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 6)
-        set_source_files_properties(${ARG_ALONE} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+    if(NOT TARGET ${name})
+        add_executable(${name})
+        target_link_libraries(${name} PRIVATE velmoranth_tests_root velmoranth_case_runner velmoranth_warnings)
+        # Half of a build's time went into optimising tests; what they test is optimised all the same.
+        target_compile_options(${name} PRIVATE -O0 -g1 $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
+        target_precompile_headers(${name} REUSE_FROM velmoranth_test_headers)
+        # The engine's shared library takes the platform record from the process that loads it.
+        set_target_properties(${name} PROPERTIES ENABLE_EXPORTS ON)
+        if(VELMORANTH_JOIN)
+            set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
+        endif()
+        velmoranth_test_cases(${name})
     endif()
-    gtest_discover_tests(${name} PROPERTIES TIMEOUT 120 DISCOVERY_TIMEOUT 60)
+    list(TRANSFORM ARG_SOURCES PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/" REGEX "^[^/]")
+    target_sources(${name} PRIVATE ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE ${ARG_LINKS})
+endfunction()
+
+# Tells CTest of a program of cases, with further labels; scripts/run_tests.py runs these together.
+function(velmoranth_test_cases name)
+    cmake_host_system_information(RESULT cores QUERY NUMBER_OF_LOGICAL_CORES)
+    add_test(NAME ${name} COMMAND ${name} --jobs ${cores})
+    set_tests_properties(${name} PROPERTIES LABELS "cases;${ARGN}" PROCESSORS ${cores})
 endfunction()
 
 # velmoranth_fuzz(NAME SOURCES ... LINKS ...): a libFuzzer program; the target `fuzzers` builds all.

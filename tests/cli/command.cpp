@@ -1,5 +1,7 @@
 #include "tests/cli/command.h"
 
+#include "tests/support/places.h"
+
 #include <fcntl.h>
 #include <grp.h>
 #include <gtest/gtest.h>
@@ -26,7 +28,7 @@ RunningCommand::RunningCommand(const std::vector<std::string>& words,
         ADD_FAILURE() << "no pipe";
         return;
     }
-    std::string program = setting.program.empty() ? VELMORANTH_COMMAND : setting.program;
+    std::string program = setting.program.empty() ? tests::kCommand : setting.program;
     std::vector<char*> arguments{program.data()};
     std::vector<std::string> copies = words;
     for (std::string& word : copies) {

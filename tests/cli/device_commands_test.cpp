@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <string>
 
-namespace velmoranth::cli {
+namespace velmoranth::cli::device_commands_test {
 namespace {
 
 using tests::TemporaryFolder;
@@ -75,4 +75,4 @@ TEST(Notify, MissingDeviceIsBadInput) {
 }
 
 }  // namespace
-}  // namespace velmoranth::cli
+}  // namespace velmoranth::cli::device_commands_test

@@ -2,6 +2,7 @@
 #include "tests/cli/command.h"
 #include "tests/cli/ordinary_user.h"
 #include "tests/cli/preview_fixture.h"
+#include "tests/support/places.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -16,7 +17,7 @@
 #include <map>
 #include <string>
 
-namespace velmoranth::cli {
+namespace velmoranth::cli::device_init_test {
 namespace {
 
 using tests::TemporaryFolder;
@@ -60,7 +61,7 @@ TEST(DeviceInit, HasExactlyTheDevicesFoldersAndTheLayoutsFiles) {
     expected["User"] = "-> var/mobile";
     expected["tmp"] = "-> private/var/tmp";
     int files = 0;
-    for (const auto& [name, contents] : tree(LAYOUT_FOLDER "/var")) {
+    for (const auto& [name, contents] : tree(tests::kLayoutFolder + std::string("/var"))) {
         expected["private/var/" + name] = contents;
         files += contents == "/" ? 0 : 1;
     }
@@ -112,9 +113,9 @@ class MovedCommand : public testing::Test {
     MovedCommand() {
         folder.folder("bin");
         std::error_code error;
-        fs::create_hard_link(VELMORANTH_COMMAND, folder / "bin/velmoranth", error);
+        fs::create_hard_link(tests::kCommand, folder / "bin/velmoranth", error);
         if (error) {
-            fs::copy_file(VELMORANTH_COMMAND, folder / "bin/velmoranth");
+            fs::copy_file(tests::kCommand, folder / "bin/velmoranth");
         }
     }
 
@@ -133,7 +134,7 @@ class MovedCommand : public testing::Test {
 
     void copyLayout(const std::string& place) const {
         folder.folder(fs::path(place).parent_path());
-        fs::copy(LAYOUT_FOLDER, folder / place, fs::copy_options::recursive);
+        fs::copy(tests::kLayoutFolder, folder / place, fs::copy_options::recursive);
     }
 
     TemporaryFolder folder;
@@ -204,4 +205,4 @@ TEST_F(FreshDevice, WritesTheCalendarAsItsSettingsSay) {
 }
 
 }  // namespace
-}  // namespace velmoranth::cli
+}  // namespace velmoranth::cli::device_init_test

@@ -4,7 +4,7 @@
 
 #include <sys/resource.h>
 
-namespace velmoranth::cli {
+namespace velmoranth::cli::extract_failure_test {
 namespace {
 
 constexpr rlim_t kMegabyte = 1024UL * 1024;
@@ -175,4 +175,4 @@ TEST_F(ExtractFailure, WithoutAnyThreadTheWorkIsDoneAllTheSame) {
 }
 
 }  // namespace
-}  // namespace velmoranth::cli
+}  // namespace velmoranth::cli::extract_failure_test

@@ -6,7 +6,7 @@
 
 #include <sstream>
 
-namespace velmoranth::cli {
+namespace velmoranth::cli::extract_list_test {
 namespace {
 
 using nlohmann::json;
@@ -303,4 +303,4 @@ TEST_F(ExtractList, PatternTakesSomeOfTheNames) {
 }
 
 }  // namespace
-}  // namespace velmoranth::cli
+}  // namespace velmoranth::cli::extract_list_test

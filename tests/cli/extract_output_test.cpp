@@ -12,7 +12,7 @@
 #include <optional>
 #include <thread>
 
-namespace velmoranth::cli {
+namespace velmoranth::cli::extract_output_test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -208,4 +208,4 @@ TEST_F(ExtractOutput, ProgressIsShownOnATerminalOnly) {
 }
 
 }  // namespace
-}  // namespace velmoranth::cli
+}  // namespace velmoranth::cli::extract_output_test

@@ -20,7 +20,7 @@
 #include <utility>
 #include <vector>
 
-namespace velmoranth::cli {
+namespace velmoranth::cli::extract_parts_test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -317,4 +317,4 @@ TEST_F(ExtractionFolderTest, StoppedExtractionTellsWhatItWroteAndLost) {
 }
 
 }  // namespace
-}  // namespace velmoranth::cli
+}  // namespace velmoranth::cli::extract_parts_test

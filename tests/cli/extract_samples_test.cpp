@@ -2,11 +2,12 @@
 // VELMORANTH_SAMPLES names.
 #include "desktop/catalog/pictures.h"
 #include "tests/cli/extract_fixture.h"
+#include "tests/support/places.h"
 #include "tools/catalog_extraction.h"
 
 #include <cstdlib>
 
-namespace velmoranth::cli {
+namespace velmoranth::cli::extract_samples_test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -15,8 +16,7 @@ using catalog::Catalog;
 using catalog::Rendition;
 
 std::vector<std::string> samples() {
-    const char* const named = std::getenv("VELMORANTH_SAMPLES");
-    const fs::path start = fs::path(named != nullptr ? named : SAMPLES_FOLDER) / "car";
+    const fs::path start = tests::samples("car");
     std::vector<std::string> found;
     std::error_code ignored;
     for (fs::recursive_directory_iterator entry(start, ignored), end; !ignored && entry != end;
@@ -75,4 +75,4 @@ TEST_F(ExtractTest, SamplesComeOutPixelForPixel) {
 }
 
 }  // namespace
-}  // namespace velmoranth::cli
+}  // namespace velmoranth::cli::extract_samples_test

@@ -3,7 +3,7 @@
 #include "tests/cli/extract_fixture.h"
 #include "tools/catalog_extraction.h"
 
-namespace velmoranth::cli {
+namespace velmoranth::cli::extract_test {
 namespace {
 
 const CarPixels kPattern = CarPixels::pattern(5, 3);
@@ -369,4 +369,4 @@ TEST_F(ExtractTest, CatalogWithoutPicturesIsNothingFound) {
 }
 
 }  // namespace
-}  // namespace velmoranth::cli
+}  // namespace velmoranth::cli::extract_test

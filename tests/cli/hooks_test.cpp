@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::cli {
+namespace velmoranth::cli::hooks_test {
 namespace {
 
 nlohmann::json rowsFor(std::vector<std::string> more) {
@@ -76,4 +76,4 @@ TEST(HooksCommand, TextIsATableWithASummary) {
 }
 
 }  // namespace
-}  // namespace velmoranth::cli
+}  // namespace velmoranth::cli::hooks_test

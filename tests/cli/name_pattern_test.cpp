@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace velmoranth::cli {
+namespace velmoranth::cli::name_pattern_test {
 namespace {
 
 TEST(NamePattern, TakesTheWholeName) {
@@ -98,4 +98,4 @@ TEST(NamePattern, ManyStarsTakeNoLongTime) {
 }
 
 }  // namespace
-}  // namespace velmoranth::cli
+}  // namespace velmoranth::cli::name_pattern_test

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "tests/cli/command.h"
+#include "tests/support/places.h"
 #include "tests/support/temporary_folder.h"
 
 #include <sys/wait.h>
@@ -60,7 +61,7 @@ class OrdinaryUser {
         }
     }
 
-    std::string program_ = VELMORANTH_COMMAND;
+    std::string program_ = tests::kCommand;
     std::string missing_;
     tests::TemporaryFolder copy_;
 };

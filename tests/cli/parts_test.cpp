@@ -12,7 +12,7 @@
 #include <optional>
 #include <string>
 
-namespace velmoranth::cli {
+namespace velmoranth::cli::parts_test {
 namespace {
 
 constexpr std::array<std::string_view, 3> kWords{"enable", "enableShadow", "xAxisVal"};
@@ -114,4 +114,4 @@ TEST(Comparison, PicturesStandBesideEachOtherAtTheirOwnHeight) {
 }
 
 }  // namespace
-}  // namespace velmoranth::cli
+}  // namespace velmoranth::cli::parts_test

@@ -5,7 +5,7 @@
 
 #include <string>
 
-namespace velmoranth::cli {
+namespace velmoranth::cli::preview_follow_test {
 namespace {
 
 class PreviewRoot : public PreviewTest {
@@ -56,4 +56,4 @@ TEST_F(PreviewRoot, FollowDrawsAgainWhenTheThemesChange) {
 }
 
 }  // namespace
-}  // namespace velmoranth::cli
+}  // namespace velmoranth::cli::preview_follow_test

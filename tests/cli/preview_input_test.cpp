@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <string>
 
-namespace velmoranth::cli {
+namespace velmoranth::cli::preview_input_test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -152,4 +152,4 @@ TEST_F(PreviewInput, OddPreferencesAreOneWarningAndTheStockScreen) {
 }
 
 }  // namespace
-}  // namespace velmoranth::cli
+}  // namespace velmoranth::cli::preview_input_test

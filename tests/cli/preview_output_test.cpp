@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-namespace velmoranth::cli {
+namespace velmoranth::cli::preview_output_test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -84,4 +84,4 @@ TEST_F(PreviewOutput, DeviceFileIsWrittenToNotReplaced) {
 }
 
 }  // namespace
-}  // namespace velmoranth::cli
+}  // namespace velmoranth::cli::preview_output_test

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::cli {
+namespace velmoranth::cli::preview_screen_test {
 namespace {
 
 class PreviewScreen : public PreviewTest {
@@ -177,4 +177,4 @@ TEST_F(PreviewScreen, HelpHasNothingThatIsNotShown) {
 }
 
 }  // namespace
-}  // namespace velmoranth::cli
+}  // namespace velmoranth::cli::preview_screen_test

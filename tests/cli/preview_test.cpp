@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <string>
 
-namespace velmoranth::cli {
+namespace velmoranth::cli::preview_test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -213,4 +213,4 @@ TEST_F(PreviewTest, SignalEndsItWithNothingLeftBehind) {
 }
 
 }  // namespace
-}  // namespace velmoranth::cli
+}  // namespace velmoranth::cli::preview_test

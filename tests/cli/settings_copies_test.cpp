@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::cli {
+namespace velmoranth::cli::settings_copies_test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -235,4 +235,4 @@ TEST_F(SettingsCopies, RestoreThatCannotWriteLosesNothing) {
 }
 
 }  // namespace
-}  // namespace velmoranth::cli
+}  // namespace velmoranth::cli::settings_copies_test

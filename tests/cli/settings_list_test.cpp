@@ -6,7 +6,7 @@
 
 #include <string>
 
-namespace velmoranth::cli {
+namespace velmoranth::cli::settings_list_test {
 namespace {
 
 using nlohmann::json;
@@ -239,4 +239,4 @@ TEST_F(SettingsGet, ReadsBinaryPropertyLists) {
 }
 
 }  // namespace
-}  // namespace velmoranth::cli
+}  // namespace velmoranth::cli::settings_list_test

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::cli {
+namespace velmoranth::cli::settings_set_test {
 namespace {
 
 class SettingsSet : public SettingsTest {
@@ -283,4 +283,4 @@ TEST_F(SettingsOnScreen, ARunningScreenShowsTheNewThemes) {
 }
 
 }  // namespace
-}  // namespace velmoranth::cli
+}  // namespace velmoranth::cli::settings_set_test

@@ -15,7 +15,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::cli {
+namespace velmoranth::cli::settings_write_test {
 namespace {
 
 using tests::TemporaryFolder;
@@ -218,4 +218,4 @@ TEST(SettingsDevice, PathsAreThoseOfThePanel) {
 }
 
 }  // namespace
-}  // namespace velmoranth::cli
+}  // namespace velmoranth::cli::settings_write_test

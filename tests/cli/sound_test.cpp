@@ -16,7 +16,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::cli {
+namespace velmoranth::cli::sound_test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -484,4 +484,4 @@ TEST_F(Sound, MissingThemeOrDeviceIsBadInput) {
 }
 
 }  // namespace
-}  // namespace velmoranth::cli
+}  // namespace velmoranth::cli::sound_test

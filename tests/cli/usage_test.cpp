@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::cli {
+namespace velmoranth::cli::usage_test {
 namespace {
 
 std::ptrdiff_t lineCount(const std::string& text) {
@@ -264,4 +264,4 @@ TEST(Usage, VersionIsOneLine) {
 }
 
 }  // namespace
-}  // namespace velmoranth::cli
+}  // namespace velmoranth::cli::usage_test

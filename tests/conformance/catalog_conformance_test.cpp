@@ -3,6 +3,7 @@
 // files that they were made from.
 #include "desktop/catalog/catalog.h"
 #include "desktop/image_io/image_io.h"
+#include "tests/support/places.h"
 
 #include <gtest/gtest.h>
 #include <nettle/sha2.h>
@@ -21,7 +22,7 @@
 #include <string_view>
 #include <vector>
 
-namespace velmoranth::catalog {
+namespace velmoranth::catalog::catalog_conformance_test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -43,8 +44,7 @@ const std::map<std::string, Attribute> kAttributeNames{
 };
 
 fs::path samples() {
-    const char* named = std::getenv("VELMORANTH_SAMPLES");
-    return fs::path(named != nullptr ? named : SAMPLES_FOLDER) / "car";
+    return tests::samples("car");
 }
 
 std::vector<fs::path> catalogFiles() {
@@ -402,4 +402,4 @@ TEST(CatalogConformance, ShowsThePicturesItWasMadeFrom) {
 }
 
 }  // namespace
-}  // namespace velmoranth::catalog
+}  // namespace velmoranth::catalog::catalog_conformance_test

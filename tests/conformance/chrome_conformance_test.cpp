@@ -1,5 +1,5 @@
 // The folder and badge pictures of real themes, where they are: each is to show as in its file,
-// stretched to its view. Brings its own main: it starts itself again as a simulated process.
+// stretched to its view.
 #include "desktop/files/create_device_root.h"
 #include "desktop/image_io/image_io.h"
 #include "desktop/imaging/bitmap_image.h"
@@ -7,6 +7,7 @@
 #include "desktop/plist/property_lists.h"
 #include "simulator/artwork/artwork.h"
 #include "simulator/process/launcher.h"
+#include "tests/support/places.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -23,7 +24,7 @@
 #include <system_error>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::chrome_conformance_test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -32,8 +33,7 @@ constexpr const char* kFolder = "ANEMFolderIconBG";
 constexpr const char* kBadge = "SBBadgeBG";
 
 fs::path samples() {
-    const char* named = std::getenv("VELMORANTH_SAMPLES");
-    return fs::path(named != nullptr ? named : SAMPLES_FOLDER) / "themes";
+    return tests::samples("themes");
 }
 
 // The file that a device with a screen of scale 3 loads for the name; empty when there is none.
@@ -76,7 +76,7 @@ RenderedScreen screenOf(const fs::path& theme, int system) {
     ScreenRequest request;
     request.device = deviceConfiguration("phone", system).value();
     request.rootFolder = folder / "device";
-    request.enginePath = ENGINE_LIBRARY;
+    request.enginePath = tests::kEngineLibrary;
     return renderScreen(request).value();
 }
 
@@ -180,12 +180,4 @@ TEST_P(ChromeConformance, BadgePicturesOfRealThemesShowAsInTheirFiles) {
 INSTANTIATE_TEST_SUITE_P(Systems, ChromeConformance, testing::Values(12, 13));
 
 }  // namespace
-}  // namespace velmoranth::simulator
-
-int main(int argc, char** argv) {
-    if (velmoranth::simulator::isSimulatedProcess(argc, argv)) {
-        return velmoranth::simulator::simulatedProcessMain(argc, argv);
-    }
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}
+}  // namespace velmoranth::simulator::chrome_conformance_test

@@ -4,6 +4,7 @@
 #include "desktop/catalog/catalog.h"
 #include "desktop/core_ui/bundles.h"
 #include "desktop/core_ui/catalogs.h"
+#include "tests/support/places.h"
 #include "tests/support/test_device.h"
 #include "tools/catalog_extraction.h"
 
@@ -20,7 +21,7 @@
 #include <utility>
 #include <vector>
 
-namespace velmoranth {
+namespace velmoranth::extraction_conformance_test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -31,11 +32,9 @@ using Lines = std::vector<std::string>;
 enum Column { key, facet, rendition, layout, format, width, height, scale, payload };
 
 std::vector<fs::path> catalogFiles() {
-    const char* const named = std::getenv("VELMORANTH_SAMPLES");
     std::vector<fs::path> found;
     std::error_code none;
-    for (const auto& entry : fs::recursive_directory_iterator(
-             fs::path(named != nullptr ? named : SAMPLES_FOLDER) / "car", none)) {
+    for (const auto& entry : fs::recursive_directory_iterator(tests::samples("car"), none)) {
         if (entry.path().extension() == ".car") {
             found.push_back(entry.path());
         }
@@ -153,4 +152,4 @@ TEST_F(ExtractionConformance, EveryPictureThatAPhoneHas) {
 }
 
 }  // namespace
-}  // namespace velmoranth
+}  // namespace velmoranth::extraction_conformance_test

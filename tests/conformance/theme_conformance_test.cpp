@@ -7,6 +7,7 @@
 #include "simulator/artwork/artwork.h"
 #include "simulator/home_screen/apps.h"
 #include "simulator/process/launcher.h"
+#include "tests/support/places.h"
 
 #include <gtest/gtest.h>
 #include <stdlib.h>  // NOLINT(modernize-deprecated-headers): mkdtemp() is POSIX's
@@ -21,14 +22,13 @@
 #include <tuple>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::theme_conformance_test {
 namespace {
 
 namespace fs = std::filesystem;
 
 fs::path samples() {
-    const char* named = std::getenv("VELMORANTH_SAMPLES");
-    return fs::path(named != nullptr ? named : SAMPLES_FOLDER) / "themes";
+    return tests::samples("themes");
 }
 
 std::vector<std::uint8_t> bytesOf(const fs::path& path) {
@@ -173,7 +173,7 @@ class Check {
         ScreenRequest wanted;
         wanted.device = deviceConfiguration(model_, system_).value();
         wanted.rootFolder = device_.root();
-        wanted.enginePath = ENGINE_LIBRARY;
+        wanted.enginePath = tests::kEngineLibrary;
         return wanted;
     }
 
@@ -250,12 +250,4 @@ INSTANTIATE_TEST_SUITE_P(Screens, ThemeConformance,
                                           testing::Values(12, 13)));
 
 }  // namespace
-}  // namespace velmoranth::simulator
-
-int main(int argc, char** argv) {
-    if (velmoranth::simulator::isSimulatedProcess(argc, argv)) {
-        return velmoranth::simulator::simulatedProcessMain(argc, argv);
-    }
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}
+}  // namespace velmoranth::simulator::theme_conformance_test

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-namespace velmoranth::core {
+namespace velmoranth::core::change_observers_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -149,4 +149,4 @@ TEST_F(ChangeObservers, WriteTheNameThatTheyAreGiven) {
 }
 
 }  // namespace
-}  // namespace velmoranth::core
+}  // namespace velmoranth::core::change_observers_test

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::core {
+namespace velmoranth::core::format_test {
 
 // Not of this file alone: a format string's check is a function of its arguments' types, which
 // clang would miss the definition of.
@@ -95,4 +95,4 @@ TEST(NSLog, WritesOneLineToTheSystemLog) {
 }
 
 }  // namespace
-}  // namespace velmoranth::core
+}  // namespace velmoranth::core::format_test

@@ -17,7 +17,7 @@
 #include <utility>
 #include <vector>
 
-namespace velmoranth::core {
+namespace velmoranth::core::hook_installation_test {
 namespace {
 
 using platform::ClassRef;
@@ -465,4 +465,4 @@ TEST_F(InstalledReplacements, TheIconCachesTwoMethodsHaveTheirOwn) {
 }
 
 }  // namespace
-}  // namespace velmoranth::core
+}  // namespace velmoranth::core::hook_installation_test

@@ -11,7 +11,7 @@
 #include <limits>
 #include <set>
 
-namespace velmoranth::core {
+namespace velmoranth::core::hook_table_test {
 namespace {
 
 TEST(HookTable, HoldsEachRowInTheOrderOfInstallation) {
@@ -123,4 +123,4 @@ TEST(HookGate, Ios13IsOpenFromItsThreshold) {
 }
 
 }  // namespace
-}  // namespace velmoranth::core
+}  // namespace velmoranth::core::hook_table_test

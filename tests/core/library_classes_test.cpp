@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::core {
+namespace velmoranth::core::library_classes_test {
 namespace {
 
 using filemanager::VelmoranthFileManager;
@@ -335,4 +335,4 @@ TEST_F(LibraryMessages, TheMainClassHasItsSingletonAfterItsFirstMessage) {
 }
 
 }  // namespace
-}  // namespace velmoranth::core
+}  // namespace velmoranth::core::library_classes_test

@@ -1,5 +1,6 @@
 // The engine's shared library, mapped as the hooking loader maps it: its load-time entry points run
 // by themselves, in their order.
+#include "tests/support/places.h"
 #include "tests/support/test_device.h"
 
 #include <dlfcn.h>
@@ -9,7 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::load_time_test {
 namespace {
 
 TEST(LoadTime, LibraryRunsItsThreeEntryPointsInOrder) {
@@ -20,7 +21,7 @@ TEST(LoadTime, LibraryRunsItsThreeEntryPointsInOrder) {
         "SBHIconImageCache", "imageForIcon:",
         std::function<platform::ImageRef(platform::SBHIconImageCache&, platform::SBIconRef)>(
             [](platform::SBHIconImageCache&, const platform::SBIconRef&) { return nullptr; }));
-    ASSERT_NE(dlopen(ENGINE_LIBRARY, RTLD_NOW | RTLD_LOCAL), nullptr) << dlerror();
+    ASSERT_NE(dlopen(tests::kEngineLibrary, RTLD_NOW | RTLD_LOCAL), nullptr) << dlerror();
 
     std::vector<std::string> steps;
     for (const std::string& line : device.journal.lines()) {
@@ -38,4 +39,4 @@ TEST(LoadTime, LibraryRunsItsThreeEntryPointsInOrder) {
 }
 
 }  // namespace
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::load_time_test

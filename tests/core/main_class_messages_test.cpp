@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-namespace velmoranth::core {
+namespace velmoranth::core::main_class_messages_test {
 namespace {
 
 using platform::ImageRef;
@@ -233,4 +233,4 @@ TEST_F(MainClassMessages, ServeThemeMakers) {
 }
 
 }  // namespace
-}  // namespace velmoranth::core
+}  // namespace velmoranth::core::main_class_messages_test

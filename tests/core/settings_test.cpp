@@ -1,7 +1,6 @@
 #include "core/settings.h"
 
 #include "core/preferences.h"
-
 #include "tests/support/test_device.h"
 
 #include <gtest/gtest.h>
@@ -12,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-namespace velmoranth::core {
+namespace velmoranth::core::settings_test {
 namespace {
 
 using platform::Dictionary;
@@ -365,4 +364,4 @@ TEST(LookupSwitches, AreApartFromTheRecord) {
 }
 
 }  // namespace
-}  // namespace velmoranth::core
+}  // namespace velmoranth::core::settings_test

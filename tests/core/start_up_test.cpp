@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::core {
+namespace velmoranth::core::start_up_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -282,4 +282,4 @@ TEST(InitClass, GivesTheAudioSessionTheAmbientCategory) {
 }
 
 }  // namespace
-}  // namespace velmoranth::core
+}  // namespace velmoranth::core::start_up_test

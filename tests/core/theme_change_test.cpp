@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::core {
+namespace velmoranth::core::theme_change_test {
 namespace {
 
 using imaging::IconEffects;
@@ -257,4 +257,4 @@ TEST_F(ThemeChange, TheNewSettingsHoldForTheNewIcons) {
 }
 
 }  // namespace
-}  // namespace velmoranth::core
+}  // namespace velmoranth::core::theme_change_test

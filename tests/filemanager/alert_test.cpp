@@ -1,7 +1,7 @@
 // The alert of an operation that failed, and whose it is.
 #include "success_view_fixture.h"
 
-namespace velmoranth::filemanager {
+namespace velmoranth::filemanager::alert_test {
 namespace {
 
 const std::string kMessage = "“none” couldn’t be removed.";
@@ -109,4 +109,4 @@ TEST_F(Alert, ComesBeforeTheLogLineOfASave) {
 }
 
 }  // namespace
-}  // namespace velmoranth::filemanager
+}  // namespace velmoranth::filemanager::alert_test

@@ -1,7 +1,7 @@
 // Putting a theme's fonts into place.
 #include "success_view_fixture.h"
 
-namespace velmoranth::filemanager {
+namespace velmoranth::filemanager::fonts_test {
 namespace {
 
 const std::string kTheirs = "/Library/Themes/A/Fonts";
@@ -120,4 +120,4 @@ TEST_F(Fonts, NilIsPrintedAndCopiesNothing) {
 }
 
 }  // namespace
-}  // namespace velmoranth::filemanager
+}  // namespace velmoranth::filemanager::fonts_test

@@ -1,7 +1,7 @@
 // Renaming and deleting saved files.
 #include "panel_fixture.h"
 
-namespace velmoranth::filemanager {
+namespace velmoranth::filemanager::panel_files_test {
 namespace {
 
 const std::string kOld = kSavedFolder + "/ Night " + kPreferencesFile;
@@ -281,4 +281,4 @@ TEST_F(DeletedFile, ItsModeIsNotChanged) {
 }
 
 }  // namespace
-}  // namespace velmoranth::filemanager
+}  // namespace velmoranth::filemanager::panel_files_test

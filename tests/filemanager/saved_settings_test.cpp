@@ -1,7 +1,7 @@
 // Saving the preferences under a name.
 #include "panel_fixture.h"
 
-namespace velmoranth::filemanager {
+namespace velmoranth::filemanager::saved_settings_test {
 namespace {
 
 const std::string kStaging = kSavedFolder + "/" + kPreferencesFile;
@@ -238,4 +238,4 @@ TEST_F(SavedSettings, AFolderOfPreferencesIsSavedWhole) {
 }
 
 }  // namespace
-}  // namespace velmoranth::filemanager
+}  // namespace velmoranth::filemanager::saved_settings_test

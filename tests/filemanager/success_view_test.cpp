@@ -1,7 +1,7 @@
 // The image that grows and goes after a success.
 #include "success_view_fixture.h"
 
-namespace velmoranth::filemanager {
+namespace velmoranth::filemanager::success_view_test {
 namespace {
 
 using platform::Rect;
@@ -226,4 +226,4 @@ TEST_F(SuccessView, FinishingByHandTakesItAwayEarly) {
 }
 
 }  // namespace
-}  // namespace velmoranth::filemanager
+}  // namespace velmoranth::filemanager::success_view_test

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::filemanager {
+namespace velmoranth::filemanager::velmoranth_file_manager_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -127,4 +127,4 @@ TEST_F(FactorySettings, AFolderOfThemIsCopiedWhole) {
 }
 
 }  // namespace
-}  // namespace velmoranth::filemanager
+}  // namespace velmoranth::filemanager::velmoranth_file_manager_test

@@ -5,6 +5,7 @@
 #include "desktop/imaging/bitmap_image.h"
 #include "hooks/images/drawn_icon_hooks.h"
 #include "tests/golden/golden_picture.h"
+#include "tests/support/places.h"
 #include "tests/support/test_device.h"
 
 #include <gtest/gtest.h>
@@ -17,7 +18,7 @@
 #include <functional>
 #include <string>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::calendar_golden_test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -116,7 +117,7 @@ void expectThemesSheet(const fs::path& theme, const std::string& name) {
 }
 
 TEST(CalendarGolden, OfTheExampleTheme) {
-    expectThemesSheet(EXAMPLE_THEME, "calendar_kilnware");
+    expectThemesSheet(kExampleTheme, "calendar_kilnware");
 }
 
 TEST(CalendarGolden, OfAThemeThatOnlyHasAMask) {
@@ -124,17 +125,15 @@ TEST(CalendarGolden, OfAThemeThatOnlyHasAMask) {
     TestDevice device(kScale);
     const fs::path theme = device.hostFolder() + "/Library/Themes/T.theme";
     fs::create_directories((theme / kMask).parent_path());
-    fs::copy_file(fs::path(EXAMPLE_THEME) / kMask, theme / kMask);
-    fs::copy(LAYOUT_FOLDER "/var/mobile/Library/VelMoranth/UserSettings",
+    fs::copy_file(fs::path(kExampleTheme) / kMask, theme / kMask);
+    fs::copy(kLayoutFolder + std::string("/var/mobile/Library/VelMoranth/UserSettings"),
              device.hostFolder() + "/User/Library/VelMoranth/UserSettings");
     device.activeThemes({"T.theme"}, {{"enable", true}, {"enableIconMask", true}});
     expectSheet(device, "calendar_installed");
 }
 
 TEST(CalendarGolden, OfARealThemeWithCalendarSettings) {
-    const char* named = std::getenv("VELMORANTH_SAMPLES");
-    const fs::path theme =
-        fs::path(named != nullptr ? named : SAMPLES_FOLDER) / "themes/limelight/Limelight.theme";
+    const fs::path theme = samples("themes") / "limelight/Limelight.theme";
     std::error_code none;
     if (!fs::is_directory(theme, none)) {
         GTEST_SKIP() << "no samples here; name their folder in VELMORANTH_SAMPLES";
@@ -143,4 +142,4 @@ TEST(CalendarGolden, OfARealThemeWithCalendarSettings) {
 }
 
 }  // namespace
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::calendar_golden_test

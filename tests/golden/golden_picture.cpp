@@ -1,6 +1,7 @@
 #include "tests/golden/golden_picture.h"
 
 #include "desktop/image_io/image_io.h"
+#include "tests/support/places.h"
 
 #include <gtest/gtest.h>
 
@@ -40,7 +41,7 @@ std::vector<std::uint8_t> kept(const fs::path& path, const GoldenPicture& size) 
 }  // namespace
 
 void expectGolden(const std::string& name, const GoldenPicture& picture) {
-    const fs::path path = fs::path(GOLDEN_PICTURES) / (name + ".png");
+    const fs::path path = fs::path(kSourceFolder) / "tests/golden/pictures" / (name + ".png");
     if (std::getenv("VELMORANTH_KEEP_PICTURES") != nullptr) {
         write(path, picture.pixels, picture);
         return;
@@ -69,7 +70,7 @@ void expectGolden(const std::string& name, const GoldenPicture& picture) {
     const double most = kMostOddPixels * static_cast<double>(expected.size() / 4);
     const std::size_t oddest = *std::max_element(oddOfTile.begin(), oddOfTile.end());
     if (static_cast<double>(odd) > most || oddest > kMostOddOfTile) {
-        const fs::path out = fs::path(GOLDEN_DIFFERENCES) / path.filename();
+        const fs::path out = fs::path(kBuildFolder) / "golden-differences" / path.filename();
         write(out, difference, picture);
         ADD_FAILURE() << odd << " pixels differ from " << path << ", " << oddest
                       << " of them in one tile; where: " << out;

@@ -3,6 +3,7 @@
 #include "desktop/plist/property_lists.h"
 #include "simulator/process/launcher.h"
 #include "tests/golden/golden_picture.h"
+#include "tests/support/places.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -14,7 +15,7 @@
 #include <tuple>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::home_screen_golden_test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -42,7 +43,7 @@ Picture draw(const Case& which) {
     const auto& [model, system, screen, themed] = which;
     const tests::TemporaryFolder folder;
     EXPECT_TRUE(desktop::createDeviceRoot(folder / "device"));
-    fs::copy(EXAMPLE_THEME, folder / "device/Library/Themes/Kilnware.theme",
+    fs::copy(tests::kExampleTheme, folder / "device/Library/Themes/Kilnware.theme",
              fs::copy_options::recursive);
     const platform::Data preferences = desktop::writeXmlPropertyList(platform::PropertyList(
         platform::Dictionary{{"ActiveThemes", platform::PropertyList::Array{"Kilnware.theme"}},
@@ -58,14 +59,18 @@ Picture draw(const Case& which) {
     request.device.screen.scale = 1;
     request.device.date = platform::Date{kMoment};
     request.rootFolder = folder / "device";
-    request.enginePath = ENGINE_LIBRARY;
+    request.enginePath = tests::kEngineLibrary;
     request.screen = screen.kind;
     auto rendered = renderScreen(request);
     EXPECT_TRUE(rendered) << (rendered ? "" : toLine(rendered.error()));
     return rendered ? rendered->picture : Picture{};
 }
 
-class HomeScreenGolden : public testing::TestWithParam<Case> {};
+class HomeScreenGolden : public testing::TestWithParam<Case> {
+  protected:
+    // The clock shows the machine's time zone.
+    HomeScreenGolden() { setenv("TZ", "UTC", 1); }
+};
 
 TEST_P(HomeScreenGolden, LooksAsItDidWhenSomebodyLooked) {
     const Picture picture = draw(GetParam());
@@ -80,14 +85,4 @@ INSTANTIATE_TEST_SUITE_P(Screens, HomeScreenGolden,
                          });
 
 }  // namespace
-}  // namespace velmoranth::simulator
-
-int main(int argc, char** argv) {
-    if (velmoranth::simulator::isSimulatedProcess(argc, argv)) {
-        return velmoranth::simulator::simulatedProcessMain(argc, argv);
-    }
-    // The clock shows the machine's time zone.
-    setenv("TZ", "UTC", 1);
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}
+}  // namespace velmoranth::simulator::home_screen_golden_test

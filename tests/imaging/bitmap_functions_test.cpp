@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::bitmap_functions_test {
 
 using imaging::IconEffects;
 using platform::BitmapImageRef;
@@ -186,4 +186,4 @@ TEST_F(ReflectedImage, ViewsWithoutWidthAndAbsurdHeightsGiveNil) {
     EXPECT_EQ(IconEffects::reflectedImageWithHeight(wide, 4), nullptr);
 }
 
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::bitmap_functions_test

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::imaging {
+namespace velmoranth::imaging::chrome_colors_test {
 namespace {
 
 using platform::Color;
@@ -192,4 +192,4 @@ TEST(ColorWithHexString, AnyBytesGiveGrayOrAnOpaqueColor) {
     EXPECT_EQ(color("\0\0\0\0\0\0"s), rgb(0, 0, 0));
 }
 
-}  // namespace velmoranth::imaging
+}  // namespace velmoranth::imaging::chrome_colors_test

@@ -4,7 +4,7 @@
 
 #include <limits>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::chrome_dock_test {
 
 using imaging::ChromeImages;
 using platform::ImageRef;
@@ -142,4 +142,4 @@ TEST_F(DockImage, IsFramedAlikeWithAnImage) {
     EXPECT_NE(view, ChromeImages::SBDockImgWithFrame({{7, 8}, {9, 10}}));
 }
 
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::chrome_dock_test

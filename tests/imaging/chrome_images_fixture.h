@@ -6,8 +6,8 @@
 #include "imaging/chrome_images.h"
 #include "tests/support/replaced_services.h"
 #include "tests/support/test_device.h"
+#include "tests/theme/lookup_lines.h"
 
-#include "lookup_lines.h"
 #include <gtest/gtest.h>
 
 #include <array>

@@ -4,7 +4,7 @@
 
 #include "chrome_images_fixture.h"
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::chrome_images_test {
 
 using imaging::ChromeImages;
 using platform::ImageRef;
@@ -171,26 +171,26 @@ TEST_F(BadgeImage, IsNilWithoutAnActiveTheme) {
     EXPECT_EQ(takenLoads(), Lines{});
 }
 
-class PageDots : public ChromeImagesOnDevice {};
+class PageDotImages : public ChromeImagesOnDevice {};
 
-TEST_F(PageDots, TheCurrentPagesIsSearchedForInTwoPlaces) {
+TEST_F(PageDotImages, TheCurrentPagesIsSearchedForInTwoPlaces) {
     expectOrder(
         inThemes({"A/" + kSpringBoard + "SBPageDotCurrent.png", "A/ANEMPageDots/Dot_Current.png"}),
         [] { return ChromeImages::pageDots(true); });
 }
 
-TEST_F(PageDots, TheOtherPagesIsSearchedForInTwoPlaces) {
+TEST_F(PageDotImages, TheOtherPagesIsSearchedForInTwoPlaces) {
     expectOrder(inThemes({"A/" + kSpringBoard + "SBPageDot.png", "A/ANEMPageDots/Dot_Pages.png"}),
                 [] { return ChromeImages::pageDots(false); });
 }
 
-TEST_F(PageDots, TheSearchPagesIsSearchedForInTwoPlaces) {
+TEST_F(PageDotImages, TheSearchPagesIsSearchedForInTwoPlaces) {
     expectOrder(inThemes({"A/" + kSpringBoard + "Spotlight_Pages.png",
                           "A/ANEMPageDots/Spotlight_Pages.png"}),
                 ChromeImages::spotlightPageDot);
 }
 
-TEST_F(PageDots, APlaceInEveryThemeBeforeTheNextPlace) {
+TEST_F(PageDotImages, APlaceInEveryThemeBeforeTheNextPlace) {
     makePad();
     activate({"A", "B"});
     expectOrder(inThemes({"A/" + kSpringBoard + "SBPageDotCurrent.png",
@@ -208,7 +208,7 @@ TEST_F(PageDots, APlaceInEveryThemeBeforeTheNextPlace) {
         ChromeImages::spotlightPageDot);
 }
 
-TEST_F(PageDots, AreNilWithoutAnActiveTheme) {
+TEST_F(PageDotImages, AreNilWithoutAnActiveTheme) {
     activate({});
     EXPECT_EQ(ChromeImages::pageDots(true), nullptr);
     EXPECT_EQ(ChromeImages::pageDots(false), nullptr);
@@ -216,7 +216,7 @@ TEST_F(PageDots, AreNilWithoutAnActiveTheme) {
     EXPECT_EQ(device.journal.lines(), Lines(6, kReadPreferences));
 }
 
-TEST_F(PageDots, AreImagesWithoutAView) {
+TEST_F(PageDotImages, AreImagesWithoutAView) {
     (void)ChromeImages::pageDots(true);
     (void)ChromeImages::pageDots(false);
     (void)ChromeImages::spotlightPageDot();
@@ -224,4 +224,4 @@ TEST_F(PageDots, AreImagesWithoutAView) {
     EXPECT_EQ(device.journal.count("log: "), 0U);
 }
 
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::chrome_images_test

@@ -1,19 +1,19 @@
 #include "platform/platform.h"
+#include "tests/desktop/image_io/test_images.h"
 #include "tests/support/replaced_services.h"
 
 #include "icon_effects_fixture.h"
-#include "test_images.h"
 
 #include <functional>
 #include <string>
 #include <vector>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::icon_mask_test {
 
-using desktop::tests::noise;
-using desktop::tests::noiseRows;
-using desktop::tests::pngFile;
-using desktop::tests::PngSpec;
+using desktop::test_images::noise;
+using desktop::test_images::noiseRows;
+using desktop::test_images::pngFile;
+using desktop::test_images::PngSpec;
 using imaging::IconEffects;
 using platform::ImageRef;
 
@@ -294,4 +294,4 @@ TEST_F(MaskImageWithMask, AMaskedImageCanBeMaskedAgain) {
     }
 }
 
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::icon_mask_test

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::icon_overlay_test {
 
 using imaging::IconEffects;
 using platform::ImageRef;
@@ -262,4 +262,4 @@ TEST_F(ImageScaledToSize, NoImageGivesAClearPicture) {
               solid(6, 3, {0, 0, 0, 0}));
 }
 
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::icon_overlay_test

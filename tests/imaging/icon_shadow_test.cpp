@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::icon_shadow_test {
 
 using imaging::IconEffects;
 using platform::ImageViewRef;
@@ -156,4 +156,4 @@ TEST_F(AddShadowToIcon, OnlyTheNewestViewIsHeld) {
     EXPECT_FALSE(second.expired());
 }
 
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::icon_shadow_test

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::tagged_views_test {
 
 using imaging::IconEffects;
 using platform::ViewRef;
@@ -128,4 +128,4 @@ TEST(RemoveFolder, LeavesTheFolderImage) {
     EXPECT_EQ(view->subviews(), std::vector<ViewRef>{image});
 }
 
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::tagged_views_test

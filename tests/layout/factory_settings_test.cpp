@@ -4,6 +4,7 @@
 #include "core/velmoranth.h"
 #include "desktop/plist/property_lists.h"
 #include "hooks/images/calendar_settings.h"
+#include "tests/support/places.h"
 #include "tests/support/test_device.h"
 
 #include <gtest/gtest.h>
@@ -14,7 +15,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::factory_settings_test {
 namespace {
 
 const std::string kFactory =
@@ -25,7 +26,7 @@ const std::string kCalendar = "/User/Library/VelMoranth/UserSettings/Cal.plist";
 // A file of the layout; `path` is that of the device.
 std::string installed(const std::string& path) {
     const std::string inLayout = "/var/mobile" + path.substr(std::string("/User").size());
-    std::ifstream file(LAYOUT_FOLDER + inLayout, std::ios::binary);
+    std::ifstream file(tests::kLayoutFolder + inLayout, std::ios::binary);
     EXPECT_TRUE(file.is_open()) << inLayout;
     return {std::istreambuf_iterator<char>(file), {}};
 }
@@ -111,4 +112,4 @@ TEST(CalendarSettings, OfTheLayoutAreReadWhereNoThemeHasAny) {
 }
 
 }  // namespace
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::factory_settings_test

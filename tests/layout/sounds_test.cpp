@@ -1,6 +1,7 @@
 // The panel's sounds: what is in the files, read by hand, and that the script makes these very
 // files.
 #include "desktop/audio/sound_decoder.h"
+#include "tests/support/places.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -20,7 +21,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::sounds_test {
 namespace {
 
 constexpr double kRate = 44100;
@@ -51,7 +52,8 @@ constexpr std::array<PanelSound, 8> kSounds{{
     {"beepShortOff.aif", 1.0, 0.14, 0.025, 0.03, 0.08},
 }};
 
-const std::string kFolder = LAYOUT_FOLDER "/var/mobile/Library/VelMoranth/Sounds";
+const std::string kFolder =
+    tests::kLayoutFolder + std::string("/var/mobile/Library/VelMoranth/Sounds");
 
 std::string contentsOf(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
@@ -223,8 +225,8 @@ INSTANTIATE_TEST_SUITE_P(All, PanelSounds, testing::ValuesIn(kSounds));
 
 TEST(PanelSoundFiles, ComeOutOfTheScriptByteForByte) {
     const TemporaryFolder folder;
-    const std::string command = "PYTHONDONTWRITEBYTECODE=1 \"" PYTHON "\" \"" LAYOUT_FOLDER
-                                "/make_sounds.py\" \"" +
+    const std::string command = std::string("PYTHONDONTWRITEBYTECODE=1 \"") + tests::kPython +
+                                "\" \"" + tests::kLayoutFolder + "/make_sounds.py\" \"" +
                                 (folder / "sounds") + "\"";
     ASSERT_EQ(std::system(command.c_str()), 0);
     EXPECT_EQ(folder.count("sounds"), static_cast<std::ptrdiff_t>(kSounds.size()));
@@ -247,4 +249,4 @@ TEST(PanelSoundFiles, AreAllDifferent) {
 }
 
 }  // namespace
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::sounds_test

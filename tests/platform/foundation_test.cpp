@@ -6,7 +6,7 @@
 #include <limits>
 #include <string>
 
-namespace velmoranth::platform {
+namespace velmoranth::platform::foundation_test {
 namespace {
 
 using Array = PropertyList::Array;
@@ -239,4 +239,4 @@ TEST(Description, DeepContainersAreCutOff) {
 }
 
 }  // namespace
-}  // namespace velmoranth::platform
+}  // namespace velmoranth::platform::foundation_test

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-namespace velmoranth::platform {
+namespace velmoranth::platform::strings_test {
 namespace {
 
 using namespace std::literals;
@@ -244,4 +244,4 @@ TEST(Strings, DeletingPathExtension) {
 }
 
 }  // namespace
-}  // namespace velmoranth::platform
+}  // namespace velmoranth::platform::strings_test

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::alert_view_test {
 namespace {
 
 using desktop::DesktopAlertAction;
@@ -116,4 +116,4 @@ TEST(AlertView, LongTextsStayOnTheScreen) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
+}  // namespace velmoranth::simulator::alert_view_test

@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::backdrop_test {
 namespace {
 
 constexpr std::size_t kWidth = 300;
@@ -73,4 +73,4 @@ TEST(Backdrop, NothingToDrawIsNil) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
+}  // namespace velmoranth::simulator::backdrop_test

@@ -1,4 +1,5 @@
 // Theme parts and numbers that nobody should ship: a picture all the same, in bounded memory.
+#include "tests/support/places.h"
 #include "themed_device.h"
 
 #include <gtest/gtest.h>
@@ -8,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::chrome_bad_input_test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -82,7 +83,7 @@ TEST(ChromeBadInput, HugePartsTakeBoundedMemory) {
 }
 
 TEST(ChromeBadInput, EverySampleLayoutShows) {
-    const fs::path samples = IMAGE_SAMPLES;
+    const fs::path samples = fs::path(tests::kSourceFolder) / "fuzz/images/corpus";
     ASSERT_TRUE(fs::exists(samples));
     for (const auto& sample : fs::directory_iterator(samples)) {
         const ThemedDevice device;
@@ -146,12 +147,4 @@ TEST(ChromeBadInput, NumbersOfTheDrawnShadowMayBeAnything) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
-
-int main(int argc, char** argv) {
-    if (velmoranth::simulator::isSimulatedProcess(argc, argv)) {
-        return velmoranth::simulator::simulatedProcessMain(argc, argv);
-    }
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}
+}  // namespace velmoranth::simulator::chrome_bad_input_test

@@ -5,7 +5,7 @@
 #include <set>
 #include <string>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::device_test {
 namespace {
 
 TEST(Device, SystemsStandOnEitherSideOfTheEnginesThresholds) {
@@ -41,4 +41,4 @@ TEST(Device, UnknownModelNamesWhatThereIs) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
+}  // namespace velmoranth::simulator::device_test

@@ -8,7 +8,7 @@
 #include <tuple>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::engine_folder_test {
 namespace {
 
 using platform::ObjectRef;
@@ -264,12 +264,4 @@ TEST_P(EngineFolder, LauncherShowsTheScreenAskedFor) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
-
-int main(int argc, char** argv) {
-    if (velmoranth::simulator::isSimulatedProcess(argc, argv)) {
-        return velmoranth::simulator::simulatedProcessMain(argc, argv);
-    }
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}
+}  // namespace velmoranth::simulator::engine_folder_test

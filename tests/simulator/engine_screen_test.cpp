@@ -1,10 +1,10 @@
-// Whole home screens with the engine's own library: what a user of a theme sees. This program
-// starts itself again as a simulated process, so it has a main of its own.
+// Whole home screens with the engine's own library: what a user of a theme sees.
 #include "desktop/files/create_device_root.h"
 #include "desktop/image_io/image_io.h"
 #include "desktop/notifications/notification_center.h"
 #include "desktop/plist/property_lists.h"
 #include "simulator/process/launcher.h"
+#include "tests/support/places.h"
 
 #include <gtest/gtest.h>
 #include <stdlib.h>  // NOLINT(modernize-deprecated-headers): mkdtemp() is POSIX's
@@ -19,7 +19,7 @@
 #include <string_view>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::engine_screen_test {
 namespace {
 
 using namespace std::chrono_literals;
@@ -84,7 +84,7 @@ class EngineScreen : public testing::Test {
         ScreenRequest wanted;
         wanted.device = deviceConfiguration(model, system).value();
         wanted.rootFolder = folder + "/device";
-        wanted.enginePath = ENGINE_LIBRARY;
+        wanted.enginePath = tests::kEngineLibrary;
         return wanted;
     }
 
@@ -231,12 +231,4 @@ TEST_F(EngineScreen, ThemeChangeShowsInTheNextPicture) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
-
-int main(int argc, char** argv) {
-    if (velmoranth::simulator::isSimulatedProcess(argc, argv)) {
-        return velmoranth::simulator::simulatedProcessMain(argc, argv);
-    }
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}
+}  // namespace velmoranth::simulator::engine_screen_test

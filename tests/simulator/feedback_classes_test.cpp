@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::feedback_classes_test {
 namespace {
 
 using platform::SBUISoundRef;
@@ -101,4 +101,4 @@ TEST_F(FeedbackClasses, OtherProcessesHaveFeedbackAlone) {
     EXPECT_EQ(warnings, std::vector<std::string>{});
 }
 
-}  // namespace velmoranth::simulator
+}  // namespace velmoranth::simulator::feedback_classes_test

@@ -15,7 +15,7 @@
 #include <utility>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::gallery_test {
 namespace {
 
 constexpr Pixel kYellow{0, 255, 255, 255};
@@ -272,4 +272,4 @@ TEST(GalleryText, IsShortenedInTheMiddle) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
+}  // namespace velmoranth::simulator::gallery_test

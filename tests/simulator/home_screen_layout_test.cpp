@@ -7,7 +7,7 @@
 #include <set>
 #include <string_view>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::home_screen_layout_test {
 namespace {
 
 HomeScreenLayout layoutOf(std::string_view model) {
@@ -161,4 +161,4 @@ TEST(HomeScreenLayout, SnappingRoundsToThePixelsOfTheScreen) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
+}  // namespace velmoranth::simulator::home_screen_layout_test

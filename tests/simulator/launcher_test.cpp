@@ -1,11 +1,11 @@
-// Whole processes: this program starts itself again as a simulated process, so it has a main of its
-// own.
+// Whole processes: this program starts itself again as a simulated process.
 #include "simulator/process/launcher.h"
 
 #include "desktop/files/create_device_root.h"
 #include "desktop/notifications/notification_center.h"
 #include "simulator/artwork/artwork.h"
 #include "simulator/home_screen/apps.h"
+#include "tests/support/places.h"
 
 #include <gtest/gtest.h>
 #include <signal.h>  // NOLINT(modernize-deprecated-headers): kill() is POSIX's
@@ -23,7 +23,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::launcher_test {
 namespace {
 
 using namespace std::chrono_literals;
@@ -50,7 +50,7 @@ class LauncherTest : public testing::Test {
         return request;
     }
 
-    [[nodiscard]] ScreenRequest with(const char* library, std::string_view model = "phone",
+    [[nodiscard]] ScreenRequest with(const std::string& library, std::string_view model = "phone",
                                      int system = 13) const {
         ScreenRequest request = stock(model, system);
         request.loadEngine = true;
@@ -180,7 +180,8 @@ TEST_F(LauncherTest, FreshProcessTakesLittleMemory) {
 TEST_F(LauncherTest, LibraryReplacesWhatIconsShow) {
     for (const int system : {12, 13}) {
         for (const char* const model : {"phone", "pad"}) {
-            const auto screen = renderScreen(with(PAINTING_LIBRARY, model, system));
+            const auto screen =
+                renderScreen(with(tests::standInLibrary("painting"), model, system));
             ASSERT_TRUE(screen) << toLine(screen.error());
             for (const ShownIcon& icon : screen->icons) {
                 // The clock's view does not ask the cache on iOS 13.
@@ -205,7 +206,7 @@ TEST_F(LauncherTest, LibraryReplacesWhatIconsShow) {
 }
 
 TEST_F(LauncherTest, LogLinesGoWhereTheyAreWanted) {
-    ScreenRequest request = with(PAINTING_LIBRARY);
+    ScreenRequest request = with(tests::standInLibrary("painting"));
     request.logDestination = folder + "/log.txt";
     ASSERT_TRUE(renderScreen(request));
     std::ifstream file(request.logDestination);
@@ -272,21 +273,21 @@ TEST_F(LauncherTest, MissingDeviceFolderIsAProblem) {
 }
 
 TEST_F(LauncherTest, CrashIsOneClearProblem) {
-    const auto screen = renderScreen(with(ABORTING_LIBRARY));
+    const auto screen = renderScreen(with(tests::standInLibrary("aborting")));
     ASSERT_FALSE(screen);
     EXPECT_EQ(toLine(screen.error()),
               "the simulated process crashed with SIGABRT after logging: about to break");
 }
 
 TEST_F(LauncherTest, EarlyEndIsOneClearProblem) {
-    const auto screen = renderScreen(with(QUITTING_LIBRARY));
+    const auto screen = renderScreen(with(tests::standInLibrary("quitting")));
     ASSERT_FALSE(screen);
     EXPECT_EQ(toLine(screen.error()),
               "the simulated process ended early with status 7 before it logged anything");
 }
 
 TEST_F(LauncherTest, HangIsEndedAtTheTimeLimit) {
-    ScreenRequest request = with(HANGING_LIBRARY);
+    ScreenRequest request = with(tests::standInLibrary("hanging"));
     request.timeLimit = 300ms;
     const auto begin = std::chrono::steady_clock::now();
     const auto screen = renderScreen(request);
@@ -345,7 +346,7 @@ TEST_F(LauncherTest, NoNoticeInTimeLeavesTheScreenRunning) {
 }
 
 TEST_F(LauncherTest, NoticeReachesTheLibraryAndShowsInTheNextPicture) {
-    auto running = RunningScreen::start(with(PAINTING_LIBRARY));
+    auto running = RunningScreen::start(with(tests::standInLibrary("painting")));
     ASSERT_TRUE(running) << toLine(running.error());
     RunningScreen& screen = **running;
     const auto before = screen.render();
@@ -375,12 +376,4 @@ TEST(SimulatedProcess, ArgumentAloneStartsNothing) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
-
-int main(int argc, char** argv) {
-    if (velmoranth::simulator::isSimulatedProcess(argc, argv)) {
-        return velmoranth::simulator::simulatedProcessMain(argc, argv);
-    }
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}
+}  // namespace velmoranth::simulator::launcher_test

@@ -3,7 +3,7 @@
 
 #include "screen_test.h"
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::live_icons_screen_test {
 namespace {
 
 // Every pixel of an icon, pixels of the picture.
@@ -79,4 +79,4 @@ TEST(LiveIconsScreen, ClockOfTwelveIsAnIconLikeOthers) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
+}  // namespace velmoranth::simulator::live_icons_screen_test

@@ -18,7 +18,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::live_icons_test {
 namespace {
 
 using platform::BitmapImageRef;
@@ -328,4 +328,4 @@ TEST(LiveIcons, CalendarWithoutABaseHasNoImage) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
+}  // namespace velmoranth::simulator::live_icons_test

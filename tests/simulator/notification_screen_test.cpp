@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <string>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::notification_screen_test {
 namespace {
 
 // In the middle of the banner's icon on the tall phone.
@@ -51,4 +51,4 @@ TEST(NotificationScreen, HomeScreenLiesUnderIt) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
+}  // namespace velmoranth::simulator::notification_screen_test

@@ -12,7 +12,7 @@
 #include <tuple>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::open_folder_test {
 namespace {
 
 using platform::GestureRecognizerRef;
@@ -393,4 +393,4 @@ TEST_F(OpenFolderTest, PressedIconIsDarkerInItsOwnShape) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
+}  // namespace velmoranth::simulator::open_folder_test

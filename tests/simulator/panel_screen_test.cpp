@@ -24,7 +24,7 @@
 #include <tuple>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::panel_screen_test {
 namespace {
 
 using platform::NullableString;
@@ -123,7 +123,7 @@ Pixel pixelOf(const Picture& picture, std::size_t column, std::size_t row) {
     return pixel;
 }
 
-Pixel pixelAt(const Picture& picture, const Point& point) {
+Pixel pixelOf(const Picture& picture, const Point& point) {
     return pixelOf(picture, static_cast<std::size_t>(std::lround(point.x * picture.scale)),
                    static_cast<std::size_t>(std::lround(point.y * picture.scale)));
 }
@@ -135,7 +135,7 @@ std::size_t countIn(const Picture& picture, const Rect& rect,
     const double step = 1 / picture.scale;
     for (double y = rect.origin.y; y < rect.origin.y + rect.size.height; y += step) {
         for (double x = rect.origin.x; x < rect.origin.x + rect.size.width; x += step) {
-            found += counts(pixelAt(picture, {x, y})) ? 1 : 0;
+            found += counts(pixelOf(picture, {x, y})) ? 1 : 0;
         }
     }
     return found;
@@ -219,7 +219,7 @@ TEST_P(Panel, TheEnginesAlertLiesOverTheDimmedPanel) {
     // Every pixel beside the card is darker than without the alert, by one share.
     const double share = GetParam().system < 13 ? 0.6 : 0.8;
     for (const Point& point : {Point{4, 60}, Point{30, 200}, Point{4, card.origin.y - 4}}) {
-        EXPECT_NEAR(pixelAt(picture, point)[1], pixelAt(clear, point)[1] * share, 1);
+        EXPECT_NEAR(pixelOf(picture, point)[1], pixelOf(clear, point)[1] * share, 1);
     }
 }
 
@@ -321,7 +321,7 @@ TEST_P(Panel, TheSuccessImageGrowsFromItsCornerAndGoes) {
     };
     EXPECT_EQ(difference(grown, gone), (Difference{first(frame.origin.x), first(frame.origin.y),
                                                    end(frame.origin.x), end(frame.origin.y)}));
-    EXPECT_EQ(pixelAt(grown, {frame.origin.x + 100, frame.origin.y + 44}), kWhite);
+    EXPECT_EQ(pixelOf(grown, {frame.origin.x + 100, frame.origin.y + 44}), kWhite);
 
     // Again, by its row: on its way it is wider than at its end.
     panel.tapRow(PanelTask::applySettings);
@@ -460,4 +460,4 @@ TEST_P(KeyWindow, HasTheScreensViewInItsRootViewController) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
+}  // namespace velmoranth::simulator::panel_screen_test

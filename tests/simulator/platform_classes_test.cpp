@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::platform_classes_test {
 namespace {
 
 using platform::Class;
@@ -183,4 +183,4 @@ TEST(PlatformClasses, ReplacedMethodOfTheToolkitIsWhatThePhoneOfTwelveShows) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
+}  // namespace velmoranth::simulator::platform_classes_test

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::preference_pixels_test {
 namespace {
 
 constexpr const char* kMaps = "com.apple.Maps";        // no badge
@@ -291,12 +291,4 @@ TEST_P(PreferencePixels, ThemesBadgeDotsAndFolderShow) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
-
-int main(int argc, char** argv) {
-    if (velmoranth::simulator::isSimulatedProcess(argc, argv)) {
-        return velmoranth::simulator::simulatedProcessMain(argc, argv);
-    }
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}
+}  // namespace velmoranth::simulator::preference_pixels_test

@@ -4,6 +4,7 @@
 #include "simulator/device.h"
 #include "simulator/process/process.h"
 #include "simulator/toolkit/feedback_classes.h"
+#include "tests/support/places.h"
 #include "tests/support/recording_audio.h"
 #include "tests/support/replaced_services.h"
 #include "tests/support/temporary_folder.h"
@@ -15,7 +16,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::process_feedback_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -34,7 +35,7 @@ class ProcessFeedback : public ::testing::TestWithParam<int> {
         ScreenRequest request;
         request.device = deviceConfiguration("phone", GetParam()).value();
         request.rootFolder = folder / "device";
-        request.enginePath = ENGINE_LIBRARY;
+        request.enginePath = tests::kEngineLibrary;
         request.screen = screen;
         process = SimulatedProcess::start(request, [](const std::string&) {}).value();
         tests::replaceServices({.audio = &audio});
@@ -72,4 +73,4 @@ TEST_P(ProcessFeedback, OtherProcessesHaveFeedbackAlone) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
+}  // namespace velmoranth::simulator::process_feedback_test

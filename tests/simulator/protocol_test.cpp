@@ -12,7 +12,7 @@
 #include <thread>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::protocol_test {
 namespace {
 
 using namespace std::chrono_literals;
@@ -219,4 +219,4 @@ TEST(ProtocolJson, WhatIsNoMessageIsRefused) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
+}  // namespace velmoranth::simulator::protocol_test

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::screen_classes_test {
 namespace {
 
 using platform::ImageRef;
@@ -206,4 +206,4 @@ TEST(ScreenClasses, SettingsAndWeatherHaveWhatTheyDraw) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
+}  // namespace velmoranth::simulator::screen_classes_test

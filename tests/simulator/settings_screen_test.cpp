@@ -2,7 +2,7 @@
 
 #include "screen_test.h"
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::settings_screen_test {
 namespace {
 
 // In the middle of the icon of a row, by its place in the first group of a phone's list. The bar,
@@ -56,4 +56,4 @@ TEST(SettingsScreen, EveryDeviceShowsTheListAndAPadThePageBesideIt) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
+}  // namespace velmoranth::simulator::settings_screen_test

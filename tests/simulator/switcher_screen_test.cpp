@@ -2,7 +2,7 @@
 
 #include "screen_test.h"
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::switcher_screen_test {
 namespace {
 
 // In the middle of the banner's icon on the tall phone.
@@ -33,4 +33,4 @@ TEST(SwitcherScreen, ThemingOffShowsThePlatformsBanner) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
+}  // namespace velmoranth::simulator::switcher_screen_test

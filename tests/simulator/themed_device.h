@@ -1,6 +1,5 @@
 // A device with one theme of a test's own, and its screens with the engine's library. The test's
-// program starts itself again as a simulated process, so it has a main of its own and defines
-// ENGINE_LIBRARY.
+// program starts itself again as a simulated process (starts_again.cpp).
 #pragma once
 
 #include "desktop/files/create_device_root.h"
@@ -8,6 +7,7 @@
 #include "desktop/plist/property_lists.h"
 #include "simulator/artwork/artwork.h"
 #include "simulator/process/launcher.h"
+#include "tests/support/places.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -130,7 +130,7 @@ class ThemedDevice {
         ScreenRequest wanted;
         wanted.device = deviceConfiguration(model, system).value();
         wanted.rootFolder = folder / "device";
-        wanted.enginePath = ENGINE_LIBRARY;
+        wanted.enginePath = tests::kEngineLibrary;
         return wanted;
     }
 

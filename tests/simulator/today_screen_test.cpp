@@ -2,7 +2,7 @@
 
 #include "screen_test.h"
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::today_screen_test {
 namespace {
 
 // On the tall phone: cards lie 8 points from its edge, the first 100 from its top; the icon in a
@@ -54,4 +54,4 @@ TEST(TodayScreen, PadHasTwoColumns) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
+}  // namespace velmoranth::simulator::today_screen_test

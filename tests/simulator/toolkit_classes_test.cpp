@@ -22,7 +22,7 @@
 #include <utility>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::toolkit_classes_test {
 namespace {
 
 using platform::BitmapImageRef;
@@ -442,4 +442,4 @@ TEST(ToolkitObjects, DescribeThemselvesAsTheSystemDoes) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
+}  // namespace velmoranth::simulator::toolkit_classes_test

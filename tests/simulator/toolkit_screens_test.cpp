@@ -1,5 +1,5 @@
 // The screen of an ordinary app with the engine's library: what a theme changes in them, and
-// where. This program starts itself again as a simulated process.
+// where.
 #include "simulator/process/process.h"
 #include "simulator/toolkit/toolkit_images.h"
 #include "themed_device.h"
@@ -14,7 +14,7 @@
 #include <tuple>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::toolkit_screens_test {
 namespace {
 
 constexpr Pixel kYellow{0, 255, 255, 255};
@@ -116,12 +116,4 @@ TEST_P(AppScreenOn, AnOrdinaryAppHasNoClassesOfTheHomeScreen) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
-
-int main(int argc, char** argv) {
-    if (velmoranth::simulator::isSimulatedProcess(argc, argv)) {
-        return velmoranth::simulator::simulatedProcessMain(argc, argv);
-    }
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}
+}  // namespace velmoranth::simulator::toolkit_screens_test

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::weather_screen_test {
 namespace {
 
 // In the middle of the sign of an hour, counted from now, on the tall phone: 278 points lie above
@@ -61,4 +61,4 @@ TEST(WeatherScreen, DaysFollowTheDate) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
+}  // namespace velmoranth::simulator::weather_screen_test

@@ -5,7 +5,7 @@
 
 #include <limits>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::sound_hooks_test {
 namespace {
 
 const std::string kFolder = soundFolder("A");
@@ -291,4 +291,4 @@ TEST_F(SoundHook, BothAreInstalledOnIos12Too) {
 }
 
 }  // namespace
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::sound_hooks_test

@@ -6,6 +6,7 @@
 #include "core/settings.h"
 #include "core/velmoranth.h"
 #include "tests/support/test_device.h"
+#include "tests/theme/lookup_lines.h"
 
 #include <gtest/gtest.h>
 
@@ -17,11 +18,6 @@
 #include <vector>
 
 namespace velmoranth::tests {
-
-using Lines = std::vector<std::string>;
-
-inline const std::string kReadPreferences =
-    "readPlist /User/Library/Preferences/com.qor.velmoranthprefs.plist";
 
 [[nodiscard]] inline std::string soundFolder(const std::string& theme) {
     return "/Library/Themes/" + theme + "/UISounds";

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::sounds {
+namespace velmoranth::sounds::sounds_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -210,4 +210,4 @@ TEST_F(SoundsTest, TwoHoldersPlayBesideEachOther) {
 }
 
 }  // namespace
-}  // namespace velmoranth::sounds
+}  // namespace velmoranth::sounds::sounds_test

@@ -6,7 +6,7 @@
 #include <array>
 #include <limits>
 
-namespace velmoranth::sounds {
+namespace velmoranth::sounds::theme_sounds_test {
 namespace {
 
 using tests::askLines;
@@ -309,4 +309,4 @@ TEST_F(ThemeSoundsTest, SoundsOfTwoHoldersPlayBesideEachOther) {
 }
 
 }  // namespace
-}  // namespace velmoranth::sounds
+}  // namespace velmoranth::sounds::theme_sounds_test

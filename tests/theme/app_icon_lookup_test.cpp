@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-namespace velmoranth::theme {
+namespace velmoranth::theme::app_icon_lookup_test {
 namespace {
 
 using platform::ImageRef;
@@ -183,4 +183,4 @@ TEST_F(AppIconSearch, KeepsNothing) {
 }
 
 }  // namespace
-}  // namespace velmoranth::theme
+}  // namespace velmoranth::theme::app_icon_lookup_test

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-namespace velmoranth::theme {
+namespace velmoranth::theme::application_icon_image_test {
 namespace {
 
 using platform::ImageRef;
@@ -263,4 +263,4 @@ TEST_F(AppIcons, ApplicationIconIsThePlatformsBetweenTheTwoSystems) {
 }
 
 }  // namespace
-}  // namespace velmoranth::theme
+}  // namespace velmoranth::theme::application_icon_image_test

@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-namespace velmoranth::theme {
+namespace velmoranth::theme::icon_replacements_test {
 namespace {
 
 using platform::ImageRef;
@@ -330,4 +330,4 @@ TEST_F(ContentsImage, NilIdentifierGivesThePlatformsImageAndKeepsNothing) {
 }
 
 }  // namespace
-}  // namespace velmoranth::theme
+}  // namespace velmoranth::theme::icon_replacements_test

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-namespace velmoranth::theme {
+namespace velmoranth::theme::icon_theming_test {
 namespace {
 
 using platform::ImageRef;
@@ -177,4 +177,4 @@ TEST(ThemedIcons, AreGoneOnceDropped) {
 }
 
 }  // namespace
-}  // namespace velmoranth::theme
+}  // namespace velmoranth::theme::icon_theming_test

@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-namespace velmoranth::theme {
+namespace velmoranth::theme::interface_image_lookup_test {
 namespace {
 
 using platform::ImageRef;
@@ -409,4 +409,4 @@ TEST_F(HasSearch, SharesNothingWithTheSearches) {
 }
 
 }  // namespace
-}  // namespace velmoranth::theme
+}  // namespace velmoranth::theme::interface_image_lookup_test

@@ -9,7 +9,7 @@
 #include <optional>
 #include <string>
 
-namespace velmoranth::theme {
+namespace velmoranth::theme::theme_selection_test {
 namespace {
 
 using platform::PropertyList;
@@ -185,4 +185,4 @@ TEST(DetectUserDevice, IsIpadForThePadIdiomAlone) {
 }
 
 }  // namespace
-}  // namespace velmoranth::theme
+}  // namespace velmoranth::theme::theme_selection_test

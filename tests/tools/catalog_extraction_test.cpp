@@ -14,7 +14,7 @@
 #include <utility>
 #include <vector>
 
-namespace velmoranth::tools {
+namespace velmoranth::tools::catalog_extraction_test {
 namespace {
 
 using platform::BitmapImageRef;
@@ -472,4 +472,4 @@ TEST_F(Extraction, NameWithASlashLeadsIntoAFolderThatIsNotMade) {
 }
 
 }  // namespace
-}  // namespace velmoranth::tools
+}  // namespace velmoranth::tools::catalog_extraction_test

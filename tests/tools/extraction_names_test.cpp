@@ -4,7 +4,7 @@
 
 #include <limits>
 
-namespace velmoranth::tools {
+namespace velmoranth::tools::extraction_names_test {
 namespace {
 
 TEST(ExtractionNames, FileOfACatalogGoesBelowItsFoldersName) {
@@ -41,4 +41,4 @@ TEST(ExtractionNames, ScaleIsTruncatedTowardZero) {
 }
 
 }  // namespace
-}  // namespace velmoranth::tools
+}  // namespace velmoranth::tools::extraction_names_test

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::tools {
+namespace velmoranth::tools::image_dump_test {
 namespace {
 
 using platform::ImageRef;
@@ -348,4 +348,4 @@ TEST(ContentType, IsNilForNoData) {
 }
 
 }  // namespace
-}  // namespace velmoranth::tools
+}  // namespace velmoranth::tools::image_dump_test

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::audio_session_test {
 namespace {
 
 TEST(RecordedAudioSession, KeepsItsCategory) {
@@ -39,4 +39,4 @@ TEST(RecordedAudioSession, TellsTheDevice) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::audio_session_test

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <limits>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::audio_test {
 namespace {
 
 using tests::cafFile;
@@ -249,4 +249,4 @@ TEST_F(AudioTest, OutputIsOpenedByPlayingAlone) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::audio_test

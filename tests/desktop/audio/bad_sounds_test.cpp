@@ -13,7 +13,7 @@
 #include <fstream>
 #include <limits>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::bad_sounds_test {
 namespace {
 
 using tests::RawCaf;
@@ -351,4 +351,4 @@ TEST_F(AudioTest, FileThatShrinksEnds) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::bad_sounds_test

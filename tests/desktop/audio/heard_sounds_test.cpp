@@ -25,7 +25,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::heard_sounds_test {
 namespace {
 
 const std::string kThemeSounds = "/Library/Themes/Tones.theme/UISounds/";
@@ -320,4 +320,4 @@ TEST_F(HeardSounds, PanelsNextSoundCutsTheOneBeforeOff) {
 }
 
 }  // namespace
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::heard_sounds_test

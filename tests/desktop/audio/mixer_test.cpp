@@ -7,7 +7,7 @@
 #include <limits>
 #include <thread>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::mixer_test {
 namespace {
 
 std::unique_ptr<SoundStream> constant(std::size_t frames, float value) {
@@ -204,4 +204,4 @@ TEST(Mixer, IsPulledByAnotherThread) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::mixer_test

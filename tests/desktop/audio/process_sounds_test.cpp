@@ -21,7 +21,7 @@
 #include <thread>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::process_sounds_test {
 namespace {
 
 const std::string kSound = "/Library/Themes/T.theme/UISounds/lock.wav";
@@ -109,4 +109,4 @@ TEST_F(ProcessSounds, WithoutADeviceOneLineInTheLog) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
+}  // namespace velmoranth::simulator::process_sounds_test

@@ -12,7 +12,7 @@
 #include <iterator>
 #include <thread>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::sdl_output_test {
 namespace {
 
 void waitUntil(const std::function<bool()>& holds) {
@@ -121,4 +121,4 @@ TEST(SdlOutput, SaysNothingElse) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::sdl_output_test

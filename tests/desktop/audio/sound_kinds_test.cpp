@@ -4,7 +4,7 @@
 
 // Every kind of file that is played: its duration, frequency and level against the tone that it was
 // made from.
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::sound_kinds_test {
 namespace {
 
 using tests::frequencyOf;
@@ -196,4 +196,4 @@ TEST(SoundDecoder, ReadsInPartsOfAnySize) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::sound_kinds_test

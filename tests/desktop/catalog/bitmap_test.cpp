@@ -3,7 +3,7 @@
 #include "test_pictures.h"
 #include <gtest/gtest.h>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::bitmap_test {
 
 namespace {
 
@@ -319,4 +319,4 @@ TEST(Bitmap, EveryTruncationIsAProblem) {
     }
 }
 
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::bitmap_test

@@ -6,7 +6,7 @@
 
 #include <string>
 
-namespace velmoranth::catalog {
+namespace velmoranth::catalog::bom_store_test {
 namespace {
 
 using tests::BomWriter;
@@ -149,4 +149,4 @@ TEST(BomStore, EveryCutIsRefusedOrRead) {
 }
 
 }  // namespace
-}  // namespace velmoranth::catalog
+}  // namespace velmoranth::catalog::bom_store_test

@@ -7,7 +7,7 @@
 
 #include <string>
 
-namespace velmoranth::catalog {
+namespace velmoranth::catalog::catalog_damage_test {
 namespace {
 
 using tests::BomWriter;
@@ -265,4 +265,4 @@ TEST(CatalogDamage, PicturesBeyondTheLimitsAreRefused) {
 }
 
 }  // namespace
-}  // namespace velmoranth::catalog
+}  // namespace velmoranth::catalog::catalog_damage_test

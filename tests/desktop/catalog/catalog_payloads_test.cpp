@@ -8,7 +8,7 @@
 #include <limits>
 #include <string>
 
-namespace velmoranth::catalog {
+namespace velmoranth::catalog::catalog_payloads_test {
 namespace {
 
 using tests::ByteVector;
@@ -190,4 +190,4 @@ TEST(CatalogPayloads, DamagedIconSizesAreProblems) {
 }
 
 }  // namespace
-}  // namespace velmoranth::catalog
+}  // namespace velmoranth::catalog::catalog_payloads_test

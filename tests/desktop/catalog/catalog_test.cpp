@@ -9,7 +9,7 @@
 #include <string>
 #include <utility>
 
-namespace velmoranth::catalog {
+namespace velmoranth::catalog::catalog_test {
 namespace {
 
 using tests::ByteVector;
@@ -395,4 +395,4 @@ TEST(Catalog, FilesThatCannotBeOpenedAreProblems) {
 }
 
 }  // namespace
-}  // namespace velmoranth::catalog
+}  // namespace velmoranth::catalog::catalog_test

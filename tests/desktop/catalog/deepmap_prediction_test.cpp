@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::deepmap_prediction_test {
 
 namespace {
 
@@ -177,4 +177,4 @@ TEST(DeepmapColors, StayWithinAByte) {
     EXPECT_EQ(color(10, 60, 0, false), (std::vector<int>{40, 10, 0}));
 }
 
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::deepmap_prediction_test

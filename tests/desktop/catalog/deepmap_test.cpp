@@ -3,7 +3,7 @@
 #include "test_pictures.h"
 #include <gtest/gtest.h>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::deepmap_test {
 
 namespace {
 
@@ -306,4 +306,4 @@ TEST(Deepmap, EveryTruncationIsAProblem) {
     }
 }
 
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::deepmap_test

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace velmoranth::catalog {
+namespace velmoranth::catalog::key_format_test {
 namespace {
 
 using tests::ByteVector;
@@ -71,4 +71,4 @@ TEST(KeyFormat, RefusesDamage) {
 }
 
 }  // namespace
-}  // namespace velmoranth::catalog
+}  // namespace velmoranth::catalog::key_format_test

@@ -1,5 +1,6 @@
 // Streams of real catalogs, where they are: below car/ of the folder that VELMORANTH_SAMPLES names.
 #include "desktop/catalog/lzfse.h"
+#include "tests/support/places.h"
 
 #include "lzfse_checks.h"
 #include <gtest/gtest.h>
@@ -10,15 +11,14 @@
 #include <fstream>
 #include <iterator>
 
-namespace velmoranth::catalog {
+namespace velmoranth::catalog::lzfse_samples_test {
 
 namespace {
 
 namespace fs = std::filesystem;
 
 TEST(LzfseSamples, EveryStreamDecodesToItsSize) {
-    const char* named = std::getenv("VELMORANTH_SAMPLES");
-    const fs::path catalogs = fs::path(named != nullptr ? named : SAMPLES_FOLDER) / "car";
+    const fs::path catalogs = tests::samples("car");
     std::error_code none;
     if (!fs::is_directory(catalogs, none)) {
         GTEST_SKIP() << "no samples here; name their folder in VELMORANTH_SAMPLES";
@@ -52,4 +52,4 @@ TEST(LzfseSamples, EveryStreamDecodesToItsSize) {
 
 }  // namespace
 
-}  // namespace velmoranth::catalog
+}  // namespace velmoranth::catalog::lzfse_samples_test

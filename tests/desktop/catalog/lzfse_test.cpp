@@ -10,7 +10,7 @@
 #include <array>
 #include <string>
 
-namespace velmoranth::catalog {
+namespace velmoranth::catalog::lzfse_test {
 
 namespace {
 
@@ -470,4 +470,4 @@ TEST(FseTable, MoreThanThereAreStates) {
 
 }  // namespace
 
-}  // namespace velmoranth::catalog
+}  // namespace velmoranth::catalog::lzfse_test

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <string>
 
-namespace velmoranth::catalog {
+namespace velmoranth::catalog::lzvn_test {
 
 namespace {
 
@@ -249,4 +249,4 @@ TEST(Lzvn, TruncatedAnywhere) {
 
 }  // namespace
 
-}  // namespace velmoranth::catalog
+}  // namespace velmoranth::catalog::lzvn_test

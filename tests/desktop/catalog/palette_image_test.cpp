@@ -3,7 +3,7 @@
 #include "test_pictures.h"
 #include <gtest/gtest.h>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::palette_image_test {
 
 namespace {
 
@@ -159,4 +159,4 @@ TEST(PaletteImage, EveryTruncationIsAProblem) {
     }
 }
 
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::palette_image_test

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::catalog {
+namespace velmoranth::catalog::pictures_test {
 namespace {
 
 using tests::ByteVector;
@@ -170,4 +170,4 @@ TEST(PictureScale, IsTheRecordsThenThatOfTheKeyThenOne) {
 }
 
 }  // namespace
-}  // namespace velmoranth::catalog
+}  // namespace velmoranth::catalog::pictures_test

@@ -1,7 +1,7 @@
 #include "test_pictures.h"
 #include <gtest/gtest.h>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::pixel_formats_test {
 
 namespace {
 
@@ -110,4 +110,4 @@ TEST(PixelFormats, PicturesTurnIntoRgbaAndBgra) {
     EXPECT_EQ(toBgra(gray), toRgba(gray));
 }
 
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::pixel_formats_test

@@ -7,7 +7,7 @@
 #include <concepts>
 #include <utility>
 
-namespace velmoranth::catalog {
+namespace velmoranth::catalog::rendition_record_test {
 namespace {
 
 using tests::ByteVector;
@@ -245,4 +245,4 @@ TEST(RenditionRecord, ListsAreChargedToTheBudget) {
 }
 
 }  // namespace
-}  // namespace velmoranth::catalog
+}  // namespace velmoranth::catalog::rendition_record_test

@@ -3,7 +3,7 @@
 
 #include <utility>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::rle_test {
 
 namespace {
 
@@ -143,4 +143,4 @@ TEST(RunLengths, EveryPixelSizeHasItsCode) {
     }
 }
 
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::rle_test

@@ -6,7 +6,7 @@
 
 #include <string>
 
-namespace velmoranth::catalog {
+namespace velmoranth::catalog::tree_test {
 namespace {
 
 using tests::BomWriter;
@@ -178,4 +178,4 @@ TEST(Tree, DescendsAsDeepAsItHasPages) {
 }
 
 }  // namespace
-}  // namespace velmoranth::catalog
+}  // namespace velmoranth::catalog::tree_test

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::draw_picture_test {
 namespace {
 
 using catalog::Catalog;
@@ -112,4 +112,4 @@ TEST(DrawPicture, WhatIsNoPictureIsAProblem) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::draw_picture_test

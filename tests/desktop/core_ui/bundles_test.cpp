@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::bundles_test {
 namespace {
 
 class Bundles : public testing::Test {
@@ -80,4 +80,4 @@ TEST_F(Bundles, LoadingNilFails) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::bundles_test

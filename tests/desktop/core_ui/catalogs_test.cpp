@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::catalogs_test {
 namespace {
 
 using catalog::Attribute;
@@ -305,4 +305,4 @@ TEST_F(Catalogs, CatalogOutsideTheRootIsNotOpened) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::catalogs_test

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::extraction_test {
 namespace {
 
 using tests::CarPixels;
@@ -148,4 +148,4 @@ TEST_F(ExtractedCatalog, DamagedPictureIsPassedOver) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::extraction_test

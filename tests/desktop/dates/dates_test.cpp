@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::dates_test {
 
 namespace {
 
@@ -181,4 +181,4 @@ TEST(DesktopDates, FormatsAreThoseOfTheStandard) {
     EXPECT_NE(dates.stringFromDate(date, "%s%n"), "");
 }
 
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::dates_test

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::create_device_root_test {
 namespace {
 
 using tests::TemporaryFolder;
@@ -170,4 +170,4 @@ TEST(ImportFolder, CopiesAThemeOntoTheDevice) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::create_device_root_test

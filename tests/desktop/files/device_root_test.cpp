@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::device_root_test {
 namespace {
 
 using tests::TemporaryFolder;
@@ -229,4 +229,4 @@ TEST(DeviceRoot, NeedsAFolder) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::device_root_test

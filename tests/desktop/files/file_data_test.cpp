@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <string>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::file_data_test {
 namespace {
 
 class DataWithContentsOfFile : public testing::Test {
@@ -52,4 +52,4 @@ TEST_F(DataWithContentsOfFile, IsNilOverTheLimitAlone) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::file_data_test

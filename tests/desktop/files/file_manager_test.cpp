@@ -13,7 +13,7 @@
 #include <filesystem>
 #include <string>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::file_manager_test {
 namespace {
 
 using tests::TemporaryFolder;
@@ -446,4 +446,4 @@ TEST(FileErrors, NamesThatLookLikePlaceholdersStay) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::file_manager_test

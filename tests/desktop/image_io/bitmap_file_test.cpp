@@ -9,7 +9,7 @@
 #include <initializer_list>
 #include <string>
 
-namespace velmoranth::desktop::tests {
+namespace velmoranth::desktop::test_images::bitmap_file_test {
 namespace {
 
 using platform::Data;
@@ -124,4 +124,4 @@ TEST(BitmapFile, EveryChangedByteIsAnswered) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop::tests
+}  // namespace velmoranth::desktop::test_images::bitmap_file_test

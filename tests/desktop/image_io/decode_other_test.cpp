@@ -9,7 +9,7 @@
 #include <cstdlib>
 #include <string>
 
-namespace velmoranth::desktop::tests {
+namespace velmoranth::desktop::test_images::decode_other_test {
 namespace {
 
 using platform::AlphaInfo;
@@ -205,4 +205,4 @@ TEST(DecodeTiff, WhiteIsZeroIsConverted) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop::tests
+}  // namespace velmoranth::desktop::test_images::decode_other_test

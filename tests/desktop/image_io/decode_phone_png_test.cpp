@@ -6,7 +6,7 @@
 
 #include <tuple>
 
-namespace velmoranth::desktop::tests {
+namespace velmoranth::desktop::test_images::decode_phone_png_test {
 namespace {
 
 using platform::AlphaInfo;
@@ -195,4 +195,4 @@ TEST(DecodePhonePng, RefusesAFirstChunkOfAnotherSize) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop::tests
+}  // namespace velmoranth::desktop::test_images::decode_phone_png_test

@@ -7,7 +7,7 @@
 #include <string>
 #include <tuple>
 
-namespace velmoranth::desktop::tests {
+namespace velmoranth::desktop::test_images::decode_png_test {
 namespace {
 
 using platform::AlphaInfo;
@@ -232,4 +232,4 @@ TEST(DecodePng, ImageDataInManyPieces) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop::tests
+}  // namespace velmoranth::desktop::test_images::decode_png_test

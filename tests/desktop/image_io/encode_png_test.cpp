@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace velmoranth::desktop::tests {
+namespace velmoranth::desktop::test_images::encode_png_test {
 namespace {
 
 using platform::AlphaInfo;
@@ -94,4 +94,4 @@ TEST_P(EncodePng, NothingWithoutEnoughPixels) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop::tests
+}  // namespace velmoranth::desktop::test_images::encode_png_test

@@ -6,7 +6,7 @@
 
 #include <string>
 
-namespace velmoranth::desktop::tests {
+namespace velmoranth::desktop::test_images::hostile_images_test {
 namespace {
 
 // Every beginning of the file, each in memory of its own so that a read beyond its end is seen.
@@ -271,4 +271,4 @@ TEST(HostileImage, ChunkLongerThanTheFile) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop::tests
+}  // namespace velmoranth::desktop::test_images::hostile_images_test

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <memory>
 
-namespace velmoranth::desktop::tests {
+namespace velmoranth::desktop::test_images::premultiply_test {
 namespace {
 
 using platform::AlphaInfo;
@@ -164,4 +164,4 @@ TEST(ToPremultipliedBgra, NothingForTooFewSamplesOrAnotherLayout) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop::tests
+}  // namespace velmoranth::desktop::test_images::premultiply_test

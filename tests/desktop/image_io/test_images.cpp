@@ -14,7 +14,7 @@
 #include <memory>
 #include <stdexcept>
 
-namespace velmoranth::desktop::tests {
+namespace velmoranth::desktop::test_images {
 
 namespace {
 
@@ -422,4 +422,4 @@ Data zlibStream(std::span<const std::uint8_t> bytes) {
     return deflated(bytes, true);
 }
 
-}  // namespace velmoranth::desktop::tests
+}  // namespace velmoranth::desktop::test_images

@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-namespace velmoranth::desktop::tests {
+namespace velmoranth::desktop::test_images {
 
 using platform::Data;
 
@@ -98,4 +98,4 @@ void appendChunk(Data& file, std::string_view type, std::span<const std::uint8_t
                              std::uint8_t colorType, std::uint8_t interlace = 0);
 [[nodiscard]] Data zlibStream(std::span<const std::uint8_t> bytes);
 
-}  // namespace velmoranth::desktop::tests
+}  // namespace velmoranth::desktop::test_images

@@ -1,6 +1,7 @@
 // Pictures of real themes, when they are at hand: in the folder that the environment variable
 // VELMORANTH_SAMPLES names.
 #include "desktop/image_io/image_io.h"
+#include "tests/support/places.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +13,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::desktop::tests {
+namespace velmoranth::desktop::test_images::theme_samples_test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -29,8 +30,7 @@ const std::set<std::string> kKnownProblems = {
 };
 
 TEST(ThemeSamples, EveryImageDecodes) {
-    const char* named = std::getenv("VELMORANTH_SAMPLES");
-    const fs::path themes = fs::path(named != nullptr ? named : SAMPLES_FOLDER) / "themes";
+    const fs::path themes = tests::samples("themes");
     std::error_code none;
     if (!fs::is_directory(themes, none)) {
         GTEST_SKIP() << "no samples here; name their folder in VELMORANTH_SAMPLES";
@@ -60,4 +60,4 @@ TEST(ThemeSamples, EveryImageDecodes) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop::tests
+}  // namespace velmoranth::desktop::test_images::theme_samples_test

@@ -10,7 +10,7 @@
 #include <memory>
 #include <vector>
 
-namespace velmoranth::desktop::tests {
+namespace velmoranth::desktop::test_images {
 
 // Premultiplied B, G, R, A.
 using Bgra = std::array<std::uint8_t, 4>;
@@ -72,4 +72,4 @@ inline Bgra at(DesktopGraphicsContext& context, std::size_t x, std::size_t y) {
     return {pixel[0], pixel[1], pixel[2], pixel[3]};
 }
 
-}  // namespace velmoranth::desktop::tests
+}  // namespace velmoranth::desktop::test_images

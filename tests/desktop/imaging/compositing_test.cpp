@@ -9,7 +9,7 @@
 #include <numeric>
 #include <vector>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::compositing_test {
 
 namespace {
 
@@ -247,4 +247,4 @@ TEST(Coverage, BlurWithoutADeviationDoesNothing) {
     EXPECT_LE(coverage[0], 5);
 }
 
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::compositing_test

@@ -15,7 +15,7 @@
 #include <utility>
 #include <vector>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::contexts_test {
 namespace {
 
 using platform::ColorSpace;
@@ -227,4 +227,4 @@ TEST_F(DrawInRect, NothingToDrawDrawsNothing) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::contexts_test

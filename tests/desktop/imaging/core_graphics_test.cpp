@@ -10,7 +10,7 @@
 #include <memory>
 #include <vector>
 
-namespace velmoranth::desktop::tests {
+namespace velmoranth::desktop::test_images::core_graphics_test {
 
 namespace {
 
@@ -266,4 +266,4 @@ TEST(Gradient, ImpossibleOnesGiveNil) {
     EXPECT_EQ(make(ColorSpace::deviceGray, {0, 1}, std::vector<double>{INFINITY}), nullptr);
 }
 
-}  // namespace velmoranth::desktop::tests
+}  // namespace velmoranth::desktop::test_images::core_graphics_test

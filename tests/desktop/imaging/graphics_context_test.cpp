@@ -9,7 +9,7 @@
 #include <limits>
 #include <vector>
 
-namespace velmoranth::desktop::tests {
+namespace velmoranth::desktop::test_images::graphics_context_test {
 
 namespace {
 
@@ -387,4 +387,4 @@ TEST(GraphicsContext, GradientStopsLieWhereTheirLocationsSay) {
     EXPECT_EQ(three->colorAt(0.75), (Color{0.5, 0.5, 0.5, 0.5}));
 }
 
-}  // namespace velmoranth::desktop::tests
+}  // namespace velmoranth::desktop::test_images::graphics_context_test

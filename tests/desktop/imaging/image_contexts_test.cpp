@@ -8,7 +8,7 @@
 #include <thread>
 #include <vector>
 
-namespace velmoranth::desktop::tests {
+namespace velmoranth::desktop::test_images::image_contexts_test {
 
 namespace {
 
@@ -125,4 +125,4 @@ TEST(ImageContexts, OpaqueOnesStartBlack) {
     contexts.endImageContext();
 }
 
-}  // namespace velmoranth::desktop::tests
+}  // namespace velmoranth::desktop::test_images::image_contexts_test

@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::desktop::tests {
+namespace velmoranth::desktop::test_images::image_files_test {
 
 namespace {
 
@@ -238,4 +238,4 @@ TEST(DesktopImage, HasNoSizeWithoutABitmapAndNoScaleBelowOne) {
     }
 }
 
-}  // namespace velmoranth::desktop::tests
+}  // namespace velmoranth::desktop::test_images::image_files_test

@@ -17,7 +17,7 @@
 #include <utility>
 #include <vector>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::images_test {
 namespace {
 
 using Paths = std::vector<std::string>;
@@ -150,4 +150,4 @@ TEST(Image, OfACGImageHasScaleOneAndNilGivesNil) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::images_test

@@ -10,7 +10,7 @@
 #include <memory>
 #include <utility>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::masking_test {
 namespace {
 
 using platform::AlphaInfo;
@@ -198,4 +198,4 @@ TEST(ImageMask, KeepsItsRawParametersAndBytes) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::masking_test

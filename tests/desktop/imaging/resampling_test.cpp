@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace velmoranth::desktop::tests {
+namespace velmoranth::desktop::test_images::resampling_test {
 
 namespace {
 
@@ -117,4 +117,4 @@ TEST(Resampling, EachAxisIsForItself) {
     expectTheRule({2, 3, 9, 10});
 }
 
-}  // namespace velmoranth::desktop::tests
+}  // namespace velmoranth::desktop::test_images::resampling_test

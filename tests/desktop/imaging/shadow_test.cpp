@@ -14,7 +14,7 @@
 #include <utility>
 #include <vector>
 
-namespace velmoranth::desktop::tests {
+namespace velmoranth::desktop::test_images::shadow_test {
 
 namespace {
 
@@ -276,4 +276,4 @@ TEST(TransparencyLayerExtent, TheClipOutsideAppliesOnce) {
     EXPECT_EQ(pixelsOf(target->pixels()), (std::vector<Bgra>{kRed, {0, 0, 128, 128}}));
 }
 
-}  // namespace velmoranth::desktop::tests
+}  // namespace velmoranth::desktop::test_images::shadow_test

@@ -7,7 +7,7 @@
 #include <limits>
 #include <vector>
 
-namespace velmoranth::desktop::tests {
+namespace velmoranth::desktop::test_images::transparency_layers_test {
 
 namespace {
 
@@ -177,4 +177,4 @@ TEST(TransparencyLayer, WithNothingInItCastsNothing) {
     EXPECT_EQ(pixelsOf(target->pixels()), flat(4, kClear));
 }
 
-}  // namespace velmoranth::desktop::tests
+}  // namespace velmoranth::desktop::test_images::transparency_layers_test

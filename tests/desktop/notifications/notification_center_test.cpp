@@ -19,7 +19,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::notification_center_test {
 namespace {
 
 using platform::SuspensionBehavior;
@@ -366,4 +366,4 @@ TEST_F(DesktopNotificationCenterTest, SocketOfAKilledProcessIsCleanedUp) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::notification_center_test

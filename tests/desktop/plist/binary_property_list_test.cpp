@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::binary_property_list_test {
 namespace {
 
 using platform::Date;
@@ -173,4 +173,4 @@ TEST(BinaryPropertyList, DamagedFilesFailWithAPlace) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::binary_property_list_test

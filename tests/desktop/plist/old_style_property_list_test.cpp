@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::old_style_property_list_test {
 namespace {
 
 using platform::Dictionary;
@@ -154,4 +154,4 @@ TEST(OldStylePropertyList, ProblemsNameThePlace) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::old_style_property_list_test

@@ -10,7 +10,7 @@
 #include <fstream>
 #include <string>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::property_lists_test {
 namespace {
 
 using platform::Dictionary;
@@ -75,4 +75,4 @@ TEST_F(DesktopPropertyListsTest, LargeFilesAreRefusedUnread) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::property_lists_test

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <string>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::xml_property_list_test {
 namespace {
 
 using platform::Date;
@@ -261,4 +261,4 @@ TEST(WriteXmlPropertyList, LeavesOutWhatXmlCannotHold) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::xml_property_list_test

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::object_access_test {
 namespace {
 
 using platform::ClassRef;
@@ -284,4 +284,4 @@ TEST(ImplementationIsObjectGetter, TellsGettersOfObjectsFromTheRest) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::object_access_test

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::runtime_test {
 namespace {
 
 using platform::Class;
@@ -483,4 +483,4 @@ TEST_F(RuntimeTest, MessagesRunWhileMethodsAreReplaced) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::runtime_test

@@ -14,7 +14,7 @@
 #include <fstream>
 #include <string>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::system_test {
 namespace {
 
 class SystemTest : public testing::Test {
@@ -145,4 +145,4 @@ TEST(LogToMemory, KeepsLinesInOrder) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::system_test

@@ -1,5 +1,6 @@
 // Which faces letters are drawn in, with the packages' fonts and without.
 #include "desktop/text/text.h"
+#include "tests/support/places.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::fall_back_test {
 
 namespace {
 
@@ -95,7 +96,7 @@ TEST(FallBack, WithoutTheSystemFaceTextIsStillDrawn) {
 }
 
 TEST(FallBack, FoldersGivenAreTheOnlyOnes) {
-    setFontFolders({VELMORANTH_TEST_FONTS}, "Boxes");
+    setFontFolders({tests::kTestFonts}, "Boxes");
     EXPECT_TRUE(hasSystemFace());
     // An H is 0.6 of the size wide, and as high as the face's ascent and descent.
     EXPECT_EQ(measureText("HH", {.size = 20}), (platform::Size{24, 20}));
@@ -105,4 +106,4 @@ TEST(FallBack, FoldersGivenAreTheOnlyOnes) {
     EXPECT_FALSE(hasGlyphs("月", {}));
 }
 
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::fall_back_test

@@ -1,6 +1,7 @@
 #include "desktop/text/fonts.h"
 
 #include "desktop/text/phone_faces.h"
+#include "tests/support/places.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +15,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::fonts_test {
 
 namespace {
 
@@ -29,7 +30,8 @@ struct Family {
 };
 
 std::vector<Family> shippedFamilies() {
-    std::ifstream file(VELMORANTH_FACE_NAMES);
+    std::ifstream file(tests::kSourceFolder +
+                       std::string("/tests/desktop/text/phone_face_names.txt"));
     std::vector<Family> families;
     for (std::string line; std::getline(file, line);) {
         if (line.starts_with('#')) {
@@ -244,4 +246,4 @@ TEST(Fonts, ASizeThatIsNoneIsTheSystems) {
     EXPECT_EQ(styleOf("Arial", 13, 1e-300)->size, 1e-300);
 }
 
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::fonts_test

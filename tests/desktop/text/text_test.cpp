@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::text_test {
 
 namespace {
 
@@ -294,4 +294,4 @@ TEST(DrawText, BoldHasMoreInk) {
     EXPECT_GT(bold.ink(), 1.3 * thin.ink());
 }
 
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::text_test

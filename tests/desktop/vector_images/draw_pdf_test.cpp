@@ -5,7 +5,7 @@
 
 #include <cmath>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::draw_pdf_test {
 namespace {
 
 class DrawPdf : public testing::Test {
@@ -205,4 +205,4 @@ TEST_F(DrawPdf, FileThatEndsEarlyIsAPictureOrAProblem) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::draw_pdf_test

@@ -9,7 +9,7 @@
 #include <filesystem>
 #include <fstream>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::draw_svg_test {
 namespace {
 
 class DrawSvg : public testing::Test {
@@ -281,4 +281,4 @@ TEST_F(DrawSvg, FileThatEndsEarlyIsAProblem) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::draw_svg_test

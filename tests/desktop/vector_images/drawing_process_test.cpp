@@ -19,7 +19,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::desktop::vector_images {
+namespace velmoranth::desktop::vector_images::drawing_process_test {
 namespace {
 
 using namespace std::chrono_literals;
@@ -175,4 +175,4 @@ TEST(DrawingProcess, HandlersOfTheParentStayThere) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop::vector_images
+}  // namespace velmoranth::desktop::vector_images::drawing_process_test

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::image_file_test {
 namespace {
 
 // Rows of letters, a pixel each, as a PNG file.
@@ -122,4 +122,4 @@ TEST(ImageFile, HeifWithoutItsLibrarySaysSo) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::image_file_test

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <thread>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::vector_images_test {
 namespace {
 
 std::string problemOf(std::string_view file) {
@@ -91,4 +91,4 @@ TEST(VectorImages, ThreadsDrawAtTheSameTime) {
 }
 
 }  // namespace
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::vector_images_test

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::animation_test {
 
 namespace {
 
@@ -465,4 +465,4 @@ TEST(Animation, TheServiceAnimatesOnItsClock) {
     EXPECT_EQ(log, Log{"a yes"});
 }
 
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::animation_test

@@ -4,6 +4,7 @@
 #include "desktop/imaging/graphics_context.h"
 #include "desktop/text/fonts.h"
 #include "desktop/views/views.h"
+#include "tests/support/places.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +15,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::label_test {
 
 namespace {
 
@@ -84,7 +85,7 @@ Picture lettersOf(const PixelView& pixels) {
 
 class Label : public testing::Test {
   protected:
-    Label() { setFontFolders({VELMORANTH_TEST_FONTS}, "Boxes"); }
+    Label() { setFontFolders({tests::kTestFonts}, "Boxes"); }
 
     // A label as the engine makes it.
     std::shared_ptr<DesktopLabel> label(const Rect& frame, const std::string& text = "HH",
@@ -374,4 +375,4 @@ TEST_F(Label, HugeFontsAndTextsAreDrawnInNoTime) {
     EXPECT_EQ(shown(label({{0, 0}, {700, 60}}, "H", 1000)), paint(kPaper, {{100, 0, 20, 60}}));
 }
 
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::label_test

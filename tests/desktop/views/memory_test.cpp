@@ -39,7 +39,7 @@ void operator delete(void* memory, std::size_t /*size*/) noexcept {
     operator delete(memory);
 }
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::memory_test {
 
 namespace {
 
@@ -133,4 +133,4 @@ TEST(DrawingMemory, AThousandFramesLeaveNothingBehind) {
     EXPECT_LE(heldBytes, settled);
 }
 
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::memory_test

@@ -9,7 +9,7 @@
 #include <memory>
 #include <vector>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::rendering_test {
 
 namespace {
 
@@ -222,7 +222,7 @@ TEST(RenderTree, IsAtItsScaleAndNilForTheImpossible) {
     EXPECT_EQ(renderTree(some, {kMaxBitmapSide, kMaxBitmapSide}, 2), nullptr);
 }
 
-TEST(Label, DrawsItsTextInItsBoundsTimesItsOpacity) {
+TEST(LabelInATree, DrawsItsTextInItsBoundsTimesItsOpacity) {
     const auto label = std::make_shared<DesktopLabel>(
         "HHH", TextStyle{.size = 20, .color = {1, 0, 0, 1}, .alignment = TextAlignment::center});
     label->setFrame({{0, 0}, {80, 30}});
@@ -244,4 +244,4 @@ TEST(Label, DrawsItsTextInItsBoundsTimesItsOpacity) {
     EXPECT_EQ(greatest(), 0);
 }
 
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::rendering_test

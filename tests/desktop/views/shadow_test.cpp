@@ -10,7 +10,7 @@
 #include <numbers>
 #include <vector>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::shadow_test {
 
 namespace {
 
@@ -202,4 +202,4 @@ TEST(LayerShadow, AbsurdNumbersGiveAPicture) {
     }
 }
 
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::shadow_test

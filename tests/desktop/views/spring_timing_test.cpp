@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::spring_timing_test {
 
 namespace {
 
@@ -246,4 +246,4 @@ TEST_F(Spring, ASideBelowNothingIsNothing) {
     }
 }
 
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::spring_timing_test

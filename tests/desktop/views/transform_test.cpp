@@ -9,7 +9,7 @@
 #include <memory>
 #include <vector>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::transform_test {
 
 namespace {
 
@@ -210,4 +210,4 @@ TEST(Transform, TextBetweenPixelsIsDrawnThereNotStretchedThere) {
               memory);
 }
 
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::transform_test

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::view_controllers_test {
 
 namespace {
 
@@ -70,4 +70,4 @@ TEST(DesktopApplication, ItsKeyWindowHasTheRootViewController) {
     window->setRootViewController(nullptr);
 }
 
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::view_controllers_test

@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-namespace velmoranth::desktop {
+namespace velmoranth::desktop::view_tree_test {
 
 namespace {
 
@@ -231,4 +231,4 @@ TEST(ImageViews, AreMadeInThreeWays) {
     EXPECT_EQ(framed->image(), nullptr);
 }
 
-}  // namespace velmoranth::desktop
+}  // namespace velmoranth::desktop::view_tree_test

@@ -3,7 +3,7 @@
 #include "device/emulator/macho_builder.h"
 #include <gtest/gtest.h>
 
-namespace velmoranth::emulator {
+namespace velmoranth::emulator::fixups_test {
 namespace {
 
 using Addresses = std::vector<std::uint64_t>;
@@ -92,4 +92,4 @@ TEST(Exports, AreFoundByTheirWholeName) {
 }
 
 }  // namespace
-}  // namespace velmoranth::emulator
+}  // namespace velmoranth::emulator::fixups_test

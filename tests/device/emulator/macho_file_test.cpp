@@ -3,7 +3,7 @@
 
 #include <utility>
 
-namespace velmoranth::emulator {
+namespace velmoranth::emulator::macho_file_test {
 namespace {
 
 TEST(MachOFile, HasSegmentsSectionsAndLibraries) {
@@ -63,4 +63,4 @@ TEST(MachOFile, RefusesAnotherKindOfFile) {
 }
 
 }  // namespace
-}  // namespace velmoranth::emulator
+}  // namespace velmoranth::emulator::macho_file_test

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace velmoranth::emulator {
+namespace velmoranth::emulator::signature_test {
 namespace {
 
 using Arguments = std::vector<SmallArgument>;
@@ -43,4 +43,4 @@ TEST(Signature, EndsWithAnUnfinishedEncoding) {
 }
 
 }  // namespace
-}  // namespace velmoranth::emulator
+}  // namespace velmoranth::emulator::signature_test

@@ -3,7 +3,7 @@
 #include "device/library/load_library.h"
 #include <objc/runtime.h>
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::catalog_image_rows_test {
 namespace {
 
 constexpr const char* kOfGlyph =
@@ -422,4 +422,4 @@ TEST_F(ContentBitmap, PassesExceptionsOfItsGlyphOn) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::catalog_image_rows_test

@@ -1,7 +1,7 @@
 // The replacements on the pad's floating dock.
 #include "device/library/rows_support.h"
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::dock_rows_test {
 namespace {
 
 constexpr const char* kPlatterLayout = "-[SBFloatingDockPlatterView layoutSubviews]";
@@ -230,4 +230,4 @@ TEST_F(DockDivider, LeavesNothingBehindAndPassesExceptionsOn) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::dock_rows_test

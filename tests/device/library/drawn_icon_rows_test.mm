@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::drawn_icon_rows_test {
 namespace {
 
 constexpr const char* kCalendar = "-[SBCalendarApplicationIcon generateIconImageWithInfo:]";
@@ -142,4 +142,4 @@ TEST_F(ClockIcon, IsLoggedBetweenTheCalls) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::drawn_icon_rows_test

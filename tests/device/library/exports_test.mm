@@ -5,7 +5,7 @@
 
 #include <cstddef>
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::exports_test {
 namespace {
 
 using CreateImage = CGImageRef (*)(int pixelsWide, int pixelsHigh);
@@ -94,4 +94,4 @@ TEST_F(Exports, NothingElse) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::exports_test

@@ -4,7 +4,7 @@
 #import "device/standins/controllers.h"
 #import "device/standins/images.h"
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::file_manager_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -141,4 +141,4 @@ TEST_F(FileManagerByMessage, KeepsNothingOfWhatItShows) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::file_manager_test

@@ -1,7 +1,7 @@
 // The replacements on folder icons: the theme's picture in place of the plate, and the miniatures.
 #include "device/library/rows_support.h"
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::folder_rows_test {
 namespace {
 
 constexpr const char* kInit = "-[SBFolderIconImageView initWithFrame:]";
@@ -354,4 +354,4 @@ TEST_F(Miniatures, LeaveNothingBehindAndPassExceptionsOn) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::folder_rows_test

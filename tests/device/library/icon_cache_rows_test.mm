@@ -1,7 +1,7 @@
 // The replacements through which the home screen and the toolkit get the icons of apps.
 #include "device/library/image_rows_support.h"
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::icon_cache_rows_test {
 namespace {
 
 constexpr const char* kImage = "-[SBHIconImageCache imageForIcon:]";
@@ -266,4 +266,4 @@ TEST_F(LeafIconOniOS13, IsThePlatforms) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::icon_cache_rows_test

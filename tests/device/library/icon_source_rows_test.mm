@@ -4,7 +4,7 @@
 #include <array>
 #include <cstdint>
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::icon_source_rows_test {
 namespace {
 
 constexpr const char* kWidget =
@@ -429,4 +429,4 @@ TEST_F(NotificationIcon, LeavesNothingBehindAndPassesExceptionsOn) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::icon_source_rows_test

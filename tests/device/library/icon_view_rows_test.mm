@@ -2,7 +2,7 @@
 #include "device/library/rows_support.h"
 #include <objc/runtime.h>
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::icon_view_rows_test {
 namespace {
 
 constexpr const char* kLayout = "-[SBIconView layoutSubviews]";
@@ -389,4 +389,4 @@ TEST_F(Badge, SubclassIsAskedForItsTextsWidth) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::icon_view_rows_test

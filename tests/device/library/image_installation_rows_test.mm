@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::image_installation_rows_test {
 namespace {
 
 // On every system.
@@ -86,4 +86,4 @@ TEST_F(ImageRowsInstallation, WithoutTheClassesHarmsNothing) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::image_installation_rows_test

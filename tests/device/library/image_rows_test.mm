@@ -5,7 +5,7 @@
 
 #include <ostream>
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::image_rows_test {
 namespace {
 
 constexpr double kExact = 16777217.25;  // more than a float holds
@@ -409,4 +409,4 @@ TEST_P(EveryImageRow, PassesExceptionsOn) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::image_rows_test

@@ -4,7 +4,7 @@
 #include "device/library/rows_support.h"
 #include <objc/runtime.h>
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::installation_rows_test {
 namespace {
 
 // On every system.
@@ -100,4 +100,4 @@ TEST_F(HomeScreenRows, WithoutTheirClassAreNotInstalled) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::installation_rows_test

@@ -7,7 +7,7 @@
 #include <cctype>
 #include <cstdlib>
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::interface_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -135,4 +135,4 @@ TEST_F(Interface, DerivesFromTheRoot) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::interface_test

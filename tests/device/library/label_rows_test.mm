@@ -1,7 +1,7 @@
 // The replacements on icon labels: their images and their views.
 #include "device/library/rows_support.h"
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::label_rows_test {
 namespace {
 
 constexpr const char* kInit =
@@ -214,4 +214,4 @@ TEST_F(LabelView, LeavesNothingBehindAndPassesExceptionsOn) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::label_rows_test

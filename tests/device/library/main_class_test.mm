@@ -5,7 +5,7 @@
 #import "device/standins/controllers.h"
 #import "device/standins/images.h"
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::main_class_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -316,4 +316,4 @@ TEST_F(MainClass, GivesBackWhatItKept) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::main_class_test

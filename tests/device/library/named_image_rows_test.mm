@@ -3,7 +3,7 @@
 
 #include <ostream>
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::named_image_rows_test {
 namespace {
 
 constexpr const char* kWithConfiguration = "+[UIImage imageNamed:inBundle:withConfiguration:]";
@@ -208,4 +208,4 @@ TEST_P(NamedImage, IsLoggedWithAFreshAnswer) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::named_image_rows_test

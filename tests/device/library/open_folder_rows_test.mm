@@ -7,7 +7,7 @@
 - (void)handleTap;
 @end
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::open_folder_rows_test {
 namespace {
 
 constexpr const char* kTitle = "-[SBFloatyFolderView _showsTitle]";
@@ -441,4 +441,4 @@ TEST_F(FolderBlur, LeavesNothingBehindAndPassesExceptionsOn) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::open_folder_rows_test

@@ -1,7 +1,7 @@
 // The replacements on the page control: the theme's dots, or none.
 #include "device/library/rows_support.h"
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::page_control_rows_test {
 namespace {
 
 constexpr const char* kLayout = "-[SBIconListPageControl layoutSubviews]";
@@ -172,4 +172,4 @@ TEST_F(SearchDot, LeavesNothingBehindAndPassesExceptionsOn) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::page_control_rows_test

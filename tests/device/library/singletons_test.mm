@@ -6,7 +6,7 @@
 #import "device/standins/controllers.h"
 #include <objc/runtime.h>
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::singletons_test {
 namespace {
 
 // A class that has nothing of its own.
@@ -89,4 +89,4 @@ TEST_F(Singletons, PassOnWhatThePlatformRaises) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::singletons_test

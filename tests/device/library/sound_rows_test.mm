@@ -4,7 +4,7 @@
 
 #include <limits>
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::sound_rows_test {
 namespace {
 
 constexpr const char* kPlay = "-[_UIFeedback play]";
@@ -188,4 +188,4 @@ TEST_F(SoundRow, LeavesNothingBehindAndPassesExceptionsOn) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::sound_rows_test

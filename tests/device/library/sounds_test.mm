@@ -3,7 +3,7 @@
 #import "device/standins/av_foundation.h"
 #include <objc/runtime.h>
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::sounds_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -202,4 +202,4 @@ TEST_F(SoundsByMessage, ThePanelsPlayerIsAProperty) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::sounds_test

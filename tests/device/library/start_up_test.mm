@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cstddef>
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::start_up_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -229,4 +229,4 @@ TEST_F(StartUp, LeavesNothingBehind) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::start_up_test

@@ -1,7 +1,7 @@
 // The replacements of the classic dock's layout, one for each system.
 #include "device/library/rows_support.h"
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::system_rows_test {
 namespace {
 
 constexpr const char* kLayout = "-[SBDockView layoutSubviews]";
@@ -140,4 +140,4 @@ TEST_F(DockOniOS13, ThemesDockBecomesTheBackgroundAtEveryLayout) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::system_rows_test

@@ -12,7 +12,7 @@
 #include <memory>
 #include <string>
 
-namespace velmoranth::device {
+namespace velmoranth::device::av_foundation_test {
 namespace {
 
 using standins::clearJournal;
@@ -168,4 +168,4 @@ TEST(AudioPlayers, PassOnWhatTheirMessagesRaise) {
 }
 
 }  // namespace
-}  // namespace velmoranth::device
+}  // namespace velmoranth::device::av_foundation_test

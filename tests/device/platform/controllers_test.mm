@@ -10,7 +10,7 @@
 #include <memory>
 #include <string>
 
-namespace velmoranth::device {
+namespace velmoranth::device::controllers_test {
 namespace {
 
 using platform::AlertActionStyle;
@@ -195,4 +195,4 @@ TEST(Feedback, TellsTheNumberOfItsSound) {
 }
 
 }  // namespace
-}  // namespace velmoranth::device
+}  // namespace velmoranth::device::controllers_test

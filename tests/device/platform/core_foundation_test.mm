@@ -5,7 +5,7 @@
 
 #include <vector>
 
-namespace velmoranth::device {
+namespace velmoranth::device::core_foundation_test {
 namespace {
 
 struct Delivery {
@@ -145,4 +145,4 @@ TEST_F(CoreFoundation, ComparesVersionsPartByPart) {
 }
 
 }  // namespace
-}  // namespace velmoranth::device
+}  // namespace velmoranth::device::core_foundation_test

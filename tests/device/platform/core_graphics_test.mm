@@ -8,7 +8,7 @@
 #include <memory>
 #include <optional>
 
-namespace velmoranth::device {
+namespace velmoranth::device::core_graphics_test {
 namespace {
 
 using platform::AlphaInfo;
@@ -459,4 +459,4 @@ TEST_F(Gradients, WhoseNumbersDoNotFitAreNilWithoutACall) {
 }
 
 }  // namespace
-}  // namespace velmoranth::device
+}  // namespace velmoranth::device::core_graphics_test

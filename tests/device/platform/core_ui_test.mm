@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-namespace velmoranth::device {
+namespace velmoranth::device::core_ui_test {
 namespace {
 
 using platform::BitmapImageRef;
@@ -283,4 +283,4 @@ TEST_F(CatalogImages, MayBeGlyphs) {
 }
 
 }  // namespace
-}  // namespace velmoranth::device
+}  // namespace velmoranth::device::core_ui_test

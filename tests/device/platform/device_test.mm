@@ -3,7 +3,7 @@
 #import "device/standins/controllers.h"
 #include <gtest/gtest.h>
 
-namespace velmoranth::device {
+namespace velmoranth::device::device_test {
 namespace {
 
 using standins::clearJournal;
@@ -66,4 +66,4 @@ TEST(MainScreen, AndTheDevicePassOnWhatTheirMessagesRaise) {
 }
 
 }  // namespace
-}  // namespace velmoranth::device
+}  // namespace velmoranth::device::device_test

@@ -14,7 +14,7 @@
 #include <limits>
 #include <string>
 
-namespace velmoranth::device {
+namespace velmoranth::device::images_test {
 namespace {
 
 using platform::BitmapImageRef;
@@ -385,4 +385,4 @@ TEST_F(ImageContents, MayHaveNone) {
 }
 
 }  // namespace
-}  // namespace velmoranth::device
+}  // namespace velmoranth::device::images_test

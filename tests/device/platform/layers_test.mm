@@ -25,7 +25,7 @@
 
 @end
 
-namespace velmoranth::device {
+namespace velmoranth::device::layers_test {
 namespace {
 
 using standins::clearJournal;
@@ -228,4 +228,4 @@ TEST(Animations, PassOnWhatTheirAnimationsRaise) {
 }
 
 }  // namespace
-}  // namespace velmoranth::device
+}  // namespace velmoranth::device::layers_test

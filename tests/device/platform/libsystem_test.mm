@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-namespace velmoranth::device {
+namespace velmoranth::device::libsystem_test {
 namespace {
 
 using LibSystem = PhoneTest;
@@ -94,4 +94,4 @@ TEST_F(LibSystem, ABlockMayBeEmpty) {
 }
 
 }  // namespace
-}  // namespace velmoranth::device
+}  // namespace velmoranth::device::libsystem_test

@@ -52,7 +52,7 @@ id frameworkBundle(id cls, SEL selector, NSString* path) {
 
 }  // namespace
 
-namespace velmoranth::device {
+namespace velmoranth::device::missing_classes_test {
 namespace {
 
 class MissingClasses : public ::testing::Test {
@@ -207,4 +207,4 @@ TEST_F(MissingClasses, LeaveObjectsWithoutAKind) {
 }
 
 }  // namespace
-}  // namespace velmoranth::device
+}  // namespace velmoranth::device::missing_classes_test

@@ -60,7 +60,7 @@ std::vector<std::string> sent;
 
 @end
 
-namespace velmoranth::device {
+namespace velmoranth::device::objc_runtime_test {
 namespace {
 
 class ObjcRuntime : public PhoneTest {
@@ -240,4 +240,4 @@ TEST_F(ObjcRuntime, GivesBackWhatItTook) {
 }
 
 }  // namespace
-}  // namespace velmoranth::device
+}  // namespace velmoranth::device::objc_runtime_test

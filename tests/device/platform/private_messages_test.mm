@@ -29,7 +29,7 @@ extern "C" __attribute__((visibility("default"))) Class objc_getClass(const char
     return imagesAreOthers && std::string_view(name) == "UIImage" ? [StandIn class] : kReal(name);
 }
 
-namespace velmoranth::device {
+namespace velmoranth::device::private_messages_test {
 namespace {
 
 class PrivateMessages : public BalancedTest {
@@ -129,4 +129,4 @@ TEST_F(PrivateMessages, OfCatalogsImagesGiveNil) {
 }
 
 }  // namespace
-}  // namespace velmoranth::device
+}  // namespace velmoranth::device::private_messages_test

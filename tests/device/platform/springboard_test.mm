@@ -8,7 +8,7 @@
 
 #include <memory>
 
-namespace velmoranth::device {
+namespace velmoranth::device::springboard_test {
 namespace {
 
 using standins::clearJournal;
@@ -322,4 +322,4 @@ TEST(SpringBoard, ObjectsWithoutMessagesAreHeld) {
 }
 
 }  // namespace
-}  // namespace velmoranth::device
+}  // namespace velmoranth::device::springboard_test

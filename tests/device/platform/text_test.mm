@@ -103,7 +103,7 @@
 
 @end
 
-namespace velmoranth::device {
+namespace velmoranth::device::text_test {
 namespace {
 
 using Text = PhoneTest;
@@ -246,4 +246,4 @@ TEST_F(Text, ErrorsOfAnyKindAreTaken) {
 }
 
 }  // namespace
-}  // namespace velmoranth::device
+}  // namespace velmoranth::device::text_test

@@ -14,7 +14,7 @@
 #include <cstdint>
 #include <memory>
 
-namespace velmoranth::device {
+namespace velmoranth::device::views_test {
 namespace {
 
 using platform::ViewRef;
@@ -294,4 +294,4 @@ TEST(Labels, SendEveryMessageAsItIsNamed) {
 }
 
 }  // namespace
-}  // namespace velmoranth::device
+}  // namespace velmoranth::device::views_test

@@ -6,7 +6,7 @@
 
 #include <utility>
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::bad_preferences_test {
 namespace {
 
 constexpr const char* kImageNamed = "imageNamed:inBundle:withConfiguration:";
@@ -284,4 +284,4 @@ TEST_F(BadPreferences, FilesThatAreNoneKeepTheSwitches) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::bad_preferences_test

@@ -4,7 +4,7 @@
 #include "device/library/rows_support.h"
 #include "device/standins/images.h"
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::bare_process_test {
 namespace {
 
 class BareProcess : public DeviceProcess {
@@ -105,4 +105,4 @@ TEST_F(BareProcess, LeavesNothingBehind) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::bare_process_test

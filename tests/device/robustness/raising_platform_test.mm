@@ -4,7 +4,7 @@
 #include "device/standins/images.h"
 #include <objc/runtime.h>
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::raising_platform_test {
 namespace {
 
 NSException* raised = nil;
@@ -70,4 +70,4 @@ TEST_F(RaisingPlatform, ReachesWhoLaidOutABadge) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::raising_platform_test

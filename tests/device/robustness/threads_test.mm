@@ -8,7 +8,7 @@
 #include <atomic>
 #include <thread>
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::threads_test {
 namespace {
 
 constexpr int kThreads = 4;
@@ -116,4 +116,4 @@ TEST_F(Threads, MakeAndEndObjectsOfTheLibrarysClasses) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::threads_test

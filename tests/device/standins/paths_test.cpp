@@ -15,7 +15,7 @@
 #include <fstream>
 #include <string>
 
-namespace velmoranth::standins {
+namespace velmoranth::standins::paths_test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -166,4 +166,4 @@ TEST_F(Paths, AreMadeUp) {
 }
 
 }  // namespace
-}  // namespace velmoranth::standins
+}  // namespace velmoranth::standins::paths_test

@@ -4,7 +4,7 @@
 #include <limits>
 #include <string>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::calendar_icon_test {
 namespace {
 
 using platform::Dictionary;
@@ -257,4 +257,4 @@ TEST_F(CalendarIcon, WithEffectsOffAsksForNeither) {
     EXPECT_EQ(steps().back(), "end");
 }
 }  // namespace
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::calendar_icon_test

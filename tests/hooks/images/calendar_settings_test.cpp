@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::calendar_settings_test {
 namespace {
 
 using platform::Dictionary;
@@ -294,4 +294,4 @@ TEST_F(CalendarIconSettings, ALongFontNameIsAskedForWhole) {
 }
 
 }  // namespace
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::calendar_settings_test

@@ -11,7 +11,7 @@
 #include <limits>
 #include <string>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::calendar_text_test {
 namespace {
 
 using platform::Dictionary;
@@ -101,4 +101,4 @@ TEST_F(CalendarText, ShadowBeyondTheLabelIsCutOff) {
 }
 
 }  // namespace
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::calendar_text_test

@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::catalog_bitmaps_test {
 namespace {
 
 using hooks::themeImgFound;
@@ -452,4 +452,4 @@ TEST_F(ContentBitmap, IsDumpedOnceByItsLookup) {
 }
 
 }  // namespace
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::catalog_bitmaps_test

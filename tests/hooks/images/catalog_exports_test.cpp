@@ -1,6 +1,7 @@
 // The flag of content images as the library exports it, in a process that maps the library itself.
 #include "platform/core_ui.h"
 #include "platform/uikit.h"
+#include "tests/support/places.h"
 #include "tests/support/test_device.h"
 
 #include <dlfcn.h>
@@ -9,7 +10,7 @@
 #include <functional>
 #include <memory>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::catalog_exports_test {
 namespace {
 
 using platform::BitmapImageRef;
@@ -38,7 +39,7 @@ TEST(CatalogExports, ThemeImgFoundIsThereAndTellsOfTheLastContent) {
     device.activeThemes({"A"}, {{"enable", true}});
     device.png("/Library/Themes/A/UIImages/star.png", solid(6, 6, {255, 0, 0, 255}));
 
-    void* const library = dlopen(ENGINE_LIBRARY, RTLD_NOW | RTLD_LOCAL);
+    void* const library = dlopen(tests::kEngineLibrary, RTLD_NOW | RTLD_LOCAL);
     ASSERT_NE(library, nullptr) << dlerror();
     const auto* const themeImgFound = static_cast<const bool*>(dlsym(library, "themeImgFound"));
     ASSERT_NE(themeImgFound, nullptr);
@@ -51,4 +52,4 @@ TEST(CatalogExports, ThemeImgFoundIsThereAndTellsOfTheLastContent) {
 }
 
 }  // namespace
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::catalog_exports_test

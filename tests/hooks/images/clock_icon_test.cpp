@@ -4,7 +4,7 @@
 #include <limits>
 #include <string>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::clock_icon_test {
 namespace {
 
 using platform::ImageRef;
@@ -199,4 +199,4 @@ TEST_F(ClockIcon, NamesOfAnyKindHarmNothing) {
 }
 
 }  // namespace
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::clock_icon_test

@@ -6,8 +6,8 @@
 #include "core/format.h"
 #include "desktop/plist/property_lists.h"
 #include "desktop/views/layer.h"
+#include "tests/hooks/springboard/chrome_fixture.h"
 
-#include "chrome_fixture.h"
 #include "icon_image_lines.h"
 
 #include <array>

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::glyph_from_asset_test {
 namespace {
 
 using platform::BundleRef;
@@ -270,4 +270,4 @@ TEST_F(GlyphFromAsset, NilConfigurationReachesThePlatform) {
 }
 
 }  // namespace
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::glyph_from_asset_test

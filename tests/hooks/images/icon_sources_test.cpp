@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::icon_sources_test {
 namespace {
 
 using platform::ImageRef;
@@ -292,4 +292,4 @@ TEST_F(IconSourcesOniOS12, AreReplacedToo) {
 }
 
 }  // namespace
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::icon_sources_test

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::image_from_asset_test {
 namespace {
 
 using platform::BundleRef;
@@ -256,4 +256,4 @@ TEST_F(ImageFromAsset, IsDumpedOnceByItsLookup) {
 }
 
 }  // namespace
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::image_from_asset_test

@@ -7,10 +7,9 @@
 #include "platform/foundation.h"
 #include "platform/platform.h"
 #include "platform/uikit.h"
+#include "tests/hooks/springboard/springboard_fixture.h"
 #include "tests/support/replaced_services.h"
-
-#include "lookup_lines.h"
-#include "springboard_fixture.h"
+#include "tests/theme/lookup_lines.h"
 
 #include <algorithm>
 #include <cstddef>

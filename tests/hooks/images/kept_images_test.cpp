@@ -10,7 +10,7 @@
 #include <limits>
 #include <string>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::kept_images_test {
 namespace {
 
 using hooks::SwitchKnobImage;
@@ -244,4 +244,4 @@ TEST_F(WeatherImage, NamesOfAnyKindHarmNothing) {
 }
 
 }  // namespace
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::kept_images_test

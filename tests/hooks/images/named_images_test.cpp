@@ -10,7 +10,7 @@
 #include <string_view>
 #include <thread>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::named_images_test {
 namespace {
 
 using platform::BundleRef;
@@ -369,4 +369,4 @@ TEST(WallpaperFileName, IsThePathItselfForAnyOther) {
 }
 
 }  // namespace
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::named_images_test

@@ -6,7 +6,7 @@
 
 #include <string>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::notification_icon_test {
 namespace {
 
 using platform::ImageRef;
@@ -200,4 +200,4 @@ TEST_F(NotificationIcon, NamesOfAnyKindHarmNothing) {
 }
 
 }  // namespace
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::notification_icon_test

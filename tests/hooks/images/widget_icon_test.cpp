@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::widget_icon_test {
 namespace {
 
 using platform::ImageRef;
@@ -199,4 +199,4 @@ TEST_F(WidgetIcon, SizesThatNoIconHasGiveNoImage) {
 }
 
 }  // namespace
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::widget_icon_test

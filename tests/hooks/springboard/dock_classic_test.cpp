@@ -5,7 +5,7 @@
 
 #include <cmath>
 
-namespace velmoranth::hooks {
+namespace velmoranth::hooks::dock_classic_test {
 namespace {
 
 using platform::Dictionary;
@@ -206,4 +206,4 @@ TEST_F(DockOniOS13, EveryLayoutSetsANewBackground) {
 }
 
 }  // namespace
-}  // namespace velmoranth::hooks
+}  // namespace velmoranth::hooks::dock_classic_test

@@ -6,7 +6,7 @@
 
 #include <deque>
 
-namespace velmoranth::hooks {
+namespace velmoranth::hooks::dock_floating_test {
 namespace {
 
 using platform::Dictionary;
@@ -332,4 +332,4 @@ TEST_F(FloatingDockDivider, ThemesDockIsInsertedOnceForEver) {
 }
 
 }  // namespace
-}  // namespace velmoranth::hooks
+}  // namespace velmoranth::hooks::dock_floating_test

@@ -5,7 +5,7 @@
 
 #include <cstddef>
 
-namespace velmoranth::hooks {
+namespace velmoranth::hooks::folder_icon_test {
 namespace {
 
 using platform::Dictionary;
@@ -262,4 +262,4 @@ TEST_F(FolderIconLayout, ClassWithoutThatVariableIsLeftUnchanged) {
 }
 
 }  // namespace
-}  // namespace velmoranth::hooks
+}  // namespace velmoranth::hooks::folder_icon_test

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <deque>
 
-namespace velmoranth::hooks {
+namespace velmoranth::hooks::folder_miniatures_test {
 namespace {
 
 using platform::Dictionary;
@@ -243,4 +243,4 @@ TEST_F(FolderMiniatures, KeptIconsAreLoggedToo) {
 }
 
 }  // namespace
-}  // namespace velmoranth::hooks
+}  // namespace velmoranth::hooks::folder_miniatures_test

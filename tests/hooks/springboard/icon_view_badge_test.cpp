@@ -5,7 +5,7 @@
 
 #include <deque>
 
-namespace velmoranth::hooks {
+namespace velmoranth::hooks::icon_view_badge_test {
 namespace {
 
 using platform::Dictionary;
@@ -233,4 +233,4 @@ TEST_F(BadgeMaxTextWidth, IsReplacedOnTheClassSideAlone) {
 }
 
 }  // namespace
-}  // namespace velmoranth::hooks
+}  // namespace velmoranth::hooks::icon_view_badge_test

@@ -7,7 +7,7 @@
 #include <span>
 #include <string>
 
-namespace velmoranth::hooks {
+namespace velmoranth::hooks::icon_view_installation_test {
 namespace {
 
 using core::HookRow;
@@ -124,4 +124,4 @@ TEST_F(IconViewInstallation, AProcessWithoutAnyOfThemIsLeftAlone) {
 }
 
 }  // namespace
-}  // namespace velmoranth::hooks
+}  // namespace velmoranth::hooks::icon_view_installation_test

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <deque>
 
-namespace velmoranth::hooks {
+namespace velmoranth::hooks::icon_view_label_test {
 namespace {
 
 using platform::Dictionary;
@@ -242,4 +242,4 @@ TEST_F(IconLegibilityLabelView, FollowsASettingThatChanges) {
 }
 
 }  // namespace
-}  // namespace velmoranth::hooks
+}  // namespace velmoranth::hooks::icon_view_label_test

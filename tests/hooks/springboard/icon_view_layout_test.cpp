@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-namespace velmoranth::hooks {
+namespace velmoranth::hooks::icon_view_layout_test {
 namespace {
 
 using platform::Dictionary;
@@ -298,4 +298,4 @@ TEST_F(IconViewLayout, LogsNothing) {
 }
 
 }  // namespace
-}  // namespace velmoranth::hooks
+}  // namespace velmoranth::hooks::icon_view_layout_test

@@ -3,7 +3,7 @@
 
 #include <deque>
 
-namespace velmoranth::hooks {
+namespace velmoranth::hooks::icon_view_overlay_test {
 namespace {
 
 using platform::ImageRef;
@@ -174,4 +174,4 @@ TEST_F(DarkeningOverlayImage, ANilOverlayOfThePlatformMasksToNil) {
 }
 
 }  // namespace
-}  // namespace velmoranth::hooks
+}  // namespace velmoranth::hooks::icon_view_overlay_test

@@ -1,17 +1,18 @@
 // The variables that the library exports for open folders.
 #include "platform/objc_runtime.h"
 #include "platform/uikit.h"
+#include "tests/support/places.h"
 #include "tests/support/test_device.h"
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
-namespace velmoranth::tests {
+namespace velmoranth::tests::open_folder_exports_test {
 namespace {
 
 TEST(OpenFolderExports, TapAndBlurEffectAreThereAndNil) {
     TestDevice device;
-    void* const library = dlopen(ENGINE_LIBRARY, RTLD_NOW | RTLD_LOCAL);
+    void* const library = dlopen(tests::kEngineLibrary, RTLD_NOW | RTLD_LOCAL);
     ASSERT_NE(library, nullptr) << dlerror();
     void* const tap = dlsym(library, "_ZN10velmoranth5hooks3tapEv");
     void* const blurEffect = dlsym(library, "_ZN10velmoranth5hooks10blurEffectEv");
@@ -25,4 +26,4 @@ TEST(OpenFolderExports, TapAndBlurEffectAreThereAndNil) {
 }
 
 }  // namespace
-}  // namespace velmoranth::tests
+}  // namespace velmoranth::tests::open_folder_exports_test

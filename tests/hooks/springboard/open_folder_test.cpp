@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-namespace velmoranth::hooks {
+namespace velmoranth::hooks::open_folder_test {
 namespace {
 
 using platform::Dictionary;
@@ -494,4 +494,4 @@ TEST_F(OpenFolderBlur, ClassWithoutThatVariableIsLeftUnchanged) {
 }
 
 }  // namespace
-}  // namespace velmoranth::hooks
+}  // namespace velmoranth::hooks::open_folder_test

@@ -3,7 +3,7 @@
 
 #include "chrome_fixture.h"
 
-namespace velmoranth::hooks {
+namespace velmoranth::hooks::page_control_test {
 namespace {
 
 using platform::Dictionary;
@@ -224,4 +224,4 @@ TEST_F(SearchDot, WithoutAFileIsThePlatformsSecondAnswer) {
 }
 
 }  // namespace
-}  // namespace velmoranth::hooks
+}  // namespace velmoranth::hooks::page_control_test

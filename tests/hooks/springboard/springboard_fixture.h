@@ -10,8 +10,8 @@
 #include "platform/springboard.h"
 #include "tests/support/home_screen_icon.h"
 #include "tests/support/test_device.h"
+#include "tests/theme/lookup_lines.h"
 
-#include "lookup_lines.h"
 #include <gtest/gtest.h>
 
 #include <cstddef>

@@ -10,7 +10,7 @@
 #include <numbers>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::furniture_test {
 namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -274,4 +274,4 @@ TEST(Furniture, SizesOutOfRangeGiveNothing) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
+}  // namespace velmoranth::simulator::furniture_test

@@ -9,7 +9,7 @@
 #include <numeric>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::icon_shape_test {
 namespace {
 
 class IconShapeOfSize : public testing::TestWithParam<int> {
@@ -126,4 +126,4 @@ TEST(ContinuousCorner, CornersDoNotDependOnTheSides) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
+}  // namespace velmoranth::simulator::icon_shape_test

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::stock_icons_test {
 namespace {
 
 using Picture = std::vector<std::uint8_t>;
@@ -162,4 +162,4 @@ TEST(StockIcons, ClockFaceIsTheClockWithoutItsHands) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
+}  // namespace velmoranth::simulator::stock_icons_test

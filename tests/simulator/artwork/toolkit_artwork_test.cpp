@@ -14,7 +14,7 @@
 #include <string_view>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::toolkit_artwork_test {
 namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -351,4 +351,4 @@ TEST(ClockFace, GoesAroundPastItsCircle) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
+}  // namespace velmoranth::simulator::toolkit_artwork_test

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-namespace velmoranth::simulator {
+namespace velmoranth::simulator::wallpaper_test {
 namespace {
 
 double linear(std::uint8_t component) {
@@ -77,4 +77,4 @@ TEST(Wallpaper, SizesOutOfRangeGiveNothing) {
 }
 
 }  // namespace
-}  // namespace velmoranth::simulator
+}  // namespace velmoranth::simulator::wallpaper_test

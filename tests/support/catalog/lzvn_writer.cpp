@@ -10,7 +10,7 @@ namespace velmoranth::tests {
 
 namespace {
 
-constexpr std::size_t kMaxDistance = 0xFFFF;
+constexpr std::size_t kMaxLzvnDistance = 0xFFFF;
 constexpr std::size_t kSmallDistance = 0x5FF;
 constexpr std::size_t kMediumDistance = 0x3FFF;
 constexpr std::size_t kLongest = 271;  // of literals, or of a match, by an opcode of their own
@@ -111,7 +111,7 @@ class Payload {
 
 std::vector<std::uint8_t> lzvnPayload(std::span<const std::uint8_t> bytes, std::size_t start) {
     Payload payload(bytes, start);
-    for (const Repetition& repetition : findRepetitions(bytes, start, kMaxDistance)) {
+    for (const Repetition& repetition : findRepetitions(bytes, start, kMaxLzvnDistance)) {
         payload.put(repetition);
     }
     return payload.finish();
