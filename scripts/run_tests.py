@@ -8,6 +8,7 @@ ran."""
 
 import argparse
 import collections
+import itertools
 import json
 import os
 import pathlib
@@ -78,13 +79,15 @@ class Run:
         for test in json.loads(listed.stdout)["tests"]:
             test["properties"] = {entry["name"]: entry["value"] for entry in test.get("properties", [])}
             labels = test["properties"].get("LABELS", [])
+            chosen = self.options.program
             if ("phone" in labels) != self.options.phone or (
-                    self.options.program and test["name"] not in self.options.program):
+                    chosen and not any(re.search(one, test["name"]) for one in chosen)):
                 continue
             if "command" not in test:  # CTest drops it where the program is not built
                 raise SystemExit(f"test: {test['name']} is not built")
             if "cases" in labels:
-                programs.append(test["command"][:1])
+                # Less the jobs, which CTest gives a program that runs alone; an emulator may stand before it.
+                programs.append(list(itertools.takewhile(lambda word: word != "--jobs", test["command"])))
             elif self.is_wanted(test["name"]):
                 commands.append(test)
         return programs, commands
@@ -118,7 +121,7 @@ class Run:
             text = process.stdout.read(int(size)).decode(errors="replace")
             self.add(Result(name, outcome, float(seconds), text))
         if process.wait() not in (0, 1) and not self.ending:
-            self.add(Result(pathlib.Path(command[0]).name, "failed", 0,
+            self.add(Result(pathlib.Path(command[-1]).name, "failed", 0,
                             f"the program itself ended with {process.returncode}\n"))
 
     def run_command(self, test):
@@ -213,7 +216,8 @@ def main():
                         help="all but those whose name has it (-E too)")
     parser.add_argument("-E", action="append", dest="skip", metavar="REGEX", help=argparse.SUPPRESS)
     parser.add_argument("--phone", action="store_true", help="those of the phone's side, and no others")
-    parser.add_argument("--program", action="append", metavar="NAME", help="those of some programs alone")
+    parser.add_argument("--program", action="append", metavar="REGEX",
+                        help="those of the programs and commands whose name in CTest has it")
     parser.add_argument("--time-limit", type=int, default=120, metavar="SECONDS", help="of one test")
     parser.add_argument("--list", action="store_true", help="print their names and run none")
     parser.add_argument("--results", metavar="FILE", help="write there how each went, the slowest first")

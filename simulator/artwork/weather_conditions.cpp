@@ -144,10 +144,10 @@ void thunderstorm(Pen& pen, const Sky& sky) {
 
 void snow(Pen& pen, const Sky& sky) {
     cloud(pen, kRainCloud, sky.cloud);
-    for (const auto& [x, y] :
+    for (const auto& at :
          {std::array{27.0, 78.0}, std::array{50.0, 86.0}, std::array{73.0, 78.0}}) {
-        pen.turnRound(3, 60, x, y, [&, x = x, y = y](int) {
-            pen.line(x, y - 8.5, x, y + 8.5).stroke(sky.snow, 3.6);
+        pen.turnRound(3, 60, at[0], at[1], [&](int) {
+            pen.line(at[0], at[1] - 8.5, at[0], at[1] + 8.5).stroke(sky.snow, 3.6);
         });
     }
 }
