@@ -100,9 +100,10 @@ desktop::Result<Arguments> Arguments::parse(const Command& command,
             values.push_back(words.front());
             words = words.subspan(1);
         } else {
-            const std::string known(option->name);
-            return tl::unexpected(
-                Problem{known + " needs a value: " + known + " " + std::string(option->valueName)});
+            std::string problem(option->name);
+            problem.append(" needs a value: ").append(option->name);
+            problem.append(" ").append(option->valueName);
+            return tl::unexpected(Problem{std::move(problem)});
         }
     }
     if (auto counts = checkCounts(command, arguments); !counts) {

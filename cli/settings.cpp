@@ -235,6 +235,7 @@ ExitCode runSet(const Arguments& arguments) {
 
 std::string keyHelp() {
     std::vector<std::pair<std::string, std::string>> rows;
+    rows.reserve(core::kSettingRows.size());
     for (const SettingRow& row : core::kSettingRows) {
         rows.emplace_back(assignmentHelp(row), row.summary);
     }

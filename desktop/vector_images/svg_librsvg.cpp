@@ -78,10 +78,9 @@ double userUnits(const RsvgLength& length) {
             return length.length * kUnitsPerInch / 72;
         case RSVG_UNIT_PC:
             return length.length * kUnitsPerInch / 6;
-        case RSVG_UNIT_PERCENT:
-            break;
+        default:  // a percentage; units that only later versions know
+            return 0;
     }
-    return 0;
 }
 
 // Width and height; what is missing comes from the other and the viewBox, as a browser has it. 0
