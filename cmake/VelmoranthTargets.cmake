@@ -51,7 +51,7 @@ function(velmoranth_precompile_test_headers)
 endfunction()
 
 # velmoranth_test(PROGRAM SOURCES ... [LINKS ...]): adds sources of tests to a program, which the first call makes. A
-# program loads once and runs each of its cases in a process of its own (tests/support/case_runner.h).
+# program loads once and runs each of its cases in a process of its own (tests/support/cases/case_runner.h).
 # Each source keeps what is its own in a namespace of its own name, so that sources can be joined.
 function(velmoranth_test name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})

@@ -8,10 +8,11 @@
 
 #include <atomic>
 #include <cerrno>
+#include <optional>
 
 namespace velmoranth::desktop {
 
-int Replacement::write(std::span<const std::uint8_t> bytes) {
+int Replacement::write(std::span<const std::uint8_t> bytes, mode_t mode) {
     static std::atomic<unsigned> counter = 0;
     // A name that is taken was left by a process of our number that was killed: it goes.
     do {
@@ -20,18 +21,22 @@ int Replacement::write(std::span<const std::uint8_t> bytes) {
         temporary_ = std::make_unique<RemovedAtEnd>("/proc/self/fd/" +
                                                     std::to_string(folder_.get()) + "/" + name_);
         file_ = Descriptor(calls_->openat(folder_.get(), name_.c_str(),
-                                          O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+                                          O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
     } while (!file_.isOpen() && errno == EEXIST);
     return file_.isOpen() ? writeWhole(*calls_, file_.get(), bytes.data(), bytes.size()) : errno;
 }
 
-int Replacement::takeModeOf(const std::string& name) const {
+std::optional<mode_t> Replacement::modeOf(const std::string& name) const {
     struct stat old{};
     if (::fstatat(folder_.get(), name.c_str(), &old, AT_SYMLINK_NOFOLLOW) != 0 ||
         !S_ISREG(old.st_mode)) {
-        return 0;
+        return std::nullopt;
     }
-    return ::fchmod(file_.get(), old.st_mode & 07777U) == 0 ? 0 : errno;
+    return old.st_mode & 07777U;
+}
+
+int Replacement::setMode(mode_t mode) const {
+    return ::fchmod(file_.get(), mode) == 0 ? 0 : errno;
 }
 
 int Replacement::sync() const {
@@ -49,8 +54,10 @@ int Replacement::place(const std::string& name) {
 int replaceFile(const FileCalls& calls, Descriptor folder, const std::string& name,
                 std::span<const std::uint8_t> bytes) {
     Replacement replacement(calls, std::move(folder));
-    int error = replacement.write(bytes);
-    error = error != 0 ? error : replacement.takeModeOf(name);
+    const std::optional<mode_t> mode = replacement.modeOf(name);
+    // Nobody reads it meanwhile who may not read the one that it replaces.
+    int error = replacement.write(bytes, mode.value_or(0666) & 0666U);
+    error = error != 0 || !mode ? error : replacement.setMode(*mode);
     error = error != 0 ? error : replacement.sync();
     return error != 0 ? error : replacement.place(name);
 }

@@ -5,8 +5,11 @@
 #include "desktop/files/descriptor.h"
 #include "desktop/files/file_calls.h"
 
+#include <sys/types.h>
+
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <utility>
@@ -21,10 +24,12 @@ class Replacement {
     Replacement(const FileCalls& calls, Descriptor folder)
         : calls_(&calls), folder_(std::move(folder)) {}
 
-    // Makes the file, with what the umask leaves of the mode 0666. 0, or the errno.
-    [[nodiscard]] int write(std::span<const std::uint8_t> bytes);
-    // What a regular file of that name has, or stays as it is. 0, or the errno.
-    [[nodiscard]] int takeModeOf(const std::string& name) const;
+    // Makes the file, with what the umask leaves of the mode. 0, or the errno.
+    [[nodiscard]] int write(std::span<const std::uint8_t> bytes, mode_t mode = 0666);
+    // That of a regular file of that name; nothing where there is none.
+    [[nodiscard]] std::optional<mode_t> modeOf(const std::string& name) const;
+    // 0, or the errno.
+    [[nodiscard]] int setMode(mode_t mode) const;
     // 0 once it is on the disk, or the errno.
     [[nodiscard]] int sync() const;
     // Puts it in the place of what has that name in the folder: nothing, a file, or a link itself.

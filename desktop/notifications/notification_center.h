@@ -1,6 +1,6 @@
 // The Darwin notification centre: callbacks by name, run on the main loop of the process, for posts
-// to all processes that use the same device root. Each centre
-// listens on a socket of its own in the device's folder /private/var/run/notifications.
+// to all processes that use the same device root. Each centre listens on a socket of its own in the
+// device's folder /private/var/run/notifications.
 #pragma once
 
 #include "desktop/files/descriptor.h"
@@ -26,7 +26,7 @@ class DesktopNotificationCenter final : public platform::DarwinNotificationCente
     // Opens the process's socket in the root, making the folder when it is missing.
     [[nodiscard]] static Result<std::unique_ptr<DesktopNotificationCenter>> open(
         const DeviceRoot& root);
-    // Without a root: hears the posts of its own process alone.
+    // Without a root: hears nobody.
     DesktopNotificationCenter() = default;
 
     ~DesktopNotificationCenter() override;

@@ -32,7 +32,7 @@ namespace velmoranth::device {
 // For the sources that define them.
 template <class Service>
 [[nodiscard]] Service& theOne() {
-    static Service instance;
+    static auto& instance = *new Service;  // other threads may be at work when the process ends
     return instance;
 }
 
