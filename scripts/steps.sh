@@ -8,7 +8,7 @@ if [[ -t 2 ]]; then
     onTerminal=yes
 fi
 
-# say TEXT: a line that the next one takes the place of on a terminal.
+# say_passing TEXT: a line that the next one takes the place of on a terminal.
 say_passing() {
     if [[ -n $onTerminal ]]; then
         printf '\r\033[K%s' "$1" >&2
@@ -93,17 +93,17 @@ known_cause() {
 
 # The first error in a file of output, with what belongs to it.
 first_error() {
-    local log=$1
-    if ! grep -m1 -nE '(^|[^[:alnum:]_])(fatal error|[Ee]rror|undefined reference|Traceback)\b|^E: |^FAILED: ' "$log" \
-        >/dev/null; then
-        tail -n 15 "$log"
-        return
-    fi
+    local log=$1 error
     # A failed build step names its command first, which helps nobody.
-    awk '/(^|[^[:alnum:]_])(fatal error|[Ee]rror|undefined reference|Traceback)([^[:alnum:]_]|$)|^E: / && !/^FAILED: / {
+    error=$(awk '/(^|[^[:alnum:]_])(fatal error|[Ee]rror|undefined reference|Traceback)([^[:alnum:]_]|$)|^E: / && !/^FAILED: / {
              if (!length(seen) && length($0) < 2000) { seen = NR }
          }
-         length(seen) && NR < seen + 12 { print }' "$log"
+         length(seen) && NR < seen + 12 { print }' "$log")
+    if [[ -n $error ]]; then
+        printf '%s\n' "$error"
+    else
+        tail -n 15 "$log"
+    fi
 }
 
 # step NAME [--watch FUNCTION] COMMAND...: one line when it succeeds, the first error when not. Its output
