@@ -1,6 +1,7 @@
 #include "cli/arguments.h"
 
 #include "cli/nearest.h"
+#include "cli/numbers.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -65,6 +66,16 @@ const std::vector<std::string>& Arguments::values(std::string_view name) const {
 std::optional<std::string> Arguments::value(std::string_view name) const {
     const std::vector<std::string>& all = values(name);
     return all.empty() ? std::nullopt : std::optional<std::string>(all.front());
+}
+
+desktop::Result<int> Arguments::number(std::string_view name, int most, int otherwise) const {
+    const auto text = value(name);
+    const auto number = text ? parseInteger(*text, 1, most) : otherwise;
+    if (!number) {
+        return misuse(std::string(name) + " takes a number from 1 to " + std::to_string(most) +
+                      ", not " + inQuotes(*text));
+    }
+    return *number;
 }
 
 desktop::Result<Arguments> Arguments::parse(const Command& command,

@@ -49,6 +49,9 @@ class Arguments {
     [[nodiscard]] const std::vector<std::string>& values(std::string_view name) const;
     [[nodiscard]] std::optional<std::string> value(std::string_view name) const;
 
+    // The option's value, a whole number from 1 to `most`, or `otherwise` where it is not given.
+    [[nodiscard]] desktop::Result<int> number(std::string_view name, int most, int otherwise) const;
+
     [[nodiscard]] bool has(std::string_view name) const { return !values(name).empty(); }
 
   private:

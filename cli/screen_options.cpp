@@ -2,7 +2,6 @@
 
 #include "cli/messages.h"
 #include "cli/nearest.h"
-#include "cli/numbers.h"
 #include "cli/preview_steps.h"
 #include "simulator/home_screen/apps.h"
 
@@ -84,19 +83,6 @@ bool hasPages(ScreenKind screen) {
            screen == ScreenKind::pressed || screen == ScreenKind::gallery;
 }
 
-Result<int> readPage(const Arguments& arguments, std::string_view option) {
-    const auto text = arguments.value(option);
-    if (!text) {
-        return 1;
-    }
-    const auto number = parseInteger(*text, 1, kLastPage);
-    if (!number) {
-        return misuse(std::string(option) + " takes a number from 1 to " +
-                      std::to_string(kLastPage) + ", not " + inQuotes(*text));
-    }
-    return *number;
-}
-
 // "home, folder or pressed"
 std::string screenNames() {
     const auto screens = simulator::screenDefinitions();
@@ -137,8 +123,8 @@ Result<ScreenOptions> readScreenOptions(const Arguments& arguments) {
     if (arguments.has("--page") && !hasPages(options.kind)) {
         return misuse("--page needs a screen that has pages: home, folder, pressed or gallery");
     }
-    const auto page = readPage(arguments, "--page");
-    const auto folderPage = readPage(arguments, "--folder-page");
+    const auto page = arguments.number("--page", kLastPage, 1);
+    const auto folderPage = arguments.number("--folder-page", kLastPage, 1);
     for (const auto* const number : {&page, &folderPage}) {
         if (!*number) {
             return tl::unexpected(number->error());
