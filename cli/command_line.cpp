@@ -46,10 +46,11 @@ std::vector<const Command*> group(const std::string& word) {
 ExitCode unknownCommand(const std::vector<std::string>& words) {
     const std::string& first = words.front();
     if (first.size() > 1 && first.front() == '-') {
-        static constexpr std::array<std::string_view, 2> kOptions{"--help", "--version"};
-        return fail(ExitCode::wrongUsage,
-                    "there is no option " + inQuotes(first) +
-                        suggestion(first, kOptions, "; velmoranth --help lists what there is"));
+        static constexpr std::array<std::string_view, 2> kCommandLineOptions{"--help", "--version"};
+        return fail(
+            ExitCode::wrongUsage,
+            "there is no option " + inQuotes(first) +
+                suggestion(first, kCommandLineOptions, "; velmoranth --help lists what there is"));
     }
     const bool isGroup = !group(first).empty();
     const std::string given =

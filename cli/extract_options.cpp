@@ -13,7 +13,7 @@ namespace {
 
 constexpr int kMostJobs = 256;
 
-constexpr std::array<Option, 4> kOptions{{
+constexpr std::array<Option, 4> kExtractOptions{{
     {"--list", "", "", "list every rendition, and write nothing"},
     {"--json", "", "", "with --list: an object for programs, with more than the table shows"},
     {"--name", "", "GLOB",
@@ -68,7 +68,7 @@ Result<ExtractOptions> readExtractOptions(const Arguments& arguments) {
 }
 
 std::span<const Option> extractOptionTable() {
-    return kOptions;
+    return kExtractOptions;
 }
 
 }  // namespace velmoranth::cli

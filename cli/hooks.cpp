@@ -81,7 +81,7 @@ ExitCode runHooks(const Arguments& arguments) {
     return ExitCode::done;
 }
 
-constexpr std::array<Option, 2> kOptions{{
+constexpr std::array<Option, 2> kHooksOptions{{
     {"--version-number", "", "N",
      "the system, by its kCFCoreFoundationVersionNumber (default 1674.102, iOS 13.3)"},
     {"--json", "", "", "an array with an object a row"},
@@ -96,7 +96,7 @@ Command hooksCommand() {
             .description =
                 "The state is that of a process that has every class of the table; a real "
                 "process installs the\nrows whose classes it has.",
-            .options = kOptions,
+            .options = kHooksOptions,
             .examples = {"velmoranth hooks", "velmoranth hooks --version-number 1575.17 --json",
                          "velmoranth hooks --json | jq -r '.[] | select(.installed) | .selector'"},
             .run = runHooks};

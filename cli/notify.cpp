@@ -65,7 +65,7 @@ std::string nameHelp() {
     return "names:\n" + twoColumns(rows);
 }
 
-constexpr std::array<Option, 1> kOptions{{{"--root", "", "DIR", "the device"}}};
+constexpr std::array<Option, 1> kNotifyOptions{{{"--root", "", "DIR", "the device"}}};
 
 }  // namespace
 
@@ -76,7 +76,7 @@ Command notifyCommand() {
             .description =
                 "NAME is one of the names below or a notification's full name. The exit "
                 "code is 1 when no process\nis running.",
-            .options = kOptions,
+            .options = kNotifyOptions,
             .examples = {"velmoranth notify themechanged --root mydevice",
                          "velmoranth notify prefs --root mydevice"},
             .leastPositionals = 1,

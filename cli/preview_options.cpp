@@ -22,7 +22,7 @@ using desktop::Result;
 
 namespace {
 
-constexpr std::array<Option, 19> kOptions{{
+constexpr std::array<Option, 19> kPreviewOptions{{
     {"--output", "-o", "FILE",
      "write the picture here (default preview.png); - is standard output"},
     {"--root", "", "DIR",
@@ -178,7 +178,7 @@ Result<platform::Date> parseDate(const std::string& text) {
 }
 
 std::span<const Option> previewOptionTable() {
-    return kOptions;
+    return kPreviewOptions;
 }
 
 Result<PreviewOptions> readPreviewOptions(const Arguments& arguments) {

@@ -226,7 +226,7 @@ std::string nameHelp() {
     return "events:\n" + twoColumns(rows);
 }
 
-constexpr std::array<Option, 3> kOptions{{
+constexpr std::array<Option, 3> kSoundOptions{{
     {"--root", "", "DIR", "a device of your own, in place of THEME; it stays as it is"},
     {"--output", "-o", "FILE", "write a WAV file in place of playing"},
     {"--json", "", "", "say it as JSON: the file, the reason, what was looked for"},
@@ -242,7 +242,7 @@ Command soundCommand() {
                 "EVENT is one of the names below or a number. The system's own sounds are the "
                 "phone's; they are not\nplayed here. The settings panel's sounds need no THEME. "
                 "The exit code is 1 when there is nothing to hear.",
-            .options = kOptions,
+            .options = kSoundOptions,
             .examples = {"velmoranth sound key-click MyTheme.theme",
                          "velmoranth sound event:lock Sounds.theme Icons.theme -o lock.wav",
                          "velmoranth sound 1108 --root mydevice --json",

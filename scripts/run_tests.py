@@ -88,9 +88,12 @@ class Run:
             if "cases" in labels:
                 # Less the jobs, which CTest gives a program that runs alone; an emulator may stand before it.
                 programs.append(list(itertools.takewhile(lambda word: word != "--jobs", test["command"])))
-            elif self.is_wanted(test["name"]):
+            else:
                 commands.append(test)
-        return programs, commands
+        wanted = [test for test in commands if self.is_wanted(test["name"])]
+        needed = {fixture for test in wanted for fixture in test["properties"].get("FIXTURES_REQUIRED", [])}
+        return programs, [test for test in commands if test in wanted or
+                          needed.intersection(test["properties"].get("FIXTURES_SETUP", []))]
 
     def is_wanted(self, name):
         return ((not self.options.only or any(re.search(one, name) for one in self.options.only))

@@ -55,7 +55,7 @@ watch_build() {
     done
 }
 
-# Reads what apt says of itself for programs: how far fetching and installing are.
+# Reads what apt prints, and tells how far fetching and installing are, which it says for programs.
 watch_packages() {
     local kind rest percent phase=""
     while IFS=: read -r kind _ percent rest; do
@@ -118,10 +118,8 @@ step() {
     mkdir -p "$logs"
     log=$logs/${name// /-}.log
     SECONDS=0
-    if [[ $watch == watch_build ]]; then
-        NINJA_STATUS='[%f/%t] ' "$@" </dev/null 2>&1 | tee "$log" | watch_build "$name" || status=$?
-    elif [[ $watch == watch_packages ]]; then
-        { "$@" </dev/null >"$log" 2>&1; } 3> >(watch_packages) || status=$?
+    if [[ -n $watch ]]; then
+        NINJA_STATUS='[%f/%t] ' "$@" </dev/null 2>&1 | tee "$log" | "$watch" "$name" || status=$?
     else
         say_passing "$name ..."
         "$@" </dev/null >"$log" 2>&1 || status=$?

@@ -9,7 +9,7 @@ namespace {
 constexpr std::uint32_t kPlainHeaderSize = 772;
 constexpr std::uint32_t kPackedHeaderSize = 32;  // without tables
 constexpr std::uint32_t kMaxTableBytes = 720;
-constexpr std::uint32_t kMaxLiterals = 40000;
+constexpr std::uint32_t kMostLiterals = 40000;
 constexpr std::uint32_t kMaxTriples = 10000;
 constexpr std::size_t kPlainTables = 50;  // where they begin
 
@@ -17,7 +17,7 @@ bool isSound(const LzfseHeader& header, std::size_t room) {
     const auto sound = [](const BackwardPayload& payload) {
         return payload.bits >= -7 && payload.bits <= 0 && (payload.size > 0 || payload.bits == 0);
     };
-    if (header.literals > kMaxLiterals || header.triples > kMaxTriples ||
+    if (header.literals > kMostLiterals || header.triples > kMaxTriples ||
         !sound(header.literalPayload) || !sound(header.triplePayload)) {
         return false;
     }

@@ -6,24 +6,31 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cerrno>
 #include <optional>
+#include <random>
 
 namespace velmoranth::desktop {
 
 int Replacement::write(std::span<const std::uint8_t> bytes, mode_t mode) {
-    static std::atomic<unsigned> counter = 0;
-    // A name that is taken was left by a process of our number that was killed: it goes.
-    do {
-        name_ = ".dat.nosync" + std::to_string(::getpid()) + "." + std::to_string(++counter);
+    std::random_device random;
+    // The process's number alone is no name: containers that share a folder have the same ones.
+    for (int attempt = 0; attempt < 10 && !file_.isOpen(); ++attempt) {
+        name_ = ".dat.nosync" + std::to_string(::getpid()) + "." + std::to_string(random());
         // Known to the clean-up before there is such a file, by a path that no renaming changes.
         temporary_ = std::make_unique<RemovedAtEnd>("/proc/self/fd/" +
                                                     std::to_string(folder_.get()) + "/" + name_);
         file_ = Descriptor(calls_->openat(folder_.get(), name_.c_str(),
                                           O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
-    } while (!file_.isOpen() && errno == EEXIST);
-    return file_.isOpen() ? writeWhole(*calls_, file_.get(), bytes.data(), bytes.size()) : errno;
+        if (!file_.isOpen()) {
+            const int error = errno;
+            temporary_->keep();  // not ours: nothing was made, or another has the name
+            if (error != EEXIST) {
+                return error;
+            }
+        }
+    }
+    return file_.isOpen() ? writeWhole(*calls_, file_.get(), bytes.data(), bytes.size()) : EEXIST;
 }
 
 std::optional<mode_t> Replacement::modeOf(const std::string& name) const {
@@ -40,7 +47,8 @@ int Replacement::setMode(mode_t mode) const {
 }
 
 int Replacement::sync() const {
-    return calls_->fsync(file_.get()) == 0 ? 0 : errno;
+    // EINVAL: a file system that has nothing to bring to a disk.
+    return calls_->fsync(file_.get()) == 0 || errno == EINVAL ? 0 : errno;
 }
 
 int Replacement::place(const std::string& name) {

@@ -38,10 +38,10 @@ bool isUsable(double number) {
 }
 
 // A size in points that is a whole number of pixels but for its last bits is that number.
-constexpr double kPixelTolerance = 1e-6;
+constexpr double kSizeTolerance = 1e-6;
 
 double pixelsFor(double points, double scale) {
-    return std::ceil(points * scale - kPixelTolerance);
+    return std::ceil(points * scale - kSizeTolerance);
 }
 
 std::atomic<std::uint64_t> nextId{1};

@@ -17,7 +17,7 @@ constexpr std::string_view kStart =
     "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
     "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
     "<plist version=\"1.0\">\n";
-constexpr std::string_view kReplacement = "\uFFFD";
+constexpr std::string_view kReplacementText = "\uFFFD";
 constexpr std::string_view kEnd = "</plist>\n";
 
 class XmlWriter {
@@ -97,7 +97,7 @@ class XmlWriter {
             appendEscaped(contents.substr(0, valid));
             contents.remove_prefix(valid);
             if (!contents.empty()) {
-                text_ += kReplacement;
+                text_ += kReplacementText;
                 contents.remove_prefix(1);
             }
         }

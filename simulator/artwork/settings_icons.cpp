@@ -10,7 +10,7 @@
 namespace velmoranth::simulator {
 namespace {
 
-constexpr double kMark = 6;
+constexpr double kSettingsMark = 6;
 
 template <InterfaceGlyph Glyph>
 void mark(Pen& pen, Ink ink, Ink /*tile*/) {
@@ -28,32 +28,33 @@ void plane(Pen& pen, Ink ink, Ink /*tile*/) {
 }
 
 void bluetooth(Pen& pen, Ink ink, Ink /*tile*/) {
-    pen.path("M33 35 L66 64.5 L50 80 V20 L66 35.5 L33 65").stroke(ink, kMark);
+    pen.path("M33 35 L66 64.5 L50 80 V20 L66 35.5 L33 65").stroke(ink, kSettingsMark);
 }
 
 void antenna(Pen& pen, Ink ink, Ink /*tile*/) {
     for (const double side : {0.0, 180.0}) {
         for (const double radius : {18.0, 32.0}) {
-            pen.arc(50, 40, radius, side - 42, side + 42).stroke(ink, kMark);
+            pen.arc(50, 40, radius, side - 42, side + 42).stroke(ink, kSettingsMark);
         }
     }
     pen.circle(50, 40, 7.5).fill(ink);
-    pen.line(50, 40, 50, 82).stroke(ink, kMark);
+    pen.line(50, 40, 50, 82).stroke(ink, kSettingsMark);
 }
 
 void framedDot(Pen& pen, Ink ink, Ink /*tile*/) {
-    pen.path("M52 27 H32 Q23 27 23 36 V70 Q23 79 32 79 H66 Q75 79 75 70 V50").stroke(ink, kMark);
+    pen.path("M52 27 H32 Q23 27 23 36 V70 Q23 79 32 79 H66 Q75 79 75 70 V50")
+        .stroke(ink, kSettingsMark);
     pen.circle(72, 29, 12.5).fill(ink);
 }
 
 void speaker(Pen& pen, Ink ink, Ink /*tile*/) {
     pen.path("M20 42 H31 L46 28 V72 L31 58 H20 Z").fillRounded(ink, 5);
-    pen.arc(49, 50, 13, -42, 42).stroke(ink, kMark);
-    pen.arc(49, 50, 28, -45, 45).stroke(ink, kMark);
+    pen.arc(49, 50, 13, -42, 42).stroke(ink, kSettingsMark);
+    pen.arc(49, 50, 28, -45, 45).stroke(ink, kSettingsMark);
 }
 
 void hourglass(Pen& pen, Ink ink, Ink /*tile*/) {
-    pen.line(29, 19, 71, 19).line(29, 81, 71, 81).stroke(ink, kMark);
+    pen.line(29, 19, 71, 19).line(29, 81, 71, 81).stroke(ink, kSettingsMark);
     pen.path("M34 20 V29 C34 40 46 43 46 50 C46 57 34 60 34 71 V80").stroke(ink, 5);
     pen.path("M66 20 V29 C66 40 54 43 54 50 C54 57 66 60 66 71 V80").stroke(ink, 5);
     pen.path("M39 32 H61 C59 39 51 41 50 46 C49 41 41 39 39 32 Z").fill(ink);
@@ -69,7 +70,8 @@ void toggles(Pen& pen, Ink ink, Ink tile) {
 
 void brightness(Pen& pen, Ink ink, Ink /*tile*/) {
     pen.circle(50, 50, 15).fill(ink);
-    pen.turnRound(8, 45, 50, 50, [&](int) { pen.line(50, 18.5, 50, 26).stroke(ink, kMark); });
+    pen.turnRound(8, 45, 50, 50,
+                  [&](int) { pen.line(50, 18.5, 50, 26).stroke(ink, kSettingsMark); });
 }
 
 void blossom(Pen& pen, Ink ink, Ink tile) {
@@ -123,7 +125,7 @@ constexpr std::array kIcons{
     SettingsIcon{"PhotosAndCamera", 0xFAFAFC, pinwheel},
 };
 
-constexpr auto kNames = namesOf(kIcons);
+constexpr auto kSettingsIconNames = namesOf(kIcons);
 
 }  // namespace
 
@@ -142,7 +144,7 @@ FurniturePicture drawSettingsIcon(std::string_view key, double scale) {
 }
 
 std::span<const std::string_view> settingsIconNames() {
-    return kNames;
+    return kSettingsIconNames;
 }
 
 }  // namespace velmoranth::simulator

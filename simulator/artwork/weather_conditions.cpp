@@ -184,7 +184,7 @@ constexpr std::array kConditions{
     Condition{"wind", wind},
 };
 
-constexpr auto kNames = namesOf(kConditions);
+constexpr auto kConditionNames = namesOf(kConditions);
 
 }  // namespace
 
@@ -201,7 +201,7 @@ FurniturePicture drawWeatherCondition(std::string_view name, double sidePoints, 
 }
 
 std::span<const std::string_view> weatherConditionNames() {
-    return kNames;
+    return kConditionNames;
 }
 
 }  // namespace velmoranth::simulator

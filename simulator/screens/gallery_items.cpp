@@ -51,13 +51,14 @@ constexpr double kPlatterShare = 0.8;
 using SettingsIcons = Named<"PKIconImageCache", platform::PKIconImageCache>;
 
 std::string_view groupOf(const BundleCatalog& catalog) {
-    struct Row {
+    struct GroupRow {
         std::string_view bundle, group;
     };
 
-    constexpr std::array kRows{Row{kToolkitBundle, "Toolkit"}, Row{kGlyphsBundle, "Glyphs"},
-                               Row{kAppBundle, "App Bundle"}};
-    const auto* const found = std::ranges::find(kRows, catalog.identifier, &Row::bundle);
+    constexpr std::array kRows{GroupRow{kToolkitBundle, "Toolkit"},
+                               GroupRow{kGlyphsBundle, "Glyphs"},
+                               GroupRow{kAppBundle, "App Bundle"}};
+    const auto* const found = std::ranges::find(kRows, catalog.identifier, &GroupRow::bundle);
     return found == kRows.end() ? "Home Screen Bundle" : found->group;
 }
 

@@ -28,7 +28,7 @@ constexpr std::array kClasses{
 constexpr double kIconSide = 20;
 constexpr double kInset = 8;
 constexpr double kTextInset = 14;
-constexpr double kHeaderHeight = 36;
+constexpr double kBannerHeaderHeight = 36;
 constexpr double kHeight = 92;
 constexpr double kRadius = 13;
 constexpr double kWidest = 500;  // on a pad
@@ -88,21 +88,21 @@ NotificationScreen::NotificationScreen(const ScreenContext& context) : HomeOverl
     const auto banner = std::make_shared<NamedView>("NCNotificationShortLookView", frame);
     banner->desktopLayer()->appearance.cornerRadius = kRadius;
     banner->setClipsToBounds(true);
-    banner->addSubview(makeBox({{0, 0}, {width, kHeaderHeight}}, kHeaderShade));
-    images().add(*banner, {{10, (kHeaderHeight - kIconSide) / 2}, {kIconSide, kIconSide}},
+    banner->addSubview(makeBox({{0, 0}, {width, kBannerHeaderHeight}}, kHeaderShade));
+    images().add(*banner, {{10, (kBannerHeaderHeight - kIconSide) / 2}, {kIconSide, kIconSide}},
                  ImagePlacement::fill, [&context] { return askForIcon(context); });
-    banner->addSubview(
-        makeText("MESSAGES", textStyle(13, kFaintText), {{38, 0}, {width - 100, kHeaderHeight}}));
+    banner->addSubview(makeText("MESSAGES", textStyle(13, kFaintText),
+                                {{38, 0}, {width - 100, kBannerHeaderHeight}}));
     banner->addSubview(makeText("now", rightAligned(13, kFaintText),
-                                {{width - 80 - kTextInset, 0}, {80, kHeaderHeight}}));
+                                {{width - 80 - kTextInset, 0}, {80, kBannerHeaderHeight}}));
     const double textWidth = width - 2 * kTextInset;
     banner->addSubview(
         makeText("Robin Kilner",
                  textStyle(15, platform::kBlackColor, TextAlignment::left, FontWeight::semibold),
-                 {{kTextInset, kHeaderHeight + 8}, {textWidth, 20}}));
+                 {{kTextInset, kBannerHeaderHeight + 8}, {textWidth, 20}}));
     banner->addSubview(makeText("The kiln is cool. Shall we open it?",
                                 textStyle(15, platform::kBlackColor),
-                                {{kTextInset, kHeaderHeight + 28}, {textWidth, 20}}));
+                                {{kTextInset, kBannerHeaderHeight + 28}, {textWidth, 20}}));
     window().addSubview(banner);
 }
 

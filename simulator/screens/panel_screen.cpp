@@ -35,12 +35,12 @@ constexpr double kSuccessSide = 200;
 
 // Points, as the settings app's own list has them.
 constexpr double kHeaderGap = 16;  // more, above a group that has a header
-constexpr double kHeaderHeight = 24;
+constexpr double kPanelHeaderHeight = 24;
 constexpr double kHeaderSize = 13;
 constexpr Color kHeaderText{109.0 / 255, 109.0 / 255, 114.0 / 255, 1};
 
 // A row that does something, or, with the key of a setting, one with a switch.
-struct Row {
+struct PanelRow {
     std::string_view title;
     std::string_view key = {};
     std::optional<PanelTask> task = {};
@@ -49,7 +49,7 @@ struct Row {
 struct Group {
     std::string_view header;  // "" for none
     std::span<const core::SettingRow> switches = {};
-    std::span<const Row> tasks = {};
+    std::span<const PanelRow> tasks = {};
 
     [[nodiscard]] std::size_t rowCount() const { return switches.size() + tasks.size(); }
 };
@@ -68,13 +68,13 @@ consteval std::span<const core::SettingRow> switches(std::string_view first,
         .subspan(indexOf(first), indexOf(last) + 1 - indexOf(first));
 }
 
-constexpr std::array kTasks{Row{"Apply Settings", "", PanelTask::applySettings},
-                            Row{"Delete “Night”", "", PanelTask::deleteSettings}};
-constexpr std::array kGroups{Group{"", switches("enable", "enable")},
-                             Group{"SAVED SETTINGS", {}, kTasks},
-                             Group{"ICONS", switches("enableIconMask", "dynamicShadow")},
-                             Group{"HIDE", switches("removeDock", "removePageDots")},
-                             Group{"DIAGNOSTICS", switches("enableLogging", "enableImageDump")}};
+constexpr std::array kTasks{PanelRow{"Apply Settings", "", PanelTask::applySettings},
+                            PanelRow{"Delete “Night”", "", PanelTask::deleteSettings}};
+constexpr std::array kPanelGroups{
+    Group{"", switches("enable", "enable")}, Group{"SAVED SETTINGS", {}, kTasks},
+    Group{"ICONS", switches("enableIconMask", "dynamicShadow")},
+    Group{"HIDE", switches("removeDock", "removePageDots")},
+    Group{"DIAGNOSTICS", switches("enableLogging", "enableImageDump")}};
 
 // The panel's part of the screen: beside the settings app's list on a pad.
 Rect panelFrame(const DeviceConfiguration& device) {
@@ -86,13 +86,13 @@ Rect panelFrame(const DeviceConfiguration& device) {
 // the panel's coordinates.
 void forEachRow(const DeviceConfiguration& device,
                 const std::function<void(const Group& group, double top)>& onGroup,
-                const std::function<void(const Row& row, const Rect& frame)>& onRow) {
+                const std::function<void(const PanelRow& row, const Rect& frame)>& onRow) {
     const double width = panelFrame(device).size.width;
     double y = statusBarHeight(device) + kBarHeight;
-    for (const Group& group : kGroups) {
+    for (const Group& group : kPanelGroups) {
         y += kGroupGap + (group.header.empty() ? 0 : kHeaderGap);
         onGroup(group, y);
-        const auto add = [&](const Row& row) {
+        const auto add = [&](const PanelRow& row) {
             onRow(row, {{0, y}, {width, kRowHeight}});
             y += kRowHeight;
         };
@@ -103,7 +103,7 @@ void forEachRow(const DeviceConfiguration& device,
     }
 }
 
-class Builder : ScreenBuilder {
+class PanelBuilder : ScreenBuilder {
   public:
     using ScreenBuilder::ScreenBuilder;
 
@@ -113,7 +113,7 @@ class Builder : ScreenBuilder {
         panel->setClipsToBounds(true);
         forEachRow(
             context_.device, [&](const Group& group, double top) { addGroup(*panel, group, top); },
-            [&](const Row& row, const Rect& place) { addRow(*panel, row, place); });
+            [&](const PanelRow& row, const Rect& place) { addRow(*panel, row, place); });
         addBar(*panel);
         if (frame.origin.x > 0) {
             window_.addSubview(
@@ -140,9 +140,9 @@ class Builder : ScreenBuilder {
     void addGroup(platform::View& panel, const Group& group, double top) const {
         const double width = panel.bounds().size.width;
         if (!group.header.empty()) {
-            addText(
-                panel, group.header, textStyle(kHeaderSize, kHeaderText),
-                {{kRowMargin, top - kHeaderHeight - 3}, {width - 2 * kRowMargin, kHeaderHeight}});
+            addText(panel, group.header, textStyle(kHeaderSize, kHeaderText),
+                    {{kRowMargin, top - kPanelHeaderHeight - 3},
+                     {width - 2 * kRowMargin, kPanelHeaderHeight}});
         }
         const double height = kRowHeight * static_cast<double>(group.rowCount());
         const ViewRef card = makeBox({{0, top}, {width, height}}, colors_.card);
@@ -156,7 +156,7 @@ class Builder : ScreenBuilder {
         }
     }
 
-    void addRow(platform::View& panel, const Row& row, const Rect& frame) const {
+    void addRow(platform::View& panel, const PanelRow& row, const Rect& frame) const {
         const auto cell = addView(panel, "PSTableCell", frame);
         const Color color = !row.task                               ? colors_.text
                             : row.task == PanelTask::deleteSettings ? colors_.destructive
@@ -196,7 +196,7 @@ Rect panelRow(PanelTask task, const DeviceConfiguration& device) {
     Rect found;
     forEachRow(
         device, [](const Group&, double) {},
-        [&](const Row& row, const Rect& frame) {
+        [&](const PanelRow& row, const Rect& frame) {
             if (row.task == task) {
                 found = {{origin.x + frame.origin.x, origin.y + frame.origin.y}, frame.size};
             }
@@ -208,7 +208,7 @@ PanelScreen::PanelScreen(const ScreenContext& context, PanelTask task)
     : AppScreen(context), task_(task) {
     window().setBackgroundColor(appColors(context.device.system).background);
     addSettingsList(context, window(), images());
-    Builder(context, window(), images()).build();
+    PanelBuilder(context, window(), images()).build();
 }
 
 void PanelScreen::didAppear() {

@@ -24,7 +24,7 @@ using platform::NullableString;
 using platform::Rect;
 using platform::ViewRef;
 
-constexpr std::array kClasses{
+constexpr std::array kSettingsClasses{
     ClassRow{"PKIconImageCache", "NSObject"},
     ClassRow{"PSTableCell", "UITableViewCell"},
 };
@@ -215,7 +215,7 @@ class Builder : ScreenBuilder {
 }  // namespace
 
 void registerSettingsClasses(const ScreenContext& context) {
-    addClasses(kClasses, context.device.system, context.runtime);
+    addClasses(kSettingsClasses, context.device.system, context.runtime);
     ClassMethods(context.runtime, "PKIconImageCache")
         .add("imageForKey:", [&context](platform::PKIconImageCache&, const NullableString& key) {
             return key ? context.toolkit.stockImage(*key, std::string(kPreferencesBundle))

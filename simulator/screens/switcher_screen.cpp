@@ -26,7 +26,7 @@ using platform::Rect;
 using platform::Size;
 using platform::ViewRef;
 
-constexpr std::array kClasses{
+constexpr std::array kSwitcherClasses{
     ClassRow{"PLPlatterView", "UIView", Systems::only13},
     ClassRow{"SBSwitcherAppSuggestionBannerView", "PLPlatterView", Systems::only13},
     ClassRow{"SBSwitcherAppSuggestionBannerView", "UIView", Systems::only12},
@@ -36,7 +36,7 @@ constexpr std::array kClasses{
 // Points: estimates.
 constexpr double kPhoneCardShare = 0.66;  // of the screen's sides
 constexpr double kCardGap = 20;
-constexpr double kHeaderHeight = 40;
+constexpr double kCardHeaderHeight = 40;
 constexpr double kHeaderIconSide = 29;
 constexpr double kBannerHeight = 60;
 constexpr double kBannerInset = 8;
@@ -181,7 +181,7 @@ std::vector<Rect> cardFrames(const ScreenContext& context) {
         const Size card{std::round(screen.width * kPhoneCardShare),
                         std::round(screen.height * kPhoneCardShare)};
         const double middle = (screen.width - card.width) / 2;
-        const double top = std::round((free - card.height + kHeaderHeight) / 2);
+        const double top = std::round((free - card.height + kCardHeaderHeight) / 2);
         std::vector<Rect> frames;
         for (const double place : {-1.0, 0.0, 1.0}) {
             frames.push_back({{middle + place * (card.width + kCardGap), top}, card});
@@ -193,13 +193,13 @@ std::vector<Rect> cardFrames(const ScreenContext& context) {
     const double gap = 2 * kCardGap;
     const double widest =
         (screen.width - gap * static_cast<double>(columns + 1)) / static_cast<double>(columns);
-    const double highest = (free - gap) / kRows - kHeaderHeight - kCardGap;
+    const double highest = (free - gap) / kRows - kCardHeaderHeight - kCardGap;
     const double share = std::min(widest / screen.width, highest / screen.height);
     const Size card{std::round(screen.width * share), std::round(screen.height * share)};
     const double pitchX = card.width + gap;
-    const double pitchY = card.height + kHeaderHeight + kCardGap;
+    const double pitchY = card.height + kCardHeaderHeight + kCardGap;
     const double left = (screen.width - pitchX * static_cast<double>(columns) + gap) / 2;
-    const double top = (free - pitchY * kRows) / 2 + kHeaderHeight + kCardGap / 2;
+    const double top = (free - pitchY * kRows) / 2 + kCardHeaderHeight + kCardGap / 2;
     std::vector<Rect> frames;
     frames.reserve(columns * kRows);
     for (std::size_t row = 0; row < kRows; ++row) {
@@ -211,7 +211,7 @@ std::vector<Rect> cardFrames(const ScreenContext& context) {
     return frames;
 }
 
-Rect bannerFrame(const ScreenContext& context) {
+Rect suggestionFrame(const ScreenContext& context) {
     const Size screen = context.bounds().size;
     const double width =
         context.device.kind == DeviceKind::pad ? kWidestBanner : screen.width - 2 * kBannerInset;
@@ -226,10 +226,10 @@ ViewRef makeCard(const ScreenContext& context, const Card& card, const Rect& fra
                  AskedImages& images) {
     const auto container = std::make_shared<NamedView>(
         "SBFluidSwitcherItemContainer",
-        Rect{{snapToPixels(frame.origin.x, context.scale()), frame.origin.y - kHeaderHeight},
-             {frame.size.width, frame.size.height + kHeaderHeight}});
+        Rect{{snapToPixels(frame.origin.x, context.scale()), frame.origin.y - kCardHeaderHeight},
+             {frame.size.width, frame.size.height + kCardHeaderHeight}});
     // The card's shadow lies under its header too.
-    const Rect pageFrame{{0, kHeaderHeight}, frame.size};
+    const Rect pageFrame{{0, kCardHeaderHeight}, frame.size};
     const ViewRef shadow = makeBox(pageFrame, platform::kClearColor);
     shadow->layer()->setShadowOpacity(0.3F);
     shadow->layer()->setShadowOffset({0, 6});
@@ -242,7 +242,7 @@ ViewRef makeCard(const ScreenContext& context, const Card& card, const Rect& fra
                });
     container->addSubview(makeText(
         card.name, {.weight = FontWeight::semibold, .size = 15, .color = platform::kWhiteColor},
-        {{48, 0}, {frame.size.width - 58, kHeaderHeight - 4}}));
+        {{48, 0}, {frame.size.width - 58, kCardHeaderHeight - 4}}));
     const bool hasRoundScreen = bottomInset(context.device) > 0;
     const ViewRef page = makeBox(pageFrame, kPaper, hasRoundScreen ? 26 : 10);
     page->setClipsToBounds(true);
@@ -269,7 +269,7 @@ SuggestionBannerView::SuggestionBannerView(const Rect& frame, std::string app,
 }
 
 void registerSwitcherClasses(const ScreenContext& context) {
-    addClasses(kClasses, context.device.system, context.runtime);
+    addClasses(kSwitcherClasses, context.device.system, context.runtime);
     constexpr const char* kIconSelector =
         "_iconImageFromAppWithBundleIdentifier:withIconImageCache:";
     ClassMethods(context.runtime, "SBSwitcherAppSuggestionBannerView")
@@ -295,7 +295,7 @@ SwitcherScreen::SwitcherScreen(const ScreenContext& context) : HomeOverlay(conte
     for (std::size_t i = 0; i < std::min(frames.size(), kCards.size()); ++i) {
         window().addSubview(makeCard(context, kCards.at(i), frames[i], images()));
     }
-    const Rect banner = bannerFrame(context);
+    const Rect banner = suggestionFrame(context);
     addMaterial(banner, kBannerMaterial);
     window().addSubview(
         std::make_shared<SuggestionBannerView>(banner, kSuggestedApp, kSuggestedName));

@@ -25,7 +25,7 @@ using platform::Rect;
 using platform::Size;
 using platform::ViewRef;
 
-constexpr std::array kClasses{
+constexpr std::array kTodayClasses{
     ClassRow{"WGWidgetInfo", "NSObject"},
     ClassRow{"WGWidgetPlatterView", "UIView"},
     ClassRow{"NSExtension", "NSObject"},
@@ -33,11 +33,11 @@ constexpr std::array kClasses{
 };
 
 // Points. The platform's sizes of icons; estimates else.
-constexpr double kMargin = 8;
+constexpr double kTodayMargin = 8;
 constexpr double kGap = 8;
 constexpr double kCardRadius = 13;
 constexpr double kCardRadiusOfPadOn12 = 14;
-constexpr double kHeaderHeight = 36;
+constexpr double kWidgetHeaderHeight = 36;
 constexpr double kWidgetIconSide = 20;
 constexpr double kBodyHeight = 74;
 constexpr double kSuggestionsHeight = 104;
@@ -45,11 +45,11 @@ constexpr double kSuggestedIconSide = 60;
 constexpr double kSearchHeight = 36;
 constexpr double kPadColumnWidth = 364;
 constexpr double kPadColumnGap = 16;
-constexpr Color kHeaderShade{1, 1, 1, 0.35};
+constexpr Color kWidgetHeaderShade{1, 1, 1, 0.35};
 constexpr Color kCardFill{1, 1, 1, 0.66};
 constexpr Color kText{0, 0, 0, 0.9};
-constexpr Color kFaintText{0, 0, 0, 0.55};
-constexpr BackdropStyle kBackdrop{.blurRadius = 28, .tint = {0, 0, 0, 0.12}};
+constexpr Color kWidgetFaintText{0, 0, 0, 0.55};
+constexpr BackdropStyle kTodayBackdrop{.blurRadius = 28, .tint = {0, 0, 0, 0.12}};
 // The format of the platform's icon requests that widgets have before iOS 13.
 constexpr int kWidgetIconFormat = 5;
 
@@ -121,15 +121,15 @@ ImageRef stockIcon(const ScreenContext& context, const ObjectRef& extension, dou
                : context.stockImages.icon(widget->value(), side, scale, IconMasking::masked);
 }
 
-class Builder : ScreenBuilder {
+class TodayBuilder : ScreenBuilder {
   public:
     using ScreenBuilder::ScreenBuilder;
 
     void build() {
         const bool pad = isPad();
         const std::size_t columns = pad ? 2 : 1;
-        const double cardWidth =
-            pad ? std::min(kPadColumnWidth, (size_.width - 48) / 2) : size_.width - 2 * kMargin;
+        const double cardWidth = pad ? std::min(kPadColumnWidth, (size_.width - 48) / 2)
+                                     : size_.width - 2 * kTodayMargin;
         const double gap = pad ? kPadColumnGap : kGap;
         const double width =
             cardWidth * static_cast<double>(columns) + gap * static_cast<double>(columns - 1);
@@ -141,7 +141,7 @@ class Builder : ScreenBuilder {
         for (const Widget& widget : kWidgets) {
             const auto column = static_cast<std::size_t>(std::ranges::min_element(y) - y.begin());
             const double height =
-                kHeaderHeight +
+                kWidgetHeaderHeight +
                 (widget.body == Body::suggestions ? kSuggestionsHeight : kBodyHeight);
             if (y[column] < size_.height) {
                 addCard(widget,
@@ -170,14 +170,14 @@ class Builder : ScreenBuilder {
             isPadOn12 ? kCardRadiusOfPadOn12 : kCardRadius;
         card->setClipsToBounds(true);
         const double width = frame.size.width;
-        card->addSubview(makeBox({{0, 0}, {width, kHeaderHeight}}, kHeaderShade));
+        card->addSubview(makeBox({{0, 0}, {width, kWidgetHeaderHeight}}, kWidgetHeaderShade));
         addIcon(*card, widget);
-        addText(*card, uppercase(widget.title), textStyle(13, kFaintText),
-                {{36, 0}, {width - 48, kHeaderHeight}});
+        addText(*card, uppercase(widget.title), textStyle(13, kWidgetFaintText),
+                {{36, 0}, {width - 48, kWidgetHeaderHeight}});
         switch (widget.body) {
             case Body::event:
-                card->addSubview(
-                    makeBox({{14, kHeaderHeight + 16}, {3, kBodyHeight - 32}}, widget.accent, 1.5));
+                card->addSubview(makeBox({{14, kWidgetHeaderHeight + 16}, {3, kBodyHeight - 32}},
+                                         widget.accent, 1.5));
                 addLines(*card, widget, 26, width - 40);
                 break;
             case Body::lines:
@@ -198,7 +198,7 @@ class Builder : ScreenBuilder {
         const auto info = std::make_shared<WidgetInfo>(
             widget.identified == Identified::yes ? NullableString(identifier) : std::nullopt);
         const auto extension = std::make_shared<WidgetExtension>(app);
-        const Rect slot{{kMargin, (kHeaderHeight - kWidgetIconSide) / 2},
+        const Rect slot{{kTodayMargin, (kWidgetHeaderHeight - kWidgetIconSide) / 2},
                         {kWidgetIconSide, kWidgetIconSide}};
         desktop::Runtime& runtime = context_.runtime;
         if (!isAtLeast13()) {
@@ -220,15 +220,15 @@ class Builder : ScreenBuilder {
 
     static void addLines(platform::View& card, const Widget& widget, double left, double width) {
         addText(card, widget.first, textStyle(17, kText, TextAlignment::left, FontWeight::medium),
-                {{left, kHeaderHeight + 14}, {width, 24}});
-        addText(card, widget.second, textStyle(15, kFaintText),
-                {{left, kHeaderHeight + 38}, {width, 22}});
+                {{left, kWidgetHeaderHeight + 14}, {width, 24}});
+        addText(card, widget.second, textStyle(15, kWidgetFaintText),
+                {{left, kWidgetHeaderHeight + 38}, {width, 22}});
     }
 
     void addWeather(platform::View& card, const Widget& widget, double width) const {
         // The sign for a sky is white: it lies on a piece of sky.
         const ViewRef sky =
-            makeBox({{14, kHeaderHeight + 14}, {46, 46}}, {0.33, 0.57, 0.82, 1}, 10);
+            makeBox({{14, kWidgetHeaderHeight + 14}, {46, 46}}, {0.33, 0.57, 0.82, 1}, 10);
         images_.add(*sky, {{5, 5}, {36, 36}}, ImagePlacement::fit, [builder = *this] {
             return builder.ask_.imageNamedInBundleCompatibleWithTraitCollection(
                 "partly-cloudy-day", kWeatherBundle, builder.traits_);
@@ -236,7 +236,7 @@ class Builder : ScreenBuilder {
         card.addSubview(sky);
         addLines(card, widget, 72, width - 72 - 84);
         addText(card, "21\u00B0", textStyle(34, kText, TextAlignment::right, FontWeight::light),
-                {{width - 84, kHeaderHeight}, {70, kBodyHeight}});
+                {{width - 84, kWidgetHeaderHeight}, {70, kBodyHeight}});
     }
 
     void addSuggestions(platform::View& card, double width) const {
@@ -245,15 +245,15 @@ class Builder : ScreenBuilder {
         for (const Suggestion& suggestion : kSuggestions) {
             const double left =
                 snapToPixels(x + (pitch - kSuggestedIconSide) / 2, context_.scale());
-            images_.add(card,
-                        {{left, kHeaderHeight + 12}, {kSuggestedIconSide, kSuggestedIconSide}},
-                        ImagePlacement::fill,
-                        [&runtime = context_.runtime, app = std::string(suggestion.app)] {
-                            return runtime.sendToClass<ImageRef, NullableString>(
-                                "APWUtil", "iconForBundleIdentifier:", app);
-                        });
+            images_.add(
+                card, {{left, kWidgetHeaderHeight + 12}, {kSuggestedIconSide, kSuggestedIconSide}},
+                ImagePlacement::fill,
+                [&runtime = context_.runtime, app = std::string(suggestion.app)] {
+                    return runtime.sendToClass<ImageRef, NullableString>(
+                        "APWUtil", "iconForBundleIdentifier:", app);
+                });
             addText(card, suggestion.name, centered(12, kText),
-                    {{x, kHeaderHeight + 75}, {pitch, 18}});
+                    {{x, kWidgetHeaderHeight + 75}, {pitch, 18}});
             x += pitch;
         }
     }
@@ -262,7 +262,7 @@ class Builder : ScreenBuilder {
 }  // namespace
 
 void registerTodayClasses(const ScreenContext& context) {
-    addClasses(kClasses, context.device.system, context.runtime);
+    addClasses(kTodayClasses, context.device.system, context.runtime);
     ClassMethods info(context.runtime, "WGWidgetInfo");
     if (context.device.system.major < 13) {
         info.add("_queue_iconWithFormat:forWidgetWithIdentifier:extension:",
@@ -286,8 +286,8 @@ void registerTodayClasses(const ScreenContext& context) {
 }
 
 TodayScreen::TodayScreen(const ScreenContext& context) : HomeOverlay(context, Behind::wallpaper) {
-    addMaterial(context.bounds(), kBackdrop);
-    Builder(context, window(), images()).build();
+    addMaterial(context.bounds(), kTodayBackdrop);
+    TodayBuilder(context, window(), images()).build();
 }
 
 }  // namespace velmoranth::simulator

@@ -28,7 +28,7 @@ using platform::ImageRef;
 using platform::NullableString;
 using platform::Rect;
 
-constexpr std::array kClasses{ClassRow{"WeatherImageLoader", "NSObject", Systems::only13}};
+constexpr std::array kWeatherClasses{ClassRow{"WeatherImageLoader", "NSObject", Systems::only13}};
 
 // Points: estimates of the platform's screen.
 constexpr double kSignSide = 30;
@@ -36,7 +36,7 @@ constexpr double kHourWidth = 60;
 constexpr double kHoursHeight = 106;
 constexpr double kLeastDayHeight = 34;
 constexpr double kMostDayHeight = 48;
-constexpr double kMargin = 16;
+constexpr double kWeatherMargin = 16;
 constexpr double kWidestList = 560;
 constexpr Color kWhite{1, 1, 1, 1};
 constexpr Color kFaint{1, 1, 1, 0.6};
@@ -110,7 +110,7 @@ std::string degrees(int temperature) {
     return std::to_string(temperature) + "\u00B0";
 }
 
-class Builder : ScreenBuilder {
+class WeatherBuilder : ScreenBuilder {
   public:
     using ScreenBuilder::ScreenBuilder;
 
@@ -127,7 +127,7 @@ class Builder : ScreenBuilder {
 
   private:
     // The column of the texts: the whole of a phone's width.
-    [[nodiscard]] double left() const { return (size_.width - columnWidth()) / 2 + kMargin; }
+    [[nodiscard]] double left() const { return (size_.width - columnWidth()) / 2 + kWeatherMargin; }
 
     [[nodiscard]] double right() const { return size_.width - left(); }
 
@@ -214,7 +214,7 @@ class Builder : ScreenBuilder {
             addView(window_, "UIScrollView", {{0, top}, {size_.width, kHoursHeight}});
         strip->setClipsToBounds(true);
         // A pad's strip begins where the list does.
-        double x = left() - kMargin + 4;
+        double x = left() - kWeatherMargin + 4;
         for (std::size_t i = 0; i < kHours.size() && x < size_.width; ++i, x += kHourWidth) {
             const FontWeight weight = i == 0 ? FontWeight::semibold : FontWeight::regular;
             ScreenBuilder::addText(*strip, hourText(i), centered(15, kWhite, weight),
@@ -240,7 +240,7 @@ class Builder : ScreenBuilder {
             const platform::Date date{now.secondsSinceReferenceDate +
                                       kSecondsOfDay * static_cast<double>(i + 1)};
             addText(dates.stringFromDate(date, "EEEE"), textStyle(18, kWhite),
-                    {{left(), y}, {columnWidth() / 2 - kMargin - kSignSide, height}});
+                    {{left(), y}, {columnWidth() / 2 - kWeatherMargin - kSignSide, height}});
             addSign(window_, day.condition,
                     {{snapToPixels(size_.width / 2 - kSignSide / 2, context_.scale()),
                       y + (height - kSignSide) / 2},
@@ -269,7 +269,7 @@ class Builder : ScreenBuilder {
 }  // namespace
 
 void registerWeatherClasses(const ScreenContext& context) {
-    addClasses(kClasses, context.device.system, context.runtime);
+    addClasses(kWeatherClasses, context.device.system, context.runtime);
     if (context.device.system.major < 13) {
         return;
     }
@@ -283,7 +283,7 @@ void registerWeatherClasses(const ScreenContext& context) {
 }
 
 WeatherScreen::WeatherScreen(const ScreenContext& context) : AppScreen(context) {
-    Builder(context, window(), images()).build();
+    WeatherBuilder(context, window(), images()).build();
 }
 
 }  // namespace velmoranth::simulator

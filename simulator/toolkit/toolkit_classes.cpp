@@ -20,7 +20,7 @@ using platform::ImageRef;
 using platform::NullableString;
 using platform::ObjectRef;
 
-constexpr std::array kClasses{
+constexpr std::array kToolkitClasses{
     ClassRow{"NSBundle", "NSObject"},
     ClassRow{"CUICatalog", "NSObject"},
     ClassRow{"CUINamedLookup", "NSObject"},
@@ -196,7 +196,7 @@ void addSwitchMethods(const ScreenContext& context) {
 }  // namespace
 
 void registerToolkitClasses(const ScreenContext& context) {
-    addClasses(kClasses, context.device.system, context.runtime);
+    addClasses(kToolkitClasses, context.device.system, context.runtime);
     addLoaders(context);
     addCatalogMethods(context);
     addContentMethods(context);

@@ -176,11 +176,13 @@ TEST_F(ExtractionFolderTest, WhatIsInTheWayOfOneFileConcernsNoOther) {
     }
 }
 
-TEST_F(ExtractionFolderTest, FileThatAKilledProcessLeftIsReplaced) {
+TEST_F(ExtractionFolderTest, FileOfTheSameNameIsAnothersAndStays) {
+    std::string others;
     desktop::FileCalls calls;
     calls.openat = [&, isFirst = true](int in, const char* name, int flags, unsigned mode) mutable {
         if (std::exchange(isFirst, false)) {
-            folder.file(std::string("out/Maps.app/") + name, "half");
+            others = std::string("out/Maps.app/") + name;
+            folder.file(others, "half");
         }
         return ::openat(in, name, flags, mode);
     };
@@ -189,7 +191,8 @@ TEST_F(ExtractionFolderTest, FileThatAKilledProcessLeftIsReplaced) {
     ASSERT_TRUE(unplaced);
     ASSERT_TRUE(unplaced->place());
     EXPECT_EQ(folder.contents("out/Maps.app/x.png"), "abc");
-    EXPECT_EQ(folder.count("out/Maps.app"), 1);
+    EXPECT_EQ(folder.contents(others), "half");
+    EXPECT_EQ(folder.count("out/Maps.app"), 2);
 }
 
 // A catalog with atlases of several sizes and pictures that stand alone.
