@@ -6,20 +6,20 @@
 
 namespace velmoranth::device {
 
-// The engine's functions of these names are C++'s, at the top.
 extern "C" {
 
 __attribute__((visibility("default"))) CGImageRef CreateGradientImage(int pixelsWide,
                                                                       int pixelsHigh) {
     @autoreleasepool {
-        return CGImageRetain(nativeImage(::CreateGradientImage(pixelsWide, pixelsHigh)));
+        return CGImageRetain(nativeImage(imaging::CreateGradientImage(pixelsWide, pixelsHigh)));
     }
 }
 
 __attribute__((visibility("default"))) CGContextRef MyCreateBitmapContext(int pixelsWide,
                                                                           int pixelsHigh) {
     @autoreleasepool {
-        return CGContextRetain(nativeContext(::MyCreateBitmapContext(pixelsWide, pixelsHigh)));
+        return CGContextRetain(
+            nativeContext(imaging::MyCreateBitmapContext(pixelsWide, pixelsHigh)));
     }
 }
 }

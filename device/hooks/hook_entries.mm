@@ -11,18 +11,12 @@
 #include <span>
 #include <utility>
 
-// The recognizer that was added to a folder view last, for other code to see.
+// The recognizer that was added to a folder view last, for other code to see: held.
 extern "C" __attribute__((visibility("default"))) id tap = nil;
 // An effect that nothing sets.
 extern "C" __attribute__((visibility("default"))) id blurEffect = nil;
 
 namespace velmoranth::device {
-
-// The recognizer is published wherever the engine may have made a new one.
-template <>
-struct AfterCall<&hooks::SBFloatyFolderViewHooks::initWithFolderOrientationViewMapContext> {
-    ~AfterCall() { ::tap = nativeOf(hooks::tap()); }
-};
 
 namespace {
 
@@ -79,6 +73,16 @@ IMP addedMethodEntryOf(const platform::Implementation& implementation) {
 }
 
 }  // namespace velmoranth::device
+
+namespace velmoranth::hooks {
+
+void storeTap(const platform::GestureRecognizerRef& recognizer) {
+    const id previous = ::tap;
+    ::tap = [device::nativeOf(recognizer) retain];
+    [previous release];
+}
+
+}  // namespace velmoranth::hooks
 
 namespace velmoranth::core {
 

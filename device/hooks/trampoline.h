@@ -108,11 +108,6 @@ class PlatformResult<std::shared_ptr<T>> {
 template <>
 struct PlatformResult<void> {};
 
-// What is done after every call of a replacement, also one that raised; nothing, unless said
-// otherwise for that one.
-template <auto Replacement>
-struct AfterCall {};
-
 // A result that no caller owns: an object lives as long as the caller's pool.
 template <class R>
 typename Argument<R>::Native handOver(const R& result) {
@@ -231,7 +226,6 @@ struct TypedTrampoline<Row, R(Receiver&, Args...)> {
         ReceiverHandle<Receiver> receiver(self);
         const Call call{&receiver.get(), self, selector, {args...}};
         const Original original(&callOriginal, testOf(), &call);
-        [[maybe_unused]] const AfterCall<kReplacement> afterCall;
         if constexpr (std::is_void_v<R>) {
             kReplacement(original, receiver.get(), Argument<Args>::fromNative(args)...);
         } else if constexpr (kIsInitializer) {

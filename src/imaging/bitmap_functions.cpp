@@ -4,8 +4,7 @@
 
 #include <optional>
 
-namespace platform = velmoranth::platform;
-
+namespace velmoranth::imaging {
 namespace {
 
 // 32-bit little-endian byte order with premultiplied alpha first.
@@ -38,3 +37,5 @@ platform::GraphicsContextRef MyCreateBitmapContext(std::int32_t pixelsWide,
         pixelsWide, pixelsHigh, kBitsPerComponent, kBytesPerRowChosenByPlatform,
         platform::ColorSpace::deviceRGB, kPremultipliedBgra);
 }
+
+}  // namespace velmoranth::imaging

@@ -1,17 +1,23 @@
 #include "imaging/bitmap_functions.h"
 
 #include "platform/platform.h"
+#include "tests/support/replaced_services.h"
 
 #include "icon_effects_fixture.h"
 
 #include <cmath>
 #include <limits>
+#include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace velmoranth::tests::bitmap_functions_test {
 
+using imaging::CreateGradientImage;
 using imaging::IconEffects;
+using imaging::MyCreateBitmapContext;
 using platform::BitmapImageRef;
 using platform::ImageRef;
 using platform::ViewRef;
@@ -55,6 +61,85 @@ TEST_F(GradientImage, AsksForAGrayContextAndTwoEvenStops) {
     ASSERT_NE(CreateGradientImage(4, 5), nullptr);
     const std::vector<std::string> expected = {"bitmapContextCreate 4 5 8 0 gray 0",
                                                "gradient gray 0 1 1 1 even"};
+    EXPECT_EQ(device.journal.lines(), expected);
+}
+
+// A context that says what is drawn into it.
+class WritingContext final : public platform::GraphicsContext {
+  public:
+    WritingContext(Journal& journal, platform::GraphicsContextRef real)
+        : journal_(journal), real_(std::move(real)) {}
+
+    [[nodiscard]] std::string className() const override { return real_->className(); }
+
+    void translateCTM(double x, double y) override {
+        journal_.write("translate " + text(x) + " " + text(y));
+        real_->translateCTM(x, y);
+    }
+
+    void drawLinearGradient(const platform::GradientRef& gradient, platform::Point start,
+                            platform::Point end, std::uint32_t options) override {
+        journal_.write("drawLinearGradient " + text(start.x) + " " + text(start.y) + " to " +
+                       text(end.x) + " " + text(end.y) + " options " + std::to_string(options));
+        real_->drawLinearGradient(gradient, start, end, options);
+    }
+
+    [[nodiscard]] BitmapImageRef createImage() override {
+        journal_.write("createImage");
+        return real_->createImage();
+    }
+
+  private:
+    Journal& journal_;
+    platform::GraphicsContextRef real_;
+};
+
+class WritingContexts final : public platform::CoreGraphics {
+  public:
+    explicit WritingContexts(Journal& journal) : journal_(journal) {}
+
+    BitmapImageRef imageMaskCreate(std::size_t width, std::size_t height,
+                                   std::size_t bitsPerComponent, std::size_t bitsPerPixel,
+                                   std::size_t bytesPerRow,
+                                   const platform::DataProviderRef& provider,
+                                   bool shouldInterpolate) override {
+        return real_.imageMaskCreate(width, height, bitsPerComponent, bitsPerPixel, bytesPerRow,
+                                     provider, shouldInterpolate);
+    }
+
+    BitmapImageRef imageCreateWithMask(const BitmapImageRef& image,
+                                       const BitmapImageRef& mask) override {
+        return real_.imageCreateWithMask(image, mask);
+    }
+
+    platform::GraphicsContextRef bitmapContextCreate(std::int64_t width, std::int64_t height,
+                                                     std::size_t bitsPerComponent,
+                                                     std::size_t bytesPerRow,
+                                                     platform::ColorSpace space,
+                                                     std::uint32_t bitmapInfo) override {
+        return std::make_shared<WritingContext>(
+            journal_, real_.bitmapContextCreate(width, height, bitsPerComponent, bytesPerRow, space,
+                                                bitmapInfo));
+    }
+
+    platform::GradientRef gradientCreateWithColorComponents(
+        platform::ColorSpace space, const std::vector<double>& components,
+        const std::optional<std::vector<double>>& locations) override {
+        return real_.gradientCreateWithColorComponents(space, components, locations);
+    }
+
+  private:
+    Journal& journal_;
+    platform::CoreGraphics& real_ = platform::platform().coreGraphics;
+};
+
+TEST_F(GradientImage, IsDrawnFromTheBottomUpAndOnBeyondItsEnd) {
+    WritingContexts contexts(device.journal);
+    replaceServices({.coreGraphics = &contexts});
+    ASSERT_NE(CreateGradientImage(4, 5), nullptr);
+    const std::vector<std::string> expected = {
+        "bitmapContextCreate 4 5 8 0 gray 0", "gradient gray 0 1 1 1 even",
+        "drawLinearGradient 0 0 to 0 5 options 2", "createImage"};
     EXPECT_EQ(device.journal.lines(), expected);
 }
 

@@ -24,7 +24,7 @@ void replaceServices(const ReplacedServices& replaced) {
                            .dates = now.dates,
                            .log = chosen(replaced.log, now.log),
                            .libSystem = chosen(replaced.libSystem, now.libSystem),
-                           .coreGraphics = now.coreGraphics,
+                           .coreGraphics = chosen(replaced.coreGraphics, now.coreGraphics),
                            .images = chosen(replaced.images, now.images),
                            .imageContexts = chosen(replaced.imageContexts, now.imageContexts),
                            .fonts = chosen(replaced.fonts, now.fonts),

@@ -12,6 +12,7 @@ struct ReplacedServices {
     platform::FileManager* fileManager = nullptr;
     platform::SystemLog* log = nullptr;
     platform::LibSystem* libSystem = nullptr;
+    platform::CoreGraphics* coreGraphics = nullptr;
     platform::Images* images = nullptr;
     platform::ImageContexts* imageContexts = nullptr;
     platform::Fonts* fonts = nullptr;

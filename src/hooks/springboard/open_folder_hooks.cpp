@@ -16,14 +16,8 @@ using platform::ViewRef;
 
 namespace {
 
-struct State {
-    platform::GestureRecognizerRef tap;
-    platform::ObjectRef blurEffect;
-    ImageViewRef FolderBackgroundImageView;
-};
-
-State& state() {
-    static State instance;
+ImageViewRef& backgroundImageView() {
+    static ImageViewRef instance;
     return instance;
 }
 
@@ -36,16 +30,8 @@ ImageViewRef makeBackgroundImageView(const platform::Rect& frame) {
 
 }  // namespace
 
-platform::GestureRecognizerRef& tap() {
-    return state().tap;
-}
-
-platform::ObjectRef& blurEffect() {
-    return state().blurEffect;
-}
-
 const ImageViewRef& FolderBackgroundImageView() {
-    return state().FolderBackgroundImageView;
+    return backgroundImageView();
 }
 
 bool SBFloatyFolderViewHooks::_showsTitle(
@@ -62,8 +48,10 @@ ViewRef SBFloatyFolderViewHooks::initWithFolderOrientationViewMapContext(
     platform::ObjectRef context) {
     const ViewRef view = original(self, folder, orientation, viewMap, context);
     if (view != nullptr && settings().enable && settings().removeFolderBG) {
-        state().tap = platform().views.tapGestureRecognizer(*view, "handleTap");
-        view->addGestureRecognizer(state().tap);
+        const platform::GestureRecognizerRef recognizer =
+            platform().views.tapGestureRecognizer(*view, "handleTap");
+        storeTap(recognizer);
+        view->addGestureRecognizer(recognizer);
     }
     return original(self, folder, orientation, viewMap, context);
 }
@@ -106,10 +94,10 @@ ViewRef SBFolderControllerBackgroundViewHooks::initWithFrame(
     platform::SBFolderControllerBackgroundView& self, platform::Rect frame) {
     ViewRef view = original(self, frame);
     if (view != nullptr && settings().enable) {
-        if (state().FolderBackgroundImageView == nullptr) {
-            state().FolderBackgroundImageView = makeBackgroundImageView(frame);
+        if (backgroundImageView() == nullptr) {
+            backgroundImageView() = makeBackgroundImageView(frame);
         }
-        const ImageViewRef background = state().FolderBackgroundImageView;
+        const ImageViewRef background = backgroundImageView();
         background->setAlpha(0);
         view->addSubview(background);
         platform().views.animateWithDurationAnimationsCompletion(

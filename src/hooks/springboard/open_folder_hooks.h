@@ -14,10 +14,10 @@ namespace velmoranth::hooks {
 // Seconds: 0.3 in single precision, widened.
 inline constexpr double kFolderFadeDuration = 0.30000001192092896;
 
-// The variables tap and blurEffect: the recognizer last added to a folder view, and an effect that
-// nothing sets or reads. Exported here as functions that give the variable.
-[[nodiscard, gnu::visibility("default")]] platform::GestureRecognizerRef& tap();
-[[nodiscard, gnu::visibility("default")]] platform::ObjectRef& blurEffect();
+// Puts the recognizer into the exported variable tap, which holds it and lets go of the one before.
+// The variable is for other code to see, so it is each system's own: of the kind that objects are
+// there (exported_variables.h, device/hooks/hook_entries.mm).
+void storeTap(const platform::GestureRecognizerRef& recognizer);
 
 // The theme's picture behind open folders: one view, made for the first folder of the process and
 // moved into the background of each later one. Nil before that.

@@ -87,7 +87,8 @@ TEST_F(Exports, VariablesThatAreEmptyAtFirst) {
 
 TEST_F(Exports, NothingElse) {
     for (const char* const name :
-         {"_Z19CreateGradientImageii", "_Z21MyCreateBitmapContextii",
+         {"_ZN10velmoranth7imaging19CreateGradientImageEii",
+          "_ZN10velmoranth7imaging21MyCreateBitmapContextEii", "_Z19CreateGradientImageii",
           "_ZN10velmoranth8platform8platformEv", "_ZTIN10velmoranth8platform6ObjectE"}) {
         EXPECT_EQ(exportedSymbol(name), nullptr) << name;
     }

@@ -1,5 +1,6 @@
 // The replacements on an open folder: the tap that closes it, the theme's picture behind it and
 // its blur.
+#include "hooks/springboard/exported_variables.h"
 #include "hooks/springboard/open_folder_hooks.h"
 
 #include "chrome_fixture.h"
@@ -179,7 +180,7 @@ TEST_F(OpenFolderTap, IsNotAddedUnlessBothSwitchesAreOn) {
         EXPECT_EQ(initFolder(), first);
         EXPECT_EQ(taken(), (Lines{kOrigInit, kOrigInit}));
     }
-    EXPECT_EQ(tap(), nullptr);
+    EXPECT_EQ(tap, nullptr);
     EXPECT_TRUE(first->recognizers().empty());
 }
 
@@ -188,7 +189,7 @@ TEST_F(OpenFolderTap, IsAddedBetweenTheTwoRunsOfTheInitialiser) {
     EXPECT_EQ(initFolder(), first);
     EXPECT_EQ(taken(), (Lines{kOrigInit, "tapGestureRecognizer SBFloatyFolderView handleTap",
                               "folder addGestureRecognizer", kOrigInit}));
-    const auto added = std::dynamic_pointer_cast<HeldRecognizer>(tap());
+    const auto added = std::dynamic_pointer_cast<HeldRecognizer>(tap);
     ASSERT_NE(added, nullptr);
     EXPECT_EQ(added->target, first.get());
     EXPECT_EQ(added->action, "handleTap");
@@ -211,32 +212,32 @@ TEST_F(OpenFolderTap, ResultIsThatOfTheSecondRun) {
 TEST_F(OpenFolderTap, VariableHoldsOnlyTheNewest) {
     settings({}, kFolderRemoved);
     initFolder();
-    const std::weak_ptr<platform::GestureRecognizer> older = tap();
+    const std::weak_ptr<platform::GestureRecognizer> older = tap;
     const auto next = std::make_shared<FolderView>(device.journal, "SBFloatyFolderView", "next");
     first = next;
     second = next;
     EXPECT_FALSE(older.expired());  // though its folder view is gone
     initFolder();
     EXPECT_TRUE(older.expired());
-    EXPECT_NE(tap(), nullptr);
-    EXPECT_EQ(std::dynamic_pointer_cast<HeldRecognizer>(tap())->target, next.get());
-    EXPECT_EQ(next->recognizers(), std::vector<GestureRecognizerRef>{tap()});
+    EXPECT_NE(tap, nullptr);
+    EXPECT_EQ(std::dynamic_pointer_cast<HeldRecognizer>(tap)->target, next.get());
+    EXPECT_EQ(next->recognizers(), std::vector<GestureRecognizerRef>{tap});
 }
 
 TEST_F(OpenFolderTap, BlurEffectIsNeverSet) {
-    EXPECT_EQ(blurEffect(), nullptr);
+    EXPECT_EQ(blurEffect, nullptr);
     settings({"A"}, kFolderRemoved);
     initFolder();
     openBackground("background");
     layoutPanel();
     shouldReceiveTouch();
-    EXPECT_EQ(blurEffect(), nullptr);
+    EXPECT_EQ(blurEffect, nullptr);
     // Nor read: a value changes nothing.
-    blurEffect() = folder;
+    blurEffect = folder;
     device.journal.clear();
     initFolder();
     EXPECT_EQ(taken().size(), 4U);
-    EXPECT_EQ(blurEffect(), folder);
+    EXPECT_EQ(blurEffect, folder);
 }
 
 TEST_F(OpenFolderTap, ClosesTheFolderThatReceivesIt) {
