@@ -14,20 +14,20 @@ namespace velmoranth::core {
 
 enum class SettingKind { yesOrNo, number, themes };
 
-// The member of the record that keeps a value. Without one the value is read and kept nowhere:
-// changing it has no effect through the record.
+// The member of the record that keeps a value. Without one the value is read as a yes or no and
+// kept nowhere: changing it has no effect through the record.
 struct SettingMember {
     constexpr SettingMember() = default;
 
     // NOLINTBEGIN(google-explicit-constructor): the table has the member itself.
-    constexpr SettingMember(bool Settings::* member) : flag(member) {}
+    constexpr SettingMember(SharedValue<bool> Settings::* member) : flag(member) {}
 
-    constexpr SettingMember(float Settings::* member) : number(member) {}
+    constexpr SettingMember(SharedValue<float> Settings::* member) : number(member) {}
 
     // NOLINTEND(google-explicit-constructor)
 
-    bool Settings::* flag = nullptr;
-    float Settings::* number = nullptr;
+    SharedValue<bool> Settings::* flag = nullptr;
+    SharedValue<float> Settings::* number = nullptr;
 };
 
 struct SettingRow {

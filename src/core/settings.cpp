@@ -5,7 +5,6 @@
 #include "platform/platform.h"
 
 #include <array>
-#include <atomic>
 #include <string_view>
 #include <utility>
 
@@ -17,8 +16,8 @@ using platform::Dictionary;
 struct State {
     Dictionary store;
     // What the lookups last read, on whichever thread.
-    std::atomic<bool> lookupLogging = false;
-    std::atomic<bool> lookupImageDump = false;
+    SharedValue<bool> lookupLogging;
+    SharedValue<bool> lookupImageDump;
 };
 
 State& state() {
@@ -45,10 +44,13 @@ constexpr auto kKeys = [] {
 
 void readKey(const Key& key, const Dictionary& store, Settings& record) {
     const platform::PropertyList* value = platform::objectForKey(store, key.name);
-    if (key.member.flag != nullptr) {
-        record.*key.member.flag = platform::boolValue(value);
-    } else if (key.member.number != nullptr) {
+    if (key.member.number != nullptr) {
         record.*key.member.number = platform::floatValue(value);
+        return;
+    }
+    const bool isOn = platform::boolValue(value);
+    if (key.member.flag != nullptr) {
+        record.*key.member.flag = isOn;
     }
 }
 
@@ -59,6 +61,11 @@ std::optional<Dictionary> readPreferences() {
 
 bool isOn(const Dictionary& store, std::string_view key) {
     return platform::boolValue(platform::objectForKey(store, key));
+}
+
+void setLookupSwitches(const Dictionary& store) {
+    state().lookupImageDump = isOn(store, "enableImageDump");
+    state().lookupLogging = isOn(store, "enableLogging");
 }
 
 }  // namespace
@@ -91,8 +98,14 @@ bool lookupImageDump() {
 
 void refreshLookupSwitches() {
     if (const std::optional<Dictionary> store = readPreferences()) {
-        state().lookupImageDump = isOn(*store, "enableImageDump");
-        state().lookupLogging = isOn(*store, "enableLogging");
+        setLookupSwitches(*store);
+    }
+}
+
+void refreshIconLookupSwitches() {
+    if (const std::optional<Dictionary> store = readPreferences()) {
+        setLookupSwitches(*store);
+        static_cast<void>(isOn(*store, "enableIconMask"));
     }
 }
 

@@ -18,7 +18,7 @@ using platform::platform;
 
 ImageRef AppIconLookup::searchforIconInIconBundlesWithLeafIdentifierForImg(
     const NullableString& leafIdentifier, const ImageRef& fallBack) {
-    core::refreshLookupSwitches();
+    core::refreshIconLookupSwitches();
     if (core::lookupImageDump()) {
         tools::ImageDump::VelmoranthImageDumpNamedInBundle(fallBack, leafIdentifier, "IconBundles");
     }

@@ -1,6 +1,7 @@
 #include "core/settings.h"
 
 #include "core/preferences.h"
+#include "tests/core/forgotten_steps.h"
 #include "tests/support/test_device.h"
 
 #include <gtest/gtest.h>
@@ -20,7 +21,7 @@ using tests::TestDevice;
 
 constexpr const char* kPath = "/User/Library/Preferences/com.qor.velmoranthprefs.plist";
 
-const std::vector<std::pair<const char*, bool Settings::*>> kSwitches{
+const std::vector<std::pair<const char*, SharedValue<bool> Settings::*>> kSwitches{
     {"enableLogging", &Settings::enableLogging},
     {"enable", &Settings::enable},
     {"enableIconMask", &Settings::enableIconMask},
@@ -34,7 +35,7 @@ const std::vector<std::pair<const char*, bool Settings::*>> kSwitches{
     {"removePageDots", &Settings::removePageDots},
 };
 
-const std::vector<std::pair<const char*, float Settings::*>> kNumbers{
+const std::vector<std::pair<const char*, SharedValue<float> Settings::*>> kNumbers{
     {"shadowRadiusVal", &Settings::shadowRadiusVal},
     {"opacityVal", &Settings::opacityVal},
     {"xAxisVal", &Settings::xAxisVal},
@@ -269,6 +270,38 @@ TEST(LoadSettings, DiscardedKeysChangeNothing) {
     EXPECT_FALSE(lookupImageDump());
 }
 
+// Also those three whose values are kept nowhere.
+TEST(LoadSettings, EveryKeyIsLookedUpAndConvertedInItsTurn) {
+    TestDevice device;
+    device.preferences({{"enable", true}, {"iconReflection", "yes"}, {"opacityVal", 2}});
+    device.journal.clear();
+    {
+        const tests::WatchedSteps watched(device.journal);
+        loadSettings();
+    }
+    std::vector<std::string> expected{std::string("readPlist ") + kPath};
+    const auto key = [&expected](const std::string& name, const std::string& conversion) {
+        expected.push_back("objectForKey " + name);
+        expected.push_back(conversion);
+    };
+    const auto missing = [&key](const std::vector<std::string>& names, const std::string& how) {
+        for (const std::string& name : names) {
+            key(name, how + " (null)");
+        }
+    };
+    missing({"enableImageDump", "enableLogging"}, "boolValue");
+    key("enable", "boolValue 1");
+    missing({"enableIconMask", "enableOverlay", "enableShadow", "dynamicShadow", "removeDock",
+             "removeFolderBG", "removeLabels", "removeIconBadges", "removePageDots"},
+            "boolValue");
+    missing({"shadowRadiusVal"}, "floatValue");
+    key("opacityVal", "floatValue 2");
+    missing({"xAxisVal", "yAxisVal", "shadowWidthVal", "shadowHeightVal"}, "floatValue");
+    key("iconReflection", "boolValue yes");
+    missing({"moreDockIcons"}, "boolValue");
+    EXPECT_EQ(device.journal.lines(), expected);
+}
+
 TEST(LoadSettings, SwitchesConvertAsThePlatformsBoolValue) {
     const TestDevice device;
     for (const PropertyList& value :
@@ -295,7 +328,8 @@ TEST(LoadSettings, NumbersConvertAsThePlatformsFloatValue) {
 }
 
 TEST(LoadSettings, NumbersHaveThirtyTwoBits) {
-    static_assert(std::same_as<decltype(Settings::opacityVal), float> && sizeof(float) == 4);
+    static_assert(std::same_as<decltype(Settings::opacityVal), SharedValue<float>> &&
+                  sizeof(SharedValue<float>) == 4);
     const TestDevice device;
     EXPECT_EQ(loadedNumber(device, 0.1), 0.1F);
     EXPECT_NE(static_cast<double>(settings().opacityVal), 0.1);
@@ -339,6 +373,30 @@ TEST(LookupSwitches, KeepTheirValuesWhenTheFileIsGone) {
     refreshLookupSwitches();
     EXPECT_TRUE(lookupLogging());
     EXPECT_TRUE(lookupImageDump());
+}
+
+TEST(LookupSwitches, TheSearchOfIconsReadsTheMasksSwitchTooAndForgetsIt) {
+    TestDevice device;
+    device.preferences({{"enableLogging", true}, {"enableIconMask", true}});
+    device.journal.clear();
+    const std::vector<std::string> both{std::string("readPlist ") + kPath,
+                                        "objectForKey enableImageDump", "boolValue (null)",
+                                        "objectForKey enableLogging", "boolValue 1"};
+    std::vector<std::string> all = both;
+    all.insert(all.end(), {"objectForKey enableIconMask", "boolValue 1"});
+    const tests::WatchedSteps watched(device.journal);
+    refreshIconLookupSwitches();
+    EXPECT_EQ(device.journal.lines(), all);
+    EXPECT_TRUE(lookupLogging());
+    EXPECT_FALSE(settings().enableIconMask);
+    device.journal.clear();
+    refreshLookupSwitches();
+    EXPECT_EQ(device.journal.lines(), both);
+    device.remove(kPath);
+    device.journal.clear();
+    refreshIconLookupSwitches();
+    EXPECT_EQ(device.journal.lines(), std::vector<std::string>{both.front()});
+    EXPECT_TRUE(lookupLogging());
 }
 
 TEST(LookupSwitches, TheDumpRefreshesLoggingAlone) {

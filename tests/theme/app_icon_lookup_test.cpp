@@ -1,6 +1,9 @@
 #include "theme/app_icon_lookup.h"
 
+#include "core/settings.h"
+#include "tests/core/forgotten_steps.h"
 #include "tests/support/test_device.h"
+#include "theme/interface_image_lookup.h"
 
 #include "lookup_lines.h"
 #include <gtest/gtest.h>
@@ -163,6 +166,24 @@ TEST_F(AppIconSearch, SwitchesAreSeparate) {
     search("com.b", fallBack);
     EXPECT_EQ(device.journal.log().size(), 1U);
     EXPECT_FALSE(device.exists(std::string(kDumpRoot) + "/IconBundles/com.b@3x.png"));
+}
+
+// The mask's switch is read by the search of icons alone, and kept nowhere.
+TEST_F(AppIconSearch, ReadsTheMasksSwitchTooAndForgetsIt) {
+    device.activeThemes({"A"}, {{"enableIconMask", true}});
+    const tests::WatchedSteps watched(device.journal);
+    EXPECT_EQ(search("com.a", fallBack), fallBack);
+    EXPECT_EQ(
+        device.journal.lines(),
+        (Lines{kReadPreferences, "objectForKey enableImageDump", "boolValue (null)",
+               "objectForKey enableLogging", "boolValue (null)", "objectForKey enableIconMask",
+               "boolValue 1", kReadPreferences, "objectForKey ActiveThemes",
+               "fileExists /Library/Themes/A/IconBundles/com.a-large.png"}));
+    EXPECT_FALSE(core::settings().enableIconMask);
+    device.journal.clear();
+    EXPECT_EQ(InterfaceImageLookup::deviceUIImageNamedOriginalUIImage("x", fallBack), fallBack);
+    EXPECT_EQ(device.journal.count("objectForKey enableIconMask"), 0U);
+    EXPECT_EQ(device.journal.count("objectForKey enableLogging"), 1U);
 }
 
 TEST_F(AppIconSearch, NilIdentifierIsSearchedAsItPrints) {

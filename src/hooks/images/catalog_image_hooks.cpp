@@ -8,7 +8,7 @@
 
 namespace velmoranth::hooks {
 
-bool themeImgFound = false;
+constinit core::SharedValue<bool> themeImgFound;
 
 using core::NSLog;
 using core::OriginalImplementation;

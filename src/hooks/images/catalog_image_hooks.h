@@ -4,6 +4,7 @@
 #pragma once
 
 #include "core/original_implementation.h"
+#include "core/shared_value.h"
 #include "platform/core_ui.h"
 #include "platform/objc_runtime.h"
 #include "platform/uikit.h"
@@ -11,8 +12,10 @@
 namespace velmoranth::hooks {
 
 extern "C" {
-// Whether the last image content came from the theme. Process-wide and unlocked.
-[[gnu::visibility("default")]] extern bool themeImgFound;
+// Whether the last image content came from the theme: for others a plain boolean. Images are
+// decoded on several threads; what the last of them has written is there, whole, and nothing is
+// locked.
+[[gnu::visibility("default")]] extern core::SharedValue<bool> themeImgFound;
 }
 
 struct CUINamedVectorGlyphHooks {

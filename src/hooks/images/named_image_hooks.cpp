@@ -3,9 +3,8 @@
 #include "core/format.h"
 #include "core/settings.h"
 #include "hooks/images/image_names.h"
+#include "hooks/images/wallpaper_names.h"
 #include "theme/interface_image_lookup.h"
-
-#include <utility>
 
 namespace velmoranth::hooks {
 
@@ -60,8 +59,11 @@ ImageRef UIImageHooks::imageNamedInBundleWithConfiguration(
         NSLog("VELMORANTH imageNamed arg1: %@  inBundle: %@  withConfiguration: %@ Orig: %@", name,
               bundle, configuration, orig());
     }
+    if (!settings().enable) {
+        return orig();
+    }
     const NullableString bundleIdentifier = bundleIdentifierOf(bundle);
-    if (!settings().enable || isLeftToPlatform(bundleIdentifier)) {
+    if (isLeftToPlatform(bundleIdentifier)) {
         return orig();
     }
     return themed(name, bundleIdentifier, orig());
@@ -78,10 +80,13 @@ ImageRef UIImageHooks::imageNamedInBundleCompatibleWithTraitCollection(
             "%@",
             name, bundle, traitCollection, orig());
     }
+    if (!settings().enable) {
+        return orig();
+    }
     const NullableString bundleIdentifier = bundleIdentifierOf(bundle);
     // The clock's icon has a replacement of its own.
     const bool isClockBackground = bundleIdentifier && name == "ClockIconBackgroundSquare";
-    if (!settings().enable || isLeftToPlatform(bundleIdentifier) || isClockBackground) {
+    if (isLeftToPlatform(bundleIdentifier) || isClockBackground) {
         return orig();
     }
     return themed(name, bundleIdentifier, orig());
@@ -94,9 +99,11 @@ ImageRef UIImageHooks::imageNamedInBundle(const OriginalImplementation<NamedInBu
     if (settings().enableLogging) {
         NSLog("VELMORANTH imageNamed arg1: %@  inBundle: %@ Orig: %@", name, bundle, orig());
     }
+    if (!settings().enable) {
+        return orig();
+    }
     const NullableString bundleIdentifier = bundleIdentifierOf(bundle);
-    if (!settings().enable || isLeftToPlatform(bundleIdentifier) || isAssetDescription(name) ||
-        !name) {
+    if (isLeftToPlatform(bundleIdentifier) || isAssetDescription(name) || !name) {
         return orig();
     }
     return themed(name, bundleIdentifier, orig());
@@ -110,17 +117,6 @@ ImageRef UIImageHooks::_imageNamedWithTrait(const OriginalImplementation<NamedWi
         NSLog("VELMORANTH _imageNamed arg1: %@  Orig: %@", name, orig());
     }
     return settings().enable ? themed(name, std::nullopt, orig()) : orig();
-}
-
-NullableString wallpaperFileName(NullableString path) {
-    NullableString name = std::move(path);
-    if (name == "/var/mobile/Library/SpringBoard/OriginalHomeBackground.cpbitmap") {
-        name = "OriginalHomeBackground.png";
-    }
-    if (name == "/var/mobile/Library/SpringBoard/OriginalLockBackground.cpbitmap") {
-        name = "LockBackground.png";
-    }
-    return name;
 }
 
 ImageRef UIImageHooks::imageWithContentsOfCPBitmapFileFlags(

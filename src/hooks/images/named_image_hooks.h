@@ -53,7 +53,4 @@ struct UIImageHooks {
         platform::NullableString name, platform::ObjectRef trait);
 };
 
-// What a theme's file for the stored wallpaper at that path is called; any other path as it is.
-[[nodiscard]] platform::NullableString wallpaperFileName(platform::NullableString path);
-
 }  // namespace velmoranth::hooks

@@ -1,4 +1,5 @@
 // The two methods that give a bitmap: of a glyph and of an image's content.
+#include "core/settings.h"
 #include "hooks/images/catalog_image_hooks.h"
 
 #include "catalog_images_fixture.h"
@@ -281,6 +282,18 @@ TEST_F(GlyphBitmap, ThemingIsTestedAfterTheFirstCall) {
     EXPECT_EQ(device.journal.count("load "), 0U);
 }
 
+// The file says the opposite, as the look-up before the line has read.
+TEST_F(GlyphBitmap, TheLoadedSettingsSayWhetherItIsLogged) {
+    addVariables();
+    for (const bool logs : {false, true}) {
+        switches(true, logs);
+        fileSays(!logs);
+        send();
+        EXPECT_EQ(core::lookupLogging(), !logs);
+        EXPECT_EQ(device.journal.count(logLine("star", "com.x.kit")), logs ? 1U : 0U);
+    }
+}
+
 TEST_F(GlyphBitmap, LeavesTheFlagOfContents) {
     addVariables();
     themePng(kInKit.file());
@@ -369,6 +382,16 @@ TEST_F(ContentBitmap, IsLookedUpAmongTheLooseImages) {
     EXPECT_EQ(steps(), joined({{orig, orig, kWrap},
                                kLoose.lines(wrapped.at(0), LookupLogging::on),
                                {logLine("star")}}));
+}
+
+TEST_F(ContentBitmap, TheLoadedSettingsSayWhetherItIsLogged) {
+    for (const bool logs : {false, true}) {
+        switches(true, logs);
+        fileSays(!logs);
+        send();
+        EXPECT_EQ(core::lookupLogging(), !logs);
+        EXPECT_EQ(device.journal.count(logLine("star")), logs ? 1U : 0U);
+    }
 }
 
 TEST_F(ContentBitmap, MissCountsAsFoundSinceTheLookupGivesAnImage) {

@@ -132,6 +132,12 @@ class CatalogImages : public ImageProcess {
                                                    [](Keeper& self) { return self.kept; });
     }
 
+    // Changes logging in the preferences file alone; no notice tells of it.
+    void fileSays(bool enableLogging) {
+        device.activeThemes({"A"}, {{"enable", true}, {"enableLogging", enableLogging}});
+        device.journal.clear();
+    }
+
     // The line that a platform's method writes.
     static std::string call(const platform::Object& self, const std::string& selector,
                             const Lines& texts = {}, bool flipped = false) {

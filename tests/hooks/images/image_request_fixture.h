@@ -27,10 +27,14 @@ struct NamedBundle final : platform::Bundle {
         : identifier(std::move(bundleIdentifier)) {}
 
     platform::NullableString identifier;
+    mutable int questions = 0;  // for the identifier
 
     [[nodiscard]] std::string className() const override { return "NSBundle"; }
 
-    [[nodiscard]] platform::NullableString bundleIdentifier() const override { return identifier; }
+    [[nodiscard]] platform::NullableString bundleIdentifier() const override {
+        ++questions;
+        return identifier;
+    }
 };
 
 [[nodiscard]] inline platform::BundleRef bundleNamed(platform::NullableString identifier) {

@@ -1,5 +1,7 @@
 #include "core/settings.h"
 #include "hooks/images/named_image_hooks.h"
+#include "hooks/images/wallpaper_names.h"
+#include "tests/core/forgotten_steps.h"
 
 #include "named_images_fixture.h"
 #include <gtest/gtest.h>
@@ -269,6 +271,24 @@ TEST_F(NamedImages, ImagesOfTheWeatherFrameworkAreThePlatforms) {
     }
 }
 
+TEST_F(NamedImages, ABundleIsAskedForItsIdentifierOnlyWhereTheNameMayBeThemed) {
+    for (const Method& method : kMethods) {
+        if (!hasBundle(method)) {
+            continue;
+        }
+        const auto bundle = std::make_shared<NamedBundle>("com.x.kit");
+        for (const bool enableLogging : {false, true}) {
+            bundle->questions = 0;
+            switches(false, enableLogging);
+            sendAnew(method, {.bundle = bundle});
+            EXPECT_EQ(bundle->questions, 0) << method.selector;
+            switches(true, enableLogging);
+            sendAnew(method, {.bundle = bundle});
+            EXPECT_EQ(bundle->questions, 1) << method.selector;
+        }
+    }
+}
+
 TEST_F(NamedImages, OnlyThatBundleIsTheWeatherFramework) {
     for (const char* identifier : {"com.apple.weather", "com.apple.weather-framework.x",
                                    "com.apple.Weather-framework", "x"}) {
@@ -349,6 +369,28 @@ TEST_F(NamedImages, StoredWallpapersAreThePlatforms) {
         for (const int flags : {0, 1, -2147483647}) {
             expectLeftToPlatform(kBitmapFile, {.name = path, .flags = flags});
         }
+    }
+}
+
+// The name is made and forgotten: nothing looks for that file in this version.
+TEST_F(NamedImages, StoredWallpapersAreMappedOnlyWithThemingOn) {
+    for (const char* path : {kHomeWallpaper, kLockWallpaper, "/x.cpbitmap"}) {
+        const Request request{.name = path};
+        const std::string orig = call(kBitmapFile, request);
+        const std::string mapped = std::string("wallpaperFileName ") + path;
+        const auto sent = [&](bool enable, bool enableLogging) {
+            switches(enable, enableLogging);
+            const WatchedSteps watched(device.journal);
+            sendAnew(kBitmapFile, request);
+            return taken();
+        };
+        EXPECT_EQ(sent(false, false), (Lines{orig, orig}));
+        EXPECT_EQ(sent(true, false), (Lines{orig, mapped, orig}));
+        const Lines off = sent(false, true);
+        EXPECT_EQ(off, (Lines{orig, orig, logLine(kBitmapFile, request, given.at(1)), orig}));
+        const Lines on = sent(true, true);
+        EXPECT_EQ(on,
+                  (Lines{orig, orig, logLine(kBitmapFile, request, given.at(1)), mapped, orig}));
     }
 }
 
