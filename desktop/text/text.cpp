@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <mutex>
 #include <utility>
 
 namespace velmoranth::desktop {
@@ -95,6 +96,13 @@ struct Fonts {
 
 Fonts& fonts() {
     static Fonts instance;
+    return instance;
+}
+
+// Held by whoever lays text out or draws it: a font map, and what is made of it, is for one thread
+// at a time.
+std::mutex& pangoMutex() {
+    static auto& instance = *new std::mutex;  // other threads may be at work when the process ends
     return instance;
 }
 
@@ -265,10 +273,12 @@ void drawShadow(const MutablePixels& target, const std::vector<std::uint8_t>& al
 }  // namespace
 
 bool hasSystemFace() {
+    const std::scoped_lock lock(pangoMutex());
     return fonts().systemFace;
 }
 
 bool hasGlyphs(const std::string& text, const TextStyle& style) {
+    const std::scoped_lock lock(pangoMutex());
     return !isDrawable(text, style) ||
            pango_layout_get_unknown_glyphs_count(layOut(text, style, 0).layout.get()) == 0;
 }
@@ -277,6 +287,7 @@ platform::Size measureText(const std::string& text, const TextStyle& style, doub
     if (!isDrawable(text, style)) {
         return {};
     }
+    const std::scoped_lock lock(pangoMutex());
     const Line line = layOut(text, style, maxWidth);
     const bool capped = maxWidth > 0 && std::isfinite(maxWidth);
     return {capped ? std::min(line.width, maxWidth) : line.width, line.ascent + line.descent};
@@ -287,6 +298,7 @@ platform::Rect placeText(const std::string& text, const TextStyle& style,
     if (!isDrawable(text, style) || !(box.size.width > 0)) {
         return {box.origin, {}};
     }
+    const std::scoped_lock lock(pangoMutex());
     return place(layOut(text, style, box.size.width), style.alignment, box);
 }
 
@@ -296,6 +308,7 @@ void drawText(const MutablePixels& target, const std::string& text, const TextSt
         !(box.size.width > 0)) {
         return;
     }
+    const std::scoped_lock lock(pangoMutex());
     const Line line = layOut(text, style, box.size.width);
     const platform::Rect placed = place(line, style.alignment, box);
     const double start = placed.origin.x;

@@ -1,6 +1,6 @@
 // One line of text drawn into premultiplied B, G, R, A memory. The system face is Inter; it and the
 // other faces are taken from a font configuration of our own (font_files.h), so that pixels do not
-// follow what else a machine has installed.
+// follow what else a machine has installed. On any thread: one text is laid out or drawn at a time.
 #pragma once
 
 #include "desktop/imaging/pixels.h"

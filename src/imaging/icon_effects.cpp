@@ -7,10 +7,10 @@
 #include "platform/numbers.h"
 #include "platform/platform.h"
 #include "theme/interface_image_lookup.h"
+#include "theme/kept_image.h"
 #include "theme/theme_selection.h"
 
 #include <cstdint>
-#include <mutex>
 #include <string>
 
 namespace velmoranth::imaging {
@@ -27,26 +27,9 @@ using theme::deviceIsPad;
 
 namespace {
 
-// An image that is kept, whole on every thread.
-class KeptImage {
-  public:
-    [[nodiscard]] ImageRef image() const {
-        const std::scoped_lock lock(mutex_);
-        return image_;
-    }
-
-    void keep(ImageRef image) {
-        const std::scoped_lock lock(mutex_);
-        image_.swap(image);
-    }
-
-  private:
-    mutable std::mutex mutex_;
-    ImageRef image_;
-};
-
 struct State {
-    KeptImage OverlayCache;
+    theme::KeptImage OverlayCache;  // drawn over icons on several threads
+    // The main thread's, as all views are.
     ImageRef ShadowImageCache;
     ImageViewRef ShadowView;  // the newest; every icon view receives its own
 };
@@ -168,6 +151,11 @@ ImageViewRef IconEffects::addShadowToIcon() {
             cache = search("AnemoneEffects/", "iPadShadow.png");
         } else {
             cache = search("AnemoneEffects/", "iPhoneShadow.png");
+            // Found or not: so the view of a theme without any shadow is as large as one from that
+            // folder, 82 points, at every call. The smaller size above stays with those whose image
+            // came from the first folder or was kept, since only they never come here. A view
+            // without an image shows nothing, and the larger one is what the sequence of the two
+            // searches gives; to shrink it back would take a rule of its own.
             view->setFrame(shadowFrame(machineIsXSMax(machine) ? 87 : 82));
         }
     }

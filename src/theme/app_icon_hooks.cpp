@@ -8,6 +8,8 @@
 #include "theme/theme_selection.h"
 #include "theme/themed_icons.h"
 
+#include <optional>
+
 namespace velmoranth::theme {
 
 using core::NSLog;
@@ -29,9 +31,8 @@ NullableString nodeIdentifierOf(const SBIconRef& icon) {
 template <class PlatformImage>
 ImageRef keptOrThemed(const NullableString& identifier, PlatformImage original) {
     createThemedIconsWhenAbsent();
-    // One search: a key that is in the list has an image.
-    if (ImageRef kept = ThemedIconImage(identifier)) {
-        return kept;
+    if (const std::optional<ImageRef> kept = findThemedIcon(identifier)) {
+        return *kept;
     }
     ImageRef image = themedIcon(identifier, original());
     storeThemedIcon(identifier, image);
@@ -53,10 +54,10 @@ ImageRef UIImageApplicationIconHooks::_applicationIconImageForBundleIdentifierFo
     }
     createThemedIconsWhenAbsent();
     const std::string key = stringWithFormat("%@.%i", bundleIdentifier, format);
-    if (isThemedIcon(key)) {
+    if (const std::optional<ImageRef> kept = findThemedIcon(key)) {
         // Before "enable" is tested: a kept icon comes back even with theming off.
         NSLog("Velmoranth useIconFromDict : %@", key);
-        return ThemedIconImage(key);
+        return *kept;
     }
     if (!settings().enable) {
         return orig();
@@ -158,8 +159,8 @@ ImageRef SBIconImageViewHooks::contentsImage(const OriginalImplementation<Signat
         NSLog("VELMORANTH SBIconImageView, %@ contentsImage: %@", orig(), identifier);
     }
     createThemedIconsWhenAbsent();
-    if (isThemedIcon(identifier)) {
-        return ThemedIconImage(identifier);
+    if (const std::optional<ImageRef> kept = findThemedIcon(identifier)) {
+        return *kept;
     }
     ImageRef image = themedIcon(identifier, orig());
     if (image == nullptr || !identifier) {

@@ -7,6 +7,8 @@
 #include "theme/theme_selection.h"
 #include "tools/image_dump.h"
 
+#include <optional>
+
 namespace velmoranth::theme {
 
 using core::NSLog;
@@ -23,6 +25,15 @@ namespace {
 KeyedImages& ThemedUIImages() {
     static KeyedImages instance;
     return instance;
+}
+
+// What either search found under that name before; a line in the log tells of it, always.
+std::optional<ImageRef> keptImage(const NullableString& name) {
+    std::optional<ImageRef> kept = ThemedUIImages().find(name);
+    if (kept) {
+        NSLog("VELMORANTH WeatherImageLoader Dict HasImg");
+    }
+    return kept;
 }
 
 KeyedImages& seenImages() {
@@ -101,9 +112,8 @@ ImageRef searchLoose(const ThemeName& themeName, const NullableString& name) {
 
 ImageRef InterfaceImageLookup::deviceUIImageNamedFromBundleOriginalUIImage(
     const NullableString& name, const NullableString& bundleIdentifier, const ImageRef& original) {
-    if (ThemedUIImages().contains(name)) {
-        NSLog("VELMORANTH WeatherImageLoader Dict HasImg");
-        return ThemedUIImages().image(name);
+    if (const std::optional<ImageRef> kept = keptImage(name)) {
+        return *kept;
     }
     core::refreshLookupSwitches();
     if (core::lookupImageDump()) {
@@ -130,9 +140,8 @@ ImageRef InterfaceImageLookup::deviceUIImageNamedFromBundleOriginalUIImage(
 
 ImageRef InterfaceImageLookup::deviceUIImageNamedOriginalUIImage(const NullableString& name,
                                                                  const ImageRef& original) {
-    if (ThemedUIImages().contains(name)) {
-        NSLog("VELMORANTH WeatherImageLoader Dict HasImg");
-        return ThemedUIImages().image(name);
+    if (const std::optional<ImageRef> kept = keptImage(name)) {
+        return *kept;
     }
     core::refreshLookupSwitches();
     if (core::lookupImageDump()) {
@@ -170,10 +179,9 @@ ImageRef InterfaceImageLookup::searchFoldersForImageString(const std::vector<std
 
 bool InterfaceImageLookup::hasSearchForImageNamedOrBundleForImg(const std::string& name,
                                                                 const ImageRef& image) {
-    if (seenImages().contains(name)) {
+    if (!seenImages().storeIfNew(name, image)) {
         return true;
     }
-    seenImages().store(name, image);
     NSLog("Velmoranth UIDictHasImg : %@", name);
     return false;
 }

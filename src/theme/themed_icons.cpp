@@ -2,8 +2,6 @@
 
 #include "theme/keyed_images.h"
 
-#include <atomic>
-
 namespace velmoranth::theme {
 
 using platform::ImageRef;
@@ -11,50 +9,47 @@ using platform::NullableString;
 
 namespace {
 
-// List and map are one; whether they exist is kept beside them.
-struct Caches {
-    KeyedImages images;
-    std::atomic<bool> exist = false;
-};
-
-Caches& caches() {
-    static Caches instance;
+// ThemedIconIdentifiers and ThemedIconImages.
+KeyedImages& themedIcons() {
+    static KeyedImages instance;
     return instance;
 }
 
 }  // namespace
 
 std::vector<std::string> ThemedIconIdentifiers() {
-    return caches().images.keys();
+    return themedIcons().keys().value_or(std::vector<std::string>());
 }
 
 bool themedIconsExist() {
-    return caches().exist;
+    return themedIcons().keys().has_value();
 }
 
 void createThemedIconsWhenAbsent() {
-    caches().exist = true;
+    themedIcons().createWhenAbsent();
 }
 
 bool isThemedIcon(const NullableString& key) {
-    return caches().images.contains(key);
+    return themedIcons().contains(key);
 }
 
-ImageRef ThemedIconImage(const NullableString& key) {
-    return caches().images.image(key);
+std::optional<ImageRef> findThemedIcon(const NullableString& key) {
+    return themedIcons().find(key);
+}
+
+std::optional<ImageRef> findThemedIcon(const NullableString& listed,
+                                       const NullableString& imageKey) {
+    return themedIcons().find(listed, imageKey);
 }
 
 void storeThemedIcon(const NullableString& key, const ImageRef& image) {
-    if (!key || image == nullptr) {
-        return;
+    if (image != nullptr) {
+        themedIcons().store(key, image);
     }
-    createThemedIconsWhenAbsent();
-    caches().images.store(key, image);
 }
 
 void dropThemedIcons() {
-    caches().images.clear();
-    caches().exist = false;
+    themedIcons().drop();
 }
 
 }  // namespace velmoranth::theme

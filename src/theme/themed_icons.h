@@ -1,12 +1,15 @@
 // The app icons already themed: ThemedIconIdentifiers, an ordered list of keys, and
 // ThemedIconImages, the image of each. Shared by all app-icon replacements, whose keys differ;
 // emptied by the theme change. A key is in the list exactly when an image is stored for it.
-// Process-wide; each call is whole, whichever thread it comes from.
+// Process-wide. Icons are asked for on several threads, and a theme change may come in between any
+// two of these calls: each is whole under the cache's lock, and a replacement finds a key and its
+// image in one call.
 #pragma once
 
 #include "platform/foundation.h"
 #include "platform/uikit.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,16 +24,21 @@ namespace velmoranth::theme {
 // Makes both, empty, when they are absent.
 void createThemedIconsWhenAbsent();
 
-// Whether the key is in the list, which is searched first to last. Nil never is.
+// Whether the key is in the list. Nil never is.
 [[nodiscard]] bool isThemedIcon(const platform::NullableString& key);
 
-// The image stored for the key, nil when there is none.
-[[nodiscard]] platform::ImageRef ThemedIconImage(const platform::NullableString& key);
+// The image of a key that is in the list; nothing for any other.
+[[nodiscard]] std::optional<platform::ImageRef> findThemedIcon(const platform::NullableString& key);
+
+// The image stored under `imageKey`, nil when there is none, if `listed` is in the list; nothing if
+// it is not.
+[[nodiscard]] std::optional<platform::ImageRef> findThemedIcon(
+    const platform::NullableString& listed, const platform::NullableString& imageKey);
 
 // Appends the key and stores the image under it. A nil key or a nil image is stored nowhere.
 void storeThemedIcon(const platform::NullableString& key, const platform::ImageRef& image);
 
-// Empties the map and then the list, and sets each to none.
+// Empties list and map, and sets each to none.
 void dropThemedIcons();
 
 }  // namespace velmoranth::theme

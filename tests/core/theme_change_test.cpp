@@ -86,7 +86,7 @@ TEST_F(ThemeChange, OnIos12AsksAgainForWhatWasKeptInFormat2) {
               (Lines{kRead, "log: Velmoranth updateIcon : com.a", "applicationIcon com.a 2 3",
                      "log: Velmoranth updateIcon : (null)", "applicationIcon nil 2 3", kUpdated}));
     EXPECT_FALSE(theme::themedIconsExist());
-    EXPECT_EQ(theme::ThemedIconImage("com.a.2"), nullptr);
+    EXPECT_EQ(theme::findThemedIcon("com.a.2").value_or(nullptr), nullptr);
 }
 
 TEST_F(ThemeChange, WithLoggingOnTheNoticeComesFirst) {
@@ -167,7 +167,7 @@ TEST_F(ThemeChange, AboveIos12EmptiesTheCachesAndAsksForNothing) {
         EXPECT_EQ(device.journal.lines(), (Lines{kRead, kUpdated}));
         EXPECT_FALSE(theme::themedIconsExist());
         EXPECT_TRUE(theme::ThemedIconIdentifiers().empty());
-        EXPECT_EQ(theme::ThemedIconImage("com.b"), nullptr);
+        EXPECT_EQ(theme::findThemedIcon("com.b").value_or(nullptr), nullptr);
     }
 }
 
@@ -226,9 +226,10 @@ TEST_F(ThemeChange, RefillsTheCachesThroughTheReplacementOfIos12) {
               (Lines{"applicationIcon com.a 2 3", "applicationIcon nil 2 3",
                      "applicationIcon com.c 2 3"}));
     EXPECT_EQ(theme::ThemedIconIdentifiers(), (Lines{"com.a.2", "(null).2", "com.c.2"}));
-    EXPECT_EQ(tests::drawnPixels(theme::ThemedIconImage("com.a.2")), tests::solid(6, 6, kBlue));
+    EXPECT_EQ(tests::drawnPixels(theme::findThemedIcon("com.a.2").value_or(nullptr)),
+              tests::solid(6, 6, kBlue));
     EXPECT_EQ(tests::drawnPixels(request("com.a", 2)), tests::solid(6, 6, kBlue));
-    EXPECT_EQ(theme::ThemedIconImage("com.b.1"), nullptr);
+    EXPECT_EQ(theme::findThemedIcon("com.b.1").value_or(nullptr), nullptr);
 }
 
 TEST_F(ThemeChange, TheNewIconsHaveTheNewOverlay) {
@@ -241,7 +242,8 @@ TEST_F(ThemeChange, TheNewIconsHaveTheNewOverlay) {
     EXPECT_EQ(tests::drawnPixels(request("com.a", 2)), tests::solid(6, 6, kRed));
     device.activeThemes({"New"}, switches);
     change();
-    EXPECT_EQ(tests::drawnPixels(theme::ThemedIconImage("com.a.2")), tests::solid(6, 6, kBlue));
+    EXPECT_EQ(tests::drawnPixels(theme::findThemedIcon("com.a.2").value_or(nullptr)),
+              tests::solid(6, 6, kBlue));
 }
 
 TEST_F(ThemeChange, TheNewSettingsHoldForTheNewIcons) {

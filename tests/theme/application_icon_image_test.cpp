@@ -1,4 +1,5 @@
 // +[UIImage _applicationIconImageForBundleIdentifier:format:scale:] of both systems.
+#include "tests/support/replaced_services.h"
 #include "theme/app_icon_hooks.h"
 #include "theme/themed_icons.h"
 
@@ -85,7 +86,7 @@ TEST_F(ApplicationIconOniOS12, DrawsTheThemesIconAtThePlatformsSize) {
     EXPECT_EQ(drawnPixels(image), solid(12, 12, kRed));
     EXPECT_EQ(image->scale(), 3);
     EXPECT_EQ(ThemedIconIdentifiers(), Lines{"com.a.2"});
-    EXPECT_EQ(ThemedIconImage("com.a.2"), image);
+    EXPECT_EQ(findThemedIcon("com.a.2").value_or(nullptr), image);
 }
 
 TEST_F(ApplicationIconOniOS12, TakesTheSizeFromAFreshAnswer) {
@@ -103,6 +104,28 @@ TEST_F(ApplicationIconOniOS12, ServesTheKeptImageAndAlwaysLogsIt) {
     taken();
     EXPECT_EQ(applicationIcon("com.a"), first);
     EXPECT_EQ(taken(), (Lines{kOrig, kUse}));
+}
+
+// Drops the kept icons, as a theme change does, while the line is written that tells of one.
+struct DroppingLog final : platform::SystemLog {
+    int dropped = 0;
+
+    void write(const std::string& line) override {
+        if (line == "Velmoranth useIconFromDict : com.a.2") {
+            dropThemedIcons();
+            ++dropped;
+        }
+    }
+};
+
+TEST_F(ApplicationIconOniOS12, ServesTheKeptImageThoughAThemeChangeComesInBetween) {
+    settings({}, {{"enable", true}});
+    const ImageRef first = applicationIcon("com.a");
+    DroppingLog log;
+    tests::replaceServices({.log = &log});
+    EXPECT_EQ(applicationIcon("com.a"), first);
+    EXPECT_EQ(log.dropped, 1);
+    EXPECT_FALSE(themedIconsExist());
 }
 
 TEST_F(ApplicationIconOniOS12, ServesTheKeptImageWithThemingOff) {

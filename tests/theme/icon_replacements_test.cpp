@@ -95,7 +95,7 @@ TEST_F(GetUnmaskedIconImage, KeepsTheThemesImageUnderTheLeafIdentifier) {
 TEST_F(GetUnmaskedIconImage, KeepsThePlatformsImageWithoutThemes) {
     settings({}, kOn);
     EXPECT_EQ(unmaskedIcon(), platformImage);
-    EXPECT_EQ(ThemedIconImage("com.leaf"), platformImage);
+    EXPECT_EQ(findThemedIcon("com.leaf").value_or(nullptr), platformImage);
 }
 
 TEST_F(GetUnmaskedIconImage, LogsWithAFreshAnswer) {

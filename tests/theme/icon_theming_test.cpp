@@ -138,7 +138,7 @@ TEST_F(IconTheming, ReplacementsMaskAndOverlayBeforeTheyRedraw) {
 TEST(ThemedIcons, AreMadeEmptyAndOnlyWhenAbsent) {
     EXPECT_FALSE(themedIconsExist());
     EXPECT_TRUE(ThemedIconIdentifiers().empty());
-    EXPECT_EQ(ThemedIconImage("a"), nullptr);
+    EXPECT_EQ(findThemedIcon("a").value_or(nullptr), nullptr);
     EXPECT_FALSE(isThemedIcon("a"));
     createThemedIconsWhenAbsent();
     EXPECT_TRUE(themedIconsExist());
@@ -148,7 +148,7 @@ TEST(ThemedIcons, AreMadeEmptyAndOnlyWhenAbsent) {
     storeThemedIcon("a", image);
     createThemedIconsWhenAbsent();
     EXPECT_EQ(ThemedIconIdentifiers(), Lines{"a"});
-    EXPECT_EQ(ThemedIconImage("a"), image);
+    EXPECT_EQ(findThemedIcon("a").value_or(nullptr), image);
 }
 
 TEST(ThemedIcons, HoldAKeyExactlyWhenTheyHoldItsImage) {
@@ -163,8 +163,39 @@ TEST(ThemedIcons, HoldAKeyExactlyWhenTheyHoldItsImage) {
     EXPECT_FALSE(isThemedIcon("A"));
     EXPECT_FALSE(isThemedIcon("c"));
     EXPECT_FALSE(isThemedIcon(std::nullopt));
-    EXPECT_EQ(ThemedIconImage("c"), nullptr);
-    EXPECT_EQ(ThemedIconImage(std::nullopt), nullptr);
+    EXPECT_EQ(findThemedIcon("c").value_or(nullptr), nullptr);
+    EXPECT_EQ(findThemedIcon(std::nullopt).value_or(nullptr), nullptr);
+}
+
+TEST(ThemedIcons, AnImageIsFoundByOneKeyWhereAnotherIsListed) {
+    const tests::TestDevice device;
+    const ImageRef a = device.image(solid(3, 3, kGreen));
+    const ImageRef b = device.image(solid(3, 3, kBlue));
+    EXPECT_EQ(findThemedIcon("a", "a"), std::nullopt) << "before there are any";
+    storeThemedIcon("a", a);
+    storeThemedIcon("b", b);
+    EXPECT_EQ(findThemedIcon("a", "b"), std::optional(b));
+    EXPECT_EQ(findThemedIcon("a", "c"), std::optional<ImageRef>(nullptr))
+        << "listed, without image";
+    EXPECT_EQ(findThemedIcon("a", std::nullopt), std::optional<ImageRef>(nullptr));
+    EXPECT_EQ(findThemedIcon("c", "b"), std::nullopt);
+    EXPECT_EQ(findThemedIcon(std::nullopt, "b"), std::nullopt);
+}
+
+TEST(ThemedIcons, AKeyStoredAgainIsListedAgainWithItsNewImage) {
+    const tests::TestDevice device;
+    const ImageRef old = device.image(solid(3, 3, kGreen));
+    const std::weak_ptr<platform::Image> image = [&] {
+        const ImageRef first = device.image(solid(3, 3, kBlue));
+        storeThemedIcon("a", first);
+        return first;
+    }();
+    EXPECT_FALSE(image.expired());
+    storeThemedIcon("b", old);
+    storeThemedIcon("a", old);
+    EXPECT_TRUE(image.expired());
+    EXPECT_EQ(ThemedIconIdentifiers(), (Lines{"a", "b", "a"}));
+    EXPECT_EQ(findThemedIcon("a"), std::optional(old));
 }
 
 TEST(ThemedIcons, AreGoneOnceDropped) {
@@ -173,7 +204,7 @@ TEST(ThemedIcons, AreGoneOnceDropped) {
     dropThemedIcons();
     EXPECT_FALSE(themedIconsExist());
     EXPECT_FALSE(isThemedIcon("a"));
-    EXPECT_EQ(ThemedIconImage("a"), nullptr);
+    EXPECT_EQ(findThemedIcon("a").value_or(nullptr), nullptr);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "theme/app_icon_lookup.h"
 #include "theme/icon_theming.h"
 #include "theme/interface_image_lookup.h"
+#include "theme/kept_image.h"
 #include "theme/keyed_images.h"
 #include "theme/themed_icons.h"
 
@@ -30,10 +31,10 @@ using theme::InterfaceImageLookup;
 
 namespace {
 
+// For all threads, as the rest of what is kept: each is made once, here.
 struct State {
-    // WeatherImageKeys and WeatherImages. Nothing until the first request.
-    std::optional<theme::KeyedImages> weatherImages;
-    ImageRef SwitchKnobImage;
+    theme::KeyedImages weatherImages;  // WeatherImageKeys and WeatherImages
+    theme::KeptImage SwitchKnobImage;
 };
 
 State& state() {
@@ -47,21 +48,20 @@ ImageRef appIcon(const NullableString& identifier, const ImageRef& fallBack) {
 
 // What "%@" prints for WeatherImageKeys: nil before there are any.
 NullableString weatherKeysDescription() {
-    if (!state().weatherImages) {
-        return std::nullopt;
-    }
-    const std::vector<std::string> keys = WeatherImageKeys();
-    return platform::description(PropertyList::Array(keys.begin(), keys.end()));
+    const std::optional<std::vector<std::string>> keys = state().weatherImages.keys();
+    return keys ? NullableString(
+                      platform::description(PropertyList::Array(keys->begin(), keys->end())))
+                : std::nullopt;
 }
 
 }  // namespace
 
 std::vector<std::string> WeatherImageKeys() {
-    return state().weatherImages ? state().weatherImages->keys() : std::vector<std::string>();
+    return state().weatherImages.keys().value_or(std::vector<std::string>());
 }
 
 ImageRef SwitchKnobImage() {
-    return state().SwitchKnobImage;
+    return state().SwitchKnobImage.image();
 }
 
 ImageRef WGWidgetInfoHooks::_queue_iconWithSizeScaleForWidgetWithIdentifierExtension(
@@ -77,18 +77,17 @@ ImageRef WGWidgetInfoHooks::_queue_iconWithSizeScaleForWidgetWithIdentifierExten
         return orig();
     }
     theme::createThemedIconsWhenAbsent();
-    if (theme::isThemedIcon(self.widgetIdentifier())) {
-        return theme::ThemedIconImage(self.widgetIdentifier());
+    if (const std::optional<ImageRef> kept = theme::findThemedIcon(self.widgetIdentifier())) {
+        return *kept;
     }
-    const ImageRef icon = orig();
-    if (icon == nullptr) {
+    if (orig() == nullptr) {
         return orig();
     }
     if (self.widgetIdentifier()) {
         return orig();
     }
-    ImageRef image =
-        IconEffects::imageWithImageScaledToSize(appIcon(self.widgetIdentifier(), icon), size);
+    const NullableString searched = self.widgetIdentifier();
+    ImageRef image = IconEffects::imageWithImageScaledToSize(appIcon(searched, orig()), size);
     theme::storeThemedIcon(self.widgetIdentifier(), image);
     return image;
 }
@@ -109,11 +108,11 @@ SBSwitcherAppSuggestionBannerViewHooks::_iconImageFromAppWithBundleIdentifierWit
     if (!settings().enable) {
         return orig();
     }
-    const ImageRef icon = orig();
-    if (icon == nullptr) {
+    if (orig() == nullptr) {
         return orig();
     }
-    return IconEffects::imageWithImageScaledToSize(appIcon(bundleIdentifier, icon), icon->size());
+    const ImageRef image = appIcon(bundleIdentifier, orig());
+    return IconEffects::imageWithImageScaledToSize(image, platform::sizeOf(orig()));
 }
 
 ImageRef PKIconImageCacheHooks::imageForKey(const OriginalImplementation<Signature>& original,
@@ -149,8 +148,8 @@ ImageRef UNNotificationIconHooks::_initWithNamePathApplicationIdentifier(
     }
     theme::createThemedIconsWhenAbsent();
     // Looked for by the name, kept under the identifier.
-    if (theme::isThemedIcon(name)) {
-        return theme::ThemedIconImage(applicationIdentifier);
+    if (const std::optional<ImageRef> kept = theme::findThemedIcon(name, applicationIdentifier)) {
+        return *kept;
     }
     ImageRef image = theme::themedIcon(applicationIdentifier, orig());
     theme::storeThemedIcon(applicationIdentifier, image);
@@ -177,10 +176,11 @@ ImageRef UISwitchModernVisualElementHooks::_effectiveThumbImage(
     if (!settings().enable) {
         return original(self);
     }
-    ImageRef& knob = state().SwitchKnobImage;
+    ImageRef knob = state().SwitchKnobImage.image();
     if (knob == nullptr) {
         knob = InterfaceImageLookup::deviceUIImageNamedOriginalUIImage("UISwitchKnob.png",
                                                                        original(self));
+        state().SwitchKnobImage.keep(knob);
     }
     return knob;
 }
@@ -199,13 +199,11 @@ ImageRef WeatherImageLoaderHooks::conditionImageNamedStyle(
     if (!settings().enable) {
         return orig();
     }
-    std::optional<theme::KeyedImages>& images = state().weatherImages;
-    if (!images) {
-        images.emplace();
-    }
+    theme::KeyedImages& images = state().weatherImages;
+    images.createWhenAbsent();
     const std::string key = stringWithFormat("%@.%lld", name, style);
-    if (images->contains(key)) {
-        return images->image(key);
+    if (const std::optional<ImageRef> kept = images.find(key)) {
+        return *kept;
     }
     // The style is not asked for: every style of a condition gets the same image.
     ImageRef image = InterfaceImageLookup::deviceUIImageNamedFromBundleOriginalUIImage(
@@ -213,7 +211,7 @@ ImageRef WeatherImageLoaderHooks::conditionImageNamedStyle(
     if (image == nullptr) {
         return orig();
     }
-    images->store(key, image);
+    images.store(key, image);
     return image;
 }
 

@@ -8,6 +8,7 @@
 #include "theme/themed_icons.h"
 
 #include <memory>
+#include <optional>
 
 namespace velmoranth::hooks {
 
@@ -92,8 +93,8 @@ ImageRef SBFolderIconImageCacheHooks::gridCellImageForIcon(
         NSLog("VELMORANTH MainIcons, %@  With Identifier: %@", image, icon->nodeIdentifier());
     }
     const platform::NullableString identifier = icon->nodeIdentifier();
-    if (theme::isThemedIcon(identifier)) {
-        return theme::ThemedIconImage(identifier);
+    if (const std::optional<ImageRef> kept = theme::findThemedIcon(identifier)) {
+        return *kept;
     }
     ImageRef image = theme::themedIcon(identifier, orig());
     return image != nullptr ? image : orig();

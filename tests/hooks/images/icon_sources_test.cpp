@@ -73,34 +73,52 @@ TEST_F(BannerIcon, IsRedrawnAtThePlatformsSize) {
     themePng(iconFile("com.a"));
     themeMask(6, 6);
     themeOverlay();
-    EXPECT_EQ(drawnPixels(bannerIcon()), solid(6, 6, kRed));
-    EXPECT_EQ(taken(), joined({{orig, orig},
+    EXPECT_EQ(drawnPixels(bannerIcon()), solid(12, 6, kRed));
+    EXPECT_EQ(taken(), joined({{orig, orig, orig},
                                searchLines("com.a", LookupLogging::off, LookupResult::found),
-                               redrawLines({2, 2})}));
+                               {orig},
+                               redrawLines({4, 2})}));
     set({.logging = true});
     given.clear();
-    EXPECT_EQ(drawnPixels(bannerIcon()), solid(9, 6, kRed));
-    EXPECT_EQ(taken(), joined({{orig, orig, logLine(given.at(1)), orig},
+    EXPECT_EQ(drawnPixels(bannerIcon()), solid(15, 6, kRed));
+    EXPECT_EQ(taken(), joined({{orig, orig, logLine(given.at(1)), orig, orig},
                                searchLines("com.a", LookupLogging::on, LookupResult::found),
-                               redrawLines({3, 2})}));
+                               {orig},
+                               redrawLines({5, 2})}));
     EXPECT_FALSE(theme::themedIconsExist());
 }
 
 TEST_F(BannerIcon, WithoutThemesFileIsThePlatformsRedrawn) {
     set({});
     const ImageRef image = bannerIcon();
-    EXPECT_EQ(drawnPixels(image), solid(6, 6, kGreen));
+    EXPECT_EQ(drawnPixels(image), solid(12, 6, kGreen));
     EXPECT_EQ(answeredBy(image), -1);
-    EXPECT_EQ(
-        taken(),
-        joined({{orig, orig}, searchLines("com.a", LookupLogging::off), redrawLines({2, 2})}));
+    EXPECT_EQ(taken(), joined({{orig, orig, orig},
+                               searchLines("com.a", LookupLogging::off),
+                               {orig},
+                               redrawLines({4, 2})}));
+}
+
+// Each place that needs the platform's icon asks for it anew.
+TEST_F(BannerIcon, TheSearchAndTheSizeAreOfNewAnswers) {
+    set({});
+    answerNilAt({2});
+    EXPECT_EQ(drawnPixels(bannerIcon()), solid(12, 6, {0, 0, 0, 0})) << "nothing to draw";
+    EXPECT_EQ(taken(), joined({{orig, orig, orig},
+                               searchLines("com.a", LookupLogging::off),
+                               {orig},
+                               redrawLines({4, 2}, false)}));
+    answerNilAt({3});
+    given.clear();
+    EXPECT_EQ(bannerIcon(), nullptr) << "no size";
+    EXPECT_EQ(given.size(), 4U);
 }
 
 TEST_F(BannerIcon, OfAnUnreadableFileIsEmpty) {
     set({});
     device.file("/Library/Themes/" + iconFile("com.a"), "no image");
-    EXPECT_EQ(drawnPixels(bannerIcon()), solid(6, 6, {0, 0, 0, 0}));
-    EXPECT_EQ(device.journal.count("draw nil {0, 0, 2, 2}"), 1U);
+    EXPECT_EQ(drawnPixels(bannerIcon()), solid(12, 6, {0, 0, 0, 0}));
+    EXPECT_EQ(device.journal.count("draw nil {0, 0, 4, 2}"), 1U);
 }
 
 TEST_F(BannerIcon, NilOfThePlatformIsAskedForOnceMore) {
@@ -121,8 +139,8 @@ TEST_F(BannerIcon, NamesOfAnyKindHarmNothing) {
     set({});
     for (const NullableString& name : kOddNames) {
         given.clear();
-        EXPECT_EQ(drawnPixels(bannerIcon(name)), solid(6, 6, kGreen));
-        EXPECT_EQ(takenCalls(), (Lines{bannerCall(name), bannerCall(name)}));
+        EXPECT_EQ(drawnPixels(bannerIcon(name)), solid(12, 6, kGreen));
+        EXPECT_EQ(takenCalls(), Lines(4, bannerCall(name)));
     }
 }
 

@@ -45,7 +45,7 @@ TEST_F(NotificationIcon, IsThePlatformsLastAnswerWithoutThemesFile) {
     EXPECT_EQ(answeredBy(image), 2);
     EXPECT_EQ(taken(), joined({{orig, orig, orig}, searchLines("com.a", LookupLogging::off)}));
     EXPECT_EQ(theme::ThemedIconIdentifiers(), Lines{"com.a"});
-    EXPECT_EQ(theme::ThemedIconImage("com.a"), image);
+    EXPECT_EQ(theme::findThemedIcon("com.a").value_or(nullptr), image);
 }
 
 TEST_F(NotificationIcon, IsTheThemesAndLogged) {
@@ -80,7 +80,7 @@ TEST_F(NotificationIcon, OfAnotherNameIsLookedUpAndListedEachTime) {
     EXPECT_EQ(answeredBy(second), 2);
     EXPECT_EQ(taken(), joined({{orig, orig, orig}, searchLines("com.a", LookupLogging::off)}));
     EXPECT_EQ(theme::ThemedIconIdentifiers(), (Lines{"com.a", "com.a"}));
-    EXPECT_EQ(theme::ThemedIconImage("com.a"), second) << "the newest";
+    EXPECT_EQ(theme::findThemedIcon("com.a").value_or(nullptr), second) << "the newest";
 }
 
 TEST_F(NotificationIcon, OfAListedNameIsTheImageOfItsIdentifier) {
@@ -143,7 +143,7 @@ TEST_F(NotificationIcon, IsMasked) {
     themeOverlay();
     const ImageRef image = notification("icon", "com.a");
     EXPECT_EQ(drawnPixels(image), masked(6, 6, kRed));
-    EXPECT_EQ(theme::ThemedIconImage("com.a"), image);
+    EXPECT_EQ(theme::findThemedIcon("com.a").value_or(nullptr), image);
 }
 
 TEST_F(NotificationIcon, IsOverlaid) {

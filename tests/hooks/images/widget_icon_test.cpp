@@ -106,9 +106,9 @@ TEST_F(WidgetIcon, WithoutIdentifierIsRedrawnAtTheSizeAskedFor) {
     const ImageRef image = widgetIcon();
     EXPECT_EQ(drawnPixels(image), solid(12, 15, kGreen));
     EXPECT_EQ(image->scale(), 3);
-    EXPECT_EQ(
-        taken(),
-        joined({{orig, orig}, searchLines(std::nullopt, LookupLogging::off), redrawLines({4, 5})}));
+    EXPECT_EQ(taken(), joined({{orig, orig, orig},
+                               searchLines(std::nullopt, LookupLogging::off),
+                               redrawLines({4, 5})}));
     EXPECT_TRUE(theme::themedIconsExist());
     EXPECT_TRUE(theme::ThemedIconIdentifiers().empty());
 }
@@ -119,7 +119,7 @@ TEST_F(WidgetIcon, WithoutIdentifierIsTheThemesFileForNil) {
     themeMask(6, 6);
     themeOverlay();
     EXPECT_EQ(drawnPixels(widgetIcon()), solid(12, 15, kRed));
-    EXPECT_EQ(taken(), joined({{orig, orig, logLine(given.at(1)), orig},
+    EXPECT_EQ(taken(), joined({{orig, orig, logLine(given.at(1)), orig, orig},
                                searchLines(std::nullopt, LookupLogging::on, LookupResult::found),
                                redrawLines({4, 5})}));
 }
@@ -128,9 +128,34 @@ TEST_F(WidgetIcon, AnUnreadableFileIsDrawnAsNothing) {
     set({});
     device.file("/Library/Themes/" + iconFile("(null)"), "no image");
     EXPECT_EQ(drawnPixels(widgetIcon()), solid(12, 15, {0, 0, 0, 0}));
-    EXPECT_EQ(taken(), joined({{orig, orig},
+    EXPECT_EQ(taken(), joined({{orig, orig, orig},
                                searchLines(std::nullopt, LookupLogging::off, LookupResult::found),
                                redrawLines({4, 5}, false)}));
+}
+
+// The call that shows whether the platform has an icon is not the one whose icon is searched with.
+TEST_F(WidgetIcon, TheSearchIsHandedANewAnswer) {
+    set({});
+    answerNilAt({2});
+    EXPECT_EQ(drawnPixels(widgetIcon()), solid(12, 15, {0, 0, 0, 0}));
+    EXPECT_EQ(taken(), joined({{orig, orig, orig},
+                               searchLines(std::nullopt, LookupLogging::off),
+                               redrawLines({4, 5}, false)}));
+}
+
+// A theme change may come at any time: what was found in the list is found with its image.
+TEST_F(WidgetIcon, AThemeChangeAfterTheLookUpTakesNothingAway) {
+    const ImageRef kept = device.image(solid(1, 1, kRed));
+    theme::storeThemedIcon("w", kept);
+    widget.identifier = [](int question) {
+        if (question == 2) {
+            theme::dropThemedIcons();
+        }
+        return NullableString("w");
+    };
+    set({});
+    EXPECT_EQ(widgetIcon(), kept);
+    EXPECT_EQ(widget.questions, 1);
 }
 
 TEST_F(WidgetIcon, NilOfThePlatformIsAskedForOnceMore) {
@@ -152,7 +177,7 @@ TEST_F(WidgetIcon, NilOfTheDroppedCallsDoesNotCount) {
     set({.logging = true});
     answerNilAt({0, 1});
     EXPECT_NE(widgetIcon(), nullptr);
-    EXPECT_EQ(given.size(), 3U);
+    EXPECT_EQ(given.size(), 4U);
     EXPECT_EQ(device.journal.log().front(), logLine(nullptr).substr(5));
 }
 
@@ -164,9 +189,9 @@ TEST_F(WidgetIcon, AnIdentifierThatAppearsIsSearchedForAndKept) {
     const ImageRef image = widgetIcon();
     EXPECT_EQ(drawnPixels(image), solid(12, 15, kRed));
     EXPECT_EQ(theme::ThemedIconIdentifiers(), Lines{"w"});
-    EXPECT_EQ(theme::ThemedIconImage("w"), image);
+    EXPECT_EQ(theme::findThemedIcon("w").value_or(nullptr), image);
     EXPECT_EQ(widgetIcon(), image);
-    EXPECT_EQ(given.size(), 3U);
+    EXPECT_EQ(given.size(), 4U);
 }
 
 TEST_F(WidgetIcon, AnIdentifierThatIsGoneIsNotKept) {
@@ -192,7 +217,7 @@ TEST_F(WidgetIcon, SizesThatNoIconHasGiveNoImage) {
         widgetSize = {side, side};
         given.clear();
         EXPECT_EQ(widgetIcon(), nullptr) << side;
-        EXPECT_EQ(given.size(), 2U);
+        EXPECT_EQ(given.size(), 3U);
         EXPECT_EQ(device.journal.count("end"), 1U);
         device.journal.clear();
     }
