@@ -1,10 +1,15 @@
+#include "desktop/views/view_node.h"
 #include "platform/platform.h"
+#include "tests/support/replaced_services.h"
 
 #include "icon_effects_fixture.h"
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace velmoranth::tests::icon_overlay_test {
@@ -132,6 +137,117 @@ TEST_F(RedrawIconWithOverlay, GoesThroughTwoImageViewsAndOneContext) {
     EXPECT_EQ(lines, expected);
     EXPECT_TRUE(device.journal.log().empty());
     EXPECT_EQ(platform().imageContexts.getCurrentContext(), nullptr);
+}
+
+// An image view that says what is set of it.
+class WrittenImageView final : public desktop::ViewImplementation<platform::ImageView> {
+  public:
+    WrittenImageView(Journal& journal, std::string name, const platform::Rect& frame)
+        : journal_(journal), name_(std::move(name)) {
+        setNodeFrame(frame);
+    }
+
+    [[nodiscard]] std::string className() const override { return "UIImageView"; }
+
+    [[nodiscard]] ImageRef image() const override { return contents(); }
+
+    void setImage(const ImageRef& image) override {
+        journal_.write(name_ + " setImage " + text(platform::sizeOf(image)));
+        setContents(image);
+    }
+
+    void addSubview(const platform::ViewRef& view) override {
+        const auto added = std::dynamic_pointer_cast<WrittenImageView>(view);
+        journal_.write(name_ + " addSubview " + (added == nullptr ? "other" : added->name_));
+        ViewImplementation::addSubview(view);
+    }
+
+    void setBackgroundColor(const platform::Color& color) override {
+        journal_.write(name_ + " setBackgroundColor " +
+                       (color == platform::kClearColor ? "clear" : "other"));
+        ViewImplementation::setBackgroundColor(color);
+    }
+
+    void setClipsToBounds(bool clips) override {
+        journal_.write(name_ + " setClipsToBounds " + (clips ? "YES" : "NO"));
+        ViewImplementation::setClipsToBounds(clips);
+    }
+
+  private:
+    Journal& journal_;
+    std::string name_;
+};
+
+// Gives the base view of an image a background and clipping, as another maker of views might: what
+// the redraw does not set would stay.
+class WrittenViews final : public platform::Views {
+  public:
+    explicit WrittenViews(Journal& journal) : journal_(journal) {}
+
+    platform::ImageViewRef imageViewWithImage(const ImageRef& image) override {
+        const auto view = std::make_shared<WrittenImageView>(
+            journal_, "base", platform::Rect{{0, 0}, platform::sizeOf(image)});
+        view->setContents(image);
+        view->desktopLayer()->appearance.backgroundColor = platform::kWhiteColor;
+        view->desktopLayer()->appearance.masksToBounds = true;
+        return view;
+    }
+
+    platform::ImageViewRef imageViewWithFrame(const platform::Rect& frame) override {
+        return std::make_shared<WrittenImageView>(journal_, "over", frame);
+    }
+
+    platform::ViewRef viewWithFrame(const platform::Rect& frame) override {
+        return process_.viewWithFrame(frame);
+    }
+
+    platform::LabelRef labelWithFrame(const platform::Rect& frame) override {
+        return process_.labelWithFrame(frame);
+    }
+
+    platform::ImageViewRef imageView() override { return process_.imageView(); }
+
+    platform::GestureRecognizerRef tapGestureRecognizer(platform::Object& target,
+                                                        const platform::Selector& action) override {
+        return process_.tapGestureRecognizer(target, action);
+    }
+
+    void animateWithDurationAnimationsCompletion(
+        double duration, const std::function<void()>& animations,
+        const std::function<void(bool finished)>& completion) override {
+        process_.animateWithDurationAnimationsCompletion(duration, animations, completion);
+    }
+
+    void
+    animateWithDurationDelayUsingSpringWithDampingInitialSpringVelocityOptionsAnimationsCompletion(
+        double /*duration*/, double /*delay*/, double /*damping*/, double /*initialVelocity*/,
+        unsigned /*options*/, const std::function<void()>& /*animations*/,
+        const std::function<void(bool finished)>& /*completion*/) override {
+        ADD_FAILURE() << "no image is drawn by a movement";
+    }
+
+  private:
+    Journal& journal_;
+    platform::Views& process_ = platform().views;
+};
+
+TEST_F(RedrawIconWithOverlay, TheBaseViewIsClearAndDoesNotClip) {
+    overlay(solid(4, 4, {0, 0, 0, 0}));
+    const ImageRef icon = device.image(solid(6, 6, {0, 0, 0, 0}), 1);
+    (void)IconEffects::iconOverlay();
+    WrittenViews views(device.journal);
+    replaceServices({.views = &views});
+    device.journal.clear();
+    const ImageRef result = IconEffects::redrawIconWithOverlay(icon);
+    const std::vector<std::string> expected = {"over setImage {4, 4}",
+                                               "base addSubview over",
+                                               "base setBackgroundColor clear",
+                                               "base setClipsToBounds NO",
+                                               "begin {6, 6} clear 0",
+                                               "snapshot",
+                                               "end"};
+    EXPECT_EQ(device.journal.lines(), expected);
+    EXPECT_EQ(drawnPixels(result), solid(18, 18, {0, 0, 0, 0})) << "no white behind a clear icon";
 }
 
 TEST_F(RedrawIconWithOverlay, OverlayOfTheSameSizePixelByPixel) {

@@ -1,8 +1,12 @@
 #include "imaging/view_tags.h"
+#include "tests/support/replaced_services.h"
 
 #include "icon_effects_fixture.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace velmoranth::tests::icon_shadow_test {
@@ -132,6 +136,59 @@ TEST_F(AddShadowToIcon, AKeptImageOfAPhoneServesAPadAtItsFrame) {
     const ImageViewRef view = IconEffects::addShadowToIcon();
     EXPECT_EQ(view->frame(), square(96));
     EXPECT_EQ(drawnPixels(view->image()).width, 3U);
+}
+
+// A device that becomes another between two questions for its kind, and counts them.
+struct TurningDevice final : platform::Device {
+    std::vector<int> idioms;  // by question, the last one for ever
+    std::size_t questions = 0;
+
+    bool respondsToUserInterfaceIdiom() override { return true; }
+
+    int userInterfaceIdiom() override {
+        return idioms.at(std::min(questions++, idioms.size() - 1));
+    }
+
+    int orientation() override { return 1; }
+};
+
+class ShadowOfATurningDevice : public AddShadowToIcon {
+  protected:
+    ImageViewRef shadowOn(std::vector<int> idioms) {
+        turning.idioms = std::move(idioms);
+        turning.questions = 0;
+        IconEffects::clearShadowImg();
+        device.journal.clear();
+        replaceServices({.device = &turning});
+        return IconEffects::addShadowToIcon();
+    }
+
+    static constexpr int kPhone = platform::kUserInterfaceIdiomPhone;
+    static constexpr int kPad = platform::kUserInterfaceIdiomPad;
+    TurningDevice turning;
+};
+
+TEST_F(ShadowOfATurningDevice, TheKindIsAskedForAgainBeforeTheSecondFolder) {
+    EXPECT_EQ(shadowOn({kPad, kPhone})->frame(), square(82));
+    EXPECT_EQ(turning.questions, 2U);
+    EXPECT_EQ(device.journal.linesWith("load "),
+              (std::vector<std::string>{"load " + inTheme("Velmoranth/iPadShadow~ipad.png"),
+                                        "load " + inTheme("AnemoneEffects/iPhoneShadow.png")}));
+
+    EXPECT_EQ(shadowOn({kPhone, kPad})->frame(), square(80));
+    EXPECT_EQ(turning.questions, 2U);
+    EXPECT_EQ(device.journal.linesWith("load "),
+              (std::vector<std::string>{"load " + inTheme("Velmoranth/iPhoneShadow.png"),
+                                        "load " + inTheme("AnemoneEffects/iPadShadow.png")}));
+}
+
+TEST_F(ShadowOfATurningDevice, TheKindIsAskedForOnceWhereTheFirstFolderOrTheCacheHasTheImage) {
+    device.png(inTheme("Velmoranth/iPhoneShadow.png"), solid(3, 3, {}));
+    EXPECT_EQ(shadowOn({kPhone, kPad})->frame(), square(80));
+    EXPECT_EQ(turning.questions, 1U);
+    turning.questions = 0;
+    EXPECT_EQ(IconEffects::addShadowToIcon()->frame(), square(80));
+    EXPECT_EQ(turning.questions, 1U);
 }
 
 TEST_F(AddShadowToIcon, OtherClearOperationsKeepTheImage) {

@@ -6,6 +6,7 @@
 #include "platform/core_graphics.h"
 
 #include <cstddef>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,7 +15,11 @@ namespace velmoranth::tests {
 
 class Journal {
   public:
-    void write(std::string line) { lines_.push_back(std::move(line)); }
+    // On any thread; what was written is read once those are at rest.
+    void write(std::string line) {
+        const std::scoped_lock lock(mutex_);
+        lines_.push_back(std::move(line));
+    }
 
     [[nodiscard]] const std::vector<std::string>& lines() const { return lines_; }
 
@@ -27,6 +32,7 @@ class Journal {
     void clear() { lines_.clear(); }
 
   private:
+    std::mutex mutex_;
     std::vector<std::string> lines_;
 };
 

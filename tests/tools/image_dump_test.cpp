@@ -1,15 +1,20 @@
 #include "tools/image_dump.h"
 
+#include "tests/support/replaced_services.h"
 #include "tests/support/test_device.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
+#include <condition_variable>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace velmoranth::tools::image_dump_test {
@@ -188,6 +193,109 @@ TEST_F(Dump, EachOfTheTwoPlacesIsTestedOnItsOwn) {
     dump(image, "com.b", "IconBundles");
     EXPECT_EQ(device.contents(kIconBundles + "/com.b@3x.png"), "mine");
     EXPECT_EQ(shown(kBundles + "/IconBundles/com.b@3x.png"), tests::pattern(9, 6));
+}
+
+// Lets two threads meet when each has been told that a file is missing.
+class MeetingFiles final : public platform::FileManager {
+  public:
+    MeetingFiles(platform::FileManager& real, std::string path)
+        : real_(real), path_(std::move(path)) {}
+
+    bool fileExistsAtPath(const std::string& path) override {
+        const bool exists = real_.fileExistsAtPath(path);
+        if (path == path_ && !exists) {
+            std::unique_lock lock(mutex_);
+            ++missed;
+            changed_.notify_all();
+            changed_.wait_for(lock, std::chrono::seconds(20), [this] { return missed >= 2; });
+        }
+        return exists;
+    }
+
+    platform::FileExistence fileExistsAtPathIsDirectory(const std::string& path) override {
+        return real_.fileExistsAtPathIsDirectory(path);
+    }
+
+    platform::Failure setPosixPermissionsOfItemAtPath(unsigned mode,
+                                                      const std::string& path) override {
+        return real_.setPosixPermissionsOfItemAtPath(mode, path);
+    }
+
+    platform::Failure copyItemAtPathToPath(const std::string& source,
+                                           const std::string& destination) override {
+        return real_.copyItemAtPathToPath(source, destination);
+    }
+
+    platform::Failure moveItemAtPathToPath(const std::string& source,
+                                           const std::string& destination) override {
+        return real_.moveItemAtPathToPath(source, destination);
+    }
+
+    platform::Failure createDirectoryAtPathWithIntermediateDirectories(
+        const std::string& path) override {
+        return real_.createDirectoryAtPathWithIntermediateDirectories(path);
+    }
+
+    bool createFileAtPathContents(const std::string& path,
+                                  const platform::Data& contents) override {
+        return real_.createFileAtPathContents(path, contents);
+    }
+
+    bool writeToFileAtomically(const platform::Data& contents, const std::string& path) override {
+        return real_.writeToFileAtomically(contents, path);
+    }
+
+    platform::Failure removeItemAtPath(const std::string& path) override {
+        return real_.removeItemAtPath(path);
+    }
+
+    std::optional<platform::Data> dataWithContentsOfFile(const std::string& path) override {
+        return real_.dataWithContentsOfFile(path);
+    }
+
+    int missed = 0;
+
+  private:
+    platform::FileManager& real_;
+    std::string path_;
+    std::mutex mutex_;
+    std::condition_variable changed_;
+};
+
+// Nothing is locked: both find the name missing, both write, and the file is one of the two, whole.
+TEST_F(Dump, TwoThreadsThatDumpOneNameBothWriteIt) {
+    const Lines folders{kUIImages, kBundles + "/com.x.kit"};
+    for (std::size_t i = 0; i < folders.size(); ++i) {
+        const std::string target = folders.at(i) + "/icon@3x.png";
+        const NullableString bundle = i == 0 ? std::nullopt : NullableString("com.x.kit");
+        const ImageRef first = device.image(tests::pattern(400, 300));
+        const ImageRef second = device.image(tests::pattern(300, 400));
+        MeetingFiles files(platform::platform().fileManager, target);
+        platform::FileManager& before = platform::platform().fileManager;
+        tests::replaceServices({.fileManager = &files});
+        device.journal.clear();
+        std::thread thread([&] { dump(first, "icon", bundle); });
+        dump(second, "icon", bundle);
+        thread.join();
+        tests::replaceServices({.fileManager = &before});
+        EXPECT_EQ(files.missed, 2) << target;
+        EXPECT_EQ(device.journal.count("write " + target), 2U);
+        EXPECT_EQ(device.journal.count("encode"), 2U);
+        EXPECT_EQ(device.journal.count("create"), 0U);
+        const platform::Data found =
+            platform::platform().fileManager.dataWithContentsOfFile(target).value_or(
+                platform::Data());
+        EXPECT_TRUE(found == device.images().pngRepresentation(first) ||
+                    found == device.images().pngRepresentation(second))
+            << target;
+        const Lines all = tree();
+        EXPECT_EQ(std::ranges::count_if(all,
+                                        [](const std::string& path) {
+                                            return path.find("icon") != std::string::npos;
+                                        }),
+                  static_cast<std::ptrdiff_t>(i + 1))
+            << "no other file is left";
+    }
 }
 
 TEST_F(Dump, ImageWithoutDataOnlyLogs) {
