@@ -259,8 +259,9 @@ using velmoranth::standins::received;
     [super dealloc];
 }
 
+// What is asked for is the pool's as well.
 - (NSString*)name {
-    return name_;
+    return [[name_ retain] autorelease];
 }
 
 - (CGFloat)scale {
@@ -269,7 +270,7 @@ using velmoranth::standins::received;
 
 - (CGImageRef)image {
     note("-[CUINamedImage image]");
-    return image_;
+    return (CGImageRef)[[(id)image_ retain] autorelease];
 }
 
 - (CGImageRef)createImageFromPDFRenditionWithScale:(CGFloat)scale {

@@ -1,7 +1,25 @@
 // The hooking library on GCC's runtime.
+#import "device/standins/hooking.h"
+
 #import "device/standins/standin.h"
 #include <CydiaSubstrate/CydiaSubstrate.h>
 #include <objc/runtime.h>
+
+namespace velmoranth::standins {
+namespace {
+
+std::function<void(Class, SEL)>& actionWhileHooking() {
+    static auto* const action = new std::function<void(Class, SEL)>;
+    return *action;
+}
+
+}  // namespace
+
+void whileHooking(const std::function<void(Class cls, SEL selector)>& action) {
+    actionWhileHooking() = action;
+}
+
+}  // namespace velmoranth::standins
 
 namespace {
 
@@ -43,6 +61,9 @@ extern "C" void MSHookMessageEx(Class cls, SEL selector, IMP replacement, IMP* o
     // An inherited method is overridden in the class itself; the parent stays as it is.
     if (!class_addMethod(cls, selector, replacement, method_getTypeEncoding(method))) {
         previous = method_setImplementation(method, replacement);
+    }
+    if (const auto& action = velmoranth::standins::actionWhileHooking()) {
+        action(cls, selector);
     }
     if (original != nullptr) {
         *original = previous;

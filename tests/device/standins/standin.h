@@ -4,6 +4,7 @@
 
 #import <Foundation/Foundation.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,9 @@ namespace velmoranth::standins {
 // Those that begin so, or with any of these.
 [[nodiscard]] std::vector<std::string> journalOf(const std::string& beginning);
 void clearJournal();
+// What is done, from now on, as soon as a line that begins so is in the journal, before the message
+// goes on; an empty action ends that.
+void whenNoted(const std::string& beginning, const std::function<void()>& action);
 void note(const std::string& message);
 // As +stringWithFormat: prints it.
 void noteFormat(NSString* format, ...) NS_FORMAT_FUNCTION(1, 2);

@@ -1,5 +1,6 @@
 #import "device/standins/standin.h"
 
+#include <functional>
 #include <map>
 #include <mutex>
 
@@ -10,6 +11,7 @@ struct State {
     std::recursive_mutex mutex;
     std::vector<std::string> journal;
     std::map<std::string, long> living;
+    std::map<std::string, std::function<void()>> actions;  // by the beginnings of lines
 };
 
 // Never destroyed: objects may end after main.
@@ -45,9 +47,25 @@ void clearJournal() {
     state().journal.clear();
 }
 
-void note(const std::string& message) {
+void whenNoted(const std::string& beginning, const std::function<void()>& action) {
     const std::scoped_lock lock(state().mutex);
-    state().journal.push_back(message);
+    state().actions[beginning] = action;
+}
+
+void note(const std::string& message) {
+    std::vector<std::function<void()>> actions;
+    {
+        const std::scoped_lock lock(state().mutex);
+        state().journal.push_back(message);
+        for (const auto& [beginning, action] : state().actions) {
+            if (action && message.starts_with(beginning)) {
+                actions.push_back(action);
+            }
+        }
+    }
+    for (const std::function<void()>& action : actions) {
+        action();
+    }
 }
 
 void noteFormat(NSString* format, ...) {

@@ -5,6 +5,7 @@
 #import <Foundation/Foundation.h>
 #import <Foundation/NSOperatingSystemVersion.h>
 #include <dispatch/dispatch.h>
+#include <objc/runtime.h>
 #include <sys/syscall.h>
 #include <sys/utsname.h>
 #include <unistd.h>
@@ -17,6 +18,10 @@
 #include <string_view>
 
 double kCFCoreFoundationVersionNumber = 1674.102;
+
+@interface NSLocale (PhoneLocale)
++ (id)localeOfTheTest;
+@end
 
 namespace velmoranth::standins {
 namespace {
@@ -32,6 +37,8 @@ struct System {
     std::mutex mutex;
     std::vector<std::string> log;
     NSOperatingSystemVersion version = {13, 3, 0};
+    std::vector<std::string> versionsAskedFor;
+    NSLocale* locale = nil;
     std::string machine = "iPhone12,3";
     std::string home = "/var/mobile";
     std::vector<Observer> observers;
@@ -72,6 +79,27 @@ void setSystemVersion(int major, int minor, int patch, double coreFoundationVers
     const std::scoped_lock lock(systemState().mutex);
     systemState().version = {major, minor, patch};
     kCFCoreFoundationVersionNumber = coreFoundationVersionNumber;
+}
+
+std::vector<std::string> versionsAskedFor() {
+    const std::scoped_lock lock(systemState().mutex);
+    return systemState().versionsAskedFor;
+}
+
+void setLocale(const std::string& identifier) {
+    NSLocale* locale = [[NSLocale alloc] initWithLocaleIdentifier:native(identifier)];
+    {
+        const std::scoped_lock lock(systemState().mutex);
+        std::swap(systemState().locale, locale);
+    }
+    [locale release];
+    const IMP given = method_getImplementation(
+        class_getClassMethod([NSLocale class], @selector(localeOfTheTest)));
+    for (const SEL selector : { @selector(currentLocale), @selector(autoupdatingCurrentLocale) }) {
+        if (const Method method = class_getClassMethod([NSLocale class], selector)) {
+            method_setImplementation(method, given);
+        }
+    }
 }
 
 void setMachine(const std::string& name) {
@@ -196,12 +224,27 @@ void CFNotificationCenterPostNotification(CFNotificationCenterRef center, CFStri
 }
 
 - (BOOL)isOperatingSystemAtLeastVersion:(NSOperatingSystemVersion)version {
+    {
+        const std::scoped_lock lock(systemState().mutex);
+        systemState().versionsAskedFor.push_back(std::to_string(version.majorVersion) + "." +
+                                                 std::to_string(version.minorVersion) + "." +
+                                                 std::to_string(version.patchVersion));
+    }
     const NSOperatingSystemVersion running = [self operatingSystemVersion];
     const std::array<NSInteger, 3> have = {running.majorVersion, running.minorVersion,
                                            running.patchVersion};
     const std::array<NSInteger, 3> wanted = {version.majorVersion, version.minorVersion,
                                              version.patchVersion};
     return have >= wanted;
+}
+
+@end
+
+@implementation NSLocale (PhoneLocale)
+
++ (id)localeOfTheTest {
+    const std::scoped_lock lock(systemState().mutex);
+    return [[systemState().locale retain] autorelease];
 }
 
 @end
@@ -219,6 +262,29 @@ void CFNotificationCenterPostNotification(CFNotificationCenterRef center, CFStri
                                    self, key];
     [[NSException exceptionWithName:NSUndefinedKeyException reason:reason userInfo:nil] raise];
     return nil;
+}
+
+@end
+
+@implementation NSError (PhoneDescription)
+
+// GNUstep gives the localized description alone.
+- (NSString*)description {
+    NSMutableArray* const details = [NSMutableArray array];
+    NSDictionary* const userInfo = [self userInfo];
+    for (id key in [[userInfo allKeys] sortedArrayUsingSelector:@selector(compare:)]) {
+        // The key has another value there.
+        NSString* const name =
+            [key isEqual:NSLocalizedDescriptionKey] ? @"NSLocalizedDescription" : key;
+        [details addObject:[NSString stringWithFormat:@"%@=%@", name, [userInfo objectForKey:key]]];
+    }
+    NSString* const rest =
+        [details count] == 0 ? @""
+                             : [NSString stringWithFormat:@" UserInfo={%@}",
+                                                          [details componentsJoinedByString:@", "]];
+    return [NSString stringWithFormat:@"Error Domain=%@ Code=%ld \"%@\"%@", [self domain],
+                                      static_cast<long>([self code]), [self localizedDescription],
+                                      rest];
 }
 
 @end
