@@ -104,6 +104,29 @@ TEST_F(FolderInitialiser, AddsATapBetweenTheTwoRuns) {
     EXPECT_EQ(living("SBFloatyFolderView"), 1);
 }
 
+// Where the engine stores it: before the view has it, and in place of the one before, which may be
+// gone by then.
+TEST_F(FolderInitialiser, VariableIsSetBeforeTheViewHasTheRecognizer) {
+    settings({"A"}, {"enable", "removeFolderBG"});
+    setAnswer(kInit, view);
+    std::vector<const void*> seen;
+    whenNoted("-[SBFloatyFolderView addGestureRecognizer:", [&] {
+        seen.push_back(address(exportedTap()));
+        EXPECT_EQ(living("UITapGestureRecognizer"), 1);
+    });
+    std::vector<const void*> added;
+    for (int time = 0; time < 2; ++time) {
+        [view->_gestureRecognizers removeAllObjects];
+        start();
+        added.push_back(address([view->_gestureRecognizers objectAtIndex:0]));
+    }
+    EXPECT_EQ(seen, added);
+    // The variable's own reference.
+    [view->_gestureRecognizers removeAllObjects];
+    EXPECT_EQ(living("UITapGestureRecognizer"), 1);
+    EXPECT_EQ([exportedTap() retainCount], 1U);
+}
+
 TEST_F(FolderInitialiser, VariableHoldsTheNewestAlone) {
     settings({"A"}, {"enable", "removeFolderBG"});
     setAnswer(kInit, view);
