@@ -370,14 +370,14 @@ platform::ClassRef Runtime::getMetaclass(const platform::ClassRef& cls) {
     return own->metaclass->shared_from_this();
 }
 
-void Runtime::sendLoad(const platform::ClassRef& cls) {
+void Runtime::sendMessage(const platform::ClassRef& cls, const platform::Selector& selector) {
     if (cls == nullptr) {
         return;
     }
     // The root class answers +load by doing nothing, so a class without one is no mistake.
-    const platform::Implementation implementation = methodForMessage(*cls, "load");
-    if (const auto* const function = implementation.as<void(platform::Object&)>()) {
-        (*function)(*cls);
+    const platform::Implementation implementation = methodForMessage(*cls, selector);
+    if (implementation || selector != "load") {
+        call<void>(implementation, *cls, selector);
     }
 }
 

@@ -90,7 +90,7 @@ class Runtime final : public platform::ObjcRuntime, public platform::Substrate {
     void registerClass(const platform::ClassDefinition& definition) override;
     [[nodiscard]] platform::ClassRef getClass(const std::string& name) override;
     [[nodiscard]] platform::ClassRef getMetaclass(const platform::ClassRef& cls) override;
-    void sendLoad(const platform::ClassRef& cls) override;
+    void sendMessage(const platform::ClassRef& cls, const platform::Selector& selector) override;
     bool addMethod(const platform::ClassRef& cls, const platform::Selector& selector,
                    const platform::Implementation& implementation,
                    const std::string& typeEncoding) override;

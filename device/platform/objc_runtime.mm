@@ -11,10 +11,6 @@
 namespace velmoranth::device {
 namespace {
 
-// The value of NSUndefinedKeyException: it takes no knowing which of the phone's libraries has the
-// name.
-NSString* const kUndefinedKeyException = @"NSUnknownKeyException";
-
 class NativeObjcRuntime final : public platform::ObjcRuntime {
   public:
     // The library's classes are real ones here: the runtime made them known, and ran their +load,
@@ -30,8 +26,8 @@ class NativeObjcRuntime final : public platform::ObjcRuntime {
         return native == nil ? nullptr : wrapClass(object_getClass(native));
     }
 
-    void sendLoad(const platform::ClassRef& cls) override {
-        [static_cast<Class>(nativeOf(cls)) load];
+    void sendMessage(const platform::ClassRef& cls, const platform::Selector& selector) override {
+        [static_cast<Class>(nativeOf(cls)) performSelector:sel_registerName(selector.c_str())];
     }
 
     bool addMethod(const platform::ClassRef& cls, const platform::Selector& selector,
@@ -64,20 +60,7 @@ class NativeObjcRuntime final : public platform::ObjcRuntime {
     }
 
     platform::ObjectRef valueForKey(platform::Object& object, const std::string& key) override {
-        const id native = nativeOf(object);
-        @try {
-            return wrapAny([native valueForKey:stringOf(key)]);
-        } @catch (NSException* exception) {
-            // No description of the class is linked for this: the compiler writes one of its own,
-            // and the phone's runtime compares the class in it, not where it lies.
-            if (![[exception name] isEqualToString:kUndefinedKeyException]) {
-                @throw;
-            }
-            // The platform would end the process over a key that leads nowhere.
-            NSLog(@"*** Terminating app due to uncaught exception '%@', reason: '%@'",
-                  [exception name], [exception reason]);
-            return nullptr;
-        }
+        return wrapAny([nativeOf(object) valueForKey:stringOf(key)]);
     }
 
   private:

@@ -21,7 +21,7 @@ void installHooks() {
 }
 
 void startSettings() {
-    platform().objc.sendLoad(platform().objc.getClass("VelMoranth"));
+    platform().objc.sendMessage(platform().objc.getClass("VelMoranth"), "load");
     loadSettings();
     registerChangeObservers();
 }

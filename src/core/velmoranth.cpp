@@ -2,7 +2,6 @@
 
 #include "core/format.h"
 #include "core/settings.h"
-#include "filemanager/velmoranth_file_manager.h"
 #include "platform/platform.h"
 
 namespace velmoranth::core {
@@ -34,7 +33,9 @@ void VelMoranth::load() {
         platform().libSystem.homeDirectory(),
         "/var/mobile//User/Library/Preferences/com.qor.velmoranthprefs.plist");
     if (!platform().fileManager.fileExistsAtPath(path)) {
-        filemanager::VelmoranthFileManager::NoUserSettingCreateThemeNow();
+        // A message, so that the class's +initialize has run by then.
+        platform().objc.sendMessage(platform().objc.getClass("VelmoranthFileManager"),
+                                    "NoUserSettingCreateThemeNow");
     }
 }
 

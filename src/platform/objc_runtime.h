@@ -196,9 +196,10 @@ class ObjcRuntime {
     // object_getClass of a class: its metaclass, nil for nil.
     [[nodiscard]] virtual ClassRef getMetaclass(const ClassRef& cls) = 0;
 
-    // Sends "load" to a class as an ordinary message. The first message to a class runs its
-    // +initialize before it is delivered. Nil does nothing.
-    virtual void sendLoad(const ClassRef& cls) = 0;
+    // Sends a class an ordinary message without arguments or a result; "load" is one as any other.
+    // The first message to a class runs its +initialize before it is delivered. Nil does nothing,
+    // nor does "load" to a class without one.
+    virtual void sendMessage(const ClassRef& cls, const Selector& selector) = 0;
 
     // class_addMethod: adds the method, over an inherited one if there is one. False, and nothing
     // is changed, when the class is nil or has the selector itself. typeEncoding as in "v@:".
@@ -216,8 +217,9 @@ class ObjcRuntime {
 
     // valueForKey: of a key that leads to an object, by the platform's search: the methods
     // get<Key>, <key>, is<Key> and _<key>, then the instance variables _<key>, _is<Key>, <key> and
-    // is<Key>. A key that leads nowhere is the platform's own error, which ends the process there;
-    // here it is told in the log in the platform's words, and nil.
+    // is<Key>. A key that leads nowhere is the platform's own error: on the phone its exception
+    // goes on to whoever called, through the caller of this. Linux has none, so it tells in the log
+    // what the platform's says, and gives nil.
     [[nodiscard]] virtual ObjectRef valueForKey(Object& object, const std::string& key) = 0;
 };
 

@@ -111,6 +111,8 @@ TEST(LibraryClasses, AreThree) {
 class LibraryMessages : public ::testing::Test {
   protected:
     LibraryMessages() {
+        // So that nothing is asked for while the classes come to be known.
+        device.file("/var/mobile/var/mobile/User/Library/Preferences/" + kPreferencesFile, "");
         registerClasses();
         device.journal.clear();
     }
@@ -330,7 +332,7 @@ TEST_F(LibraryMessages, TheSoundsPlayerIsAProperty) {
 
 TEST_F(LibraryMessages, TheMainClassHasItsSingletonAfterItsFirstMessage) {
     EXPECT_EQ(VelMoranth::sharedIconManager(), nullptr);
-    device.runtime.sendLoad(device.runtime.getClass("VelMoranth"));
+    device.runtime.sendMessage(device.runtime.getClass("VelMoranth"), "load");
     EXPECT_NE(VelMoranth::sharedIconManager(), nullptr);
 }
 

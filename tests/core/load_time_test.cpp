@@ -25,16 +25,16 @@ TEST(LoadTime, LibraryRunsItsThreeEntryPointsInOrder) {
 
     std::vector<std::string> steps;
     for (const std::string& line : device.journal.lines()) {
-        for (const char* step :
-             {"registerClass VelMoranth ", "setuid ",
-              "hook SBHIconImageCache imageForIcon:", "sendLoad ", "readPlist ", "addObserver "}) {
+        for (const char* step : {"registerClass VelMoranth ", "setuid ",
+                                 "hook SBHIconImageCache imageForIcon:", "send VelMoranth load",
+                                 "readPlist ", "addObserver "}) {
             if (line.starts_with(step)) {
                 steps.push_back(line.substr(0, line.find(' ')));
             }
         }
     }
-    EXPECT_EQ(steps, (std::vector<std::string>{"registerClass", "setuid", "hook", "sendLoad",
-                                               "setuid", "readPlist", "addObserver", "addObserver",
+    EXPECT_EQ(steps, (std::vector<std::string>{"registerClass", "setuid", "hook", "send", "setuid",
+                                               "readPlist", "addObserver", "addObserver",
                                                "addObserver", "addObserver"}));
 }
 

@@ -3,6 +3,7 @@
 #include "core/hook_table.h"
 #include "core/settings.h"
 #include "core/velmoranth.h"
+#include "filemanager/velmoranth_file_manager.h"
 #include "tests/support/replaced_services.h"
 #include "tests/support/test_device.h"
 
@@ -48,6 +49,7 @@ Lines loadLines() {
     return {"setuid 0",
             "setgid 0",
             "fileExists " + kDoubledPath,
+            "send VelmoranthFileManager NoUserSettingCreateThemeNow",
             "permissions 0777 /User/Library/Preferences",
             "chmod 0777 /User/Library/Preferences",
             "copy " + kFactory + " -> " + kLive,
@@ -76,7 +78,7 @@ TEST(StartUp, RunsInOrder) {
             expected.emplace_back("addMethod nil handleTap v@:");
         }
     }
-    expected.emplace_back("sendLoad VelMoranth");
+    expected.emplace_back("send VelMoranth load");
     append(expected, loadLines());
     append(expected, {"readPlist " + kLive,
                       "addObserver com.qor.velmoranthprefs.prefs no observer no object 2",
@@ -153,9 +155,11 @@ TEST(StartUp, LivePreferencesDoNotKeepTheFactoryOnesFromBeingAskedFor) {
 }
 
 TEST(Load, TakesRootsIdsFirstAndIgnoresTheResult) {
-    const TestDevice device;
+    TestDevice device;
+    registerClasses();
+    device.journal.clear();
     VelMoranth::load();
-    EXPECT_EQ(device.journal.lines(), loadLines());
+    EXPECT_EQ(withoutLookups(device.journal), loadLines());
 }
 
 TEST(Load, IsSilentUntilTheLookupsHaveTurnedLoggingOn) {
@@ -198,12 +202,14 @@ TEST(Singleton, IsNilAfterTheDirectLoadAndMadeForTheFirstMessage) {
     EXPECT_EQ(VelMoranth::sharedIconManager(), manager);
 }
 
-// Notes whether the singleton exists whenever +load begins.
+// Notes which singletons exist: the main class's whenever +load begins, the file manager's whenever
+// a folder is opened up for the factory preferences.
 struct WatchingLibSystem final : platform::LibSystem {
     explicit WatchingLibSystem(platform::LibSystem& libSystem) : real(libSystem) {}
 
     platform::LibSystem& real;
     std::vector<bool> singletonExists;
+    std::vector<bool> fileManagerExists;
 
     int setuid(unsigned id) override {
         singletonExists.push_back(VelMoranth::sharedIconManager() != nullptr);
@@ -212,7 +218,11 @@ struct WatchingLibSystem final : platform::LibSystem {
 
     int setgid(unsigned id) override { return real.setgid(id); }
 
-    int chmod(const std::string& path, unsigned mode) override { return real.chmod(path, mode); }
+    int chmod(const std::string& path, unsigned mode) override {
+        fileManagerExists.push_back(filemanager::VelmoranthFileManager::sharedFileManager() !=
+                                    nullptr);
+        return real.chmod(path, mode);
+    }
 
     int mkdir(const std::string& path, unsigned mode) override { return real.mkdir(path, mode); }
 
@@ -236,6 +246,17 @@ TEST(Singleton, ExistsWhenLoadRunsForTheSecondTime) {
     EXPECT_EQ(libSystem.singletonExists, (std::vector<bool>{false, true}));
 }
 
+// The factory preferences are asked for by message, the first one to their class.
+TEST(Singleton, OfTheFileManagerExistsWhenFactoryPreferencesAreMade) {
+    const TestDevice device;
+    const platform::Platform& all = platform::platform();
+    WatchingLibSystem libSystem(all.libSystem);
+    tests::replaceServices({.libSystem = &libSystem});
+    EXPECT_EQ(filemanager::VelmoranthFileManager::sharedFileManager(), nullptr);
+    registerClasses();
+    EXPECT_EQ(libSystem.fileManagerExists, std::vector<bool>{true});
+}
+
 TEST(Initialize, OfASubclassLeavesTheSingleton) {
     TestDevice device;
     registerClasses();
@@ -243,7 +264,7 @@ TEST(Initialize, OfASubclassLeavesTheSingleton) {
     const VelMoranthRef manager = VelMoranth::sharedIconManager();
     ASSERT_TRUE(device.runtime.addClass("Sub", "VelMoranth"));
     // The first message to the subclass, which inherits +initialize.
-    device.runtime.sendLoad(device.runtime.getClass("Sub"));
+    device.runtime.sendMessage(device.runtime.getClass("Sub"), "load");
     EXPECT_EQ(VelMoranth::sharedIconManager(), manager);
     VelMoranth::initialize(device.runtime.getClass("Sub"));
     EXPECT_EQ(VelMoranth::sharedIconManager(), manager);

@@ -338,9 +338,9 @@ ClassRef RecordingObjcRuntime::getMetaclass(const ClassRef& cls) {
     return real_.getMetaclass(cls);
 }
 
-void RecordingObjcRuntime::sendLoad(const ClassRef& cls) {
-    journal_.write("sendLoad " + (cls ? cls->name() : std::string("nil")));
-    real_.sendLoad(cls);
+void RecordingObjcRuntime::sendMessage(const ClassRef& cls, const platform::Selector& selector) {
+    journal_.write("send " + (cls ? cls->name() : std::string("nil")) + " " + selector);
+    real_.sendMessage(cls, selector);
 }
 
 bool RecordingObjcRuntime::addMethod(const ClassRef& cls, const platform::Selector& selector,

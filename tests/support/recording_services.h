@@ -243,7 +243,7 @@ class RecordingObjcRuntime final : public platform::ObjcRuntime {
     void registerClass(const platform::ClassDefinition& definition) override;
     platform::ClassRef getClass(const std::string& name) override;
     platform::ClassRef getMetaclass(const platform::ClassRef& cls) override;
-    void sendLoad(const platform::ClassRef& cls) override;
+    void sendMessage(const platform::ClassRef& cls, const platform::Selector& selector) override;
     bool addMethod(const platform::ClassRef& cls, const platform::Selector& selector,
                    const platform::Implementation& implementation,
                    const std::string& typeEncoding) override;

@@ -370,11 +370,11 @@ TEST_F(RuntimeLibraryTest, TakenNameOrMissingSuperclassIsRefusedAndNothingRuns) 
 TEST_F(RuntimeLibraryTest, SendLoadInitializesFirstAndOnlyOnce) {
     add("Library", "NSObject");
     events.clear();
-    runtime.sendLoad(runtime.getClass("Library"));
-    runtime.sendLoad(runtime.getClass("Library"));
+    runtime.sendMessage(runtime.getClass("Library"), "load");
+    runtime.sendMessage(runtime.getClass("Library"), "load");
     EXPECT_EQ(events, (std::vector<std::string>{"Library initialize for Library", "load Library",
                                                 "load Library"}));
-    runtime.sendLoad(nullptr);
+    runtime.sendMessage(nullptr, "load");
     EXPECT_TRUE(warnings.empty());
 }
 
@@ -382,8 +382,8 @@ TEST_F(RuntimeLibraryTest, SuperclassInitializesBeforeItsSubclass) {
     add("Base", "NSObject");
     add("Derived", "Base");
     events.clear();
-    runtime.sendLoad(runtime.getClass("Derived"));
-    runtime.sendLoad(runtime.getClass("Base"));
+    runtime.sendMessage(runtime.getClass("Derived"), "load");
+    runtime.sendMessage(runtime.getClass("Base"), "load");
     EXPECT_EQ(events, (std::vector<std::string>{"Base initialize for Base",
                                                 "Derived initialize for Derived", "load Derived",
                                                 "load Base"}));
@@ -393,7 +393,7 @@ TEST_F(RuntimeLibraryTest, SubclassWithoutInitializeRunsItsParentsOnItsOwnBehalf
     add("Base", "NSObject");
     add("Derived", "Base", false);
     events.clear();
-    runtime.sendLoad(runtime.getClass("Derived"));
+    runtime.sendMessage(runtime.getClass("Derived"), "load");
     EXPECT_EQ(events, (std::vector<std::string>{"Base initialize for Base",
                                                 "Base initialize for Derived", "load Derived"}));
 }
@@ -403,14 +403,14 @@ TEST_F(RuntimeLibraryTest, LoadIsNotInheritedAtRegistrationButByMessage) {
     runtime.registerClass({.name = "Quiet", .superclass = "Base", .load = {}, .initialize = {}});
     EXPECT_EQ(events, std::vector<std::string>{"load Base"});
     events.clear();
-    runtime.sendLoad(runtime.getClass("Quiet"));
+    runtime.sendMessage(runtime.getClass("Quiet"), "load");
     EXPECT_EQ(events.back(), "load Base");
 }
 
 TEST_F(RuntimeLibraryTest, ClassWithoutLoadAnswersItByDoingNothing) {
     runtime.registerClass(
         {.name = "Plain", .superclass = "NSObject", .load = {}, .initialize = {}});
-    runtime.sendLoad(runtime.getClass("Plain"));
+    runtime.sendMessage(runtime.getClass("Plain"), "load");
     EXPECT_TRUE(events.empty());
     EXPECT_TRUE(warnings.empty());
 }
@@ -431,7 +431,7 @@ TEST_F(RuntimeLibraryTest, MessageFromWithinInitializeIsDelivered) {
                            .initialize = [&](const ClassRef& cls) {
                                answer = runtime.send<std::string>(*cls, "label");
                            }});
-    runtime.sendLoad(runtime.getClass("Library"));
+    runtime.sendMessage(runtime.getClass("Library"), "load");
     EXPECT_EQ(answer, "label of Library");
 }
 
@@ -450,7 +450,7 @@ TEST_F(RuntimeLibraryTest, OtherThreadsWaitForInitialize) {
     std::vector<std::thread> threads;
     threads.reserve(4);
     for (int i = 0; i < 4; ++i) {
-        threads.emplace_back([&] { runtime.sendLoad(runtime.getClass("Library")); });
+        threads.emplace_back([&] { runtime.sendMessage(runtime.getClass("Library"), "load"); });
     }
     for (std::thread& thread : threads) {
         thread.join();

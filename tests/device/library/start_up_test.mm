@@ -1,7 +1,16 @@
 // What the library does when it is loaded into a process: the order of its steps, what it replaces
 // on which system, and what it needs nothing of.
+
+// GNUstep counts objects for those who debug.
+#undef NDEBUG
+
 #include "device/library/device_process.h"
 #include "device/library/replaced_methods.h"
+#include "device/standins/hooking.h"
+#include "device/standins/images.h"
+#include "device/standins/messages.h"
+#include "device/standins/springboard.h"
+#import <Foundation/NSDebug.h>
 #include <objc/runtime.h>
 
 #include <algorithm>
@@ -171,6 +180,58 @@ TEST_F(StartUp, MakesTheSingletonsAtTheFirstMessages) {
     const id fileManager = [DeviceProcess::fileManager() sharedFileManager];
     ASSERT_NE(fileManager, nil);
     EXPECT_EQ([DeviceProcess::fileManager() sharedFileManager], fileManager);
+}
+
+// The factory preferences are asked for by message, which makes the one instance of the class;
+// where they are not, nothing has been sent to it.
+TEST_F(StartUp, HasSetTheFileManagerUpWhenItIsAskedForFactoryPreferences) {
+    GSDebugAllocationActive(YES);
+    load();
+    EXPECT_EQ(GSDebugAllocationCount(static_cast<Class>(objc_getClass("VelmoranthFileManager"))),
+              1);
+}
+
+TEST_F(StartUp, LeavesTheFileManagerAloneWhereItFindsAFile) {
+    GSDebugAllocationActive(YES);
+    file("/var/mobile/var/mobile/User/Library/Preferences/com.qor.velmoranthprefs.plist", "");
+    load();
+    EXPECT_EQ(GSDebugAllocationCount(static_cast<Class>(objc_getClass("VelmoranthFileManager"))),
+              0);
+}
+
+// Another thread may call a method as soon as it is replaced, before the hooking library has said
+// what it was.
+TEST_F(StartUp, ReachesThePlatformThroughAHookThatIsBeingInstalled) {
+    UIImage* const image = imageOfPixels(3, 3);
+    setAnswer("+[UIImage kitImageNamed:]", image);
+    setAnswer("-[SBIconLegibilityLabelView alpha]", 0.25);
+    SBIconListPageControl* const dots = [[[SBIconListPageControl alloc] init] autorelease];
+    SBIconLegibilityLabelView* const label = [[[SBIconLegibilityLabelView alloc] init] autorelease];
+    SBFolderIconImageView* const folder = [SBFolderIconImageView alloc];
+    Lines entered;
+    whileHooking([&](Class cls, SEL selector) {
+        const std::string name = std::string(class_getName(cls)) + " " + sel_getName(selector);
+        clearJournal();
+        if (name == "UIImage kitImageNamed:") {
+            EXPECT_EQ([UIImage kitImageNamed:@"any"], image);
+            EXPECT_EQ(journal(), Lines(2, "+[UIImage kitImageNamed: \"any\"]"));
+        } else if (name == "SBIconLegibilityLabelView alpha") {
+            EXPECT_EQ([label alpha], 0.25);
+        } else if (name == "SBIconListPageControl layoutSubviews") {
+            [dots layoutSubviews];
+            EXPECT_EQ(journal(), Lines(2, "-[SBIconListPageControl layoutSubviews]"));
+        } else if (name == "SBFolderIconImageView initWithFrame:") {
+            EXPECT_EQ([folder initWithFrame:CGRect{}], folder);
+        } else {
+            return;
+        }
+        entered.push_back(name);
+    });
+    load();
+    EXPECT_EQ(entered,
+              (Lines{"SBFolderIconImageView initWithFrame:", "SBIconListPageControl layoutSubviews",
+                     "SBIconLegibilityLabelView alpha", "UIImage kitImageNamed:"}));
+    [folder release];
 }
 
 TEST_F(StartUp, RestoresTheFactoryPreferencesAndReadsThem) {

@@ -110,15 +110,32 @@ TEST_F(DockOniOS12, WhatIsNoViewIsLeftAlone) {
     EXPECT_EQ(taken(), Lines{kLayout});
 }
 
-TEST_F(DockOniOS12, ClassWithoutTheVariablesIsToldOfInTheLog) {
-    settings({"A"}, {"enable", "removeDock"});
+// A key that an object lacks is the platform's own error; nothing is logged but the running system,
+// as at every layout.
+void expectKeyToBeMissed(const std::string& key, const std::string& system) {
     const Class plain =
         classWithMethodOf("PlainDock", [UIView class], "layoutSubviews", [SBDockView class]);
     UIView* const view = [[[plain alloc] init] autorelease];
-    clearJournal();
-    [view layoutSubviews];
-    EXPECT_EQ(taken(), Lines{"-[PlainDock layoutSubviews]"});
-    EXPECT_EQ(logLines().size(), 4U);
+    for (int time = 0; time < 2; ++time) {
+        clearJournal();
+        clearLog();
+        NSException* const raised = thrownBy([view] { [view layoutSubviews]; });
+        EXPECT_EQ(textOf([raised name]), "NSUnknownKeyException");
+        EXPECT_NE(textOf([raised reason]).find("for the key " + key + "."), std::string::npos);
+        EXPECT_EQ(journal(), Lines{"-[PlainDock layoutSubviews]"});
+        ASSERT_EQ(logLines().size(), 1U);
+        EXPECT_NE(logLines().front().find(system), std::string::npos);
+    }
+}
+
+TEST_F(DockOniOS12, WithoutTheVariablesRaisesWhatThePlatformRaises) {
+    settings({"A"}, {"enable", "removeDock"});
+    expectKeyToBeMissed("_backgroundView", "Running ios 12");
+}
+
+TEST_F(DockOniOS13, WithoutTheVariableRaisesWhatThePlatformRaises) {
+    settings({"A"}, {"enable", "removeDock"});
+    expectKeyToBeMissed("_highlightView", "Running ios 13");
 }
 
 TEST_F(DockOniOS13, ThemesDockBecomesTheBackgroundAtEveryLayout) {

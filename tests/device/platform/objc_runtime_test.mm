@@ -1,6 +1,7 @@
 #include "core/hook_table.h"
 
 #include "device/hooks/hook_entries.h"
+#include "device/platform/exceptions.h"
 #include "device/platform/handle.h"
 #include "device/platform/phone_test.h"
 #include "device/platform/services.h"
@@ -58,6 +59,10 @@ std::vector<std::string> sent;
     sent.emplace_back("load");
 }
 
++ (void)takeNote {
+    sent.emplace_back("takeNote");
+}
+
 @end
 
 namespace velmoranth::device::objc_runtime_test {
@@ -103,15 +108,19 @@ TEST_F(ObjcRuntime, LeavesTheLibrarysClassesToTheRuntime) {
     EXPECT_FALSE(isLoaded);
 }
 
-TEST_F(ObjcRuntime, SendsLoadAsAMessage) {
+TEST_F(ObjcRuntime, SendsMessagesToClasses) {
     sent.clear();
-    objc_.sendLoad(objc_.getClass("LoadedGadget"));
+    objc_.sendMessage(objc_.getClass("LoadedGadget"), "load");
     // The first message to the class, which inherits its +initialize.
     EXPECT_EQ(sent, (std::vector<std::string>{"initialize", "load"}));
-    objc_.sendLoad(objc_.getClass("LoadedGadget"));
+    objc_.sendMessage(objc_.getClass("LoadedGadget"), "load");
     EXPECT_EQ(sent.size(), 3U);
-    objc_.sendLoad(nullptr);
+    objc_.sendMessage(nullptr, "load");
     EXPECT_EQ(sent.size(), 3U);
+    objc_.sendMessage(objc_.getClass("LoadedGadget"), "takeNote");
+    EXPECT_EQ(sent.back(), "takeNote");
+    EXPECT_EQ(raisedBy([this] { objc_.sendMessage(objc_.getClass("Gadget"), "takeNote"); }),
+              "NSInvalidArgumentException");
 }
 
 TEST_F(ObjcRuntime, AddsTheTablesMethods) {
@@ -200,26 +209,32 @@ TEST_F(ObjcRuntime, AsksForValuesByKey) {
     EXPECT_TRUE([nativeOf(objc_.valueForKey(*handle_, "number")) isKindOfClass:[NSNumber class]]);
 }
 
-TEST_F(ObjcRuntime, AKeyThatLeadsNowhereIsToldAndDoesNoHarm) {
-    standins::clearLog();
-    EXPECT_EQ(objc_.valueForKey(*handle_, "_highlightView"), nullptr);
-    EXPECT_EQ(standins::logLines(),
-              (std::vector<std::string>{
-                  "*** Terminating app due to uncaught exception 'NSUnknownKeyException', reason: "
-                  "'[" +
-                  handle_->description() +
-                  " valueForUndefinedKey:]: this class is not key value coding-compliant for the "
-                  "key _highlightView.'"}));
+// The object that is thrown; nil for none.
+id thrownBy(const std::function<void()>& operation) {
+    @try {
+        operation();
+    } @catch (id thrown) {
+        return thrown;
+    }
+    return nil;
 }
 
-TEST_F(ObjcRuntime, OtherExceptionsPass) {
-    NSString* name = nil;
-    @try {
-        static_cast<void>(objc_.valueForKey(*handle_, "trouble"));
-    } @catch (NSException* exception) {
-        name = [exception name];
-    }
-    EXPECT_TRUE([name isEqualToString:@"Trouble"]);
+// The platform's own error, as it came: of a key that leads nowhere as of any other.
+TEST_F(ObjcRuntime, WhatThePlatformRaisesOverAKeyPasses) {
+    standins::clearLog();
+    const NSUInteger references = [gadget_ retainCount];
+    NSException* const missing =
+        thrownBy([this] { static_cast<void>(objc_.valueForKey(*handle_, "_highlightView")); });
+    EXPECT_EQ(textOf([missing name]), "NSUnknownKeyException");
+    EXPECT_EQ(textOf([missing reason]),
+              "[" + handle_->description() +
+                  " valueForUndefinedKey:]: this class is not key value coding-compliant for the "
+                  "key _highlightView.");
+    NSException* const trouble =
+        thrownBy([this] { static_cast<void>(objc_.valueForKey(*handle_, "trouble")); });
+    EXPECT_EQ(textOf([trouble name]), "Trouble");
+    EXPECT_EQ(standins::logLines(), std::vector<std::string>());
+    EXPECT_EQ([gadget_ retainCount], references);
 }
 
 TEST_F(ObjcRuntime, GivesBackWhatItTook) {

@@ -39,6 +39,7 @@ typedef struct {
 - (instancetype)self;
 - (BOOL)isKindOfClass:(Class)cls;
 - (BOOL)respondsToSelector:(SEL)selector;
+- (id)performSelector:(SEL)selector;
 - (instancetype)retain;
 - (oneway void)release;
 - (instancetype)autorelease;
@@ -58,7 +59,6 @@ __attribute__((objc_root_class))
 @interface NSObject<NSObject> {
     Class isa;
 }
-+ (void)load;
 + (void)initialize;
 + (instancetype)alloc;
 + (Class)class;
@@ -85,7 +85,6 @@ enum : NSStringEncoding { NSASCIIStringEncoding = 1 };
                      encoding:(NSStringEncoding)encoding;
 - (NSUInteger)length;
 - (void)getCharacters:(unichar*)buffer range:(NSRange)range;
-- (BOOL)isEqualToString:(NSString*)other;
 @end
 
 @interface NSNumber : NSObject <NSCopying>
@@ -121,7 +120,7 @@ enum : NSStringEncoding { NSASCIIStringEncoding = 1 };
 - (id)objectForKey:(id)key;
 @end
 
-// Errors and exceptions.
+// Errors.
 
 @interface NSError : NSObject <NSCopying>
 + (instancetype)errorWithDomain:(NSString*)domain
@@ -130,11 +129,6 @@ enum : NSStringEncoding { NSASCIIStringEncoding = 1 };
 - (NSString*)domain;
 - (NSInteger)code;
 - (NSString*)localizedDescription;
-@end
-
-@interface NSException : NSObject <NSCopying>
-- (NSString*)name;
-- (NSString*)reason;
 @end
 
 // Points in time, calendars and their texts.
