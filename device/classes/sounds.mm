@@ -11,75 +11,99 @@
 @class AVAudioPlayer;
 
 using velmoranth::device::EngineObject;
+using velmoranth::device::engineOf;
 using velmoranth::device::handOver;
+using velmoranth::device::nativeOf;
 using velmoranth::device::wrap;
 using velmoranth::device::wrapAny;
 using Engine = velmoranth::sounds::Sounds;
 
+namespace {
+
+// The engine's sounds, with the player also in a variable of the instance.
+class PanelSounds final : public Engine {
+  public:
+    // `player` is the instance's, which this ends before.
+    explicit PanelSounds(AVAudioPlayer** player) : player_(player) {}
+
+    void setSoundToPlay(const velmoranth::platform::AudioPlayerRef& player) override {
+        Engine::setSoundToPlay(player);
+        const id previous = static_cast<id>(*player_);
+        *player_ = [nativeOf(player) retain];
+        [previous release];
+    }
+
+  private:
+    AVAudioPlayer** player_;
+};
+
+}  // namespace
+
 @interface Sounds : NSObject {
   @private
-    EngineObject<Engine>* engine_;
+    // By these names, which are keys as well. Nothing sets or reads the second.
+    AVAudioPlayer* soundToPlay;
+    NSString* themeName;
+    EngineObject<PanelSounds>* engine_;
 }
 @end
 
 @implementation Sounds
 
-- (id)init {
-    self = [super init];
-    if (self != nil && engine_ == nullptr) {
-        engine_ = new EngineObject<Engine>(std::make_shared<Engine>(), self);
-    }
-    return self;
+static Engine& engineBehind(Sounds* sounds) {
+    return engineOf(sounds->engine_, sounds, &sounds->soundToPlay);
 }
 
 - (void)dealloc {
     delete engine_;
+    [static_cast<id>(soundToPlay) release];
+    [themeName release];
     [super dealloc];
 }
 
 - (void)initClass:(id)object {
-    (*engine_)->initClass(wrapAny(object));
+    engineBehind(self).initClass(wrapAny(object));
 }
 
 // The engine does not look at the sender of an action.
 - (void)PlayButtonClick:(id)sender {
-    (*engine_)->PlayButtonClick(nullptr);
+    engineBehind(self).PlayButtonClick(nullptr);
 }
 
 - (void)PlaySlide:(id)sender {
-    (*engine_)->PlaySlide(nullptr);
+    engineBehind(self).PlaySlide(nullptr);
 }
 
 - (void)PlaySlideWithClick:(id)sender {
-    (*engine_)->PlaySlideWithClick(nullptr);
+    engineBehind(self).PlaySlideWithClick(nullptr);
 }
 
 - (void)PlayError:(id)sender {
-    (*engine_)->PlayError(nullptr);
+    engineBehind(self).PlayError(nullptr);
 }
 
 - (void)PlayReboot:(id)sender {
-    (*engine_)->PlayReboot(nullptr);
+    engineBehind(self).PlayReboot(nullptr);
 }
 
 - (void)PlaySuccess:(id)sender {
-    (*engine_)->PlaySuccess(nullptr);
+    engineBehind(self).PlaySuccess(nullptr);
 }
 
 - (void)PlayOn:(id)sender {
-    (*engine_)->PlayOn(nullptr);
+    engineBehind(self).PlayOn(nullptr);
 }
 
 - (void)PlayOff:(id)sender {
-    (*engine_)->PlayOff(nullptr);
+    engineBehind(self).PlayOff(nullptr);
 }
 
 - (AVAudioPlayer*)soundToPlay {
-    return handOver((*engine_)->soundToPlay());
+    return handOver(engineBehind(self).soundToPlay());
 }
 
 - (void)setSoundToPlay:(AVAudioPlayer*)player {
-    (*engine_)->setSoundToPlay(wrap<velmoranth::platform::AudioPlayer>(player));
+    engineBehind(self).setSoundToPlay(wrap<velmoranth::platform::AudioPlayer>(player));
 }
 
 @end

@@ -23,6 +23,7 @@
 
 using velmoranth::device::answer;
 using velmoranth::device::EngineObject;
+using velmoranth::device::engineOf;
 using velmoranth::device::handOver;
 using velmoranth::device::wrap;
 using velmoranth::device::wrapAny;
@@ -42,6 +43,10 @@ VelMoranth* singleton = nil;
 }  // namespace
 
 @implementation VelMoranth
+
+static Engine& engineBehind(VelMoranth* instance) {
+    return engineOf(instance->engine_, instance);
+}
 
 // The first of the library's code to run.
 + (void)load {
@@ -68,45 +73,37 @@ VelMoranth* singleton = nil;
     return [[singleton retain] autorelease];
 }
 
-- (id)init {
-    self = [super init];
-    if (self != nil && engine_ == nullptr) {
-        engine_ = new EngineObject<Engine>(std::make_shared<Engine>(), self);
-    }
-    return self;
-}
-
 - (void)dealloc {
     delete engine_;
     [super dealloc];
 }
 
 - (void)initClass:(id)object {
-    (*engine_)->initClass(wrapAny(object));
+    engineBehind(self).initClass(wrapAny(object));
 }
 
 - (AVAudioSession*)audiosession {
-    return handOver((*engine_)->audiosession());
+    return handOver(engineBehind(self).audiosession());
 }
 
 - (void)setAudiosession:(AVAudioSession*)session {
-    (*engine_)->setAudiosession(wrap<velmoranth::platform::AudioSession>(session));
+    engineBehind(self).setAudiosession(wrap<velmoranth::platform::AudioSession>(session));
 }
 
 - (AVAudioPlayer*)soundToPlay {
-    return handOver((*engine_)->soundToPlay());
+    return handOver(engineBehind(self).soundToPlay());
 }
 
 - (void)setSoundToPlay:(AVAudioPlayer*)player {
-    (*engine_)->setSoundToPlay(wrap<velmoranth::platform::AudioPlayer>(player));
+    engineBehind(self).setSoundToPlay(wrap<velmoranth::platform::AudioPlayer>(player));
 }
 
 - (void)playUISound:(long long)systemSoundID {
-    (*engine_)->playUISound(systemSoundID);
+    engineBehind(self).playUISound(systemSoundID);
 }
 
 - (void)playsystemSound:(unsigned long long)feedbackEventType {
-    (*engine_)->playsystemSound(feedbackEventType);
+    engineBehind(self).playsystemSound(feedbackEventType);
 }
 
 + (NSString*)selectedTheme {

@@ -56,12 +56,13 @@ void Sounds::PlayOff(const ObjectRef& /*sender*/) {
 }
 
 void Sounds::play(const char* path, float volume) {
-    soundToPlay_ =
+    const platform::AudioPlayerRef player =
         platform().audio.audioPlayerWithData(platform().fileManager.dataWithContentsOfFile(path));
-    if (soundToPlay_ != nullptr) {
-        soundToPlay_->setDelegate(*this);
-        soundToPlay_->setVolume(volume);
-        soundToPlay_->play();
+    setSoundToPlay(player);
+    if (player != nullptr) {
+        player->setDelegate(*this);
+        player->setVolume(volume);
+        player->play();
     }
 }
 

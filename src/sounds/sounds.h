@@ -11,7 +11,7 @@
 
 namespace velmoranth::sounds {
 
-class Sounds final : public platform::Object {
+class Sounds : public platform::Object {
   public:
     [[nodiscard]] std::string className() const override { return "Sounds"; }
 
@@ -32,7 +32,8 @@ class Sounds final : public platform::Object {
     // The player of the last sound, which a new one replaces and so stops; nil before the first.
     [[nodiscard]] const platform::AudioPlayerRef& soundToPlay() const { return soundToPlay_; }
 
-    void setSoundToPlay(const platform::AudioPlayerRef& player) { soundToPlay_ = player; }
+    // Also how each of the sounds above stores its player, before the player is sent anything.
+    virtual void setSoundToPlay(const platform::AudioPlayerRef& player) { soundToPlay_ = player; }
 
   private:
     void play(const char* path, float volume);

@@ -66,7 +66,6 @@ TEST_F(Interface, OfTheMainClass) {
               sorted({"+load v@:",
                       "+initialize v@:",
                       "+sharedIconManager @@:",
-                      "-init @@:",
                       "-dealloc v@:",
                       "-initClass: v@:@",
                       "-audiosession @@:",
@@ -122,7 +121,7 @@ TEST_F(Interface, OfTheFileManager) {
 
 TEST_F(Interface, OfTheSounds) {
     EXPECT_EQ(interfaceOf("Sounds"),
-              sorted({"-init @@:", "-dealloc v@:", "-initClass: v@:@", "-PlayButtonClick: v@:@",
+              sorted({"-dealloc v@:", "-initClass: v@:@", "-PlayButtonClick: v@:@",
                       "-PlaySlide: v@:@", "-PlaySlideWithClick: v@:@", "-PlayError: v@:@",
                       "-PlayReboot: v@:@", "-PlaySuccess: v@:@", "-PlayOn: v@:@", "-PlayOff: v@:@",
                       "-soundToPlay @@:", "-setSoundToPlay: v@:@"}));

@@ -1,9 +1,14 @@
 // The library's one instance of a class, and other instances and subclasses beside it; what the
 // platform raises under a message.
+
+// GNUstep counts objects for those who debug.
+#undef NDEBUG
+
 #include "device/library/device_process.h"
 #include "device/library/ownership.h"
 #import "device/standins/av_foundation.h"
 #import "device/standins/controllers.h"
+#import <Foundation/NSDebug.h>
 #include <objc/runtime.h>
 
 namespace velmoranth::standins::singletons_test {
@@ -19,7 +24,10 @@ id subclassOf(const char* name) {
 
 class Singletons : public DeviceProcess {
   protected:
-    Singletons() { loaded(); }
+    Singletons() {
+        GSDebugAllocationActive(YES);
+        loaded();
+    }
 };
 
 TEST_F(Singletons, AreLeftAsTheyAreBySubclasses) {
@@ -48,6 +56,29 @@ TEST_F(Singletons, AreMadeAnewByTheClassItself) {
     [static_cast<id<VelMoranthMessages>>(before) playUISound:1002];
     [before release];
     [filesBefore release];
+}
+
+TEST_F(Singletons, LetTheOneBeforeGoOnceNoPoolHoldsIt) {
+    struct One {
+        const char* cls;
+        SEL shared;
+    };
+
+    for (const One& one : {One{"VelMoranth", @selector(sharedIconManager)},
+                           One{"VelmoranthFileManager", @selector(sharedFileManager)}}) {
+        SCOPED_TRACE(one.cls);
+        const Class cls = static_cast<Class>(objc_getClass(one.cls));
+        @autoreleasepool {
+            const id before = [cls performSelector:one.shared];
+            EXPECT_EQ(GSDebugAllocationCount(cls), 1);
+            [cls initialize];
+            // Whoever was handed it can go on with it.
+            EXPECT_EQ(GSDebugAllocationCount(cls), 2);
+            EXPECT_EQ([before class], cls);
+            EXPECT_NE([cls performSelector:one.shared], before);
+        }
+        EXPECT_EQ(GSDebugAllocationCount(cls), 1);
+    }
 }
 
 TEST_F(Singletons, AreNotHeldByTheirCallers) {

@@ -1,6 +1,7 @@
 // Sounds, by message: those of the themes and those of the settings panel, and who holds a player.
 #include "device/library/device_process.h"
 #import "device/standins/av_foundation.h"
+#include "device/standins/messages.h"
 #include <objc/runtime.h>
 
 namespace velmoranth::standins::sounds_test {
@@ -23,6 +24,11 @@ class SoundsByMessage : public DeviceProcess {
     // With a reference for the caller.
     static id<SoundsMessages> newSounds() {
         return [[static_cast<Class>(objc_getClass("Sounds")) alloc] init];
+    }
+
+    // The same without init, which nobody has to send.
+    static id allocated(const char* className) {
+        return [static_cast<Class>(objc_getClass(className)) alloc];
     }
 
     static id<VelMoranthMessages> newInstance() {
@@ -114,6 +120,31 @@ TEST_F(SoundsByMessage, EachInstanceHasAPlayerOfItsOwn) {
     }
 }
 
+TEST_F(SoundsByMessage, InstancesNeedNoInit) {
+    sound(kPanelSounds + "beepShortOn.aif");
+    sound(kThemeSounds + "lock.caf");
+    @autoreleasepool {
+        const id<SoundsMessages> sounds = allocated("Sounds");
+        EXPECT_EQ([sounds soundToPlay], nil);
+        [sounds PlayOn:nil];
+        ASSERT_EQ(playingPlayers().size(), 1U);
+        EXPECT_EQ([sounds soundToPlay], playingPlayers().front());
+        EXPECT_EQ([playingPlayers().front() delegate], static_cast<id>(sounds));
+        [sounds release];
+        const id<VelMoranthMessages> instance = allocated("VelMoranth");
+        EXPECT_EQ([instance audiosession], nil);
+        [instance initClass:nil];
+        [instance playUISound:1002];
+        EXPECT_NE([instance soundToPlay], nil);
+        EXPECT_EQ([shared() soundToPlay], nil);
+        [instance release];
+        // Without any message as well.
+        [allocated("Sounds") release];
+        [allocated("VelMoranth") release];
+    }
+    EXPECT_EQ(living("AVAudioPlayer"), 0);
+}
+
 TEST_F(SoundsByMessage, TheMainClassMakesTheSessionAmbientForAnObject) {
     [shared() initClass:nil];
     EXPECT_EQ(journalOf("-[AVAudioSession"), Lines{});
@@ -161,6 +192,48 @@ TEST_F(SoundsByMessage, ThePanelsSoundsAreEachItsOwn) {
         }
     }
     [sounds release];
+}
+
+// The instance's variables, by the names that other code knows.
+TEST_F(SoundsByMessage, ThePanelsPlayerIsInItsVariableBeforeItIsSentAnything) {
+    sound(kPanelSounds + "beepShortOn.aif");
+    const id sounds = newSounds();
+    EXPECT_EQ(variable(sounds, "soundToPlay"), nil);
+    std::vector<const void*> atTheDelegate;
+    whenNoted("-[AVAudioPlayer setDelegate:", [&] {
+        atTheDelegate.push_back(static_cast<const void*>(variable(sounds, "soundToPlay")));
+        // The one before is gone.
+        EXPECT_EQ(living("AVAudioPlayer"), 1);
+    });
+    std::vector<const void*> players;
+    for (int time = 0; time < 2; ++time) {
+        @autoreleasepool {
+            [static_cast<id<SoundsMessages>>(sounds) PlayOn:nil];
+            ASSERT_EQ(playingPlayers().size(), 1U);
+            players.push_back(static_cast<const void*>(playingPlayers().front()));
+        }
+    }
+    EXPECT_EQ(atTheDelegate, players);
+    EXPECT_EQ(static_cast<const void*>(variable(sounds, "soundToPlay")), players.back());
+    remove(kPanelSounds + "beepShortOn.aif");
+    [static_cast<id<SoundsMessages>>(sounds) PlayOn:nil];
+    EXPECT_EQ(variable(sounds, "soundToPlay"), nil);
+    [sounds release];
+}
+
+TEST_F(SoundsByMessage, TheNameOfAThemeIsAKeyThatNothingSets) {
+    const id sounds = newSounds();
+    ASSERT_NE(class_getInstanceVariable(object_getClass(sounds), "themeName"), nullptr);
+    EXPECT_EQ([sounds valueForKey:@"themeName"], nil);
+    NSMutableString* const name = [[NSMutableString alloc] initWithString:@"Kiln"];
+    @autoreleasepool {
+        [sounds setValue:name forKey:@"themeName"];
+        EXPECT_EQ([sounds valueForKey:@"themeName"], name);
+    }
+    EXPECT_EQ([name retainCount], 2U);
+    [sounds release];
+    EXPECT_EQ([name retainCount], 1U);
+    [name release];
 }
 
 TEST_F(SoundsByMessage, ThePanelsSoundEndsWithItsOwner) {
