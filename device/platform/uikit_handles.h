@@ -27,7 +27,7 @@
 
 namespace velmoranth::device {
 
-// Autoreleased; one of the platform's own where the colour has a name there.
+// Autoreleased; by its own message where the colour has a name, whatever its components.
 [[nodiscard]] UIColor* toNative(const platform::Color& color);
 
 // A handle that fits the object's class. Nil for nil and for what is no view.

@@ -5,28 +5,21 @@
 #import <UIKit/UIKit.h>
 
 namespace velmoranth::device {
-namespace {
-
-struct NamedColor {
-    platform::Color color;
-    UIColor* (*send)(Class colors);
-};
-
-constexpr NamedColor kNamedColors[] = {
-    {platform::kClearColor, [](Class colors) { return [colors clearColor]; }},
-    {platform::kBlackColor, [](Class colors) { return [colors blackColor]; }},
-    {platform::kWhiteColor, [](Class colors) { return [colors whiteColor]; }},
-    {platform::kGrayColor, [](Class colors) { return [colors grayColor]; }},
-};
-
-}  // namespace
 
 UIColor* toNative(const platform::Color& color) {
+    using Name = platform::Color::Name;
     const Class colors = classNamed("UIColor");
-    for (const NamedColor& named : kNamedColors) {
-        if (named.color == color) {
-            return named.send(colors);
-        }
+    switch (color.name) {
+        case Name::clear:
+            return [colors clearColor];
+        case Name::black:
+            return [colors blackColor];
+        case Name::white:
+            return [colors whiteColor];
+        case Name::gray:
+            return [colors grayColor];
+        case Name::none:
+            break;
     }
     return [colors colorWithRed:color.red green:color.green blue:color.blue alpha:color.alpha];
 }

@@ -40,22 +40,29 @@ struct Rect {
 
 // A colour in sRGB, straight alpha, each component 0 to 1.
 struct Color {
+    // Which of the colours that the platform has by a message of their own, if it is one.
+    enum class Name { none, clear, black, white, gray };
+
     double red = 0;
     double green = 0;
     double blue = 0;
     double alpha = 1;
+    Name name = Name::none;
 
-    friend bool operator==(const Color&, const Color&) = default;
+    // However they were come by.
+    friend bool operator==(const Color& a, const Color& b) {
+        return a.red == b.red && a.green == b.green && a.blue == b.blue && a.alpha == b.alpha;
+    }
 };
 
 // +[UIColor clearColor].
-inline constexpr Color kClearColor{0, 0, 0, 0};
+inline constexpr Color kClearColor{0, 0, 0, 0, Color::Name::clear};
 // +[UIColor blackColor].
-inline constexpr Color kBlackColor{0, 0, 0, 1};
+inline constexpr Color kBlackColor{0, 0, 0, 1, Color::Name::black};
 // +[UIColor whiteColor].
-inline constexpr Color kWhiteColor{1, 1, 1, 1};
+inline constexpr Color kWhiteColor{1, 1, 1, 1, Color::Name::white};
 // +[UIColor grayColor].
-inline constexpr Color kGrayColor{0.5, 0.5, 0.5, 1};
+inline constexpr Color kGrayColor{0.5, 0.5, 0.5, 1, Color::Name::gray};
 
 enum class ColorSpace { deviceGray, deviceRGB, indexed };
 

@@ -241,6 +241,19 @@ TEST_F(MainClass, ReadsColours) {
 
 TEST_F(MainClass, DumpsImages) {
     const std::string root = "/var/mobile/Library/VelmoranthImageDump";
+TEST_F(MainClass, MakesColoursOfEveryTextThatIsOne) {
+    clearJournal();
+    for (NSString* const text : {@"000000", @"FFFFFF", @"0x808080", @"12345"}) {
+        EXPECT_NE([class_ colorWithHexString:text], nil);
+    }
+    EXPECT_EQ(journalOf("+[UIColor"),
+              (Lines{"+[UIColor colorWithRed: 0 green: 0 blue: 0 alpha: 1]",
+                     "+[UIColor colorWithRed: 1 green: 1 blue: 1 alpha: 1]",
+                     "+[UIColor colorWithRed: 0.501960813999176 green: 0.501960813999176 blue: "
+                     "0.501960813999176 alpha: 1]",
+                     "+[UIColor grayColor]"}));
+}
+
     [class_ VelmoranthImageDump:original_ named:@"x" inBundle:nil];
     EXPECT_TRUE(exists(root + "/UIImages/x@3x.png"));
     [class_ VelmoranthImageDump:original_ named:@"com.example" inBundle:@"IconBundles"];

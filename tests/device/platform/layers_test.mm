@@ -59,6 +59,28 @@ TEST(Layers, SendEveryMessageAsItIsNamed) {
     EXPECT_EQ(standins::allLiving(), Strings{});
 }
 
+// A colour of the same components is no named one.
+TEST(Colors, AreSentByTheirNamesOrMadeOfTheirComponents) {
+    @autoreleasepool {
+        clearJournal();
+        for (const platform::Color& named : {platform::kClearColor, platform::kBlackColor,
+                                             platform::kWhiteColor, platform::kGrayColor}) {
+            EXPECT_NE(toNative(named), nil);
+            const platform::Color made{named.red, named.green, named.blue, named.alpha};
+            EXPECT_EQ(made, named);
+            EXPECT_NE(toNative(made), nil);
+        }
+        EXPECT_EQ(
+            journal(),
+            (Strings{
+                "+[UIColor clearColor]", "+[UIColor colorWithRed: 0 green: 0 blue: 0 alpha: 0]",
+                "+[UIColor blackColor]", "+[UIColor colorWithRed: 0 green: 0 blue: 0 alpha: 1]",
+                "+[UIColor whiteColor]", "+[UIColor colorWithRed: 1 green: 1 blue: 1 alpha: 1]",
+                "+[UIColor grayColor]",
+                "+[UIColor colorWithRed: 0.5 green: 0.5 blue: 0.5 alpha: 1]"}));
+    }
+}
+
 const struct CGContext* rendered = nullptr;
 
 TEST(Layers, RenderIntoTheContextAndNotIntoNone) {

@@ -101,7 +101,7 @@ TEST(Views, ColoursWithANameAreAskedForByIt) {
         const ViewRef view = views().viewWithFrame({});
         clearJournal();
         view->setBackgroundColor(platform::kClearColor);
-        view->setBackgroundColor(platform::Color{0, 0, 0});
+        view->setBackgroundColor(platform::kBlackColor);
         view->setBackgroundColor(platform::kWhiteColor);
         view->setBackgroundColor(platform::kGrayColor);
         view->setBackgroundColor({0.25, 0.5, 0.75, 0.125});
