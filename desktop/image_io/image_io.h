@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <vector>
 
@@ -23,11 +24,14 @@ struct PaletteEntry {
     friend bool operator==(const PaletteEntry&, const PaletteEntry&) = default;
 };
 
+// The bytes behind an image; shared, never changed.
+using Samples = std::shared_ptr<const platform::Data>;
+
 // A decoded image. `samples` holds height × bytesPerRow bytes, top row first, laid out as `layout`
 // says.
 struct DecodedImage {
     platform::BitmapLayout layout;
-    platform::DataProviderRef samples;
+    Samples samples;
     std::vector<PaletteEntry> palette;  // for ColorSpace::indexed, at most 256
 };
 

@@ -16,7 +16,7 @@ using platform::ByteOrder;
 using platform::ColorSpace;
 
 // Whether the samples hold all that the layout says, and the drawn form fits in a bitmap.
-bool isSound(const BitmapLayout& layout, const platform::DataProviderRef& samples) {
+bool isSound(const BitmapLayout& layout, const Samples& samples) {
     if (samples == nullptr || layout.bitsPerComponent == 0 ||
         layout.bitsPerPixel < layout.bitsPerComponent || layout.bitsPerPixel > 1024 ||
         !bitmapBytes({layout.width, layout.height}, 4, 0)) {
@@ -70,8 +70,10 @@ std::shared_ptr<DesktopBitmapImage> DesktopBitmapImage::create(DecodedImage imag
                                                 Interpolation::smooth);
 }
 
-std::shared_ptr<DesktopBitmapImage> DesktopBitmapImage::createPremultiplied(
-    platform::DataProviderRef samples, PixelSize size, std::size_t bytesPerRow, bool opaque) {
+std::shared_ptr<DesktopBitmapImage> DesktopBitmapImage::createPremultiplied(Samples samples,
+                                                                            PixelSize size,
+                                                                            std::size_t bytesPerRow,
+                                                                            bool opaque) {
     DecodedImage image;
     image.layout = {.width = size.width,
                     .height = size.height,
@@ -89,8 +91,9 @@ std::shared_ptr<DesktopBitmapImage> DesktopBitmapImage::createPremultiplied(
                                                 Interpolation::smooth);
 }
 
-std::shared_ptr<DesktopBitmapImage> DesktopBitmapImage::createMask(
-    const BitmapLayout& layout, platform::DataProviderRef samples, Interpolation interpolation) {
+std::shared_ptr<DesktopBitmapImage> DesktopBitmapImage::createMask(const BitmapLayout& layout,
+                                                                   Samples samples,
+                                                                   Interpolation interpolation) {
     if (!isMaskDepth(layout.bitsPerComponent) || !isSound(layout, samples)) {
         return nullptr;
     }
@@ -113,9 +116,10 @@ std::shared_ptr<const DesktopBitmapImage> DesktopBitmapImage::of(
         return own;
     }
     if (image->isMask()) {
-        return createMask(image->layout(), image->dataProvider(), Interpolation::none);
+        return createMask(image->layout(), samplesOf(image->dataProvider()), Interpolation::none);
     }
-    return create({.layout = image->layout(), .samples = image->dataProvider(), .palette = {}});
+    return create(
+        {.layout = image->layout(), .samples = samplesOf(image->dataProvider()), .palette = {}});
 }
 
 std::string DesktopBitmapImage::description() const {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "desktop/image_io/image_io.h"
+#include "desktop/imaging/data_provider.h"
 #include "desktop/imaging/pixels.h"
 #include "platform/core_graphics.h"
 
@@ -27,12 +28,10 @@ class DesktopBitmapImage final : public platform::BitmapImage {
     // A picture whose samples are premultiplied B, G, R, A already (with `opaque`, A is 255
     // everywhere and the image has no alpha). Nil as above.
     [[nodiscard]] static std::shared_ptr<DesktopBitmapImage> createPremultiplied(
-        platform::DataProviderRef samples, PixelSize size, std::size_t bytesPerRow,
-        bool opaque = false);
+        Samples samples, PixelSize size, std::size_t bytesPerRow, bool opaque = false);
     // An image mask with its raw parameters. Nil as CoreGraphics::imageMaskCreate says.
     [[nodiscard]] static std::shared_ptr<DesktopBitmapImage> createMask(
-        const platform::BitmapLayout& layout, platform::DataProviderRef samples,
-        Interpolation interpolation);
+        const platform::BitmapLayout& layout, Samples samples, Interpolation interpolation);
     // The image itself, or one that shares the samples of another kind of bitmap image. Nil for
     // nil.
     [[nodiscard]] static std::shared_ptr<const DesktopBitmapImage> of(
@@ -47,7 +46,11 @@ class DesktopBitmapImage final : public platform::BitmapImage {
 
     [[nodiscard]] const platform::BitmapLayout& layout() const override { return image_.layout; }
 
-    [[nodiscard]] platform::DataProviderRef dataProvider() const override { return image_.samples; }
+    [[nodiscard]] platform::DataProviderRef dataProvider() const override {
+        return DesktopDataProvider::of(image_.samples);
+    }
+
+    [[nodiscard]] const Samples& samples() const { return image_.samples; }
 
     [[nodiscard]] bool isMask() const override { return mask_; }
 

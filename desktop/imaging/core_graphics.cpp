@@ -115,17 +115,17 @@ std::shared_ptr<DesktopBitmapImage> maskImage(const DesktopBitmapImage& image,
         return nullptr;
     }
     const BitmapLayout& layout = mask.layout();
-    const platform::DataProviderRef provider = mask.dataProvider();
+    const std::uint8_t* const stored = mask.samples()->data();
     const std::size_t bytesPerRow = source.width * 4;
     const std::size_t stride = byteSampleStride(layout);
     auto result = std::make_shared<platform::Data>(bytesPerRow * source.height);
     if (stride != 0 && mask.size() == image.size()) {
         for (std::size_t y = 0; y < source.height; ++y) {
             hideRow(result->data() + y * bytesPerRow, source.row(y), source.width,
-                    provider->data() + y * layout.bytesPerRow, stride);
+                    stored + y * layout.bytesPerRow, stride);
         }
     } else {
-        StretchedSamples samples(mask, provider->data(), image.size());
+        StretchedSamples samples(mask, stored, image.size());
         for (std::size_t y = 0; y < source.height; ++y) {
             hideRow(result->data() + y * bytesPerRow, source.row(y), source.width, samples.row(y),
                     1);
@@ -145,7 +145,8 @@ platform::BitmapImageRef DesktopCoreGraphics::imageMaskCreate(
                                         .bitsPerPixel = bitsPerPixel,
                                         .bytesPerRow = bytesPerRow};
     return DesktopBitmapImage::createMask(
-        layout, provider, shouldInterpolate ? Interpolation::smooth : Interpolation::none);
+        layout, samplesOf(provider),
+        shouldInterpolate ? Interpolation::smooth : Interpolation::none);
 }
 
 platform::BitmapImageRef DesktopCoreGraphics::imageCreateWithMask(

@@ -2,7 +2,6 @@
 #include "device/platform/geometry.h"
 #include "device/platform/services.h"
 
-#include <algorithm>
 #include <memory>
 
 namespace velmoranth::device {
@@ -73,44 +72,19 @@ std::size_t componentsPerStop(ColorSpace space) {
     return space == ColorSpace::deviceGray ? 2 : 4;
 }
 
-// CoreGraphics has done with the bytes.
-void releaseBytes(void* info, const void* /*data*/, std::size_t /*size*/) {
-    delete static_cast<DataProviderRef*>(info);
-}
-
-// A provider of the shared bytes themselves, which it holds.
-CGDataProviderRef createProvider(const DataProviderRef& bytes) {
-    auto held = std::make_unique<DataProviderRef>(bytes);
-    const CGDataProviderRef provider =
-        CGDataProviderCreateWithData(held.get(), bytes->data(), bytes->size(), &releaseBytes);
-    if (provider != nullptr) {
-        // The provider's now.
-        held.release();  // NOLINT(bugprone-unused-return-value)
-    }
-    return provider;
-}
-
-bool holdsRows(const DataProviderRef& bytes, std::size_t bytesPerRow, std::size_t height) {
-    std::size_t needed = 0;
-    return bytes != nullptr && !__builtin_mul_overflow(bytesPerRow, height, &needed) &&
-           bytes->size() >= needed;
-}
-
 class DeviceCoreGraphics final : public platform::CoreGraphics {
   public:
     BitmapImageRef imageMaskCreate(std::size_t width, std::size_t height,
                                    std::size_t bitsPerComponent, std::size_t bitsPerPixel,
                                    std::size_t bytesPerRow, const DataProviderRef& provider,
                                    bool shouldInterpolate) override {
-        // CoreGraphics would look at the length only when it draws.
-        if (!holdsRows(provider, bytesPerRow, height)) {
+        if (provider == nullptr) {
             return nullptr;
         }
-        const CGDataProviderRef native = createProvider(provider);
-        const CGImageRef mask = CGImageMaskCreate(width, height, bitsPerComponent, bitsPerPixel,
-                                                  bytesPerRow, native, nullptr, shouldInterpolate);
-        CGDataProviderRelease(native);
-        return wrap<platform::BitmapImage>(mask, Hold::adopt);
+        return wrap<platform::BitmapImage>(
+            CGImageMaskCreate(width, height, bitsPerComponent, bitsPerPixel, bytesPerRow,
+                              nativePart<CGDataProviderRef>(provider), nullptr, shouldInterpolate),
+            Hold::adopt);
     }
 
     BitmapImageRef imageCreateWithMask(const BitmapImageRef& image,
@@ -164,27 +138,7 @@ const BitmapLayout& HandleFor<platform::BitmapImage>::layout() const {
 }
 
 DataProviderRef HandleFor<platform::BitmapImage>::dataProvider() const {
-    const CGDataProviderRef provider = CGImageGetDataProvider(object());
-    std::size_t size = 0;
-    if (provider == nullptr ||
-        __builtin_mul_overflow(layout().bytesPerRow, layout().height, &size) ||
-        size > kLargestBitmap) {
-        return nullptr;
-    }
-    NSData* const data = (NSData*)CGDataProviderCopyData(provider);
-    if (data == nil) {
-        return nullptr;
-    }
-    const std::size_t given = std::min<std::size_t>([data length], size);
-    // The last row may end with its last pixel: that of a part of a larger image does.
-    const std::size_t kept = size - given < layout().bytesPerRow ? size : given;
-    const auto* const bytes = static_cast<const std::uint8_t*>([data bytes]);
-    const auto copy = std::make_shared<platform::Data>();
-    copy->reserve(kept);
-    copy->assign(bytes, bytes + given);
-    copy->resize(kept);
-    [data release];
-    return copy;
+    return wrap<platform::DataProvider>(CGImageGetDataProvider(object()));
 }
 
 bool HandleFor<platform::BitmapImage>::isMask() const {

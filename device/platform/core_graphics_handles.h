@@ -19,6 +19,17 @@ struct References<platform::BitmapImage> {
 };
 
 template <>
+struct References<platform::DataProvider> {
+    static void retain(void* provider) {
+        CGDataProviderRetain(static_cast<CGDataProviderRef>(provider));
+    }
+
+    static void release(void* provider) {
+        CGDataProviderRelease(static_cast<CGDataProviderRef>(provider));
+    }
+};
+
+template <>
 struct References<platform::Gradient> {
     static void retain(void* gradient) { CGGradientRetain(static_cast<CGGradientRef>(gradient)); }
 
@@ -40,14 +51,9 @@ struct HandleFor<platform::BitmapImage> final : Handle<platform::BitmapImage, CG
     // A colour space that is neither gray nor indexed counts as RGB, and so does a mask's, which
     // has none.
     [[nodiscard]] const platform::BitmapLayout& layout() const override;
-    // A copy of height × bytesPerRow bytes, a last row that is cut short made whole with zeroes; of
-    // as many as there are when more is missing. Nil when the image has none, and for more than
-    // kLargestBitmap.
+    // The image's own.
     [[nodiscard]] platform::DataProviderRef dataProvider() const override;
     [[nodiscard]] bool isMask() const override;
-
-    // Bytes.
-    static constexpr std::size_t kLargestBitmap = std::size_t{512} * 1024 * 1024;
 
   private:
     // Read when it is first asked for: most images are only passed on.

@@ -97,17 +97,20 @@ struct BitmapLayout {
     friend bool operator==(const BitmapLayout&, const BitmapLayout&) = default;
 };
 
-// The bytes behind an image, height × bytesPerRow of them; shared, never changed.
-using DataProviderRef = std::shared_ptr<const Data>;
-
 // --- Handles
 // ------------------------------------------------------------------------------------------
+
+// CGDataProvider: where an image has its samples from, height × bytesPerRow bytes that never
+// change. Only the platform looks at them.
+class DataProvider : public Object {};
+
+using DataProviderRef = std::shared_ptr<DataProvider>;
 
 // CGImage: a bitmap image, or an image mask. Never changes.
 class BitmapImage : public Object {
   public:
     [[nodiscard]] virtual const BitmapLayout& layout() const = 0;
-    // The samples as they stand (CGImageGetDataProvider).
+    // Of the samples as they stand (CGImageGetDataProvider); nil when it has none.
     [[nodiscard]] virtual DataProviderRef dataProvider() const = 0;
     // Whether this is an image mask: samples say how much is hidden, not a colour.
     [[nodiscard]] virtual bool isMask() const = 0;

@@ -1,4 +1,5 @@
 // What the library shows of itself to others: its dynamic symbols, and the functions among them.
+#include "desktop/imaging/data_provider.h"
 #include "platform/core_graphics.h"
 #include "tests/support/places.h"
 #include "tests/support/test_device.h"
@@ -89,7 +90,7 @@ TEST(Exports, FunctionsGiveWhatTheirCallersHold) {
     EXPECT_EQ(image.use_count(), 1);
     EXPECT_EQ(image->layout().width, 3U);
     EXPECT_EQ(image->layout().height, 16U);
-    EXPECT_LT(image->dataProvider()->at(15 * image->layout().bytesPerRow), 16);
+    EXPECT_LT(desktop::samplesOf(image->dataProvider())->at(15 * image->layout().bytesPerRow), 16);
     const platform::GraphicsContextRef context = createContext(5, 7);
     ASSERT_NE(context, nullptr);
     EXPECT_EQ(context.use_count(), 1);

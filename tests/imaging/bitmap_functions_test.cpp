@@ -1,5 +1,6 @@
 #include "imaging/bitmap_functions.h"
 
+#include "desktop/imaging/data_provider.h"
 #include "platform/platform.h"
 #include "tests/support/replaced_services.h"
 
@@ -47,7 +48,7 @@ TEST_F(GradientImage, IsGrayWithoutAlphaAndBlackAtTheBottom) {
         EXPECT_EQ(layout.colorSpace, platform::ColorSpace::deviceGray);
         EXPECT_EQ(layout.alphaInfo, platform::AlphaInfo::none);
         EXPECT_FALSE(image->isMask());
-        const platform::Data& samples = *image->dataProvider();
+        const platform::Data& samples = *desktop::samplesOf(image->dataProvider());
         for (std::size_t y = 0; y < layout.height; ++y) {
             for (std::size_t x = 0; x < layout.width; ++x) {
                 ASSERT_EQ(samples.at(y * layout.bytesPerRow + x), gradientGray(y, layout.height))

@@ -1,6 +1,7 @@
 #include "desktop/core_ui/catalogs.h"
 
 #include "desktop/core_ui/bundles.h"
+#include "desktop/imaging/data_provider.h"
 #include "desktop/runtime/runtime.h"
 #include "tests/support/catalog/car_writer.h"
 #include "tests/support/temporary_folder.h"
@@ -207,7 +208,7 @@ TEST_F(Catalogs, BitmapIsThatOfTheRendition) {
     ASSERT_NE(bitmap, nullptr);
     EXPECT_EQ(bitmap->layout().width, 3U);
     EXPECT_EQ(bitmap->layout().height, 2U);
-    const platform::Data& samples = *bitmap->dataProvider();
+    const platform::Data& samples = *samplesOf(bitmap->dataProvider());
     ASSERT_EQ(samples.size(), 24U);
     EXPECT_EQ((std::vector<int>{samples[0], samples[1], samples[2], samples[3]}),
               (std::vector<int>{0, 50, 100, 128}));
@@ -237,7 +238,7 @@ TEST_F(Catalogs, VectorIsDrawnAtTheScaleAskedForAndHasNoBitmap) {
     }
     EXPECT_EQ(drawn->layout().width, 12U);
     EXPECT_EQ(drawn->layout().height, 9U);
-    EXPECT_EQ((*drawn->dataProvider())[2], 255);
+    EXPECT_EQ((*samplesOf(drawn->dataProvider()))[2], 255);
 }
 
 TEST_F(Catalogs, ImageOutlivesItsCatalog) {

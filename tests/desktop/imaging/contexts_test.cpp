@@ -1,5 +1,6 @@
 // Bitmap contexts, gradients and drawing images, against values from the rules.
 #include "desktop/imaging/core_graphics.h"
+#include "desktop/imaging/data_provider.h"
 #include "desktop/imaging/graphics_context.h"
 #include "desktop/imaging/image_contexts.h"
 #include "desktop/imaging/images.h"
@@ -72,7 +73,7 @@ TEST(Gradient, EveryRowOfAGrayContextFollowsTheRule) {
         ASSERT_NE(image, nullptr);
         EXPECT_EQ(image->layout().colorSpace, ColorSpace::deviceGray);
         EXPECT_EQ(image->layout().alphaInfo, platform::AlphaInfo::none);
-        const auto bytes = image->dataProvider();
+        const Samples bytes = samplesOf(image->dataProvider());
         for (std::size_t y = 0; y < height; ++y) {
             // The top row of memory is the farthest from the origin.
             const double t =
@@ -159,7 +160,7 @@ TEST_F(DrawInRect, DrawingPixelOnPixelKeepsEveryByte) {
     images.drawInRect(image, {{0, 0}, {20, 10}});
     const auto result = contexts.getImageFromCurrentImageContext();
     contexts.endImageContext();
-    EXPECT_EQ(*result->bitmap()->dataProvider(), *bitmap->dataProvider());
+    EXPECT_EQ(*samplesOf(result->bitmap()->dataProvider()), *samplesOf(bitmap->dataProvider()));
 }
 
 TEST_F(DrawInRect, DrawingOverFollowsSourceOver) {

@@ -19,15 +19,14 @@ using platform::BitmapImageRef;
 using platform::BitmapLayout;
 using platform::ColorSpace;
 using platform::Data;
-using platform::DataProviderRef;
 
 constexpr std::size_t kHuge = std::numeric_limits<std::size_t>::max();
 
-DataProviderRef bytes(Data data) {
+Samples bytes(Data data) {
     return std::make_shared<const Data>(std::move(data));
 }
 
-DataProviderRef zeroes(std::size_t count) {
+Samples zeroes(std::size_t count) {
     return bytes(Data(count));
 }
 
@@ -62,15 +61,18 @@ TEST(ImageMask, TakesSamplesOf1248BitsOnly) {
     DesktopCoreGraphics graphics;
     for (std::size_t bits = 0; bits <= 33; ++bits) {
         const bool can = bits == 1 || bits == 2 || bits == 4 || bits == 8;
-        EXPECT_EQ(graphics.imageMaskCreate(2, 2, bits, 64, 16, zeroes(32), false) != nullptr, can)
+        EXPECT_EQ(graphics.imageMaskCreate(2, 2, bits, 64, 16, DesktopDataProvider::of(zeroes(32)),
+                                           false) != nullptr,
+                  can)
             << bits;
     }
 }
 
 TEST(ImageMask, KeepsItsRawValues) {
     DesktopCoreGraphics graphics;
-    const DataProviderRef provider = zeroes(100);
-    const BitmapImageRef mask = graphics.imageMaskCreate(3, 5, 8, 32, 20, provider, true);
+    const Samples samples = zeroes(100);
+    const BitmapImageRef mask =
+        graphics.imageMaskCreate(3, 5, 8, 32, 20, DesktopDataProvider::of(samples), true);
     ASSERT_NE(mask, nullptr);
     EXPECT_TRUE(mask->isMask());
     EXPECT_EQ(mask->layout().width, 3U);
@@ -78,12 +80,12 @@ TEST(ImageMask, KeepsItsRawValues) {
     EXPECT_EQ(mask->layout().bitsPerComponent, 8U);
     EXPECT_EQ(mask->layout().bitsPerPixel, 32U);
     EXPECT_EQ(mask->layout().bytesPerRow, 20U);
-    EXPECT_EQ(mask->dataProvider(), provider);
+    EXPECT_EQ(samplesOf(mask->dataProvider()), samples);
 }
 
 TEST(ImageMask, ImpossibleValuesGiveNil) {
     DesktopCoreGraphics graphics;
-    const DataProviderRef some = zeroes(64);
+    const platform::DataProviderRef some = DesktopDataProvider::of(zeroes(64));
     EXPECT_EQ(graphics.imageMaskCreate(0, 4, 8, 8, 8, some, false), nullptr);
     EXPECT_EQ(graphics.imageMaskCreate(4, 0, 8, 8, 8, some, false), nullptr);
     EXPECT_EQ(graphics.imageMaskCreate(4, 4, 8, 8, 3, some, false), nullptr);  // row too short
@@ -101,28 +103,33 @@ TEST(ImageMask, ImpossibleValuesGiveNil) {
 TEST(ImageMask, ReadsPackedSamplesFromTheMostSignificantBit) {
     DesktopCoreGraphics graphics;
     using Alphas = std::vector<unsigned>;
-    const BitmapImageRef one = graphics.imageMaskCreate(8, 1, 1, 1, 1, bytes({0b10110001}), false);
+    const BitmapImageRef one = graphics.imageMaskCreate(
+        8, 1, 1, 1, 1, DesktopDataProvider::of(bytes({0b10110001})), false);
     EXPECT_EQ(alphaThrough(one, 8, 1), (Alphas{0, 255, 0, 0, 255, 255, 255, 0}));
-    const BitmapImageRef two = graphics.imageMaskCreate(4, 1, 2, 2, 1, bytes({0b00011011}), false);
+    const BitmapImageRef two = graphics.imageMaskCreate(
+        4, 1, 2, 2, 1, DesktopDataProvider::of(bytes({0b00011011})), false);
     EXPECT_EQ(alphaThrough(two, 4, 1), (Alphas{255, 170, 85, 0}));
-    const BitmapImageRef four = graphics.imageMaskCreate(2, 1, 4, 4, 1, bytes({0x1C}), false);
+    const BitmapImageRef four =
+        graphics.imageMaskCreate(2, 1, 4, 4, 1, DesktopDataProvider::of(bytes({0x1C})), false);
     EXPECT_EQ(alphaThrough(four, 2, 1), (Alphas{238, 51}));
     // The first bit of each three, across bytes.
-    const BitmapImageRef gaps =
-        graphics.imageMaskCreate(5, 1, 1, 3, 2, bytes({0b10001010, 0b00010000}), false);
+    const BitmapImageRef gaps = graphics.imageMaskCreate(
+        5, 1, 1, 3, 2, DesktopDataProvider::of(bytes({0b10001010, 0b00010000})), false);
     EXPECT_EQ(alphaThrough(gaps, 5, 1), (Alphas{0, 255, 0, 255, 255}));
 }
 
 TEST(ImageMask, SkipsWhatElseAPixelAndARowHold) {
     DesktopCoreGraphics graphics;
     const BitmapImageRef mask = graphics.imageMaskCreate(
-        2, 2, 8, 24, 8, bytes({10, 1, 1, 20, 1, 1, 99, 99, 30, 1, 1, 40, 1, 1, 99, 99}), false);
+        2, 2, 8, 24, 8,
+        DesktopDataProvider::of(bytes({10, 1, 1, 20, 1, 1, 99, 99, 30, 1, 1, 40, 1, 1, 99, 99})),
+        false);
     EXPECT_EQ(alphaThrough(mask, 2, 2), (std::vector<unsigned>{245, 235, 225, 215}));
 }
 
 TEST(ImageMask, IsStretchedSharpOrSmooth) {
     DesktopCoreGraphics graphics;
-    const DataProviderRef samples = bytes({0, 255});
+    const platform::DataProviderRef samples = DesktopDataProvider::of(bytes({0, 255}));
     EXPECT_EQ(alphaThrough(graphics.imageMaskCreate(2, 1, 8, 8, 2, samples, false), 4, 1),
               (std::vector<unsigned>{255, 255, 0, 0}));
     EXPECT_EQ(alphaThrough(graphics.imageMaskCreate(2, 1, 8, 8, 2, samples, true), 4, 1),
@@ -133,8 +140,8 @@ TEST(ImageMask, IsStretchedSharpOrSmooth) {
 
 TEST(ImageMask, IsDrawnAsBlackThatItsSamplesHide) {
     DesktopCoreGraphics graphics;
-    const BitmapImageRef mask =
-        graphics.imageMaskCreate(3, 1, 8, 8, 3, bytes({0, 100, 255}), false);
+    const BitmapImageRef mask = graphics.imageMaskCreate(
+        3, 1, 8, 8, 3, DesktopDataProvider::of(bytes({0, 100, 255})), false);
     EXPECT_EQ(pixelsOf(mask), (std::vector<Bgra>{{0, 0, 0, 255}, {0, 0, 0, 155}, {0, 0, 0, 0}}));
 }
 
@@ -152,7 +159,8 @@ TEST(ImageCreateWithMask, GrayImagesHideAsMasksDo) {
 TEST(ImageCreateWithMask, ImpossiblePairsGiveNil) {
     DesktopCoreGraphics graphics;
     const BitmapImageRef picture = bitmap(2, 2, distinct(4));
-    const BitmapImageRef mask = graphics.imageMaskCreate(2, 2, 8, 8, 2, zeroes(4), false);
+    const BitmapImageRef mask =
+        graphics.imageMaskCreate(2, 2, 8, 8, 2, DesktopDataProvider::of(zeroes(4)), false);
     const BitmapImageRef grayWithAlpha =
         DesktopBitmapImage::create({{.width = 2,
                                      .height = 2,
@@ -182,7 +190,7 @@ TEST(ImageCreateWithMask, LeavesTheImageItself) {
 
 TEST(BitmapImage, ImpossibleLayoutsGiveNil) {
     const auto image = [](std::size_t width, std::size_t height, std::size_t bytesPerRow,
-                          DataProviderRef samples) {
+                          Samples samples) {
         return DesktopBitmapImage::createPremultiplied(std::move(samples), {width, height},
                                                        bytesPerRow);
     };
@@ -201,7 +209,7 @@ TEST(BitmapImage, ImpossibleLayoutsGiveNil) {
 }
 
 TEST(BitmapImage, KeepsSamplesAsTheyAreStoredAndDrawsThemPremultiplied) {
-    const DataProviderRef samples = bytes({255, 100, 0, 128});
+    const Samples samples = bytes({255, 100, 0, 128});
     const BitmapImageRef image = DesktopBitmapImage::create({{.width = 1,
                                                               .height = 1,
                                                               .bitsPerComponent = 8,
@@ -212,7 +220,7 @@ TEST(BitmapImage, KeepsSamplesAsTheyAreStoredAndDrawsThemPremultiplied) {
                                                              samples,
                                                              {}});
     ASSERT_NE(image, nullptr);
-    EXPECT_EQ(image->dataProvider(), samples);
+    EXPECT_EQ(samplesOf(image->dataProvider()), samples);
     EXPECT_EQ(image->layout().alphaInfo, AlphaInfo::last);
     EXPECT_FALSE(image->isMask());
     EXPECT_EQ(pixelsOf(image), (std::vector<Bgra>{{0, 50, 128, 128}}));

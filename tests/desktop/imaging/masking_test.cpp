@@ -18,9 +18,8 @@ using platform::BitmapImageRef;
 using platform::BitmapLayout;
 using platform::ColorSpace;
 using platform::Data;
-using platform::DataProviderRef;
 
-DataProviderRef provide(Data bytes) {
+Samples provide(Data bytes) {
     return std::make_shared<const Data>(std::move(bytes));
 }
 
@@ -79,8 +78,8 @@ TEST_P(MaskDepth, EverySampleHidesItsShare) {
     const std::size_t bytesPerRow = (width * bits + 7) / 8 + 3;
     const Data samples = noiseBytes(bytesPerRow * height);
     DesktopCoreGraphics graphics;
-    const auto mask =
-        graphics.imageMaskCreate(width, height, bits, bits, bytesPerRow, provide(samples), false);
+    const auto mask = graphics.imageMaskCreate(width, height, bits, bits, bytesPerRow,
+                                               DesktopDataProvider::of(provide(samples)), false);
     ASSERT_NE(mask, nullptr);
     EXPECT_TRUE(mask->isMask());
     const auto original = picture(width, height);
@@ -103,8 +102,9 @@ TEST(Masking, FirstComponentOfEachPixelIsTheSample) {
         const std::size_t height = 3;
         const Data samples = noiseBytes(width * bytes * height);
         DesktopCoreGraphics graphics;
-        const auto mask = graphics.imageMaskCreate(width, height, 8, bytes * 8, width * bytes,
-                                                   provide(samples), false);
+        const auto mask =
+            graphics.imageMaskCreate(width, height, 8, bytes * 8, width * bytes,
+                                     DesktopDataProvider::of(provide(samples)), false);
         const auto original = picture(width, height);
         expectMasked(
             graphics.imageCreateWithMask(original, mask), *original,
@@ -117,8 +117,8 @@ TEST(Masking, AnotherSizeTakesTheNearestSample) {
     for (const auto& size : sizes) {
         const Data samples = noiseBytes(size[0] * size[1]);
         DesktopCoreGraphics graphics;
-        const auto mask =
-            graphics.imageMaskCreate(size[0], size[1], 8, 8, size[0], provide(samples), false);
+        const auto mask = graphics.imageMaskCreate(
+            size[0], size[1], 8, 8, size[0], DesktopDataProvider::of(provide(samples)), false);
         const auto original = picture(19, 11);
         expectMasked(graphics.imageCreateWithMask(original, mask), *original,
                      [&](std::size_t x, std::size_t y) {
@@ -135,7 +135,8 @@ TEST(Masking, InterpolationMixesTheNeighbours) {
     DesktopCoreGraphics graphics;
     const Data white(4 * 4, 255);
     const auto original = DesktopBitmapImage::createPremultiplied(provide(white), {4, 1}, 16);
-    const auto mask = graphics.imageMaskCreate(2, 1, 8, 8, 2, provide({0, 200}), true);
+    const auto mask =
+        graphics.imageMaskCreate(2, 1, 8, 8, 2, DesktopDataProvider::of(provide({0, 200})), true);
     const auto result = DesktopBitmapImage::of(graphics.imageCreateWithMask(original, mask));
     ASSERT_NE(result, nullptr);
     // Centres fall at -0.25, 0.25, 0.75 and 1.25 of the mask's samples.
@@ -164,7 +165,8 @@ TEST(Masking, GrayImageHidesWhereItIsWhite) {
 TEST(Masking, RefusesWhatCannotMask) {
     DesktopCoreGraphics graphics;
     const auto original = picture(2, 2);
-    const auto mask = graphics.imageMaskCreate(2, 2, 8, 8, 2, provide(Data(4)), false);
+    const auto mask =
+        graphics.imageMaskCreate(2, 2, 8, 8, 2, DesktopDataProvider::of(provide(Data(4))), false);
     EXPECT_NE(graphics.imageCreateWithMask(original, mask), nullptr);
     EXPECT_EQ(graphics.imageCreateWithMask(nullptr, mask), nullptr);
     EXPECT_EQ(graphics.imageCreateWithMask(original, nullptr), nullptr);
@@ -174,7 +176,7 @@ TEST(Masking, RefusesWhatCannotMask) {
 
 TEST(ImageMask, RefusesImpossibleParameters) {
     DesktopCoreGraphics graphics;
-    const DataProviderRef bytes = provide(Data(64));
+    const platform::DataProviderRef bytes = DesktopDataProvider::of(provide(Data(64)));
     EXPECT_NE(graphics.imageMaskCreate(8, 8, 8, 8, 8, bytes, false), nullptr);
     EXPECT_EQ(graphics.imageMaskCreate(0, 8, 8, 8, 8, bytes, false), nullptr);
     EXPECT_EQ(graphics.imageMaskCreate(8, 0, 8, 8, 8, bytes, false), nullptr);
@@ -189,12 +191,13 @@ TEST(ImageMask, RefusesImpossibleParameters) {
 
 TEST(ImageMask, KeepsItsRawParametersAndBytes) {
     DesktopCoreGraphics graphics;
-    const DataProviderRef bytes = provide(Data(4 * 40));
-    const auto mask = graphics.imageMaskCreate(8, 4, 8, 32, 40, bytes, false);
+    const Samples bytes = provide(Data(4 * 40));
+    const auto mask =
+        graphics.imageMaskCreate(8, 4, 8, 32, 40, DesktopDataProvider::of(bytes), false);
     ASSERT_NE(mask, nullptr);
     EXPECT_EQ(mask->layout().bitsPerPixel, 32U);
     EXPECT_EQ(mask->layout().bytesPerRow, 40U);
-    EXPECT_EQ(mask->dataProvider(), bytes);
+    EXPECT_EQ(samplesOf(mask->dataProvider()), bytes);
 }
 
 }  // namespace

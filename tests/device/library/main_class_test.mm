@@ -133,7 +133,9 @@ TEST_F(MainClass, MasksIcons) {
     UIImage* const masked = [class_ maskImage:original_ withMask:mask];
     ASSERT_NE(masked, nil);
     EXPECT_NE(masked, original_);
-    EXPECT_NE(maskOf([masked CGImage]), nullptr);
+    // Of the picture's own bytes, wherever they are.
+    EXPECT_EQ(CGImageGetDataProvider(maskOf([masked CGImage])),
+              CGImageGetDataProvider([mask CGImage]));
     EXPECT_EQ([class_ maskImage:nil withMask:mask], nil);
     EXPECT_EQ([class_ maskImage:original_ withMask:nil], nil);
     EXPECT_EQ([class_ maskImage:nil withMask:nil], nil);
@@ -239,8 +241,6 @@ TEST_F(MainClass, ReadsColours) {
     EXPECT_EQ(color(nil), gray);
 }
 
-TEST_F(MainClass, DumpsImages) {
-    const std::string root = "/var/mobile/Library/VelmoranthImageDump";
 TEST_F(MainClass, MakesColoursOfEveryTextThatIsOne) {
     clearJournal();
     for (NSString* const text : {@"000000", @"FFFFFF", @"0x808080", @"12345"}) {
@@ -254,6 +254,8 @@ TEST_F(MainClass, MakesColoursOfEveryTextThatIsOne) {
                      "+[UIColor grayColor]"}));
 }
 
+TEST_F(MainClass, DumpsImages) {
+    const std::string root = "/var/mobile/Library/VelmoranthImageDump";
     [class_ VelmoranthImageDump:original_ named:@"x" inBundle:nil];
     EXPECT_TRUE(exists(root + "/UIImages/x@3x.png"));
     [class_ VelmoranthImageDump:original_ named:@"com.example" inBundle:@"IconBundles"];

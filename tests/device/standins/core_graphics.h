@@ -1,6 +1,6 @@
-// A small CoreGraphics for tests: images with their layout and bytes, masks, providers that say
-// when they have done with their bytes, bitmap contexts that linear gradients fill. Its objects are
-// Objective-C's, as the phone's are, so living("CGImageStandIn") and so on count them.
+// A small CoreGraphics for tests: images with their layout and bytes, masks, bitmap contexts that
+// linear gradients fill. Its objects are Objective-C's, as the phone's are, so
+// living("CGImageStandIn") and so on count them.
 #pragma once
 
 #include "device/standins/standin.h"

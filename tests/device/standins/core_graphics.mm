@@ -9,20 +9,6 @@ namespace {
 constexpr std::size_t kLargestSide = 32768;
 constexpr CGBitmapInfo kAlphaInfoMask = 0x1F;
 
-void releaseCopy(void* info, const void* /*data*/, std::size_t /*size*/) {
-    delete static_cast<Bytes*>(info);
-}
-
-CGDataProviderStandIn* newCallerProvider(void* info, const void* data, std::size_t size,
-                                         CGDataProviderReleaseDataCallback release) {
-    auto* const provider = [[CGDataProviderStandIn alloc] init];
-    provider->info_ = info;
-    provider->data_ = data;
-    provider->size_ = size;
-    provider->release_ = release;
-    return provider;
-}
-
 bool isMaskDepth(std::size_t bitsPerComponent) {
     return bitsPerComponent == 1 || bitsPerComponent == 2 || bitsPerComponent == 4 ||
            bitsPerComponent == 8;
@@ -51,8 +37,9 @@ CGColorSpaceStandIn* newColorSpace(CGColorSpaceModel model) {
 }
 
 CGDataProviderStandIn* newProvider(const Bytes& bytes) {
-    auto* const copy = new Bytes(bytes);
-    return newCallerProvider(copy, copy->data(), copy->size(), &releaseCopy);
+    auto* const provider = [[CGDataProviderStandIn alloc] init];
+    provider->bytes_ = new Bytes(bytes);
+    return provider;
 }
 
 CGImageStandIn* newImage(const ImageLayout& layout, CGDataProviderStandIn* provider) {
@@ -76,11 +63,7 @@ CGImageRef createImage(const ImageLayout& layout, const Bytes& bytes) {
 
 Bytes bytesOf(CGImageRef image) {
     const auto* const provider = objectOf<CGDataProviderStandIn>(CGImageGetDataProvider(image));
-    if (provider == nil) {
-        return {};
-    }
-    const auto* const data = static_cast<const std::uint8_t*>(provider->data_);
-    return Bytes(data, data + provider->size_);
+    return provider == nil ? Bytes() : *provider->bytes_;
 }
 
 CGImageRef maskOf(CGImageRef image) {
@@ -114,27 +97,8 @@ Value get(CGImageRef image, Value ImageLayout::* member) {
 @implementation CGDataProviderStandIn
 
 - (void)dealloc {
-    if (release_ != nullptr) {
-        release_(info_, data_, size_);
-    }
-    [super dealloc];
-}
-
-@end
-
-@implementation CFDataStandIn
-
-- (void)dealloc {
     delete bytes_;
     [super dealloc];
-}
-
-- (NSUInteger)length {
-    return bytes_->size();
-}
-
-- (const void*)bytes {
-    return bytes_->data();
 }
 
 @end
@@ -182,23 +146,8 @@ void CGColorSpaceRelease(CGColorSpaceRef space) {
     [objectOf<CGColorSpaceStandIn>(space) release];
 }
 
-CGDataProviderRef CGDataProviderCreateWithData(void* info, const void* data, size_t size,
-                                               CGDataProviderReleaseDataCallback releaseData) {
-    noteFormat(@"CGDataProviderCreateWithData(%lu bytes)", static_cast<unsigned long>(size));
-    return (CGDataProviderRef)velmoranth::standins::newCallerProvider(info, data, size,
-                                                                      releaseData);
-}
-
-CFDataRef CGDataProviderCopyData(CGDataProviderRef provider) {
-    note("CGDataProviderCopyData()");
-    const auto* const object = objectOf<CGDataProviderStandIn>(provider);
-    if (object == nil) {
-        return nullptr;
-    }
-    const auto* const bytes = static_cast<const std::uint8_t*>(object->data_);
-    auto* const copy = [[CFDataStandIn alloc] init];
-    copy->bytes_ = new velmoranth::standins::Bytes(bytes, bytes + object->size_);
-    return (CFDataRef)copy;
+CGDataProviderRef CGDataProviderRetain(CGDataProviderRef provider) {
+    return (CGDataProviderRef)[objectOf<CGDataProviderStandIn>(provider) retain];
 }
 
 void CGDataProviderRelease(CGDataProviderRef provider) {

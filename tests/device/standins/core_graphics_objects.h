@@ -13,21 +13,8 @@
 
 @interface CGDataProviderStandIn : StandIn {
   @public
-    void* info_;
-    const void* data_;
-    size_t size_;
-    CGDataProviderReleaseDataCallback release_;
-}
-@end
-
-// What a provider's copy is: the part of NSData that reads, counted.
-@interface CFDataStandIn : StandIn {
-  @public
     velmoranth::standins::Bytes* bytes_;
 }
-
-- (NSUInteger)length;
-- (const void*)bytes;
 @end
 
 @interface CGImageStandIn : StandIn {
