@@ -125,7 +125,7 @@ class OldStyleReader {
         if (!skipSpace()) {
             return fail("a value is missing at the end");
         }
-        if (depth > kMaxPropertyListDepth) {
+        if (depth > kMaxOldStyleDepth) {
             return fail("containers are nested too deeply");
         }
         switch (next()) {

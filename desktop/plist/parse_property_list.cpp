@@ -126,4 +126,13 @@ std::optional<platform::Dictionary> DesktopPropertyLists::dictionaryWithContents
     return dictionary == nullptr ? std::nullopt : std::optional(*dictionary);
 }
 
+std::optional<platform::PrintableDictionary>
+DesktopPropertyLists::printableDictionaryWithContentsOfFile(const std::string& path) {
+    std::optional<platform::Dictionary> values = dictionaryWithContentsOfFile(path);
+    if (!values) {
+        return {};
+    }
+    return platform::PrintableDictionary{.values = std::move(*values)};
+}
+
 }  // namespace velmoranth::desktop

@@ -18,8 +18,11 @@ namespace velmoranth::desktop {
 
 // Larger files are refused unread.
 inline constexpr std::size_t kMaxPropertyListBytes = std::size_t{16} * 1024 * 1024;
-// Containers in containers; the platform's own limit for old-style text, held for all forms.
-inline constexpr int kMaxPropertyListDepth = 512;
+// Containers in containers. Old-style text has a limit of the platform's own; the other forms are
+// read there as deep as the stack bears, a megabyte on the main thread. Here what copies, compares
+// and writes a value goes as deep on a stack of eight, a sanitizer's larger frames included.
+inline constexpr int kMaxOldStyleDepth = 512;
+inline constexpr int kMaxPropertyListDepth = 2048;
 
 // The problem says what is wrong and, for text, at which line and column; for binary, at which
 // byte. An empty file is no property list; one of white space and comments alone is an empty
@@ -40,6 +43,8 @@ class DesktopPropertyLists : public platform::PropertyLists {
 
     [[nodiscard]] std::optional<platform::Dictionary> dictionaryWithContentsOfFile(
         const std::string& path) override;
+    [[nodiscard]] std::optional<platform::PrintableDictionary>
+    printableDictionaryWithContentsOfFile(const std::string& path) override;
 
   private:
     std::shared_ptr<const DeviceRoot> root_;

@@ -20,13 +20,11 @@ using platform::PropertyList;
 // has the name.
 NSString* const kGregorianCalendar = @"gregorian";
 
-// As deep as the platform's own reader of old-style text goes.
-constexpr int kDeepest = 512;
-
-// What became of an object of a property list.
-enum class Conversion { done, skipped, tooDeep };
-
-Conversion convert(id object, int depth, std::optional<PropertyList>& value);
+// In a binary file objects may refer to one another in any way: a small one may stand for more than
+// memory holds.
+constexpr std::size_t kMostValues = 1'000'000;
+// The platform reads by recursion, so no file nests so deep: only what holds itself does.
+constexpr std::size_t kDeepest = 100'000;
 
 PropertyList numberOf(NSNumber* number) {
     // The platform's two booleans have a class of their own.
@@ -47,81 +45,132 @@ PropertyList numberOf(NSNumber* number) {
     return fits ? PropertyList(integer) : PropertyList(real);
 }
 
-Conversion arrayOf(NSArray* objects, int depth, std::optional<PropertyList>& value) {
-    PropertyList::Array array;
-    array.reserve([objects count]);
-    for (id object in objects) {
-        std::optional<PropertyList> item;
-        if (convert(object, depth, item) == Conversion::tooDeep) {
-            return Conversion::tooDeep;
-        }
-        if (item) {
-            array.push_back(std::move(*item));
-        }
+// Of none of the containers; nothing for what is none of a property list's kinds.
+std::optional<PropertyList> leafOf(id object) {
+    if (platform::NullableString text = textOf(object)) {
+        return PropertyList(std::move(*text));
     }
-    value = std::move(array);
-    return Conversion::done;
+    if ([object isKindOfClass:[NSNumber class]]) {
+        return numberOf(object);
+    }
+    if ([object isKindOfClass:[NSDate class]]) {
+        return PropertyList(platform::Date{[object timeIntervalSinceReferenceDate]});
+    }
+    if ([object isKindOfClass:[NSData class]]) {
+        return PropertyList(*dataOf(object));
+    }
+    return std::nullopt;
 }
 
-Conversion dictionaryOf(NSDictionary* objects, int depth, std::optional<PropertyList>& value) {
-    PropertyList::Dictionary dictionary;
-    for (id key in objects) {
-        platform::NullableString name = textOf(key);
+// A container that is being converted, member by member.
+class Container {
+  public:
+    // `object` is an array or a dictionary, which outlives this.
+    Container(id object, bool isDictionary) : object_(object), isDictionary_(isDictionary) {
+        for (id member in object) {
+            members_.push_back(member);
+        }
+    }
+
+    [[nodiscard]] bool hasNext() const { return next_ < members_.size(); }
+
+    // Nil for what stands under a key that is no string.
+    [[nodiscard]] id next() {
+        const id member = members_[next_++];
+        if (!isDictionary_) {
+            return member;
+        }
+        platform::NullableString name = textOf(member);
         if (!name) {
+            return nil;
+        }
+        key_ = std::move(*name);
+        return [object_ objectForKey:member];
+    }
+
+    // What became of the member that was the next.
+    void add(PropertyList value) {
+        if (isDictionary_) {
+            entries_.insert_or_assign(std::move(key_), std::move(value));
+        } else {
+            items_.push_back(std::move(value));
+        }
+    }
+
+    [[nodiscard]] PropertyList taken() {
+        return isDictionary_ ? PropertyList(takenEntries()) : PropertyList(std::move(items_));
+    }
+
+    [[nodiscard]] platform::Dictionary takenEntries() { return std::move(entries_); }
+
+  private:
+    id object_;
+    bool isDictionary_;
+    std::vector<id> members_;  // of a dictionary the keys
+    std::size_t next_ = 0;
+    std::string key_;
+    platform::Dictionary entries_;
+    PropertyList::Array items_;
+};
+
+// Nothing for what is no dictionary. What is none of a property list's kinds is left out. Takes no
+// more of the stack for containers in containers: whatever the platform could read is read.
+std::optional<platform::Dictionary> dictionaryOf(id object) {
+    if (![object isKindOfClass:[NSDictionary class]]) {
+        return std::nullopt;
+    }
+    std::vector<Container> open;
+    open.emplace_back(object, true);
+    for (std::size_t values = 0; values < kMostValues && open.size() < kDeepest; ++values) {
+        if (!open.back().hasNext()) {
+            if (open.size() == 1) {
+                return open.back().takenEntries();
+            }
+            PropertyList finished = open.back().taken();
+            open.pop_back();
+            open.back().add(std::move(finished));
             continue;
         }
-        std::optional<PropertyList> item;
-        if (convert([objects objectForKey:key], depth, item) == Conversion::tooDeep) {
-            return Conversion::tooDeep;
+        const id member = open.back().next();
+        const bool isDictionary = [member isKindOfClass:[NSDictionary class]];
+        if (isDictionary || [member isKindOfClass:[NSArray class]]) {
+            open.emplace_back(member, isDictionary);
+        } else if (std::optional<PropertyList> leaf = leafOf(member)) {
+            open.back().add(std::move(*leaf));
         }
-        if (item) {
-            dictionary.insert_or_assign(std::move(*name), std::move(*item));
-        }
     }
-    value = std::move(dictionary);
-    return Conversion::done;
-}
-
-// What is none of a property list's kinds is left out.
-Conversion convert(id object, int depth, std::optional<PropertyList>& value) {
-    if (depth > kDeepest) {
-        return Conversion::tooDeep;
-    }
-    if (platform::NullableString text = textOf(object)) {
-        value = PropertyList(std::move(*text));
-    } else if ([object isKindOfClass:[NSNumber class]]) {
-        value = numberOf(object);
-    } else if ([object isKindOfClass:[NSDictionary class]]) {
-        return dictionaryOf(object, depth + 1, value);
-    } else if ([object isKindOfClass:[NSArray class]]) {
-        return arrayOf(object, depth + 1, value);
-    } else if ([object isKindOfClass:[NSDate class]]) {
-        value = PropertyList(platform::Date{[object timeIntervalSinceReferenceDate]});
-    } else if ([object isKindOfClass:[NSData class]]) {
-        value = PropertyList(*dataOf(object));
-    } else {
-        return Conversion::skipped;
-    }
-    return Conversion::done;
+    return std::nullopt;
 }
 
 class FoundationPropertyLists final : public platform::PropertyLists {
   public:
     std::optional<platform::Dictionary> dictionaryWithContentsOfFile(
         const std::string& path) override {
-        if (path.find('\0') != std::string::npos) {
-            return std::nullopt;
-        }
         @autoreleasepool {
-            NSDictionary* const objects =
-                [NSDictionary dictionaryWithContentsOfFile:stringOf(path)];
-            std::optional<PropertyList> value;
-            if (![objects isKindOfClass:[NSDictionary class]] ||
-                convert(objects, 0, value) != Conversion::done) {
+            return dictionaryOf(read(path));
+        }
+    }
+
+    std::optional<platform::PrintableDictionary> printableDictionaryWithContentsOfFile(
+        const std::string& path) override {
+        @autoreleasepool {
+            const id object = read(path);
+            std::optional<platform::Dictionary> values = dictionaryOf(object);
+            if (!values) {
                 return std::nullopt;
             }
-            return *value->as<platform::Dictionary>();
+            return platform::PrintableDictionary{
+                .values = std::move(*values),
+                .object = std::make_shared<Handle<platform::Object>>(object, Hold::retain)};
         }
+    }
+
+  private:
+    static id read(const std::string& path) {
+        // A path ends at a U+0000 for the system: with more behind it it leads nowhere.
+        return path.find('\0') != std::string::npos
+                   ? nil
+                   : [NSDictionary dictionaryWithContentsOfFile:stringOf(path)];
     }
 };
 
@@ -168,8 +217,10 @@ class FoundationDates final : public platform::Dates {
 class FoundationLog final : public platform::SystemLog {
   public:
     void write(const std::string& line) override {
-        // The line is no format: what it holds of per cent signs came with it.
-        NSLog(@"%@", stringOf(line));
+        @autoreleasepool {
+            // The line is no format: what it holds of per cent signs came with it.
+            NSLog(@"%@", stringOf(line));
+        }
     }
 };
 

@@ -45,7 +45,8 @@ void forEach(id array, const Take& take) {
 [[nodiscard]] std::string descriptionOf(id object);
 
 // What an operation that may fail reported; `error` is looked at only when it did not succeed. A
-// failure without an error is one of the platform's without a text.
+// failure without an error is one of the platform's without a text. What is no error has neither
+// text nor number; all print as they are.
 [[nodiscard]] platform::Failure failureOf(bool succeeded, NSError* error);
 [[nodiscard]] platform::Error errorOf(NSError* error);
 

@@ -169,14 +169,17 @@ platform::Failure failureOf(bool succeeded, NSError* error) {
 }
 
 platform::Error errorOf(NSError* error) {
-    if (![error isKindOfClass:classNamed("NSError")]) {
-        return {};
+    // Of nil too, which prints as itself.
+    platform::Error result;
+    result.object = std::make_shared<Handle<platform::Object>>(error, Hold::retain);
+    if ([error isKindOfClass:classNamed("NSError")]) {
+        const NSInteger code = std::clamp<NSInteger>([error code], std::numeric_limits<int>::min(),
+                                                     std::numeric_limits<int>::max());
+        result.localizedDescription = textOf([error localizedDescription]).value_or("");
+        result.domain = textOf([error domain]).value_or("");
+        result.code = static_cast<int>(code);
     }
-    const NSInteger code = std::clamp<NSInteger>([error code], std::numeric_limits<int>::min(),
-                                                 std::numeric_limits<int>::max());
-    return {.localizedDescription = textOf([error localizedDescription]).value_or(""),
-            .domain = textOf([error domain]).value_or(""),
-            .code = static_cast<int>(code)};
+    return result;
 }
 
 }  // namespace velmoranth::device

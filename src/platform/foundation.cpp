@@ -2,6 +2,7 @@
 
 #include "platform/code_points.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -152,7 +153,34 @@ void appendNested(std::string& text, const PropertyList& value, std::size_t leve
     }
 }
 
+// Moves the containers that a value holds out of it. Those that hold nothing stay.
+void takeContainers(PropertyList::Value& value, std::vector<PropertyList>& taken) {
+    const auto take = [&taken](PropertyList& member) {
+        const auto* const array = member.as<PropertyList::Array>();
+        const auto* const dictionary = member.as<Dictionary>();
+        if ((array != nullptr && !array->empty()) ||
+            (dictionary != nullptr && !dictionary->empty())) {
+            taken.push_back(std::move(member));
+        }
+    };
+    if (auto* const array = std::get_if<PropertyList::Array>(&value)) {
+        std::ranges::for_each(*array, take);
+    } else if (auto* const dictionary = std::get_if<Dictionary>(&value)) {
+        std::ranges::for_each(*dictionary, take, &Dictionary::value_type::second);
+    }
+}
+
 }  // namespace
+
+void PropertyList::dismantle() {
+    std::vector<PropertyList> ending;
+    takeContainers(value_, ending);
+    while (!ending.empty()) {
+        PropertyList next = std::move(ending.back());
+        ending.pop_back();
+        takeContainers(next.value_, ending);
+    }
+}
 
 const PropertyList* objectForKey(const Dictionary& dictionary, std::string_view key) {
     const auto entry = dictionary.find(key);
@@ -251,7 +279,15 @@ std::string description(const PropertyList& value) {
     return text;
 }
 
+std::string description(const PrintableDictionary& dictionary) {
+    return dictionary.object == nullptr ? description(PropertyList(dictionary.values))
+                                        : dictionary.object->description();
+}
+
 std::string description(const Error& error) {
+    if (error.object != nullptr) {
+        return error.object->description();
+    }
     std::string text = "Error Domain=";
     text += error.domain;
     text += " Code=";

@@ -64,6 +64,18 @@ class PropertyList {
 
     // NOLINTEND(google-explicit-constructor)
 
+    PropertyList(const PropertyList&) = default;
+    PropertyList(PropertyList&&) = default;
+    PropertyList& operator=(const PropertyList&) = default;
+    PropertyList& operator=(PropertyList&&) = default;
+
+    // Takes no more of the stack for containers in containers, however many.
+    ~PropertyList() {
+        if (std::holds_alternative<Array>(value_) || std::holds_alternative<Dictionary>(value_)) {
+            dismantle();
+        }
+    }
+
     [[nodiscard]] const Value& value() const { return value_; }
 
     // The value when it is of that kind, otherwise null. Owned by this object.
@@ -75,6 +87,8 @@ class PropertyList {
     friend bool operator==(const PropertyList&, const PropertyList&) = default;
 
   private:
+    void dismantle();
+
     Value value_;
 };
 
@@ -118,12 +132,17 @@ struct Error {
     std::string localizedDescription;  // English, as the platform words it
     std::string domain = "NSCocoaErrorDomain";
     int code = 0;
+    ObjectRef object = nullptr;  // the platform's own, where there is one
 
-    friend bool operator==(const Error&, const Error&) = default;
+    // Whatever their objects.
+    friend bool operator==(const Error& a, const Error& b) {
+        return a.localizedDescription == b.localizedDescription && a.domain == b.domain &&
+               a.code == b.code;
+    }
 };
 
-// What "%@" prints for an error. The platform adds the contents of userInfo, which nothing here
-// keeps.
+// What "%@" prints for an error: what the platform's object says of itself, its userInfo included.
+// Without an object there is no userInfo.
 [[nodiscard]] std::string description(const Error& error);
 
 // What an operation that may fail returns: nothing when it succeeded, else the error.
@@ -204,6 +223,15 @@ class Bundles {
     virtual bool load(const BundleRef& bundle) = 0;
 };
 
+// A dictionary that was read, for whoever prints it too.
+struct PrintableDictionary {
+    Dictionary values;
+    ObjectRef object = nullptr;  // the platform's own, where there is one
+};
+
+// What "%@" prints for it: what the platform's object says of itself, else as for its values.
+[[nodiscard]] std::string description(const PrintableDictionary& dictionary);
+
 class PropertyLists {
   public:
     PropertyLists() = default;
@@ -216,6 +244,9 @@ class PropertyLists {
     // property list, or its root is no dictionary. Binary, XML and old-style text, told apart by
     // content.
     [[nodiscard]] virtual std::optional<Dictionary> dictionaryWithContentsOfFile(
+        const std::string& path) = 0;
+    // The same.
+    [[nodiscard]] virtual std::optional<PrintableDictionary> printableDictionaryWithContentsOfFile(
         const std::string& path) = 0;
 };
 

@@ -219,6 +219,22 @@ TEST(ObjectForKey, IsNullWhenThereIsNone) {
     EXPECT_EQ(objectForKey(dictionary, "b"), nullptr);
 }
 
+TEST(PropertyListValue, EndsHoweverDeepItNests) {
+    PropertyList value = "core";
+    for (int i = 0; i < 2'000'000; ++i) {
+        if (i % 2 == 0) {
+            PropertyList::Array array;
+            array.push_back(std::move(value));
+            value = std::move(array);
+        } else {
+            Dictionary dictionary;
+            dictionary.emplace("below", std::move(value));
+            value = std::move(dictionary);
+        }
+    }
+    EXPECT_NE(value.as<Dictionary>(), nullptr);
+}
+
 TEST(PropertyListValue, KeepsBooleansAndNumbersApart) {
     EXPECT_NE(PropertyList(true), PropertyList(1));
     EXPECT_NE(PropertyList(1), PropertyList(1.0));

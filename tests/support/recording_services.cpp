@@ -118,6 +118,12 @@ std::optional<platform::Dictionary> RecordingPropertyLists::dictionaryWithConten
     return real_.dictionaryWithContentsOfFile(path);
 }
 
+std::optional<platform::PrintableDictionary>
+RecordingPropertyLists::printableDictionaryWithContentsOfFile(const std::string& path) {
+    journal_.write("readPlist " + path);
+    return real_.printableDictionaryWithContentsOfFile(path);
+}
+
 int RecordingLibSystem::setuid(unsigned id) {
     journal_.write("setuid " + std::to_string(id));
     return real_.setuid(id);

@@ -87,6 +87,8 @@ class RecordingPropertyLists final : public platform::PropertyLists {
 
     std::optional<platform::Dictionary> dictionaryWithContentsOfFile(
         const std::string& path) override;
+    std::optional<platform::PrintableDictionary> printableDictionaryWithContentsOfFile(
+        const std::string& path) override;
 
   private:
     Journal& journal_;

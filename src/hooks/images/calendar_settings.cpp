@@ -101,11 +101,11 @@ CalendarSettings loadCalendarSettings() {
     if (!path) {
         NSLog("ThemePlistDict NOTFound Grab Stock: %@", path);
     }
-    const std::optional<Dictionary> loaded =
-        platform().propertyLists.dictionaryWithContentsOfFile(path ? *path : kUserFile);
+    const std::optional<platform::PrintableDictionary> loaded =
+        platform().propertyLists.printableDictionaryWithContentsOfFile(path ? *path : kUserFile);
     NSLog("ThemePlistDict: %@",
           loaded ? NullableString(platform::description(*loaded)) : std::nullopt);
-    const Dictionary* settings = loaded ? &*loaded : nullptr;
+    const Dictionary* settings = loaded ? &loaded->values : nullptr;
     CalendarSettings result;
     result.date = textSettings({settings, "CalendarIconDateSettings"});
     result.day = textSettings({settings, "CalendarIconDaySettings"});

@@ -139,8 +139,8 @@ TEST(OldStylePropertyList, NestingIsBounded) {
         return std::string(static_cast<std::size_t>(depth), '(') +
                std::string(static_cast<std::size_t>(depth), ')');
     };
-    EXPECT_TRUE(parse(nested(kMaxPropertyListDepth)).has_value());
-    EXPECT_FALSE(parse(nested(kMaxPropertyListDepth + 2)).has_value());
+    EXPECT_TRUE(parse(nested(kMaxOldStyleDepth)).has_value());
+    EXPECT_FALSE(parse(nested(kMaxOldStyleDepth + 2)).has_value());
     EXPECT_FALSE(parse(nested(4'000'000)).has_value());
 }
 

@@ -56,6 +56,46 @@ TEST_F(DesktopPropertyListsTest, NilIsWhatIsNoDictionary) {
     EXPECT_EQ(lists.dictionaryWithContentsOfFile("/blank"), Dictionary{});
 }
 
+// As deep as is read, whatever is done with the value.
+TEST_F(DesktopPropertyListsTest, DeepFilesAreReadAndUsedOrRefused) {
+    const auto file = [](int depth) {
+        std::string text = "<plist><dict><key>a</key>";
+        for (int i = 1; i < depth; ++i) {
+            text += "<array>";
+        }
+        for (int i = 1; i < depth; ++i) {
+            text += "</array>";
+        }
+        return text + "</dict></plist>";
+    };
+    DesktopPropertyLists lists(root_);
+    for (const int depth : {513, 600, kMaxPropertyListDepth}) {
+        put("/deep", file(depth));
+        const auto dictionary = lists.dictionaryWithContentsOfFile("/deep");
+        ASSERT_TRUE(dictionary) << depth;
+        const PropertyList value(*dictionary);
+        const PropertyList copy(value);
+        EXPECT_TRUE(copy == value);
+        EXPECT_FALSE(platform::description(copy).empty());
+        const platform::Data written = writeXmlPropertyList(copy);
+        EXPECT_TRUE(parsePropertyList(written).value() == value);
+    }
+    for (const int depth : {kMaxPropertyListDepth + 2, 100'000, 1'000'000}) {
+        put("/deep", file(depth));
+        EXPECT_EQ(lists.dictionaryWithContentsOfFile("/deep"), std::nullopt) << depth;
+        EXPECT_FALSE(lists.printableDictionaryWithContentsOfFile("/deep")) << depth;
+    }
+}
+
+TEST_F(DesktopPropertyListsTest, PrintsAsItsValuesDo) {
+    put("/file", "{ b = (1, 2); }");
+    DesktopPropertyLists lists(root_);
+    const auto read = lists.printableDictionaryWithContentsOfFile("/file");
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->values, lists.dictionaryWithContentsOfFile("/file"));
+    EXPECT_EQ(platform::description(*read), platform::description(PropertyList(read->values)));
+}
+
 TEST_F(DesktopPropertyListsTest, ProblemsNameTheFile) {
     put("/broken", "{ a = b }");
     EXPECT_EQ(toLine(readPropertyList(*root_, "/broken").error()),

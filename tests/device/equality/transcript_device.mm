@@ -35,6 +35,20 @@
 
 @end
 
+// The desktop's errors have no userInfo.
+@interface NSError (TranscriptDescription)
+- (NSString*)description;
+@end
+
+@implementation NSError (TranscriptDescription)
+
+- (NSString*)description {
+    return [NSString stringWithFormat:@"Error Domain=%@ Code=%ld \"%@\"", [self domain],
+                                      static_cast<long>([self code]), [self localizedDescription]];
+}
+
+@end
+
 #pragma clang diagnostic pop
 
 namespace velmoranth::equality {

@@ -1,5 +1,6 @@
 // The replacements of the two icons that the home screen draws: the calendar's and the clock's.
 #include "device/library/image_rows_support.h"
+#include <objc/runtime.h>
 
 #include <algorithm>
 
@@ -80,6 +81,71 @@ TEST_F(CalendarIcon, SettingsOfAnyKindHarmNothing) {
     }
     expectExceptionsToPass(kCalendar, call);
     expectExceptionsToPass("-[UILabel setText:]", call);
+}
+
+// As made of its components, though the platform has that colour by a message of its own.
+TEST_F(CalendarIcon, ColoursOfTheThemeAreMadeOfTheirText) {
+    themePng(iconFile("com.apple.mobilecal"));
+    infoPlist("{ CalendarIconDateSettings = { TextColor = \"FFFFFF\"; ShadowColor = \"000000\"; }; "
+              "CalendarIconDaySettings = { TextColor = \"0x000000\"; }; }");
+    clearJournal();
+    [icon generateIconImageWithInfo:kInfo];
+    EXPECT_EQ(journalOf("+[UIColor colorWithRed: 1 green: 1 blue: 1 alpha: 1]").size(), 1U);
+    EXPECT_EQ(journalOf("+[UIColor colorWithRed: 0 green: 0 blue: 0 alpha: 1]").size(), 2U);
+    EXPECT_EQ(journalOf("+[UIColor whiteColor]"), Lines{});
+    EXPECT_EQ(journalOf("+[UIColor blackColor]"), Lines{});
+}
+
+// The day of the month is the Gregorian calendar's, the weekday in the user's language.
+TEST_F(CalendarIcon, ShowsTodayWhateverCalendarTheUserHas) {
+    setLocale("he_IL@calendar=hebrew");
+    NSDate* const before = [NSDate date];
+    [icon generateIconImageWithInfo:kInfo];
+    NSDate* const after = [NSDate date];
+    NSCalendar* const gregorian =
+        [[[NSCalendar alloc] initWithCalendarIdentifier:@"gregorian"] autorelease];
+    NSDateFormatter* const weekday = [[[NSDateFormatter alloc] init] autorelease];
+    [weekday setLocale:[[[NSLocale alloc] initWithLocaleIdentifier:@"he_IL"] autorelease]];
+    [weekday setDateFormat:@"EEEE"];
+    const auto texts = [&](NSDate* date) {
+        const NSInteger day = [[gregorian components:NSCalendarUnitDay fromDate:date] day];
+        return Lines{"-[UILabel setText: \"" + std::to_string(day) + "\"]",
+                     "-[UILabel setText: \"" + textOf([weekday stringFromDate:date]) + "\"]"};
+    };
+    const Lines shownTexts = journalOf("-[UILabel setText:");
+    // Midnight may have come in between.
+    EXPECT_TRUE(shownTexts == texts(before) || shownTexts == texts(after))
+        << testing::PrintToString(shownTexts);
+}
+
+// A dictionary with words of its own.
+NSDictionary* theirs = nil;
+
+id giveTheirs(id /*self*/, SEL /*selector*/, NSString* path) {
+    static_cast<void>(path);
+    return theirs;
+}
+
+TEST_F(CalendarIcon, SettingsAreLoggedAsTheyPrint) {
+    // Longer than what is printed of a value elsewhere, and data, which systems print differently.
+    NSMutableDictionary* const values = [NSMutableDictionary dictionary];
+    [values setObject:[@"x" stringByPaddingToLength:100'000 withString:@"yz" startingAtIndex:0]
+               forKey:@"long"];
+    [values setObject:[NSData dataWithBytes:"12345" length:5] forKey:@"data"];
+    [values setObject:[NSArray arrayWithObject:@"A"] forKey:@"ActiveThemes"];
+    theirs = values;
+    infoPlist("{ }");
+    const Method method =
+        class_getClassMethod([NSDictionary class], @selector(dictionaryWithContentsOfFile:));
+    const IMP platforms = method_setImplementation(
+        method, reinterpret_cast<IMP>(reinterpret_cast<void (*)()>(&giveTheirs)));
+    clearLog();
+    [icon generateIconImageWithInfo:kInfo];
+    method_setImplementation(method, platforms);
+    ASSERT_GE(logLines().size(), 2U);
+    const std::string line = "ThemePlistDict: " + std::string([[values description] UTF8String]);
+    EXPECT_GT(line.size(), 100'000U);
+    EXPECT_TRUE(logLines().at(1) == line) << logLines().at(1).size() << " " << line.size();
 }
 
 TEST_F(CalendarIcon, OfNoSizeIsNoImage) {

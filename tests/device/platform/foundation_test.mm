@@ -5,20 +5,13 @@
 #include "device/platform/services.h"
 #include "device/standins/standin.h"
 #import <Foundation/NSDebug.h>
-#include <GNUstepBase/GSObjCRuntime.h>
 #include <sys/stat.h>
-
-#include <cmath>
-#include <limits>
 
 namespace velmoranth::device {
 namespace {
 
 using platform::Data;
-using platform::Date;
-using platform::Dictionary;
 using platform::Error;
-using platform::PropertyList;
 using standins::logLines;
 
 Data bytesOf(const std::string& text) {
@@ -186,145 +179,6 @@ TEST_F(FileManager, APathThatWouldEndEarlyLeadsNowhere) {
     EXPECT_EQ(read("/Library/Themes/a"), "kept");
 }
 
-class PropertyLists : public PhoneTest {
-  protected:
-    std::optional<Dictionary> parsed(const std::string& text) {
-        write("/User/file.plist", text);
-        return propertyLists().dictionaryWithContentsOfFile("/User/file.plist");
-    }
-
-    std::optional<Dictionary> ofXml(const std::string& entries) {
-        return parsed("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>" +
-                      entries + "</dict></plist>\n");
-    }
-
-    // What the platform's reader gives for the dictionary.
-    std::optional<Dictionary> ofObject(NSDictionary* objects);
-};
-
-TEST_F(PropertyLists, KeepKindsApart) {
-    EXPECT_EQ(ofXml("<key>yes</key><true/><key>no</key><false/><key>one</key><integer>1</integer>"
-                    "<key>zero</key><integer>0</integer><key>half</key><real>0.5</real>"
-                    "<key>whole</key><real>2</real><key>text</key><string>1</string>"
-                    "<key>data</key><data>AQID</data>"
-                    "<key>date</key><date>2001-01-02T00:00:00Z</date>"),
-              (Dictionary{{"yes", true},
-                          {"no", false},
-                          {"one", 1},
-                          {"zero", 0},
-                          {"half", 0.5},
-                          {"whole", 2.0},
-                          {"text", "1"},
-                          {"data", Data{1, 2, 3}},
-                          {"date", Date{86400}}}));
-}
-
-TEST_F(PropertyLists, HoldContainers) {
-    EXPECT_EQ(ofXml("<key>Themes</key><array><string>a</string><dict><key>b</key><true/></dict>"
-                    "<array/></array><key>empty</key><dict/>"),
-              (Dictionary{{"Themes", PropertyList::Array{"a", Dictionary{{"b", true}},
-                                                         PropertyList::Array{}}},
-                          {"empty", Dictionary{}}}));
-}
-
-TEST_F(PropertyLists, AreReadInTheOldStyle) {
-    EXPECT_EQ(parsed("{ a = 1; \"b c\" = ( x, y ); d = <0102>; }"),
-              (Dictionary{{"a", "1"}, {"b c", PropertyList::Array{"x", "y"}}, {"d", Data{1, 2}}}));
-}
-
-TEST_F(PropertyLists, AreNothingWithoutADictionary) {
-    EXPECT_EQ(propertyLists().dictionaryWithContentsOfFile("/User/none.plist"), std::nullopt);
-    EXPECT_EQ(propertyLists().dictionaryWithContentsOfFile("/User"), std::nullopt);
-    EXPECT_EQ(propertyLists().dictionaryWithContentsOfFile(""), std::nullopt);
-    EXPECT_EQ(parsed("<plist><array/></plist>"), std::nullopt);
-    EXPECT_EQ(parsed("( a, b )"), std::nullopt);
-    EXPECT_EQ(parsed(""), std::nullopt);
-    EXPECT_EQ(parsed("<plist><dict><key>a</key>"), std::nullopt);
-    EXPECT_EQ(parsed("\x89PNG\r\n\x1a\n"), std::nullopt);
-    EXPECT_EQ(logLines(), std::vector<std::string>());
-}
-
-// Takes the place of the reader, to give what no file of this platform's reader gives.
-NSDictionary* given = nil;
-
-}  // namespace
-}  // namespace velmoranth::device
-
-@interface GivenDictionary : NSObject {
-}
-@end
-
-@implementation GivenDictionary
-
-+ (id)dictionaryWithContentsOfFile:(NSString*)path {
-    static_cast<void>(path);
-    return velmoranth::device::given;
-}
-
-@end
-
-namespace velmoranth::device {
-namespace {
-
-std::optional<Dictionary> PropertyLists::ofObject(NSDictionary* objects) {
-    given = objects;
-    const SEL selector = @selector(dictionaryWithContentsOfFile:);
-    const Method method = class_getClassMethod([NSDictionary class], selector);
-    const IMP replacement =
-        method_getImplementation(class_getClassMethod([GivenDictionary class], selector));
-    const IMP platforms = method_setImplementation(method, replacement);
-    const auto result = propertyLists().dictionaryWithContentsOfFile("/any");
-    method_setImplementation(method, platforms);
-    given = nil;
-    return result;
-}
-
-TEST_F(PropertyLists, IntegersThatDoNotFitComeAsRealNumbers) {
-    constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
-    constexpr std::int64_t kLeast = std::numeric_limits<std::int64_t>::min();
-    const auto number = [&](NSNumber* value) {
-        return ofObject([NSDictionary dictionaryWithObject:value forKey:@"n"])->at("n");
-    };
-    EXPECT_EQ(number([NSNumber numberWithLongLong:kMost]), PropertyList(kMost));
-    EXPECT_EQ(number([NSNumber numberWithLongLong:kMost - 1]), PropertyList(kMost - 1));
-    EXPECT_EQ(number([NSNumber numberWithLongLong:kLeast]), PropertyList(kLeast));
-    EXPECT_EQ(number([NSNumber numberWithUnsignedLongLong:1ULL << 63U]),
-              PropertyList(9223372036854775808.0));
-    EXPECT_EQ(number([NSNumber numberWithUnsignedLongLong:~0ULL]),
-              PropertyList(18446744073709551616.0));
-    EXPECT_EQ(number([NSNumber numberWithUnsignedLongLong:7]), PropertyList(7));
-    EXPECT_EQ(number([NSNumber numberWithFloat:0.25F]), PropertyList(0.25));
-    EXPECT_EQ(number([NSNumber numberWithChar:1]), PropertyList(1));
-    EXPECT_TRUE(std::isnan(*number([NSNumber numberWithDouble:NAN]).as<double>()));
-}
-
-TEST_F(PropertyLists, LeaveOutWhatIsNoneOfTheirKinds) {
-    NSArray* const items = [NSArray arrayWithObjects:[NSNull null], @"a", [NSObject new], nil];
-    EXPECT_EQ(ofObject([NSDictionary
-                  dictionaryWithObjectsAndKeys:@"dropped", [NSNumber numberWithInt:1],
-                                               [NSNull null], @"null", items, @"items", nil]),
-              (Dictionary{{"items", PropertyList::Array{"a"}}}));
-    EXPECT_EQ(ofObject(static_cast<NSDictionary*>(static_cast<id>(@"text"))), std::nullopt);
-}
-
-TEST_F(PropertyLists, AreNothingWhenTheyNestTooDeep) {
-    const auto nested = [&](int depth) {
-        id value = @"core";
-        for (int i = 0; i < depth; ++i) {
-            value = [NSArray arrayWithObject:value];
-        }
-        return ofObject([NSDictionary dictionaryWithObject:value forKey:@"a"]);
-    };
-    EXPECT_TRUE(nested(500));
-    EXPECT_EQ(nested(600), std::nullopt);
-    // One that holds itself.
-    NSMutableArray* const circle = [NSMutableArray array];
-    const id itself = circle;
-    [circle addObject:itself];
-    EXPECT_EQ(ofObject([NSDictionary dictionaryWithObject:circle forKey:@"a"]), std::nullopt);
-    [circle removeAllObjects];
-}
-
 using Bundles = PhoneTest;
 
 constexpr const char* kClock = "/System/Library/Frameworks/Clock.framework";
@@ -379,6 +233,28 @@ TEST_F(Dates, HaveADayOfTheirMonth) {
     EXPECT_EQ(dates().dayFromDate({0}), 1);
     EXPECT_EQ(dates().dayFromDate({-1}), 31);
     EXPECT_EQ(dates().dayFromDate({60.0 * 60 * 24 * 27.5}), 28);
+}
+
+// Whatever calendar the user has chosen.
+TEST_F(Dates, HaveADayOfTheGregorianCalendar) {
+    standins::setLocale("he_IL@calendar=hebrew");
+    [NSTimeZone setDefaultTimeZone:[NSTimeZone timeZoneForSecondsFromGMT:0]];
+    NSDate* const date = [NSDate dateWithTimeIntervalSinceReferenceDate:0];
+    // The first of January 2001 was the sixth of Tevet.
+    ASSERT_EQ([[[NSCalendar currentCalendar] components:NSCalendarUnitDay fromDate:date] day], 6);
+    EXPECT_EQ(dates().dayFromDate({0}), 1);
+    EXPECT_EQ(dates().dayFromDate({60.0 * 60 * 24 * 27.5}), 28);
+}
+
+TEST_F(Dates, HaveAWeekdayInTheUsersLanguage) {
+    [NSTimeZone setDefaultTimeZone:[NSTimeZone timeZoneForSecondsFromGMT:0]];
+    for (const auto& [locale, monday] : {std::pair{"en_US", "Monday"},
+                                         {"de_DE", "Montag"},
+                                         {"fr_FR", "lundi"},
+                                         {"ja_JP", "月曜日"}}) {
+        standins::setLocale(locale);
+        EXPECT_EQ(dates().stringFromDate({0}, "EEEE"), monday) << locale;
+    }
 }
 
 TEST_F(Dates, AreWrittenInAFormat) {

@@ -238,9 +238,26 @@ TEST_F(Text, ErrorsAreLookedAtOnlyAfterFailures) {
     EXPECT_EQ(failureOf(false, nil), platform::Error());
 }
 
+TEST_F(Text, ErrorsPrintAsThemselves) {
+    NSDictionary* const details =
+        [NSDictionary dictionaryWithObjectsAndKeys:@"It did not work.", NSLocalizedDescriptionKey,
+                                                   @"/Library/a", @"NSFilePath", nil];
+    platform::Error error;
+    @autoreleasepool {
+        error = errorOf([NSError errorWithDomain:@"Some" code:516 userInfo:details]);
+    }
+    EXPECT_EQ(platform::description(error),
+              "Error Domain=Some Code=516 \"It did not work.\" UserInfo={NSFilePath=/Library/a, "
+              "NSLocalizedDescription=It did not work.}");
+}
+
 TEST_F(Text, ErrorsOfAnyKindAreTaken) {
     EXPECT_EQ(errorOf(nil), platform::Error());
     EXPECT_EQ(errorOf(static_cast<NSError*>(static_cast<id>(@"no error"))), platform::Error());
+    // They print as what they are.
+    EXPECT_EQ(platform::description(errorOf(nil)), "(null)");
+    EXPECT_EQ(platform::description(errorOf(static_cast<NSError*>(static_cast<id>(@"no error")))),
+              "no error");
     NSError* const far = [FarError errorWithDomain:@"Some" code:1 userInfo:nil];
     EXPECT_EQ(errorOf(far).code, std::numeric_limits<int>::min());
 }

@@ -218,12 +218,14 @@ TEST_F(BadPreferences, ThemesAmongWhatAreNoNamesAreAsked) {
     EXPECT_EQ(textOf([velMoranth() selectedTheme]), "/Library/Themes/7/Velmoranth");
 }
 
-TEST_F(BadPreferences, NestedTooDeepAreAsGoodAsNone) {
+TEST_F(BadPreferences, NestedDeepAreReadAllTheSame) {
     loaded();
-    use(with("theirs", nested(500)));
-    EXPECT_EQ(textOf([velMoranth() selectedTheme]), "/Library/Themes/A/Velmoranth");
-    use(with("theirs", nested(600)));
-    EXPECT_EQ(textOf([velMoranth() selectedTheme]), "");
+    for (const int depth : {500, 600, 2000}) {
+        preferences([NSDictionary dictionary]);
+        EXPECT_EQ(textOf([velMoranth() selectedTheme]), "");
+        use(with("theirs", nested(depth)));
+        EXPECT_EQ(textOf([velMoranth() selectedTheme]), "/Library/Themes/A/Velmoranth") << depth;
+    }
     use(with("ActiveThemes", nested(600)));
     EXPECT_EQ(address(wheel()), address(platforms));
     use(everythingOn());
