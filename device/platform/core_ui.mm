@@ -75,8 +75,12 @@ platform::NullableString HandleFor<platform::CUINamedVectorGlyph>::name() const 
     return textOf([ifUnderstood(object(), @selector(name)) name]);
 }
 
+// With pools of their own: a catalog has thousands of renditions, and what is made for one goes
+// with it.
 platform::NullableString HandleFor<platform::CUINamedImage>::name() const {
-    return textOf([ifUnderstood(object(), @selector(name)) name]);
+    @autoreleasepool {
+        return textOf([ifUnderstood(object(), @selector(name)) name]);
+    }
 }
 
 double HandleFor<platform::CUINamedImage>::scale() const {
@@ -85,14 +89,18 @@ double HandleFor<platform::CUINamedImage>::scale() const {
 
 platform::BitmapImageRef HandleFor<platform::CUINamedImage>::createImageFromPDFRenditionWithScale(
     double scale) {
-    return wrap<platform::BitmapImage>(
-        [ifUnderstood(object(), @selector(createImageFromPDFRenditionWithScale:))
-            createImageFromPDFRenditionWithScale:scale],
-        Hold::adopt);
+    @autoreleasepool {
+        return wrap<platform::BitmapImage>(
+            [ifUnderstood(object(), @selector(createImageFromPDFRenditionWithScale:))
+                createImageFromPDFRenditionWithScale:scale],
+            Hold::adopt);
+    }
 }
 
 platform::BitmapImageRef HandleFor<platform::CUINamedImage>::image() {
-    return wrap<platform::BitmapImage>([ifUnderstood(object(), @selector(image)) image]);
+    @autoreleasepool {
+        return wrap<platform::BitmapImage>([ifUnderstood(object(), @selector(image)) image]);
+    }
 }
 
 std::vector<std::string> HandleFor<platform::CUICatalog>::allImageNames() {

@@ -23,12 +23,14 @@ bool isPath(const std::string& path) {
 // Carries out `operation`, which is handed the place for its error and says whether it succeeded.
 template <class Operation>
 platform::Failure attempt(bool arePaths, const Operation& operation) {
-    NSError* error = arePaths ? nil
-                              : [classNamed("NSError") errorWithDomain:kPosixErrorDomain
-                                                                  code:EINVAL
-                                                              userInfo:nil];
-    const bool succeeded = arePaths && operation(&error);
-    return failureOf(succeeded, error);
+    @autoreleasepool {
+        NSError* error = arePaths ? nil
+                                  : [classNamed("NSError") errorWithDomain:kPosixErrorDomain
+                                                                      code:EINVAL
+                                                                  userInfo:nil];
+        const bool succeeded = arePaths && operation(&error);
+        return failureOf(succeeded, error);
+    }
 }
 
 // Bytes that the caller keeps alive for as long as this lives.
@@ -50,17 +52,23 @@ class BorrowedData {
     NSData* data_;
 };
 
+// With pools of its own: an extraction or a dump goes through thousands of files, and nothing that
+// is made for one of them has to wait for the caller's.
 class FoundationFileManager final : public platform::FileManager {
   public:
     bool fileExistsAtPath(const std::string& path) override {
-        return isPath(path) && [manager() fileExistsAtPath:stringOf(path)];
+        @autoreleasepool {
+            return isPath(path) && [manager() fileExistsAtPath:stringOf(path)];
+        }
     }
 
     platform::FileExistence fileExistsAtPathIsDirectory(const std::string& path) override {
-        BOOL isDirectory = NO;
-        const bool exists = isPath(path) && [manager() fileExistsAtPath:stringOf(path)
-                                                            isDirectory:&isDirectory];
-        return {.exists = exists, .isDirectory = exists && isDirectory};
+        @autoreleasepool {
+            BOOL isDirectory = NO;
+            const bool exists = isPath(path) && [manager() fileExistsAtPath:stringOf(path)
+                                                                isDirectory:&isDirectory];
+            return {.exists = exists, .isDirectory = exists && isDirectory};
+        }
     }
 
     platform::Failure setPosixPermissionsOfItemAtPath(unsigned mode,
@@ -99,9 +107,11 @@ class FoundationFileManager final : public platform::FileManager {
 
     bool createFileAtPathContents(const std::string& path,
                                   const platform::Data& contents) override {
-        return isPath(path) && [manager() createFileAtPath:stringOf(path)
-                                                  contents:BorrowedData(contents).get()
-                                                attributes:nil];
+        @autoreleasepool {
+            return isPath(path) && [manager() createFileAtPath:stringOf(path)
+                                                      contents:BorrowedData(contents).get()
+                                                    attributes:nil];
+        }
     }
 
     platform::Failure createDirectoryAtPathWithIntermediateDirectories(
@@ -115,15 +125,16 @@ class FoundationFileManager final : public platform::FileManager {
     }
 
     bool writeToFileAtomically(const platform::Data& contents, const std::string& path) override {
-        return isPath(path) && [BorrowedData(contents).get() writeToFile:stringOf(path)
-                                                              atomically:YES];
+        @autoreleasepool {
+            return isPath(path) && [BorrowedData(contents).get() writeToFile:stringOf(path)
+                                                                  atomically:YES];
+        }
     }
 
     std::optional<platform::Data> dataWithContentsOfFile(const std::string& path) override {
         if (!isPath(path)) {
             return std::nullopt;
         }
-        // The engine keeps a copy; the platform's own need not wait for the caller's pool.
         @autoreleasepool {
             return dataOf([NSData dataWithContentsOfFile:stringOf(path)]);
         }

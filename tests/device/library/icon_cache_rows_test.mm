@@ -260,6 +260,29 @@ TEST_F(LeafIcon, PassesExceptionsOfTheIdentifierOn) {
     expectExceptionsToPass(kLeaf, [this] { [icon getUnmaskedIconImage:2]; });
 }
 
+// The system's version is compared in full.
+TEST_F(LeafIcon, AsksForSystem12_0_0) {
+    [icon getUnmaskedIconImage:2];
+    EXPECT_EQ(versionsAskedFor(), Lines{"12.0.0"});
+}
+
+struct LeafIconOnTheFirstiOS12 : LeafIcon {
+    LeafIconOnTheFirstiOS12() : LeafIcon({12, 0, 1556}) {}
+};
+
+TEST_F(LeafIconOnTheFirstiOS12, IsTheThemes) {
+    EXPECT_EQ(pathOf([icon getUnmaskedIconImage:2]), themePath(iconFile("com.a")));
+}
+
+struct LeafIconOnTheLastiOS11 : LeafIcon {
+    LeafIconOnTheLastiOS11() : LeafIcon({11, 99, 1452.23}) {}
+};
+
+TEST_F(LeafIconOnTheLastiOS11, IsThePlatforms) {
+    EXPECT_EQ(answeredBy([icon getUnmaskedIconImage:2]), 1);
+    EXPECT_EQ(taken(), (Lines{line, line}));
+}
+
 TEST_F(LeafIconOniOS13, IsThePlatforms) {
     EXPECT_EQ(answeredBy([icon getUnmaskedIconImage:2]), 0);
     EXPECT_EQ(taken(), Lines{line});
