@@ -1,4 +1,5 @@
 // The factory preferences and the calendar's settings, as the system takes them.
+#include "core/library_classes.h"
 #include "core/setting_rows.h"
 #include "core/settings.h"
 #include "core/velmoranth.h"
@@ -43,17 +44,21 @@ platform::Dictionary dictionary(const std::string& text) {
 TEST(FactorySettings, AreInPlaceAfterTheFirstStart) {
     TestDevice device;
     device.file(kFactory, installed(kFactory));
-    core::VelMoranth::load();
+    // Registering the main class runs its +load, which sends for the factory preferences.
+    for (const platform::ClassDefinition& definition : core::libraryClasses()) {
+        device.runtime.registerClass(definition);
+    }
     core::loadSettings();
     EXPECT_EQ(device.contents(kLive), installed(kFactory));
-    const core::Settings expected{.enable = true,
-                                  .enableIconMask = true,
-                                  .enableOverlay = true,
-                                  .shadowRadiusVal = 4,
-                                  .opacityVal = 0.4F,
-                                  .yAxisVal = 3,
-                                  .shadowWidthVal = 60,
-                                  .shadowHeightVal = 60};
+    core::Settings expected;
+    expected.enable = true;
+    expected.enableIconMask = true;
+    expected.enableOverlay = true;
+    expected.shadowRadiusVal = 4;
+    expected.opacityVal = 0.4F;
+    expected.yAxisVal = 3;
+    expected.shadowWidthVal = 60;
+    expected.shadowHeightVal = 60;
     EXPECT_EQ(core::settings(), expected);
 }
 
