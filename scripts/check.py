@@ -11,7 +11,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 MAX_LINES = 500
 CODE_SUFFIXES = {".h", ".cpp", ".mm"}
 TEXT_SUFFIXES = CODE_SUFFIXES | {".py", ".md", ".txt", ".json", ".cmake", ".sh", ""}
-TOP_FOLDERS = ["src", "desktop", "simulator", "cli", "device", "tests", "benchmarks", "fuzz",
+TOP_FOLDERS = ["src", "record", "desktop", "simulator", "cli", "device", "tests", "benchmarks", "fuzz",
                "scripts", "docs", "cmake", "examples", "layout", ".ci"]
 
 # Who may include whom. The longest prefix that fits a file is its layer; a layer may include itself
@@ -49,20 +49,22 @@ LAYERS = {
     "core/library_classes": ["platform/", "core/velmoranth", "sounds/", "filemanager/"],
     "core/load_time": [*SETTINGS, "core/entry_points"],
     # The house around the engine.
-    "desktop/": ["platform/"],
+    "record/": ["platform/"],
+    "desktop/": ["platform/", "record/"],
     "simulator/artwork/": [],
     "simulator/": [*SETTINGS, "desktop/", "simulator/artwork/"],
-    "simulator/process/": ["platform/", "desktop/", "simulator/", "simulator/artwork/"],
+    "simulator/process/": ["platform/", "record/", "desktop/", "simulator/", "simulator/artwork/",
+                           "core/hook_rows"],
     # An added method is one of the C functions of the rows.
     "device/platform/": ["platform/", "device/hooks/"],
     "device/hooks/": ["platform/", "core/hook_table", "core/hook_rows", "device/platform/"],
     "device/classes/": [*EFFECTS, "core/velmoranth", "device/platform/", "device/hooks/"],
     "device/startup": ["core/entry_points", "device/platform/"],
     "cli/": [*SETTINGS, "core/entry_points", "core/hook_table", "filemanager/", "tools/catalog_extraction",
-             "desktop/", "simulator/", "simulator/process/"],
+             "record/", "desktop/", "simulator/", "simulator/process/"],
 }
 
-OUR_CODE = ["src", "desktop", "simulator", "cli", "device"]
+OUR_CODE = ["src", "record", "desktop", "simulator", "cli", "device"]
 # The phone's frameworks and C library as we declare them: foreign headers by their names, not ours.
 DECLARATIONS = ("device/frameworks/", "device/sysroot/", "device/cxx/")
 
@@ -140,7 +142,7 @@ def includes(path):
 
 def is_ours(include):
     first = include.split("/")[0]
-    return first in ENGINE_ROOTS or first in ("desktop", "simulator", "cli", "device", "tests")
+    return first in ENGINE_ROOTS or first in ("record", "desktop", "simulator", "cli", "device", "tests")
 
 
 def layer_of(path):

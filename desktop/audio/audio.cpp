@@ -2,6 +2,7 @@
 
 #include "desktop/audio/sound_decoder.h"
 #include "desktop/audio/sound_file.h"
+#include "record/recorder.h"
 
 #include <algorithm>
 #include <cmath>
@@ -84,7 +85,9 @@ DesktopAudio::DesktopAudio(std::shared_ptr<const DeviceRoot> root, Mixer& mixer,
                                        .isPlaying = [&mixer] { return mixer.isPlaying(); }})) {}
 
 platform::AudioPlayerRef DesktopAudio::audioPlayerWithContentsOfURL(const std::string& path) {
-    return playerOf(SoundFile::open(*root_, path));
+    auto player = playerOf(SoundFile::open(*root_, path));
+    record::noteTried(path, lastProblem_ ? lastProblem_->message : "");
+    return player;
 }
 
 platform::AudioPlayerRef DesktopAudio::audioPlayerWithData(

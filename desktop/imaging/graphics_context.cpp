@@ -4,6 +4,9 @@
 #include "desktop/imaging/coverage.h"
 #include "desktop/imaging/gradient.h"
 
+#include "record/operations.h"
+#include "record/recorder.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -96,6 +99,7 @@ MutablePixels DesktopGraphicsContext::mutablePixels() {
 }
 
 platform::BitmapImageRef DesktopGraphicsContext::createImage() {
+    record::tell(*this, record::messageOf("GraphicsContext", "createImage"));
     const PixelView view = pixels();
     if (configuration_.content != Content::gray) {
         base().shared = true;
@@ -115,6 +119,7 @@ platform::BitmapImageRef DesktopGraphicsContext::createImage() {
 }
 
 void DesktopGraphicsContext::translateCTM(double x, double y) {
+    record::tell(*this, record::messageOf("GraphicsContext", "translateCTM"), x, y);
     UserTransform& transform = state_.transform;
     const double offsetX = transform.offsetX + transform.scaleX * x;
     const double offsetY = transform.offsetY + transform.scaleY * y;
@@ -137,6 +142,8 @@ void DesktopGraphicsContext::scaleCTM(double x, double y) {
 void DesktopGraphicsContext::drawLinearGradient(const platform::GradientRef& gradient,
                                                 platform::Point start, platform::Point end,
                                                 std::uint32_t options) {
+    record::tell(*this, record::messageOf("GraphicsContext", "drawLinearGradient"), start, end,
+                 options);
     const auto ours = std::dynamic_pointer_cast<const DesktopGradient>(gradient);
     const double dx = end.x - start.x;
     const double dy = end.y - start.y;

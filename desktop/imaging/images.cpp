@@ -2,6 +2,8 @@
 
 #include "desktop/imaging/bitmap_image.h"
 
+#include "record/recorder.h"
+
 #include <string_view>
 #include <utility>
 
@@ -71,15 +73,19 @@ platform::ImageRef DesktopImages::imageWithContentsOfFile(const std::string& pat
         const Result<platform::Data> file =
             configuration_.root->readFile(candidate, configuration_.maxFileBytes);
         if (!file) {
+            record::noteTried(candidate, file.error().message);
             continue;
         }
         Result<DecodedImage> decoded = decodeImage(*file, configuration_.decodeLimits);
         if (!decoded) {
+            record::noteTried(candidate, decoded.error().message);
             continue;
         }
         if (const auto bitmap = DesktopBitmapImage::create(std::move(*decoded))) {
+            record::noteTried(candidate, "");
             return makeImage(bitmap, scaleFromPath(candidate));
         }
+        record::noteTried(candidate, "the image is too large");
     }
     return nullptr;
 }

@@ -1,6 +1,7 @@
 #include "desktop/plist/property_lists.h"
 #include "desktop/plist/readers.h"
 #include "desktop/plist/text_encoding.h"
+#include "record/recorder.h"
 
 #include <algorithm>
 #include <string_view>
@@ -120,9 +121,11 @@ std::optional<platform::Dictionary> DesktopPropertyLists::dictionaryWithContents
     const std::string& path) {
     const Result<platform::PropertyList> value = readPropertyList(*root_, path);
     if (!value) {
+        record::noteTried(path, value.error().message);
         return {};
     }
     const platform::Dictionary* const dictionary = value->as<platform::Dictionary>();
+    record::noteTried(path, dictionary == nullptr ? "its root is no dictionary" : "");
     return dictionary == nullptr ? std::nullopt : std::optional(*dictionary);
 }
 

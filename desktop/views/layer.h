@@ -8,6 +8,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace velmoranth::desktop {
 
@@ -36,7 +37,7 @@ class DesktopLayer final : public platform::Layer {
     // gone, and a context of another make, draw nothing.
     void renderInContext(const platform::GraphicsContextRef& context) override;
 
-    void setOpacity(float opacity) override { changeOpacity(static_cast<double>(opacity)); }
+    void setOpacity(float opacity) override;
 
     // Clamped to 0..1, NaN is 0; animated in a block.
     void changeOpacity(double opacity);
@@ -46,26 +47,20 @@ class DesktopLayer final : public platform::Layer {
         return opacityTransition_.shown(appearance.opacity);
     }
 
-    void setMasksToBounds(bool masks) override { appearance.masksToBounds = masks; }
-
-    void setShadowColor(const platform::Color& color) override { appearance.shadow.color = color; }
-
-    void setShadowOpacity(float opacity) override {
-        appearance.shadow.opacity = static_cast<double>(opacity);
-    }
-
-    void setShadowOffset(platform::Size offset) override {
-        appearance.shadow.offset = {offset.width, offset.height};
-    }
-
-    void setShadowRadius(double radius) override { appearance.shadow.radius = radius; }
-
-    void setShadowPathRect(const platform::Rect& rect) override { appearance.shadowPath = rect; }
+    void setMasksToBounds(bool masks) override;
+    void setShadowColor(const platform::Color& color) override;
+    void setShadowOpacity(float opacity) override;
+    void setShadowOffset(platform::Size offset) override;
+    void setShadowRadius(double radius) override;
+    void setShadowPathRect(const platform::Rect& rect) override;
 
     Appearance appearance;
 
   private:
     friend class ViewNode;
+
+    template <class... Arguments>
+    void tell(std::string_view message, const Arguments&... arguments) const;
 
     ViewNode* owner_;  // null when the view is gone
     platform::Rect bounds_;

@@ -1,9 +1,14 @@
 #include "desktop/views/view_controllers.h"
 
+#include "record/operations.h"
+#include "record/recorder.h"
+
 namespace velmoranth::desktop {
 
 void DesktopViewController::presentViewControllerAnimated(
-    const platform::ViewControllerRef& controller, bool /*animated*/) {
+    const platform::ViewControllerRef& controller, bool animated) {
+    record::tell(*this, record::messageOf("ViewController", "presentViewControllerAnimated"),
+                 controller, animated);
     if (presented_ == nullptr) {
         presented_ = controller;
     }
@@ -16,6 +21,7 @@ void DesktopAlertAction::choose() const {
 }
 
 void DesktopAlertController::addAction(const platform::AlertActionRef& action) {
+    record::tell(*this, record::messageOf("AlertController", "addAction"), action);
     if (auto own = std::dynamic_pointer_cast<DesktopAlertAction>(action)) {
         actions_.push_back(std::move(own));
     }

@@ -10,6 +10,9 @@
 #include "desktop/views/layer.h"
 #include "platform/uikit.h"
 
+#include "record/operations.h"
+#include "record/recorder.h"
+
 #include <cstddef>
 #include <memory>
 #include <vector>
@@ -114,6 +117,8 @@ class ViewNode : public std::enable_shared_from_this<ViewNode> {
     void render(DesktopGraphicsContext& context, OpacityRule rule, double opacity = 1);
 
   protected:
+    friend class DesktopLayer;
+
     ViewNode();
 
     // The view that this node is part of.
@@ -160,11 +165,17 @@ class ViewImplementation : public Base, public ViewNode {
   public:
     [[nodiscard]] int tag() const override { return nodeTag(); }
 
-    void setTag(int tag) override { setNodeTag(tag); }
+    void setTag(int tag) override {
+        record::tell(*this, record::messageOf("View", "setTag"), tag);
+        setNodeTag(tag);
+    }
 
     [[nodiscard]] platform::Rect frame() const override { return nodeFrame(); }
 
-    void setFrame(const platform::Rect& frame) override { setNodeFrame(frame); }
+    void setFrame(const platform::Rect& frame) override {
+        record::tell(*this, record::messageOf("View", "setFrame"), frame);
+        setNodeFrame(frame);
+    }
 
     [[nodiscard]] platform::Rect bounds() const override { return desktopLayer()->bounds(); }
 
@@ -173,28 +184,44 @@ class ViewImplementation : public Base, public ViewNode {
     }
 
     void addSubview(const platform::ViewRef& view) override {
+        record::tell(*this, record::messageOf("View", "addSubview"), view);
         insertNode(view, nodeSubviews().size());
     }
 
-    void removeFromSuperview() override { removeNodeFromSuperview(); }
+    void removeFromSuperview() override {
+        record::tell(*this, record::messageOf("View", "removeFromSuperview"));
+        removeNodeFromSuperview();
+    }
 
     [[nodiscard]] platform::ViewRef viewWithTag(int tag) override { return nodeWithTag(tag); }
 
     void setBackgroundColor(const platform::Color& color) override {
+        record::tell(*this, record::messageOf("View", "setBackgroundColor"), color);
         desktopLayer()->appearance.backgroundColor = color;
     }
 
     void insertSubviewAtIndex(const platform::ViewRef& view, std::size_t index) override {
+        record::tell(*this, record::messageOf("View", "insertSubviewAtIndex"), view, index);
         insertNode(view, index);
     }
 
-    void setClipsToBounds(bool clips) override { desktopLayer()->appearance.masksToBounds = clips; }
+    void setClipsToBounds(bool clips) override {
+        record::tell(*this, record::messageOf("View", "setClipsToBounds"), clips);
+        desktopLayer()->appearance.masksToBounds = clips;
+    }
 
-    void setAlpha(double alpha) override { setNodeAlpha(alpha); }
+    void setAlpha(double alpha) override {
+        record::tell(*this, record::messageOf("View", "setAlpha"), alpha);
+        setNodeAlpha(alpha);
+    }
 
-    void setHidden(bool hidden) override { desktopLayer()->appearance.hidden = hidden; }
+    void setHidden(bool hidden) override {
+        record::tell(*this, record::messageOf("View", "setHidden"), hidden);
+        desktopLayer()->appearance.hidden = hidden;
+    }
 
     void addGestureRecognizer(const platform::GestureRecognizerRef& recognizer) override {
+        record::tell(*this, record::messageOf("View", "addGestureRecognizer"), recognizer);
         addRecognizer(recognizer);
     }
 

@@ -94,6 +94,7 @@ void DesktopLabel::drawContent(DesktopGraphicsContext& context, const Rect& boun
 }
 
 void DesktopLabel::setFont(const platform::FontRef& font) {
+    record::tell(*this, record::messageOf("Label", "setFont"), font);
     const auto face = std::dynamic_pointer_cast<DesktopFont>(font);
     const TextStyle standard;
     const TextStyle& style = face ? face->style() : standard;
@@ -104,6 +105,7 @@ void DesktopLabel::setFont(const platform::FontRef& font) {
 }
 
 void DesktopLabel::setTextAlignment(platform::TextAlignment alignment) {
+    record::tell(*this, record::messageOf("Label", "setTextAlignment"), alignment);
     switch (alignment) {
         case platform::TextAlignment::left:
             style_.alignment = TextAlignment::left;
@@ -124,10 +126,12 @@ void DesktopLabel::setTextAlignment(platform::TextAlignment alignment) {
 }
 
 void DesktopLabel::setShadowColor(const platform::Color& color) {
+    record::tell(*this, record::messageOf("Label", "setShadowColor"), color);
     style_.shadow = TextShadow{.color = color, .offset = shadowOffset_, .radius = 0};
 }
 
 void DesktopLabel::setShadowOffset(platform::Size offset) {
+    record::tell(*this, record::messageOf("Label", "setShadowOffset"), offset);
     shadowOffset_ = {std::isfinite(offset.width) ? offset.width : 0,
                      std::isfinite(offset.height) ? offset.height : 0};
     if (style_.shadow) {

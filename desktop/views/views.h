@@ -36,7 +36,10 @@ class DesktopImageView : public ViewImplementation<platform::ImageView> {
 
     [[nodiscard]] platform::ImageRef image() const override { return contents(); }
 
-    void setImage(const platform::ImageRef& image) override { setContents(image); }
+    void setImage(const platform::ImageRef& image) override {
+        record::tell(*this, record::messageOf("ImageView", "setImage"), image);
+        setContents(image);
+    }
 };
 
 // One line of text, centred vertically in its bounds by the height of its face, ending in "…" when
@@ -58,13 +61,19 @@ class DesktopLabel : public ViewImplementation<platform::Label> {
 
     [[nodiscard]] const std::string& text() const { return text_; }
 
-    void setText(const platform::NullableString& text) override { text_ = text.value_or(""); }
+    void setText(const platform::NullableString& text) override {
+        record::tell(*this, record::messageOf("Label", "setText"), text);
+        text_ = text.value_or("");
+    }
 
     // A font of another make counts as nil.
     void setFont(const platform::FontRef& font) override;
     void setTextAlignment(platform::TextAlignment alignment) override;
 
-    void setTextColor(const platform::Color& color) override { style_.color = color; }
+    void setTextColor(const platform::Color& color) override {
+        record::tell(*this, record::messageOf("Label", "setTextColor"), color);
+        style_.color = color;
+    }
 
     void setShadowColor(const platform::Color& color) override;
     // Lengths that are not finite count as 0.
