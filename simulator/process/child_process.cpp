@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cerrno>
+#include <charconv>
 #include <cstring>
 #include <thread>
 #include <utility>
@@ -161,6 +162,10 @@ desktop::Result<Message> ChildProcess::receive(MessageKind wanted,
                     .value_or(Problem{"the simulated process failed and did not say why"}));
         } else if (message.kind == MessageKind::notice) {
             noticed_ = true;
+        } else if (message.kind == MessageKind::recorded) {
+            record_.push_back(record::fromBytes(message.payload).value_or(record::Entry()));
+        } else if (message.kind == MessageKind::recordedAnswer) {
+            noteAnswer(message.payload);
         }
         if (message.kind == wanted) {
             return message;
@@ -173,28 +178,76 @@ desktop::Result<RenderedScreen> ChildProcess::receiveScreen(std::chrono::millise
     if (!described) {
         return tl::unexpected(std::move(described.error()));
     }
-    auto header = fromJson<ScreenHeader>(described->payload);
+    ScreenHeader header = fromJson<ScreenHeader>(described->payload).value_or(ScreenHeader());
+    auto picture = receivePixels(header, timeLimit);
+    if (!picture) {
+        return tl::unexpected(std::move(picture.error()));
+    }
+    RenderedScreen screen;
+    screen.picture = std::move(*picture);
+    screen.icons = std::move(header.icons);
+    screen.folder = std::move(header.folder);
+    screen.page = header.page;
+    screen.pageCount = header.pageCount;
+    screen.peakMemoryBytes = header.peakMemoryBytes;
+    screen.log = std::exchange(log_, {});
+    logBytes_ = 0;
+    screen.record = takeRecord();
+    return screen;
+}
+
+desktop::Result<Picture> ChildProcess::receivePixels(const ScreenHeader& header,
+                                                     std::chrono::milliseconds timeLimit) {
     auto drawn = receive(MessageKind::pixels, timeLimit);
     if (!drawn) {
         return tl::unexpected(std::move(drawn.error()));
     }
     const std::string& bytes = drawn->payload;
-    if (!header || header->width == 0 || header->height == 0 ||
-        header->width > bytes.size() / header->height / 4 ||
-        header->width * header->height * 4 != bytes.size()) {
+    if (header.width == 0 || header.height == 0 ||
+        header.width > bytes.size() / header.height / 4 ||
+        header.width * header.height * 4 != bytes.size()) {
         reap(Clock::now());
         return tl::unexpected(withLastLine("the simulated process sent what is no picture"));
     }
-    RenderedScreen screen;
-    screen.picture = {header->width, header->height, header->scale, {bytes.begin(), bytes.end()}};
-    screen.icons = std::move(header->icons);
-    screen.folder = std::move(header->folder);
-    screen.page = header->page;
-    screen.pageCount = header->pageCount;
-    screen.peakMemoryBytes = header->peakMemoryBytes;
-    screen.log = std::exchange(log_, {});
-    logBytes_ = 0;
-    return screen;
+    return Picture{header.width, header.height, header.scale, {bytes.begin(), bytes.end()}};
+}
+
+desktop::Result<Answer> ChildProcess::receiveAnswer(std::chrono::milliseconds timeLimit) {
+    auto described = receive(MessageKind::answer, timeLimit);
+    if (!described) {
+        return tl::unexpected(std::move(described.error()));
+    }
+    const auto header = fromJson<ScreenHeader>(described->payload);
+    if (!header) {
+        return tl::unexpected(fromJson<Problem>(described->payload)
+                                  .value_or(Problem{"the simulated process gave no answer"}));
+    }
+    Answer answer;
+    if (header->width > 0) {
+        auto picture = receivePixels(*header, timeLimit);
+        if (!picture) {
+            return tl::unexpected(std::move(picture.error()));
+        }
+        answer.picture = std::move(*picture);
+    }
+    answer.record = takeRecord();
+    return answer;
+}
+
+// "PLACE ANSWER"
+void ChildProcess::noteAnswer(const std::string& payload) {
+    const char* const end = payload.data() + payload.size();
+    std::size_t place = 0;
+    const auto [rest, error] = std::from_chars(payload.data(), end, place);
+    if (error == std::errc() && rest != end && place >= recordBegin_ &&
+        place - recordBegin_ < record_.size()) {
+        record_[place - recordBegin_].answer.assign(rest + 1, end);
+    }
+}
+
+record::Record ChildProcess::takeRecord() {
+    recordBegin_ += record_.size();
+    return std::exchange(record_, {});
 }
 
 bool ChildProcess::takeNotice() {

@@ -43,6 +43,11 @@ class ChildProcess {
     [[nodiscard]] desktop::Result<RenderedScreen> receiveScreen(
         std::chrono::milliseconds timeLimit);
 
+    [[nodiscard]] desktop::Result<Answer> receiveAnswer(std::chrono::milliseconds timeLimit);
+
+    // What has been recorded since the last call of this.
+    [[nodiscard]] record::Record takeRecord();
+
     // Whether a notice has come since the last call of this.
     [[nodiscard]] bool takeNotice();
 
@@ -63,6 +68,11 @@ class ChildProcess {
     // Null for the destination "".
     [[nodiscard]] static desktop::Result<LogFile> openLog(const std::string& destination);
     void note(const std::string& line);
+    void noteAnswer(const std::string& payload);
+    // The pixels of the picture that was announced. Nothing, and the process is ended, when they
+    // are no such picture.
+    [[nodiscard]] desktop::Result<Picture> receivePixels(const ScreenHeader& header,
+                                                         std::chrono::milliseconds timeLimit);
     // Reaps the process, ending it first when it is still there at the deadline. Its wait status.
     int reap(Clock::time_point deadline);
     // What became of a process that closed the connection.
@@ -76,6 +86,8 @@ class ChildProcess {
     std::size_t logBytes_ = 0;
     std::string lastLine_;
     bool noticed_ = false;
+    record::Record record_;
+    std::size_t recordBegin_ = 0;  // the place of its first entry among all
 };
 
 }  // namespace velmoranth::simulator

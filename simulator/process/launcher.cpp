@@ -68,6 +68,16 @@ desktop::Result<void> RunningScreen::act(const ScreenAction& action) {
                               .value_or(desktop::Problem{"the screen did not do that"}));
 }
 
+desktop::Result<Answer> RunningScreen::ask(const Question& question) {
+    static_cast<void>(child_->takeRecord());
+    child_->send(MessageKind::ask, toJson(question));
+    return child_->receiveAnswer(timeLimit_);
+}
+
+record::Record RunningScreen::takeRecord() {
+    return child_->takeRecord();
+}
+
 void RunningScreen::stop() {
     child_->stop();
 }

@@ -14,6 +14,9 @@
 #include "simulator/device.h"
 #include "simulator/picture.h"
 #include "simulator/screen_kinds.h"
+#include "simulator/screens/question_rows.h"
+
+#include "record/entry.h"
 
 #include <chrono>
 #include <cstddef>
@@ -48,6 +51,10 @@ struct ScreenRequest {
     std::string logDestination = {};
     // For starting, and again for each picture asked for.
     std::chrono::milliseconds timeLimit{30000};
+    // Whether the process takes down what it does (record/).
+    bool isRecorded = false;
+    // The process shows no screen: it is one of this kind, and answers questions.
+    std::optional<ProcessKind> withoutScreen = {};
 };
 
 struct RenderedScreen {
@@ -59,6 +66,14 @@ struct RenderedScreen {
     // Every line the process has logged since the previous picture, in order.
     std::vector<std::string> log;
     std::size_t peakMemoryBytes = 0;  // of the process so far (its largest resident set)
+    // What the process has done since the previous picture; empty unless it is recorded.
+    record::Record record;
+};
+
+// What came back for a question.
+struct Answer {
+    std::optional<Picture> picture;  // nothing for nil, and for an image without pixels
+    record::Record record;           // of this question alone; empty unless it is recorded
 };
 
 // What a person does at the screen, and what time does.
@@ -123,6 +138,14 @@ class RunningScreen {
     // Does that now; the next picture shows it. A problem when there is no such folder or icon, or
     // none is open; the screen goes on.
     [[nodiscard]] desktop::Result<void> act(const ScreenAction& action);
+
+    // Sends the message behind the question. A problem when the system has no such message; the
+    // process goes on.
+    [[nodiscard]] desktop::Result<Answer> ask(const Question& question);
+
+    // What the process has done since it started, the last picture or the last question; after it
+    // has ended too.
+    [[nodiscard]] record::Record takeRecord();
 
     // Asks the process to end, and ends it when it does not. Calling it again does nothing.
     void stop();

@@ -5,6 +5,7 @@
 #include "simulator/artwork/artwork.h"
 #include "simulator/home_screen/platform_classes.h"
 #include "simulator/process/loader.h"
+#include "simulator/process/recording.h"
 #include "simulator/screen_context.h"
 #include "simulator/screens/controls_screen.h"
 #include "simulator/screens/gallery_screen.h"
@@ -40,6 +41,10 @@ desktop::DeviceDescription descriptionOf(const DeviceConfiguration& device) {
         .screenSize = {device.screen.width, device.screen.height},
         .siblings = device.exactFiles ? desktop::ScaledSiblings::off : desktop::ScaledSiblings::on,
         .dates = {.locale = device.locale, .date = device.date}};
+}
+
+ProcessKind processOf(const ScreenRequest& request) {
+    return request.withoutScreen.value_or(definitionOf(request.screen).process);
 }
 
 std::string_view mainBundleOf(ProcessKind process) {
@@ -113,6 +118,7 @@ struct SimulatedProcess::State {
     StockImages stockImages;
     ToolkitImages toolkit;
     const ScreenContext context;
+    std::unique_ptr<ProcessRecording> recording;
     // After the classes and the engine.
     std::unique_ptr<Screen> screen;
     HomeScreen* homeScreen = nullptr;  // the screen, when it is that
@@ -123,7 +129,7 @@ SimulatedProcess::State::State(const ScreenRequest& request, LogLine logLine,
     : device(request.device),
       services(root, descriptionOf(device), std::move(logLine)),
       stockImages(services.images()),
-      toolkit(device, services.images(), root, mainBundleOf(definitionOf(request.screen).process)),
+      toolkit(device, services.images(), root, mainBundleOf(processOf(request))),
       context{.device = device,
               .runtime = services.runtime(),
               .images = services.images(),
@@ -191,7 +197,7 @@ void SimulatedProcess::State::showScreen() {
 }
 
 desktop::Result<std::unique_ptr<SimulatedProcess>> SimulatedProcess::start(
-    const ScreenRequest& request, LogLine logLine) {
+    const ScreenRequest& request, LogLine logLine, record::RecordListener* listener) {
     if (auto drawable = checkDrawable(request.device); !drawable) {
         return tl::unexpected(std::move(drawable.error()));
     }
@@ -204,16 +210,25 @@ desktop::Result<std::unique_ptr<SimulatedProcess>> SimulatedProcess::start(
         return tl::unexpected(std::move(listening.error()));
     }
     state->services.becomePlatform();
-    state->registerClasses(definitionOf(request.screen).process);
+    state->registerClasses(processOf(request));
+    if (listener != nullptr) {
+        state->recording = std::make_unique<ProcessRecording>(*listener);
+    }
     if (request.loadEngine) {
         auto path = request.enginePath.empty() ? findEngine()
                                                : desktop::Result<std::string>(request.enginePath);
         if (!path) {
             return tl::unexpected(std::move(path.error()));
         }
+        // What the engine does while it is loaded is its own.
+        const record::Frame frame(
+            {.kind = record::EntryKind::callback, .message = kEngineFileName});
         if (auto loaded = simulator::loadEngine(*path); !loaded) {
             return tl::unexpected(std::move(loaded.error()));
         }
+    }
+    if (request.withoutScreen) {
+        return std::unique_ptr<SimulatedProcess>(new SimulatedProcess(std::move(state)));
     }
     state->screen = state->makeScreen(request.screen);
     if (state->screen == nullptr) {
@@ -238,6 +253,10 @@ Screen& SimulatedProcess::screen() {
     return *state_->screen;
 }
 
+bool SimulatedProcess::hasScreen() const {
+    return state_->screen != nullptr;
+}
+
 HomeScreen* SimulatedProcess::homeScreen() {
     return state_->homeScreen;
 }
@@ -246,13 +265,17 @@ desktop::Runtime& SimulatedProcess::runtime() {
     return state_->services.runtime();
 }
 
+const ScreenContext& SimulatedProcess::context() const {
+    return state_->context;
+}
+
 int SimulatedProcess::notificationDescriptor() const {
     return state_->services.notifications().descriptor();
 }
 
 bool SimulatedProcess::deliverNotifications() {
     const bool any = state_->services.notifications().deliverPending() > 0;
-    if (any) {
+    if (any && hasScreen()) {
         state_->screen->notificationsWereDelivered();
     }
     return any;

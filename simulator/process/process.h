@@ -7,6 +7,9 @@
 #include "simulator/home_screen/home_screen.h"
 #include "simulator/process/launcher.h"
 #include "simulator/screen.h"
+#include "simulator/screen_context.h"
+
+#include "record/recorder.h"
 
 #include <cstddef>
 #include <functional>
@@ -22,18 +25,22 @@ class SimulatedProcess {
 
     // Sets the platform record, registers the classes, loads the engine and builds the screen.
     // Fails when the device's folder or the engine's library cannot be used.
+    // A listener hears of what the process does, from before the engine is there; null for none.
     [[nodiscard]] static desktop::Result<std::unique_ptr<SimulatedProcess>> start(
-        const ScreenRequest& request, LogLine logLine);
+        const ScreenRequest& request, LogLine logLine, record::RecordListener* listener = nullptr);
 
     ~SimulatedProcess();
     SimulatedProcess(const SimulatedProcess&) = delete;
     SimulatedProcess& operator=(const SimulatedProcess&) = delete;
 
+    // Only where there is one.
     [[nodiscard]] Screen& screen();
+    [[nodiscard]] bool hasScreen() const;
     // The screen when it is the home screen, with an open folder or a pressed icon or without; null
     // for another.
     [[nodiscard]] HomeScreen* homeScreen();
     [[nodiscard]] desktop::Runtime& runtime();
+    [[nodiscard]] const ScreenContext& context() const;
 
     // Becomes readable when notifications wait; -1 when there is none to come.
     [[nodiscard]] int notificationDescriptor() const;

@@ -1,8 +1,10 @@
 // The other end of the launcher: one simulated process that does what its launcher asks.
 
+#include "desktop/imaging/bitmap_image.h"
 #include "simulator/process/launcher.h"
 #include "simulator/process/process.h"
 #include "simulator/process/protocol.h"
+#include "simulator/screens/questions.h"
 
 #include <poll.h>
 #include <sys/socket.h>
@@ -60,7 +62,53 @@ class Launcher {
     std::mutex mutex_;
 };
 
+class RecordToLauncher final : public record::RecordListener {
+  public:
+    explicit RecordToLauncher(Launcher& launcher) : launcher_(launcher) {}
+
+    void added(const record::Entry& entry) override {
+        launcher_.send(MessageKind::recorded, record::toBytes(entry));
+    }
+
+    void answered(std::size_t place, const std::string& answer) override {
+        launcher_.send(MessageKind::recordedAnswer, std::to_string(place) + " " + answer);
+    }
+
+  private:
+    Launcher& launcher_;
+};
+
+void sendPixels(Launcher& launcher, const desktop::PixelView& pixels) {
+    std::vector<std::span<const std::uint8_t>> rows;
+    rows.reserve(pixels.height);
+    for (std::size_t y = 0; y < pixels.height; ++y) {
+        rows.emplace_back(pixels.row(y), pixels.width * 4);
+    }
+    launcher.send(MessageKind::pixels, rows);
+}
+
+void sendAnswer(Launcher& launcher, SimulatedProcess& process, const Question& question) {
+    const auto image = ask(question, process.context());
+    if (!image) {
+        launcher.send(MessageKind::answer, toJson(image.error()));
+        return;
+    }
+    const auto bitmap = desktop::DesktopBitmapImage::of(platform::bitmapOf(*image));
+    const desktop::PixelView pixels = bitmap == nullptr ? desktop::PixelView{} : bitmap->pixels();
+    if (pixels.empty()) {
+        launcher.send(MessageKind::answer, toJson(ScreenHeader{}));
+        return;
+    }
+    launcher.send(MessageKind::answer,
+                  toJson(ScreenHeader{
+                      .width = pixels.width, .height = pixels.height, .scale = (*image)->scale()}));
+    sendPixels(launcher, pixels);
+}
+
 void sendScreen(Launcher& launcher, SimulatedProcess& process, double scale) {
+    if (!process.hasScreen()) {
+        launcher.fail({"the process has no screen"});
+    }
     Screen& screen = process.screen();
     screen.layoutViews();
     const auto drawn = screen.draw();
@@ -76,13 +124,8 @@ void sendScreen(Launcher& launcher, SimulatedProcess& process, double scale) {
                               .page = screen.page(),
                               .pageCount = screen.pageCount(),
                               .peakMemoryBytes = peakMemoryBytes()};
-    std::vector<std::span<const std::uint8_t>> rows;
-    rows.reserve(pixels.height);
-    for (std::size_t y = 0; y < pixels.height; ++y) {
-        rows.emplace_back(pixels.row(y), pixels.width * 4);
-    }
     launcher.send(MessageKind::screen, toJson(header));
-    launcher.send(MessageKind::pixels, rows);
+    sendPixels(launcher, pixels);
 }
 
 // What is done at any screen, and what at the home screen alone.
@@ -124,6 +167,9 @@ struct Performer {
 
 // Views are laid out before a finger reaches them, as they are on the device.
 desktop::Result<void> perform(const ScreenAction& action, SimulatedProcess& process) {
+    if (!process.hasScreen()) {
+        return Performer::noHomeScreen();
+    }
     process.screen().layoutViews();
     return std::visit(Performer{process.screen(), process.homeScreen()}, action);
 }
@@ -155,7 +201,9 @@ void waitForLauncher(Launcher& launcher, SimulatedProcess& process) {
         }
         if (message.kind == MessageKind::draw) {
             sendScreen(launcher, process, scale);
-        } else if (message.kind == MessageKind::showPage) {
+        } else if (message.kind == MessageKind::ask) {
+            sendAnswer(launcher, process, fromJson<Question>(message.payload).value_or(Question()));
+        } else if (message.kind == MessageKind::showPage && process.hasScreen()) {
             int page = 1;
             std::from_chars(message.payload.data(), message.payload.data() + message.payload.size(),
                             page);
@@ -194,8 +242,10 @@ int simulatedProcessMain(int argc, char** argv) {
     if (!request) {
         launcher.fail({"the request for a simulated process cannot be read"});
     }
+    RecordToLauncher listener(launcher);
     auto process = SimulatedProcess::start(
-        *request, [&launcher](const std::string& line) { launcher.send(MessageKind::log, line); });
+        *request, [&launcher](const std::string& line) { launcher.send(MessageKind::log, line); },
+        request->isRecorded ? &listener : nullptr);
     if (!process) {
         launcher.fail(process.error());
     }

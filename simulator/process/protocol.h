@@ -27,15 +27,19 @@ enum class MessageKind : std::uint32_t {
     draw,         // empty
     showPage,     // the page in decimal digits
     act,          // JSON of an action
+    ask,          // JSON of a question
     stop,         // empty
     // From the process.
-    ready,    // empty: the home screen is there
-    acted,    // empty, or JSON of why the action could not be done
-    log,      // one line
-    notice,   // empty: notifications have been delivered
-    screen,   // JSON of a screen; its pixels follow
-    pixels,   // of the screen before
-    problem,  // JSON; the process ends
+    ready,     // empty: the home screen is there
+    acted,     // empty, or JSON of why the action could not be done
+    answer,    // JSON of a picture's size, 0 × 0 for none, or of why there is no such question
+    log,       // one line
+    recorded,  // an entry of the record, as record::toBytes
+    recordedAnswer,  // the place of an entry in decimal digits, a blank, and its answer
+    notice,          // empty: notifications have been delivered
+    screen,          // JSON of a screen; its pixels follow
+    pixels,          // of the screen before
+    problem,         // JSON; the process ends
 };
 
 struct Message {
@@ -67,14 +71,14 @@ struct ScreenHeader {
     std::size_t width = 0;   // pixels
     std::size_t height = 0;  // pixels
     double scale = 1;
-    std::vector<ShownIcon> icons;
+    std::vector<ShownIcon> icons = {};
     std::optional<ShownFolder> folder = {};
     int page = 1;
     int pageCount = 1;
     std::size_t peakMemoryBytes = 0;
 };
 
-// The types are ScreenRequest, ScreenAction, ScreenHeader and desktop::Problem.
+// The types are ScreenRequest, ScreenAction, Question, ScreenHeader and desktop::Problem.
 template <class T>
 [[nodiscard]] std::string toJson(const T& value);
 // Nothing when the text is not what toJson makes.

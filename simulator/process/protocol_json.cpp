@@ -75,6 +75,7 @@ NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(ShownFolder, identifier, name, page, pageCoun
                                    height, icons)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(ScreenHeader, width, height, scale, icons, folder, page,
                                    pageCount, peakMemoryBytes)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Question, word, argument, bundle)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(OpenFolderAction, folder)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(TurnFolderPageAction, page)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(PressIconAction, icon)
@@ -109,7 +110,9 @@ static void to_json(json& value, const ScreenRequest& request) {
              {"page", request.page},
              {"screen", definitionOf(request.screen).name},
              {"item", request.item},
-             {"folderPage", request.folderPage}};
+             {"folderPage", request.folderPage},
+             {"isRecorded", request.isRecorded},
+             {"withoutScreen", request.withoutScreen}};
 }
 
 static void from_json(const json& value, ScreenRequest& request) {
@@ -122,6 +125,8 @@ static void from_json(const json& value, ScreenRequest& request) {
                          .value_or(ScreenKind::home);
     value.at("item").get_to(request.item);
     value.at("folderPage").get_to(request.folderPage);
+    value.at("isRecorded").get_to(request.isRecorded);
+    value.at("withoutScreen").get_to(request.withoutScreen);
 }
 
 // NOLINTEND(readability-identifier-naming)
@@ -146,10 +151,12 @@ std::optional<T> fromJson(std::string_view text) {
 
 template std::string toJson(const ScreenRequest&);
 template std::string toJson(const ScreenAction&);
+template std::string toJson(const Question&);
 template std::string toJson(const ScreenHeader&);
 template std::string toJson(const desktop::Problem&);
 template std::optional<ScreenRequest> fromJson(std::string_view);
 template std::optional<ScreenAction> fromJson(std::string_view);
+template std::optional<Question> fromJson(std::string_view);
 template std::optional<ScreenHeader> fromJson(std::string_view);
 template std::optional<desktop::Problem> fromJson(std::string_view);
 

@@ -11,9 +11,7 @@
 #include "simulator/home_screen/page_control.h"
 #include "simulator/home_screen/platform_classes.h"
 #include "simulator/screen.h"
-#include "simulator/screens/notification_screen.h"
-#include "simulator/screens/switcher_screen.h"
-#include "simulator/screens/today_screen.h"
+#include "simulator/screens/icon_places.h"
 #include "simulator/toolkit/named_views.h"
 #include "simulator/toolkit/switch_view.h"
 #include "simulator/toolkit/toolkit_objects.h"
@@ -34,13 +32,8 @@ using platform::Rect;
 using platform::Size;
 using platform::ViewRef;
 
-// What icons are asked for beside the home screen: sides in points.
+// Whose icon is asked for beside the home screen.
 constexpr const char* kAppElsewhere = "com.apple.Maps";
-constexpr double kWidgetSide = 20;
-constexpr double kSuggestionSide = 60;
-constexpr double kBannerSide = 32;
-constexpr double kNotificationSide = 20;
-constexpr int kWidgetFormat = 5;
 
 // Stands for the blurred wallpaper behind a dock and behind a folder's miniatures.
 constexpr platform::Color kMaterial{1, 1, 1, 0.35};
@@ -181,9 +174,7 @@ void GalleryItems::addPlacesOfIcons() {
                           },
                           std::move(after)});
     };
-    desktop::Runtime& runtime = context_.runtime;
-    const bool isBySize = context_.device.system.major >= 13;
-    add("Widget", kWidgetSide, [this, &runtime, isBySize, scale = context_.scale()] {
+    add("Widget", kWidgetSide, [this] {
         // The home screen has asked for the icon before a widget does, and a replacement may keep
         // what it gave there.
         for (const GalleryItem& item : items_) {
@@ -192,35 +183,14 @@ void GalleryItems::addPlacesOfIcons() {
                 break;
             }
         }
-        const auto info = std::make_shared<WidgetInfo>(kAppElsewhere);
-        const ObjectRef extension = std::make_shared<WidgetExtension>(kAppElsewhere);
-        return isBySize
-                   ? runtime.send<ImageRef, Size, double, NullableString, ObjectRef>(
-                         *info, "_queue_iconWithSize:scale:forWidgetWithIdentifier:extension:",
-                         Size{kWidgetSide, kWidgetSide}, scale, info->widgetIdentifier(), extension)
-                   : runtime.send<ImageRef, int, NullableString, ObjectRef>(
-                         *info,
-                         "_queue_iconWithFormat:forWidgetWithIdentifier:extension:", kWidgetFormat,
-                         info->widgetIdentifier(), extension);
+        return widgetIcon(kAppElsewhere, context_);
     });
-    add("Suggestion", kSuggestionSide, [&runtime] {
-        return runtime.sendToClass<ImageRef, NullableString>(
-            "APWUtil", "iconForBundleIdentifier:", kAppElsewhere);
-    });
-    add("Switcher", kBannerSide, [this, &runtime] {
-        const auto banner =
-            std::make_shared<SuggestionBannerView>(Rect{{0, 0}, {300, 60}}, kAppElsewhere, "");
-        return runtime.send<ImageRef, NullableString, ObjectRef>(
-            *banner, "_iconImageFromAppWithBundleIdentifier:withIconImageCache:", kAppElsewhere,
-            context_.iconImageCache);
-    });
-    if (isBySize) {
-        add("Notification", kNotificationSide, [&runtime] {
-            return runtime.send<ImageRef, NullableString, NullableString, NullableString>(
-                *std::make_shared<NotificationIcon>(),
-                "_initWithName:path:applicationIdentifier:", std::nullopt, std::nullopt,
-                kAppElsewhere);
-        });
+    add("Suggestion", kSuggestionSide,
+        [this] { return suggestedIcon(kAppElsewhere, context_); });
+    add("Switcher", kBannerSide, [this] { return switcherIcon(kAppElsewhere, context_); });
+    if (context_.device.system.major >= 13) {
+        add("Notification", kNotificationSide,
+            [this] { return notificationIcon(kAppElsewhere, context_); });
     }
 }
 
