@@ -85,6 +85,7 @@ desktop::Result<Arguments> Arguments::parse(const Command& command,
         const std::string_view word = words.front();
         words = words.subspan(1);
         if (word == "--") {  // what follows is meant as it stands
+            arguments.dashes_ = arguments.positionals_.size();
             arguments.positionals_.insert(arguments.positionals_.end(), words.begin(), words.end());
             break;
         }

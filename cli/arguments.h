@@ -5,6 +5,7 @@
 #include "cli/messages.h"
 #include "desktop/result/result.h"
 
+#include <cstddef>
 #include <map>
 #include <optional>
 #include <span>
@@ -45,6 +46,9 @@ class Arguments {
 
     [[nodiscard]] const std::vector<std::string>& positionals() const { return positionals_; }
 
+    // How many of the positionals stand before "--"; nothing when there is none.
+    [[nodiscard]] std::optional<std::size_t> dashes() const { return dashes_; }
+
     // `name` as in the table. An option without a value that is given has one empty value.
     [[nodiscard]] const std::vector<std::string>& values(std::string_view name) const;
     [[nodiscard]] std::optional<std::string> value(std::string_view name) const;
@@ -56,6 +60,7 @@ class Arguments {
 
   private:
     std::vector<std::string> positionals_;
+    std::optional<std::size_t> dashes_;
     std::map<std::string_view, std::vector<std::string>> options_;
 };
 

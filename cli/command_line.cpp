@@ -102,7 +102,7 @@ ExitCode run(const std::vector<std::string>& words) {
 
 std::span<const Command> commands() {
     static const std::array kCommands{
-        previewCommand(),        extractCommand(),        deviceInitCommand(),
+        previewCommand(),        explainCommand(), extractCommand(),        deviceInitCommand(),
         hooksCommand(),          notifyCommand(),         soundCommand(),
         settingsListCommand(),   settingsGetCommand(),    settingsSetCommand(),
         settingsSaveCommand(),   settingsRenameCommand(), settingsDeleteCommand(),

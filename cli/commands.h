@@ -6,6 +6,7 @@
 namespace velmoranth::cli {
 
 [[nodiscard]] Command previewCommand();
+[[nodiscard]] Command explainCommand();
 [[nodiscard]] Command extractCommand();
 [[nodiscard]] Command deviceInitCommand();
 [[nodiscard]] Command hooksCommand();

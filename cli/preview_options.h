@@ -26,6 +26,7 @@ struct PreviewOptions {
     PreviewKind kind = PreviewKind::themed;
     std::string log;  // as ScreenRequest::logDestination
     bool follow = false;
+    bool isQuiet = false;
     platform::Dictionary settings;  // what --set asks for
 
     [[nodiscard]] bool writesToStandardOutput() const { return output == "-"; }
@@ -35,9 +36,5 @@ struct PreviewOptions {
 [[nodiscard]] desktop::Result<PreviewOptions> readPreviewOptions(const Arguments& arguments);
 
 [[nodiscard]] std::span<const Option> previewOptionTable();
-
-// A point in time that a person writes: "2019-12-24" (at 9:41), "2019-12-24T18:30" or with ":05"
-// for seconds, in this machine's time zone.
-[[nodiscard]] desktop::Result<platform::Date> parseDate(const std::string& text);
 
 }  // namespace velmoranth::cli

@@ -183,12 +183,18 @@ Result<DeviceOfRun> makeDevice(std::span<const std::string> paths,
         }
         device.themes.push_back(theme.name);
     }
-    platform::Dictionary preferences = settings;
-    preferences.merge(previewPreferences(device.themes));  // where the settings say nothing
-    if (auto written = writePreferences(**root, preferences); !written) {
+    if (auto written = setActiveThemes(**root, device.themes, settings); !written) {
         return tl::unexpected(std::move(written.error()));
     }
     return device;
+}
+
+Result<void> setActiveThemes(const desktop::DeviceRoot& root,
+                             const std::vector<std::string>& themes,
+                             const platform::Dictionary& settings) {
+    platform::Dictionary preferences = settings;
+    preferences.merge(previewPreferences(themes));  // where the settings say nothing
+    return writePreferences(root, preferences);
 }
 
 }  // namespace velmoranth::cli

@@ -30,4 +30,9 @@ struct DeviceOfRun {
 [[nodiscard]] desktop::Result<DeviceOfRun> makeDevice(std::span<const std::string> themes,
                                                       const platform::Dictionary& settings = {});
 
+// Gives the device other preferences: these settings and active themes, as makeDevice does.
+[[nodiscard]] desktop::Result<void> setActiveThemes(const desktop::DeviceRoot& root,
+                                                    const std::vector<std::string>& themes,
+                                                    const platform::Dictionary& settings);
+
 }  // namespace velmoranth::cli

@@ -3,6 +3,7 @@
 #include "cli/messages.h"
 #include "cli/nearest.h"
 #include "cli/preferences.h"
+#include "cli/device_options.h"
 #include "cli/preview_options.h"
 
 #include <gtest/gtest.h>

@@ -85,8 +85,9 @@ class PreviewTest : public testing::Test {
         return {.folder = folder / "work", .variables = {{"TMPDIR", folder / "tmp"}}};
     }
 
+    // Without a word about the themes, which takes another process.
     [[nodiscard]] CommandResult preview(std::vector<std::string> words) const {
-        words.insert(words.begin(), "preview");
+        words.insert(words.begin(), {"preview", "--quiet"});
         return runCommand(words, setting());
     }
 

@@ -1,0 +1,115 @@
+#include "cli/device_options.h"
+
+#include "cli/messages.h"
+#include "cli/nearest.h"
+#include "cli/numbers.h"
+#include "cli/preferences.h"
+#include "desktop/dates/dates.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <ctime>
+#include <ranges>
+#include <regex>
+
+namespace velmoranth::cli {
+
+using desktop::Result;
+
+namespace {
+
+// "en", "de_AT", "zh-Hant-TW": two or three letters, then parts of letters and digits.
+bool isLocaleName(const std::string& text) {
+    static const std::regex kForm("[A-Za-z]{2,3}([_-][A-Za-z0-9]{2,})*");
+    constexpr std::size_t kLongest = 60;
+    return text.size() <= kLongest && std::regex_match(text, kForm);
+}
+
+}  // namespace
+
+Result<simulator::DeviceConfiguration> readDeviceOptions(const Arguments& arguments) {
+    const std::string system = arguments.value("--ios").value_or("13");
+    const auto major = parseInteger(system, 0, 1000);
+    if (!major || !simulator::systemVersion(*major)) {
+        return misuse("--ios takes 12 or 13, not " + inQuotes(system));
+    }
+    const std::string name = arguments.value("--device").value_or("phone");
+    auto device = simulator::deviceConfiguration(name, *major);
+    if (!device) {
+        const auto names =
+            std::views::transform(simulator::deviceModels(), &simulator::DeviceModel::name);
+        return misuse(fmt::format("--device takes one of {}, not {}{}", fmt::join(names, ", "),
+                                  inQuotes(name), suggestion(name, names)));
+    }
+    if (const auto locale = arguments.value("--locale")) {
+        if (!isLocaleName(*locale)) {
+            return misuse("--locale takes a name like en_US or de, not " + inQuotes(*locale));
+        }
+        device->locale = *locale;
+    }
+    if (const auto text = arguments.value("--date")) {
+        const auto date = parseDate(*text);
+        if (!date) {
+            return tl::unexpected(date.error());
+        }
+        device->date = *date;
+    }
+    const std::string held = arguments.value("--orientation").value_or("portrait");
+    if (held != "portrait" && held != "landscape") {
+        return misuse("--orientation takes portrait or landscape, not " + inQuotes(held));
+    }
+    if (held == "landscape") {
+        if (auto turned = simulator::turnToLandscape(*device); !turned) {
+            return tl::unexpected(std::move(turned.error()));
+        }
+    }
+    device->exactFiles = arguments.has("--exact-files");
+    return device;
+}
+
+Result<platform::Dictionary> readSettingOptions(const Arguments& arguments,
+                                                std::string_view whereListed) {
+    platform::Dictionary settings;
+    for (const std::string& assignment : arguments.values("--set")) {
+        auto set = parseAssignment(assignment, {"--set", "--set ", whereListed, kPreviewSettings});
+        if (!set) {
+            return tl::unexpected(std::move(set.error()));
+        }
+        settings.insert_or_assign(std::string(set->setting->key), std::move(set->value));
+    }
+    return settings;
+}
+
+Result<platform::Date> parseDate(const std::string& text) {
+    static const std::regex kForm("\\d{4}-\\d\\d-\\d\\d(T\\d\\d:\\d\\d(:\\d\\d)?)?");
+    constexpr std::array kFormats{"%Y-%m-%d", "%Y-%m-%dT%H:%M", "%Y-%m-%dT%H:%M:%S"};
+    const std::string complaint =
+        "--date takes a date like 2019-12-24 or 2019-12-24T18:30, not " + inQuotes(text);
+    std::tm wanted{};
+    const auto reads = [&](const char* format) {
+        wanted = std::tm();
+        // 9:41 is the time that devices show in pictures.
+        wanted.tm_hour = 9;
+        wanted.tm_min = 41;
+        const char* const end = ::strptime(text.c_str(), format, &wanted);
+        return end != nullptr && *end == '\0';
+    };
+    if (!std::regex_match(text, kForm) || std::ranges::none_of(kFormats, reads)) {
+        return misuse(complaint);
+    }
+    wanted.tm_isdst = -1;
+    std::tm real = wanted;
+    const std::time_t time = std::mktime(&real);
+    // A day that there is not comes back as another one; an hour that a change to summer time
+    // leaves out may.
+    if (real.tm_mon != wanted.tm_mon || real.tm_mday != wanted.tm_mday ||
+        real.tm_min != wanted.tm_min) {
+        return misuse(complaint);
+    }
+    return platform::Date{static_cast<double>(time) - desktop::kReferenceDate};
+}
+
+}  // namespace velmoranth::cli

@@ -1,0 +1,337 @@
+#include "cli/explanation.h"
+
+#include "cli/notifications.h"
+#include "desktop/notifications/notification_center.h"
+#include "simulator/process/launcher.h"
+#include "simulator/screens/question_rows.h"
+
+#include "record/operations.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <memory>
+#include <ranges>
+#include <set>
+#include <string_view>
+#include <utility>
+
+namespace velmoranth::cli {
+
+using desktop::Result;
+using record::Entry;
+using record::EntryKind;
+using simulator::Answer;
+using simulator::Question;
+using simulator::RunningScreen;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view kThemes = "/Library/Themes/";
+
+bool isFile(const Entry& entry) {
+    return entry.kind == EntryKind::found || entry.kind == EntryKind::missing ||
+           entry.kind == EntryKind::unreadable;
+}
+
+// Whether the entry says that a file was read, not only looked for.
+bool isRead(const AskedFile& file) {
+    return file.state == EntryKind::found && !file.answer.empty();
+}
+
+AskedFile askedFile(const Entry& entry) {
+    AskedFile file{.state = entry.kind,
+                   .path = entry.subject,
+                   .theme = {},
+                   .name = entry.subject,
+                   .answer = {},
+                   .reason = entry.reason};
+    if (entry.answer != "YES" && entry.answer != "NO" && entry.answer != record::kNil) {
+        file.answer = entry.answer;
+    }
+    const std::string_view path = entry.subject;
+    const std::size_t end = path.find('/', kThemes.size());
+    if (path.starts_with(kThemes) && end != std::string_view::npos) {
+        file.theme = path.substr(kThemes.size(), end - kThemes.size());
+        const std::size_t begin = path.find_first_not_of('/', end);
+        file.name = begin == std::string_view::npos ? "" : path.substr(begin);
+    }
+    return file;
+}
+
+// The name without its folder, its scale, what stands for a size or a kind of device, and its
+// extension, in small letters: what two files have in common that are meant for the same.
+std::string gist(std::string_view name) {
+    std::string text(name.substr(name.rfind('/') + 1));
+    text = text.substr(0, text.rfind('.'));
+    std::ranges::transform(text, text.begin(), [](unsigned char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : static_cast<char>(c);
+    });
+    static constexpr std::array<std::string_view, 7> kEndings{
+        "@2x", "@3x", "~iphone", "~ipad", "-large", "-small", "-icon"};
+    for (bool changed = true; changed;) {
+        changed = false;
+        for (const std::string_view ending : kEndings) {
+            if (text.size() > ending.size() && text.ends_with(ending)) {
+                text.resize(text.size() - ending.size());
+                changed = true;
+            }
+        }
+    }
+    return text;
+}
+
+Result<Answer> askOnce(const Investigation& investigation, const Question& question,
+                       bool withEngine = true) {
+    auto process = startProcess(investigation, question, withEngine);
+    return process ? (*process)->ask(question)
+                   : Result<Answer>(tl::unexpected(std::move(process.error())));
+}
+
+bool samePictures(const std::optional<simulator::Picture>& a,
+                  const std::optional<simulator::Picture>& b) {
+    return a.has_value() == b.has_value() &&
+           (!a || (a->width == b->width && a->height == b->height && a->pixels == b->pixels));
+}
+
+// The path without "@2x" or "@3x" before its extension; the path itself when it has none.
+std::string withoutScale(const std::string& path) {
+    for (const std::string_view scale : {"@2x", "@3x"}) {
+        const std::size_t at = path.rfind(scale);
+        if (at != std::string::npos && path.find('/', at) == std::string::npos) {
+            return path.substr(0, at) + path.substr(at + scale.size());
+        }
+    }
+    return path;
+}
+
+// Whether the entry is a name for the screen's scale that the platform tries by itself before the
+// one that it was asked for: that one follows in the same breath.
+bool isTriedForScreen(const record::Record& record, std::size_t place) {
+    const Entry& entry = record[place];
+    const std::string plain = withoutScale(entry.subject);
+    if (entry.kind != EntryKind::missing || plain == entry.subject ||
+        entry.message != record::messageOf("Images", "imageWithContentsOfFile")) {
+        return false;
+    }
+    for (std::size_t i = place + 1; i < record.size() && record[i].message == entry.message; ++i) {
+        if (withoutScale(record[i].subject) == plain && record[i].subject != entry.subject) {
+            return true;
+        }
+    }
+    return false;
+}
+
+std::vector<std::string> methodsOf(const record::Record& record) {
+    std::vector<std::string> methods;
+    for (const Entry& entry : record) {
+        if (entry.kind == EntryKind::entered &&
+            std::ranges::find(methods, entry.message) == methods.end()) {
+            methods.push_back(entry.message);
+        }
+    }
+    return methods;
+}
+
+// The files that mask, overlay and shadow of this device are made of, by asking for these alone.
+std::vector<Effect> effectsOf(const Investigation& investigation, const record::Record& record) {
+    std::vector<Effect> effects;
+    for (const std::string_view name : {"mask", "overlay", "shadow"}) {
+        const auto answer = askOnce(investigation, {std::string(name), "", ""});
+        if (!answer) {
+            continue;
+        }
+        const auto file = lastRead(answer->record, {});
+        const bool isUsed =
+            file && std::ranges::any_of(record, [&](const Entry& entry) {
+                return isFile(entry) && entry.subject == file->path && isRead(askedFile(entry));
+            });
+        if (isUsed) {
+            effects.push_back({name, *file});
+        }
+    }
+    return effects;
+}
+
+std::vector<std::string> filesOfTheme(const desktop::DeviceRoot& root, const std::string& theme) {
+    std::vector<std::string> files;
+    const fs::path folder = root.hostFolder() + std::string(kThemes) + theme;
+    std::error_code error;
+    for (fs::recursive_directory_iterator entry(folder, error), end; !error && entry != end;
+         entry.increment(error)) {
+        std::error_code ignored;
+        if (entry->is_regular_file(ignored)) {
+            files.push_back(entry->path().lexically_relative(folder).string());
+        }
+    }
+    std::ranges::sort(files);
+    return files;
+}
+
+// What would show if the theme that has won were not active.
+std::optional<AskedFile> hiddenBy(const Investigation& investigation, const Question& question,
+                                  const AskedFile& shown, const std::vector<Effect>& effects) {
+    std::vector<std::string> others = investigation.device.themes;
+    std::erase(others, shown.theme);
+    const desktop::DeviceRoot& root = *investigation.device.root;
+    if (others.empty() || !setActiveThemes(root, others, investigation.settings)) {
+        return std::nullopt;
+    }
+    const auto answer = askOnce(investigation, question);
+    static_cast<void>(setActiveThemes(root, investigation.device.themes, investigation.settings));
+    return answer ? lastRead(answer->record, effects) : std::nullopt;
+}
+
+// Whether the process goes on showing the picture when its themes are taken away.
+Result<bool> staysAfterChange(const Investigation& investigation, RunningScreen& process,
+                              const Question& question, const Explanation& explanation) {
+    const desktop::DeviceRoot& root = *investigation.device.root;
+    if (auto set = setActiveThemes(root, {}, investigation.settings); !set) {
+        return tl::unexpected(std::move(set.error()));
+    }
+    for (const NotificationRow& row : kNotifications) {
+        if (row.shortName == "prefs" || row.shortName == "themechanged") {
+            static_cast<void>(desktop::postToProcesses(root, std::string(row.name)));
+        }
+    }
+    auto answer = process.ask(question);
+    static_cast<void>(setActiveThemes(root, investigation.device.themes, investigation.settings));
+    if (!answer) {
+        return tl::unexpected(std::move(answer.error()));
+    }
+    return samePictures(answer->picture, explanation.picture);
+}
+
+}  // namespace
+
+Result<std::unique_ptr<RunningScreen>> startProcess(const Investigation& investigation,
+                                                    const Question& question, bool withEngine) {
+    const simulator::QuestionRow* const row = simulator::questionRowNamed(question.word);
+    simulator::ScreenRequest request;
+    request.device = investigation.configuration;
+    request.rootFolder = investigation.device.root->hostFolder();
+    request.isRecorded = withEngine;
+    request.loadEngine = withEngine;
+    request.withoutScreen = row->process;
+    return RunningScreen::start(request);
+}
+
+std::optional<AskedFile> lastRead(const record::Record& record,
+                                  const std::vector<Effect>& effects) {
+    std::optional<AskedFile> last;
+    for (const Entry& entry : record) {
+        if (!isFile(entry)) {
+            continue;
+        }
+        const AskedFile file = askedFile(entry);
+        const bool isEffect = std::ranges::any_of(
+            effects, [&](const Effect& effect) { return effect.file.path == file.path; });
+        if (isRead(file) && !file.theme.empty() && !isEffect && !file.name.ends_with(".plist")) {
+            last = file;
+        }
+    }
+    return last;
+}
+
+std::vector<NearMiss> nearMissesOf(const DeviceOfRun& device, const std::vector<AskedFile>& files) {
+    std::vector<NearMiss> misses;
+    for (const std::string& theme : device.themes) {
+        std::set<std::string_view> asked;
+        for (const AskedFile& file : files) {
+            if (file.theme == theme) {
+                asked.insert(file.name);
+            }
+        }
+        for (const std::string& name : filesOfTheme(*device.root, theme)) {
+            const auto meant = std::ranges::find_if(files, [&](const AskedFile& file) {
+                return file.theme == theme && file.state == EntryKind::missing &&
+                       gist(file.name) == gist(name);
+            });
+            if (!asked.contains(name) && meant != files.end()) {
+                misses.push_back({theme, name, meant->name});
+            }
+        }
+    }
+    return misses;
+}
+
+std::vector<AskedFile> askedFiles(const record::Record& record) {
+    std::vector<AskedFile> files;
+    for (std::size_t i = 0; i < record.size(); ++i) {
+        if (!isFile(record[i]) || isTriedForScreen(record, i)) {
+            continue;
+        }
+        AskedFile file = askedFile(record[i]);
+        if (file.theme.empty()) {
+            continue;
+        }
+        const auto known = std::ranges::find(files, file.path, &AskedFile::path);
+        if (known == files.end()) {
+            files.push_back(std::move(file));
+        } else if (!file.answer.empty() || file.state == EntryKind::unreadable) {
+            *known = std::move(file);  // it was looked for, then read
+        }
+    }
+    return files;
+}
+
+Result<Explanation> explain(const Investigation& investigation, const Question& question) {
+    auto process = startProcess(investigation, question, true);
+    if (!process) {
+        return tl::unexpected(std::move(process.error()));
+    }
+    static_cast<void>((*process)->takeRecord());
+    auto first = (*process)->ask(question);
+    if (!first && (*process)->processId() != 0) {
+        return tl::unexpected(std::move(first.error()));
+    }
+    if (!first) {
+        Explanation result;
+        result.question = question;
+        result.failure = std::move(first.error());
+        result.record = (*process)->takeRecord();
+        result.methods = methodsOf(result.record);
+        result.files = askedFiles(result.record);
+        return result;
+    }
+    const auto again = (*process)->ask(question);
+    if (!again) {
+        return tl::unexpected(again.error());
+    }
+    Explanation result{.question = question,
+                       .methods = methodsOf(first->record),
+                       .files = askedFiles(first->record),
+                       .shown = {},
+                       .hidden = {},
+                       .effects = {},
+                       .picture = std::move(first->picture),
+                       .stock = {},
+                       .nearMisses = {},
+                       .failure = {},
+                       .record = std::move(first->record)};
+    const auto reads = askedFiles(again->record);
+    result.isKept = std::ranges::none_of(reads, isRead);
+    const bool isOwn =
+        question.word == "mask" || question.word == "overlay" || question.word == "shadow";
+    if (!isOwn) {
+        result.effects = effectsOf(investigation, result.record);
+    }
+    result.shown = lastRead(result.record, result.effects);
+    if (result.shown) {
+        result.hidden = hiddenBy(investigation, question, *result.shown, result.effects);
+    }
+    if (auto stock = askOnce(investigation, question, false)) {
+        result.stock = std::move(stock->picture);
+    }
+    result.isStock = samePictures(result.picture, result.stock);
+    result.nearMisses = nearMissesOf(investigation.device, result.files);
+    if (result.shown && result.picture) {
+        const auto stays = staysAfterChange(investigation, **process, question, result);
+        result.needsRespring = stays && *stays;
+    }
+    return result;
+}
+
+}  // namespace velmoranth::cli

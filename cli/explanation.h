@@ -1,0 +1,102 @@
+// Why a request shows what it shows: the request is sent to simulated devices, and what they have
+// taken down is put in order. Nothing here knows a rule of the engine; where one would be needed,
+// another device is asked: one without the theme that has won, one without any, one whose themes
+// have changed.
+#pragma once
+
+#include "cli/throw_away_device.h"
+#include "desktop/result/result.h"
+#include "platform/foundation.h"
+#include "simulator/device.h"
+#include "simulator/process/launcher.h"
+
+#include "record/entry.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velmoranth::cli {
+
+// A file that was asked for.
+struct AskedFile {
+    record::EntryKind state = record::EntryKind::missing;  // found, missing or unreadable
+    std::string path;                                      // on the device
+    std::string theme;                                     // that it lies in; "" outside the themes
+    std::string name;                                      // in the theme, or the whole path
+    std::string answer;  // what was read, in words; "" when it was only looked for
+    std::string reason;  // why it is unreadable
+
+    friend bool operator==(const AskedFile&, const AskedFile&) = default;
+};
+
+// What was done to the picture with a file of a theme.
+struct Effect {
+    std::string_view name;  // "mask", "overlay", "shadow"
+    AskedFile file;
+};
+
+// A file of a theme that no request of this kind opens, and the name under which one would.
+struct NearMiss {
+    std::string theme;
+    std::string name;
+    std::string wanted;
+};
+
+struct Explanation {
+    simulator::Question question;
+    // The replaced methods that were reached, in order, none twice.
+    std::vector<std::string> methods;
+    // Files of themes in the order in which they were first asked for, none twice.
+    std::vector<AskedFile> files;
+    std::optional<AskedFile> shown;   // the theme's file behind the picture or the sound
+    std::optional<AskedFile> hidden;  // what would show if its theme were not active
+    std::vector<Effect> effects;
+    std::optional<simulator::Picture> picture;  // what shows; nothing for nil
+    std::optional<simulator::Picture> stock;    // what shows with nothing replaced
+    bool isStock = false;                       // whether both are the same picture
+    // Whether the same request, sent again, opens no file of a theme.
+    bool isKept = false;
+    // Whether the picture stays when the themes are taken away while the process runs.
+    bool needsRespring = false;
+    std::vector<NearMiss> nearMisses;
+    // Why the process ended before it answered; what it did until then is in the record.
+    std::optional<desktop::Problem> failure;
+    record::Record record;
+};
+
+struct Investigation {
+    const DeviceOfRun& device;
+    simulator::DeviceConfiguration configuration;
+    platform::Dictionary settings;
+};
+
+// A process that ends early is no problem here, but a part of the explanation.
+[[nodiscard]] desktop::Result<Explanation> explain(const Investigation& investigation,
+                                                   const simulator::Question& question);
+
+// The whole of it for a person, the last line being the sentence that sums up.
+[[nodiscard]] std::string textOf(const Explanation& explanation);
+[[nodiscard]] std::string summaryOf(const Explanation& explanation);
+// One object, as docs/themes/explain.md describes it.
+[[nodiscard]] std::string jsonOf(const Explanation& explanation);
+
+// The last file of a theme that was read for a picture or a sound; those of the effects are left
+// out.
+[[nodiscard]] std::optional<AskedFile> lastRead(const record::Record& record,
+                                                const std::vector<Effect>& effects);
+
+// Files of the device's themes that look as if they were meant for what was asked, and were not.
+[[nodiscard]] std::vector<NearMiss> nearMissesOf(const DeviceOfRun& device,
+                                                 const std::vector<AskedFile>& files);
+
+// A process without a screen that has the question's classes, recorded or with nothing replaced.
+[[nodiscard]] desktop::Result<std::unique_ptr<simulator::RunningScreen>> startProcess(
+    const Investigation& investigation, const simulator::Question& question, bool withEngine);
+
+// The files of themes that a record asks for, in order, none twice. The names for another screen
+// that are tried on the way to one that is there are left out.
+[[nodiscard]] std::vector<AskedFile> askedFiles(const record::Record& record);
+
+}  // namespace velmoranth::cli

@@ -1,0 +1,69 @@
+// An explanation as JSON: docs/themes/explain.md has the form, whose version goes up with any
+// change that a reader could stumble over.
+#include "cli/explanation.h"
+
+#include <nlohmann/json.hpp>
+
+namespace velmoranth::cli {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr int kVersion = 1;
+
+Json jsonOf(const AskedFile& file) {
+    Json json{{"state", record::wordOf(file.state)}, {"theme", file.theme}, {"file", file.name}};
+    if (!file.answer.empty()) {
+        json["answer"] = file.answer;
+    }
+    if (!file.reason.empty()) {
+        json["reason"] = file.reason;
+    }
+    return json;
+}
+
+template <class T>
+Json orNull(const std::optional<T>& value) {
+    return value ? jsonOf(*value) : Json();
+}
+
+Json sizeOf(const std::optional<simulator::Picture>& picture) {
+    return picture ? Json{{"width", picture->width}, {"height", picture->height}} : Json();
+}
+
+}  // namespace
+
+std::string jsonOf(const Explanation& explanation) {
+    Json json{
+        {"version", kVersion},
+        {"request", explanation.question.word},
+        {"argument", explanation.question.argument},
+        {"bundle", explanation.question.bundle},
+        {"methods", explanation.methods},
+        {"files", Json::array()},
+        {"shown", orNull(explanation.shown)},
+        {"hidden", orNull(explanation.hidden)},
+        {"effects", Json::object()},
+        {"size", sizeOf(explanation.picture)},
+        {"stockSize", sizeOf(explanation.stock)},
+        {"isStock", explanation.isStock},
+        {"isKept", explanation.isKept},
+        {"needsRespring", explanation.needsRespring},
+        {"unused", Json::array()},
+        {"failure", explanation.failure ? Json(desktop::toLine(*explanation.failure)) : Json()},
+        {"summary", summaryOf(explanation)}};
+    for (const AskedFile& file : explanation.files) {
+        json["files"].push_back(jsonOf(file));
+    }
+    for (const Effect& effect : explanation.effects) {
+        json["effects"][std::string(effect.name)] = jsonOf(effect.file);
+    }
+    for (const NearMiss& miss : explanation.nearMisses) {
+        json["unused"].push_back(
+            {{"theme", miss.theme}, {"file", miss.name}, {"wanted", miss.wanted}});
+    }
+    // Names are a file system's: bytes that are no UTF-8 become U+FFFD.
+    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+}  // namespace velmoranth::cli

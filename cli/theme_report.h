@@ -1,0 +1,40 @@
+// What themes did to a device, in a few lines below a preview's own: what they have pictures for,
+// and what lies in them and does not show. By asking a device for every app and every part of the
+// home screen.
+#pragma once
+
+#include "cli/explanation.h"
+#include "desktop/result/result.h"
+
+#include <string>
+#include <vector>
+
+namespace velmoranth::cli {
+
+struct ThemeReport {
+    std::vector<std::string> themedApps;  // by their identifiers
+    std::vector<std::string> otherApps;   // that no theme has an icon for
+    std::vector<std::string> parts;       // "mask", "folder", "badges"
+    std::vector<NearMiss> nearMisses;     // files that lie where nothing looks
+    std::vector<AskedFile> unreadable;    // files that were found and gave nothing
+    std::vector<std::string> fonts;       // names that the calendar asked for and the device lacks
+    // A theme's property list that the calendar was drawn by and that names no font; "" without
+    // one.
+    AskedFile bareCalendar;
+    AskedFile mask;  // "" without one
+    // An app whose icon is a theme's and is masked; "" without one.
+    std::string maskedApp;
+};
+
+// Beside other work; the device's preferences are read only.
+[[nodiscard]] desktop::Result<ThemeReport> reportThemes(const Investigation& investigation);
+
+// What its mask does to the icon: a line that says that it hides everything or nothing, ""
+// otherwise. Changes the device's preferences meanwhile.
+[[nodiscard]] std::string judgeMask(const Investigation& investigation, const ThemeReport& report);
+
+// Lines for standard error, the first one the sum. `themes` are the words of the command line.
+[[nodiscard]] std::vector<std::string> linesOf(const ThemeReport& report,
+                                               const std::vector<std::string>& themes);
+
+}  // namespace velmoranth::cli
