@@ -333,7 +333,7 @@ class ImageRequests {
     }
 
     void addDrawnIcons() {
-        constexpr platform::SBIconImageInfo kInfo{.size = {20, 20}};
+        static constexpr platform::SBIconImageInfo kInfo{.size = {20, 20}};
         const auto calendar = std::make_shared<CalendarIcon>();
         add("the calendar", Answers::drawn, [this, calendar](int) {
             return sent<platform::SBIconImageInfo>(*calendar, "generateIconImageWithInfo:", kInfo);
