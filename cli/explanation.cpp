@@ -6,6 +6,7 @@
 #include "simulator/screens/question_rows.h"
 
 #include "record/operations.h"
+#include "record/words.h"
 
 #include <algorithm>
 #include <array>

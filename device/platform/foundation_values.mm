@@ -121,7 +121,8 @@ std::optional<platform::Dictionary> dictionaryOf(id object) {
     }
     std::vector<Container> open;
     open.emplace_back(object, true);
-    for (std::size_t values = 0; values < kMostValues && open.size() < kDeepest; ++values) {
+    std::size_t values = 0;
+    while (values < kMostValues && open.size() < kDeepest) {
         if (!open.back().hasNext()) {
             if (open.size() == 1) {
                 return open.back().takenEntries();
@@ -131,6 +132,7 @@ std::optional<platform::Dictionary> dictionaryOf(id object) {
             open.back().add(std::move(finished));
             continue;
         }
+        ++values;
         const id member = open.back().next();
         const bool isDictionary = [member isKindOfClass:[NSDictionary class]];
         if (isDictionary || [member isKindOfClass:[NSArray class]]) {

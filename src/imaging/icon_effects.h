@@ -1,7 +1,8 @@
 // What gives every app icon the theme's common treatment: mask, overlay, shadow, reflection,
 // scaling, and the removal of tagged effect views. The effect images come from the first active
 // theme that has them. Overlay and shadow image are kept until they are cleared; the mask is
-// searched for on every call.
+// searched for on every call. The overlay is asked for on any thread and kept under a lock, the
+// shadow on the main thread alone.
 #pragma once
 
 #include "platform/uikit.h"

@@ -10,8 +10,9 @@ namespace velmoranth::tests {
 
 // While it lives the journal gets a line a call:
 //     objectForKey KEY           a value of a dictionary is looked up
-//     boolValue VALUE            … and converted: the value as it prints, "(null)" when there is
-//     none floatValue VALUE wallpaperFileName PATH     a stored wallpaper's path is mapped
+//     boolValue VALUE            … and converted, as it prints, "(null)" for none
+//     floatValue VALUE           … the same for numbers
+//     wallpaperFileName PATH     a stored wallpaper's path is mapped
 class WatchedSteps {
   public:
     explicit WatchedSteps(Journal& journal);

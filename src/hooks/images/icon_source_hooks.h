@@ -84,6 +84,8 @@ struct WeatherImageLoaderHooks {
         platform::NullableString name, long long style);
 };
 
+// Both on any thread: the images are kept under a lock (theme/keyed_images.h, theme/kept_image.h).
+
 // WeatherImageKeys: "<condition>.<style>" of each weather image that was found, in that order.
 [[nodiscard]] std::vector<std::string> WeatherImageKeys();
 
