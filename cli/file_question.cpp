@@ -175,7 +175,7 @@ Result<FileExplanation> fileMeant(const Investigation& investigation, const std:
         for (const std::string& name : names) {
             std::error_code error;
             if (!name.starts_with('/') && !name.starts_with("..") &&
-                fs::is_regular_file(fs::symlink_status(root + theme + "/" + name, error))) {
+                fs::is_regular_file(fs::symlink_status(fs::path(root) / theme / name, error))) {
                 return FileExplanation{
                     .theme = theme, .name = name, .openings = {}, .problem = {}, .wanted = {}};
             }
