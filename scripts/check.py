@@ -58,7 +58,7 @@ LAYERS = {
     # An added method is one of the C functions of the rows.
     "device/platform/": ["platform/", "device/hooks/"],
     "device/hooks/": ["platform/", "core/hook_table", "core/hook_rows", "device/platform/"],
-    "device/classes/": [*EFFECTS, "core/velmoranth", "device/platform/", "device/hooks/"],
+    "device/classes/": [*EFFECTS, "core/velmoranth", "device/platform/", "device/hooks/", "device/startup"],
     "device/startup": ["core/entry_points", "device/platform/"],
     "cli/": [*SETTINGS, "core/entry_points", "core/hook_table", "filemanager/", "tools/catalog_extraction",
              "record/", "desktop/", "simulator/", "simulator/process/"],
@@ -105,6 +105,8 @@ CMAKE_PACKAGES = {
 }
 # The result type of everything outside the engine is an alias of this one.
 THIRD_PARTY_IN_HEADERS = {("desktop/result/result.h", "tl/expected.hpp"),
+                          # The compiler's own, where it signs pointers.
+                          ("device/platform/signed_pointers.h", "ptrauth.h"),
                           # FFmpeg's functions, for the sources beside it.
                           *(("desktop/audio/ffmpeg.h", name) for name in (
                               "libavcodec/avcodec.h", "libavformat/avformat.h", "libavutil/avutil.h",

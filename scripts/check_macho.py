@@ -1,14 +1,17 @@
 #!/usr/bin/env python3
 """Checks the library for the phone, as far as its file tells whether it will load there and do its
-work: what iOS 12 can load, what it exports and imports, constructors, classes, signature.
+work: what iOS 12 can load, what it exports and imports, constructors, classes, signature; of the slice
+for processors with pointer authentication (arm64e) also how its pointers are signed.
 
 usage: check_macho.py [--unstripped FILE] [--exports LIST] [--stubs FOLDER]... [--tables LIST]
-                      [--install-name PATH] [--contents] LIBRARY
+                      [--beside FILE] [--rules DOCUMENT] [--install-name PATH] [--contents] LIBRARY
        check_macho.py --arm64e [--exports LIST] [--stubs FOLDER]... [--install-name PATH] SLICE
 
 Prints a line for each thing that is wrong and where to mend it, or one that all is well; with --contents
-then also what is in the library. --arm64e looks at a slice that was built elsewhere, and prints one line
-when it does not fit; LIST and FOLDER are those of device/ there unless given. Exit code 1 when something is wrong, 3 when a file cannot be read."""
+then also what is in the library. A slice is compared with the library beside it, than which it may be a
+tenth larger, and its rules are those of the documents unless given. --arm64e looks at a slice that was
+built elsewhere, and prints one line when it does not fit; LIST and FOLDER are those of device/ there unless
+given. Exit code 1 when something is wrong, 3 when a file cannot be read."""
 
 import argparse
 import collections
@@ -17,8 +20,11 @@ import re
 import struct
 import sys
 
+import check_pointers
 import macho
+import pointer_rules
 from macho import BadFile, MachO
+from macho_slice import Slice
 
 DEVICE = pathlib.Path(__file__).resolve().parent.parent / "device"
 MAX_SIZE = 400_000
@@ -86,8 +92,10 @@ def difference(what, found, wanted):
 
 def check_kind(library):
     problems = []
-    if (library.cpu, library.subtype) != (macho.CPU_ARM64, macho.SUBTYPE_ALL):
+    if library.cpu != macho.CPU_ARM64 or library.subtype not in (macho.SUBTYPE_ALL, macho.SUBTYPE_ARM64E):
         problems.append(f"is for processor {library.cpu:#x}/{library.subtype}, not arm64")
+    if library.capabilities:  # of iOS 14
+        problems.append(f"has the capabilities {library.capabilities:#x}, which iOS 12 and 13 do not load")
     if library.file_type != macho.TYPE_DYLIB:
         problems.append(f"is a file of type {library.file_type}, not a dynamic library")
     platform, *version = library.platform_and_minimum()
@@ -196,15 +204,21 @@ def check_signature(library):
     return problems
 
 
-def check_size(library):
+def check_size(library, beside=None):
+    """`beside` is the library of which this one is a slice."""
     size = len(library.data)
-    return [f"has {size} bytes, more than {MAX_SIZE}"] if size > MAX_SIZE else []
+    most = MAX_SIZE if beside is None else len(beside.data) * 11 // 10
+    return [f"has {size} bytes, more than {most}"] if size > most else []
 
 
 def check_same_code(library, unstripped):
-    return [] if (library.contents("__TEXT", "__text") and
-                  library.contents("__TEXT", "__text") == unstripped.contents("__TEXT", "__text")) \
-        else ["has not the code of the library with names"]
+    if not library.contents("__TEXT", "__text") or \
+            library.contents("__TEXT", "__text") != unstripped.contents("__TEXT", "__text"):
+        return ["has not the code of the library with names"]
+    # Fix-ups stand in the data of a slice.
+    return [f"has not the {key[1]} of the library with names" for key in sorted(unstripped.sections)
+            if key[0] == "__DATA" and unstripped.sections[key].kind not in macho.ZERO_FILL
+            and library.contents(*key) != unstripped.contents(*key)]
 
 
 def check_slice(library, exports, stubs, install_name):
@@ -246,7 +260,8 @@ def print_contents(library):
     platform, major, minor = library.platform_and_minimum()
     names = [macho.COMMAND_NAMES.get(command, hex(command)) for command, _, _ in library.commands
              if command != macho.LOAD_DYLIB]
-    print(f"{len(library.data)} bytes, arm64, iOS {major}.{minor}" if platform == macho.PLATFORM_IOS
+    processor = "arm64e" if isinstance(library, Slice) else "arm64"
+    print(f"{len(library.data)} bytes, {processor}, iOS {major}.{minor}" if platform == macho.PLATFORM_IOS
           else f"{len(library.data)} bytes, platform {platform}")
     print("segments: " + ", ".join(f"{segment.name} {segment.file_size}" for segment in library.segments))
     print("load commands: " + " ".join(names))
@@ -257,6 +272,12 @@ def print_contents(library):
     print("exports: " + " ".join(library.exports()))
     for cls in library.classes():
         print(f"class {cls.name}: {len(cls.class_methods)} class methods, {len(cls.methods)} others")
+
+
+def print_pointers(library, named):
+    counts = check_pointers.count_pointers(library, named)
+    print(f"chains: {len(library.pages)}, to {len(library.pointers)} pointers, {len(library.targets)} symbols of other libraries")
+    print("pointers: " + ", ".join(f"{count} {kind}" for kind, count in sorted(counts.items())))
 
 
 def checks_of(library, arguments):
@@ -277,18 +298,33 @@ def checks_of(library, arguments):
         named = open_library(arguments.unstripped)
         yield "constructors by name", only_two, lambda: check_constructors(named, CONSTRUCTORS)
         yield "same code", "link both from the same objects", lambda: check_same_code(library, named)
+    if isinstance(library, Slice):
+        yield from slice_checks(library, arguments)
     if arguments.tables:
         tables = read_tables(arguments.tables)
         classes = "compare device/classes with src/core/library_classes.cpp"
         yield "classes", classes, lambda: check_classes(library, tables)
         yield "replaced methods", "compare src/core/hook_rows.h", lambda: check_rows(library, tables)
     yield "signature", "link again; nothing may change the file afterwards", lambda: check_signature(library)
-    yield "size", "see what grew with llvm-nm-19 --print-size --size-sort", lambda: check_size(library)
+    beside = open_library(arguments.beside) if arguments.beside else None
+    yield "size", "see what grew with llvm-nm-19 --print-size --size-sort", lambda: check_size(library, beside)
+
+
+def slice_checks(library, arguments):
+    named = open_library(arguments.unstripped) if arguments.unstripped else library
+    rules = pointer_rules.read_rules(arguments.rules)
+    fixups, signing = "see scripts/arm64e/chains.py", "see scripts/arm64e/sign_assembly.py"
+    yield "chains", fixups, lambda: check_pointers.check_chains(library)
+    yield "tables", "see scripts/arm64e/make_slice.py", lambda: check_pointers.check_tables(library)
+    yield "numbers of names", "see scripts/pointer_rules.py", check_pointers.check_numbers
+    yield "signed pointers", signing, lambda: check_pointers.check_pointers(library, named, rules)
+    yield "return addresses", signing, lambda: check_pointers.check_code(library, named)
 
 
 def open_library(path):
     try:
-        return MachO(pathlib.Path(path).read_bytes())
+        library = MachO(pathlib.Path(path).read_bytes())
+        return Slice(library.data) if library.subtype == macho.SUBTYPE_ARM64E else library
     except BadFile as bad:
         raise BadFile(f"{path}: {bad}") from bad
 
@@ -310,6 +346,8 @@ def check_library(arguments):
     print(f"structure: OK ({', '.join(done)})")
     if arguments.contents:
         print_contents(library)
+        if isinstance(library, Slice):
+            print_pointers(library, open_library(arguments.unstripped or arguments.library))
     return 0
 
 
@@ -334,13 +372,15 @@ def main():
     parser.add_argument("--exports")
     parser.add_argument("--stubs", action="append", default=[])
     parser.add_argument("--tables")
+    parser.add_argument("--beside")
+    parser.add_argument("--rules", default=pointer_rules.DOCUMENT)
     parser.add_argument("--install-name", default=INSTALL_NAME)
     parser.add_argument("--contents", action="store_true")
     parser.add_argument("library")
     arguments = parser.parse_args()
     try:
         return check_arm64e(arguments) if arguments.arm64e else check_library(arguments)
-    except (BadFile, OSError, struct.error, UnicodeDecodeError) as error:
+    except (BadFile, pointer_rules.BadTable, OSError, struct.error, UnicodeDecodeError) as error:
         print(f"check_macho.py: {error}", file=sys.stderr)
         return 3
 

@@ -1,6 +1,7 @@
 # shellcheck shell=bash
-# How sources become a Mach-O library for the phone: arm64, iOS 12.0. Sourced, from the top folder, by
-# what builds one: scripts/device-build, and the tests of the checker.
+# How sources become a Mach-O library for the phone: arm64, iOS 12.0, and the slice of it for processors
+# with pointer authentication (arm64e). Sourced, from the top folder, by what builds one:
+# scripts/device-build, and the tests of the checker.
 
 # Folders of the machine have no place in a build for another system.
 unset CPATH C_INCLUDE_PATH CPLUS_INCLUDE_PATH OBJC_INCLUDE_PATH LIBRARY_PATH SDKROOT
@@ -15,8 +16,9 @@ if command -v ccache >/dev/null; then
 fi
 
 # Without -isysroot the compiler would take the headers of this machine's own system.
+readonly deviceTarget=arm64-apple-ios12.0
 deviceCompileFlags=(
-    -target arm64-apple-ios12.0
+    -target "$deviceTarget"
     -isysroot "$PWD/device/sysroot"
     -nostdinc++ -isystem device/cxx -isystem /usr/lib/llvm-19/include/c++/v1
     -std=c++20 -Oz -DNDEBUG -fvisibility=hidden -fvisibility-inlines-hidden
@@ -51,6 +53,28 @@ compile_for_device() {
     printf '%s\n' "${sources[@]}" |
         xargs -P "${VELMORANTH_JOBS:-$(nproc)}" -I{} \
             "${deviceCompiler[@]}" "${deviceCompileFlags[@]}" "$@" -c {} -o "$objects/{}.o"
+}
+
+# For the slice. Its target would be arm64e, but for that the compiler raises the system to iOS 14. What
+# else of pointers it could tell apart by their types is the platform's own way only since then.
+readonly deviceProcessor=-mcpu=apple-a12
+deviceSigningFlags=("$deviceProcessor" -fptrauth-intrinsics -fptrauth-calls -fptrauth-returns)
+
+# compile_signed_for_device OBJECTS FLAGS... <SOURCES: as compile_for_device, with pointers signed. They are
+# so in the assembly, and would be lost on the way into an object file.
+compile_signed_for_device() {
+    local objects=$1 jobs=${VELMORANTH_JOBS:-$(nproc)} source sources
+    shift
+    mapfile -t sources
+    for source in "${sources[@]}"; do
+        mkdir -p "$objects/${source%/*}"
+    done
+    printf '%s\n' "${sources[@]}" | xargs -P "$jobs" -I{} \
+        "${deviceCompiler[@]}" "${deviceCompileFlags[@]}" "${deviceSigningFlags[@]}" "$@" -S {} -o "$objects/{}.s"
+    printf '%s\n' "${sources[@]}" | xargs -P "$jobs" -I{} \
+        scripts/arm64e/sign_assembly.py {} "$objects/{}.s" "$objects/{}.signed.s"
+    printf '%s\n' "${sources[@]}" | xargs -P "$jobs" -I{} \
+        clang++-19 -target "$deviceTarget" "$deviceProcessor" -c "$objects/{}.signed.s" -o "$objects/{}.o"
 }
 
 # write_cxx_stub FOLDER: what to link in place of the phone's C++ library. It has the symbols that are
@@ -96,4 +120,12 @@ link_for_device() {
     shift 2
     ld64.lld-19 "${deviceLinkFlags[@]}" "${devicePlatform[@]}" -L"$stubs" "$@" -o "$output" 2>&1 |
         awk "$undefinedSymbols" >&2
+}
+
+# link_slice_for_device OUTPUT STUBS FLAGS-AND-OBJECTS...: of objects that are signed. What the linker leaves
+# lies beside it.
+link_slice_for_device() {
+    local output=$1
+    link_for_device "$output.linked" "${@:2}"
+    scripts/arm64e/make_slice.py "$output.linked" "$output"
 }

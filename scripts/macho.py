@@ -25,6 +25,9 @@ EXPORTS_TRIE = 0x80000033
 BUILD_VERSION = 0x32
 VERSION_MIN_IOS = 0x25
 CODE_SIGNATURE = 0x1D
+FUNCTION_STARTS = 0x26
+DATA_IN_CODE = 0x29
+DYSYMTAB = 0xB
 
 COMMAND_NAMES = {0x2: "SYMTAB", 0xB: "DYSYMTAB", 0xC: "LOAD_DYLIB", 0xD: "ID_DYLIB",
                  0x19: "SEGMENT_64", 0x1B: "UUID", 0x1D: "CODE_SIGNATURE", 0x26: "FUNCTION_STARTS",
@@ -32,8 +35,8 @@ COMMAND_NAMES = {0x2: "SYMTAB", 0xB: "DYSYMTAB", 0xC: "LOAD_DYLIB", 0xD: "ID_DYL
                  0x25: "VERSION_MIN_IPHONEOS", 0x32: "BUILD_VERSION", DYLD_INFO: "DYLD_INFO_ONLY",
                  CHAINED_FIXUPS: "DYLD_CHAINED_FIXUPS", EXPORTS_TRIE: "DYLD_EXPORTS_TRIE"}
 
-Segment = collections.namedtuple("Segment", "name address size offset file_size")
-Section = collections.namedtuple("Section", "address size offset kind")
+Segment = collections.namedtuple("Segment", "name address size offset file_size protection")
+Section = collections.namedtuple("Section", "address size offset kind attributes")
 Class = collections.namedtuple("Class", "name methods class_methods")
 Bind = collections.namedtuple("Bind", "address symbol ordinal")
 Signature = collections.namedtuple("Signature", "flags identifier sha256 pages_match covers_file")
@@ -118,7 +121,8 @@ class MachO:
 
         if length < 72:
             raise BadFile(f"has a segment without its fields at {offset:#x}")
-        segment = Segment(text(self.bytes(offset + 8, 16)), *self.unpack("<4Q", offset + 24))
+        segment = Segment(text(self.bytes(offset + 8, 16)), *self.unpack("<4Q", offset + 24),
+                          *self.unpack("<I", offset + 60))
         self.bytes(segment.offset, segment.file_size)
         self.segments.append(segment)
         count, = self.unpack("<I", offset + 64)
@@ -127,10 +131,11 @@ class MachO:
         for place in range(offset + 72, offset + 72 + count * 80, 80):
             key = text(self.bytes(place + 16, 16)), text(self.bytes(place, 16))
             address, size, start = self.unpack("<2QI", place + 32)
-            kind = self.unpack("<I", place + 64)[0] & 0xFF
+            flags, = self.unpack("<I", place + 64)
+            kind = flags & 0xFF
             if kind not in ZERO_FILL:
                 self.bytes(start, size)
-            self.sections[key] = Section(address, size, start, kind)
+            self.sections[key] = Section(address, size, start, kind, flags >> 8)
 
     def read_dylib(self, command, offset, length):
         if length < 24:
@@ -182,7 +187,7 @@ class MachO:
         found = self.sections.get((segment, section))
         if found is None:
             return []
-        return list(self.unpack(f"<{found.size // 8}Q", found.offset))
+        return [self.word(address) for address in range(found.address, found.address + found.size // 8 * 8, 8)]
 
     def contents(self, segment, section):
         found = self.sections.get((segment, section))

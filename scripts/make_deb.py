@@ -1,9 +1,11 @@
 #!/usr/bin/env python3
 """Packs the library for the phone, its filter and what is installed beside it (layout/) as a .deb.
 
-usage: make_deb.py LIBRARY FOLDER
+usage: make_deb.py [--arm64e] LIBRARY FOLDER
 
-Writes FOLDER/<package>_<version>_iphoneos-arm.deb and prints what is in it. The same files give the
+Writes FOLDER/<package>_<version>_iphoneos-arm.deb and prints what is in it; with --arm64e the package of a
+library with a slice for processors with pointer authentication, which is one of its own
+(..._arm64e_iphoneos-arm.deb). The same files give the
 same package, byte for byte: names are sorted, every time is SOURCE_DATE_EPOCH or one that is fixed,
 owners and modes do not come from this machine. That is also why dpkg-deb does not write it: not all
 files belong to root. Exit code 3 when a file cannot be read or written."""
@@ -17,6 +19,7 @@ import sys
 import tarfile
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
+PACKAGE = "com.qor.velmoranth"
 LIBRARIES = "Library/MobileSubstrate/DynamicLibraries"
 FIXED_TIME = 1577836800  # 2020-01-01
 # Who owns what lies where; the longest prefix that fits counts. The settings panel, which writes saved
@@ -77,14 +80,14 @@ def ar_member(name, data, time):
     return header.encode() + data + b"\n" * (len(data) % 2)
 
 
-def make_package(library, folder):
+def make_package(library, folder, control_file, suffix):
     time = int(os.environ.get("SOURCE_DATE_EPOCH", FIXED_TIME))
     source = ROOT / "device/package"
     files = {f"{LIBRARIES}/VelMoranth.dylib": pathlib.Path(library).read_bytes(),
              f"{LIBRARIES}/VelMoranth.plist": (source / "VelMoranth.plist").read_bytes(),
              **layout_files()}
     kilobytes = sum(-(-len(data) // 1024) for data in files.values())
-    control = (source / "control.in").read_text()
+    control = (source / control_file).read_text()
     control = control.replace("@VERSION@", version()).replace("@SIZE@", str(kilobytes))
     conffiles = "".join(f"/{name}\n" for name in sorted(files) if name.startswith(USERS_OWN))
     data, entries = packed(files, time)
@@ -93,17 +96,21 @@ def make_package(library, folder):
         ("control.tar.gz", packed({"control": control.encode(), "conffiles": conffiles.encode()}, time)[0]),
         ("data.tar.gz", data)))
     fields = dict(re.findall(r"^([\w-]+): (.*)$", control, re.MULTILINE))
-    path = pathlib.Path(folder) / f"{fields['Package']}_{fields['Version']}_{fields['Architecture']}.deb"
+    path = pathlib.Path(folder) / f"{PACKAGE}_{fields['Version']}{suffix}_{fields['Architecture']}.deb"
     path.write_bytes(package)
     return path, entries
 
 
 def main():
-    if len(sys.argv) != 3:
+    arguments = sys.argv[1:]
+    control_file, suffix = "control.in", ""
+    if arguments[:1] == ["--arm64e"]:
+        arguments, control_file, suffix = arguments[1:], "control-arm64e.in", "_arm64e"
+    if len(arguments) != 2:
         print(__doc__.split("\n\n")[1], file=sys.stderr)
         return 2
     try:
-        path, entries = make_package(sys.argv[1], sys.argv[2])
+        path, entries = make_package(*arguments, control_file, suffix)
     except (OSError, ValueError) as error:
         print(f"make_deb.py: {error}", file=sys.stderr)
         return 3

@@ -7,6 +7,8 @@
 #include "device/platform/handles.h"
 #include "device/platform/pool.h"
 #include "device/platform/services.h"
+#include "device/platform/signed_pointers.h"
+#include "device/startup.h"
 #include <CoreGraphics/CGGeometry.h>
 #import <Foundation/Foundation.h>
 
@@ -53,6 +55,9 @@ static Engine& engineBehind(VelMoranth* instance) {
     velmoranth::device::withPool([] {
         velmoranth::device::usePlatform();
         Engine::load();
+        if constexpr (velmoranth::device::kPointersAreSigned) {
+            velmoranth::device::startUp();
+        }
     });
 }
 

@@ -2,6 +2,7 @@
 #include "device/hooks/hook_entries.h"
 #include "device/platform/handle.h"
 #include "device/platform/services.h"
+#include "device/platform/signed_pointers.h"
 #include <CydiaSubstrate/CydiaSubstrate.h>
 #include <objc/runtime.h>
 
@@ -28,6 +29,8 @@ class MobileSubstrate final : public platform::Substrate {
         *hook->slot = implementationThatAnswers(native, name);
         IMP previous = nullptr;
         MSHookMessageEx(native, name, hook->entry, &previous);
+        // Whether hooking libraries sign what they give back is not written down.
+        previous = signedAgain(previous);
         *hook->slot = previous;
         if (previous != nullptr) {
             *original = platform::Implementation::native(reinterpret_cast<const void*>(previous));

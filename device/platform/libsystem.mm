@@ -1,5 +1,6 @@
 // The C library's calls, the home directory and the main queue.
 #include "device/platform/services.h"
+#include "device/platform/signed_pointers.h"
 #include "device/platform/text.h"
 #import <Foundation/Foundation.h>
 #include <dispatch/dispatch.h>
@@ -50,11 +51,12 @@ class NativeLibSystem final : public platform::LibSystem {
             return;
         }
         const std::function<void()> work = block;  // the block keeps a copy of its own
-        dispatch_after(dispatch_time(DISPATCH_TIME_NOW, nanoseconds), dispatch_get_main_queue(), ^{
-          @autoreleasepool {
-              work();
-          }
-        });
+        dispatch_after(dispatch_time(DISPATCH_TIME_NOW, nanoseconds), dispatch_get_main_queue(),
+                       signedBlock(^{
+                         @autoreleasepool {
+                             work();
+                         }
+                       }));
     }
 };
 

@@ -1,6 +1,7 @@
 // View controllers, alerts and the app.
 #include "device/platform/private_messages.h"
 #include "device/platform/services.h"
+#include "device/platform/signed_pointers.h"
 #include "device/platform/uikit_handles.h"
 #import <UIKit/UIKit.h>
 
@@ -28,9 +29,9 @@ class UIAlerts final : public platform::Alerts {
         return wrap<platform::AlertAction>([classNamed("UIAlertAction")
             actionWithTitle:stringOf(title)
                       style:static_cast<NSInteger>(style)
-                    handler:^(UIAlertAction* /*action*/) {
+                    handler:signedBlock(^(UIAlertAction* /*action*/) {
                       choose();
-                    }]);
+                    })]);
     }
 };
 

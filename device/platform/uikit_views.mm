@@ -1,6 +1,7 @@
 // UIView's and its subclasses' initialisers, gestures and animations.
 #include "device/platform/geometry.h"
 #include "device/platform/services.h"
+#include "device/platform/signed_pointers.h"
 #include "device/platform/uikit_handles.h"
 #import <UIKit/UIKit.h>
 #include <objc/runtime.h>
@@ -65,12 +66,12 @@ class UIViews final : public platform::Views {
         const Animations animate = animations;
         const Completion complete = completion;
         [classNamed("UIView") animateWithDuration:duration
-            animations:^{
-              animate();
-            }
-            completion:^(BOOL finished) {
-              complete(finished != 0);
-            }];
+                                       animations:signedBlock(^{
+                                         animate();
+                                       })
+                                       completion:signedBlock(^(BOOL finished) {
+                                         complete(finished != 0);
+                                       })];
     }
 
     void
@@ -80,16 +81,16 @@ class UIViews final : public platform::Views {
         const Animations animate = animations;
         const Completion complete = completion;
         [classNamed("UIView") animateWithDuration:duration
-            delay:delay
-            usingSpringWithDamping:damping
-            initialSpringVelocity:initialVelocity
-            options:options
-            animations:^{
-              animate();
-            }
-            completion:^(BOOL finished) {
-              complete(finished != 0);
-            }];
+                                            delay:delay
+                           usingSpringWithDamping:damping
+                            initialSpringVelocity:initialVelocity
+                                          options:options
+                                       animations:signedBlock(^{
+                                         animate();
+                                       })
+                                       completion:signedBlock(^(BOOL finished) {
+                                         complete(finished != 0);
+                                       })];
     }
 };
 

@@ -4,7 +4,6 @@ built like the one for the phone, and on others with one thing wrong with each o
 
 usage: structure_test.py FOLDER-FOR-THE-SAMPLES [unittest arguments]"""
 
-import hashlib
 import io
 import os
 import pathlib
@@ -17,9 +16,11 @@ import tarfile
 import tempfile
 import unittest
 
+from samples import ROOT, SCRIPTS, failures, resigned, run
+import check_macho
+import macho
+
 HERE = pathlib.Path(__file__).resolve().parent
-ROOT = HERE.parents[2]
-SCRIPTS = ROOT / "scripts"
 EXPORTS = HERE / "sample/exports.txt"
 TABLES = HERE / "sample/tables.txt"
 # Load commands of the form of others, for which the checks do not look.
@@ -27,14 +28,6 @@ FUNCTION_STARTS = 0x26
 NOTE = 0x31
 SAMPLES = None
 
-sys.path.insert(0, str(SCRIPTS))
-import check_macho  # noqa: E402
-import macho  # noqa: E402
-
-
-def run(*command, **options):
-    return subprocess.run([str(part) for part in command], capture_output=True, text=True, check=False,
-                          timeout=60, **options)
 
 
 def check(library, unstripped=None, tables=TABLES):
@@ -45,27 +38,6 @@ def check(library, unstripped=None, tables=TABLES):
 
 def check_sample(name, **options):
     return check(SAMPLES / f"{name}.dylib", SAMPLES / f"{name}-unstripped.dylib", **options)
-
-
-def resigned(data):
-    """With the hashes that its pages have now; as it is when it has no signature."""
-    library = macho.MachO(bytes(data))
-    for command, _ in library.all_of(macho.CODE_SIGNATURE):
-        start, = library.unpack("<I", command + 8)
-        start += library.unpack(">I", start + 16)[0]  # the code directory
-        hashes, = library.unpack(">I", start + 16)
-        pages, limit = library.unpack(">2I", start + 28)
-        data = bytearray(data)
-        for index in range(pages):
-            place = start + hashes + index * 32
-            piece = data[index * 4096:min((index + 1) * 4096, limit)]
-            data[place:place + 32] = hashlib.sha256(piece).digest()
-    return bytes(data)
-
-
-def failures(result):
-    """The names of the checks that failed."""
-    return re.findall(r"^([\w ]+): FAIL: ", result.stdout, re.MULTILINE)
 
 
 class Samples(unittest.TestCase):
@@ -312,9 +284,9 @@ class Reproducible(Samples):
 
 
 class Package(Samples):
-    def make(self, root, **environment):
+    def make(self, root, *options, **environment):
         output = pathlib.Path(tempfile.mkdtemp(dir=self.folder))
-        result = run(root / "scripts/make_deb.py", SAMPLES / "good.dylib", output,
+        result = run(root / "scripts/make_deb.py", *options, SAMPLES / "good.dylib", output,
                      env={**os.environ, **environment})
         self.assertEqual((result.returncode, result.stderr), (0, ""))
         return next(output.glob("*.deb"))
@@ -363,11 +335,55 @@ class Package(Samples):
 
     def test_control_fields(self):
         package = self.make(ROOT)
-        fields = dict(line.split(": ", 1) for line in run("dpkg-deb", "--field", package).stdout.splitlines()
-                      if not line.startswith(" "))
+        fields = self.fields(package)
         self.assertEqual((fields["Architecture"], fields["Section"]), ("iphoneos-arm", "Tweaks"))
         self.assertIn("mobilesubstrate", fields["Depends"])
         self.assertEqual(package.name, f"{fields['Package']}_{fields['Version']}_iphoneos-arm.deb")
+
+    def fields(self, package):
+        return dict(line.split(": ", 1) for line in run("dpkg-deb", "--field", package).stdout.splitlines()
+                    if not line.startswith(" "))
+
+    def test_that_for_processors_that_authenticate_is_another_package(self):
+        package = self.make(ROOT, "--arm64e")
+        ordinary, fields = self.fields(self.make(ROOT)), self.fields(package)
+        self.assertEqual(package.name, f"{ordinary['Package']}_{fields['Version']}_arm64e_iphoneos-arm.deb")
+        self.assertEqual((fields["Conflicts"], fields["Replaces"]), (ordinary["Package"],) * 2)
+        self.assertEqual((ordinary["Conflicts"], ordinary["Replaces"]), (fields["Package"],) * 2)
+        for name in ("Version", "Architecture", "Section", "Depends"):
+            self.assertEqual(fields[name], ordinary[name])
+        description = run("dpkg-deb", "--field", package, "Description").stdout
+        self.assertIn("This one has never run on a phone", description.replace("\n ", " "))
+        self.assertIn(f"dpkg -r {fields['Package']}\n", description)
+
+    def test_the_packages_have_the_same_files(self):
+        packages = [self.make(ROOT), self.make(ROOT, "--arm64e")]
+        contents = [run("dpkg-deb", "--contents", package).stdout for package in packages]
+        self.assertEqual(contents[0], contents[1])
+        conffiles = [run("dpkg-deb", "--info", package, "conffiles").stdout for package in packages]
+        self.assertEqual(conffiles[0], conffiles[1])
+
+    def test_one_package_takes_the_place_of_the_other(self):
+        if os.geteuid() != 0:
+            self.skipTest("only root gives files to another user")
+        root = self.folder / "root"
+        for name in ("info", "updates", "triggers"):
+            (root / "var/lib/dpkg" / name).mkdir(parents=True)
+        for name in ("status", "available"):
+            (root / "var/lib/dpkg" / name).touch()
+        packages = [self.make(ROOT), self.make(ROOT, "--arm64e")]
+        settings = root / "var/mobile/Library/VelMoranth/UserSettings/Cal.plist"
+        for package, other in (packages, packages[::-1]):
+            result = run("dpkg", f"--root={root}", "--log=/dev/null", "--force-architecture", "--force-depends",
+                         "--install", package, stdin=subprocess.DEVNULL)
+            self.assertEqual(result.returncode, 0, result.stderr)
+            states = {package: run("dpkg-query", f"--admindir={root}/var/lib/dpkg", "-W", "-f", "${db:Status-Status}",
+                                   self.fields(package)["Package"]).stdout for package in packages}
+            self.assertEqual(states[package], "installed")
+            self.assertNotEqual(states[other], "installed")
+            if other is packages[1]:
+                settings.write_text(settings.read_text() + "changed")
+            self.assertTrue(settings.read_text().endswith("changed"))
 
     def test_filter_is_a_property_list(self):
         result = run(sys.executable, "-c", "import plistlib, sys; print(plistlib.load(open(sys.argv[1], 'rb')))",
