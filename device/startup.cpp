@@ -9,26 +9,32 @@
 
 namespace {
 
-// Set where a +load method has carried out both steps. Not all that is published of the phone's
-// loaders agrees on how they call constructors whose pointers are signed; of +load there is no
-// doubt.
-bool haveRun = false;
+bool haveBegun = false;
+bool wereCalledForLoad = false;
 
-__attribute__((constructor)) void installHooks() {
-    if (haveRun) {
-        return;
-    }
+void installTheHooks() {
     velmoranth::device::withPool([] {
         velmoranth::device::usePlatform();
         velmoranth::core::installHooks();
     });
 }
 
-__attribute__((constructor)) void startSettings() {
-    if (haveRun) {
-        return;
-    }
+// Sends the main class its load, too.
+void startTheSettings() {
     velmoranth::device::withPool([] { velmoranth::core::startSettings(); });
+}
+
+__attribute__((constructor)) void installHooks() {
+    if (!wereCalledForLoad) {
+        haveBegun = true;
+        installTheHooks();
+    }
+}
+
+__attribute__((constructor)) void startSettings() {
+    if (!wereCalledForLoad) {
+        startTheSettings();
+    }
 }
 
 }  // namespace
@@ -36,9 +42,11 @@ __attribute__((constructor)) void startSettings() {
 namespace velmoranth::device {
 
 void startUp() {
-    ::installHooks();
-    ::startSettings();
-    haveRun = true;
+    if (!haveBegun) {
+        haveBegun = wereCalledForLoad = true;
+        installTheHooks();
+        startTheSettings();
+    }
 }
 
 }  // namespace velmoranth::device

@@ -3,7 +3,9 @@
 
 namespace velmoranth::device {
 
-// Carries out both before the constructors run, which then do nothing.
+// Carries out both for a +load method, once; the constructors do nothing then. Not all that is
+// published of the phone's loaders agrees on how they call constructors whose pointers are signed;
+// of +load there is no doubt.
 void startUp();
 
 }  // namespace velmoranth::device

@@ -19,6 +19,9 @@ struct Import {
 [[nodiscard]] std::span<const Import> exceptionImports();
 [[nodiscard]] std::span<const Import> systemImports();
 
+// What authenticates what it is given, where the library signs; nothing elsewhere.
+[[nodiscard]] std::span<const Import> signedImports();
+
 // Of the phone's C++ library; null when it has none of that name.
 [[nodiscard]] const void* cxxImport(const std::string& name);
 

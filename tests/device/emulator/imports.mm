@@ -49,8 +49,10 @@ const void* processImport(const std::string& name) {
 }
 
 const void* findImport(const std::string& name, std::string_view library) {
-    if (const void* const known = find(systemImports(), name)) {
-        return known;
+    for (const auto imports : {signedImports(), systemImports()}) {
+        if (const void* const known = find(imports, name)) {
+            return known;
+        }
     }
     if (library == kCxxLibrary) {
         return cxxImport(name);

@@ -1,12 +1,15 @@
 // Maps the phone's library into this process, an arm64 Linux one, and starts it as the phone's
 // loader does: imports, classes, +load methods, constructors.
+#include "device/emulator/chains.h"
 #include "device/emulator/fixups.h"
 #include "device/emulator/image.h"
 #include "device/emulator/imports.h"
 #include "device/emulator/load_error.h"
 #include "device/emulator/macho_file.h"
 #include "device/emulator/objc_image.h"
+#include "device/emulator/pac.h"
 #include "device/emulator/unwind.h"
+#include "device/emulator/without_keys.h"
 #include "device/library/load_library.h"
 #include <unistd.h>
 
@@ -24,7 +27,34 @@ struct Library {
     Image image;
 };
 
+// This process's own runtime reads the library's type infos, and knows nothing of signatures.
+bool isTypeTable(const std::string& name) {
+    return name.starts_with("__ZTVN10__cxxabiv1") || name == "_objc_ehtype_vtable";
+}
+
+void fixChained(const Library& library) {
+    for (const ChainedPointer& pointer : chainedPointersOf(library.file)) {
+        auto& place = library.image.at<std::uint64_t>(pointer.address);
+        place = pointer.isImport ? importOf(pointer.import.name,
+                                            library.file.libraryOf(pointer.import.ordinal)) +
+                                       static_cast<std::uint64_t>(pointer.import.addend)
+                                 : library.image.base() + pointer.target;
+        if (pointer.signing && pac::hasKeys()) {
+            place = pac::sign(
+                place, static_cast<pac::Key>(pointer.signing->key),
+                pac::modifierOf(pointer.signing->address, pointer.signing->number, &place));
+        }
+        const bool isInTypeInfo = pointer.isImport && pointer.import.addend != 0;
+        if (isInTypeInfo && isTypeTable(pointer.import.name)) {
+            place = pac::authentic(pac::Kind::typeInfo, place, &place, pointer.import.name);
+        }
+    }
+}
+
 void fix(const Library& library) {
+    if (library.file.isArm64e()) {
+        return fixChained(library);
+    }
     for (const std::uint64_t address : rebasesOf(library.file)) {
         library.image.at<std::uint64_t>(address) += library.image.base();
     }
@@ -46,8 +76,10 @@ void refuseWhatIsMissing(const Image& image) {
 void runConstructors(const Image& image, const char* path) {
     using Constructor = void (*)(int, const char**, char**, const char**);
     const char* arguments[] = {path, nullptr};
-    image.eachPointer("__mod_init_func", [&](std::uint64_t constructor) {
-        reinterpret_cast<Constructor>(constructor)(1, arguments, environ, arguments + 1);
+    image.eachPointer("__mod_init_func", [&](const std::uint64_t& constructor) {
+        const std::uint64_t plain =
+            pac::authentic(pac::Kind::initialiser, constructor, &constructor, "of __mod_init_func");
+        reinterpret_cast<Constructor>(plain)(1, arguments, environ, arguments + 1);
     });
 }
 
@@ -61,6 +93,10 @@ Library* library = nullptr;
 
 void load(const char* path) {
     library = new Library(MachOFile::read(path));
+    pac::begin(library->image, library->file.isArm64e());
+    if (pac::isArm64e() && !pac::hasKeys()) {
+        switchKeysOff(library->image);
+    }
     refuseWhatIsMissing(library->image);
     fix(*library);
     registerObjectiveC(library->image);

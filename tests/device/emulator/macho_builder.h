@@ -17,22 +17,26 @@ class MachOBuilder {
   public:
     using Bytes = std::vector<std::uint8_t>;
 
-    Bytes rebases;
-    Bytes bindings;
-    Bytes lazyBindings;
-    Bytes exports;
+    Bytes rebases = {};
+    Bytes bindings = {};
+    Bytes lazyBindings = {};
+    Bytes exports = {};
     std::uint64_t sectionAddress = 0x100;
     std::uint64_t segmentFileSize = 0;
+    Bytes contents = {};  // of the segment, where the file has any
+    std::uint32_t protection = 3;
+    std::uint32_t subtype = 0;  // of the processor
 
     [[nodiscard]] Bytes bytes() const {
         Bytes out;
         for (const std::uint32_t word :
-             {0xfeedfacfU, 0x0100000cU, 0U, 6U, 3U, kCommandsSize, 0U, 0U}) {
+             {0xfeedfacfU, 0x0100000cU, subtype, 6U, 3U, kCommandsSize, 0U, 0U}) {
             put(out, word);
         }
         putSegment(out);
         putLibrary(out);
         putTables(out);
+        out.insert(out.end(), contents.begin(), contents.end());
         return out;
     }
 
@@ -60,11 +64,15 @@ class MachOBuilder {
         put(out, std::uint32_t{0x19});
         put(out, kSegmentSize);
         putName(out, "__DATA", 16);
+        const std::uint64_t place = contents.empty()
+                                        ? 0
+                                        : 32 + kCommandsSize + rebases.size() + bindings.size() +
+                                              lazyBindings.size() + exports.size();
         for (const std::uint64_t number :
-             {std::uint64_t{0}, std::uint64_t{0x1000}, std::uint64_t{0}, segmentFileSize}) {
+             {std::uint64_t{0}, std::uint64_t{0x1000}, place, segmentFileSize + contents.size()}) {
             put(out, number);
         }
-        for (const std::uint32_t word : {3U, 3U, 1U, 0U}) {
+        for (const std::uint32_t word : {7U, protection, 1U, 0U}) {
             put(out, word);
         }
         putName(out, "__objc_selrefs", 16);

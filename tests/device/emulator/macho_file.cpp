@@ -14,6 +14,8 @@ namespace {
 
 constexpr std::uint32_t kMagic64 = 0xfeedfacf;
 constexpr std::uint32_t kCpuArm64 = 0x0100000c;
+constexpr std::uint32_t kAnyArm64 = 0;
+constexpr std::uint32_t kArm64e = 2;  // with capabilities in its upper bits since iOS 14
 constexpr std::uint32_t kDynamicLibrary = 6;
 constexpr std::uint64_t kHeaderSize = 32;
 constexpr std::uint64_t kSegmentCommandSize = 72;
@@ -64,6 +66,12 @@ void MachOFile::readHeader() {
         at<std::uint32_t>(4) != kCpuArm64 || at<std::uint32_t>(12) != kDynamicLibrary) {
         throw LoadError("no dynamic library for arm64");
     }
+    const auto subtype = at<std::uint32_t>(8);
+    if (subtype != kAnyArm64 && subtype != kArm64e) {
+        throw LoadError("for a processor " + std::to_string(subtype) +
+                        ", which iOS 12 does not know");
+    }
+    isArm64e_ = subtype == kArm64e;
 }
 
 template <class T>
@@ -114,6 +122,9 @@ void MachOFile::readSegment(std::uint64_t offset, std::uint64_t size) {
     segment.name = fixedName(offset + 8);
     segment.address = at<std::uint64_t>(offset + 24);
     segment.size = at<std::uint64_t>(offset + 32);
+    constexpr std::uint32_t kWrite = 2;
+    constexpr std::uint32_t kExecute = 4;
+    segment.isForData = (at<std::uint32_t>(offset + 60) & (kWrite | kExecute)) == kWrite;
     segment.contents = range(at<std::uint64_t>(offset + 40), at<std::uint64_t>(offset + 48),
                              ("segment " + segment.name).c_str());
     if (segment.address > kMostMemory || segment.size > kMostMemory ||

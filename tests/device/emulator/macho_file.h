@@ -16,6 +16,7 @@ struct Segment {
     std::string name;
     std::uint64_t address = 0;  // as the file has it: the library's first byte is at 0
     std::uint64_t size = 0;
+    bool isForData = false;                  // may be written and not run
     std::span<const std::uint8_t> contents;  // at most `size` bytes; zeros follow
 };
 
@@ -41,6 +42,9 @@ class MachOFile {
     [[nodiscard]] const std::vector<Segment>& segments() const { return segments_; }
 
     [[nodiscard]] const std::vector<Section>& sections() const { return sections_; }
+
+    // For processors that authenticate pointers, as iOS 12 and 13 have it.
+    [[nodiscard]] bool isArm64e() const { return isArm64e_; }
 
     // The library that an import's ordinal stands for, by its install name; "" for none.
     [[nodiscard]] std::string_view libraryOf(int ordinal) const;
@@ -70,6 +74,7 @@ class MachOFile {
     void readDyldInfo(std::uint64_t offset, std::uint64_t size);
 
     std::vector<std::uint8_t> bytes_;
+    bool isArm64e_ = false;
     std::vector<Segment> segments_;
     std::vector<Section> sections_;
     std::vector<std::string> libraries_;

@@ -62,5 +62,25 @@ TEST(MachOFile, RefusesAnotherKindOfFile) {
     EXPECT_EQ(errorOf([&] { MachOFile{bytes}; }), "no dynamic library for arm64");
 }
 
+TEST(MachOFile, IsForOneOfTwoProcessors) {
+    const auto errorFor = [](std::uint32_t subtype) {
+        return errorOf([&] { static_cast<void>(MachOBuilder{.subtype = subtype}.file()); });
+    };
+    EXPECT_FALSE(MachOBuilder{.subtype = 0}.file().isArm64e());
+    EXPECT_TRUE(MachOBuilder{.subtype = 2}.file().isArm64e());
+    EXPECT_EQ(errorFor(1), "for a processor 1, which iOS 12 does not know");
+    EXPECT_EQ(errorFor(0x80000002), "for a processor 2147483650, which iOS 12 does not know");
+}
+
+TEST(MachOFile, KnowsWhatIsForData) {
+    const auto isForData = [](std::uint32_t protection) {
+        return MachOBuilder{.protection = protection}.file().segments().at(0).isForData;
+    };
+    EXPECT_TRUE(isForData(3));
+    EXPECT_FALSE(isForData(1));
+    EXPECT_FALSE(isForData(5));
+    EXPECT_FALSE(isForData(7));
+}
+
 }  // namespace
 }  // namespace velmoranth::emulator::macho_file_test

@@ -1,6 +1,7 @@
 #include "device/emulator/objc_image.h"
 
 #include "device/emulator/calls.h"
+#include "device/emulator/pac.h"
 #import <Foundation/Foundation.h>
 #include <objc/runtime.h>
 
@@ -92,6 +93,12 @@ struct NativeProtocol {
     void* instanceMethods;
     void* classMethods;
 };
+
+IMP authenticImplementation(const MethodData& method) {
+    return reinterpret_cast<IMP>(
+        pac::authentic(pac::Kind::method, reinterpret_cast<std::uint64_t>(method.implementation),
+                       &method.implementation, method.name));
+}
 
 class Registrar {
   public:
@@ -220,8 +227,8 @@ class Registrar {
 
     void addMethods(Class cls, std::uint64_t list) const {
         eachMethod(list, [cls](const MethodData& method) {
-            void* const implementation =
-                methodOfLibrary(reinterpret_cast<void*>(method.implementation), method.encoding);
+            void* const implementation = methodOfLibrary(
+                reinterpret_cast<void*>(authenticImplementation(method)), method.encoding);
             class_addMethod(cls, sel_registerName(method.name),
                             reinterpret_cast<IMP>(implementation), method.encoding);
         });
@@ -283,7 +290,7 @@ void runLoadMethods(const Image& image) {
         registrar.eachMethod(methods, [&](const MethodData& method) {
             if (std::strcmp(method.name, "load") == 0) {
                 reinterpret_cast<void (*)(Class, SEL)>(
-                    reinterpret_cast<void (*)()>(method.implementation))(cls, load);
+                    reinterpret_cast<void (*)()>(authenticImplementation(method)))(cls, load);
             }
         });
     };

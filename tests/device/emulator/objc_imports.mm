@@ -3,6 +3,7 @@
 #include "device/emulator/calls.h"
 #include "device/emulator/imports.h"
 #include "device/emulator/load_error.h"
+#include "device/emulator/pac.h"
 #import <Foundation/Foundation.h>
 #include <dlfcn.h>
 #include <objc/message.h>
@@ -254,30 +255,33 @@ void completeMetaclass(Class cls) {
 
 BOOL addMethod(Class cls, SEL selector, IMP implementation, const char* encoding) {
     completeMetaclass(cls);
-    return class_addMethod(cls, selector, methodOf(implementation, encoding), encoding) ? 1 : 0;
+    const IMP given = pac::given(implementation, "class_addMethod's function");
+    return class_addMethod(cls, selector, methodOf(given, encoding), encoding) ? 1 : 0;
 }
 
 IMP replaceMethod(Class cls, SEL selector, IMP implementation, const char* encoding) {
     completeMetaclass(cls);
-    const IMP previous =
-        class_replaceMethod(cls, selector, methodOf(implementation, encoding), encoding);
-    return previous == nullptr ? nullptr : methodFrom(previous, encoding);
+    const IMP given = pac::given(implementation, "class_replaceMethod's function");
+    const IMP previous = class_replaceMethod(cls, selector, methodOf(given, encoding), encoding);
+    return previous == nullptr ? nullptr : pac::handedOver(methodFrom(previous, encoding));
 }
 
 IMP implementationOf(Method method) {
     const IMP implementation = method_getImplementation(method);
-    return implementation == nullptr ? nullptr
-                                     : methodFrom(implementation, method_getTypeEncoding(method));
+    return implementation == nullptr
+               ? nullptr
+               : pac::handedOver(methodFrom(implementation, method_getTypeEncoding(method)));
 }
 
 IMP setImplementation(Method method, IMP implementation) {
     const char* const encoding = method_getTypeEncoding(method);
-    return methodFrom(method_setImplementation(method, methodOf(implementation, encoding)),
-                      encoding);
+    const IMP given = pac::given(implementation, "method_setImplementation's function");
+    return pac::handedOver(
+        methodFrom(method_setImplementation(method, methodOf(given, encoding)), encoding));
 }
 
 IMP classImplementation(Class cls, SEL selector) {
-    return callOf(class_getMethodImplementation(cls, selector), cls, selector);
+    return pac::handedOver(callOf(class_getMethodImplementation(cls, selector), cls, selector));
 }
 
 using HookMessage = void (*)(Class cls, SEL selector, IMP replacement, IMP* original);
@@ -289,9 +293,15 @@ void hookMessage(Class cls, SEL selector, IMP replacement, IMP* original) {
     }
     const Method method = class_getInstanceMethod(cls, selector);
     const char* const encoding = method == nullptr ? "" : method_getTypeEncoding(method);
-    kHook(cls, selector, methodOf(replacement, encoding), original);
+    kHook(cls, selector, methodOf(pac::given(replacement, "MSHookMessageEx's function"), encoding),
+          original);
     if (method != nullptr && original != nullptr && *original != nullptr) {
         *original = methodFrom(*original, encoding);
+        // Whether hooking libraries sign what they give back is not known, so that one in two is
+        // signed.
+        static bool isSigned = false;
+        isSigned = !isSigned;
+        *original = isSigned ? pac::handedOver(*original) : *original;
     }
 }
 

@@ -1,7 +1,7 @@
-// Pointer authentication, for this process to play a system that has it: what the library gives away is
-// used only after it was authenticated, and what it is given is signed. How is the documents' table,
-// from which pointer_rules.h is made. Of a library for arm64, and in a process without keys, pointers are as
-// they are.
+// Pointer authentication, for this process to play a system that has it: what the library gives
+// away is used only after it was authenticated, and what it is given is signed. How is the
+// documents' table, from which pointer_rules.h is made. Of a library for arm64, and in a process
+// without keys, pointers are as they are.
 #pragma once
 
 #include "pointer_rules.h"
@@ -15,10 +15,10 @@ class Image;
 
 namespace pac {
 
-// What kind of library the process has, before any of its pointers is used. A library for arm64e gets keys
-// for functions and data unless VELMORANTH_KEYS is "returns": then it has that for return addresses alone, as the
-// apps of the App Store have, which are arm64 and load libraries for arm64e. Ends the process where the
-// processor has no authentication.
+// What kind of library the process has, before any of its pointers is used. A library for arm64e
+// gets keys for functions and data unless VELMORANTH_KEYS is "returns": then it has that for return
+// addresses alone, as the apps of the App Store have, which are arm64 and load libraries for
+// arm64e. Ends the process where the processor has no authentication.
 void begin(const Image& image, bool isArm64e);
 
 [[nodiscard]] bool isArm64e();
@@ -28,11 +28,14 @@ void begin(const Image& image, bool isArm64e);
 [[nodiscard]] std::uint64_t sign(std::uint64_t pointer, Key key, std::uint64_t modifier);
 [[nodiscard]] std::uint64_t modifierOf(bool address, std::uint16_t number, const void* place);
 
-// The pointer without its signature, once that is what the rule of its kind asks for. `place` is where it
-// lies, `what` names it. Any other signature ends the process, with the kind and that name.
-[[nodiscard]] std::uint64_t authentic(Kind kind, std::uint64_t pointer, const void* place, const std::string& what);
+// The pointer without its signature, once that is what the rule of its kind asks for. `place` is
+// where it lies, `what` names it. Any other signature ends the process, with the kind and that
+// name.
+[[nodiscard]] std::uint64_t authentic(Kind kind, std::uint64_t pointer, const void* place,
+                                      const std::string& what);
 // The same for a virtual function, whose number is that of a name of kNumbers.
-[[nodiscard]] std::uint64_t authenticEntry(const char* name, std::uint64_t pointer, const void* place);
+[[nodiscard]] std::uint64_t authenticEntry(const char* name, std::uint64_t pointer,
+                                           const void* place);
 
 // A function that the library gives as an argument, and one that it is given.
 template <class Function>

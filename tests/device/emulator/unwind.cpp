@@ -1,5 +1,7 @@
 #include "device/emulator/unwind.h"
 
+#include "device/emulator/pac.h"
+
 #include <cstdint>
 #include <cstring>
 #include <map>
@@ -31,6 +33,8 @@ constexpr std::uint8_t kD8 = 72;
 constexpr std::uint8_t kDefineCfa = 0x0c;
 constexpr std::uint8_t kOffset = 0x80;
 constexpr std::uint8_t kOffsetExtended = 0x05;
+constexpr std::uint8_t kSignedReturnAddress =
+    0x2d;  // from here on, with the caller's stack pointer
 
 struct Function {
     std::uint32_t start = 0;
@@ -54,7 +58,9 @@ class UnwindInfoReader {
     UnwindInfo read() {
         const std::uint32_t personalities = word(12);
         for (std::uint32_t i = 0; i < word(16); ++i) {
-            info_.personalities.push_back(image_.at<std::uint64_t>(word(personalities + i * 4)));
+            const auto& slot = image_.at<std::uint64_t>(word(personalities + i * 4));
+            info_.personalities.push_back(pac::authentic(pac::Kind::personality, slot, &slot,
+                                                         "number " + std::to_string(i + 1)));
         }
         const std::uint32_t index = word(20);
         const std::uint32_t entries = word(24);
@@ -175,6 +181,9 @@ class FrameWriter {
             for (const char letter : std::string_view(personality != 0 ? "zPLR" : "zR")) {
                 byte(static_cast<unsigned char>(letter));
             }
+            if (pac::isArm64e()) {
+                byte('B');  // return addresses are signed, with the key ib
+            }
             byte(0);
             byte(1);     // code is counted in bytes
             byte(0x78);  // data in units of -8 bytes
@@ -275,6 +284,9 @@ class FrameWriter {
 
     // x29 and x30 lie below the caller's stack, and below them the pairs of saved registers.
     void writeFrame(std::uint32_t encoding) {
+        if (pac::isArm64e()) {
+            byte(kSignedReturnAddress);
+        }
         byte(kDefineCfa);
         uleb(kFramePointer);
         uleb(16);
