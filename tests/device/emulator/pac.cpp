@@ -151,6 +151,10 @@ std::uint64_t authenticEntry(const char* name, std::uint64_t pointer, const void
                    name);
 }
 
+std::pair<std::uint64_t, std::uint64_t> libraryPlace() {
+    return {state().start, state().end};
+}
+
 bool isInLibrary(const void* pointer) {
     const auto address = reinterpret_cast<std::uint64_t>(pointer);
     return address >= state().start && address < state().end;

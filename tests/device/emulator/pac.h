@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 
 namespace velmoranth::emulator {
 
@@ -51,6 +52,9 @@ template <class Function>
                : reinterpret_cast<Function>(
                      sign(reinterpret_cast<std::uint64_t>(function), Key::ia, 0));
 }
+
+// Where the library begins and ends.
+[[nodiscard]] std::pair<std::uint64_t, std::uint64_t> libraryPlace();
 
 // Whether a pointer leads into the library.
 [[nodiscard]] bool isInLibrary(const void* pointer);
