@@ -1,6 +1,7 @@
 // Maps the phone's library into this process, an arm64 Linux one, and starts it as the phone's
 // loader does: imports, classes, +load methods, constructors.
 #include "device/emulator/chains.h"
+#include "device/emulator/faults.h"
 #include "device/emulator/fixups.h"
 #include "device/emulator/image.h"
 #include "device/emulator/imports.h"
@@ -15,6 +16,7 @@
 
 #include <cstdlib>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace velmoranth::emulator {
@@ -73,7 +75,12 @@ void refuseWhatIsMissing(const Image& image) {
     }
 }
 
+// A test may leave them out: VELMORANTH_CONSTRUCTORS is "none" then.
 void runConstructors(const Image& image, const char* path) {
+    const char* const wanted = std::getenv("VELMORANTH_CONSTRUCTORS");
+    if (wanted != nullptr && std::string_view(wanted) == "none") {
+        return;
+    }
     using Constructor = void (*)(int, const char**, char**, const char**);
     const char* arguments[] = {path, nullptr};
     image.eachPointer("__mod_init_func", [&](const std::uint64_t& constructor) {
@@ -94,7 +101,9 @@ Library* library = nullptr;
 void load(const char* path) {
     library = new Library(MachOFile::read(path));
     pac::begin(library->image, library->file.isArm64e());
-    if (pac::isArm64e() && !pac::hasKeys()) {
+    if (pac::hasKeys()) {
+        tellOfFaults(library->image, path);
+    } else if (pac::isArm64e()) {
         switchKeysOff(library->image);
     }
     refuseWhatIsMissing(library->image);
