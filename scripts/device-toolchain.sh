@@ -71,8 +71,7 @@ compile_signed_for_device() {
     done
     printf '%s\n' "${sources[@]}" | xargs -P "$jobs" -I{} \
         "${deviceCompiler[@]}" "${deviceCompileFlags[@]}" "${deviceSigningFlags[@]}" "$@" -S {} -o "$objects/{}.s"
-    printf '%s\n' "${sources[@]}" | xargs -P "$jobs" -I{} \
-        scripts/arm64e/sign_assembly.py {} "$objects/{}.s" "$objects/{}.signed.s"
+    printf '%s\n' "${sources[@]}" | xargs -P "$jobs" -n 20 scripts/arm64e/sign_assembly.py "$objects"
     printf '%s\n' "${sources[@]}" | xargs -P "$jobs" -I{} \
         clang++-19 -target "$deviceTarget" "$deviceProcessor" -c "$objects/{}.signed.s" -o "$objects/{}.o"
 }

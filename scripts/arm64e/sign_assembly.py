@@ -3,10 +3,10 @@
 file: what the compiler signs becomes a sum (see payload.py), and what clang 19 leaves unsigned is signed
 here. docs/developers/pointer-authentication.md has the kinds of pointers.
 
-usage: sign_assembly.py SOURCE ASSEMBLY OUTPUT
+usage: sign_assembly.py OBJECTS SOURCE...
 
-SOURCE is named by what goes wrong, with the symbol and the reason. Exit code 1 when something cannot be
-signed, 3 when a file cannot be read or written."""
+Of each source OBJECTS/<source>.s becomes OBJECTS/<source>.signed.s. What goes wrong names the source, the
+symbol and the reason. Exit code 1 when something cannot be signed, 3 when a file cannot be read or written."""
 
 import collections
 import re
@@ -174,23 +174,25 @@ class Assembly:
 
 
 def main():
-    if len(sys.argv) != 4:
+    if len(sys.argv) < 3:
         print(__doc__.split("\n\n")[1], file=sys.stderr)
         return 2
-    source, assembly, output = sys.argv[1:]
-    try:
-        with open(assembly, encoding="utf-8") as file:
-            lines = file.readlines()
-        signed = list(Assembly(lines).signed_lines())
-        with open(output, "w", encoding="utf-8") as file:
-            file.writelines(signed)
-    except Unsigned as problem:
-        print(f"sign_assembly.py: {source}: {problem}", file=sys.stderr)
-        return 1
-    except (OSError, UnicodeDecodeError) as error:
-        print(f"sign_assembly.py: {source}: {error}", file=sys.stderr)
-        return 3
-    return 0
+    objects, *sources = sys.argv[1:]
+    status = 0
+    for source in sources:
+        try:
+            with open(f"{objects}/{source}.s", encoding="utf-8") as file:
+                lines = file.readlines()
+            signed = list(Assembly(lines).signed_lines())
+            with open(f"{objects}/{source}.signed.s", "w", encoding="utf-8") as file:
+                file.writelines(signed)
+        except Unsigned as problem:
+            print(f"sign_assembly.py: {source}: {problem}", file=sys.stderr)
+            status = max(status, 1)
+        except (OSError, UnicodeDecodeError) as error:
+            print(f"sign_assembly.py: {source}: {error}", file=sys.stderr)
+            status = 3
+    return status
 
 
 if __name__ == "__main__":

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Tests by what scripts/check_macho.py looks at signed pointers: the documents' tables, the numbers of names, and the
-names.
+names; and the report of what was authenticated.
 
 usage: rules_test.py [unittest arguments]"""
 
@@ -74,6 +74,38 @@ class Rules(unittest.TestCase):
         result = run(SCRIPTS / "pointer_rules.py", "--header", self.folder / "none.md")
         self.assertEqual(result.returncode, 3)
         self.assertEqual(run(SCRIPTS / "pointer_rules.py").returncode, 2)
+
+
+class Authenticated(unittest.TestCase):
+    """The report of what the emulator has authenticated."""
+
+    def report(self, *lines):
+        with tempfile.NamedTemporaryFile("w", suffix=".txt") as file:
+            file.write("".join(f"{line}\n" for line in lines))
+            file.flush()
+            return run(SCRIPTS / "authenticated.py", file.name)
+
+    def test_processes_are_added_up_by_kind(self):
+        result = self.report("1 2 3 4 5 6 7 8 9 0", "10 20 30 40 50 60 70 80 90 0")
+        self.assertEqual((result.returncode, result.stderr), (0, ""))
+        lines = result.stdout.splitlines()
+        self.assertEqual(lines[0], "authenticated, in 2 processes:")
+        self.assertEqual([line.split(maxsplit=1) for line in lines[1:]],
+                         [[str(11 * (index + 1)), f"{kind}, in 2"] for index, kind in enumerate(pointer_rules.KINDS[:-1])])
+
+    def test_a_kind_that_nothing_authenticates_is_told(self):
+        result = self.report("1 0 3 4 5 6 7 8 0 0", "1 0 3 4 5 6 7 8 9 0")
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual(result.stderr, "authenticated.py: no initialiser was authenticated\n")
+        self.assertIn("9 personality, in 1\n", result.stdout)
+
+    def test_no_process_at_all(self):
+        self.assertEqual(self.report().returncode, 1)
+
+    def test_what_is_no_report(self):
+        for line in ("1 2 3", "1 2 3 4 5 6 7 8 9 x"):
+            result = self.report(line)
+            self.assertEqual((result.returncode, len(result.stderr.splitlines())), (3, 1))
 
 
 class Names(unittest.TestCase):

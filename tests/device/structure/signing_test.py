@@ -171,15 +171,17 @@ class SignAssembly(unittest.TestCase):
 
     def test_what_goes_wrong_names_source_symbol_and_reason(self):
         folder = pathlib.Path(tempfile.mkdtemp())
-        assembly = folder / "a.s"
-        assembly.write_text(f"{TEXT}_f:\n\tbl\t_setjmp\n")
-        result = run(SCRIPTS / "arm64e/sign_assembly.py", "device/a.mm", assembly, folder / "b.s")
+        (folder / "device").mkdir()
+        (folder / "device/a.mm.s").write_text(f"{TEXT}_f:\n\tbl\t_setjmp\n")
+        (folder / "device/b.mm.s").write_text(f"{TEXT}_f:\n\tret\n")
+        result = run(SCRIPTS / "arm64e/sign_assembly.py", folder, "device/a.mm", "device/b.mm")
         self.assertEqual((result.returncode, result.stderr),
                          (1, "sign_assembly.py: device/a.mm: _f: setjmp, whose saved addresses are not signed; do without it\n"))
-        self.assertFalse((folder / "b.s").exists())
-        result = run(SCRIPTS / "arm64e/sign_assembly.py", "device/a.mm", folder / "none.s", folder / "b.s")
+        self.assertFalse((folder / "device/a.mm.signed.s").exists())
+        self.assertEqual((folder / "device/b.mm.signed.s").read_text(), f"{TEXT}_f:\n\tret\n")
+        result = run(SCRIPTS / "arm64e/sign_assembly.py", folder, "device/c.mm")
         self.assertEqual(result.returncode, 3)
-        self.assertRegex(result.stderr, r"^sign_assembly.py: device/a.mm: .*No such file.*\n$")
+        self.assertRegex(result.stderr, r"^sign_assembly.py: device/c.mm: .*No such file.*\n$")
         self.assertEqual(run(SCRIPTS / "arm64e/sign_assembly.py").returncode, 2)
 
 
