@@ -17,7 +17,10 @@ class SharedValue {
 
     SharedValue(const SharedValue& other) : value_(static_cast<T>(other)) {}
 
-    SharedValue& operator=(const SharedValue& other) { return *this = static_cast<T>(other); }
+    SharedValue& operator=(const SharedValue& other) {
+        value_.store(static_cast<T>(other), std::memory_order_relaxed);
+        return *this;
+    }
 
     SharedValue& operator=(T value) {
         value_.store(value, std::memory_order_relaxed);
