@@ -78,6 +78,12 @@ class ImageRequests {
         addDrawnIcons();
     }
 
+    // Sends none but this one from now on; all threads are in it when the platform is called first.
+    void keepOnly(const std::string& name) {
+        std::erase_if(requests_, [&name](const Request& request) { return request.name != name; });
+        methods_.letMeet(kThreads);
+    }
+
     // Every thread sends every request so many times, each in an order of its own, while the main
     // thread changes the theme. Tells which requests were answered wrongly and how often.
     std::map<std::string, int> wrongAnswers(int rounds) {
@@ -364,11 +370,25 @@ TEST_P(OnEightThreads, EveryImageIsWholeWhileTheThemeChanges) {
     EXPECT_EQ(requests.wrongAnswers(kRounds), (std::map<std::string, int>{}));
     EXPECT_GT(requests.platformCalls(), 0);
     EXPECT_GT(requests.logged, 0);
-    // What was stored is there at the end; that none of it was torn on the way is for the thread
-    // sanitizer to see.
+    // Made once: nothing that was stored is lost.
     const std::vector<std::string> keys = hooks::WeatherImageKeys();
     EXPECT_EQ(std::set<std::string>(keys.begin(), keys.end()),
               (std::set<std::string>{"rain.0", "rain.1", "sun.0", "sun.1"}));
+    EXPECT_NE(hooks::SwitchKnobImage(), nullptr);
+}
+
+// What is kept for the life of the process is made by the first request: here all come first.
+TEST_P(OnEightThreads, TheWeathersImagesAreMadeOnce) {
+    ImageRequests requests(GetParam());
+    requests.keepOnly("the weather");
+    EXPECT_EQ(requests.wrongAnswers(4), (std::map<std::string, int>{}));
+    EXPECT_GE(hooks::WeatherImageKeys().size(), 4U);
+}
+
+TEST_P(OnEightThreads, TheSwitchsKnobIsKeptWhole) {
+    ImageRequests requests(GetParam());
+    requests.keepOnly("a switch's knob");
+    EXPECT_EQ(requests.wrongAnswers(4), (std::map<std::string, int>{}));
     EXPECT_NE(hooks::SwitchKnobImage(), nullptr);
 }
 

@@ -8,6 +8,7 @@
 #include <atomic>
 #include <functional>
 #include <string>
+#include <thread>
 #include <utility>
 
 namespace velmoranth::tests::request_objects {
@@ -32,6 +33,10 @@ class PlatformMethods {
         addAll();
     }
 
+    // So many threads meet in the first method that each of them calls, and go on together: what a
+    // replacement does next it does on all of them, and none has seen what another has done.
+    void letMeet(int threads) { meeting_ = threads; }
+
     // How often one has run.
     [[nodiscard]] int calls() const { return calls_; }
 
@@ -41,7 +46,15 @@ class PlatformMethods {
 
     ImageRef answer() {
         calls_.fetch_add(1, std::memory_order_relaxed);
-        return image_;
+        // Later calls must not put the threads' steps in an order.
+        if (arrived_.load(std::memory_order_relaxed) < meeting_) {
+            arrived_.fetch_add(1);
+            while (arrived_.load() < meeting_) {
+                std::this_thread::yield();
+            }
+        }
+        // A handle of its own: counting the users of one would put the threads' steps in an order.
+        return {image_.get(), [](platform::Image*) {}};
     }
 
     // A method of the platform's that answers with its image whatever it is asked.
@@ -127,6 +140,8 @@ class PlatformMethods {
     desktop::Runtime* runtime_ = nullptr;
     platform::ImageRef image_;
     std::atomic<int> calls_ = 0;
+    std::atomic<int> arrived_ = 0;
+    int meeting_ = 0;
 };
 
 }  // namespace velmoranth::tests::request_objects
