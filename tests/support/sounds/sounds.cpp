@@ -46,7 +46,9 @@ struct Output {
     std::size_t position = 0;
 };
 
-int writeBytes(void* opaque, std::uint8_t* bytes, int count) {
+// The bytes are const from FFmpeg 7 on.
+template <class Byte>
+int writeBytes(void* opaque, Byte* bytes, int count) {
     Output& output = *static_cast<Output*>(opaque);
     const auto size = static_cast<std::size_t>(count);
     output.bytes.resize(std::max(output.bytes.size(), output.position + size));
@@ -114,6 +116,19 @@ void fill(AVFrame& frame, std::span<const float> samples) {
     }
 }
 
+// The first one that the encoder takes.
+AVSampleFormat sampleFormatOf(const AVCodec* codec) {
+#if LIBAVCODEC_VERSION_INT >= AV_VERSION_INT(61, 13, 100)
+    const void* formats = nullptr;
+    check(avcodec_get_supported_config(nullptr, codec, AV_CODEC_CONFIG_SAMPLE_FORMAT, 0, &formats,
+                                       nullptr),
+          "sample formats");
+    return *static_cast<const AVSampleFormat*>(formats);
+#else
+    return codec->sample_fmts[0];
+#endif
+}
+
 // What the encoder makes of the samples, a packet at a time.
 struct Encoder {
     std::unique_ptr<AVCodecContext, Free> context;
@@ -124,7 +139,7 @@ struct Encoder {
         av_log_set_level(AV_LOG_ERROR);  // no chat of the encoders
         context.reset(avcodec_alloc_context3(codec));
         context->sample_rate = sampleRate;
-        context->sample_fmt = codec->sample_fmts[0];
+        context->sample_fmt = sampleFormatOf(codec);
         av_channel_layout_default(&context->ch_layout, channels);
         context->bit_rate = std::int64_t{64000} * channels;
         context->flags |= globalHeader ? AV_CODEC_FLAG_GLOBAL_HEADER : 0;
