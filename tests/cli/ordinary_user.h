@@ -10,6 +10,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <filesystem>
 #include <string>
 
@@ -38,8 +39,10 @@ class OrdinaryUser {
     void copyCommand() {
         namespace fs = std::filesystem;
         const fs::path built = program_;
-        for (const std::string name : {built.filename().c_str(), "VelMoranth.so", "share"}) {
-            fs::copy(built.parent_path() / name, copy_ / name, fs::copy_options::recursive);
+        const std::array names{built.filename(), fs::path("VelMoranth.so"), fs::path("share")};
+        for (const fs::path& name : names) {
+            fs::copy(built.parent_path() / name, copy_ / name.string(),
+                     fs::copy_options::recursive);
         }
         for (const auto& entry : fs::recursive_directory_iterator(copy_.path())) {
             fs::permissions(entry, fs::perms(0755));
