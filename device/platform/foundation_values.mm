@@ -70,6 +70,9 @@ class Container {
         for (id member in object) {
             members_.push_back(member);
         }
+        if (!isDictionary) {
+            items_.reserve(members_.size());
+        }
     }
 
     [[nodiscard]] bool hasNext() const { return next_ < members_.size(); }
