@@ -2,6 +2,7 @@
 
 #include "desktop/audio/sound_decoder.h"
 #include "desktop/audio/sound_file.h"
+
 #include "record/recorder.h"
 
 #include <algorithm>

@@ -1,6 +1,7 @@
 #include "desktop/plist/property_lists.h"
 #include "desktop/plist/readers.h"
 #include "desktop/plist/text_encoding.h"
+
 #include "record/recorder.h"
 
 #include <algorithm>

@@ -185,8 +185,7 @@ void GalleryItems::addPlacesOfIcons() {
         }
         return widgetIcon(kAppElsewhere, context_);
     });
-    add("Suggestion", kSuggestionSide,
-        [this] { return suggestedIcon(kAppElsewhere, context_); });
+    add("Suggestion", kSuggestionSide, [this] { return suggestedIcon(kAppElsewhere, context_); });
     add("Switcher", kBannerSide, [this] { return switcherIcon(kAppElsewhere, context_); });
     if (context_.device.system.major >= 13) {
         add("Notification", kNotificationSide,

@@ -30,8 +30,7 @@ ImageRef widgetIcon(const std::string& app, const ScreenContext& context) {
     }
     return runtime.send<ImageRef, Size, double, NullableString, ObjectRef>(
         *info, "_queue_iconWithSize:scale:forWidgetWithIdentifier:extension:",
-        Size{kWidgetSide, kWidgetSide}, context.scale(), info->widgetIdentifier(),
-        extension);
+        Size{kWidgetSide, kWidgetSide}, context.scale(), info->widgetIdentifier(), extension);
 }
 
 ImageRef suggestedIcon(const std::string& app, const ScreenContext& context) {

@@ -1,9 +1,9 @@
 // The command's parts that are more than wiring.
 #include "cli/comparison.h"
+#include "cli/device_options.h"
 #include "cli/messages.h"
 #include "cli/nearest.h"
 #include "cli/preferences.h"
-#include "cli/device_options.h"
 #include "cli/preview_options.h"
 
 #include <gtest/gtest.h>
