@@ -70,9 +70,6 @@ class Container {
         for (id member in object) {
             members_.push_back(member);
         }
-        if (!isDictionary) {
-            items_.reserve(members_.size());
-        }
     }
 
     [[nodiscard]] bool hasNext() const { return next_ < members_.size(); }

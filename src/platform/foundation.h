@@ -84,7 +84,12 @@ class PropertyList {
         return std::get_if<T>(&value_);
     }
 
-    friend bool operator==(const PropertyList&, const PropertyList&) = default;
+    // Not defaulted: the compiler works a default out before the class is finished, and what it
+    // then tells the templates' library (moving the bytes is as good as moving the value, while a
+    // dictionary knows where it lies) stays that library's answer.
+    friend bool operator==(const PropertyList& left, const PropertyList& right) {
+        return left.value_ == right.value_;
+    }
 
   private:
     void dismantle();
