@@ -62,6 +62,14 @@ int lookFor(const DeviceRoot& root, const std::string& devicePath) {
     return file.isOpen() ? 0 : errno;
 }
 
+// Where the user has none, every start puts the factory preferences in place.
+std::string preferencesOf(const DeviceRoot& root) {
+    const std::string live = withoutLink(core::kPreferencesPath);
+    const std::string factory = withoutLink(core::kFactoryPreferences);
+    const bool isFactoryFresh = lookFor(root, live) == ENOENT && lookFor(root, factory) == 0;
+    return isFactoryFresh ? factory : live;
+}
+
 std::vector<std::string> oddContents(const DeviceRoot& root, const std::string& devicePath) {
     if (const int error = lookFor(root, devicePath); error != 0) {
         return {error == ENOENT ? "there are no preferences, so theming is off"
@@ -107,12 +115,23 @@ desktop::Result<std::shared_ptr<DeviceRoot>> openDevice(const std::string& folde
     return root;
 }
 
+std::vector<std::string> activeThemes(const DeviceRoot& root) {
+    std::vector<std::string> names;
+    const auto contents = desktop::readPropertyList(root, preferencesOf(root));
+    const auto* const preferences = contents ? contents->as<platform::Dictionary>() : nullptr;
+    const PropertyList* const themes =
+        preferences == nullptr ? nullptr : platform::objectForKey(*preferences, "ActiveThemes");
+    const auto* const entries = themes == nullptr ? nullptr : themes->as<PropertyList::Array>();
+    for (std::size_t i = 0; entries != nullptr && i < entries->size(); ++i) {
+        if (const auto* const name = entries->at(i).as<std::string>()) {
+            names.push_back(*name);
+        }
+    }
+    return names;
+}
+
 void warnOfPreferences(const DeviceRoot& root) {
-    // Where the user has none, every start puts the factory preferences in place.
-    const std::string live = withoutLink(core::kPreferencesPath);
-    const std::string factory = withoutLink(core::kFactoryPreferences);
-    const bool isFactoryFresh = lookFor(root, live) == ENOENT && lookFor(root, factory) == 0;
-    const std::string& devicePath = isFactoryFresh ? factory : live;
+    const std::string devicePath = preferencesOf(root);
     const std::string where = shown(root.hostFolder()) + devicePath + ": ";
     for (const std::string& line : oddContents(root, devicePath)) {
         warn(where + line);

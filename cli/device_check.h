@@ -7,12 +7,16 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace velmoranth::cli {
 
 // Opens a device root. Fails when it is no folder or cannot be written to.
 [[nodiscard]] desktop::Result<std::shared_ptr<desktop::DeviceRoot>> openDevice(
     const std::string& folder);
+
+// The themes that its preferences name, the first asked first; nothing where they name none.
+[[nodiscard]] std::vector<std::string> activeThemes(const desktop::DeviceRoot& root);
 
 // Warns of each finding; says nothing when preferences and active themes are as they should be.
 void warnOfPreferences(const desktop::DeviceRoot& root);

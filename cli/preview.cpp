@@ -74,6 +74,8 @@ ScreenRequest requestFor(const PreviewOptions& options, const DeviceOfRun& devic
     request.screen = options.screen.kind;
     request.item = options.screen.item;
     request.folderPage = options.screen.folderPage;
+    request.wallpaperFile = options.screen.wallpaper;
+    request.apps = options.screen.apps;
     request.logDestination = options.log;
     request.loadEngine = options.kind != PreviewKind::stock;
     return request;
@@ -228,7 +230,7 @@ Result<void> follow(const PreviewOptions& options, const DeviceOfRun& device) {
 }
 
 ExitCode runPreview(const Arguments& arguments) {
-    const auto options = readPreviewOptions(arguments);
+    auto options = readPreviewOptions(arguments);
     if (!options) {
         return fail(ExitCode::wrongUsage, options.error());
     }
@@ -241,6 +243,9 @@ ExitCode runPreview(const Arguments& arguments) {
     const auto device = deviceFor(*options);
     if (!device) {
         return fail(ExitCode::badInput, device.error());
+    }
+    if (auto found = findApps(options->screen, *device->root); !found) {
+        return fail(ExitCode::badInput, found.error());
     }
     const auto draw = options->follow ? follow : options->screen.steps ? drawAllSteps : drawOnce;
     const auto drawn = draw(*options, *device);
@@ -278,7 +283,8 @@ Command previewCommand() {
              "velmoranth preview MyTheme.theme --set enableLogging=yes --log - -o - | display",
              "velmoranth preview --root mydevice --follow",
              "velmoranth preview MyTheme.theme --screen folder --folder Utilities -o folder.png",
-             "velmoranth preview MyTheme.theme --screen folder --steps -o steps/open.png"},
+             "velmoranth preview MyTheme.theme --screen folder --steps -o steps/open.png",
+             "velmoranth preview MyTheme.theme --apps theme --wallpaper photo.jpg --page 2"},
         .leastPositionals = 0,
         .mostPositionals = 100000,
         .run = runPreview,

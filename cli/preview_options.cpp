@@ -12,7 +12,7 @@ using desktop::Result;
 
 namespace {
 
-constexpr std::array<Option, 20> kPreviewOptions{{
+constexpr std::array<Option, 22> kPreviewOptions{{
     {"--output", "-o", "FILE",
      "write the picture here (default preview.png); - is standard output"},
     {"--root", "", "DIR",
@@ -23,10 +23,16 @@ constexpr std::array<Option, 20> kPreviewOptions{{
     {"--screen", "", "SCREEN",
      "home, folder (open, over the home screen), pressed (a finger is on an icon), today, "
      "switcher, notification, settings, panel-error and panel-success (the theming's own settings, "
-     "when something failed or is done), weather, controls (of an app) or gallery (every image "
+     "when something failed or is done), weather, controls (of an app), gallery (every image "
      "that "
-     "the screens ask for, before and after)"},
-    {"--page", "", "N", "the page of the home screen or of the gallery, from 1"},
+     "the screens ask for, before and after) or icons (every icon of the themes)"},
+    {"--page", "", "N", "the page of the home screen, of the gallery or of the icons, from 1"},
+    {"--wallpaper", "", "FILE",
+     "a picture (PNG, JPEG, GIF or TIFF) behind the home screen, in place of the drawn one; it "
+     "fills the screen"},
+    {"--apps", "", "theme|FILE",
+     "the apps on the home screen: those that the themes have icons for, or a list with an "
+     "identifier a line and, behind a blank, a name; - is standard input"},
     {"--folder", "", "NAME",
      "with --screen folder: the folder, by name or identifier (default the first of the page)"},
     {"--folder-page", "", "N", "with --screen folder: the page of the folder, from 1"},
@@ -109,7 +115,7 @@ Result<PreviewOptions> readPreviewOptions(const Arguments& arguments) {
     options.kind = arguments.has("--before")    ? PreviewKind::stock
                    : arguments.has("--compare") ? PreviewKind::sideBySide
                                                 : PreviewKind::themed;
-    for (const std::string_view name : {"--root", "--output", "--log"}) {
+    for (const std::string_view name : {"--root", "--output", "--log", "--wallpaper", "--apps"}) {
         if (arguments.value(name) == "") {
             return misuse(std::string(name) + " takes a name, and this one is empty");
         }

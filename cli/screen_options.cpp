@@ -1,5 +1,6 @@
 #include "cli/screen_options.h"
 
+#include "cli/app_list.h"
 #include "cli/messages.h"
 #include "cli/nearest.h"
 #include "cli/preview_steps.h"
@@ -18,8 +19,10 @@
 namespace velmoranth::cli {
 
 using desktop::Result;
+using simulator::HomeScreenApps;
 using simulator::HomeScreenItem;
 using simulator::ScreenKind;
+using simulator::ScreenTraits;
 
 namespace {
 
@@ -43,15 +46,15 @@ bool sameIgnoringCase(std::string_view a, std::string_view b) {
 }
 
 // Everything with an icon on the home screen: what may be opened or pressed.
-std::vector<HomeScreenItem> itemsFor(ScreenKind screen) {
+std::vector<HomeScreenItem> itemsFor(ScreenKind screen, const HomeScreenApps& apps) {
     std::vector<HomeScreenItem> items;
-    for (const HomeScreenItem& item : simulator::homeScreenItems()) {
+    for (const HomeScreenItem& item : apps.items) {
         if (screen == ScreenKind::pressed || item.folder != nullptr) {
             items.push_back(item);
         }
     }
     if (screen == ScreenKind::pressed) {
-        for (const simulator::App& app : simulator::dockApps()) {
+        for (const simulator::App& app : apps.dock) {
             items.push_back({&app, nullptr});
         }
     }
@@ -59,9 +62,9 @@ std::vector<HomeScreenItem> itemsFor(ScreenKind screen) {
 }
 
 // The identifier of the item of that identifier or name.
-Result<std::string> identifierFor(ScreenKind screen, std::string_view option,
-                                  const std::string& word) {
-    const std::vector<HomeScreenItem> items = itemsFor(screen);
+Result<std::string> identifierFor(ScreenKind screen, const std::string& word,
+                                  const HomeScreenApps& apps) {
+    const std::vector<HomeScreenItem> items = itemsFor(screen, apps);
     std::vector<std::string> names;
     for (const HomeScreenItem& item : items) {
         std::string identifier = simulator::identifierOf(item);
@@ -70,28 +73,40 @@ Result<std::string> identifierFor(ScreenKind screen, std::string_view option,
             return identifier;
         }
     }
+    if (screen == ScreenKind::folder && names.empty()) {
+        return misuse("there is no folder " + inQuotes(word) + ": none of these apps lies in one");
+    }
     if (screen == ScreenKind::folder) {
-        return misuse(fmt::format("{} takes one of {}, not {}", option, fmt::join(names, ", "),
+        return misuse(fmt::format("--folder takes one of {}, not {}", fmt::join(names, ", "),
                                   inQuotes(word)));
     }
     return misuse("there is no icon " + inQuotes(word) + " on the home screen" +
                   suggestion(word, names));
 }
 
-bool hasPages(ScreenKind screen) {
-    return screen == ScreenKind::home || screen == ScreenKind::folder ||
-           screen == ScreenKind::pressed || screen == ScreenKind::gallery;
+bool isAny(const ScreenTraits&) {
+    return true;
+}
+
+bool hasPages(const ScreenTraits& traits) {
+    return traits.hasPages;
+}
+
+bool hasHomeScreen(const ScreenTraits& traits) {
+    return traits.hasHomeScreen;
 }
 
 // "home, folder or pressed"
-std::string screenNames() {
-    const auto screens = simulator::screenDefinitions();
-    std::string names;
-    for (const simulator::ScreenDefinition& screen : screens) {
-        names += names.empty() ? "" : screen.kind == screens.back().kind ? " or " : ", ";
-        names += screen.name;
+std::string screenNames(bool (*isNamed)(const ScreenTraits& traits)) {
+    std::vector<std::string_view> screens;
+    for (const simulator::ScreenDefinition& screen : simulator::screenDefinitions()) {
+        if (isNamed(screen.traits)) {
+            screens.push_back(screen.name);
+        }
     }
-    return names;
+    const std::string_view last = screens.back();
+    screens.pop_back();
+    return fmt::format("{} or {}", fmt::join(screens, ", "), last);
 }
 
 Result<ScreenKind> readKind(const Arguments& arguments) {
@@ -99,7 +114,7 @@ Result<ScreenKind> readKind(const Arguments& arguments) {
     if (const auto kind = simulator::screenKindNamed(name)) {
         return *kind;
     }
-    return misuse("--screen takes " + screenNames() + ", not " + inQuotes(name));
+    return misuse("--screen takes " + screenNames(isAny) + ", not " + inQuotes(name));
 }
 
 }  // namespace
@@ -120,9 +135,18 @@ Result<ScreenOptions> readScreenOptions(const Arguments& arguments) {
     if (arguments.has("--steps") && stepCount(options.kind) == 0) {
         return misuse("--steps needs --screen folder or panel-success");
     }
-    if (arguments.has("--page") && !hasPages(options.kind)) {
-        return misuse("--page needs a screen that has pages: home, folder, pressed or gallery");
+    const ScreenTraits& traits = simulator::definitionOf(options.kind).traits;
+    if (arguments.has("--page") && !traits.hasPages) {
+        return misuse("--page needs a screen that has pages: " + screenNames(hasPages));
     }
+    for (const std::string_view option : {"--wallpaper", "--apps"}) {
+        if (arguments.has(option) && !traits.hasHomeScreen) {
+            return misuse(std::string(option) + " needs a screen that has the home screen in it: " +
+                          screenNames(hasHomeScreen));
+        }
+    }
+    options.wallpaper = arguments.value("--wallpaper").value_or("");
+    options.appsFrom = arguments.value("--apps").value_or("");
     const auto page = arguments.number("--page", kLastPage, 1);
     const auto folderPage = arguments.number("--folder-page", kLastPage, 1);
     for (const auto* const number : {&page, &folderPage}) {
@@ -141,7 +165,9 @@ Result<ScreenOptions> readScreenOptions(const Arguments& arguments) {
             return misuse("--page does not go with " + std::string(option) +
                           ": the page is the one where that lies");
         }
-        auto identifier = identifierFor(options.kind, option, *word);
+        const bool isFoundLater = !options.appsFrom.empty() && !word->empty();
+        auto identifier = isFoundLater ? Result<std::string>(*word)
+                                       : identifierFor(options.kind, *word, simulator::stockApps());
         if (!identifier) {
             return tl::unexpected(std::move(identifier.error()));
         }
@@ -149,6 +175,28 @@ Result<ScreenOptions> readScreenOptions(const Arguments& arguments) {
     }
     options.steps = arguments.has("--steps");
     return options;
+}
+
+Result<void> findApps(ScreenOptions& options, const desktop::DeviceRoot& root) {
+    constexpr std::string_view kOfThemes = "theme";
+    const bool isOfThemes = options.appsFrom == kOfThemes || options.kind == ScreenKind::icons;
+    if (!isOfThemes && options.appsFrom.empty()) {
+        return {};
+    }
+    auto apps = isOfThemes ? themedApps(root) : readAppList(options.appsFrom);
+    if (!apps) {
+        return tl::unexpected(std::move(apps.error()));
+    }
+    options.apps = std::move(*apps);
+    if (!options.item.empty()) {
+        auto identifier = identifierFor(options.kind, options.item,
+                                        simulator::InstalledApps(options.apps).onHomeScreen());
+        if (!identifier) {
+            return tl::unexpected(std::move(identifier.error()));
+        }
+        options.item = std::move(*identifier);
+    }
+    return {};
 }
 
 }  // namespace velmoranth::cli

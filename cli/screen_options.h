@@ -2,10 +2,12 @@
 #pragma once
 
 #include "cli/arguments.h"
+#include "desktop/files/device_root.h"
 #include "desktop/result/result.h"
 #include "simulator/process/launcher.h"
 
 #include <string>
+#include <vector>
 
 namespace velmoranth::cli {
 
@@ -15,9 +17,17 @@ struct ScreenOptions {
     std::string item;  // identifier of the folder or icon; "" for the one that the page offers
     int folderPage = 1;
     bool steps = false;
+    std::string wallpaper;                  // a picture of this machine; "" for the drawn one
+    std::string appsFrom;                   // what --apps says; "" for a fresh device's
+    std::vector<simulator::NamedApp> apps;  // what the home screen shows; none for those
 };
 
 // The problem is one of usage.
 [[nodiscard]] desktop::Result<ScreenOptions> readScreenOptions(const Arguments& arguments);
+
+// Finds the apps that --apps, or the screen of icons, wants of the device's themes or of the user's
+// list, and among them what --folder or --icon names. Until then that is a word in `item`.
+[[nodiscard]] desktop::Result<void> findApps(ScreenOptions& options,
+                                             const desktop::DeviceRoot& root);
 
 }  // namespace velmoranth::cli

@@ -2,12 +2,14 @@
 // the services, and the objects that they share.
 #pragma once
 
+#include "desktop/imaging/bitmap_image.h"
 #include "desktop/imaging/images.h"
 #include "desktop/runtime/runtime.h"
 #include "desktop/views/view_controllers.h"
 #include "desktop/views/views.h"
 #include "platform/foundation.h"
 #include "simulator/device.h"
+#include "simulator/home_screen/apps.h"
 #include "simulator/home_screen/home_screen_layout.h"
 #include "simulator/home_screen/icon_controller.h"
 #include "simulator/home_screen/icons.h"
@@ -33,6 +35,9 @@ struct ScreenContext {
     desktop::DesktopApplication& application;
     platform::Dates& dates;
     const HomeScreenMetrics& metrics = homeScreenMetrics(device.kind, device.screen);
+    // What the home screen shows, and what stands behind it; nil for the drawn wallpaper.
+    HomeScreenApps apps = stockApps();
+    std::shared_ptr<desktop::DesktopBitmapImage> wallpaper = nullptr;
     std::shared_ptr<IconController> iconController = std::make_shared<IconController>(runtime);
     // What icon views ask on iOS 13, and what folders' icons ask.
     std::shared_ptr<IconImageCache> iconImageCache = std::make_shared<IconImageCache>();

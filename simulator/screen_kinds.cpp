@@ -7,19 +7,20 @@ namespace velmoranth::simulator {
 
 namespace {
 
-constexpr std::array<ScreenDefinition, 12> kScreens{{
-    {ScreenKind::home, "home", ProcessKind::homeScreen},
-    {ScreenKind::folder, "folder", ProcessKind::homeScreen},
-    {ScreenKind::pressed, "pressed", ProcessKind::homeScreen},
-    {ScreenKind::today, "today", ProcessKind::homeScreen},
-    {ScreenKind::switcher, "switcher", ProcessKind::homeScreen},
-    {ScreenKind::notification, "notification", ProcessKind::homeScreen},
+constexpr std::array<ScreenDefinition, 13> kScreens{{
+    {ScreenKind::home, "home", ProcessKind::homeScreen, {true, true}},
+    {ScreenKind::folder, "folder", ProcessKind::homeScreen, {true, true}},
+    {ScreenKind::pressed, "pressed", ProcessKind::homeScreen, {true, true}},
+    {ScreenKind::today, "today", ProcessKind::homeScreen, {false, true}},
+    {ScreenKind::switcher, "switcher", ProcessKind::homeScreen, {false, true}},
+    {ScreenKind::notification, "notification", ProcessKind::homeScreen, {false, true}},
     {ScreenKind::settings, "settings", ProcessKind::settings},
     {ScreenKind::panelError, "panel-error", ProcessKind::settings},
     {ScreenKind::panelSuccess, "panel-success", ProcessKind::settings},
     {ScreenKind::weather, "weather", ProcessKind::weather},
     {ScreenKind::controls, "controls", ProcessKind::app},
-    {ScreenKind::gallery, "gallery", ProcessKind::everything},
+    {ScreenKind::gallery, "gallery", ProcessKind::everything, {true, false}},
+    {ScreenKind::icons, "icons", ProcessKind::homeScreen, {true, false}},
 }};
 
 }  // namespace

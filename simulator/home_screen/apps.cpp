@@ -1,5 +1,6 @@
 #include "simulator/home_screen/apps.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 
@@ -141,6 +142,33 @@ std::string badgeOf(const HomeScreenItem& item) {
         sum += numberOf(app.badge);
     }
     return sum == 0 ? "" : std::to_string(sum);
+}
+
+HomeScreenApps stockApps() {
+    return {kItems, kDockApps, kSuggestedApps};
+}
+
+std::vector<const App*> allApps(const HomeScreenApps& apps) {
+    std::vector<const App*> all;
+    for (const HomeScreenItem& item : apps.items) {
+        if (item.folder == nullptr) {
+            all.push_back(item.app);
+            continue;
+        }
+        for (const App& app : item.folder->apps) {
+            all.push_back(&app);
+        }
+    }
+    for (const App& app : apps.dock) {
+        all.push_back(&app);
+    }
+    return all;
+}
+
+const App* stockApp(std::string_view identifier) {
+    const std::vector<const App*> apps = allApps(stockApps());
+    const auto found = std::ranges::find(apps, identifier, &App::bundleIdentifier);
+    return found == apps.end() ? nullptr : *found;
 }
 
 std::span<const HomeScreenItem> homeScreenItems() {

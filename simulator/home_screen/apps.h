@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace velmoranth::simulator {
 
@@ -33,6 +34,22 @@ struct HomeScreenItem {
 [[nodiscard]] std::string identifierOf(const HomeScreenItem& item);
 [[nodiscard]] std::string nameOf(const HomeScreenItem& item);
 [[nodiscard]] std::string badgeOf(const HomeScreenItem& item);
+
+// Where a device shows which app. What it refers to is another's.
+struct HomeScreenApps {
+    std::span<const HomeScreenItem> items;  // page by page, the dock's left out
+    std::span<const App> dock;              // left to right
+    std::span<const App> suggested;         // by a pad's dock, to the right of its divider
+};
+
+// Those of a fresh device.
+[[nodiscard]] HomeScreenApps stockApps();
+
+// Every app of the items, those in folders included, and of the dock.
+[[nodiscard]] std::vector<const App*> allApps(const HomeScreenApps& apps);
+
+// The fresh device's app of that identifier; null when it has none.
+[[nodiscard]] const App* stockApp(std::string_view identifier);
 
 // In the order in which the home screen shows them, the dock's left out.
 [[nodiscard]] std::span<const HomeScreenItem> homeScreenItems();

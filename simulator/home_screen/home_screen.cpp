@@ -2,6 +2,7 @@
 
 #include "simulator/artwork/artwork.h"
 #include "simulator/home_screen/folder_icon_views.h"
+#include "simulator/home_screen/wallpaper.h"
 #include "simulator/toolkit/named_views.h"
 #include "simulator/toolkit/status_bar.h"
 
@@ -22,9 +23,9 @@ constexpr double kPlateBlur = 12;  // points
 
 HomeScreen::HomeScreen(const ScreenContext& context)
     : context_(context),
-      layout_(layoutHomeScreen(context.metrics, context.device.screen)),
+      layout_(layoutHomeScreen(context.metrics, context.device.screen, context.apps)),
+      wallpaper_(wallpaperOf(context)),
       window_(std::make_shared<NamedView>("UIWindow", context_.bounds())) {
-    makeWallpaper();
     if (wallpaper_ == nullptr) {
         return;  // a screen too large to draw
     }
@@ -48,14 +49,6 @@ HomeScreen::HomeScreen(const ScreenContext& context)
 
 HomeScreen::~HomeScreen() {
     context_.iconController->setCloseFolder(nullptr);
-}
-
-void HomeScreen::makeWallpaper() {
-    const desktop::PixelSize size = pixelSizeOf(context_.device.screen);
-    wallpaper_ = desktop::DesktopBitmapImage::createPremultiplied(
-        std::make_shared<const platform::Data>(
-            drawWallpaper(static_cast<int>(size.width), static_cast<int>(size.height))),
-        size, size.width * 4, true);
 }
 
 platform::ImageRef HomeScreen::material(const Rect& frame, const BackdropStyle& style) const {

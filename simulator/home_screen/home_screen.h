@@ -92,7 +92,6 @@ class HomeScreen final : public Screen {
     [[nodiscard]] const ScreenContext& context() const { return context_; }
 
   private:
-    void makeWallpaper();
     void addPhoneDock();
     void addFloatingDock();
     [[nodiscard]] platform::ImageRef material(const platform::Rect& frame,

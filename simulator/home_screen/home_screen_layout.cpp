@@ -159,8 +159,8 @@ LabelPlace labelPlace(const HomeScreenMetrics& metrics, double scale) {
             .height = height};
 }
 
-HomeScreenLayout layoutHomeScreen(const HomeScreenMetrics& metrics,
-                                  const ScreenDescription& screen) {
+HomeScreenLayout layoutHomeScreen(const HomeScreenMetrics& metrics, const ScreenDescription& screen,
+                                  const HomeScreenApps& apps) {
     const auto slot = [&](const HomeScreenItem& item, double x, double y) {
         return IconSlot{item,
                         {{snapToPixels(x, screen.scale), snapToPixels(y, screen.scale)},
@@ -170,7 +170,7 @@ HomeScreenLayout layoutHomeScreen(const HomeScreenMetrics& metrics,
     layout.pages.emplace_back();
     int row = 0;
     int column = 0;
-    for (const HomeScreenItem& item : homeScreenItems()) {
+    for (const HomeScreenItem& item : apps.items) {
         if (row == metrics.rows) {
             layout.pages.emplace_back();
             row = 0;
@@ -182,14 +182,13 @@ HomeScreenLayout layoutHomeScreen(const HomeScreenMetrics& metrics,
             ++row;
         }
     }
-    const std::span<const App> dock = dockApps();
     const bool isFloating = metrics.dockStyle == DockStyle::floating;
-    const std::span<const App> suggested = isFloating ? suggestedApps() : std::span<const App>();
+    const std::span<const App> suggested = isFloating ? apps.suggested : std::span<const App>();
     layout.dockFrame =
-        dockFrameOf(metrics, screen, static_cast<double>(dock.size() + suggested.size()));
+        dockFrameOf(metrics, screen, static_cast<double>(apps.dock.size() + suggested.size()));
     const double top = layout.dockFrame.origin.y + metrics.dockIconTop;
     double index = 0;
-    for (const App& app : dock) {
+    for (const App& app : apps.dock) {
         layout.dock.push_back(
             slot({&app, nullptr}, dockIconX(metrics, layout.dockFrame, index++), top));
     }

@@ -76,7 +76,9 @@ struct HomeScreenLayout {
     double dividerX = 0;              // middle of a floating dock's divider
 };
 
+// As many pages as the apps need.
 [[nodiscard]] HomeScreenLayout layoutHomeScreen(const HomeScreenMetrics& metrics,
-                                                const ScreenDescription& screen);
+                                                const ScreenDescription& screen,
+                                                const HomeScreenApps& apps = stockApps());
 
 }  // namespace velmoranth::simulator

@@ -1,15 +1,32 @@
 #include "simulator/home_screen/page_control.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace velmoranth::simulator {
 
 using platform::ImageRef;
 
+namespace {
+
+std::size_t dotsThatFit(const ScreenContext& context) {
+    const HomeScreenMetrics& metrics = context.metrics;
+    // A dot's pitch stays free on either side.
+    const double dots = std::floor(context.device.screen.width / metrics.pageDotPitch) - 2;
+    return static_cast<std::size_t>(std::max(1.0, dots));
+}
+
+}  // namespace
+
 PageControl::PageControl(const ScreenContext& context, const platform::Point& center, int pageCount,
                          bool hasSearch)
-    : context_(context), pageCount_(pageCount), hasSearch_(hasSearch) {
+    : context_(context),
+      searchDots_(hasSearch ? 1 : 0),
+      count_(static_cast<std::size_t>(pageCount) + searchDots_),
+      shown_(std::min(count_, dotsThatFit(context))) {
     const HomeScreenMetrics& metrics = context.metrics;
     const double width =
-        (pageCount - 1 + (hasSearch ? 1 : 0)) * metrics.pageDotPitch + metrics.pageDotSide;
+        static_cast<double>(shown_ - 1) * metrics.pageDotPitch + metrics.pageDotSide;
     setFrame({{snapToPixels(center.x - width / 2, context.scale()),
                snapToPixels(center.y - metrics.pageDotSide / 2, context.scale())},
               {width, metrics.pageDotSide}});
@@ -20,16 +37,16 @@ ImageRef PageControl::_searchIndicatorImage(bool isCurrent) {
 }
 
 void PageControl::placeSubviews() {
-    const std::size_t searchDots = hasSearch_ ? 1 : 0;
-    const std::size_t count = static_cast<std::size_t>(pageCount_) + searchDots;
-    while (dots_.size() < count) {
+    while (dots_.size() < shown_) {
         dots_.push_back(std::make_shared<desktop::DesktopImageView>());
         addSubview(dots_.back());
     }
     const HomeScreenMetrics& metrics = context_.metrics;
-    for (std::size_t i = 0; i < count; ++i) {
-        const bool isSearch = i < searchDots;
-        const bool isCurrent = i + 1 == static_cast<std::size_t>(currentPage_) + searchDots;
+    const std::size_t current = static_cast<std::size_t>(currentPage_) - 1 + searchDots_;
+    const std::size_t first = std::min(current - std::min(current, shown_ / 2), count_ - shown_);
+    for (std::size_t i = 0; i < shown_; ++i) {
+        const bool isSearch = first + i < searchDots_;
+        const bool isCurrent = first + i == current;
         const ImageRef image = isSearch ? _searchIndicatorImage(false)
                                         : context_.runtime.send<ImageRef, bool>(
                                               *this, "_iconListIndicatorImage:", isCurrent);

@@ -6,6 +6,7 @@
 #include "simulator/screen_context.h"
 #include "simulator/toolkit/named_views.h"
 
+#include <cstddef>
 #include <vector>
 
 namespace velmoranth::simulator {
@@ -13,7 +14,7 @@ namespace velmoranth::simulator {
 class PageControl final : public NamedAs<"SBIconListPageControl", platform::SBIconListPageControl> {
   public:
     // `center` in the superview's coordinates. The control is as wide as its dots need, so that
-    // they lie centred.
+    // they lie centred; where the screen has no room for all, those around the current page show.
     PageControl(const ScreenContext& context, const platform::Point& center, int pageCount,
                 bool hasSearch);
     [[nodiscard]] platform::ImageRef _searchIndicatorImage(bool isCurrent) override;
@@ -26,8 +27,9 @@ class PageControl final : public NamedAs<"SBIconListPageControl", platform::SBIc
 
   private:
     const ScreenContext& context_;
-    int pageCount_;
-    bool hasSearch_;
+    std::size_t searchDots_;  // before those of the pages
+    std::size_t count_;       // of all dots
+    std::size_t shown_;       // of these
     int currentPage_ = 1;
     std::vector<platform::ImageViewRef> dots_;
 };

@@ -12,6 +12,7 @@
 #include "desktop/result/result.h"
 #include "platform/core_graphics.h"
 #include "simulator/device.h"
+#include "simulator/home_screen/installed_apps.h"
 #include "simulator/picture.h"
 #include "simulator/screen_kinds.h"
 #include "simulator/screens/question_rows.h"
@@ -40,7 +41,7 @@ struct ScreenRequest {
     // The engine's shared library; empty looks for VelMoranth.so where this program is, then in
     // ../lib/velmoranth beside it.
     std::string enginePath = {};
-    int page = 1;  // of the home screen or the gallery, from 1; past the last one shows the last
+    int page = 1;  // of a screen that has pages, from 1; past the last one shows the last
     ScreenKind screen = ScreenKind::home;
     // The identifier of the folder or the icon of that screen, which turns to the page where it
     // lies. "" takes one of the page asked for: its first folder, an app in its middle.
@@ -53,6 +54,10 @@ struct ScreenRequest {
     std::chrono::milliseconds timeLimit{30000};
     // Whether the process takes down what it does (record/).
     bool isRecorded = false;
+    // A picture of this machine behind the home screen; "" for the drawn wallpaper.
+    std::string wallpaperFile = {};
+    // What the home screen shows, and the screen of icons; none for what a fresh device has.
+    std::vector<NamedApp> apps = {};
     // The process shows no screen: it is one of this kind, and answers questions.
     std::optional<ProcessKind> withoutScreen = {};
 };

@@ -3,12 +3,15 @@
 #include "desktop/files/device_root.h"
 #include "desktop/services/services.h"
 #include "simulator/artwork/artwork.h"
+#include "simulator/home_screen/installed_apps.h"
 #include "simulator/home_screen/platform_classes.h"
+#include "simulator/home_screen/wallpaper.h"
 #include "simulator/process/loader.h"
 #include "simulator/process/recording.h"
 #include "simulator/screen_context.h"
 #include "simulator/screens/controls_screen.h"
 #include "simulator/screens/gallery_screen.h"
+#include "simulator/screens/icons_screen.h"
 #include "simulator/screens/notification_screen.h"
 #include "simulator/screens/panel_screen.h"
 #include "simulator/screens/settings_screen.h"
@@ -104,7 +107,8 @@ desktop::Result<void> checkDrawable(const DeviceConfiguration& device) {
 // In the order in which the members need each other.
 struct SimulatedProcess::State {
     State(const ScreenRequest& request, LogLine logLine,
-          const std::shared_ptr<const desktop::DeviceRoot>& root);
+          const std::shared_ptr<const desktop::DeviceRoot>& root,
+          std::shared_ptr<desktop::DesktopBitmapImage> wallpaper);
 
     // The classes that such a process has.
     void registerClasses(ProcessKind process);
@@ -117,6 +121,7 @@ struct SimulatedProcess::State {
     desktop::Services services;
     StockImages stockImages;
     ToolkitImages toolkit;
+    const InstalledApps apps;
     const ScreenContext context;
     std::unique_ptr<ProcessRecording> recording;
     // After the classes and the engine.
@@ -125,11 +130,13 @@ struct SimulatedProcess::State {
 };
 
 SimulatedProcess::State::State(const ScreenRequest& request, LogLine logLine,
-                               const std::shared_ptr<const desktop::DeviceRoot>& root)
+                               const std::shared_ptr<const desktop::DeviceRoot>& root,
+                               std::shared_ptr<desktop::DesktopBitmapImage> wallpaper)
     : device(request.device),
       services(root, descriptionOf(device), std::move(logLine)),
       stockImages(services.images()),
       toolkit(device, services.images(), root, mainBundleOf(processOf(request))),
+      apps(request.apps),
       context{.device = device,
               .runtime = services.runtime(),
               .images = services.images(),
@@ -137,7 +144,9 @@ SimulatedProcess::State::State(const ScreenRequest& request, LogLine logLine,
               .toolkit = toolkit,
               .views = services.views(),
               .application = services.application(),
-              .dates = services.dates()} {}
+              .dates = services.dates(),
+              .apps = apps.onHomeScreen(),
+              .wallpaper = std::move(wallpaper)} {}
 
 void SimulatedProcess::State::registerClasses(ProcessKind process) {
     desktop::Runtime& runtime = services.runtime();
@@ -170,6 +179,8 @@ std::unique_ptr<Screen> SimulatedProcess::State::makeScreen(ScreenKind kind) {
             return std::make_unique<ControlsScreen>(context);
         case ScreenKind::gallery:
             return std::make_unique<GalleryScreen>(context);
+        case ScreenKind::icons:
+            return std::make_unique<IconsScreen>(context);
         case ScreenKind::settings:
             return std::make_unique<SettingsScreen>(context);
         case ScreenKind::panelError:
@@ -205,7 +216,16 @@ desktop::Result<std::unique_ptr<SimulatedProcess>> SimulatedProcess::start(
     if (!root) {
         return tl::unexpected(std::move(root.error()));
     }
-    auto state = std::make_unique<State>(request, std::move(logLine), std::move(*root));
+    std::shared_ptr<desktop::DesktopBitmapImage> wallpaper;
+    if (!request.wallpaperFile.empty()) {
+        auto loaded = loadWallpaper(request.wallpaperFile, request.device.screen);
+        if (!loaded) {
+            return tl::unexpected(std::move(loaded.error()));
+        }
+        wallpaper = std::move(*loaded);
+    }
+    auto state = std::make_unique<State>(request, std::move(logLine), std::move(*root),
+                                         std::move(wallpaper));
     if (auto listening = state->services.listenForNotifications(); !listening) {
         return tl::unexpected(std::move(listening.error()));
     }

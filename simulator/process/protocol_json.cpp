@@ -76,6 +76,7 @@ NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(ShownFolder, identifier, name, page, pageCoun
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(ScreenHeader, width, height, scale, icons, folder, page,
                                    pageCount, peakMemoryBytes)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Question, word, argument, bundle)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(NamedApp, identifier, name)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(OpenFolderAction, folder)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(TurnFolderPageAction, page)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(PressIconAction, icon)
@@ -112,6 +113,8 @@ static void to_json(json& value, const ScreenRequest& request) {
              {"item", request.item},
              {"folderPage", request.folderPage},
              {"isRecorded", request.isRecorded},
+             {"wallpaperFile", bytesOf(request.wallpaperFile)},
+             {"apps", request.apps},
              {"withoutScreen", request.withoutScreen}};
 }
 
@@ -126,6 +129,8 @@ static void from_json(const json& value, ScreenRequest& request) {
     value.at("item").get_to(request.item);
     value.at("folderPage").get_to(request.folderPage);
     value.at("isRecorded").get_to(request.isRecorded);
+    request.wallpaperFile = pathOf(value.at("wallpaperFile"));
+    value.at("apps").get_to(request.apps);
     value.at("withoutScreen").get_to(request.withoutScreen);
 }
 

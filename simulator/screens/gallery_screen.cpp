@@ -2,8 +2,8 @@
 
 #include "desktop/text/text.h"
 #include "simulator/home_screen/home_screen_layout.h"
-#include "simulator/screens/screen_builder.h"
-#include "simulator/toolkit/status_bar.h"
+#include "simulator/screens/sheet.h"
+#include "simulator/toolkit/view_kit.h"
 
 #include <algorithm>
 #include <cmath>
@@ -21,7 +21,6 @@ using platform::ImageRef;
 using platform::Rect;
 
 // Points.
-constexpr double kMargin = 10;
 constexpr double kSmallestCellWidth = 86;
 constexpr double kSlotSide = 38;
 constexpr double kSlotGap = 4;
@@ -50,32 +49,17 @@ const platform::Color& colorOf(GalleryPlate plate) {
 
 }  // namespace
 
-std::string shortenedInTheMiddle(const std::string& text, const TextStyle& style, double width) {
-    if (desktop::measureText(text, style).width <= width) {
-        return text;
-    }
-    for (std::size_t kept = text.size() - 1; kept > 1; --kept) {
-        const std::size_t head = (kept + 1) / 2;
-        std::string shorter = text.substr(0, head) + "…" + text.substr(text.size() - kept / 2);
-        if (desktop::measureText(shorter, style).width <= width) {
-            return shorter;
-        }
-    }
-    return "…";
-}
-
 GalleryScreen::GalleryScreen(const ScreenContext& context) : AppScreen(context), items_(context) {
     window().setBackgroundColor(appColors(context.device.system).card);
     layOutPages();
 }
 
 void GalleryScreen::layOutPages() {
-    const platform::Size screen = context().bounds().size;
-    const double top = statusBarHeight(context().device) + kBarHeight;
-    const double bottom = screen.height - bottomInset(context().device);
-    const double columns =
-        std::max(1.0, std::floor((screen.width - 2 * kMargin) / kSmallestCellWidth));
-    const double pitch = (screen.width - 2 * kMargin) / columns;
+    const Rect area = sheetArea(context());
+    const double top = area.origin.y;
+    const double bottom = top + area.size.height;
+    const double columns = std::max(1.0, std::floor(area.size.width / kSmallestCellWidth));
+    const double pitch = area.size.width / columns;
     const double inset = (pitch - 2 * kSlotSide - kSlotGap) / 2;
 
     pages_.emplace_back();
@@ -102,7 +86,7 @@ void GalleryScreen::layOutPages() {
             pages_.back().headers.push_back({std::string(group), y});
             y += kHeaderHeight;
         }
-        const double x = snapToPixels(kMargin + column * pitch + inset, context().scale());
+        const double x = snapToPixels(area.origin.x + column * pitch + inset, context().scale());
         const Rect slot{{x, y + 2}, {kSlotSide, kSlotSide}};
         Rect second = slot;
         second.origin.x += kSlotSide + kSlotGap;
@@ -123,41 +107,21 @@ void GalleryScreen::layoutViews() {
     for (const platform::ViewRef& view : window().subviews()) {
         view->removeFromSuperview();
     }
-    addBar();
+    addSheetBar(
+        window(),
+        {.title = "Gallery", .note = "Before | After", .page = page_, .pageCount = pageCount()},
+        context());
     const AppColors& colors = appColors(context().device.system);
     const double width = context().bounds().size.width;
     for (const Header& header : pages_.at(static_cast<std::size_t>(page_ - 1)).headers) {
         window().addSubview(makeText(
             header.title, {.weight = FontWeight::semibold, .size = 13, .color = colors.text},
-            {{kMargin + 2, header.top}, {width, kHeaderHeight}}));
+            {{kSheetMargin + 2, header.top}, {width, kHeaderHeight}}));
     }
     for (const GalleryCell& cell : cells()) {
         addCell(cell);
     }
     AppScreen::layoutViews();
-}
-
-void GalleryScreen::addBar() {
-    const AppColors& colors = appColors(context().device.system);
-    const double width = context().bounds().size.width;
-    const double statusHeight = statusBarHeight(context().device);
-    const double hairline = 1 / context().scale();
-    const Rect frame{{0, 0}, {width, statusHeight + kBarHeight}};
-    const auto bar = std::make_shared<NamedView>("UINavigationBar", frame);
-    bar->setBackgroundColor(colors.bar);
-    bar->addSubview(makeStatusBar(context().device, platform::kBlackColor));
-    const Rect line{{kMargin + 2, statusHeight}, {width - 2 * kMargin - 4, kBarHeight}};
-    bar->addSubview(makeText("Before | After", {.size = 13, .color = colors.secondaryText}, line));
-    bar->addSubview(makeText(
-        "Gallery",
-        {.weight = FontWeight::semibold, .color = colors.text, .alignment = TextAlignment::center},
-        line));
-    bar->addSubview(makeText(
-        std::to_string(page_) + " of " + std::to_string(pageCount()),
-        {.size = 13, .color = colors.secondaryText, .alignment = TextAlignment::right}, line));
-    bar->addSubview(
-        makeBox({{0, frame.size.height - hairline}, {width, hairline}}, colors.separator));
-    window().addSubview(bar);
 }
 
 void GalleryScreen::addCell(const GalleryCell& cell) {

@@ -2,7 +2,6 @@
 // it what answers to the message now.
 #pragma once
 
-#include "desktop/text/text.h"
 #include "simulator/screens/app_screen.h"
 #include "simulator/screens/gallery_items.h"
 
@@ -17,10 +16,6 @@ struct GalleryCell {
     platform::Rect before;    // points
     platform::Rect after;
 };
-
-// Text that is not wider than that many points, its middle left out where it is too long.
-[[nodiscard]] std::string shortenedInTheMiddle(const std::string& text,
-                                               const desktop::TextStyle& style, double width);
 
 class GalleryScreen final : public AppScreen {
   public:
@@ -49,7 +44,6 @@ class GalleryScreen final : public AppScreen {
     };
 
     void layOutPages();
-    void addBar();
     void addCell(const GalleryCell& cell);
 
     GalleryItems items_;

@@ -1,8 +1,6 @@
 #include "simulator/screens/home_overlay.h"
 
-#include "simulator/artwork/artwork.h"
-
-#include <utility>
+#include "simulator/home_screen/wallpaper.h"
 
 namespace velmoranth::simulator {
 
@@ -23,12 +21,7 @@ std::shared_ptr<desktop::DesktopBitmapImage> HomeOverlay::drawBehind() const {
     if (behind_ == Behind::homeScreen) {
         return home_.draw();
     }
-    const desktop::PixelSize size = pixelSizeOf(context().device.screen);
-    auto pixels = drawWallpaper(static_cast<int>(size.width), static_cast<int>(size.height));
-    return pixels.empty() ? nullptr
-                          : desktop::DesktopBitmapImage::createPremultiplied(
-                                std::make_shared<const platform::Data>(std::move(pixels)), size,
-                                size.width * 4, true);
+    return wallpaperOf(context());
 }
 
 std::shared_ptr<desktop::DesktopBitmapImage> HomeOverlay::draw() const {

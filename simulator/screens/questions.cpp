@@ -61,19 +61,8 @@ constexpr std::array kQuestionRows{
 
 // The stock device's app, or one that it does not have.
 App appOf(const std::string& identifier) {
-    for (const App* const app : homeScreenApps()) {
-        if (app->bundleIdentifier == identifier) {
-            return *app;
-        }
-    }
-    for (const auto apps : {dockApps(), suggestedApps()}) {
-        for (const App& app : apps) {
-            if (app.bundleIdentifier == identifier) {
-                return app;
-            }
-        }
-    }
-    return {.bundleIdentifier = identifier, .name = identifier, .iconClass = "SBApplicationIcon"};
+    const App* const known = stockApp(identifier);
+    return known == nullptr ? App{identifier, identifier, "SBApplicationIcon"} : *known;
 }
 
 // What the gallery shows under a heading by that name.

@@ -125,9 +125,21 @@ TEST(Usage, EveryMisuseIsOneLineAndExitCode2) {
         {{"preview", "T", "--screen", "lock"},
          "--screen takes home, folder, pressed, today, switcher, notification, settings, "
          "panel-error, "
-         "panel-success, weather, controls or gallery, not \"lock\""},
+         "panel-success, weather, controls, gallery or icons, not \"lock\""},
         {{"preview", "T", "--screen", "settings", "--page", "2"},
-         "--page needs a screen that has pages: home, folder, pressed or gallery"},
+         "--page needs a screen that has pages: home, folder, pressed, gallery or icons"},
+        {{"preview", "T", "--screen", "gallery", "--wallpaper", "w.png"},
+         "--wallpaper needs a screen that has the home screen in it: home, folder, pressed, today, "
+         "switcher or notification"},
+        {{"preview", "T", "--screen", "icons", "--apps", "theme"},
+         "--apps needs a screen that has the home screen in it: home, folder, pressed, today, "
+         "switcher or notification"},
+        {{"preview", "T", "--wallpaper", ""}, "--wallpaper takes a name, and this one is empty"},
+        {{"preview", "T", "--apps", ""}, "--apps takes a name, and this one is empty"},
+        {{"preview", "T", "--wallpaper", "a", "--wallpaper", "b"},
+         "--wallpaper is given more than once"},
+        {{"preview", "T", "--apps", "theme", "--screen", "pressed", "--icon", ""},
+         "there is no icon \"\" on the home screen"},
         {{"preview", "T", "--folder", "Utilities"}, "--folder needs --screen folder"},
         {{"preview", "T", "--screen", "pressed", "--folder-page", "2"},
          "--folder-page needs --screen folder"},

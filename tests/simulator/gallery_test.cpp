@@ -1,6 +1,7 @@
 // The gallery: every image that the screens ask for, and what a theme changes in them.
 #include "simulator/process/process.h"
 #include "simulator/screens/gallery_screen.h"
+#include "simulator/screens/sheet.h"
 
 #include "screen_test.h"
 

@@ -107,6 +107,8 @@ TEST(ProtocolJson, RequestComesBackAsItWas) {
     request.screen = ScreenKind::pressed;
     request.item = "com.example";
     request.folderPage = 3;
+    request.wallpaperFile = "a \xff.jpg";
+    request.apps = {{"com.example.a", "Ä \"b\""}, {"com.example.b"}};
     const auto read = fromJson<ScreenRequest>(toJson(request));
     ASSERT_TRUE(read);
     EXPECT_EQ(read->device, request.device);
@@ -117,6 +119,8 @@ TEST(ProtocolJson, RequestComesBackAsItWas) {
     EXPECT_EQ(read->screen, request.screen);
     EXPECT_EQ(read->item, request.item);
     EXPECT_EQ(read->folderPage, request.folderPage);
+    EXPECT_EQ(read->wallpaperFile, request.wallpaperFile);
+    EXPECT_EQ(read->apps, request.apps);
 }
 
 TEST(ProtocolJson, EveryScreenHasAName) {

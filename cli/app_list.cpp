@@ -1,0 +1,224 @@
+#include "cli/app_list.h"
+
+#include "cli/device_check.h"
+#include "cli/messages.h"
+#include "desktop/files/descriptor.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <fstream>
+#include <iostream>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string_view>
+#include <utility>
+
+namespace velmoranth::cli {
+
+using desktop::Problem;
+using desktop::Result;
+using simulator::NamedApp;
+
+namespace {
+
+constexpr std::size_t kMostLines = 10 * kMostApps;
+constexpr std::size_t kLongestLine = 1000;       // bytes
+constexpr std::size_t kLongestIdentifier = 255;  // as of a file's name
+constexpr std::string_view kBlanks = " \t";
+constexpr std::string_view kIconEnding = "-large.png";
+
+bool isIdentifier(std::string_view text) {
+    constexpr std::string_view kOfIdentifiers =
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789._-";
+    return !text.empty() && text.size() <= kLongestIdentifier && text.front() != '.' &&
+           text.back() != '.' && text.find_first_not_of(kOfIdentifiers) == std::string_view::npos;
+}
+
+std::string_view trimmed(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(kBlanks);
+    return first == std::string_view::npos
+               ? std::string_view()
+               : text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
+}
+
+// Takes a line off the stream. False at its end; a longer line than any is cut there.
+bool takeLine(std::istream& input, std::string& line) {
+    line.clear();
+    char c = 0;
+    bool any = false;
+    while (input.get(c)) {
+        any = true;
+        if (c == '\n') {
+            break;
+        }
+        line += c;
+        if (line.size() > kLongestLine) {
+            break;
+        }
+    }
+    if (line.ends_with('\r')) {
+        line.pop_back();
+    }
+    return any;
+}
+
+// The app of a line; nothing for one that has none.
+Result<std::optional<NamedApp>> appOfLine(std::string_view line) {
+    const std::string_view text = trimmed(line);
+    if (line.size() > kLongestLine) {
+        return tl::unexpected(
+            Problem{fmt::format("the line is longer than {} bytes", kLongestLine)});
+    }
+    if (text.empty() || text.front() == '#') {
+        return std::optional<NamedApp>();
+    }
+    const std::size_t blank = std::min(text.find_first_of(kBlanks), text.size());
+    NamedApp app{std::string(text.substr(0, blank)), std::string(trimmed(text.substr(blank)))};
+    if (!isIdentifier(app.identifier)) {
+        return tl::unexpected(
+            Problem{inQuotes(app.identifier) +
+                    " is no app's identifier; a line has one and, behind a blank, a name, as in "
+                    "com.example.notes Notes"});
+    }
+    if (!isPlainText(app.name)) {
+        return tl::unexpected(Problem{"the name " + inQuotes(app.name) + " is not plain text"});
+    }
+    return std::optional(std::move(app));
+}
+
+Problem tooMany(const std::string& path) {
+    return {fmt::format("there are more than {} apps; give some of them", kMostApps), path};
+}
+
+// Whether there is a stream to read lines from: a folder can be opened and gives none.
+bool openList(const std::string& path, std::ifstream& file) {
+    struct stat status{};
+    if (::stat(path.c_str(), &status) != 0) {
+        return false;
+    }
+    if (S_ISDIR(status.st_mode)) {
+        errno = EISDIR;
+        return false;
+    }
+    file.open(path);
+    return file.is_open();
+}
+
+struct CloseFolder {
+    void operator()(DIR* folder) const { ::closedir(folder); }
+};
+
+// Adds what the theme has icons for. False when it is too much to look at.
+bool addIcons(const desktop::DeviceRoot& root, const std::string& theme,
+              std::set<std::string>& identifiers) {
+    const std::string path = "/Library/Themes/" + theme + "/IconBundles";
+    desktop::Descriptor descriptor(root.openFile(path, O_RDONLY | O_DIRECTORY));
+    const std::unique_ptr<DIR, CloseFolder> folder(
+        descriptor.isOpen() ? ::fdopendir(descriptor.get()) : nullptr);
+    if (folder == nullptr) {
+        return true;  // a theme need not have icons
+    }
+    static_cast<void>(descriptor.release());  // the folder's now
+    while (const dirent* const entry = ::readdir(folder.get())) {
+        const std::string_view name = entry->d_name;
+        const std::string_view identifier =
+            name.substr(0, name.size() - std::min(name.size(), kIconEnding.size()));
+        if (!name.ends_with(kIconEnding) || !isIdentifier(identifier)) {
+            continue;
+        }
+        // Not a link that leads nowhere.
+        const desktop::Descriptor file(root.openFile(path + "/" + std::string(name), O_PATH));
+        if (file.isOpen()) {
+            identifiers.emplace(identifier);
+        }
+        if (identifiers.size() > kMostApps) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+Result<std::vector<NamedApp>> readAppList(const std::string& path) {
+    std::ifstream file;
+    if (path != "-" && !openList(path, file)) {
+        Problem problem = desktop::problemOfErrno(errno, path);
+        problem.message = "the list of apps cannot be read: " + problem.message;
+        return tl::unexpected(std::move(problem));
+    }
+    std::istream& input = path == "-" ? std::cin : file;
+    const std::string shownPath = path == "-" ? "standard input" : path;
+    std::vector<NamedApp> apps;
+    std::map<std::string, std::size_t> lineOf;
+    std::size_t number = 0;
+    for (std::string line; takeLine(input, line);) {
+        ++number;
+        if (number > kMostLines) {
+            return tl::unexpected(tooMany(shownPath));
+        }
+        constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+        const bool isMarked = number == 1 && line.starts_with(kByteOrderMark);
+        auto app = appOfLine(std::string_view(line).substr(isMarked ? kByteOrderMark.size() : 0));
+        if (!app) {
+            return tl::unexpected(
+                Problem{fmt::format("line {}: {}", number, app.error().message), shownPath});
+        }
+        if (!*app) {
+            continue;
+        }
+        const auto [first, isNew] = lineOf.try_emplace((*app)->identifier, number);
+        if (!isNew) {
+            return tl::unexpected(Problem{fmt::format("line {}: {} stands on line {} already",
+                                                      number, shown(first->first), first->second),
+                                          shownPath});
+        }
+        apps.push_back(std::move(**app));
+        if (apps.size() > kMostApps) {
+            return tl::unexpected(tooMany(shownPath));
+        }
+    }
+    if (apps.empty()) {
+        return tl::unexpected(Problem{
+            "there is no app in it; a line has an identifier and, behind a blank, a name, as in "
+            "com.example.notes Notes",
+            shownPath});
+    }
+    return apps;
+}
+
+Result<std::vector<NamedApp>> themedApps(const desktop::DeviceRoot& root) {
+    std::set<std::string> identifiers;
+    for (const std::string& theme : activeThemes(root)) {
+        if (!addIcons(root, theme, identifiers)) {
+            return tl::unexpected(
+                Problem{fmt::format("the theme brings it to more than {} icons; give a smaller one",
+                                    kMostApps),
+                        theme});
+        }
+    }
+    if (identifiers.empty()) {
+        return tl::unexpected(
+            Problem{"no theme has an app's icon; one is a file IconBundles/IDENTIFIER-large.png"});
+    }
+    std::vector<NamedApp> apps;
+    for (const simulator::App* const app : simulator::allApps(simulator::stockApps())) {
+        if (identifiers.erase(std::string(app->bundleIdentifier)) > 0) {
+            apps.push_back({std::string(app->bundleIdentifier)});
+        }
+    }
+    for (const std::string& identifier : identifiers) {
+        apps.push_back({identifier});
+    }
+    return apps;
+}
+
+}  // namespace velmoranth::cli
