@@ -96,7 +96,7 @@ void FloatingDockPlatterView::placeSubviews() {
 
 std::shared_ptr<FloatingDockView> FloatingDockView::create(const ScreenContext& context,
                                                            const Rect& platterFrame,
-                                                           double dividerX,
+                                                           const std::optional<double>& dividerX,
                                                            const platform::ImageRef& background) {
     const std::shared_ptr<FloatingDockView> dock(new FloatingDockView(context));
     const double height = platterFrame.size.height;
@@ -105,12 +105,13 @@ std::shared_ptr<FloatingDockView> FloatingDockView::create(const ScreenContext& 
     const platform::ImageRef line = context.picture(
         drawDockDivider(MaterialTone::dark, height * kDividerShare, context.scale()));
     const platform::Size lineSize = platform::sizeOf(line);
-    dock->dividerFrame_ = {{dividerX - lineSize.width / 2,
+    dock->dividerFrame_ = {{dividerX.value_or(0) - lineSize.width / 2,
                             snapToPixels((height - lineSize.height) / 2, context.scale())},
                            lineSize};
     dock->platter_ = FloatingDockPlatterView::create(context, platterFrame.size, background);
     const auto divider = std::make_shared<NamedView>("UIView", Rect{});
     divider->setContents(line);
+    divider->setHidden(!dividerX);
     dock->divider_ = divider;
     dock->userList_ = std::make_shared<IconListView>("SBDockIconListView", dock->bounds());
     dock->recentList_ = std::make_shared<IconListView>("SBDockIconListView", dock->bounds());

@@ -9,6 +9,7 @@
 #include "simulator/toolkit/named_views.h"
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace velmoranth::simulator {
@@ -89,10 +90,10 @@ class FloatingDockPlatterView final
 // SBFloatingDockView: as wide as the screen, as high as its platter.
 class FloatingDockView final : public NamedAs<"SBFloatingDockView", platform::SBFloatingDockView> {
   public:
-    // Frames on the screen.
+    // Frames on the screen. Without a place the divider is hidden.
     [[nodiscard]] static std::shared_ptr<FloatingDockView> create(
-        const ScreenContext& context, const platform::Rect& platterFrame, double dividerX,
-        const platform::ImageRef& background);
+        const ScreenContext& context, const platform::Rect& platterFrame,
+        const std::optional<double>& dividerX, const platform::ImageRef& background);
 
     [[nodiscard]] platform::ViewRef backgroundView() const override {
         return platter_->backgroundView();

@@ -111,25 +111,35 @@ constexpr double kLineHeight = 1.25;
 // Labels keep this much free between two columns.
 constexpr double kLabelMargin = 5;
 
+// What a dock has to show.
+struct DockContents {
+    double icons;
+    bool hasDivider;
+};
+
 platform::Rect dockFrameOf(const HomeScreenMetrics& metrics, const ScreenDescription& screen,
-                           double iconCount) {
+                           const DockContents& contents) {
     const double y = screen.height - metrics.dockBottom - metrics.dockHeight;
     double width = screen.width - 2 * metrics.dockInset;
     if (metrics.dockStyle == DockStyle::floating) {
         // The divider has a gap on either side of its own.
-        const double needed = iconCount * metrics.iconSide + (iconCount + 2) * metrics.dockIconGap;
+        const double gaps = contents.icons + (contents.hasDivider ? 2 : 1);
+        const double needed = contents.icons * metrics.iconSide + gaps * metrics.dockIconGap;
         width = std::min(width, needed);
     }
     const double x = snapToPixels((screen.width - width) / 2, screen.scale);
     return {{x, snapToPixels(y, screen.scale)}, {width, metrics.dockHeight}};
 }
 
-double dockIconX(const HomeScreenMetrics& metrics, const platform::Rect& dock, double index) {
+// Of as many icons as the dock has.
+double dockIconX(const HomeScreenMetrics& metrics, const platform::Rect& dock, double index,
+                 double count) {
     if (metrics.dockStyle == DockStyle::floating) {
         return dock.origin.x + metrics.dockIconGap +
                index * (metrics.iconSide + metrics.dockIconGap);
     }
-    return metrics.firstIcon.x + index * metrics.pitchX;
+    // Below the columns of the pages when it is full, otherwise in the middle.
+    return metrics.firstIcon.x + (index + (metrics.columns - count) / 2) * metrics.pitchX;
 }
 
 }  // namespace
@@ -184,17 +194,21 @@ HomeScreenLayout layoutHomeScreen(const HomeScreenMetrics& metrics, const Screen
     }
     const bool isFloating = metrics.dockStyle == DockStyle::floating;
     const std::span<const App> suggested = isFloating ? apps.suggested : std::span<const App>();
-    layout.dockFrame =
-        dockFrameOf(metrics, screen, static_cast<double>(apps.dock.size() + suggested.size()));
+    const auto count = static_cast<double>(apps.dock.size() + suggested.size());
+    const bool hasDivider = !apps.dock.empty() && !suggested.empty();
+    layout.dockFrame = dockFrameOf(metrics, screen, {count, hasDivider});
     const double top = layout.dockFrame.origin.y + metrics.dockIconTop;
     double index = 0;
     for (const App& app : apps.dock) {
         layout.dock.push_back(
-            slot({&app, nullptr}, dockIconX(metrics, layout.dockFrame, index++), top));
+            slot({&app, nullptr}, dockIconX(metrics, layout.dockFrame, index++, count), top));
     }
-    layout.dividerX = dockIconX(metrics, layout.dockFrame, index);
+    if (hasDivider) {
+        layout.dividerX = dockIconX(metrics, layout.dockFrame, index, count);
+    }
     for (const App& app : suggested) {
-        const double x = dockIconX(metrics, layout.dockFrame, index++) + metrics.dockIconGap;
+        const double x = dockIconX(metrics, layout.dockFrame, index++, count) +
+                         (hasDivider ? metrics.dockIconGap : 0);
         layout.suggested.push_back(slot({&app, nullptr}, x, top));
     }
     return layout;

@@ -6,6 +6,7 @@
 #include "simulator/device.h"
 #include "simulator/home_screen/apps.h"
 
+#include <optional>
 #include <vector>
 
 namespace velmoranth::simulator {
@@ -73,7 +74,8 @@ struct HomeScreenLayout {
     std::vector<IconSlot> dock;
     std::vector<IconSlot> suggested;  // to the right of a floating dock's divider; else none
     platform::Rect dockFrame;         // what the dock's background covers
-    double dividerX = 0;              // middle of a floating dock's divider
+    // The middle of a floating dock's divider; none without icons on both of its sides.
+    std::optional<double> dividerX;
 };
 
 // As many pages as the apps need.

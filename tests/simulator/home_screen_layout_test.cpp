@@ -4,7 +4,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <optional>
 #include <set>
+#include <span>
 #include <string_view>
 
 namespace velmoranth::simulator::home_screen_layout_test {
@@ -99,6 +102,35 @@ TEST(HomeScreenLayout, OnlyAFloatingDockSuggestsApps) {
     EXPECT_EQ(pad.suggested[0].icon.origin.x, lastUserIcon + 40);
     EXPECT_EQ(pad.suggested[2].icon.origin.x + 76 + 20,
               pad.dockFrame.origin.x + pad.dockFrame.size.width);
+}
+
+TEST(HomeScreenLayout, FewIconsStandInTheMiddleOfADock) {
+    const std::span<const App> dock = dockApps();
+    const auto layOut = [&](const char* model, std::size_t docked, std::size_t suggested) {
+        const DeviceConfiguration device = deviceConfiguration(model, 13).value();
+        return layoutHomeScreen(homeScreenMetrics(device.kind, device.screen), device.screen,
+                                {.items = homeScreenItems(),
+                                 .dock = dock.first(docked),
+                                 .suggested = suggestedApps().first(suggested)});
+    };
+    for (const char* const model : {"phone", "phone-667"}) {
+        // To the nearest pixel.
+        EXPECT_NEAR(layOut(model, 1, 0).dock[0].icon.origin.x, 157.5, 0.17);
+        const HomeScreenLayout three = layOut(model, 3, 0);
+        EXPECT_EQ(three.dockFrame, layoutOf(model).dockFrame);
+        EXPECT_NEAR(three.dock[0].icon.origin.x, 70.5, 0.17);
+        EXPECT_NEAR(three.dock[2].icon.origin.x, 244.5, 0.17);
+    }
+    // A divider has icons on both of its sides.
+    const HomeScreenLayout user = layOut("pad", 2, 0);
+    EXPECT_EQ(user.dividerX, std::nullopt);
+    EXPECT_EQ(user.dockFrame.size.width, 2 * 76 + 3 * 20);
+    EXPECT_EQ(user.dock[0].icon.origin.x, user.dockFrame.origin.x + 20);
+    const HomeScreenLayout suggested = layOut("pad", 0, 2);
+    EXPECT_EQ(suggested.dividerX, std::nullopt);
+    EXPECT_EQ(suggested.dockFrame, user.dockFrame);
+    EXPECT_EQ(suggested.suggested[0].icon.origin.x, suggested.dockFrame.origin.x + 20);
+    EXPECT_EQ(suggested.suggested[1].icon.origin.x, suggested.dockFrame.origin.x + 116);
 }
 
 TEST(HomeScreenLayout, PadHeldSidewaysHasAGridOfItsOwn) {

@@ -191,5 +191,33 @@ TEST(PageDots, AreThoseAroundTheCurrentPageWhereNotAllHaveRoom) {
     EXPECT_EQ(dots.shown(400, 400), std::pair(std::ptrdiff_t{19}, std::size_t{20}));
 }
 
+TEST(PadDock, DividerShowsBetweenItsAppsAndTheSuggestedOnes) {
+    const ThemedDevice device;
+    ScreenRequest request = device.request("pad", 13, {});
+    request.loadEngine = false;
+    // Whether a line as high as a divider stands in the dock's upper half, where no icon is.
+    const auto hasLine = [&](const std::vector<NamedApp>& apps) {
+        request.apps = apps;
+        const RenderedScreen screen = renderScreen(request).value();
+        const auto top = static_cast<std::size_t>(screen.icons.back().y);
+        const auto side = static_cast<std::size_t>(screen.icons.back().side);
+        const auto at = [&](std::size_t x, std::size_t y) {
+            return static_cast<int>(screen.picture.pixels[(y * screen.picture.width + x) * 4 + 1]);
+        };
+        bool found = false;
+        for (std::size_t x = 20; x + 20 < screen.picture.width; ++x) {
+            bool isLine = true;
+            for (std::size_t y = top + side / 4; y < top + side * 3 / 4; ++y) {
+                isLine = isLine && at(x, y) > at(x - 8, y) + 8 && at(x, y) > at(x + 8, y) + 8;
+            }
+            found = found || isLine;
+        }
+        return found;
+    };
+    EXPECT_TRUE(hasLine({{"com.apple.mobilephone"}, {"com.apple.Maps"}}));
+    EXPECT_FALSE(hasLine({{"com.apple.mobilephone"}}));
+    EXPECT_FALSE(hasLine({{"com.apple.Maps"}}));
+}
+
 }  // namespace
 }  // namespace velmoranth::simulator::installed_apps_test
