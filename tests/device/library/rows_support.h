@@ -108,5 +108,7 @@ void showMethods();
 // `from` has besides.
 [[nodiscard]] Class classWithMethodOf(const char* name, Class parent, const char* method,
                                       Class from);
+// Such a class has the key from now on, with nothing under it.
+void addEmptyKey(Class cls, const char* key);
 
 }  // namespace velmoranth::standins

@@ -246,6 +246,11 @@ Class classWithMethodOf(const char* name, Class parent, const char* method, Clas
     return cls;
 }
 
+void addEmptyKey(Class cls, const char* key) {
+    const auto none = +[](id /*self*/, SEL /*selector*/) -> id { return nil; };
+    class_addMethod(cls, sel_registerName(key), reinterpret_cast<IMP>(none), "@@:");
+}
+
 }  // namespace velmoranth::standins
 
 // Ahead of the runtime's own: what the hooking library looks for.

@@ -2,6 +2,7 @@
 // user interface load images. The user's settings and themes do not change meanwhile: that they do
 // on the main thread alone.
 #include "device/library/rows_support.h"
+#import "device/standins/av_foundation.h"
 #include "device/standins/images.h"
 
 #include <array>
@@ -113,6 +114,33 @@ TEST_F(Threads, MakeAndEndObjectsOfTheLibrarysClasses) {
               }),
               0);
     expectNothingLeft(makeOne);
+}
+
+// Of two threads that send an instance its first message, neither's is lost to an object of its
+// own.
+TEST_F(Threads, ComeFirstAtTheSameInstance) {
+    AVAudioSession* const session = [[[AVAudioSession alloc] init] autorelease];
+    AVAudioPlayer* const player = [[[AVAudioPlayer alloc] init] autorelease];
+    const Class manager = static_cast<Class>(objc_getClass("VelMoranth"));
+    for (int round = 0; round < kCalls; ++round) {
+        const id<VelMoranthMessages> instance = [manager alloc];
+        std::atomic<int> ready = 0;
+        const auto together = [&ready] {
+            ++ready;
+            while (ready < 2) {
+            }
+        };
+        std::thread other([&] {
+            together();
+            [instance setAudiosession:session];
+        });
+        together();
+        [instance setSoundToPlay:player];
+        other.join();
+        ASSERT_EQ([instance audiosession], session) << round;
+        ASSERT_EQ([instance soundToPlay], player) << round;
+        [static_cast<id>(instance) release];
+    }
 }
 
 }  // namespace

@@ -280,6 +280,8 @@ using velmoranth::standins::received;
     if (!(width > 0) || !(height > 0)) {
         return nullptr;
     }
+    // What it drew from is the pool's.
+    static_cast<void>([[[CUINamedImage alloc] init] autorelease]);
     const auto wide = static_cast<std::size_t>(width);
     const auto high = static_cast<std::size_t>(height);
     return velmoranth::standins::createImage(
