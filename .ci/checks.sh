@@ -13,10 +13,12 @@ run() {
     output=$(./dev "$@" 2>&1)
     status=$?
     printf '%s\n' "$output"
-    counts=$(grep -E '^[0-9]+ passed, [0-9]+ failed(, [0-9]+ skipped)?$' <<<"$output" | tail -n 1)
-    if [[ -n $counts ]]; then
-        counted+=("$name: $counts")
-    fi
+    # One line a run; of a command that has several, headed "== NAME", each.
+    while IFS= read -r counts; do
+        counted+=("$name$counts")
+    done < <(awk '/^== / {part = ", " $2}
+        /^[0-9]+ passed, [0-9]+ failed(, [0-9]+ skipped)?$/ {told[part] = $0; order[part] = NR}
+        END {for (part in told) print order[part] "\t" part ": " told[part]}' <<<"$output" | sort -n | cut -f 2-)
     done_steps+=("$((SECONDS - begin)) s  ./dev $*")
     if [[ $status -ne 0 ]]; then
         failed+=("$*")
