@@ -97,32 +97,10 @@ bool samePictures(const std::optional<simulator::Picture>& a,
            (!a || (a->width == b->width && a->height == b->height && a->pixels == b->pixels));
 }
 
-// The path without "@2x" or "@3x" before its extension; the path itself when it has none.
-std::string withoutScale(const std::string& path) {
-    for (const std::string_view scale : {"@2x", "@3x"}) {
-        const std::size_t at = path.rfind(scale);
-        if (at != std::string::npos && path.find('/', at) == std::string::npos) {
-            return path.substr(0, at) + path.substr(at + scale.size());
-        }
-    }
-    return path;
-}
-
-// Whether the entry is a name for the screen's scale that the platform tries by itself before the
-// one that it was asked for: that one follows in the same breath.
-bool isTriedForScreen(const record::Record& record, std::size_t place) {
-    const Entry& entry = record[place];
-    const std::string plain = withoutScale(entry.subject);
-    if (entry.kind != EntryKind::missing || plain == entry.subject ||
-        entry.message != record::messageOf("Images", "imageWithContentsOfFile")) {
-        return false;
-    }
-    for (std::size_t i = place + 1; i < record.size() && record[i].message == entry.message; ++i) {
-        if (withoutScale(record[i].subject) == plain && record[i].subject != entry.subject) {
-            return true;
-        }
-    }
-    return false;
+// Whether the entry is a name that the platform tries by itself, in vain, before the one that it
+// was asked for: such an entry has that one as its argument.
+bool isTriedBeside(const Entry& entry) {
+    return entry.kind == EntryKind::missing && !entry.arguments.empty();
 }
 
 std::vector<std::string> methodsOf(const record::Record& record) {
@@ -260,11 +238,11 @@ std::vector<NearMiss> nearMissesOf(const DeviceOfRun& device, const std::vector<
 
 std::vector<AskedFile> askedFiles(const record::Record& record) {
     std::vector<AskedFile> files;
-    for (std::size_t i = 0; i < record.size(); ++i) {
-        if (!isFile(record[i]) || isTriedForScreen(record, i)) {
+    for (const Entry& entry : record) {
+        if (!isFile(entry) || isTriedBeside(entry)) {
             continue;
         }
-        AskedFile file = askedFile(record[i]);
+        AskedFile file = askedFile(entry);
         if (file.theme.empty()) {
             continue;
         }

@@ -9,8 +9,8 @@ using platform::FileExistence;
 
 namespace {
 
-// Takes down a reader's answer, "" for nil, with the files that it tried. A reader that does not
-// tell tried the path itself.
+// Takes down a reader's answer, "" for nil, with the files that it tried: those beside the path
+// have the path as an argument. A reader that does not tell tried the path itself.
 void addRead(std::string_view message, const std::string& path, const std::string& answer,
              platform::FileManager& files) {
     std::vector<TriedFile> tried = takeTried();
@@ -22,6 +22,9 @@ void addRead(std::string_view message, const std::string& path, const std::strin
                     .message = std::string(message),
                     .subject = std::move(file.path),
                     .answer = answer};
+        if (entry.subject != path) {
+            entry.arguments.push_back(words(path));
+        }
         if (!file.problem.empty()) {
             const FileExistence existence = files.fileExistsAtPathIsDirectory(entry.subject);
             entry.kind = existence.exists ? EntryKind::unreadable : EntryKind::missing;

@@ -63,8 +63,8 @@ TEST_F(RecordedServicesTest, APictureIsToldByTheFileThatItWasReadFrom) {
     picture("p.png", 4);
     EXPECT_NE(platform().images.imageWithContentsOfFile("/p.png"), nullptr);
     EXPECT_EQ(taken(),
-              "missing    /p@3x.png +[UIImage imageWithContentsOfFile:] = nil\n"
-              "found      /p@2x.png +[UIImage imageWithContentsOfFile:] = 3×3 @2x\n");
+              "missing    /p@3x.png +[UIImage imageWithContentsOfFile:] \"/p.png\" = nil\n"
+              "found      /p@2x.png +[UIImage imageWithContentsOfFile:] \"/p.png\" = 3×3 @2x\n");
 }
 
 TEST_F(RecordedServicesTest, AnUnreadableFileIsToldWithItsReason) {

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <string_view>
 
 namespace velmoranth::equality {
 namespace {
@@ -283,7 +284,12 @@ void appendItem(std::vector<std::string>& lines, const std::string& root, const 
     }
 }
 
-}  // namespace
+// A theme's image in words "52 53", or the text itself.
+std::string contentsFor(Text words) {
+    int width = 0;
+    int height = 0;
+    return std::sscanf(words, "%d %d", &width, &height) == 2 ? pngOf(width, height) : words;
+}
 
 void makePhone(const std::string& root) {
     makeFolder(root);
@@ -315,6 +321,35 @@ void makePhone(const std::string& root) {
     if (::symlink("nowhere", dangling.c_str()) != 0) {
         fail("no link", dangling);
     }
+}
+
+}  // namespace
+
+void layPhone(const Scenario& scenario, const std::string& root) {
+    makePhone(root);
+    if (scenario.preferences != nullptr) {
+        writeFile(root, kPreferencesFile, preferencesNamed(scenario.preferences));
+    }
+    if (scenario.factoryPreferences) {
+        writeFile(root, kFactoryFile, preferencesNamed("quiet"));
+    }
+    if (scenario.earlyFile != nullptr) {
+        writeFile(root, scenario.earlyFile, "early");
+    }
+}
+
+bool changeFiles(const Step& step, const std::string& root) {
+    const std::string_view message = step.message;
+    if (message == "write") {
+        writeFile(root, step.texts[0], contentsFor(step.texts[1]));
+    } else if (message == "erase") {
+        eraseFile(root, step.texts[0]);
+    } else if (message == "preferences") {
+        writeFile(root, kPreferencesFile, preferencesNamed(step.texts[0]));
+    } else {
+        return false;
+    }
+    return true;
 }
 
 void writeFile(const std::string& root, const std::string& path, const std::string& contents) {

@@ -9,8 +9,11 @@
 
 namespace velmoranth::equality {
 
-// The folders of an untouched phone that are not there yet, and three themes.
-void makePhone(const std::string& root);
+// The folders of an untouched phone that are not there yet, three themes, and what the scenario has
+// besides.
+void layPhone(const Scenario& scenario, const std::string& root);
+// Carries out a step that changes files; false for every other.
+bool changeFiles(const Step& step, const std::string& root);
 // Folders on the way are made.
 void writeFile(const std::string& root, const std::string& path, const std::string& contents);
 void eraseFile(const std::string& root, const std::string& path);

@@ -56,28 +56,15 @@ std::string shownStep(const Step& step) {
     return line + std::to_string(step.number);
 }
 
-// A theme's image in words "52 53", or the text itself.
-std::string contentsFor(Text words) {
-    int width = 0;
-    int height = 0;
-    return std::sscanf(words, "%d %d", &width, &height) == 2 ? pngOf(width, height) : words;
-}
-
 std::string carryOut(const Step& step, Side& side, std::vector<std::string>& listed) {
     const std::string message = step.message;
-    if (message == "write") {
-        writeFile(side.root(), step.texts[0], contentsFor(step.texts[1]));
-    } else if (message == "erase") {
-        eraseFile(side.root(), step.texts[0]);
-    } else if (message == "preferences") {
-        writeFile(side.root(), kPreferencesFile, preferencesNamed(step.texts[0]));
-    } else if (message == "post") {
+    if (message == "post") {
         side.post(step.texts[0]);
     } else if (message == "wait") {
         side.wait(step.number);
     } else if (message == "list") {
         listed = listFolder(side.root(), step.texts[0]);
-    } else {
+    } else if (!changeFiles(step, side.root())) {
         return side.send(step);
     }
     return "";
@@ -93,23 +80,10 @@ void appendEvents(std::string& transcript, Side& side) {
     }
 }
 
-void lay(const Scenario& scenario, const std::string& root) {
-    makePhone(root);
-    if (scenario.preferences != nullptr) {
-        writeFile(root, kPreferencesFile, preferencesNamed(scenario.preferences));
-    }
-    if (scenario.factoryPreferences) {
-        writeFile(root, kFactoryFile, preferencesNamed("quiet"));
-    }
-    if (scenario.earlyFile != nullptr) {
-        writeFile(root, scenario.earlyFile, "early");
-    }
-}
-
 std::string transcriptOf(const Scenario& scenario) {
     ::umask(022);
     const std::unique_ptr<Side> side = makeSide(scenario);
-    lay(scenario, side->root());
+    layPhone(scenario, side->root());
     std::string transcript = scenario.name + "\nload\n";
     side->load();
     appendEvents(transcript, *side);
@@ -289,21 +263,6 @@ int forEach(char** names, int count, const std::function<bool(const Scenario&)>&
 }
 
 }  // namespace
-
-std::string shownNumber(double number) {
-    std::array<char, 40> text;
-    std::snprintf(text.data(), text.size(), "%.9g", number);
-    return text.data();
-}
-
-std::string shown(const ShownImage& image) {
-    return "image " + shownNumber(image.width) + " x " + shownNumber(image.height) + " points @" +
-           shownNumber(image.scale);
-}
-
-std::string shownText(const std::optional<std::string>& text) {
-    return text ? "\"" + *text + "\"" : kNothing;
-}
 
 int runProgram(int argumentCount, char** arguments) {
     const std::string word = argumentCount > 1 ? arguments[1] : "";
