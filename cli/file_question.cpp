@@ -1,6 +1,7 @@
 #include "cli/file_question.h"
 
 #include "cli/messages.h"
+#include "cli/nearest.h"
 #include "cli/sound_events.h"
 #include "simulator/process/launcher.h"
 #include "simulator/screens/question_rows.h"
@@ -144,22 +145,6 @@ Result<void> askDevice(const Investigation& investigation, const std::string& de
     return {};
 }
 
-// Letters that differ, in the way that a person sees it: names of another folder are far.
-std::size_t distance(std::string_view a, std::string_view b) {
-    std::vector<std::size_t> row(b.size() + 1);
-    for (std::size_t j = 0; j <= b.size(); ++j) {
-        row[j] = j;
-    }
-    for (std::size_t i = 1; i <= a.size(); ++i) {
-        std::size_t diagonal = std::exchange(row[0], i);
-        for (std::size_t j = 1; j <= b.size(); ++j) {
-            const std::size_t changed = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
-            diagonal = std::exchange(row[j], std::min({row[j] + 1, row[j - 1] + 1, changed}));
-        }
-    }
-    return row.back();
-}
-
 // The theme and the name in it that a path means.
 Result<FileExplanation> fileMeant(const Investigation& investigation, const std::string& path) {
     const std::string root = investigation.device.root->hostFolder() + "/Library/Themes/";
@@ -215,8 +200,9 @@ Result<FileExplanation> explainFile(const Investigation& investigation, const st
     if (file->openings.empty()) {
         constexpr std::size_t kMostNames = 3;
         file->wanted.assign(asked.names.begin(), asked.names.end());
-        std::ranges::stable_sort(
-            file->wanted, {}, [&](const std::string& name) { return distance(name, file->name); });
+        std::ranges::stable_sort(file->wanted, {}, [&](const std::string& name) {
+            return editDistance(name, file->name);
+        });
         file->wanted.resize(std::min(file->wanted.size(), kMostNames));
     }
     return file;

@@ -18,7 +18,9 @@ bool same(char a, char b) {
     return lower(a) == lower(b);
 }
 
-std::size_t distance(std::string_view a, std::string_view b) {
+}  // namespace
+
+std::size_t editDistance(std::string_view a, std::string_view b) {
     std::vector<std::size_t> beforeLast(b.size() + 1);
     std::vector<std::size_t> last(b.size() + 1);
     std::vector<std::size_t> row(b.size() + 1);
@@ -40,8 +42,6 @@ std::size_t distance(std::string_view a, std::string_view b) {
     return row[b.size()];
 }
 
-}  // namespace
-
 std::optional<std::string_view> nearest(std::string_view word,
                                         std::span<const std::string_view> candidates) {
     if (word.empty() || word.size() > kLongestWord) {
@@ -50,7 +50,7 @@ std::optional<std::string_view> nearest(std::string_view word,
     std::optional<std::string_view> best;
     std::size_t bestDistance = std::max<std::size_t>(2, word.size() / 3) + 1;
     for (const std::string_view candidate : candidates) {
-        const std::size_t steps = distance(word, candidate);
+        const std::size_t steps = editDistance(word, candidate);
         if (steps < bestDistance && steps < std::max(word.size(), candidate.size())) {
             best = candidate;
             bestDistance = steps;

@@ -1,6 +1,7 @@
 // "Did you mean": the candidate that a mistyped word is closest to.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <span>
 #include <string>
@@ -9,8 +10,11 @@
 
 namespace velmoranth::cli {
 
-// The candidate with the fewest letters inserted, removed, exchanged or swapped with their
-// neighbour, upper and lower case alike; nothing when none is near (more than a third of the word
+// How many letters have to be inserted, removed, exchanged or swapped with their neighbour to make
+// one of the other, upper and lower case alike. Time and memory grow with the product of both.
+[[nodiscard]] std::size_t editDistance(std::string_view a, std::string_view b);
+
+// The candidate at the least distance; nothing when none is near (more than a third of the word
 // differs).
 [[nodiscard]] std::optional<std::string_view> nearest(std::string_view word,
                                                       std::span<const std::string_view> candidates);
