@@ -3,6 +3,7 @@
 #include "desktop/audio/sound_decoder.h"
 #include "desktop/audio/sound_file.h"
 
+#include "record/operations.h"
 #include "record/recorder.h"
 
 #include <algorithm>
@@ -27,6 +28,7 @@ class DesktopAudioPlayer final : public platform::AudioPlayer {
     [[nodiscard]] std::string className() const override { return "AVAudioPlayer"; }
 
     void setVolume(float volume) override {
+        record::tell(*this, record::messageOf("AudioPlayer", "setVolume"), volume);
         volume_ = std::isnan(volume) ? 0 : std::clamp(volume, 0.0F, 1.0F);
         if (voice_ != nullptr) {
             voice_->setVolume(volume_);
@@ -34,11 +36,18 @@ class DesktopAudioPlayer final : public platform::AudioPlayer {
     }
 
     // Neither kept nor called: no delegate here handles what a player has to tell.
-    void setDelegate(platform::Object& /*delegate*/) override {}
+    void setDelegate(platform::Object& delegate) override {
+        record::tell(*this, record::messageOf("AudioPlayer", "setDelegate"), delegate);
+    }
 
-    bool prepareToPlay() override { return isPlaying() || prepare(); }
+    bool prepareToPlay() override {
+        record::tell(*this, record::messageOf("AudioPlayer", "prepareToPlay"));
+        return isPlaying() || prepare();
+    }
 
     bool play() override {
+        record::tell(*this, record::messageOf("AudioPlayer", "play"));
+        const record::InPlatform platform;
         if (isPlaying()) {
             return true;
         }

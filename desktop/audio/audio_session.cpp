@@ -1,5 +1,8 @@
 #include "desktop/audio/audio_session.h"
 
+#include "record/operations.h"
+#include "record/recorder.h"
+
 #include <algorithm>
 #include <iterator>
 #include <string_view>
@@ -22,6 +25,7 @@ constexpr std::string_view kCategories[] = {
 }  // namespace
 
 bool RecordedAudioSession::setCategory(const std::string& category) {
+    record::tell(*this, record::messageOf("AudioSession", "setCategory"), category);
     requests_.push_back(category);
     if (std::find(std::begin(kCategories), std::end(kCategories), category) ==
         std::end(kCategories)) {
@@ -33,6 +37,7 @@ bool RecordedAudioSession::setCategory(const std::string& category) {
 }
 
 bool RecordedAudioSession::setActive(bool active) {
+    record::tell(*this, record::messageOf("AudioSession", "setActive"), active);
     if (!active && active_ && device_.isPlaying && device_.isPlaying()) {
         return false;
     }

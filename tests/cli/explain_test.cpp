@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -306,6 +307,33 @@ TEST_F(ExplainTest, InputThatCannotBeUsedIsToldInALine) {
     const CommandResult sound = explain({"A", "--", "sound", "loud"});
     EXPECT_EQ(sound.code, 3);
     EXPECT_EQ(sound.errors, "velmoranth: error: a sound is a number or event:NUMBER, not loud\n");
+}
+
+TEST_F(ExplainTest, WhatSessionAndPlayerAreToldIsInTheRecord) {
+    // A sound that every device has, as the theme's own.
+    ASSERT_EQ(runCommand({"device", "init", folder / "device"}).code, 0);
+    folder.file("work/A/UISounds/photoShutter.caf",
+                folder.contents("device/private/var/mobile/Library/VelMoranth/Sounds/Reboot.caf"));
+    const CommandResult result = explain({"A", "--raw", "--", "sound", "1100"});
+    EXPECT_EQ(result.code, 0) << result.errors;
+    std::vector<std::string> told;
+    std::istringstream lines(result.output);
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t at = line.find("AVAudio");
+        if (at != std::string::npos) {
+            const std::size_t begin = line.find_first_not_of(' ');
+            told.push_back(line.substr(begin, line.find(' ', begin) - begin) + line.substr(at - 2));
+        }
+    }
+    const std::vector<std::string> expected{
+        "call+[AVAudioSession sharedInstance] = AVAudioSession",
+        "message-[AVAudioSession setCategory:error:] AVAudioSession "
+        "\"AVAudioSessionCategoryAmbient\"",
+        "message-[AVAudioSession setActive:error:] AVAudioSession YES",
+        "found-[AVAudioPlayer initWithContentsOfURL:error:] = AVAudioPlayer",
+        "message-[AVAudioPlayer prepareToPlay] AVAudioPlayer",
+        "message-[AVAudioPlayer play] AVAudioPlayer"};
+    EXPECT_EQ(told, expected) << result.output;
 }
 
 TEST_F(ExplainTest, OddIdentifiersAreAskedForAsTheyAre) {

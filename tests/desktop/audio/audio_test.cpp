@@ -1,6 +1,7 @@
 #include "desktop/audio/audio.h"
 
 #include "audio_fixture.h"
+#include "record/recorder.h"
 
 #include <cstddef>
 #include <limits>
@@ -246,6 +247,45 @@ TEST_F(AudioTest, OutputIsOpenedByPlayingAlone) {
     EXPECT_EQ(output.opened, 0);
     click->play();
     EXPECT_EQ(output.opened, 1);
+}
+
+// What a session and a player are told, the engine being at work or the platform.
+std::string toldWhen(record::EntryKind worker, DesktopAudio& audio) {
+    record::Recorder recorder;
+    record::Recorder::setCurrent(&recorder);
+    {
+        const record::Frame frame({.kind = worker, .message = "-[A b]"});
+        SilentDelegate delegate;
+        const platform::AudioSessionRef session = audio.sharedInstance();
+        session->setCategory("AVAudioSessionCategoryAmbient");
+        session->setCategory("none");
+        session->setActive(true);
+        const auto click = audio.audioPlayerWithData(bytesOf(cafFile({.seconds = 0.1})));
+        click->setDelegate(delegate);
+        click->setVolume(0.5F);
+        EXPECT_TRUE(click->prepareToPlay());
+        EXPECT_TRUE(click->play());
+        EXPECT_TRUE(click->play());
+        session->setActive(false);
+    }
+    return record::textOf(recorder.take());
+}
+
+TEST_F(AudioTest, WhatTheEngineTellsIsRecorded) {
+    EXPECT_EQ(toldWhen(record::EntryKind::entered, audio_),
+              "entered    -[A b]\n"
+              "  message    -[AVAudioSession setCategory:error:] AVAudioSession "
+              "\"AVAudioSessionCategoryAmbient\"\n"
+              "  message    -[AVAudioSession setCategory:error:] AVAudioSession \"none\"\n"
+              "  message    -[AVAudioSession setActive:error:] AVAudioSession YES\n"
+              "  message    -[AVAudioPlayer setDelegate:] AVAudioPlayer NSObject\n"
+              "  message    -[AVAudioPlayer setVolume:] AVAudioPlayer 0.5\n"
+              "  message    -[AVAudioPlayer prepareToPlay] AVAudioPlayer\n"
+              "  message    -[AVAudioPlayer play] AVAudioPlayer\n"
+              "  message    -[AVAudioPlayer play] AVAudioPlayer\n"
+              "  message    -[AVAudioSession setActive:error:] AVAudioSession NO\n")
+        << "that a player makes the session active is its own affair";
+    EXPECT_EQ(toldWhen(record::EntryKind::original, audio_), "platform   -[A b]\n");
 }
 
 }  // namespace
