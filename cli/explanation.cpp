@@ -183,6 +183,34 @@ Result<bool> staysAfterChange(const Investigation& investigation, RunningScreen&
     return samePictures(answer->picture, explanation.picture);
 }
 
+// What the record alone says.
+Explanation explanationOf(const Question& question, record::Record record) {
+    Explanation explanation;
+    explanation.question = question;
+    explanation.methods = methodsOf(record);
+    explanation.files = askedFiles(record);
+    explanation.record = std::move(record);
+    return explanation;
+}
+
+// What devices with other themes, with none, or asked for something else have to say about it.
+void askOthers(const Investigation& investigation, Explanation& explanation) {
+    const Question& question = explanation.question;
+    if (question.word != "mask" && question.word != "overlay" && question.word != "shadow") {
+        explanation.effects = effectsOf(investigation, explanation.record);
+    }
+    explanation.shown = lastRead(explanation.record, explanation.effects);
+    if (explanation.shown) {
+        explanation.hidden =
+            hiddenBy(investigation, question, *explanation.shown, explanation.effects);
+    }
+    if (auto stock = askOnce(investigation, question, false)) {
+        explanation.stock = std::move(stock->picture);
+    }
+    explanation.isStock = samePictures(explanation.picture, explanation.stock);
+    explanation.nearMisses = nearMissesOf(investigation.device, explanation.files);
+}
+
 }  // namespace
 
 Result<std::unique_ptr<RunningScreen>> startProcess(const Investigation& investigation,
@@ -262,50 +290,23 @@ Result<Explanation> explain(const Investigation& investigation, const Question& 
         return tl::unexpected(std::move(process.error()));
     }
     static_cast<void>((*process)->takeRecord());
-    auto first = (*process)->ask(question);
-    if (!first && (*process)->processId() != 0) {
-        return tl::unexpected(std::move(first.error()));
+    auto answer = (*process)->ask(question);
+    if (!answer && (*process)->processId() != 0) {
+        return tl::unexpected(std::move(answer.error()));
     }
-    if (!first) {
-        Explanation result;
-        result.question = question;
-        result.failure = std::move(first.error());
-        result.record = (*process)->takeRecord();
-        result.methods = methodsOf(result.record);
-        result.files = askedFiles(result.record);
+    if (!answer) {
+        Explanation result = explanationOf(question, (*process)->takeRecord());
+        result.failure = std::move(answer.error());
         return result;
     }
     const auto again = (*process)->ask(question);
     if (!again) {
         return tl::unexpected(again.error());
     }
-    Explanation result{.question = question,
-                       .methods = methodsOf(first->record),
-                       .files = askedFiles(first->record),
-                       .shown = {},
-                       .hidden = {},
-                       .effects = {},
-                       .picture = std::move(first->picture),
-                       .stock = {},
-                       .nearMisses = {},
-                       .failure = {},
-                       .record = std::move(first->record)};
-    const auto reads = askedFiles(again->record);
-    result.isKept = std::ranges::none_of(reads, isRead);
-    const bool isOwn =
-        question.word == "mask" || question.word == "overlay" || question.word == "shadow";
-    if (!isOwn) {
-        result.effects = effectsOf(investigation, result.record);
-    }
-    result.shown = lastRead(result.record, result.effects);
-    if (result.shown) {
-        result.hidden = hiddenBy(investigation, question, *result.shown, result.effects);
-    }
-    if (auto stock = askOnce(investigation, question, false)) {
-        result.stock = std::move(stock->picture);
-    }
-    result.isStock = samePictures(result.picture, result.stock);
-    result.nearMisses = nearMissesOf(investigation.device, result.files);
+    Explanation result = explanationOf(question, std::move(answer->record));
+    result.picture = std::move(answer->picture);
+    result.isKept = std::ranges::none_of(askedFiles(again->record), isRead);
+    askOthers(investigation, result);
     if (result.shown && result.picture) {
         const auto stays = staysAfterChange(investigation, **process, question, result);
         result.needsRespring = stays && *stays;
