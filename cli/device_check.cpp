@@ -115,12 +115,16 @@ desktop::Result<std::shared_ptr<DeviceRoot>> openDevice(const std::string& folde
     return root;
 }
 
-std::vector<std::string> activeThemes(const DeviceRoot& root) {
-    std::vector<std::string> names;
+platform::Dictionary preferencesOn(const DeviceRoot& root) {
     const auto contents = desktop::readPropertyList(root, preferencesOf(root));
     const auto* const preferences = contents ? contents->as<platform::Dictionary>() : nullptr;
-    const PropertyList* const themes =
-        preferences == nullptr ? nullptr : platform::objectForKey(*preferences, "ActiveThemes");
+    return preferences == nullptr ? platform::Dictionary() : *preferences;
+}
+
+std::vector<std::string> activeThemes(const DeviceRoot& root) {
+    std::vector<std::string> names;
+    const platform::Dictionary preferences = preferencesOn(root);
+    const PropertyList* const themes = platform::objectForKey(preferences, "ActiveThemes");
     const auto* const entries = themes == nullptr ? nullptr : themes->as<PropertyList::Array>();
     for (std::size_t i = 0; entries != nullptr && i < entries->size(); ++i) {
         if (const auto* const name = entries->at(i).as<std::string>()) {

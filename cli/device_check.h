@@ -4,6 +4,7 @@
 
 #include "desktop/files/device_root.h"
 #include "desktop/result/result.h"
+#include "platform/foundation.h"
 
 #include <memory>
 #include <string>
@@ -14,6 +15,9 @@ namespace velmoranth::cli {
 // Opens a device root. Fails when it is no folder or cannot be written to.
 [[nodiscard]] desktop::Result<std::shared_ptr<desktop::DeviceRoot>> openDevice(
     const std::string& folder);
+
+// Its preferences; nothing where they cannot be read.
+[[nodiscard]] platform::Dictionary preferencesOn(const desktop::DeviceRoot& root);
 
 // The themes that its preferences name, the first asked first; nothing where they name none.
 [[nodiscard]] std::vector<std::string> activeThemes(const desktop::DeviceRoot& root);

@@ -7,8 +7,8 @@
 #include "cli/picture_file.h"
 #include "cli/preferences.h"
 #include "cli/preview_options.h"
+#include "cli/preview_report.h"
 #include "cli/preview_steps.h"
-#include "cli/theme_report.h"
 #include "cli/throw_away_device.h"
 #include "desktop/files/cleanup.h"
 #include "simulator/process/launcher.h"
@@ -18,7 +18,6 @@
 
 #include <cerrno>
 #include <chrono>
-#include <future>
 #include <string>
 #include <utility>
 #include <vector>
@@ -148,59 +147,27 @@ Result<void> checkOutputs(const PreviewOptions& options) {
     return {};
 }
 
-// Beside the drawing, since it takes about as long.
-std::future<Result<ThemeReport>> beginReport(const PreviewOptions& options,
-                                             const Investigation& investigation) {
-    if (options.isQuiet || options.kind == PreviewKind::stock || options.themes.empty()) {
-        return {};
-    }
-    return std::async(std::launch::async, [&investigation] { return reportThemes(investigation); });
-}
-
-// What cannot be found out is left out: the picture is there.
-void tellReport(std::future<Result<ThemeReport>>& reported, const PreviewOptions& options,
-                const Investigation& investigation) {
-    if (!reported.valid()) {
-        return;
-    }
-    const auto report = reported.get();
-    if (!report) {
-        return;
-    }
-    for (const std::string& line : linesOf(*report, options.themes)) {
-        note(line);
-    }
-    if (const std::string line = judgeMask(investigation, *report); !line.empty()) {
-        note(line);
-    }
-}
-
 Result<void> drawOnce(const PreviewOptions& options, const DeviceOfRun& device) {
     const ScreenRequest request = requestFor(options, device);
-    const Investigation investigation{device, options.device, options.settings};
-    auto report = beginReport(options, investigation);
+    PreviewReport report(options, device);
     const auto screen = simulator::renderScreen(request);
     if (!screen) {
         return tl::unexpected(screen.error());
     }
     notePage(options, *screen);
-    if (options.kind != PreviewKind::sideBySide) {
-        auto delivered = deliver(options, screen->picture);
-        if (delivered) {
-            tellReport(report, options, investigation);
+    simulator::Picture picture = screen->picture;
+    if (options.kind == PreviewKind::sideBySide) {
+        ScreenRequest stockRequest = request;
+        stockRequest.loadEngine = false;
+        const auto stock = simulator::renderScreen(stockRequest);
+        if (!stock) {
+            return tl::unexpected(stock.error());
         }
-        return delivered;
+        picture = sideBySide({stock->picture, "Stock"}, {picture, captionOf(device)});
     }
-    ScreenRequest stockRequest = request;
-    stockRequest.loadEngine = false;
-    const auto stock = simulator::renderScreen(stockRequest);
-    if (!stock) {
-        return tl::unexpected(stock.error());
-    }
-    auto delivered = deliver(
-        options, sideBySide({stock->picture, "Stock"}, {screen->picture, captionOf(device)}));
+    auto delivered = deliver(options, picture);
     if (delivered) {
-        tellReport(report, options, investigation);
+        report.tell();
     }
     return delivered;
 }

@@ -1,10 +1,9 @@
 #include "cli/theme_report.h"
 
+#include "cli/calendar_report.h"
 #include "cli/messages.h"
 #include "simulator/screens/question_rows.h"
 
-#include "record/operations.h"
-#include "record/words.h"
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -42,30 +41,6 @@ void addFiles(std::vector<AskedFile>& all, const std::vector<AskedFile>& more) {
             all.push_back(file);
         }
     }
-}
-
-// Names of fonts that were asked for in vain.
-void addFonts(std::vector<std::string>& fonts, const record::Record& record) {
-    for (const record::Entry& entry : record) {
-        if (entry.message == record::messageOf("Fonts", "fontWithNameSize") &&
-            entry.answer == record::kNil && !entry.arguments.empty() &&
-            entry.arguments.front() != record::kNil &&
-            std::ranges::find(fonts, entry.arguments.front()) == fonts.end()) {
-            fonts.push_back(entry.arguments.front());
-        }
-    }
-}
-
-// The theme's property list, when the record asks for no font by a name.
-AskedFile bareCalendarIn(const record::Record& record, const std::vector<AskedFile>& files) {
-    const bool asksNamelessly = std::ranges::any_of(record, [](const record::Entry& entry) {
-        return entry.message == record::messageOf("Fonts", "fontWithNameSize") &&
-               !entry.arguments.empty() && entry.arguments.front() == record::kNil;
-    });
-    const auto list = std::ranges::find_if(files, [](const AskedFile& file) {
-        return file.state == EntryKind::found && file.name.ends_with(".plist");
-    });
-    return asksNamelessly && list != files.end() ? *list : AskedFile();
 }
 
 // Of the alpha of every pixel: the least and the greatest.
@@ -115,9 +90,8 @@ Result<ThemeReport> reportThemes(const Investigation& investigation) {
         }
         const auto asked = askedFiles(answer->record);
         addFiles(files, asked);
-        addFonts(report.fonts, answer->record);
-        if (report.bareCalendar.path.empty()) {
-            report.bareCalendar = bareCalendarIn(answer->record, asked);
+        if (report.calendar.empty()) {
+            report.calendar = calendarFindings(investigation.device, answer->record);
         }
         const auto shown = lastRead(answer->record, effects);
         (shown ? report.themedApps : report.otherApps).push_back(app);
@@ -203,15 +177,7 @@ std::vector<std::string> linesOf(const ThemeReport& report,
         lines.push_back(
             fmt::format("{} more files give no picture", report.unreadable.size() - kMostFiles));
     }
-    for (const std::string& font : report.fonts) {
-        lines.push_back(fmt::format("the calendar's font {} is none of the device's", shown(font)));
-    }
-    if (!report.bareCalendar.path.empty()) {
-        lines.push_back(fmt::format(
-            "{} has no font for the calendar: without the calendar's keys the text stands at the "
-            "icon's top edge",
-            shown(report.bareCalendar.theme + "/" + report.bareCalendar.name)));
-    }
+    std::ranges::copy(report.calendar, std::back_inserter(lines));
     return lines;
 }
 

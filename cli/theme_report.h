@@ -17,11 +17,8 @@ struct ThemeReport {
     std::vector<std::string> parts;       // "mask", "folder", "badges"
     std::vector<NearMiss> nearMisses;     // files that lie where nothing looks
     std::vector<AskedFile> unreadable;    // files that were found and gave nothing
-    std::vector<std::string> fonts;       // names that the calendar asked for and the device lacks
-    // A theme's property list that the calendar was drawn by and that names no font; "" without
-    // one.
-    AskedFile bareCalendar;
-    AskedFile mask;  // "" without one
+    std::vector<std::string> calendar;    // lines about the property list that it was drawn by
+    AskedFile mask;                       // "" without one
     // An app whose icon is a theme's and is masked; "" without one.
     std::string maskedApp;
 };

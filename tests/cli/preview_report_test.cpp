@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -95,27 +97,202 @@ TEST_F(PreviewReportTest, AMaskThatHidesEverythingOrNothingIsTold) {
     EXPECT_NE(report().find("AppIconMask.png hides nothing"), std::string::npos);
 }
 
-TEST_F(PreviewReportTest, AFontThatTheDeviceLacksIsTold) {
-    folder.file(
-        "work/A/Info.plist",
-        "<plist><dict><key>CalendarIconDateSettings</key><dict><key>FontName</"
-        "key><string>NoSuchFont</string><key>FontSize</key><real>12</real></dict></dict></plist>");
-    picture("work/A/IconBundles/com.apple.mobilecal-large.png");
-    const std::string text = report();
-    EXPECT_NE(
-        text.find("\nvelmoranth: the calendar's font \"NoSuchFont\" is none of the device's\n"),
-        std::string::npos)
-        << text;
+// Of the user's own device.
+class DeviceReportTest : public PreviewReportTest {
+  protected:
+    DeviceReportTest() {
+        EXPECT_EQ(runCommand({"device", "init", folder / "device"}).code, 0);
+        set({"enable=yes", "ActiveThemes=A,B"});
+    }
+
+    void set(std::vector<std::string> words) const {
+        words.insert(words.begin(), {"settings", "set"});
+        words.insert(words.end(), {"--root", folder / "device"});
+        EXPECT_EQ(runCommand(words).code, 0);
+    }
+
+    [[nodiscard]] std::string reportOfDevice() const {
+        const CommandResult result = runCommand({"preview", "--root", "../device"}, setting());
+        EXPECT_EQ(result.code, 0);
+        EXPECT_EQ(folder.names("tmp"), "") << "the copy is gone";
+        return result.errors;
+    }
+
+    // Every file but the sockets of processes.
+    [[nodiscard]] std::string contents() const {
+        std::string all;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(folder / "device")) {
+            const std::string name = entry.path().lexically_relative(folder.path()).string();
+            if (entry.is_regular_file() && !entry.is_symlink()) {
+                all += name + "\n" + folder.contents(name);
+            }
+        }
+        return all;
+    }
+};
+
+constexpr const char* kThemes = "device/Library/Themes/";
+
+TEST_F(DeviceReportTest, ItsActiveThemesAreReportedWithItsSettings) {
+    picture(std::string(kThemes) + "A/IconBundles/com.apple.Maps-large.png");
+    picture(std::string(kThemes) + "B/IconBundles/com.apple.news-large.png");
+    picture(std::string(kThemes) + "C/IconBundles/com.apple.Home-large.png");
+    picture(std::string(kThemes) + "B/Bundles/com.apple.mobileicons.framework/AppIconMask.png",
+            {255, 255, 255});
+    // A preview without --root has the mask on where nothing is said; a device has it off then.
+    folder.file("device/private/var/mobile/Library/Preferences/com.qor.velmoranthprefs.plist",
+                "<plist><dict><key>enable</key><true/><key>ActiveThemes</key><array><string>A"
+                "</string><string>B</string><string>A</string></array></dict></plist>");
+    const std::string plain = reportOfDevice();
+    EXPECT_TRUE(plain.starts_with("velmoranth: 2 of ")) << plain;
+    EXPECT_NE(plain.find(" apps have an icon of the themes; mask; nothing for "), std::string::npos)
+        << plain;
+    EXPECT_TRUE(
+        plain.ends_with(" apps (velmoranth explain ../device/Library/Themes/A "
+                        "../device/Library/Themes/B -- icon '*')\n"))
+        << plain;
+    set({"enableIconMask=yes"});
+    const std::string masked = reportOfDevice();
+    EXPECT_NE(masked.find("\nvelmoranth: B/Bundles/com.apple.mobileicons.framework/"
+                          "AppIconMask.png hides everything"),
+              std::string::npos)
+        << masked;
 }
 
-TEST_F(PreviewReportTest, AnInfoPlistWithoutTheCalendarsKeysIsTold) {
-    folder.file("work/A/Info.plist",
-                "<plist><dict><key>Name</key><string>A</string></dict></plist>");
+TEST_F(DeviceReportTest, NothingOfItChanges) {
+    picture(std::string(kThemes) + "A/IconBundles/com.apple.Maps-large.png");
+    picture(std::string(kThemes) + "A/Bundles/com.apple.mobileicons.framework/AppIconMask.png");
+    set({"enableIconMask=yes", "ActiveThemes=A"});
+    ASSERT_EQ(runCommand({"preview", "--quiet", "--root", "../device"}, setting()).code, 0);
+    const std::string before = contents();
+    EXPECT_TRUE(reportOfDevice().starts_with("velmoranth: 1 of "));
+    EXPECT_TRUE(contents() == before);
+}
+
+TEST_F(DeviceReportTest, ThemesThatAreNoFoldersAreLeftOut) {
+    picture(std::string(kThemes) + "A/IconBundles/com.apple.Maps-large.png");
+    picture("elsewhere/IconBundles/com.apple.news-large.png");
+    folder.link(std::string(kThemes) + "B", folder / "elsewhere");
+    EXPECT_NE(reportOfDevice().find("velmoranth: 1 of "), std::string::npos);
+    set({"ActiveThemes=B"});
+    EXPECT_EQ(reportOfDevice().find(" apps "), std::string::npos);
+    set({"ActiveThemes=A", "enable=no"});
+    const std::string off = reportOfDevice();
+    EXPECT_NE(off.find("so theming is off\n"), std::string::npos);
+    EXPECT_EQ(std::ranges::count(off, '\n'), 1) << off;
+}
+
+// The lines about the calendar of a theme whose Info.plist says that.
+class CalendarReportTest : public PreviewReportTest {
+  protected:
+    [[nodiscard]] static std::string text(const std::string& key, const std::string& value) {
+        return "<key>" + key + "</key><string>" + value + "</string>";
+    }
+
+    [[nodiscard]] static std::string settings(const std::string& key, const std::string& contents) {
+        return "<key>" + key + "</key><dict>" + contents + "</dict>";
+    }
+
+    void list(const std::string& theme, const std::string& contents) const {
+        folder.file("work/" + theme + "/Info.plist",
+                    "<plist><dict>" + contents + "</dict></plist>");
+    }
+
+    // Behind the first line, which counts.
+    [[nodiscard]] std::string about(const std::string& contents,
+                                    const std::vector<std::string>& more = {}) const {
+        list("A", contents);
+        picture("work/A/IconBundles/com.apple.mobilecal-large.png");
+        const std::string all = report(more);
+        EXPECT_TRUE(all.starts_with("velmoranth: 1 of ")) << all;
+        return all.substr(all.find('\n') + 1);
+    }
+
+    const std::string font_ = text("FontName", "AvenirNext-Medium");
+    const std::string understood_ =
+        settings("CalendarIconDateSettings", font_) + settings("CalendarIconDaySettings", font_);
+};
+
+constexpr const char* kAbout = "velmoranth: A/Info.plist: ";
+
+TEST_F(CalendarReportTest, WhatIsUnderstoodIsNotTold) {
+    EXPECT_EQ(about(understood_), "");
+    EXPECT_EQ(about(settings("CalendarIconDateSettings", font_ + text("TextColor", " 0x1a2b3c ") +
+                                                             text("ShadowColor", "ffffff")) +
+                    settings("CalendarIconDaySettings",
+                             font_ + text("TextColor", "808080") + text("Other", "#1"))),
+              "");
+}
+
+TEST_F(CalendarReportTest, AFontThatTheDeviceLacksIsTold) {
+    const std::string odd = text("FontName", "NoSuchFont");
+    EXPECT_EQ(about(settings("CalendarIconDateSettings", odd) +
+                    settings("CalendarIconDaySettings", font_)),
+              std::string(kAbout) + "the date's font \"NoSuchFont\" is none of the device's\n");
+    EXPECT_EQ(about(settings("CalendarIconDateSettings", font_) +
+                    settings("CalendarIconDaySettings", odd)),
+              std::string(kAbout) + "the weekday's font \"NoSuchFont\" is none of the device's\n");
+    EXPECT_EQ(about(settings("CalendarIconDateSettings", font_) +
+                    settings("CalendarIconDaySettings", "")),
+              std::string(kAbout) +
+                  "CalendarIconDaySettings names no font, so the weekday is written in the "
+                  "device's own\n");
+}
+
+TEST_F(CalendarReportTest, AColorThatShowsAsAnotherOneIsTold) {
+    const auto line = [](const std::string& what, const std::string& shows) {
+        return std::string(kAbout) + what + " is not understood and shows as " + shows +
+               "; write six hexadecimal digits, as in FF8000\n";
+    };
+    const std::string good = text("TextColor", "FF0000");
+    EXPECT_EQ(
+        about(settings("CalendarIconDateSettings", font_ + text("TextColor", "#FF0000")) +
+              settings("CalendarIconDaySettings", font_ + good + text("ShadowColor", "white"))),
+        line("the date's TextColor \"#FF0000\"", "#808080") +
+            line("the weekday's ShadowColor \"white\"", "#808080"));
+    // The other way round, and one of whose letters only the A counts.
+    EXPECT_EQ(
+        about(settings("CalendarIconDateSettings", font_ + good + text("ShadowColor", "12345")) +
+              settings("CalendarIconDaySettings", font_ + text("TextColor", "Orange"))),
+        line("the date's ShadowColor \"12345\"", "#808080") +
+            line("the weekday's TextColor \"Orange\"", "#000A00"));
+}
+
+TEST_F(CalendarReportTest, AValueOfAWrongKindIsTold) {
+    EXPECT_EQ(
+        about(settings("CalendarIconDateSettings", font_ + "<key>TextColor</key><integer>112233"
+                                                           "</integer>") +
+              settings("CalendarIconDaySettings", font_ + "<key>FontSize</key><array/>")),
+        std::string(kAbout) +
+            "TextColor in CalendarIconDateSettings is no string and counts as missing\n" + kAbout +
+            "FontSize in CalendarIconDaySettings is no number and counts as missing\n");
+    EXPECT_EQ(about(settings("CalendarIconDateSettings", font_) +
+                    text("CalendarIconDaySettings", "FF0000")),
+              std::string(kAbout) +
+                  "CalendarIconDaySettings in the property list is no dictionary and counts as "
+                  "missing\n");
+}
+
+TEST_F(CalendarReportTest, ATextThatNothingIsSaidAboutIsTold) {
+    EXPECT_EQ(about(settings("CalendarIconDateSettings", font_)),
+              std::string(kAbout) +
+                  "CalendarIconDaySettings is missing, so the weekday stands at the icon's top "
+                  "edge in the device's own font\n");
+    const std::string bare = std::string(kAbout) +
+                             "there is nothing about the calendar in it, so the texts stand at the "
+                             "icon's top edge in the device's own font";
+    EXPECT_EQ(about(text("Name", "A")), bare + "\n");
+    // The list of the theme below has what this one lacks.
+    list("B", text("Name", "B"));
+    EXPECT_EQ(about(text("Name", "A"), {"B"}), bare + "\n");
+    list("C", understood_);
+    EXPECT_EQ(about(text("Name", "A"), {"B", "C"}),
+              bare + "; what C/Info.plist says is not read\n");
+}
+
+TEST_F(CalendarReportTest, AThemeWithoutAListHasTheDevicesOwn) {
     picture("work/A/IconBundles/com.apple.mobilecal-large.png");
-    const std::string text = report();
-    EXPECT_NE(text.find("\nvelmoranth: A/Info.plist has no font for the calendar: "),
-              std::string::npos)
-        << text;
+    EXPECT_EQ(std::ranges::count(report(), '\n'), 1);
 }
 
 }  // namespace

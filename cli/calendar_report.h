@@ -1,0 +1,20 @@
+// What a property list says about the calendar's icon and the icon does not show, from the record
+// of a device that has drawn it.
+#pragma once
+
+#include "cli/throw_away_device.h"
+
+#include "record/entry.h"
+
+#include <string>
+#include <vector>
+
+namespace velmoranth::cli {
+
+// A line each, beginning with the list's name: a font that the device lacks, a colour that shows as
+// another one, a value of a wrong kind, a text that nothing is said about. Nothing for the record
+// of another icon. The list is read from the device that the record is of.
+[[nodiscard]] std::vector<std::string> calendarFindings(const DeviceOfRun& device,
+                                                        const record::Record& record);
+
+}  // namespace velmoranth::cli

@@ -1,0 +1,89 @@
+#include "cli/preview_report.h"
+
+#include "cli/device_check.h"
+#include "cli/messages.h"
+#include "cli/preferences.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+namespace velmoranth::cli {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// The folders of the device's active themes that are there, none twice. One behind a link is left
+// out: it would mean another folder here than on the device.
+std::vector<std::string> themeFolders(const desktop::DeviceRoot& root,
+                                      const std::string& shownRoot) {
+    std::vector<std::string> folders;
+    std::error_code error;
+    const fs::path themes = fs::canonical(root.hostFolder(), error) / "Library/Themes";
+    for (const std::string& theme : activeThemes(root)) {
+        const fs::path folder = themes / theme;
+        std::string shownFolder = fs::path(shownRoot) / "Library/Themes" / theme;
+        if (!theme.empty() && theme.find('/') == std::string::npos &&
+            fs::canonical(folder, error) == folder && fs::is_directory(folder, error) &&
+            std::ranges::find(folders, shownFolder) == folders.end()) {
+            folders.push_back(std::move(shownFolder));
+        }
+    }
+    return folders;
+}
+
+// The device's settings, with those off that it does not have and that a preview has on.
+platform::Dictionary settingsOf(const desktop::DeviceRoot& root) {
+    platform::Dictionary settings = preferencesOn(root);
+    for (const auto& [key, value] : previewPreferences({})) {
+        settings.emplace(key, false);
+    }
+    settings.erase("ActiveThemes");
+    return settings;
+}
+
+}  // namespace
+
+PreviewReport::PreviewReport(const PreviewOptions& options, const DeviceOfRun& device)
+    : folders_(options.themes) {
+    if (options.isQuiet || options.kind == PreviewKind::stock) {
+        return;
+    }
+    platform::Dictionary settings = options.settings;
+    if (!options.root.empty()) {
+        folders_ = themeFolders(*device.root, options.root);
+        settings = settingsOf(*device.root);
+        // Where theming is off a warning has said so.
+        if (folders_.empty() || !platform::boolValue(platform::objectForKey(settings, "enable"))) {
+            return;
+        }
+        auto copy = makeDevice(folders_, settings);
+        if (!copy) {
+            return;
+        }
+        copy_ = std::move(*copy);
+    }
+    investigation_ = std::make_unique<const Investigation>(
+        Investigation{copy_ ? *copy_ : device, options.device, std::move(settings)});
+    report_ = std::async(std::launch::async, [this] { return reportThemes(*investigation_); });
+}
+
+void PreviewReport::tell() {
+    if (!report_.valid()) {
+        return;
+    }
+    const auto report = report_.get();
+    if (!report) {
+        return;
+    }
+    for (const std::string& line : linesOf(*report, folders_)) {
+        note(line);
+    }
+    if (const std::string line = judgeMask(*investigation_, *report); !line.empty()) {
+        note(line);
+    }
+}
+
+}  // namespace velmoranth::cli

@@ -1,0 +1,36 @@
+// What a preview says about its themes below the picture's line. It is found out beside the
+// drawing, since it takes about as long.
+#pragma once
+
+#include "cli/explanation.h"
+#include "cli/preview_options.h"
+#include "cli/theme_report.h"
+#include "cli/throw_away_device.h"
+#include "desktop/result/result.h"
+
+#include <future>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velmoranth::cli {
+
+class PreviewReport {
+  public:
+    // Begins, unless the options want no report. `device` is the preview's and outlives this
+    // object. Of the user's own one a copy is asked, so that nothing of it changes.
+    PreviewReport(const PreviewOptions& options, const DeviceOfRun& device);
+
+    // Waits for it and says it. What cannot be found out is left out: the picture is there.
+    void tell();
+
+  private:
+    std::optional<DeviceOfRun> copy_;
+    std::unique_ptr<const Investigation> investigation_;
+    std::vector<std::string> folders_;  // of the themes, as the user may give them
+    // Last: what it asks outlives it.
+    std::future<desktop::Result<ThemeReport>> report_;
+};
+
+}  // namespace velmoranth::cli
