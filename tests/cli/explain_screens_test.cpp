@@ -58,6 +58,8 @@ const std::vector<ScreenRow>& screenRows() {
         {ScreenKind::weather, {{"weather", "clear-day", ""}}},
         {ScreenKind::controls, {{"knob", "", ""}, {"symbol", "gear", ""}}},
         {ScreenKind::gallery, {kIcon, {"icon", "com.apple.weather", ""}}},
+        {ScreenKind::icons,
+         {kIcon, {"calendar", "", ""}, {"clock", "", ""}, {"mask", "", ""}, {"overlay", "", ""}}},
     };
     return kRows;
 }
