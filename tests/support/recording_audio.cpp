@@ -1,16 +1,21 @@
 #include "tests/support/recording_audio.h"
 
+#include "record/operations.h"
+#include "record/recorder.h"
+
 #include <array>
 #include <cstdio>
 
 namespace velmoranth::tests {
 
 bool RecordingAudioSession::setCategory(const std::string& category) {
+    record::tell(*this, record::messageOf("AudioSession", "setCategory"), category);
     journal_.write("session category " + category);
     return succeeds;
 }
 
 bool RecordingAudioSession::setActive(bool active) {
+    record::tell(*this, record::messageOf("AudioSession", "setActive"), active);
     journal_.write(active ? "session active" : "session inactive");
     return succeeds;
 }
@@ -22,6 +27,7 @@ RecordingAudioPlayer::~RecordingAudioPlayer() {
 }
 
 void RecordingAudioPlayer::setVolume(float volume) {
+    record::tell(*this, record::messageOf("AudioPlayer", "setVolume"), static_cast<double>(volume));
     std::array<char, 40> text{};
     std::snprintf(text.data(), text.size(), "%.9g", static_cast<double>(volume));
     journal_.write("player volume " + std::string(text.data()));
@@ -29,16 +35,19 @@ void RecordingAudioPlayer::setVolume(float volume) {
 }
 
 void RecordingAudioPlayer::setDelegate(platform::Object& delegate) {
+    record::tell(*this, record::messageOf("AudioPlayer", "setDelegate"), delegate);
     journal_.write("player delegate " + delegate.className());
     delegate_ = &delegate;
 }
 
 bool RecordingAudioPlayer::prepareToPlay() {
+    record::tell(*this, record::messageOf("AudioPlayer", "prepareToPlay"));
     journal_.write("player prepare " + name_);
     return true;
 }
 
 bool RecordingAudioPlayer::play() {
+    record::tell(*this, record::messageOf("AudioPlayer", "play"));
     journal_.write("player play " + name_);
     return true;
 }

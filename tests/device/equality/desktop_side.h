@@ -14,6 +14,8 @@
 
 #include "device/equality/phone_files.h"
 #include "device/equality/transcript.h"
+#include "record/recorded_services.h"
+#include "record/recorder.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -101,45 +103,6 @@ struct Feedback final : platform::UIFeedback {
     std::uint32_t number_;
 };
 
-struct SoundWord {
-    std::string_view beginning;
-    std::string_view message;  // what follows the beginning stands at the "*"
-};
-
-// The messages behind what the recording session and players write. Nothing is asked of the phone
-// for data that is not there, so "player of nil data" has none.
-inline constexpr SoundWord kSoundWords[] = {
-    {"session shared", "+[AVAudioSession sharedInstance]"},
-    {"session category ", "-[AVAudioSession setCategory: \"*\" error: null]"},
-    {"session active", "-[AVAudioSession setActive: YES error: null]"},
-    {"player of file ", "-[AVAudioPlayer initWithContentsOfURL: \"*\" error: null]"},
-    {"player of data of ", "-[AVAudioPlayer initWithData: * error: null]"},
-    {"player delegate ", "-[AVAudioPlayer setDelegate: <*>]"},
-    {"player volume ", "-[AVAudioPlayer setVolume: *]"},
-    {"player prepare ", "-[AVAudioPlayer prepareToPlay]"},
-    {"player play ", "-[AVAudioPlayer play]"},
-};
-
-inline std::optional<std::string> soundEvent(const std::string& line) {
-    for (const SoundWord& word : kSoundWords) {
-        if (!line.starts_with(word.beginning)) {
-            continue;
-        }
-        std::string rest = line.substr(word.beginning.size());
-        if (word.beginning == "player of data of ") {
-            rest = rest.substr(0, rest.find(' '));
-        } else if (word.beginning == "player volume ") {
-            rest = shownNumber(static_cast<double>(std::strtof(rest.c_str(), nullptr)));
-        }
-        std::string message(word.message);
-        if (const std::size_t star = message.find('*'); star != std::string::npos) {
-            message.replace(star, 1, rest);
-        }
-        return "sound: " + message;
-    }
-    return std::nullopt;
-}
-
 inline std::string shownFrame(const platform::Rect& frame) {
     return shownNumber(frame.origin.x) + " " + shownNumber(frame.origin.y) + " " +
            shownNumber(frame.size.width) + " " + shownNumber(frame.size.height);
@@ -170,6 +133,14 @@ class DesktopSide final : public Side {
 
     [[nodiscard]] std::string root() const override { return device_.hostFolder(); }
 
+    void startRecording() override {
+        recorded_ = std::make_unique<record::RecordedServices>(platform::platform(), nullptr);
+        platform::setPlatform(recorded_->platform());
+        record::Recorder::setCurrent(&recorder_);
+    }
+
+    [[nodiscard]] record::Record takeRecord() override { return recorder_.take(); }
+
     void load() override {
         writeCatalogs();
         core::registerClasses();
@@ -184,6 +155,8 @@ class DesktopSide final : public Side {
             std::abort();
         }
         answer_ = step.given == Given::image ? given_ : nullptr;
+        // What the engine tells sounds is its own doing.
+        const record::Frame frame({.kind = record::EntryKind::callback, .message = step.message});
         std::string result = answer->second(step);
         answer_ = given_;
         return result;
@@ -210,19 +183,11 @@ class DesktopSide final : public Side {
     std::vector<std::string> events() override {
         takeQueued();
         std::vector<std::string> all;
-        for (const std::string& line : device_.journal.log()) {
-            all.push_back("log: " + line);
-        }
         for (const std::string& line : device_.journal.linesWith("warning: ")) {
             // Classes that only other processes have.
             if (line.find("message not found") == std::string::npos &&
                 line.find("nil class") == std::string::npos) {
                 all.push_back(line);
-            }
-        }
-        for (const std::string& line : device_.journal.lines()) {
-            if (const auto sound = soundEvent(line)) {
-                all.push_back(*sound);
             }
         }
         device_.journal.clear();
@@ -434,6 +399,8 @@ class DesktopSide final : public Side {
     }
 
     tests::TestDevice device_;
+    std::unique_ptr<record::RecordedServices> recorded_;
+    record::Recorder recorder_;
     std::shared_ptr<const desktop::DeviceRoot> root_;
     desktop::DesktopBundles bundles_;
     desktop::DesktopCatalogClass catalogClass_;

@@ -10,6 +10,7 @@
 #import "device/standins/controllers.h"
 #import "device/standins/core_ui.h"
 #import "device/standins/images.h"
+#import "device/standins/records.h"
 #import "device/standins/springboard.h"
 #import "device/standins/system.h"
 #import <Foundation/Foundation.h>
@@ -175,10 +176,15 @@ class DeviceSide final : public Side {
 
     [[nodiscard]] std::string root() const override { return root_; }
 
+    void startRecording() override { standins::startRecording(); }
+
+    [[nodiscard]] record::Record takeRecord() override { return standins::takeRecord(); }
+
     void load() override {
-        addCatalogs();
-        standins::clearJournal();
-        standins::clearLog();
+        {
+            const standins::Unrecorded mine;
+            addCatalogs();
+        }
         standins::loadLibrary();
     }
 
@@ -207,16 +213,6 @@ class DeviceSide final : public Side {
 
     std::vector<std::string> events() override {
         std::vector<std::string> all;
-        for (const std::string& line : standins::logLines()) {
-            all.push_back("log: " + line);
-        }
-        standins::clearLog();
-        for (const std::string& line : standins::journal()) {
-            if (isSoundMessage(line)) {
-                all.push_back("sound: " + withVolume(line));
-            }
-        }
-        standins::clearJournal();
         appendAlerts(all);
         for (UIView* const view in [[controller_ view] subviews]) {
             all.push_back("over the screen: " + shownView(view));
@@ -226,20 +222,6 @@ class DeviceSide final : public Side {
 
   private:
     using Answer = std::function<std::string(const Step& step)>;
-
-    static bool isSoundMessage(std::string_view line) {
-        return line.substr(1).starts_with("[AVAudio");
-    }
-
-    // The number in as many digits as tell one volume from another.
-    static std::string withVolume(const std::string& line) {
-        const std::string beginning = "-[AVAudioPlayer setVolume: ";
-        if (!line.starts_with(beginning)) {
-            return line;
-        }
-        const float volume = strtof(line.c_str() + beginning.size(), nullptr);
-        return beginning + shownNumber(static_cast<double>(volume)) + "]";
-    }
 
     void answer(UIImage* image) {
         current_ = image;

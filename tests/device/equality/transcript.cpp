@@ -1,6 +1,8 @@
 #include "device/equality/transcript.h"
 
 #include "device/equality/phone_files.h"
+#include "record/operations.h"
+#include "record/words.h"
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -74,7 +76,39 @@ void appendLine(std::string& transcript, const std::string& line) {
     transcript += onOneLine(withoutAddresses(line)) + "\n";
 }
 
+// Which entries both sides have: files, lines of the log, and what sounds are told. The phone's
+// library calls chmod and mkdir as the C library has them, and makes no player of data that is not
+// there.
+bool isCompared(const record::Entry& entry) {
+    using record::EntryKind;
+    if (entry.message == record::messageOf("Audio", "audioPlayerWithData") &&
+        entry.arguments == std::vector<std::string>{record::kNil}) {
+        return false;
+    }
+    return entry.kind == EntryKind::log || entry.kind == EntryKind::found ||
+           entry.kind == EntryKind::missing || entry.kind == EntryKind::unreadable ||
+           (entry.kind == EntryKind::written && entry.message.starts_with('-')) ||
+           entry.message.find("[AVAudio") == 1;
+}
+
+// Why a file gives nothing is told by the desktop's readers alone, and a written image's bytes are
+// each encoder's own.
+std::string shownEntry(record::Entry entry) {
+    entry.depth = 0;
+    entry.reason.clear();
+    if (entry.kind == record::EntryKind::written) {
+        std::erase_if(entry.arguments,
+                      [](const std::string& argument) { return argument.ends_with(" bytes"); });
+    }
+    return record::lineOf(entry);
+}
+
 void appendEvents(std::string& transcript, Side& side) {
+    for (const record::Entry& entry : side.takeRecord()) {
+        if (isCompared(entry)) {
+            appendLine(transcript, "    " + shownEntry(entry));
+        }
+    }
     for (const std::string& event : side.events()) {
         appendLine(transcript, "    " + event);
     }
@@ -84,6 +118,7 @@ std::string transcriptOf(const Scenario& scenario) {
     ::umask(022);
     const std::unique_ptr<Side> side = makeSide(scenario);
     layPhone(scenario, side->root());
+    side->startRecording();
     std::string transcript = scenario.name + "\nload\n";
     side->load();
     appendEvents(transcript, *side);

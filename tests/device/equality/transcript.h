@@ -17,6 +17,7 @@
 #pragma once
 
 #include "device/equality/requests.h"
+#include "record/entry.h"
 
 #include <memory>
 #include <optional>
@@ -35,6 +36,8 @@ class Side {
 
     // The folder with the phone's files.
     [[nodiscard]] virtual std::string root() const = 0;
+    // From now on what the process does is taken down.
+    virtual void startRecording() = 0;
     // The library comes into the process.
     virtual void load() = 0;
     // What comes back, in words; "" for nothing.
@@ -43,8 +46,9 @@ class Side {
     virtual void post(const std::string& name) = 0;
     // Time passes on the main queue.
     virtual void wait(long long milliseconds) = 0;
-    // What has happened since the last time: lines of the log, messages to sounds, alerts, and what
-    // lies over the screen, each kind in its order.
+    // What the process did since the last time.
+    [[nodiscard]] virtual record::Record takeRecord() = 0;
+    // What there is to see since the last time, in words: alerts, and what lies over the screen.
     [[nodiscard]] virtual std::vector<std::string> events() = 0;
 };
 

@@ -1,6 +1,7 @@
 #import "device/standins/system.h"
 
 #import "device/standins/standin.h"
+#include "record/recorder.h"
 #include <CoreFoundation/CoreFoundation.h>
 #import <Foundation/Foundation.h>
 #import <Foundation/NSOperatingSystemVersion.h>
@@ -133,6 +134,9 @@ void NSLogv(NSString* format, va_list arguments) {
     if (!velmoranth::standins::isOfGnustep(line)) {
         const std::scoped_lock lock(systemState().mutex);
         systemState().log.push_back(line);
+        if (auto* const recorder = velmoranth::record::Recorder::current()) {
+            recorder->add({.kind = velmoranth::record::EntryKind::log, .subject = line});
+        }
     }
     [text release];
 }
