@@ -21,6 +21,7 @@
 #include <iterator>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <vector>
 
@@ -121,7 +122,7 @@ int greatestDifference(const RenderedScreen& screen, const fs::path& file, std::
     return greatest;
 }
 
-const ShownIcon& iconOf(const RenderedScreen& screen, const std::string& identifier) {
+const ShownIcon& iconOf(const RenderedScreen& screen, std::string_view identifier) {
     return *std::find_if(screen.icons.begin(), screen.icons.end(), [&](const ShownIcon& icon) {
         return icon.bundleIdentifier == identifier;
     });
