@@ -1,5 +1,8 @@
 #include "tests/support/recording_alerts.h"
 
+#include "record/operations.h"
+#include "record/recorder.h"
+
 namespace velmoranth::tests {
 
 namespace {
@@ -35,6 +38,8 @@ platform::AlertActionRef RecordingAlerts::actionWithTitleStyleHandler(
 
 void RecordingViewController::presentViewControllerAnimated(
     const platform::ViewControllerRef& controller, bool animated) {
+    record::tell(*this, record::messageOf("ViewController", "presentViewControllerAnimated"),
+                 controller, animated);
     journal_.write(name_ + " presents " +
                    (controller == nullptr ? std::string("nil") : controller->className()) +
                    (animated ? " animated" : " not animated"));

@@ -191,7 +191,6 @@ class DesktopSide final : public Side {
             }
         }
         device_.journal.clear();
-        appendAlerts(all);
         for (const platform::ViewRef& view : device_.application.rootView->subviews()) {
             all.push_back("over the screen: " + shownView(view));
         }
@@ -222,26 +221,6 @@ class DesktopSide final : public Side {
             text += " with " + shownImage(imageView->image());
         }
         return text;
-    }
-
-    void appendAlerts(std::vector<std::string>& all) {
-        const auto& presented = device_.application.root->presented();
-        for (; alertsShown_ < presented.size(); ++alertsShown_) {
-            const auto alert =
-                std::dynamic_pointer_cast<tests::RecordingAlertController>(presented[alertsShown_]);
-            if (alert == nullptr) {
-                all.emplace_back("alert: not one");
-                continue;
-            }
-            std::string line = "alert: " + shownText(alert->real().title()) + " " +
-                               shownText(alert->real().message()) + " style " +
-                               std::to_string(static_cast<int>(alert->real().style()));
-            for (const auto& action : alert->real().actions()) {
-                line += " button " + shownText(action->title()) + " style " +
-                        std::to_string(static_cast<int>(action->style()));
-            }
-            all.push_back(line);
-        }
     }
 
     // What has come to the main queue since the last time comes due from now on.
@@ -410,7 +389,6 @@ class DesktopSide final : public Side {
     platform::SBUISoundRef sound_ = std::make_shared<PlainObject<platform::SBUISound>>("SBUISound");
     std::shared_ptr<desktop::DesktopImageView> badgeBackground_;
     std::map<std::string, Answer> answers_;
-    std::size_t alertsShown_ = 0;
     long long now_ = 0;  // nanoseconds
     std::vector<std::pair<long long, std::function<void()>>> waiting_;
 };

@@ -213,7 +213,6 @@ class DeviceSide final : public Side {
 
     std::vector<std::string> events() override {
         std::vector<std::string> all;
-        appendAlerts(all);
         for (UIView* const view in [[controller_ view] subviews]) {
             all.push_back("over the screen: " + shownView(view));
         }
@@ -264,28 +263,6 @@ class DeviceSide final : public Side {
         standins::setKeyWindow(window);
         [view release];
         [window release];
-    }
-
-    // Each is taken away once it is told of.
-    void appendAlerts(std::vector<std::string>& all) {
-        UIViewController* const presented = controller_->_presentedViewController;
-        if (presented == nil) {
-            return;
-        }
-        if (![presented isKindOfClass:[UIAlertController class]]) {
-            all.emplace_back("alert: not one");
-            return;
-        }
-        UIAlertController* const alert = static_cast<UIAlertController*>(presented);
-        std::string line = "alert: " + shownText(textOf(alert->_title)) + " " +
-                           shownText(textOf(alert->_message)) + " style " +
-                           std::to_string(alert->_preferredStyle);
-        for (UIAlertAction* const action in alert->_actions) {
-            line += " button " + shownText(textOf(action->_title)) + " style " +
-                    std::to_string(action->_style);
-        }
-        all.push_back(line);
-        setVariable(controller_, "_presentedViewController", nil);
     }
 
     void addCatalogs() {

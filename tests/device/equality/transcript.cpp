@@ -14,6 +14,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <functional>
+#include <iterator>
 #include <utility>
 
 namespace velmoranth::equality {
@@ -76,9 +77,13 @@ void appendLine(std::string& transcript, const std::string& line) {
     transcript += onOneLine(withoutAddresses(line)) + "\n";
 }
 
-// Which entries both sides have: files, lines of the log, and what sounds are told. The phone's
-// library calls chmod and mkdir as the C library has them, and makes no player of data that is not
-// there.
+// Of messages, as they begin behind the sign.
+constexpr const char* kComparedClasses[] = {"[AVAudio", "[UIAlert", "[UIApplication ",
+                                            "[UIViewController present"};
+
+// Which entries both sides have: files, lines of the log, alerts, and what sounds are told. The
+// phone's library calls chmod and mkdir as the C library has them, and makes no player of data that
+// is not there.
 bool isCompared(const record::Entry& entry) {
     using record::EntryKind;
     if (entry.message == record::messageOf("Audio", "audioPlayerWithData") &&
@@ -88,7 +93,8 @@ bool isCompared(const record::Entry& entry) {
     return entry.kind == EntryKind::log || entry.kind == EntryKind::found ||
            entry.kind == EntryKind::missing || entry.kind == EntryKind::unreadable ||
            (entry.kind == EntryKind::written && entry.message.starts_with('-')) ||
-           entry.message.find("[AVAudio") == 1;
+           std::any_of(std::begin(kComparedClasses), std::end(kComparedClasses),
+                       [&](const char* cls) { return entry.message.find(cls) == 1; });
 }
 
 // Why a file gives nothing is told by the desktop's readers alone, and a written image's bytes are

@@ -48,7 +48,7 @@ class Side {
     virtual void wait(long long milliseconds) = 0;
     // What the process did since the last time.
     [[nodiscard]] virtual record::Record takeRecord() = 0;
-    // What there is to see since the last time, in words: alerts, and what lies over the screen.
+    // What lies over the screen now, in words, and what the runtime warned of since the last time.
     [[nodiscard]] virtual std::vector<std::string> events() = 0;
 };
 

@@ -1,6 +1,7 @@
 #import "device/standins/records.h"
 
 #import "device/standins/av_foundation.h"
+#import "device/standins/controllers.h"
 #import "device/standins/images.h"
 #include "record/operations.h"
 #include "record/recorder.h"
@@ -112,6 +113,11 @@ struct Methods {
     Method<void (*)(id, SEL, id)> setDelegate;
     Method<BOOL (*)(id, SEL)> prepareToPlay;
     Method<BOOL (*)(id, SEL)> play;
+    Method<id (*)(id, SEL, NSString*, NSString*, NSInteger)> alert;
+    Method<id (*)(id, SEL, NSString*, NSInteger, id)> action;
+    Method<void (*)(id, SEL, id)> addAction;
+    Method<void (*)(id, SEL, id, BOOL, id)> present;
+    Method<id (*)(id, SEL)> keyWindow;
 };
 
 Methods methods;
@@ -131,6 +137,15 @@ void addRead(std::string_view message, NSString* path, id answer) {
          .message = std::string(message),
          .subject = textOf(path),
          .answer = wordsOf(answer)});
+}
+
+void addCall(const Call& call, std::string_view message, std::vector<std::string> arguments,
+             id answer) {
+    if (call.isTheLibrarys()) {
+        add({.message = std::string(message),
+             .arguments = std::move(arguments),
+             .answer = wordsOf(answer)});
+    }
 }
 
 // The answer of one of Foundation's methods that read a file.
@@ -192,6 +207,12 @@ constexpr auto kVolume = messageOf("AudioPlayer", "setVolume");
 constexpr auto kDelegate = messageOf("AudioPlayer", "setDelegate");
 constexpr auto kPrepare = messageOf("AudioPlayer", "prepareToPlay");
 constexpr auto kPlay = messageOf("AudioPlayer", "play");
+
+constexpr auto kAlert = messageOf("Alerts", "alertControllerWithTitleMessagePreferredStyle");
+constexpr auto kAction = messageOf("Alerts", "actionWithTitleStyleHandler");
+constexpr auto kAddAction = messageOf("AlertController", "addAction");
+constexpr auto kPresent = messageOf("ViewController", "presentViewControllerAnimated");
+constexpr auto kKeyWindow = messageOf("Application", "keyWindow");
 
 void replaceReads() {
     methods.fileExists.replace(kFileExists.data(), [](id self, SEL name, NSString* path) -> BOOL {
@@ -307,9 +328,7 @@ void replaceSession() {
     methods.sharedInstance.replace(kShared.data(), [](id self, SEL name) -> id {
         const Call call;
         const id answer = methods.sharedInstance.own(self, name);
-        if (call.isTheLibrarys()) {
-            add({.message = std::string(kShared), .answer = wordsOf(answer)});
-        }
+        addCall(call, kShared, {}, answer);
         return answer;
     });
     methods.setCategory.replace(kCategory.data(),
@@ -340,11 +359,7 @@ void replacePlayers() {
         kPlayerOfData.data(), [](id self, SEL name, NSData* data, NSError** error) -> id {
             const Call call;
             const id player = methods.playerOfData.own(self, name, data, error);
-            if (call.isTheLibrarys()) {
-                add({.message = std::string(kPlayerOfData),
-                     .arguments = {wordsOf(data)},
-                     .answer = wordsOf(player)});
-            }
+            addCall(call, kPlayerOfData, {wordsOf(data)}, player);
             return player;
         });
     methods.setVolume.replace(kVolume.data(), [](id self, SEL name, float volume) {
@@ -369,6 +384,42 @@ void replacePlayers() {
     });
 }
 
+void replaceAlerts() {
+    methods.alert.replace(
+        kAlert.data(),
+        [](id self, SEL name, NSString* title, NSString* message, NSInteger style) -> id {
+            const Call call;
+            const id answer = methods.alert.own(self, name, title, message, style);
+            addCall(call, kAlert, {wordsOf(title), wordsOf(message), words(style)}, answer);
+            return answer;
+        });
+    methods.action.replace(
+        kAction.data(), [](id self, SEL name, NSString* title, NSInteger style, id handler) -> id {
+            const Call call;
+            const id answer = methods.action.own(self, name, title, style, handler);
+            addCall(call, kAction, {wordsOf(title), words(style)}, answer);
+            return answer;
+        });
+    methods.addAction.replace(kAddAction.data(), [](id self, SEL name, id action) {
+        const Call call;
+        addMessage(call, kAddAction, self, {wordsOf(action)});
+        methods.addAction.own(self, name, action);
+    });
+    methods.present.replace(
+        kPresent.data(), [](id self, SEL name, id controller, BOOL isAnimated, id completion) {
+            const Call call;
+            addMessage(call, kPresent, self,
+                       {wordsOf(controller), words(static_cast<bool>(isAnimated))});
+            methods.present.own(self, name, controller, isAnimated, completion);
+        });
+    methods.keyWindow.replace(kKeyWindow.data(), [](id self, SEL name) -> id {
+        const Call call;
+        const id answer = methods.keyWindow.own(self, name);
+        addCall(call, kKeyWindow, {}, answer);
+        return answer;
+    });
+}
+
 }  // namespace
 
 Unrecorded::Unrecorded() : isOutermost_(depth == 0) {
@@ -388,6 +439,7 @@ void startRecording() {
     replaceChanges();
     replaceSession();
     replacePlayers();
+    replaceAlerts();
 }
 
 record::Record takeRecord() {
