@@ -20,6 +20,7 @@ import re
 import struct
 import sys
 
+import check_instructions
 import check_pointers
 import macho
 import pointer_rules
@@ -286,6 +287,10 @@ def checks_of(library, arguments):
     linking = "see the flags in scripts/device-toolchain.sh"
     yield "kind", linking, lambda: check_kind(library)
     yield "load commands", linking, lambda: check_load_commands(library, arguments.install_name)
+    if isinstance(library, Slice):
+        # What follows pointers relies on them.
+        named = open_library(arguments.unstripped) if arguments.unstripped else library
+        yield "chains", "see scripts/arm64e/chains.py", lambda: check_pointers.check_chains(library, named)
     if arguments.exports:
         exports = read_list(arguments.exports)
         yield "exports", f"compare {arguments.exports}", lambda: check_exports(library, exports)
@@ -313,12 +318,11 @@ def checks_of(library, arguments):
 def slice_checks(library, arguments):
     named = open_library(arguments.unstripped) if arguments.unstripped else library
     rules = pointer_rules.read_rules(arguments.rules)
-    fixups, signing = "see scripts/arm64e/chains.py", "see scripts/arm64e/sign_assembly.py"
-    yield "chains", fixups, lambda: check_pointers.check_chains(library)
+    signing = "see scripts/arm64e/sign_assembly.py"
     yield "tables", "see scripts/arm64e/make_slice.py", lambda: check_pointers.check_tables(library)
     yield "numbers of names", "see scripts/pointer_rules.py", check_pointers.check_numbers
     yield "signed pointers", signing, lambda: check_pointers.check_pointers(library, named, rules)
-    yield "return addresses", signing, lambda: check_pointers.check_code(library, named)
+    yield "return addresses", signing, lambda: check_instructions.check_code(library, named, rules)
 
 
 def open_library(path):

@@ -8,6 +8,7 @@ from macho import BadFile, MachO, Bind
 from pointer_rules import KEYS, Rule
 
 PAGE = 0x1000
+DISTANCE = 51  # where a pointer has the distance to the next one, in words
 # A symbol of another library; the ordinal is that library's.
 Target = collections.namedtuple("Target", "ordinal symbol addend flags")
 # `target` is an address here or a Target, `rule` what it is signed by, or None.
@@ -17,7 +18,7 @@ Pointer = collections.namedtuple("Pointer", "target rule")
 class Slice(MachO):
     def __init__(self, data):
         super().__init__(data)
-        self.chain_problems = []
+        self.chain_problems = []  # of (what is wrong, the address or None)
         self.targets = []
         self.pages = []  # of (segment, page), one for each chain
         self.pointers = {}  # by address
@@ -33,8 +34,8 @@ class Slice(MachO):
         return [Bind(address, pointer.target.symbol, pointer.target.ordinal)
                 for address, pointer in self.pointers.items() if isinstance(pointer.target, Target)]
 
-    def wrong(self, text):
-        self.chain_problems.append(text)
+    def wrong(self, text, address=None):
+        self.chain_problems.append((text, address))
 
     def read_chains(self):
         info = self.dyld_info()
@@ -98,11 +99,13 @@ class Slice(MachO):
         elif self.pages and page < self.pages[-1]:
             self.wrong(f"has its chains in {segment.name} out of order")
         self.pages.append(page)
+        last = segment.address + offset
         while True:
             if offset // PAGE != page[1] or offset % 8 or offset + 8 > segment.size:
-                self.wrong(f"has a chain that leaves its page at {segment.address + offset:#x}")
+                self.wrong("has a chain that leaves its page behind that", last)
                 return
-            distance = self.read_pointer(segment.address + offset)
+            last = segment.address + offset
+            distance = self.read_pointer(last)
             if distance == 0:
                 return
             offset += 8 * distance
@@ -110,20 +113,26 @@ class Slice(MachO):
     def read_pointer(self, address):
         """Gives the distance to the next one, in words."""
         raw = super().word(address)
+        target, rule, fits = self.meaning(raw)
+        if target is None:
+            self.wrong(f"has a pointer to symbol {raw & 0xFFFF}, of {len(self.targets)},", address)
+            return 0
+        if not fits:
+            self.wrong("has bits without a meaning in its pointer", address)
+        self.pointers[address] = Pointer(target, rule)
+        return raw >> DISTANCE & 0x7FF
+
+    def meaning(self, raw):
+        """(what a pointer of these bits becomes, how it is signed, whether all of its bits have a meaning). The first
+        is None for a symbol that there is not."""
         is_signed, is_bound = raw >> 63, raw >> 62 & 1
         rule = Rule(KEYS[raw >> 49 & 3], bool(raw >> 48 & 1), raw >> 32 & 0xFFFF) if is_signed else None
         if is_bound:
-            if raw & 0xFFFF >= len(self.targets):
-                self.wrong(f"has a pointer at {address:#x} to symbol {raw & 0xFFFF}, of {len(self.targets)}")
-                return 0
-            if raw >> 16 & 0xFFFF or not is_signed and raw >> 32 & 0x7FFFF:
-                self.wrong(f"has bits without a meaning in its pointer at {address:#x}")
-            target = self.targets[raw & 0xFFFF]
-        elif is_signed:
-            target = self.segments[0].address + (raw & 0xFFFFFFFF)
-        else:
-            # The topmost 8 bits, and 43 with a sign.
-            low = raw & (1 << 43) - 1
-            target = (raw >> 43 & 0xFF) << 56 | (low - (1 << 43) if low >> 42 else low) & (1 << 56) - 1
-        self.pointers[address] = Pointer(target, rule)
-        return raw >> 51 & 0x7FF
+            fits = not (raw >> 16 & 0xFFFF or not is_signed and raw >> 32 & 0x7FFFF)
+            target = self.targets[raw & 0xFFFF] if raw & 0xFFFF < len(self.targets) else None
+            return target, rule, fits and target is not None
+        if is_signed:
+            return self.segments[0].address + (raw & 0xFFFFFFFF), rule, True
+        # The topmost 8 bits, and 43 with a sign.
+        low = raw & (1 << 43) - 1
+        return (raw >> 43 & 0xFF) << 56 | (low - (1 << 43) if low >> 42 else low) & (1 << 56) - 1, None, True

@@ -50,6 +50,8 @@ def read_rules(path=DOCUMENT):
             raise BadTable(f"has a row that is no rule: {kind} {key} {address} {number}")
         if number not in ("0", "of its name", "stack pointer"):
             raise BadTable(f"has no such number: {number}")
+        if kind == "return address" and key not in ("ia", "ib"):
+            raise BadTable(f"signs return addresses with {key}, which is no key of instructions")
         rules[kind] = Rule(key, address == "yes", OF_ITS_NAME if number == "of its name" else 0)
     missing = [kind for kind in KINDS if kind not in rules]
     if missing:

@@ -4,64 +4,38 @@ that scripts/check_macho.py fails for others that have one thing wrong with each
 
 usage: slice_test.py FOLDER-FOR-THE-SAMPLES [unittest arguments]"""
 
-import pathlib
 import re
 import shutil
 import struct
 import sys
-import tempfile
 import unittest
 
 from samples import ROOT, SCRIPTS, failures, resigned, run
+import slices
+from slices import Changed, Slices, check
+from wrong_code import Code  # noqa: F401, for it to be run
 import check_pointers
 import macho
 import pointer_rules
+from macho import WORD
 from macho_slice import Slice, Target
 from pointer_rules import Rule
-
-HERE = pathlib.Path(__file__).resolve().parent
-SAMPLES = None
-
-
-def check(library, unstripped, *more):
-    return run(SCRIPTS / "check_macho.py", "--unstripped", unstripped, "--exports", HERE / "sample/exports.txt",
-               "--tables", HERE / "sample/tables.txt", "--stubs", ROOT / "device/sysroot", "--stubs", SAMPLES / "stubs",
-               *more, library)
-
-
-class Slices(unittest.TestCase):
-    def setUp(self):
-        self.folder = pathlib.Path(tempfile.mkdtemp())
-        self.addCleanup(shutil.rmtree, self.folder)
-        self.good = (SAMPLES / "slice.dylib").read_bytes()
-        self.slice = Slice(self.good)
-        self.named = Slice((SAMPLES / "slice-unstripped.dylib").read_bytes())
-
-    def written(self, data, name="changed.dylib"):
-        path = self.folder / name
-        path.write_bytes(data)
-        return path
-
-    def make(self, library):
-        output = self.folder / "made.dylib"
-        result = run(SCRIPTS / "arm64e/make_slice.py", library, output)
-        return result, output
 
 
 class Making(Slices):
     def test_the_slice_passes_every_check(self):
-        result = check(SAMPLES / "slice.dylib", SAMPLES / "slice-unstripped.dylib")
+        result = check(slices.SAMPLES / "slice.dylib", slices.SAMPLES / "slice-unstripped.dylib")
         self.assertEqual((result.returncode, result.stderr), (0, ""), result.stdout)
         for name in ("chains", "tables", "numbers of names", "signed pointers", "return addresses"):
             self.assertIn(name, result.stdout.splitlines()[0])
 
     def test_other_tools_know_what_it_is(self):
-        self.assertRegex(run("file", SAMPLES / "slice.dylib").stdout, "arm64")
-        self.assertEqual(run("llvm-lipo-19", "-archs", SAMPLES / "slice.dylib").stdout.split(), ["arm64e"])
+        self.assertRegex(run("file", slices.SAMPLES / "slice.dylib").stdout, r"Mach-O 64-bit arm64e ")
+        self.assertEqual(run("llvm-lipo-19", "-archs", slices.SAMPLES / "slice.dylib").stdout.split(), ["arm64e"])
 
     def test_every_kind_of_pointer_is_in_it(self):
         counts = check_pointers.count_pointers(self.slice, self.named)
-        self.assertEqual(set(counts), {*pointer_rules.KINDS, "unsigned"} - {"vtable pointer", "return address"})
+        self.assertEqual(set(counts), {*pointer_rules.KINDS, "unsigned"} - {"return address"})
         # Two methods of the class and +load, and two of the category.
         self.assertEqual((counts["method"], counts["initialiser"], counts["block function"], counts["block helper"]),
                          (5, 2, 1, 2))
@@ -79,7 +53,7 @@ class Making(Slices):
         self.assertEqual([each.symbol for each in self.slice.targets if each.flags & 1], ["_sampleObject"])
 
     def test_nothing_but_the_tables_the_pointers_and_two_fields_differs(self):
-        linked = macho.MachO((SAMPLES / "slice.dylib.linked").read_bytes())
+        linked = macho.MachO((slices.SAMPLES / "slice.dylib.linked").read_bytes())
         self.assertEqual(self.slice.exports(), linked.exports())
         self.assertEqual(self.slice.dylibs, linked.dylibs)
         for key, section in linked.sections.items():
@@ -91,7 +65,7 @@ class Making(Slices):
         self.assertEqual(self.slice.data[:8] + bytes([0, 0, 0, 0]) + self.slice.data[12:32], linked.data[:32])
 
     def test_again_and_elsewhere_it_is_the_same(self):
-        result, output = self.make(SAMPLES / "slice.dylib.linked")
+        result, output = self.make(slices.SAMPLES / "slice.dylib.linked")
         self.assertEqual((result.returncode, result.stdout, result.stderr), (0, "", ""))
         self.assertEqual(output.read_bytes(), self.good)
 
@@ -104,10 +78,10 @@ class Making(Slices):
         result = run(other / "tests/device/structure/build_slices", output, timeout=110)
         self.assertEqual(result.returncode, 0, result.stderr)
         for name in ("slice.dylib", "slice-unstripped.dylib"):
-            self.assertEqual((output / name).read_bytes(), (SAMPLES / name).read_bytes(), name)
+            self.assertEqual((output / name).read_bytes(), (slices.SAMPLES / name).read_bytes(), name)
 
     def test_a_library_without_signed_pointers(self):
-        result, output = self.make(SAMPLES / "plain.dylib")
+        result, output = self.make(slices.SAMPLES / "plain.dylib")
         self.assertEqual(result.returncode, 0, result.stderr)
         made = Slice(output.read_bytes())
         self.assertEqual(made.chain_problems, [])
@@ -116,7 +90,7 @@ class Making(Slices):
         self.assertEqual(signed, [(Rule("ia", True, 0), "___objc_personality_v0")])
         plain, named = self.folder / "plain.dylib", self.folder / "named.dylib"
         shutil.copy(output, plain)
-        shutil.copy(self.make(SAMPLES / "plain-unstripped.dylib")[1], named)
+        shutil.copy(self.make(slices.SAMPLES / "plain-unstripped.dylib")[1], named)
         self.assertEqual(failures(check(plain, named))[0], "signed pointers")
 
     def test_what_cannot_be_made_into_a_slice_is_one_line(self):
@@ -125,7 +99,7 @@ class Making(Slices):
                              ("without-signature", "has no load command 0x1d"),
                              ("chained", "has chained fix-ups; link it with -no_fixup_chains"),
                              ("slice", "is no Mach-O file for arm64")):
-            result, output = self.make(SAMPLES / f"{name}.dylib")
+            result, output = self.make(slices.SAMPLES / f"{name}.dylib")
             self.assertEqual(result.returncode, 1)
             self.assertRegex(result.stderr, rf"^make_slice.py: \S*/{name}.dylib: {reason}\n$")
             self.assertFalse(output.exists())
@@ -134,51 +108,18 @@ class Making(Slices):
         self.assertRegex(result.stderr, r"^make_slice.py: .*none.dylib'\n$")
 
     def test_damaged_libraries_are_one_line(self):
-        linked = (SAMPLES / "slice.dylib.linked").read_bytes()
+        linked = (slices.SAMPLES / "slice.dylib.linked").read_bytes()
         for size in [*range(0, 3000, 97), *range(3000, len(linked), 4999)]:
             result, _ = self.make(self.written(linked[:size]))
             self.assertEqual((result.returncode, len(result.stderr.splitlines())), (1, 1), size)
 
 
-class Wrong(Slices):
+class Wrong(Changed):
     """Each has one thing wrong, in both the library and that with its names, and one check says so."""
 
-    def checked(self, change):
-        paths = []
-        for source in (self.slice, self.named):
-            data = bytearray(source.data)
-            change(source, data)
-            paths.append(self.written(resigned(data), f"changed-{len(paths)}.dylib"))
-        return check(*paths)
-
-    def fails(self, change, wanted, message):
-        result = self.checked(change)
-        self.assertEqual(set(failures(result)), {wanted}, result.stdout + result.stderr)
-        self.assertEqual(result.returncode, 1)
-        self.assertRegex(result.stdout, message)
-
-    def first(self, library, kind):
-        """The first pointer of a kind that has the most bits to get wrong."""
-        pointers = check_pointers.Pointers(library, check_pointers.Names(self.named))
-        pointers.find_all()
-        return next(address for address, pointer in sorted(library.pointers.items())
-                    if pointers.kind_of(address, pointer) == kind)
-
-    def changed_pointer(self, kind, change):
-        """Changes the bits of that pointer: `change` is given those of its fix-up."""
-        def work(library, data):
-            place = library.offset_of(self.first(library, kind))
-            raw, = struct.unpack_from("<Q", data, place)
-            struct.pack_into("<Q", data, place, change(raw))
-        return work
-
-    def unsigned(self, raw):
-        bound, low = raw >> 62 & 1, raw & (0xFFFF if raw >> 62 & 1 else 0xFFFFFFFF)
-        return raw & 0x7FF << 51 | bound << 62 | low
-
     def all_kinds(self, change, message):
-        for kind in ("method", "initialiser", "function", "block function", "block helper", "vtable entry", "type info",
-                     "personality"):
+        for kind in ("method", "initialiser", "function", "block function", "block helper", "vtable pointer", "vtable entry",
+                     "type info", "personality"):
             with self.subTest(kind):
                 self.fails(self.changed_pointer(kind, change), "signed pointers", f"has the {kind} at .* as {message}")
 
@@ -193,7 +134,8 @@ class Wrong(Slices):
         self.all_kinds(lambda raw: raw ^ 1 << 48, "(ia|da), .*, not (ia|da), ")
 
     def test_another_number(self):
-        for kind in ("method", "initialiser", "function", "block function", "block helper", "type info", "personality"):
+        for kind in ("method", "initialiser", "function", "block function", "block helper", "vtable pointer", "type info",
+                     "personality"):
             with self.subTest(kind):
                 self.fails(self.changed_pointer(kind, lambda raw: raw ^ 1 << 33), "signed pointers",
                            f"has the {kind} at .*, 2, not")
@@ -236,6 +178,67 @@ class Wrong(Slices):
             struct.pack_into("<Q", data, place, raw & ~0xFFFF | number)
         self.fails(work, "signed pointers", "signed, though _sampleObject may be absent")
 
+    def chain_problems(self, change):
+        """What is wrong with the chains once the library's bytes were changed."""
+        data = bytearray(self.good)
+        change(data)
+        return check_pointers.check_chains(Slice(bytes(data)), self.named)
+
+    def leave_out(self, data, address, raw=None):
+        """The chain goes past a pointer, which may become what the linker has left there."""
+        before = max((each for each in self.slice.pointers if each < address), default=0)
+        values = [struct.unpack_from("<Q", data, self.slice.offset_of(each))[0] for each in (before, address)]
+        distances = [value >> 51 & 0x7FF for value in values]
+        if before // 0x1000 != address // 0x1000:
+            return False
+        distance = sum(distances) if distances[1] else 0
+        struct.pack_into("<Q", data, self.slice.offset_of(before), values[0] & ~(0x7FF << 51) | distance << 51)
+        if raw is not None:
+            struct.pack_into("<Q", data, self.slice.offset_of(address), raw)
+        return True
+
+    def test_pointers_of_every_section_that_a_chain_leaves_out(self):
+        names = check_pointers.Names(self.named)
+        kinds = {}
+        for address, pointer in self.slice.pointers.items():
+            is_last = struct.unpack_from("<Q", self.good, self.slice.offset_of(address))[0] >> 51 & 0x7FF == 0
+            kinds.setdefault((names.section_of(address)[1], isinstance(pointer.target, Target), pointer.rule is None, is_last),
+                             []).append(address)
+        tried = set()
+        for kind, addresses in kinds.items():
+            for address in addresses[:3]:
+                changed = []
+                problems = self.chain_problems(lambda data: changed.append(self.leave_out(data, address)))
+                if changed[0]:
+                    tried.add(kind[:3])
+                    self.assertTrue(any(problem.endswith(f" at {names.near(address)}") for problem in problems), (kind, problems))
+        self.assertLessEqual({("__const", True, False), ("__const", False, False), ("__cfstring", True, True), ("__const", False, True),
+                              ("__cfstring", False, True), ("__objc_const", False, True), ("__objc_data", False, True)}, tried)
+
+    def test_pointers_that_are_left_as_the_linker_has_them(self):
+        names = check_pointers.Names(self.named)
+        pointers = check_pointers.Pointers(self.slice, names)
+        pointers.find_all()
+        tried = set()
+        for address, what in sorted({**pointers.unsigned, **pointers.kinds}.items()):
+            target = self.slice.pointers[address].target
+            if what in tried or what == "vtable entry":
+                continue
+            changed = []
+            problems = self.chain_problems(lambda data: changed.append(
+                self.leave_out(data, address, 0 if isinstance(target, Target) else target)))
+            if changed[0] and not (what in ("superclass", "vtable's type info", "class") and isinstance(target, Target)):
+                tried.add(what)
+                self.assertRegex("\n".join(problems), rf"has no pointer for the [a-z' ]+ at {re.escape(names.near(address))}(\n|$)")
+        self.assertLessEqual({"class's data", "class's name", "string's class", "string's text", "method's name", "method's type",
+                              "category's class", "type's name", "type's base", "block's descriptor", "vtable's type info",
+                              "type info", "method", "block helper"}, tried)
+
+    def test_numbers_are_no_pointers(self):
+        for raw in (0, 3, 0x9000, WORD - 1, WORD - 8, 0x4000000000000000, 0x4008000000000000, 0xC000000000000000,
+                    struct.unpack("<Q", struct.pack("<d", 44.1))[0], 0x123456789ABCDEF0):
+            self.assertFalse(check_pointers.leads_on(self.slice, min(self.slice.pointers), raw), hex(raw))
+
     def with_distance(self, choose, distance):
         """Another distance to the next one, in one of the pointers that `choose` finds among their addresses."""
         def work(library, data):
@@ -256,14 +259,14 @@ class Wrong(Slices):
         return end - 0x100
 
     def test_a_chain_that_leaves_its_page(self):
-        self.fails(self.with_distance(self.last, 0x400), "chains", "leaves its page at 0x")
+        self.fails(self.with_distance(self.last, 0x400), "chains", r"leaves its page behind that at \S+\+0x")
 
     def test_a_chain_that_ends_early(self):
-        self.fails(self.with_distance(self.middle_of_a_full_page, 0), "signed pointers",
+        self.fails(self.with_distance(self.middle_of_a_full_page, 0), "chains",
                    r"has a pointer that no chain leads to at \S+Functions\S*\+0x")
 
     def test_a_chain_that_leaves_pointers_out(self):
-        self.fails(self.with_distance(self.middle_of_a_full_page, 3), "signed pointers",
+        self.fails(self.with_distance(self.middle_of_a_full_page, 3), "chains",
                    r"has a pointer that no chain leads to at \S+Functions\S*\+0x")
 
     def test_a_pointer_to_a_symbol_that_there_is_not(self):
@@ -275,10 +278,12 @@ class Wrong(Slices):
             struct.pack_into("<Q", data, place, raw | 0xFFFF)
         result = self.checked(work)
         self.assertIn("chains", failures(result))
-        self.assertRegex(result.stdout, r"to symbol 65535, of \d+;")
+        self.assertEqual(failures(result)[0], "chains")
+        self.assertRegex(result.stdout, r"to symbol 65535, of \d+, at \S+\+0x\w+;")
 
     def test_bits_without_a_meaning(self):
-        self.fails(self.changed_pointer("type info", lambda raw: raw | 1 << 20), "chains", "has bits without a meaning")
+        self.fails(self.changed_pointer("type info", lambda raw: raw | 1 << 20), "chains",
+                   r"has bits without a meaning in its pointer at __ZTI\S+\+0x0;")
 
     def with_table(self, change):
         """Changes the table of chains; it may become shorter."""
@@ -295,9 +300,11 @@ class Wrong(Slices):
 
     def test_two_chains_in_a_page(self):
         def change(table):
-            start, end = self.chain_starts(table)[-1]
-            return table[:end] + table[start:end]
-        self.fails(self.with_table(lambda table: change(table.rstrip(b"\0"))), "chains", "has two chains in a page of __DATA")
+            (first, _), (start, end) = self.chain_starts(table)[-2:]
+            return table[:first] + 2 * table[start:end]
+        result = self.checked(self.with_table(lambda table: change(table.rstrip(b"\0"))))
+        self.assertEqual(failures(result)[0], "chains")
+        self.assertIn("has two chains in a page of __DATA", result.stdout)
 
     def test_chains_out_of_order(self):
         def change(table):
@@ -348,54 +355,24 @@ class Wrong(Slices):
             struct.pack_into("<I", data, place + 64, flags & ~0xFF | 7)
         self.fails(work, "signed pointers", "bound later, in __la_symbol_ptr")
 
-    def with_instruction(self, is_wanted, word):
-        """In place of the first instruction that is wanted."""
-        def work(library, data):
-            section = library.sections[("__TEXT", "__text")]
-            for place in range(section.offset, section.offset + section.size, 4):
-                found, = struct.unpack_from("<I", data, place)
-                if is_wanted(found):
-                    struct.pack_into("<I", data, place, word(found) if callable(word) else word)
-                    return
-            self.fail("no such instruction")
-        return work
-
-    def test_a_frame_that_is_not_signed(self):
-        self.fails(self.with_instruction(lambda word: word == 0xD503237F, 0xD503201F), "return addresses",
-                   r"keeps its return address unsigned in \S+\+0x")
-
-    def test_a_return_that_is_not_authenticated(self):
-        self.fails(self.with_instruction(lambda word: word == 0xD65F0FFF, 0xD65F03C0), "return addresses",
-                   r"returns to an address that nothing has authenticated in \S+\+0x")
-
-    def test_a_call_that_is_not_authenticated(self):
-        self.fails(self.with_instruction(lambda word: word & 0xFFFFF800 == 0xD73F0800,
-                                         lambda word: 0xD63F0000 | word & 0x3E0), "return addresses",
-                   r"calls a pointer that nothing has authenticated in \S+\+0x")
-
-    def test_a_jump_that_is_not_authenticated(self):
-        self.fails(self.with_instruction(lambda word: word & 0xFFFFF800 == 0xD73F0800,
-                                         lambda word: 0xD61F0000 | word & 0x3E0), "return addresses",
-                   r"jumps to a pointer that nothing has authenticated in \S+\+0x")
-
     def test_a_signature_that_is_not_the_end(self):
         path = self.written(self.good + bytes(16))
-        self.assertIn("tables", failures(check(path, SAMPLES / "slice-unstripped.dylib")))
+        self.assertIn("tables", failures(check(path, slices.SAMPLES / "slice-unstripped.dylib")))
 
     def test_a_page_that_does_not_fit_its_hash(self):
         data = bytearray(self.good)
         data[self.slice.sections[("__TEXT", "__text")].offset - 1] ^= 1
-        self.assertEqual(failures(check(self.written(data), SAMPLES / "slice-unstripped.dylib")), ["signature"])
+        self.assertEqual(failures(check(self.written(data), slices.SAMPLES / "slice-unstripped.dylib")), ["signature"])
 
     def test_data_of_another_build(self):
         data = bytearray(self.good)
         self.changed_pointer("function", lambda raw: raw ^ 1 << 33)(self.slice, data)
-        self.assertEqual(set(failures(check(self.written(resigned(data)), SAMPLES / "slice-unstripped.dylib"))),
+        self.assertEqual(set(failures(check(self.written(resigned(data)), slices.SAMPLES / "slice-unstripped.dylib"))),
                          {"same code", "signed pointers"})
 
     def test_larger_than_the_library_beside_it(self):
-        small = self.written(macho.MachO(self.good).data[:0] + (SAMPLES / "plain.dylib").read_bytes())
-        self.assertEqual(check(SAMPLES / "slice.dylib", SAMPLES / "slice-unstripped.dylib", "--beside", small).returncode, 0)
+        small = self.written(macho.MachO(self.good).data[:0] + (slices.SAMPLES / "plain.dylib").read_bytes())
+        self.assertEqual(check(slices.SAMPLES / "slice.dylib", slices.SAMPLES / "slice-unstripped.dylib", "--beside", small).returncode, 0)
         library = macho.MachO(self.good)
         most = len(library.data) * 10 // 11
         self.assertEqual(check_pointers_size(library, bytes(most + 1)), [])
@@ -410,31 +387,53 @@ def check_pointers_size(library, beside):
     return check_macho.check_size(library, Beside)
 
 
+class PlacesByName(Slices):
+    def test_what_has_no_name_in_its_section_is_named_by_the_section(self):
+        names = check_pointers.Names(self.named)
+        got = self.named.sections[("__DATA", "__got")].address
+        self.assertEqual(names.near(got + 8), "__DATA,__got+0x8")
+        self.assertEqual(names.near(1 << 40), hex(1 << 40))
+        first = min(address for address in names.addresses if names.section_of(address) == ("__DATA", "__const"))
+        self.assertEqual(names.near(first + 4), f"{names.at(first)[0]}+0x4")
+
+
 class ByTheDocument(Slices):
     def with_document(self, before, after):
         text = pointer_rules.DOCUMENT.read_text()
         self.assertEqual(text.count(before), 1)
         path = self.written(text.replace(before, after).encode(), "rules.md")
-        return check(SAMPLES / "slice.dylib", SAMPLES / "slice-unstripped.dylib", "--rules", path)
+        return check(slices.SAMPLES / "slice.dylib", slices.SAMPLES / "slice-unstripped.dylib", "--rules", path)
 
     def test_each_rule_of_the_table_is_asked_for(self):
-        for kind in set(pointer_rules.KINDS) - {"vtable pointer", "return address"}:
+        for kind in set(pointer_rules.KINDS) - {"return address"}:
             key = pointer_rules.read_rules()[kind].key
             with self.subTest(kind):
                 result = self.with_document(f"| `{kind}` | `{key}` |", f"| `{kind}` | `ib` |")
                 self.assertEqual(failures(result)[0], "signed pointers")
                 self.assertIn(f"has the {kind} at ", result.stdout)
 
+    def test_the_key_of_return_addresses_is_that_of_the_table(self):
+        result = self.with_document("| `return address` | `ib` |", "| `return address` | `ia` |")
+        self.assertEqual(set(failures(result)), {"return addresses"})
+        self.assertIn("keeps its return address unsigned", result.stdout)
+        self.assertIn("returns to an address that nothing has authenticated", result.stdout)
+        result = self.with_document("| `return address` | `ib` |", "| `return address` | `da` |")
+        self.assertEqual(result.returncode, 3)
+        self.assertIn("signs return addresses with da, which is no key of instructions", result.stderr)
+
+    def test_the_keys_of_calls_are_those_of_the_table(self):
+        for kind, text in (("function", "makes a function that is signed with ia, not ib,"),
+                           ("vtable pointer", "makes a vtable pointer that is signed with da, not ib,")):
+            key = pointer_rules.read_rules()[kind].key
+            result = self.with_document(f"| `{kind}` | `{key}` |", f"| `{kind}` | `ib` |")
+            self.assertIn("return addresses", failures(result))
+            self.assertIn(text, result.stdout)
+
 
 def main():
-    global SAMPLES
-    SAMPLES = pathlib.Path(sys.argv[1]).resolve()
-    # Here once, for all cases.
-    shutil.rmtree(SAMPLES, ignore_errors=True)
-    SAMPLES.mkdir(parents=True)
-    built = run(HERE / "build_slices", SAMPLES, timeout=110)
-    if built.returncode != 0:
-        print(built.stdout + built.stderr, file=sys.stderr)
+    problem = slices.build(sys.argv[1])
+    if problem:
+        print(problem, file=sys.stderr)
         return 1
     return 0 if unittest.main(argv=[sys.argv[0], *sys.argv[2:]], exit=False).result.wasSuccessful() else 1
 

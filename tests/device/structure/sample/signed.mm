@@ -40,6 +40,14 @@ class Both : public Base, public Other {
     int number_;
 };
 
+// An object in data, which the loader gives its pointer to virtual functions.
+class Quiet : public Base {
+  public:
+    int value() const override { return 1; }
+};
+
+constinit const Quiet kQuiet{};
+
 class Boom {
   public:
     explicit Boom(int number) : number_(number) {}
@@ -88,6 +96,7 @@ struct Functions {
 constexpr Functions kFunctions;
 
 volatile unsigned chosen = 0;
+const void* volatile text = nullptr;
 
 }  // namespace
 
@@ -107,6 +116,13 @@ __attribute__((noinline)) int caught(const Base& base, Other& other) {
     }
 }
 
+// A function is what is asked for, and a text of the system's.
+__attribute__((noinline)) int called(int (*function)(const Base&, Other&)) {
+    text = __builtin___CFStringMakeConstantString("sample");
+    Both both(1);
+    return function(kQuiet, both);
+}
+
 }  // namespace sample
 
 __attribute__((objc_root_class))
@@ -123,7 +139,7 @@ __attribute__((objc_root_class))
 
 + (int)add:(int)number {
     sample::Both both(number);
-    return sample::caught(both, both);
+    return sample::caught(both, both) + sample::caught(sample::kQuiet, both) + sample::called(&sample::call);
 }
 
 - (int)take:(int)number {
