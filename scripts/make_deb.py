@@ -8,13 +8,15 @@ library with a slice for processors with pointer authentication, which is one of
 (..._arm64e_iphoneos-arm.deb). The same files give the
 same package, byte for byte: names are sorted, every time is SOURCE_DATE_EPOCH or one that is fixed,
 owners and modes do not come from this machine. That is also why dpkg-deb does not write it: not all
-files belong to root. Exit code 3 when a file cannot be read or written."""
+files belong to root. Exit code 1 when the library is not for the processors of that package, 3 when a file
+cannot be read or written."""
 
 import gzip
 import io
 import os
 import pathlib
 import re
+import struct
 import sys
 import tarfile
 
@@ -27,6 +29,33 @@ FIXED_TIME = 1577836800  # 2020-01-01
 OWNERS = {"": (0, "root"), "var/mobile": (501, "mobile")}
 # What users change there stays theirs: an upgrade asks before it replaces it, a removal leaves it.
 USERS_OWN = "var/mobile/Library/VelMoranth/UserSettings/"
+
+
+FAT, THIN = b"\xca\xfe\xba\xbe", b"\xcf\xfa\xed\xfe"
+PROCESSORS = {(0x0100000C, 0): "arm64", (0x0100000C, 2): "arm64e"}  # by type and subtype
+
+
+class WrongLibrary(Exception):
+    """The library is none for the package; the text says why."""
+
+
+def processors_of(data):
+    """The names of those that a library is for."""
+    found = []
+    if data[:4] == FAT and len(data) >= 8:
+        count, = struct.unpack_from(">I", data, 4)
+        ends = range(16, min(8 + 20 * count, len(data)) + 1, 20)
+        found = [struct.unpack_from(">2I", data, end - 8) for end in ends]
+    elif data[:4] == THIN and len(data) >= 12:
+        found = [struct.unpack_from("<2I", data, 4)]
+    return [PROCESSORS.get(each, "another processor") for each in found]
+
+
+def expect_processors(library, data, wanted):
+    found = processors_of(data)
+    if found != wanted:
+        raise WrongLibrary(f"{library}: is for {' and '.join(found) or 'no processor'}, and the package for "
+                           f"{' and '.join(wanted)}; ./dev device makes a library for each")
 
 
 def layout_files():
@@ -82,8 +111,10 @@ def ar_member(name, data, time):
 
 def make_package(library, folder, control_file, suffix):
     time = int(os.environ.get("SOURCE_DATE_EPOCH", FIXED_TIME))
+    contents = pathlib.Path(library).read_bytes()
+    expect_processors(library, contents, ["arm64", "arm64e"] if suffix else ["arm64"])
     source = ROOT / "device/package"
-    files = {f"{LIBRARIES}/VelMoranth.dylib": pathlib.Path(library).read_bytes(),
+    files = {f"{LIBRARIES}/VelMoranth.dylib": contents,
              f"{LIBRARIES}/VelMoranth.plist": (source / "VelMoranth.plist").read_bytes(),
              **layout_files()}
     kilobytes = sum(-(-len(data) // 1024) for data in files.values())
@@ -111,6 +142,9 @@ def main():
         return 2
     try:
         path, entries = make_package(*arguments, control_file, suffix)
+    except WrongLibrary as wrong:
+        print(f"make_deb.py: {wrong}", file=sys.stderr)
+        return 1
     except (OSError, ValueError) as error:
         print(f"make_deb.py: {error}", file=sys.stderr)
         return 3

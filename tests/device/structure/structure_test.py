@@ -226,6 +226,7 @@ class Join(Samples):
         path = self.slice()
         result = self.join(path)
         self.assertEqual((result.returncode, result.stderr), (0, ""))
+        self.assertRegex(run("file", self.joined).stdout, r"2 architectures: .*64-bit arm64 .*64-bit arm64e ")
         for name, source in (("arm64", SAMPLES / "good.dylib"), ("arm64e", path)):
             part = self.folder / name
             self.assertEqual(run("llvm-lipo-19", "-thin", name, self.joined, "-output", part).returncode, 0)
@@ -284,12 +285,47 @@ class Reproducible(Samples):
 
 
 class Package(Samples):
-    def make(self, root, *options, **environment):
+    def library(self, *options):
+        """That for all processors is the sample twice, once said to be for another."""
+        if not options:
+            return SAMPLES / "good.dylib"
+        joined = self.folder / "joined.dylib"
+        slice_ = self.written(resigned(self.good[:8] + bytes([macho.SUBTYPE_ARM64E]) + self.good[9:]), "slice.dylib")
+        self.assertEqual(run(SCRIPTS / "device-join", SAMPLES / "good.dylib", slice_, joined, EXPORTS).returncode, 0)
+        return joined
+
+    def pack(self, root, library, *options, **environment):
         output = pathlib.Path(tempfile.mkdtemp(dir=self.folder))
-        result = run(root / "scripts/make_deb.py", *options, SAMPLES / "good.dylib", output,
-                     env={**os.environ, **environment})
+        return output, run(root / "scripts/make_deb.py", *options, library, output, env={**os.environ, **environment})
+
+    def make(self, root, *options, **environment):
+        output, result = self.pack(root, self.library(*options), *options, **environment)
         self.assertEqual((result.returncode, result.stderr), (0, ""))
         return next(output.glob("*.deb"))
+
+    def processors(self, package):
+        raw = subprocess.run(["dpkg-deb", "--fsys-tarfile", str(package)], capture_output=True, check=True, timeout=60).stdout
+        tar = tarfile.open(fileobj=io.BytesIO(raw))
+        path = self.written(tar.extractfile("./Library/MobileSubstrate/DynamicLibraries/VelMoranth.dylib").read(), "packed.dylib")
+        return run("llvm-lipo-19", "-archs", path).stdout.split()
+
+    def test_each_package_holds_the_library_for_its_processors(self):
+        self.assertEqual(self.processors(self.make(ROOT)), ["arm64"])
+        self.assertEqual(self.processors(self.make(ROOT, "--arm64e")), ["arm64", "arm64e"])
+
+    def test_a_library_for_other_processors_is_refused(self):
+        joined, alone = self.library("--arm64e"), SAMPLES / "good.dylib"
+        for library, options, found, wanted in ((joined, (), "arm64 and arm64e", "arm64"),
+                                                (alone, ("--arm64e",), "arm64", "arm64 and arm64e"),
+                                                (self.folder / "slice.dylib", (), "arm64e", "arm64"),
+                                                (self.written(b"text"), (), "no processor", "arm64"),
+                                                (self.written(joined.read_bytes()[:30], "cut"), ("--arm64e",), "arm64",
+                                                 "arm64 and arm64e")):
+            output, result = self.pack(ROOT, library, *options)
+            self.assertEqual((result.returncode, result.stderr),
+                             (1, f"make_deb.py: {library}: is for {found}, and the package for {wanted}; "
+                                 "./dev device makes a library for each\n"))
+            self.assertEqual(list(output.iterdir()), [])
 
     def test_another_checkout_gives_the_same_bytes(self):
         other = self.folder / "another/checkout"
@@ -350,15 +386,24 @@ class Package(Samples):
         self.assertEqual(package.name, f"{ordinary['Package']}_{fields['Version']}_arm64e_iphoneos-arm.deb")
         self.assertEqual((fields["Conflicts"], fields["Replaces"]), (ordinary["Package"],) * 2)
         self.assertEqual((ordinary["Conflicts"], ordinary["Replaces"]), (fields["Package"],) * 2)
+        # What asks for the ordinary one is content with it.
+        self.assertEqual((fields["Provides"], ordinary.get("Provides")), (ordinary["Package"], None))
         for name in ("Version", "Architecture", "Section", "Depends"):
             self.assertEqual(fields[name], ordinary[name])
         description = run("dpkg-deb", "--field", package, "Description").stdout
         self.assertIn("This one has never run on a phone", description.replace("\n ", " "))
         self.assertIn(f"dpkg -r {fields['Package']}\n", description)
+        ordinary_text = run("dpkg-deb", "--field", self.make(ROOT), "Description").stdout.replace("\n ", " ")
+        self.assertIn(f"the package {fields['Package']} is for those", ordinary_text)
+        for text in (description, ordinary_text):
+            self.assertIn("phones and iPads with an A12, A12X, A12Z or A13", text)
 
     def test_the_packages_have_the_same_files(self):
         packages = [self.make(ROOT), self.make(ROOT, "--arm64e")]
-        contents = [run("dpkg-deb", "--contents", package).stdout for package in packages]
+        library = "./Library/MobileSubstrate/DynamicLibraries/VelMoranth.dylib"
+        contents = [[line.split() for line in run("dpkg-deb", "--contents", package).stdout.splitlines()] for package in packages]
+        # Only the library's size is another.
+        contents = [[line[:2] + line[3:] if line[-1] == library else line for line in lines] for lines in contents]
         self.assertEqual(contents[0], contents[1])
         conffiles = [run("dpkg-deb", "--info", package, "conffiles").stdout for package in packages]
         self.assertEqual(conffiles[0], conffiles[1])
