@@ -11,7 +11,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 MAX_LINES = 500
 CODE_SUFFIXES = {".h", ".cpp", ".mm"}
 TEXT_SUFFIXES = CODE_SUFFIXES | {".py", ".md", ".txt", ".json", ".cmake", ".sh", ""}
-TOP_FOLDERS = ["src", "record", "desktop", "simulator", "cli", "device", "tests", "benchmarks", "fuzz",
+TOP_FOLDERS = ["src", "record", "desktop", "simulator", "makers", "cli", "device", "tests", "benchmarks", "fuzz",
                "scripts", "docs", "cmake", "examples", "layout", ".ci"]
 
 # Who may include whom. The longest prefix that fits a file is its layer; a layer may include itself
@@ -55,16 +55,17 @@ LAYERS = {
     "simulator/": [*SETTINGS, "desktop/", "simulator/artwork/"],
     "simulator/process/": ["platform/", "record/", "desktop/", "simulator/", "simulator/artwork/",
                            "core/hook_rows"],
+    "makers/": ["platform/", "desktop/", "simulator/"],
     # An added method is one of the C functions of the rows.
     "device/platform/": ["platform/", "device/hooks/"],
     "device/hooks/": ["platform/", "core/hook_table", "core/hook_rows", "device/platform/"],
     "device/classes/": [*EFFECTS, "core/velmoranth", "device/platform/", "device/hooks/", "device/startup"],
     "device/startup": ["core/entry_points", "device/platform/"],
     "cli/": [*SETTINGS, "core/entry_points", "core/hook_table", "filemanager/", "tools/catalog_extraction",
-             "record/", "desktop/", "simulator/", "simulator/process/"],
+             "record/", "desktop/", "simulator/", "simulator/process/", "makers/"],
 }
 
-OUR_CODE = ["src", "record", "desktop", "simulator", "cli", "device"]
+OUR_CODE = ["src", "record", "desktop", "simulator", "makers", "cli", "device"]
 # The phone's frameworks and C library as we declare them: foreign headers by their names, not ours.
 DECLARATIONS = ("device/frameworks/", "device/sysroot/", "device/cxx/")
 
@@ -94,7 +95,7 @@ CMAKE_PACKAGES = {
     "pangoft2": "libpango1.0-dev", "fontconfig": "libfontconfig-dev", "freetype2": "libfreetype-dev",
     "PNG": "libpng-dev", "libpng": "libpng-dev", "GIF": "libgif-dev", "TIFF": "libtiff-dev",
     "libdeflate": "libdeflate-dev", "libturbojpeg": "libturbojpeg0-dev", "EXPAT": "libexpat1-dev",
-    "libplist-2.0": "libplist-dev", "ICU": "libicu-dev", "icu-uc": "libicu-dev", "icu-i18n": "libicu-dev",
+    "libarchive": "libarchive-dev", "libplist-2.0": "libplist-dev", "ICU": "libicu-dev", "icu-uc": "libicu-dev", "icu-i18n": "libicu-dev",
     "fmt": "libfmt-dev", "nlohmann_json": "nlohmann-json3-dev",
     "tl-expected": "libexpected-dev", "poppler-glib": "libpoppler-glib-dev", "librsvg-2.0": "librsvg2-dev",
     "libavformat": "libavformat-dev", "libavcodec": "libavcodec-dev", "libswresample": "libswresample-dev",
@@ -144,7 +145,7 @@ def includes(path):
 
 def is_ours(include):
     first = include.split("/")[0]
-    return first in ENGINE_ROOTS or first in ("record", "desktop", "simulator", "cli", "device", "tests")
+    return first in ENGINE_ROOTS or first in ("record", "desktop", "simulator", "makers", "cli", "device", "tests")
 
 
 def layer_of(path):

@@ -1,0 +1,329 @@
+#include "makers/archives/unpack.h"
+
+#include "desktop/files/descriptor.h"
+#include "desktop/files/file_calls.h"
+#include "desktop/files/file_tree.h"
+
+#include "makers/archives/archive_file.h"
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <functional>
+#include <optional>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace velmoranth::makers {
+
+using desktop::Problem;
+using desktop::Result;
+
+namespace {
+
+constexpr std::size_t kPiece = std::size_t{64} * 1024;
+constexpr std::string_view kPackageMark = "!<arch>\n";
+
+// In lower case, the longer before what it ends in.
+constexpr std::array<std::string_view, 14> kEndings{
+    ".tar.gz", ".tar.bz2", ".tar.xz", ".tar.lzma", ".tar.zst", ".tar.zstd", ".tgz",
+    ".tbz2",   ".txz",     ".tlz",    ".tzst",     ".tar",     ".zip",      ".deb"};
+
+std::string lowerCase(std::string text) {
+    std::ranges::transform(text, text.begin(), [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    });
+    return text;
+}
+
+std::size_t endingLength(const std::string& path) {
+    const std::string name = lowerCase(path.substr(path.rfind('/') + 1));
+    for (const std::string_view ending : kEndings) {
+        if (name.size() > ending.size() && name.ends_with(ending)) {
+            return ending.size();
+        }
+    }
+    return 0;
+}
+
+tl::unexpected<Problem> refuse(std::string message) {
+    return tl::unexpected(Problem{std::move(message)});
+}
+
+// The parts of an entry's name, "." and empty ones left out. A problem for one that leads outside.
+Result<std::vector<std::string>> partsOf(const std::string& name, const ArchiveLimits& limits) {
+    if (name.empty()) {
+        return refuse("an entry has no name");
+    }
+    if (name.front() == '/') {
+        return refuse("it has an absolute name, " + name);
+    }
+    if (name.size() > limits.pathBytes) {
+        return refuse("a name in it is longer than " + std::to_string(limits.pathBytes) +
+                      " bytes, " + name);
+    }
+    std::vector<std::string> parts;
+    for (std::size_t start = 0; start < name.size();) {
+        const std::size_t end = std::min(name.find('/', start), name.size());
+        std::string part = name.substr(start, end - start);
+        if (part == "..") {
+            return refuse("it has a name with \"..\", " + name);
+        }
+        if (!part.empty() && part != ".") {
+            parts.push_back(std::move(part));
+        }
+        start = end + 1;
+    }
+    return parts;
+}
+
+// What is made of the entries, below one folder.
+class Unpacking {
+  public:
+    Unpacking(const std::string& folder, const ArchiveLimits& limits, std::uint64_t packedBytes)
+        : folder_(folder), limits_(limits), packedBytes_(packedBytes) {}
+
+    Result<void> add(ArchiveFile& archive, const ArchiveEntry& entry) {
+        if (entry.isEncrypted) {
+            return refuse("it is encrypted; unpack it with its password and give the folder");
+        }
+        if (entry.kind == EntryKind::link || entry.kind == EntryKind::other) {
+            return refuse((entry.kind == EntryKind::link
+                               ? std::string("it has a link, which could lead anywhere, ")
+                               : std::string("it has what is neither file nor folder, ")) +
+                          entry.name);
+        }
+        const auto parts = partsOf(entry.name, limits_);
+        if (!parts) {
+            return tl::unexpected(parts.error());
+        }
+        std::string path = folder_;
+        for (std::size_t i = 0; i < parts->size(); ++i) {
+            path += "/" + (*parts)[i];
+            const bool isFile = entry.kind == EntryKind::file && i + 1 == parts->size();
+            if (auto made =
+                    isFile ? makeFile(archive, path, entry.name) : makeFolder(path, entry.name);
+                !made) {
+                return made;
+            }
+        }
+        if (parts->empty() && entry.kind == EntryKind::file) {
+            return refuse("it has a file without a name");
+        }
+        return {};
+    }
+
+    // Of what is read, but not kept.
+    Result<void> count(std::uint64_t bytes) {
+        unpacked_.bytes += bytes;
+        if (unpacked_.bytes > limits_.bytes) {
+            return refuse("it unpacks to more than " + std::to_string(limits_.bytes) + " bytes");
+        }
+        if (unpacked_.bytes > limits_.freeBytes && unpacked_.bytes / limits_.ratio > packedBytes_) {
+            return refuse("it unpacks to more than " + std::to_string(limits_.ratio) +
+                          " times its size");
+        }
+        return {};
+    }
+
+    Result<void> countEntry() {
+        if (++entries_ > limits_.entries) {
+            return refuse("it has more than " + std::to_string(limits_.entries) +
+                          " files and folders");
+        }
+        return {};
+    }
+
+    UnpackedArchive& unpacked() { return unpacked_; }
+
+  private:
+    Result<void> makeFolder(const std::string& path, const std::string& name) {
+        if (::mkdir(path.c_str(), 0777) == 0) {
+            return countEntry();  // also one that no entry names
+        }
+        struct stat status{};
+        if (errno == EEXIST && ::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) {
+            return {};
+        }
+        if (errno == EEXIST) {
+            return refuse("a file stands where it has a folder, " + name);
+        }
+        return cannotWrite(errno, name);
+    }
+
+    Result<void> makeFile(ArchiveFile& archive, const std::string& path, const std::string& name) {
+        if (auto counted = countEntry(); !counted) {
+            return counted;
+        }
+        const desktop::Descriptor file(
+            ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
+        if (!file.isOpen()) {
+            return errno == EEXIST ? refuse("it has two entries of one name, " + name)
+                                   : cannotWrite(errno, name);
+        }
+        ++unpacked_.files;
+        std::vector<std::uint8_t>& piece = piece_;
+        piece.resize(kPiece);
+        for (;;) {
+            const auto size = archive.read(piece);
+            if (!size) {
+                return tl::unexpected(size.error());
+            }
+            if (auto counted = count(*size); !counted) {
+                return counted;
+            }
+            if (const int error =
+                    desktop::writeWhole(desktop::FileCalls(), file.get(), piece.data(), *size)) {
+                return cannotWrite(error, name);
+            }
+            if (*size < piece.size()) {
+                return {};
+            }
+        }
+    }
+
+    static tl::unexpected<Problem> cannotWrite(int error, const std::string& name) {
+        return refuse("it cannot be unpacked: " + desktop::problemOfErrno(error, "").message +
+                      ", " + name);
+    }
+
+    const std::string& folder_;
+    const ArchiveLimits& limits_;
+    std::uint64_t packedBytes_;
+    std::size_t entries_ = 0;
+    std::vector<std::uint8_t> piece_;
+    UnpackedArchive unpacked_;
+};
+
+Result<void> unpackEntries(ArchiveFile& archive, Unpacking& unpacking) {
+    for (;;) {
+        const auto entry = archive.next();
+        if (!entry) {
+            return tl::unexpected(entry.error());
+        }
+        if (!*entry) {
+            return {};
+        }
+        if (auto added = unpacking.add(archive, **entry); !added) {
+            return added;
+        }
+    }
+}
+
+// The last part of a member's name, without the slash that some writers leave.
+std::string memberName(std::string name) {
+    while (name.ends_with('/')) {
+        name.pop_back();
+    }
+    return name;
+}
+
+Result<void> unpackPackage(ArchiveFile& archive, Unpacking& unpacking) {
+    bool isFirst = true;
+    bool hasData = false;
+    for (;;) {
+        const auto entry = archive.next();
+        if (!entry) {
+            return tl::unexpected(entry.error());
+        }
+        if (!*entry) {
+            break;
+        }
+        const std::string name = memberName((*entry)->name);
+        if (isFirst && name != "debian-binary") {
+            return refuse("it is no package: it does not begin with a member debian-binary");
+        }
+        isFirst = false;
+        if (name != "data.tar" && !name.starts_with("data.tar.")) {
+            if (auto counted = unpacking.countEntry(); !counted) {
+                return counted;
+            }
+            continue;
+        }
+        if (hasData) {
+            return refuse("it is no package: it has two members data.tar");
+        }
+        hasData = true;
+        auto data = ArchiveFile::openEntry(archive);
+        if (!data) {
+            return tl::unexpected(data.error());
+        }
+        if (auto unpacked = unpackEntries(*data, unpacking); !unpacked) {
+            return unpacked;
+        }
+    }
+    return hasData ? Result<void>() : refuse("it is no package: the member data.tar is missing");
+}
+
+using Open = std::function<Result<ArchiveFile>(Formats)>;
+
+Result<UnpackedArchive> unpack(std::string_view start, std::uint64_t size, const Open& open,
+                               const std::string& folder, const ArchiveLimits& limits) {
+    const bool isPackage = start.starts_with(kPackageMark);
+    Unpacking unpacking(folder, limits, size);
+    unpacking.unpacked().kind = isPackage ? ArchiveKind::package : ArchiveKind::pack;
+    if (size == 0) {
+        return refuse("it is empty");
+    }
+    auto archive = open(isPackage ? Formats::container : Formats::contents);
+    if (!archive) {
+        return refuse("it is no .deb, .zip or .tar archive");
+    }
+    auto unpacked =
+        isPackage ? unpackPackage(*archive, unpacking) : unpackEntries(*archive, unpacking);
+    if (!unpacked) {
+        return tl::unexpected(std::move(unpacked.error()));
+    }
+    return unpacking.unpacked();
+}
+
+Result<UnpackedArchive> about(const std::string& name, Result<UnpackedArchive> unpacked) {
+    if (!unpacked) {
+        unpacked.error().path = name;
+    }
+    return unpacked;
+}
+
+}  // namespace
+
+bool hasArchiveName(const std::string& path) {
+    return endingLength(path) > 0;
+}
+
+std::string nameWithoutEnding(const std::string& path) {
+    const std::string name = path.substr(path.rfind('/') + 1);
+    return name.substr(0, name.size() - endingLength(path));
+}
+
+Result<UnpackedArchive> unpackArchive(const std::string& path, const std::string& folder,
+                                      const ArchiveLimits& limits) {
+    const desktop::Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
+    struct stat status{};
+    if (!file.isOpen() || ::fstat(file.get(), &status) != 0) {
+        return tl::unexpected(desktop::problemOfErrno(errno, path));
+    }
+    std::array<char, 8> start{};
+    const ssize_t count = ::pread(file.get(), start.data(), start.size(), 0);
+    if (count < 0) {
+        return tl::unexpected(desktop::problemOfErrno(errno, path));
+    }
+    return about(path, unpack(
+                           {start.data(), static_cast<std::size_t>(count)},
+                           static_cast<std::uint64_t>(status.st_size),
+                           [&](Formats formats) { return ArchiveFile::openFile(path, formats); },
+                           folder, limits));
+}
+
+Result<UnpackedArchive> unpackArchive(std::span<const std::uint8_t> bytes, const std::string& name,
+                                      const std::string& folder, const ArchiveLimits& limits) {
+    const auto* const text = reinterpret_cast<const char*>(bytes.data());
+    return about(name, unpack(
+                           {text, std::min(bytes.size(), kPackageMark.size())}, bytes.size(),
+                           [&](Formats formats) { return ArchiveFile::openBytes(bytes, formats); },
+                           folder, limits));
+}
+
+}  // namespace velmoranth::makers
