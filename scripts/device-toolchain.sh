@@ -125,6 +125,12 @@ link_for_device() {
 # lies beside it.
 link_slice_for_device() {
     local output=$1
+    local argument objects=()
+    for argument in "${@:3}"; do
+        if [[ $argument == *.o ]]; then
+            objects+=("$argument")
+        fi
+    done
     link_for_device "$output.linked" "${@:2}"
-    scripts/arm64e/make_slice.py "$output.linked" "$output"
+    scripts/arm64e/make_slice.py "$output.linked" "$output" "${objects[@]}"
 }

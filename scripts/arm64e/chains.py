@@ -58,7 +58,7 @@ def sign_personalities(image, fixups):
     for place in range(section.offset + start, section.offset + start + 4 * count, 4):
         slot = image.base + image.unpack("<I", place)[0]
         if slot not in fixups:
-            raise Failure(f"has a personality's slot at {slot:#x} that is no pointer")
+            raise image.failure_at(slot, "a personality's slot that is no pointer")
         fixups[slot] = fixups[slot]._replace(signature=PERSONALITY)
 
 
@@ -101,13 +101,13 @@ def value_of(image, address, fixup, numbers):
     if isinstance(target, Target):
         if signature is not None and target.flags & WEAK_IMPORT:
             # The loaders would sign what stands for an absent symbol, which is then no null pointer.
-            raise Failure(f"{image.symbol_before(address)}: a signed pointer to {target.name}, which may be absent; "
-                          "do not import it weakly")
+            raise image.failure_at(address, f"a signed pointer to {target.name}, which may be absent; "
+                                            "do not import it weakly")
         return bits | BOUND | numbers[target]
     if signature is not None:
         return bits | target - image.base
     if (target & ~TOP) >> VALUE_BITS - 1:  # the topmost of them is a sign
-        raise Failure(f"{image.symbol_before(address)}: a pointer to {target:#x}, which chains cannot hold")
+        raise image.failure_at(address, f"a pointer to {target:#x}, which chains cannot hold")
     return (target & TOP) >> TOP_SHIFT | target & ~TOP
 
 
@@ -135,7 +135,7 @@ def place_of(image, address):
     index = image.segment_index(address)
     segment = image.segments[index]
     if address % 8:
-        raise Failure(f"{image.symbol_before(address)}: a pointer that is not aligned")
+        raise image.failure_at(address, "a pointer that is not aligned")
     if segment.protection & 6 != 2:
-        raise Failure(f"{image.symbol_before(address)}: a pointer in {segment.name}, which is not for data")
+        raise image.failure_at(address, f"a pointer in {segment.name}, which is not for data")
     return segment, (index, (address - segment.address) // PAGE)

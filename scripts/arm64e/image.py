@@ -23,6 +23,10 @@ Section = collections.namedtuple("Section", "at name segment address size offset
 class Failure(Exception):
     """The library cannot be made into the slice; the text says why, in one line."""
 
+    def __init__(self, text, symbol=None):
+        super().__init__(text)
+        self.symbol = symbol  # of what is wrong, where that is known
+
 
 class Reader:
     """Numbers and texts of one table, which end where it ends."""
@@ -138,12 +142,12 @@ class Image:
         for index, segment in enumerate(self.segments):
             if segment.address <= address < segment.address + segment.size:
                 return index
-        raise Failure(f"has a pointer at {address:#x}, outside of its segments")
+        raise self.failure_at(address, f"a pointer at {address:#x}, outside of its segments")
 
     def offset_of(self, address):
         segment = self.segments[self.segment_index(address)]
         if address + 8 - segment.address > segment.file_size:
-            raise Failure(f"has a pointer at {address:#x}, where the file has nothing")
+            raise self.failure_at(address, f"a pointer at {address:#x}, where the file has nothing")
         return segment.offset + address - segment.address
 
     def word(self, address):
@@ -151,6 +155,10 @@ class Image:
 
     def set_word(self, address, value):
         self.pack("<Q", self.offset_of(address), value)
+
+    def failure_at(self, address, reason):
+        place = self.symbol_before(address)
+        return Failure(f"{place}: {reason}", place.rpartition("+")[0] or None)
 
     def symbol_before(self, address):
         """The name of what lies at the address, for messages; where names are stripped, the address."""

@@ -2,10 +2,11 @@
 """Makes the slice for processors with pointer authentication (arm64e of iOS 12 and 13) of the library as
 the linker leaves it: for arm64, from assembly that sign_assembly.py has gone over.
 
-usage: make_slice.py LIBRARY OUTPUT
+usage: make_slice.py LIBRARY OUTPUT [OBJECT...]
 
 It writes the fix-ups as chains, names the processor, and signs anew. Nothing else changes, and the same
-library gives the same bytes. Exit code 1 when the library does not fit, 3 when a file cannot be read or written."""
+library gives the same bytes. What goes wrong names the source of that OBJECT that has the symbol, where one has it,
+else the library. Exit code 1 when the library does not fit, 3 when a file cannot be read or written."""
 
 import hashlib
 import pathlib
@@ -111,16 +112,47 @@ def converted(data):
     return bytes(image.data)
 
 
+def source_of(symbol, objects):
+    """The source of the object that defines the symbol, below the folder that this is called in; or None."""
+    for path in objects if symbol else ():
+        if path.is_file() and symbol in defined_in(path.read_bytes()):
+            parts = path.with_suffix("").parts
+            tails = (pathlib.Path(*parts[start:]) for start in range(1, len(parts)))
+            return next((tail for tail in tails if tail.is_file()), path)
+    return None
+
+
+def defined_in(data):
+    """The symbols that an object file defines; none where it is no such file."""
+    found = set()
+    try:
+        count, = struct.unpack_from("<I", data, 16)
+        place = 32
+        for _ in range(count):
+            command, size = struct.unpack_from("<2I", data, place)
+            if command == reading.SYMTAB:
+                symbols, number, names, _ = struct.unpack_from("<4I", data, place + 8)
+                for entry in range(symbols, symbols + 16 * number, 16):
+                    name, kind = struct.unpack_from("<IB", data, entry)
+                    if kind & 0x0E == 0x0E:
+                        start = names + name
+                        found.add(data[start:data.index(b"\0", start)].decode("utf-8", "replace"))
+            place += max(size, 8)
+    except (struct.error, ValueError):
+        return set()
+    return found
+
+
 def main():
-    if len(sys.argv) != 3:
+    if len(sys.argv) < 3:
         print(__doc__.split("\n\n")[1], file=sys.stderr)
         return 2
-    library, output = (pathlib.Path(argument) for argument in sys.argv[1:])
+    library, output, *objects = (pathlib.Path(argument) for argument in sys.argv[1:])
     try:
         output.write_bytes(converted(library.read_bytes()))
         shutil.copymode(library, output)
     except Failure as failure:
-        print(f"make_slice.py: {library}: {failure}", file=sys.stderr)
+        print(f"make_slice.py: {source_of(failure.symbol, objects) or library}: {failure}", file=sys.stderr)
         return 1
     except (struct.error, IndexError, ValueError) as error:
         print(f"make_slice.py: {library}: is no library that a linker left: {error}", file=sys.stderr)

@@ -17,6 +17,11 @@ from payload import Signature, constant_for
 POINTER = re.compile(r"^(\s*\.quad\s+)(.+?)\s*(?:;.*)?$")
 SIGNED = re.compile(r"^(.+)@AUTH\((ia|ib|da|db),(\d+)(,addr)?\)$")
 LABEL = re.compile(r'^("(?:[^"\\]|\\.)*"|[^\s:;#"]+):')
+# Of variables that begin as zeros.
+ZEROS = re.compile(r'^\s*\.(?:zerofill\s+\w+,\w+,|l?comm\s+)("(?:[^"\\]|\\.)*"|[^\s,]+)')
+ADDRESS_MADE = re.compile(r'^\s*adrp\s+(x\d+), ("(?:[^"\\]|\\.)*"|[^\s@]+)@PAGE')
+ADDRESS_ADDED = re.compile(r'^\s*add\s+(x\d+), (x\d+), ("(?:[^"\\]|\\.)*"|[^\s@]+)@PAGEOFF')
+ADDRESS_SIGNED = re.compile(r"^\s*pacia\s+(x\d+), x\d+")
 SYMBOL = re.compile(r'^\(?("(?:[^"\\]|\\.)*"|[^\s()+-]+)(?:([+-])\d+)?\)?$')
 SECTION = re.compile(r"^\s*\.section\s+(\w+),(\w+)(?:,([\w,]+))?")
 # Unwinders of the phone know by the processor that return addresses are signed. With these lines the
@@ -37,8 +42,12 @@ TYPE_INFO = Signature("da", False, 0)
 METHOD_LISTS = re.compile(r"^__OBJC_\$_(CATEGORY_)?(INSTANCE|CLASS)_METHODS_")
 GLOBAL_BLOCKS = re.compile(r"^___block_literal_global")
 BLOCK_HELPER = re.compile(r"^___(copy|destroy)_helper_block_")
-BLOCK_FUNCTION = re.compile(r"_block_invoke(_\d+)?$")
+BLOCK_FUNCTION = re.compile(r"_block_invoke(_\d+)?(\.\w+)*$")
 TYPE_INFO_TABLE = "_objc_ehtype_vtable"
+LOCAL = ("L", "l_")  # names that no other source knows
+# Of what other libraries and sources have, these are no functions.
+OBJECTS = ("_OBJC_CLASS_$_", "_OBJC_METACLASS_$_", "_OBJC_EHTYPE_$_", "_OBJC_IVAR_$_", "__NSConcrete",
+           "___CFConstantStringClassReference", "__objc_empty_", "__ZTI", "__ZTS")
 
 # Sections whose pointers the loader reads by rules that are none of ours.
 REFUSED_SECTIONS = {"__thread_vars": "a variable of each thread", "__thread_ptrs": "a variable of each thread",
@@ -47,8 +56,8 @@ REFUSED_SECTIONS = {"__thread_vars": "a variable of each thread", "__thread_ptrs
                     "__interpose": "a replaced function"}
 REFUSED_SYMBOLS = {"___Block_byref_object_copy_": "a __block variable with helpers, which this compiler does not sign",
                    "___Block_byref_object_dispose_": "a __block variable with helpers, which this compiler does not sign",
-                   "_setjmp": "setjmp, whose saved addresses are not signed",
-                   "_longjmp": "longjmp, whose saved addresses are not signed"}
+                   **{f"_{name}": f"{name}, whose saved addresses are not signed"
+                      for name in ("setjmp", "_setjmp", "sigsetjmp", "longjmp", "_longjmp", "siglongjmp")}}
 REFUSED = re.compile(r'(?<![\w$])"?(' + "|".join(re.escape(name) for name in REFUSED_SYMBOLS)
                      + r')(?:\d*)"?(?![\w$])')
 
@@ -69,7 +78,17 @@ def code_labels(lines):
         if section:
             is_code = "pure_instructions" in (section[3] or "")
         label = LABEL.match(line)
-        if label and is_code and not label[1].startswith(("L", "l_")):
+        if label and is_code and not label[1].startswith(LOCAL):
+            found.add(plain(label[1]))
+    return found
+
+
+def defined_here(lines):
+    """The symbols of functions and data of this source."""
+    found = set()
+    for line in lines:
+        label = LABEL.match(line) or ZEROS.match(line)
+        if label:
             found.add(plain(label[1]))
     return found
 
@@ -80,10 +99,12 @@ class Assembly:
     def __init__(self, lines):
         self.lines = lines
         self.functions = code_labels(lines)
+        self.defined = defined_here(lines)
         self.counts = collections.Counter()
         self.section = self.symbol = ""
         self.place = 0  # among the pointers behind the symbol
-        self.block_functions = self.signings = 0  # in the function that is read
+        # In the function that is read: registers with the address of a block's function that nothing has signed.
+        self.block_functions = set()
 
     def refuse(self, reason):
         raise Unsigned(f"{self.symbol or 'before the first symbol'}: {reason}")
@@ -113,20 +134,32 @@ class Assembly:
             self.symbol, self.place = plain(label[1]), 0
 
     def leave_symbol(self):
-        if self.block_functions > self.signings:
-            self.refuse("a block on the stack whose function nothing signs; give it to signedBlock")
-        self.block_functions = self.signings = 0
+        if self.block_functions:
+            self.refuse_block()
+        self.block_functions = set()
+
+    def refuse_block(self):
+        self.refuse("a block on the stack whose function nothing signs; give it to signedBlock")
 
     def look_for_what_is_refused(self, line):
         code = line.split(";")[0]
         refused = REFUSED.search(code)
         if refused and not code.lstrip().startswith("."):
             self.refuse(f"{REFUSED_SYMBOLS[refused[1]]}; do without it")
-        words = code.split()
-        if words[:1] == ["pacia"]:
-            self.signings += 1
-        elif words[:1] == ["adrp"] and words[-1].endswith("@PAGE"):
-            self.block_functions += bool(BLOCK_FUNCTION.search(plain(words[-1].removesuffix("@PAGE"))))
+        self.follow_block_functions(code)
+
+    def follow_block_functions(self, code):
+        made, added, signed = (form.match(code) for form in (ADDRESS_MADE, ADDRESS_ADDED, ADDRESS_SIGNED))
+        if made:
+            if made[1] in self.block_functions:
+                self.refuse_block()
+            if BLOCK_FUNCTION.search(plain(made[2])):
+                self.block_functions.add(made[1])
+        elif added and added[2] in self.block_functions:
+            self.block_functions.remove(added[2])
+            self.block_functions.add(added[1])
+        elif signed:
+            self.block_functions.discard(signed[1])
 
     def signed(self, before, target, line):
         self.place += 1
@@ -170,6 +203,9 @@ class Assembly:
             return "exception types", TYPE_INFO
         if name in self.functions:
             self.refuse(f"a pointer to the function {name} without a signature in {self.section or 'its section'}")
+        if name not in self.defined and not name.startswith((*OBJECTS, *LOCAL)):
+            self.refuse(f"a pointer to {name} of another source or library, which may be a function, without a signature in "
+                        f"{self.section or 'its section'}")
         return "data", None
 
 

@@ -121,9 +121,17 @@ class SignAssembly(unittest.TestCase):
 
     def test_what_is_no_function_stays_as_it_is(self):
         text = (f"{CONST}_data:\n\t.quad\t_other\n\t.quad\t0\n\t.quad\t-8\n\t.quad\t__ZTS1A+9223372036854775808\n"
-                "\t.quad\tLb-La\n\t.quad\t_other-8\n\t.long\t_f\n")
+                "\t.quad\tLb-La\n\t.quad\t_other-8\n\t.long\t_f\n\t.quad\t_OBJC_CLASS_$_NSObject\n\t.quad\t_zeros\n"
+                '\t.quad\t"_some zeros"\n\t.quad\t_shared\n_other:\n\t.quad\t1\n.zerofill __DATA,__bss,_zeros,48,3 ; @zeros\n'
+                '.zerofill __DATA,__bss,"_some zeros",48,3\n\t.comm\t_shared,8,3\n')
         self.assertEqual(self.signed(text), {})
         self.assertEqual(self.text, text)
+
+    def test_what_another_library_has_may_be_a_function(self):
+        for name in ("_strlen", "__ZN1A1bEv", "__ZTV1A", "_table"):
+            self.assertEqual(self.refused(f"{CONST}_data:\n\t.quad\t{name}\n"),
+                             f"_data: a pointer to {name} of another source or library, which may be a function, "
+                             "without a signature in __const")
 
     def test_notes_for_unwinders_are_taken_out(self):
         self.signed(f"{TEXT}_f:\n\t.cfi_startproc\n\t.cfi_b_key_frame\n\tpacibsp\n\t.cfi_negate_ra_state\n\tretab\n")
@@ -145,6 +153,18 @@ class SignAssembly(unittest.TestCase):
             self.assertEqual(self.refused(begin + code + "_g:\n\tpacia\tx8, x9\n"),
                              "_f: a block on the stack whose function nothing signs; give it to signedBlock")
         self.signed(begin + "\tpacia\tx8, x9\n\tret\n")
+        # What signs another register, or with another key, signs something else.
+        for code in ("\tpacia\tx10, x9\n", "\tpaciza\tx8\n", "\tpacib\tx8, x9\n"):
+            self.refused(begin + code + "\tret\n")
+        self.refused(begin + begin.removeprefix(f"{TEXT}_f:\n") + "\tpacia\tx8, x9\n")
+        self.signed(begin.replace("add\tx8", "add\tx10") + "\tpacia\tx10, x9\n")
+
+    def test_names_of_blocks_functions(self):
+        for end in ("", "_2", ".12", "_2.12", ".llvm.123", ".cold.1", "_3.llvm.9"):
+            for name in (f"___f_block_invoke{end}", f'"___-[A b]_block_invoke{end}"'):
+                self.assertIn("a block on the stack", self.refused(
+                    f"{TEXT}_f:\n\tadrp\tx8, {name}@PAGE\n\tadd\tx8, x8, {name}@PAGEOFF\n\tret\n"))
+        self.signed(f"{TEXT}_f:\n\tadrp\tx8, _block_invoker@PAGE\n\tret\n")
 
     def test_variables_that_blocks_share(self):
         for name in ("___Block_byref_object_copy_", "___Block_byref_object_dispose_.4"):
@@ -152,8 +172,9 @@ class SignAssembly(unittest.TestCase):
                              "_f: a __block variable with helpers, which this compiler does not sign; do without it")
 
     def test_jumps_between_frames(self):
-        self.assertIn("_f: setjmp", self.refused(f"{TEXT}_f:\n\tbl\t_setjmp\n"))
-        self.assertIn("_f: longjmp", self.refused(f"{TEXT}_f:\n\tbl\t_longjmp\n"))
+        for name in ("setjmp", "_setjmp", "sigsetjmp", "longjmp", "_longjmp", "siglongjmp"):
+            self.assertEqual(self.refused(f"{TEXT}_f:\n\tbl\t_{name}\n"),
+                             f"_f: {name}, whose saved addresses are not signed; do without it")
         self.signed(f"{TEXT}_f:\n\tbl\t_setjmper\n\tbl\t_my_setjmp\n")
 
     def test_sections_of_other_pointers(self):
@@ -274,8 +295,25 @@ class Chains(unittest.TestCase):
         for address, reason in ((0x4004, "is not aligned"), (0x1000, "in __TEXT, which is not for data")):
             with self.assertRaisesRegex(Failure, f"^{address:#x}: a pointer.*{reason}$"):
                 self.memory.encoded({address: (1, None)})
-        with self.assertRaisesRegex(Failure, "0x20000, outside of its segments"):
+        with self.assertRaisesRegex(Failure, "^0x20000: a pointer at 0x20000, outside of its segments$"):
             self.memory.encoded({0x20000: (1, None)})
+        with self.assertRaisesRegex(Failure, "^0xbffc: a pointer at 0xbffc, where the file has nothing$"):
+            self.memory.word(0xBFFC)
+
+    def test_a_slot_of_a_personality_that_is_no_pointer(self):
+        self.memory.section = lambda name: reading.Section(0, name, "__TEXT", 0x100, 0x40, 0x100, 0)
+        struct.pack_into("<2I", self.memory.data, 0x10C, 0x20, 1)
+        struct.pack_into("<I", self.memory.data, 0x120, 0x4010)
+        with self.assertRaisesRegex(Failure, "^0x4010: a personality's slot that is no pointer$"):
+            chains.sign_personalities(self.memory, {0x4008: chains.Fixup(0x1000, None)})
+        fixups = {0x4010: chains.Fixup(0x1000, None)}
+        chains.sign_personalities(self.memory, fixups)
+        self.assertEqual(fixups[0x4010].signature, Signature("ia", True, 0))
+
+    def test_what_is_wrong_knows_its_symbol(self):
+        self.memory.symbol_before = lambda address: f"-[A b+c]+{address:#x}"
+        self.assertEqual(self.memory.failure_at(8, "wrong").symbol, "-[A b+c]")
+        self.assertIsNone(Memory().failure_at(8, "wrong").symbol)
 
     def test_more_symbols_than_can_be_counted(self):
         with self.assertRaisesRegex(Failure, "has 65536 symbols of other libraries"):

@@ -107,6 +107,24 @@ class Making(Slices):
         self.assertEqual(result.returncode, 3)
         self.assertRegex(result.stderr, r"^make_slice.py: .*none.dylib'\n$")
 
+    def test_what_is_wrong_with_a_pointer_names_its_source(self):
+        sources = [f"tests/device/structure/sample/{name}" for name in ("library.mm", "signed.mm", "startup.cpp")]
+        objects = [slices.SAMPLES / f"absent/{source}.o" for source in sources]
+        for given, name in ((objects, sources[1]), (objects[:1], r"\S*/absent-unstripped.dylib"), (["none"], r"\S*/absent-unstripped.dylib"),
+                            ([self.written(b"text"), self.written(objects[1].read_bytes()[:3000], "cut"), *objects], sources[1])):
+            result = run(SCRIPTS / "arm64e/make_slice.py", slices.SAMPLES / "absent-unstripped.dylib", self.folder / "made.dylib", *given,
+                         cwd=ROOT)
+            self.assertEqual(result.returncode, 1)
+            self.assertRegex(result.stderr, rf"^make_slice.py: {name}: __ZN6sample\S*: a signed pointer to _sampleAbsent")
+
+    def test_the_toolchain_gives_the_objects(self):
+        result = run("bash", "-c", 'source scripts/device-toolchain.sh; link_slice_for_device "$@"', "link", self.folder / "made.dylib",
+                     slices.SAMPLES / "stubs", "-lSample", "-exported_symbols_list", slices.HERE / "sample/exports.txt",
+                     *(slices.SAMPLES / f"absent/tests/device/structure/sample/{name}.o" for name in ("library.mm", "signed.mm", "startup.cpp")),
+                     cwd=ROOT)
+        self.assertEqual(result.returncode, 1)
+        self.assertRegex(result.stderr, r"^make_slice.py: tests/device/structure/sample/signed.mm: __ZN6sample")
+
     def test_damaged_libraries_are_one_line(self):
         linked = (slices.SAMPLES / "slice.dylib.linked").read_bytes()
         for size in [*range(0, 3000, 97), *range(3000, len(linked), 4999)]:
