@@ -1,7 +1,5 @@
 #include "tests/cli/recorded_step.h"
 
-#include "simulator/process/recording.h"
-
 #include "device/equality/desktop_side.h"
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -14,18 +12,6 @@
 namespace velmoranth::cli {
 namespace {
 
-// Keeps everything from the process's start, as answers are told by places.
-class Kept final : public record::RecordListener {
-  public:
-    void added(const record::Entry& entry) override { entries.push_back(entry); }
-
-    void answered(std::size_t place, const std::string& answer) override {
-        entries.at(place).answer = answer;
-    }
-
-    record::Record entries;
-};
-
 RecordedStep carryOut(const equality::Scenario& scenario, std::size_t place, equality::Given given,
                       const std::function<void(const std::string& root)>& furnish) {
     ::umask(022);
@@ -35,14 +21,13 @@ RecordedStep carryOut(const equality::Scenario& scenario, std::size_t place, equ
     for (std::size_t i = 0; i < place; ++i) {
         static_cast<void>(equality::changeFiles(scenario.steps[i], side.root()));
     }
-    Kept kept;
-    const simulator::ProcessRecording recording(kept);
+    side.startRecording();
     side.load();
-    const auto start = static_cast<std::ptrdiff_t>(kept.entries.size());
+    static_cast<void>(side.takeRecord());
     equality::Step step = scenario.steps[place];
     step.given = given;
     std::string result = side.send(step);
-    return {{kept.entries.begin() + start, kept.entries.end()}, std::move(result)};
+    return {side.takeRecord(), std::move(result)};
 }
 
 void sendText(int end, const std::string& text) {

@@ -9,12 +9,12 @@
 #include "desktop/views/layer.h"
 #include "desktop/views/view_node.h"
 #include "platform/springboard.h"
+#include "simulator/process/recording.h"
 #include "tests/support/catalog/car_writer.h"
 #include "tests/support/test_device.h"
 
 #include "device/equality/phone_files.h"
 #include "device/equality/transcript.h"
-#include "record/recorded_services.h"
 #include "record/recorder.h"
 
 #include <algorithm>
@@ -108,6 +108,26 @@ inline std::string shownFrame(const platform::Rect& frame) {
            shownNumber(frame.size.width) + " " + shownNumber(frame.size.height);
 }
 
+// Keeps everything from the beginning, as answers are told by places.
+class KeptRecord final : public record::RecordListener {
+  public:
+    void added(const record::Entry& entry) override { entries_.push_back(entry); }
+
+    void answered(std::size_t place, const std::string& answer) override {
+        entries_.at(place).answer = answer;
+    }
+
+    // What came since the last time.
+    [[nodiscard]] record::Record take() {
+        const auto start = static_cast<std::ptrdiff_t>(std::exchange(taken_, entries_.size()));
+        return {entries_.begin() + start, entries_.end()};
+    }
+
+  private:
+    record::Record entries_;
+    std::size_t taken_ = 0;
+};
+
 class DesktopSide final : public Side {
   public:
     explicit DesktopSide(const Scenario& scenario)
@@ -134,12 +154,10 @@ class DesktopSide final : public Side {
     [[nodiscard]] std::string root() const override { return device_.hostFolder(); }
 
     void startRecording() override {
-        recorded_ = std::make_unique<record::RecordedServices>(platform::platform(), nullptr);
-        platform::setPlatform(recorded_->platform());
-        record::Recorder::setCurrent(&recorder_);
+        recording_ = std::make_unique<simulator::ProcessRecording>(kept_);
     }
 
-    [[nodiscard]] record::Record takeRecord() override { return recorder_.take(); }
+    [[nodiscard]] record::Record takeRecord() override { return kept_.take(); }
 
     void load() override {
         writeCatalogs();
@@ -378,8 +396,8 @@ class DesktopSide final : public Side {
     }
 
     tests::TestDevice device_;
-    std::unique_ptr<record::RecordedServices> recorded_;
-    record::Recorder recorder_;
+    KeptRecord kept_;
+    std::unique_ptr<simulator::ProcessRecording> recording_;
     std::shared_ptr<const desktop::DeviceRoot> root_;
     desktop::DesktopBundles bundles_;
     desktop::DesktopCatalogClass catalogClass_;

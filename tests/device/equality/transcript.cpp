@@ -81,9 +81,14 @@ void appendLine(std::string& transcript, const std::string& line) {
 constexpr const char* kComparedClasses[] = {"[AVAudio", "[UIAlert", "[UIApplication ",
                                             "[UIViewController present"};
 
-// Which entries both sides have: files, lines of the log, alerts, and what sounds are told. The
-// phone's library calls chmod and mkdir as the C library has them, and makes no player of data that
-// is not there.
+// The phone's layers do not say whose they are.
+bool isToView(const std::string& message) {
+    return message.starts_with("-[UIView ") || message.starts_with("-[UIImageView ");
+}
+
+// Which entries both sides have: files, lines of the log, alerts, and what sounds and views are
+// told. The phone's library calls chmod and mkdir as the C library has them, and makes no player of
+// data that is not there.
 bool isCompared(const record::Entry& entry) {
     using record::EntryKind;
     if (entry.message == record::messageOf("Audio", "audioPlayerWithData") &&
@@ -93,6 +98,7 @@ bool isCompared(const record::Entry& entry) {
     return entry.kind == EntryKind::log || entry.kind == EntryKind::found ||
            entry.kind == EntryKind::missing || entry.kind == EntryKind::unreadable ||
            (entry.kind == EntryKind::written && entry.message.starts_with('-')) ||
+           (entry.kind == EntryKind::message && isToView(entry.message)) ||
            std::any_of(std::begin(kComparedClasses), std::end(kComparedClasses),
                        [&](const char* cls) { return entry.message.find(cls) == 1; });
 }

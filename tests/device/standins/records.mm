@@ -9,6 +9,8 @@
 #import <Foundation/NSFileAttributes.h>
 #include <objc/runtime.h>
 
+#include <array>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -42,6 +44,15 @@ std::string wordsOf(id object) {
         const CGSize size = [image size];
         return words(platform::Size{size.width, size.height}) + " @" + words([image scale]) + "x";
     }
+    if ([object isKindOfClass:[UIView class]]) {
+        const NSInteger tag = static_cast<UIView*>(object)->_tag;
+        const std::string name = class_getName(object_getClass(object));
+        return tag == 0 ? name : name + " #" + std::to_string(tag);
+    }
+    if ([object isKindOfClass:[UIColor class]]) {
+        const struct CGColor& color = *[static_cast<UIColor*>(object) CGColor];
+        return words(platform::Color{color.red, color.green, color.blue, color.alpha});
+    }
     if ([object isKindOfClass:[NSData class]]) {
         return std::to_string([object length]) + " bytes";
     }
@@ -49,6 +60,27 @@ std::string wordsOf(id object) {
         return "dictionary of " + std::to_string([object count]);
     }
     return class_getName(object_getClass(object));
+}
+
+std::string wordsOf(BOOL flag) {
+    return words(static_cast<bool>(flag));
+}
+
+std::string wordsOf(NSInteger number) {
+    return words(number);
+}
+
+std::string wordsOf(CGFloat number) {
+    return words(number);
+}
+
+std::string wordsOf(float number) {
+    return words(static_cast<double>(number));
+}
+
+std::string wordsOf(CGRect rect) {
+    return words(
+        platform::Rect{{rect.origin.x, rect.origin.y}, {rect.size.width, rect.size.height}});
 }
 
 void add(Entry entry) {
@@ -109,13 +141,8 @@ struct Methods {
     Method<BOOL (*)(id, SEL, BOOL, NSError**)> setActive;
     Method<id (*)(id, SEL, NSURL*, NSError**)> playerOfFile;
     Method<id (*)(id, SEL, NSData*, NSError**)> playerOfData;
-    Method<void (*)(id, SEL, float)> setVolume;
-    Method<void (*)(id, SEL, id)> setDelegate;
-    Method<BOOL (*)(id, SEL)> prepareToPlay;
-    Method<BOOL (*)(id, SEL)> play;
     Method<id (*)(id, SEL, NSString*, NSString*, NSInteger)> alert;
     Method<id (*)(id, SEL, NSString*, NSInteger, id)> action;
-    Method<void (*)(id, SEL, id)> addAction;
     Method<void (*)(id, SEL, id, BOOL, id)> present;
     Method<id (*)(id, SEL)> keyWindow;
 };
@@ -203,16 +230,60 @@ constexpr auto kCategory = messageOf("AudioSession", "setCategory");
 constexpr auto kActive = messageOf("AudioSession", "setActive");
 constexpr auto kPlayerOfFile = messageOf("Audio", "audioPlayerWithContentsOfURL");
 constexpr auto kPlayerOfData = messageOf("Audio", "audioPlayerWithData");
-constexpr auto kVolume = messageOf("AudioPlayer", "setVolume");
-constexpr auto kDelegate = messageOf("AudioPlayer", "setDelegate");
-constexpr auto kPrepare = messageOf("AudioPlayer", "prepareToPlay");
-constexpr auto kPlay = messageOf("AudioPlayer", "play");
 
 constexpr auto kAlert = messageOf("Alerts", "alertControllerWithTitleMessagePreferredStyle");
 constexpr auto kAction = messageOf("Alerts", "actionWithTitleStyleHandler");
-constexpr auto kAddAction = messageOf("AlertController", "addAction");
 constexpr auto kPresent = messageOf("ViewController", "presentViewControllerAnimated");
 constexpr auto kKeyWindow = messageOf("Application", "keyWindow");
+
+// What views, players and alerts are told, by their places here.
+constexpr std::array kTold{
+    messageOf("View", "setTag"),
+    messageOf("View", "setFrame"),
+    messageOf("View", "setBackgroundColor"),
+    messageOf("View", "setClipsToBounds"),
+    messageOf("View", "setAlpha"),
+    messageOf("View", "setHidden"),
+    messageOf("View", "addSubview"),
+    messageOf("View", "insertSubviewAtIndex"),
+    messageOf("View", "removeFromSuperview"),
+    messageOf("View", "addGestureRecognizer"),
+    messageOf("ImageView", "setImage"),
+    messageOf("AudioPlayer", "setVolume"),
+    messageOf("AudioPlayer", "setDelegate"),
+    messageOf("AudioPlayer", "prepareToPlay"),
+    messageOf("AudioPlayer", "play"),
+    messageOf("AlertController", "addAction"),
+};
+
+template <std::size_t kPlace, class Result, class... Args>
+void replaceTold() {
+    static Method<Result (*)(id, SEL, Args...)> method;
+    method.replace(kTold[kPlace].data(), [](id self, SEL name, Args... arguments) -> Result {
+        const Call call;
+        addMessage(call, kTold[kPlace], self, {wordsOf(arguments)...});
+        return method.own(self, name, arguments...);
+    });
+}
+
+void replaceAllTold() {
+    replaceTold<0, void, NSInteger>();
+    replaceTold<1, void, CGRect>();
+    replaceTold<2, void, id>();
+    replaceTold<3, void, BOOL>();
+    replaceTold<4, void, CGFloat>();
+    replaceTold<5, void, BOOL>();
+    replaceTold<6, void, id>();
+    replaceTold<7, void, id, NSInteger>();
+    replaceTold<8, void>();
+    replaceTold<9, void, id>();
+    replaceTold<10, void, id>();
+    replaceTold<11, void, float>();
+    replaceTold<12, void, id>();
+    replaceTold<13, BOOL>();
+    replaceTold<14, BOOL>();
+    replaceTold<15, void, id>();
+}
 
 void replaceReads() {
     methods.fileExists.replace(kFileExists.data(), [](id self, SEL name, NSString* path) -> BOOL {
@@ -362,26 +433,6 @@ void replacePlayers() {
             addCall(call, kPlayerOfData, {wordsOf(data)}, player);
             return player;
         });
-    methods.setVolume.replace(kVolume.data(), [](id self, SEL name, float volume) {
-        const Call call;
-        addMessage(call, kVolume, self, {words(static_cast<double>(volume))});
-        methods.setVolume.own(self, name, volume);
-    });
-    methods.setDelegate.replace(kDelegate.data(), [](id self, SEL name, id delegate) {
-        const Call call;
-        addMessage(call, kDelegate, self, {wordsOf(delegate)});
-        methods.setDelegate.own(self, name, delegate);
-    });
-    methods.prepareToPlay.replace(kPrepare.data(), [](id self, SEL name) -> BOOL {
-        const Call call;
-        addMessage(call, kPrepare, self);
-        return methods.prepareToPlay.own(self, name);
-    });
-    methods.play.replace(kPlay.data(), [](id self, SEL name) -> BOOL {
-        const Call call;
-        addMessage(call, kPlay, self);
-        return methods.play.own(self, name);
-    });
 }
 
 void replaceAlerts() {
@@ -400,11 +451,6 @@ void replaceAlerts() {
             addCall(call, kAction, {wordsOf(title), words(style)}, answer);
             return answer;
         });
-    methods.addAction.replace(kAddAction.data(), [](id self, SEL name, id action) {
-        const Call call;
-        addMessage(call, kAddAction, self, {wordsOf(action)});
-        methods.addAction.own(self, name, action);
-    });
     methods.present.replace(
         kPresent.data(), [](id self, SEL name, id controller, BOOL isAnimated, id completion) {
             const Call call;
@@ -440,6 +486,7 @@ void startRecording() {
     replaceSession();
     replacePlayers();
     replaceAlerts();
+    replaceAllTold();
 }
 
 record::Record takeRecord() {
