@@ -284,11 +284,24 @@ def check_host_paths():
     return problems
 
 
+def check_what_signs_and_what_checks():
+    """What makes the slice with signed pointers, and what checks it, would else be wrong in the same way."""
+    folders = {name: sorted((ROOT / name).glob("*.py")) for name in ("scripts", "scripts/arm64e")}
+    problems = []
+    for name, other in (("scripts", "scripts/arm64e"), ("scripts/arm64e", "scripts")):
+        foreign = {path.stem for path in folders[other]} | {pathlib.PurePath(other).name}
+        for path in folders[name]:
+            found = re.findall(r"^\s*(?:import|from)\s+(\w+)", path.read_text(), re.MULTILINE)
+            problems += [f"{relative(path)}: may not import {each} of {other}" for each in found if each in foreign]
+    return problems
+
+
 CHECKS = [
     ("include direction", check_include_direction),
     ("engine's restrictions", check_engine_restrictions),
     ("headers", check_headers),
     ("file sizes", check_file_sizes),
+    ("what signs and what checks", check_what_signs_and_what_checks),
     ("packages and their reasons", check_packages),
     ("links in documents", check_links),
     ("paths of one machine", check_host_paths),

@@ -9,9 +9,9 @@ usage: check_macho.py [--unstripped FILE] [--exports LIST] [--stubs FOLDER]... [
 
 Prints a line for each thing that is wrong and where to mend it, or one that all is well; with --contents
 then also what is in the library. A slice is compared with the library beside it, than which it may be a
-tenth larger, and its rules are those of the documents unless given. --arm64e looks at a slice that was
-built elsewhere, and prints one line when it does not fit; LIST and FOLDER are those of device/ there unless
-given. Exit code 1 when something is wrong, 3 when a file cannot be read."""
+tenth larger, and its rules are those of the documents unless given. --arm64e looks at a slice that is
+to be joined, wherever it was built, and prints one line when it does not fit; LIST and FOLDER are those of device/
+there unless given. Exit code 1 when something is wrong, 3 when a file cannot be read."""
 
 import argparse
 import collections

@@ -33,6 +33,8 @@ def counts(build, root, plugin, library, keys):
     found = re.findall(r"^([\w:]+)\ninstructions (\d+) (\d+)$", result.stderr, re.MULTILINE)
     if result.returncode or len(found) != 2:
         raise OSError(f"{library}: cannot be counted: {result.stderr.strip() or result.returncode}")
+    if any(int(own) == 0 for _, own, _ in found):
+        raise OSError(f"{library}: counted nothing of the library's own")
     return {name: (int(own) / CALLS, int(everything) / CALLS) for name, own, everything in found}
 
 

@@ -89,13 +89,22 @@ void report() {
     close(file);
 }
 
+// Whether VELMORANTH_KEYS leaves the keys for functions and data.
+bool hasAllKeys() {
+    const char* const given = std::getenv("VELMORANTH_KEYS");
+    const std::string_view keys = given == nullptr ? "all" : given;
+    if (keys != "all" && keys != "returns") {
+        throw LoadError("VELMORANTH_KEYS is all or returns, not \"" + std::string(keys) + '"');
+    }
+    return keys == "all";
+}
+
 }  // namespace
 
 void begin(const Image& image, bool isArm64e) {
-    const char* const keys = std::getenv("VELMORANTH_KEYS");
     State& now = state();
     now.isArm64e = isArm64e;
-    now.hasKeys = isArm64e && !(keys != nullptr && std::string_view(keys) == "returns");
+    now.hasKeys = hasAllKeys() && isArm64e;
     now.start = image.base();
     now.end = image.end();
     if (!isArm64e) {

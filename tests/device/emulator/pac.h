@@ -6,6 +6,7 @@
 
 #include "pointer_rules.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <utility>
@@ -17,9 +18,10 @@ class Image;
 namespace pac {
 
 // What kind of library the process has, before any of its pointers is used. A library for arm64e
-// gets keys for functions and data unless VELMORANTH_KEYS is "returns": then it has that for return
-// addresses alone, as the apps of the App Store have, which are arm64 and load libraries for
-// arm64e. Ends the process where the processor has no authentication.
+// gets keys for functions and data unless VELMORANTH_KEYS is "returns" rather than "all": then it
+// has that for return addresses alone, as the apps of the App Store have, which are arm64 and load
+// libraries for arm64e. Any other value is a LoadError. Ends the process where the processor has no
+// authentication.
 void begin(const Image& image, bool isArm64e);
 
 [[nodiscard]] bool isArm64e();
@@ -47,10 +49,11 @@ template <class Function>
 
 template <class Function>
 [[nodiscard]] Function handedOver(Function function) {
+    const Rule& rule = kRules[static_cast<std::size_t>(Kind::function)];
     return function == nullptr || !hasKeys()
                ? function
                : reinterpret_cast<Function>(
-                     sign(reinterpret_cast<std::uint64_t>(function), Key::ia, 0));
+                     sign(reinterpret_cast<std::uint64_t>(function), rule.key, rule.number));
 }
 
 // Where the library begins and ends.

@@ -2,6 +2,7 @@
 
 #include "device/emulator/pac.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <map>
@@ -35,6 +36,9 @@ constexpr std::uint8_t kOffset = 0x80;
 constexpr std::uint8_t kOffsetExtended = 0x05;
 constexpr std::uint8_t kSignedReturnAddress =
     0x2d;  // from here on, with the caller's stack pointer
+
+constexpr const pac::Rule& kReturns =
+    pac::kRules[static_cast<std::size_t>(pac::Kind::returnAddress)];
 
 struct Function {
     std::uint32_t start = 0;
@@ -181,8 +185,8 @@ class FrameWriter {
             for (const char letter : std::string_view(personality != 0 ? "zPLR" : "zR")) {
                 byte(static_cast<unsigned char>(letter));
             }
-            if (pac::isArm64e()) {
-                byte('B');  // return addresses are signed, with the key ib
+            if (pac::isArm64e() && kReturns.key == pac::Key::ib) {
+                byte('B');  // return addresses are signed with that key
             }
             byte(0);
             byte(1);     // code is counted in bytes

@@ -4,6 +4,7 @@ names; and the report of what was authenticated.
 
 usage: rules_test.py [unittest arguments]"""
 
+import os
 import re
 import sys
 import tempfile
@@ -79,11 +80,11 @@ class Rules(unittest.TestCase):
 class Authenticated(unittest.TestCase):
     """The report of what the emulator has authenticated."""
 
-    def report(self, *lines):
+    def report(self, *lines, options=()):
         with tempfile.NamedTemporaryFile("w", suffix=".txt") as file:
             file.write("".join(f"{line}\n" for line in lines))
             file.flush()
-            return run(SCRIPTS / "authenticated.py", file.name)
+            return run(SCRIPTS / "authenticated.py", *options, file.name)
 
     def test_processes_are_added_up_by_kind(self):
         result = self.report("1 2 3 4 5 6 7 8 9 0", "10 20 30 40 50 60 70 80 90 0")
@@ -99,13 +100,59 @@ class Authenticated(unittest.TestCase):
         self.assertEqual(result.stderr, "authenticated.py: no initialiser was authenticated\n")
         self.assertIn("9 personality, in 1\n", result.stdout)
 
+    def test_some_of_the_tests_authenticate_some_kinds(self):
+        result = self.report("0 0 3 0 0 0 0 0 0 0", options=["--some"])
+        self.assertEqual((result.returncode, result.stderr), (0, ""))
+        # Return addresses are the processor's.
+        result = self.report("0 0 0 0 0 0 0 0 0 5", options=["--some"])
+        self.assertEqual((result.returncode, result.stderr), (1, "authenticated.py: nothing was authenticated\n"))
+
+    def test_processes_without_keys_authenticate_nothing(self):
+        result = self.report("0 0 0 0 0 0 0 0 0 0", options=["--none"])
+        self.assertEqual((result.returncode, result.stderr), (0, ""))
+        result = self.report("0 0 3 0 0 0 2 0 0 0", options=["--none"])
+        self.assertEqual((result.returncode, result.stderr), (1, "authenticated.py: 5 pointers were authenticated without keys\n"))
+
     def test_no_process_at_all(self):
-        self.assertEqual(self.report().returncode, 1)
+        for options in ([], ["--some"], ["--none"]):
+            result = self.report(options=options)
+            self.assertEqual((result.returncode, result.stderr), (1, "authenticated.py: no process has loaded the slice\n"))
+
+    def test_no_report(self):
+        for options in ([], ["--some"], ["--none"]):
+            result = run(SCRIPTS / "authenticated.py", *options, "/none/report.txt")
+            self.assertEqual((result.returncode, len(result.stderr.splitlines())), (3, 1))
+        for arguments in ([], ["--some"], ["--all", "a"], ["a", "b"], ["--some", "--none", "a"]):
+            self.assertEqual(run(SCRIPTS / "authenticated.py", *arguments).returncode, 2)
 
     def test_what_is_no_report(self):
         for line in ("1 2 3", "1 2 3 4 5 6 7 8 9 x"):
             result = self.report(line)
             self.assertEqual((result.returncode, len(result.stderr.splitlines())), (3, 1))
+
+
+class Cost(unittest.TestCase):
+    """The count of instructions, with an emulator that says what it is told to."""
+
+    def count(self, *lines):
+        folder = pathlib.Path(tempfile.mkdtemp())
+        self.addCleanup(shutil.rmtree, folder)
+        (folder / "emulated").mkdir()
+        said = "".join(f"{name}\\ninstructions {own} {everything}\\n" for name, own, everything in lines)
+        for name, text in (("qemu-aarch64", f"printf '{said}' >&2"), ("clang++-19", "")):
+            (folder / name).write_text(f"#!/bin/sh\n{text}\n")
+            (folder / name).chmod(0o755)
+        return run(SCRIPTS / "device_cost.py", folder, folder, env={**os.environ, "PATH": f"{folder}:{os.environ['PATH']}"})
+
+    def test_each_message_is_compared(self):
+        result = self.count(("alpha", 2000, 5000), ("image:", 1000, 1000))
+        self.assertEqual((result.returncode, result.stderr), (0, ""))
+        self.assertIn("alpha: 2 instructions of the library for arm64, 2 with signed pointers, 1.00 times;", result.stdout)
+
+    def test_nothing_counted_is_one_line(self):
+        result = self.count(("alpha", 0, 5000), ("image:", 1000, 1000))
+        self.assertEqual((result.returncode, result.stdout), (3, ""))
+        self.assertRegex(result.stderr, r"^device_cost.py: \S+: counted nothing of the library's own\n$")
 
 
 class Names(unittest.TestCase):
