@@ -139,7 +139,8 @@ __attribute__((objc_root_class))
 
 + (int)add:(int)number {
     sample::Both both(number);
-    return sample::caught(both, both) + sample::caught(sample::kQuiet, both) + sample::called(&sample::call);
+    return sample::caught(both, both) + sample::caught(sample::kQuiet, both) +
+           sample::called(&sample::call);
 }
 
 - (int)take:(int)number {
