@@ -235,7 +235,7 @@ def cmake_packages(text):
 
 
 def check_packages():
-    listed = [line.strip() for line in (ROOT / "scripts/debian-packages.txt").read_text().splitlines()
+    listed = [line.split()[0] for line in (ROOT / "scripts/debian-packages.txt").read_text().splitlines()
               if line.strip() and not line.startswith(("#", "["))]
     explained = re.findall(r"^\| `([^`]+)` \|", (ROOT / "docs/developers/dependencies.md").read_text(), re.MULTILINE)
     problems = [f"{name}: listed more than once" for name in sorted(set(listed)) if listed.count(name) > 1]

@@ -94,8 +94,10 @@ known_cause() {
 # The first error in a file of output, with what belongs to it.
 first_error() {
     local log=$1 error
-    # A failed build step names its command first, which helps nobody.
-    error=$(awk '/(^|[^[:alnum:]_])(fatal error|[Ee]rror|undefined reference|Traceback)([^[:alnum:]_]|$)|^E: / && !/^FAILED: / {
+    # A failed build step names its command first, which helps nobody; one that went well may name a file
+    # called Error.
+    error=$(awk '!length(seen) && (/^FAILED: / || /^\[[0-9]+\/[0-9]+\] /) { next }
+         /(^|[^[:alnum:]_])(fatal error|[Ee]rror|undefined reference|Traceback)([^[:alnum:]_]|$)|^E: / {
              if (!length(seen) && length($0) < 2000) { seen = NR }
          }
          length(seen) && NR < seen + 12 { print }' "$log")

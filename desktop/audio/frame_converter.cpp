@@ -44,7 +44,28 @@ struct FrameConverter::State {
         return frame.sample_rate == rate && frame.format == format &&
                ffmpeg().av_channel_layout_compare(&frame.ch_layout, &layout) == 0;
     }
+
+    // Makes the resampler, from channels in that order, which it only reads.
+    [[nodiscard]] bool begin(AVChannelLayout& from, int sampleRate);
 };
+
+bool FrameConverter::State::begin(AVChannelLayout& from, int sampleRate) {
+    AVChannelLayout stereo{};
+    ffmpeg().av_channel_layout_default(&stereo, static_cast<int>(kChannels));
+    SwrContext* context = nullptr;
+    bool made =
+        ffmpeg().swr_alloc_set_opts2(&context, &stereo, AV_SAMPLE_FMT_FLT, sampleRate, &from,
+                                     static_cast<AVSampleFormat>(format), rate, 0, nullptr) == 0;
+    resampler.reset(context);
+    // Channels that are mixed into one are no louder than full level together.
+    made = made && ffmpeg().av_opt_set_double(context, "rematrix_maxval", 1, 0) == 0;
+    if (made && from.nb_channels == 1) {
+        // The library's own choice is 3 dB quieter.
+        constexpr std::array<double, kChannels> kBothSides{1, 1};
+        made = ffmpeg().swr_set_matrix(context, kBothSides.data(), 1) == 0;
+    }
+    return made && ffmpeg().swr_init(context) == 0;
+}
 
 FrameConverter::FrameConverter(int sampleRate) : sampleRate_(sampleRate) {}
 
@@ -58,29 +79,18 @@ bool FrameConverter::prepare(const AVFrame& frame, std::vector<float>& samples) 
     state_ = std::make_unique<State>();
     state_->format = frame.format;
     state_->rate = frame.sample_rate;
-    AVChannelLayout stereo{};
-    ffmpeg().av_channel_layout_default(&stereo, static_cast<int>(kChannels));
     if (ffmpeg().av_channel_layout_copy(&state_->layout, &frame.ch_layout) < 0) {
         return false;
     }
+    // An order of channels that the resampler does not know is taken for the usual one: a sound is
+    // heard rather than refused.
     AVChannelLayout usual{};
     ffmpeg().av_channel_layout_default(&usual, state_->layout.nb_channels);
     const bool ordered = state_->layout.order != AV_CHANNEL_ORDER_UNSPEC;
-    SwrContext* context = nullptr;
-    bool made = ffmpeg().swr_alloc_set_opts2(&context, &stereo, AV_SAMPLE_FMT_FLT, sampleRate_,
-                                             ordered ? &state_->layout : &usual,
-                                             static_cast<AVSampleFormat>(frame.format),
-                                             frame.sample_rate, 0, nullptr) == 0;
+    const bool made = (ordered && state_->begin(state_->layout, sampleRate_)) ||
+                      state_->begin(usual, sampleRate_);
     ffmpeg().av_channel_layout_uninit(&usual);
-    state_->resampler.reset(context);
-    // Channels that are mixed into one are no louder than full level together.
-    made = made && ffmpeg().av_opt_set_double(context, "rematrix_maxval", 1, 0) == 0;
-    if (made && state_->layout.nb_channels == 1) {
-        // The library's own choice is 3 dB quieter.
-        constexpr std::array<double, kChannels> kBothSides{1, 1};
-        made = ffmpeg().swr_set_matrix(context, kBothSides.data(), 1) == 0;
-    }
-    return made && ffmpeg().swr_init(context) == 0;
+    return made;
 }
 
 void FrameConverter::convert(const AVFrame& frame, int start, int count,
