@@ -114,7 +114,9 @@ void begin(const Image& image, bool isArm64e) {
     if (pacia(now.start, 0) == now.start && pacia(now.start, 1) == now.start) {
         stop(LoadError("this processor authenticates no pointers (QEMU_CPU=max does)"));
     }
+    // The latter where a process ends without its destructors.
     std::atexit(&report);
+    std::at_quick_exit(&report);
 }
 
 bool isArm64e() {
