@@ -28,8 +28,10 @@ std::string withFlag(std::string zip, unsigned flag) {
     for (const auto& [mark, place] : {std::pair("PK\x03\x04", 6U), std::pair("PK\x01\x02", 8U)}) {
         for (std::size_t at = zip.find(mark); at != std::string::npos;
              at = zip.find(mark, at + 1)) {
-            zip[at + place] = static_cast<char>(zip[at + place] | (flag & 0xFF));
-            zip[at + place + 1] = static_cast<char>(zip[at + place + 1] | (flag >> 8U));
+            zip[at + place] =
+                static_cast<char>(static_cast<unsigned char>(zip[at + place]) | (flag & 0xFFU));
+            zip[at + place + 1] =
+                static_cast<char>(static_cast<unsigned char>(zip[at + place + 1]) | (flag >> 8U));
         }
     }
     return zip;
