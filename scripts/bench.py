@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Runs benchmark programs and prints each time beside its bare cost: the ratio that a benchmark
 reports itself, or else that to the benchmark of the same name with `Bare` after its first part
-(`lookUpIcon/10` is compared with `lookUpIconBare/10`).
+(`lookUpIcon/10` is compared with `lookUpIconBare/10`). Exit code 1 when a ratio is over its limit.
 
 usage: bench.py [ARGUMENTS OF GOOGLE BENCHMARK] -- PROGRAM..."""
 
@@ -9,6 +9,20 @@ import json
 import subprocess
 import sys
 import tempfile
+
+# The most that a ratio may be, by the benchmark's name without its arguments. Those without a goal are
+# in no row.
+LIMITS = {
+    "search for an icon": 1.5,
+    "image that no theme has": 1.5,
+    "mask 180x180, bytes a mask pixel": 6,
+    "overlay 180x180": 6,
+    "recorded preview": 1.3,
+    "what an unrecorded preview pays": 0.01,
+    "screen": 4,
+    "wholeCatalogOnOneJob": 1.3,
+    "wholeCatalogOnTwoJobs": 0.59,
+}
 
 UNITS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 
@@ -28,7 +42,16 @@ def time_text(nanoseconds):
     return f"{nanoseconds:.3g} ns"
 
 
+def ratio_text(first, ratio, compared):
+    """The column's text, and whether the ratio is over the limit of its row."""
+    limit = LIMITS.get(first)
+    is_over = limit is not None and ratio > limit
+    goal = "" if limit is None else f", {'OVER' if is_over else 'limit'} {limit}"
+    return f"{ratio:6.2f} ×{compared}{goal}", is_over
+
+
 def main():
+    over = 0
     split = sys.argv.index("--")
     arguments, programs = sys.argv[1:split], sys.argv[split + 1:]
     for program in programs:
@@ -41,11 +64,16 @@ def main():
             if first.endswith("Bare"):
                 continue
             bare = times.get(first + "Bare" + slash + rest)
-            ratio = f"{time / bare:6.2f} × bare ({time_text(bare)})" if bare else ""
+            text, is_over = "", False
             if name in ratios:
-                ratio = f"{ratios[name]:6.2f} ×"
-            print(f"  {name:<48} {time_text(time):>10}  {ratio}".rstrip())
-    return 0
+                text, is_over = ratio_text(first, ratios[name], "")
+            elif bare:
+                text, is_over = ratio_text(first, time / bare, f" bare ({time_text(bare)})")
+            over += is_over
+            print(f"  {name:<48} {time_text(time):>10}  {text}".rstrip())
+    if over:
+        print(f"bench: {over} over the limit", file=sys.stderr)
+    return 1 if over else 0
 
 
 if __name__ == "__main__":
