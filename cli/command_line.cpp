@@ -102,11 +102,11 @@ ExitCode run(const std::vector<std::string>& words) {
 
 std::span<const Command> commands() {
     static const std::array kCommands{
-        previewCommand(),        explainCommand(),        extractCommand(),
-        deviceInitCommand(),     hooksCommand(),          notifyCommand(),
-        soundCommand(),          settingsListCommand(),   settingsGetCommand(),
-        settingsSetCommand(),    settingsSaveCommand(),   settingsRenameCommand(),
-        settingsDeleteCommand(), settingsRestoreCommand()};
+        previewCommand(),        explainCommand(),        convertCommand(),
+        extractCommand(),        deviceInitCommand(),     hooksCommand(),
+        notifyCommand(),         soundCommand(),          settingsListCommand(),
+        settingsGetCommand(),    settingsSetCommand(),    settingsSaveCommand(),
+        settingsRenameCommand(), settingsDeleteCommand(), settingsRestoreCommand()};
     return kCommands;
 }
 

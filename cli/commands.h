@@ -7,6 +7,7 @@ namespace velmoranth::cli {
 
 [[nodiscard]] Command previewCommand();
 [[nodiscard]] Command explainCommand();
+[[nodiscard]] Command convertCommand();
 [[nodiscard]] Command extractCommand();
 [[nodiscard]] Command deviceInitCommand();
 [[nodiscard]] Command hooksCommand();

@@ -20,6 +20,7 @@ using image_io::PngFilter;
 using platform::Data;
 
 constexpr std::string_view kSignature = "\x89PNG\r\n\x1a\n";
+constexpr std::uint8_t kColorGray = 0;
 constexpr std::uint8_t kColorRgb = 2;
 constexpr std::uint8_t kColorRgba = 6;
 constexpr std::size_t kLargest = 0x7FFFFFFF;  // a PNG's width, height and chunk length
@@ -210,6 +211,25 @@ void appendChunk(Data& file, std::string_view type, std::span<const std::uint8_t
     appendBigEndian32(file, image_io::crc32(std::span(file).subspan(start)));
 }
 
+// The whole file around the deflated rows.
+Data pngFile(std::size_t width, std::size_t height, std::uint8_t color, const Data& stream) {
+    Data header;
+    appendBigEndian32(header, width);
+    appendBigEndian32(header, height);
+    // Bit depth, colour type, compression, filter and interlace method.
+    const std::array<std::uint8_t, 5> kind = {8, color, 0, 0, 0};
+    header.insert(header.end(), kind.begin(), kind.end());
+    constexpr std::array<std::uint8_t, 1> kPerceptual = {0};
+
+    Data file(kSignature.begin(), kSignature.end());
+    file.reserve(stream.size() + 128);
+    appendChunk(file, "IHDR", header);
+    appendChunk(file, "sRGB", kPerceptual);
+    appendChunk(file, "IDAT", stream);
+    appendChunk(file, "IEND", {});
+    return file;
+}
+
 }  // namespace
 
 Data encodePng(std::span<const std::uint8_t> premultipliedBgra, std::size_t width,
@@ -226,21 +246,23 @@ Data encodePng(std::span<const std::uint8_t> premultipliedBgra, std::size_t widt
         return {};
     }
 
-    Data header;
-    appendBigEndian32(header, width);
-    appendBigEndian32(header, height);
-    // Bit depth, colour type, compression, filter and interlace method.
-    const std::array<std::uint8_t, 5> kind = {8, pixelBytes == 3 ? kColorRgb : kColorRgba, 0, 0, 0};
-    header.insert(header.end(), kind.begin(), kind.end());
-    constexpr std::array<std::uint8_t, 1> kPerceptual = {0};
+    return pngFile(width, height, pixelBytes == 3 ? kColorRgb : kColorRgba, stream);
+}
 
-    Data file(kSignature.begin(), kSignature.end());
-    file.reserve(stream.size() + 128);
-    appendChunk(file, "IHDR", header);
-    appendChunk(file, "sRGB", kPerceptual);
-    appendChunk(file, "IDAT", stream);
-    appendChunk(file, "IEND", {});
-    return file;
+Data encodeGrayPng(std::span<const std::uint8_t> samples, std::size_t width, std::size_t height) {
+    if (width == 0 || height == 0 || width > kLargest || height > kLargest ||
+        samples.size() / width < height) {
+        return {};
+    }
+    Data rows;
+    rows.reserve((width + 1) * height);
+    for (std::size_t y = 0; y < height; ++y) {
+        rows.push_back(static_cast<std::uint8_t>(PngFilter::none));
+        const auto row = samples.subspan(y * width, width);
+        rows.insert(rows.end(), row.begin(), row.end());
+    }
+    const Data stream = image_io::deflateZlib(rows, kBalanced.deflateLevel);
+    return stream.size() > kLargest ? Data() : pngFile(width, height, kColorGray, stream);
 }
 
 }  // namespace velmoranth::desktop

@@ -81,4 +81,9 @@ enum class PngEffort { fast, balanced };
                                        std::size_t width, std::size_t height,
                                        std::size_t bytesPerRow, PngEffort effort = PngEffort::fast);
 
+// A PNG file of 8-bit gray samples without alpha, tight rows. Empty when there is no pixel or there
+// are fewer samples than the sizes say.
+[[nodiscard]] platform::Data encodeGrayPng(std::span<const std::uint8_t> samples, std::size_t width,
+                                           std::size_t height);
+
 }  // namespace velmoranth::desktop

@@ -1,0 +1,134 @@
+// velmoranth convert
+#include "makers/conversion/convert.h"
+
+#include "cli/commands.h"
+#include "cli/conversion_report.h"
+#include "cli/device_layout.h"
+#include "cli/messages.h"
+#include "desktop/files/cleanup.h"
+#include "desktop/plist/property_lists.h"
+
+#include "makers/conversion/pictures.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <string_view>
+#include <utility>
+
+namespace velmoranth::cli {
+
+using desktop::Result;
+
+namespace {
+
+constexpr std::array<Option, 4> kConvertOptions{{
+    {"--output", "-o", "FOLDER",
+     "put the themes into this folder, which is made when it is missing"},
+    {"--dry-run", "", "", "say what would be done, and write nothing"},
+    {"--force", "", "", "replace themes of the same names in FOLDER"},
+    {"--json", "", "", "the report as an object for programs"},
+}};
+
+// How calendars are written of which a theme says nothing.
+Result<platform::Dictionary> installedCalendar() {
+    const auto files = findInstalledFiles();
+    if (!files) {
+        return tl::unexpected(files.error());
+    }
+    const auto file = std::ranges::find_if(*files, [](const desktop::InstalledFile& installed) {
+        return installed.devicePath.ends_with("/Cal.plist");
+    });
+    const auto bytes = makers::readWhole(file->hostPath);
+    if (!bytes) {
+        return tl::unexpected(bytes.error());
+    }
+    const auto list = desktop::parsePropertyList(*bytes);
+    if (!list || list->as<platform::Dictionary>() == nullptr) {
+        return tl::unexpected(
+            desktop::Problem{"the installed calendar settings are damaged", file->hostPath});
+    }
+    return *list->as<platform::Dictionary>();
+}
+
+Result<makers::Conversion> readConversion(const Arguments& arguments) {
+    makers::Conversion conversion;
+    conversion.inputs = arguments.positionals();
+    conversion.output = arguments.value("--output").value_or("");
+    conversion.isDryRun = arguments.has("--dry-run");
+    conversion.replacesThemes = arguments.has("--force");
+    if (!arguments.has("--output")) {
+        return misuse("-o FOLDER is missing; velmoranth convert --help");
+    }
+    if (conversion.output.empty() ||
+        std::ranges::find(conversion.inputs, "") != conversion.inputs.end()) {
+        return misuse("INPUT and FOLDER take a name, and this one is empty");
+    }
+    return conversion;
+}
+
+// Says what is being done once that has taken long enough for someone to wonder.
+class LateProgress {
+  public:
+    void show(const std::string& what) {
+        constexpr auto kLate = std::chrono::milliseconds(500);
+        if (std::chrono::steady_clock::now() - start_ >= kLate) {
+            line_.show(shown(what));
+        }
+    }
+
+    void clear() { line_.clear(); }
+
+  private:
+    std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+    ProgressLine line_;
+};
+
+ExitCode runConvert(const Arguments& arguments) {
+    auto conversion = readConversion(arguments);
+    if (!conversion) {
+        return fail(ExitCode::wrongUsage, conversion.error());
+    }
+    auto calendar = installedCalendar();
+    if (!calendar) {
+        return fail(ExitCode::badInput, calendar.error());
+    }
+    conversion->calendar = std::move(*calendar);
+    desktop::cleanUpOnSignals();
+    LateProgress progress;
+    conversion->progress = [&progress](const std::string& what) { progress.show(what); };
+    const auto themes = makers::convertThemes(*conversion);
+    progress.clear();
+    if (!themes) {
+        return fail(ExitCode::badInput, themes.error());
+    }
+    print(arguments.has("--json") ? jsonOf(*themes, *conversion) : textOf(*themes, *conversion));
+    return ExitCode::done;
+}
+
+std::string exitHelp() {
+    return "exit codes:\n  0 done, 2 wrong usage, 3 an input that is none or cannot be read, or "
+           "nowhere to write\n";
+}
+
+}  // namespace
+
+Command convertCommand() {
+    return {.name = "convert",
+            .summary = "Make themes that show of themes in any layout.",
+            .positionalNames = "INPUT...",
+            .description =
+                "INPUT is a folder, a package (.deb) or an archive (.zip, .tar, .tar.gz, .tar.xz "
+                "and so on), with one\ntheme in it or several, at any depth. Each becomes a folder "
+                "of its own in FOLDER. Inputs are never\nchanged, and nothing is replaced without "
+                "--force.",
+            .options = kConvertOptions,
+            .examples = {"velmoranth convert OldTheme.deb -o themes",
+                         "velmoranth convert icons.zip MyIcons -o themes --dry-run"},
+            .leastPositionals = 1,
+            .mostPositionals = 100000,
+            .run = runConvert,
+            .moreHelp = exitHelp};
+}
+
+}  // namespace velmoranth::cli

@@ -1,0 +1,191 @@
+#include "makers/conversion/convert.h"
+
+#include "desktop/plist/text_encoding.h"
+
+#include "makers/conversion/names.h"
+#include "makers/conversion/written_themes.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <filesystem>
+#include <set>
+#include <system_error>
+#include <utility>
+
+namespace velmoranth::makers {
+
+using desktop::Problem;
+using desktop::Result;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kLongestName = 200;  // bytes of a theme's
+
+// As a folder of a device may be called: plain text without slashes, no dot first.
+std::string asThemeName(std::string_view text) {
+    std::string name;
+    while (!text.empty()) {
+        const std::size_t length = desktop::characterLength(text);
+        const auto first = static_cast<unsigned char>(text.front());
+        const bool isPlain =
+            length > 0 && first >= 0x20 && first != 0x7F && first != '/' &&
+            !(length == 2 && first == 0xC2 && static_cast<unsigned char>(text[1]) < 0xA0);
+        name += isPlain ? text.substr(0, length) : "_";
+        text.remove_prefix(std::max<std::size_t>(length, 1));
+        if (name.size() > kLongestName) {
+            break;
+        }
+    }
+    while (name.starts_with('.')) {
+        name.erase(0, 1);
+    }
+    return name.empty() ? "Theme" : name;
+}
+
+// A number before ".theme", or at the end.
+std::string numbered(const std::string& name, int number) {
+    constexpr std::string_view kEnding = ".theme";
+    const bool hasEnding = name.ends_with(kEnding);
+    return name.substr(0, name.size() - (hasEnding ? kEnding.size() : 0)) + " " +
+           std::to_string(number) + std::string(hasEnding ? kEnding : "");
+}
+
+std::string sourceIn(const ThemeInput& input, const FoundTheme& theme) {
+    const std::string& top = input.isArchive ? input.unpacked->path() : input.path;
+    std::string source = fs::path(theme.folder).lexically_relative(top);
+    if (input.isArchive) {
+        // The folder that it was unpacked into is none of its own.
+        const std::size_t slash = source.find('/');
+        source = slash == std::string::npos ? "" : source.substr(slash + 1);
+    }
+    return source == "." ? "" : source;
+}
+
+class Converter {
+  public:
+    explicit Converter(const Conversion& conversion) : conversion_(conversion) {}
+
+    Result<std::vector<ConvertedTheme>> convert() {
+        for (const std::string& path : conversion_.inputs) {
+            conversion_.progress("reading " + path);
+            auto input = openInput(path, Purpose::convert);
+            if (!input) {
+                return tl::unexpected(std::move(input.error()));
+            }
+            inputs_.push_back(std::move(*input));
+        }
+        for (const ThemeInput& input : inputs_) {
+            for (const FoundTheme& theme : input.themes) {
+                plan(input, theme);
+            }
+        }
+        for (const auto& [theme, found] : planned_) {
+            if (auto checked = checkPlace(theme.name); !checked) {
+                return tl::unexpected(std::move(checked.error()));
+            }
+        }
+        if (!conversion_.isDryRun) {
+            if (auto written = write(); !written) {
+                return tl::unexpected(std::move(written.error()));
+            }
+        }
+        std::vector<ConvertedTheme> themes;
+        themes.reserve(planned_.size());
+        for (Planned& planned : planned_) {
+            themes.push_back(std::move(planned.theme));
+        }
+        return themes;
+    }
+
+  private:
+    struct Planned {
+        ConvertedTheme theme;
+        const FoundTheme* found;
+    };
+
+    void plan(const ThemeInput& input, const FoundTheme& theme) {
+        conversion_.progress("looking at " + theme.name);
+        Pictures pictures(theme.folder);
+        Plan planned = planTheme(theme, pictures, conversion_.calendar);
+        // An archive that is one theme has no folder to name it.
+        const bool isNameless = input.isArchive && theme.isTop && !planned.packageName.empty();
+        std::string name = asThemeName(isNameless ? planned.packageName : theme.name);
+        for (int number = 2; !names_.insert(lowerCase(name)).second; ++number) {
+            name = numbered(asThemeName(isNameless ? planned.packageName : theme.name), number);
+        }
+        planned_.push_back(
+            {{input.path, sourceIn(input, theme), std::move(name), std::move(planned)}, &theme});
+    }
+
+    // Where the theme is to go: nothing there, unless it may be replaced, and no input.
+    Result<void> checkPlace(const std::string& name) const {
+        const std::string path = inFolder(conversion_.output, name);
+        std::error_code error;
+        const fs::path place = fs::weakly_canonical(path, error);
+        for (const ThemeInput& input : inputs_) {
+            const fs::path other = fs::canonical(input.path, error);
+            if (isWithin(place, other) || isWithin(other, place)) {
+                return tl::unexpected(Problem{
+                    "the theme would be put into an input or in its place; choose another folder",
+                    path});
+            }
+        }
+        const fs::file_status status = fs::symlink_status(path, error);
+        if (fs::exists(status) && !conversion_.replacesThemes) {
+            return tl::unexpected(Problem{"it is there already; --force replaces it", path});
+        }
+        if (fs::exists(status) && !fs::is_directory(status)) {
+            return tl::unexpected(Problem{"it is there already, and is no folder", path});
+        }
+        return {};
+    }
+
+    static bool isWithin(const fs::path& path, const fs::path& folder) {
+        return std::ranges::mismatch(folder, path).in1 == folder.end();
+    }
+
+    Result<void> write() const {
+        auto written = WrittenThemes::create(conversion_.output);
+        if (!written) {
+            return tl::unexpected(std::move(written.error()));
+        }
+        for (const auto& [theme, found] : planned_) {
+            conversion_.progress("writing " + theme.name);
+            if (auto done = written->write(theme.name, found->folder, theme.plan); !done) {
+                return done;
+            }
+        }
+        return written->place(conversion_.replacesThemes);
+    }
+
+    const Conversion& conversion_;
+    std::vector<ThemeInput> inputs_;
+    std::vector<Planned> planned_;
+    std::set<std::string> names_;  // in lower case: not every machine tells cases apart
+};
+
+}  // namespace
+
+Result<std::vector<ConvertedTheme>> convertThemes(const Conversion& conversion) {
+    return Converter(conversion).convert();
+}
+
+HiddenPictures hiddenPictures(const FoundTheme& theme) {
+    Pictures pictures;
+    const Plan plan = planTheme(theme, pictures, {});
+    std::set<std::string> names;
+    for (const ThemeFile& file : theme.files) {
+        names.insert(file.name);
+    }
+    HiddenPictures hidden;
+    for (const auto& [target, file] : plan.files) {
+        if (!names.contains(target)) {
+            ++(target.starts_with("IconBundles/") ? hidden.icons : hidden.others);
+        }
+    }
+    return hidden;
+}
+
+}  // namespace velmoranth::makers

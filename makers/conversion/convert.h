@@ -1,0 +1,52 @@
+// Themes in any layout that is in circulation become themes that the engine shows.
+#pragma once
+
+#include "desktop/result/result.h"
+#include "platform/foundation.h"
+
+#include "makers/conversion/plan.h"
+#include "makers/conversion/theme_input.h"
+
+#include <functional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace velmoranth::makers {
+
+struct Conversion {
+    std::vector<std::string> inputs;
+    std::string output;           // the folder that the themes are put into; made when missing
+    bool isDryRun = false;        // nothing is written
+    bool replacesThemes = false;  // themes of these names in the output give way
+    platform::Dictionary calendar = {};  // as planTheme's
+    // Told what is being done, a few words.
+    std::function<void(const std::string& what)> progress = [](const std::string& /*what*/) {};
+};
+
+struct ConvertedTheme {
+    std::string input;   // as the user gave it
+    std::string source;  // the theme's folder in it, "" when it is the whole input
+    std::string name;    // of its new folder
+    Plan plan;
+};
+
+// All themes are written beside their places first and then put into them, so that one is there as
+// a whole or not at all. Nothing is written when anything is wrong with an input, when the output
+// has a theme of the name and it may not be replaced, or when a theme would be put into an input or
+// in its place. The inputs stay as they are.
+[[nodiscard]] desktop::Result<std::vector<ConvertedTheme>> convertThemes(
+    const Conversion& conversion);
+
+// How many pictures convertThemes would make of what lies under names that nothing looks for; by
+// the names alone.
+struct HiddenPictures {
+    std::size_t icons = 0;
+    std::size_t others = 0;
+
+    [[nodiscard]] std::size_t all() const { return icons + others; }
+};
+
+[[nodiscard]] HiddenPictures hiddenPictures(const FoundTheme& theme);
+
+}  // namespace velmoranth::makers

@@ -1,0 +1,264 @@
+#include "makers/conversion/found_themes.h"
+
+#include "makers/conversion/icon_rules.h"
+#include "makers/conversion/names.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <map>
+#include <system_error>
+#include <utility>
+
+namespace velmoranth::makers {
+
+using desktop::Problem;
+using desktop::Result;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kMostEntries = 100000;
+constexpr std::uint64_t kMostBytes = std::uint64_t{2} * 1024 * 1024 * 1024;
+
+// With any of these a folder is a theme.
+constexpr std::array<std::string_view, 12> kKnownFolders{
+    "IconBundles", "Bundles",        "Icons",        "Folders",
+    "UIImages",    "AnemoneEffects", "ANEMPageDots", "Velmoranth",
+    "Iconomatic",  "UISounds",       "Fonts",        "com.apple.mobileicons.framework"};
+
+constexpr std::array<std::string_view, 5> kPackageFolders{
+    "Library/Themes", "var/jb/Library/Themes", "private/var/jb/Library/Themes", "var/stash/Themes",
+    "private/var/stash/Themes"};
+
+// A folder, as far as themes are concerned.
+struct Node {
+    std::map<std::string, Node> folders;
+    std::vector<ThemeFile> files;  // named without folders
+    std::vector<LeftOut> leftOut;
+};
+
+class Reader {
+  public:
+    Result<void> read(const fs::path& path, Node& node) {
+        std::error_code error;
+        for (fs::directory_iterator entry(path, error), end; !error && entry != end;
+             entry.increment(error)) {
+            if (++entries_ > kMostEntries) {
+                return tl::unexpected(Problem{"it has more than " + std::to_string(kMostEntries) +
+                                              " files and folders"});
+            }
+            if (auto added = add(*entry, node); !added) {
+                return added;
+            }
+        }
+        if (error) {
+            return tl::unexpected(Problem{"the folder cannot be read: " + error.message(), path});
+        }
+        std::ranges::sort(node.files, {}, &ThemeFile::name);
+        std::ranges::sort(node.leftOut, {}, &LeftOut::name);
+        return {};
+    }
+
+  private:
+    Result<void> add(const fs::directory_entry& entry, Node& node) {
+        std::error_code error;
+        const fs::file_status status = entry.symlink_status(error);
+        const std::string name = entry.path().filename();
+        if (error) {
+            return tl::unexpected(Problem{error.message(), entry.path()});
+        }
+        if (fs::is_directory(status)) {
+            return read(entry.path(), node.folders[name]);
+        }
+        if (!fs::is_regular_file(status)) {
+            node.leftOut.push_back({name, fs::is_symlink(status) ? "a link, which is not followed"
+                                                                 : "neither file nor folder"});
+            return {};
+        }
+        const std::uint64_t size = entry.file_size(error);
+        bytes_ += error ? 0 : size;
+        if (bytes_ > kMostBytes) {
+            return tl::unexpected(
+                Problem{"it holds more than " + std::to_string(kMostBytes) + " bytes"});
+        }
+        node.files.push_back({name, error ? 0 : size});
+        return {};
+    }
+
+    std::size_t entries_ = 0;
+    std::uint64_t bytes_ = 0;
+};
+
+bool hasKnownFolder(const Node& node) {
+    return std::ranges::any_of(kKnownFolders, [&](std::string_view name) {
+        return node.folders.contains(std::string(name));
+    });
+}
+
+bool isNamedTheme(const std::string& name) {
+    constexpr std::string_view kEnding = ".theme";
+    return name.size() > kEnding.size() && lowerCase(name).ends_with(kEnding);
+}
+
+// One that no theme's folder of its own would be.
+bool holdsIcons(const Node& node) {
+    return std::ranges::any_of(node.files,
+                               [](const ThemeFile& file) { return isSurelyIcon(file.name); });
+}
+
+bool isTheme(const Node& node, const std::string& name) {
+    return hasKnownFolder(node) || isNamedTheme(name) || holdsIcons(node);
+}
+
+bool isKnownFolder(const std::string& name) {
+    return std::ranges::find(kKnownFolders, name) != kKnownFolders.end();
+}
+
+class Finder {
+  public:
+    // `splits` off: what lies in a theme belongs to it, whatever it is called.
+    Finder(std::vector<FoundTheme>& themes, bool splits) : themes_(themes), splits_(splits) {}
+
+    // Takes the themes in and below the node.
+    void look(const Node& node, const std::string& path, const std::string& name, bool isTop) {
+        if (isTheme(node, name)) {
+            take(node, path, name, isTop);
+            return;
+        }
+        for (const auto& [below, folder] : node.folders) {
+            if (!isClutter(below)) {
+                look(folder, path + "/" + below, below, false);
+            }
+        }
+    }
+
+    // Whatever is in it.
+    void take(const Node& node, const std::string& path, const std::string& name, bool isTop) {
+        const std::size_t index = themes_.size();
+        themes_.push_back({path, name, isTop, {}});
+        addFiles(index, node, "", true);
+    }
+
+  private:
+    void addFiles(std::size_t index, const Node& node, const std::string& below, bool isRoot) {
+        for (const ThemeFile& file : node.files) {
+            themes_[index].files.push_back({inFolder(below, file.name), file.size});
+        }
+        for (const LeftOut& left : node.leftOut) {
+            themes_[index].leftOut.push_back({inFolder(below, left.name), left.why});
+        }
+        for (const auto& [name, folder] : node.folders) {
+            const bool isOwn = isRoot && isKnownFolder(name);
+            if (!isOwn && (isInKnown(below) || !isNestedTheme(folder, name))) {
+                addFiles(index, folder, inFolder(below, name), false);
+            } else if (isOwn) {
+                addFiles(index, folder, name, false);
+            } else {
+                take(folder, themes_[index].folder + "/" + inFolder(below, name), name, false);
+            }
+        }
+    }
+
+    static bool isInKnown(const std::string& below) {
+        return isKnownFolder(below.substr(0, below.find('/')));
+    }
+
+    [[nodiscard]] bool isNestedTheme(const Node& node, const std::string& name) const {
+        return splits_ && !isClutter(name) && isTheme(node, name);
+    }
+
+    std::vector<FoundTheme>& themes_;
+    bool splits_;
+};
+
+Result<Node> readTree(const std::string& folder) {
+    Node root;
+    if (auto read = Reader().read(folder, root); !read) {
+        Problem problem = std::move(read.error());
+        problem.path = problem.path.empty() ? folder : problem.path;
+        return tl::unexpected(std::move(problem));
+    }
+    return root;
+}
+
+// The last part of the path, or of where it leads when that says nothing.
+std::string nameOfFolder(const std::string& folder) {
+    std::string_view path = folder;
+    while (path.ends_with('/')) {
+        path.remove_suffix(1);
+    }
+    const std::string_view name = fileOf(path);
+    if (!name.empty() && name != "." && name != "..") {
+        return std::string(name);
+    }
+    std::error_code error;
+    return fs::canonical(folder, error).filename();
+}
+
+void sortFiles(std::vector<FoundTheme>& themes) {
+    for (FoundTheme& theme : themes) {
+        std::ranges::sort(theme.files, {}, &ThemeFile::name);
+        std::ranges::sort(theme.leftOut, {}, &LeftOut::name);
+    }
+    std::ranges::sort(themes, {}, &FoundTheme::folder);
+}
+
+}  // namespace
+
+bool isClutter(std::string_view path) {
+    while (!path.empty()) {
+        const std::string_view part = path.substr(0, path.find('/'));
+        path.remove_prefix(std::min(part.size() + 1, path.size()));
+        if (part == "__MACOSX" || part.starts_with("._") || part == ".DS_Store" ||
+            part == "Thumbs.db" || part == "desktop.ini" || part == ".git" || part == ".svn") {
+            return true;
+        }
+    }
+    return false;
+}
+
+Result<std::vector<FoundTheme>> findThemesIn(const std::string& folder) {
+    const auto root = readTree(folder);
+    if (!root) {
+        return tl::unexpected(root.error());
+    }
+    std::vector<FoundTheme> themes;
+    Finder(themes, true).look(*root, folder, nameOfFolder(folder), true);
+    sortFiles(themes);
+    return themes;
+}
+
+Result<std::vector<FoundTheme>> findThemesInPackage(const std::string& folder, bool asGiven) {
+    const auto root = readTree(folder);
+    if (!root) {
+        return tl::unexpected(root.error());
+    }
+    std::vector<FoundTheme> themes;
+    Finder finder(themes, !asGiven);
+    for (const std::string_view place : kPackageFolders) {
+        const Node* node = &*root;
+        for (std::string_view rest = place; node != nullptr && !rest.empty();) {
+            const std::string part(rest.substr(0, rest.find('/')));
+            rest.remove_prefix(std::min(part.size() + 1, rest.size()));
+            const auto below = node->folders.find(part);
+            node = below == node->folders.end() ? nullptr : &below->second;
+        }
+        if (node == nullptr) {
+            continue;
+        }
+        for (const auto& [name, theme] : node->folders) {
+            const std::string path = inFolder(inFolder(folder, place), name);
+            if (asGiven) {
+                finder.take(theme, path, name, false);
+            } else {
+                finder.look(theme, path, name, false);
+            }
+        }
+    }
+    sortFiles(themes);
+    return themes;
+}
+
+}  // namespace velmoranth::makers

@@ -1,0 +1,49 @@
+// The themes in a folder tree of this machine, at whatever depth they begin.
+#pragma once
+
+#include "desktop/result/result.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velmoranth::makers {
+
+// A file of a theme.
+struct ThemeFile {
+    std::string name;  // in the theme, with its folders; any bytes
+    std::uint64_t size = 0;
+};
+
+// What does not come along, and why.
+struct LeftOut {
+    std::string name;
+    std::string why;
+
+    friend bool operator==(const LeftOut&, const LeftOut&) = default;
+};
+
+struct FoundTheme {
+    std::string folder;                 // of this machine
+    std::string name;                   // that folder's own
+    bool isTop = false;                 // whether it is the folder that was searched
+    std::vector<ThemeFile> files = {};  // in the order of their names
+    std::vector<LeftOut> leftOut = {};  // links and what is neither file nor folder
+};
+
+// Every folder that a theme's own folders begin in (IconBundles, Bundles and so on), every folder
+// named NAME.theme, and every folder that pictures named for apps lie in; in the order of their
+// paths. A theme inside of another one is a theme of its own. Links are not followed. A problem
+// when the folder cannot be read, or holds more than 100,000 entries or 2 GiB.
+[[nodiscard]] desktop::Result<std::vector<FoundTheme>> findThemesIn(const std::string& folder);
+
+// The same below what a package of themes has them in, "Library/Themes" and the like; with
+// `asGiven` each folder there is a theme, as on a device.
+[[nodiscard]] desktop::Result<std::vector<FoundTheme>> findThemesInPackage(
+    const std::string& folder, bool asGiven);
+
+// Whether it is what archivers and file managers leave behind, which belongs to no theme.
+[[nodiscard]] bool isClutter(std::string_view path);
+
+}  // namespace velmoranth::makers

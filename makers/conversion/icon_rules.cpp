@@ -1,0 +1,331 @@
+#include "makers/conversion/icon_rules.h"
+
+#include "makers/conversion/known_apps.h"
+#include "makers/conversion/names.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <optional>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+namespace velmoranth::makers {
+namespace {
+
+constexpr std::string_view kIcons = "IconBundles";
+constexpr std::string_view kBundles = "Bundles/";
+constexpr std::string_view kNamed = "Icons";
+constexpr std::string_view kFolders = "Folders/";
+constexpr std::string_view kLarge = "-large";
+
+// Where an icon was found: the first is taken before the others, whatever their sizes.
+enum class Place { byIdentifier, inBundle, byName };
+
+struct Candidate {
+    std::string file;
+    PictureName name;  // its base without "-large"
+    Place place = Place::byIdentifier;
+    bool isLarge = false;
+};
+
+// Of a name without scale, device and ending: what speaks against its being an icon's.
+std::string_view whyNoIcon(std::string_view base) {
+    const std::string lower = lowerCase(base);
+    for (const std::string_view look : {"-dark", "-tinted"}) {
+        if (lower.ends_with(look)) {
+            return "icons for a dark or tinted screen are of newer systems";
+        }
+    }
+    for (const std::string_view leftover : {"-alt", "-old", "-copy", "_old", "_copy"}) {
+        if (lower.ends_with(leftover)) {
+            return "the name looks like one that was left over from editing";
+        }
+    }
+    return base.find(' ') == std::string_view::npos
+               ? std::string_view()
+               : "the name looks like one that was left over from editing";
+}
+
+bool takeLarge(PictureName& name) {
+    if (name.base.size() <= kLarge.size() || !name.base.ends_with(kLarge)) {
+        return false;
+    }
+    name.base.resize(name.base.size() - kLarge.size());
+    return true;
+}
+
+// Scale and device may stand before "-large" too.
+PictureName iconName(std::string_view file, bool& isLarge) {
+    PictureName name = pictureName(file);
+    isLarge = takeLarge(name);
+    if (isLarge) {
+        const PictureName inner = pictureName(name.base);
+        name = {inner.base, std::max(name.scale, inner.scale),
+                name.device.empty() ? inner.device : name.device};
+    }
+    return name;
+}
+
+bool isIdentifier(std::string_view base) {
+    return base.find('.') != std::string_view::npos || knownIdentifier(base).has_value();
+}
+
+// "icon", "Icon-60", "AppIcon60x60", "Icon-Small-50" and so on.
+bool isIconKind(std::string_view base) {
+    std::string lower = lowerCase(base);
+    for (const std::string_view start : {"appicon", "icon"}) {
+        if (!lower.starts_with(start)) {
+            continue;
+        }
+        lower.erase(0, start.size());
+        for (const std::string_view word : {"-small", "~small"}) {
+            if (lower.starts_with(word)) {
+                lower.erase(0, word.size());
+            }
+        }
+        return lower.find_first_not_of("0123456789x.-_") == std::string::npos;
+    }
+    return false;
+}
+
+// A bundle that has an icon on the home screen, as far as its name says.
+bool isApp(std::string_view identifier) {
+    if (knownIdentifier(identifier)) {
+        return true;
+    }
+    const std::string lower = lowerCase(identifier);
+    for (const std::string_view other : {"framework", "bundle", "preferences", "prefs"}) {
+        if (lower.ends_with(other)) {
+            return false;
+        }
+    }
+    return !lower.starts_with("com.apple.") && lower.find('.') != std::string::npos;
+}
+
+// Of "Folders/NAME.app".
+std::optional<std::string_view> identifierOfNamedFolder(std::string_view folder) {
+    constexpr std::string_view kApp = ".app";
+    if (!folder.starts_with(kFolders) || !folder.ends_with(kApp)) {
+        return {};
+    }
+    folder.remove_prefix(kFolders.size());
+    return identifierOfName(folder.substr(0, folder.size() - std::min(folder.size(), kApp.size())));
+}
+
+class Icons {
+  public:
+    explicit Icons(Draft& draft) : draft_(draft) {
+        const auto files = draft.rest();
+        for (const auto& [file, size] : files) {
+            if (isPng(file)) {
+                find(file);
+            }
+        }
+    }
+
+    void make() {
+        load();
+        std::map<std::string, std::vector<std::string>> spellings;
+        for (auto& [identifier, candidates] : candidates_) {
+            sort(candidates);
+            spellings[lowerCase(identifier)].push_back(identifier);
+        }
+        for (const auto& [lower, identifiers] : spellings) {
+            makeSpellings(identifiers);
+        }
+    }
+
+  private:
+    void find(const std::string& file) {
+        const std::string_view folder = folderOf(file);
+        Candidate candidate{file, {}, Place::byIdentifier};
+        candidate.name = iconName(file, candidate.isLarge);
+        if (folder == kIcons || (folder.empty() && isIdentifier(candidate.name.base))) {
+            std::string_view why = whyNoIcon(pictureName(file).base);
+            why = why.empty() ? whyNoIcon(candidate.name.base) : why;
+            if (!why.empty()) {
+                draft_.leaveOut(file, std::string(why));
+            } else {
+                add(candidate.name.base, candidate);
+            }
+        } else if (folder == kNamed) {
+            findNamed(candidate);
+        } else if (folder.starts_with(kBundles)) {
+            const std::string_view identifier = folder.substr(kBundles.size());
+            if (isApp(identifier) && isIconKind(candidate.name.base)) {
+                candidate.place = Place::inBundle;
+                add(std::string(identifier), candidate);
+            }
+        } else if (const auto identifier = identifierOfNamedFolder(folder)) {
+            if (isIconKind(candidate.name.base)) {
+                candidate.place = Place::inBundle;
+                add(std::string(*identifier), candidate);
+            }
+        }
+    }
+
+    void findNamed(Candidate& candidate) {
+        const std::string& base = candidate.name.base;
+        candidate.place = Place::byName;
+        if (const auto identifier = identifierOfName(base)) {
+            add(std::string(*identifier), candidate);
+        } else if (isIdentifier(base) && whyNoIcon(base).empty()) {
+            candidate.place = Place::byIdentifier;
+            add(base, candidate);
+        } else {
+            draft_.leaveOut(candidate.file, "no app of that name is known");
+        }
+    }
+
+    void add(const std::string& identifier, const Candidate& candidate) {
+        candidates_[identifier].push_back(candidate);
+    }
+
+    void load() {
+        std::vector<std::string> names;
+        for (const auto& [identifier, candidates] : candidates_) {
+            for (const Candidate& candidate : candidates) {
+                names.push_back(candidate.file);
+            }
+        }
+        draft_.pictures().load(names);
+    }
+
+    const PictureFacts& facts(const Candidate& candidate) const {
+        return draft_.pictures().facts(candidate.file);
+    }
+
+    // The one that is taken first. What is no picture is left out.
+    void sort(std::vector<Candidate>& candidates) {
+        for (const Candidate& candidate : candidates) {
+            if (!facts(candidate).isPicture()) {
+                draft_.leaveOut(candidate.file, facts(candidate).problem);
+            }
+        }
+        std::erase_if(candidates,
+                      [this](const Candidate& candidate) { return !facts(candidate).isPicture(); });
+        const auto rank = [this](const Candidate& candidate) {
+            const PictureFacts& picture = facts(candidate);
+            return std::tuple(candidate.place, !(candidate.isLarge && candidate.name.isPlain()),
+                              !picture.isSquare(), ~picture.area(), !candidate.name.device.empty(),
+                              -candidate.name.scale, folderOf(candidate.file) != kIcons,
+                              candidate.file);
+        };
+        std::ranges::sort(candidates, {}, rank);
+    }
+
+    // The same identifier in several letter cases, of which one may be the app's own.
+    void makeSpellings(const std::vector<std::string>& identifiers) {
+        const auto known = knownIdentifier(identifiers.front());
+        const std::string own(known.value_or(std::string_view()));
+        std::string taken;  // the file that the app's own identifier has
+        if (std::ranges::find(identifiers, own) != identifiers.end()) {
+            taken = makeIcon(own, own);
+        }
+        for (const std::string& identifier : identifiers) {
+            if (identifier == own) {
+                continue;
+            }
+            const std::vector<Candidate>& candidates = candidates_.at(identifier);
+            if (known && !candidates.empty() && !taken.empty() &&
+                isSame(candidates.front().file, taken)) {
+                leaveOut(candidates, "the same picture as " + taken);
+            } else if (known && taken.empty()) {
+                taken = makeIcon(identifier, own);
+            } else {
+                makeIcon(identifier, identifier);
+            }
+        }
+    }
+
+    // Of the best candidate for `identifier`; its file, or "" without one.
+    std::string makeIcon(const std::string& identifier, const std::string& targetIdentifier) {
+        const std::vector<Candidate>& candidates = candidates_.at(identifier);
+        if (candidates.empty()) {
+            return {};
+        }
+        const Candidate& best = candidates.front();
+        const PictureFacts& picture = facts(best);
+        const std::string target =
+            std::string(kIcons) + "/" + targetIdentifier + std::string(kLarge) + ".png";
+        const bool isLarger = std::max(picture.width, picture.height) > kLongestSide;
+        std::string why = best.file == target ? "" : "an app's icon is looked for under that name";
+        if (isLarger) {
+            why = "made smaller: " + std::to_string(picture.width) + " × " +
+                  std::to_string(picture.height) + " pixels are more than any icon shows";
+        }
+        draft_.make(target, {best.file, isLarger ? Work::shrink : Work::copy, {}, why});
+        if (best.place != Place::inBundle) {
+            draft_.take(best.file);
+        }
+        std::vector<Candidate> others(candidates.begin() + 1, candidates.end());
+        leaveOut(others, best.file + " is taken for the app");
+        return best.file;
+    }
+
+    // What lies in a bundle may be asked for by its name as well, so it stays.
+    void leaveOut(const std::vector<Candidate>& candidates, const std::string& why) {
+        for (const Candidate& candidate : candidates) {
+            if (candidate.place != Place::inBundle) {
+                draft_.leaveOut(candidate.file, why);
+            }
+        }
+    }
+
+    bool isSame(const std::string& a, const std::string& b) const {
+        if (draft_.pictures().isByNames()) {
+            return false;
+        }
+        const auto first = readWhole(draft_.folder() + "/" + a);
+        const auto second = readWhole(draft_.folder() + "/" + b);
+        return first && second && *first == *second;
+    }
+
+    Draft& draft_;
+    std::map<std::string, std::vector<Candidate>> candidates_;
+};
+
+}  // namespace
+
+bool isSurelyIcon(std::string_view file) {
+    if (!isPng(file) || isClutter(file)) {
+        return false;
+    }
+    bool isLarge = false;
+    const PictureName name = iconName(file, isLarge);
+    return whyNoIcon(name.base).empty() &&
+           (knownIdentifier(name.base) || std::ranges::count(name.base, '.') >= 2);
+}
+
+void moveNamedFolders(Draft& draft) {
+    const auto files = draft.rest();
+    for (const auto& [file, size] : files) {
+        if (!file.starts_with(kFolders)) {
+            continue;
+        }
+        const std::string_view below = std::string_view(file).substr(kFolders.size());
+        const std::string_view app = below.substr(0, below.find('/'));
+        const auto identifier = identifierOfNamedFolder(std::string(kFolders) + std::string(app));
+        if (!identifier || app.size() == below.size()) {
+            draft.leaveOut(file, "no app of that name is known");
+            continue;
+        }
+        const std::string target = std::string(kBundles) + std::string(*identifier) +
+                                   std::string(below.substr(app.size()));
+        if (draft.has(target)) {
+            draft.leaveOut(file, target + " is there");
+        } else {
+            draft.make(target, {file, Work::copy, {}, "images of an app are looked for there"});
+            draft.take(file);
+        }
+    }
+}
+
+void makeIcons(Draft& draft) {
+    Icons(draft).make();
+}
+
+}  // namespace velmoranth::makers

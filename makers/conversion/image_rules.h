@@ -1,0 +1,25 @@
+// Interface images: masks, effects, folders, badges, docks, dots, the icons of the settings.
+#pragma once
+
+#include "desktop/result/result.h"
+#include "platform/foundation.h"
+
+#include "makers/conversion/plan.h"
+
+#include <optional>
+
+namespace velmoranth::makers {
+
+// Every mask of icons whose alpha cuts becomes a gray one that hides the same, and the one without
+// a scale is there.
+void makeMasks(Draft& draft);
+
+// The names that are looked for, of the largest picture where only others are there.
+void makeImages(Draft& draft);
+
+// The gray mask that hides what the picture's alpha leaves out: white hides, black shows. Nothing
+// for a picture that is one already, or whose alpha cuts nothing. A problem for no picture.
+[[nodiscard]] desktop::Result<std::optional<platform::Data>> grayMaskOf(
+    const platform::Data& picture);
+
+}  // namespace velmoranth::makers

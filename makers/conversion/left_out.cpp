@@ -1,0 +1,92 @@
+#include "makers/conversion/left_out.h"
+
+#include "makers/conversion/names.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace velmoranth::makers {
+namespace {
+
+struct Ending {
+    std::string_view ending;
+    std::string_view why;
+};
+
+constexpr std::array<Ending, 11> kEndings{{
+    {".strings", "texts are not themed"},
+    {".psd", "the maker's own file, not a picture that is read"},
+    {".ai", "the maker's own file, not a picture that is read"},
+    {".sketch", "the maker's own file, not a picture that is read"},
+    {".xcf", "the maker's own file, not a picture that is read"},
+    {".sh", "a script, which no theme runs"},
+    {".py", "a script, which no theme runs"},
+    {".js", "a script, which no theme runs"},
+    {".command", "a script, which no theme runs"},
+    {".bat", "a script, which no theme runs"},
+    {".scpt", "a script, which no theme runs"},
+}};
+
+std::string_view whyLeftOut(const std::string& name, std::uint64_t size) {
+    if (isClutter(name)) {
+        return "left behind by an archiver or a file manager";
+    }
+    const std::string lower = lowerCase(name);
+    for (const Ending& row : kEndings) {
+        if (lower.ends_with(row.ending)) {
+            return row.why;
+        }
+    }
+    if (isPng(name) && size == 0) {
+        return "the file is empty";
+    }
+    if (folderOf(name).empty()) {
+        if (lower.starts_with("wallpaper") || lower.starts_with("lockbackground")) {
+            return "wallpapers are not themed";
+        }
+        if (name == "Icon.png") {
+            return "the theme's own icon, which no phone shows";
+        }
+    }
+    return {};
+}
+
+std::string_view whyWithoutEffect(std::string_view name) {
+    const std::string lower = lowerCase(name);
+    if (name.starts_with("Fonts/") && (lower.ends_with(".ttf") || lower.ends_with(".otf"))) {
+        return "has no effect until it is installed on the phone by hand";
+    }
+    if (name.starts_with("UISounds/") && !lower.ends_with(".caf")) {
+        return "has no effect: only .caf files are asked for";
+    }
+    if (name.starts_with("AnemoneEffects/") && (lower.find("underlay") != std::string::npos ||
+                                                lower.find("springboard") != std::string::npos)) {
+        return "has no effect: nothing looks for it";
+    }
+    return {};
+}
+
+}  // namespace
+
+void leaveOutWhatIsNoTheme(Draft& draft) {
+    const auto files = draft.rest();
+    for (const auto& [name, size] : files) {
+        if (const std::string_view why = whyLeftOut(name, size); !why.empty()) {
+            draft.leaveOut(name, std::string(why));
+        }
+    }
+}
+
+void noteWithoutEffect(Draft& draft) {
+    for (const auto& [name, size] : draft.rest()) {
+        if (const std::string_view why = whyWithoutEffect(name); !why.empty()) {
+            draft.note(name, std::string(why));
+        }
+    }
+}
+
+}  // namespace velmoranth::makers

@@ -1,0 +1,126 @@
+#include "desktop/image_io/image_io.h"
+
+#include "makers/conversion/image_rules.h"
+#include "makers/conversion/names.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+namespace velmoranth::makers {
+
+using desktop::Result;
+using platform::Data;
+
+namespace {
+
+constexpr std::string_view kFolder = "Bundles/com.apple.mobileicons.framework";
+constexpr std::string_view kBase = "AppIconMask";
+constexpr std::size_t kBitsOfByte = 8;
+
+// Whether the first sample of every pixel, which is what hides, is already what the alpha leaves
+// out.
+bool hidesByFirstSample(const desktop::DecodedImage& image, const Data& hidden) {
+    const platform::BitmapLayout& layout = image.layout;
+    if (layout.bitsPerComponent != kBitsOfByte || layout.bitsPerPixel % kBitsOfByte != 0 ||
+        layout.alphaInfo != platform::AlphaInfo::last) {
+        return false;
+    }
+    const std::size_t step = layout.bitsPerPixel / kBitsOfByte;
+    for (std::size_t y = 0; y < layout.height; ++y) {
+        for (std::size_t x = 0; x < layout.width; ++x) {
+            if ((*image.samples)[y * layout.bytesPerRow + x * step] !=
+                hidden[y * layout.width + x]) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+struct Mask {
+    std::string file;
+    PictureName name;
+    std::size_t area = 0;
+    bool cuts = false;  // by its alpha
+};
+
+Mask maskOf(Draft& draft, const std::string& file) {
+    Mask mask{file, pictureName(file), draft.pictures().facts(file).area()};
+    if (draft.pictures().isByNames()) {
+        mask.cuts = !mask.name.isPlain();
+    } else if (const auto bytes = readWhole(draft.folder() + "/" + file)) {
+        const auto gray = grayMaskOf(*bytes);
+        mask.cuts = gray && gray->has_value();
+    }
+    return mask;
+}
+
+std::vector<Mask> masksOf(Draft& draft) {
+    std::vector<Mask> masks;
+    const auto files = draft.rest();
+    for (const auto& [file, size] : files) {
+        if (folderOf(file) != kFolder || !isPng(file) || pictureName(file).base != kBase) {
+            continue;
+        }
+        if (const PictureFacts& facts = draft.pictures().facts(file); !facts.isPicture()) {
+            draft.leaveOut(file, facts.problem);
+        } else {
+            masks.push_back(maskOf(draft, file));
+        }
+    }
+    return masks;
+}
+
+}  // namespace
+
+Result<std::optional<Data>> grayMaskOf(const Data& picture) {
+    const auto image = desktop::decodeImage(picture);
+    if (!image) {
+        return tl::unexpected(image.error());
+    }
+    const Data pixels = desktop::toPremultipliedBgra(*image);
+    Data hidden(pixels.size() / 4);
+    for (std::size_t i = 0; i < hidden.size(); ++i) {
+        hidden[i] = static_cast<std::uint8_t>(255U - pixels[4 * i + 3]);
+    }
+    const auto [least, greatest] = std::ranges::minmax_element(hidden);
+    if (hidden.empty() || *least == *greatest || hidesByFirstSample(*image, hidden)) {
+        return std::optional<Data>();
+    }
+    return std::optional(desktop::encodeGrayPng(hidden, image->layout.width, image->layout.height));
+}
+
+void makeMasks(Draft& draft) {
+    const std::string plain = std::string(kFolder) + "/" + std::string(kBase) + ".png";
+    const std::vector<Mask> masks = masksOf(draft);
+    if (masks.empty()) {
+        return;
+    }
+    for (const Mask& mask : masks) {
+        if (mask.cuts) {
+            draft.make(
+                mask.file,
+                {mask.file, Work::mask, {}, "black with alpha hides nothing; now white hides"});
+            draft.take(mask.file);
+        }
+    }
+    const auto existing = std::ranges::find(masks, plain, &Mask::file);
+    if (existing != masks.end() && !existing->cuts) {
+        return;
+    }
+    const Mask& largest = *std::ranges::max_element(masks, {}, [](const Mask& mask) {
+        return std::tuple(mask.area, mask.name.device.empty(), mask.name.scale);
+    });
+    draft.make(plain, {largest.file,
+                       largest.cuts ? Work::mask : Work::copy,
+                       {},
+                       "the mask is looked for under that name"});
+}
+
+}  // namespace velmoranth::makers

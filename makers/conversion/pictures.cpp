@@ -1,0 +1,169 @@
+#include "makers/conversion/pictures.h"
+
+#include "desktop/files/descriptor.h"
+#include "desktop/image_io/image_io.h"
+
+#include "makers/conversion/names.h"
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstdint>
+#include <thread>
+#include <utility>
+
+namespace velmoranth::makers {
+
+using desktop::Problem;
+using desktop::Result;
+using platform::Data;
+
+namespace {
+
+constexpr std::size_t kMostFileBytes = std::size_t{256} * 1024 * 1024;
+constexpr std::size_t kSideByName = 60;
+
+PictureFacts factsOf(const std::string& path) {
+    const auto bytes = readWhole(path);
+    if (!bytes) {
+        return {.problem = bytes.error().message};
+    }
+    if (bytes->empty()) {
+        return {.problem = "the file is empty"};
+    }
+    const auto image = desktop::decodeImage(*bytes);
+    if (!image) {
+        return {.problem = image.error().message};
+    }
+    return {.width = image->layout.width, .height = image->layout.height};
+}
+
+// Of `count` values beginning with `first`, those that the `index`th of `target` parts covers, each
+// with its share.
+template <class Add>
+void forShare(std::size_t index, std::size_t target, std::size_t count, Add add) {
+    const double scale = static_cast<double>(count) / static_cast<double>(target);
+    const double start = static_cast<double>(index) * scale;
+    const double end = start + scale;
+    for (auto i = static_cast<std::size_t>(start); i < count && static_cast<double>(i) < end; ++i) {
+        const double from = std::max(start, static_cast<double>(i));
+        const double to = std::min(end, static_cast<double>(i + 1));
+        add(i, (to - from) / scale);
+    }
+}
+
+// Each pixel the mean of what it covers; channels are independent, premultiplied ones too.
+Data reduced(const Data& pixels, std::size_t width, std::size_t height, std::size_t newWidth,
+             std::size_t newHeight) {
+    std::vector<double> narrow(newWidth * height * 4);
+    for (std::size_t y = 0; y < height; ++y) {
+        for (std::size_t x = 0; x < newWidth; ++x) {
+            forShare(x, newWidth, width, [&](std::size_t from, double share) {
+                for (std::size_t c = 0; c < 4; ++c) {
+                    narrow[(y * newWidth + x) * 4 + c] +=
+                        share * pixels[(y * width + from) * 4 + c];
+                }
+            });
+        }
+    }
+    Data result(newWidth * newHeight * 4);
+    std::vector<double> row(newWidth * 4);
+    for (std::size_t y = 0; y < newHeight; ++y) {
+        std::ranges::fill(row, 0.0);
+        forShare(y, newHeight, height, [&](std::size_t from, double share) {
+            for (std::size_t i = 0; i < row.size(); ++i) {
+                row[i] += share * narrow[from * row.size() + i];
+            }
+        });
+        std::ranges::transform(row, result.begin() + static_cast<std::ptrdiff_t>(y * row.size()),
+                               [](double value) { return static_cast<std::uint8_t>(value + 0.5); });
+    }
+    return result;
+}
+
+}  // namespace
+
+void Pictures::load(const std::vector<std::string>& names) {
+    if (isByNames()) {
+        return;
+    }
+    std::vector<PictureFacts*> places;
+    places.reserve(names.size());
+    for (const std::string& name : names) {
+        places.push_back(&facts_[name]);
+    }
+    std::atomic<std::size_t> next = 0;
+    const auto work = [&] {
+        for (std::size_t i = next++; i < names.size(); i = next++) {
+            *places[i] = factsOf(folder_ + "/" + names[i]);
+        }
+    };
+    std::vector<std::jthread> others;
+    const std::size_t count =
+        std::min<std::size_t>(std::thread::hardware_concurrency(), names.size());
+    for (std::size_t i = 1; i < count; ++i) {
+        others.emplace_back(work);
+    }
+    work();
+}
+
+const PictureFacts& Pictures::facts(const std::string& name) {
+    const auto [found, isNew] = facts_.try_emplace(name);
+    if (isNew && isByNames()) {
+        const std::size_t side = kSideByName * static_cast<std::size_t>(pictureName(name).scale);
+        found->second = {.width = side, .height = side};
+    } else if (isNew) {
+        found->second = factsOf(folder_ + "/" + name);
+    }
+    return found->second;
+}
+
+Result<Data> readWhole(const std::string& path) {
+    const desktop::Descriptor file(
+        ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NOFOLLOW | O_NONBLOCK));
+    struct stat status{};
+    if (!file.isOpen() || ::fstat(file.get(), &status) != 0) {
+        return tl::unexpected(desktop::problemOfErrno(errno, path));
+    }
+    if (!S_ISREG(status.st_mode)) {
+        return tl::unexpected(Problem{"it is no file", path});
+    }
+    if (static_cast<std::uint64_t>(status.st_size) > kMostFileBytes) {
+        return tl::unexpected(Problem{
+            "it is larger than " + std::to_string(kMostFileBytes / (1024 * 1024)) + " MiB", path});
+    }
+    Data bytes(static_cast<std::size_t>(status.st_size));
+    for (std::size_t done = 0; done < bytes.size();) {
+        const ssize_t count = ::read(file.get(), bytes.data() + done, bytes.size() - done);
+        if (count < 0) {
+            return tl::unexpected(desktop::problemOfErrno(errno, path));
+        }
+        if (count == 0) {
+            bytes.resize(done);  // it has become shorter meanwhile
+        }
+        done += static_cast<std::size_t>(count);
+    }
+    return bytes;
+}
+
+Result<Data> shrunk(const Data& picture) {
+    const auto image = desktop::decodeImage(picture);
+    if (!image) {
+        return tl::unexpected(image.error());
+    }
+    const std::size_t width = image->layout.width;
+    const std::size_t height = image->layout.height;
+    const std::size_t longer = std::max(width, height);
+    const auto scaled = [longer](std::size_t side) {
+        return std::max<std::size_t>(1, (side * kLongestSide + longer / 2) / longer);
+    };
+    const Data pixels = desktop::toPremultipliedBgra(*image);
+    const Data small = reduced(pixels, width, height, scaled(width), scaled(height));
+    return desktop::encodePng(small, scaled(width), scaled(height), scaled(width) * 4,
+                              desktop::PngEffort::balanced);
+}
+
+}  // namespace velmoranth::makers

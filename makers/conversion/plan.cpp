@@ -1,0 +1,51 @@
+#include "makers/conversion/plan.h"
+
+#include "makers/conversion/calendar_list.h"
+#include "makers/conversion/icon_rules.h"
+#include "makers/conversion/image_rules.h"
+#include "makers/conversion/left_out.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace velmoranth::makers {
+
+bool Plan::changesNothing() const {
+    return leftOut.empty() && std::ranges::all_of(files, [](const auto& file) {
+               return file.second.work == Work::copy && file.second.source == file.first;
+           });
+}
+
+std::vector<std::string> Draft::madeBelow(std::string_view folder) const {
+    std::vector<std::string> names;
+    for (const auto& [name, file] : plan_.files) {
+        if (name.starts_with(folder)) {
+            names.push_back(name);
+        }
+    }
+    return names;
+}
+
+Plan Draft::finish() && {
+    for (const auto& [name, size] : rest_) {
+        plan_.files.try_emplace(name, MadeFile{name});
+    }
+    plan_.leftOut.insert(plan_.leftOut.end(), theme_.leftOut.begin(), theme_.leftOut.end());
+    std::ranges::sort(plan_.leftOut, {}, &LeftOut::name);
+    std::ranges::sort(plan_.notes, {}, &LeftOut::name);
+    return std::move(plan_);
+}
+
+Plan planTheme(const FoundTheme& theme, Pictures& pictures, const platform::Dictionary& calendar) {
+    Draft draft(theme, pictures);
+    leaveOutWhatIsNoTheme(draft);
+    makeIcons(draft);
+    moveNamedFolders(draft);
+    makeMasks(draft);
+    makeImages(draft);
+    makeCalendarList(draft, calendar);
+    noteWithoutEffect(draft);
+    return std::move(draft).finish();
+}
+
+}  // namespace velmoranth::makers

@@ -1,0 +1,143 @@
+#include "makers/conversion/written_themes.h"
+
+#include "desktop/files/descriptor.h"
+#include "desktop/files/file_calls.h"
+#include "desktop/files/file_tree.h"
+
+#include "makers/conversion/image_rules.h"
+#include "makers/conversion/names.h"
+#include <fcntl.h>
+#include <stdio.h>   // NOLINT(modernize-deprecated-headers): renameat2() is GNU's
+#include <stdlib.h>  // NOLINT(modernize-deprecated-headers): mkdtemp() is POSIX's
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+namespace velmoranth::makers {
+
+using desktop::Problem;
+using desktop::Result;
+using platform::Data;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+tl::unexpected<Problem> cannotWrite(int error, const std::string& path) {
+    Problem problem = desktop::problemOfErrno(error, path);
+    problem.message = "the theme cannot be written: " + problem.message;
+    return tl::unexpected(std::move(problem));
+}
+
+Result<Data> made(const MadeFile& file, const std::string& folder) {
+    if (file.work == Work::write) {
+        return file.bytes;
+    }
+    auto bytes = readWhole(folder + "/" + file.source);
+    if (!bytes || file.work == Work::copy) {
+        return bytes;
+    }
+    if (file.work == Work::shrink) {
+        return shrunk(*bytes);
+    }
+    auto mask = grayMaskOf(*bytes);
+    if (!mask) {
+        return tl::unexpected(mask.error());
+    }
+    return *mask ? std::move(**mask) : std::move(*bytes);
+}
+
+Result<void> writeNew(const std::string& path, const std::string& shownPath, const Data& bytes) {
+    const desktop::Descriptor file(
+        ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
+    const int error = file.isOpen() ? desktop::writeWhole(desktop::FileCalls(), file.get(),
+                                                          bytes.data(), bytes.size())
+                                    : errno;
+    return error == 0 ? Result<void>() : cannotWrite(error, shownPath);
+}
+
+}  // namespace
+
+WrittenThemes::WrittenThemes(std::string output, bool isNew,
+                             std::unique_ptr<desktop::RemovedAtEnd> folder)
+    : output_(std::move(output)), isNew_(isNew), folder_(std::move(folder)) {}
+
+WrittenThemes::~WrittenThemes() {
+    if (folder_ == nullptr) {
+        return;
+    }
+    folder_.reset();
+    if (isNew_) {
+        ::rmdir(output_.c_str());  // stays when a theme is in it
+    }
+}
+
+Result<WrittenThemes> WrittenThemes::create(const std::string& output) {
+    std::error_code error;
+    const bool isNew = fs::create_directories(output, error);
+    if (error || !fs::is_directory(output, error)) {
+        return cannotWrite(error ? error.value() : ENOTDIR, output);
+    }
+    std::string folder = output + "/.velmoranth-XXXXXX";
+    if (::mkdtemp(folder.data()) == nullptr) {
+        return cannotWrite(errno, output);
+    }
+    return WrittenThemes(output, isNew, std::make_unique<desktop::RemovedAtEnd>(folder));
+}
+
+Result<void> WrittenThemes::write(const std::string& name, const std::string& folder,
+                                  const Plan& plan) {
+    const std::string theme = folder_->path() + "/" + name;
+    if (::mkdir(theme.c_str(), 0777) != 0) {
+        return cannotWrite(errno, output_ + "/" + name);
+    }
+    for (const auto& [target, file] : plan.files) {
+        const std::string path = theme + "/" + target;
+        const std::string shownPath = output_ + "/" + name + "/" + target;
+        std::error_code error;
+        fs::create_directories(std::string(folderOf(path)), error);
+        if (error) {
+            return cannotWrite(error.value(), shownPath);
+        }
+        auto bytes = made(file, folder);
+        if (!bytes) {
+            return tl::unexpected(std::move(bytes.error()));
+        }
+        if (auto written = writeNew(path, shownPath, *bytes); !written) {
+            return written;
+        }
+    }
+    names_.push_back(name);
+    return {};
+}
+
+Result<void> WrittenThemes::placeOne(const std::string& name, bool replaces) const {
+    const std::string from = folder_->path() + "/" + name;
+    const std::string to = output_ + "/" + name;
+    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
+        return {};
+    }
+    if (errno != EEXIST || !replaces) {
+        return cannotWrite(errno, to);
+    }
+    // What was there goes with the folder beside.
+    return ::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_EXCHANGE) == 0
+               ? Result<void>()
+               : cannotWrite(errno, to);
+}
+
+Result<void> WrittenThemes::place(bool replaces) {
+    const desktop::SignalsHeld held;
+    for (const std::string& name : names_) {
+        if (auto placed = placeOne(name, replaces); !placed) {
+            return placed;
+        }
+    }
+    return {};
+}
+
+}  // namespace velmoranth::makers

@@ -1,0 +1,46 @@
+// Themes on their way into a folder: written beside it, then put into it one by one, each as a
+// whole.
+#pragma once
+
+#include "desktop/files/cleanup.h"
+#include "desktop/result/result.h"
+
+#include "makers/conversion/plan.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace velmoranth::makers {
+
+class WrittenThemes {
+  public:
+    // Makes the folder, and one in it that nobody looks for. Until place() all that is made goes
+    // with this object.
+    [[nodiscard]] static desktop::Result<WrittenThemes> create(const std::string& output);
+
+    WrittenThemes(WrittenThemes&&) noexcept = default;
+    WrittenThemes& operator=(WrittenThemes&&) noexcept = default;
+    WrittenThemes(const WrittenThemes&) = delete;
+    WrittenThemes& operator=(const WrittenThemes&) = delete;
+    ~WrittenThemes();
+
+    // `folder` is where the sources lie.
+    [[nodiscard]] desktop::Result<void> write(const std::string& name, const std::string& folder,
+                                              const Plan& plan);
+
+    // Puts them in their places, instead of what is there when that may be replaced.
+    [[nodiscard]] desktop::Result<void> place(bool replaces);
+
+  private:
+    WrittenThemes(std::string output, bool isNew, std::unique_ptr<desktop::RemovedAtEnd> folder);
+
+    [[nodiscard]] desktop::Result<void> placeOne(const std::string& name, bool replaces) const;
+
+    std::string output_;
+    bool isNew_;  // the output was made for this
+    std::unique_ptr<desktop::RemovedAtEnd> folder_;
+    std::vector<std::string> names_;
+};
+
+}  // namespace velmoranth::makers

@@ -1,0 +1,119 @@
+// velmoranth convert, as a user runs it.
+#include "tests/cli/preview_fixture.h"
+#include "tests/support/archives/archive_writer.h"
+
+#include <nlohmann/json.hpp>
+
+namespace velmoranth::cli::convert_test {
+namespace {
+
+class ConvertCommand : public PreviewTest {
+  protected:
+    [[nodiscard]] CommandResult convert(std::vector<std::string> words) const {
+        words.insert(words.begin(), "convert");
+        return runCommand(words, setting());
+    }
+
+    void expectRefused(const std::vector<std::string>& words, int code,
+                       const std::string& line) const {
+        const CommandResult result = convert(words);
+        EXPECT_EQ(result.code, code) << line;
+        EXPECT_EQ(result.errors, "velmoranth: error: " + line + "\n");
+        EXPECT_EQ(result.output, "");
+        EXPECT_EQ(folder.names("tmp"), "");
+        EXPECT_EQ(folder.names("work"), "");
+    }
+
+    // The picture that the theme() of that name has.
+    [[nodiscard]] std::string icon(const std::string& name, Color color) const {
+        theme(name, color);
+        return folder.contents(name + "/IconBundles/com.apple.Preferences-large.png");
+    }
+};
+
+TEST_F(ConvertCommand, aPackageBecomesAThemeAndTheReportSaysHow) {
+    const std::string picture = icon("X", kMagenta);
+    folder.file(
+        "old.deb",
+        tests::packageOf(
+            {{"./Library/Themes/Old.theme/IconBundles/com.apple.Preferences@3x.png", picture},
+             {"./Library/Themes/Old.theme/Fonts/A.ttf", "font"},
+             {"./Library/Themes/Old.theme/Icon.png", picture}},
+            tests::Packing::xz));
+    const CommandResult result = convert({"../old.deb", "-o", "themes"});
+    EXPECT_EQ(result.code, 0) << result.errors;
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(
+        result.output,
+        "themes/Old.theme from ../old.deb/Library/Themes/Old.theme: 2 files, 1 made or "
+        "changed, 1 left out\n"
+        "  made      IconBundles/com.apple.Preferences-large.png from "
+        "IconBundles/com.apple.Preferences@3x.png: an app's icon is looked for under that "
+        "name\n"
+        "  left out  Icon.png: the theme's own icon, which no phone shows\n"
+        "  note      Fonts/A.ttf: has no effect until it is installed on the phone by hand\n");
+    EXPECT_EQ(folder.contents("work/themes/Old.theme/IconBundles/com.apple.Preferences-large.png"),
+              picture);
+    EXPECT_EQ(folder.names("tmp"), "");
+    const CommandResult again = convert({"themes/Old.theme", "-o", "again"});
+    EXPECT_EQ(
+        again.output,
+        "again/Old.theme from themes/Old.theme: 2 files, nothing to change\n"
+        "  note      Fonts/A.ttf: has no effect until it is installed on the phone by hand\n");
+}
+
+TEST_F(ConvertCommand, theReportForProgramsHasTheSame) {
+    folder.file("in/T.theme/Icons/Settings.png", icon("X", kMagenta));
+    folder.file("in/T.theme/Icons/Nobody\xFF.png", icon("X", kMagenta));
+    const CommandResult result = convert({"../in", "-o", "out", "--json", "--dry-run"});
+    EXPECT_EQ(result.code, 0) << result.errors;
+    EXPECT_EQ(nlohmann::json::parse(result.output),
+              nlohmann::json::parse(R"({"version": 1, "output": "out", "written": false,
+                  "themes": [{"name": "T.theme", "input": "../in", "folder": "T.theme", "files": 1,
+                  "made": [{"file": "IconBundles/com.apple.Preferences-large.png",
+                            "from": "Icons/Settings.png",
+                            "why": "an app's icon is looked for under that name"}],
+                  "leftOut": [{"file": "Icons/Nobody\ufffd.png",
+                               "why": "no app of that name is known"}],
+                  "notes": []}]})"));
+    EXPECT_EQ(folder.names("work"), "");
+}
+
+TEST_F(ConvertCommand, aDryRunSaysSo) {
+    theme("T.theme", kMagenta);
+    EXPECT_EQ(convert({"../T.theme", "-o", "out", "--dry-run"}).output,
+              "out/T.theme from ../T.theme: 1 file, nothing to change\nNothing was written.\n");
+}
+
+TEST_F(ConvertCommand, whatIsThereIsReplacedOnlyByForce) {
+    theme("T.theme", kMagenta);
+    EXPECT_EQ(convert({"../T.theme", "-o", "out"}).code, 0);
+    folder.file("work/out/T.theme/mine", "mine");
+    const CommandResult refused = convert({"../T.theme", "-o", "out"});
+    EXPECT_EQ(refused.code, 3);
+    EXPECT_EQ(refused.errors,
+              "velmoranth: error: out/T.theme: it is there already; --force replaces it\n");
+    EXPECT_EQ(folder.contents("work/out/T.theme/mine"), "mine");
+    EXPECT_EQ(convert({"../T.theme", "-o", "out", "--force"}).code, 0);
+    EXPECT_EQ(folder.names("work/out/T.theme"), "IconBundles");
+}
+
+TEST_F(ConvertCommand, wrongUsageAndBadInputAreALineEach) {
+    theme("T.theme", kMagenta);
+    expectRefused({"../T.theme"}, 2, "-o FOLDER is missing; velmoranth convert --help");
+    expectRefused({"", "-o", "out"}, 2, "INPUT and FOLDER take a name, and this one is empty");
+    expectRefused({"../none", "-o", "out"}, 3, "../none: no such file or directory");
+    folder.file("text.zip", "text");
+    expectRefused({"../text.zip", "-o", "out"}, 3,
+                  "../text.zip: it is no .deb, .zip or .tar archive");
+    folder.file("bad.tar", tests::tarOf({{"../up", "x"}}));
+    expectRefused({"../T.theme", "../bad.tar", "-o", "out"}, 3,
+                  "../bad.tar: it has a name with \"..\", ../up");
+    folder.folder("empty");
+    expectRefused({"../empty", "-o", "out"}, 3,
+                  "../empty: there is no theme in it: no folder IconBundles, Bundles or UIImages, "
+                  "and no pictures named for apps");
+}
+
+}  // namespace
+}  // namespace velmoranth::cli::convert_test
