@@ -196,6 +196,15 @@ Result<void> follow(const PreviewOptions& options, const DeviceOfRun& device) {
     }
 }
 
+// What the themes have that does not show.
+void noteHidden(const PreviewOptions& options, const DeviceOfRun& device) {
+    if (!options.isQuiet && options.kind != PreviewKind::stock) {
+        for (const std::string& line : device.notes) {
+            note(line);
+        }
+    }
+}
+
 ExitCode runPreview(const Arguments& arguments) {
     auto options = readPreviewOptions(arguments);
     if (!options) {
@@ -215,7 +224,13 @@ ExitCode runPreview(const Arguments& arguments) {
         return fail(ExitCode::badInput, found.error());
     }
     const auto draw = options->follow ? follow : options->screen.steps ? drawAllSteps : drawOnce;
+    if (options->follow) {
+        noteHidden(*options, *device);
+    }
     const auto drawn = draw(*options, *device);
+    if (drawn) {
+        noteHidden(*options, *device);
+    }
     return drawn ? ExitCode::done : fail(ExitCode::badInput, drawn.error());
 }
 
@@ -239,12 +254,14 @@ Command previewCommand() {
         .summary = "Draw the home screen with these themes.",
         .positionalNames = "THEME...",
         .description =
-            "Each THEME is a folder; where several have a picture the first one's is shown. "
-            "The run has a device\nof its own, which is gone afterwards; theming, icon mask and "
-            "overlay are on unless --set says otherwise.",
+            "Each THEME is a folder, a package (.deb) or an archive (.zip, .tar.xz and so on); "
+            "where "
+            "several have a\npicture the first one's is shown. The run has a device of its own, "
+            "which is gone afterwards; theming,\nicon mask and overlay are on unless --set says "
+            "otherwise.",
         .options = previewOptionTable(),
         .examples =
-            {"velmoranth preview MyTheme.theme",
+            {"velmoranth preview MyTheme.theme", "velmoranth preview OldTheme.deb -o old.png",
              "velmoranth preview Badges.theme Icons.theme --ios 12 --device pad -o pad.png",
              "velmoranth preview MyTheme.theme --compare --set enableOverlay=no",
              "velmoranth preview MyTheme.theme --set enableLogging=yes --log - -o - | display",

@@ -8,6 +8,8 @@
 #include "desktop/files/file_tree.h"
 #include "desktop/plist/property_lists.h"
 
+#include "makers/conversion/convert.h"
+#include "makers/conversion/theme_input.h"
 #include <fcntl.h>
 #include <stdlib.h>
 #include <sys/stat.h>
@@ -16,6 +18,7 @@
 #include <filesystem>
 #include <map>
 #include <system_error>
+#include <utility>
 
 namespace velmoranth::cli {
 
@@ -32,8 +35,15 @@ constexpr std::uint64_t kMaxThemeBytes = std::uint64_t{512} * 1024 * 1024;
 
 // A theme folder of this machine.
 struct ThemeFolder {
-    std::string path;  // as the user gave it
-    std::string name;  // the folder's own name, which is the theme's
+    std::string path;    // as the user gave it
+    std::string name;    // the folder's own name, which is the theme's
+    std::string folder;  // where it is
+};
+
+// The themes, and what they lie in as long as they are copied.
+struct GivenThemes {
+    std::vector<ThemeFolder> folders;
+    std::vector<makers::ThemeInput> archives;
 };
 
 Problem aboutTheme(const std::string& path, std::string message) {
@@ -94,27 +104,77 @@ Result<void> checkContents(const std::string& path) {
     return {};
 }
 
-Result<ThemeFolder> findTheme(const std::string& path) {
-    if (path.empty()) {
-        return tl::unexpected(Problem{"a THEME is empty; give a folder"});
+Result<ThemeFolder> checkTheme(ThemeFolder theme) {
+    if (theme.name.empty() || !isPlainText(theme.name)) {
+        return tl::unexpected(aboutTheme(
+            theme.path, "the folder's name can be no theme's: it has none, or not plain text"));
     }
+    if (auto contents = checkContents(theme.folder); !contents) {
+        // Where an archive was unpacked means nothing to the user.
+        if (theme.folder != theme.path) {
+            contents.error().path = theme.path;
+        }
+        return tl::unexpected(std::move(contents.error()));
+    }
+    return theme;
+}
+
+Result<ThemeFolder> findTheme(const std::string& path) {
     struct stat status{};
     if (::stat(path.c_str(), &status) != 0) {
         return tl::unexpected(errno == ENOENT ? aboutTheme(path, "there is no such theme folder")
                                               : desktop::problemOfErrno(errno, path));
     }
     if (!S_ISDIR(status.st_mode)) {
-        return tl::unexpected(aboutTheme(path, "this is a file; a theme is a folder"));
+        return tl::unexpected(aboutTheme(path, "this is neither a folder nor an archive"));
     }
-    ThemeFolder theme{path, themeName(path)};
-    if (theme.name.empty() || !isPlainText(theme.name)) {
-        return tl::unexpected(aboutTheme(
-            path, "the folder's name can be no theme's: it has none, or not plain text"));
+    return checkTheme({path, themeName(path), path});
+}
+
+// Adds the themes that the path leads to.
+Result<void> addThemes(const std::string& path, GivenThemes& themes) {
+    if (path.empty()) {
+        return tl::unexpected(Problem{"a THEME is empty; give a folder"});
     }
-    if (auto contents = checkContents(path); !contents) {
-        return tl::unexpected(std::move(contents.error()));
+    if (!makers::isFile(path)) {
+        auto theme = findTheme(path);
+        if (!theme) {
+            return tl::unexpected(std::move(theme.error()));
+        }
+        themes.folders.push_back(std::move(*theme));
+        return {};
     }
-    return theme;
+    auto archive = makers::openInput(path, makers::Purpose::show);
+    if (!archive) {
+        return tl::unexpected(std::move(archive.error()));
+    }
+    for (const makers::FoundTheme& found : archive->themes) {
+        auto theme = checkTheme({path, found.name, found.folder});
+        if (!theme) {
+            return tl::unexpected(std::move(theme.error()));
+        }
+        themes.folders.push_back(std::move(*theme));
+    }
+    themes.archives.push_back(std::move(*archive));
+    return {};
+}
+
+// What converting the theme would bring to light, by the names of its files; "" for nothing.
+std::string hiddenIn(const ThemeFolder& theme) {
+    const auto found = makers::themeAsGiven(theme.folder);
+    const makers::HiddenPictures hidden =
+        found ? makers::hiddenPictures(*found) : makers::HiddenPictures();
+    if (hidden.all() == 0) {
+        return {};
+    }
+    const std::string what = hidden.icons == 0    ? counted(hidden.others, "image")
+                             : hidden.others == 0 ? counted(hidden.icons, "icon")
+                                                  : counted(hidden.icons, "icon") + " and " +
+                                                        counted(hidden.others, "other image");
+    return shown(theme.name) + ": " + what +
+           (hidden.all() == 1 ? " lies under a name" : " lie under names") +
+           " that nothing looks for; velmoranth convert " + forShell(theme.path) +
+           " -o FOLDER makes a theme that shows " + (hidden.all() == 1 ? "it" : "them");
 }
 
 Result<void> writePreferences(const desktop::DeviceRoot& root,
@@ -131,21 +191,21 @@ Result<void> writePreferences(const desktop::DeviceRoot& root,
     return {};
 }
 
-Result<std::vector<ThemeFolder>> findThemes(std::span<const std::string> paths) {
-    std::vector<ThemeFolder> themes;
-    std::map<std::string, std::string> pathOfName;
+Result<GivenThemes> findThemes(std::span<const std::string> paths) {
+    GivenThemes themes;
     for (const std::string& path : paths) {
-        auto theme = findTheme(path);
-        if (!theme) {
-            return tl::unexpected(std::move(theme.error()));
+        if (auto added = addThemes(path, themes); !added) {
+            return tl::unexpected(std::move(added.error()));
         }
-        const auto [first, isNew] = pathOfName.try_emplace(theme->name, path);
+    }
+    std::map<std::string, std::string> pathOfName;
+    for (const ThemeFolder& theme : themes.folders) {
+        const auto [first, isNew] = pathOfName.try_emplace(theme.name, theme.path);
         if (!isNew) {
-            return tl::unexpected(aboutTheme(path, "a theme of this name is given before (" +
-                                                       shown(first->second) +
-                                                       "); a device has one folder of a name"));
+            return tl::unexpected(aboutTheme(
+                theme.path, "a theme of this name is given before (" + shown(first->second) +
+                                "); a device has one folder of a name"));
         }
-        themes.push_back(std::move(*theme));
     }
     return themes;
 }
@@ -174,14 +234,17 @@ Result<DeviceOfRun> makeDevice(std::span<const std::string> paths,
         return tl::unexpected(root.error());
     }
     device.root = *root;
-    for (const ThemeFolder& theme : *themes) {
+    for (const ThemeFolder& theme : themes->folders) {
         if (auto copied =
-                desktop::importFolder(**root, theme.path, "/Library/Themes/" + theme.name);
+                desktop::importFolder(**root, theme.folder, "/Library/Themes/" + theme.name);
             !copied) {
             return tl::unexpected(
                 aboutTheme(theme.path, "the theme cannot be copied: " + copied.error().message));
         }
         device.themes.push_back(theme.name);
+        if (std::string hidden = hiddenIn(theme); !hidden.empty()) {
+            device.notes.push_back(std::move(hidden));
+        }
     }
     if (auto written = setActiveThemes(**root, device.themes, settings); !written) {
         return tl::unexpected(std::move(written.error()));

@@ -20,13 +20,17 @@ struct DeviceOfRun {
     std::shared_ptr<const desktop::DeviceRoot> root = {};
     // Of a temporary device; nothing and null for the user's own.
     std::vector<std::string> themes = {};  // their names
+    // What of the themes does not show and would once they are converted, a line a theme.
+    std::vector<std::string> notes = {};
     std::unique_ptr<desktop::RemovedAtEnd> folder = {};
 };
 
-// Makes a device of theme folders. Each must be one that can be copied: there, with a name that
-// preferences can hold, no two of one name, nothing in it but files, folders and links, no more and
-// no larger than a theme is. They are copied below /Library/Themes: links as links, which then mean
-// what they mean on a device. The preferences are those of a preview, with `settings`.
+// Makes a device of themes: folders, and packages and archives, each of which may hold several;
+// of a package it is what lies below Library/Themes. Each must be one that can be copied: there,
+// with a name that preferences can hold, no two of one name, nothing in it but files, folders and
+// links, no more and no larger than a theme is. They are copied below /Library/Themes: links as
+// links, which then mean what they mean on a device. The preferences are those of a preview, with
+// `settings`.
 [[nodiscard]] desktop::Result<DeviceOfRun> makeDevice(std::span<const std::string> themes,
                                                       const platform::Dictionary& settings = {});
 

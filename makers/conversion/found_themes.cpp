@@ -230,6 +230,17 @@ Result<std::vector<FoundTheme>> findThemesIn(const std::string& folder) {
     return themes;
 }
 
+Result<FoundTheme> themeAsGiven(const std::string& folder) {
+    const auto root = readTree(folder);
+    if (!root) {
+        return tl::unexpected(root.error());
+    }
+    std::vector<FoundTheme> themes;
+    Finder(themes, false).take(*root, folder, nameOfFolder(folder), true);
+    sortFiles(themes);
+    return std::move(themes.front());
+}
+
 Result<std::vector<FoundTheme>> findThemesInPackage(const std::string& folder, bool asGiven) {
     const auto root = readTree(folder);
     if (!root) {

@@ -43,6 +43,9 @@ struct FoundTheme {
 [[nodiscard]] desktop::Result<std::vector<FoundTheme>> findThemesInPackage(
     const std::string& folder, bool asGiven);
 
+// The folder as a theme, whatever is in it. A problem as above.
+[[nodiscard]] desktop::Result<FoundTheme> themeAsGiven(const std::string& folder);
+
 // Whether it is what archivers and file managers leave behind, which belongs to no theme.
 [[nodiscard]] bool isClutter(std::string_view path);
 
