@@ -39,6 +39,9 @@ Result<platform::Dictionary> installedCalendar() {
     const auto file = std::ranges::find_if(*files, [](const desktop::InstalledFile& installed) {
         return installed.devicePath.ends_with("/Cal.plist");
     });
+    if (file == files->end()) {
+        return tl::unexpected(desktop::Problem{"the installed calendar settings are missing"});
+    }
     const auto bytes = makers::readWhole(file->hostPath);
     if (!bytes) {
         return tl::unexpected(bytes.error());

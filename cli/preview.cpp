@@ -224,11 +224,11 @@ ExitCode runPreview(const Arguments& arguments) {
         return fail(ExitCode::badInput, found.error());
     }
     const auto draw = options->follow ? follow : options->screen.steps ? drawAllSteps : drawOnce;
-    if (options->follow) {
+    if (options->follow) {  // which is drawn until the user ends it
         noteHidden(*options, *device);
     }
     const auto drawn = draw(*options, *device);
-    if (drawn) {
+    if (drawn && !options->follow) {
         noteHidden(*options, *device);
     }
     return drawn ? ExitCode::done : fail(ExitCode::badInput, drawn.error());
@@ -255,8 +255,8 @@ Command previewCommand() {
         .positionalNames = "THEME...",
         .description =
             "Each THEME is a folder, a package (.deb) or an archive (.zip, .tar.xz and so on); "
-            "where "
-            "several have a\npicture the first one's is shown. The run has a device of its own, "
+            "where several have a\npicture the first one's is shown. The run has a device of its "
+            "own, "
             "which is gone afterwards; theming,\nicon mask and overlay are on unless --set says "
             "otherwise.",
         .options = previewOptionTable(),

@@ -11,7 +11,6 @@
 #include "makers/conversion/convert.h"
 #include "makers/conversion/theme_input.h"
 #include <fcntl.h>
-#include <stdlib.h>
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -48,22 +47,6 @@ struct GivenThemes {
 
 Problem aboutTheme(const std::string& path, std::string message) {
     return {std::move(message), path};
-}
-
-// The folder's own name: the last one of the path, or of where it leads when that says nothing.
-std::string themeName(const std::string& path) {
-    const std::size_t end = path.find_last_not_of('/');
-    if (end == std::string::npos) {
-        return {};
-    }
-    const std::size_t slash = path.rfind('/', end);
-    const std::size_t start = slash == std::string::npos ? 0 : slash + 1;
-    std::string name = path.substr(start, end + 1 - start);
-    if (name != "." && name != "..") {
-        return name;
-    }
-    std::error_code error;
-    return fs::canonical(path, error).filename().string();
 }
 
 Result<void> checkContents(const std::string& path) {
@@ -128,7 +111,7 @@ Result<ThemeFolder> findTheme(const std::string& path) {
     if (!S_ISDIR(status.st_mode)) {
         return tl::unexpected(aboutTheme(path, "this is neither a folder nor an archive"));
     }
-    return checkTheme({path, themeName(path), path});
+    return checkTheme({path, makers::nameOfFolder(path), path});
 }
 
 // Adds the themes that the path leads to.
@@ -218,18 +201,16 @@ Result<DeviceOfRun> makeDevice(std::span<const std::string> paths,
     if (!themes) {
         return tl::unexpected(themes.error());
     }
-    std::error_code error;
-    const fs::path temporary = fs::temp_directory_path(error);
-    std::string folder = (error ? fs::path("/tmp") : temporary) / "velmoranth-XXXXXX";
-    if (::mkdtemp(folder.data()) == nullptr) {
-        return tl::unexpected(desktop::problemOfErrno(errno, folder));
+    auto folder = desktop::makeTemporaryFolder();
+    if (!folder) {
+        return tl::unexpected(std::move(folder.error()));
     }
-    DeviceOfRun device{.folder = std::make_unique<desktop::RemovedAtEnd>(folder)};
+    DeviceOfRun device{.folder = std::move(*folder)};
     const auto files = findInstalledFiles();
     if (!files) {
         return tl::unexpected(files.error());
     }
-    const auto root = desktop::createDeviceRoot(folder, *files);
+    const auto root = desktop::createDeviceRoot(device.folder->path(), *files);
     if (!root) {
         return tl::unexpected(root.error());
     }

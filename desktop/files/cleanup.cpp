@@ -1,13 +1,18 @@
 #include "desktop/files/cleanup.h"
 
+#include "desktop/files/descriptor.h"
+
 #include <pthread.h>
 #include <signal.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <mutex>
 #include <system_error>
 #include <thread>
@@ -141,6 +146,17 @@ void RemovedAtEnd::keep() {
     const std::lock_guard lock(registry().mutex);
     std::erase(registry().paths, path_);
     path_.clear();
+}
+
+Result<std::unique_ptr<RemovedAtEnd>> makeTemporaryFolder() {
+    const SignalsHeld held;  // it is to be removed from the moment when it is there
+    std::error_code error;
+    const std::filesystem::path place = std::filesystem::temp_directory_path(error);
+    std::string folder = (error ? std::filesystem::path("/tmp") : place) / "velmoranth-XXXXXX";
+    if (::mkdtemp(folder.data()) == nullptr) {
+        return tl::unexpected(problemOfErrno(errno, folder));
+    }
+    return std::make_unique<RemovedAtEnd>(folder);
 }
 
 }  // namespace velmoranth::desktop

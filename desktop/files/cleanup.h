@@ -2,8 +2,11 @@
 // are removed and processes that this one started are ended, also on SIGINT, SIGTERM and SIGHUP.
 #pragma once
 
+#include "desktop/result/result.h"
+
 #include <signal.h>
 
+#include <memory>
 #include <string>
 
 namespace velmoranth::desktop {
@@ -44,5 +47,8 @@ class RemovedAtEnd {
   private:
     std::string path_;
 };
+
+// A new folder that the user alone may enter, where temporary ones are kept.
+[[nodiscard]] Result<std::unique_ptr<RemovedAtEnd>> makeTemporaryFolder();
 
 }  // namespace velmoranth::desktop

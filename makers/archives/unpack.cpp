@@ -6,6 +6,7 @@
 
 #include "makers/archives/archive_file.h"
 #include <fcntl.h>
+#include <strings.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -32,17 +33,11 @@ constexpr std::array<std::string_view, 14> kEndings{
     ".tar.gz", ".tar.bz2", ".tar.xz", ".tar.lzma", ".tar.zst", ".tar.zstd", ".tgz",
     ".tbz2",   ".txz",     ".tlz",    ".tzst",     ".tar",     ".zip",      ".deb"};
 
-std::string lowerCase(std::string text) {
-    std::ranges::transform(text, text.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
-    return text;
-}
-
 std::size_t endingLength(const std::string& path) {
-    const std::string name = lowerCase(path.substr(path.rfind('/') + 1));
+    const std::string name = path.substr(path.rfind('/') + 1);
     for (const std::string_view ending : kEndings) {
-        if (name.size() > ending.size() && name.ends_with(ending)) {
+        if (name.size() > ending.size() &&
+            ::strcasecmp(name.c_str() + (name.size() - ending.size()), ending.data()) == 0) {
             return ending.size();
         }
     }
@@ -117,7 +112,7 @@ class Unpacking {
     }
 
     // Of what is read, but not kept.
-    Result<void> count(std::uint64_t bytes) {
+    Result<void> countBytes(std::uint64_t bytes) {
         unpacked_.bytes += bytes;
         if (unpacked_.bytes > limits_.bytes) {
             return refuse("it unpacks to more than " + std::to_string(limits_.bytes) + " bytes");
@@ -129,17 +124,23 @@ class Unpacking {
         return {};
     }
 
-    Result<void> countEntry() {
-        if (++entries_ > limits_.entries) {
+    // A file or folder that is made, or a member that is passed over.
+    Result<void> countEntry() { return count(entries_); }
+
+    // Whatever is read, made or not: the same folder may be named without end.
+    Result<void> countHeader() { return count(headers_); }
+
+    UnpackedArchive& unpacked() { return unpacked_; }
+
+  private:
+    Result<void> count(std::size_t& counter) const {
+        if (++counter > limits_.entries) {
             return refuse("it has more than " + std::to_string(limits_.entries) +
                           " files and folders");
         }
         return {};
     }
 
-    UnpackedArchive& unpacked() { return unpacked_; }
-
-  private:
     Result<void> makeFolder(const std::string& path, const std::string& name) {
         if (::mkdir(path.c_str(), 0777) == 0) {
             return countEntry();  // also one that no entry names
@@ -165,21 +166,20 @@ class Unpacking {
                                    : cannotWrite(errno, name);
         }
         ++unpacked_.files;
-        std::vector<std::uint8_t>& piece = piece_;
-        piece.resize(kPiece);
+        piece_.resize(kPiece);
         for (;;) {
-            const auto size = archive.read(piece);
+            const auto size = archive.read(piece_);
             if (!size) {
                 return tl::unexpected(size.error());
             }
-            if (auto counted = count(*size); !counted) {
+            if (auto counted = countBytes(*size); !counted) {
                 return counted;
             }
             if (const int error =
-                    desktop::writeWhole(desktop::FileCalls(), file.get(), piece.data(), *size)) {
+                    desktop::writeWhole(desktop::FileCalls(), file.get(), piece_.data(), *size)) {
                 return cannotWrite(error, name);
             }
-            if (*size < piece.size()) {
+            if (*size < piece_.size()) {
                 return {};
             }
         }
@@ -194,6 +194,7 @@ class Unpacking {
     const ArchiveLimits& limits_;
     std::uint64_t packedBytes_;
     std::size_t entries_ = 0;
+    std::size_t headers_ = 0;
     std::vector<std::uint8_t> piece_;
     UnpackedArchive unpacked_;
 };
@@ -206,6 +207,9 @@ Result<void> unpackEntries(ArchiveFile& archive, Unpacking& unpacking) {
         }
         if (!*entry) {
             return {};
+        }
+        if (auto counted = unpacking.countHeader(); !counted) {
+            return counted;
         }
         if (auto added = unpacking.add(archive, **entry); !added) {
             return added;
@@ -288,10 +292,6 @@ Result<UnpackedArchive> about(const std::string& name, Result<UnpackedArchive> u
 }
 
 }  // namespace
-
-bool hasArchiveName(const std::string& path) {
-    return endingLength(path) > 0;
-}
 
 std::string nameWithoutEnding(const std::string& path) {
     const std::string name = path.substr(path.rfind('/') + 1);

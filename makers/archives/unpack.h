@@ -31,11 +31,8 @@ struct UnpackedArchive {
     std::uint64_t bytes = 0;
 };
 
-// Whether the name ends as an archive's does: ".deb", ".zip", ".tar", ".tar.xz", ".tgz" and so on,
-// in any case.
-[[nodiscard]] bool hasArchiveName(const std::string& path);
-
-// The name without that ending and its folders: "dist/Mine.tar.gz" is "Mine".
+// The name without its folders and an archive's ending (".deb", ".zip", ".tar", ".tar.xz", ".tgz"
+// and so on, in any case): "dist/Mine.tar.gz" is "Mine".
 [[nodiscard]] std::string nameWithoutEnding(const std::string& path);
 
 // Unpacks the archive `path`, which is told by its content, into `folder`, which exists and is

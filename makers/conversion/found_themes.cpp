@@ -1,5 +1,6 @@
 #include "makers/conversion/found_themes.h"
 
+#include "makers/archives/unpack.h"
 #include "makers/conversion/icon_rules.h"
 #include "makers/conversion/names.h"
 
@@ -19,8 +20,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t kMostEntries = 100000;
-constexpr std::uint64_t kMostBytes = std::uint64_t{2} * 1024 * 1024 * 1024;
+// A folder may hold what an archive may.
+constexpr ArchiveLimits kLimits;
 
 // With any of these a folder is a theme.
 constexpr std::array<std::string_view, 12> kKnownFolders{
@@ -45,9 +46,9 @@ class Reader {
         std::error_code error;
         for (fs::directory_iterator entry(path, error), end; !error && entry != end;
              entry.increment(error)) {
-            if (++entries_ > kMostEntries) {
-                return tl::unexpected(Problem{"it has more than " + std::to_string(kMostEntries) +
-                                              " files and folders"});
+            if (++entries_ > kLimits.entries) {
+                return tl::unexpected(Problem{
+                    "it has more than " + std::to_string(kLimits.entries) + " files and folders"});
             }
             if (auto added = add(*entry, node); !added) {
                 return added;
@@ -79,9 +80,9 @@ class Reader {
         }
         const std::uint64_t size = entry.file_size(error);
         bytes_ += error ? 0 : size;
-        if (bytes_ > kMostBytes) {
+        if (bytes_ > kLimits.bytes) {
             return tl::unexpected(
-                Problem{"it holds more than " + std::to_string(kMostBytes) + " bytes"});
+                Problem{"it holds more than " + std::to_string(kLimits.bytes) + " bytes"});
         }
         node.files.push_back({name, error ? 0 : size});
         return {};
@@ -183,7 +184,16 @@ Result<Node> readTree(const std::string& folder) {
     return root;
 }
 
-// The last part of the path, or of where it leads when that says nothing.
+void sortFiles(std::vector<FoundTheme>& themes) {
+    for (FoundTheme& theme : themes) {
+        std::ranges::sort(theme.files, {}, &ThemeFile::name);
+        std::ranges::sort(theme.leftOut, {}, &LeftOut::name);
+    }
+    std::ranges::sort(themes, {}, &FoundTheme::folder);
+}
+
+}  // namespace
+
 std::string nameOfFolder(const std::string& folder) {
     std::string_view path = folder;
     while (path.ends_with('/')) {
@@ -196,16 +206,6 @@ std::string nameOfFolder(const std::string& folder) {
     std::error_code error;
     return fs::canonical(folder, error).filename();
 }
-
-void sortFiles(std::vector<FoundTheme>& themes) {
-    for (FoundTheme& theme : themes) {
-        std::ranges::sort(theme.files, {}, &ThemeFile::name);
-        std::ranges::sort(theme.leftOut, {}, &LeftOut::name);
-    }
-    std::ranges::sort(themes, {}, &FoundTheme::folder);
-}
-
-}  // namespace
 
 bool isClutter(std::string_view path) {
     while (!path.empty()) {

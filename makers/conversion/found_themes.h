@@ -46,6 +46,10 @@ struct FoundTheme {
 // The folder as a theme, whatever is in it. A problem as above.
 [[nodiscard]] desktop::Result<FoundTheme> themeAsGiven(const std::string& folder);
 
+// The folder's own name: the last part of its path, or of where it leads when that says nothing; ""
+// for the top of all folders.
+[[nodiscard]] std::string nameOfFolder(const std::string& folder);
+
 // Whether it is what archivers and file managers leave behind, which belongs to no theme.
 [[nodiscard]] bool isClutter(std::string_view path);
 

@@ -79,14 +79,14 @@ std::optional<std::string_view> find(const std::map<std::string, std::string_vie
 }  // namespace
 
 std::optional<std::string_view> knownIdentifier(std::string_view identifier) {
-    static const auto identifiers =
+    static const auto kIdentifiers =
         identifiersBy(&simulator::App::bundleIdentifier, &KnownApp::identifier);
-    return find(identifiers, identifier);
+    return find(kIdentifiers, identifier);
 }
 
 std::optional<std::string_view> identifierOfName(std::string_view name) {
-    static const auto identifiers = identifiersBy(&simulator::App::name, &KnownApp::name);
-    return find(identifiers, name);
+    static const auto kIdentifiers = identifiersBy(&simulator::App::name, &KnownApp::name);
+    return find(kIdentifiers, name);
 }
 
 }  // namespace velmoranth::makers

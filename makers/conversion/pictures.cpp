@@ -2,6 +2,7 @@
 
 #include "desktop/files/descriptor.h"
 #include "desktop/image_io/image_io.h"
+#include "desktop/imaging/resampling.h"
 
 #include "makers/conversion/names.h"
 #include <fcntl.h>
@@ -41,45 +42,20 @@ PictureFacts factsOf(const std::string& path) {
     return {.width = image->layout.width, .height = image->layout.height};
 }
 
-// Of `count` values beginning with `first`, those that the `index`th of `target` parts covers, each
-// with its share.
-template <class Add>
-void forShare(std::size_t index, std::size_t target, std::size_t count, Add add) {
-    const double scale = static_cast<double>(count) / static_cast<double>(target);
-    const double start = static_cast<double>(index) * scale;
-    const double end = start + scale;
-    for (auto i = static_cast<std::size_t>(start); i < count && static_cast<double>(i) < end; ++i) {
-        const double from = std::max(start, static_cast<double>(i));
-        const double to = std::min(end, static_cast<double>(i + 1));
-        add(i, (to - from) / scale);
-    }
-}
-
-// Each pixel the mean of what it covers; channels are independent, premultiplied ones too.
 Data reduced(const Data& pixels, std::size_t width, std::size_t height, std::size_t newWidth,
              std::size_t newHeight) {
-    std::vector<double> narrow(newWidth * height * 4);
-    for (std::size_t y = 0; y < height; ++y) {
-        for (std::size_t x = 0; x < newWidth; ++x) {
-            forShare(x, newWidth, width, [&](std::size_t from, double share) {
-                for (std::size_t c = 0; c < 4; ++c) {
-                    narrow[(y * newWidth + x) * 4 + c] +=
-                        share * pixels[(y * width + from) * 4 + c];
-                }
-            });
-        }
-    }
-    Data result(newWidth * newHeight * 4);
-    std::vector<double> row(newWidth * 4);
+    const auto axis = [](std::size_t from, std::size_t to) {
+        return desktop::Axis{.end = static_cast<double>(to),
+                             .sourceSize = from,
+                             .last = static_cast<std::int64_t>(to)};
+    };
+    desktop::Resampler resampler({pixels.data(), width, height, width * 4}, axis(width, newWidth),
+                                 axis(height, newHeight));
+    Data result;
+    result.reserve(newWidth * newHeight * 4);
     for (std::size_t y = 0; y < newHeight; ++y) {
-        std::ranges::fill(row, 0.0);
-        forShare(y, newHeight, height, [&](std::size_t from, double share) {
-            for (std::size_t i = 0; i < row.size(); ++i) {
-                row[i] += share * narrow[from * row.size() + i];
-            }
-        });
-        std::ranges::transform(row, result.begin() + static_cast<std::ptrdiff_t>(y * row.size()),
-                               [](double value) { return static_cast<std::uint8_t>(value + 0.5); });
+        const std::uint8_t* const row = resampler.row(y);
+        result.insert(result.end(), row, row + newWidth * 4);
     }
     return result;
 }

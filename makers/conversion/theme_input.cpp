@@ -3,13 +3,9 @@
 #include "desktop/files/descriptor.h"
 
 #include "makers/archives/unpack.h"
-#include <stdlib.h>  // NOLINT(modernize-deprecated-headers): mkdtemp() is POSIX's
 #include <sys/stat.h>
 
 #include <cerrno>
-#include <filesystem>
-#include <optional>
-#include <system_error>
 #include <utility>
 
 namespace velmoranth::makers {
@@ -19,26 +15,14 @@ using desktop::Result;
 
 namespace {
 
-namespace fs = std::filesystem;
-
-Result<std::string> temporaryFolder() {
-    std::error_code error;
-    const fs::path place = fs::temp_directory_path(error);
-    std::string folder = (error ? fs::path("/tmp") : place) / "velmoranth-XXXXXX";
-    if (::mkdtemp(folder.data()) == nullptr) {
-        return tl::unexpected(desktop::problemOfErrno(errno, folder));
-    }
-    return folder;
-}
-
 // Into a folder that is named as the archive is, since a theme may begin right there.
 Result<std::vector<FoundTheme>> unpackThemes(ThemeInput& input, Purpose purpose) {
-    auto temporary = temporaryFolder();
+    auto temporary = desktop::makeTemporaryFolder();
     if (!temporary) {
         return tl::unexpected(std::move(temporary.error()));
     }
-    input.unpacked = std::make_unique<desktop::RemovedAtEnd>(*temporary);
-    const std::string folder = *temporary + "/" + nameWithoutEnding(input.path);
+    input.unpacked = std::move(*temporary);
+    const std::string folder = input.unpacked->path() + "/" + nameWithoutEnding(input.path);
     if (::mkdir(folder.c_str(), 0700) != 0) {
         return tl::unexpected(desktop::problemOfErrno(errno, folder));
     }

@@ -91,13 +91,14 @@ Result<WrittenThemes> WrittenThemes::create(const std::string& output) {
 
 Result<void> WrittenThemes::write(const std::string& name, const std::string& folder,
                                   const Plan& plan) {
-    const std::string theme = folder_->path() + "/" + name;
+    const fs::path theme = fs::path(folder_->path()) / name;
+    const fs::path shownTheme = fs::path(output_) / name;
     if (::mkdir(theme.c_str(), 0777) != 0) {
-        return cannotWrite(errno, output_ + "/" + name);
+        return cannotWrite(errno, shownTheme);
     }
     for (const auto& [target, file] : plan.files) {
-        const std::string path = theme + "/" + target;
-        const std::string shownPath = output_ + "/" + name + "/" + target;
+        const std::string path = theme / target;
+        const std::string shownPath = shownTheme / target;
         std::error_code error;
         fs::create_directories(std::string(folderOf(path)), error);
         if (error) {
