@@ -8,6 +8,7 @@
 #include "cli/nearest.h"
 #include "cli/picture_file.h"
 #include "cli/preferences.h"
+#include "cli/theme_report.h"
 #include "desktop/files/cleanup.h"
 #include "simulator/screens/question_rows.h"
 
@@ -17,6 +18,7 @@
 #include <array>
 #include <fstream>
 #include <iostream>
+#include <optional>
 #include <ranges>
 #include <string>
 #include <utility>
@@ -174,6 +176,24 @@ Result<ExplainOptions> readOptions(const Arguments& arguments) {
     return options;
 }
 
+// "file *": the files that look as if they were meant for what the device asks for, a line each.
+Result<bool> answerUnused(const ExplainOptions& options, const Investigation& investigation) {
+    ProgressLine progress;
+    progress.show("every request of the device");
+    const auto report = reportThemes(investigation);
+    progress.clear();
+    if (!report) {
+        return tl::unexpected(report.error());
+    }
+    for (const NearMiss& miss : report->nearMisses) {
+        print(options.asJson
+                  ? jsonOf(miss) + "\n"
+                  : fmt::format("{} is not looked for; name it {}\n",
+                                shown(miss.theme + "/" + miss.name), shown(miss.wanted)));
+    }
+    return !report->nearMisses.empty();
+}
+
 Result<bool> answerFile(const ExplainOptions& options, const Investigation& investigation,
                         const std::string& path) {
     auto answer = explainFile(investigation, path);
@@ -211,13 +231,14 @@ Result<bool> answerQuestion(const ExplainOptions& options, const Investigation& 
     if (answer->failure) {
         return tl::unexpected(*answer->failure);
     }
-    return answer->shown.has_value();
+    return isThemed(*answer);
 }
 
 // "icon *": every app of the device, a line each.
 Result<bool> answerTable(const ExplainOptions& options, const Investigation& investigation,
                          const Question& question) {
     bool any = false;
+    std::optional<desktop::Problem> failure;
     ProgressLine progress;
     const std::vector<std::string> apps =
         simulator::knownArguments(*simulator::questionRowNamed(question.word));
@@ -232,11 +253,14 @@ Result<bool> answerTable(const ExplainOptions& options, const Investigation& inv
         if (!answer) {
             return tl::unexpected(std::move(answer.error()));
         }
-        any = any || answer->shown;
+        any = any || isThemed(*answer);
+        if (answer->failure && !failure) {
+            failure = answer->failure;
+        }
         print(options.asJson ? jsonOf(*answer) + "\n"
                              : fmt::format("{:<{}}  {}\n", apps[i], width, summaryOf(*answer)));
     }
-    return any;
+    return failure ? Result<bool>(tl::unexpected(std::move(*failure))) : Result<bool>(any);
 }
 
 ExitCode runExplain(const Arguments& arguments) {
@@ -252,12 +276,14 @@ ExitCode runExplain(const Arguments& arguments) {
     const Investigation investigation{*device, options->device, options->settings};
     bool found = false;
     for (const Question& question : options->questions) {
-        const bool isTable = question.argument == "*";
+        const bool isAll = question.argument == "*";
         if (&question != options->questions.data() && !options->asJson) {
             print("\n");
         }
-        const auto answered = isTable ? answerTable(*options, investigation, question)
-                                      : answerQuestion(*options, investigation, question);
+        const auto answered = !isAll ? answerQuestion(*options, investigation, question)
+                              : question.word == kFileWord
+                                  ? answerUnused(*options, investigation)
+                                  : answerTable(*options, investigation, question);
         if (!answered) {
             return fail(ExitCode::badInput, answered.error());
         }
@@ -289,6 +315,7 @@ std::string requestHelp() {
             row.summary);
     }
     rows.emplace_back("icon '*'", "every app of the device, a line each");
+    rows.emplace_back("file '*'", "the files of the themes that lie where nothing looks");
     rows.emplace_back("file PATH", "the other way round: which request opens that file of a theme");
     return "requests:\n" + twoColumns(rows);
 }

@@ -1,6 +1,9 @@
 #include "cli/explanation.h"
 
+#include "cli/calendar_report.h"
+#include "cli/near_misses.h"
 #include "cli/notifications.h"
+#include "cli/switches.h"
 #include "desktop/notifications/notification_center.h"
 #include "simulator/process/launcher.h"
 #include "simulator/screens/question_rows.h"
@@ -10,10 +13,10 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
+#include <cstddef>
 #include <memory>
 #include <ranges>
-#include <set>
+#include <span>
 #include <string_view>
 #include <utility>
 
@@ -28,18 +31,11 @@ using simulator::RunningScreen;
 
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr std::string_view kThemes = "/Library/Themes/";
 
 bool isFile(const Entry& entry) {
     return entry.kind == EntryKind::found || entry.kind == EntryKind::missing ||
            entry.kind == EntryKind::unreadable;
-}
-
-// Whether the entry says that a file was read, not only looked for.
-bool isRead(const AskedFile& file) {
-    return file.state == EntryKind::found && !file.answer.empty();
 }
 
 AskedFile askedFile(const Entry& entry) {
@@ -60,35 +56,6 @@ AskedFile askedFile(const Entry& entry) {
         file.name = begin == std::string_view::npos ? "" : path.substr(begin);
     }
     return file;
-}
-
-// The name without its folder, its scale, what stands for a size or a kind of device, and its
-// extension, in small letters: what two files have in common that are meant for the same.
-std::string gist(std::string_view name) {
-    std::string text(name.substr(name.rfind('/') + 1));
-    text = text.substr(0, text.rfind('.'));
-    std::ranges::transform(text, text.begin(), [](unsigned char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : static_cast<char>(c);
-    });
-    static constexpr std::array<std::string_view, 7> kEndings{
-        "@2x", "@3x", "~iphone", "~ipad", "-large", "-small", "-icon"};
-    for (bool changed = true; changed;) {
-        changed = false;
-        for (const std::string_view ending : kEndings) {
-            if (text.size() > ending.size() && text.ends_with(ending)) {
-                text.resize(text.size() - ending.size());
-                changed = true;
-            }
-        }
-    }
-    return text;
-}
-
-Result<Answer> askOnce(const Investigation& investigation, const Question& question,
-                       bool withEngine = true) {
-    auto process = startProcess(investigation, question, withEngine);
-    return process ? (*process)->ask(question)
-                   : Result<Answer>(tl::unexpected(std::move(process.error())));
 }
 
 bool samePictures(const std::optional<simulator::Picture>& a,
@@ -112,41 +79,6 @@ std::vector<std::string> methodsOf(const record::Record& record) {
         }
     }
     return methods;
-}
-
-// The files that mask, overlay and shadow of this device are made of, by asking for these alone.
-std::vector<Effect> effectsOf(const Investigation& investigation, const record::Record& record) {
-    std::vector<Effect> effects;
-    for (const std::string_view name : {"mask", "overlay", "shadow"}) {
-        const auto answer = askOnce(investigation, {std::string(name), "", ""});
-        if (!answer) {
-            continue;
-        }
-        const auto file = lastRead(answer->record, {});
-        const bool isUsed =
-            file && std::ranges::any_of(record, [&](const Entry& entry) {
-                return isFile(entry) && entry.subject == file->path && isRead(askedFile(entry));
-            });
-        if (isUsed) {
-            effects.push_back({name, *file});
-        }
-    }
-    return effects;
-}
-
-std::vector<std::string> filesOfTheme(const desktop::DeviceRoot& root, const std::string& theme) {
-    std::vector<std::string> files;
-    const fs::path folder = root.hostFolder() + std::string(kThemes) + theme;
-    std::error_code error;
-    for (fs::recursive_directory_iterator entry(folder, error), end; !error && entry != end;
-         entry.increment(error)) {
-        std::error_code ignored;
-        if (entry->is_regular_file(ignored)) {
-            files.push_back(entry->path().lexically_relative(folder).string());
-        }
-    }
-    std::ranges::sort(files);
-    return files;
 }
 
 // What would show if the theme that has won were not active.
@@ -196,9 +128,9 @@ Explanation explanationOf(const Question& question, record::Record record) {
 // What devices with other themes, with none, or asked for something else have to say about it.
 void askOthers(const Investigation& investigation, Explanation& explanation) {
     const Question& question = explanation.question;
-    if (question.word != "mask" && question.word != "overlay" && question.word != "shadow") {
-        explanation.effects = effectsOf(investigation, explanation.record);
-    }
+    Effects effects = effectsOf(investigation, question, explanation.record);
+    explanation.effects = std::move(effects.made);
+    explanation.brokenEffects = std::move(effects.broken);
     explanation.shown = lastRead(explanation.record, explanation.effects);
     if (explanation.shown) {
         explanation.hidden =
@@ -208,10 +140,81 @@ void askOthers(const Investigation& investigation, Explanation& explanation) {
         explanation.stock = std::move(stock->picture);
     }
     explanation.isStock = samePictures(explanation.picture, explanation.stock);
-    explanation.nearMisses = nearMissesOf(investigation.device, explanation.files);
+    explanation.nearMisses = nearMissesOf(investigation.device, triedFiles(explanation.record));
+    explanation.findings = calendarFindings(investigation.device, explanation.record);
+    explanation.reason = switchReasonOf(investigation, explanation);
 }
 
 }  // namespace
+
+bool isRead(const AskedFile& file) {
+    return file.state == EntryKind::found && !file.answer.empty();
+}
+
+bool isVisible(const std::optional<simulator::Picture>& picture) {
+    if (!picture) {
+        return false;
+    }
+    for (std::size_t i = 3; i < picture->pixels.size(); i += 4) {
+        if (picture->pixels[i] != 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool isIcon(const Question& question) {
+    static constexpr std::array<std::string_view, 7> kIcons{
+        "icon", "miniature", "calendar", "clock", "notification", "widget", "suggestion"};
+    return std::ranges::find(kIcons, question.word) != kIcons.end();
+}
+
+bool isThemed(const Explanation& explanation) {
+    return explanation.shown || (!explanation.isStock && !explanation.effects.empty());
+}
+
+Result<Answer> askOnce(const Investigation& investigation, const Question& question,
+                       bool withEngine) {
+    auto process = startProcess(investigation, question, withEngine);
+    return process ? (*process)->ask(question)
+                   : Result<Answer>(tl::unexpected(std::move(process.error())));
+}
+
+Effects effectsOf(const Investigation& investigation, const Question& question,
+                  const record::Record& record) {
+    static constexpr std::array<std::string_view, 3> kNames{"mask", "overlay", "shadow"};
+    Effects effects;
+    const std::vector<AskedFile> files = askedFiles(record);
+    const bool isOne = std::ranges::find(kNames, question.word) != kNames.end();
+    // Without a file of a theme there is nothing that they could have been made of.
+    for (const std::string_view name :
+         isOne || files.empty() ? std::span<const std::string_view>() : std::span(kNames)) {
+        const auto answer = askOnce(investigation, {std::string(name), "", ""});
+        if (!answer) {
+            continue;
+        }
+        const auto isUsed = [&](const AskedFile& file) {
+            return std::ranges::any_of(files, [&](const AskedFile& other) {
+                return other.path == file.path && other.state == file.state &&
+                       isRead(other) == isRead(file);
+            });
+        };
+        if (const auto file = lastRead(answer->record, {}); file && isUsed(*file)) {
+            effects.made.push_back({name, *file});
+        }
+        for (const AskedFile& file : askedFiles(answer->record)) {
+            if (file.state == EntryKind::unreadable && isUsed(file)) {
+                effects.broken.push_back({name, file});
+            }
+        }
+    }
+    const auto list = std::ranges::find_if(
+        files, [](const AskedFile& file) { return isRead(file) && file.name.ends_with(".plist"); });
+    if (list != files.end()) {
+        effects.made.push_back({"list", *list});
+    }
+    return effects;
+}
 
 Result<std::unique_ptr<RunningScreen>> startProcess(const Investigation& investigation,
                                                     const Question& question, bool withEngine) {
@@ -242,32 +245,13 @@ std::optional<AskedFile> lastRead(const record::Record& record,
     return last;
 }
 
-std::vector<NearMiss> nearMissesOf(const DeviceOfRun& device, const std::vector<AskedFile>& files) {
-    std::vector<NearMiss> misses;
-    for (const std::string& theme : device.themes) {
-        std::set<std::string_view> asked;
-        for (const AskedFile& file : files) {
-            if (file.theme == theme) {
-                asked.insert(file.name);
-            }
-        }
-        for (const std::string& name : filesOfTheme(*device.root, theme)) {
-            const auto meant = std::ranges::find_if(files, [&](const AskedFile& file) {
-                return file.theme == theme && file.state == EntryKind::missing &&
-                       gist(file.name) == gist(name);
-            });
-            if (!asked.contains(name) && meant != files.end()) {
-                misses.push_back({theme, name, meant->name});
-            }
-        }
-    }
-    return misses;
-}
+namespace {
 
-std::vector<AskedFile> askedFiles(const record::Record& record) {
+// As askedFiles(), with or without what the platform tries by itself.
+std::vector<AskedFile> filesIn(const record::Record& record, bool withTriedBeside) {
     std::vector<AskedFile> files;
     for (const Entry& entry : record) {
-        if (!isFile(entry) || isTriedBeside(entry)) {
+        if (!isFile(entry) || (!withTriedBeside && isTriedBeside(entry))) {
             continue;
         }
         AskedFile file = askedFile(entry);
@@ -282,6 +266,16 @@ std::vector<AskedFile> askedFiles(const record::Record& record) {
         }
     }
     return files;
+}
+
+}  // namespace
+
+std::vector<AskedFile> askedFiles(const record::Record& record) {
+    return filesIn(record, false);
+}
+
+std::vector<AskedFile> triedFiles(const record::Record& record) {
+    return filesIn(record, true);
 }
 
 Result<Explanation> explain(const Investigation& investigation, const Question& question) {

@@ -33,8 +33,18 @@ struct AskedFile {
 
 // What was done to the picture with a file of a theme.
 struct Effect {
-    std::string_view name;  // "mask", "overlay", "shadow"
+    std::string_view name;  // "mask", "overlay", "shadow", "list" for what it was drawn by
     AskedFile file;
+};
+
+// A setting behind what shows: with the other value something else does.
+struct SwitchReason {
+    std::string_view key;
+    bool isOn = false;  // now
+    // The theme's file that shows, or is looked for, with the other value.
+    std::optional<AskedFile> file;
+    std::optional<Effect> brings;  // the effect that the picture has with the other value alone
+    std::optional<Effect> ends;    // the effect that it has now alone
 };
 
 // A file of a theme that no request of this kind opens, and the name under which one would.
@@ -53,6 +63,10 @@ struct Explanation {
     std::optional<AskedFile> shown;   // the theme's file behind the picture or the sound
     std::optional<AskedFile> hidden;  // what would show if its theme were not active
     std::vector<Effect> effects;
+    // Those that could not be made, since their files are there and give nothing.
+    std::vector<Effect> brokenEffects;
+    std::optional<SwitchReason> reason;
+    std::vector<std::string> findings;          // lines about the list that it was drawn by
     std::optional<simulator::Picture> picture;  // what shows; nothing for nil
     std::optional<simulator::Picture> stock;    // what shows with nothing replaced
     bool isStock = false;                       // whether both are the same picture
@@ -76,27 +90,51 @@ struct Investigation {
 [[nodiscard]] desktop::Result<Explanation> explain(const Investigation& investigation,
                                                    const simulator::Question& question);
 
+// Whether a file of a theme is behind what shows: its picture or sound, or what was done with it.
+[[nodiscard]] bool isThemed(const Explanation& explanation);
+// Whether anything of the picture is to be seen.
+[[nodiscard]] bool isVisible(const std::optional<simulator::Picture>& picture);
+// Whether the request gives the icon of an app.
+[[nodiscard]] bool isIcon(const simulator::Question& question);
+
 // The whole of it for a person, the last line being the sentence that sums up.
 [[nodiscard]] std::string textOf(const Explanation& explanation);
 [[nodiscard]] std::string summaryOf(const Explanation& explanation);
 // One object, as docs/themes/explain.md describes it.
 [[nodiscard]] std::string jsonOf(const Explanation& explanation);
+[[nodiscard]] std::string jsonOf(const NearMiss& miss);
 
 // The last file of a theme that was read for a picture or a sound; those of the effects are left
 // out.
 [[nodiscard]] std::optional<AskedFile> lastRead(const record::Record& record,
                                                 const std::vector<Effect>& effects);
 
-// Files of the device's themes that look as if they were meant for what was asked, and were not.
-[[nodiscard]] std::vector<NearMiss> nearMissesOf(const DeviceOfRun& device,
-                                                 const std::vector<AskedFile>& files);
-
 // A process without a screen that has the question's classes, recorded or with nothing replaced.
 [[nodiscard]] desktop::Result<std::unique_ptr<simulator::RunningScreen>> startProcess(
     const Investigation& investigation, const simulator::Question& question, bool withEngine);
 
+// The answer of a process of its own.
+[[nodiscard]] desktop::Result<simulator::Answer> askOnce(const Investigation& investigation,
+                                                         const simulator::Question& question,
+                                                         bool withEngine = true);
+
+// What was done to a picture: the files that mask, overlay and shadow of this device are made of,
+// by asking for these alone, as far as the record has read them too.
+struct Effects {
+    std::vector<Effect> made;
+    std::vector<Effect> broken;  // their files give nothing
+};
+
+[[nodiscard]] Effects effectsOf(const Investigation& investigation,
+                                const simulator::Question& question, const record::Record& record);
+
+// Whether a file was read, not only looked for.
+[[nodiscard]] bool isRead(const AskedFile& file);
+
 // The files of themes that a record asks for, in order, none twice. The names for another screen
 // that are tried on the way to one that is there are left out.
 [[nodiscard]] std::vector<AskedFile> askedFiles(const record::Record& record);
+// With those names.
+[[nodiscard]] std::vector<AskedFile> triedFiles(const record::Record& record);
 
 }  // namespace velmoranth::cli

@@ -27,11 +27,35 @@ Json orNull(const std::optional<T>& value) {
     return value ? jsonOf(*value) : Json();
 }
 
+Json reasonOf(const std::optional<SwitchReason>& reason) {
+    return reason ? Json{{"setting", reason->key},
+                         {"isOn", reason->isOn},
+                         {"file", orNull(reason->file)},
+                         {"brings", reason->brings ? Json(reason->brings->name) : Json()},
+                         {"ends", reason->ends ? Json(reason->ends->name) : Json()}}
+                  : Json();
+}
+
 Json sizeOf(const std::optional<simulator::Picture>& picture) {
     return picture ? Json{{"width", picture->width}, {"height", picture->height}} : Json();
 }
 
+Json unused(const NearMiss& miss) {
+    return {{"theme", miss.theme}, {"file", miss.name}, {"wanted", miss.wanted}};
+}
+
+// Names are a file system's: bytes that are no UTF-8 become U+FFFD.
+std::string written(const Json& json) {
+    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
 }  // namespace
+
+std::string jsonOf(const NearMiss& miss) {
+    Json json{{"version", kVersion}};
+    json.update(unused(miss));
+    return written(json);
+}
 
 std::string jsonOf(const Explanation& explanation) {
     Json json{
@@ -44,6 +68,9 @@ std::string jsonOf(const Explanation& explanation) {
         {"shown", orNull(explanation.shown)},
         {"hidden", orNull(explanation.hidden)},
         {"effects", Json::object()},
+        {"brokenEffects", Json::object()},
+        {"reason", reasonOf(explanation.reason)},
+        {"findings", explanation.findings},
         {"size", sizeOf(explanation.picture)},
         {"stockSize", sizeOf(explanation.stock)},
         {"isStock", explanation.isStock},
@@ -58,12 +85,13 @@ std::string jsonOf(const Explanation& explanation) {
     for (const Effect& effect : explanation.effects) {
         json["effects"][std::string(effect.name)] = jsonOf(effect.file);
     }
-    for (const NearMiss& miss : explanation.nearMisses) {
-        json["unused"].push_back(
-            {{"theme", miss.theme}, {"file", miss.name}, {"wanted", miss.wanted}});
+    for (const Effect& effect : explanation.brokenEffects) {
+        json["brokenEffects"][std::string(effect.name)] = jsonOf(effect.file);
     }
-    // Names are a file system's: bytes that are no UTF-8 become U+FFFD.
-    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+    for (const NearMiss& miss : explanation.nearMisses) {
+        json["unused"].push_back(unused(miss));
+    }
+    return written(json);
 }
 
 }  // namespace velmoranth::cli

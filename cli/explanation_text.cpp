@@ -32,15 +32,16 @@ std::string sizeOf(const simulator::Picture& picture) {
     return fmt::format("{} × {} pixels", picture.width, picture.height);
 }
 
-bool isIcon(const Explanation& explanation) {
-    static constexpr std::array<std::string_view, 7> kIcons{
-        "icon", "miniature", "calendar", "clock", "notification", "widget", "suggestion"};
-    return std::ranges::find(kIcons, explanation.question.word) != kIcons.end();
+bool isBroken(const Explanation& explanation, const AskedFile& file) {
+    return std::ranges::any_of(explanation.brokenEffects,
+                               [&](const Effect& effect) { return effect.file.path == file.path; });
 }
 
+// The file that gives nothing, and is none of what is done to a picture.
 const AskedFile* unreadableOf(const Explanation& explanation) {
-    const auto found =
-        std::ranges::find(explanation.files, EntryKind::unreadable, &AskedFile::state);
+    const auto found = std::ranges::find_if(explanation.files, [&](const AskedFile& file) {
+        return file.state == EntryKind::unreadable && !isBroken(explanation, file);
+    });
     return found == explanation.files.end() ? nullptr : &*found;
 }
 
@@ -49,27 +50,57 @@ const Effect* effectNamed(const Explanation& explanation, std::string_view name)
     return found == explanation.effects.end() ? nullptr : &*found;
 }
 
-// ", cut out by A, under B": what files of the themes do to an icon.
+// "removeDock is off; with it on, "
+std::string ifTurned(const SwitchReason& reason) {
+    return fmt::format("{} is {}; with it {}, ", reason.key, reason.isOn ? "on" : "off",
+                       reason.isOn ? "off" : "on");
+}
+
+std::string givesNothing(const AskedFile& file) {
+    return fmt::format("{} is there and gives nothing: {}", nameOf(file), shown(file.reason));
+}
+
+// ", cut out by A, under B": what files of the themes do to a picture.
 std::string effectsText(const Explanation& explanation) {
-    if (!isIcon(explanation)) {
-        return {};
-    }
-    const Effect* const mask = effectNamed(explanation, "mask");
-    const Effect* const overlay = effectNamed(explanation, "overlay");
-    std::string text = mask == nullptr ? "" : ", cut out by " + nameOf(mask->file);
-    if (overlay != nullptr) {
-        text += ", under " + nameOf(overlay->file);
-    }
-    if (mask == nullptr && explanation.shown) {
-        text += ", with the corners that the file has: no active theme has a mask that is used";
+    struct Words {
+        std::string_view effect;
+        std::string_view words;
+    };
+
+    static constexpr std::array<Words, 4> kWords{{{"mask", ", cut out by "},
+                                                  {"overlay", ", under "},
+                                                  {"shadow", ", over "},
+                                                  {"list", ", drawn as in "}}};
+    std::string text;
+    for (const Words& words : kWords) {
+        if (const Effect* const effect = effectNamed(explanation, words.effect)) {
+            text += std::string(words.words) + nameOf(effect->file);
+        }
     }
     return text;
+}
+
+// Why an icon has the corners of its file.
+std::string cornersText(const Explanation& explanation) {
+    if (!isIcon(explanation.question) || effectNamed(explanation, "mask") != nullptr ||
+        std::ranges::find(explanation.brokenEffects, "mask", &Effect::name) !=
+            explanation.brokenEffects.end()) {
+        return {};
+    }
+    const auto& reason = explanation.reason;
+    return ", with the corners that the file has: " +
+           (reason && reason->brings && reason->brings->name == "mask"
+                ? ifTurned(*reason) + nameOf(reason->brings->file) + " cuts it out"
+                : "no active theme has a mask that is used");
 }
 
 std::string summaryOfShown(const Explanation& explanation) {
     std::string text = nameOf(*explanation.shown) +
                        (explanation.question.word == "sound" ? " is played" : " shows") +
-                       effectsText(explanation);
+                       effectsText(explanation) + cornersText(explanation);
+    for (const Effect& effect : explanation.brokenEffects) {
+        text += "; " + givesNothing(effect.file);
+    }
     if (explanation.hidden) {
         text += "; it hides " + nameOf(*explanation.hidden);
     }
@@ -86,28 +117,67 @@ bool givesNil(const Explanation& explanation) {
     return entered != explanation.record.end() && entered->answer == record::kNil;
 }
 
-std::string summaryWithoutFile(const Explanation& explanation) {
-    const std::string shows =
-        (explanation.question.word == "sound"
-             ? (givesNil(explanation) ? "Nothing plays" : "The system's own sound plays")
-         : explanation.picture ? "The stock picture shows" + effectsText(explanation)
-                               : "Nothing shows") +
-        ": ";
+// What shows, or plays, where no theme has a picture or a sound for it.
+std::string ownShows(const Explanation& explanation) {
+    if (explanation.question.word == "sound") {
+        return givesNil(explanation) ? "Nothing plays" : "The system's own sound plays";
+    }
+    if (!isVisible(explanation.picture)) {
+        return "Nothing shows";
+    }
+    if (explanation.isStock) {
+        return "The stock picture shows";
+    }
+    const std::string effects = effectsText(explanation);
+    return "The device's own picture shows" + (effects.empty() ? ", changed" : effects);
+}
+
+// ": removeDock is off; with it on, A/B.png shows": the setting behind it; "" for none.
+std::string reasonText(const Explanation& explanation) {
+    const auto& reason = explanation.reason;
+    if (!reason) {
+        return {};
+    }
+    if (reason->ends) {
+        return ": " + nameOf(reason->ends->file) + " hides all of it";
+    }
+    const std::string turned = ": " + ifTurned(*reason);
+    if (!reason->file) {
+        return turned + (explanation.shown ? "it shows" : "the device's own shows");
+    }
+    return turned + nameOf(*reason->file) +
+           (reason->file->state == EntryKind::missing ? " is looked for"
+            : explanation.question.word == "sound"    ? " is played"
+                                                      : " shows");
+}
+
+// Why no theme's picture or sound is there.
+std::string whyNoFile(const Explanation& explanation) {
     if (const AskedFile* const file = unreadableOf(explanation)) {
-        return fmt::format("{}{} is there and gives nothing: {}.", shows, nameOf(*file),
-                           shown(file->reason));
+        return givesNothing(*file);
     }
     if (!explanation.nearMisses.empty()) {
         const NearMiss& miss = explanation.nearMisses.front();
-        return fmt::format("{}{} has {}, which is not looked for; name it {}.", shows,
-                           shown(miss.theme), shown(miss.name), shown(miss.wanted));
+        return fmt::format("{} has {}, which is not looked for; name it {}", shown(miss.theme),
+                           shown(miss.name), shown(miss.wanted));
+    }
+    if (!explanation.brokenEffects.empty()) {
+        return givesNothing(explanation.brokenEffects.front().file);
     }
     const auto wanted = std::ranges::find(explanation.files, EntryKind::missing, &AskedFile::state);
-    if (wanted == explanation.files.end()) {
-        return shows + "no file of a theme is looked for.";
+    if (wanted != explanation.files.end()) {
+        return fmt::format("no active theme has what is looked for, {} first", shown(wanted->name));
     }
-    return fmt::format("{}no active theme has what is looked for, {} first.", shows,
-                       shown(wanted->name));
+    return explanation.files.empty() ? "no file of a theme is looked for" : "";
+}
+
+std::string summaryWithoutFile(const Explanation& explanation) {
+    std::string why = reasonText(explanation);
+    if (why.empty()) {
+        const std::string file = whyNoFile(explanation);
+        why = file.empty() ? "" : ": " + file;
+    }
+    return ownShows(explanation) + why + ".";
 }
 
 }  // namespace
@@ -119,8 +189,9 @@ std::string summaryOf(const Explanation& explanation) {
     if (!explanation.shown) {
         return summaryWithoutFile(explanation);
     }
-    if (!explanation.picture && explanation.question.word != "sound") {
-        return nameOf(*explanation.shown) + " is read, and nothing shows.";
+    if (!isVisible(explanation.picture) && explanation.question.word != "sound") {
+        return nameOf(*explanation.shown) + " is read, and nothing shows" +
+               reasonText(explanation) + ".";
     }
     return summaryOfShown(explanation);
 }
@@ -165,6 +236,13 @@ std::string textOf(const Explanation& explanation) {
         text +=
             row("changes", explanation.needsRespring ? "of the themes show after a respring"
                                                      : "of the themes show at the next request");
+    }
+    if (explanation.reason) {
+        text += row("setting", fmt::format("{} is {}", explanation.reason->key,
+                                           explanation.reason->isOn ? "on" : "off"));
+    }
+    for (const std::string& finding : explanation.findings) {
+        text += row("calendar", finding);
     }
     for (const NearMiss& miss : explanation.nearMisses) {
         text += row("unused", shown(miss.theme + "/" + miss.name) + ", which " +

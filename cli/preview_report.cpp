@@ -67,7 +67,9 @@ PreviewReport::PreviewReport(const PreviewOptions& options, const DeviceOfRun& d
     }
     investigation_ = std::make_unique<const Investigation>(
         Investigation{copy_ ? *copy_ : device, options.device, std::move(settings)});
-    report_ = std::async(std::launch::async, [this] { return reportThemes(*investigation_); });
+    report_ = std::async(std::launch::async, [this, apps = options.screen.apps] {
+        return reportThemes(*investigation_, apps);
+    });
 }
 
 void PreviewReport::tell() {

@@ -1,7 +1,12 @@
 #include "cli/theme_report.h"
 
+#include "cli/app_list.h"
 #include "cli/calendar_report.h"
 #include "cli/messages.h"
+#include "cli/near_misses.h"
+#include "cli/sound_events.h"
+#include "desktop/image_io/image_io.h"
+#include "simulator/process/launcher.h"
 #include "simulator/screens/question_rows.h"
 
 #include <fmt/format.h>
@@ -10,8 +15,16 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <ios>
+#include <iterator>
+#include <map>
 #include <memory>
+#include <optional>
+#include <set>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 namespace velmoranth::cli {
@@ -35,43 +48,108 @@ constexpr std::array kParts{
     Part{"badge", "", "badges"},  Part{"dot", "current", "dots"},
 };
 
-void addFiles(std::vector<AskedFile>& all, const std::vector<AskedFile>& more) {
-    for (const AskedFile& file : more) {
-        if (std::ranges::find(all, file.path, &AskedFile::path) == all.end()) {
-            all.push_back(file);
+// Processes of a device, one of a kind, and every file that they have tried.
+class Asking {
+  public:
+    explicit Asking(const Investigation& investigation) : investigation_(investigation) {}
+
+    Result<simulator::Answer> ask(const Question& question) {
+        auto& process = processes_[simulator::questionRowNamed(question.word)->process];
+        if (process == nullptr) {
+            auto started = startProcess(investigation_, question, true);
+            if (!started) {
+                return tl::unexpected(std::move(started.error()));
+            }
+            process = std::move(*started);
         }
+        auto answer = process->ask(question);
+        for (AskedFile& file : answer ? triedFiles(answer->record) : std::vector<AskedFile>()) {
+            if (paths_.insert(file.path).second) {
+                files_.push_back(std::move(file));
+            }
+        }
+        return answer;
     }
+
+    // In the order in which they were first asked for, none twice.
+    [[nodiscard]] const std::vector<AskedFile>& files() const { return files_; }
+
+  private:
+    const Investigation& investigation_;
+    std::map<simulator::ProcessKind, std::unique_ptr<simulator::RunningScreen>> processes_;
+    std::set<std::string> paths_;
+    std::vector<AskedFile> files_;
+};
+
+// Those of the list, or a fresh device's.
+std::vector<std::string> identifiersOf(const std::vector<simulator::NamedApp>& apps) {
+    if (apps.empty()) {
+        return simulator::knownArguments(*simulator::questionRowNamed("icon"));
+    }
+    std::vector<std::string> identifiers;
+    std::ranges::transform(apps, std::back_inserter(identifiers), &simulator::NamedApp::identifier);
+    return identifiers;
 }
 
-// Of the alpha of every pixel: the least and the greatest.
-std::pair<int, int> alphaRange(const simulator::Picture& picture) {
-    int least = 255;
-    int greatest = 0;
-    for (std::size_t i = 3; i < picture.pixels.size(); i += 4) {
-        least = std::min<int>(least, picture.pixels[i]);
-        greatest = std::max<int>(greatest, picture.pixels[i]);
+// What is asked for beside the icons and parts of the home screen: all that a device asks by
+// itself.
+std::vector<Question> questionsOfOtherScreens(const Investigation& investigation) {
+    std::vector<Question> questions;
+    for (const simulator::QuestionRow& row : simulator::questionRows()) {
+        const std::string word(row.word);
+        if (row.firstSystem > investigation.configuration.system.major || word == "icon") {
+            continue;
+        }
+        if (row.argument.empty()) {
+            questions.push_back({word, "", ""});
+        } else if (word == "settings" || word == "weather") {
+            for (std::string& name : simulator::knownArguments(row)) {
+                questions.push_back({word, std::move(name), ""});
+            }
+        }
     }
-    return {least, greatest};
+    for (const char* const dot : {"current", "other", "search"}) {
+        questions.push_back({"dot", dot, ""});
+    }
+    for (const SoundName& sound : soundNames()) {
+        if (sound.source != SoundSource::panel) {
+            questions.push_back({"sound",
+                                 (sound.source == SoundSource::homeScreen ? "event:" : "") +
+                                     std::to_string(sound.number),
+                                 ""});
+        }
+    }
+    return questions;
+}
+
+constexpr std::string_view kOpaqueApp = "com.example.opaque";
+
+// Gives the device a theme with an icon that is white all over.
+bool addOpaqueIcon(const desktop::DeviceRoot& root, const std::string& theme) {
+    constexpr std::size_t kSide = 180;
+    const std::vector<std::uint8_t> pixels(kSide * kSide * 4, 255);
+    const auto png = desktop::encodePng(pixels, kSide, kSide, kSide * 4);
+    const std::filesystem::path folder =
+        std::filesystem::path(root.hostFolder()) / "Library/Themes" / theme / "IconBundles";
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    std::ofstream file(folder / (std::string(kOpaqueApp) + "-large.png"), std::ios::binary);
+    file.write(reinterpret_cast<const char*>(png.data()), static_cast<std::streamsize>(png.size()));
+    return static_cast<bool>(file.flush());
 }
 
 }  // namespace
 
-Result<ThemeReport> reportThemes(const Investigation& investigation) {
-    const Question first{"icon", "", ""};
-    auto process = startProcess(investigation, first, true);
-    if (!process) {
-        return tl::unexpected(std::move(process.error()));
-    }
+Result<ThemeReport> reportThemes(const Investigation& investigation,
+                                 const std::vector<simulator::NamedApp>& apps) {
     ThemeReport report;
-    std::vector<AskedFile> files;
+    Asking asking(investigation);
     std::vector<Effect> effects;
     for (const Part& part : kParts) {
-        const auto answer =
-            (*process)->ask({std::string(part.word), std::string(part.argument), ""});
+        const auto answer = asking.ask({std::string(part.word), std::string(part.argument), ""});
         if (!answer) {
             return tl::unexpected(answer.error());
         }
-        addFiles(files, askedFiles(answer->record));
         if (const auto file = lastRead(answer->record, {})) {
             report.parts.emplace_back(part.name);
             if (part.word == "mask") {
@@ -82,61 +160,88 @@ Result<ThemeReport> reportThemes(const Investigation& investigation) {
             }
         }
     }
-    for (const std::string& app :
-         simulator::knownArguments(*simulator::questionRowNamed(first.word))) {
-        const auto answer = (*process)->ask({first.word, app, ""});
+    const std::vector<std::string> shownApps = identifiersOf(apps);
+    std::vector<std::string> asked = shownApps;
+    if (const auto themed = themedApps(*investigation.device.root)) {
+        for (const simulator::NamedApp& app : *themed) {
+            if (std::ranges::find(shownApps, app.identifier) == shownApps.end()) {
+                asked.push_back(app.identifier);
+            }
+        }
+    }
+    for (std::size_t i = 0; i < asked.size(); ++i) {
+        const auto answer = asking.ask({"icon", asked[i], ""});
         if (!answer) {
             return tl::unexpected(answer.error());
         }
-        const auto asked = askedFiles(answer->record);
-        addFiles(files, asked);
         if (report.calendar.empty()) {
             report.calendar = calendarFindings(investigation.device, answer->record);
         }
-        const auto shown = lastRead(answer->record, effects);
-        (shown ? report.themedApps : report.otherApps).push_back(app);
-        if (report.maskedApp.empty() && shown &&
-            std::ranges::find(asked, report.mask.path, &AskedFile::path) != asked.end()) {
-            report.maskedApp = app;
+        const bool isThemes = lastRead(answer->record, effects).has_value();
+        if (i >= shownApps.size()) {
+            report.moreIcons += isThemes ? 1 : 0;
+        } else {
+            (isThemes ? report.themedApps : report.otherApps).push_back(asked[i]);
         }
     }
-    report.nearMisses = nearMissesOf(investigation.device, files);
-    std::ranges::copy_if(files, std::back_inserter(report.unreadable),
+    for (const Question& question : questionsOfOtherScreens(investigation)) {
+        if (const auto answer = asking.ask(question); !answer) {
+            return tl::unexpected(answer.error());
+        }
+    }
+    report.nearMisses = nearMissesOf(investigation.device, asking.files());
+    std::ranges::copy_if(asking.files(), std::back_inserter(report.unreadable),
                          [](const AskedFile& file) { return file.state == EntryKind::unreadable; });
     return report;
 }
 
 std::string judgeMask(const Investigation& investigation, const ThemeReport& report) {
-    if (report.maskedApp.empty()) {
+    if (report.mask.name.empty()) {
         return {};
     }
-    const Question question{"icon", report.maskedApp, ""};
-    const auto answerWith = [&](const platform::Dictionary& settings) {
-        std::optional<simulator::Picture> picture;
-        const desktop::DeviceRoot& root = *investigation.device.root;
-        if (setActiveThemes(root, investigation.device.themes, settings)) {
-            if (auto process = startProcess(investigation, question, true)) {
-                if (auto answer = (*process)->ask(question)) {
-                    picture = std::move(answer->picture);
-                }
-            }
-        }
-        static_cast<void>(
-            setActiveThemes(root, investigation.device.themes, investigation.settings));
-        return picture;
-    };
-    platform::Dictionary unmasked = investigation.settings;
-    unmasked.insert_or_assign("enableIconMask", platform::PropertyList(false));
-    const auto masked = answerWith(investigation.settings);
-    const auto plain = answerWith(unmasked);
-    if (!masked || !plain || masked->pixels.size() != plain->pixels.size()) {
+    // Behind the others, so that nothing of theirs changes.
+    std::vector<std::string> themes = investigation.device.themes;
+    std::string probe = "opaque";
+    while (std::ranges::find(themes, probe) != themes.end()) {
+        probe += "-";
+    }
+    themes.push_back(probe);
+    const desktop::DeviceRoot& root = *investigation.device.root;
+    if (!addOpaqueIcon(root, probe)) {
         return {};
+    }
+    const Question question{"icon", std::string(kOpaqueApp), ""};
+    const auto answerWith = [&](bool withMask) {
+        platform::Dictionary settings = investigation.settings;
+        settings.insert_or_assign("enableOverlay", platform::PropertyList(false));
+        if (!withMask) {
+            settings.insert_or_assign("enableIconMask", platform::PropertyList(false));
+        }
+        return setActiveThemes(root, themes, settings)
+                   ? askOnce(investigation, question)
+                   : Result<simulator::Answer>(tl::unexpected(desktop::Problem()));
+    };
+    const auto masked = answerWith(true);
+    const auto plain = answerWith(false);
+    static_cast<void>(setActiveThemes(root, investigation.device.themes, investigation.settings));
+    if (!masked || !plain || !isVisible(plain->picture)) {
+        return {};
+    }
+    const std::vector<AskedFile> files = askedFiles(masked->record);
+    const auto mask = std::ranges::find(files, report.mask.path, &AskedFile::path);
+    if (mask == files.end() || !isRead(*mask)) {
+        return {};  // it is switched off
     }
     const std::string name = shown(report.mask.theme + "/" + report.mask.name);
-    if (alphaRange(*masked).second == 0 && alphaRange(*plain).second > 0) {
+    if (!masked->picture) {
+        return name +
+               " hides everything: nothing comes of an icon that is cut out by it; write it with 8 "
+               "bits a channel";
+    }
+    if (!isVisible(masked->picture)) {
         return name + " hides everything: where it is light the icon is hidden";
     }
-    if (masked->pixels == plain->pixels && alphaRange(*plain).first == 255) {
+    if (masked->picture->pixels == plain->picture->pixels) {
         return name + " hides nothing: it is dark all over, and its transparency does not count";
     }
     return {};
@@ -148,9 +253,14 @@ std::vector<std::string> linesOf(const ThemeReport& report,
     for (const std::string& theme : themes) {
         words += forShell(theme) + " ";
     }
-    std::string sum = fmt::format("{} of {} apps have an icon of {}", report.themedApps.size(),
-                                  report.themedApps.size() + report.otherApps.size(),
-                                  themes.size() == 1 ? "the theme" : "the themes");
+    const std::string_view whose = themes.size() == 1 ? "the theme" : "the themes";
+    std::string sum =
+        fmt::format("{} of {} {} an icon of {}", report.themedApps.size(),
+                    counted(report.themedApps.size() + report.otherApps.size(), "app"),
+                    report.themedApps.size() == 1 ? "has" : "have", whose);
+    if (report.moreIcons > 0) {
+        sum += fmt::format("; {} of apps that are not shown", counted(report.moreIcons, "icon"));
+    }
     if (!report.parts.empty()) {
         sum += fmt::format("; {}", fmt::join(report.parts, ", "));
     }
@@ -161,21 +271,22 @@ std::vector<std::string> linesOf(const ThemeReport& report,
     std::vector<std::string> lines{std::move(sum)};
     if (!report.nearMisses.empty()) {
         const NearMiss& miss = report.nearMisses.front();
+        const bool isOne = report.nearMisses.size() == 1;
         lines.push_back(fmt::format(
             "{} where nothing looks, {} first, which would be {} (velmoranth explain {}-- file {})",
-            report.nearMisses.size() == 1 ? "1 file lies"
-                                          : fmt::format("{} files lie", report.nearMisses.size()),
-            shown(miss.theme + "/" + miss.name), shown(miss.wanted), words, forShell(miss.name)));
+            isOne ? "1 file lies" : fmt::format("{} files lie", report.nearMisses.size()),
+            shown(miss.theme + "/" + miss.name), shown(miss.wanted), words,
+            isOne ? forShell(miss.name) : "'*'"));
     }
     constexpr std::size_t kMostFiles = 10;
     for (std::size_t i = 0; i < std::min(report.unreadable.size(), kMostFiles); ++i) {
         const AskedFile& file = report.unreadable[i];
-        lines.push_back(fmt::format("{} is there and gives no picture: {}",
+        lines.push_back(fmt::format("{} is there and gives nothing: {}",
                                     shown(file.theme + "/" + file.name), shown(file.reason)));
     }
     if (report.unreadable.size() > kMostFiles) {
         lines.push_back(
-            fmt::format("{} more files give no picture", report.unreadable.size() - kMostFiles));
+            fmt::format("{} more files give nothing", report.unreadable.size() - kMostFiles));
     }
     std::ranges::copy(report.calendar, std::back_inserter(lines));
     return lines;

@@ -5,29 +5,32 @@
 
 #include "cli/explanation.h"
 #include "desktop/result/result.h"
+#include "simulator/home_screen/installed_apps.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
 namespace velmoranth::cli {
 
 struct ThemeReport {
-    std::vector<std::string> themedApps;  // by their identifiers
-    std::vector<std::string> otherApps;   // that no theme has an icon for
+    std::vector<std::string> themedApps;  // that are shown, by their identifiers
+    std::vector<std::string> otherApps;   // that are shown and no theme has an icon for
+    std::size_t moreIcons = 0;            // of apps that are not shown
     std::vector<std::string> parts;       // "mask", "folder", "badges"
     std::vector<NearMiss> nearMisses;     // files that lie where nothing looks
     std::vector<AskedFile> unreadable;    // files that were found and gave nothing
     std::vector<std::string> calendar;    // lines about the property list that it was drawn by
     AskedFile mask;                       // "" without one
-    // An app whose icon is a theme's and is masked; "" without one.
-    std::string maskedApp;
 };
 
-// Beside other work; the device's preferences are read only.
-[[nodiscard]] desktop::Result<ThemeReport> reportThemes(const Investigation& investigation);
+// Of a device that shows these apps, or a fresh device's own when there are none. Beside other
+// work; the device's preferences are read only.
+[[nodiscard]] desktop::Result<ThemeReport> reportThemes(
+    const Investigation& investigation, const std::vector<simulator::NamedApp>& apps = {});
 
-// What its mask does to the icon: a line that says that it hides everything or nothing, ""
-// otherwise. Changes the device's preferences meanwhile.
+// What its mask does to an opaque icon: a line that says that it hides everything or nothing, ""
+// otherwise. The device gets a theme with such an icon, and its preferences change meanwhile.
 [[nodiscard]] std::string judgeMask(const Investigation& investigation, const ThemeReport& report);
 
 // Lines for standard error, the first one the sum. `themes` are the words of the command line.

@@ -150,6 +150,94 @@ TEST_F(ExplainTest, NoSoundPlays) {
               "Nothing plays: no active theme has what is looked for, UISounds first.");
 }
 
+// --- What lies behind the device's own picture.
+
+constexpr const char* kCalendarList =
+    "<plist><dict><key>CalendarIconDateSettings</key><dict><key>FontName</key><string>"
+    "AvenirNext-Medium</string><key>TextColor</key><string>#FF8000</string></dict>"
+    "<key>CalendarIconDaySettings</key><dict><key>FontName</key><string>AvenirNext-Medium</string>"
+    "</dict></dict></plist>";
+
+TEST_F(ExplainTest, AListThatTheCalendarIsDrawnByIsBehindIt) {
+    folder.file("work/A/Info.plist", kCalendarList);
+    const CommandResult result = explain({"A", "--", "calendar"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_TRUE(lastLine(result.output)
+                    .starts_with("The device's own picture shows, drawn as in A/Info.plist: "))
+        << result.output;
+    EXPECT_NE(result.output.find("\ncalendar   A/Info.plist: the date's TextColor \"#FF8000\" is "
+                                 "not understood"),
+              std::string::npos)
+        << result.output;
+    const json said = object({"A", "--", "calendar"});
+    EXPECT_EQ(said.at("effects").at("list").at("file"), "Info.plist");
+    EXPECT_EQ(said.at("findings").size(), 1U);
+    EXPECT_EQ(said.at("isStock"), false);
+}
+
+TEST_F(ExplainTest, WhatLiesOverAPressedIconHasTheMask) {
+    picture(std::string("A") + kMask);
+    const json said = object({"A", "--", "pressed"});
+    EXPECT_EQ(said.at("effects").at("mask").at("file"), std::string(kMask).substr(1));
+    EXPECT_EQ(said.at("summary").get<std::string>().find("no file of a theme is looked for"),
+              std::string::npos);
+}
+
+// --- Settings.
+
+constexpr const char* kDock = "A/Velmoranth/SBDockBGiphone.png";
+
+TEST_F(ExplainTest, ASwitchThatIsOffIsTheReason) {
+    picture(kDock);
+    EXPECT_EQ(answer({"A", "--", "dock"}, 1),
+              "The stock picture shows: removeDock is off; with it on, " + std::string(kDock) +
+                  " shows.");
+    EXPECT_EQ(answer({"A", "--set", "removeDock=yes", "--", "dock"}),
+              std::string(kDock) + " shows.");
+    EXPECT_TRUE(answer({"A", "--set", "enable=no", "--set", "removeDock=yes", "--", "dock"}, 1)
+                    .ends_with(": enable is off; with it on, " + std::string(kDock) + " shows."));
+    const json said = object({"A", "--", "dock"}).at("reason");
+    EXPECT_EQ(said.at("setting"), "removeDock");
+    EXPECT_EQ(said.at("isOn"), false);
+    EXPECT_EQ(said.at("file").at("file"), "Velmoranth/SBDockBGiphone.png");
+    EXPECT_EQ(object({"A", "--", "badge"}).at("reason"), json());
+}
+
+TEST_F(ExplainTest, ASwitchThatIsOnIsTheReason) {
+    picture("A/Bundles/com.apple.springboard/SBBadgeBG.png", 24);
+    EXPECT_EQ(answer({"A", "--set", "removeIconBadges=yes", "--", "badge"}, 1),
+              "Nothing shows: removeIconBadges is on; with it off, "
+              "A/Bundles/com.apple.springboard/SBBadgeBG.png shows.");
+}
+
+TEST_F(ExplainTest, AMaskThatIsSwitchedOffIsNamed) {
+    picture("A/IconBundles/com.apple.Maps-large.png");
+    picture(std::string("A") + kMask);
+    EXPECT_EQ(answer({"A", "--set", "enableIconMask=no", "--", "icon", "com.apple.Maps"}),
+              "A/IconBundles/com.apple.Maps-large.png shows, with the corners that the file has: "
+              "enableIconMask is off; with it on, A" +
+                  std::string(kMask) + " cuts it out.");
+}
+
+// --- Masks that cannot be used.
+
+TEST_F(ExplainTest, ABrokenMaskIsNamed) {
+    picture("A/IconBundles/com.apple.Maps-large.png");
+    folder.file(std::string("work/A") + kMask);
+    EXPECT_EQ(answer({"A", "--", "icon", "com.apple.Maps"}),
+              "A/IconBundles/com.apple.Maps-large.png shows; A" + std::string(kMask) +
+                  " is there and gives nothing: the file is empty.");
+    EXPECT_EQ(object({"A", "--", "icon", "com.apple.Maps"}).at("brokenEffects").size(), 1U);
+}
+
+TEST_F(ExplainTest, AMaskThatHidesAllOfItIsNamed) {
+    picture("A/IconBundles/com.apple.Maps-large.png");
+    folder.file(std::string("work/A") + kMask, deepGrayPng());
+    EXPECT_EQ(answer({"A", "--", "icon", "com.apple.Maps"}),
+              "A/IconBundles/com.apple.Maps-large.png is read, and nothing shows: A" +
+                  std::string(kMask) + " hides all of it.");
+}
+
 // --- The other parts of the text.
 
 TEST_F(ExplainTest, SaysWhichMethodsAreReachedAndWhatIsTriedInOrder) {
@@ -235,6 +323,26 @@ TEST_F(ExplainTest, RequestsAreReadFromAFileALineEach) {
         wrong.errors.find("wrong: line 2: there is no request \"bagde\"; did you mean badge?"),
         std::string::npos)
         << wrong.errors;
+}
+
+TEST_F(ExplainTest, FilesThatLieWhereNothingLooksAreListed) {
+    picture("A/IconBundles/com.apple.maps-large.png");
+    picture("A/Bundles/com.apple.Preferences/Wifi@3x.png");
+    picture("A/UIImages/UISwitchknob@3x.png", 60);
+    picture("A/IconBundles/com.apple.News-large.png");
+    const CommandResult result = explain({"A", "--", "file", "*"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_NE(result.output.find("A/IconBundles/com.apple.maps-large.png is not looked for; name "
+                                 "it IconBundles/com.apple.Maps-large.png\n"),
+              std::string::npos)
+        << result.output;
+    EXPECT_NE(result.output.find("A/UIImages/UISwitchknob@3x.png is not looked for; name it "
+                                 "UIImages/UISwitchKnob@3x.png\n"),
+              std::string::npos)
+        << result.output;
+    EXPECT_NE(result.output.find("A/Bundles/com.apple.Preferences/Wifi@3x.png is not"),
+              std::string::npos)
+        << result.output;
 }
 
 // --- The question the other way round.

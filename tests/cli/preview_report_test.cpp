@@ -72,11 +72,11 @@ TEST_F(PreviewReportTest, FilesThatLieWhereNothingLooksAreCounted) {
     picture("work/A/com.apple.News@3x.png");
     const std::string text = report();
     EXPECT_TRUE(text.starts_with("velmoranth: 0 of ")) << text;
-    EXPECT_NE(text.find("\nvelmoranth: 2 files lie where nothing looks, "
-                        "A/IconBundles/com.apple.maps.png first, which would be "
-                        "IconBundles/com.apple.Maps-large.png (velmoranth explain A -- file "
-                        "IconBundles/com.apple.maps.png)\n"),
-              std::string::npos)
+    EXPECT_NE(
+        text.find("\nvelmoranth: 2 files lie where nothing looks, "
+                  "A/IconBundles/com.apple.maps.png first, which would be "
+                  "IconBundles/com.apple.Maps-large.png (velmoranth explain A -- file '*')\n"),
+        std::string::npos)
         << text;
 }
 
@@ -85,7 +85,7 @@ TEST_F(PreviewReportTest, FilesThatGiveNoPictureAreNamed) {
     picture("work/A/IconBundles/com.apple.Preferences-large.png");
     EXPECT_NE(
         report().find("\nvelmoranth: A/IconBundles/com.apple.Maps-large.png is there and gives "
-                      "no picture: the file is empty\n"),
+                      "nothing: the file is empty\n"),
         std::string::npos);
 }
 
@@ -95,6 +95,50 @@ TEST_F(PreviewReportTest, AMaskThatHidesEverythingOrNothingIsTold) {
     EXPECT_NE(report().find("AppIconMask.png hides everything"), std::string::npos);
     picture(kMask, {0, 0, 0}, 128);
     EXPECT_NE(report().find("AppIconMask.png hides nothing"), std::string::npos);
+    folder.file(kMask, deepGrayPng());
+    EXPECT_NE(report().find("AppIconMask.png hides everything"), std::string::npos);
+    EXPECT_EQ(report({"--set", "enableIconMask=no"}).find("AppIconMask.png hides"),
+              std::string::npos);
+}
+
+TEST_F(PreviewReportTest, AMaskIsJudgedWithoutAnOpaqueIconOfATheme) {
+    picture(kMask, {0, 0, 0}, 128);
+    EXPECT_NE(report().find("AppIconMask.png hides nothing"), std::string::npos) << "no icon";
+    picture("work/A/IconBundles/com.apple.Maps-large.png", kMagenta, 128);
+    EXPECT_NE(report().find("AppIconMask.png hides nothing"), std::string::npos) << "clear icon";
+}
+
+TEST_F(PreviewReportTest, TheAppsThatAreShownAreCounted) {
+    picture("work/A/IconBundles/com.apple.Maps-large.png");
+    picture("work/A/IconBundles/com.example.mine-large.png");
+    folder.file("work/A/IconBundles/com.example.empty-large.png");
+    const std::string all = report();
+    EXPECT_NE(all.find(" apps has an icon of the theme; 1 icon of apps that are not shown; "
+                       "nothing for "),
+              std::string::npos)
+        << all;
+    EXPECT_NE(all.find("A/IconBundles/com.example.empty-large.png is there and gives nothing"),
+              std::string::npos)
+        << all;
+    const std::string themed = report({"--apps", "theme"});
+    EXPECT_TRUE(
+        themed.starts_with("velmoranth: 2 of 3 apps have an icon of the theme; nothing "
+                           "for 1 app "))
+        << themed;
+    folder.file("work/apps", "com.example.mine Mine\n");
+    const std::string listed = report({"--apps", "apps"});
+    EXPECT_TRUE(
+        listed.starts_with("velmoranth: 1 of 1 app has an icon of the theme; 1 icon of "
+                           "apps that are not shown\n"))
+        << listed;
+}
+
+TEST_F(PreviewReportTest, FilesThatOtherScreensLookForAreCounted) {
+    picture("work/A/UIImages/UISwitchknob@3x.png");
+    EXPECT_NE(report().find("\nvelmoranth: 1 file lies where nothing looks, "
+                            "A/UIImages/UISwitchknob@3x.png first, which would be "
+                            "UIImages/UISwitchKnob@3x.png "),
+              std::string::npos);
 }
 
 // Of the user's own device.

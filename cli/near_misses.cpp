@@ -1,0 +1,129 @@
+#include "cli/near_misses.h"
+
+#include "cli/nearest.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <filesystem>
+#include <map>
+#include <set>
+#include <string_view>
+#include <system_error>
+#include <tuple>
+
+namespace velmoranth::cli {
+
+using record::EntryKind;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// "@3x" of "a@3x.png"; "" for a name without a scale.
+std::string_view scaleOf(std::string_view name) {
+    for (const std::string_view scale : {std::string_view("@2x"), std::string_view("@3x")}) {
+        if (name.find(scale, name.rfind('/') + 1) != std::string_view::npos) {
+            return scale;
+        }
+    }
+    return {};
+}
+
+// The innermost folder that is named like a bundle; "" for none.
+std::string bundleOf(const std::string& name) {
+    std::string bundle;
+    for (const fs::path& part : fs::path(name).parent_path()) {
+        if (part.string().find('.') != std::string::npos) {
+            bundle = part.string();
+        }
+    }
+    return bundle;
+}
+
+// Whether both lie in one bundle, or one of them in none; a letter or two may be a mistake.
+bool mayShareBundle(const std::string& a, const std::string& b) {
+    constexpr std::size_t kMostMistakes = 2;
+    const std::string one = bundleOf(a);
+    const std::string other = bundleOf(b);
+    return one.empty() || other.empty() || editDistance(one, other) <= kMostMistakes;
+}
+
+// Names that may have been meant come in this order.
+auto farness(const std::string& wanted, const std::string& name) {
+    const std::string_view scale = scaleOf(wanted);
+    const int otherScale = scale == scaleOf(name) ? 0 : scale.empty() ? 1 : 2;
+    return std::tuple(otherScale, editDistance(wanted, name));
+}
+
+}  // namespace
+
+std::string gistOf(std::string_view name) {
+    std::string text(name.substr(name.rfind('/') + 1));
+    text = text.substr(0, text.rfind('.'));
+    std::ranges::transform(text, text.begin(), [](unsigned char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : static_cast<char>(c);
+    });
+    static constexpr std::array<std::string_view, 7> kEndings{
+        "@2x", "@3x", "~iphone", "~ipad", "-large", "-small", "-icon"};
+    for (bool changed = true; changed;) {
+        changed = false;
+        for (const std::string_view ending : kEndings) {
+            if (text.size() > ending.size() && text.ends_with(ending)) {
+                text.resize(text.size() - ending.size());
+                changed = true;
+            }
+        }
+    }
+    return text;
+}
+
+std::vector<std::string> filesOfTheme(const desktop::DeviceRoot& root, const std::string& theme) {
+    std::vector<std::string> files;
+    const fs::path folder = root.hostFolder() + "/Library/Themes/" + theme;
+    std::error_code error;
+    for (fs::recursive_directory_iterator entry(folder, error), end; !error && entry != end;
+         entry.increment(error)) {
+        std::error_code ignored;
+        if (entry->is_regular_file(ignored)) {
+            files.push_back(entry->path().lexically_relative(folder).string());
+        }
+    }
+    std::ranges::sort(files);
+    return files;
+}
+
+std::vector<NearMiss> nearMissesOf(const DeviceOfRun& device, const std::vector<AskedFile>& tried) {
+    std::vector<NearMiss> misses;
+    for (const std::string& theme : device.themes) {
+        std::set<std::string_view> asked;
+        std::multimap<std::string, const std::string*> missing;  // by what they are about
+        for (const AskedFile& file : tried) {
+            if (file.theme == theme) {
+                asked.insert(file.name);
+                if (file.state == EntryKind::missing) {
+                    missing.emplace(gistOf(file.name), &file.name);
+                }
+            }
+        }
+        for (const std::string& name : filesOfTheme(*device.root, theme)) {
+            if (asked.contains(name)) {
+                continue;
+            }
+            const std::string* wanted = nullptr;
+            const auto [first, last] = missing.equal_range(gistOf(name));
+            for (auto one = first; one != last; ++one) {
+                if (mayShareBundle(name, *one->second) &&
+                    (wanted == nullptr || farness(*one->second, name) < farness(*wanted, name))) {
+                    wanted = one->second;
+                }
+            }
+            if (wanted != nullptr) {
+                misses.push_back({theme, name, *wanted});
+            }
+        }
+    }
+    return misses;
+}
+
+}  // namespace velmoranth::cli
