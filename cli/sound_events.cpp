@@ -24,7 +24,7 @@ constexpr auto kPanel = SoundSource::panel;
 
 constexpr std::string_view kEventPrefix = "event:";
 
-constexpr std::array<SoundName, 19> kNames{{
+constexpr std::array<SoundName, 19> kSoundNames{{
     {"message-sent", kFeedback, 1000, {}, "a message is sent"},
     {"lock", kFeedback, 1002, {}, "the device is locked"},
     {"anticipate", kFeedback, 1003, {}, "something is about to happen"},
@@ -57,11 +57,11 @@ std::optional<std::uint64_t> parseWhole(std::string_view text) {
 }  // namespace
 
 std::span<const SoundName> soundNames() {
-    return kNames;
+    return kSoundNames;
 }
 
 Result<SoundEvent> parseSoundEvent(const std::string& word) {
-    for (const SoundName& row : kNames) {
+    for (const SoundName& row : kSoundNames) {
         if (row.name == word) {
             return SoundEvent{row.source, row.number, row.action, word};
         }
@@ -75,9 +75,10 @@ Result<SoundEvent> parseSoundEvent(const std::string& word) {
         }
         return SoundEvent{isEvent ? kHomeScreen : kFeedback, *number, {}, word};
     }
-    return tl::unexpected(Problem{"there is no sound " + inQuotes(word) +
-                                  suggestion(word, std::views::transform(kNames, &SoundName::name),
-                                             "; velmoranth sound --help lists them")});
+    return tl::unexpected(
+        Problem{"there is no sound " + inQuotes(word) +
+                suggestion(word, std::views::transform(kSoundNames, &SoundName::name),
+                           "; velmoranth sound --help lists them")});
 }
 
 }  // namespace velmoranth::cli

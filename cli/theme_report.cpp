@@ -1,12 +1,12 @@
 #include "cli/theme_report.h"
 
 #include "cli/app_list.h"
+#include "cli/asking.h"
 #include "cli/calendar_report.h"
 #include "cli/messages.h"
 #include "cli/near_misses.h"
 #include "cli/sound_events.h"
 #include "desktop/image_io/image_io.h"
-#include "simulator/process/launcher.h"
 #include "simulator/screens/question_rows.h"
 
 #include <fmt/format.h>
@@ -19,8 +19,6 @@
 #include <fstream>
 #include <ios>
 #include <iterator>
-#include <map>
-#include <memory>
 #include <optional>
 #include <set>
 #include <string_view>
@@ -48,21 +46,13 @@ constexpr std::array kParts{
     Part{"badge", "", "badges"},  Part{"dot", "current", "dots"},
 };
 
-// Processes of a device, one of a kind, and every file that they have tried.
-class Asking {
+// A device that is asked, and every file of a theme that it has tried.
+class AskedDevice {
   public:
-    explicit Asking(const Investigation& investigation) : investigation_(investigation) {}
+    explicit AskedDevice(const Investigation& investigation) : asking_(investigation) {}
 
     Result<simulator::Answer> ask(const Question& question) {
-        auto& process = processes_[simulator::questionRowNamed(question.word)->process];
-        if (process == nullptr) {
-            auto started = startProcess(investigation_, question, true);
-            if (!started) {
-                return tl::unexpected(std::move(started.error()));
-            }
-            process = std::move(*started);
-        }
-        auto answer = process->ask(question);
+        auto answer = asking_.ask(question);
         for (AskedFile& file : answer ? triedFiles(answer->record) : std::vector<AskedFile>()) {
             if (paths_.insert(file.path).second) {
                 files_.push_back(std::move(file));
@@ -75,8 +65,7 @@ class Asking {
     [[nodiscard]] const std::vector<AskedFile>& files() const { return files_; }
 
   private:
-    const Investigation& investigation_;
-    std::map<simulator::ProcessKind, std::unique_ptr<simulator::RunningScreen>> processes_;
+    Asking asking_;
     std::set<std::string> paths_;
     std::vector<AskedFile> files_;
 };
@@ -122,6 +111,60 @@ std::vector<Question> questionsOfOtherScreens(const Investigation& investigation
     return questions;
 }
 
+// Whether a theme has a picture for the app, and what is said about it else.
+Result<bool> askForIcon(const Investigation& investigation, const std::string& app,
+                        AskedDevice& device, ThemeReport& report) {
+    const auto answer = device.ask({"icon", app, ""});
+    if (!answer) {
+        return tl::unexpected(answer.error());
+    }
+    if (report.calendar.empty()) {
+        report.calendar = calendarFindings(investigation.device, answer->record);
+    }
+    return lastRead(answer->record, report.effects).has_value();
+}
+
+// The parts of the home screen that themes have, and what they do to its icons.
+Result<void> askForParts(AskedDevice& device, ThemeReport& report) {
+    for (const Part& part : kParts) {
+        const auto answer = device.ask({std::string(part.word), std::string(part.argument), ""});
+        if (!answer) {
+            return tl::unexpected(answer.error());
+        }
+        if (const auto file = lastRead(answer->record, {})) {
+            report.parts.emplace_back(part.name);
+            if (part.word == "mask" || part.word == "overlay" || part.word == "shadow") {
+                report.effects.push_back({part.word, *file});
+            }
+        }
+    }
+    return {};
+}
+
+// The apps that themes have icons for and that the device does not have: a theme may have them for
+// what people install. Asked when all else has been, since such a name may be a mistake.
+Result<void> askForOtherApps(const Investigation& investigation,
+                             const std::vector<std::string>& asked, AskedDevice& device,
+                             ThemeReport& report) {
+    const auto themed = themedApps(*investigation.device.root);
+    for (const simulator::NamedApp& app : themed ? *themed : std::vector<simulator::NamedApp>()) {
+        if (std::ranges::find(asked, app.identifier) != asked.end()) {
+            continue;
+        }
+        const auto answer = device.ask({"icon", app.identifier, ""});
+        if (!answer) {
+            return tl::unexpected(answer.error());
+        }
+        const auto file = lastRead(answer->record, report.effects);
+        const bool isMistake =
+            file && std::ranges::any_of(report.nearMisses, [&](const NearMiss& miss) {
+                return miss.theme == file->theme && miss.name == file->name;
+            });
+        report.moreIcons += file && !isMistake ? 1 : 0;
+    }
+    return {};
+}
+
 constexpr std::string_view kOpaqueApp = "com.example.opaque";
 
 // Gives the device a theme with an icon that is white all over.
@@ -143,60 +186,45 @@ bool addOpaqueIcon(const desktop::DeviceRoot& root, const std::string& theme) {
 Result<ThemeReport> reportThemes(const Investigation& investigation,
                                  const std::vector<simulator::NamedApp>& apps) {
     ThemeReport report;
-    Asking asking(investigation);
-    std::vector<Effect> effects;
-    for (const Part& part : kParts) {
-        const auto answer = asking.ask({std::string(part.word), std::string(part.argument), ""});
-        if (!answer) {
-            return tl::unexpected(answer.error());
-        }
-        if (const auto file = lastRead(answer->record, {})) {
-            report.parts.emplace_back(part.name);
-            if (part.word == "mask") {
-                report.mask = *file;
-            }
-            if (part.word == "mask" || part.word == "overlay" || part.word == "shadow") {
-                effects.push_back({part.word, *file});
-            }
-        }
+    AskedDevice device(investigation);
+    if (auto parts = askForParts(device, report); !parts) {
+        return tl::unexpected(std::move(parts.error()));
     }
-    const std::vector<std::string> shownApps = identifiersOf(apps);
-    std::vector<std::string> asked = shownApps;
-    if (const auto themed = themedApps(*investigation.device.root)) {
-        for (const simulator::NamedApp& app : *themed) {
-            if (std::ranges::find(shownApps, app.identifier) == shownApps.end()) {
-                asked.push_back(app.identifier);
-            }
+    std::vector<std::string> asked = identifiersOf(apps);
+    const std::size_t shownCount = asked.size();
+    for (std::string& own : identifiersOf({})) {
+        if (std::ranges::find(asked, own) == asked.end()) {
+            asked.push_back(std::move(own));
         }
     }
     for (std::size_t i = 0; i < asked.size(); ++i) {
-        const auto answer = asking.ask({"icon", asked[i], ""});
-        if (!answer) {
-            return tl::unexpected(answer.error());
+        const auto isThemes = askForIcon(investigation, asked[i], device, report);
+        if (!isThemes) {
+            return tl::unexpected(isThemes.error());
         }
-        if (report.calendar.empty()) {
-            report.calendar = calendarFindings(investigation.device, answer->record);
-        }
-        const bool isThemes = lastRead(answer->record, effects).has_value();
-        if (i >= shownApps.size()) {
-            report.moreIcons += isThemes ? 1 : 0;
+        if (i >= shownCount) {
+            report.moreIcons += *isThemes ? 1 : 0;
         } else {
-            (isThemes ? report.themedApps : report.otherApps).push_back(asked[i]);
+            (*isThemes ? report.themedApps : report.otherApps).push_back(asked[i]);
         }
     }
     for (const Question& question : questionsOfOtherScreens(investigation)) {
-        if (const auto answer = asking.ask(question); !answer) {
+        if (const auto answer = device.ask(question); !answer) {
             return tl::unexpected(answer.error());
         }
     }
-    report.nearMisses = nearMissesOf(investigation.device, asking.files());
-    std::ranges::copy_if(asking.files(), std::back_inserter(report.unreadable),
+    report.nearMisses = nearMissesOf(investigation.device, device.files());
+    if (auto others = askForOtherApps(investigation, asked, device, report); !others) {
+        return tl::unexpected(std::move(others.error()));
+    }
+    std::ranges::copy_if(device.files(), std::back_inserter(report.unreadable),
                          [](const AskedFile& file) { return file.state == EntryKind::unreadable; });
     return report;
 }
 
 std::string judgeMask(const Investigation& investigation, const ThemeReport& report) {
-    if (report.mask.name.empty()) {
+    const auto known = std::ranges::find(report.effects, "mask", &Effect::name);
+    if (known == report.effects.end()) {
         return {};
     }
     // Behind the others, so that nothing of theirs changes.
@@ -228,11 +256,11 @@ std::string judgeMask(const Investigation& investigation, const ThemeReport& rep
         return {};
     }
     const std::vector<AskedFile> files = askedFiles(masked->record);
-    const auto mask = std::ranges::find(files, report.mask.path, &AskedFile::path);
+    const auto mask = std::ranges::find(files, known->file.path, &AskedFile::path);
     if (mask == files.end() || !isRead(*mask)) {
         return {};  // it is switched off
     }
-    const std::string name = shown(report.mask.theme + "/" + report.mask.name);
+    const std::string name = shown(known->file.theme + "/" + known->file.name);
     if (!masked->picture) {
         return name +
                " hides everything: nothing comes of an icon that is cut out by it; write it with 8 "

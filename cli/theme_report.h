@@ -18,10 +18,10 @@ struct ThemeReport {
     std::vector<std::string> otherApps;   // that are shown and no theme has an icon for
     std::size_t moreIcons = 0;            // of apps that are not shown
     std::vector<std::string> parts;       // "mask", "folder", "badges"
+    std::vector<Effect> effects;          // files of the mask, the overlay and the shadow
     std::vector<NearMiss> nearMisses;     // files that lie where nothing looks
     std::vector<AskedFile> unreadable;    // files that were found and gave nothing
     std::vector<std::string> calendar;    // lines about the property list that it was drawn by
-    AskedFile mask;                       // "" without one
 };
 
 // Of a device that shows these apps, or a fresh device's own when there are none. Beside other

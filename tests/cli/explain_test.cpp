@@ -15,6 +15,8 @@ namespace {
 
 using nlohmann::json;
 
+// As a mask it hides nothing.
+constexpr Color kBlack{0, 0, 0};
 constexpr const char* kMask = "/Bundles/com.apple.mobileicons.framework/AppIconMask.png";
 
 std::string lastLine(const std::string& text) {
@@ -25,12 +27,13 @@ std::string lastLine(const std::string& text) {
 
 class ExplainTest : public PreviewTest {
   protected:
-    // A picture of that side in pixels.
-    void picture(const std::string& name, std::size_t side = 180) const {
+    // A picture of one colour, that side in pixels.
+    void picture(const std::string& name, std::size_t side = 180, Color color = kMagenta) const {
         std::vector<std::uint8_t> pixels(side * side * 4, 255);
         for (std::size_t i = 0; i < pixels.size(); i += 4) {
-            pixels[i] = kMagenta.blue;
-            pixels[i + 1] = kMagenta.green;
+            pixels[i] = color.blue;
+            pixels[i + 1] = color.green;
+            pixels[i + 2] = color.red;
         }
         const auto png = desktop::encodePng(pixels, side, side, side * 4);
         folder.file("work/" + name, std::string(png.begin(), png.end()));
@@ -63,7 +66,7 @@ TEST_F(ExplainTest, MyIconHasSquareCorners) {
         answer({"A", "--", "icon", "com.apple.Maps"}),
         "A/IconBundles/com.apple.Maps-large.png shows, with the corners that the file has: no "
         "active theme has a mask that is used.");
-    picture(std::string("A") + kMask);
+    picture(std::string("A") + kMask, 180, kBlack);
     EXPECT_EQ(
         answer({"A", "--", "icon", "com.apple.Maps"}),
         "A/IconBundles/com.apple.Maps-large.png shows, cut out by A" + std::string(kMask) + ".");
@@ -176,7 +179,7 @@ TEST_F(ExplainTest, AListThatTheCalendarIsDrawnByIsBehindIt) {
 }
 
 TEST_F(ExplainTest, WhatLiesOverAPressedIconHasTheMask) {
-    picture(std::string("A") + kMask);
+    picture(std::string("A") + kMask, 180, kBlack);
     const json said = object({"A", "--", "pressed"});
     EXPECT_EQ(said.at("effects").at("mask").at("file"), std::string(kMask).substr(1));
     EXPECT_EQ(said.at("summary").get<std::string>().find("no file of a theme is looked for"),
@@ -212,7 +215,7 @@ TEST_F(ExplainTest, ASwitchThatIsOnIsTheReason) {
 
 TEST_F(ExplainTest, AMaskThatIsSwitchedOffIsNamed) {
     picture("A/IconBundles/com.apple.Maps-large.png");
-    picture(std::string("A") + kMask);
+    picture(std::string("A") + kMask, 180, kBlack);
     EXPECT_EQ(answer({"A", "--set", "enableIconMask=no", "--", "icon", "com.apple.Maps"}),
               "A/IconBundles/com.apple.Maps-large.png shows, with the corners that the file has: "
               "enableIconMask is off; with it on, A" +
