@@ -103,10 +103,11 @@ ExitCode run(const std::vector<std::string>& words) {
 std::span<const Command> commands() {
     static const std::array kCommands{
         previewCommand(),        explainCommand(),        convertCommand(),
-        extractCommand(),        deviceInitCommand(),     hooksCommand(),
-        notifyCommand(),         soundCommand(),          settingsListCommand(),
-        settingsGetCommand(),    settingsSetCommand(),    settingsSaveCommand(),
-        settingsRenameCommand(), settingsDeleteCommand(), settingsRestoreCommand()};
+        packCommand(),           extractCommand(),        deviceInitCommand(),
+        hooksCommand(),          notifyCommand(),         soundCommand(),
+        settingsListCommand(),   settingsGetCommand(),    settingsSetCommand(),
+        settingsSaveCommand(),   settingsRenameCommand(), settingsDeleteCommand(),
+        settingsRestoreCommand()};
     return kCommands;
 }
 

@@ -8,6 +8,7 @@ namespace velmoranth::cli {
 [[nodiscard]] Command previewCommand();
 [[nodiscard]] Command explainCommand();
 [[nodiscard]] Command convertCommand();
+[[nodiscard]] Command packCommand();
 [[nodiscard]] Command extractCommand();
 [[nodiscard]] Command deviceInitCommand();
 [[nodiscard]] Command hooksCommand();

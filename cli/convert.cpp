@@ -4,6 +4,7 @@
 #include "cli/commands.h"
 #include "cli/conversion_report.h"
 #include "cli/device_layout.h"
+#include "cli/late_progress.h"
 #include "cli/messages.h"
 #include "desktop/files/cleanup.h"
 #include "desktop/plist/property_lists.h"
@@ -12,7 +13,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <string_view>
 #include <utility>
 
@@ -69,23 +69,6 @@ Result<makers::Conversion> readConversion(const Arguments& arguments) {
     }
     return conversion;
 }
-
-// Says what is being done once that has taken long enough for someone to wonder.
-class LateProgress {
-  public:
-    void show(const std::string& what) {
-        constexpr auto kLate = std::chrono::milliseconds(500);
-        if (std::chrono::steady_clock::now() - start_ >= kLate) {
-            line_.show(shown(what));
-        }
-    }
-
-    void clear() { line_.clear(); }
-
-  private:
-    std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
-    ProgressLine line_;
-};
 
 ExitCode runConvert(const Arguments& arguments) {
     auto conversion = readConversion(arguments);

@@ -31,6 +31,23 @@ constexpr std::array<Ending, 11> kEndings{{
     {".scpt", "a script, which no theme runs"},
 }};
 
+std::string_view whyWithoutEffect(std::string_view name) {
+    const std::string lower = lowerCase(name);
+    if (name.starts_with("Fonts/") && (lower.ends_with(".ttf") || lower.ends_with(".otf"))) {
+        return "has no effect until it is installed on the phone by hand";
+    }
+    if (name.starts_with("UISounds/") && !lower.ends_with(".caf")) {
+        return "has no effect: only .caf files are asked for";
+    }
+    if (name.starts_with("AnemoneEffects/") && (lower.find("underlay") != std::string::npos ||
+                                                lower.find("springboard") != std::string::npos)) {
+        return "has no effect: nothing looks for it";
+    }
+    return {};
+}
+
+}  // namespace
+
 std::string_view whyLeftOut(const std::string& name, std::uint64_t size) {
     if (isClutter(name)) {
         return "left behind by an archiver or a file manager";
@@ -54,23 +71,6 @@ std::string_view whyLeftOut(const std::string& name, std::uint64_t size) {
     }
     return {};
 }
-
-std::string_view whyWithoutEffect(std::string_view name) {
-    const std::string lower = lowerCase(name);
-    if (name.starts_with("Fonts/") && (lower.ends_with(".ttf") || lower.ends_with(".otf"))) {
-        return "has no effect until it is installed on the phone by hand";
-    }
-    if (name.starts_with("UISounds/") && !lower.ends_with(".caf")) {
-        return "has no effect: only .caf files are asked for";
-    }
-    if (name.starts_with("AnemoneEffects/") && (lower.find("underlay") != std::string::npos ||
-                                                lower.find("springboard") != std::string::npos)) {
-        return "has no effect: nothing looks for it";
-    }
-    return {};
-}
-
-}  // namespace
 
 void leaveOutWhatIsNoTheme(Draft& draft) {
     const auto files = draft.rest();

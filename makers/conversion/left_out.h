@@ -3,9 +3,17 @@
 
 #include "makers/conversion/plan.h"
 
+#include <cstdint>
+#include <string>
+#include <string_view>
+
 namespace velmoranth::makers {
 
-// Clutter, empty pictures, wallpapers, texts of other languages, scripts, the maker's own files.
+// Why a file of this size, in bytes, is no part of a theme, by its name alone: clutter, an empty
+// picture, a wallpaper, a text of another language, a script, the maker's own file. "" for a part.
+[[nodiscard]] std::string_view whyLeftOut(const std::string& name, std::uint64_t size);
+
+// All of those.
 void leaveOutWhatIsNoTheme(Draft& draft);
 
 // Fonts, sounds of formats that are not asked for, and so on.
