@@ -102,12 +102,12 @@ ExitCode run(const std::vector<std::string>& words) {
 
 std::span<const Command> commands() {
     static const std::array kCommands{
-        previewCommand(),        explainCommand(),        convertCommand(),
-        packCommand(),           extractCommand(),        deviceInitCommand(),
-        hooksCommand(),          notifyCommand(),         soundCommand(),
-        settingsListCommand(),   settingsGetCommand(),    settingsSetCommand(),
-        settingsSaveCommand(),   settingsRenameCommand(), settingsDeleteCommand(),
-        settingsRestoreCommand()};
+        previewCommand(),        explainCommand(),        newCommand(),
+        convertCommand(),        packCommand(),           extractCommand(),
+        deviceInitCommand(),     hooksCommand(),          notifyCommand(),
+        soundCommand(),          settingsListCommand(),   settingsGetCommand(),
+        settingsSetCommand(),    settingsSaveCommand(),   settingsRenameCommand(),
+        settingsDeleteCommand(), settingsRestoreCommand()};
     return kCommands;
 }
 

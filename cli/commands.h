@@ -7,6 +7,7 @@ namespace velmoranth::cli {
 
 [[nodiscard]] Command previewCommand();
 [[nodiscard]] Command explainCommand();
+[[nodiscard]] Command newCommand();
 [[nodiscard]] Command convertCommand();
 [[nodiscard]] Command packCommand();
 [[nodiscard]] Command extractCommand();

@@ -105,6 +105,15 @@ void watch() {
     _exit(128 + number);
 }
 
+Result<std::unique_ptr<RemovedAtEnd>> makeUnder(std::string folder) {
+    const SignalsHeld held;  // it is to be removed from the moment when it is there
+    folder += "XXXXXX";
+    if (::mkdtemp(folder.data()) == nullptr) {
+        return tl::unexpected(problemOfErrno(errno, folder));
+    }
+    return std::make_unique<RemovedAtEnd>(folder);
+}
+
 }  // namespace
 
 void cleanUpOnSignals() {
@@ -149,14 +158,13 @@ void RemovedAtEnd::keep() {
 }
 
 Result<std::unique_ptr<RemovedAtEnd>> makeTemporaryFolder() {
-    const SignalsHeld held;  // it is to be removed from the moment when it is there
     std::error_code error;
     const std::filesystem::path place = std::filesystem::temp_directory_path(error);
-    std::string folder = (error ? std::filesystem::path("/tmp") : place) / "velmoranth-XXXXXX";
-    if (::mkdtemp(folder.data()) == nullptr) {
-        return tl::unexpected(problemOfErrno(errno, folder));
-    }
-    return std::make_unique<RemovedAtEnd>(folder);
+    return makeUnder((error ? std::filesystem::path("/tmp") : place) / "velmoranth-");
+}
+
+Result<std::unique_ptr<RemovedAtEnd>> makeTemporaryFolderIn(const std::string& place) {
+    return makeUnder(std::filesystem::path(place) / ".velmoranth-");
 }
 
 }  // namespace velmoranth::desktop

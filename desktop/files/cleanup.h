@@ -51,4 +51,8 @@ class RemovedAtEnd {
 // A new folder that the user alone may enter, where temporary ones are kept.
 [[nodiscard]] Result<std::unique_ptr<RemovedAtEnd>> makeTemporaryFolder();
 
+// The same in this folder, "" is the one that the process is in, under a name that nobody looks
+// for.
+[[nodiscard]] Result<std::unique_ptr<RemovedAtEnd>> makeTemporaryFolderIn(const std::string& place);
+
 }  // namespace velmoranth::desktop

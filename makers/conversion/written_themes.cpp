@@ -82,11 +82,12 @@ Result<WrittenThemes> WrittenThemes::create(const std::string& output) {
     if (error || !fs::is_directory(output, error)) {
         return cannotWrite(error ? error.value() : ENOTDIR, output);
     }
-    std::string folder = output + "/.velmoranth-XXXXXX";
-    if (::mkdtemp(folder.data()) == nullptr) {
-        return cannotWrite(errno, output);
+    auto folder = desktop::makeTemporaryFolderIn(output);
+    if (!folder) {
+        folder.error().path = output;
+        return tl::unexpected(std::move(folder.error()));
     }
-    return WrittenThemes(output, isNew, std::make_unique<desktop::RemovedAtEnd>(folder));
+    return WrittenThemes(output, isNew, std::move(*folder));
 }
 
 Result<void> WrittenThemes::write(const std::string& name, const std::string& folder,

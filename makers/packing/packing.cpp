@@ -156,15 +156,13 @@ tl::unexpected<Problem> cannotPlace(int error, const std::string& path) {
 }
 
 Result<std::unique_ptr<desktop::RemovedAtEnd>> folderBeside(const std::string& path) {
-    if (path == "-") {
-        return desktop::makeTemporaryFolder();
+    auto folder = path == "-" ? desktop::makeTemporaryFolder()
+                              : desktop::makeTemporaryFolderIn(fs::path(path).parent_path());
+    if (!folder) {
+        folder.error().message = "the package cannot be written: " + folder.error().message;
+        folder.error().path = path;
     }
-    const desktop::SignalsHeld held;  // it is to be removed from the moment when it is there
-    std::string folder = fs::path(path).parent_path() / ".velmoranth-XXXXXX";
-    if (::mkdtemp(folder.data()) == nullptr) {
-        return cannotPlace(errno, path);
-    }
-    return std::make_unique<desktop::RemovedAtEnd>(folder);
+    return folder;
 }
 
 }  // namespace

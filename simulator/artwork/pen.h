@@ -1,6 +1,6 @@
-// The drawing pen of this folder: the few vector operations that glyphs are made of, over cairo,
-// which is used because it fills and strokes with even antialiasing at any scale. Private to the
-// folder; cairo's types stay in pen.cpp.
+// The drawing pen: the few vector operations that glyphs are made of, over cairo,
+// which is used because it fills and strokes with even antialiasing at any scale. Cairo's types
+// stay in pen.cpp.
 //
 // The unit is a hundredth of the icon's side: the icon reaches from (0, 0) to (100, 100), y down,
 // whatever its pixels; a pen made with a size of its own has that instead. Every stroke has round
