@@ -45,7 +45,7 @@ class Device {
     std::size_t preview(bool isRecorded) const {
         simulator::ScreenRequest request;
         request.device = *simulator::deviceConfiguration("phone", 13);
-        request.rootFolder = folder_ / "device";
+        request.deviceFiles = folder_ / "device";
         request.enginePath = tests::kEngineLibrary;
         request.isRecorded = isRecorded;
         const auto screen = simulator::renderScreen(request);

@@ -10,6 +10,7 @@
 
 #include "record/operations.h"
 #include "record/words.h"
+#include <fcntl.h>
 
 #include <algorithm>
 #include <array>
@@ -221,7 +222,7 @@ Result<std::unique_ptr<RunningScreen>> startProcess(const Investigation& investi
     const simulator::QuestionRow* const row = simulator::questionRowNamed(question.word);
     simulator::ScreenRequest request;
     request.device = investigation.configuration;
-    request.rootFolder = investigation.device.root->hostFolder();
+    request.deviceFiles = investigation.device.root->files();
     request.isRecorded = withEngine;
     request.loadEngine = withEngine;
     request.withoutScreen = row->process;

@@ -6,8 +6,10 @@
 #include "simulator/process/launcher.h"
 #include "simulator/screens/question_rows.h"
 
+#include <fcntl.h>
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <array>
@@ -116,7 +118,7 @@ Result<void> askDevice(const Investigation& investigation, const std::string& de
         if (process == nullptr) {
             simulator::ScreenRequest request;
             request.device = *configuration;
-            request.rootFolder = investigation.device.root->hostFolder();
+            request.deviceFiles = investigation.device.root->files();
             request.isRecorded = true;
             request.withoutScreen = row.process;
             auto started = RunningScreen::start(request);
@@ -145,9 +147,14 @@ Result<void> askDevice(const Investigation& investigation, const std::string& de
     return {};
 }
 
+bool isFile(const desktop::DeviceRoot& root, const std::string& path) {
+    const desktop::Descriptor item(root.openFile(path, O_PATH | O_NOFOLLOW));
+    struct stat status{};
+    return item.isOpen() && ::fstat(item.get(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
 // The theme and the name in it that a path means.
 Result<FileExplanation> fileMeant(const Investigation& investigation, const std::string& path) {
-    const std::string root = investigation.device.root->hostFolder() + "/Library/Themes/";
     std::string plain = fs::path(path).lexically_normal().generic_string();
     for (const std::string& theme : investigation.device.themes) {
         std::vector<std::string> names{plain};
@@ -158,9 +165,8 @@ Result<FileExplanation> fileMeant(const Investigation& investigation, const std:
             }
         }
         for (const std::string& name : names) {
-            std::error_code error;
             if (!name.starts_with('/') && !name.starts_with("..") &&
-                fs::is_regular_file(fs::symlink_status(fs::path(root) / theme / name, error))) {
+                isFile(*investigation.device.root, "/Library/Themes/" + theme + "/" + name)) {
                 return FileExplanation{
                     .theme = theme, .name = name, .openings = {}, .problem = {}, .wanted = {}};
             }

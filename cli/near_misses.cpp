@@ -1,6 +1,10 @@
 #include "cli/near_misses.h"
 
 #include "cli/nearest.h"
+#include "desktop/files/descriptor.h"
+#include "desktop/files/file_tree.h"
+
+#include <fcntl.h>
 
 #include <algorithm>
 #include <array>
@@ -9,7 +13,6 @@
 #include <map>
 #include <set>
 #include <string_view>
-#include <system_error>
 #include <tuple>
 
 namespace velmoranth::cli {
@@ -80,14 +83,10 @@ std::string gistOf(std::string_view name) {
 
 std::vector<std::string> filesOfTheme(const desktop::DeviceRoot& root, const std::string& theme) {
     std::vector<std::string> files;
-    const fs::path folder = root.hostFolder() + "/Library/Themes/" + theme;
-    std::error_code error;
-    for (fs::recursive_directory_iterator entry(folder, error), end; !error && entry != end;
-         entry.increment(error)) {
-        std::error_code ignored;
-        if (entry->is_regular_file(ignored)) {
-            files.push_back(entry->path().lexically_relative(folder).string());
-        }
+    const desktop::Descriptor folder(
+        root.openFile("/Library/Themes/" + theme, O_RDONLY | O_DIRECTORY));
+    if (folder.isOpen()) {  // of one that cannot be read to its end, what could be
+        static_cast<void>(desktop::filesBelow(folder.get(), files));
     }
     std::ranges::sort(files);
     return files;

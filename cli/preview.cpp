@@ -18,6 +18,7 @@
 
 #include <cerrno>
 #include <chrono>
+#include <future>
 #include <string>
 #include <utility>
 #include <vector>
@@ -68,7 +69,7 @@ std::string captionOf(const DeviceOfRun& device) {
 ScreenRequest requestFor(const PreviewOptions& options, const DeviceOfRun& device) {
     ScreenRequest request;
     request.device = options.device;
-    request.rootFolder = device.root->hostFolder();
+    request.deviceFiles = device.root->files();
     request.page = options.screen.page;
     request.screen = options.screen.kind;
     request.item = options.screen.item;
@@ -196,14 +197,26 @@ Result<void> follow(const PreviewOptions& options, const DeviceOfRun& device) {
     }
 }
 
-// What the themes have that does not show.
-void noteHidden(const PreviewOptions& options, const DeviceOfRun& device) {
-    if (!options.isQuiet && options.kind != PreviewKind::stock) {
-        for (const std::string& line : device.notes) {
-            note(line);
+// What the themes have that does not show, found out beside the drawing.
+class HiddenReport {
+  public:
+    HiddenReport(const PreviewOptions& options, const DeviceOfRun& device) {
+        if (!options.isQuiet && options.kind != PreviewKind::stock && device.hidden) {
+            lines_ = std::async(std::launch::async, device.hidden);
         }
     }
-}
+
+    void tell() {
+        if (lines_.valid()) {
+            for (const std::string& line : lines_.get()) {
+                note(line);
+            }
+        }
+    }
+
+  private:
+    std::future<std::vector<std::string>> lines_;
+};
 
 ExitCode runPreview(const Arguments& arguments) {
     auto options = readPreviewOptions(arguments);
@@ -224,12 +237,13 @@ ExitCode runPreview(const Arguments& arguments) {
         return fail(ExitCode::badInput, found.error());
     }
     const auto draw = options->follow ? follow : options->screen.steps ? drawAllSteps : drawOnce;
+    HiddenReport hidden(*options, *device);
     if (options->follow) {  // which is drawn until the user ends it
-        noteHidden(*options, *device);
+        hidden.tell();
     }
     const auto drawn = draw(*options, *device);
-    if (drawn && !options->follow) {
-        noteHidden(*options, *device);
+    if (drawn) {
+        hidden.tell();
     }
     return drawn ? ExitCode::done : fail(ExitCode::badInput, drawn.error());
 }

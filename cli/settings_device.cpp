@@ -160,7 +160,7 @@ Result<void> replaceLivePreferences(const std::shared_ptr<const DeviceRoot>& roo
         return tl::unexpected(Problem{"the preferences cannot be written: this is no file",
                                       onThisMachine(*root, kLivePreferences)});
     }
-    desktop::FolderEntry place = root->openParent(kLivePreferences);
+    desktop::FolderEntry place = root->openParentToChange(kLivePreferences);
     const int error = place.folder.isOpen()
                           ? desktop::replaceFile(calls, std::move(place.folder), place.name, bytes)
                           : errno;

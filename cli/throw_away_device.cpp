@@ -28,63 +28,41 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// What a theme may be at most: a theme of pictures has a few thousand files and tens of megabytes.
-constexpr std::size_t kMaxThemeEntries = 50000;
-constexpr std::uint64_t kMaxThemeBytes = std::uint64_t{512} * 1024 * 1024;
-
 // A theme folder of this machine.
 struct ThemeFolder {
     std::string path;    // as the user gave it
     std::string name;    // the folder's own name, which is the theme's
     std::string folder;  // where it is
+    makers::FoundTheme contents;
 };
 
-// The themes, and what they lie in as long as they are copied.
 struct GivenThemes {
     std::vector<ThemeFolder> folders;
-    std::vector<makers::ThemeInput> archives;
+    std::vector<std::unique_ptr<desktop::RemovedAtEnd>> unpacked;
 };
 
 Problem aboutTheme(const std::string& path, std::string message) {
     return {std::move(message), path};
 }
 
-Result<void> checkContents(const std::string& path) {
-    std::size_t entries = 0;
-    std::uint64_t bytes = 0;
+// Lists what is in the folder, which is all that is done with what no screen asks for.
+Result<makers::FoundTheme> checkContents(const std::string& path) {
+    auto found = makers::themeAsGiven(path);
+    if (!found) {
+        return found;
+    }
+    for (const makers::LeftOut& left : found->leftOut) {
+        if (left.why == makers::kNeitherFileNorFolder) {
+            return tl::unexpected(
+                aboutTheme(fs::path(path) / left.name,
+                           "a theme holds files, folders and links, and this is none of them"));
+        }
+    }
     std::error_code error;
-    for (fs::recursive_directory_iterator entry(path, error), end; !error && entry != end;
-         entry.increment(error)) {
-        std::error_code entryError;
-        const fs::file_status status = entry->symlink_status(entryError);
-        if (entryError) {
-            return tl::unexpected(aboutTheme(entry->path(), entryError.message()));
-        }
-        if (fs::is_regular_file(status)) {
-            const std::uint64_t size = entry->file_size(entryError);
-            bytes += entryError ? 0 : size;
-        } else if (!fs::is_directory(status) && !fs::is_symlink(status)) {
-            return tl::unexpected(aboutTheme(
-                entry->path(), "a theme holds files, folders and links, and this is none of them"));
-        }
-        if (++entries > kMaxThemeEntries) {
-            return tl::unexpected(aboutTheme(path, "the theme has more than " +
-                                                       std::to_string(kMaxThemeEntries) +
-                                                       " files; give a single theme's folder"));
-        }
-        if (bytes > kMaxThemeBytes) {
-            return tl::unexpected(aboutTheme(
-                path, "the theme is larger than " + std::to_string(kMaxThemeBytes / (1024 * 1024)) +
-                          " MiB; give a single theme's folder"));
-        }
-    }
-    if (error) {
-        return tl::unexpected(aboutTheme(path, "the folder cannot be read: " + error.message()));
-    }
-    if (entries == 0) {
+    if (found->files.empty() && fs::is_empty(path, error)) {
         return tl::unexpected(aboutTheme(path, "the theme folder is empty"));
     }
-    return {};
+    return found;
 }
 
 Result<ThemeFolder> checkTheme(ThemeFolder theme) {
@@ -92,13 +70,15 @@ Result<ThemeFolder> checkTheme(ThemeFolder theme) {
         return tl::unexpected(aboutTheme(
             theme.path, "the folder's name can be no theme's: it has none, or not plain text"));
     }
-    if (auto contents = checkContents(theme.folder); !contents) {
+    auto contents = checkContents(theme.folder);
+    if (!contents) {
         // Where an archive was unpacked means nothing to the user.
         if (theme.folder != theme.path) {
             contents.error().path = theme.path;
         }
         return tl::unexpected(std::move(contents.error()));
     }
+    theme.contents = std::move(*contents);
     return theme;
 }
 
@@ -111,7 +91,7 @@ Result<ThemeFolder> findTheme(const std::string& path) {
     if (!S_ISDIR(status.st_mode)) {
         return tl::unexpected(aboutTheme(path, "this is neither a folder nor an archive"));
     }
-    return checkTheme({path, makers::nameOfFolder(path), path});
+    return checkTheme({path, makers::nameOfFolder(path), path, {}});
 }
 
 // Adds the themes that the path leads to.
@@ -132,21 +112,19 @@ Result<void> addThemes(const std::string& path, GivenThemes& themes) {
         return tl::unexpected(std::move(archive.error()));
     }
     for (const makers::FoundTheme& found : archive->themes) {
-        auto theme = checkTheme({path, found.name, found.folder});
+        auto theme = checkTheme({path, found.name, found.folder, {}});
         if (!theme) {
             return tl::unexpected(std::move(theme.error()));
         }
         themes.folders.push_back(std::move(*theme));
     }
-    themes.archives.push_back(std::move(*archive));
+    themes.unpacked.push_back(std::move(archive->unpacked));
     return {};
 }
 
 // What converting the theme would bring to light, by the names of its files; "" for nothing.
 std::string hiddenIn(const ThemeFolder& theme) {
-    const auto found = makers::themeAsGiven(theme.folder);
-    const makers::HiddenPictures hidden =
-        found ? makers::hiddenPictures(*found) : makers::HiddenPictures();
+    const makers::HiddenPictures hidden = makers::hiddenPictures(theme.contents);
     if (hidden.all() == 0) {
         return {};
     }
@@ -193,11 +171,27 @@ Result<GivenThemes> findThemes(std::span<const std::string> paths) {
     return themes;
 }
 
+// The device's file system, with a folder that lists the theme where it is grafted.
+Result<desktop::DeviceFiles> graftThemes(const desktop::DeviceRoot& root,
+                                         const std::vector<ThemeFolder>& themes) {
+    desktop::DeviceFiles files(root.hostFolder());
+    for (const ThemeFolder& theme : themes) {
+        const std::string place = "/Library/Themes/" + theme.name;
+        if (const int error = root.makeFolder(place, 0755); error != 0) {
+            return tl::unexpected(
+                aboutTheme(theme.path, "the device cannot have a theme of this name: " +
+                                           desktop::problemOfErrno(error, {}).message));
+        }
+        files.grafts.push_back({place, theme.folder});
+    }
+    return files;
+}
+
 }  // namespace
 
 Result<DeviceOfRun> makeDevice(std::span<const std::string> paths,
                                const platform::Dictionary& settings) {
-    const auto themes = findThemes(paths);
+    auto themes = findThemes(paths);
     if (!themes) {
         return tl::unexpected(themes.error());
     }
@@ -205,31 +199,39 @@ Result<DeviceOfRun> makeDevice(std::span<const std::string> paths,
     if (!folder) {
         return tl::unexpected(std::move(folder.error()));
     }
-    DeviceOfRun device{.folder = std::move(*folder)};
-    const auto files = findInstalledFiles();
+    DeviceOfRun device{.folder = std::move(*folder), .unpacked = std::move(themes->unpacked)};
+    const auto installed = findInstalledFiles();
+    if (!installed) {
+        return tl::unexpected(installed.error());
+    }
+    const auto bare = desktop::createDeviceRoot(device.folder->path(), *installed);
+    if (!bare) {
+        return tl::unexpected(bare.error());
+    }
+    const auto files = graftThemes(**bare, themes->folders);
     if (!files) {
         return tl::unexpected(files.error());
     }
-    const auto root = desktop::createDeviceRoot(device.folder->path(), *files);
+    const auto root = desktop::DeviceRoot::open(*files);
     if (!root) {
         return tl::unexpected(root.error());
     }
     device.root = *root;
     for (const ThemeFolder& theme : themes->folders) {
-        if (auto copied =
-                desktop::importFolder(**root, theme.folder, "/Library/Themes/" + theme.name);
-            !copied) {
-            return tl::unexpected(
-                aboutTheme(theme.path, "the theme cannot be copied: " + copied.error().message));
-        }
         device.themes.push_back(theme.name);
-        if (std::string hidden = hiddenIn(theme); !hidden.empty()) {
-            device.notes.push_back(std::move(hidden));
-        }
     }
     if (auto written = setActiveThemes(**root, device.themes, settings); !written) {
         return tl::unexpected(std::move(written.error()));
     }
+    device.hidden = [folders = std::move(themes->folders)] {
+        std::vector<std::string> lines;
+        for (const ThemeFolder& theme : folders) {
+            if (std::string line = hiddenIn(theme); !line.empty()) {
+                lines.push_back(std::move(line));
+            }
+        }
+        return lines;
+    };
     return device;
 }
 

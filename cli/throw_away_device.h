@@ -9,6 +9,7 @@
 #include "desktop/result/result.h"
 #include "platform/foundation.h"
 
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -20,17 +21,20 @@ struct DeviceOfRun {
     std::shared_ptr<const desktop::DeviceRoot> root = {};
     // Of a temporary device; nothing and null for the user's own.
     std::vector<std::string> themes = {};  // their names
-    // What of the themes does not show and would once they are converted, a line a theme.
-    std::vector<std::string> notes = {};
+    // Finds out, by the names in them alone, what of the themes does not show and would once they
+    // are converted: a line a theme. Any thread may ask; null for the user's own.
+    std::function<std::vector<std::string>()> hidden = {};
     std::unique_ptr<desktop::RemovedAtEnd> folder = {};
+    // What the archives among the themes were unpacked into.
+    std::vector<std::unique_ptr<desktop::RemovedAtEnd>> unpacked = {};
 };
 
 // Makes a device of themes: folders, and packages and archives, each of which may hold several;
-// of a package it is what lies below Library/Themes. Each must be one that can be copied: there,
-// with a name that preferences can hold, no two of one name, nothing in it but files, folders and
-// links, no more and no larger than a theme is. They are copied below /Library/Themes: links as
-// links, which then mean what they mean on a device. The preferences are those of a preview, with
-// `settings`.
+// of a package it is what lies below Library/Themes. Each must be one that a device can have:
+// there, with a name that preferences can hold, no two of one name, nothing in it but files,
+// folders and links, no more and no larger than the limits of all commands. They are grafted below
+// /Library/Themes, where they are read as they are by then; links in them mean what they mean on a
+// device. The preferences are those of a preview, with `settings`.
 [[nodiscard]] desktop::Result<DeviceOfRun> makeDevice(std::span<const std::string> themes,
                                                       const platform::Dictionary& settings = {});
 

@@ -137,7 +137,7 @@ Result<platform::Data> readHostFile(const std::string& path) {
 
 Result<void> writeNewFile(const DeviceRoot& root, const std::string& devicePath,
                           const platform::Data& bytes, const FileCalls& calls) {
-    const FolderEntry entry = root.openParent(devicePath);
+    const FolderEntry entry = root.openParentToChange(devicePath);
     const Descriptor file(entry.folder.isOpen()
                               ? calls.openat(entry.folder.get(), entry.name.c_str(),
                                              O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
@@ -205,7 +205,7 @@ Result<void> importFolder(const DeviceRoot& root, const std::string& hostFolder,
     if (!from.isOpen()) {
         return tl::unexpected(problemOfErrno(errno, hostFolder));
     }
-    const FolderEntry to = root.openParent(devicePath);
+    const FolderEntry to = root.openParentToChange(devicePath);
     const int error = to.folder.isOpen()
                           ? copyTree(FileCalls(), from.get(), ".", to.folder.get(), to.name)
                           : errno;

@@ -13,7 +13,6 @@
 namespace velmoranth::desktop {
 namespace {
 
-constexpr unsigned kPermissionBits = 07777;
 constexpr unsigned kNewFolderMode = 0777;
 
 bool statOf(const FolderEntry& entry, struct stat& status) {
@@ -27,17 +26,6 @@ platform::Failure failureOf(FileOperation operation, int error, const std::strin
 }
 
 }  // namespace
-
-int changeMode(const DeviceRoot& root, const std::string& devicePath, unsigned mode) {
-    // The item is opened as a place only, which asks for no right to read it, and is then named by
-    // its descriptor: a mode cannot be changed through such a descriptor itself.
-    const Descriptor item(root.openFile(devicePath, O_PATH));
-    if (!item.isOpen()) {
-        return errno;
-    }
-    const std::string name = "/proc/self/fd/" + std::to_string(item.get());
-    return ::chmod(name.c_str(), mode & kPermissionBits) == 0 ? 0 : errno;
-}
 
 DesktopFileManager::DesktopFileManager(std::shared_ptr<const DeviceRoot> root, FileCalls calls)
     : root_(std::move(root)), calls_(std::move(calls)) {}
@@ -57,7 +45,7 @@ platform::FileExistence DesktopFileManager::fileExistsAtPathIsDirectory(const st
 
 platform::Failure DesktopFileManager::setPosixPermissionsOfItemAtPath(unsigned mode,
                                                                       const std::string& path) {
-    return failureOf(FileOperation::write, changeMode(*root_, path, mode), path);
+    return failureOf(FileOperation::write, root_->changeMode(path, mode), path);
 }
 
 platform::Failure DesktopFileManager::copyItemAtPathToPath(const std::string& source,
@@ -67,24 +55,32 @@ platform::Failure DesktopFileManager::copyItemAtPathToPath(const std::string& so
     if (!from.folder.isOpen() || !statOf(from, status)) {
         return fileError(FileOperation::read, errno, source);
     }
-    const FolderEntry to = root_->openParent(destination);
-    const int error = !to.folder.isOpen()  ? errno
-                      : statOf(to, status) ? EEXIST
-                                           : copyTree(calls_, from.folder.get(), from.name,
-                                                      to.folder.get(), to.name);
+    const FolderEntry to = placeFor(destination);
+    const int error = to.folder.isOpen()
+                          ? copyTree(calls_, from.folder.get(), from.name, to.folder.get(), to.name)
+                          : errno;
     return failureOf(FileOperation::copy, error, source, destination);
 }
 
 platform::Failure DesktopFileManager::moveItemAtPathToPath(const std::string& source,
                                                            const std::string& destination) {
-    const FolderEntry to = root_->openParent(destination);
-    struct stat status{};
-    int error = !to.folder.isOpen() ? errno : statOf(to, status) ? EEXIST : 0;
+    const FolderEntry to = placeFor(destination);
+    int error = to.folder.isOpen() ? 0 : errno;
     if (error == 0) {
-        const FolderEntry from = root_->openParent(source);
+        const FolderEntry from = root_->openParentToChange(source);
         error = from.folder.isOpen() ? moveBetween(from, to) : errno;
     }
     return failureOf(FileOperation::move, error, source, destination);
+}
+
+FolderEntry DesktopFileManager::placeFor(const std::string& path) const {
+    const FolderEntry there = root_->openParent(path);
+    struct stat status{};
+    if (!there.folder.isOpen() || statOf(there, status)) {
+        errno = there.folder.isOpen() ? EEXIST : errno;
+        return {Descriptor(), there.name};
+    }
+    return root_->openParentToChange(path);
 }
 
 int DesktopFileManager::moveBetween(const FolderEntry& from, const FolderEntry& to) const {
@@ -125,14 +121,7 @@ platform::Failure DesktopFileManager::createDirectoryAtPathWithIntermediateDirec
 }
 
 int DesktopFileManager::makeFolder(const std::string& path) {
-    const FolderEntry place = root_->openParent(path);
-    if (!place.folder.isOpen()) {
-        return errno;
-    }
-    if (::mkdirat(place.folder.get(), place.name.c_str(), kNewFolderMode) == 0) {
-        return 0;
-    }
-    const int error = errno;
+    const int error = root_->makeFolder(path, kNewFolderMode);
     return error == EEXIST && fileExistsAtPathIsDirectory(path).isDirectory ? 0 : error;
 }
 
@@ -146,7 +135,7 @@ bool DesktopFileManager::writeToFileAtomically(const platform::Data& contents,
     if (path.empty() || path.back() == '/') {
         return false;
     }
-    FolderEntry place = root_->openParent(path);
+    FolderEntry place = root_->openParentToChange(path);
     return place.folder.isOpen() && place.name != "." &&
            replaceFile(calls_, std::move(place.folder), place.name, contents) == 0;
 }
@@ -157,7 +146,7 @@ std::optional<platform::Data> DesktopFileManager::dataWithContentsOfFile(const s
 }
 
 platform::Failure DesktopFileManager::removeItemAtPath(const std::string& path) {
-    const FolderEntry item = root_->openParent(path);
+    const FolderEntry item = root_->openParentToChange(path);
     const int error = item.folder.isOpen() ? removeTree(item.folder.get(), item.name) : errno;
     // The platform reports a folder that will not get empty as a missing right.
     return failureOf(FileOperation::remove, error == ENOTEMPTY ? EACCES : error, path);

@@ -43,14 +43,13 @@ class DesktopFileManager : public platform::FileManager {
   private:
     // 0 when the folder is there or was made, else the errno. Its parent is there.
     [[nodiscard]] int makeFolder(const std::string& path);
+    // Where something can be made; not open, with errno set, when there is something already.
+    [[nodiscard]] FolderEntry placeFor(const std::string& path) const;
     // 0, or the errno.
     [[nodiscard]] int moveBetween(const FolderEntry& from, const FolderEntry& to) const;
 
     std::shared_ptr<const DeviceRoot> root_;
     FileCalls calls_;
 };
-
-// chmod(2) on a device path, links followed inside the root. 0, or the errno.
-[[nodiscard]] int changeMode(const DeviceRoot& root, const std::string& devicePath, unsigned mode);
 
 }  // namespace velmoranth::desktop

@@ -13,6 +13,7 @@
 #include <climits>
 #include <cstring>
 #include <memory>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -202,9 +203,9 @@ int removeAtDepth(int folder, const std::string& name, int depth) {
     return ::unlinkat(folder, name.c_str(), AT_REMOVEDIR) == 0 ? 0 : errno;
 }
 
-}  // namespace
-
-int namesIn(int folder, std::vector<std::string>& names) {
+// Calls with each entry but "." and ".." until one is no 0; that, or the errno of reading.
+template <class Call>
+int forEachEntry(int folder, const Call& call) {
     // A descriptor of its own: the stream closes the one it is given.
     Descriptor own(::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     const std::unique_ptr<DIR, CloseFolder> stream(own.isOpen() ? ::fdopendir(own.get()) : nullptr);
@@ -212,15 +213,66 @@ int namesIn(int folder, std::vector<std::string>& names) {
         return errno;
     }
     static_cast<void>(own.release());
-    errno = 0;
-    while (const dirent* const entry = ::readdir(stream.get())) {
-        const std::string name = static_cast<const char*>(entry->d_name);
-        if (name != "." && name != "..") {
-            names.push_back(name);
-        }
+    for (;;) {
         errno = 0;
+        const dirent* const entry = ::readdir(stream.get());
+        if (entry == nullptr) {
+            return errno;
+        }
+        const std::string_view name = static_cast<const char*>(entry->d_name);
+        if (name == "." || name == "..") {
+            continue;
+        }
+        if (const int error = call(*entry); error != 0) {
+            return error;
+        }
     }
-    return errno;
+}
+
+// What the entry is, as the folder says it or, where that does not, the item itself.
+mode_t kindOf(int folder, const dirent& entry) {
+    if (entry.d_type != DT_UNKNOWN) {
+        return DTTOIF(entry.d_type);
+    }
+    struct stat status{};
+    return ::fstatat(folder, static_cast<const char*>(entry.d_name), &status,
+                     AT_SYMLINK_NOFOLLOW) == 0
+               ? status.st_mode & S_IFMT
+               : 0;
+}
+
+int addFilesBelow(int folder, const std::string& above, int depth,
+                  std::vector<std::string>& files) {
+    return forEachEntry(folder, [&](const dirent& entry) {
+        const std::string name = static_cast<const char*>(entry.d_name);
+        const mode_t kind = kindOf(folder, entry);
+        if (S_ISREG(kind)) {
+            files.push_back(above + name);
+        }
+        if (!S_ISDIR(kind)) {
+            return 0;
+        }
+        if (depth >= kMaxDepth) {
+            return ENAMETOOLONG;
+        }
+        const Descriptor below(
+            ::openat(folder, name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+        return below.isOpen() ? addFilesBelow(below.get(), above + name + "/", depth + 1, files)
+                              : errno;
+    });
+}
+
+}  // namespace
+
+int namesIn(int folder, std::vector<std::string>& names) {
+    return forEachEntry(folder, [&](const dirent& entry) {
+        names.emplace_back(static_cast<const char*>(entry.d_name));
+        return 0;
+    });
+}
+
+int filesBelow(int folder, std::vector<std::string>& files) {
+    return addFilesBelow(folder, "", 0, files);
 }
 
 int copyTree(const FileCalls& calls, int folder, const std::string& name, int newFolder,

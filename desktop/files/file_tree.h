@@ -13,6 +13,11 @@ namespace velmoranth::desktop {
 // read until then stays.
 [[nodiscard]] int namesIn(int folder, std::vector<std::string>& names);
 
+// Adds every regular file in and below an open folder, by its name with the folders on the way:
+// "Icons/a.png", in no order. 0, or the errno of what could not be listed; what was found until
+// then stays.
+[[nodiscard]] int filesBelow(int folder, std::vector<std::string>& files);
+
 // Copies `name` in `folder` to `newName` in `newFolder`, which must not exist. Links are copied as
 // links; modes, times and extended attributes are kept, the owner where that is allowed; a folder's
 // own are set after its contents. 0, or the errno of what failed first; what was copied until then

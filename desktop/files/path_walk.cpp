@@ -1,7 +1,5 @@
 #include "desktop/files/path_walk.h"
 
-#include "desktop/files/descriptor.h"
-
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -9,7 +7,9 @@
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <cstddef>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace velmoranth::desktop {
@@ -46,9 +46,25 @@ class Pending {
 
 class Walk {
   public:
-    Walk(int root, int flags, unsigned mode) : root_(root), flags_(flags), mode_(mode) {}
+    Walk(int root, std::span<const OpenGraft> grafts, int flags, unsigned mode)
+        : root_(root), grafts_(grafts), flags_(flags), mode_(mode) {}
 
-    int run(const std::string& path) {
+    Walked run(const std::string& path) {
+        Descriptor item(open(path));
+        return {std::move(item), std::move(place_), isGrafted()};
+    }
+
+  private:
+    static constexpr int kFollow = -2;
+
+    // A folder that was entered.
+    struct Step {
+        Descriptor folder;
+        std::size_t placeBefore;  // the length of the path that led to it
+        bool isGraft;
+    };
+
+    int open(const std::string& path) {
         if (path.empty()) {
             errno = ENOENT;
             return -1;
@@ -59,8 +75,8 @@ class Walk {
         while (!pending_.empty()) {
             const std::string name = pending_.pop();
             if (name == "." || name == "..") {
-                if (name == ".." && !folders_.empty()) {
-                    folders_.pop_back();
+                if (name == ".." && !steps_.empty()) {
+                    leave();
                 }
                 continue;
             }
@@ -78,16 +94,48 @@ class Walk {
             errno = (flags_ & O_EXCL) != 0 ? EEXIST : EISDIR;
             return -1;
         }
-        return ::openat(current(), ".", flags_ | O_CLOEXEC);
+        return openFolder();
     }
 
-  private:
-    static constexpr int kFollow = -2;
+    [[nodiscard]] int current() const {
+        return steps_.empty() ? root_ : steps_.back().folder.get();
+    }
 
-    [[nodiscard]] int current() const { return folders_.empty() ? root_ : folders_.back().get(); }
+    [[nodiscard]] bool isGrafted() const { return graftsEntered_ > 0; }
+
+    // What is grafted in the place of `name`; -1 for nothing.
+    [[nodiscard]] int graftAt(const std::string& name) const {
+        for (const OpenGraft& graft : grafts_) {
+            if (graft.place.size() == place_.size() + 1 + name.size() &&
+                graft.place.starts_with(place_) && graft.place.ends_with("/" + name)) {
+                return graft.folder.get();
+            }
+        }
+        return -1;
+    }
+
+    void step(Descriptor folder, const std::string& name, bool isGraft) {
+        steps_.push_back({std::move(folder), place_.size(), isGraft});
+        graftsEntered_ += isGraft ? 1 : 0;
+        place_ += "/" + name;
+    }
+
+    void leave() {
+        place_.resize(steps_.back().placeBefore);
+        graftsEntered_ -= steps_.back().isGraft ? 1 : 0;
+        steps_.pop_back();
+    }
 
     // Goes down into `name`, or puts a link's target in its place.
     bool enter(const std::string& name) {
+        if (const int grafted = graftAt(name); grafted >= 0) {
+            Descriptor folder(::openat(grafted, ".", O_PATH | O_CLOEXEC));
+            if (!folder.isOpen()) {
+                return false;
+            }
+            step(std::move(folder), name, true);
+            return true;
+        }
         Descriptor found(::openat(current(), name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
         struct stat status{};
         if (!found.isOpen() || ::fstat(found.get(), &status) != 0) {
@@ -100,7 +148,7 @@ class Walk {
             errno = ENOTDIR;
             return false;
         }
-        folders_.push_back(std::move(found));
+        step(std::move(found), name, false);
         return true;
     }
 
@@ -119,7 +167,9 @@ class Walk {
             return false;
         }
         if (target[0] == '/') {
-            folders_.clear();
+            while (!steps_.empty()) {
+                leave();
+            }
         }
         const std::string_view text(target.data(), static_cast<std::size_t>(length));
         if (pending_.empty() && text.back() == '/') {
@@ -136,6 +186,13 @@ class Walk {
         if (creates && trailingSlash_) {
             errno = EISDIR;
             return -1;
+        }
+        if (const int grafted = graftAt(name); grafted >= 0) {
+            if (creates) {
+                errno = (flags_ & O_EXCL) != 0 ? EEXIST : EISDIR;
+                return -1;
+            }
+            return enter(name) ? openFolder() : -1;
         }
         Descriptor found(::openat(current(), name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
         if (!found.isOpen()) {
@@ -163,16 +220,57 @@ class Walk {
             return -1;
         }
         if ((flags_ & O_PATH) != 0) {
+            place_ += "/" + name;
             return found.release();
         }
-        return openHere(name);
+        if (isGrafted() && creates && (flags_ & O_EXCL) != 0) {
+            errno = EEXIST;
+            return -1;
+        }
+        return isGrafted() ? readHere(name, S_ISDIR(status.st_mode)) : openHere(name);
     }
 
+    // The folder that was entered last.
+    int openFolder() {
+        return isGrafted() && refuses(true) ? -1 : ::openat(current(), ".", flags_ | O_CLOEXEC);
+    }
+
+    // Whether the flags ask for more than reading what is there; with errno set.
+    [[nodiscard]] bool refuses(bool isFolder) const {
+        if ((flags_ & O_PATH) != 0) {
+            return false;
+        }
+        const bool isUnnamed = (flags_ & O_TMPFILE) == O_TMPFILE;
+        const bool writes = (flags_ & O_ACCMODE) != O_RDONLY || (flags_ & O_TRUNC) != 0;
+        if (isFolder && !isUnnamed && (writes || (flags_ & O_CREAT) != 0)) {
+            errno = EISDIR;
+            return true;
+        }
+        errno = EROFS;
+        return isUnnamed || writes;
+    }
+
+    // Of the tree itself; in a graft nothing is made.
     int openHere(const std::string& name) {
+        if (isGrafted()) {
+            errno = EROFS;
+            return -1;
+        }
+        place_ += "/" + name;
         return ::openat(current(), name.c_str(), flags_ | O_NOFOLLOW | O_CLOEXEC, mode_);
     }
 
+    // What is in a graft. It may go until it is opened, and is not made then.
+    int readHere(const std::string& name, bool isFolder) {
+        if (refuses(isFolder)) {
+            return -1;
+        }
+        place_ += "/" + name;
+        return ::openat(current(), name.c_str(), (flags_ & ~O_CREAT) | O_NOFOLLOW | O_CLOEXEC);
+    }
+
     int root_;
+    std::span<const OpenGraft> grafts_;
     int flags_;
     unsigned mode_;
     bool wantsFolder_ = false;
@@ -181,13 +279,16 @@ class Walk {
     Pending pending_;
     // The folders entered so far, so that ".." goes back the way that was come, whatever is moved
     // meanwhile.
-    std::vector<Descriptor> folders_;
+    std::vector<Step> steps_;
+    std::string place_;  // their names
+    int graftsEntered_ = 0;
 };
 
 }  // namespace
 
-int openByWalk(int root, const std::string& path, int flags, unsigned mode) {
-    return Walk(root, flags, mode).run(path);
+Walked openByWalk(int root, std::span<const OpenGraft> grafts, const std::string& path, int flags,
+                  unsigned mode) {
+    return Walk(root, grafts, flags, mode).run(path);
 }
 
 }  // namespace velmoranth::desktop

@@ -4,7 +4,6 @@
 
 #include <fcntl.h>
 #include <sys/socket.h>
-#include <sys/stat.h>
 #include <sys/un.h>
 
 #include <algorithm>
@@ -34,9 +33,8 @@ Descriptor openSocketFolder(const DeviceRoot& root, bool create) {
     constexpr unsigned kMode = 0755;
     for (const char* const path : kFolders) {
         if (create) {
-            const FolderEntry place = root.openParent(path);
             // Whatever fails here shows in opening the last one.
-            static_cast<void>(::mkdirat(place.folder.get(), place.name.c_str(), kMode));
+            static_cast<void>(root.makeFolder(path, kMode));
         }
     }
     return Descriptor(root.openFile(*std::rbegin(kFolders), O_RDONLY | O_DIRECTORY));

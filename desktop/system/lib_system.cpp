@@ -1,9 +1,5 @@
 #include "desktop/system/lib_system.h"
 
-#include "desktop/files/file_manager.h"
-
-#include <sys/stat.h>
-
 #include <cerrno>
 #include <utility>
 
@@ -16,7 +12,7 @@ DesktopLibSystem::DesktopLibSystem(std::shared_ptr<const DeviceRoot> root, std::
       homeDirectory_(std::move(homeDirectory)) {}
 
 int DesktopLibSystem::chmod(const std::string& path, unsigned mode) {
-    const int error = changeMode(*root_, path, mode);
+    const int error = root_->changeMode(path, mode);
     if (error != 0) {
         errno = error;
         return -1;
@@ -25,11 +21,12 @@ int DesktopLibSystem::chmod(const std::string& path, unsigned mode) {
 }
 
 int DesktopLibSystem::mkdir(const std::string& path, unsigned mode) {
-    const FolderEntry place = root_->openParent(path);
-    if (!place.folder.isOpen()) {
+    const int error = root_->makeFolder(path, mode);
+    if (error != 0) {
+        errno = error;
         return -1;
     }
-    return ::mkdirat(place.folder.get(), place.name.c_str(), mode);
+    return 0;
 }
 
 void DesktopLibSystem::dispatchAfterOnMainQueue(std::int64_t nanoseconds,

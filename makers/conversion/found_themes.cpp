@@ -64,18 +64,20 @@ class Reader {
 
   private:
     Result<void> add(const fs::directory_entry& entry, Node& node) {
+        // What the folder itself says of the entry is enough, but for the size.
         std::error_code error;
-        const fs::file_status status = entry.symlink_status(error);
         const std::string name = entry.path().filename();
+        const bool isLink = entry.is_symlink(error);
+        if (!error && !isLink && entry.is_directory(error)) {
+            return read(entry.path(), node.folders[name]);
+        }
+        const bool isFile = !error && !isLink && entry.is_regular_file(error);
         if (error) {
             return tl::unexpected(Problem{error.message(), entry.path()});
         }
-        if (fs::is_directory(status)) {
-            return read(entry.path(), node.folders[name]);
-        }
-        if (!fs::is_regular_file(status)) {
-            node.leftOut.push_back({name, fs::is_symlink(status) ? "a link, which is not followed"
-                                                                 : "neither file nor folder"});
+        if (!isFile) {
+            node.leftOut.push_back(
+                {name, isLink ? "a link, which is not followed" : kNeitherFileNorFolder});
             return {};
         }
         const std::uint64_t size = entry.file_size(error);

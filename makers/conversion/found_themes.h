@@ -24,6 +24,9 @@ struct LeftOut {
     friend bool operator==(const LeftOut&, const LeftOut&) = default;
 };
 
+// Why a pipe, a socket or a device is left out.
+inline constexpr const char* kNeitherFileNorFolder = "neither file nor folder";
+
 struct FoundTheme {
     std::string folder;                 // of this machine
     std::string name;                   // that folder's own

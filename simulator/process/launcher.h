@@ -9,6 +9,7 @@
 // one Problem. Nothing of a process outlives the object or the call that started it.
 #pragma once
 
+#include "desktop/files/device_root.h"
 #include "desktop/result/result.h"
 #include "platform/core_graphics.h"
 #include "simulator/device.h"
@@ -34,8 +35,8 @@ class ChildProcess;
 
 struct ScreenRequest {
     DeviceConfiguration device;
-    // The folder of this machine that is the device's file system; it must exist.
-    std::string rootFolder;
+    // The device's file system; its folders must exist.
+    desktop::DeviceFiles deviceFiles;
     // Off: the stock screen, nothing replaced.
     bool loadEngine = true;
     // The engine's shared library; empty looks for VelMoranth.so where this program is, then in

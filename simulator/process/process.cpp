@@ -212,7 +212,7 @@ desktop::Result<std::unique_ptr<SimulatedProcess>> SimulatedProcess::start(
     if (auto drawable = checkDrawable(request.device); !drawable) {
         return tl::unexpected(std::move(drawable.error()));
     }
-    auto root = desktop::DeviceRoot::open(request.rootFolder);
+    auto root = desktop::DeviceRoot::open(request.deviceFiles);
     if (!root) {
         return tl::unexpected(std::move(root.error()));
     }

@@ -34,9 +34,45 @@ NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Point, x, y)
 
 }  // namespace velmoranth::platform
 
+namespace velmoranth {
+namespace {
+
+// A file name: any bytes, so JSON has it as numbers.
+std::vector<std::uint8_t> bytesOf(const std::string& path) {
+    return {path.begin(), path.end()};
+}
+
+std::string pathOf(const nlohmann::json& bytes) {
+    const auto path = bytes.get<std::vector<std::uint8_t>>();
+    return {path.begin(), path.end()};
+}
+
+}  // namespace
+}  // namespace velmoranth
+
 namespace velmoranth::desktop {
 
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Problem, message, path, offset)
+
+// NOLINTBEGIN(readability-identifier-naming): the library looks for these names.
+static void to_json(nlohmann::json& value, const Graft& graft) {
+    value = {{"place", bytesOf(graft.place)}, {"folder", bytesOf(graft.folder)}};
+}
+
+static void from_json(const nlohmann::json& value, Graft& graft) {
+    graft = {pathOf(value.at("place")), pathOf(value.at("folder"))};
+}
+
+static void to_json(nlohmann::json& value, const DeviceFiles& files) {
+    value = {{"folder", bytesOf(files.folder)}, {"grafts", files.grafts}};
+}
+
+static void from_json(const nlohmann::json& value, DeviceFiles& files) {
+    files.folder = pathOf(value.at("folder"));
+    value.at("grafts").get_to(files.grafts);
+}
+
+// NOLINTEND(readability-identifier-naming)
 
 }  // namespace velmoranth::desktop
 
@@ -49,16 +85,6 @@ namespace {
 // The names of the actions, in the order of the variant.
 constexpr std::array<const char*, std::variant_size_v<ScreenAction>> kActionNames{
     "openFolder", "turnFolderPage", "pressIcon", "tap", "advance"};
-
-// A file name: any bytes, so JSON has it as numbers.
-std::vector<std::uint8_t> bytesOf(const std::string& path) {
-    return {path.begin(), path.end()};
-}
-
-std::string pathOf(const json& bytes) {
-    const auto path = bytes.get<std::vector<std::uint8_t>>();
-    return {path.begin(), path.end()};
-}
 
 }  // namespace
 
@@ -105,7 +131,7 @@ static void from_json(const json& value, ScreenAction& action) {
 // Where log lines go and how long things may take is the launcher's business.
 static void to_json(json& value, const ScreenRequest& request) {
     value = {{"device", request.device},
-             {"rootFolder", bytesOf(request.rootFolder)},
+             {"deviceFiles", request.deviceFiles},
              {"loadEngine", request.loadEngine},
              {"enginePath", bytesOf(request.enginePath)},
              {"page", request.page},
@@ -120,7 +146,7 @@ static void to_json(json& value, const ScreenRequest& request) {
 
 static void from_json(const json& value, ScreenRequest& request) {
     value.at("device").get_to(request.device);
-    request.rootFolder = pathOf(value.at("rootFolder"));
+    value.at("deviceFiles").get_to(request.deviceFiles);
     value.at("loadEngine").get_to(request.loadEngine);
     request.enginePath = pathOf(value.at("enginePath"));
     value.at("page").get_to(request.page);

@@ -98,7 +98,7 @@ class ExplainScreen : public testing::TestWithParam<std::tuple<std::string_view,
     [[nodiscard]] record::Record screenRecord() const {
         simulator::ScreenRequest request;
         request.device = configuration_;
-        request.rootFolder = device_.root->hostFolder();
+        request.deviceFiles = device_.root->files();
         request.screen = screen_;
         request.isRecorded = true;
         auto screen = simulator::renderScreen(request);

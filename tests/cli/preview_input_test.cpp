@@ -56,12 +56,77 @@ TEST_F(PreviewInput, NameThatPreferencesCannotHoldIsRefused) {
     expectBadInput({"/"}, "/" + why);
 }
 
-TEST_F(PreviewInput, ThemeThatIsTooLargeIsRefusedBeforeItIsCopied) {
+// The limits of every command.
+TEST_F(PreviewInput, ThemeThatIsTooLargeIsRefused) {
     theme("A", kMagenta);
     folder.file("A/large", "");
-    fs::resize_file(folder / "A/large", std::uintmax_t{513} * 1024 * 1024);
-    expectBadInput({"../A"},
-                   "../A: the theme is larger than 512 MiB; give a single theme's folder");
+    fs::resize_file(folder / "A/large", std::uintmax_t{600} * 1024 * 1024);
+    EXPECT_EQ(preview({"../A"}).code, 0);
+    fs::resize_file(folder / "A/large", std::uintmax_t{2} * 1024 * 1024 * 1024);
+    expectBadInput({"../A"}, "../A: it holds more than 2147483648 bytes");
+    for (const char* const command : {"explain", "sound", "convert"}) {
+        std::vector<std::string> words{command, "../A"};
+        if (command == std::string("explain")) {
+            words.insert(words.end(), {"--", "mask"});
+        } else {
+            words.insert(words.end(), {"-o", "out"});
+        }
+        if (command == std::string("sound")) {
+            words.insert(words.begin() + 1, "lock");
+        }
+        EXPECT_NE(
+            runCommand(words, setting()).errors.find("../A: it holds more than 2147483648 bytes\n"),
+            std::string::npos)
+            << command;
+    }
+}
+
+// What a theme has and the screen does not ask for is listed and nothing else: the theme is read
+// where it lies.
+TEST_F(PreviewInput, AThemeIsReadWhereItLiesAndIsNotCopied) {
+    theme("A", kMagenta);
+    for (int i = 0; i < 300; ++i) {
+        folder.file("A/IconBundles/com.example.app" + std::to_string(i) + "-large.png",
+                    std::string(100'000, 'x'));
+    }
+    // A file system of its own would be full: no file may be larger than one of these.
+    CommandSetting limited = setting();
+    limited.limits[RLIMIT_FSIZE] = 99'000;
+    const CommandResult result = runCommand({"preview", "--quiet", "../A", "-o", "-"}, limited);
+    EXPECT_EQ(result.code, 0) << result.errors;
+    EXPECT_GT(PngPicture(result.output).count(kMagenta), 1000);
+    EXPECT_EQ(folder.names("tmp"), "");
+}
+
+TEST_F(PreviewInput, LinksOfAThemeMeanWhatTheyMeanOnADevice) {
+    theme("A", kMagenta);
+    theme("B", kLime);
+    theme("away", kLime);
+    const std::string icon = "/IconBundles/com.apple.Preferences-large.png";
+    fs::remove(folder / ("A" + icon));
+    const auto lime = [&](const std::string& target) {
+        fs::remove(folder / ("A" + icon));
+        folder.link("A" + icon, target);
+        EXPECT_EQ(preview({"../A"}).code, 0);
+        return picture().count(kLime);
+    };
+    EXPECT_EQ(lime(folder / ("away" + icon)), 0) << "a place of this machine";
+    EXPECT_EQ(lime("../../away" + icon), 0) << "a place beside the theme";
+    EXPECT_EQ(lime("../../B" + icon), 0) << "a theme that is not given";
+    folder.file("A/own.png", folder.contents("away" + icon));
+    EXPECT_GT(lime("../own.png"), 1000);
+    EXPECT_GT(lime("/Library/Themes/A/own.png"), 1000);
+    // Across the edge, to another theme of the run, which is behind this one.
+    const auto magenta = [&] {
+        EXPECT_EQ(preview({"../A", "../C"}).code, 0);
+        return picture().count(kMagenta);
+    };
+    theme("C", kMagenta);
+    fs::rename(folder / "C/IconBundles/com.apple.Preferences-large.png", folder / "C/own.png");
+    EXPECT_EQ(magenta(), 0);
+    fs::remove(folder / ("A" + icon));
+    folder.link("A" + icon, "../../C/own.png");
+    EXPECT_GT(magenta(), 1000);
 }
 
 TEST_F(PreviewInput, ThemeThatCannotBeReadIsOneLine) {

@@ -76,7 +76,7 @@ RenderedScreen screenOf(const fs::path& theme, int system) {
                 std::string(preferences.begin(), preferences.end()));
     ScreenRequest request;
     request.device = deviceConfiguration("phone", system).value();
-    request.rootFolder = folder / "device";
+    request.deviceFiles = folder / "device";
     request.enginePath = tests::kEngineLibrary;
     return renderScreen(request).value();
 }

@@ -172,7 +172,7 @@ class Check {
     [[nodiscard]] ScreenRequest request() const {
         ScreenRequest wanted;
         wanted.device = deviceConfiguration(model_, system_).value();
-        wanted.rootFolder = device_.root();
+        wanted.deviceFiles = device_.root();
         wanted.enginePath = tests::kEngineLibrary;
         return wanted;
     }

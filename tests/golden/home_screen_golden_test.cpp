@@ -58,7 +58,7 @@ Picture draw(const Case& which) {
     request.device = deviceConfiguration(model, system).value();
     request.device.screen.scale = 1;
     request.device.date = platform::Date{kMoment};
-    request.rootFolder = folder / "device";
+    request.deviceFiles = folder / "device";
     request.enginePath = tests::kEngineLibrary;
     request.screen = screen.kind;
     auto rendered = renderScreen(request);

@@ -83,7 +83,7 @@ class EngineScreen : public testing::Test {
     [[nodiscard]] ScreenRequest request(std::string_view model, int system) const {
         ScreenRequest wanted;
         wanted.device = deviceConfiguration(model, system).value();
-        wanted.rootFolder = folder + "/device";
+        wanted.deviceFiles = folder + "/device";
         wanted.enginePath = tests::kEngineLibrary;
         return wanted;
     }

@@ -45,7 +45,7 @@ class LauncherTest : public testing::Test {
     [[nodiscard]] ScreenRequest stock(std::string_view model = "phone", int system = 13) const {
         ScreenRequest request;
         request.device = deviceConfiguration(model, system).value();
-        request.rootFolder = folder + "/device";
+        request.deviceFiles = folder + "/device";
         request.loadEngine = false;
         return request;
     }
@@ -266,10 +266,10 @@ TEST_F(LauncherTest, MissingLibraryIsAProblemThatNamesIt) {
 
 TEST_F(LauncherTest, MissingDeviceFolderIsAProblem) {
     ScreenRequest request = stock();
-    request.rootFolder = folder + "/nowhere";
+    request.deviceFiles = folder + "/nowhere";
     const auto screen = renderScreen(request);
     ASSERT_FALSE(screen);
-    EXPECT_EQ(screen.error().path, request.rootFolder);
+    EXPECT_EQ(screen.error().path, request.deviceFiles.folder);
 }
 
 TEST_F(LauncherTest, CrashIsOneClearProblem) {

@@ -34,7 +34,7 @@ class ProcessFeedback : public ::testing::TestWithParam<int> {
                     std::string(preferences.begin(), preferences.end()));
         ScreenRequest request;
         request.device = deviceConfiguration("phone", GetParam()).value();
-        request.rootFolder = folder / "device";
+        request.deviceFiles = folder / "device";
         request.enginePath = tests::kEngineLibrary;
         request.screen = screen;
         process = SimulatedProcess::start(request, [](const std::string&) {}).value();

@@ -100,7 +100,7 @@ TEST(ProtocolJson, RequestComesBackAsItWas) {
     request.device.locale = "de_DE";
     request.device.exactFiles = true;
     request.device.date = platform::Date{123456.5};
-    request.rootFolder = "/tmp/a \"b\" \xff\xfe ü";
+    request.deviceFiles = {"/tmp/a \"b\" \xff\xfe ü", {{"/Library/Themes/\xff", "/home/\xfe"}}};
     request.loadEngine = false;
     request.enginePath = "./x.so";
     request.page = 2;
@@ -112,7 +112,7 @@ TEST(ProtocolJson, RequestComesBackAsItWas) {
     const auto read = fromJson<ScreenRequest>(toJson(request));
     ASSERT_TRUE(read);
     EXPECT_EQ(read->device, request.device);
-    EXPECT_EQ(read->rootFolder, request.rootFolder);
+    EXPECT_EQ(read->deviceFiles, request.deviceFiles);
     EXPECT_EQ(read->loadEngine, request.loadEngine);
     EXPECT_EQ(read->enginePath, request.enginePath);
     EXPECT_EQ(read->page, request.page);

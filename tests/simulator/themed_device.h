@@ -129,7 +129,7 @@ class ThemedDevice {
                     std::string(bytes.begin(), bytes.end()));
         ScreenRequest wanted;
         wanted.device = deviceConfiguration(model, system).value();
-        wanted.rootFolder = folder / "device";
+        wanted.deviceFiles = folder / "device";
         wanted.enginePath = tests::kEngineLibrary;
         return wanted;
     }

@@ -46,7 +46,7 @@ class ProcessSounds : public ::testing::Test {
         folder.file("device" + kSound, std::string(wav.begin(), wav.end()));
         ScreenRequest request;
         request.device = deviceConfiguration("phone", 13).value();
-        request.rootFolder = folder / "device";
+        request.deviceFiles = folder / "device";
         request.loadEngine = false;
         process = SimulatedProcess::start(request, [this](const std::string& line) {
                       lines.push_back(line);

@@ -43,7 +43,7 @@ class ShownThemes : public ThemeTest {
         simulator::ScreenRequest request;
         request.device = simulator::deviceConfiguration(model, system).value();
         request.device.date = platform::Date{600000000};
-        request.rootFolder = folder / root;
+        request.deviceFiles = folder / root;
         request.enginePath = tests::kEngineLibrary;
         request.screen = screen;
         const auto shown = simulator::renderScreen(request);
