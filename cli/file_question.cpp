@@ -166,7 +166,7 @@ Result<FileExplanation> fileMeant(const Investigation& investigation, const std:
         }
         for (const std::string& name : names) {
             if (!name.starts_with('/') && !name.starts_with("..") &&
-                isFile(*investigation.device.root, "/Library/Themes/" + theme + "/" + name)) {
+                isFile(*investigation.device.root, fs::path("/Library/Themes") / theme / name)) {
                 return FileExplanation{
                     .theme = theme, .name = name, .openings = {}, .problem = {}, .wanted = {}};
             }

@@ -132,7 +132,7 @@ class Finder {
         }
         for (const auto& [below, folder] : node.folders) {
             if (!isClutter(below)) {
-                look(folder, path + "/" + below, below, false);
+                look(folder, inFolder(path, below), below, false);
             }
         }
     }
