@@ -179,7 +179,7 @@ Result<Layout> layoutOf(const BitmapShape& shape, const Codec& codec, const Limi
     if (pixels > limits.maxPixels || stride > limits.maxBytes / shape.height ||
         pixels > limits.maxBytes / format->pictureBytesPerPixel()) {
         return failure("the bitmap of " + std::to_string(shape.width) + "x" +
-                       std::to_string(shape.height) + " pixels is too large");
+                       std::to_string(shape.height) + " pixels is beyond the limit");
     }
     return Layout{.format = format,
                   .width = shape.width,

@@ -162,7 +162,8 @@ Result<Catalog> Catalog::fromBytes(Bytes bytes, std::string path, const Limits& 
     return withinMemory([&]() -> Result<Catalog> {
         if (bytes.size() > limits.maxFileBytes) {
             return tl::unexpected(Problem{.message = "the file has more than " +
-                                                     std::to_string(limits.maxFileBytes) + " bytes",
+                                                     std::to_string(limits.maxFileBytes) +
+                                                     " bytes, the limit",
                                           .path = std::move(path)});
         }
         return Contents::read(std::nullopt, bytes, std::move(path), limits);

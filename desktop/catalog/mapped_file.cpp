@@ -55,7 +55,8 @@ desktop::Result<MappedFile> MappedFile::map(int file, const std::string& path,
         return refuse("the file is empty", path);
     }
     if (size > maxBytes) {
-        return refuse("the file has more than " + std::to_string(maxBytes) + " bytes", path);
+        return refuse("the file has more than " + std::to_string(maxBytes) + " bytes, the limit",
+                      path);
     }
     void* const start =
         ::mmap(nullptr, static_cast<std::size_t>(size), PROT_READ, MAP_PRIVATE, file, 0);

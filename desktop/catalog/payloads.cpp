@@ -23,7 +23,8 @@ constexpr std::size_t kIconSizeBytes = 12;
 constexpr std::size_t kMostOfOneByte = 2048;
 
 tl::unexpected<Problem> tooLong(const Limits& limits) {
-    return failure("the file has more than " + std::to_string(limits.maxBytes) + " bytes");
+    return failure("the file has more than " + std::to_string(limits.maxBytes) +
+                   " bytes, the limit");
 }
 
 Result<std::vector<std::uint8_t>> decompress(Bytes stream, const Limits& limits) {

@@ -225,7 +225,7 @@ Result<std::uint8_t*> Sheet::picture(double width, double height) {
     if (width > limits_.maxWidth || height > limits_.maxHeight ||
         width * height * 4 > static_cast<double>(limits_.maxBytes)) {
         return refuse(
-            fmt::format("a picture of {:.0f} × {:.0f} pixels is too large", width, height));
+            fmt::format("a picture of {:.0f} × {:.0f} pixels is beyond the limit", width, height));
     }
     head_.width = static_cast<std::uint32_t>(width);
     head_.height = static_cast<std::uint32_t>(height);

@@ -77,8 +77,8 @@ Result<DrawnImage> readHeif(Bytes file, HeifTurns turns, const DrawLimits& limit
         return tl::unexpected(Problem{.message = "this is no HEIF file"});
     }
     if (file.size() > limits.maxFileBytes) {
-        return tl::unexpected(
-            Problem{.message = fmt::format("an image file of {} bytes is too large", file.size())});
+        return tl::unexpected(Problem{
+            .message = fmt::format("an image file of {} bytes is beyond the limit", file.size())});
     }
     return vector_images::drawInProcess(
                limits, Room::picture,
@@ -97,7 +97,7 @@ Result<DrawnImage> readWithImageIo(Bytes file, const DrawLimits& limits) {
     const std::size_t bytes = decoded->layout.width * decoded->layout.height * kPixelBytes;
     if (bytes > limits.maxBytes) {
         return tl::unexpected(
-            Problem{.message = fmt::format("a picture of {} × {} pixels is too large",
+            Problem{.message = fmt::format("a picture of {} × {} pixels is beyond the limit",
                                            decoded->layout.width, decoded->layout.height)});
     }
     DrawnImage image{.width = static_cast<std::uint32_t>(decoded->layout.width),

@@ -67,7 +67,7 @@ Result<DrawVector> readerOf(Bytes file, const DrawLimits& limits) {
         return refuse("the file is empty");
     }
     if (file.size() > limits.maxFileBytes) {
-        return refuse(fmt::format("a vector file of {} bytes is too large", file.size()));
+        return refuse(fmt::format("a vector file of {} bytes is beyond the limit", file.size()));
     }
     if (isPdf(file)) {
         return &vector_images::drawPdf;

@@ -162,22 +162,24 @@ TEST(Bitmap, SizeIsLimited) {
     const ByteVector payload = bitmapPayload(Compression::uncompressed, ByteVector(2 * 3 * 4));
     EXPECT_EQ(decoded(payload, pixels(2, 3), {.maxPixels = 6, .maxBytes = 24}), "");
     EXPECT_EQ(decoded(payload, pixels(2, 3), {.maxPixels = 5}),
-              "the bitmap of 2x3 pixels is too large");
+              "the bitmap of 2x3 pixels is beyond the limit");
     EXPECT_EQ(decoded(payload, pixels(2, 3), {.maxBytes = 23}),
-              "the bitmap of 2x3 pixels is too large");
+              "the bitmap of 2x3 pixels is beyond the limit");
     EXPECT_EQ(decoded(payload, pixels(0xFFFFFFFF, 0xFFFFFFFF)),
-              "the bitmap of 4294967295x4294967295 pixels is too large");
+              "the bitmap of 4294967295x4294967295 pixels is beyond the limit");
     EXPECT_EQ(decoded(payload, pixels(0x80000000, 2)),
-              "the bitmap of 2147483648x2 pixels is too large");
+              "the bitmap of 2147483648x2 pixels is beyond the limit");
     // Rows that lie far apart, or have wide pixels, take their memory as well.
     EXPECT_EQ(decoded(payload, pixels(2, 3, 9), {.maxBytes = 26}),
-              "the bitmap of 2x3 pixels is too large");
+              "the bitmap of 2x3 pixels is beyond the limit");
     BitmapShape wide = pixels(2, 3);
     wide.pixelFormat = fourCharacterCode("RGBW");
-    EXPECT_EQ(decoded(payload, wide, {.maxBytes = 47}), "the bitmap of 2x3 pixels is too large");
+    EXPECT_EQ(decoded(payload, wide, {.maxBytes = 47}),
+              "the bitmap of 2x3 pixels is beyond the limit");
     BitmapShape gray = pixels(2, 3);
     gray.pixelFormat = fourCharacterCode("GRAY");
-    EXPECT_EQ(decoded(payload, gray, {.maxBytes = 11}), "the bitmap of 2x3 pixels is too large");
+    EXPECT_EQ(decoded(payload, gray, {.maxBytes = 11}),
+              "the bitmap of 2x3 pixels is beyond the limit");
 }
 
 TEST(Bitmap, NoPixelsAreAProblem) {

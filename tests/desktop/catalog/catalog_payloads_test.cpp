@@ -117,7 +117,8 @@ TEST(CatalogPayloads, FilesBeyondTheLimitAreRefused) {
     EXPECT_TRUE(enough->file(enough.only("compressed")));
     const Opened less(car, {.maxBytes = 4999});
     for (const char* name : {"plain", "compressed"}) {
-        EXPECT_EQ(less->file(less.only(name)).error().message, "the file has more than 4999 bytes");
+        EXPECT_EQ(less->file(less.only(name)).error().message,
+                  "the file has more than 4999 bytes, the limit");
     }
 }
 

@@ -389,9 +389,9 @@ TEST(Catalog, FilesThatCannotBeOpenedAreProblems) {
     EXPECT_EQ(problem("."), "it is not a regular file");
     EXPECT_EQ(problem("empty"), "the file is empty");
     EXPECT_EQ(problem("text"), "it is not a compiled asset catalog");
-    EXPECT_EQ(problem("text", {.maxFileBytes = 4}), "the file has more than 4 bytes");
+    EXPECT_EQ(problem("text", {.maxFileBytes = 4}), "the file has more than 4 bytes, the limit");
     EXPECT_EQ(Catalog::fromBytes(ByteVector(5), "x", {.maxFileBytes = 4}).error().message,
-              "the file has more than 4 bytes");
+              "the file has more than 4 bytes, the limit");
 }
 
 }  // namespace

@@ -146,7 +146,7 @@ TEST_F(DrawPdf, HugePageIsRefused) {
     EXPECT_EQ(size->width, 1000000);
     const auto image = drawVector(file, 1);
     ASSERT_FALSE(image);
-    EXPECT_EQ(image.error().message, "a picture of 1000000 × 10 pixels is too large");
+    EXPECT_EQ(image.error().message, "a picture of 1000000 × 10 pixels is beyond the limit");
 }
 
 TEST_F(DrawPdf, PictureOfTheLargestSizeIsDrawnAndNoLargerOne) {

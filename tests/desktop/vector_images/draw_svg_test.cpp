@@ -264,9 +264,9 @@ TEST_F(DrawSvg, DamageIsOneClauseWithItsPlace) {
 
 TEST_F(DrawSvg, HugeSizesAreRefused) {
     EXPECT_EQ(problemOf(svg(R"(width="16385" height="1")", kRedSquare)),
-              "a picture of 16385 × 1 pixels is too large");
+              "a picture of 16385 × 1 pixels is beyond the limit");
     EXPECT_EQ(problemOf(svg(R"(width="16384" height="16384")", kRedSquare)),
-              "a picture of 16384 × 16384 pixels is too large");
+              "a picture of 16384 × 16384 pixels is beyond the limit");
     EXPECT_FALSE(drawVector(svg(R"(width="1e300" height="1e300")", kRedSquare), 1e300));
 }
 

@@ -126,10 +126,11 @@ TEST(DrawingProcess, PictureBeyondTheLimitsIsRefused) {
             return pixels ? std::nullopt : std::optional(pixels.error());
         };
     };
-    EXPECT_EQ(problemOf(asking(2, 3), {.maxBytes = 23}), "a picture of 2 × 3 pixels is too large");
+    EXPECT_EQ(problemOf(asking(2, 3), {.maxBytes = 23}),
+              "a picture of 2 × 3 pixels is beyond the limit");
     EXPECT_TRUE(drawInProcess({.maxBytes = 24}, Room::picture, asking(2, 3)));
     EXPECT_EQ(problemOf(asking(1e18, 1e18)),
-              "a picture of 1000000000000000000 × 1000000000000000000 pixels is too large");
+              "a picture of 1000000000000000000 × 1000000000000000000 pixels is beyond the limit");
     EXPECT_EQ(problemOf(asking(0, 3)), "the picture has no pixels");
     EXPECT_EQ(problemOf(asking(std::nan(""), 3)), "the picture has no pixels");
 }

@@ -39,7 +39,7 @@ TEST(VectorImages, FileLargerThanTheLimitIsRefused) {
     const auto image = drawVector(file, 1, {.maxFileBytes = file.size() - 1});
     ASSERT_FALSE(image);
     EXPECT_EQ(image.error().message,
-              "a vector file of " + std::to_string(file.size()) + " bytes is too large");
+              "a vector file of " + std::to_string(file.size()) + " bytes is beyond the limit");
 }
 
 TEST(VectorImages, ScaleMustBePositive) {
