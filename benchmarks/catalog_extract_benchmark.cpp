@@ -90,7 +90,7 @@ struct Source {
     void take(desktop::Result<Catalog> opened) {
         if (opened) {
             catalog = std::move(*opened);
-            plan = *cli::planExtraction(*catalog, "*");
+            plan = *cli::planExtraction(*catalog, {});
         }
     }
 };
@@ -150,9 +150,8 @@ void forEachPicture(const Source& source, const auto& use) {
 
 void extract(const Source& source, const std::string& output, std::size_t jobs) {
     const auto folder = cli::ExtractionFolder::create(output, "Assets.car");
-    const auto done =
-        cli::extractPictures(*source.catalog, source.plan, **folder, jobs, [](std::size_t) {});
-    benchmark::DoNotOptimize(done.files);
+    const auto done = cli::extractPictures(*source.catalog, source.plan, **folder, {.jobs = jobs});
+    benchmark::DoNotOptimize(done.pictures);
 }
 
 void wholeCatalogOnOneJob(benchmark::State& state) {

@@ -1,22 +1,16 @@
 #include "cli/catalog_listing.h"
 
-#include "cli/extraction.h"
-#include "cli/extraction_plan.h"
+#include "cli/extraction_folder.h"
 #include "cli/messages.h"
-#include "cli/name_pattern.h"
+#include "cli/picture_sizes.h"
 #include "cli/rendition_attributes.h"
-#include "desktop/catalog/pictures.h"
-#include "desktop/vector_images/backends.h"
-#include "desktop/vector_images/vector_images.h"
 
 #include <fmt/core.h>
 
 #include <algorithm>
 #include <array>
-#include <optional>
 #include <string_view>
 #include <unordered_map>
-#include <utility>
 
 namespace velmoranth::cli {
 
@@ -28,42 +22,21 @@ using catalog::Rendition;
 
 namespace {
 
-struct PixelSize {
-    std::size_t width;
-    std::size_t height;
-};
-
-// As it will be extracted; nothing when the file would have to be decoded for it.
-std::optional<PixelSize> extractedSize(const Catalog& catalog, const Rendition& rendition) {
-    if (rendition.kind == Kind::bitmap || rendition.kind == Kind::link) {
-        return PixelSize{rendition.width, rendition.height};
-    }
-    if (rendition.kind != Kind::vector) {
-        return std::nullopt;
-    }
-    const auto size = catalog.file(rendition).and_then(
-        [](const std::vector<std::uint8_t>& file) { return desktop::vectorSize(file); });
-    if (!size) {
-        return std::nullopt;
-    }
-    const double scale = catalog::pictureScale(catalog, rendition);
-    return PixelSize{
-        static_cast<std::size_t>(desktop::vector_images::pixelLength(size->width, scale)),
-        static_cast<std::size_t>(desktop::vector_images::pixelLength(size->height, scale))};
-}
-
 // A file belongs to one name, so that what is listed of other names does not matter.
-void addFiles(const Catalog& catalog, std::vector<ListedRendition>& listing) {
+void addFiles(const Catalog& catalog, std::span<const PlannedPicture> plan, FileLayout layout,
+              std::vector<ListedRendition>& listing) {
     std::unordered_map<std::string, ListedRendition*> owners;
     for (ListedRendition& row : listing) {
-        const auto size = row.isExtracted ? extractedSize(catalog, *row.rendition) : std::nullopt;
-        if (!size) {
+        if (!row.isExtracted()) {
             continue;
         }
-        PlannedPicture picture{};
-        picture.facet = row.facet;
-        picture.rendition = row.rendition;
-        row.file = extractedFile(catalog, picture, size->width, size->height);
+        const PlannedPicture& picture = plan[*row.planned];
+        const auto size = picture.size ? picture.size : recordedSize(*row.rendition);
+        if (!size || *size == PixelSize{}) {
+            continue;
+        }
+        row.file = extractedFile(catalog, picture, size->width, size->height, layout);
+        row.isMarked = !picture.mark.empty();
         ListedRendition*& owner = owners[row.file];
         if (owner != nullptr) {
             owner->givesWay = true;
@@ -97,9 +70,10 @@ std::string noteOn(const Catalog& catalog, const ListedRendition& row) {
     if (row.givesWay) {
         return "gives way to a later one: " + row.file;
     }
-    return rendition.isPicture() && row.facet != nullptr && !row.isExtracted
-               ? "copy for other systems"
-               : "";
+    if (row.isMarked) {
+        return "file: " + row.file;
+    }
+    return std::string(row.leftOut);
 }
 
 constexpr std::array<std::string_view, 12> kHeads{"name",   "rendition",   "kind",  "scale",
@@ -144,34 +118,67 @@ std::string tableLine(const Row& row, const std::array<std::size_t, kHeads.size(
 }  // namespace
 
 desktop::Result<std::vector<ListedRendition>> listCatalog(const Catalog& catalog,
-                                                          const std::string& pattern) {
+                                                          const Selection& selection,
+                                                          std::span<const PlannedPicture> plan,
+                                                          FileLayout layout) {
     std::vector<ListedRendition> listing;
+    std::size_t next = 0;  // of the plan, which has the same order
+    const auto add = [&](const Rendition& rendition, const Facet* facet) {
+        if (!selection.takes(catalog, rendition)) {
+            return;
+        }
+        listing.push_back({.rendition = &rendition, .facet = facet});
+        if (next < plan.size() && plan[next].rendition == &rendition && plan[next].facet == facet) {
+            listing.back().planned = next;
+            ++next;
+        } else if (rendition.isPicture() && facet != nullptr) {
+            listing.back().leftOut = layout == FileLayout::system ? "a phone does not extract it"
+                                                                  : "copy for other systems";
+        }
+    };
     for (const Facet& facet : catalog.facets()) {
-        if (!fitsPattern(facet.name, pattern)) {
+        if (!selection.takesName(facet.name)) {
             continue;
         }
-        // Both are in the catalog's order.
-        const std::vector<const Rendition*> pictures = catalog::picturesOf(catalog, facet);
-        auto nextPicture = pictures.begin();
         for (const std::size_t index : catalog.renditionsOf(facet)) {
-            const Rendition* const rendition = &catalog.renditions()[index];
-            const bool isExtracted = nextPicture != pictures.end() && *nextPicture == rendition;
-            nextPicture += isExtracted ? 1 : 0;
-            listing.push_back({rendition, &facet, isExtracted, {}, false});
+            add(catalog.renditions()[index], &facet);
         }
         if (listing.size() > kMostPictures) {
             return tooManyPictures();
         }
     }
-    if (fitsPattern({}, pattern)) {
+    if (selection.takesName({})) {
         for (const Rendition& rendition : catalog.renditions()) {
             if (catalog.facetOf(rendition) == nullptr) {
-                listing.push_back({&rendition, nullptr, false, {}, false});
+                add(rendition, nullptr);
             }
         }
     }
-    addFiles(catalog, listing);
+    addFiles(catalog, plan, layout, listing);
     return listing;
+}
+
+void addExtraction(std::vector<ListedRendition>& listing, const Extraction& extraction,
+                   const std::string& folder) {
+    std::unordered_map<std::size_t, ListedRendition*> rows;
+    for (ListedRendition& row : listing) {
+        row.file.clear();
+        row.givesWay = row.isExtracted() && !extraction.stopped;
+        if (row.planned) {
+            rows.emplace(*row.planned, &row);
+        }
+    }
+    for (const LostPicture& lost : extraction.lost) {
+        ListedRendition& row = *rows.at(lost.place);
+        row.problem = lost.why;
+        row.givesWay = false;
+    }
+    for (const auto& [file, place] : extraction.files) {
+        ListedRendition& row = *rows.at(place);
+        row.file = file;
+        row.path = pathBelow(folder, file);
+        row.givesWay = false;
+    }
 }
 
 std::string listingAsTable(const Catalog& catalog, const std::vector<ListedRendition>& listing) {
@@ -191,10 +198,10 @@ std::string listingAsTable(const Catalog& catalog, const std::vector<ListedRendi
     const bool colored = colorsResults();
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const std::string line = tableLine(rows[i], widths);
-        text += (colored && !listing[i].isExtracted ? "\033[2m" + line + "\033[0m" : line) + "\n";
+        text += (colored && !listing[i].isExtracted() ? "\033[2m" + line + "\033[0m" : line) + "\n";
     }
     const auto extracted = std::count_if(listing.begin(), listing.end(),
-                                         [](const auto& row) { return row.isExtracted; });
+                                         [](const auto& row) { return row.isExtracted(); });
     return text + counted(listing.size(), "rendition") + ", " +
            counted(static_cast<std::size_t>(extracted), "picture") + " to extract\n";
 }

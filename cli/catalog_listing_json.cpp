@@ -120,11 +120,12 @@ Json asObject(const Catalog& catalog, const ListedRendition& row) {
         {"attributes", attributesObject(catalog, rendition)},
         {"color", nullptr},
         {"iconSizes", nullptr},
-        {"extracted", row.isExtracted},
+        {"extracted", row.isExtracted()},
         {"file", textOrNull(row.file)},
+        {"path", textOrNull(row.path)},
         {"givesWay", row.givesWay},
         {"type", textOrNull(rendition.typeIdentifier)},
-        {"problem", textOrNull(rendition.problem)},
+        {"problem", textOrNull(row.problem.empty() ? rendition.problem : row.problem)},
     };
     addContents(catalog, rendition, object);
     return object;
@@ -133,9 +134,10 @@ Json asObject(const Catalog& catalog, const ListedRendition& row) {
 }  // namespace
 
 std::string listingAsJson(const Catalog& catalog, const std::vector<ListedRendition>& listing,
-                          const std::string& path) {
+                          const ListingFrame& frame) {
     const catalog::Header& header = catalog.header();
-    Json object{{"catalog", path},
+    Json object{{"catalog", frame.catalog},
+                {"output", frame.output ? Json(*frame.output) : Json(nullptr)},
                 {"platform", textOrNull(header.platform)},
                 {"deploymentVersion", textOrNull(header.deploymentVersion)},
                 {"renditions", Json::array()},

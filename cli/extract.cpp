@@ -6,12 +6,14 @@
 #include "cli/extraction.h"
 #include "cli/extraction_folder.h"
 #include "cli/extraction_plan.h"
+#include "cli/late_progress.h"
 #include "cli/messages.h"
 #include "desktop/catalog/catalog.h"
 #include "desktop/files/cleanup.h"
 
 #include <fmt/core.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,31 +23,64 @@ using catalog::Catalog;
 
 namespace {
 
+using Listing = std::vector<ListedRendition>;
+
 ExitCode nothingToShow(const ExtractOptions& options, const CatalogInput& input) {
     const std::string file = shown(input.file);
-    return fail(ExitCode::nothingFound, options.pattern == "*"
-                                            ? file + ": there are no pictures in this catalog"
-                                            : file + ": nothing has a name that fits " +
-                                                  inQuotes(options.pattern) +
-                                                  "; without --name, --list shows the names");
+    const Selection& selection = options.selection;
+    if (selection.takesAll()) {
+        return fail(ExitCode::nothingFound,
+                    file + (options.layout == FileLayout::system
+                                ? ": a phone extracts no pictures of this catalog"
+                                : ": there are no pictures in this catalog"));
+    }
+    Selection others = selection;
+    others.names.clear();
+    if (!others.takesAll()) {
+        return fail(ExitCode::nothingFound,
+                    file +
+                        ": nothing fits --name, --scale, --idiom and --appearance as they are "
+                        "given; --list alone shows what there is");
+    }
+    std::string patterns;
+    for (const std::string& pattern : selection.names) {
+        patterns += (patterns.empty() ? "" : " or ") + inQuotes(pattern);
+    }
+    return fail(ExitCode::nothingFound, file + ": nothing has a name that fits " + patterns +
+                                            "; without --name, --list shows the names");
+}
+
+desktop::Result<std::vector<PlannedPicture>> plan(const ExtractOptions& options,
+                                                  const Catalog& catalog) {
+    LateProgress progress;
+    return planExtraction(catalog, {.selection = options.selection,
+                                    .layout = options.layout,
+                                    .needsAllSizes = options.lists && options.isJson,
+                                    .jobs = options.jobs,
+                                    .progress = [&](std::size_t done, std::size_t all) {
+                                        progress.show(done, all, "size");
+                                    }});
+}
+
+std::string asJson(const ExtractOptions& options, const CatalogInput& input, const Catalog& catalog,
+                   const Listing& listing, const std::optional<std::string>& output) {
+    return listingAsJson(catalog, listing,
+                         {.catalog = input.bytes ? options.input : input.file, .output = output});
 }
 
 ExitCode list(const ExtractOptions& options, const CatalogInput& input, const Catalog& catalog) {
-    const auto listing = listCatalog(catalog, options.pattern);
+    const auto pictures = plan(options, catalog);
+    if (!pictures) {
+        return fail(ExitCode::badInput, pictures.error());
+    }
+    const auto listing = listCatalog(catalog, options.selection, *pictures, options.layout);
     if (!listing) {
         return fail(ExitCode::badInput, listing.error());
     }
-    print(options.kind == ExtractKind::json ? listingAsJson(catalog, *listing, input.file)
-                                            : listingAsTable(catalog, *listing));
-    return listing->empty() && options.pattern != "*" ? nothingToShow(options, input)
-                                                      : ExitCode::done;
-}
-
-std::string progressBar(std::size_t done, std::size_t all) {
-    constexpr std::size_t kWidth = 30;
-    const std::size_t filled = done * kWidth / all;
-    return fmt::format("[{}{}] {} of {}", std::string(filled, '#'),
-                       std::string(kWidth - filled, '-'), done, counted(all, "picture"));
+    print(options.isJson ? asJson(options, input, catalog, *listing, {})
+                         : listingAsTable(catalog, *listing));
+    return listing->empty() && !options.selection.takesAll() ? nothingToShow(options, input)
+                                                             : ExitCode::done;
 }
 
 void reportLost(const std::vector<LostPicture>& lost) {
@@ -56,48 +91,59 @@ void reportLost(const std::vector<LostPicture>& lost) {
     }
 }
 
-std::string summary(const ExtractOptions& options, const Extraction& extraction,
-                    std::size_t planned, const std::string& folder) {
+std::string summary(const Extraction& extraction, std::size_t planned, const std::string& folder) {
     const std::string pictures = extraction.stopped ? fmt::format("{} of {}", extraction.pictures,
                                                                   counted(planned, "picture"))
                                                     : counted(extraction.pictures, "picture");
-    std::string text = fmt::format("Extracted {} ({}) into {}", pictures,
-                                   counted(extraction.files, "file"), shown(folder));
+    const std::size_t files = extraction.files.size();
+    std::string text =
+        fmt::format("Extracted {} ({}) into {}", pictures, counted(files, "file"), shown(folder));
     if (!extraction.lost.empty()) {
         text += fmt::format("; {} could not be extracted", extraction.lost.size());
     }
     text += "\n";
-    if (extraction.files < extraction.pictures) {
+    if (files < extraction.pictures) {
         text += fmt::format(
-            "{} gave way to a later one of the same file name; velmoranth extract {} --list shows "
-            "which\n",
-            counted(extraction.pictures - extraction.files, "picture"), forShell(options.input));
+            "{} gave way to a later one of the same file name, as on a phone; "
+            "without --system-names each has a file\n",
+            counted(extraction.pictures - files, "picture"));
     }
     return text;
 }
 
 ExitCode extract(const ExtractOptions& options, const CatalogInput& input, const Catalog& catalog) {
-    const auto plan = planExtraction(catalog, options.pattern);
-    if (!plan) {
-        return fail(ExitCode::badInput, plan.error());
+    const auto pictures = plan(options, catalog);
+    if (!pictures) {
+        return fail(ExitCode::badInput, pictures.error());
     }
-    if (plan->empty()) {
+    if (pictures->empty()) {
         return nothingToShow(options, input);
     }
-    desktop::cleanUpOnSignals();
+    // What is not extracted is listed as well.
+    auto listing = options.isJson
+                       ? listCatalog(catalog, options.selection, *pictures, options.layout)
+                       : Listing{};
+    if (!listing) {
+        return fail(ExitCode::badInput, listing.error());
+    }
     const auto folder = ExtractionFolder::create(options.output, input.below);
     if (!folder) {
         return fail(ExitCode::badInput, folder.error());
     }
-    Extraction extraction;
-    {
-        ProgressLine line;
-        extraction = extractPictures(catalog, *plan, **folder, options.jobs, [&](std::size_t done) {
-            line.show(progressBar(done, plan->size()));
-        });
-    }
+    LateProgress progress;
+    const Extraction extraction = extractPictures(
+        catalog, *pictures, **folder,
+        {.layout = options.layout, .jobs = options.jobs, .progress = [&](std::size_t done) {
+             progress.show(done, pictures->size(), "picture");
+         }});
+    progress.clear();
     reportLost(extraction.lost);
-    print(summary(options, extraction, plan->size(), (*folder)->path()));
+    if (options.isJson) {
+        addExtraction(*listing, extraction, (*folder)->path());
+        print(asJson(options, input, catalog, *listing, (*folder)->path()));
+    } else {
+        print(summary(extraction, pictures->size(), (*folder)->path()));
+    }
     if (extraction.stopped) {
         return fail(ExitCode::badInput, *extraction.stopped);
     }
@@ -109,28 +155,34 @@ ExitCode runExtract(const Arguments& arguments) {
     if (!options) {
         return fail(ExitCode::wrongUsage, options.error());
     }
-    const auto input = findCatalog(options->input);
+    const auto input = findCatalog(options->input, options->layout);
     if (!input) {
         return fail(ExitCode::badInput, input.error());
     }
     if (!input->note.empty()) {
         note(input->note);
     }
-    const auto catalog = Catalog::open(input->file);
+    const auto catalog = input->open();
     if (!catalog) {
         return fail(ExitCode::badInput, catalog.error());
     }
     for (const std::string& warning : catalog->warnings()) {
         warn(shown(input->file) + ": " + warning);
     }
-    return options->kind == ExtractKind::files ? extract(*options, *input, *catalog)
-                                               : list(*options, *input, *catalog);
+    desktop::cleanUpOnSignals();
+    return options->lists ? list(*options, *input, *catalog) : extract(*options, *input, *catalog);
 }
 
 std::string fileHelp() {
     return "files:\n"
-           "  OUTPUT-DIR/Maps.app/NAME-WIDTH-HEIGHT-@SCALEx.png, in pixels; -@1x is left out. Of\n"
-           "  Maps.app/Assets.car, given as a file: OUTPUT-DIR/Maps.app/Assets.car/NAME-...\n"
+           "  OUTPUT-DIR/Maps.app/NAME-WIDTH-HEIGHT-@SCALEx.png, in pixels; -@1x is left out. Of "
+           "a .car\n"
+           "  file, and of standard input: OUTPUT-DIR/NAME-...\n"
+           "  Of pictures with the same file name the last has it, and each of the others ends in "
+           "what\n"
+           "  tells it apart: ~pad, ~phone-dark, -p3, -2gb, -subtype568; ~universal, -anysubtype "
+           "and so\n"
+           "  on for what is made for all. Small and capital letters do not count as different.\n"
            "  A / in a name makes a folder. What a name holds beyond that and no file can be "
            "called,\n"
            "  is spelled %XX, a byte in hexadecimal: control characters, broken letters, \"..\" as "
@@ -138,15 +190,20 @@ std::string fileHelp() {
            "  folder; so is a % that could be mistaken for this. A name that is too long is cut, "
            "and\n"
            "  goes on with %~ and its place in the catalog.\n"
-           "  Of pictures with the same file the last one is kept. A picture that is stored for\n"
-           "  several systems is written once, from its oldest copy, which is the exact one, or "
-           "else from\n"
-           "  the oldest that can be decoded. What is in the way of one file costs that one "
-           "alone.\n\n"
+           "  A picture that is stored for several systems is written once, from its oldest copy, "
+           "which\n"
+           "  is the exact one, or else from the oldest that can be decoded. What is in the way of "
+           "one\n"
+           "  file costs that one alone.\n"
+           "  --system-names: as a phone names and leaves them, OUTPUT-DIR/FOLDER/Assets.car/NAME-"
+           "... of\n"
+           "  a .car file in FOLDER. Every copy is written, and the last of a name stays; names "
+           "with a /\n"
+           "  and names without a picture for phones are left out.\n\n"
            "exit codes:\n"
            "  0 all is extracted, 1 some could not be extracted or nothing fits, 2 wrong usage, 3 "
            "no\n"
-           "  catalog or nowhere to write\n";
+           "  catalog or nowhere to write, 130 interrupted: the files that are there are whole\n";
 }
 
 }  // namespace
@@ -158,11 +215,12 @@ Command extractCommand() {
             .description =
                 "INPUT is a .car file, or the folder of an app, framework or bundle with an "
                 "Assets.car, or a .car file\nof its own name, in it, in its Resources or its "
-                "Contents/Resources. OUTPUT-DIR is made when it is\nmissing; files there are "
-                "replaced, and nothing is written outside it.",
+                "Contents/Resources; - is a .car file on standard\ninput. OUTPUT-DIR is made when "
+                "it is missing; files there are replaced, and nothing is written\noutside it.",
             .options = extractOptionTable(),
             .examples = {"velmoranth extract Maps.app pictures",
                          "velmoranth extract UIKit/Assets.car pictures --name 'UI*Button*'",
+                         "velmoranth extract Maps.app pictures --idiom phone --scale 3 --flat",
                          "velmoranth extract Maps.app --list",
                          "velmoranth extract Maps.app --list --json | jq -r '.renditions[].name'"},
             .leastPositionals = 1,

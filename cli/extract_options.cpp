@@ -1,5 +1,8 @@
 #include "cli/extract_options.h"
 
+#include "cli/numbers.h"
+#include "cli/rendition_attributes.h"
+
 #include <algorithm>
 #include <array>
 #include <thread>
@@ -13,23 +16,71 @@ namespace {
 
 constexpr int kMostJobs = 256;
 
-constexpr std::array<Option, 4> kExtractOptions{{
+constexpr int kMostScale = 100;
+
+constexpr std::array<Option, 9> kExtractOptions{{
     {"--list", "", "", "list every rendition, and write nothing"},
-    {"--json", "", "", "with --list: an object for programs, with more than the table shows"},
+    {"--json", "", "",
+     "an object for programs: what is in the catalog, with more than the table shows, and where "
+     "each picture is"},
     {"--name", "", "GLOB",
      "only names that fit: * stands for any letters, / too, ? for one, [a-z] for one of these, "
-     "[!a-z] for any other"},
+     "[!a-z] for any other; of several one has to fit",
+     Repeat::often},
+    {"--scale", "", "N", "only pictures of this scale, or of one of several", Repeat::often},
+    {"--idiom", "", "IDIOM",
+     "only renditions for this kind of device: universal, phone, pad, tv, car, watch, marketing; "
+     "or for one of several",
+     Repeat::often},
+    {"--appearance", "", "NAME",
+     "only renditions for this appearance: any, dark, or another that --list shows; or for one of "
+     "several",
+     Repeat::often},
+    {"--flat", "", "", "put all files into OUTPUT-DIR itself, without folders"},
+    {"--system-names", "", "",
+     "write what the phone's own extraction leaves: its folders, and of pictures with one file "
+     "name the last alone"},
     {"--jobs", "", "N", "how many pictures to work on at a time (default: one a processor)"},
 }};
+
+Result<Selection> readSelection(const Arguments& arguments) {
+    Selection selection;
+    selection.names = arguments.values("--name");
+    if (std::ranges::find(selection.names, "") != selection.names.end()) {
+        return misuse("--name takes a pattern, and this one is empty");
+    }
+    for (const std::string& text : arguments.values("--scale")) {
+        const auto scale = parseInteger(text, 1, kMostScale);
+        if (!scale) {
+            return misuse("--scale takes a number from 1 to " + std::to_string(kMostScale) +
+                          ", not " + inQuotes(text));
+        }
+        selection.scales.push_back(*scale);
+    }
+    for (const std::string& name : arguments.values("--idiom")) {
+        const auto number = idiomNumber(name);
+        if (!number) {
+            return tl::unexpected(number.error());
+        }
+        selection.idioms.push_back(*number);
+    }
+    for (const std::string& name : arguments.values("--appearance")) {
+        selection.appearances.push_back(appearanceWord(name));
+        if (selection.appearances.back().empty()) {
+            return misuse("--appearance takes a name such as dark, not " + inQuotes(name));
+        }
+    }
+    return selection;
+}
 
 }  // namespace
 
 Result<ExtractOptions> readExtractOptions(const Arguments& arguments) {
     const std::vector<std::string>& words = arguments.positionals();
     const std::string output = words.size() > 1 ? words[1] : "";
-    const std::string pattern = arguments.value("--name").value_or("*");
     const bool lists = arguments.has("--list");
-    const bool isJson = arguments.has("--json");
+    const bool isFlat = arguments.has("--flat");
+    const bool isSystems = arguments.has("--system-names");
 
     struct Fault {
         bool isThere;
@@ -39,18 +90,22 @@ Result<ExtractOptions> readExtractOptions(const Arguments& arguments) {
     for (const Fault& fault : {
              Fault{std::ranges::find(words, "") != words.end(),
                    "INPUT and OUTPUT-DIR take a name, and this one is empty"},
-             Fault{pattern.empty(), "--name takes a pattern, and this one is empty"},
-             Fault{isJson && !lists, "--json needs --list; velmoranth extract --help"},
              Fault{!lists && output.empty(),
                    "OUTPUT-DIR is missing (or --list); velmoranth extract --help"},
              Fault{lists && !output.empty(),
                    "--list does not go with OUTPUT-DIR: it writes nothing"},
              Fault{lists && arguments.has("--jobs"),
-                   "--list does not go with --jobs: it decodes no pictures"},
+                   "--list does not go with --jobs: it writes no pictures"},
+             Fault{isFlat && isSystems,
+                   "--flat does not go with --system-names: the system has folders of its own"},
          }) {
         if (fault.isThere) {
             return misuse(fault.message);
         }
+    }
+    auto selection = readSelection(arguments);
+    if (!selection) {
+        return tl::unexpected(std::move(selection.error()));
     }
     const unsigned processors = std::thread::hardware_concurrency();
     const auto jobs = arguments.number(
@@ -60,10 +115,12 @@ Result<ExtractOptions> readExtractOptions(const Arguments& arguments) {
     }
     return ExtractOptions{.input = words.front(),
                           .output = output,
-                          .kind = isJson  ? ExtractKind::json
-                                  : lists ? ExtractKind::table
-                                          : ExtractKind::files,
-                          .pattern = pattern,
+                          .lists = lists,
+                          .isJson = arguments.has("--json"),
+                          .selection = std::move(*selection),
+                          .layout = isSystems ? FileLayout::system
+                                    : isFlat  ? FileLayout::flat
+                                              : FileLayout::apart,
                           .jobs = static_cast<std::size_t>(*jobs)};
 }
 

@@ -2,6 +2,8 @@
 #pragma once
 
 #include "cli/arguments.h"
+#include "cli/catalog_selection.h"
+#include "cli/extraction_plan.h"
 #include "desktop/result/result.h"
 
 #include <cstddef>
@@ -10,14 +12,13 @@
 
 namespace velmoranth::cli {
 
-// files: write the pictures. table, json: list the renditions.
-enum class ExtractKind { files, table, json };
-
 struct ExtractOptions {
-    std::string input;
+    std::string input;   // "-" for standard input
     std::string output;  // a folder; empty unless files are written
-    ExtractKind kind = ExtractKind::files;
-    std::string pattern = "*";  // of names
+    bool lists = false;  // and writes nothing
+    bool isJson = false;
+    Selection selection;
+    FileLayout layout = FileLayout::apart;
     std::size_t jobs = 1;
 };
 

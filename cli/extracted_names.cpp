@@ -1,5 +1,6 @@
 #include "cli/extracted_names.h"
 
+#include "cli/folded_name.h"
 #include "cli/messages.h"
 
 #include <fmt/core.h>
@@ -10,7 +11,7 @@ namespace velmoranth::cli {
 namespace {
 
 constexpr std::string_view kPictureEnding = ".png";
-// Of a name that is too long; room is left for its mark, its number and the ending.
+// At most, of a name that is too long.
 constexpr std::size_t kKeptOfLongName = 180;
 
 std::string spelled(std::string_view bytes) {
@@ -46,15 +47,21 @@ std::string spelledWhereNeeded(std::string_view part, std::size_t most) {
     return text;
 }
 
+bool isLikePictures(std::string_view folder) {
+    return folder.size() >= kPictureEnding.size() &&
+           folded(folder.substr(folder.size() - kPictureEnding.size())) == kPictureEnding;
+}
+
 std::string spelledFolder(std::string_view part) {
     if (part == "." || part == "..") {
         return spelled(part);
     }
-    const bool isLikePicture = part.ends_with(kPictureEnding);
-    const std::string_view stem =
-        part.substr(0, part.size() - (isLikePicture ? kPictureEnding.size() : 0));
-    const std::string text = spelledWhereNeeded(stem, std::string_view::npos);
-    return isLikePicture ? text + spelled(".") + std::string(kPictureEnding.substr(1)) : text;
+    if (!isLikePictures(part)) {
+        return spelledWhereNeeded(part, std::string_view::npos);
+    }
+    const std::size_t stop = part.size() - kPictureEnding.size();
+    return spelledWhereNeeded(part.substr(0, stop), std::string_view::npos) + spelled(".") +
+           std::string(part.substr(stop + 1));
 }
 
 // Takes the folder that the path begins with, and its slash; nothing when no folder is left. A
@@ -72,21 +79,26 @@ std::string_view takeFolder(std::string_view& path) {
 
 }  // namespace
 
-std::string extractedPath(std::string_view name, std::string_view ending, std::size_t number) {
+std::string extractedPath(std::string_view name, std::string_view ending, std::size_t number,
+                          Slashes slashes) {
     std::string path;
     std::size_t longest = 0;
     std::string_view rest = name.substr(0, kLongestExtractedPath + 1);
-    for (std::string_view folder = takeFolder(rest); !folder.empty(); folder = takeFolder(rest)) {
-        const std::string part = spelledFolder(folder);
-        longest = std::max(longest, part.size());
-        path += part + "/";
+    if (slashes == Slashes::makeFolders) {
+        for (std::string_view part = takeFolder(rest); !part.empty(); part = takeFolder(rest)) {
+            const std::string folder = spelledFolder(part);
+            longest = std::max(longest, folder.size());
+            path += folder + "/";
+        }
     }
     const std::string file = spelledWhereNeeded(rest, std::string_view::npos) + std::string(ending);
     path += file;
     if (std::max(longest, file.size()) > kLongestExtractedPart ||
         std::max(path.size(), name.size()) > kLongestExtractedPath) {
-        return spelledWhereNeeded(name, kKeptOfLongName) + "%~" + std::to_string(number) +
-               std::string(ending);
+        const std::string behind = "%~" + std::to_string(number) + std::string(ending);
+        return spelledWhereNeeded(
+                   name, std::min(kKeptOfLongName, kLongestExtractedPart - behind.size())) +
+               behind;
     }
     return path;
 }

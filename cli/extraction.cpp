@@ -1,6 +1,7 @@
 #include "cli/extraction.h"
 
 #include "cli/extracted_names.h"
+#include "cli/told_apart.h"
 #include "desktop/catalog/pictures.h"
 #include "desktop/catalog_pictures/draw_picture.h"
 #include "desktop/image_io/image_io.h"
@@ -14,6 +15,7 @@
 #include <mutex>
 #include <new>
 #include <optional>
+#include <string_view>
 #include <system_error>
 #include <thread>
 #include <unordered_map>
@@ -39,26 +41,20 @@ Result<DrawnImage> pixelsOfPart(const Result<Picture>& atlas, const Rendition& r
     return Catalog::part(*atlas, *rendition.link).map(desktop::drawnImage);
 }
 
-void tell(const std::function<void(std::size_t done)>& progress, std::size_t done) {
-    try {
-        progress(done);
-    } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): the next time, then
-    }
-}
-
 // One extraction, from its start to its end. It goes in rounds: what could not be decoded in one
 // is taken up in the next from its next copy, so that atlases are decoded once in each round.
 class Run {
   public:
-    Run(const Catalog& catalog, std::span<const PlannedPicture> plan, ExtractionFolder& folder)
-        : catalog_(catalog), plan_(plan), folder_(folder) {}
+    Run(const Catalog& catalog, std::span<const PlannedPicture> plan, ExtractionFolder& folder,
+        const ExtractionWay& way)
+        : catalog_(catalog), plan_(plan), folder_(folder), way_(way) {}
 
-    void extractAll(std::size_t jobs, const std::function<void(std::size_t done)>& progress) {
-        tell(progress, 0);
+    void extractAll() {
+        tell(0);
         turns_ = plan_;
         std::vector<PlannedPicture> retries;
         for (round_ = 0; !turns_.empty() && !problem_; ++round_) {
-            extractRound(jobs, progress);
+            extractRound();
             retries = takeRetries();
             turns_ = retries;
         }
@@ -66,27 +62,34 @@ class Run {
 
     // Once all rounds have ended.
     Extraction result() {
-        Extraction extraction{extracted_, owners_.size(), {}, std::move(problem_)};
+        Extraction extraction{extracted_, std::move(owners_), {}, std::move(problem_)};
         extraction.lost.reserve(reasons_.size());
         for (auto& [picture, why] : reasons_) {
-            extraction.lost.push_back({plan_[picture], std::move(why)});
+            extraction.lost.push_back({picture, plan_[picture], std::move(why)});
         }
         return extraction;
     }
 
   private:
-    void extractRound(std::size_t jobs, const std::function<void(std::size_t done)>& progress) {
+    void extractRound() {
         waiting_ = turns_.size();
         queue_.emplace(catalog_, turns_);
         std::vector<std::jthread> threads;
-        const std::size_t count = std::min(jobs, turns_.size());
+        const std::size_t count = std::min(way_.jobs, turns_.size());
         threads.reserve(count);
         while (threads.size() < count && startThread(threads)) {
         }
         if (threads.empty()) {
             work();
         }
-        watch(progress);
+        watch();
+    }
+
+    void tell(std::size_t done) {
+        try {
+            way_.progress(done);
+        } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): the next time, then
+        }
     }
 
     // False when none can be started; those that have been do it all then.
@@ -112,18 +115,19 @@ class Run {
             if (problem_) {  // it may be lost, and may not
                 reasons_.erase(picture);
             }
-            retries.push_back({planned.facet, planned.otherCopies[round_], {}});
+            retries.push_back(planned);
+            retries.back().rendition = planned.otherCopies[round_];
         }
         return retries;
     }
 
     // Returns when all pictures of the round are done, or the threads have stopped.
-    void watch(const std::function<void(std::size_t done)>& progress) {
+    void watch() {
         std::unique_lock lock(mutex_);
         while (waiting_ > 0 && !problem_) {
             const std::size_t done = extracted_ + reasons_.size() - failed_.size();
             lock.unlock();
-            tell(progress, done);
+            tell(done);
             lock.lock();
             changed_.wait_for(lock, kBetweenProgress, [this] { return waiting_ == 0 || problem_; });
         }
@@ -164,7 +168,8 @@ class Run {
             fail(picture, image.error().message);
             return;
         }
-        const std::string file = extractedFile(catalog_, planned, image->width, image->height);
+        const std::string file =
+            extractedFile(catalog_, planned, image->width, image->height, way_.layout);
         if (isTaken(file, picture)) {
             return;
         }
@@ -245,6 +250,7 @@ class Run {
     const Catalog& catalog_;
     const std::span<const PlannedPicture> plan_;
     ExtractionFolder& folder_;
+    const ExtractionWay& way_;
 
     // Of a round.
     std::size_t round_ = 0;
@@ -265,19 +271,29 @@ class Run {
 
 }  // namespace
 
-std::string extractedFile(const Catalog& catalog, const PlannedPicture& picture, std::size_t width,
-                          std::size_t height) {
-    const std::string ending = tools::extractedFileName(
-        {}, catalog::pictureScale(catalog, *picture.rendition), width, height);
+std::string extractedFile(const Catalog& catalog, const PlannedPicture& picture,
+                          std::uint32_t width, std::uint32_t height, FileLayout layout) {
+    const std::string_view name = picture.facet->name;
+    if (layout == FileLayout::system) {
+        return tools::extractedFileName(std::string(name), picture.scale, width, height);
+    }
+    constexpr std::string_view kPng = ".png";
+    std::string ending = tools::extractedFileName({}, picture.scale, width, height);
+    ending.resize(ending.size() - kPng.size());
+    ending += picture.mark;
+    if (picture.size && *picture.size != PixelSize{width, height}) {
+        ending += placeMark(catalog, picture);
+    }
+    ending += kPng;
     const auto number = static_cast<std::size_t>(picture.facet - catalog.facets().data());
-    return extractedPath(picture.facet->name, ending, number);
+    return extractedPath(name, ending, number,
+                         layout == FileLayout::flat ? Slashes::areSpelled : Slashes::makeFolders);
 }
 
 Extraction extractPictures(const Catalog& catalog, std::span<const PlannedPicture> plan,
-                           ExtractionFolder& folder, std::size_t jobs,
-                           const std::function<void(std::size_t done)>& progress) {
-    Run run(catalog, plan, folder);
-    run.extractAll(jobs, progress);
+                           ExtractionFolder& folder, const ExtractionWay& way) {
+    Run run(catalog, plan, folder, way);
+    run.extractAll();
     return run.result();
 }
 

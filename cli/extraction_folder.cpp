@@ -92,6 +92,11 @@ Written<Descriptor> openFolders(const Descriptor& start, std::string_view below,
 
 }  // namespace
 
+std::string pathBelow(const std::string& folder, const std::string& path) {
+    const std::string slash = folder.ends_with('/') ? "" : "/";
+    return path.empty() ? folder : folder + slash + path;
+}
+
 Written<void> UnplacedFile::place() {
     const int error = replacement_.place(name_);
     return error == 0 ? Written<void>() : cannotWrite(error, path_);
@@ -114,14 +119,14 @@ Result<std::unique_ptr<ExtractionFolder>> ExtractionFolder::create(const std::st
         return tl::unexpected(std::move(folder.error().problem));
     }
     return std::unique_ptr<ExtractionFolder>(
-        new ExtractionFolder(std::move(*folder), output + "/" + below, std::move(calls)));
+        new ExtractionFolder(std::move(*folder), pathBelow(output, below), std::move(calls)));
 }
 
 Written<UnplacedFile> ExtractionFolder::write(const std::string& path,
                                               std::span<const std::uint8_t> bytes) {
     const std::size_t slash = path.rfind('/');
     const std::string below = slash == std::string::npos ? "" : path.substr(0, slash);
-    const std::string shownPath = path_ + "/" + path;
+    const std::string shownPath = pathBelow(path_, path);
     Written<Descriptor> folder = openFolders(folder_, below, path_);
     if (!folder) {
         return tl::unexpected(std::move(folder.error()));

@@ -43,6 +43,9 @@ class UnplacedFile {
     std::string path_;  // as the user knows it
 };
 
+// The path as it can be opened; the folder itself where `path` is empty.
+[[nodiscard]] std::string pathBelow(const std::string& folder, const std::string& path);
+
 class ExtractionFolder {
   public:
     // Makes `output`, which may be or lie behind a link, and the folders of `below` in it.

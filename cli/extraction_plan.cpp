@@ -1,11 +1,17 @@
 #include "cli/extraction_plan.h"
 
-#include "cli/name_pattern.h"
+#include "cli/folded_name.h"
+#include "cli/picture_sizes.h"
+#include "cli/told_apart.h"
 #include "desktop/catalog/pictures.h"
+#include "desktop/core_ui/catalogs.h"
+#include "tools/catalog_extraction.h"
 
 #include <algorithm>
+#include <iterator>
 #include <new>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 namespace velmoranth::cli {
@@ -43,44 +49,119 @@ Result<Picture> decodeAtlas(const Catalog& catalog, const Rendition& atlas) {
     }
 }
 
-}  // namespace
+using Plan = std::vector<PlannedPicture>;
 
-tl::unexpected<desktop::Problem> tooManyPictures() {
-    return tl::unexpected(desktop::Problem{"the catalog lists more than " +
-                                           std::to_string(kMostPictures) +
-                                           " pictures: take some of them with --name"});
+PlannedPicture planned(const Catalog& catalog, const Facet* facet, const Rendition& rendition) {
+    return {.facet = facet,
+            .rendition = &rendition,
+            .scale = catalog::pictureScale(catalog, rendition)};
 }
 
-Result<std::vector<PlannedPicture>> planExtraction(const Catalog& catalog,
-                                                   const std::string& pattern) {
-    std::vector<PlannedPicture> plan;
+void addPictures(const Catalog& catalog, const Facet& facet, Plan& plan) {
+    // Both are in the catalog's order.
+    const std::vector<PictureCopies> pictures = catalog::copiesOf(catalog, facet);
+    auto next = pictures.begin();
+    for (const std::size_t index : catalog.renditionsOf(facet)) {
+        const Rendition& rendition = catalog.renditions()[index];
+        if (next != pictures.end() && next->front() == &rendition) {
+            plan.push_back(planned(catalog, &facet, rendition));
+            plan.back().otherCopies.assign(next->begin() + 1, next->end());
+            ++next;
+        } else if (rendition.kind == Kind::unreadable) {
+            plan.push_back(planned(catalog, &facet, rendition));
+        }
+    }
+}
+
+// Whether a phone, which makes no folders for names, writes a file for it.
+bool canBeAFile(std::string_view name) {
+    return name.find('/') == std::string_view::npos && name.find('\0') == std::string_view::npos;
+}
+
+// The names that are wanted, and those that a file system may take for one of them.
+std::vector<const Facet*> facetsToPlan(const Catalog& catalog, const Selection& selection) {
+    std::vector<const Facet*> facets;
+    std::unordered_set<std::string> wanted;
+    if (!selection.names.empty()) {
+        for (const Facet& facet : catalog.facets()) {
+            if (selection.takesName(facet.name)) {
+                wanted.insert(folded(facet.name));
+            }
+        }
+    }
     for (const Facet& facet : catalog.facets()) {
-        if (!fitsPattern(facet.name, pattern)) {
+        if (selection.names.empty() || wanted.contains(folded(facet.name))) {
+            facets.push_back(&facet);
+        }
+    }
+    return facets;
+}
+
+Result<Plan> planApart(const Catalog& catalog, const PlanRequest& request) {
+    Plan plan;
+    const Selection& selection = request.selection;
+    for (const Facet* const facet : facetsToPlan(catalog, selection)) {
+        addPictures(catalog, *facet, plan);
+        if (plan.size() > kMostPictures) {
+            return tooManyPictures();
+        }
+    }
+    tellApart(catalog, plan, request.needsAllSizes ? Sizes::all : Sizes::whereNeeded, request.jobs,
+              request.progress);
+    std::erase_if(plan, [&](const PlannedPicture& picture) {
+        return !selection.takesName(picture.facet->name) ||
+               !selection.takes(catalog, *picture.rendition);
+    });
+    for (const Rendition& rendition : catalog.renditions()) {
+        if (rendition.kind == Kind::unreadable && catalog.facetOf(rendition) == nullptr &&
+            selection.takesName({}) && selection.takes(catalog, rendition)) {
+            plan.push_back(planned(catalog, nullptr, rendition));
+        }
+    }
+    return plan;
+}
+
+Result<Plan> planAsTheSystem(const Catalog& catalog, const PlanRequest& request) {
+    // The caller's catalog outlives this one.
+    desktop::DesktopCatalog asked(
+        std::shared_ptr<const Catalog>(std::shared_ptr<void>(), &catalog));
+    Plan plan;
+    const Selection& selection = request.selection;
+    for (const Facet& facet : catalog.facets()) {
+        const std::string name(facet.name);
+        if (!selection.takesName(name) || !canBeAFile(name) || catalog.facet(name) != &facet) {
             continue;
         }
-        // Both are in the catalog's order.
-        const std::vector<PictureCopies> pictures = catalog::copiesOf(catalog, facet);
-        auto next = pictures.begin();
-        for (const std::size_t index : catalog.renditionsOf(facet)) {
-            const Rendition* const rendition = &catalog.renditions()[index];
-            if (next != pictures.end() && next->front() == rendition) {
-                plan.push_back({&facet, rendition, {next->begin() + 1, next->end()}});
-                ++next;
-            } else if (rendition->kind == Kind::unreadable) {
-                plan.push_back({&facet, rendition, {}});
+        for (const platform::ObjectRef& object : tools::extractedRenditions(asked, name)) {
+            const auto image = std::dynamic_pointer_cast<desktop::DesktopNamedImage>(object);
+            if (selection.takes(catalog, image->rendition())) {
+                plan.push_back(planned(catalog, &facet, image->rendition()));
             }
         }
         if (plan.size() > kMostPictures) {
             return tooManyPictures();
         }
     }
-    for (const Rendition& rendition : catalog.renditions()) {
-        if (rendition.kind == Kind::unreadable && catalog.facetOf(rendition) == nullptr &&
-            fitsPattern({}, pattern)) {
-            plan.push_back({nullptr, &rendition, {}});
-        }
+    if (request.needsAllSizes) {
+        std::vector<PlannedPicture*> pictures;
+        std::ranges::transform(plan, std::back_inserter(pictures),
+                               [](PlannedPicture& picture) { return &picture; });
+        findSizes(catalog, pictures, request.jobs, request.progress);
     }
     return plan;
+}
+
+}  // namespace
+
+tl::unexpected<desktop::Problem> tooManyPictures() {
+    return tl::unexpected(desktop::Problem{"the catalog lists more than " +
+                                           std::to_string(kMostPictures) +
+                                           " pictures, the limit: take some of them with --name"});
+}
+
+Result<Plan> planExtraction(const Catalog& catalog, const PlanRequest& request) {
+    return request.layout == FileLayout::system ? planAsTheSystem(catalog, request)
+                                                : planApart(catalog, request);
 }
 
 ExtractionQueue::ExtractionQueue(const Catalog& catalog, std::span<const PlannedPicture> plan)

@@ -1,7 +1,10 @@
 #include "cli/rendition_attributes.h"
 
+#include "desktop/catalog/pictures.h"
+
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <string_view>
 
@@ -72,6 +75,56 @@ std::string valueText(const Restriction& restriction, std::uint16_t value) {
                    : std::string(restriction.name) + " " + std::to_string(value);
 }
 
+// Of the key, behind what files are named after first. What else a key may hold has no name.
+constexpr std::array kLastTraits{
+    Attribute::look,          Attribute::element,       Attribute::part,
+    Attribute::size,          Attribute::placeholder,   Attribute::value,
+    Attribute::dimension1,    Attribute::dimension2,    Attribute::state,
+    Attribute::layer,         Attribute::scale,         Attribute::presentationState,
+    Attribute::previousValue, Attribute::previousState, Attribute::identifier,
+};
+
+constexpr std::size_t kAppearanceTrait = kIdiomTrait + 1;
+constexpr std::size_t kFirstRestriction = kAppearanceTrait + 1;
+
+constexpr std::size_t kKindTrait = kFirstRestriction + kRestrictions.size();
+constexpr std::size_t kScaleTrait = kKindTrait + 1;
+constexpr std::size_t kFirstOfLast = kScaleTrait + 1;
+static_assert(kFirstOfLast + kLastTraits.size() == kTraits);
+
+std::string_view kindText(const Rendition& rendition) {
+    return rendition.kind == catalog::Kind::vector || rendition.kind == catalog::Kind::imageFile
+               ? catalog::kindName(rendition.kind)
+               : "bitmap";
+}
+
+// "UIAppearanceDark" is "dark".
+std::string_view withoutPrefix(std::string_view name) {
+    for (const std::string_view prefix : {"UIAppearance", "NSAppearanceName"}) {
+        if (name.starts_with(prefix)) {
+            return name.substr(prefix.size());
+        }
+    }
+    return name;
+}
+
+// Small letters and digits alone.
+std::string wordOf(std::string_view text) {
+    std::string word;
+    for (const char letter : text) {
+        if (letter >= 'A' && letter <= 'Z') {
+            word += static_cast<char>(letter - 'A' + 'a');
+        } else if ((letter >= 'a' && letter <= 'z') || (letter >= '0' && letter <= '9')) {
+            word += letter;
+        }
+    }
+    return word;
+}
+
+bool hasLetter(std::string_view word) {
+    return word.find_first_not_of("0123456789") != std::string_view::npos;
+}
+
 }  // namespace
 
 std::vector<std::pair<std::string, std::uint16_t>> attributesOf(const Catalog& catalog,
@@ -108,6 +161,55 @@ std::string appearanceOf(const Catalog& catalog, const Rendition& rendition) {
         }
     }
     return number == 0 ? "" : std::to_string(number);
+}
+
+std::string appearanceWord(std::string_view name) {
+    return wordOf(withoutPrefix(name));
+}
+
+std::string appearanceWord(const Catalog& catalog, const Rendition& rendition) {
+    const std::string word = appearanceWord(appearanceOf(catalog, rendition));
+    const std::uint16_t number = catalog.attribute(rendition, Attribute::appearance);
+    return hasLetter(word) ? word : number == 0 ? "any" : "appearance" + std::to_string(number);
+}
+
+std::uint32_t traitValue(const Catalog& catalog, const Rendition& rendition, std::size_t trait) {
+    if (trait == kKindTrait) {
+        return kindText(rendition) == "bitmap" ? 0 : static_cast<std::uint32_t>(rendition.kind);
+    }
+    if (trait == kScaleTrait) {
+        const double scale = catalog::pictureScale(catalog, rendition);
+        return scale == std::trunc(scale) ? 0 : rendition.scalePercent;
+    }
+    return catalog.attribute(rendition, trait == kIdiomTrait        ? Attribute::idiom
+                                        : trait == kAppearanceTrait ? Attribute::appearance
+                                        : trait < kKindTrait
+                                            ? kRestrictions.at(trait - kFirstRestriction).attribute
+                                            : kLastTraits.at(trait - kFirstOfLast));
+}
+
+std::string traitWord(const Catalog& catalog, const Rendition& rendition, std::size_t trait) {
+    const std::uint32_t value = traitValue(catalog, rendition, trait);
+    if (trait == kIdiomTrait) {
+        const std::string word = catalog::idiomName(static_cast<std::uint16_t>(value));
+        return hasLetter(word) ? word : "idiom" + word;
+    }
+    if (trait == kAppearanceTrait) {
+        return appearanceWord(catalog, rendition);
+    }
+    if (trait == kKindTrait) {
+        return wordOf(kindText(rendition));
+    }
+    if (trait == kScaleTrait) {
+        return value == 0 ? "wholescale" : std::to_string(value) + "percent";
+    }
+    if (trait < kKindTrait) {
+        const Restriction& restriction = kRestrictions.at(trait - kFirstRestriction);
+        return value == 0 ? "any" + wordOf(restriction.name)
+                          : wordOf(valueText(restriction, static_cast<std::uint16_t>(value)));
+    }
+    const auto number = static_cast<std::size_t>(kLastTraits.at(trait - kFirstOfLast));
+    return wordOf(kNames.at(number)) + std::to_string(value);
 }
 
 }  // namespace velmoranth::cli

@@ -106,7 +106,10 @@ BitmapImageRef DesktopNamedImage::image() {
 }
 
 DesktopCatalog::DesktopCatalog(Catalog catalog)
-    : catalog_(std::make_shared<const Catalog>(std::move(catalog))) {}
+    : DesktopCatalog(std::make_shared<const Catalog>(std::move(catalog))) {}
+
+DesktopCatalog::DesktopCatalog(std::shared_ptr<const Catalog> catalog)
+    : catalog_(std::move(catalog)) {}
 
 std::vector<std::string> DesktopCatalog::allImageNames() {
     std::vector<std::string> names;

@@ -39,6 +39,7 @@ class DesktopNamedImage final : public platform::CUINamedImage {
 class DesktopCatalog final : public platform::CUICatalog {
   public:
     explicit DesktopCatalog(catalog::Catalog catalog);
+    explicit DesktopCatalog(std::shared_ptr<const catalog::Catalog> catalog);
 
     [[nodiscard]] std::string className() const override { return "CUICatalog"; }
 

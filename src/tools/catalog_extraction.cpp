@@ -59,19 +59,6 @@ OpenedCatalog openCatalog(const std::string& path, const BundleRef& bundle) {
     return again;
 }
 
-// The renditions of a name: all of them when the device's kind of images has the name, or the one
-// for cars alone.
-std::vector<ObjectRef> renditionsOf(CUICatalog& catalog, const std::string& name) {
-    if (catalog.imageWithNameScaleFactor(name, kAnyScale) != nullptr ||
-        catalog.imageWithNameScaleFactorDeviceIdiom(name, kAnyScale, kPhoneIdiom) != nullptr) {
-        return catalog.imagesWithName(name);
-    }
-    if (ObjectRef image = catalog.imageWithNameScaleFactorDeviceIdiom(name, kAnyScale, kCarIdiom)) {
-        return {std::move(image)};
-    }
-    return {};
-}
-
 // Nil for an object that is no CUINamedImage.
 std::shared_ptr<CUINamedImage> asNamedImage(const ObjectRef& object) {
     return object != nullptr &&
@@ -111,7 +98,7 @@ int extractAll(CUICatalog& catalog, const std::vector<std::string>& names,
                const std::string& folder) {
     int count = 0;
     for (const std::string& name : names) {
-        for (const ObjectRef& rendition : renditionsOf(catalog, name)) {
+        for (const ObjectRef& rendition : extractedRenditions(catalog, name)) {
             count += extractRendition(rendition, folder) ? 1 : 0;
         }
     }
@@ -156,6 +143,17 @@ void extractCatalog(const std::string& path, const std::string& extractionPath) 
 
 bool isCatalogFile(const std::string& path) {
     return lastPathComponent(path).ends_with("car");
+}
+
+std::vector<ObjectRef> extractedRenditions(CUICatalog& catalog, const std::string& name) {
+    if (catalog.imageWithNameScaleFactor(name, kAnyScale) != nullptr ||
+        catalog.imageWithNameScaleFactorDeviceIdiom(name, kAnyScale, kPhoneIdiom) != nullptr) {
+        return catalog.imagesWithName(name);
+    }
+    if (ObjectRef image = catalog.imageWithNameScaleFactorDeviceIdiom(name, kAnyScale, kCarIdiom)) {
+        return {std::move(image)};
+    }
+    return {};
 }
 
 std::string extractionFolder(const std::string& path, const std::string& extractionPath) {

@@ -2,11 +2,13 @@
 // rendition, so that names, sizes and scales can be seen. Nothing in the system calls it.
 #pragma once
 
+#include "platform/core_ui.h"
 #include "platform/foundation.h"
 #include "platform/uikit.h"
 
 #include <cstddef>
 #include <string>
+#include <vector>
 
 namespace velmoranth::tools {
 
@@ -18,6 +20,11 @@ namespace velmoranth::tools {
 // or a bundle's name.
 [[nodiscard]] std::string extractionFolder(const std::string& path,
                                            const std::string& extractionPath);
+
+// The renditions of a name that are extracted, in their order: all of them when the device's kind
+// of images has the name, or the one for cars alone.
+[[nodiscard]] std::vector<platform::ObjectRef> extractedRenditions(platform::CUICatalog& catalog,
+                                                                   const std::string& name);
 
 // The name of an image's file. Width and height are the bitmap's, in pixels; the scale is
 // truncated, and left out when it is 1 then.

@@ -90,7 +90,28 @@ TEST(ExtractedNames, NoTwoNamesAreSpelledAlike) {
 
 TEST(ExtractedNames, NoFolderIsNamedLikeAPicture) {
     EXPECT_EQ(spelled("Icon-4-4.png/x"), "Icon-4-4%2Epng/x");
+    EXPECT_EQ(spelled("Icon-4-4.PnG/x"), "Icon-4-4%2EPnG/x");
     EXPECT_EQ(spelled("Icon-4-4.png"), "Icon-4-4.png");
+    EXPECT_EQ(spelled("png/x"), "png/x");
+}
+
+TEST(ExtractedNames, SlashesMayBeSpelledInsteadOfMakingFolders) {
+    const auto flat = [](std::string_view name) {
+        return extractedPath(name, kEnding, 12, Slashes::areSpelled);
+    };
+    EXPECT_EQ(flat("a/b"), "a%2Fb-4-4.png");
+    EXPECT_EQ(flat("../x"), "..%2Fx-4-4.png");
+    EXPECT_EQ(flat("a.png/x"), "a.png%2Fx-4-4.png");
+    EXPECT_EQ(flat("a%2Fb"), "a%252Fb-4-4.png");
+    EXPECT_EQ(flat(std::string(100, '/')),
+              std::string(flat(std::string(60, '/')).substr(0, 180)) + "%~12-4-4.png");
+}
+
+TEST(ExtractedNames, LongEndingsHaveRoom) {
+    const std::string ending = "-4-4" + std::string(190, 'x') + ".png";
+    const std::string path =
+        extractedPath(std::string(300, 'a'), ending, 123456, Slashes::makeFolders);
+    EXPECT_EQ(path, std::string(255 - 8 - ending.size(), 'a') + "%~123456" + ending);
 }
 
 TEST(ExtractedNames, LongOnesAreCutAndNumbered) {
@@ -215,7 +236,7 @@ class ExtractionQueueTest : public testing::Test {
         }
         bytes_ = car.build();
         catalog.emplace(*catalog::Catalog::fromBytes(bytes_));
-        plan = *planExtraction(*catalog, "*");
+        plan = *planExtraction(*catalog, {});
     }
 
     std::optional<catalog::Catalog> catalog;
@@ -297,7 +318,7 @@ TEST_F(ExtractionFolderTest, StoppedExtractionTellsWhatItWroteAndLost) {
     }
     const tests::ByteVector file = car.build();
     const auto catalog = catalog::Catalog::fromBytes(file);
-    const auto plan = planExtraction(*catalog, "*");
+    const auto plan = planExtraction(*catalog, {});
     desktop::FileCalls calls;
     int writes = 0;
     calls.write = [&](int to, const void* from, std::size_t count) -> ssize_t {
@@ -308,12 +329,12 @@ TEST_F(ExtractionFolderTest, StoppedExtractionTellsWhatItWroteAndLost) {
         return ::write(to, from, count);
     };
     const auto out = open(calls);
-    const Extraction extraction = extractPictures(*catalog, *plan, *out, 1, [](std::size_t) {});
+    const Extraction extraction = extractPictures(*catalog, *plan, *out, {});
     ASSERT_TRUE(extraction.stopped);
     EXPECT_EQ(extraction.stopped->message,
               "the picture cannot be written: no space left on device");
     EXPECT_EQ(extraction.pictures, 2U);
-    EXPECT_EQ(extraction.files, 2U);
+    EXPECT_EQ(extraction.files.size(), 2U);
     ASSERT_EQ(extraction.lost.size(), 1U);
     EXPECT_EQ(extraction.lost.front().picture.facet->name, "Icon 1");
     EXPECT_EQ(folder.names("out/Maps.app"), "Icon 2-48-8.png Icon 3-47-8.png");

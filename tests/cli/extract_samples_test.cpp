@@ -5,7 +5,10 @@
 #include "tests/support/places.h"
 #include "tools/catalog_extraction.h"
 
+#include <nlohmann/json.hpp>
+
 #include <cstdlib>
+#include <set>
 
 namespace velmoranth::cli::extract_samples_test {
 namespace {
@@ -45,7 +48,49 @@ std::map<std::string, const Rendition*> expectedFiles(const Catalog& catalog) {
     return files;
 }
 
-TEST_F(ExtractTest, SamplesComeOutPixelForPixel) {
+std::size_t countPictures(const Catalog& catalog) {
+    std::size_t count = 0;
+    for (const catalog::Facet& facet : catalog.facets()) {
+        count += catalog::picturesOf(catalog, facet).size();
+    }
+    return count;
+}
+
+class ExtractSamples : public ExtractTest {
+  protected:
+    // By the report of an extraction: each rendition that has a name and pixels is in a file of its
+    // own, which shows it, or is another copy of one that is.
+    void expectEveryRendition(const std::string& path, const Catalog& catalog) const {
+        const auto report = nlohmann::json::parse(extract({path, "report", "--json"}).output);
+        std::set<std::string> paths;
+        std::size_t row = 0;
+        for (const catalog::Facet& facet : catalog.facets()) {
+            std::set<const Rendition*> firsts;
+            for (const Rendition* const first : catalog::picturesOf(catalog, facet)) {
+                firsts.insert(first);
+            }
+            for (const std::size_t index : catalog.renditionsOf(facet)) {
+                const Rendition& rendition = catalog.renditions()[index];
+                const auto& reported = report["renditions"].at(row++);
+                EXPECT_EQ(reported["rendition"], rendition.name);
+                ASSERT_EQ(reported["path"].is_string(), firsts.contains(&rendition)) << reported;
+                if (!reported["path"].is_string()) {
+                    continue;
+                }
+                EXPECT_TRUE(paths.insert(reported["path"]).second) << reported["path"];
+                if (rendition.kind != catalog::Kind::vector) {
+                    const auto pixels = catalog.decode(rendition);
+                    ASSERT_TRUE(pixels) << reported;
+                    expectPicture(reported["path"],
+                                  {pixels->width, pixels->height, catalog::toRgba(*pixels)});
+                }
+            }
+        }
+        EXPECT_EQ(paths.size(), countPictures(catalog));
+    }
+};
+
+TEST_F(ExtractSamples, SamplesComeOutPixelForPixel) {
     const std::vector<std::string> catalogs = samples();
     if (catalogs.empty()) {
         GTEST_SKIP() << "no samples here; name their folder in VELMORANTH_SAMPLES";
@@ -53,9 +98,10 @@ TEST_F(ExtractTest, SamplesComeOutPixelForPixel) {
     for (const std::string& path : catalogs) {
         const auto catalog = Catalog::open(path);
         ASSERT_TRUE(catalog) << path;
+        fs::remove_all(folder / "out");
         const CommandResult result = extract({path, "out"});
         EXPECT_EQ(result.code, 0) << path << result.errors;
-        const std::string out = tools::extractionFolder(path, "out");
+        const std::string out = "out";
         const auto expected = expectedFiles(*catalog);
         for (const auto& [name, rendition] : expected) {
             const auto pixels = catalog->decode(*rendition);
@@ -64,13 +110,14 @@ TEST_F(ExtractTest, SamplesComeOutPixelForPixel) {
                           {pixels->width, pixels->height, catalog::toRgba(*pixels)});
         }
         const auto written = files(out);
-        EXPECT_GE(written.size(), expected.size());
+        EXPECT_EQ(written.size(), countPictures(*catalog));
         for (const auto& [name, contents] : written) {
             EXPECT_GT(picture(out + "/" + name).width, 0U) << name;
         }
         EXPECT_NE(result.output.find("(" + std::to_string(written.size()) + " file"),
                   std::string::npos)
             << result.output;
+        expectEveryRendition(path, *catalog);
     }
 }
 
