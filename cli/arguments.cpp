@@ -17,7 +17,9 @@ Problem unknownOption(const Command& command, std::string_view name) {
     for (const Option& option : command.options) {
         names.push_back(option.name);
     }
-    names.push_back(kHelpOption.name);
+    for (const Option& option : kCommonOptions) {
+        names.push_back(option.name);
+    }
     const std::string near = suggestion(name, names);
     const std::string commandName(command.name);
     return {"velmoranth " + commandName + " has no option " + inQuotes(name) +
@@ -28,8 +30,12 @@ const Option* findOption(const Command& command, std::string_view name) {
     const auto hasName = [&](const Option& option) {
         return name == option.name || name == option.shortName;
     };
-    const auto found = std::ranges::find_if(command.options, hasName);
-    return found != command.options.end() ? &*found : hasName(kHelpOption) ? &kHelpOption : nullptr;
+    if (const auto own = std::ranges::find_if(command.options, hasName);
+        own != command.options.end()) {
+        return &*own;
+    }
+    const auto* const common = std::ranges::find_if(kCommonOptions, hasName);
+    return common != kCommonOptions.end() ? common : nullptr;
 }
 
 // What the words have too few or too many of. Whoever asks for help is still at it.
@@ -43,10 +49,16 @@ desktop::Result<void> checkCounts(const Command& command, const Arguments& argum
     if (arguments.has(kHelpOption.name)) {
         return {};
     }
+    const auto isGivenTwice = [&](const Option& option) {
+        return option.repeat == Repeat::once && arguments.values(option.name).size() > 1;
+    };
     for (const Option& option : command.options) {
-        if (option.repeat == Repeat::once && arguments.values(option.name).size() > 1) {
+        if (isGivenTwice(option)) {
             return tl::unexpected(Problem{std::string(option.name) + " is given more than once"});
         }
+    }
+    if (isGivenTwice(kColorOption)) {
+        return tl::unexpected(Problem{"--color is given more than once"});
     }
     if (positionals.size() < command.leastPositionals) {
         return tl::unexpected(Problem{name + " needs " + std::string(command.positionalNames) +

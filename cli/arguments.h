@@ -5,6 +5,7 @@
 #include "cli/messages.h"
 #include "desktop/result/result.h"
 
+#include <array>
 #include <cstddef>
 #include <map>
 #include <optional>
@@ -31,8 +32,20 @@ inline tl::unexpected<desktop::Problem> misuse(std::string message) {
     return tl::unexpected(desktop::Problem{std::move(message)});
 }
 
-// The option that every command has.
+// The options that every command has.
 inline constexpr Option kHelpOption{"--help", "-h", "", "show this text"};
+inline constexpr Option kColorOption{
+    "--color", "", "WHEN",
+    "auto (on a terminal, unless NO_COLOR is set), always or never (default auto)"};
+inline constexpr std::array kCommonOptions{kColorOption, kHelpOption};
+
+// The options of the program itself.
+inline constexpr std::array<Option, 2> kProgramOptions{
+    {{"--help", "-h", "", "show this text; velmoranth COMMAND --help shows a command's"},
+     {"--version", "", "", "show the version"}}};
+
+inline constexpr std::string_view kExitCodes =
+    "0 done, 1 nothing found or not all done, 2 wrong usage, 3 bad input";
 
 struct Command;
 

@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <optional>
 #include <ranges>
+#include <utility>
 
 namespace velmoranth::cli {
 namespace {
@@ -64,13 +65,43 @@ ExitCode unknownCommand(const std::vector<std::string>& words) {
             suggestion(given, std::views::transform(commands(), &Command::name), otherwise));
 }
 
+// Of the command, or of the commands, that the words name.
+ExitCode help(std::span<const std::string> named) {
+    const std::vector<std::string> words(named.begin(), named.end());
+    const Chosen chosen = choose(words);
+    const std::vector<const Command*> members = group(words.front());
+    if (chosen.command != nullptr && chosen.words == words.size()) {
+        print(commandHelp(*chosen.command));
+    } else if (!members.empty() && words.size() == 1) {
+        print(members.size() == 1 ? commandHelp(*members.front())
+                                  : groupHelp(words.front(), members));
+    } else {
+        return unknownCommand(words);
+    }
+    return ExitCode::done;
+}
+
+// What --color says; nothing for a word that it does not take.
+std::optional<Colors> colorsOf(const Arguments& arguments) {
+    static constexpr std::array<std::pair<std::string_view, Colors>, 3> kWords{
+        {{"auto", Colors::automatic}, {"always", Colors::always}, {"never", Colors::never}}};
+    const std::string given = arguments.value(kColorOption.name).value_or("auto");
+    const auto* const word =
+        std::ranges::find(kWords, given, &std::pair<std::string_view, Colors>::first);
+    return word == kWords.end() ? std::nullopt : std::optional(word->second);
+}
+
 ExitCode run(const std::vector<std::string>& words) {
     if (words.empty()) {
         return fail(ExitCode::wrongUsage, "a command is missing; velmoranth --help lists them");
     }
-    if (words.front() == "--help" || words.front() == "-h" || words.front() == "help") {
+    if (words.front() == "--help" || words.front() == "-h" ||
+        (words.front() == "help" && words.size() == 1)) {
         print(programHelp(commands()));
         return ExitCode::done;
+    }
+    if (words.front() == "help") {
+        return help(std::span(words).subspan(1));
     }
     if (words.front() == "--version") {
         print("velmoranth " VELMORANTH_VERSION " (" + desktop::vectorLibraries() + ")\n");
@@ -78,13 +109,8 @@ ExitCode run(const std::vector<std::string>& words) {
     }
     const Chosen chosen = choose(words);
     if (chosen.command == nullptr) {
-        const std::vector<const Command*> members = group(words.front());
-        if (!members.empty() && words.size() > 1 && (words[1] == "--help" || words[1] == "-h")) {
-            print(members.size() == 1 ? commandHelp(*members.front())
-                                      : groupHelp(words.front(), members));
-            return ExitCode::done;
-        }
-        return unknownCommand(words);
+        const bool asksForHelp = words.size() > 1 && (words[1] == "--help" || words[1] == "-h");
+        return asksForHelp ? help(std::span(words).first(1)) : unknownCommand(words);
     }
     const auto arguments =
         Arguments::parse(*chosen.command, std::span(words).subspan(chosen.words));
@@ -95,19 +121,37 @@ ExitCode run(const std::vector<std::string>& words) {
         print(commandHelp(*chosen.command));
         return ExitCode::done;
     }
+    const auto colors = colorsOf(*arguments);
+    if (!colors) {
+        return fail(ExitCode::wrongUsage, "--color takes auto, always or never, not " +
+                                              inQuotes(*arguments->value(kColorOption.name)));
+    }
+    setColors(*colors);
     return chosen.command->run(*arguments);
 }
 
 }  // namespace
 
 std::span<const Command> commands() {
-    static const std::array kCommands{
-        previewCommand(),        explainCommand(),        newCommand(),
-        convertCommand(),        packCommand(),           extractCommand(),
-        deviceInitCommand(),     hooksCommand(),          notifyCommand(),
-        soundCommand(),          settingsListCommand(),   settingsGetCommand(),
-        settingsSetCommand(),    settingsSaveCommand(),   settingsRenameCommand(),
-        settingsDeleteCommand(), settingsRestoreCommand()};
+    static const std::array kCommands{previewCommand(),
+                                      explainCommand(),
+                                      newCommand(),
+                                      convertCommand(),
+                                      packCommand(),
+                                      extractCommand(),
+                                      deviceInitCommand(),
+                                      hooksCommand(),
+                                      notifyCommand(),
+                                      soundCommand(),
+                                      settingsListCommand(),
+                                      settingsGetCommand(),
+                                      settingsSetCommand(),
+                                      settingsSaveCommand(),
+                                      settingsRenameCommand(),
+                                      settingsDeleteCommand(),
+                                      settingsRestoreCommand(),
+                                      completionCommand(),
+                                      manCommand()};
     return kCommands;
 }
 

@@ -22,5 +22,7 @@ namespace velmoranth::cli {
 [[nodiscard]] Command settingsRenameCommand();
 [[nodiscard]] Command settingsDeleteCommand();
 [[nodiscard]] Command settingsRestoreCommand();
+[[nodiscard]] Command completionCommand();
+[[nodiscard]] Command manCommand();
 
 }  // namespace velmoranth::cli

@@ -61,11 +61,11 @@ std::string programHelp(std::span<const Command> commands) {
         rows.emplace_back(command.name, command.summary);
     }
     text += twoColumns(rows) + "\noptions:\n";
-    text +=
-        twoColumns({{"-h, --help", "show this text; velmoranth COMMAND --help shows a command's"},
-                    {"--version", "show the version"}});
-    text += "\nexit codes: 0 done, 1 nothing found or not all done, 2 wrong usage, 3 bad input\n";
-    return text;
+    rows.clear();
+    for (const Option& option : kProgramOptions) {
+        rows.emplace_back(label(option), option.summary);
+    }
+    return text + twoColumns(rows) + "\nexit codes: " + std::string(kExitCodes) + "\n";
 }
 
 std::string groupHelp(const std::string& word, const std::vector<const Command*>& members) {
@@ -85,7 +85,7 @@ std::string commandHelp(const Command& command) {
     if (!command.positionalNames.empty()) {
         text += " " + std::string(command.positionalNames);
     }
-    text += command.options.empty() ? "\n\n" : " [OPTION...]\n\n";
+    text += " [OPTION...]\n\n";
     text += std::string(command.summary) + "\n";
     if (!command.description.empty()) {
         text += "\n" + std::string(command.description) + "\n";
@@ -94,7 +94,9 @@ std::string commandHelp(const Command& command) {
     for (const Option& option : command.options) {
         rows.emplace_back(label(option), option.summary);
     }
-    rows.emplace_back(label(kHelpOption), kHelpOption.summary);
+    for (const Option& option : kCommonOptions) {
+        rows.emplace_back(label(option), option.summary);
+    }
     text += "\noptions:\n" + twoColumns(rows);
     if (command.moreHelp != nullptr) {
         text += "\n" + command.moreHelp();

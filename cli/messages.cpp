@@ -31,7 +31,15 @@ std::string oneLine(std::string_view text) {
     return line;
 }
 
+Colors& chosenColors() {
+    static Colors colors = Colors::automatic;
+    return colors;
+}
+
 bool colors(int descriptor) {
+    if (chosenColors() != Colors::automatic) {
+        return chosenColors() == Colors::always;
+    }
     const char* const noColor = std::getenv("NO_COLOR");
     return (noColor == nullptr || *noColor == '\0') && ::isatty(descriptor) == 1;
 }
@@ -156,6 +164,10 @@ void print(std::string_view text) {
 
 bool flushResults() {
     return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+}
+
+void setColors(Colors colors) {
+    chosenColors() = colors;
 }
 
 bool colorsResults() {

@@ -73,7 +73,12 @@ void print(std::string_view text);
 // Whether everything that was printed has arrived.
 [[nodiscard]] bool flushResults();
 
-// Whether results may be coloured: standard output is a terminal and NO_COLOR is unset or empty.
+// When results and messages are coloured. automatic: on a terminal, unless NO_COLOR is set to
+// something; so it is until setColors() says otherwise.
+enum class Colors { automatic, always, never };
+void setColors(Colors colors);
+
+// Whether results may be coloured.
 [[nodiscard]] bool colorsResults();
 
 }  // namespace velmoranth::cli

@@ -17,7 +17,7 @@ namespace velmoranth::cli {
 namespace {
 
 constexpr std::array<Option, 2> kNewOptions{{
-    {"--color", "", "RRGGBB", "the colour that everything is drawn in (2F6F73)"},
+    {"--tint", "", "RRGGBB", "the colour that everything is drawn in (2F6F73)"},
     {"--author", "", "NAME", "who makes it: NAME <ADDRESS>"},
 }};
 
@@ -51,11 +51,11 @@ ExitCode runNew(const Arguments& arguments) {
     if (!isPlainText(starter.author)) {
         return fail(ExitCode::wrongUsage, "--author takes a line of text");
     }
-    if (const auto given = arguments.value("--color")) {
+    if (const auto given = arguments.value("--tint")) {
         const auto color = readColor(*given);
         if (!color) {
             return fail(ExitCode::wrongUsage,
-                        "--color takes six hexadecimal digits, not " + inQuotes(*given));
+                        "--tint takes six hexadecimal digits, not " + inQuotes(*given));
         }
         starter.color = *color;
     }
@@ -79,7 +79,7 @@ Command newCommand() {
                 "in their places.",
             .options = kNewOptions,
             .examples = {"velmoranth new Sunset",
-                         "velmoranth new Sunset --color C8553D --author 'Ann <ann@example.com>'"},
+                         "velmoranth new Sunset --tint C8553D --author 'Ann <ann@example.com>'"},
             .leastPositionals = 1,
             .mostPositionals = 1,
             .run = runNew};

@@ -243,7 +243,8 @@ Command settingsSaveCommand() {
                 "Copies lie in /User/Library/VelMoranth/UserSettings; a blank before "
                 "and after NAME belongs to a file's name.",
             .options = kSettingsOptions,
-            .examples = {"velmoranth settings save Night --root mydevice"},
+            .examples = {"velmoranth settings save Night --root mydevice",
+                         "velmoranth settings save 'Late night' --root mydevice"},
             .leastPositionals = 1,
             .mostPositionals = 1,
             .run = runSave};
@@ -255,7 +256,8 @@ Command settingsRenameCommand() {
             .positionalNames = "OLD NEW",
             .description = {},
             .options = kSettingsOptions,
-            .examples = {"velmoranth settings rename Night 'Night with shadows' --root mydevice"},
+            .examples = {"velmoranth settings rename Night 'Night with shadows' --root mydevice",
+                         "velmoranth settings rename 'Night with shadows' Dusk --root mydevice"},
             .leastPositionals = 2,
             .mostPositionals = 2,
             .run = runRename};
@@ -267,7 +269,8 @@ Command settingsDeleteCommand() {
             .positionalNames = "NAME",
             .description = {},
             .options = kSettingsOptions,
-            .examples = {"velmoranth settings delete Night --root mydevice"},
+            .examples = {"velmoranth settings delete Night --root mydevice",
+                         "velmoranth settings delete 'Late night' --root mydevice"},
             .leastPositionals = 1,
             .mostPositionals = 1,
             .run = runDelete};

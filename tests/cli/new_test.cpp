@@ -112,8 +112,8 @@ TEST_F(New, everythingInItShows) {
 }
 
 TEST_F(New, theMakersColorIsEverywhere) {
-    EXPECT_EQ(run({"new", "A", "--color", "FF00FE"}).code, 0);
-    EXPECT_EQ(run({"new", "B.theme", "--color", "#ff00fe"}).code, 0);
+    EXPECT_EQ(run({"new", "A", "--tint", "FF00FE"}).code, 0);
+    EXPECT_EQ(run({"new", "B.theme", "--tint", "#ff00fe"}).code, 0);
     EXPECT_EQ(folder.names("work"), "A.theme B.theme");
     for (const std::string& file : filesOf("work/A.theme")) {
         EXPECT_EQ(
@@ -154,8 +154,8 @@ TEST_F(New, whatIsThereStaysAndWrongNamesAreRefused) {
                       "NAME is the new theme's name, and \"" + shownName + "\" can be none");
     }
     for (const std::string color : {"", "red", "12345", "1234567", "#12345", "-12345", "0x1234"}) {
-        expectRefused({"D", "--color", color}, 2,
-                      "--color takes six hexadecimal digits, not \"" + color + "\"");
+        expectRefused({"D", "--tint", color}, 2,
+                      "--tint takes six hexadecimal digits, not \"" + color + "\"");
     }
     expectRefused({"D", "--author", "a\nb"}, 2, "--author takes a line of text");
     EXPECT_EQ(folder.names("work"), "A.theme B.theme");
