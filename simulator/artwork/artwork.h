@@ -33,6 +33,10 @@ inline constexpr double kIconCornerRadiusShare = 0.225;
 /// is empty only for a size out of range.
 std::vector<std::uint8_t> drawStockIcon(const std::string& bundleIdentifier, int pixels);
 
+/// A name for what drawStockIcon() draws: apps without artwork of their own that have one letter
+/// look alike and share one.
+std::string stockIconLook(const std::string& bundleIdentifier);
+
 /// Whether there is artwork made for this identifier. Exact spelling, as the platform has it.
 bool hasStockIcon(std::string_view bundleIdentifier);
 

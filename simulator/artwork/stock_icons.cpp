@@ -152,6 +152,12 @@ std::vector<std::uint8_t> drawStockIcon(const std::string& bundleIdentifier, int
         .bgra;
 }
 
+std::string stockIconLook(const std::string& bundleIdentifier) {
+    // No app's identifier has a space.
+    return hasStockIcon(bundleIdentifier) ? bundleIdentifier
+                                          : "letter " + std::string(1, initialOf(bundleIdentifier));
+}
+
 std::vector<std::uint8_t> drawClockFace(int pixels) {
     return drawClockBackground(pixels, 1).bgra;
 }

@@ -74,6 +74,26 @@ desktop::Result<Answer> RunningScreen::ask(const Question& question) {
     return child_->receiveAnswer(timeLimit_);
 }
 
+desktop::Result<std::vector<record::Record>> RunningScreen::askApart(
+    const std::vector<Question>& questions) {
+    child_->send(MessageKind::askApart, toJson(questions));
+    std::vector<record::Record> files;
+    files.reserve(questions.size());
+    while (files.size() < questions.size()) {
+        const auto answer = child_->receive(MessageKind::filesAsked, timeLimit_);
+        if (!answer) {
+            return tl::unexpected(answer.error());
+        }
+        auto asked = filesFromBytes(answer->payload);
+        if (!asked) {
+            child_->stop();
+            return tl::unexpected(desktop::Problem{"the simulated process sent what is no record"});
+        }
+        files.push_back(std::move(*asked));
+    }
+    return files;
+}
+
 record::Record RunningScreen::takeRecord() {
     return child_->takeRecord();
 }

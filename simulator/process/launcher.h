@@ -149,6 +149,14 @@ class RunningScreen {
     // process goes on.
     [[nodiscard]] desktop::Result<Answer> ask(const Question& question);
 
+    // Sends the messages behind the questions, in order, in a copy of the process that ends with
+    // the last of them: whatever they leave behind is gone with it, so that no later call finds
+    // anything kept. What each has asked of files, the entries of found, missing and unreadable
+    // ones alone; nothing for a message that the system does not have, or in a process that is not
+    // recorded. A problem when the copy does not come to its end.
+    [[nodiscard]] desktop::Result<std::vector<record::Record>> askApart(
+        const std::vector<Question>& questions);
+
     // What the process has done since it started, the last picture or the last question; after it
     // has ended too.
     [[nodiscard]] record::Record takeRecord();

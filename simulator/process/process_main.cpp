@@ -8,6 +8,7 @@
 
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
@@ -53,6 +54,15 @@ class Launcher {
         }
     }
 
+    // Log lines stay here from now on.
+    void keepQuiet() { isQuiet_ = true; }
+
+    void log(const std::string& line) {
+        if (!isQuiet_) {
+            send(MessageKind::log, line);
+        }
+    }
+
     [[noreturn]] void fail(const desktop::Problem& problem) {
         send(MessageKind::problem, toJson(problem));
         end(1);
@@ -60,6 +70,7 @@ class Launcher {
 
   private:
     std::mutex mutex_;
+    bool isQuiet_ = false;
 };
 
 class RecordToLauncher final : public record::RecordListener {
@@ -67,15 +78,36 @@ class RecordToLauncher final : public record::RecordListener {
     explicit RecordToLauncher(Launcher& launcher) : launcher_(launcher) {}
 
     void added(const record::Entry& entry) override {
+        if (keepsFiles_) {
+            keep(entry);
+            return;
+        }
         launcher_.send(MessageKind::recorded, record::toBytes(entry));
     }
 
     void answered(std::size_t place, const std::string& answer) override {
-        launcher_.send(MessageKind::recordedAnswer, std::to_string(place) + " " + answer);
+        if (!keepsFiles_) {
+            launcher_.send(MessageKind::recordedAnswer, std::to_string(place) + " " + answer);
+        }
     }
 
+    // From now on entries about files are kept, and no others.
+    void keepFiles() { keepsFiles_ = true; }
+
+    // Those since the last time.
+    [[nodiscard]] record::Record takeFiles() { return std::exchange(files_, {}); }
+
   private:
+    void keep(const record::Entry& entry) {
+        if (entry.kind == record::EntryKind::found || entry.kind == record::EntryKind::missing ||
+            entry.kind == record::EntryKind::unreadable) {
+            files_.push_back(entry);
+        }
+    }
+
     Launcher& launcher_;
+    bool keepsFiles_ = false;
+    record::Record files_;
 };
 
 void sendPixels(Launcher& launcher, const desktop::PixelView& pixels) {
@@ -103,6 +135,30 @@ void sendAnswer(Launcher& launcher, SimulatedProcess& process, const Question& q
                   toJson(ScreenHeader{
                       .width = pixels.width, .height = pixels.height, .scale = (*image)->scale()}));
     sendPixels(launcher, pixels);
+}
+
+// In a copy of this process, which has one thread. What goes wrong in it ends this one as well.
+void answerApart(Launcher& launcher, SimulatedProcess& process, RecordToLauncher& listener,
+                 const std::vector<Question>& questions) {
+    const pid_t copy = fork();
+    if (copy < 0) {
+        launcher.fail({"the process cannot be copied"});
+    }
+    if (copy == 0) {
+        launcher.keepQuiet();
+        listener.keepFiles();
+        for (const Question& question : questions) {
+            static_cast<void>(ask(question, process.context()));
+            launcher.send(MessageKind::filesAsked, filesToBytes(listener.takeFiles()));
+        }
+        end(0);
+    }
+    int status = 0;
+    while (waitpid(copy, &status, 0) < 0 && errno == EINTR) {
+    }
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
+        launcher.fail({"a copy of the process ended early"});
+    }
 }
 
 void sendScreen(Launcher& launcher, SimulatedProcess& process, double scale) {
@@ -192,7 +248,8 @@ void waitForLauncher(Launcher& launcher, SimulatedProcess& process) {
     }
 }
 
-[[noreturn]] void serve(Launcher& launcher, SimulatedProcess& process, double scale) {
+[[noreturn]] void serve(Launcher& launcher, SimulatedProcess& process, RecordToLauncher& listener,
+                        double scale) {
     while (true) {
         waitForLauncher(launcher, process);
         Message message;
@@ -203,6 +260,10 @@ void waitForLauncher(Launcher& launcher, SimulatedProcess& process) {
             sendScreen(launcher, process, scale);
         } else if (message.kind == MessageKind::ask) {
             sendAnswer(launcher, process, fromJson<Question>(message.payload).value_or(Question()));
+        } else if (message.kind == MessageKind::askApart) {
+            answerApart(
+                launcher, process, listener,
+                fromJson<std::vector<Question>>(message.payload).value_or(std::vector<Question>()));
         } else if (message.kind == MessageKind::showPage && process.hasScreen()) {
             int page = 1;
             std::from_chars(message.payload.data(), message.payload.data() + message.payload.size(),
@@ -244,13 +305,13 @@ int simulatedProcessMain(int argc, char** argv) {
     }
     RecordToLauncher listener(launcher);
     auto process = SimulatedProcess::start(
-        *request, [&launcher](const std::string& line) { launcher.send(MessageKind::log, line); },
+        *request, [&launcher](const std::string& line) { launcher.log(line); },
         request->isRecorded ? &listener : nullptr);
     if (!process) {
         launcher.fail(process.error());
     }
     launcher.send(MessageKind::ready);
-    serve(launcher, **process, request->device.screen.scale);
+    serve(launcher, **process, listener, request->device.screen.scale);
 }
 
 }  // namespace velmoranth::simulator

@@ -111,6 +111,38 @@ bool waitForMessage(int descriptor, Clock::time_point deadline) {
     return await(descriptor, POLLIN, deadline);
 }
 
+std::string filesToBytes(const record::Record& record) {
+    std::string bytes;
+    for (const record::Entry& entry : record) {
+        const std::string one = record::toBytes(entry);
+        const auto length = static_cast<std::uint32_t>(one.size());
+        std::array<char, sizeof length> start{};
+        std::memcpy(start.data(), &length, sizeof length);
+        bytes.append(start.data(), start.size());
+        bytes += one;
+    }
+    return bytes;
+}
+
+std::optional<record::Record> filesFromBytes(std::string_view bytes) {
+    record::Record record;
+    while (!bytes.empty()) {
+        std::uint32_t length = 0;
+        if (bytes.size() < sizeof length) {
+            return std::nullopt;
+        }
+        std::memcpy(&length, bytes.data(), sizeof length);
+        bytes.remove_prefix(sizeof length);
+        auto entry = record::fromBytes(bytes.substr(0, length));
+        if (length > bytes.size() || !entry) {
+            return std::nullopt;
+        }
+        bytes.remove_prefix(length);
+        record.push_back(std::move(*entry));
+    }
+    return record;
+}
+
 Received receiveMessage(int descriptor, Message& message,
                         std::optional<Clock::time_point> deadline) {
     std::array<char, sizeof(Header)> start{};

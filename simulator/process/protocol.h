@@ -28,13 +28,15 @@ enum class MessageKind : std::uint32_t {
     showPage,     // the page in decimal digits
     act,          // JSON of an action
     ask,          // JSON of a question
+    askApart,     // JSON of several
     stop,         // empty
     // From the process.
-    ready,     // empty: the home screen is there
-    acted,     // empty, or JSON of why the action could not be done
-    answer,    // JSON of a picture's size, 0 × 0 for none, or of why there is no such question
-    log,       // one line
-    recorded,  // an entry of the record, as record::toBytes
+    ready,       // empty: the home screen is there
+    acted,       // empty, or JSON of why the action could not be done
+    answer,      // JSON of a picture's size, 0 × 0 for none, or of why there is no such question
+    log,         // one line
+    filesAsked,  // the entries about files of a question asked apart, as filesToBytes
+    recorded,    // an entry of the record, as record::toBytes
     recordedAnswer,  // the place of an entry in decimal digits, a blank, and its answer
     notice,          // empty: notifications have been delivered
     screen,          // JSON of a screen; its pixels follow
@@ -66,6 +68,11 @@ enum class Received { message, closed, late, malformed };
 [[nodiscard]] Received receiveMessage(int descriptor, Message& message,
                                       std::optional<Clock::time_point> deadline = {});
 
+// Entries of a record in one payload, and back: nothing when the bytes are not what filesToBytes
+// makes.
+[[nodiscard]] std::string filesToBytes(const record::Record& record);
+[[nodiscard]] std::optional<record::Record> filesFromBytes(std::string_view bytes);
+
 // A screen without its pixels.
 struct ScreenHeader {
     std::size_t width = 0;   // pixels
@@ -78,7 +85,8 @@ struct ScreenHeader {
     std::size_t peakMemoryBytes = 0;
 };
 
-// The types are ScreenRequest, ScreenAction, Question, ScreenHeader and desktop::Problem.
+// The types are ScreenRequest, ScreenAction, Question, a vector of these, ScreenHeader and
+// desktop::Problem.
 template <class T>
 [[nodiscard]] std::string toJson(const T& value);
 // Nothing when the text is not what toJson makes.

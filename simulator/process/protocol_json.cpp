@@ -183,11 +183,13 @@ std::optional<T> fromJson(std::string_view text) {
 template std::string toJson(const ScreenRequest&);
 template std::string toJson(const ScreenAction&);
 template std::string toJson(const Question&);
+template std::string toJson(const std::vector<Question>&);
 template std::string toJson(const ScreenHeader&);
 template std::string toJson(const desktop::Problem&);
 template std::optional<ScreenRequest> fromJson(std::string_view);
 template std::optional<ScreenAction> fromJson(std::string_view);
 template std::optional<Question> fromJson(std::string_view);
+template std::optional<std::vector<Question>> fromJson(std::string_view);
 template std::optional<ScreenHeader> fromJson(std::string_view);
 template std::optional<desktop::Problem> fromJson(std::string_view);
 

@@ -22,19 +22,21 @@ platform::BitmapImageRef bitmapOf(FurniturePicture picture) {
 
 platform::ImageRef StockImages::icon(const std::string& bundleIdentifier, double side, double scale,
                                      IconMasking masking) {
-    return kept(bundleIdentifier, bundleIdentifier, side, scale, masking,
-                [&](int pixels) { return drawStockIcon(bundleIdentifier, pixels); });
+    return kept(bundleIdentifier, bundleIdentifier, stockIconLook(bundleIdentifier), side, scale,
+                masking, [&](int pixels) { return drawStockIcon(bundleIdentifier, pixels); });
 }
 
 platform::ImageRef StockImages::calendarBase(double side, double scale) {
     // No app's identifier has a space.
-    return kept(std::string(kCalendarIdentifier), "calendar base", side, scale, IconMasking::masked,
+    const std::string name = "calendar base";
+    return kept(std::string(kCalendarIdentifier), name, name, side, scale, IconMasking::masked,
                 [](int pixels) { return drawCalendarBase(pixels, 1).bgra; });
 }
 
 platform::ImageRef StockImages::kept(
-    const std::string& bundleIdentifier, const std::string& name, double side, double scale,
-    IconMasking masking, const std::function<std::vector<std::uint8_t>(int pixels)>& draw) {
+    const std::string& bundleIdentifier, const std::string& name, const std::string& look,
+    double side, double scale, IconMasking masking,
+    const std::function<std::vector<std::uint8_t>(int pixels)>& draw) {
     const double wanted = std::round(side * scale);
     const bool drawable = wanted >= 1 && wanted <= kMaximumIconPixels;  // false for a NaN
     const std::scoped_lock lock(mutex_);
@@ -45,16 +47,19 @@ platform::ImageRef StockImages::kept(
     const int pixels = static_cast<int>(wanted);
     platform::ImageRef& icon = icons_[{name, pixels, scale, masking}];
     if (icon == nullptr) {
-        std::vector<std::uint8_t> drawn = draw(pixels);
-        if (masking == IconMasking::masked) {
-            applyIconShape(drawn, pixels);
+        auto& shared = looks_[{look, pixels, scale, masking}];
+        if (shared == nullptr) {
+            std::vector<std::uint8_t> drawn = draw(pixels);
+            if (masking == IconMasking::masked) {
+                applyIconShape(drawn, pixels);
+            }
+            shared = std::make_shared<const platform::Data>(std::move(drawn));
         }
         const auto length = static_cast<std::size_t>(pixels);
-        icon =
-            images_.makeImage(desktop::DesktopBitmapImage::createPremultiplied(
-                                  std::make_shared<const platform::Data>(std::move(drawn)),
-                                  {length, length}, length * 4, masking == IconMasking::unmasked),
-                              scale);
+        icon = images_.makeImage(
+            desktop::DesktopBitmapImage::createPremultiplied(shared, {length, length}, length * 4,
+                                                             masking == IconMasking::unmasked),
+            scale);
     }
     return icon;
 }

@@ -61,14 +61,17 @@ class StockImages {
         friend auto operator<=>(const Key&, const Key&) = default;
     };
 
-    // The image that is kept under `name`, or the square of the pixels that `draw` gives.
+    // The image that is kept under `name`, or the square of the pixels that `draw` gives, which are
+    // kept for all names of that look.
     [[nodiscard]] platform::ImageRef kept(
-        const std::string& bundleIdentifier, const std::string& name, double side, double scale,
-        IconMasking masking, const std::function<std::vector<std::uint8_t>(int pixels)>& draw);
+        const std::string& bundleIdentifier, const std::string& name, const std::string& look,
+        double side, double scale, IconMasking masking,
+        const std::function<std::vector<std::uint8_t>(int pixels)>& draw);
 
     const desktop::DesktopImages& images_;
     mutable std::mutex mutex_;
     std::map<Key, platform::ImageRef> icons_;
+    std::map<Key, std::shared_ptr<const platform::Data>> looks_;
     std::map<std::string, int> requests_;
 };
 

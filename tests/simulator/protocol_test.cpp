@@ -94,6 +94,32 @@ TEST_F(Protocol, SenderDoesNotWaitForEverForASleepingReceiver) {
     EXPECT_FALSE(sendMessage(ends[0], MessageKind::pixels, text, soon()));
 }
 
+TEST(ProtocolFiles, EntriesComeBackAsTheyWere) {
+    const record::Record record{
+        {.kind = record::EntryKind::found, .depth = 2, .message = "m", .subject = "/a"},
+        {.kind = record::EntryKind::unreadable,
+         .subject = "/b",
+         .arguments = {"\"/a\""},
+         .reason = "why"}};
+    const std::string bytes = filesToBytes(record);
+    EXPECT_EQ(filesFromBytes(bytes), record);
+    EXPECT_EQ(filesFromBytes(""), record::Record());
+    for (std::size_t length = 1; length < bytes.size(); ++length) {
+        const auto cut = filesFromBytes(std::string_view(bytes).substr(0, length));
+        EXPECT_TRUE(!cut || cut->size() == 1) << length;
+    }
+    EXPECT_FALSE(filesFromBytes(bytes + "x"));
+    EXPECT_FALSE(filesFromBytes("\xFF\xFF\xFF\xFF"));
+}
+
+TEST(ProtocolJson, QuestionsComeBackAsTheyWere) {
+    const std::vector<Question> questions{{"icon", "a", ""}, {"image", "b", "c"}};
+    EXPECT_EQ(fromJson<std::vector<Question>>(toJson(questions)), questions);
+    EXPECT_EQ(fromJson<std::vector<Question>>("[]"), std::vector<Question>());
+    EXPECT_FALSE(fromJson<std::vector<Question>>("{}"));
+    EXPECT_FALSE(fromJson<std::vector<Question>>("[{\"word\":\"icon\"}]"));
+}
+
 TEST(ProtocolJson, RequestComesBackAsItWas) {
     ScreenRequest request;
     request.device = deviceConfiguration("pad", 12).value();
