@@ -75,10 +75,15 @@ class CalendarList {
 
     [[nodiscard]] Dictionary& list() { return list_; }
 
-    // A line each.
+    // A line each, and what each of them is.
     [[nodiscard]] const std::string& changes() const { return changes_; }
 
-    void changed(const std::string& what) { changes_ += (changes_.empty() ? "" : "\n") + what; }
+    [[nodiscard]] const std::vector<Repair>& repairs() const { return repairs_; }
+
+    void changed(const std::string& what, Repair repair) {
+        changes_ += (changes_.empty() ? "" : "\n") + what;
+        repairs_.push_back(repair);
+    }
 
   private:
     void say(std::string what) { draft_.note(kList, std::move(what)); }
@@ -111,7 +116,7 @@ class CalendarList {
         if (value == nullptr && style != nullptr && style->as<std::string>() != nullptr) {
             StyledText styled = styledText(*style->as<std::string>(), installed(row.settings));
             list_.insert_or_assign(row.settings, std::move(styled.settings));
-            changed(std::string(row.settings) + " from " + row.style);
+            changed(std::string(row.settings) + " from " + row.style, Repair::styleSheet);
             for (const std::string& lost : styled.lost) {
                 say(std::string(row.style) + ": " + lost);
             }
@@ -128,8 +133,8 @@ class CalendarList {
                 settings.emplace(misspelt.key, found->second);
             }
             settings.erase(settings.find(misspelt.found));
-            changed(std::string(row.settings) + ": " + misspelt.found + " is spelt " +
-                    misspelt.key);
+            changed(std::string(row.settings) + ": " + misspelt.found + " is spelt " + misspelt.key,
+                    Repair::misspeltKey);
         }
     }
 
@@ -149,11 +154,11 @@ class CalendarList {
         }
         if (found->alpha == 0 && std::string_view(key) == "ShadowColor") {
             settings.erase(settings.find(key));
-            changed(about + " is no shadow");
+            changed(about + " is no shadow", Repair::color);
             return;
         }
         settings.insert_or_assign(key, found->digits);
-        changed(about + " is written " + found->digits);
+        changed(about + " is written " + found->digits, Repair::color);
         if (found->alpha < 1) {
             say(about + ": its alpha is lost");
         }
@@ -168,7 +173,7 @@ class CalendarList {
         for (const TextRow& row : kTexts) {
             if (!list_.contains(row.settings) && calendar_.contains(row.settings)) {
                 list_.insert_or_assign(row.settings, installed(row.settings));
-                changed(std::string(row.settings) + " as a device has it");
+                changed(std::string(row.settings) + " as a device has it", Repair::missingSettings);
             }
         }
     }
@@ -192,6 +197,7 @@ class CalendarList {
             }
             if (const std::string source = nearestIcon(*identifier); !source.empty()) {
                 MadeFile made = draft_.made(source);
+                made.repairs.clear();
                 made.why = "FuzzyBundleIdentifiers names it, and " + source + " resembles it";
                 draft_.make(target, std::move(made));
             } else {
@@ -230,6 +236,7 @@ class CalendarList {
     Dictionary list_;
     const Dictionary& calendar_;
     std::string changes_;
+    std::vector<Repair> repairs_;
 };
 
 }  // namespace
@@ -240,27 +247,27 @@ void makeCalendarList(Draft& draft, const Dictionary& calendar) {
     }
     const auto bytes = readWhole(draft.folder() + "/" + kList);
     if (!bytes) {
-        draft.leaveOut(kList, bytes.error().message);
+        draft.leaveOut(kList, bytes.error().message, Repair::none);
         return;
     }
     const auto read = readRepaired(*bytes);
     if (!read) {
-        draft.leaveOut(kList, read.error().message);
+        draft.leaveOut(kList, read.error().message, Repair::none);
         return;
     }
     if (read->value.as<Dictionary>() == nullptr) {
-        draft.leaveOut(kList, "it is no dictionary");
+        draft.leaveOut(kList, "it is no dictionary", Repair::none);
         return;
     }
     CalendarList list(draft, *read->value.as<Dictionary>(), calendar);
     if (!read->repair.empty()) {
-        list.changed(read->repair);
+        list.changed(read->repair, Repair::listText);
     }
     list.go();
     if (!list.changes().empty()) {
         draft.make(kList,
                    {kList, Work::write, desktop::writeXmlPropertyList(PropertyList(list.list())),
-                    list.changes()});
+                    list.changes(), list.repairs()});
         draft.take(kList);
     }
 }

@@ -3,6 +3,8 @@
 
 #include "desktop/result/result.h"
 
+#include "makers/conversion/repairs.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -20,6 +22,9 @@ struct ThemeFile {
 struct LeftOut {
     std::string name;
     std::string why;
+    Repair repair = Repair::none;
+    // Of Repair::otherIcon: the name that is looked for, and that another file gets.
+    std::string wanted = {};
 
     friend bool operator==(const LeftOut&, const LeftOut&) = default;
 };

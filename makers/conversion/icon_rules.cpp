@@ -32,21 +32,19 @@ struct Candidate {
 };
 
 // Of a name without scale, device and ending: what speaks against its being an icon's.
-std::string_view whyNoIcon(std::string_view base) {
+Repair whyNoIcon(std::string_view base) {
     const std::string lower = lowerCase(base);
     for (const std::string_view look : {"-dark", "-tinted"}) {
         if (lower.ends_with(look)) {
-            return "icons for a dark or tinted screen are of newer systems";
+            return Repair::newerSystem;
         }
     }
     for (const std::string_view leftover : {"-alt", "-old", "-copy", "_old", "_copy"}) {
         if (lower.ends_with(leftover)) {
-            return "the name looks like one that was left over from editing";
+            return Repair::leftover;
         }
     }
-    return base.find(' ') == std::string_view::npos
-               ? std::string_view()
-               : "the name looks like one that was left over from editing";
+    return base.find(' ') == std::string_view::npos ? Repair::none : Repair::leftover;
 }
 
 bool takeLarge(PictureName& name) {
@@ -91,20 +89,6 @@ bool isIconKind(std::string_view base) {
     return false;
 }
 
-// A bundle that has an icon on the home screen, as far as its name says.
-bool isApp(std::string_view identifier) {
-    if (knownIdentifier(identifier)) {
-        return true;
-    }
-    const std::string lower = lowerCase(identifier);
-    for (const std::string_view other : {"framework", "bundle", "preferences", "prefs"}) {
-        if (lower.ends_with(other)) {
-            return false;
-        }
-    }
-    return !lower.starts_with("com.apple.") && lower.find('.') != std::string::npos;
-}
-
 // Of "Folders/NAME.app".
 std::optional<std::string_view> identifierOfNamedFolder(std::string_view folder) {
     constexpr std::string_view kApp = ".app";
@@ -144,10 +128,10 @@ class Icons {
         Candidate candidate{file, {}, Place::byIdentifier};
         candidate.name = iconName(file, candidate.isLarge);
         if (folder == kIcons || (folder.empty() && isIdentifier(candidate.name.base))) {
-            std::string_view why = whyNoIcon(pictureName(file).base);
-            why = why.empty() ? whyNoIcon(candidate.name.base) : why;
-            if (!why.empty()) {
-                draft_.leaveOut(file, std::string(why));
+            Repair why = whyNoIcon(pictureName(file).base);
+            why = why == Repair::none ? whyNoIcon(candidate.name.base) : why;
+            if (why != Repair::none) {
+                draft_.leaveOut(file, why);
             } else {
                 add(candidate.name.base, candidate);
             }
@@ -172,11 +156,11 @@ class Icons {
         candidate.place = Place::byName;
         if (const auto identifier = identifierOfName(base)) {
             add(std::string(*identifier), candidate);
-        } else if (isIdentifier(base) && whyNoIcon(base).empty()) {
+        } else if (isIdentifier(base) && whyNoIcon(base) == Repair::none) {
             candidate.place = Place::byIdentifier;
             add(base, candidate);
         } else {
-            draft_.leaveOut(candidate.file, "no app of that name is known");
+            draft_.leaveOut(candidate.file, "no app of that name is known", Repair::none);
         }
     }
 
@@ -202,7 +186,7 @@ class Icons {
     void sort(std::vector<Candidate>& candidates) {
         for (const Candidate& candidate : candidates) {
             if (!facts(candidate).isPicture()) {
-                draft_.leaveOut(candidate.file, facts(candidate).problem);
+                draft_.leaveOut(candidate.file, facts(candidate).problem, Repair::noPicture);
             }
         }
         std::erase_if(candidates,
@@ -232,7 +216,7 @@ class Icons {
             const std::vector<Candidate>& candidates = candidates_.at(identifier);
             if (known && !candidates.empty() && !taken.empty() &&
                 isSame(candidates.front().file, taken)) {
-                leaveOut(candidates, "the same picture as " + taken);
+                leaveOut(candidates, "the same picture as " + taken, targetOf(own));
             } else if (known && taken.empty()) {
                 taken = makeIcon(identifier, own);
             } else {
@@ -249,28 +233,35 @@ class Icons {
         }
         const Candidate& best = candidates.front();
         const PictureFacts& picture = facts(best);
-        const std::string target =
-            std::string(kIcons) + "/" + targetIdentifier + std::string(kLarge) + ".png";
+        const std::string target = targetOf(targetIdentifier);
         const bool isLarger = std::max(picture.width, picture.height) > kLongestSide;
-        std::string why = best.file == target ? "" : "an app's icon is looked for under that name";
+        MadeFile made =
+            best.file == target ? MadeFile{best.file} : Draft::copied(best.file, Repair::iconName);
         if (isLarger) {
-            why = "made smaller: " + std::to_string(picture.width) + " × " +
-                  std::to_string(picture.height) + " pixels are more than any icon shows";
+            made.work = Work::shrink;
+            made.repairs.push_back(Repair::smallerIcon);
+            made.why = "made smaller: " + std::to_string(picture.width) + " × " +
+                       std::to_string(picture.height) + " pixels are more than any icon shows";
         }
-        draft_.make(target, {best.file, isLarger ? Work::shrink : Work::copy, {}, why});
+        draft_.make(target, std::move(made));
         if (best.place != Place::inBundle) {
             draft_.take(best.file);
         }
         std::vector<Candidate> others(candidates.begin() + 1, candidates.end());
-        leaveOut(others, best.file + " is taken for the app");
+        leaveOut(others, best.file + " is taken for the app", target);
         return best.file;
     }
 
+    static std::string targetOf(const std::string& identifier) {
+        return std::string(kIcons) + "/" + identifier + std::string(kLarge) + ".png";
+    }
+
     // What lies in a bundle may be asked for by its name as well, so it stays.
-    void leaveOut(const std::vector<Candidate>& candidates, const std::string& why) {
+    void leaveOut(const std::vector<Candidate>& candidates, const std::string& why,
+                  const std::string& wanted) {
         for (const Candidate& candidate : candidates) {
             if (candidate.place != Place::inBundle) {
-                draft_.leaveOut(candidate.file, why);
+                draft_.leaveOut(candidate.file, why, Repair::otherIcon, wanted);
             }
         }
     }
@@ -290,13 +281,26 @@ class Icons {
 
 }  // namespace
 
+bool isApp(std::string_view identifier) {
+    if (knownIdentifier(identifier)) {
+        return true;
+    }
+    const std::string lower = lowerCase(identifier);
+    for (const std::string_view other : {"framework", "bundle", "preferences", "prefs"}) {
+        if (lower.ends_with(other)) {
+            return false;
+        }
+    }
+    return !lower.starts_with("com.apple.") && lower.find('.') != std::string::npos;
+}
+
 bool isSurelyIcon(std::string_view file) {
     if (!isPng(file) || isClutter(file)) {
         return false;
     }
     bool isLarge = false;
     const PictureName name = iconName(file, isLarge);
-    return whyNoIcon(name.base).empty() &&
+    return whyNoIcon(name.base) == Repair::none &&
            (knownIdentifier(name.base) || std::ranges::count(name.base, '.') >= 2);
 }
 
@@ -310,15 +314,15 @@ void moveNamedFolders(Draft& draft) {
         const std::string_view app = below.substr(0, below.find('/'));
         const auto identifier = identifierOfNamedFolder(std::string(kFolders) + std::string(app));
         if (!identifier || app.size() == below.size()) {
-            draft.leaveOut(file, "no app of that name is known");
+            draft.leaveOut(file, "no app of that name is known", Repair::none);
             continue;
         }
         const std::string target = std::string(kBundles) + std::string(*identifier) +
                                    std::string(below.substr(app.size()));
         if (draft.has(target)) {
-            draft.leaveOut(file, target + " is there");
+            draft.leaveOut(file, target + " is there", Repair::none);
         } else {
-            draft.make(target, {file, Work::copy, {}, "images of an app are looked for there"});
+            draft.make(target, Draft::copied(file, Repair::appFolder));
             draft.take(file);
         }
     }

@@ -90,8 +90,7 @@ void makeRow(Draft& draft, const Row& row) {
         return;
     }
     if (const auto files = family(draft, row.folder, row.base); !files.empty()) {
-        draft.make(std::string(row.target),
-                   {files.front(), Work::copy, {}, "the image is looked for under that name"});
+        draft.make(std::string(row.target), Draft::copied(files.front(), Repair::imageName));
     }
 }
 
@@ -107,18 +106,17 @@ void makeDot(Draft& draft, const Dot& dot) {
         return;
     }
     const auto files = family(draft, "UIImages", dot.base);
-    const std::string why = "dots are looked for under that name";
     for (const std::string& file : files) {
         const PictureName name = pictureName(file);
         const std::string scale = name.scale == 1 ? "" : "@" + std::to_string(name.scale) + "x";
         const std::string target = std::string(dot.target) + scale + ".png";
         if (name.device.empty() && !draft.has(target)) {
-            draft.make(target, {file, Work::copy, {}, why});
+            draft.make(target, Draft::copied(file, Repair::dotName));
         }
     }
     const std::string plain = std::string(dot.target) + ".png";
     if (!files.empty() && !draft.has(plain)) {
-        draft.make(plain, {files.front(), Work::copy, {}, why});
+        draft.make(plain, Draft::copied(files.front(), Repair::dotName));
     }
 }
 
@@ -129,10 +127,10 @@ void makeFolderPlate(Draft& draft) {
         return;
     }
     if (draft.has(target)) {
-        draft.leaveOut(source, target + " is there");
+        draft.leaveOut(source, target + " is there", Repair::none);
         return;
     }
-    draft.make(target, {source, Work::copy, {}, "the folders' plate is looked for there"});
+    draft.make(target, Draft::copied(source, Repair::folderPlate));
     draft.take(source);
 }
 
@@ -153,8 +151,7 @@ void makeSettingsIcons(Draft& draft) {
         std::ranges::stable_sort(files, std::greater<>(), [&](const std::string& file) {
             return draft.pictures().facts(file).area();
         });
-        draft.make(target,
-                   {files.front(), Work::copy, {}, "the settings look for their icons there"});
+        draft.make(target, Draft::copied(files.front(), Repair::settingsIcon));
         for (std::size_t i = 1; i < files.size(); ++i) {
             draft.note(files[i],
                        "not taken for " + target + ": " + files.front() + " is as large or larger");

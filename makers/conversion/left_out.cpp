@@ -31,6 +31,35 @@ constexpr std::array<Ending, 11> kEndings{{
     {".scpt", "a script, which no theme runs"},
 }};
 
+struct Reason {
+    std::string_view why;
+    Repair repair = Repair::none;
+};
+
+Reason reasonToLeaveOut(const std::string& name, std::uint64_t size) {
+    if (isClutter(name)) {
+        return {rowOf(Repair::clutter).why, Repair::clutter};
+    }
+    const std::string lower = lowerCase(name);
+    for (const Ending& row : kEndings) {
+        if (lower.ends_with(row.ending)) {
+            return {row.why, Repair::noThemeFile};
+        }
+    }
+    if (isPng(name) && size == 0) {
+        return {"the file is empty", Repair::noPicture};
+    }
+    if (folderOf(name).empty()) {
+        if (lower.starts_with("wallpaper") || lower.starts_with("lockbackground")) {
+            return {"wallpapers are not themed", Repair::noThemeFile};
+        }
+        if (name == "Icon.png") {
+            return {"the theme's own icon, which no phone shows", Repair::noThemeFile};
+        }
+    }
+    return {};
+}
+
 std::string_view whyWithoutEffect(std::string_view name) {
     const std::string lower = lowerCase(name);
     if (name.starts_with("Fonts/") && (lower.ends_with(".ttf") || lower.ends_with(".otf"))) {
@@ -49,34 +78,14 @@ std::string_view whyWithoutEffect(std::string_view name) {
 }  // namespace
 
 std::string_view whyLeftOut(const std::string& name, std::uint64_t size) {
-    if (isClutter(name)) {
-        return "left behind by an archiver or a file manager";
-    }
-    const std::string lower = lowerCase(name);
-    for (const Ending& row : kEndings) {
-        if (lower.ends_with(row.ending)) {
-            return row.why;
-        }
-    }
-    if (isPng(name) && size == 0) {
-        return "the file is empty";
-    }
-    if (folderOf(name).empty()) {
-        if (lower.starts_with("wallpaper") || lower.starts_with("lockbackground")) {
-            return "wallpapers are not themed";
-        }
-        if (name == "Icon.png") {
-            return "the theme's own icon, which no phone shows";
-        }
-    }
-    return {};
+    return reasonToLeaveOut(name, size).why;
 }
 
 void leaveOutWhatIsNoTheme(Draft& draft) {
     const auto files = draft.rest();
     for (const auto& [name, size] : files) {
-        if (const std::string_view why = whyLeftOut(name, size); !why.empty()) {
-            draft.leaveOut(name, std::string(why));
+        if (const Reason reason = reasonToLeaveOut(name, size); !reason.why.empty()) {
+            draft.leaveOut(name, std::string(reason.why), reason.repair);
         }
     }
 }

@@ -69,7 +69,7 @@ std::vector<Mask> masksOf(Draft& draft) {
             continue;
         }
         if (const PictureFacts& facts = draft.pictures().facts(file); !facts.isPicture()) {
-            draft.leaveOut(file, facts.problem);
+            draft.leaveOut(file, facts.problem, Repair::noPicture);
         } else {
             masks.push_back(maskOf(draft, file));
         }
@@ -104,9 +104,9 @@ void makeMasks(Draft& draft) {
     }
     for (const Mask& mask : masks) {
         if (mask.cuts) {
-            draft.make(
-                mask.file,
-                {mask.file, Work::mask, {}, "black with alpha hides nothing; now white hides"});
+            MadeFile made = Draft::copied(mask.file, Repair::maskAlpha);
+            made.work = Work::mask;
+            draft.make(mask.file, std::move(made));
             draft.take(mask.file);
         }
     }
@@ -117,10 +117,9 @@ void makeMasks(Draft& draft) {
     const Mask& largest = *std::ranges::max_element(masks, {}, [](const Mask& mask) {
         return std::tuple(mask.area, mask.name.device.empty(), mask.name.scale);
     });
-    draft.make(plain, {largest.file,
-                       largest.cuts ? Work::mask : Work::copy,
-                       {},
-                       "the mask is looked for under that name"});
+    MadeFile made = Draft::copied(largest.file, Repair::maskName);
+    made.work = largest.cuts ? Work::mask : Work::copy;
+    draft.make(plain, std::move(made));
 }
 
 }  // namespace velmoranth::makers

@@ -68,18 +68,22 @@ void Pictures::load(const std::vector<std::string>& names) {
     }
     std::vector<PictureFacts*> places;
     places.reserve(names.size());
+    std::vector<std::string> unknown;
     for (const std::string& name : names) {
-        places.push_back(&facts_[name]);
+        if (const auto [place, isNew] = facts_.try_emplace(name); isNew) {
+            places.push_back(&place->second);
+            unknown.push_back(name);
+        }
     }
     std::atomic<std::size_t> next = 0;
     const auto work = [&] {
-        for (std::size_t i = next++; i < names.size(); i = next++) {
-            *places[i] = factsOf(folder_ + "/" + names[i]);
+        for (std::size_t i = next++; i < unknown.size(); i = next++) {
+            *places[i] = factsOf(folder_ + "/" + unknown[i]);
         }
     };
     std::vector<std::jthread> others;
     const std::size_t count =
-        std::min<std::size_t>(std::thread::hardware_concurrency(), names.size());
+        std::min<std::size_t>(std::thread::hardware_concurrency(), unknown.size());
     for (std::size_t i = 1; i < count; ++i) {
         others.emplace_back(work);
     }

@@ -37,6 +37,9 @@ class Pictures {
     // Decodes them all, on all processors, so that they are known when they are asked for.
     void load(const std::vector<std::string>& names);
 
+    // Of a file that somebody has decoded already.
+    void know(const std::string& name, PictureFacts facts) { facts_[name] = std::move(facts); }
+
     [[nodiscard]] const PictureFacts& facts(const std::string& name);
 
     [[nodiscard]] bool isByNames() const { return folder_.empty(); }

@@ -30,6 +30,8 @@ struct MadeFile {
     platform::Data bytes = {};  // of Work::write
     // A line a reason; "" for a file that stays what and where it is.
     std::string why = {};
+    // Of the lines, in their order.
+    std::vector<Repair> repairs = {};
 };
 
 struct Plan {
@@ -77,9 +79,20 @@ class Draft {
 
     void take(const std::string& name) { rest_.erase(name); }
 
-    void leaveOut(const std::string& name, std::string why) {
+    void leaveOut(const std::string& name, std::string why, Repair repair,
+                  std::string wanted = {}) {
         rest_.erase(name);
-        plan_.leftOut.push_back({name, std::move(why)});
+        plan_.leftOut.push_back({name, std::move(why), repair, std::move(wanted)});
+    }
+
+    // With the table's own reason.
+    void leaveOut(const std::string& name, Repair repair) {
+        leaveOut(name, std::string(rowOf(repair).why), repair);
+    }
+
+    // The file as it stands, for the table's own reason.
+    static MadeFile copied(const std::string& source, Repair repair) {
+        return {source, Work::copy, {}, std::string(rowOf(repair).why), {repair}};
     }
 
     void note(const std::string& name, std::string why) {

@@ -86,18 +86,18 @@ Result<ReadList> readRepaired(const Data& bytes) {
                         hasTail ? "what stood behind the end of the list was taken away" : ""};
     }
 
-    struct Repair {
+    struct Attempt {
         std::string text;
         const char* what;
     };
 
     const std::string quoted = withPlainQuotes(text);
-    for (const Repair& repair :
-         {Repair{withoutTail(text), "what stood behind the end of the list was taken away"},
-          Repair{quoted, "curly quotation marks were made straight"},
-          Repair{withoutLastCommas(text), "commas behind last values were taken away"},
-          Repair{withoutLastCommas(withoutTail(quoted)),
-                 "curly quotation marks were made straight, and what was too much taken away"}}) {
+    for (const Attempt& repair :
+         {Attempt{withoutTail(text), "what stood behind the end of the list was taken away"},
+          Attempt{quoted, "curly quotation marks were made straight"},
+          Attempt{withoutLastCommas(text), "commas behind last values were taken away"},
+          Attempt{withoutLastCommas(withoutTail(quoted)),
+                  "curly quotation marks were made straight, and what was too much taken away"}}) {
         if (repair.text == text) {
             continue;
         }
