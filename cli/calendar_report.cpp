@@ -105,20 +105,24 @@ std::string colorFinding(const TextRow& row, const Dictionary& settings, std::st
         row.name, key, inQuotes(*said), shownColor);
 }
 
-void addFindings(std::vector<std::string>& findings, const TextRow& row, const Dictionary& settings,
-                 const WrittenText& text) {
+void addFindings(std::vector<CalendarFinding>& findings, const TextRow& row,
+                 const Dictionary& settings, const WrittenText& text) {
+    const auto add = [&](CalendarFault fault, std::string line) {
+        findings.push_back({fault, std::move(line), {}});
+    };
     if (text.font == record::kNil) {
-        findings.push_back(fmt::format("{} names no font, so the {} is written in the device's own",
-                                       row.key, row.name));
+        add(CalendarFault::font,
+            fmt::format("{} names no font, so the {} is written in the device's own", row.key,
+                        row.name));
     } else if (!text.hasFont) {
-        findings.push_back(
+        add(CalendarFault::font,
             fmt::format("the {}'s font {} is none of the device's", row.name, shown(text.font)));
     }
     for (const auto& [key, color] :
          {std::pair(std::string_view("TextColor"), text.textColor),
           std::pair(std::string_view("ShadowColor"), text.shadowColor)}) {
         if (std::string finding = colorFinding(row, settings, key, color); !finding.empty()) {
-            findings.push_back(std::move(finding));
+            add(CalendarFault::color, std::move(finding));
         }
     }
 }
@@ -150,11 +154,12 @@ std::string bareFinding(const DeviceOfRun& device, const AskedFile& file) {
     return finding;
 }
 
-std::vector<std::string> findingsIn(const Dictionary& list, std::span<const Entry> entries) {
-    std::vector<std::string> findings;
+std::vector<CalendarFinding> findingsIn(const Dictionary& list, std::span<const Entry> entries) {
+    std::vector<CalendarFinding> findings;
     for (const Entry& entry : entries) {
         if (entry.kind == EntryKind::log && entry.subject.starts_with(kLoggedValue)) {
-            findings.push_back(shown(entry.subject.substr(kLoggedValue.size())));
+            findings.push_back(
+                {CalendarFault::value, shown(entry.subject.substr(kLoggedValue.size())), {}});
         }
     }
     const std::vector<WrittenText> texts = textsIn(entries);
@@ -162,9 +167,11 @@ std::vector<std::string> findingsIn(const Dictionary& list, std::span<const Entr
         if (const Dictionary* const settings = settingsIn(list, kTexts.at(i))) {
             addFindings(findings, kTexts.at(i), *settings, texts[i]);
         } else if (!list.contains(kTexts.at(i).key)) {
-            findings.push_back(fmt::format(
-                "{} is missing, so the {} stands at the icon's top edge in the device's own font",
-                kTexts.at(i).key, kTexts.at(i).name));
+            findings.push_back({CalendarFault::textMissing,
+                                fmt::format("{} is missing, so the {} stands at the icon's top "
+                                            "edge in the device's own font",
+                                            kTexts.at(i).key, kTexts.at(i).name),
+                                {}});
         }
     }
     return findings;
@@ -172,7 +179,8 @@ std::vector<std::string> findingsIn(const Dictionary& list, std::span<const Entr
 
 }  // namespace
 
-std::vector<std::string> calendarFindings(const DeviceOfRun& device, const record::Record& record) {
+std::vector<CalendarFinding> calendarFaults(const DeviceOfRun& device,
+                                            const record::Record& record) {
     const std::span<const Entry> entries(record);
     const auto read = readListIn(entries);
     if (read == entries.end()) {
@@ -187,11 +195,22 @@ std::vector<std::string> calendarFindings(const DeviceOfRun& device, const recor
     // The icon is drawn for each place where it shows; once will do.
     const std::span<const Entry> rest(std::next(read), entries.end());
     const std::span<const Entry> once(rest.begin(), readListIn(rest));
-    std::vector<std::string> lines = isAboutCalendar(*contents)
-                                         ? findingsIn(*contents->as<Dictionary>(), once)
-                                         : std::vector{bareFinding(device, *file)};
-    for (std::string& line : lines) {
-        line.insert(0, shown(file->theme + "/" + file->name) + ": ");
+    std::vector<CalendarFinding> findings;
+    if (isAboutCalendar(*contents)) {
+        findings = findingsIn(*contents->as<Dictionary>(), once);
+    } else {
+        findings.push_back({CalendarFault::bare, bareFinding(device, *file), {}});
+    }
+    for (CalendarFinding& finding : findings) {
+        finding.file = file->theme + "/" + file->name;
+    }
+    return findings;
+}
+
+std::vector<std::string> calendarFindings(const DeviceOfRun& device, const record::Record& record) {
+    std::vector<std::string> lines;
+    for (const CalendarFinding& finding : calendarFaults(device, record)) {
+        lines.push_back(shown(finding.file) + ": " + finding.text);
     }
     return lines;
 }

@@ -11,6 +11,24 @@
 
 namespace velmoranth::cli {
 
+// What is wrong with it.
+enum class CalendarFault {
+    bare,         // it says nothing of the calendar
+    textMissing,  // nothing of one of the texts
+    font,         // one that the device lacks, or none
+    color,        // one that shows as another
+    value,        // of a wrong kind
+};
+
+struct CalendarFinding {
+    CalendarFault fault;
+    std::string text;  // without the list's name
+    std::string file;  // of the theme, the list
+};
+
+[[nodiscard]] std::vector<CalendarFinding> calendarFaults(const DeviceOfRun& device,
+                                                          const record::Record& record);
+
 // A line each, beginning with the list's name: a font that the device lacks, a colour that shows as
 // another one, a value of a wrong kind, a text that nothing is said about. Nothing for the record
 // of another icon. The list is read from the device that the record is of.

@@ -136,6 +136,7 @@ std::span<const Command> commands() {
     static const std::array kCommands{previewCommand(),
                                       explainCommand(),
                                       newCommand(),
+                                      lintCommand(),
                                       convertCommand(),
                                       packCommand(),
                                       extractCommand(),

@@ -8,6 +8,7 @@ namespace velmoranth::cli {
 [[nodiscard]] Command previewCommand();
 [[nodiscard]] Command explainCommand();
 [[nodiscard]] Command newCommand();
+[[nodiscard]] Command lintCommand();
 [[nodiscard]] Command convertCommand();
 [[nodiscard]] Command packCommand();
 [[nodiscard]] Command extractCommand();

@@ -7,9 +7,6 @@
 #include "cli/late_progress.h"
 #include "cli/messages.h"
 #include "desktop/files/cleanup.h"
-#include "desktop/plist/property_lists.h"
-
-#include "makers/conversion/pictures.h"
 
 #include <algorithm>
 #include <array>
@@ -29,30 +26,6 @@ constexpr std::array<Option, 4> kConvertOptions{{
     {"--force", "", "", "replace themes of the same names in FOLDER"},
     {"--json", "", "", "the report as an object for programs"},
 }};
-
-// How calendars are written of which a theme says nothing.
-Result<platform::Dictionary> installedCalendar() {
-    const auto files = findInstalledFiles();
-    if (!files) {
-        return tl::unexpected(files.error());
-    }
-    const auto file = std::ranges::find_if(*files, [](const desktop::InstalledFile& installed) {
-        return installed.devicePath.ends_with("/Cal.plist");
-    });
-    if (file == files->end()) {
-        return tl::unexpected(desktop::Problem{"the installed calendar settings are missing"});
-    }
-    const auto bytes = makers::readWhole(file->hostPath);
-    if (!bytes) {
-        return tl::unexpected(bytes.error());
-    }
-    const auto list = desktop::parsePropertyList(*bytes);
-    if (!list || list->as<platform::Dictionary>() == nullptr) {
-        return tl::unexpected(
-            desktop::Problem{"the installed calendar settings are damaged", file->hostPath});
-    }
-    return *list->as<platform::Dictionary>();
-}
 
 Result<makers::Conversion> readConversion(const Arguments& arguments) {
     makers::Conversion conversion;

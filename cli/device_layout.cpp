@@ -1,7 +1,11 @@
 #include "cli/device_layout.h"
 
+#include "desktop/plist/property_lists.h"
 #include "simulator/process/loader.h"
 
+#include "makers/conversion/pictures.h"
+
+#include <algorithm>
 #include <array>
 #include <string>
 #include <string_view>
@@ -40,6 +44,29 @@ desktop::Result<std::vector<desktop::InstalledFile>> findInstalledFiles() {
         files.push_back({*folder + std::string(path), std::string(path)});
     }
     return files;
+}
+
+desktop::Result<platform::Dictionary> installedCalendar() {
+    const auto files = findInstalledFiles();
+    if (!files) {
+        return tl::unexpected(files.error());
+    }
+    const auto file = std::ranges::find_if(*files, [](const desktop::InstalledFile& installed) {
+        return installed.devicePath.ends_with("/Cal.plist");
+    });
+    if (file == files->end()) {
+        return tl::unexpected(desktop::Problem{"the installed calendar settings are missing"});
+    }
+    const auto bytes = makers::readWhole(file->hostPath);
+    if (!bytes) {
+        return tl::unexpected(bytes.error());
+    }
+    const auto list = desktop::parsePropertyList(*bytes);
+    if (!list || list->as<platform::Dictionary>() == nullptr) {
+        return tl::unexpected(
+            desktop::Problem{"the installed calendar settings are damaged", file->hostPath});
+    }
+    return *list->as<platform::Dictionary>();
 }
 
 }  // namespace velmoranth::cli

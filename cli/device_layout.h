@@ -4,6 +4,7 @@
 
 #include "desktop/files/create_device_root.h"
 #include "desktop/result/result.h"
+#include "platform/foundation.h"
 
 #include <vector>
 
@@ -14,5 +15,8 @@ namespace velmoranth::cli {
 // places that were tried when neither is there; whether it is complete shows when the files are
 // read.
 [[nodiscard]] desktop::Result<std::vector<desktop::InstalledFile>> findInstalledFiles();
+
+// How calendars are written of which a theme says nothing, of these files.
+[[nodiscard]] desktop::Result<platform::Dictionary> installedCalendar();
 
 }  // namespace velmoranth::cli

@@ -17,6 +17,7 @@ LIMITS = {
     "image that no theme has": 1.5,
     "mask 180x180, bytes a mask pixel": 6,
     "overlay 180x180": 6,
+    "lint of 1,500 icons": 1.5,
     "recorded preview": 1.3,
     "what an unrecorded preview pays": 0.01,
 }

@@ -369,6 +369,10 @@ bool FfmpegDecoder::beginFrame() {
 
 }  // namespace
 
+bool canDecodeSounds() {
+    return loadedFfmpeg().has_value();
+}
+
 Result<std::unique_ptr<SoundDecoder>> SoundDecoder::open(const SoundFile& file, int sampleRate) {
     auto decoder = std::make_unique<FfmpegDecoder>(file, sampleRate);
     if (auto started = decoder->start(); !started) {

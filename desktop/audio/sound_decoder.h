@@ -22,6 +22,9 @@ struct SoundFormat {
     std::optional<double> seconds;  // what the file declares, which nothing has checked
 };
 
+// Whether the library that decodes is installed; without it no sound can be opened.
+[[nodiscard]] bool canDecodeSounds();
+
 class SoundDecoder : public SoundStream {
   public:
     // Reads the head of the file and decodes its first samples, so that what cannot be played fails

@@ -237,7 +237,7 @@ CALENDAR = {
     },
 }
 
-INFO = {"PackageName": NAME, "ThemeType": "Icons", "IB-MaskIcons": True, **CALENDAR}
+INFO = {"PackageName": NAME, "IB-MaskIcons": True, **CALENDAR}
 
 
 def main():

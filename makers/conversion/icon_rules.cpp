@@ -102,11 +102,15 @@ std::optional<std::string_view> identifierOfNamedFolder(std::string_view folder)
 class Icons {
   public:
     explicit Icons(Draft& draft) : draft_(draft) {
-        const auto files = draft.rest();
-        for (const auto& [file, size] : files) {
+        // Some of them are taken on the way.
+        std::vector<std::string> files;
+        for (const auto& [file, size] : draft.rest()) {
             if (isPng(file)) {
-                find(file);
+                files.push_back(file);
             }
+        }
+        for (const std::string& file : files) {
+            find(file);
         }
     }
 

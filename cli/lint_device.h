@@ -1,0 +1,73 @@
+// A device to check a theme with: it has every file of the theme by its name, but not the pictures
+// themselves, which have been decoded already and would be again for every request.
+#pragma once
+
+#include "cli/explanation.h"
+#include "cli/throw_away_device.h"
+#include "desktop/result/result.h"
+#include "simulator/device.h"
+#include "simulator/process/launcher.h"
+
+#include "makers/conversion/found_themes.h"
+#include "makers/lint/answers.h"
+#include "makers/lint/judged_pictures.h"
+
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace velmoranth::cli {
+
+// The theme on it. Masks and Info.plist are the theme's own, other pictures are one opaque pixel
+// each, or nothing where no picture can be made of them; links are as they are. A second theme
+// behind it has an opaque icon for kProbeApp.
+[[nodiscard]] desktop::Result<DeviceOfRun> makeLintDevice(const makers::FoundTheme& theme,
+                                                          const makers::JudgedPictures& pictures);
+
+inline constexpr const char* kLintedTheme = "theme";
+inline constexpr const char* kProbeApp = "com.velmoranth.probe";
+
+// Every kind of device, asked about the theme on a device of makeLintDevice().
+class LintDevices {
+  public:
+    explicit LintDevices(const DeviceOfRun& device);
+
+    // In the order in which they are worth asking.
+    [[nodiscard]] const std::vector<makers::AskedDevice>& devices() const { return names_; }
+
+    // How many of these differ enough to be asked for every part of the home screen.
+    static constexpr std::size_t kMostDifferent = 3;
+
+    // Asks the device all of these, so that nothing is kept from one to another that would be found
+    // under the same name.
+    [[nodiscard]] desktop::Result<void> ask(std::size_t device,
+                                            const std::vector<makers::AskedRequest>& requests,
+                                            makers::Answers& answers);
+
+    // In one process, in order, what an earlier one leaves behind being there for a later one.
+    [[nodiscard]] desktop::Result<std::vector<makers::AskedRequest>> askTogether(
+        std::size_t device, const std::vector<simulator::Question>& questions);
+
+    // An ordinary process of the device, with these settings besides the preferences.
+    [[nodiscard]] desktop::Result<simulator::Answer> askWith(std::size_t device,
+                                                             const simulator::Question& question,
+                                                             const platform::Dictionary& settings);
+
+  private:
+    [[nodiscard]] Investigation investigation(std::size_t device) const;
+    [[nodiscard]] desktop::Result<simulator::RunningScreen*> processFor(
+        std::size_t device, const simulator::Question& question);
+
+    const DeviceOfRun& device_;
+    std::vector<makers::AskedDevice> names_;
+    std::vector<simulator::DeviceConfiguration> configurations_;
+    std::map<std::pair<std::size_t, simulator::ProcessKind>,
+             std::unique_ptr<simulator::RunningScreen>>
+        processes_;
+};
+
+}  // namespace velmoranth::cli
