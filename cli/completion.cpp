@@ -124,10 +124,12 @@ std::string zshOption(const Option& option) {
     std::string text;
     for (const std::string_view name : {option.shortName, option.name}) {
         if (!name.empty()) {
-            const std::string value =
-                option.valueName.empty() ? "" : ":" + std::string(option.valueName) + ":_files";
-            text += " " + asWord((option.repeat == Repeat::often ? "*" : "") + std::string(name) +
-                                 "[" + summary + "]" + value);
+            std::string spec = option.repeat == Repeat::often ? "*" : "";
+            spec.append(name).append("[").append(summary).append("]");
+            if (!option.valueName.empty()) {
+                spec.append(":").append(option.valueName).append(":_files");
+            }
+            text += " " + asWord(spec);
         }
     }
     return text;
