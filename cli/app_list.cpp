@@ -2,18 +2,16 @@
 
 #include "cli/device_check.h"
 #include "cli/messages.h"
+#include "cli/text_lines.h"
 #include "desktop/files/descriptor.h"
 
 #include <dirent.h>
 #include <fcntl.h>
 #include <fmt/format.h>
-#include <sys/stat.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
-#include <fstream>
-#include <iostream>
 #include <map>
 #include <memory>
 #include <optional>
@@ -30,7 +28,6 @@ using simulator::NamedApp;
 namespace {
 
 constexpr std::size_t kMostLines = 10 * kMostApps;
-constexpr std::size_t kLongestLine = 1000;       // bytes
 constexpr std::size_t kLongestIdentifier = 255;  // as of a file's name
 constexpr std::string_view kBlanks = " \t";
 constexpr std::string_view kIconEnding = "-large.png";
@@ -49,33 +46,11 @@ std::string_view trimmed(std::string_view text) {
                : text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
 }
 
-// Takes a line off the stream. False at its end; a longer line than any is cut there.
-bool takeLine(std::istream& input, std::string& line) {
-    line.clear();
-    char c = 0;
-    bool any = false;
-    while (input.get(c)) {
-        any = true;
-        if (c == '\n') {
-            break;
-        }
-        line += c;
-        if (line.size() > kLongestLine) {
-            break;
-        }
-    }
-    if (line.ends_with('\r')) {
-        line.pop_back();
-    }
-    return any;
-}
-
 // The app of a line; nothing for one that has none.
-Result<std::optional<NamedApp>> appOfLine(std::string_view line) {
-    const std::string_view text = trimmed(line);
-    if (line.size() > kLongestLine) {
-        return tl::unexpected(
-            Problem{fmt::format("the line is longer than {} bytes", kLongestLine)});
+Result<std::optional<NamedApp>> appOfLine(const TextLines& lines) {
+    const std::string_view text = trimmed(lines.line());
+    if (lines.isTooLong()) {
+        return tl::unexpected(Problem{TextLines::tooLong()});
     }
     if (text.empty() || text.front() == '#') {
         return std::optional<NamedApp>();
@@ -94,22 +69,8 @@ Result<std::optional<NamedApp>> appOfLine(std::string_view line) {
     return std::optional(std::move(app));
 }
 
-Problem tooMany(const std::string& path) {
-    return {fmt::format("there are more than {} apps; give some of them", kMostApps), path};
-}
-
-// Whether there is a stream to read lines from: a folder can be opened and gives none.
-bool openList(const std::string& path, std::ifstream& file) {
-    struct stat status{};
-    if (::stat(path.c_str(), &status) != 0) {
-        return false;
-    }
-    if (S_ISDIR(status.st_mode)) {
-        errno = EISDIR;
-        return false;
-    }
-    file.open(path);
-    return file.is_open();
+std::string tooMany() {
+    return fmt::format("there are more than {} apps; give some of them", kMostApps);
 }
 
 struct CloseFolder {
@@ -149,48 +110,38 @@ bool addIcons(const desktop::DeviceRoot& root, const std::string& theme,
 }  // namespace
 
 Result<std::vector<NamedApp>> readAppList(const std::string& path) {
-    std::ifstream file;
-    if (path != "-" && !openList(path, file)) {
-        Problem problem = desktop::problemOfErrno(errno, path);
-        problem.message = "the list of apps cannot be read: " + problem.message;
-        return tl::unexpected(std::move(problem));
+    auto opened = TextLines::open(path, "the list of apps");
+    if (!opened) {
+        return tl::unexpected(std::move(opened.error()));
     }
-    std::istream& input = path == "-" ? std::cin : file;
-    const std::string shownPath = path == "-" ? "standard input" : path;
+    TextLines& lines = **opened;
     std::vector<NamedApp> apps;
     std::map<std::string, std::size_t> lineOf;
-    std::size_t number = 0;
-    for (std::string line; takeLine(input, line);) {
-        ++number;
-        if (number > kMostLines) {
-            return tl::unexpected(tooMany(shownPath));
+    while (lines.next()) {
+        if (lines.number() > kMostLines) {
+            return tl::unexpected(lines.problem(tooMany()));
         }
-        constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-        const bool isMarked = number == 1 && line.starts_with(kByteOrderMark);
-        auto app = appOfLine(std::string_view(line).substr(isMarked ? kByteOrderMark.size() : 0));
+        auto app = appOfLine(lines);
         if (!app) {
-            return tl::unexpected(
-                Problem{fmt::format("line {}: {}", number, app.error().message), shownPath});
+            return tl::unexpected(lines.problemHere(app.error().message));
         }
         if (!*app) {
             continue;
         }
-        const auto [first, isNew] = lineOf.try_emplace((*app)->identifier, number);
+        const auto [first, isNew] = lineOf.try_emplace((*app)->identifier, lines.number());
         if (!isNew) {
-            return tl::unexpected(Problem{fmt::format("line {}: {} stands on line {} already",
-                                                      number, shown(first->first), first->second),
-                                          shownPath});
+            return tl::unexpected(lines.problemHere(
+                fmt::format("{} stands on line {} already", shown(first->first), first->second)));
         }
         apps.push_back(std::move(**app));
         if (apps.size() > kMostApps) {
-            return tl::unexpected(tooMany(shownPath));
+            return tl::unexpected(lines.problem(tooMany()));
         }
     }
     if (apps.empty()) {
-        return tl::unexpected(Problem{
+        return tl::unexpected(lines.problem(
             "there is no app in it; a line has an identifier and, behind a blank, a name, as in "
-            "com.example.notes Notes",
-            shownPath});
+            "com.example.notes Notes"));
     }
     return apps;
 }

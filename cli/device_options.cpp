@@ -28,16 +28,19 @@ bool isLocaleName(const std::string& text) {
     return text.size() <= kLongest && std::regex_match(text, kForm);
 }
 
-}  // namespace
-
-Result<simulator::DeviceConfiguration> readDeviceOptions(const Arguments& arguments) {
-    const std::string system = arguments.value("--ios").value_or("13");
-    const auto major = parseInteger(system, 0, 1000);
+// The number behind --ios.
+Result<int> readSystem(const std::string& text) {
+    const auto major = parseInteger(text, 0, 1000);
     if (!major || !simulator::systemVersion(*major)) {
-        return misuse("--ios takes 12 or 13, not " + inQuotes(system));
+        return misuse("--ios takes 12 or 13, not " + inQuotes(text));
     }
-    const std::string name = arguments.value("--device").value_or("phone");
-    auto device = simulator::deviceConfiguration(name, *major);
+    return *major;
+}
+
+// A device as the other options have it.
+Result<simulator::DeviceConfiguration> readDevice(const Arguments& arguments,
+                                                  const std::string& name, int system) {
+    auto device = simulator::deviceConfiguration(name, system);
     if (!device) {
         const auto names =
             std::views::transform(simulator::deviceModels(), &simulator::DeviceModel::name);
@@ -68,6 +71,40 @@ Result<simulator::DeviceConfiguration> readDeviceOptions(const Arguments& argume
     }
     device->exactFiles = arguments.has("--exact-files");
     return device;
+}
+
+}  // namespace
+
+Result<simulator::DeviceConfiguration> readDeviceOptions(const Arguments& arguments) {
+    const auto system = readSystem(arguments.value("--ios").value_or("13"));
+    return system ? readDevice(arguments, arguments.value("--device").value_or("phone"), *system)
+                  : Result<simulator::DeviceConfiguration>(tl::unexpected(system.error()));
+}
+
+Result<std::vector<NamedDevice>> readEveryDevice(const Arguments& arguments) {
+    std::vector<int> systems{simulator::kSystem12.major, simulator::kSystem13.major};
+    if (const auto given = arguments.value("--ios")) {
+        const auto system = readSystem(*given);
+        if (!system) {
+            return tl::unexpected(system.error());
+        }
+        systems = {*system};
+    }
+    std::vector<NamedDevice> devices;
+    for (const int system : systems) {
+        for (const simulator::DeviceModel& model : simulator::deviceModels()) {
+            const std::string name(model.name);
+            if (const auto given = arguments.value("--device"); given.value_or(name) != name) {
+                continue;
+            }
+            auto device = readDevice(arguments, name, system);
+            if (!device) {
+                return tl::unexpected(std::move(device.error()));
+            }
+            devices.push_back({name, std::move(*device)});
+        }
+    }
+    return devices;
 }
 
 Result<platform::Dictionary> readSettingOptions(const Arguments& arguments,

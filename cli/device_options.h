@@ -8,6 +8,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace velmoranth::cli {
 
@@ -29,6 +30,16 @@ inline constexpr Option kExactFilesOption{
 // The problem is one of usage.
 [[nodiscard]] desktop::Result<simulator::DeviceConfiguration> readDeviceOptions(
     const Arguments& arguments);
+
+// A device by the name that a user gives it.
+struct NamedDevice {
+    std::string name;
+    simulator::DeviceConfiguration configuration;
+};
+
+// The devices that the options leave open: each with each system, unless one is given, and
+// otherwise as readDeviceOptions() has it. The problem is one of usage.
+[[nodiscard]] desktop::Result<std::vector<NamedDevice>> readEveryDevice(const Arguments& arguments);
 
 // What --set asks for. `whereListed` is the help that lists the keys.
 [[nodiscard]] desktop::Result<platform::Dictionary> readSettingOptions(

@@ -1,13 +1,12 @@
 // velmoranth explain
 #include "cli/commands.h"
 #include "cli/device_options.h"
+#include "cli/explain_requests.h"
 #include "cli/explanation.h"
 #include "cli/file_question.h"
 #include "cli/help.h"
 #include "cli/messages.h"
-#include "cli/nearest.h"
 #include "cli/picture_file.h"
-#include "cli/preferences.h"
 #include "cli/theme_report.h"
 #include "desktop/files/cleanup.h"
 #include "simulator/screens/question_rows.h"
@@ -16,11 +15,10 @@
 
 #include <algorithm>
 #include <array>
-#include <fstream>
-#include <iostream>
+#include <cstddef>
 #include <optional>
-#include <ranges>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -31,148 +29,117 @@ using simulator::Question;
 
 namespace {
 
-constexpr std::string_view kFileWord = "file";
-
 struct ExplainOptions {
     std::vector<std::string> themes;
-    std::vector<Question> questions;
+    // Those of a list may be lines that are none.
+    std::vector<Result<Question>> questions;
     simulator::DeviceConfiguration device;
+    std::vector<NamedDevice> devices;  // that are asked about a file
     platform::Dictionary settings;
     std::string output;  // "" for none
     bool asJson = false;
     bool isRaw = false;
 };
 
-// A name that the stock device does not have may be right all the same: it has none of the apps
-// that people install.
-void noteUnknown(const simulator::QuestionRow& row, const Question& question) {
-    const std::vector<std::string> known = simulator::knownArguments(row);
-    if (known.empty() || question.argument == "*" ||
-        std::ranges::find(known, question.argument) != known.end()) {
-        return;
+// Options that do not go together.
+Result<void> checkOptions(const Arguments& arguments) {
+    const auto together = [&](std::string_view one, std::string_view other) {
+        return arguments.has(one) && arguments.has(other);
+    };
+    if (together("--json", "--raw")) {
+        return misuse("--json does not go with --raw: the one is in the other");
     }
-    note(fmt::format("{} is not of this device's own{}", inQuotes(question.argument),
-                     suggestion(question.argument, known)));
+    if (together("--requests", "--bundle")) {
+        return misuse("--bundle does not go with --requests: it stands in their lines");
+    }
+    const auto output = arguments.value("--output");
+    if (output && output->empty()) {
+        return misuse("--output takes the name of a file");
+    }
+    for (const std::string_view option : {"--json", "--raw"}) {
+        if (output == "-" && arguments.has(option)) {
+            return misuse(
+                fmt::format("--output - does not go with {}: both go to standard output", option));
+        }
+    }
+    return {};
 }
 
-// The words of one request: "icon com.apple.Maps".
-Result<Question> readQuestion(const std::vector<std::string>& words, const std::string& bundle) {
-    if (words.empty()) {
-        return misuse("a REQUEST is missing behind --; velmoranth explain --help lists them");
+// --output and --raw go with the requests of one picture each, --output with one such request.
+Result<void> checkQuestions(const ExplainOptions& options) {
+    if (!options.output.empty() && options.questions.size() != 1) {
+        return misuse("--output takes the picture of one request");
     }
-    Question question{
-        .word = words.front(), .argument = words.size() > 1 ? words[1] : "", .bundle = bundle};
-    if (question.word == kFileWord) {
-        return words.size() == 2 ? Result<Question>(std::move(question))
-                                 : misuse("file takes one PATH, as in: -- file MyTheme/Icon.png");
+    for (const auto& question : options.questions) {
+        const bool isMany = question && (question->word == kFileWord || question->argument == kAll);
+        if (isMany && (!options.output.empty() || options.isRaw)) {
+            return misuse(fmt::format("{} does not go with {} {}",
+                                      options.isRaw ? "--raw" : "--output", question->word,
+                                      shown(question->argument)));
+        }
     }
-    const simulator::QuestionRow* const row = simulator::questionRowNamed(question.word);
-    if (row == nullptr) {
-        return misuse("there is no request " + inQuotes(question.word) +
-                      suggestion(question.word,
-                                 std::views::transform(simulator::questionRows(),
-                                                       &simulator::QuestionRow::word),
-                                 "; velmoranth explain --help lists them"));
-    }
-    if (words.size() > 2 || !simulator::takesArgument(*row, question.argument)) {
-        return misuse(row->argument.empty()
-                          ? question.word + " takes nothing behind it"
-                          : question.word + " takes " + std::string(row->argument) + " behind it");
-    }
-    if (!bundle.empty() && question.word != "image") {
-        return misuse("--bundle goes with image alone");
-    }
-    noteUnknown(*row, question);
-    return question;
+    return {};
 }
 
-Result<std::vector<Question>> readRequests(const std::string& path, const std::string& bundle) {
-    constexpr std::size_t kMost = 10000;
-    std::ifstream file;
-    if (path != "-") {
-        file.open(path);
-        if (!file) {
-            return tl::unexpected(desktop::Problem{"the requests cannot be read", path});
-        }
+// The request behind "--", or those of a list.
+Result<std::vector<Result<Question>>> questionsOf(const Arguments& arguments, int system) {
+    const std::vector<std::string>& words = arguments.positionals();
+    const std::size_t dashes = arguments.dashes().value_or(words.size());
+    if (const auto requests = arguments.value("--requests")) {
+        return dashes == words.size() ? readRequests(*requests, system)
+                                      : misuse("--requests does not go with a REQUEST behind --");
     }
-    std::istream& input = path == "-" ? std::cin : file;
-    std::vector<Question> questions;
-    std::size_t number = 0;
-    for (std::string line; std::getline(input, line);) {
-        ++number;
-        std::vector<std::string> words;
-        for (const auto word : std::views::split(line, ' ')) {
-            if (!word.empty()) {
-                words.emplace_back(word.begin(), word.end());
-            }
-        }
-        if (words.empty() || words.front().front() == '#') {
-            continue;
-        }
-        auto question = readQuestion(words, bundle);
-        if (!question) {
-            question.error().path = path;
-            question.error().message = fmt::format("line {}: {}", number, question.error().message);
-            return tl::unexpected(std::move(question.error()));
-        }
-        questions.push_back(std::move(*question));
-        if (questions.size() > kMost) {
-            return tl::unexpected(desktop::Problem{
-                fmt::format("more than {} requests; give some of them", kMost), path});
-        }
+    auto question = readQuestion({words.begin() + static_cast<std::ptrdiff_t>(dashes), words.end()},
+                                 arguments.value("--bundle").value_or(""), system);
+    if (!question) {
+        return tl::unexpected(std::move(question.error()));
     }
+    std::vector<Result<Question>> questions;
+    questions.push_back(std::move(*question));
     return questions;
 }
 
 Result<ExplainOptions> readOptions(const Arguments& arguments) {
     const std::vector<std::string>& words = arguments.positionals();
     const std::size_t dashes = arguments.dashes().value_or(words.size());
-    const auto requests = arguments.value("--requests");
-    const std::string bundle = arguments.value("--bundle").value_or("");
     if (dashes == 0) {
         return misuse("a THEME folder is missing before --; velmoranth explain --help");
     }
-    if (requests && dashes < words.size()) {
-        return misuse("--requests does not go with a REQUEST behind --");
-    }
-    if (arguments.has("--json") && arguments.has("--raw")) {
-        return misuse("--json does not go with --raw: the one is in the other");
+    if (auto checked = checkOptions(arguments); !checked) {
+        return tl::unexpected(std::move(checked.error()));
     }
     ExplainOptions options{
         .themes = {words.begin(), words.begin() + static_cast<std::ptrdiff_t>(dashes)},
         .questions = {},
         .device = {},
+        .devices = {},
         .settings = {},
         .output = arguments.value("--output").value_or(""),
         .asJson = arguments.has("--json"),
         .isRaw = arguments.has("--raw")};
-    if (requests) {
-        auto questions = readRequests(*requests, bundle);
-        if (!questions) {
-            return tl::unexpected(std::move(questions.error()));
-        }
-        options.questions = std::move(*questions);
-    } else {
-        auto question = readQuestion(
-            {words.begin() + static_cast<std::ptrdiff_t>(dashes), words.end()}, bundle);
-        if (!question) {
-            return tl::unexpected(std::move(question.error()));
-        }
-        options.questions.push_back(std::move(*question));
-    }
-    if (arguments.has("--output") && (options.output.empty() || options.questions.size() != 1)) {
-        return misuse("--output takes a name, and the picture of one request");
-    }
     auto device = readDeviceOptions(arguments);
     if (!device) {
         return tl::unexpected(std::move(device.error()));
     }
     options.device = std::move(*device);
+    auto devices = readEveryDevice(arguments);
+    if (!devices) {
+        return tl::unexpected(std::move(devices.error()));
+    }
+    options.devices = std::move(*devices);
     auto settings = readSettingOptions(arguments, "velmoranth preview --help");
     if (!settings) {
         return tl::unexpected(std::move(settings.error()));
     }
     options.settings = std::move(*settings);
+    auto questions = questionsOf(arguments, options.device.system.major);
+    if (!questions) {
+        return tl::unexpected(std::move(questions.error()));
+    }
+    options.questions = std::move(*questions);
+    if (auto checked = checkQuestions(options); !checked) {
+        return tl::unexpected(std::move(checked.error()));
+    }
     return options;
 }
 
@@ -180,48 +147,44 @@ Result<ExplainOptions> readOptions(const Arguments& arguments) {
 Result<bool> answerUnused(const ExplainOptions& options, const Investigation& investigation) {
     ProgressLine progress;
     progress.show("every request of the device");
-    const auto report = reportThemes(investigation);
+    const ThemeReport report = reportThemes(investigation);
     progress.clear();
-    if (!report) {
-        return tl::unexpected(report.error());
-    }
-    for (const NearMiss& miss : report->nearMisses) {
+    for (const NearMiss& miss : report.nearMisses) {
         print(options.asJson
                   ? jsonOf(miss) + "\n"
                   : fmt::format("{} is not looked for; name it {}\n",
                                 shown(miss.theme + "/" + miss.name), shown(miss.wanted)));
     }
-    return !report->nearMisses.empty();
+    return report.failure ? Result<bool>(tl::unexpected(*report.failure))
+                          : Result<bool>(!report.nearMisses.empty());
 }
 
 Result<bool> answerFile(const ExplainOptions& options, const Investigation& investigation,
                         const std::string& path) {
-    auto answer = explainFile(investigation, path);
+    auto answer = explainFile(investigation, options.devices, path);
     if (!answer) {
         return tl::unexpected(std::move(answer.error()));
     }
     print(options.asJson ? jsonOf(*answer) + "\n" : textOf(*answer));
-    return !answer->openings.empty();
+    return isOpened(*answer);
+}
+
+// Writes what shows, when that is asked for.
+Result<void> writeShown(const ExplainOptions& options, const Explanation& answer) {
+    if (options.output.empty()) {
+        return {};
+    }
+    return answer.picture
+               ? writePicture(*answer.picture, options.output)
+               : tl::unexpected(desktop::Problem{"nothing shows, so there is no picture to write"});
 }
 
 // Whether a theme's file is behind the answer.
 Result<bool> answerQuestion(const ExplainOptions& options, const Investigation& investigation,
                             const Question& question) {
-    if (question.word == kFileWord) {
-        return answerFile(options, investigation, question.argument);
-    }
     auto answer = explain(investigation, question);
     if (!answer) {
         return tl::unexpected(std::move(answer.error()));
-    }
-    if (!options.output.empty()) {
-        if (!answer->picture) {
-            return tl::unexpected(
-                desktop::Problem{"nothing shows, so there is no picture to write"});
-        }
-        if (auto written = writePicture(*answer->picture, options.output); !written) {
-            return tl::unexpected(std::move(written.error()));
-        }
     }
     if (options.output != "-") {
         print(options.asJson  ? jsonOf(*answer) + "\n"
@@ -230,6 +193,9 @@ Result<bool> answerQuestion(const ExplainOptions& options, const Investigation& 
     }
     if (answer->failure) {
         return tl::unexpected(*answer->failure);
+    }
+    if (auto written = writeShown(options, *answer); !written) {
+        return tl::unexpected(std::move(written.error()));
     }
     return isThemed(*answer);
 }
@@ -248,7 +214,8 @@ Result<bool> answerTable(const ExplainOptions& options, const Investigation& inv
     }
     for (std::size_t i = 0; i < apps.size(); ++i) {
         progress.show(fmt::format("app {} of {}", i + 1, apps.size()));
-        auto answer = explain(investigation, {question.word, apps[i], ""});
+        auto answer = explain(investigation, {question.word, apps[i], ""},
+                              options.asJson ? Depth::whole : Depth::summary);
         progress.clear();
         if (!answer) {
             return tl::unexpected(std::move(answer.error()));
@@ -263,10 +230,24 @@ Result<bool> answerTable(const ExplainOptions& options, const Investigation& inv
     return failure ? Result<bool>(tl::unexpected(std::move(*failure))) : Result<bool>(any);
 }
 
+Result<bool> answer(const ExplainOptions& options, const Investigation& investigation,
+                    const Question& question) {
+    const bool isAll = question.argument == kAll;
+    if (question.word == kFileWord) {
+        return isAll ? answerUnused(options, investigation)
+                     : answerFile(options, investigation, question.argument);
+    }
+    return isAll ? answerTable(options, investigation, question)
+                 : answerQuestion(options, investigation, question);
+}
+
+// The first of several words that cannot be understood does not keep the others from being asked.
 ExitCode runExplain(const Arguments& arguments) {
     const auto options = readOptions(arguments);
     if (!options) {
-        return fail(ExitCode::wrongUsage, options.error());
+        // Words have no path; a list of requests has.
+        return fail(options.error().path.empty() ? ExitCode::wrongUsage : ExitCode::badInput,
+                    options.error());
     }
     desktop::cleanUpOnSignals();
     const auto device = makeDevice(options->themes, options->settings);
@@ -275,21 +256,26 @@ ExitCode runExplain(const Arguments& arguments) {
     }
     const Investigation investigation{*device, options->device, options->settings};
     bool found = false;
-    for (const Question& question : options->questions) {
-        const bool isAll = question.argument == "*";
-        if (&question != options->questions.data() && !options->asJson) {
+    bool isFirst = true;
+    ExitCode worst = ExitCode::done;
+    for (const auto& question : options->questions) {
+        if (!std::exchange(isFirst, false) && !options->asJson) {
             print("\n");
         }
-        const auto answered = !isAll ? answerQuestion(*options, investigation, question)
-                              : question.word == kFileWord
-                                  ? answerUnused(*options, investigation)
-                                  : answerTable(*options, investigation, question);
-        if (!answered) {
-            return fail(ExitCode::badInput, answered.error());
+        if (!question) {
+            worst = std::max(worst, fail(ExitCode::wrongUsage, question.error()));
+            continue;
         }
-        found = found || *answered;
+        const auto answered = answer(*options, investigation, *question);
+        if (!answered) {
+            worst = std::max(worst, fail(ExitCode::badInput, answered.error()));
+        }
+        found = found || (answered && *answered);
     }
-    return !flushResults() ? ExitCode::badInput : found ? ExitCode::done : ExitCode::nothingFound;
+    if (!flushResults()) {
+        return ExitCode::badInput;
+    }
+    return worst != ExitCode::done ? worst : found ? ExitCode::done : ExitCode::nothingFound;
 }
 
 constexpr std::array<Option, 12> kExplainOptions{{

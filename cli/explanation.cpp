@@ -1,6 +1,8 @@
 #include "cli/explanation.h"
 
+#include "cli/added_theme.h"
 #include "cli/calendar_report.h"
+#include "cli/later_requests.h"
 #include "cli/near_misses.h"
 #include "cli/notifications.h"
 #include "cli/switches.h"
@@ -15,10 +17,12 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <filesystem>
 #include <memory>
 #include <ranges>
 #include <span>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 namespace velmoranth::cli {
@@ -116,12 +120,54 @@ Result<bool> staysAfterChange(const Investigation& investigation, RunningScreen&
     return samePictures(answer->picture, explanation.picture);
 }
 
+// The names that are looked for in a folder of that name, where every theme has such a one.
+std::vector<std::string> namesInFolder(const Investigation& investigation, const Question& question,
+                                       const std::string& folder) {
+    const AddedTheme theme(investigation);
+    std::error_code error;
+    std::filesystem::create_directories(theme.folder() / folder, error);
+    std::vector<std::string> names;
+    if (theme.useBehind(investigation.settings)) {
+        const auto answer = askOnce(investigation, question);
+        for (const AskedFile& file :
+             answer ? triedFiles(answer->record) : std::vector<AskedFile>()) {
+            if (file.theme == theme.name() && file.name.starts_with(folder + "/")) {
+                names.push_back(file.name);
+            }
+        }
+    }
+    return names;
+}
+
+// What is looked for, and files that look as if they were meant for it. A name may be a folder's,
+// which is looked into once it is there.
+void findWanted(const Investigation& investigation, Explanation& explanation) {
+    std::vector<AskedFile> tried = triedFiles(explanation.record);
+    const auto missing =
+        std::ranges::find(explanation.files, EntryKind::missing, &AskedFile::state);
+    if (missing != explanation.files.end()) {
+        explanation.wanted = missing->name;
+    }
+    if (!explanation.shown && missing != explanation.files.end() &&
+        std::filesystem::path(missing->name).extension().empty()) {
+        const auto names = namesInFolder(investigation, explanation.question, explanation.wanted);
+        for (const std::string& theme : investigation.device.themes) {
+            for (const std::string& name : names) {
+                tried.push_back({EntryKind::missing, {}, theme, name, {}, {}});
+            }
+        }
+        explanation.wanted = names.empty() ? explanation.wanted : names.front();
+    }
+    explanation.nearMisses = nearMissesOf(investigation.device, tried);
+}
+
 // What the record alone says.
 Explanation explanationOf(const Question& question, record::Record record) {
     Explanation explanation;
     explanation.question = question;
     explanation.methods = methodsOf(record);
     explanation.files = askedFiles(record);
+    explanation.drawn = drawingSteps(record);
     explanation.record = std::move(record);
     return explanation;
 }
@@ -141,7 +187,7 @@ void askOthers(const Investigation& investigation, Explanation& explanation) {
         explanation.stock = std::move(stock->picture);
     }
     explanation.isStock = samePictures(explanation.picture, explanation.stock);
-    explanation.nearMisses = nearMissesOf(investigation.device, triedFiles(explanation.record));
+    findWanted(investigation, explanation);
     explanation.findings = calendarFindings(investigation.device, explanation.record);
     explanation.reason = switchReasonOf(investigation, explanation);
 }
@@ -279,7 +325,8 @@ std::vector<AskedFile> triedFiles(const record::Record& record) {
     return filesIn(record, true);
 }
 
-Result<Explanation> explain(const Investigation& investigation, const Question& question) {
+Result<Explanation> explain(const Investigation& investigation, const Question& question,
+                            Depth depth) {
     auto process = startProcess(investigation, question, true);
     if (!process) {
         return tl::unexpected(std::move(process.error()));
@@ -302,6 +349,9 @@ Result<Explanation> explain(const Investigation& investigation, const Question& 
     result.picture = std::move(answer->picture);
     result.isKept = std::ranges::none_of(askedFiles(again->record), isRead);
     askOthers(investigation, result);
+    if (depth == Depth::whole && result.shown && result.isKept) {
+        result.later = laterRequests(investigation, result, **process);
+    }
     if (result.shown && result.picture) {
         const auto stays = staysAfterChange(investigation, **process, question, result);
         result.needsRespring = stays && *stays;

@@ -4,6 +4,7 @@
 // have changed.
 #pragma once
 
+#include "cli/drawing_steps.h"
 #include "cli/throw_away_device.h"
 #include "desktop/result/result.h"
 #include "platform/foundation.h"
@@ -66,15 +67,21 @@ struct Explanation {
     // Those that could not be made, since their files are there and give nothing.
     std::vector<Effect> brokenEffects;
     std::optional<SwitchReason> reason;
+    std::vector<DrawingStep> drawn;             // what was done to the picture
     std::vector<std::string> findings;          // lines about the list that it was drawn by
     std::optional<simulator::Picture> picture;  // what shows; nothing for nil
     std::optional<simulator::Picture> stock;    // what shows with nothing replaced
     bool isStock = false;                       // whether both are the same picture
     // Whether the same request, sent again, opens no file of a theme.
     bool isKept = false;
+    // The other requests that what is kept answers then.
+    std::vector<simulator::Question> later;
     // Whether the picture stays when the themes are taken away while the process runs.
     bool needsRespring = false;
     std::vector<NearMiss> nearMisses;
+    // The first name that is looked for and that no theme has, "" for none. Where a folder of that
+    // name would be looked into, the name in it.
+    std::string wanted;
     // Why the process ended before it answered; what it did until then is in the record.
     std::optional<desktop::Problem> failure;
     record::Record record;
@@ -86,9 +93,13 @@ struct Investigation {
     platform::Dictionary settings;
 };
 
+// summary: what summaryOf() needs, without which later requests are answered.
+enum class Depth { summary, whole };
+
 // A process that ends early is no problem here, but a part of the explanation.
 [[nodiscard]] desktop::Result<Explanation> explain(const Investigation& investigation,
-                                                   const simulator::Question& question);
+                                                   const simulator::Question& question,
+                                                   Depth depth = Depth::whole);
 
 // Whether a file of a theme is behind what shows: its picture or sound, or what was done with it.
 [[nodiscard]] bool isThemed(const Explanation& explanation);
@@ -96,6 +107,9 @@ struct Investigation {
 [[nodiscard]] bool isVisible(const std::optional<simulator::Picture>& picture);
 // Whether the request gives the icon of an app.
 [[nodiscard]] bool isIcon(const simulator::Question& question);
+
+// "image Foo of com.example.bundle".
+[[nodiscard]] std::string requestOf(const simulator::Question& question);
 
 // The whole of it for a person, the last line being the sentence that sums up.
 [[nodiscard]] std::string textOf(const Explanation& explanation);

@@ -69,14 +69,17 @@ std::string jsonOf(const Explanation& explanation) {
         {"hidden", orNull(explanation.hidden)},
         {"effects", Json::object()},
         {"brokenEffects", Json::object()},
+        {"drawn", Json::array()},
         {"reason", reasonOf(explanation.reason)},
         {"findings", explanation.findings},
         {"size", sizeOf(explanation.picture)},
         {"stockSize", sizeOf(explanation.stock)},
         {"isStock", explanation.isStock},
         {"isKept", explanation.isKept},
+        {"later", Json::array()},
         {"needsRespring", explanation.needsRespring},
         {"unused", Json::array()},
+        {"wanted", explanation.wanted},
         {"failure", explanation.failure ? Json(desktop::toLine(*explanation.failure)) : Json()},
         {"summary", summaryOf(explanation)}};
     for (const AskedFile& file : explanation.files) {
@@ -87,6 +90,15 @@ std::string jsonOf(const Explanation& explanation) {
     }
     for (const Effect& effect : explanation.brokenEffects) {
         json["brokenEffects"][std::string(effect.name)] = jsonOf(effect.file);
+    }
+    for (const DrawingStep& step : explanation.drawn) {
+        json["drawn"].push_back({{"what", step.what},
+                                 {"message", step.message},
+                                 {"before", step.before},
+                                 {"after", step.after}});
+    }
+    for (const simulator::Question& later : explanation.later) {
+        json["later"].push_back({{"request", later.word}, {"argument", later.argument}});
     }
     for (const NearMiss& miss : explanation.nearMisses) {
         json["unused"].push_back(unused(miss));

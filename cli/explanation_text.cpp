@@ -15,17 +15,39 @@ using record::EntryKind;
 
 namespace {
 
-std::string requestOf(const simulator::Question& question) {
-    return question.word + (question.argument.empty() ? "" : " " + shown(question.argument)) +
-           (question.bundle.empty() ? "" : " of " + shown(question.bundle));
-}
-
 std::string nameOf(const AskedFile& file) {
     return shown(file.theme + "/" + file.name);
 }
 
-std::string row(std::string_view name, const std::string& text) {
-    return fmt::format("{:<10} {}\n", name, text);
+// Lines with a name before the first of several.
+class Rows {
+  public:
+    void add(std::string_view name, const std::string& text) {
+        text_ += fmt::format("{:<10} {}\n", name == last_ ? "" : name, text);
+        last_ = name;
+    }
+
+    [[nodiscard]] const std::string& text() const { return text_; }
+
+  private:
+    std::string_view last_;
+    std::string text_;
+};
+
+// "found, 180×180 @1x"
+std::string stateOf(const AskedFile& file) {
+    std::string state(record::wordOf(file.state));
+    for (const std::string& more : {file.answer, file.reason}) {
+        if (!more.empty()) {
+            state += ", " + shown(more);
+        }
+    }
+    return state;
+}
+
+// "cut out: 180×180 pixels, 180×180 mask → 180×180 pixels"
+std::string stepText(const DrawingStep& step) {
+    return fmt::format("{}: {} → {}", step.what, fmt::join(step.before, ", "), step.after);
 }
 
 std::string sizeOf(const simulator::Picture& picture) {
@@ -54,6 +76,17 @@ const Effect* effectNamed(const Explanation& explanation, std::string_view name)
 std::string ifTurned(const SwitchReason& reason) {
     return fmt::format("{} is {}; with it {}, ", reason.key, reason.isOn ? "on" : "off",
                        reason.isOn ? "off" : "on");
+}
+
+std::string againText(const Explanation& explanation) {
+    if (!explanation.isKept) {
+        return "the next request opens the files again";
+    }
+    std::string text = "kept: the next request opens no file";
+    for (const simulator::Question& later : explanation.later) {
+        text += (&later == explanation.later.data() ? "; nor does " : ", ") + requestOf(later);
+    }
+    return text;
 }
 
 std::string givesNothing(const AskedFile& file) {
@@ -128,8 +161,7 @@ std::string ownShows(const Explanation& explanation) {
     if (explanation.isStock) {
         return "The stock picture shows";
     }
-    const std::string effects = effectsText(explanation);
-    return "The device's own picture shows" + (effects.empty() ? ", changed" : effects);
+    return "The device's own picture shows" + effectsText(explanation);
 }
 
 // ": removeDock is off; with it on, A/B.png shows": the setting behind it; "" for none.
@@ -164,9 +196,9 @@ std::string whyNoFile(const Explanation& explanation) {
     if (!explanation.brokenEffects.empty()) {
         return givesNothing(explanation.brokenEffects.front().file);
     }
-    const auto wanted = std::ranges::find(explanation.files, EntryKind::missing, &AskedFile::state);
-    if (wanted != explanation.files.end()) {
-        return fmt::format("no active theme has what is looked for, {} first", shown(wanted->name));
+    if (!explanation.wanted.empty()) {
+        return fmt::format("no active theme has what is looked for, {} first",
+                           shown(explanation.wanted));
     }
     return explanation.files.empty() ? "no file of a theme is looked for" : "";
 }
@@ -181,6 +213,11 @@ std::string summaryWithoutFile(const Explanation& explanation) {
 }
 
 }  // namespace
+
+std::string requestOf(const simulator::Question& question) {
+    return question.word + (question.argument.empty() ? "" : " " + shown(question.argument)) +
+           (question.bundle.empty() ? "" : " of " + shown(question.bundle));
+}
 
 std::string summaryOf(const Explanation& explanation) {
     if (explanation.failure) {
@@ -197,58 +234,52 @@ std::string summaryOf(const Explanation& explanation) {
 }
 
 std::string textOf(const Explanation& explanation) {
-    std::string text = row("request", requestOf(explanation.question));
+    Rows rows;
+    rows.add("request", requestOf(explanation.question));
     for (const std::string& method : explanation.methods) {
-        text += row(&method == explanation.methods.data() ? "asks" : "", method);
+        rows.add("asks", method);
     }
     if (explanation.methods.empty() && !explanation.failure) {
-        text += row("asks", "nothing that is replaced");
+        rows.add("asks", "nothing that is replaced");
     }
     for (const AskedFile& file : explanation.files) {
-        std::string state(record::wordOf(file.state));
-        if (!file.answer.empty()) {
-            state += ", " + shown(file.answer);
-        }
-        if (!file.reason.empty()) {
-            state += ", " + shown(file.reason);
-        }
-        text += row(&file == explanation.files.data() ? "looks for" : "",
-                    nameOf(file) + " (" + state + ")");
+        rows.add("looks for", nameOf(file) + " (" + stateOf(file) + ")");
     }
     if (explanation.shown) {
-        text += row("shows", nameOf(*explanation.shown));
+        rows.add("shows", nameOf(*explanation.shown));
     }
     if (explanation.hidden) {
-        text += row("hides", nameOf(*explanation.hidden));
+        rows.add("hides", nameOf(*explanation.hidden));
     }
     for (const Effect& effect : explanation.effects) {
-        text += row(effect.name, nameOf(effect.file) + " (" + effect.file.answer + ")");
+        rows.add(effect.name, nameOf(effect.file) + " (" + effect.file.answer + ")");
+    }
+    for (const DrawingStep& step : explanation.drawn) {
+        rows.add("drawn", stepText(step));
     }
     if (explanation.picture) {
-        text += row(
+        rows.add(
             "size",
             sizeOf(*explanation.picture) +
                 (explanation.stock ? ", the stock picture's " + sizeOf(*explanation.stock) : ""));
     }
     if (explanation.shown) {
-        text += row("again", explanation.isKept ? "kept: the next request opens no file"
-                                                : "the next request opens the files again");
-        text +=
-            row("changes", explanation.needsRespring ? "of the themes show after a respring"
-                                                     : "of the themes show at the next request");
+        rows.add("again", againText(explanation));
+        rows.add("changes", explanation.needsRespring ? "of the themes show after a respring"
+                                                      : "of the themes show at the next request");
     }
     if (explanation.reason) {
-        text += row("setting", fmt::format("{} is {}", explanation.reason->key,
-                                           explanation.reason->isOn ? "on" : "off"));
+        rows.add("setting", fmt::format("{} is {}", explanation.reason->key,
+                                        explanation.reason->isOn ? "on" : "off"));
     }
     for (const std::string& finding : explanation.findings) {
-        text += row("calendar", finding);
+        rows.add("calendar", finding);
     }
     for (const NearMiss& miss : explanation.nearMisses) {
-        text += row("unused", shown(miss.theme + "/" + miss.name) + ", which " +
-                                  shown(miss.wanted) + " would be");
+        rows.add("unused", shown(miss.theme + "/" + miss.name) + ", which " + shown(miss.wanted) +
+                               " would be");
     }
-    return text + summaryOf(explanation) + "\n";
+    return rows.text() + summaryOf(explanation) + "\n";
 }
 
 }  // namespace velmoranth::cli

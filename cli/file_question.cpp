@@ -1,23 +1,26 @@
 #include "cli/file_question.h"
 
+#include "cli/added_theme.h"
+#include "cli/asking.h"
+#include "cli/file_requests.h"
 #include "cli/messages.h"
+#include "cli/near_misses.h"
 #include "cli/nearest.h"
-#include "cli/sound_events.h"
-#include "simulator/process/launcher.h"
-#include "simulator/screens/question_rows.h"
+#include "cli/switches.h"
+#include "desktop/files/descriptor.h"
 
 #include <fcntl.h>
-#include <fmt/format.h>
-#include <nlohmann/json.hpp>
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <filesystem>
-#include <map>
+#include <fstream>
+#include <future>
+#include <ios>
+#include <iterator>
 #include <set>
-#include <string_view>
+#include <system_error>
 #include <utility>
 
 namespace velmoranth::cli {
@@ -25,126 +28,95 @@ namespace velmoranth::cli {
 using desktop::Problem;
 using desktop::Result;
 using simulator::Question;
-using simulator::RunningScreen;
 
 namespace {
 
 namespace fs = std::filesystem;
 
-// A name as a request may have it: whole, and without what a file adds to it.
-std::set<std::string> namesMeant(const std::string& file) {
-    static constexpr std::array<std::string_view, 6> kEndings{"@2x",   "@3x",    "~iphone",
-                                                              "~ipad", "-large", "-small"};
-    std::set<std::string> names{file};
-    std::string text = file.substr(0, file.rfind('.'));
-    names.insert(text);
-    for (bool changed = true; changed;) {
-        changed = false;
-        for (const std::string_view ending : kEndings) {
-            if (text.size() > ending.size() && text.ends_with(ending)) {
-                text.resize(text.size() - ending.size());
-                names.insert(text);
-                names.insert(text + fs::path(file).extension().string());
-                changed = true;
-            }
-        }
-    }
-    return names;
-}
+// A file by its theme and its name in it.
+struct ThemeFile {
+    std::string theme;
+    std::string name;
+};
 
-// Every request that a file of that name could be meant for.
-std::vector<Question> questionsFor(const std::string& name) {
-    const fs::path path(name);
-    const std::set<std::string> names = namesMeant(path.filename().string());
-    // Folders are named for bundles.
-    std::set<std::string> bundles{""};
-    for (const fs::path& part : path.parent_path()) {
-        bundles.insert(part.string());
-    }
-    std::vector<Question> questions;
-    for (const simulator::QuestionRow& row : simulator::questionRows()) {
-        const std::string word(row.word);
-        if (row.argument.empty()) {
-            questions.push_back({word, "", ""});
-        } else if (word == "dot") {
-            for (const char* const dot : {"current", "other", "search"}) {
-                questions.push_back({word, dot, ""});
-            }
-        } else if (word == "sound") {
-            for (const SoundName& sound : soundNames()) {
-                if (sound.source != SoundSource::panel) {
-                    questions.push_back({word,
-                                         (sound.source == SoundSource::homeScreen ? "event:" : "") +
-                                             std::to_string(sound.number),
-                                         ""});
-                }
-            }
-        } else {
-            for (const std::string& meant : names) {
-                questions.push_back({word, meant, ""});
-                if (word == "image") {
-                    for (const std::string& bundle : bundles) {
-                        questions.push_back({word, meant, bundle});
-                    }
-                }
-            }
-        }
-    }
-    return questions;
-}
-
-struct Asked {
-    std::vector<Opening> openings;
+struct Opened {
+    Opening opening;
     std::string problem;
+    // The names in the theme that the request has tried before the file, and the file's.
+    std::vector<std::string> tried;
+};
+
+struct Round {
+    std::vector<Opened> opened;
     std::set<std::string> names;  // in the theme, that were looked for
 };
 
-// All of these in a process each of one device; what a process keeps does not matter, as a file
-// that it opens is noted the first time.
-Result<void> askDevice(const Investigation& investigation, const std::string& device, int system,
-                       const std::vector<Question>& questions, const FileExplanation& file,
-                       Asked& asked) {
-    auto configuration = simulator::deviceConfiguration(device, system);
-    if (!configuration) {
-        return tl::unexpected(std::move(configuration.error()));
-    }
-    std::map<simulator::ProcessKind, std::unique_ptr<RunningScreen>> processes;
+// What a device does with these requests.
+Result<Round> askDevice(const Investigation& investigation, const NamedDevice& device,
+                        const std::vector<Question>& questions, const ThemeFile& file) {
+    Investigation there = investigation;
+    there.configuration = device.configuration;
+    Asking asking(there);
+    Round round;
+    const int system = device.configuration.system.major;
     for (const Question& question : questions) {
-        const simulator::QuestionRow& row = *simulator::questionRowNamed(question.word);
-        if (system < row.firstSystem) {
+        if (system < simulator::questionRowNamed(question.word)->firstSystem) {
             continue;
         }
-        std::unique_ptr<RunningScreen>& process = processes[row.process];
-        if (process == nullptr) {
-            simulator::ScreenRequest request;
-            request.device = *configuration;
-            request.deviceFiles = investigation.device.root->files();
-            request.isRecorded = true;
-            request.withoutScreen = row.process;
-            auto started = RunningScreen::start(request);
-            if (!started) {
-                return tl::unexpected(std::move(started.error()));
-            }
-            process = std::move(*started);
-        }
-        const auto answer = process->ask(question);
+        const auto answer = asking.ask(question);
         if (!answer) {
             return tl::unexpected(answer.error());
         }
-        for (const AskedFile& one : askedFiles(answer->record)) {
+        std::vector<std::string> tried;
+        for (const AskedFile& one : triedFiles(answer->record)) {
             if (one.theme != file.theme) {
                 continue;
             }
-            asked.names.insert(one.name);
-            if (one.name == file.name && one.state != record::EntryKind::missing) {
-                asked.openings.push_back({question, device, system});
-                if (one.state == record::EntryKind::unreadable) {
-                    asked.problem = one.reason;
-                }
+            round.names.insert(one.name);
+            tried.push_back(one.name);
+            if (one.name == file.name &&
+                (isRead(one) || one.state == record::EntryKind::unreadable)) {
+                round.opened.push_back({{question, device.name, system}, one.reason, tried});
+                // It may keep the file, and another request would not open it again.
+                asking.forget(question);
             }
         }
     }
-    return {};
+    return round;
+}
+
+// All of them, two at a time.
+Result<Round> askDevices(const Investigation& investigation, std::span<const NamedDevice> devices,
+                         const std::vector<Question>& questions, const ThemeFile& file) {
+    Round all;
+    ProgressLine progress;
+    for (std::size_t i = 0; i < devices.size(); i += 2) {
+        progress.show("device " + std::to_string(i + 1) + " of " + std::to_string(devices.size()));
+        const auto ask = [&](const NamedDevice& device) {
+            return askDevice(investigation, device, questions, file);
+        };
+        std::future<Result<Round>> second;
+        if (i + 1 < devices.size()) {
+            second = std::async(std::launch::async, ask, std::cref(devices[i + 1]));
+        }
+        std::vector<Result<Round>> rounds{ask(devices[i])};
+        if (second.valid()) {
+            rounds.push_back(second.get());
+        }
+        for (Result<Round>& round : rounds) {
+            if (!round) {
+                return tl::unexpected(std::move(round.error()));
+            }
+            std::ranges::move(round->opened, std::back_inserter(all.opened));
+            all.names.merge(round->names);
+        }
+    }
+    return all;
+}
+
+// On the device.
+std::string pathOf(const ThemeFile& file) {
+    return "/Library/Themes/" + file.theme + "/" + file.name;
 }
 
 bool isFile(const desktop::DeviceRoot& root, const std::string& path) {
@@ -154,8 +126,8 @@ bool isFile(const desktop::DeviceRoot& root, const std::string& path) {
 }
 
 // The theme and the name in it that a path means.
-Result<FileExplanation> fileMeant(const Investigation& investigation, const std::string& path) {
-    std::string plain = fs::path(path).lexically_normal().generic_string();
+Result<ThemeFile> fileMeant(const Investigation& investigation, const std::string& path) {
+    const std::string plain = fs::path(path).lexically_normal().generic_string();
     for (const std::string& theme : investigation.device.themes) {
         std::vector<std::string> names{plain};
         for (std::size_t at = plain.find(theme + "/"); at != std::string::npos;
@@ -166,9 +138,8 @@ Result<FileExplanation> fileMeant(const Investigation& investigation, const std:
         }
         for (const std::string& name : names) {
             if (!name.starts_with('/') && !name.starts_with("..") &&
-                isFile(*investigation.device.root, fs::path("/Library/Themes") / theme / name)) {
-                return FileExplanation{
-                    .theme = theme, .name = name, .openings = {}, .problem = {}, .wanted = {}};
+                isFile(*investigation.device.root, pathOf({theme, name}))) {
+                return ThemeFile{theme, name};
             }
         }
     }
@@ -176,92 +147,197 @@ Result<FileExplanation> fileMeant(const Investigation& investigation, const std:
         Problem{"no theme has this file; give its path in the theme's folder", path});
 }
 
-std::string requestOf(const Opening& opening) {
-    return opening.question.word +
-           (opening.question.argument.empty() ? "" : " " + shown(opening.question.argument)) +
-           (opening.question.bundle.empty() ? "" : " of " + shown(opening.question.bundle));
+// Gives the added theme a copy of the file. False when it cannot be.
+bool copyInto(const AddedTheme& theme, const Investigation& investigation, const ThemeFile& file) {
+    constexpr std::size_t kMostBytes = std::size_t{64} << 20;
+    const auto bytes = investigation.device.root->readFile(pathOf(file), kMostBytes);
+    const fs::path into = theme.folder() / file.name;
+    std::error_code error;
+    fs::create_directories(into.parent_path(), error);
+    std::ofstream copy(into, std::ios::binary);
+    if (bytes) {
+        copy.write(reinterpret_cast<const char*>(bytes->data()),
+                   static_cast<std::streamsize>(bytes->size()));
+    }
+    return bytes && copy.flush();
+}
+
+const NamedDevice& deviceOf(const Opening& opening, std::span<const NamedDevice> devices) {
+    return *std::ranges::find_if(devices, [&](const NamedDevice& device) {
+        return device.name == opening.device && device.configuration.system.major == opening.system;
+    });
+}
+
+// The file that is opened where this one would be if it were alone.
+std::optional<HidingFile> hidingFile(const Investigation& investigation,
+                                     std::span<const NamedDevice> devices, const Opened& alone) {
+    Investigation there = investigation;
+    there.configuration = deviceOf(alone.opening, devices).configuration;
+    const auto answer = askOnce(there, alone.opening.question);
+    std::optional<HidingFile> hiding;
+    for (AskedFile& file : answer ? askedFiles(answer->record) : std::vector<AskedFile>()) {
+        if ((isRead(file) || file.state == record::EntryKind::unreadable) &&
+            std::ranges::find(alone.tried, file.name) != alone.tried.end()) {
+            hiding = HidingFile{std::move(file), alone.opening.question};
+        }
+    }
+    return hiding;
+}
+
+// Of the switches, whose other values together have the request open the file, the one that does.
+std::optional<FileSwitch> switchBehind(const Investigation& investigation, const AddedTheme& alone,
+                                       const std::vector<std::string_view>& keys,
+                                       const NamedDevice& device, const Question& question,
+                                       const ThemeFile& file) {
+    for (const std::string_view key : keys) {
+        if (!alone.useAlone(settingsWith(investigation, {key}))) {
+            continue;
+        }
+        const auto round = askDevice(investigation, device, {question}, file);
+        if (round && !round->opened.empty()) {
+            return FileSwitch{key, isSwitchOn(investigation, key), question};
+        }
+    }
+    return std::nullopt;
+}
+
+// The first request that opens the file where the theme has nothing else, is the only one, and has
+// these switches the other way.
+Result<std::optional<Opened>> openedAlone(const Investigation& investigation,
+                                          const AddedTheme& alone,
+                                          const std::vector<std::string_view>& turned,
+                                          std::span<const NamedDevice> devices,
+                                          const std::vector<Question>& questions,
+                                          const ThemeFile& file) {
+    if (!alone.useAlone(settingsWith(investigation, turned))) {
+        return std::optional<Opened>();
+    }
+    auto round = askDevices(investigation, devices, questions, file);
+    if (!round) {
+        return tl::unexpected(std::move(round.error()));
+    }
+    return round->opened.empty() ? std::optional<Opened>()
+                                 : std::optional(std::move(round->opened.front()));
+}
+
+// Why no request opens the file: another one is opened in its place, or a setting.
+Result<void> findReason(const Investigation& investigation, std::span<const NamedDevice> devices,
+                        const std::vector<Question>& questions, const ThemeFile& file,
+                        FileExplanation& explanation) {
+    std::optional<Opened> hidden;
+    {
+        const AddedTheme alone(investigation);
+        const ThemeFile there{alone.name(), file.name};
+        if (!copyInto(alone, investigation, file)) {
+            return {};
+        }
+        for (const auto& turned :
+             {std::vector<std::string_view>(), switchesThatAre(investigation, false),
+              switchesThatAre(investigation, true)}) {
+            auto opened = openedAlone(investigation, alone, turned, devices, questions, there);
+            if (!opened) {
+                return tl::unexpected(std::move(opened.error()));
+            }
+            if (*opened && turned.empty()) {
+                hidden = std::move(*opened);
+                break;
+            }
+            if (*opened) {
+                const Opening& opening = (*opened)->opening;
+                explanation.reason =
+                    switchBehind(investigation, alone, turned, deviceOf(opening, devices),
+                                 opening.question, there);
+                return {};
+            }
+        }
+    }
+    if (hidden) {
+        explanation.hidden = hidingFile(investigation, devices, *hidden);
+    }
+    return {};
+}
+
+// The nearest of the names that are near.
+std::vector<std::string> nearNames(const std::set<std::string>& names, const std::string& name) {
+    constexpr std::size_t kMostNames = 3;
+    std::vector<std::string> near;
+    std::ranges::copy_if(names, std::back_inserter(near), [&](const std::string& one) {
+        return gistOf(one) == gistOf(name) || isNearName(name, one);
+    });
+    std::ranges::sort(near, {}, [&](const std::string& one) { return farness(one, name); });
+    near.resize(std::min(near.size(), kMostNames));
+    return near;
+}
+
+// Of several names that a file answers to, for one of which an app may ask, the shortest.
+void keepShortest(std::vector<Opened>& opened) {
+    const std::vector<Opened> all = opened;
+    std::erase_if(opened, [&](const Opened& one) {
+        const Question& question = one.opening.question;
+        return std::ranges::any_of(all, [&](const Opened& other) {
+            const Question& shorter = other.opening.question;
+            return shorter.word == question.word && shorter.bundle == question.bundle &&
+                   shorter.argument.size() < question.argument.size();
+        });
+    });
+}
+
+void take(std::vector<Opened>&& opened, bool isOwn, FileExplanation& explanation) {
+    for (Opened& one : opened) {
+        one.opening.isOwn = isOwn;
+        explanation.openings.push_back(std::move(one.opening));
+        if (!one.problem.empty()) {
+            explanation.problem = std::move(one.problem);
+        }
+    }
 }
 
 }  // namespace
 
-Result<FileExplanation> explainFile(const Investigation& investigation, const std::string& path) {
-    auto file = fileMeant(investigation, path);
+Result<FileExplanation> explainFile(const Investigation& investigation,
+                                    std::span<const NamedDevice> devices, const std::string& path) {
+    const auto file = fileMeant(investigation, path);
     if (!file) {
-        return file;
+        return tl::unexpected(file.error());
     }
-    const std::vector<Question> questions = questionsFor(file->name);
-    Asked asked;
-    ProgressLine progress;
-    for (const int system : {12, 13}) {
-        for (const char* const device : {"phone", "phone-667", "pad"}) {
-            progress.show(fmt::format("{} with iOS {}", device, system));
-            if (auto done = askDevice(investigation, device, system, questions, *file, asked);
-                !done) {
-                return tl::unexpected(std::move(done.error()));
-            }
-        }
+    FileExplanation explanation;
+    explanation.theme = file->theme;
+    explanation.name = file->name;
+    const std::vector<Question> questions = ownRequestsFor(file->name);
+    auto own = askDevices(investigation, devices, questions, *file);
+    if (!own) {
+        return tl::unexpected(std::move(own.error()));
     }
-    file->openings = std::move(asked.openings);
-    file->problem = std::move(asked.problem);
-    if (file->openings.empty()) {
-        constexpr std::size_t kMostNames = 3;
-        file->wanted.assign(asked.names.begin(), asked.names.end());
-        std::ranges::stable_sort(file->wanted, {}, [&](const std::string& name) {
-            return editDistance(name, file->name);
+    take(std::move(own->opened), true, explanation);
+    if (!explanation.openings.empty()) {
+        return explanation;
+    }
+    if (auto found = findReason(investigation, devices, questions, *file, explanation); !found) {
+        return tl::unexpected(std::move(found.error()));
+    }
+    if (explanation.hidden || explanation.reason) {
+        return explanation;
+    }
+    auto others = askDevices(investigation, devices, otherRequestsFor(file->name), *file);
+    if (!others) {
+        return tl::unexpected(std::move(others.error()));
+    }
+    keepShortest(others->opened);
+    take(std::move(others->opened), false, explanation);
+    explanation.wanted = nearNames(own->names, file->name);
+    if (explanation.wanted.empty() && explanation.openings.empty()) {
+        // A request with the file's own name looks for it in many folders.
+        std::erase_if(others->names, [&](const std::string& name) {
+            return fs::path(name).parent_path() != fs::path(file->name).parent_path();
         });
-        file->wanted.resize(std::min(file->wanted.size(), kMostNames));
+        explanation.wanted = nearNames(others->names, file->name);
     }
-    return file;
+    return explanation;
 }
 
-std::string textOf(const FileExplanation& explanation) {
-    const std::string name = shown(explanation.theme + "/" + explanation.name);
-    std::string text;
-    // A request once, with the devices that send it.
-    std::vector<std::pair<std::string, std::string>> requests;
-    for (const Opening& opening : explanation.openings) {
-        const std::string request = requestOf(opening);
-        const std::string device = fmt::format("{} iOS {}", opening.device, opening.system);
-        const auto known =
-            std::ranges::find(requests, request, &std::pair<std::string, std::string>::first);
-        if (known == requests.end()) {
-            requests.emplace_back(request, device);
-        } else if (known->second.find(device) == std::string::npos) {
-            known->second += ", " + device;
-        }
-    }
-    for (const auto& [request, devices] : requests) {
-        text += fmt::format("{:<10} {} ({})\n", text.empty() ? "opened by" : "", request, devices);
-    }
-    if (requests.empty()) {
-        return fmt::format(
-            "{} is opened by no request{}.\n", name,
-            explanation.wanted.empty()
-                ? ""
-                : "; the nearest name that one looks for is " + shown(explanation.wanted.front()));
-    }
-    return text + (explanation.problem.empty()
-                       ? fmt::format("{} is opened by {}.\n", name, requests.front().first)
-                       : fmt::format("{} is opened and gives nothing: {}.\n", name,
-                                     shown(explanation.problem)));
-}
-
-std::string jsonOf(const FileExplanation& explanation) {
-    using Json = nlohmann::ordered_json;
-    Json json{{"version", 1},
-              {"theme", explanation.theme},
-              {"file", explanation.name},
-              {"openedBy", Json::array()},
-              {"problem", explanation.problem},
-              {"wanted", explanation.wanted}};
-    for (const Opening& opening : explanation.openings) {
-        json["openedBy"].push_back({{"request", opening.question.word},
-                                    {"argument", opening.question.argument},
-                                    {"bundle", opening.question.bundle},
-                                    {"device", opening.device},
-                                    {"ios", opening.system}});
-    }
-    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+bool isOpened(const FileExplanation& explanation) {
+    return !explanation.openings.empty() &&
+           (explanation.openings.front().isOwn || explanation.wanted.empty());
 }
 
 }  // namespace velmoranth::cli

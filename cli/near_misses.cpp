@@ -13,7 +13,6 @@
 #include <map>
 #include <set>
 #include <string_view>
-#include <tuple>
 
 namespace velmoranth::cli {
 
@@ -52,14 +51,13 @@ bool mayShareBundle(const std::string& a, const std::string& b) {
     return one.empty() || other.empty() || editDistance(one, other) <= kMostMistakes;
 }
 
-// Names that may have been meant come in this order.
-auto farness(const std::string& wanted, const std::string& name) {
+}  // namespace
+
+Farness farness(const std::string& wanted, const std::string& name) {
     const std::string_view scale = scaleOf(wanted);
     const int otherScale = scale == scaleOf(name) ? 0 : scale.empty() ? 1 : 2;
-    return std::tuple(otherScale, editDistance(wanted, name));
+    return {otherScale, editDistance(wanted, name)};
 }
-
-}  // namespace
 
 std::string gistOf(std::string_view name) {
     std::string text(name.substr(name.rfind('/') + 1));

@@ -3,7 +3,10 @@
 
 #include "cli/explanation.h"
 
+#include <cstddef>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace velmoranth::cli {
@@ -13,6 +16,11 @@ namespace velmoranth::cli {
 // letters. A file in the folder of another bundle is not meant.
 [[nodiscard]] std::vector<NearMiss> nearMissesOf(const DeviceOfRun& device,
                                                  const std::vector<AskedFile>& tried);
+
+// How far a file's name is from one that is looked for: whether it is one for another scale, then
+// the number of other letters. The nearest is the least.
+using Farness = std::pair<int, std::size_t>;
+[[nodiscard]] Farness farness(const std::string& wanted, const std::string& name);
 
 // The name without its folder, its scale, what stands for a size or a kind of device, and its
 // extension, in small letters: what two files have in common that are meant for the same.

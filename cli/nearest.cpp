@@ -42,21 +42,43 @@ std::size_t editDistance(std::string_view a, std::string_view b) {
     return row[b.size()];
 }
 
-std::optional<std::string_view> nearest(std::string_view word,
-                                        std::span<const std::string_view> candidates) {
+namespace {
+
+// The first of the nearest candidates, none that is `steps` away or farther.
+std::optional<std::string_view> nearestWithin(std::string_view word, std::size_t steps,
+                                              std::span<const std::string_view> candidates) {
     if (word.empty() || word.size() > kLongestWord) {
         return std::nullopt;
     }
     std::optional<std::string_view> best;
-    std::size_t bestDistance = std::max<std::size_t>(2, word.size() / 3) + 1;
     for (const std::string_view candidate : candidates) {
-        const std::size_t steps = editDistance(word, candidate);
-        if (steps < bestDistance && steps < std::max(word.size(), candidate.size())) {
+        const std::size_t far = editDistance(word, candidate);
+        if (far < steps && far < std::max(word.size(), candidate.size())) {
             best = candidate;
-            bestDistance = steps;
+            steps = far;
         }
     }
     return best;
+}
+
+std::size_t mostStepsOfName(std::string_view name) {
+    return std::max<std::size_t>(2, name.size() / 6);
+}
+
+}  // namespace
+
+std::optional<std::string_view> nearest(std::string_view word,
+                                        std::span<const std::string_view> candidates) {
+    return nearestWithin(word, std::max<std::size_t>(2, word.size() / 3) + 1, candidates);
+}
+
+std::optional<std::string_view> nearestName(std::string_view name,
+                                            std::span<const std::string_view> candidates) {
+    return nearestWithin(name, mostStepsOfName(name) + 1, candidates);
+}
+
+bool isNearName(std::string_view a, std::string_view b) {
+    return editDistance(a, b) <= mostStepsOfName(a);
 }
 
 }  // namespace velmoranth::cli

@@ -167,10 +167,7 @@ Result<void> drawOnce(const PreviewOptions& options, const DeviceOfRun& device) 
         picture = sideBySide({stock->picture, "Stock"}, {picture, captionOf(device)});
     }
     auto delivered = deliver(options, picture);
-    if (delivered) {
-        report.tell();
-    }
-    return delivered;
+    return delivered ? report.tell() : delivered;
 }
 
 // Ends only with a problem; a signal ends the process.

@@ -13,6 +13,8 @@ namespace velmoranth::cli {
 
 namespace fs = std::filesystem;
 
+using desktop::Result;
+
 namespace {
 
 // The folders of the device's active themes that are there, none twice. One behind a link is left
@@ -72,20 +74,23 @@ PreviewReport::PreviewReport(const PreviewOptions& options, const DeviceOfRun& d
     });
 }
 
-void PreviewReport::tell() {
+Result<void> PreviewReport::tell() {
     if (!report_.valid()) {
-        return;
+        return {};
     }
-    const auto report = report_.get();
-    if (!report) {
-        return;
-    }
-    for (const std::string& line : linesOf(*report, folders_)) {
+    const ThemeReport report = report_.get();
+    for (const std::string& line : linesOf(report, folders_)) {
         note(line);
     }
-    if (const std::string line = judgeMask(*investigation_, *report); !line.empty()) {
+    if (const std::string line = judgeMask(*investigation_, report); !line.empty()) {
         note(line);
     }
+    if (report.failure) {
+        return tl::unexpected(desktop::Problem{
+            "not all that the themes did could be found out: " + report.failure->message,
+            report.failure->path});
+    }
+    return {};
 }
 
 }  // namespace velmoranth::cli

@@ -22,15 +22,15 @@ class PreviewReport {
     // object. Of the user's own one a copy is asked, so that nothing of it changes.
     PreviewReport(const PreviewOptions& options, const DeviceOfRun& device);
 
-    // Waits for it and says it. What cannot be found out is left out: the picture is there.
-    void tell();
+    // Waits for it and says it. A problem when not all could be found out, behind the rest.
+    [[nodiscard]] desktop::Result<void> tell();
 
   private:
     std::optional<DeviceOfRun> copy_;
     std::unique_ptr<const Investigation> investigation_;
     std::vector<std::string> folders_;  // of the themes, as the user may give them
     // Last: what it asks outlives it.
-    std::future<desktop::Result<ThemeReport>> report_;
+    std::future<ThemeReport> report_;
 };
 
 }  // namespace velmoranth::cli

@@ -24,17 +24,6 @@ bool isOn(const Investigation& investigation, const SettingRow& row) {
     return value == nullptr ? row.isOnInPreview : platform::boolValue(value);
 }
 
-// The switches that are on, or off; those that change nothing are left out.
-std::vector<std::string_view> switchesThatAre(const Investigation& investigation, bool on) {
-    std::vector<std::string_view> keys;
-    for (const SettingRow& row : kPreviewSettings) {
-        if (row.member.flag != nullptr && isOn(investigation, row) == on) {
-            keys.push_back(row.key);
-        }
-    }
-    return keys;
-}
-
 // What a device with these switches the other way answers.
 struct Turned {
     std::optional<Answer> answer;
@@ -44,10 +33,7 @@ struct Turned {
 Turned turn(const Investigation& investigation, const simulator::Question& question,
             const std::vector<std::string_view>& keys) {
     Investigation turned = investigation;
-    for (const std::string_view key : keys) {
-        turned.settings.insert_or_assign(
-            std::string(key), platform::PropertyList(!isOn(investigation, *findSetting(key))));
-    }
+    turned.settings = settingsWith(investigation, keys);
     const desktop::DeviceRoot& root = *investigation.device.root;
     Turned result;
     if (setActiveThemes(root, investigation.device.themes, turned.settings)) {
@@ -110,11 +96,9 @@ std::optional<SwitchReason> reasonOff(const Turned& turned, const Explanation& e
 
 std::optional<SwitchReason> firstOff(const Investigation& investigation,
                                      const Explanation& explanation) {
-    std::vector<std::string_view> keys = switchesThatAre(investigation, false);
-    if (std::ranges::find(keys, kTheming) != keys.end()) {
-        keys = {kTheming};  // without it no other one counts
-    } else if (keys.empty() ||
-               !asksForMore(turn(investigation, explanation.question, keys), explanation)) {
+    const std::vector<std::string_view> keys = switchesThatAre(investigation, false);
+    if (keys.empty() ||
+        !asksForMore(turn(investigation, explanation.question, keys), explanation)) {
         return std::nullopt;  // all at once, and nothing comes of it
     }
     for (const std::string_view key : keys) {
@@ -130,8 +114,7 @@ std::optional<SwitchReason> firstOff(const Investigation& investigation,
 std::optional<SwitchReason> firstOn(const Investigation& investigation,
                                     const Explanation& explanation) {
     for (const std::string_view key : switchesThatAre(investigation, true)) {
-        const Turned turned =
-            key == kTheming ? Turned() : turn(investigation, explanation.question, {key});
+        const Turned turned = turn(investigation, explanation.question, {key});
         if (turned.answer && isVisible(turned.answer->picture)) {
             return SwitchReason{.key = key,
                                 .isOn = true,
@@ -144,6 +127,33 @@ std::optional<SwitchReason> firstOn(const Investigation& investigation,
 }
 
 }  // namespace
+
+std::vector<std::string_view> switchesThatAre(const Investigation& investigation, bool on) {
+    if (!on && !isSwitchOn(investigation, kTheming)) {
+        return {kTheming};  // without it no other one counts
+    }
+    std::vector<std::string_view> keys;
+    for (const SettingRow& row : kPreviewSettings) {
+        if (row.member.flag != nullptr && row.key != kTheming && isOn(investigation, row) == on) {
+            keys.push_back(row.key);
+        }
+    }
+    return keys;
+}
+
+bool isSwitchOn(const Investigation& investigation, std::string_view key) {
+    return isOn(investigation, *findSetting(key));
+}
+
+platform::Dictionary settingsWith(const Investigation& investigation,
+                                  const std::vector<std::string_view>& turned) {
+    platform::Dictionary settings = investigation.settings;
+    for (const std::string_view key : turned) {
+        settings.insert_or_assign(std::string(key),
+                                  platform::PropertyList(!isSwitchOn(investigation, key)));
+    }
+    return settings;
+}
 
 std::optional<SwitchReason> switchReasonOf(const Investigation& investigation,
                                            const Explanation& explanation) {

@@ -1,11 +1,11 @@
 #include "cli/theme_report.h"
 
-#include "cli/app_list.h"
+#include "cli/added_theme.h"
 #include "cli/asking.h"
 #include "cli/calendar_report.h"
+#include "cli/file_requests.h"
 #include "cli/messages.h"
 #include "cli/near_misses.h"
-#include "cli/sound_events.h"
 #include "desktop/image_io/image_io.h"
 #include "simulator/screens/question_rows.h"
 
@@ -80,35 +80,8 @@ std::vector<std::string> identifiersOf(const std::vector<simulator::NamedApp>& a
     return identifiers;
 }
 
-// What is asked for beside the icons and parts of the home screen: all that a device asks by
-// itself.
-std::vector<Question> questionsOfOtherScreens(const Investigation& investigation) {
-    std::vector<Question> questions;
-    for (const simulator::QuestionRow& row : simulator::questionRows()) {
-        const std::string word(row.word);
-        if (row.firstSystem > investigation.configuration.system.major || word == "icon") {
-            continue;
-        }
-        if (row.argument.empty()) {
-            questions.push_back({word, "", ""});
-        } else if (word == "settings" || word == "weather") {
-            for (std::string& name : simulator::knownArguments(row)) {
-                questions.push_back({word, std::move(name), ""});
-            }
-        }
-    }
-    for (const char* const dot : {"current", "other", "search"}) {
-        questions.push_back({"dot", dot, ""});
-    }
-    for (const SoundName& sound : soundNames()) {
-        if (sound.source != SoundSource::panel) {
-            questions.push_back({"sound",
-                                 (sound.source == SoundSource::homeScreen ? "event:" : "") +
-                                     std::to_string(sound.number),
-                                 ""});
-        }
-    }
-    return questions;
+bool isNamedFor(const AskedFile& file, const std::string& app) {
+    return gistOf(file.name) == gistOf(app + ".png");
 }
 
 // Whether a theme has a picture for the app, and what is said about it else.
@@ -120,6 +93,11 @@ Result<bool> askForIcon(const Investigation& investigation, const std::string& a
     }
     if (report.calendar.empty()) {
         report.calendar = calendarFindings(investigation.device, answer->record);
+    }
+    for (const AskedFile& file : triedFiles(answer->record)) {
+        if (isNamedFor(file, app)) {
+            report.iconFolders.insert(std::filesystem::path(file.name).parent_path());
+        }
     }
     return lastRead(answer->record, report.effects).has_value();
 }
@@ -141,39 +119,70 @@ Result<void> askForParts(AskedDevice& device, ThemeReport& report) {
     return {};
 }
 
-// The apps that themes have icons for and that the device does not have: a theme may have them for
-// what people install. Asked when all else has been, since such a name may be a mistake.
-Result<void> askForOtherApps(const Investigation& investigation,
-                             const std::vector<std::string>& asked, AskedDevice& device,
+// Whether the two lie in one folder and differ in what a file adds to a name alone.
+bool isSameBut(const std::string& name, const std::string& other) {
+    const std::filesystem::path one(name);
+    const std::filesystem::path two(other);
+    return one.parent_path() == two.parent_path() && one.extension() == two.extension() &&
+           gistOf(name) == gistOf(other);
+}
+
+// The icons that themes have for apps that the device does not have: people install apps. Asked
+// when all else has been, since such a name may be a mistake, and for so many of them alone that it
+// takes no longer than the rest.
+Result<void> askForOtherApps(const Investigation& investigation, AskedDevice& device,
                              ThemeReport& report) {
-    const auto themed = themedApps(*investigation.device.root);
-    for (const simulator::NamedApp& app : themed ? *themed : std::vector<simulator::NamedApp>()) {
-        if (std::ranges::find(asked, app.identifier) != asked.end()) {
-            continue;
-        }
-        const auto answer = device.ask({"icon", app.identifier, ""});
-        if (!answer) {
-            return tl::unexpected(answer.error());
-        }
-        const auto file = lastRead(answer->record, report.effects);
-        const bool isMistake =
-            file && std::ranges::any_of(report.nearMisses, [&](const NearMiss& miss) {
-                return miss.theme == file->theme && miss.name == file->name;
+    constexpr std::size_t kMostFiles = 50;
+    std::set<std::pair<std::string, std::string>> known;
+    for (const AskedFile& file : device.files()) {
+        known.emplace(file.theme, file.name);
+    }
+    for (const NearMiss& miss : report.nearMisses) {
+        known.emplace(miss.theme, miss.name);
+    }
+    std::size_t asked = 0;
+    for (const std::string& theme : investigation.device.themes) {
+        for (const std::string& name : filesOfTheme(*investigation.device.root, theme)) {
+            const auto folder = std::filesystem::path(name).parent_path();
+            if (!report.iconFolders.contains(folder) || known.contains({theme, name})) {
+                continue;
+            }
+            if (++asked > kMostFiles) {
+                report.hasMoreIcons = true;
+                return {};
+            }
+            const auto answer = device.ask(iconRequestFor(name));
+            if (!answer) {
+                return tl::unexpected(answer.error());
+            }
+            const auto file = lastRead(answer->record, report.effects);
+            if (file && file->theme == theme && file->name == name) {
+                ++report.moreIcons;
+            }
+            const std::vector<AskedFile> tried = triedFiles(answer->record);
+            const bool isFound = std::ranges::any_of(tried, [&](const AskedFile& other) {
+                return other.theme == theme && other.name == name;
             });
-        report.moreIcons += file && !isMistake ? 1 : 0;
+            const auto wanted = std::ranges::find_if(tried, [&](const AskedFile& other) {
+                return !isFound && other.theme == theme && other.state == EntryKind::missing &&
+                       isSameBut(other.name, name);
+            });
+            if (wanted != tried.end()) {
+                report.nearMisses.push_back({theme, name, wanted->name});
+            }
+        }
     }
     return {};
 }
 
 constexpr std::string_view kOpaqueApp = "com.example.opaque";
 
-// Gives the device a theme with an icon that is white all over.
-bool addOpaqueIcon(const desktop::DeviceRoot& root, const std::string& theme) {
+// Gives the theme an icon that is white all over.
+bool addOpaqueIcon(const AddedTheme& theme) {
     constexpr std::size_t kSide = 180;
     const std::vector<std::uint8_t> pixels(kSide * kSide * 4, 255);
     const auto png = desktop::encodePng(pixels, kSide, kSide, kSide * 4);
-    const std::filesystem::path folder =
-        std::filesystem::path(root.hostFolder()) / "Library/Themes" / theme / "IconBundles";
+    const std::filesystem::path folder = theme.folder() / "IconBundles";
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     std::ofstream file(folder / (std::string(kOpaqueApp) + "-large.png"), std::ios::binary);
@@ -181,14 +190,11 @@ bool addOpaqueIcon(const desktop::DeviceRoot& root, const std::string& theme) {
     return static_cast<bool>(file.flush());
 }
 
-}  // namespace
-
-Result<ThemeReport> reportThemes(const Investigation& investigation,
-                                 const std::vector<simulator::NamedApp>& apps) {
-    ThemeReport report;
-    AskedDevice device(investigation);
+Result<void> askForAll(const Investigation& investigation,
+                       const std::vector<simulator::NamedApp>& apps, AskedDevice& device,
+                       ThemeReport& report) {
     if (auto parts = askForParts(device, report); !parts) {
-        return tl::unexpected(std::move(parts.error()));
+        return parts;
     }
     std::vector<std::string> asked = identifiersOf(apps);
     const std::size_t shownCount = asked.size();
@@ -208,14 +214,27 @@ Result<ThemeReport> reportThemes(const Investigation& investigation,
             (*isThemes ? report.themedApps : report.otherApps).push_back(asked[i]);
         }
     }
-    for (const Question& question : questionsOfOtherScreens(investigation)) {
+    for (const Question& question : deviceRequests()) {
+        if (simulator::questionRowNamed(question.word)->firstSystem >
+            investigation.configuration.system.major) {
+            continue;
+        }
         if (const auto answer = device.ask(question); !answer) {
             return tl::unexpected(answer.error());
         }
     }
     report.nearMisses = nearMissesOf(investigation.device, device.files());
-    if (auto others = askForOtherApps(investigation, asked, device, report); !others) {
-        return tl::unexpected(std::move(others.error()));
+    return askForOtherApps(investigation, device, report);
+}
+
+}  // namespace
+
+ThemeReport reportThemes(const Investigation& investigation,
+                         const std::vector<simulator::NamedApp>& apps) {
+    ThemeReport report;
+    AskedDevice device(investigation);
+    if (auto asked = askForAll(investigation, apps, device, report); !asked) {
+        report.failure = std::move(asked.error());
     }
     std::ranges::copy_if(device.files(), std::back_inserter(report.unreadable),
                          [](const AskedFile& file) { return file.state == EntryKind::unreadable; });
@@ -228,14 +247,8 @@ std::string judgeMask(const Investigation& investigation, const ThemeReport& rep
         return {};
     }
     // Behind the others, so that nothing of theirs changes.
-    std::vector<std::string> themes = investigation.device.themes;
-    std::string probe = "opaque";
-    while (std::ranges::find(themes, probe) != themes.end()) {
-        probe += "-";
-    }
-    themes.push_back(probe);
-    const desktop::DeviceRoot& root = *investigation.device.root;
-    if (!addOpaqueIcon(root, probe)) {
+    const AddedTheme theme(investigation);
+    if (!addOpaqueIcon(theme)) {
         return {};
     }
     const Question question{"icon", std::string(kOpaqueApp), ""};
@@ -245,13 +258,12 @@ std::string judgeMask(const Investigation& investigation, const ThemeReport& rep
         if (!withMask) {
             settings.insert_or_assign("enableIconMask", platform::PropertyList(false));
         }
-        return setActiveThemes(root, themes, settings)
+        return theme.useBehind(settings)
                    ? askOnce(investigation, question)
                    : Result<simulator::Answer>(tl::unexpected(desktop::Problem()));
     };
     const auto masked = answerWith(true);
     const auto plain = answerWith(false);
-    static_cast<void>(setActiveThemes(root, investigation.device.themes, investigation.settings));
     if (!masked || !plain || !isVisible(plain->picture)) {
         return {};
     }
@@ -287,7 +299,9 @@ std::vector<std::string> linesOf(const ThemeReport& report,
                     counted(report.themedApps.size() + report.otherApps.size(), "app"),
                     report.themedApps.size() == 1 ? "has" : "have", whose);
     if (report.moreIcons > 0) {
-        sum += fmt::format("; {} of apps that are not shown", counted(report.moreIcons, "icon"));
+        sum +=
+            fmt::format("; {}{} of apps that are not shown", report.hasMoreIcons ? "at least " : "",
+                        counted(report.moreIcons, "icon"));
     }
     if (!report.parts.empty()) {
         sum += fmt::format("; {}", fmt::join(report.parts, ", "));

@@ -30,7 +30,7 @@ void addRead(std::string_view message, const std::string& path, const std::strin
             entry.kind = existence.exists ? EntryKind::unreadable : EntryKind::missing;
             entry.answer = kNil;
             if (existence.exists) {
-                entry.reason = existence.isDirectory ? "a folder" : std::move(file.problem);
+                entry.reason = existence.isDirectory ? "it is a folder" : std::move(file.problem);
             }
         }
         add(std::move(entry));

@@ -36,8 +36,13 @@ struct QuestionRow {
 // Whether an argument fits its row: there, or not, or one of those to choose from.
 [[nodiscard]] bool takesArgument(const QuestionRow& row, std::string_view argument);
 
-// What the stock device has for such a question, none twice: its apps, or names of its pictures.
-// Empty where every argument is as good as another, and for a row without one.
-[[nodiscard]] std::vector<std::string> knownArguments(const QuestionRow& row);
+// What the stock device has for such a question, none twice: its apps, or names of its pictures; of
+// that bundle, or of the toolkit's own. Empty where every argument is as good as another, and for a
+// row without one.
+[[nodiscard]] std::vector<std::string> knownArguments(const QuestionRow& row,
+                                                      std::string_view bundle = {});
+
+// The identifiers of the stock device's bundles that images are asked of by name.
+[[nodiscard]] std::vector<std::string> knownBundles();
 
 }  // namespace velmoranth::simulator

@@ -9,6 +9,7 @@
 #include "simulator/screens/gallery_items.h"
 #include "simulator/screens/icon_places.h"
 #include "simulator/screens/weather_screen.h"
+#include "simulator/toolkit/device_bundles.h"
 #include "simulator/toolkit/feedback_classes.h"
 #include "simulator/toolkit/image_messages.h"
 #include "simulator/toolkit/named_views.h"
@@ -44,10 +45,10 @@ constexpr std::array kQuestionRows{
     QuestionRow{"badge", "", "the badge on an icon", kOnHomeScreen},
     QuestionRow{"dot", "current|other|search", "a dot below the home screen's pages",
                 kOnHomeScreen},
-    QuestionRow{"pressed", "", "what lies over an icon under a finger", kOnHomeScreen},
     QuestionRow{"mask", "", "the mask that icons are cut out with", kOnHomeScreen},
     QuestionRow{"overlay", "", "the picture that is laid over icons", kOnHomeScreen},
     QuestionRow{"shadow", "", "the picture that lies under icons", kOnHomeScreen},
+    QuestionRow{"pressed", "", "what lies over an icon under a finger", kOnHomeScreen},
     QuestionRow{"calendar", "", "the calendar's icon with its day", kOnHomeScreen},
     QuestionRow{"clock", "", "the clock's icon without its hands", kOnHomeScreen},
     QuestionRow{"knob", "", "the knob of a switch", ProcessKind::app},
@@ -245,7 +246,7 @@ bool takesArgument(const QuestionRow& row, std::string_view argument) {
            std::string::npos;
 }
 
-std::vector<std::string> knownArguments(const QuestionRow& row) {
+std::vector<std::string> knownArguments(const QuestionRow& row, std::string_view bundle) {
     std::vector<std::string> known;
     const auto add = [&](std::string_view name) {
         if (std::ranges::find(known, name) == known.end()) {
@@ -263,6 +264,25 @@ std::vector<std::string> knownArguments(const QuestionRow& row) {
         std::ranges::for_each(weatherConditionNames(), add);
     } else if (row.word == "settings") {
         std::ranges::for_each(settingsIconNames(), add);
+    } else if (row.word == "image" || row.word == "symbol") {
+        const std::string_view asked = row.word == "symbol" ? kGlyphsBundle
+                                       : bundle.empty()     ? kToolkitBundle
+                                                            : bundle;
+        for (const BundleCatalog& catalog : bundleCatalogs()) {
+            if (catalog.identifier == asked) {
+                std::ranges::for_each(catalog.names(), add);
+            }
+        }
+    }
+    return known;
+}
+
+std::vector<std::string> knownBundles() {
+    std::vector<std::string> known;
+    for (const BundleCatalog& catalog : bundleCatalogs()) {
+        if (std::ranges::find(known, catalog.identifier) == known.end()) {
+            known.emplace_back(catalog.identifier);
+        }
     }
     return known;
 }

@@ -8,7 +8,9 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <map>
+#include <cmath>
+#include <cstdio>
+#include <iterator>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -131,6 +133,36 @@ inline std::string pictureSizeSaid(const nlohmann::json& said) {
     return size.is_null() ? "nothing" : size.at("width").dump() + " x " + size.at("height").dump();
 }
 
+// The pixels of "50×50 @3x"; "" for words that are no image.
+inline std::string pixelsOf(const std::string& words) {
+    double width = 0;
+    double height = 0;
+    double scale = 0;
+    return std::sscanf(words.c_str(), "%lf×%lf @%lfx", &width, &height, &scale) == 3
+               ? std::to_string(std::lround(width * scale)) + " x " +
+                     std::to_string(std::lround(height * scale))
+               : "";
+}
+
+// The sentence says what the rest says: whose file shows, or that the stock picture does, and that
+// of no other; the file behind an interface image is the picture that came.
+inline void expectOneStory(const nlohmann::json& said) {
+    const std::string summary = said.at("summary");
+    const bool saysStock = summary.starts_with("The stock picture shows");
+    EXPECT_TRUE(!saysStock || (said.at("isStock") && said.at("shown").is_null())) << said;
+    if (said.at("shown").is_null()) {
+        const bool saysOther = summary.starts_with("The device's own picture shows");
+        EXPECT_TRUE(!saysOther || !said.at("isStock")) << said;
+        return;
+    }
+    const NotedFile shown = filed(said.at("shown"));
+    EXPECT_TRUE(summary.starts_with(shown.path)) << said;
+    const std::string request = said.at("request");
+    if (request == "image" || request == "symbol" || request == "knob") {
+        EXPECT_EQ(pixelsOf(shown.answer), pictureSizeSaid(said)) << said;
+    }
+}
+
 // What is said of a request, against the record of the process that was asked: the whole of it, and
 // nothing else.
 inline void expectOfItsOwnRecord(const nlohmann::json& said, const record::Record& record) {
@@ -139,6 +171,7 @@ inline void expectOfItsOwnRecord(const nlohmann::json& said, const record::Recor
     EXPECT_EQ(said.at("methods").get<Texts>(), methodsIn(record));
     EXPECT_EQ(files, filesIn(record));
     EXPECT_EQ(filedOrNot(said.at("shown")), winnerIn(files, said.at("effects")));
+    expectOneStory(said);
     for (const auto& effect : said.at("effects")) {
         EXPECT_NE(std::find(files.begin(), files.end(), filed(effect)), files.end()) << effect;
     }

@@ -1,11 +1,11 @@
-// velmoranth explain
-#include "tests/cli/preview_fixture.h"
+// velmoranth explain: what people ask, and what it says.
+#include "tests/cli/explain_fixture.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -14,49 +14,6 @@ namespace velmoranth::cli::explain_test {
 namespace {
 
 using nlohmann::json;
-
-// As a mask it hides nothing.
-constexpr Color kBlack{0, 0, 0};
-constexpr const char* kMask = "/Bundles/com.apple.mobileicons.framework/AppIconMask.png";
-
-std::string lastLine(const std::string& text) {
-    const std::size_t end = text.find_last_not_of('\n');
-    const std::size_t begin = text.rfind('\n', end);
-    return text.substr(begin + 1, end - begin);
-}
-
-class ExplainTest : public PreviewTest {
-  protected:
-    // A picture of one colour, that side in pixels.
-    void picture(const std::string& name, std::size_t side = 180, Color color = kMagenta) const {
-        std::vector<std::uint8_t> pixels(side * side * 4, 255);
-        for (std::size_t i = 0; i < pixels.size(); i += 4) {
-            pixels[i] = color.blue;
-            pixels[i + 1] = color.green;
-            pixels[i + 2] = color.red;
-        }
-        const auto png = desktop::encodePng(pixels, side, side, side * 4);
-        folder.file("work/" + name, std::string(png.begin(), png.end()));
-    }
-
-    [[nodiscard]] CommandResult explain(std::vector<std::string> words) const {
-        words.insert(words.begin(), "explain");
-        return runCommand(words, setting());
-    }
-
-    // The sentence that sums up.
-    [[nodiscard]] std::string answer(const std::vector<std::string>& words, int code = 0) const {
-        const CommandResult result = explain(words);
-        EXPECT_EQ(result.code, code) << result.errors;
-        EXPECT_EQ(folder.names("tmp"), "") << "nothing is left";
-        return lastLine(result.output);
-    }
-
-    [[nodiscard]] json object(std::vector<std::string> words) const {
-        words.insert(words.begin(), "--json");
-        return json::parse(explain(words).output, nullptr, false);
-    }
-};
 
 // --- What people ask.
 
@@ -123,8 +80,10 @@ TEST_F(ExplainTest, TheKnobStaysOld) {
 
 TEST_F(ExplainTest, TheClocksFaceIsNotMine) {
     picture("A/Bundles/com.apple.SpringBoardHome/ClockIconBackgroundSquare~iphone.png");
-    EXPECT_NE(answer({"A", "--", "clock"}, 1).find("which is not looked for; name it "),
-              std::string::npos);
+    EXPECT_EQ(answer({"A", "--", "clock"}, 1),
+              "The device's own picture shows: A has Bundles/com.apple.SpringBoardHome/"
+              "ClockIconBackgroundSquare~iphone.png, which is not looked for; name it "
+              "Bundles/com.apple.SpringBoardHome/ClockIconBackgroundSquare.png.");
     picture("A/Bundles/com.apple.SpringBoardHome/ClockIconBackgroundSquare@3x.png");
     EXPECT_TRUE(answer({"A", "--", "clock"})
                     .starts_with("A/Bundles/com.apple.SpringBoardHome/"
@@ -135,10 +94,16 @@ TEST_F(ExplainTest, TheDotsAreStock) {
     picture("A/Bundles/com.apple.springboard/SBPageDotCurrent@3x.png", 24);
     EXPECT_EQ(answer({"A", "--", "dot", "current"}),
               "A/Bundles/com.apple.springboard/SBPageDotCurrent@3x.png shows.");
-    EXPECT_TRUE(answer({"A", "--", "dot", "search"}, 1).starts_with("The stock picture shows: "));
+    EXPECT_EQ(answer({"A", "--", "dot", "search"}, 1),
+              "The stock picture shows: no active theme has what is looked for, "
+              "Bundles/com.apple.springboard/Spotlight_Pages.png first.");
 }
 
 TEST_F(ExplainTest, TheFoldersHaveNoPlate) {
+    picture("A/IconBundles/com.apple.News-large.png");
+    EXPECT_EQ(answer({"A", "--", "folder"}, 1),
+              "Nothing shows: no active theme has what is looked for, Velmoranth/Folder.png "
+              "first.");
     picture("A/Bundles/com.apple.springboard/ANEMFolderIconBG.png");
     EXPECT_EQ(answer({"A", "--", "folder"}),
               "A/Bundles/com.apple.springboard/ANEMFolderIconBG.png shows.");
@@ -147,10 +112,15 @@ TEST_F(ExplainTest, TheFoldersHaveNoPlate) {
 TEST_F(ExplainTest, NoSoundPlays) {
     picture("A/IconBundles/com.apple.Maps-large.png");
     EXPECT_EQ(answer({"A", "--", "sound", "1104"}, 1),
-              "The system's own sound plays: no active theme has what is looked for, UISounds "
-              "first.");
-    EXPECT_EQ(answer({"A", "--", "sound", "event:1002"}, 1),
-              "Nothing plays: no active theme has what is looked for, UISounds first.");
+              "The system's own sound plays: no active theme has what is looked for, "
+              "UISounds/key_press_click.caf first.")
+        << "the folder is missing as well";
+    EXPECT_EQ(answer({"A", "--", "sound", "event:lock"}, 1),
+              "Nothing plays: no active theme has what is looked for, UISounds/lock.caf first.");
+    folder.file("work/A/UIsounds/key_press_click.caf", "text");
+    EXPECT_EQ(answer({"A", "--", "sound", "key-click"}, 1),
+              "The system's own sound plays: A has UIsounds/key_press_click.caf, which is not "
+              "looked for; name it UISounds/key_press_click.caf.");
 }
 
 // --- What lies behind the device's own picture.
@@ -187,8 +157,6 @@ TEST_F(ExplainTest, WhatLiesOverAPressedIconHasTheMask) {
 }
 
 // --- Settings.
-
-constexpr const char* kDock = "A/Velmoranth/SBDockBGiphone.png";
 
 TEST_F(ExplainTest, ASwitchThatIsOffIsTheReason) {
     picture(kDock);
@@ -254,7 +222,7 @@ TEST_F(ExplainTest, SaysWhichMethodsAreReachedAndWhatIsTriedInOrder) {
         "looks for  A/IconBundles/com.apple.Maps-large.png (missing)\n"
         "           B/IconBundles/com.apple.Maps-large.png (found, 180×180 @1x)\n"))
         << result.output;
-    EXPECT_NE(result.output.find("\nagain      kept: the next request opens no file\n"),
+    EXPECT_NE(result.output.find("\nagain      kept: the next request opens no file; nor does "),
               std::string::npos);
     EXPECT_EQ(result.errors, "");
     const CommandResult older = explain({"B", "--ios", "12", "--", "icon", "com.apple.Maps"});
@@ -262,6 +230,38 @@ TEST_F(ExplainTest, SaysWhichMethodsAreReachedAndWhatIsTriedInOrder) {
         older.output.find("+[UIImage _applicationIconImageForBundleIdentifier:format:scale:]\n"),
         std::string::npos)
         << older.output;
+}
+
+TEST_F(ExplainTest, SaysWhatWasDrawnStepByStepWithTheSizes) {
+    picture(std::string("A/") + kMaps, 120);
+    picture(std::string("A") + kMask, 60, kBlack);
+    picture("A/Velmoranth/iPhoneOverlay.png", 90);
+    const CommandResult result = explain({"A", "--", "icon", "com.apple.Maps"});
+    EXPECT_NE(result.output.find("\ndrawn      made a mask: 120×120 @1x, 60×60 @1x → 60×60 mask\n"
+                                 "           cut out: 120×120 pixels, 60×60 mask → 120×120 pixels\n"
+                                 "           redrawn: 120×120 pixels, 90×90 @1x, 120×120 @1x → "
+                                 "120×120 @3x\n"),
+              std::string::npos)
+        << result.output;
+    const json steps = object({"A", "--", "icon", "com.apple.Maps"}).at("drawn");
+    ASSERT_EQ(steps.size(), 3U);
+    EXPECT_EQ(steps[1], (json{{"what", "cut out"},
+                              {"message", "CGImageCreateWithMask"},
+                              {"before", {"120×120 pixels", "60×60 mask"}},
+                              {"after", "120×120 pixels"}}));
+    EXPECT_EQ(object({"A", "--", "badge"}).at("drawn"), json::array());
+}
+
+TEST_F(ExplainTest, SaysWhichLaterRequestsWhatIsKeptAnswers) {
+    picture(std::string("A/") + kMaps);
+    const CommandResult result = explain({"A", "--", "icon", "com.apple.Maps"});
+    EXPECT_NE(result.output.find("\nagain      kept: the next request opens no file; nor does "
+                                 "miniature com.apple.Maps\n"),
+              std::string::npos)
+        << result.output;
+    EXPECT_EQ(object({"A", "--", "icon", "com.apple.Maps"}).at("later"),
+              (json::array({{{"request", "miniature"}, {"argument", "com.apple.Maps"}}})));
+    EXPECT_EQ(object({"A", "--", "notification", "com.apple.Maps"}).at("later"), json::array());
 }
 
 TEST_F(ExplainTest, JsonHasTheSameInOneObject) {
@@ -302,6 +302,14 @@ TEST_F(ExplainTest, WritesThePictureThatShows) {
     EXPECT_EQ(PngPicture(piped.output).count(kMagenta), 60 * 60);
 }
 
+TEST_F(ExplainTest, WithNoPictureToWriteItIsExplainedFirst) {
+    folder.file(std::string("work/A/") + kMaps);
+    const CommandResult result = explain({"A", "-o", "x.png", "--", "icon", "com.apple.Maps"});
+    EXPECT_EQ(result.code, 3);
+    EXPECT_TRUE(lastLine(result.output).starts_with("Nothing shows: ")) << result.output;
+    EXPECT_EQ(result.errors, "velmoranth: error: nothing shows, so there is no picture to write\n");
+}
+
 TEST_F(ExplainTest, EveryAppIsATableOfTheirSentences) {
     picture("A/IconBundles/com.apple.Maps-large.png");
     const CommandResult result = explain({"A", "--", "icon", "*"});
@@ -310,114 +318,6 @@ TEST_F(ExplainTest, EveryAppIsATableOfTheirSentences) {
     EXPECT_GT(std::ranges::count(result.output, '\n'), 30);
     EXPECT_NE(result.output.find("  A/IconBundles/com.apple.Maps-large.png shows"),
               std::string::npos);
-}
-
-TEST_F(ExplainTest, RequestsAreReadFromAFileALineEach) {
-    picture("A/UIImages/UISwitchKnob@3x.png", 60);
-    folder.file("work/asks", "# two of them\nknob\n\n  badge\n");
-    const CommandResult result = explain({"A", "--requests", "asks"});
-    EXPECT_EQ(result.code, 0) << "one of them shows a file of the theme";
-    EXPECT_NE(result.output.find("request    knob\n"), std::string::npos);
-    EXPECT_NE(result.output.find("\n\nrequest    badge\n"), std::string::npos);
-    folder.file("work/wrong", "knob\nbagde\n");
-    const CommandResult wrong = explain({"A", "--requests", "wrong"});
-    EXPECT_EQ(wrong.code, 2);
-    EXPECT_NE(
-        wrong.errors.find("wrong: line 2: there is no request \"bagde\"; did you mean badge?"),
-        std::string::npos)
-        << wrong.errors;
-}
-
-TEST_F(ExplainTest, FilesThatLieWhereNothingLooksAreListed) {
-    picture("A/IconBundles/com.apple.maps-large.png");
-    picture("A/Bundles/com.apple.Preferences/Wifi@3x.png");
-    picture("A/UIImages/UISwitchknob@3x.png", 60);
-    picture("A/IconBundles/com.apple.News-large.png");
-    const CommandResult result = explain({"A", "--", "file", "*"});
-    EXPECT_EQ(result.code, 0);
-    EXPECT_NE(result.output.find("A/IconBundles/com.apple.maps-large.png is not looked for; name "
-                                 "it IconBundles/com.apple.Maps-large.png\n"),
-              std::string::npos)
-        << result.output;
-    EXPECT_NE(result.output.find("A/UIImages/UISwitchknob@3x.png is not looked for; name it "
-                                 "UIImages/UISwitchKnob@3x.png\n"),
-              std::string::npos)
-        << result.output;
-    EXPECT_NE(result.output.find("A/Bundles/com.apple.Preferences/Wifi@3x.png is not"),
-              std::string::npos)
-        << result.output;
-}
-
-// --- The question the other way round.
-
-TEST_F(ExplainTest, AFileIsOpenedByTheseRequestsOnTheseDevices) {
-    picture("A/IconBundles/com.apple.Maps-large.png");
-    const CommandResult result =
-        explain({"A", "--", "file", "A/IconBundles/com.apple.Maps-large.png"});
-    EXPECT_EQ(result.code, 0);
-    EXPECT_TRUE(result.output.starts_with(
-        "opened by  icon com.apple.Maps (phone iOS 12, phone-667 iOS 12, pad iOS 12, phone iOS 13, "
-        "phone-667 iOS 13, pad iOS 13)\n"))
-        << result.output;
-    EXPECT_EQ(lastLine(result.output),
-              "A/IconBundles/com.apple.Maps-large.png is opened by icon com.apple.Maps.");
-}
-
-TEST_F(ExplainTest, AFileThatNoRequestOpensIsToldWithTheNameThatOneWould) {
-    picture("A/IconBundles/com.apple.maps.png");
-    const CommandResult result = explain({"A", "--", "file", "IconBundles/com.apple.maps.png"});
-    EXPECT_EQ(result.code, 1);
-    EXPECT_EQ(result.output,
-              "A/IconBundles/com.apple.maps.png is opened by no request; the nearest name that one "
-              "looks for is IconBundles/com.apple.maps-large.png.\n");
-}
-
-TEST_F(ExplainTest, AFileThatGivesNothingIsToldWithItsReason) {
-    folder.file("work/A/IconBundles/com.apple.Maps-large.png", "text");
-    const CommandResult result =
-        explain({"A", "--", "file", "IconBundles/com.apple.Maps-large.png"});
-    EXPECT_EQ(result.code, 0);
-    EXPECT_NE(lastLine(result.output).find(" is opened and gives nothing: "), std::string::npos)
-        << result.output;
-}
-
-// --- Bad input.
-
-TEST_F(ExplainTest, WrongWordsAreToldInALine) {
-    picture("A/UIImages/UISwitchKnob@3x.png", 60);
-    const auto expectMisuse = [&](const std::vector<std::string>& words, const std::string& text) {
-        const CommandResult result = explain(words);
-        EXPECT_EQ(result.code, 2) << text;
-        EXPECT_EQ(result.errors, "velmoranth: error: " + text + "\n");
-        EXPECT_EQ(result.output, "");
-    };
-    expectMisuse({"A", "--", "icn", "x"}, "there is no request \"icn\"; did you mean icon?");
-    expectMisuse({"A", "--", "icon"}, "icon takes ID behind it");
-    expectMisuse({"A", "--", "badge", "x"}, "badge takes nothing behind it");
-    expectMisuse({"A", "--", "dot", "next"}, "dot takes current|other|search behind it");
-    expectMisuse({"A"}, "a REQUEST is missing behind --; velmoranth explain --help lists them");
-    expectMisuse({"--", "badge"}, "a THEME folder is missing before --; velmoranth explain --help");
-    expectMisuse({"A", "--bundle", "x", "--", "badge"}, "--bundle goes with image alone");
-    expectMisuse({"A", "--json", "--raw", "--", "badge"},
-                 "--json does not go with --raw: the one is in the other");
-}
-
-TEST_F(ExplainTest, InputThatCannotBeUsedIsToldInALine) {
-    picture("A/UIImages/UISwitchKnob@3x.png", 60);
-    const CommandResult missing = explain({"None", "--", "badge"});
-    EXPECT_EQ(missing.code, 3);
-    EXPECT_EQ(missing.errors, "velmoranth: error: None: there is no such theme folder\n");
-    const CommandResult file = explain({"A", "--", "file", "Nothing.png"});
-    EXPECT_EQ(file.code, 3);
-    EXPECT_EQ(file.errors,
-              "velmoranth: error: Nothing.png: no theme has this file; give its path in "
-              "the theme's folder\n");
-    const CommandResult older = explain({"A", "--ios", "12", "--", "symbol", "gear"});
-    EXPECT_EQ(older.code, 3);
-    EXPECT_EQ(older.errors, "velmoranth: error: iOS 12 has no symbol: nothing asks for one\n");
-    const CommandResult sound = explain({"A", "--", "sound", "loud"});
-    EXPECT_EQ(sound.code, 3);
-    EXPECT_EQ(sound.errors, "velmoranth: error: a sound is a number or event:NUMBER, not loud\n");
 }
 
 TEST_F(ExplainTest, WhatSessionAndPlayerAreToldIsInTheRecord) {
@@ -445,17 +345,6 @@ TEST_F(ExplainTest, WhatSessionAndPlayerAreToldIsInTheRecord) {
         "message-[AVAudioPlayer prepareToPlay] AVAudioPlayer",
         "message-[AVAudioPlayer play] AVAudioPlayer"};
     EXPECT_EQ(told, expected) << result.output;
-}
-
-TEST_F(ExplainTest, OddIdentifiersAreAskedForAsTheyAre) {
-    picture("A/UIImages/UISwitchKnob@3x.png", 60);
-    const CommandResult result = explain({"A", "--", "icon", "a/../../b"});
-    EXPECT_EQ(result.code, 1);
-    EXPECT_NE(result.output.find("(missing)"), std::string::npos) << result.output;
-    const CommandResult near = explain({"A", "--", "icon", "com.apple.maps"});
-    EXPECT_EQ(near.errors,
-              "velmoranth: \"com.apple.maps\" is not of this device's own; did you mean "
-              "com.apple.Maps?\n");
 }
 
 }  // namespace

@@ -133,12 +133,50 @@ TEST_F(PreviewReportTest, TheAppsThatAreShownAreCounted) {
         << listed;
 }
 
+TEST_F(PreviewReportTest, IconsOfOtherAppsAreCountedAndTheirMistakesTold) {
+    picture("work/A/IconBundles/com.apple.maps-large.png");
+    picture("work/A/IconBundles/org.mine.notes-large.png");
+    picture("work/A/IconBundles/org.mine.mail.png");
+    picture("work/A/org.mine.news.png");
+    folder.file("work/A/IconBundles/read me.txt", "text");
+    const std::string text = report();
+    EXPECT_NE(text.find(" of the theme; 1 icon of apps that are not shown; nothing for "),
+              std::string::npos)
+        << text;
+    EXPECT_NE(text.find("\nvelmoranth: 2 files lie where nothing looks, "
+                        "A/IconBundles/com.apple.maps-large.png first, which would be "
+                        "IconBundles/com.apple.Maps-large.png "),
+              std::string::npos)
+        << text;
+    for (int i = 0; i < 60; ++i) {
+        picture("work/A/IconBundles/com.example." + std::to_string(i) + "-large.png");
+    }
+    EXPECT_NE(report().find("; at least 50 icons of apps that are not shown; "), std::string::npos);
+}
+
 TEST_F(PreviewReportTest, FilesThatOtherScreensLookForAreCounted) {
     picture("work/A/UIImages/UISwitchknob@3x.png");
     EXPECT_NE(report().find("\nvelmoranth: 1 file lies where nothing looks, "
                             "A/UIImages/UISwitchknob@3x.png first, which would be "
                             "UIImages/UISwitchKnob@3x.png "),
               std::string::npos);
+}
+
+TEST_F(PreviewReportTest, OfAProcessThatEndsEarlyIsToldWhatItFound) {
+    picture("work/A/IconBundles/com.apple.Maps-large.png");
+    const std::string huge = hugePicture();
+    for (const char* const app : {"com.example.a", "com.example.b", "com.example.c"}) {
+        folder.file(std::string("work/A/IconBundles/") + app + "-large.png", huge);
+    }
+    const CommandResult result = runCommand({"preview", "A"}, hurriedSetting(3));
+    EXPECT_EQ(result.code, 3) << result.errors;
+    EXPECT_TRUE(result.output.starts_with("preview.png: ")) << "the picture is there";
+    EXPECT_TRUE(result.errors.starts_with("velmoranth: 1 of 46 apps has an icon of the theme; "))
+        << result.errors;
+    EXPECT_NE(result.errors.find("\nvelmoranth: error: not all that the themes did could be found "
+                                 "out: the simulated process crashed with SIGKILL"),
+              std::string::npos)
+        << result.errors;
 }
 
 // Of the user's own device.

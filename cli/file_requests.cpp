@@ -1,0 +1,191 @@
+#include "cli/file_requests.h"
+
+#include "cli/nearest.h"
+#include "cli/sound_events.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <iterator>
+#include <set>
+#include <sstream>
+#include <string_view>
+
+namespace velmoranth::cli {
+
+using simulator::Question;
+using simulator::QuestionRow;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// A name as a request may have it: whole, and without what a file adds to it.
+std::set<std::string> namesMeant(const std::string& file) {
+    static constexpr std::array<std::string_view, 6> kEndings{"@2x",   "@3x",    "~iphone",
+                                                              "~ipad", "-large", "-small"};
+    std::set<std::string> names{file};
+    std::string text = file.substr(0, file.rfind('.'));
+    names.insert(text);
+    for (bool changed = true; changed;) {
+        changed = false;
+        for (const std::string_view ending : kEndings) {
+            if (text.size() > ending.size() && text.ends_with(ending)) {
+                text.resize(text.size() - ending.size());
+                names.insert(text);
+                names.insert(text + fs::path(file).extension().string());
+                changed = true;
+            }
+        }
+    }
+    return names;
+}
+
+// The names that the device has and that are one of these, or near one.
+std::set<std::string> ownNames(const std::vector<std::string>& known,
+                               const std::set<std::string>& names) {
+    const std::vector<std::string_view> texts(known.begin(), known.end());
+    std::set<std::string> own;
+    for (const std::string& name : names) {
+        if (std::ranges::find(known, name) != known.end()) {
+            own.insert(name);
+        } else if (const auto near = nearestName(name, texts)) {
+            own.emplace(*near);
+        }
+    }
+    return own;
+}
+
+// The bundles that images are asked of and that a folder of the path may be named for; "" is the
+// toolkit.
+std::set<std::string> ownBundles(const fs::path& folders) {
+    std::set<std::string> bundles;
+    for (const fs::path& folder : folders) {
+        bundles.merge(ownNames(simulator::knownBundles(), {folder.string()}));
+    }
+    bundles.insert("");
+    return bundles;
+}
+
+// Other folders that are named like bundles.
+std::set<std::string> otherBundles(const fs::path& folders) {
+    const std::vector<std::string> known = simulator::knownBundles();
+    std::set<std::string> bundles;
+    for (const fs::path& folder : folders) {
+        const std::string name = folder.string();
+        if (name.find('.') != std::string::npos && std::ranges::find(known, name) == known.end()) {
+            bundles.insert(name);
+        }
+    }
+    return bundles;
+}
+
+bool isImage(const QuestionRow& row) {
+    return row.word == "image";
+}
+
+// Whether the argument is a name, for which the file may be called.
+bool takesName(const QuestionRow& row) {
+    return !row.argument.empty() && row.argument.find('|') == std::string_view::npos;
+}
+
+// The sounds that a device plays by itself.
+std::vector<Question> soundRequests() {
+    std::vector<Question> requests;
+    for (const SoundName& sound : soundNames()) {
+        if (sound.source != SoundSource::panel) {
+            requests.push_back({"sound",
+                                (sound.source == SoundSource::homeScreen ? "event:" : "") +
+                                    std::to_string(sound.number),
+                                ""});
+        }
+    }
+    return requests;
+}
+
+// Those of a row without a name behind its word: one, or one for each that there is to choose from.
+std::vector<Question> requestsWithoutName(const QuestionRow& row) {
+    if (row.word == "sound") {
+        return soundRequests();
+    }
+    std::vector<Question> requests;
+    std::istringstream choices(std::string(row.argument) + "|");
+    for (std::string choice; std::getline(choices, choice, '|');) {
+        requests.push_back({std::string(row.word), choice, ""});
+    }
+    return requests;
+}
+
+}  // namespace
+
+std::vector<Question> deviceRequests() {
+    std::vector<Question> requests;
+    for (const QuestionRow& row : simulator::questionRows()) {
+        if (!takesName(row)) {
+            std::ranges::move(requestsWithoutName(row), std::back_inserter(requests));
+        } else if (row.argument != "ID") {
+            std::vector<std::string> bundles{""};
+            if (isImage(row)) {
+                std::ranges::move(simulator::knownBundles(), std::back_inserter(bundles));
+            }
+            for (const std::string& bundle : bundles) {
+                for (std::string& name : simulator::knownArguments(row, bundle)) {
+                    requests.push_back({std::string(row.word), std::move(name), bundle});
+                }
+            }
+        }
+    }
+    return requests;
+}
+
+std::vector<Question> ownRequestsFor(const std::string& name) {
+    const fs::path path(name);
+    const std::set<std::string> names = namesMeant(path.filename().string());
+    std::vector<Question> requests;
+    for (const QuestionRow& row : simulator::questionRows()) {
+        if (!takesName(row)) {
+            std::ranges::move(requestsWithoutName(row), std::back_inserter(requests));
+            continue;
+        }
+        const std::set<std::string> bundles =
+            isImage(row) ? ownBundles(path.parent_path()) : std::set<std::string>{""};
+        for (const std::string& bundle : bundles) {
+            for (const std::string& own : ownNames(simulator::knownArguments(row, bundle), names)) {
+                requests.push_back({std::string(row.word), own, bundle});
+            }
+        }
+    }
+    return requests;
+}
+
+std::vector<Question> otherRequestsFor(const std::string& name) {
+    const fs::path path(name);
+    const std::set<std::string> names = namesMeant(path.filename().string());
+    std::vector<Question> requests;
+    for (const QuestionRow& row : simulator::questionRows()) {
+        if (!takesName(row)) {
+            continue;
+        }
+        std::set<std::string> bundles{""};
+        if (isImage(row)) {
+            bundles.merge(ownBundles(path.parent_path()));
+            bundles.merge(otherBundles(path.parent_path()));
+        }
+        for (const std::string& bundle : bundles) {
+            const std::vector<std::string> known = simulator::knownArguments(row, bundle);
+            for (const std::string& one : names) {
+                if (std::ranges::find(known, one) == known.end()) {
+                    requests.push_back({std::string(row.word), one, bundle});
+                }
+            }
+        }
+    }
+    return requests;
+}
+
+Question iconRequestFor(const std::string& name) {
+    const std::set<std::string> names = namesMeant(fs::path(name).filename().string());
+    return {"icon", *std::ranges::min_element(names, {}, &std::string::size), ""};
+}
+
+}  // namespace velmoranth::cli

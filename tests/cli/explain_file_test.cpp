@@ -1,0 +1,139 @@
+// velmoranth explain -- file: the question the other way round.
+#include "tests/cli/explain_fixture.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <string>
+#include <vector>
+
+namespace velmoranth::cli::explain_file_test {
+namespace {
+
+using nlohmann::json;
+
+class ExplainFileTest : public ExplainTest {};
+
+constexpr const char* kEveryDevice =
+    " (phone iOS 12, phone-667 iOS 12, pad iOS 12, phone iOS 13, phone-667 iOS 13, pad iOS 13)\n";
+
+// What lies behind a request that has kept the file is opened all the same.
+TEST_F(ExplainFileTest, AFileIsOpenedByTheseRequestsOnTheseDevices) {
+    picture(std::string("A/") + kMaps);
+    const CommandResult result = explain({"A", "--", "file", std::string("A/") + kMaps});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_TRUE(result.output.starts_with(std::string("opened by  icon com.apple.Maps") +
+                                          kEveryDevice + "           miniature com.apple.Maps" +
+                                          kEveryDevice))
+        << result.output;
+    EXPECT_EQ(lastLine(result.output),
+              "A/IconBundles/com.apple.Maps-large.png is opened by icon com.apple.Maps.");
+    EXPECT_EQ(result.output.find("image "), std::string::npos) << "which no device asks for";
+    picture(std::string("A") + kMask);
+    EXPECT_TRUE(explain({"A", "--", "file", std::string("A") + kMask})
+                    .output.starts_with(std::string("opened by  mask") + kEveryDevice));
+}
+
+TEST_F(ExplainFileTest, AFileIsAskedAboutOnTheDevicesThatAreGiven) {
+    picture("A/UIImages/UISwitchKnob@3x.png", 60);
+    const std::string knob = "UIImages/UISwitchKnob@3x.png";
+    EXPECT_TRUE(explain({"A", "--", "file", knob})
+                    .output.starts_with("opened by  knob (phone iOS 12, phone iOS 13)\n"));
+    EXPECT_TRUE(explain({"A", "--ios", "12", "--", "file", knob})
+                    .output.starts_with("opened by  knob (phone iOS 12)\n"));
+    EXPECT_EQ(explain({"A", "--device", "pad", "--", "file", knob}).code, 1);
+    EXPECT_EQ(answer({"A", "--exact-files", "--", "file", knob}, 1),
+              "A/UIImages/UISwitchKnob@3x.png is opened by image UISwitchKnob alone, which the "
+              "simulated device does not ask for; the nearest name that is looked for is "
+              "UIImages/UISwitchKnob.png@3x.png.");
+}
+
+TEST_F(ExplainFileTest, AFileThatNoRequestOpensIsToldWithTheNameThatOneWould) {
+    picture("A/IconBundles/com.apple.maps.png");
+    const CommandResult result = explain({"A", "--", "file", "IconBundles/com.apple.maps.png"});
+    EXPECT_EQ(result.code, 1);
+    EXPECT_EQ(result.output,
+              "A/IconBundles/com.apple.maps.png is opened by no request; the nearest name that is "
+              "looked for is IconBundles/com.apple.Maps-large.png.\n");
+    picture("A/IconBundles/com.example.mine.png");
+    EXPECT_EQ(answer({"A", "--", "file", "IconBundles/com.example.mine.png"}, 1),
+              "A/IconBundles/com.example.mine.png is opened by no request; the nearest name that "
+              "is looked for is IconBundles/com.example.mine-large.png.");
+    folder.file("work/A/notes.txt", "text");
+    EXPECT_EQ(answer({"A", "--", "file", "notes.txt"}, 1),
+              "A/notes.txt is opened by no request; nothing like it is looked for.");
+}
+
+// A name that nothing on the device has is not invented to find the file.
+TEST_F(ExplainFileTest, AFileForWhatTheDeviceLacksIsToldSo) {
+    picture("A/IconBundles/com.apple.maps-large.png");
+    EXPECT_EQ(answer({"A", "--", "file", "IconBundles/com.apple.maps-large.png"}, 1),
+              "A/IconBundles/com.apple.maps-large.png is opened by icon com.apple.maps alone, an "
+              "app that the simulated device does not have; the nearest name that is looked for is "
+              "IconBundles/com.apple.Maps-large.png.");
+    picture("A/IconBundles/org.mine.notes-large.png");
+    EXPECT_EQ(answer({"A", "--", "file", "IconBundles/org.mine.notes-large.png"}),
+              "A/IconBundles/org.mine.notes-large.png is opened by icon org.mine.notes alone, an "
+              "app that the simulated device does not have.");
+    picture("A/Bundles/org.mine.notes/Pencil.png");
+    EXPECT_EQ(answer({"A", "--", "file", "Bundles/org.mine.notes/Pencil.png"}),
+              "A/Bundles/org.mine.notes/Pencil.png is opened by image Pencil of org.mine.notes "
+              "alone, which the simulated device does not ask for.");
+    const json opened = object({"A", "--", "file", "Bundles/org.mine.notes/Pencil.png"});
+    for (const json& opening : opened.at("openedBy")) {
+        EXPECT_EQ(opening.at("isOwn"), false);
+        EXPECT_EQ(opening.at("argument"), "Pencil") << "the shortest of its names";
+    }
+}
+
+TEST_F(ExplainFileTest, AFileThatASwitchOrAnotherFileKeepsClosedIsToldSo) {
+    picture(kDock);
+    EXPECT_EQ(answer({"A", "--", "file", kDock}, 1),
+              std::string(kDock) +
+                  " is opened by no request: removeDock is off; with it on, dock opens it.");
+    EXPECT_EQ(object({"A", "--", "file", kDock}).at("reason").at("setting"), "removeDock");
+    picture(std::string("A/") + kMaps);
+    picture(std::string("B/") + kMaps);
+    EXPECT_EQ(answer({"A", "B", "--", "file", std::string("B/") + kMaps}, 1),
+              "B/IconBundles/com.apple.Maps-large.png is opened by no request: "
+              "A/IconBundles/com.apple.Maps-large.png is opened in its place by icon "
+              "com.apple.Maps.");
+    EXPECT_EQ(object({"A", "B", "--", "file", std::string("B/") + kMaps}).at("hidden"),
+              (json{{"request", "icon"},
+                    {"argument", "com.apple.Maps"},
+                    {"bundle", ""},
+                    {"theme", "A"},
+                    {"file", kMaps}}));
+}
+
+TEST_F(ExplainFileTest, AFileThatGivesNothingIsToldWithItsReason) {
+    folder.file("work/A/IconBundles/com.apple.Maps-large.png", "text");
+    const CommandResult result =
+        explain({"A", "--", "file", "IconBundles/com.apple.Maps-large.png"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_NE(lastLine(result.output).find(" is opened and gives nothing: "), std::string::npos)
+        << result.output;
+}
+
+TEST_F(ExplainFileTest, FilesThatLieWhereNothingLooksAreListed) {
+    picture("A/IconBundles/com.apple.maps-large.png");
+    picture("A/Bundles/com.apple.Preferences/Wifi@3x.png");
+    picture("A/UIImages/UISwitchknob@3x.png", 60);
+    picture("A/IconBundles/com.apple.News-large.png");
+    const CommandResult result = explain({"A", "--", "file", "*"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_NE(result.output.find("A/IconBundles/com.apple.maps-large.png is not looked for; name "
+                                 "it IconBundles/com.apple.Maps-large.png\n"),
+              std::string::npos)
+        << result.output;
+    EXPECT_NE(result.output.find("A/UIImages/UISwitchknob@3x.png is not looked for; name it "
+                                 "UIImages/UISwitchKnob@3x.png\n"),
+              std::string::npos)
+        << result.output;
+    EXPECT_NE(result.output.find("A/Bundles/com.apple.Preferences/Wifi@3x.png is not"),
+              std::string::npos)
+        << result.output;
+}
+
+}  // namespace
+}  // namespace velmoranth::cli::explain_file_test
