@@ -86,18 +86,21 @@ std::vector<std::string> methodsOf(const record::Record& record) {
     return methods;
 }
 
-// What would show if the theme that has won were not active.
+// What would show if the theme that has won were not active: with effects of its own.
 std::optional<AskedFile> hiddenBy(const Investigation& investigation, const Question& question,
-                                  const AskedFile& shown, const std::vector<Effect>& effects) {
+                                  const AskedFile& shown) {
     std::vector<std::string> others = investigation.device.themes;
     std::erase(others, shown.theme);
     const desktop::DeviceRoot& root = *investigation.device.root;
     if (others.empty() || !setActiveThemes(root, others, investigation.settings)) {
         return std::nullopt;
     }
-    const auto answer = askOnce(investigation, question);
+    std::optional<AskedFile> hidden;
+    if (const auto answer = askOnce(investigation, question)) {
+        hidden = lastRead(answer->record, effectsOf(investigation, question, answer->record).made);
+    }
     static_cast<void>(setActiveThemes(root, investigation.device.themes, investigation.settings));
-    return answer ? lastRead(answer->record, effects) : std::nullopt;
+    return hidden;
 }
 
 // Whether the process goes on showing the picture when its themes are taken away.
@@ -180,8 +183,7 @@ void askOthers(const Investigation& investigation, Explanation& explanation) {
     explanation.brokenEffects = std::move(effects.broken);
     explanation.shown = lastRead(explanation.record, explanation.effects);
     if (explanation.shown) {
-        explanation.hidden =
-            hiddenBy(investigation, question, *explanation.shown, explanation.effects);
+        explanation.hidden = hiddenBy(investigation, question, *explanation.shown);
     }
     if (auto stock = askOnce(investigation, question, false)) {
         explanation.stock = std::move(stock->picture);

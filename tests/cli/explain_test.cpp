@@ -70,6 +70,12 @@ TEST_F(ExplainTest, AnotherThemesIconShows) {
               std::string::npos);
     EXPECT_EQ(answer({"A", "B", "--", "icon", "com.apple.news"}, 1).find("; it hides"),
               std::string::npos);
+    // A theme below may have a mask and an overlay besides.
+    picture(std::string("B") + kMask, 180, kBlack);
+    picture("B/Velmoranth/iPhoneOverlay.png");
+    EXPECT_NE(answer({"A", "B", "--", "icon", "com.apple.Maps"})
+                  .find("; it hides B/IconBundles/com.apple.Maps-large.png."),
+              std::string::npos);
 }
 
 TEST_F(ExplainTest, TheKnobStaysOld) {
