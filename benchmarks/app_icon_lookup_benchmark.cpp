@@ -34,6 +34,7 @@ class Device {
           contexts_(3, desktop::ImageDescription::ios13),
           images({.root = root, .screenScale = 3, .siblings = desktop::ScaledSiblings::off},
                  contexts_) {
+        tests_.stopRecording();
         std::vector<std::string> names;
         for (std::size_t i = 0; i < themes; ++i) {
             names.push_back("Theme " + std::to_string(i) + ".theme");

@@ -63,7 +63,7 @@ class CalendarIcon final : public platform::SBCalendarApplicationIcon {
     [[nodiscard]] NullableString uniqueIdentifier() const override { return "com.apple.mobilecal"; }
 };
 
-// Five active themes; files, preferences and images are served without a journal, log lines are
+// Five active themes; files, preferences and images are served without a record, log lines are
 // dropped.
 class Device {
   public:
@@ -74,6 +74,7 @@ class Device {
           contexts_(3, desktop::ImageDescription::ios13),
           images({.root = root, .screenScale = 3, .siblings = desktop::ScaledSiblings::off},
                  contexts_) {
+        tests_.stopRecording();
         for (int i = 0; i < kThemes; ++i) {
             themes.push_back("Theme " + std::to_string(i) + ".theme");
             tests_.folder("/Library/Themes/" + themes.back() + "/UIImages");

@@ -85,6 +85,7 @@ class Device {
           files(root),
           plists(root),
           audio(root, mixer, output_) {
+        tests_.stopRecording();
         tests_.file(kClick, tests::soundFile("caf", encoder, {.seconds = 0.05}));
         tests_.activeThemes({"Tones.theme"}, {{"enable", true}});
         tests_.runtime.addClass("_UIFeedback");

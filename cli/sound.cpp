@@ -5,8 +5,8 @@
 #include "cli/messages.h"
 #include "cli/output_file.h"
 #include "cli/sound_events.h"
+#include "cli/sound_process.h"
 #include "cli/sound_report.h"
-#include "cli/sound_watch.h"
 #include "cli/throw_away_device.h"
 #include "core/settings.h"
 #include "desktop/audio/audio.h"
@@ -15,6 +15,8 @@
 #include "desktop/audio/sdl_output.h"
 #include "desktop/files/cleanup.h"
 #include "simulator/toolkit/feedback_classes.h"
+
+#include "record/recorder.h"
 
 #include <array>
 #include <chrono>
@@ -89,20 +91,22 @@ class Performance {
         : root_(device.root), audio_(device.root, mixer, output), process_(device.root, audio_) {
         simulator::registerFeedbackClasses(
             process_.runtime(), [this](std::uint64_t /*number*/) { playsSystemSound_ = true; });
-        WatchedProcess::startEngine();
+        SoundProcess::startEngine();
     }
 
     [[nodiscard]] SoundReport perform(const SoundEvent& event) {
-        static_cast<void>(process_.takeProbes());
+        static_cast<void>(process_.takeRecord());
         send(event);
+        const record::Record done = process_.takeRecord();
         SoundReport report{.event = event,
                            .isThemingOn = core::settings().enable,
-                           .probes = process_.takeProbes(),
-                           .player = process_.lastRequest(),
+                           .probes = probesIn(done),
+                           .player = lastPlayerIn(done),
                            .file = {},
                            .playsSystemSound = playsSystemSound_,
                            .details = {}};
-        if (report.player != nullptr) {
+        if (report.player) {
+            report.player->problem = audio_.lastProblem();
             // Data was read from the last file that was asked for.
             report.file = !report.player->path.empty() ? report.player->path
                           : report.probes.empty()      ? std::string()
@@ -133,6 +137,9 @@ class Performance {
             case SoundSource::panel:
                 panel_ = runtime.sendToClass<ObjectRef>("Sounds", "new");
                 if (panel_ != nullptr) {
+                    const record::Frame sent(
+                        {.kind = record::EntryKind::entered,
+                         .message = "-[Sounds " + std::string(event.action) + "]"});
                     runtime.send<void>(*panel_, std::string(event.action), ObjectRef());
                 }
                 break;
@@ -141,7 +148,7 @@ class Performance {
 
     std::shared_ptr<const desktop::DeviceRoot> root_;
     desktop::DesktopAudio audio_;
-    WatchedProcess process_;
+    SoundProcess process_;
     ObjectRef panel_;
     bool playsSystemSound_ = false;
 };

@@ -153,7 +153,7 @@ std::string whySilent(const SoundReport& report) {
     if (!report.isThemingOn) {
         return "theming is off";
     }
-    if (report.player == nullptr) {
+    if (!report.player) {
         return report.probes.empty() ? "no theme is active"
                                      : "no active theme has a folder UISounds";
     }

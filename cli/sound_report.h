@@ -3,11 +3,10 @@
 #pragma once
 
 #include "cli/sound_events.h"
-#include "cli/sound_watch.h"
+#include "cli/sound_process.h"
 #include "desktop/files/device_root.h"
 #include "desktop/result/result.h"
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -34,12 +33,12 @@ struct SoundReport {
     SoundEvent event;
     bool isThemingOn = false;  // as the engine has it
     std::vector<FileProbe> probes;
-    std::shared_ptr<const PlayerRequest> player;  // null when none was asked for
-    std::string file;                             // that the player was to play; "" without one
+    std::optional<PlayerRequest> player;  // none when none was asked for
+    std::string file;                     // that the player was to play; "" without one
     bool playsSystemSound = false;
     std::optional<SoundDetails> details;  // of the file, when it plays
 
-    [[nodiscard]] bool isPlayed() const { return player != nullptr && player->isStarted; }
+    [[nodiscard]] bool isPlayed() const { return player && player->isStarted; }
 };
 
 // Why nothing of a theme or of the panel is heard; "" when something is.

@@ -102,6 +102,25 @@ std::optional<Entry> fromBytes(std::string_view bytes) {
     return reader.isBad ? std::nullopt : std::optional(std::move(entry));
 }
 
+std::string requestOf(const Entry& entry) {
+    if (entry.kind == EntryKind::log) {
+        return std::string(wordOf(entry.kind)) + " " + entry.subject;
+    }
+    std::string line = entry.message;
+    if (entry.kind == EntryKind::callback) {
+        line = std::string(wordOf(entry.kind)) + " " + line;
+    }
+    if (isFile(entry.kind)) {
+        line += ' ' + entry.subject;  // a path of nothing too
+    } else {
+        append(line, entry.subject);
+    }
+    for (const std::string& argument : entry.arguments) {
+        append(line, argument);
+    }
+    return line;
+}
+
 std::string lineOf(const Entry& entry) {
     std::string line(2 * static_cast<std::size_t>(std::max(entry.depth, 0)), ' ');
     const std::string_view word = wordOf(entry.kind);

@@ -62,6 +62,10 @@ struct Entry {
 
 using Record = std::vector<Entry>;
 
+// What was asked, without what came of it: "+[UIImage imageWithContentsOfFile:] /a/b.png", "log A
+// line.", and "called NAME" for a callback. Entries of methods are told as messages.
+[[nodiscard]] std::string requestOf(const Entry& entry);
+
 // The entry as one line, two blanks a level: "found      /a/b.png  +[UIImage …] = 60×60 @3x".
 [[nodiscard]] std::string lineOf(const Entry& entry);
 [[nodiscard]] std::string textOf(const Record& record);

@@ -61,6 +61,12 @@ auto recordedChange(std::string_view message, const std::string& path,
     return result;
 }
 
+// Whether there is a block: "set" or "nil".
+template <class Block>
+std::string wordsOfBlock(const std::function<Block>& block) {
+    return block == nullptr ? kNil : "set";
+}
+
 // A function of the engine's that the platform calls back, at its own time.
 template <class... Arguments>
 std::function<void(Arguments...)> recordedCallback(std::string_view message,

@@ -104,7 +104,7 @@ void RecordedViews::animateWithDurationAnimationsCompletion(
     double duration, const std::function<void()>& animations,
     const std::function<void(bool finished)>& completion) {
     constexpr auto kMessage = messageOf("Views", "animateWithDurationAnimationsCompletion");
-    recorded(kMessage, {words(duration)}, [&] {
+    recorded(kMessage, {words(duration), wordsOfBlock(animations), wordsOfBlock(completion)}, [&] {
         real_.animateWithDurationAnimationsCompletion(duration,
                                                       recordedCallback<>(kMessage, animations),
                                                       recordedCallback<bool>(kMessage, completion));
@@ -122,7 +122,8 @@ void RecordedViews::
         "tion");
     recorded(
         kMessage,
-        {words(duration), words(delay), words(damping), words(initialVelocity), words(options)},
+        {words(duration), words(delay), words(damping), words(initialVelocity), words(options),
+         wordsOfBlock(animations), wordsOfBlock(completion)},
         [&] {
             real_
                 .animateWithDurationDelayUsingSpringWithDampingInitialSpringVelocityOptionsAnimationsCompletion(

@@ -73,7 +73,7 @@ FileExistence RecordedFileManager::fileExistsAtPathIsDirectory(const std::string
 Failure RecordedFileManager::setPosixPermissionsOfItemAtPath(unsigned mode,
                                                              const std::string& path) {
     return recordedChange(messageOf("FileManager", "setPosixPermissionsOfItemAtPath"), path,
-                          {words(mode)},
+                          {wordsOfMode(mode)},
                           [&] { return real_.setPosixPermissionsOfItemAtPath(mode, path); });
 }
 
@@ -219,12 +219,12 @@ int RecordedLibSystem::setgid(unsigned id) {
 }
 
 int RecordedLibSystem::chmod(const std::string& path, unsigned mode) {
-    return recordedChange(messageOf("LibSystem", "chmod"), path, {words(mode)},
+    return recordedChange(messageOf("LibSystem", "chmod"), path, {wordsOfMode(mode)},
                           [&] { return real_.chmod(path, mode); });
 }
 
 int RecordedLibSystem::mkdir(const std::string& path, unsigned mode) {
-    return recordedChange(messageOf("LibSystem", "mkdir"), path, {words(mode)},
+    return recordedChange(messageOf("LibSystem", "mkdir"), path, {wordsOfMode(mode)},
                           [&] { return real_.mkdir(path, mode); });
 }
 

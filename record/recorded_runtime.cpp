@@ -9,7 +9,7 @@ namespace velmoranth::record {
 
 void RecordedRuntime::registerClass(const platform::ClassDefinition& definition) {
     constexpr auto kMessage = messageOf("ObjcRuntime", "registerClass");
-    add({.message = std::string(kMessage), .arguments = {definition.name}});
+    add({.message = std::string(kMessage), .arguments = {definition.name, definition.superclass}});
     platform::ClassDefinition told = definition;
     told.load = recordedCallback<>("+[" + definition.name + " load]", definition.load);
     told.initialize = recordedCallback<const platform::ClassRef&>(
@@ -66,6 +66,9 @@ void RecordedSubstrate::hookMessageEx(const platform::ClassRef& cls,
                                       const platform::Selector& selector,
                                       const platform::Implementation& replacement,
                                       platform::Implementation* original) {
+    add({.message = std::string(messageOf("Substrate", "hookMessageEx")),
+         .arguments = cls == nullptr ? std::vector<std::string>{kNil, selector}
+                                     : std::vector<std::string>{messageTo(*cls, selector)}});
     if (method_ == nullptr || cls == nullptr) {
         real_.hookMessageEx(cls, selector, replacement, original);
         return;
@@ -100,15 +103,17 @@ void RecordedNotificationCenter::addObserver(void* observer,
                                              platform::NotificationCallback callback,
                                              const std::string& name, const void* object,
                                              platform::SuspensionBehavior suspensionBehavior) {
-    recorded(messageOf("DarwinNotificationCenter", "addObserver"),
-             {words(name), words(suspensionBehavior)}, [&] {
-                 Observer* told = nullptr;
-                 {
-                     const std::scoped_lock lock(mutex_);
-                     told = &observers_.emplace_back(this, observer, callback);
-                 }
-                 real_.addObserver(told, deliver, name, object, suspensionBehavior);
-             });
+    recorded(
+        messageOf("DarwinNotificationCenter", "addObserver"),
+        {wordsOfPointer(observer), words(name), wordsOfPointer(object), words(suspensionBehavior)},
+        [&] {
+            Observer* told = nullptr;
+            {
+                const std::scoped_lock lock(mutex_);
+                told = &observers_.emplace_back(this, observer, callback);
+            }
+            real_.addObserver(told, deliver, name, object, suspensionBehavior);
+        });
 }
 
 platform::Date RecordedDates::date() {

@@ -1,7 +1,12 @@
 #include "record/recorder.h"
 
+#include <limits>
+
 namespace velmoranth::record {
 namespace {
+
+// The place of an entry that is not kept.
+constexpr std::size_t kNowhere = std::numeric_limits<std::size_t>::max();
 
 thread_local int depth = 0;
 // Outside of every frame the platform is at work.
@@ -18,11 +23,12 @@ Recorder::~Recorder() {
 
 std::size_t Recorder::add(Entry entry) {
     const std::scoped_lock lock(mutex_);
-    if (count_ >= kMostEntries) {
-        return kMostEntries;
+    const std::size_t kept = count_ - taken_;
+    if (kept >= kMostEntries) {
+        return kNowhere;
     }
     entry.depth = depth;
-    if (count_ + 1 == kMostEntries) {
+    if (kept + 1 == kMostEntries) {
         entry = {.kind = EntryKind::log, .subject = "more is not recorded"};
     }
     if (listener_ != nullptr) {
@@ -35,17 +41,25 @@ std::size_t Recorder::add(Entry entry) {
 
 void Recorder::answer(std::size_t place, std::string answer) {
     const std::scoped_lock lock(mutex_);
-    if (listener_ != nullptr && place < count_) {
+    if (place < taken_ || place >= count_) {
+        return;
+    }
+    if (listener_ != nullptr) {
         listener_->answered(place, answer);
-    } else if (place < entries_.size()) {
-        entries_[place].answer = std::move(answer);
+    } else {
+        entries_[place - taken_].answer = std::move(answer);
     }
 }
 
 Record Recorder::take() {
     const std::scoped_lock lock(mutex_);
-    count_ = 0;
+    taken_ += entries_.size();
     return std::exchange(entries_, {});
+}
+
+Record Recorder::entries() const {
+    const std::scoped_lock lock(mutex_);
+    return entries_;
 }
 
 Frame::Frame(Entry entry) : recorder_(Recorder::current()), outer_(innermost) {
@@ -74,6 +88,12 @@ bool Frame::isInEngine() {
 InPlatform::InPlatform() : outer_(std::exchange(innermost, EntryKind::original)) {}
 
 InPlatform::~InPlatform() {
+    innermost = outer_;
+}
+
+InEngine::InEngine() : outer_(std::exchange(innermost, EntryKind::entered)) {}
+
+InEngine::~InEngine() {
     innermost = outer_;
 }
 

@@ -53,15 +53,19 @@ class Recorder {
     std::size_t add(Entry entry);
     void answer(std::size_t place, std::string answer);
 
-    // What there is, which is not kept here any longer. Empty with a listener.
+    // What there is, which is not kept here any longer; what is answered from then on goes to
+    // nobody. Empty with a listener.
     [[nodiscard]] Record take();
+    // The same, which stays here.
+    [[nodiscard]] Record entries() const;
 
   private:
     static inline Recorder* current_ = nullptr;
 
     RecordListener* const listener_;
-    std::mutex mutex_;
-    std::size_t count_ = 0;
+    mutable std::mutex mutex_;
+    std::size_t count_ = 0;  // of all that were added
+    std::size_t taken_ = 0;  // of those, without a listener
     Record entries_;
 };
 
@@ -99,17 +103,50 @@ class InPlatform {
     EntryKind outer_;
 };
 
+// While the engine is called by somebody whom no record shows, a test.
+class InEngine {
+  public:
+    InEngine();
+    ~InEngine();
+    InEngine(const InEngine&) = delete;
+    InEngine& operator=(const InEngine&) = delete;
+
+  private:
+    EntryKind outer_;
+};
+
+// A message, for what it answers: nothing of one that was not taken down.
+class Told {
+  public:
+    Told() = default;
+
+    Told(Recorder& recorder, std::size_t place) : recorder_(&recorder), place_(place) {}
+
+    template <class Value>
+    Value answered(Value value) const {
+        if (recorder_ != nullptr) {
+            recorder_->answer(place_, words(value));
+        }
+        return value;
+    }
+
+  private:
+    Recorder* recorder_ = nullptr;
+    std::size_t place_ = 0;
+};
+
 // A message to a view, a layer or the like, when the engine sends it.
 template <class... Arguments>
-void tell(const platform::Object& receiver, std::string_view message,
+Told tell(const platform::Object& receiver, std::string_view message,
           const Arguments&... arguments) {
     if (Recorder* const recorder = Recorder::current(); recorder != nullptr && Frame::isInEngine())
         [[unlikely]] {
-        recorder->add({.kind = EntryKind::message,
-                       .message = std::string(message),
-                       .subject = words(receiver),
-                       .arguments = {words(arguments)...}});
+        return {*recorder, recorder->add({.kind = EntryKind::message,
+                                          .message = std::string(message),
+                                          .subject = words(receiver),
+                                          .arguments = {words(arguments)...}})};
     }
+    return {};
 }
 
 // A file that a reader of files tried for what it was asked, on this thread; `problem` is what was

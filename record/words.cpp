@@ -1,6 +1,9 @@
 #include "record/words.h"
 
+#include "record/recorder.h"
+
 #include <array>
+#include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -19,6 +22,19 @@ std::string component(double value) {
     return digits.data();
 }
 
+std::string points(double number) {
+    std::array<char, 32> digits{};
+    std::snprintf(digits.data(), digits.size(), "%.6g", number == 0 ? 0.0 : number);
+    return digits.data();
+}
+
+template <class Number>
+std::string shortest(Number number) {
+    std::array<char, 32> digits{};
+    const auto end = std::to_chars(digits.begin(), digits.end(), number == 0 ? 0 : number);
+    return {digits.begin(), end.ptr};
+}
+
 std::string namedBy(const platform::Object& object, const platform::NullableString& name) {
     return object.className() + " " + (name ? *name : std::string(kNil));
 }
@@ -26,8 +42,16 @@ std::string namedBy(const platform::Object& object, const platform::NullableStri
 }  // namespace
 
 std::string words(double number) {
-    std::array<char, 32> digits{};
-    std::snprintf(digits.data(), digits.size(), "%.6g", number == 0 ? 0.0 : number);
+    return shortest(number);
+}
+
+std::string words(float number) {
+    return shortest(number);
+}
+
+std::string wordsOfMode(unsigned mode) {
+    std::array<char, 16> digits{};
+    std::snprintf(digits.data(), digits.size(), "%04o", mode);
     return digits.data();
 }
 
@@ -49,11 +73,11 @@ std::string words(std::string_view text) {
 }
 
 std::string words(const platform::Size& size) {
-    return words(size.width) + "×" + words(size.height);
+    return points(size.width) + "×" + points(size.height);
 }
 
 std::string words(const platform::Point& point) {
-    return "(" + words(point.x) + ", " + words(point.y) + ")";
+    return "(" + points(point.x) + ", " + points(point.y) + ")";
 }
 
 std::string words(const platform::Rect& rect) {
@@ -94,6 +118,12 @@ std::string words(const platform::OpenedCatalog& opened) {
 }
 
 std::string words(const platform::Object& object) {
+    const InPlatform asking;  // is nothing of the engine's
+    if (const auto* const named = dynamic_cast<const Named*>(&object)) {
+        if (std::string name = named->nameInRecords(); !name.empty()) {
+            return name;
+        }
+    }
     if (const auto* const cls = dynamic_cast<const platform::Class*>(&object)) {
         return cls->name();
     }

@@ -19,11 +19,25 @@ namespace velmoranth::record {
 
 inline constexpr const char* kNil = "nil";
 
-// A number as short as it can be told: "60", "0.5".
+// An object that records call by a name of its own: one of several that are alike.
+class Named {
+  public:
+    Named() = default;
+    Named(const Named&) = delete;
+    Named& operator=(const Named&) = delete;
+    virtual ~Named() = default;
+
+    // "" for none.
+    [[nodiscard]] virtual std::string nameInRecords() const = 0;
+};
+
+// The shortest text that reads back as the same number: "60", "0.5".
 [[nodiscard]] std::string words(double number);
+[[nodiscard]] std::string words(float number);
 // In double quotes; quotes, backslashes and control characters are escaped, and a long one is cut
 // off with "…".
 [[nodiscard]] std::string words(std::string_view text);
+// Points are told to six digits.
 [[nodiscard]] std::string words(const platform::Size& size);
 [[nodiscard]] std::string words(const platform::Point& point);
 [[nodiscard]] std::string words(const platform::Rect& rect);
@@ -36,10 +50,18 @@ inline constexpr const char* kNil = "nil";
 [[nodiscard]] std::string words(const platform::FileExistence& existence);
 [[nodiscard]] std::string words(const platform::SBIconImageInfo& info);
 [[nodiscard]] std::string words(const platform::OpenedCatalog& opened);
-// An image by its size in points and its scale, a bitmap by its pixels, a view by its class and
-// tag, an icon by its identifier, a class by its name, a bundle by its identifier, and every other
-// object by its class.
+// An object that has a name by that, an image by its size in points and its scale, a bitmap by its
+// pixels, a view by its class and tag, an icon by its identifier, a class by its name, a bundle by
+// its identifier, and every other object by its class.
 [[nodiscard]] std::string words(const platform::Object& object);
+
+// Whether there is what a pointer of no type leads to: "set" or "nil".
+[[nodiscard]] inline std::string wordsOfPointer(const void* pointer) {
+    return pointer == nullptr ? kNil : "set";
+}
+
+// A file's mode: "0755".
+[[nodiscard]] std::string wordsOfMode(unsigned mode);
 
 [[nodiscard]] inline std::string words(bool value) {
     return value ? "YES" : "NO";

@@ -41,23 +41,14 @@ class DesktopAudioPlayer final : public platform::AudioPlayer {
     }
 
     bool prepareToPlay() override {
-        record::tell(*this, record::messageOf("AudioPlayer", "prepareToPlay"));
-        return isPlaying() || prepare();
+        return record::tell(*this, record::messageOf("AudioPlayer", "prepareToPlay"))
+            .answered(isPlaying() || prepare());
     }
 
     bool play() override {
-        record::tell(*this, record::messageOf("AudioPlayer", "play"));
+        const record::Told told = record::tell(*this, record::messageOf("AudioPlayer", "play"));
         const record::InPlatform platform;
-        if (isPlaying()) {
-            return true;
-        }
-        if (!prepare()) {
-            return false;
-        }
-        session_->setActive(true);
-        output_.open();
-        voice_ = mixer_.start(std::move(decoder_), file_.name(), volume_);
-        return true;
+        return told.answered(isPlaying() || start());
     }
 
   private:
@@ -72,6 +63,16 @@ class DesktopAudioPlayer final : public platform::AudioPlayer {
             }
         }
         return decoder_ != nullptr;
+    }
+
+    bool start() {
+        if (!prepare()) {
+            return false;
+        }
+        session_->setActive(true);
+        output_.open();
+        voice_ = mixer_.start(std::move(decoder_), file_.name(), volume_);
+        return true;
     }
 
     const SoundFile file_;

@@ -25,25 +25,27 @@ constexpr std::string_view kCategories[] = {
 }  // namespace
 
 bool RecordedAudioSession::setCategory(const std::string& category) {
-    record::tell(*this, record::messageOf("AudioSession", "setCategory"), category);
+    const record::Told told =
+        record::tell(*this, record::messageOf("AudioSession", "setCategory"), category);
     requests_.push_back(category);
     if (std::find(std::begin(kCategories), std::end(kCategories), category) ==
         std::end(kCategories)) {
-        return false;
+        return told.answered(false);
     }
     category_ = category;
     apply();
-    return true;
+    return told.answered(true);
 }
 
 bool RecordedAudioSession::setActive(bool active) {
-    record::tell(*this, record::messageOf("AudioSession", "setActive"), active);
+    const record::Told told =
+        record::tell(*this, record::messageOf("AudioSession", "setActive"), active);
     if (!active && active_ && device_.isPlaying && device_.isPlaying()) {
-        return false;
+        return told.answered(false);
     }
     active_ = active;
     apply();
-    return true;
+    return told.answered(true);
 }
 
 void RecordedAudioSession::apply() {

@@ -21,7 +21,8 @@ void DesktopLayer::tell(std::string_view message, const Arguments&... arguments)
 }
 
 void DesktopLayer::renderInContext(const platform::GraphicsContextRef& context) {
-    tell(record::messageOf("Layer", "renderInContext"));
+    tell(record::messageOf("Layer", "renderInContext"), context);
+    const record::InPlatform platform;
     const auto ours = std::dynamic_pointer_cast<DesktopGraphicsContext>(context);
     if (owner_ != nullptr && ours != nullptr) {
         owner_->render(*ours, ViewNode::OpacityRule::eachOperation);
@@ -34,8 +35,8 @@ void DesktopLayer::changeOpacity(double opacity) {
 }
 
 void DesktopLayer::setOpacity(float opacity) {
-    tell(record::messageOf("Layer", "setOpacity"), static_cast<double>(opacity));
-    changeOpacity(static_cast<double>(opacity));
+    tell(record::messageOf("Layer", "setOpacity"), opacity);
+    changeOpacity(opacity);
 }
 
 void DesktopLayer::setMasksToBounds(bool masks) {
@@ -49,7 +50,7 @@ void DesktopLayer::setShadowColor(const platform::Color& color) {
 }
 
 void DesktopLayer::setShadowOpacity(float opacity) {
-    tell(record::messageOf("Layer", "setShadowOpacity"), static_cast<double>(opacity));
+    tell(record::messageOf("Layer", "setShadowOpacity"), opacity);
     appearance.shadow.opacity = static_cast<double>(opacity);
 }
 

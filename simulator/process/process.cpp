@@ -232,7 +232,7 @@ desktop::Result<std::unique_ptr<SimulatedProcess>> SimulatedProcess::start(
     state->services.becomePlatform();
     state->registerClasses(processOf(request));
     if (listener != nullptr) {
-        state->recording = std::make_unique<ProcessRecording>(*listener);
+        state->recording = std::make_unique<ProcessRecording>(listener);
     }
     if (request.loadEngine) {
         auto path = request.enginePath.empty() ? findEngine()

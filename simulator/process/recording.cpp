@@ -30,8 +30,8 @@ using HookedMethods = decltype(methodsOf(core::kHookRows));
 
 }  // namespace
 
-ProcessRecording::ProcessRecording(record::RecordListener& listener)
-    : recorder_(&listener), services_(platform::platform(), HookedMethods::recorded) {
+ProcessRecording::ProcessRecording(record::RecordListener* listener)
+    : recorder_(listener), services_(platform::platform(), HookedMethods::recorded) {
     record::Recorder::setCurrent(&recorder_);
     platform::setPlatform(services_.platform());
 }

@@ -345,11 +345,11 @@ TEST_F(ExplainTest, WhatSessionAndPlayerAreToldIsInTheRecord) {
     const std::vector<std::string> expected{
         "call+[AVAudioSession sharedInstance] = AVAudioSession",
         "message-[AVAudioSession setCategory:error:] AVAudioSession "
-        "\"AVAudioSessionCategoryAmbient\"",
-        "message-[AVAudioSession setActive:error:] AVAudioSession YES",
+        "\"AVAudioSessionCategoryAmbient\" = YES",
+        "message-[AVAudioSession setActive:error:] AVAudioSession YES = YES",
         "found-[AVAudioPlayer initWithContentsOfURL:error:] = AVAudioPlayer",
-        "message-[AVAudioPlayer prepareToPlay] AVAudioPlayer",
-        "message-[AVAudioPlayer play] AVAudioPlayer"};
+        "message-[AVAudioPlayer prepareToPlay] AVAudioPlayer = YES",
+        "message-[AVAudioPlayer play] AVAudioPlayer = YES"};
     EXPECT_EQ(told, expected) << result.output;
 }
 

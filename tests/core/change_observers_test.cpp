@@ -19,11 +19,13 @@ constexpr const char* kPrefs = "com.qor.velmoranthprefs.prefs";
 constexpr const char* kTheme = "com.qor.velmoranththemechanged.prefs";
 constexpr const char* kDeveloping = "com.qor.velmoranthdevelopingprefs.prefs";
 constexpr const char* kCompile = "com.qor.velmoranthcompileassets.prefs";
-const std::string kRead = "readPlist /User/Library/Preferences/com.qor.velmoranthprefs.plist";
+const std::string kRead =
+    "+[NSDictionary dictionaryWithContentsOfFile:] "
+    "/User/Library/Preferences/com.qor.velmoranthprefs.plist";
 
 // The line of the observer with that label, for that notification.
 std::string noticeLine(const std::string& label, const std::string& name) {
-    return "log: VELMORANTH " + std::string(46, '*') + label + " CFStringRef:" + name + " " +
+    return "log VELMORANTH " + std::string(46, '*') + label + " CFStringRef:" + name + " " +
            std::string(44, '*');
 }
 
@@ -46,25 +48,29 @@ class ChangeObservers : public ::testing::Test {
 
 TEST_F(ChangeObservers, AreRegisteredInOrder) {
     registerChangeObservers();
-    EXPECT_EQ(device.journal.lines(),
-              (Lines{"addObserver com.qor.velmoranthprefs.prefs no observer no object 2",
-                     "addObserver com.qor.velmoranththemechanged.prefs no observer no object 2",
-                     "addObserver com.qor.velmoranthdevelopingprefs.prefs no observer no object 2",
-                     "addObserver com.qor.velmoranthcompileassets.prefs no observer no object 2"}));
+    EXPECT_EQ(
+        device.journal.lines(),
+        (Lines{
+            "CFNotificationCenterAddObserver nil \"com.qor.velmoranthprefs.prefs\" nil 2",
+            "CFNotificationCenterAddObserver nil \"com.qor.velmoranththemechanged.prefs\" nil 2",
+            "CFNotificationCenterAddObserver nil \"com.qor.velmoranthdevelopingprefs.prefs\" nil 2",
+            "CFNotificationCenterAddObserver nil \"com.qor.velmoranthcompileassets.prefs\" nil "
+            "2"}));
 }
 
 TEST_F(ChangeObservers, ThePreferencesNoticeLogsThenReloads) {
     begin(true);
     ASSERT_TRUE(device.notifications.post(kPrefs));
     EXPECT_EQ(device.journal.lines(),
-              (Lines{noticeLine("PreferencesChangedCallback", kPrefs), kRead}));
+              tests::calledBack(kPrefs, {noticeLine("PreferencesChangedCallback", kPrefs), kRead}));
 }
 
 TEST_F(ChangeObservers, TheThemeNoticeLogsThenReloads) {
     begin(true);
     ASSERT_TRUE(device.notifications.post(kTheme));
-    EXPECT_EQ(device.journal.lines(), (Lines{noticeLine("Theme PreferencesChangedCallback", kTheme),
-                                             kRead, "log: Velmoranth UpdateIcons "}));
+    EXPECT_EQ(device.journal.lines(),
+              tests::calledBack(kTheme, {noticeLine("Theme PreferencesChangedCallback", kTheme),
+                                         kRead, "log Velmoranth UpdateIcons "}));
 }
 
 TEST_F(ChangeObservers, TheDevelopingNoticeLogsAlone) {
@@ -74,7 +80,8 @@ TEST_F(ChangeObservers, TheDevelopingNoticeLogsAlone) {
     const platform::Dictionary store = SettingsStore();
     ASSERT_TRUE(device.notifications.post(kDeveloping));
     EXPECT_EQ(device.journal.lines(),
-              (Lines{noticeLine("DevelopingPrefsChangedNotification", kDeveloping)}));
+              tests::calledBack(kDeveloping,
+                                {noticeLine("DevelopingPrefsChangedNotification", kDeveloping)}));
     EXPECT_EQ(settings(), before);
     EXPECT_EQ(SettingsStore(), store);
     EXPECT_FALSE(lookupImageDump());
@@ -85,7 +92,8 @@ TEST_F(ChangeObservers, TheCompileNoticeLogsAloneWithABlankBeforeItsLabel) {
     device.preferences({{"enable", true}});
     const Settings before = settings();
     ASSERT_TRUE(device.notifications.post(kCompile));
-    EXPECT_EQ(device.journal.lines(), (Lines{noticeLine(" CompileAssetsCallback", kCompile)}));
+    EXPECT_EQ(device.journal.lines(),
+              tests::calledBack(kCompile, {noticeLine(" CompileAssetsCallback", kCompile)}));
     EXPECT_EQ(settings(), before);
 }
 
@@ -94,10 +102,14 @@ TEST_F(ChangeObservers, AreSilentWhileLoggingIsOff) {
     device.notifications.post(kPrefs);
     device.notifications.post(kDeveloping);
     device.notifications.post(kCompile);
-    EXPECT_EQ(device.journal.lines(), (Lines{kRead}));
+    Lines expected = tests::calledBack(kPrefs, {kRead});
+    expected.push_back(std::string("called ") + kDeveloping);
+    expected.push_back(std::string("called ") + kCompile);
+    EXPECT_EQ(device.journal.lines(), expected);
     device.journal.clear();
     device.notifications.post(kTheme);
-    EXPECT_EQ(device.journal.lines(), (Lines{kRead, "log: Velmoranth UpdateIcons "}));
+    EXPECT_EQ(device.journal.lines(),
+              tests::calledBack(kTheme, {kRead, "log Velmoranth UpdateIcons "}));
 }
 
 TEST_F(ChangeObservers, TheNoticeThatTurnsLoggingOffIsLogged) {
@@ -106,8 +118,8 @@ TEST_F(ChangeObservers, TheNoticeThatTurnsLoggingOffIsLogged) {
         begin(true);
         device.preferences({{"enableLogging", false}, {"enable", true}});
         device.notifications.post(name);
-        EXPECT_EQ(device.journal.lines().at(0), noticeLine(label, name));
-        EXPECT_EQ(device.journal.lines().at(1), kRead);
+        EXPECT_EQ(device.journal.lines().at(1), "  " + noticeLine(label, name));
+        EXPECT_EQ(device.journal.lines().at(2), "  " + kRead);
         EXPECT_FALSE(settings().enableLogging);
         EXPECT_TRUE(settings().enable);
     }
@@ -122,8 +134,8 @@ TEST_F(ChangeObservers, TheNoticeThatTurnsLoggingOnIsNot) {
         device.preferences({{"enableLogging", true}});
         device.journal.clear();
         device.notifications.post(name);
-        EXPECT_EQ(device.journal.lines().at(0), kRead);
-        EXPECT_EQ(device.journal.count("log: VELMORANTH"), 0U);
+        EXPECT_EQ(device.journal.lines().at(1), "  " + kRead);
+        EXPECT_EQ(device.journal.count("log VELMORANTH"), 0U);
         EXPECT_TRUE(settings().enableLogging);
     }
 }
@@ -142,7 +154,7 @@ TEST_F(ChangeObservers, WriteTheNameThatTheyAreGiven) {
     PreferencesChangedCallback(device.notifications, nullptr, "one", nullptr, nullptr);
     DevelopingPrefsChangedNotification(device.notifications, nullptr, "two", nullptr, nullptr);
     CompileAssetsCallback(device.notifications, nullptr, "three %@", nullptr, nullptr);
-    EXPECT_EQ(device.journal.linesWith("log: "),
+    EXPECT_EQ(device.journal.linesWith("log "),
               (Lines{noticeLine("PreferencesChangedCallback", "one"),
                      noticeLine("DevelopingPrefsChangedNotification", "two"),
                      noticeLine(" CompileAssetsCallback", "three %@")}));

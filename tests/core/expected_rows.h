@@ -87,8 +87,8 @@ inline constexpr const std::array<ExpectedRow, 54>& kExpectedRows = detail::kExp
 
 // The journal's line for hooking that row's method.
 inline std::string hookLine(const ExpectedRow& row) {
-    return std::string("hook ") + row.targetClass +
-           (row.side == HookSide::classSide ? " (metaclass) " : " ") + row.selector;
+    return std::string("MSHookMessageEx ") + (row.side == HookSide::classSide ? "+[" : "-[") +
+           row.targetClass + " " + row.selector + "]";
 }
 
 }  // namespace velmoranth::core

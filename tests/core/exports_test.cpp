@@ -94,7 +94,7 @@ TEST(Exports, FunctionsGiveWhatTheirCallersHold) {
     const platform::GraphicsContextRef context = createContext(5, 7);
     ASSERT_NE(context, nullptr);
     EXPECT_EQ(context.use_count(), 1);
-    EXPECT_EQ(device.journal.lines().back(), "bitmapContextCreate 5 7 8 0 rgb 8194");
+    EXPECT_EQ(device.journal.lines().back(), "CGBitmapContextCreate 5 7 8 0 1 8194");
     EXPECT_EQ(createImage(0, 4), nullptr);
     EXPECT_EQ(createContext(4, -1), nullptr);
 }

@@ -91,7 +91,7 @@ TEST(NSLog, WritesOneLineToTheSystemLog) {
     NSLog("a %@ of %i", platform::NullableString(), 3);
     NSLog("plain ");
     EXPECT_EQ(device.journal.lines(),
-              (std::vector<std::string>{"log: a (null) of 3", "log: plain "}));
+              (std::vector<std::string>{"log a (null) of 3", "log plain "}));
 }
 
 }  // namespace

@@ -96,6 +96,15 @@ class WholePlatform : public ::testing::Test {
         return lines;
     }
 
+    // The lines of hooks that name the class.
+    Lines linesNaming(const std::string& className) const {
+        Lines lines = device.journal.linesWith("MSHookMessageEx ");
+        std::erase_if(lines, [&](const std::string& line) {
+            return line.find("[" + className + " ") == std::string::npos;
+        });
+        return lines;
+    }
+
     // Installs the whole table for that version.
     std::span<const HookRow> installNumbered(double version) {
         const std::span<HookRow> rows = numberedRows();
@@ -112,7 +121,7 @@ using HookInstallation = WholePlatform;
 TEST_F(HookInstallation, Ios12InstallsItsThreeRowsAfterTheAlwaysRows) {
     addNumberedPlatform();
     installNumbered(1575.23);
-    const Lines hooks = device.journal.linesWith("hook ");
+    const Lines hooks = device.journal.linesWith("MSHookMessageEx ");
     EXPECT_EQ(hooks.size(), 52U);
     EXPECT_EQ(hooks, expectedHooks(true, false));
 }
@@ -120,7 +129,7 @@ TEST_F(HookInstallation, Ios12InstallsItsThreeRowsAfterTheAlwaysRows) {
 TEST_F(HookInstallation, Ios13InstallsItsTwoRowsAfterTheAlwaysRows) {
     addNumberedPlatform();
     installNumbered(1665.15);
-    const Lines hooks = device.journal.linesWith("hook ");
+    const Lines hooks = device.journal.linesWith("MSHookMessageEx ");
     EXPECT_EQ(hooks.size(), 51U);
     EXPECT_EQ(hooks, expectedHooks(false, true));
 }
@@ -133,7 +142,7 @@ TEST_F(HookInstallation, BetweenTheThresholdsOnlyTheAlwaysRows) {
          {std::nextafter(1575.23, 2000.0), 1600.0, std::nextafter(1665.15, 0.0)}) {
         device.journal.clear();
         installNumbered(version);
-        EXPECT_EQ(device.journal.linesWith("hook "), always) << version;
+        EXPECT_EQ(device.journal.linesWith("MSHookMessageEx "), always) << version;
     }
 }
 
@@ -172,24 +181,25 @@ TEST_F(HookInstallation, TheTwoBadgeRowsGoToClassAndMetaclass) {
     EXPECT_EQ(numberOf(device.runtime.methodOf(metaclass, "_maxTextWidth")), 20);
     EXPECT_FALSE(device.runtime.hasOwnMethod(cls, "_maxTextWidth"));
     EXPECT_FALSE(device.runtime.hasOwnMethod(metaclass, "layoutSubviews"));
-    EXPECT_EQ(device.journal.linesWith("hook SBIconBadgeView"),
-              (Lines{"hook SBIconBadgeView layoutSubviews",
-                     "hook SBIconBadgeView (metaclass) _maxTextWidth"}));
+    EXPECT_EQ(linesNaming("SBIconBadgeView"),
+              (Lines{"MSHookMessageEx -[SBIconBadgeView layoutSubviews]",
+                     "MSHookMessageEx +[SBIconBadgeView _maxTextWidth]"}));
 }
 
 TEST_F(HookInstallation, LooksEachClassUpOnceWithinASet) {
     addNumberedPlatform();
     installNumbered(1600);
+    const Lines lines = device.journal.lines();
     for (const ExpectedRow& row : kExpectedRows) {
         if (row.gate == HookGate::always) {
-            EXPECT_EQ(std::count(device.journal.lines().begin(), device.journal.lines().end(),
-                                 std::string("getClass ") + row.targetClass),
+            EXPECT_EQ(std::count(lines.begin(), lines.end(),
+                                 std::string("objc_getClass ") + row.targetClass),
                       1)
                 << row.number;
         }
     }
-    EXPECT_EQ(device.journal.count("getClass SBDockView"), 0U);
-    EXPECT_EQ(device.journal.count("getClass SBApplicationIcon"), 0U);
+    EXPECT_EQ(device.journal.count("objc_getClass SBDockView"), 0U);
+    EXPECT_EQ(device.journal.count("objc_getClass SBApplicationIcon"), 0U);
 }
 
 TEST_F(HookInstallation, AMissingClassInstallsNothingAndTheRestGoesOn) {
@@ -200,13 +210,14 @@ TEST_F(HookInstallation, AMissingClassInstallsNothingAndTheRestGoesOn) {
         EXPECT_EQ(row.isInstalled(), !isMissing && row.gate != HookGate::ios13) << row.number;
     }
     // Handed on all the same, in their places, after one look-up.
-    EXPECT_EQ(device.journal.linesWith("hook nil"),
-              (Lines{"hook nil _showsTitle", "hook nil initWithFolder:orientation:viewMap:context:",
-                     "hook nil _tapToCloseGestureRecognizer:shouldReceiveTouch:"}));
-    EXPECT_EQ(device.journal.count("hook "), 52U);
-    EXPECT_EQ(device.journal.linesWith("hook ")[8], "hook nil _showsTitle");
-    EXPECT_EQ(device.journal.count("getClass SBFloatyFolderView"), 1U);
-    EXPECT_EQ(device.journal.count("log: "), 0U);
+    EXPECT_EQ(device.journal.linesWith("MSHookMessageEx nil"),
+              (Lines{"MSHookMessageEx nil _showsTitle",
+                     "MSHookMessageEx nil initWithFolder:orientation:viewMap:context:",
+                     "MSHookMessageEx nil _tapToCloseGestureRecognizer:shouldReceiveTouch:"}));
+    EXPECT_EQ(device.journal.count("MSHookMessageEx "), 52U);
+    EXPECT_EQ(device.journal.linesWith("MSHookMessageEx ")[8], "MSHookMessageEx nil _showsTitle");
+    EXPECT_EQ(device.journal.count("objc_getClass SBFloatyFolderView"), 1U);
+    EXPECT_EQ(device.journal.count("log "), 0U);
 }
 
 TEST_F(HookInstallation, AMissingClassOfClassSideRowsInstallsNothing) {
@@ -215,7 +226,7 @@ TEST_F(HookInstallation, AMissingClassOfClassSideRowsInstallsNothing) {
     EXPECT_FALSE(rows[30].isInstalled());
     EXPECT_FALSE(rows[52].isInstalled());
     EXPECT_TRUE(rows[53].isInstalled());
-    EXPECT_EQ(device.journal.count("hook nil"), 9U);
+    EXPECT_EQ(device.journal.count("MSHookMessageEx nil"), 9U);
 }
 
 TEST_F(HookInstallation, AMissingSelectorInstallsNothingAndTheRestGoesOn) {
@@ -227,22 +238,19 @@ TEST_F(HookInstallation, AMissingSelectorInstallsNothingAndTheRestGoesOn) {
     EXPECT_EQ(numberOf(rows[2].saved), -3);
 }
 
+const std::string kReadVersion = "kCFCoreFoundationVersionNumber";
+
 // A system whose version is different at each reading.
 struct ChangingSystem final : platform::CoreFoundation {
-    ChangingSystem(tests::Journal& journal, std::vector<double> numbers)
-        : journal_(journal), numbers_(std::move(numbers)) {}
+    explicit ChangingSystem(std::vector<double> numbers) : numbers_(std::move(numbers)) {}
 
-    double versionNumber() override {
-        journal_.write("hook version");
-        return numbers_.at(readings_++);
-    }
+    double versionNumber() override { return numbers_.at(readings_++); }
 
     bool isSystemVersionAtLeast(int /*major*/, int /*minor*/, int /*patch*/) override {
         return false;
     }
 
   private:
-    tests::Journal& journal_;
     std::vector<double> numbers_;
     std::size_t readings_ = 0;
 };
@@ -251,27 +259,31 @@ TEST_F(HookInstallation, ReadsTheVersionBeforeEachGatedSet) {
     addNumberedPlatform();
     numberedRows();
     // Each set goes by its own reading.
-    ChangingSystem system(device.journal, {1575.23, 1665.15});
-    tests::replaceServices({.coreFoundation = &system});
+    ChangingSystem system({1575.23, 1665.15});
+    device.useServices({.coreFoundation = &system});
     HookTable::install();
     Lines expected = expectedHooks(true, true);
-    expected.insert(expected.begin() + 49, "hook version");
-    expected.insert(expected.begin() + 53, "hook version");
-    EXPECT_EQ(device.journal.linesWith("hook "), expected);
+    expected.insert(expected.begin() + 49, kReadVersion);
+    expected.insert(expected.begin() + 53, kReadVersion);
+    Lines lines = device.journal.lines();
+    std::erase_if(lines, [](const std::string& line) {
+        return line != kReadVersion && !line.starts_with("MSHookMessageEx ");
+    });
+    EXPECT_EQ(lines, expected);
 }
 
 TEST_F(HookInstallation, AddsAMethodBetweenTheTenthRowAndTheEleventh) {
     addNumberedPlatform();
     installNumbered(1575.23);
     const Lines& lines = device.journal.lines();
-    const auto added =
-        std::find(lines.begin(), lines.end(), "addMethod SBFloatyFolderView handleTap v@:");
+    const auto added = std::find(lines.begin(), lines.end(),
+                                 "class_addMethod SBFloatyFolderView handleTap \"v@:\"");
     ASSERT_NE(added, lines.end());
     ASSERT_NE(added, lines.begin());
     EXPECT_EQ(*(added - 1), hookLine(kExpectedRows[9]));
     EXPECT_EQ(*(added + 1), hookLine(kExpectedRows[10]));
-    EXPECT_EQ(device.journal.count("addMethod "), 1U);
-    EXPECT_EQ(device.journal.count("getClass SBFloatyFolderView"), 1U);
+    EXPECT_EQ(device.journal.count("class_addMethod "), 1U);
+    EXPECT_EQ(device.journal.count("objc_getClass SBFloatyFolderView"), 1U);
     EXPECT_TRUE(
         device.runtime.hasOwnMethod(device.runtime.getClass("SBFloatyFolderView"), "handleTap"));
 }
@@ -279,7 +291,8 @@ TEST_F(HookInstallation, AddsAMethodBetweenTheTenthRowAndTheEleventh) {
 TEST_F(HookInstallation, AddsNothingToAMissingClass) {
     addNumberedPlatform("SBFloatyFolderView");
     const std::span<const HookRow> rows = installNumbered(1600);
-    EXPECT_EQ(device.journal.linesWith("addMethod "), (Lines{"addMethod nil handleTap v@:"}));
+    EXPECT_EQ(device.journal.linesWith("class_addMethod "),
+              (Lines{"class_addMethod nil handleTap \"v@:\""}));
     EXPECT_TRUE(rows[48].isInstalled());
 }
 
@@ -289,7 +302,7 @@ TEST_F(HookTableInstall, ReadsTheVersionTwiceAndLogsNothing) {
     addTypedPlatform();
     HookTable::install();
     EXPECT_EQ(device.system.versionNumberReads, 2);
-    EXPECT_EQ(device.journal.count("log: "), 0U);
+    EXPECT_EQ(device.journal.count("log "), 0U);
     EXPECT_EQ(device.journal.count("warning: "), 0U);
 }
 
@@ -313,7 +326,7 @@ TEST_F(HookTableInstall, InstallsTheRowsOfTheRunningSystem) {
             EXPECT_TRUE(row.saved == before[i]);
         }
     }
-    EXPECT_EQ(device.journal.linesWith("hook "), expected);
+    EXPECT_EQ(device.journal.linesWith("MSHookMessageEx "), expected);
 }
 
 TEST_F(HookTableInstall, AddsTheTapThatClosesAFolderAfterItsRow) {
@@ -324,13 +337,13 @@ TEST_F(HookTableInstall, AddsTheTapThatClosesAFolderAfterItsRow) {
     HookTable::install();
     EXPECT_TRUE(device.runtime.hasOwnMethod(folder, "handleTap"));
     const Lines& lines = device.journal.lines();
-    const auto added =
-        std::find(lines.begin(), lines.end(), "addMethod SBFloatyFolderView handleTap v@:");
+    const auto added = std::find(lines.begin(), lines.end(),
+                                 "class_addMethod SBFloatyFolderView handleTap \"v@:\"");
     ASSERT_NE(added, lines.end());
     ASSERT_NE(added, lines.begin());
     EXPECT_EQ(*(added - 1), hookLine(kExpectedRows[9]));
     EXPECT_EQ(*(added + 1), hookLine(kExpectedRows[10]));
-    EXPECT_EQ(device.journal.count("addMethod "), 1U);
+    EXPECT_EQ(device.journal.count("class_addMethod "), 1U);
 }
 
 TEST_F(HookTableInstall, TheThresholdsDecideOnTheRunningSystem) {

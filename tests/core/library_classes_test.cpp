@@ -193,8 +193,8 @@ TEST_F(LibraryMessages, RestoreTheFactorySettings) {
     const std::string factory = "/User/Library/VelMoranth/DefaultSettings/" + kPreferencesFile;
     device.file(factory, "factory");
     send("NoUserSettingCreateThemeNow");
-    EXPECT_EQ(only("copy "),
-              "copy " + factory + " -> /User/Library/Preferences/" + kPreferencesFile);
+    EXPECT_EQ(only(tests::kCopy),
+              tests::copyLine(factory, "/User/Library/Preferences/" + kPreferencesFile));
     EXPECT_EQ(device.contents("/User/Library/Preferences/" + kPreferencesFile), "factory");
 }
 
@@ -212,7 +212,7 @@ TEST_F(LibraryMessages, SaveUnderAName) {
 TEST_F(LibraryMessages, RenameFromTheFirstToTheSecond) {
     device.file("/Library/a", "x");
     EXPECT_TRUE(send("renameFileFrom:to:", "/Library/a", "/Library/b"));
-    EXPECT_EQ(only("move "), "move /Library/a -> /Library/b");
+    EXPECT_EQ(only(tests::kMove), tests::moveLine("/Library/a", "/Library/b"));
     EXPECT_FALSE(send("renameFileFrom:to:", "/Library/a", "/Library/b"));
 }
 
@@ -231,15 +231,16 @@ TEST_F(LibraryMessages, DeleteTheFirstAndLogTheSecond) {
 TEST_F(LibraryMessages, CopyFontsFromTheSecondToTheFirst) {
     device.file("/Library/theirs/a.ttf", "x");
     EXPECT_TRUE(send("overwriteFontFilesInDir:fromTheme:", "/Library/place", "/Library/theirs"));
-    EXPECT_EQ(only("copy "), "copy /Library/theirs -> /Library/place");
-    EXPECT_EQ(device.journal.count("dispatchAfter 600000000"), 1U);
+    EXPECT_EQ(only(tests::kCopy), tests::copyLine("/Library/theirs", "/Library/place"));
+    EXPECT_EQ(device.journal.count("dispatch_after 600000000"), 1U);
     EXPECT_FALSE(send("overwriteFontFilesInDir:fromTheme:", "/Library/place", "/Library/theirs"));
 }
 
 TEST_F(LibraryMessages, ShowAndTakeAwayTheSuccessImage) {
     device.runtime.sendToClass<void, NullableString>("VelmoranthFileManager",
                                                      "ShowSuccesView:", "/a picture.png");
-    EXPECT_EQ(only("load "), "load /a picture.png");
+    EXPECT_EQ(only("+[UIImage imageWithContentsOfFile:] "),
+              "+[UIImage imageWithContentsOfFile:] /a picture.png");
     ASSERT_EQ(device.application.rootView->subviews().size(), 1U);
     send("finshedSelfAlert");
     EXPECT_TRUE(device.application.rootView->subviews().empty());
@@ -264,19 +265,22 @@ TEST_F(LibraryMessages, TheMainClassPlaysThemeSounds) {
     device.runtime.send<void, std::int64_t>(*manager, "playUISound:", 1002);
     EXPECT_EQ(session(), device.audio.session());
     ASSERT_NE(player(), nullptr);
-    EXPECT_EQ(only("player play "), "player play " + folder + "lock.caf");
+    EXPECT_EQ(only("-[AVAudioPlayer play] "), "-[AVAudioPlayer play] " + folder + "lock.caf");
     device.journal.clear();
     device.runtime.send<void, std::uint64_t>(*manager, "playsystemSound:", 1004);
-    EXPECT_EQ(only("player play "), "player play " + folder + "key_press_click.caf");
+    EXPECT_EQ(only("-[AVAudioPlayer play] "),
+              "-[AVAudioPlayer play] " + folder + "key_press_click.caf");
     device.runtime.send<void, AudioPlayerRef>(*manager, "setSoundToPlay:", nullptr);
     EXPECT_EQ(player(), nullptr);
-    EXPECT_EQ(only("player gone " + folder + "key"),
-              "player gone " + folder + "key_press_click.caf");
+    EXPECT_EQ(only("-[AVAudioPlayer dealloc] " + folder + "key"),
+              "-[AVAudioPlayer dealloc] " + folder + "key_press_click.caf");
     device.runtime.send<void, platform::AudioSessionRef>(*manager, "setAudiosession:", nullptr);
     EXPECT_EQ(session(), nullptr);
     device.journal.clear();
     device.runtime.send<void, ObjectRef>(*manager, "initClass:", manager);
-    EXPECT_EQ(only("session category "), "session category AVAudioSessionCategoryAmbient");
+    EXPECT_EQ(
+        only("-[AVAudioSession setCategory:error:] "),
+        "-[AVAudioSession setCategory:error:] AVAudioSession \"AVAudioSessionCategoryAmbient\"");
 }
 
 TEST_F(LibraryMessages, NewSoundsAreNewEachTime) {
@@ -302,9 +306,12 @@ TEST_F(LibraryMessages, EachSoundPlaysItsOwnFile) {
         for (const ObjectRef& sender : {ObjectRef(), sounds}) {
             device.journal.clear();
             device.runtime.send<void, ObjectRef>(*sounds, selector, sender);
-            EXPECT_EQ(device.journal.lines(),
-                      (Lines{std::string("data /User/Library/VelMoranth/Sounds/") + file,
-                             "player of nil data"}));
+            EXPECT_EQ(
+                device.journal.lines(),
+                (Lines{std::string(
+                           "+[NSData dataWithContentsOfFile:] /User/Library/VelMoranth/Sounds/") +
+                           file,
+                       "-[AVAudioPlayer initWithData:error:] nil"}));
         }
     }
 }
@@ -315,14 +322,15 @@ TEST_F(LibraryMessages, InitClassOfSoundsTakesAnObject) {
     device.runtime.send<void, ObjectRef>(*sounds, "initClass:", nullptr);
     EXPECT_EQ(device.journal.lines(), Lines{});
     device.runtime.send<void, ObjectRef>(*sounds, "initClass:", sounds);
-    EXPECT_EQ(device.journal.lines(),
-              (Lines{"session shared", "session category AVAudioSessionCategoryAmbient"}));
+    EXPECT_EQ(device.journal.lines(), (Lines{"+[AVAudioSession sharedInstance]",
+                                             "-[AVAudioSession setCategory:error:] AVAudioSession "
+                                             "\"AVAudioSessionCategoryAmbient\""}));
 }
 
 TEST_F(LibraryMessages, TheSoundsPlayerIsAProperty) {
     const ObjectRef sounds = newSounds();
     EXPECT_EQ(device.runtime.send<AudioPlayerRef>(*sounds, "soundToPlay"), nullptr);
-    const auto player = std::make_shared<tests::RecordingAudioPlayer>(device.journal, "mine");
+    const auto player = std::make_shared<tests::TestAudioPlayer>("mine");
     device.runtime.send<void, AudioPlayerRef>(*sounds, "setSoundToPlay:", player);
     EXPECT_EQ(device.runtime.send<AudioPlayerRef>(*sounds, "soundToPlay"), player);
     EXPECT_EQ(device.runtime.valueForKey(*sounds, "soundToPlay"), player);

@@ -24,18 +24,25 @@ TEST(LoadTime, LibraryRunsItsThreeEntryPointsInOrder) {
     ASSERT_NE(dlopen(tests::kEngineLibrary, RTLD_NOW | RTLD_LOCAL), nullptr) << dlerror();
 
     std::vector<std::string> steps;
-    for (const std::string& line : device.journal.lines()) {
-        for (const char* step : {"registerClass VelMoranth ", "setuid ",
-                                 "hook SBHIconImageCache imageForIcon:", "send VelMoranth load",
-                                 "readPlist ", "addObserver "}) {
+    for (const std::string& line : device.journal.linesWith("")) {
+        for (const char* step :
+             {"objc_registerClassPair VelMoranth ", "setuid ",
+              "MSHookMessageEx -[SBHIconImageCache imageForIcon:]", "objc_msgSend VelMoranth load",
+              "+[NSDictionary dictionaryWithContentsOfFile:] ",
+              "CFNotificationCenterAddObserver "}) {
             if (line.starts_with(step)) {
-                steps.push_back(line.substr(0, line.find(' ')));
+                steps.push_back(
+                    std::string(step).substr(0, std::string_view(step).find_last_not_of(' ') + 1));
             }
         }
     }
-    EXPECT_EQ(steps, (std::vector<std::string>{"registerClass", "setuid", "hook", "send", "setuid",
-                                               "readPlist", "addObserver", "addObserver",
-                                               "addObserver", "addObserver"}));
+    EXPECT_EQ(steps, (std::vector<std::string>{
+                         "objc_registerClassPair VelMoranth", "setuid",
+                         "MSHookMessageEx -[SBHIconImageCache imageForIcon:]",
+                         "objc_msgSend VelMoranth load", "setuid",
+                         "+[NSDictionary dictionaryWithContentsOfFile:]",
+                         "CFNotificationCenterAddObserver", "CFNotificationCenterAddObserver",
+                         "CFNotificationCenterAddObserver", "CFNotificationCenterAddObserver"}));
 }
 
 }  // namespace

@@ -109,7 +109,8 @@ TEST(LoadSettings, ReadsTheOneFileOnce) {
     EXPECT_STREQ(kPreferencesPath, kPath);
     loadSettings();
     EXPECT_EQ(device.journal.lines(),
-              (std::vector<std::string>{std::string("readPlist ") + kPath}));
+              (std::vector<std::string>{
+                  std::string("+[NSDictionary dictionaryWithContentsOfFile:] ") + kPath}));
 }
 
 TEST(LoadSettings, WithoutFileAtFirstStartEverythingIsOff) {
@@ -216,7 +217,7 @@ TEST(LoadSettings, AFileThatIsNoDictionaryIsAsGoodAsNone) {
         EXPECT_EQ(settings(), everythingOn());
         EXPECT_TRUE(SettingsStore().empty());
     }
-    EXPECT_EQ(device.journal.count("log: "), 0U);
+    EXPECT_EQ(device.journal.count("log "), 0U);
 }
 
 TEST(LoadSettings, AFolderInTheFilesPlaceIsAsGoodAsNone) {
@@ -227,7 +228,7 @@ TEST(LoadSettings, AFolderInTheFilesPlaceIsAsGoodAsNone) {
     loadSettings();
     EXPECT_TRUE(settings().enable);
     EXPECT_TRUE(SettingsStore().empty());
-    EXPECT_EQ(device.journal.count("log: "), 0U);
+    EXPECT_EQ(device.journal.count("log "), 0U);
 }
 
 TEST(LoadSettings, AnEmptyDictionaryIsAFile) {
@@ -279,7 +280,8 @@ TEST(LoadSettings, EveryKeyIsLookedUpAndConvertedInItsTurn) {
         const tests::WatchedSteps watched(device.journal);
         loadSettings();
     }
-    std::vector<std::string> expected{std::string("readPlist ") + kPath};
+    std::vector<std::string> expected{
+        std::string("+[NSDictionary dictionaryWithContentsOfFile:] ") + kPath};
     const auto key = [&expected](const std::string& name, const std::string& conversion) {
         expected.push_back("objectForKey " + name);
         expected.push_back(conversion);
@@ -357,7 +359,8 @@ TEST(LookupSwitches, ComeFromTheFileAtEachRefresh) {
     EXPECT_FALSE(lookupLogging());
     EXPECT_TRUE(lookupImageDump());
     EXPECT_EQ(device.journal.lines(),
-              std::vector<std::string>(2, std::string("readPlist ") + kPath));
+              std::vector<std::string>(
+                  2, std::string("+[NSDictionary dictionaryWithContentsOfFile:] ") + kPath));
 }
 
 TEST(LookupSwitches, KeepTheirValuesWhenTheFileIsGone) {
@@ -379,9 +382,10 @@ TEST(LookupSwitches, TheSearchOfIconsReadsTheMasksSwitchTooAndForgetsIt) {
     TestDevice device;
     device.preferences({{"enableLogging", true}, {"enableIconMask", true}});
     device.journal.clear();
-    const std::vector<std::string> both{std::string("readPlist ") + kPath,
-                                        "objectForKey enableImageDump", "boolValue (null)",
-                                        "objectForKey enableLogging", "boolValue 1"};
+    const std::vector<std::string> both{
+        std::string("+[NSDictionary dictionaryWithContentsOfFile:] ") + kPath,
+        "objectForKey enableImageDump", "boolValue (null)", "objectForKey enableLogging",
+        "boolValue 1"};
     std::vector<std::string> all = both;
     all.insert(all.end(), {"objectForKey enableIconMask", "boolValue 1"});
     const tests::WatchedSteps watched(device.journal);

@@ -25,15 +25,16 @@ const std::string kDoubledPath =
 const std::string kFactory =
     "/User/Library/VelMoranth/DefaultSettings/com.qor.velmoranthprefs.plist";
 const std::string kLive = "/User/Library/Preferences/com.qor.velmoranthprefs.plist";
-const std::string kLoaded = "log: LOAD_VELMORANTH " + std::string(46, '*') + "LOADED VELMORANTH " +
+const std::string kLoaded = "log LOAD_VELMORANTH " + std::string(46, '*') + "LOADED VELMORANTH " +
                             std::string(44, '*') + " LOAD_VELMORANTH";
 
 // Without what the runtime is asked on the way.
 Lines withoutLookups(const tests::Journal& journal) {
     Lines lines;
     for (const std::string& line : journal.lines()) {
-        if (!line.starts_with("getClass ") && !line.starts_with("getMetaclass ") &&
-            !line.starts_with("warning: ")) {
+        const std::string request = line.substr(std::min(line.find_first_not_of(' '), line.size()));
+        if (!request.starts_with("objc_getClass ") && !request.starts_with("object_getClass ") &&
+            !request.starts_with("warning: ")) {
             lines.push_back(line);
         }
     }
@@ -44,18 +45,22 @@ void append(Lines& lines, const Lines& more) {
     lines.insert(lines.end(), more.begin(), more.end());
 }
 
-// +load where the doubled path is absent and there are no factory preferences.
-Lines loadLines() {
-    return {"setuid 0",
-            "setgid 0",
-            "fileExists " + kDoubledPath,
-            "send VelmoranthFileManager NoUserSettingCreateThemeNow",
-            "permissions 0777 /User/Library/Preferences",
-            "chmod 0777 /User/Library/Preferences",
-            "copy " + kFactory + " -> " + kLive,
-            "log: Velmoranth Failed to move '" + kFactory + "' to '" + kLive +
+// +load where the doubled path is absent and there are no factory preferences; the first message to
+// the file manager's class initialises it.
+Lines loadLines(bool isFirst) {
+    Lines lines{"setuid 0", "setgid 0", "NSHomeDirectory",
+                "-[NSFileManager fileExistsAtPath:] " + kDoubledPath,
+                "objc_msgSend VelmoranthFileManager NoUserSettingCreateThemeNow"};
+    if (isFirst) {
+        lines.emplace_back("called +[VelmoranthFileManager initialize] VelmoranthFileManager");
+    }
+    append(lines,
+           {"-[NSFileManager setAttributes:ofItemAtPath:error:] /User/Library/Preferences 0777",
+            "chmod /User/Library/Preferences 0777", tests::copyLine(kFactory, kLive),
+            "log Velmoranth Failed to move '" + kFactory + "' to '" + kLive +
                 "': The file “com.qor.velmoranthprefs.plist” couldn’t be opened because there is "
-                "no such file."};
+                "no such file."});
+    return lines;
 }
 
 platform::ClassRef mainClass(TestDevice& device) {
@@ -67,24 +72,27 @@ TEST(StartUp, RunsInOrder) {
     registerClasses();
     installHooks();
     startSettings();
-    Lines expected{"registerClass VelmoranthFileManager : NSObject",
-                   "registerClass Sounds : NSObject", "registerClass VelMoranth : NSObject"};
-    append(expected, loadLines());
+    Lines expected{"objc_registerClassPair VelmoranthFileManager NSObject",
+                   "objc_registerClassPair Sounds NSObject",
+                   "objc_registerClassPair VelMoranth NSObject"};
+    append(expected, tests::calledBack("+[VelMoranth load]", loadLines(true)));
     for (std::size_t i = 0; i < kExpectedRows.size(); ++i) {
         if (kExpectedRows[i].gate != HookGate::ios12) {
-            expected.push_back(std::string("hook nil ") + kExpectedRows[i].selector);
+            expected.push_back(std::string("MSHookMessageEx nil ") + kExpectedRows[i].selector);
         }
         if (kExpectedRows[i].number == 10) {
-            expected.emplace_back("addMethod nil handleTap v@:");
+            expected.emplace_back("class_addMethod nil handleTap \"v@:\"");
         }
     }
-    expected.emplace_back("send VelMoranth load");
-    append(expected, loadLines());
-    append(expected, {"readPlist " + kLive,
-                      "addObserver com.qor.velmoranthprefs.prefs no observer no object 2",
-                      "addObserver com.qor.velmoranththemechanged.prefs no observer no object 2",
-                      "addObserver com.qor.velmoranthdevelopingprefs.prefs no observer no object 2",
-                      "addObserver com.qor.velmoranthcompileassets.prefs no observer no object 2"});
+    append(expected,
+           {"objc_msgSend VelMoranth load", "called +[VelMoranth initialize] VelMoranth"});
+    append(expected, tests::calledBack("+[VelMoranth load]", loadLines(false)));
+    append(expected,
+           {"+[NSDictionary dictionaryWithContentsOfFile:] " + kLive,
+            "CFNotificationCenterAddObserver nil \"com.qor.velmoranthprefs.prefs\" nil 2",
+            "CFNotificationCenterAddObserver nil \"com.qor.velmoranththemechanged.prefs\" nil 2",
+            "CFNotificationCenterAddObserver nil \"com.qor.velmoranthdevelopingprefs.prefs\" nil 2",
+            "CFNotificationCenterAddObserver nil \"com.qor.velmoranthcompileassets.prefs\" nil 2"});
     EXPECT_EQ(withoutLookups(device.journal), expected);
 }
 
@@ -92,14 +100,14 @@ TEST(StartUp, TheHooksAreInstalledByTheFirstConstructorAlone) {
     TestDevice device;
     registerClasses();
     EXPECT_EQ(device.system.versionNumberReads, 0);
-    EXPECT_EQ(device.journal.count("hook "), 0U);
+    EXPECT_EQ(device.journal.count("MSHookMessageEx "), 0U);
     installHooks();
     EXPECT_EQ(device.system.versionNumberReads, 2);
-    const std::size_t hooks = device.journal.count("hook ");
+    const std::size_t hooks = device.journal.count("MSHookMessageEx ");
     EXPECT_GT(hooks, 0U);
     startSettings();
     EXPECT_EQ(device.system.versionNumberReads, 2);
-    EXPECT_EQ(device.journal.count("hook "), hooks);
+    EXPECT_EQ(device.journal.count("MSHookMessageEx "), hooks);
 }
 
 TEST(StartUp, EverythingIsOffUntilTheSettingsAreRead) {
@@ -108,7 +116,7 @@ TEST(StartUp, EverythingIsOffUntilTheSettingsAreRead) {
     registerClasses();
     installHooks();
     EXPECT_EQ(settings(), Settings());
-    EXPECT_EQ(device.journal.count("readPlist "), 0U);
+    EXPECT_EQ(device.journal.count("+[NSDictionary dictionaryWithContentsOfFile:] "), 0U);
     startSettings();
     EXPECT_TRUE(settings().enable);
     EXPECT_EQ(settings().opacityVal, 0.5F);
@@ -128,8 +136,8 @@ TEST(StartUp, FactoryPreferencesBecomeTheLiveOnesBeforeTheyAreRead) {
     EXPECT_EQ(device.contents(kLive), contents);
     EXPECT_EQ(device.mode("/User/Library/Preferences"), 0777U);
     // Once they were put there, then they stood there already.
-    EXPECT_EQ(device.journal.count("copy "), 2U);
-    EXPECT_EQ(device.journal.count("move "), 1U);
+    EXPECT_EQ(device.journal.count(tests::kCopy), 2U);
+    EXPECT_EQ(device.journal.count(tests::kMove), 1U);
 }
 
 TEST(StartUp, AFileAtTheDoubledPathKeepsTheFactoryPreferencesAway) {
@@ -139,10 +147,10 @@ TEST(StartUp, AFileAtTheDoubledPathKeepsTheFactoryPreferencesAway) {
     registerClasses();
     startSettings();
     EXPECT_FALSE(device.exists(kLive));
-    EXPECT_EQ(device.journal.count("permissions "), 0U);
+    EXPECT_EQ(device.journal.count("-[NSFileManager setAttributes:"), 0U);
     EXPECT_EQ(device.journal.count("chmod "), 0U);
-    EXPECT_EQ(device.journal.count("copy "), 0U);
-    EXPECT_EQ(device.journal.count("fileExists " + kDoubledPath), 2U);
+    EXPECT_EQ(device.journal.count(tests::kCopy), 0U);
+    EXPECT_EQ(device.journal.count("-[NSFileManager fileExistsAtPath:] " + kDoubledPath), 2U);
 }
 
 TEST(StartUp, LivePreferencesDoNotKeepTheFactoryOnesFromBeingAskedFor) {
@@ -150,7 +158,7 @@ TEST(StartUp, LivePreferencesDoNotKeepTheFactoryOnesFromBeingAskedFor) {
     device.file(kLive, "{ enable = YES; }");
     device.file(kFactory, "{}");
     registerClasses();
-    EXPECT_EQ(device.journal.count("copy "), 1U);
+    EXPECT_EQ(device.journal.count(tests::kCopy), 1U);
     EXPECT_EQ(device.contents(kLive), "{ enable = YES; }");
 }
 
@@ -159,7 +167,7 @@ TEST(Load, TakesRootsIdsFirstAndIgnoresTheResult) {
     registerClasses();
     device.journal.clear();
     VelMoranth::load();
-    EXPECT_EQ(withoutLookups(device.journal), loadLines());
+    EXPECT_EQ(withoutLookups(device.journal), loadLines(false));
 }
 
 TEST(Load, IsSilentUntilTheLookupsHaveTurnedLoggingOn) {
@@ -170,20 +178,22 @@ TEST(Load, IsSilentUntilTheLookupsHaveTurnedLoggingOn) {
     device.journal.clear();
     VelMoranth::load();
     EXPECT_EQ(device.journal.lines(),
-              (Lines{"setuid 0", "setgid 0", "fileExists " + kDoubledPath}));
+              (Lines{"setuid 0", "setgid 0", "NSHomeDirectory",
+                     "-[NSFileManager fileExistsAtPath:] " + kDoubledPath}));
     refreshLookupSwitches();
     device.journal.clear();
     VelMoranth::load();
     EXPECT_EQ(device.journal.lines(),
-              (Lines{"setuid 0", "setgid 0", kLoaded, "fileExists " + kDoubledPath}));
+              (Lines{"setuid 0", "setgid 0", kLoaded, "NSHomeDirectory",
+                     "-[NSFileManager fileExistsAtPath:] " + kDoubledPath}));
 }
 
 TEST(Load, LooksBelowTheHomeDirectory) {
     TestDevice device;
     device.libSystem.home = "/var/root/";
     VelMoranth::load();
-    EXPECT_EQ(device.journal.linesWith("fileExists "),
-              (Lines{"fileExists "
+    EXPECT_EQ(device.journal.linesWith("-[NSFileManager fileExistsAtPath:] "),
+              (Lines{"-[NSFileManager fileExistsAtPath:] "
                      "/var/root/var/mobile/User/Library/Preferences/com.qor.velmoranthprefs."
                      "plist"}));
 }
@@ -298,8 +308,9 @@ TEST(InitClass, GivesTheAudioSessionTheAmbientCategory) {
     manager.initClass(nullptr);
     EXPECT_TRUE(device.journal.lines().empty());
     manager.initClass(std::make_shared<VelMoranth>());
-    EXPECT_EQ(device.journal.lines(),
-              (Lines{"session shared", "session category AVAudioSessionCategoryAmbient"}));
+    EXPECT_EQ(device.journal.lines(), (Lines{"+[AVAudioSession sharedInstance]",
+                                             "-[AVAudioSession setCategory:error:] AVAudioSession "
+                                             "\"AVAudioSessionCategoryAmbient\""}));
 }
 
 }  // namespace

@@ -26,12 +26,14 @@ using Lines = std::vector<std::string>;
 
 constexpr double kIos12 = 1575.23;
 constexpr const char* kSelector = "_applicationIconImageForBundleIdentifier:format:scale:";
-const std::string kRead = "readPlist /User/Library/Preferences/com.qor.velmoranthprefs.plist";
-const std::string kNotice = "log: VELMORANTH " + std::string(46, '*') +
+const std::string kRead =
+    "+[NSDictionary dictionaryWithContentsOfFile:] "
+    "/User/Library/Preferences/com.qor.velmoranthprefs.plist";
+const std::string kNotice = "log VELMORANTH " + std::string(46, '*') +
                             "Theme PreferencesChangedCallback CFStringRef:com.qor."
                             "velmoranththemechanged.prefs " +
                             std::string(44, '*');
-const std::string kUpdated = "log: Velmoranth UpdateIcons ";
+const std::string kUpdated = "log Velmoranth UpdateIcons ";
 
 constexpr Pixel kGray{90, 90, 90};
 constexpr Pixel kRed{255, 0, 0};
@@ -82,9 +84,13 @@ TEST_F(ThemeChange, OnIos12AsksAgainForWhatWasKeptInFormat2) {
     device.system.number = kIos12;
     keep({"com.a.2", "com.b"});
     change();
-    EXPECT_EQ(device.journal.lines(),
-              (Lines{kRead, "log: Velmoranth updateIcon : com.a", "applicationIcon com.a 2 3",
-                     "log: Velmoranth updateIcon : (null)", "applicationIcon nil 2 3", kUpdated}));
+    EXPECT_EQ(
+        device.journal.lines(),
+        (Lines{kRead, "log Velmoranth updateIcon : com.a",
+               "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] \"com.a\" 2 3",
+               "log Velmoranth updateIcon : (null)",
+               "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] nil 2 3",
+               kUpdated}));
     EXPECT_FALSE(theme::themedIconsExist());
     EXPECT_EQ(theme::findThemedIcon("com.a.2").value_or(nullptr), nullptr);
 }
@@ -94,8 +100,11 @@ TEST_F(ThemeChange, WithLoggingOnTheNoticeComesFirst) {
     setPreferences({{"enableLogging", true}});
     keep({"com.a.2"});
     change();
-    EXPECT_EQ(device.journal.lines(), (Lines{kNotice, kRead, "log: Velmoranth updateIcon : com.a",
-                                             "applicationIcon com.a 2 3", kUpdated}));
+    EXPECT_EQ(
+        device.journal.lines(),
+        (Lines{kNotice, kRead, "log Velmoranth updateIcon : com.a",
+               "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] \"com.a\" 2 3",
+               kUpdated}));
 }
 
 TEST_F(ThemeChange, ArrivesThroughTheNotificationCentre) {
@@ -104,8 +113,13 @@ TEST_F(ThemeChange, ArrivesThroughTheNotificationCentre) {
     registerChangeObservers();
     device.journal.clear();
     ASSERT_TRUE(device.notifications.post("com.qor.velmoranththemechanged.prefs"));
-    EXPECT_EQ(device.journal.lines(), (Lines{kRead, "log: Velmoranth updateIcon : com.a",
-                                             "applicationIcon com.a 2 3", kUpdated}));
+    EXPECT_EQ(
+        device.journal.lines(),
+        tests::calledBack(
+            "com.qor.velmoranththemechanged.prefs",
+            {kRead, "log Velmoranth updateIcon : com.a",
+             "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] \"com.a\" 2 3",
+             kUpdated}));
 }
 
 TEST_F(ThemeChange, TakesOnlyTheEndingOfFormat2Off) {
@@ -113,10 +127,17 @@ TEST_F(ThemeChange, TakesOnlyTheEndingOfFormat2Off) {
     keep({"com.a.1", "com.a.12", "com.a.22", "com.a.2.", "com.a2", ".2", "2", "com.a.2.2", "a.2"});
     change();
     EXPECT_EQ(
-        device.journal.linesWith("applicationIcon "),
-        (Lines{"applicationIcon nil 2 3", "applicationIcon nil 2 3", "applicationIcon nil 2 3",
-               "applicationIcon nil 2 3", "applicationIcon nil 2 3", "applicationIcon  2 3",
-               "applicationIcon nil 2 3", "applicationIcon com.a.2 2 3", "applicationIcon a 2 3"}));
+        device.journal.linesWith(
+            "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] "),
+        (Lines{"+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] nil 2 3",
+               "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] nil 2 3",
+               "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] nil 2 3",
+               "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] nil 2 3",
+               "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] nil 2 3",
+               "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] \"\" 2 3",
+               "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] nil 2 3",
+               "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] \"com.a.2\" 2 3",
+               "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] \"a\" 2 3"}));
     EXPECT_EQ(device.journal.log(),
               (Lines{"Velmoranth updateIcon : (null)", "Velmoranth updateIcon : (null)",
                      "Velmoranth updateIcon : (null)", "Velmoranth updateIcon : (null)",
@@ -129,16 +150,21 @@ TEST_F(ThemeChange, AnEmptyEntryIsAskedForAsNone) {
     device.system.number = kIos12;
     keep({""});
     change();
-    EXPECT_EQ(device.journal.linesWith("applicationIcon "), (Lines{"applicationIcon nil 2 3"}));
+    EXPECT_EQ(device.journal.linesWith(
+                  "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] "),
+              (Lines{"+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] nil 2 3"}));
 }
 
 TEST_F(ThemeChange, AsksAgainOnceForEachEntry) {
     device.system.number = kIos12;
     keep({"com.b.2", "com.a.2", "com.b.2"});
     change();
-    EXPECT_EQ(device.journal.linesWith("applicationIcon "),
-              (Lines{"applicationIcon com.b 2 3", "applicationIcon com.a 2 3",
-                     "applicationIcon com.b 2 3"}));
+    EXPECT_EQ(
+        device.journal.linesWith(
+            "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] "),
+        (Lines{"+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] \"com.b\" 2 3",
+               "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] \"com.a\" 2 3",
+               "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] \"com.b\" 2 3"}));
 }
 
 TEST_F(ThemeChange, WithNothingKeptOnlySaysThatItIsDone) {
@@ -155,7 +181,10 @@ TEST_F(ThemeChange, AsksForTheScreensScale) {
     device.screen.value = 2;
     keep({"com.a.2"});
     change();
-    EXPECT_EQ(device.journal.linesWith("applicationIcon "), (Lines{"applicationIcon com.a 2 2"}));
+    EXPECT_EQ(
+        device.journal.linesWith(
+            "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] "),
+        (Lines{"+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] \"com.a\" 2 2"}));
 }
 
 TEST_F(ThemeChange, AboveIos12EmptiesTheCachesAndAsksForNothing) {
@@ -222,9 +251,12 @@ TEST_F(ThemeChange, RefillsTheCachesThroughTheReplacementOfIos12) {
     EXPECT_EQ(tests::drawnPixels(request("com.a", 2)), tests::solid(6, 6, kRed));
     change();
     // The list grew while its copy was walked: each entry came once.
-    EXPECT_EQ(device.journal.linesWith("applicationIcon "),
-              (Lines{"applicationIcon com.a 2 3", "applicationIcon nil 2 3",
-                     "applicationIcon com.c 2 3"}));
+    EXPECT_EQ(
+        device.journal.linesWith(
+            "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] "),
+        (Lines{"+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] \"com.a\" 2 3",
+               "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] nil 2 3",
+               "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] \"com.c\" 2 3"}));
     EXPECT_EQ(theme::ThemedIconIdentifiers(), (Lines{"com.a.2", "(null).2", "com.c.2"}));
     EXPECT_EQ(tests::drawnPixels(theme::findThemedIcon("com.a.2").value_or(nullptr)),
               tests::solid(6, 6, kBlue));
@@ -253,7 +285,10 @@ TEST_F(ThemeChange, TheNewSettingsHoldForTheNewIcons) {
     ASSERT_EQ(theme::ThemedIconIdentifiers(), (Lines{"com.a.2"}));
     device.preferences({{"enable", false}});
     change();
-    EXPECT_EQ(device.journal.count("applicationIcon com.a 2 3"), 1U);
+    EXPECT_EQ(
+        device.journal.count(
+            "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:] \"com.a\" 2 3"),
+        1U);
     EXPECT_TRUE(theme::ThemedIconIdentifiers().empty());
     EXPECT_EQ(tests::drawnPixels(request("com.a", 2)), tests::solid(6, 6, kGray));
 }

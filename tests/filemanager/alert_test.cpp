@@ -12,7 +12,7 @@ class Alert : public PanelFiles {
     Lines fail() {
         device.journal.clear();
         EXPECT_FALSE(VelmoranthFileManager::deleteFileFromDeviceFromDir("/none", ""));
-        const Lines& lines = device.journal.lines();
+        const Lines lines = device.journal.lines();
         return {lines.begin() + 2, lines.end()};
     }
 };
@@ -20,19 +20,20 @@ class Alert : public PanelFiles {
 TEST_F(Alert, HasATitleTheMessageAndOneButton) {
     EXPECT_EQ(fail(), alertLines(kMessage));
     ASSERT_EQ(device.application.root->presented().size(), 1U);
-    const auto alert = std::dynamic_pointer_cast<tests::RecordingAlertController>(
+    const auto alert = std::dynamic_pointer_cast<desktop::DesktopAlertController>(
         device.application.root->presented()[0]);
     ASSERT_NE(alert, nullptr);
-    EXPECT_EQ(alert->real().title(), "ERROR");
-    EXPECT_EQ(alert->real().message(), kMessage);
-    EXPECT_EQ(alert->real().style(), platform::AlertControllerStyle::alert);
-    ASSERT_EQ(alert->real().actions().size(), 1U);
-    const auto& button = alert->real().actions()[0];
+    EXPECT_EQ(alert->title(), "ERROR");
+    EXPECT_EQ(alert->message(), kMessage);
+    EXPECT_EQ(alert->style(), platform::AlertControllerStyle::alert);
+    ASSERT_EQ(alert->actions().size(), 1U);
+    const auto& button = alert->actions()[0];
     EXPECT_EQ(button->title(), "OK");
     EXPECT_EQ(button->style(), platform::AlertActionStyle::normal);
     device.journal.clear();
     button->choose();
-    EXPECT_EQ(device.journal.lines(), Lines{});
+    EXPECT_EQ(device.journal.lines(),
+              Lines{"called +[UIAlertAction actionWithTitle:style:handler:]"});
 }
 
 TEST_F(Alert, EachFailureHasItsOwn) {
@@ -75,11 +76,10 @@ TEST_F(Alert, PercentSignsInTheMessageStandForNothing) {
     EXPECT_EQ(fail(), alertLines(message));
     device.journal.clear();
     EXPECT_FALSE(VelmoranthFileManager::renameFileFromTo("/a", "/b"));
-    EXPECT_EQ(device.journal.linesWith("alert "),
-              (Lines{"alert ERROR | " + message + " | style 1"}));
+    EXPECT_EQ(device.journal.linesWith(kAlert), (Lines{alertLine(message)}));
     EXPECT_FALSE(VelmoranthFileManager::overwriteFontFilesInDirFromTheme("/a", "/b"));
     EXPECT_FALSE(VelmoranthFileManager::saveCurrentSettinginFolderWithName("Night"));
-    EXPECT_EQ(device.journal.count("alert ERROR | " + message + " | style 1"), 3U);
+    EXPECT_EQ(device.journal.count(alertLine(message)), 3U);
 }
 
 TEST_F(Alert, AnErrorWithoutWords) {
@@ -91,8 +91,8 @@ TEST_F(Alert, AnErrorWithoutWords) {
 TEST_F(Alert, TheFactorySettingsHaveNone) {
     device.journal.clear();
     VelmoranthFileManager::NoUserSettingCreateThemeNow();
-    EXPECT_EQ(device.journal.count("alert "), 0U);
-    EXPECT_EQ(device.journal.count("keyWindow"), 0U);
+    EXPECT_EQ(device.journal.count(kAlert), 0U);
+    EXPECT_EQ(device.journal.count("-[UIApplication keyWindow]"), 0U);
 }
 
 TEST_F(Alert, ComesBeforeTheLogLineOfASave) {
@@ -101,10 +101,10 @@ TEST_F(Alert, ComesBeforeTheLogLineOfASave) {
     device.fileManager().nextMoveFailure = platform::Error{.localizedDescription = "No %@ today."};
     device.journal.clear();
     EXPECT_FALSE(VelmoranthFileManager::saveCurrentSettinginFolderWithName("Night"));
-    const Lines& lines = device.journal.lines();
+    const Lines lines = device.journal.lines();
     ASSERT_EQ(lines.size(), 10U);
     EXPECT_EQ((Lines{lines.begin() + 4, lines.end() - 1}), alertLines("No %@ today."));
-    EXPECT_EQ(lines.back(), "log: Velmoranth Failed to move '" + kLive + "' to '" + kSavedFolder +
+    EXPECT_EQ(lines.back(), "log Velmoranth Failed to move '" + kLive + "' to '" + kSavedFolder +
                                 "/" + kPreferencesFile + "': No %@ today.");
 }
 

@@ -8,9 +8,9 @@ const std::string kTheirs = "/Library/Themes/A/Fonts";
 const std::string kPlace = "/Library/Fonts/VelMoranth";
 
 Lines copyLines(const std::string& destination, const std::string& source) {
-    return {"log: VELMORANTH FILE MANAGER: overwriteFontFilesInDir: " + destination +
+    return {"log VELMORANTH FILE MANAGER: overwriteFontFilesInDir: " + destination +
                 " fromThemeDir: " + source,
-            "copy " + source + " -> " + destination};
+            tests::copyLine(source, destination)};
 }
 
 class Fonts : public SuccessImages {
@@ -56,7 +56,7 @@ TEST_F(Fonts, AreCopiedWholeAndAnEmptyViewTellsOfIt) {
     // One empty view, grown, and gone 0.6 seconds later.
     ASSERT_EQ(rootView->subviews().size(), 1U);
     EXPECT_EQ(views.made[0]->image(), nullptr);
-    EXPECT_EQ(tests::text(rootView->subviews()[0]->frame()), "{147.5, 366, 200, 200}");
+    EXPECT_EQ(rootView->subviews()[0]->frame(), (platform::Rect{{147.5, 366}, {200, 200}}));
     ASSERT_EQ(device.libSystem.mainQueue.size(), 1U);
     EXPECT_EQ(device.libSystem.mainQueue[0].first, 600'000'000);
     runMainQueue();
@@ -116,7 +116,7 @@ TEST_F(Fonts, NilIsPrintedAndCopiesNothing) {
     EXPECT_EQ(device.journal.log(),
               (Lines{"VELMORANTH FILE MANAGER: overwriteFontFilesInDir: (null) fromThemeDir: "
                      "(null)"}));
-    EXPECT_EQ(device.journal.count("alert ERROR"), 1U);
+    EXPECT_EQ(device.journal.count(kAlert), 1U);
 }
 
 }  // namespace

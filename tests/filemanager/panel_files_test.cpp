@@ -8,14 +8,14 @@ const std::string kOld = kSavedFolder + "/ Night " + kPreferencesFile;
 const std::string kNew = kSavedFolder + "/ Day " + kPreferencesFile;
 
 Lines renameLines(const std::string& from, const std::string& to) {
-    return {"permissions 0777 " + from, "setuid 0", "setgid 0", "chmod 0777 " + from,
-            "move " + from + " -> " + to};
+    return {tests::kSetMode + from + " 0777", "setuid 0", "setgid 0", "chmod " + from + " 0777",
+            tests::moveLine(from, to)};
 }
 
 Lines deleteLines(const std::string& path, const std::string& folder) {
     return {
-        "log: VELMORANTH FILE MANAGER: deleteFileFromDevice: " + path + " fromThemeDir: " + folder,
-        "remove " + path};
+        "log VELMORANTH FILE MANAGER: deleteFileFromDevice: " + path + " fromThemeDir: " + folder,
+        "-[NSFileManager removeItemAtPath:error:] " + path};
 }
 
 class RenamedFile : public PanelFiles {
@@ -267,7 +267,7 @@ TEST_F(DeletedFile, NilIsPrintedAndRemovesNothing) {
     EXPECT_EQ(device.journal.log(),
               (Lines{"VELMORANTH FILE MANAGER: deleteFileFromDevice: (null) fromThemeDir: "
                      "(null)"}));
-    EXPECT_EQ(device.journal.count("alert ERROR"), 1U);
+    EXPECT_EQ(device.journal.count(kAlert), 1U);
     EXPECT_TRUE(device.exists(kOld));
     EXPECT_TRUE(device.exists("/Library"));
 }
@@ -277,7 +277,7 @@ TEST_F(DeletedFile, ItsModeIsNotChanged) {
     EXPECT_TRUE(remove(kOld));
     EXPECT_EQ(device.journal.count("setuid "), 0U);
     EXPECT_EQ(device.journal.count("chmod "), 0U);
-    EXPECT_EQ(device.journal.count("permissions "), 0U);
+    EXPECT_EQ(device.journal.count(tests::kSetMode), 0U);
 }
 
 }  // namespace

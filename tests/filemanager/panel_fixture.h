@@ -39,11 +39,21 @@ inline const std::string kSavedFolder = "/User/Library/VelMoranth/UserSettings";
     return all;
 }
 
+inline const std::string kAlert =
+    "+[UIAlertController alertControllerWithTitle:message:preferredStyle:] ";
+
+[[nodiscard]] inline std::string alertLine(const std::string& message) {
+    return kAlert + "\"ERROR\" " + record::words(message) + " 1";
+}
+
 // What an alert with that message writes.
 [[nodiscard]] inline Lines alertLines(const std::string& message,
                                       const std::string& presenter = "root") {
-    return {"keyWindow", "alert ERROR | " + message + " | style 1", "action OK | style 0",
-            "addAction", presenter + " presents UIAlertController animated"};
+    return {"-[UIApplication keyWindow]", alertLine(message),
+            "+[UIAlertAction actionWithTitle:style:handler:] \"OK\" 0",
+            "-[UIAlertController addAction:] UIAlertController UIAlertAction",
+            "-[UIViewController presentViewController:animated:completion:] " + presenter +
+                " UIAlertController YES"};
 }
 
 // Every operation that can fail does, with the error it was given.
@@ -108,8 +118,7 @@ class PanelFiles : public ::testing::Test {
 
     void use(std::unique_ptr<platform::FileManager> files) {
         replacement = std::move(files);
-        recorded = std::make_unique<tests::RecordingFileManager>(device.journal, *replacement);
-        tests::replaceServices({.fileManager = recorded.get()});
+        device.useServices({.fileManager = replacement.get()});
     }
 
     // Nothing can be written into a file.
@@ -166,7 +175,6 @@ class PanelFiles : public ::testing::Test {
 
     tests::TestDevice device;
     std::unique_ptr<platform::FileManager> replacement;
-    std::unique_ptr<tests::RecordingFileManager> recorded;
 };
 
 }  // namespace velmoranth::filemanager

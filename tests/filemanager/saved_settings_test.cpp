@@ -10,15 +10,15 @@ std::string savedFile(const std::string& name) {
     return kSavedFolder + "/ " + name + " " + kPreferencesFile;
 }
 
-const Lines kOpenUp{"permissions 0777 " + kSavedFolder, "chmod 0777 " + kSavedFolder};
-const Lines kCopy{"copy " + kLive + " -> " + kStaging};
+const Lines kOpenUp{tests::kSetMode + kSavedFolder + " 0777", "chmod " + kSavedFolder + " 0777"};
+const Lines kCopy{tests::copyLine(kLive, kStaging)};
 
 Lines moveLines(const std::string& name) {
-    return {"move " + kStaging + " -> " + savedFile(name)};
+    return {tests::moveLine(kStaging, savedFile(name))};
 }
 
 Lines logLines(const std::string& error) {
-    return {"log: Velmoranth Failed to move '" + kLive + "' to '" + kStaging + "': " + error};
+    return {"log Velmoranth Failed to move '" + kLive + "' to '" + kStaging + "': " + error};
 }
 
 const std::string kExists =

@@ -1,5 +1,4 @@
-// For the tests of the success image: image views, the root view and animations whose every step is
-// in the journal.
+// For the tests of the success image: image views that records call by their numbers.
 #pragma once
 
 #include "desktop/views/views.h"
@@ -8,61 +7,24 @@
 
 namespace velmoranth::filemanager {
 
-// "image view 1 frame {…}": numbered from 1 on in the order in which they were made.
-class RecordingImageView final : public desktop::DesktopImageView {
+// "image view 1": numbered from 1 on in the order in which they were made.
+class NumberedImageView final : public desktop::DesktopImageView, public record::Named {
   public:
-    RecordingImageView(tests::Journal& journal, int number, const platform::Rect& frame)
-        : DesktopImageView(frame),
-          journal_(journal),
-          name_("image view " + std::to_string(number)) {}
+    NumberedImageView(int number, const platform::Rect& frame)
+        : DesktopImageView(frame), number_(number) {}
 
-    void setFrame(const platform::Rect& frame) override {
-        journal_.write(name_ + " frame " + tests::text(frame));
-        DesktopImageView::setFrame(frame);
-    }
-
-    void setImage(const platform::ImageRef& image) override {
-        journal_.write(name_ + (image == nullptr ? " image nil" : " image"));
-        DesktopImageView::setImage(image);
-    }
-
-    void setHidden(bool hidden) override {
-        journal_.write(name_ + (hidden ? " hidden" : " shown"));
-        DesktopImageView::setHidden(hidden);
-    }
-
-    void removeFromSuperview() override {
-        journal_.write(name_ + " removed");
-        DesktopImageView::removeFromSuperview();
-    }
-
-    [[nodiscard]] const std::string& name() const { return name_; }
-
-  private:
-    tests::Journal& journal_;
-    std::string name_;
-};
-
-class RecordingRootView final : public desktop::DesktopView {
-  public:
-    RecordingRootView(tests::Journal& journal, const platform::Rect& frame)
-        : DesktopView(frame), journal_(journal) {}
-
-    void addSubview(const platform::ViewRef& view) override {
-        const auto image = std::dynamic_pointer_cast<RecordingImageView>(view);
-        journal_.write("add " + (image == nullptr ? std::string("another view") : image->name()));
-        DesktopView::addSubview(view);
+    [[nodiscard]] std::string nameInRecords() const override {
+        return "image view " + std::to_string(number_);
     }
 
   private:
-    tests::Journal& journal_;
+    const int number_;
 };
 
-// Around those of the device.
-class RecordingImageViews final : public platform::Views {
+// Those of the device, but for the image views with a frame.
+class NumberedImageViews final : public platform::Views {
   public:
-    RecordingImageViews(tests::Journal& journal, platform::Views& real)
-        : journal_(journal), real_(real) {}
+    explicit NumberedImageViews(platform::Views& real) : real_(real) {}
 
     platform::ViewRef viewWithFrame(const platform::Rect& frame) override {
         return real_.viewWithFrame(frame);
@@ -79,9 +41,8 @@ class RecordingImageViews final : public platform::Views {
     }
 
     platform::ImageViewRef imageViewWithFrame(const platform::Rect& frame) override {
-        journal_.write("imageViewWithFrame " + tests::text(frame));
-        made.push_back(std::make_shared<RecordingImageView>(
-            journal_, static_cast<int>(made.size()) + 1, frame));
+        made.push_back(
+            std::make_shared<NumberedImageView>(static_cast<int>(made.size()) + 1, frame));
         return made.back();
     }
 
@@ -103,48 +64,44 @@ class RecordingImageViews final : public platform::Views {
         const std::function<void(bool finished)>& completion) override {
         real_
             .animateWithDurationDelayUsingSpringWithDampingInitialSpringVelocityOptionsAnimationsCompletion(
-                duration, delay, damping, initialVelocity, options,
-                [this, animations] {
-                    journal_.write("animations");
-                    animations();
-                    journal_.write("animations end");
-                },
-                [this, completion](bool finished) {
-                    journal_.write("completion");
-                    completion(finished);
-                    journal_.write("completion end");
-                });
+                duration, delay, damping, initialVelocity, options, animations, completion);
     }
 
-    std::vector<std::shared_ptr<RecordingImageView>> made;
+    std::vector<std::shared_ptr<NumberedImageView>> made;
 
   private:
-    tests::Journal& journal_;
     platform::Views& real_;
 };
 
-inline const Lines kSpring{
-    "spring 0.29999999999999999 delay 0 damping 0.5 velocity 0.5 options 65536 completion"};
+inline const std::string kAnimate =
+    "+[UIView animateWithDuration:delay:usingSpringWithDamping:initialSpringVelocity:options:"
+    "animations:completion:]";
+inline const Lines kSpring{kAnimate + " 0.3 0 0.5 0.5 65536 set set"};
 
 // A frame of the success image that stands at that point with sides of that length.
 [[nodiscard]] inline std::string frameText(double x, double y, double side) {
-    return tests::text(platform::Rect{{x, y}, {side, side}});
+    return record::words(platform::Rect{{x, y}, {side, side}});
 }
 
-// What showing writes up to the image; `name` is the view's that presents.
+[[nodiscard]] inline std::string setFrameLine(int number, double x, double y, double side) {
+    return "-[UIView setFrame:] image view " + std::to_string(number) + " " + frameText(x, y, side);
+}
+
+// What showing writes up to the image, of 4 × 4 pixels where there is one; `name` is the view's
+// that presents.
 [[nodiscard]] inline Lines openingLines(int number, const std::string& path, bool hasImage,
                                         double x, double y, const std::string& name = "root") {
-    return {"keyWindow", "view of " + name, "imageViewWithFrame " + frameText(x, y, 0),
-            "load " + path,
-            "image view " + std::to_string(number) + (hasImage ? " image" : " image nil")};
+    return {"-[UIApplication keyWindow]", "-[UIViewController view] " + name,
+            "-[UIImageView initWithFrame:] " + frameText(x, y, 0),
+            "+[UIImage imageWithContentsOfFile:] " + path,
+            "-[UIImageView setImage:] image view " + std::to_string(number) +
+                (hasImage ? " 4×4 @1x" : " nil")};
 }
 
 [[nodiscard]] inline Lines animationLines(int number, double x, double y, double side,
                                           const std::string& name = "root") {
-    return joined({kSpring,
-                   {"animations", "view of " + name,
-                    "image view " + std::to_string(number) + " frame " + frameText(x, y, side),
-                    "animations end"}});
+    return joined({kSpring, tests::calledBack(kAnimate, {"-[UIViewController view] " + name,
+                                                         setFrameLine(number, x, y, side)})});
 }
 
 // All of it. The origin is that of 375 × 812 points unless another one is given.
@@ -153,27 +110,36 @@ inline const Lines kSpring{
                                      const std::string& name = "root") {
     return joined({openingLines(number, path, hasImage, x, y, name),
                    animationLines(number, x, y, 200, name),
-                   {"view of " + name, "add image view " + std::to_string(number),
-                    "dispatchAfter 600000000"}});
+                   {"-[UIViewController view] " + name,
+                    "-[UIView addSubview:] UIView image view " + std::to_string(number),
+                    "dispatch_after 600000000"}});
 }
 
 [[nodiscard]] inline Lines finishLines(int number, double x = 147.5, double y = 366,
                                        const std::string& name = "root") {
     const std::string view = "image view " + std::to_string(number);
-    return joined({animationLines(number, x, y, 0, name), {view + " hidden", view + " removed"}});
+    return joined(
+        {animationLines(number, x, y, 0, name),
+         {"-[UIView setHidden:] " + view + " YES", "-[UIView removeFromSuperview] " + view}});
+}
+
+// The same, when its time comes.
+[[nodiscard]] inline Lines timedFinishLines(int number, double x = 147.5, double y = 366,
+                                            const std::string& name = "root") {
+    return tests::calledBack("dispatch_after", finishLines(number, x, y, name));
 }
 
 class SuccessImages : public PanelFiles {
   protected:
     SuccessImages() {
-        tests::replaceServices({.views = &views});
+        device.useServices({.views = &views});
         rootView = showRoot("root", {{0, 0}, {375, 812}});
         device.journal.clear();
     }
 
-    std::shared_ptr<RecordingRootView> showRoot(const std::string& name,
-                                                const platform::Rect& frame) {
-        auto view = std::make_shared<RecordingRootView>(device.journal, frame);
+    std::shared_ptr<desktop::DesktopView> showRoot(const std::string& name,
+                                                   const platform::Rect& frame) {
+        auto view = std::make_shared<desktop::DesktopView>(frame);
         root = device.application.showRoot(name, view);
         return view;
     }
@@ -194,9 +160,9 @@ class SuccessImages : public PanelFiles {
         return lines;
     }
 
-    RecordingImageViews views{device.journal, platform::platform().views};
-    std::shared_ptr<RecordingRootView> rootView;
-    std::shared_ptr<tests::RecordingViewController> root;
+    NumberedImageViews views{device.services().views};
+    std::shared_ptr<desktop::DesktopView> rootView;
+    std::shared_ptr<tests::TestViewController> root;
 };
 
 }  // namespace velmoranth::filemanager

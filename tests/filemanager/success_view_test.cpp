@@ -33,7 +33,7 @@ TEST_F(SuccessView, GoesAfterSixTenthsOfASecond) {
     EXPECT_EQ(views.made[0]->superview(), rootView);
     device.journal.clear();
     runMainQueue();
-    EXPECT_EQ(device.journal.lines(), finishLines(1));
+    EXPECT_EQ(device.journal.lines(), timedFinishLines(1));
     const auto view = views.made.at(0);
     EXPECT_EQ(view->frame(), (Rect{{147.5, 366}, {0, 0}}));
     EXPECT_TRUE(view->isHidden());
@@ -46,11 +46,11 @@ TEST_F(SuccessView, TheEndsOfTheMovementsDoNothing) {
     show();
     device.journal.clear();
     device.clock().advance(0.6);
-    EXPECT_EQ(takeLines(), (Lines{"completion", "completion end"}));
+    EXPECT_EQ(takeLines(), Lines{"called " + kAnimate + " YES"});
     runMainQueue();
     device.journal.clear();
     device.clock().advance(0.6);
-    EXPECT_EQ(takeLines(), (Lines{"completion", "completion end"}));
+    EXPECT_EQ(takeLines(), Lines{"called " + kAnimate + " YES"});
 }
 
 TEST_F(SuccessView, StandsLeftOfAndAboveTheMiddleOfAnyView) {
@@ -75,7 +75,7 @@ TEST_F(SuccessView, StandsLeftOfAndAboveTheMiddleOfAnyView) {
         EXPECT_EQ(takeLines(), showLines(1, "Applied Fonts", false, each.x, each.y));
         EXPECT_EQ(views.made[0]->frame(), (Rect{{each.x, each.y}, {200, 200}}));
         runMainQueue();
-        EXPECT_EQ(takeLines(), finishLines(1, each.x, each.y));
+        EXPECT_EQ(takeLines(), timedFinishLines(1, each.x, each.y));
     }
 }
 
@@ -108,7 +108,7 @@ TEST_F(SuccessView, TheFrameOfTheViewAtThatTimeCounts) {
     rootView->setFrame({{0, 0}, {812, 375}});
     device.journal.clear();
     runMainQueue();
-    EXPECT_EQ(device.journal.lines(), finishLines(1, 366, 147.5));
+    EXPECT_EQ(device.journal.lines(), timedFinishLines(1, 366, 147.5));
     device.journal.clear();
     show();
     EXPECT_EQ(device.journal.lines(), showLines(2, "Applied Fonts", false, 366, 147.5));
@@ -122,9 +122,9 @@ TEST_F(SuccessView, ASecondOneTakesTheFirstOnesPlace) {
               joined({showLines(1, "/first.png", false), showLines(2, "/second.png", false)}));
     EXPECT_EQ(rootView->subviews(), (std::vector<platform::ViewRef>{views.made[0], views.made[1]}));
     runMainQueue();
-    EXPECT_EQ(takeLines(), finishLines(2));
+    EXPECT_EQ(takeLines(), timedFinishLines(2));
     runMainQueue();
-    EXPECT_EQ(takeLines(), finishLines(2));
+    EXPECT_EQ(takeLines(), timedFinishLines(2));
     EXPECT_EQ(rootView->subviews(), (std::vector<platform::ViewRef>{views.made[0]}));
     EXPECT_FALSE(views.made[0]->isHidden());
     EXPECT_EQ(views.made[0]->frame(), (Rect{{147.5, 366}, {200, 200}}));
@@ -136,7 +136,7 @@ TEST_F(SuccessView, OneAfterTheOtherIsANewViewEachTime) {
         show();
         runMainQueue();
         EXPECT_EQ(device.journal.lines(),
-                  joined({showLines(i, "Applied Fonts", false), finishLines(i)}));
+                  joined({showLines(i, "Applied Fonts", false), timedFinishLines(i)}));
         EXPECT_TRUE(rootView->subviews().empty());
     }
 }
@@ -147,13 +147,13 @@ TEST_F(SuccessView, TheKeyWindowIsAskedForEachTime) {
     device.journal.clear();
     // The one that shows it is kept until the next one.
     runMainQueue();
-    EXPECT_EQ(takeLines(), finishLines(1));
+    EXPECT_EQ(takeLines(), timedFinishLines(1));
     show();
     EXPECT_EQ(takeLines(), showLines(2, "Applied Fonts", false, 120, 244, "other"));
     EXPECT_EQ(other->subviews().size(), 1U);
     EXPECT_TRUE(rootView->subviews().empty());
     runMainQueue();
-    EXPECT_EQ(takeLines(), finishLines(2, 120, 244, "other"));
+    EXPECT_EQ(takeLines(), timedFinishLines(2, 120, 244, "other"));
 }
 
 // An alert fetches the controller too.
@@ -163,14 +163,14 @@ TEST_F(SuccessView, AnAlertInBetweenChangesWhoseViewIsMeasured) {
     EXPECT_FALSE(VelmoranthFileManager::deleteFileFromDeviceFromDir("/none", ""));
     device.journal.clear();
     runMainQueue();
-    EXPECT_EQ(takeLines(), finishLines(1, 120, 244, "other"));
+    EXPECT_EQ(takeLines(), timedFinishLines(1, 120, 244, "other"));
     // It is taken from where it is.
     EXPECT_TRUE(rootView->subviews().empty());
 }
 
 TEST_F(SuccessView, TheControllerIsHeldUntilTheNextOne) {
     show();
-    const std::weak_ptr<tests::RecordingViewController> held = root;
+    const std::weak_ptr<tests::TestViewController> held = root;
     device.application.root.reset();
     showRoot("other", {{0, 0}, {320, 568}});
     EXPECT_FALSE(held.expired());
@@ -185,16 +185,22 @@ TEST_F(SuccessView, WithoutAKeyWindowNothingIsAdded) {
         device.application.window = window;
         device.journal.clear();
         show();
-        EXPECT_EQ(takeLines(), joined({{"keyWindow", "imageViewWithFrame {-40, -40, 0, 0}",
-                                        "load Applied Fonts", "image view 1 image nil"},
-                                       kSpring,
-                                       {"animations", "image view 1 frame {-40, -40, 200, 200}",
-                                        "animations end", "dispatchAfter 600000000"}}));
+        EXPECT_EQ(
+            takeLines(),
+            joined({{"-[UIApplication keyWindow]", "-[UIImageView initWithFrame:] (-40, -40) 0×0",
+                     "+[UIImage imageWithContentsOfFile:] Applied Fonts",
+                     "-[UIImageView setImage:] image view 1 nil"},
+                    kSpring,
+                    tests::calledBack(kAnimate, {setFrameLine(1, -40, -40, 200)}),
+                    {"dispatch_after 600000000"}}));
         runMainQueue();
-        EXPECT_EQ(takeLines(),
-                  joined({kSpring,
-                          {"animations", "image view 1 frame {-40, -40, 0, 0}", "animations end",
-                           "image view 1 hidden", "image view 1 removed"}}));
+        EXPECT_EQ(
+            takeLines(),
+            tests::calledBack("dispatch_after",
+                              joined({kSpring,
+                                      tests::calledBack(kAnimate, {setFrameLine(1, -40, -40, 0)}),
+                                      {"-[UIView setHidden:] image view 1 YES",
+                                       "-[UIView removeFromSuperview] image view 1"}})));
     }
     EXPECT_TRUE(rootView->subviews().empty());
 }
@@ -202,16 +208,16 @@ TEST_F(SuccessView, WithoutAKeyWindowNothingIsAdded) {
 TEST_F(SuccessView, AControllerWithoutAViewAddsNothing) {
     device.application.showRoot("viewless", nullptr);
     show();
-    EXPECT_EQ(device.journal.count("add "), 0U);
-    EXPECT_EQ(device.journal.linesWith("imageViewWithFrame "),
-              (Lines{"imageViewWithFrame {-40, -40, 0, 0}"}));
+    EXPECT_EQ(device.journal.count("-[UIView addSubview:] "), 0U);
+    EXPECT_EQ(device.journal.linesWith("-[UIImageView initWithFrame:] "),
+              (Lines{"-[UIImageView initWithFrame:] (-40, -40) 0×0"}));
     runMainQueue();
     EXPECT_TRUE(views.made[0]->isHidden());
 }
 
 TEST_F(SuccessView, FinishingBeforeAnyWasShownMovesNothing) {
     VelmoranthFileManager::finshedSelfAlert();
-    EXPECT_EQ(device.journal.lines(), joined({kSpring, {"animations", "animations end"}}));
+    EXPECT_EQ(device.journal.lines(), joined({kSpring, {"called " + kAnimate}}));
 }
 
 TEST_F(SuccessView, FinishingByHandTakesItAwayEarly) {
@@ -222,7 +228,7 @@ TEST_F(SuccessView, FinishingByHandTakesItAwayEarly) {
     EXPECT_TRUE(rootView->subviews().empty());
     device.journal.clear();
     runMainQueue();
-    EXPECT_EQ(device.journal.lines(), finishLines(1));
+    EXPECT_EQ(device.journal.lines(), timedFinishLines(1));
 }
 
 }  // namespace

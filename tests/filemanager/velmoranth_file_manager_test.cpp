@@ -18,13 +18,13 @@ const std::string kFactory =
 const std::string kLive = "/User/Library/Preferences/com.qor.velmoranthprefs.plist";
 const std::string kFolder = "/User/Library/Preferences";
 
-const std::string kPermissions = "permissions 0777 " + kFolder;
-const std::string kChmod = "chmod 0777 " + kFolder;
-const std::string kCopy = "copy " + kFactory + " -> " + kLive;
-const std::string kMove = "move " + kLive + " -> " + kLive;
+const std::string kPermissions = tests::kSetMode + kFolder + " 0777";
+const std::string kChmod = "chmod " + kFolder + " 0777";
+const std::string kCopy = tests::copyLine(kFactory, kLive);
+const std::string kMove = tests::moveLine(kLive, kLive);
 
 std::string failure(const std::string& reason) {
-    return "log: Velmoranth Failed to move '" + kFactory + "' to '" + kLive + "': " + reason;
+    return "log Velmoranth Failed to move '" + kFactory + "' to '" + kLive + "': " + reason;
 }
 
 const std::string kCopyOverExisting = failure(

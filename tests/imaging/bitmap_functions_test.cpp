@@ -58,89 +58,13 @@ TEST_F(GradientImage, IsGrayWithoutAlphaAndBlackAtTheBottom) {
     }
 }
 
-TEST_F(GradientImage, AsksForAGrayContextAndTwoEvenStops) {
-    ASSERT_NE(CreateGradientImage(4, 5), nullptr);
-    const std::vector<std::string> expected = {"bitmapContextCreate 4 5 8 0 gray 0",
-                                               "gradient gray 0 1 1 1 even"};
-    EXPECT_EQ(device.journal.lines(), expected);
-}
-
-// A context that says what is drawn into it.
-class WritingContext final : public platform::GraphicsContext {
-  public:
-    WritingContext(Journal& journal, platform::GraphicsContextRef real)
-        : journal_(journal), real_(std::move(real)) {}
-
-    [[nodiscard]] std::string className() const override { return real_->className(); }
-
-    void translateCTM(double x, double y) override {
-        journal_.write("translate " + text(x) + " " + text(y));
-        real_->translateCTM(x, y);
-    }
-
-    void drawLinearGradient(const platform::GradientRef& gradient, platform::Point start,
-                            platform::Point end, std::uint32_t options) override {
-        journal_.write("drawLinearGradient " + text(start.x) + " " + text(start.y) + " to " +
-                       text(end.x) + " " + text(end.y) + " options " + std::to_string(options));
-        real_->drawLinearGradient(gradient, start, end, options);
-    }
-
-    [[nodiscard]] BitmapImageRef createImage() override {
-        journal_.write("createImage");
-        return real_->createImage();
-    }
-
-  private:
-    Journal& journal_;
-    platform::GraphicsContextRef real_;
-};
-
-class WritingContexts final : public platform::CoreGraphics {
-  public:
-    explicit WritingContexts(Journal& journal) : journal_(journal) {}
-
-    BitmapImageRef imageMaskCreate(std::size_t width, std::size_t height,
-                                   std::size_t bitsPerComponent, std::size_t bitsPerPixel,
-                                   std::size_t bytesPerRow,
-                                   const platform::DataProviderRef& provider,
-                                   bool shouldInterpolate) override {
-        return real_.imageMaskCreate(width, height, bitsPerComponent, bitsPerPixel, bytesPerRow,
-                                     provider, shouldInterpolate);
-    }
-
-    BitmapImageRef imageCreateWithMask(const BitmapImageRef& image,
-                                       const BitmapImageRef& mask) override {
-        return real_.imageCreateWithMask(image, mask);
-    }
-
-    platform::GraphicsContextRef bitmapContextCreate(std::int64_t width, std::int64_t height,
-                                                     std::size_t bitsPerComponent,
-                                                     std::size_t bytesPerRow,
-                                                     platform::ColorSpace space,
-                                                     std::uint32_t bitmapInfo) override {
-        return std::make_shared<WritingContext>(
-            journal_, real_.bitmapContextCreate(width, height, bitsPerComponent, bytesPerRow, space,
-                                                bitmapInfo));
-    }
-
-    platform::GradientRef gradientCreateWithColorComponents(
-        platform::ColorSpace space, const std::vector<double>& components,
-        const std::optional<std::vector<double>>& locations) override {
-        return real_.gradientCreateWithColorComponents(space, components, locations);
-    }
-
-  private:
-    Journal& journal_;
-    platform::CoreGraphics& real_ = platform::platform().coreGraphics;
-};
-
-TEST_F(GradientImage, IsDrawnFromTheBottomUpAndOnBeyondItsEnd) {
-    WritingContexts contexts(device.journal);
-    replaceServices({.coreGraphics = &contexts});
+TEST_F(GradientImage, IsDrawnInAGrayContextWithTwoEvenStopsFromTheBottomUpAndOnBeyondItsEnd) {
     ASSERT_NE(CreateGradientImage(4, 5), nullptr);
     const std::vector<std::string> expected = {
-        "bitmapContextCreate 4 5 8 0 gray 0", "gradient gray 0 1 1 1 even",
-        "drawLinearGradient 0 0 to 0 5 options 2", "createImage"};
+        "CGBitmapContextCreate 4 5 8 0 0 0",
+        "CGGradientCreateWithColorComponents 0 (0, 1, 1, 1) nil",
+        "CGContextDrawLinearGradient __NSCFType (0, 0) (0, 5) 2",
+        "CGBitmapContextCreateImage __NSCFType"};
     EXPECT_EQ(device.journal.lines(), expected);
 }
 
@@ -158,7 +82,7 @@ TEST_F(BitmapContext, IsPremultipliedBgraAndClear) {
     const platform::GraphicsContextRef context = MyCreateBitmapContext(7, 3);
     ASSERT_NE(context, nullptr);
     EXPECT_EQ(device.journal.lines(),
-              std::vector<std::string>{"bitmapContextCreate 7 3 8 0 rgb 8194"});
+              std::vector<std::string>{"CGBitmapContextCreate 7 3 8 0 1 8194"});
     const BitmapImageRef image = context->createImage();
     ASSERT_NE(image, nullptr);
     const platform::BitmapLayout& layout = image->layout();
@@ -236,8 +160,16 @@ TEST_F(ReflectedImage, UsesTheTwoBitmapFunctions) {
     device.journal.clear();
     ASSERT_NE(IconEffects::reflectedImageWithHeight(some, 4), nullptr);
     const std::vector<std::string> expected = {
-        "bitmapContextCreate 8 4 8 0 rgb 8194", "bitmapContextCreate 1 4 8 0 gray 0",
-        "gradient gray 0 1 1 1 even", "imageCreateWithMask", "imageWithCGImage"};
+        "CGBitmapContextCreate 8 4 8 0 1 8194",
+        "CGContextTranslateCTM __NSCFType 0 -2",
+        "-[CALayer renderInContext:] UIImageView __NSCFType",
+        "CGBitmapContextCreateImage __NSCFType",
+        "CGBitmapContextCreate 1 4 8 0 0 0",
+        "CGGradientCreateWithColorComponents 0 (0, 1, 1, 1) nil",
+        "CGContextDrawLinearGradient __NSCFType (0, 0) (0, 4) 2",
+        "CGBitmapContextCreateImage __NSCFType",
+        "CGImageCreateWithMask 8×4 pixels 1×4 pixels",
+        "+[UIImage imageWithCGImage:] 8×4 pixels"};
     EXPECT_EQ(device.journal.lines(), expected);
 }
 
@@ -246,7 +178,7 @@ TEST_F(ReflectedImage, WidthIsCutToWholePixels) {
     some->setFrame({{3, 4}, {5.9, 6}});
     device.journal.clear();
     const ImageRef image = IconEffects::reflectedImageWithHeight(some, 2);
-    EXPECT_EQ(device.journal.lines().front(), "bitmapContextCreate 5 2 8 0 rgb 8194");
+    EXPECT_EQ(device.journal.lines().front(), "CGBitmapContextCreate 5 2 8 0 1 8194");
     EXPECT_EQ(image->size(), (platform::Size{5, 2}));
 }
 

@@ -73,13 +73,19 @@ TEST_F(DockImage, AnUprightImageAloneShowsNothingSideways) {
 
 TEST_F(DockImage, TheOrientationIsReadOnceAndOnlyAfterTwoFailures) {
     makePad();
-    writeViews();
+    recordDevice();
     (void)ChromeImages::SBDockImgWithFrame(kDockFrame);
-    EXPECT_EQ(device.journal.lines(),
-              (Lines{"imageView", "setFrame {0, 10, 375, 96}", kReadPreferences,
-                     "load " + kUprightDockFiles[0], "setImage nil", kReadPreferences,
-                     "load " + kUprightDockFiles[1], "setImage nil", "orientation",
-                     kReadPreferences, "load " + kUprightDockFiles[2], "setImage nil"}));
+    EXPECT_EQ(
+        device.journal.lines(),
+        (Lines{"-[UIImageView init]", "-[UIView setFrame:] UIImageView (0, 10) 375×96",
+               "-[UIDevice respondsToSelector:] userInterfaceIdiom",
+               "-[UIDevice userInterfaceIdiom]", kReadPreferences,
+               "+[UIImage imageWithContentsOfFile:] " + kUprightDockFiles[0],
+               "-[UIImageView setImage:] UIImageView nil", kReadPreferences,
+               "+[UIImage imageWithContentsOfFile:] " + kUprightDockFiles[1],
+               "-[UIImageView setImage:] UIImageView nil", "-[UIDevice orientation]",
+               kReadPreferences, "+[UIImage imageWithContentsOfFile:] " + kUprightDockFiles[2],
+               "-[UIImageView setImage:] UIImageView nil"}));
     for (const std::size_t i : {1U, 0U}) {
         device.idiom.orientationReads = 0;
         device.png(kUprightDockFiles[i], solid(2, 2, {}));
@@ -92,13 +98,15 @@ TEST_F(DockImage, OnlyAPadIsAPad) {
     for (const int idiom : kNoPads) {
         device.idiom.idiom = idiom;
         (void)dockImage();
-        EXPECT_EQ(takenLoads().back(), "load " + kPhoneDockFiles.back()) << idiom;
+        EXPECT_EQ(takenLoads().back(),
+                  "+[UIImage imageWithContentsOfFile:] " + kPhoneDockFiles.back())
+            << idiom;
     }
     makePad();
     device.idiom.responds = false;
     device.idiom.heldAs = 3;
     (void)dockImage();
-    EXPECT_EQ(takenLoads().back(), "load " + kPhoneDockFiles.back());
+    EXPECT_EQ(takenLoads().back(), "+[UIImage imageWithContentsOfFile:] " + kPhoneDockFiles.back());
 }
 
 TEST_F(DockImage, TheSelectedThemesFolderThenEachTheme) {

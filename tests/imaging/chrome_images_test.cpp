@@ -67,12 +67,15 @@ TEST_F(FolderImage, OnlyAPadIsAPad) {
         device.idiom.idiom = idiom;
         EXPECT_EQ(ChromeImages::FolderImage()->frame(), (platform::Rect{{0, 0}, {60, 60}}))
             << idiom;
-        EXPECT_EQ(takenLoads().front(), "load /Library/Themes/A/Velmoranth/Folder.png") << idiom;
+        EXPECT_EQ(takenLoads().front(),
+                  "+[UIImage imageWithContentsOfFile:] /Library/Themes/A/Velmoranth/Folder.png")
+            << idiom;
     }
     makePad();
     device.idiom.responds = false;
     EXPECT_EQ(ChromeImages::FolderImage()->frame(), (platform::Rect{{0, 0}, {60, 60}}));
-    EXPECT_EQ(takenLoads().front(), "load /Library/Themes/A/Velmoranth/Folder.png");
+    EXPECT_EQ(takenLoads().front(),
+              "+[UIImage imageWithContentsOfFile:] /Library/Themes/A/Velmoranth/Folder.png");
 }
 
 TEST_F(FolderImage, IsFramedAndTagged) {
@@ -95,26 +98,34 @@ TEST_F(FolderImage, KeepsItsFrameWithAnImageOfAnotherSize) {
 }
 
 TEST_F(FolderImage, SetsTheImageAtEveryAttemptAndTheTagAtTheEnd) {
-    writeViews();
     (void)ChromeImages::FolderImage();
     const Lines files = folderFiles("Folder.png");
     EXPECT_EQ(
         device.journal.lines(),
-        (Lines{"imageView", "setFrame {0, 0, 60, 60}", "setBackgroundColor clear", kReadPreferences,
-               "load " + files[0], "setImage nil", kReadPreferences, "load " + files[1],
-               "setImage nil", kReadPreferences, "load " + files[2], "setImage nil",
-               kReadPreferences, "load " + files[3], "setImage nil", "setTag 2322"}));
+        (Lines{"-[UIImageView init]", "-[UIView setFrame:] UIImageView (0, 0) 60×60",
+               "-[UIView setBackgroundColor:] UIImageView #00000000", kReadPreferences,
+               "+[UIImage imageWithContentsOfFile:] " + files[0],
+               "-[UIImageView setImage:] UIImageView nil", kReadPreferences,
+               "+[UIImage imageWithContentsOfFile:] " + files[1],
+               "-[UIImageView setImage:] UIImageView nil", kReadPreferences,
+               "+[UIImage imageWithContentsOfFile:] " + files[2],
+               "-[UIImageView setImage:] UIImageView nil", kReadPreferences,
+               "+[UIImage imageWithContentsOfFile:] " + files[3],
+               "-[UIImageView setImage:] UIImageView nil", "-[UIView setTag:] UIImageView 2322"}));
 }
 
 TEST_F(FolderImage, StopsAtTheFirstImage) {
-    writeViews();
     const Lines files = folderFiles("Folder.png");
     device.png(files[1], solid(2, 2, {}));
     (void)ChromeImages::FolderImage();
     EXPECT_EQ(device.journal.lines(),
-              (Lines{"imageView", "setFrame {0, 0, 60, 60}", "setBackgroundColor clear",
-                     kReadPreferences, "load " + files[0], "setImage nil", kReadPreferences,
-                     "load " + files[1], "setImage", "setTag 2322"}));
+              (Lines{"-[UIImageView init]", "-[UIView setFrame:] UIImageView (0, 0) 60×60",
+                     "-[UIView setBackgroundColor:] UIImageView #00000000", kReadPreferences,
+                     "+[UIImage imageWithContentsOfFile:] " + files[0],
+                     "-[UIImageView setImage:] UIImageView nil", kReadPreferences,
+                     "+[UIImage imageWithContentsOfFile:] " + files[1],
+                     "-[UIImageView setImage:] UIImageView 2×2 @1x",
+                     "-[UIView setTag:] UIImageView 2322"}));
 }
 
 TEST_F(FolderImage, IsBuiltAnewOnEveryCall) {
@@ -157,12 +168,13 @@ TEST_F(BadgeImage, IsFramedWithoutATag) {
 }
 
 TEST_F(BadgeImage, DoesNothingElseWithItsView) {
-    writeViews();
     (void)ChromeImages::badgeImage();
     EXPECT_EQ(device.journal.lines(),
-              (Lines{"imageView", "setFrame {0, 0, 30, 30}", kReadPreferences,
-                     "load /Library/Themes/A/Bundles/com.apple.springboard/SBBadgeBG.png",
-                     "setImage nil"}));
+              (Lines{"-[UIImageView init]", "-[UIView setFrame:] UIImageView (0, 0) 30×30",
+                     kReadPreferences,
+                     "+[UIImage imageWithContentsOfFile:] "
+                     "/Library/Themes/A/Bundles/com.apple.springboard/SBBadgeBG.png",
+                     "-[UIImageView setImage:] UIImageView nil"}));
 }
 
 TEST_F(BadgeImage, IsNilWithoutAnActiveTheme) {
@@ -220,8 +232,8 @@ TEST_F(PageDotImages, AreImagesWithoutAView) {
     (void)ChromeImages::pageDots(true);
     (void)ChromeImages::pageDots(false);
     (void)ChromeImages::spotlightPageDot();
-    EXPECT_EQ(device.journal.count("imageView"), 0U);
-    EXPECT_EQ(device.journal.count("log: "), 0U);
+    EXPECT_EQ(device.journal.count("-[UIImageView init]"), 0U);
+    EXPECT_EQ(device.journal.count("log "), 0U);
 }
 
 }  // namespace velmoranth::tests::chrome_images_test

@@ -72,10 +72,12 @@ class IconMask : public IconEffectsOnDevice {};
 TEST_F(IconMask, ThreeAttemptsInOrderThenNilAndItsLogLine) {
     EXPECT_EQ(IconEffects::iconMask(), nullptr);
     const std::vector<std::string> expected = {
-        "load " + inTheme(kFirst), "load " + inTheme(kSecond), "load " + inTheme(kSecond)};
-    EXPECT_EQ(device.journal.linesWith("load "), expected);
+        "+[UIImage imageWithContentsOfFile:] " + inTheme(kFirst),
+        "+[UIImage imageWithContentsOfFile:] " + inTheme(kSecond),
+        "+[UIImage imageWithContentsOfFile:] " + inTheme(kSecond)};
+    EXPECT_EQ(device.journal.linesWith("+[UIImage imageWithContentsOfFile:] "), expected);
     EXPECT_EQ(device.journal.log(), std::vector<std::string>{"UpdateIcons mask is (null)"});
-    EXPECT_EQ(device.journal.lines().back(), "log: UpdateIcons mask is (null)");
+    EXPECT_EQ(device.journal.lines().back(), "log UpdateIcons mask is (null)");
 }
 
 TEST_F(IconMask, BundlesFolderComesFirst) {
@@ -84,8 +86,8 @@ TEST_F(IconMask, BundlesFolderComesFirst) {
     const ImageRef mask = IconEffects::iconMask();
     ASSERT_NE(mask, nullptr);
     EXPECT_EQ(drawnPixels(mask), solid(3, 4, {1, 2, 3}));
-    EXPECT_EQ(device.journal.linesWith("load "),
-              std::vector<std::string>{"load " + inTheme(kFirst)});
+    EXPECT_EQ(device.journal.linesWith("+[UIImage imageWithContentsOfFile:] "),
+              std::vector<std::string>{"+[UIImage imageWithContentsOfFile:] " + inTheme(kFirst)});
     EXPECT_EQ(device.journal.log(),
               std::vector<std::string>{"UpdateIcons mask is " + mask->description()});
 }
@@ -93,7 +95,7 @@ TEST_F(IconMask, BundlesFolderComesFirst) {
 TEST_F(IconMask, FoundAtTheSecondAttempt) {
     device.png(inTheme(kSecond), solid(5, 6, {4, 5, 6}));
     EXPECT_EQ(drawnPixels(IconEffects::iconMask()), solid(5, 6, {4, 5, 6}));
-    EXPECT_EQ(device.journal.count("load "), 2U);
+    EXPECT_EQ(device.journal.count("+[UIImage imageWithContentsOfFile:] "), 2U);
 }
 
 TEST_F(IconMask, FileAddedBetweenTheLastTwoAttemptsIsFound) {
@@ -105,7 +107,7 @@ TEST_F(IconMask, FileAddedBetweenTheLastTwoAttemptsIsFound) {
     };
     replaceImages(images);
     EXPECT_EQ(drawnPixels(IconEffects::iconMask()), solid(2, 2, {9, 9, 9}));
-    EXPECT_EQ(device.journal.count("load "), 3U);
+    EXPECT_EQ(device.journal.count("+[UIImage imageWithContentsOfFile:] "), 3U);
 }
 
 TEST_F(IconMask, AnAttemptGoesThroughAllThemesBeforeTheNext) {
@@ -113,9 +115,10 @@ TEST_F(IconMask, AnAttemptGoesThroughAllThemesBeforeTheNext) {
     device.png(inTheme(kSecond, "A"), solid(2, 2, {}));
     device.png(inTheme(kFirst, "B"), solid(3, 3, {}));
     EXPECT_EQ(drawnPixels(IconEffects::iconMask()).width, 3U);
-    const std::vector<std::string> expected = {"load " + inTheme(kFirst, "A"),
-                                               "load " + inTheme(kFirst, "B")};
-    EXPECT_EQ(device.journal.linesWith("load "), expected);
+    const std::vector<std::string> expected = {
+        "+[UIImage imageWithContentsOfFile:] " + inTheme(kFirst, "A"),
+        "+[UIImage imageWithContentsOfFile:] " + inTheme(kFirst, "B")};
+    EXPECT_EQ(device.journal.linesWith("+[UIImage imageWithContentsOfFile:] "), expected);
 }
 
 TEST_F(IconMask, AFileThatIsNoImageIsPassedOver) {
@@ -127,7 +130,7 @@ TEST_F(IconMask, AFileThatIsNoImageIsPassedOver) {
 TEST_F(IconMask, NoActiveThemeLoadsNothing) {
     device.preferences({});
     EXPECT_EQ(IconEffects::iconMask(), nullptr);
-    EXPECT_EQ(device.journal.count("load "), 0U);
+    EXPECT_EQ(device.journal.count("+[UIImage imageWithContentsOfFile:] "), 0U);
     EXPECT_EQ(device.journal.log(), std::vector<std::string>{"UpdateIcons mask is (null)"});
 }
 
@@ -139,7 +142,7 @@ TEST_F(IconMask, IsSearchedForOnEveryCallAndClearingDoesNothing) {
     EXPECT_TRUE(device.journal.lines().empty());
     const ImageRef second = IconEffects::iconMask();
     EXPECT_NE(first, second);
-    EXPECT_EQ(device.journal.count("load "), 1U);
+    EXPECT_EQ(device.journal.count("+[UIImage imageWithContentsOfFile:] "), 1U);
     device.remove(inTheme(kFirst));
     EXPECT_EQ(IconEffects::iconMask(), nullptr);
     EXPECT_EQ(device.journal.log().size(), 2U);
@@ -253,8 +256,9 @@ TEST_F(MaskImageWithMask, HandsOverTheMasksOwnValuesWithoutInterpolation) {
     const ImageRef mask = maskOf(6, 8);
     device.journal.clear();
     ASSERT_NE(IconEffects::maskImageWithMask(icon, mask), nullptr);
-    const std::vector<std::string> expected = {"imageMaskCreate 4 4 8 32 16 sharp",
-                                               "imageCreateWithMask", "imageWithCGImage"};
+    const std::vector<std::string> expected = {"CGImageMaskCreate 4 4 8 32 16 __NSCFType NO",
+                                               "CGImageCreateWithMask 9×9 pixels 4×4 mask",
+                                               "+[UIImage imageWithCGImage:] 9×9 pixels"};
     EXPECT_EQ(device.journal.lines(), expected);
 }
 

@@ -23,38 +23,43 @@ class IconOverlay : public IconEffectsOnDevice {};
 TEST_F(IconOverlay, PhoneTriesItsTwoFoldersInOrder) {
     EXPECT_EQ(IconEffects::iconOverlay(), nullptr);
     const std::vector<std::string> expected = {
-        "load " + inTheme("Velmoranth/iPhoneOverlay.png"),
-        "load " + inTheme("AnemoneEffects/iPhoneOverlay.png")};
-    EXPECT_EQ(device.journal.linesWith("load "), expected);
+        "+[UIImage imageWithContentsOfFile:] " + inTheme("Velmoranth/iPhoneOverlay.png"),
+        "+[UIImage imageWithContentsOfFile:] " + inTheme("AnemoneEffects/iPhoneOverlay.png")};
+    EXPECT_EQ(device.journal.linesWith("+[UIImage imageWithContentsOfFile:] "), expected);
     EXPECT_TRUE(device.journal.log().empty());
 }
 
 TEST_F(IconOverlay, PadTriesItsTwoFoldersInOrder) {
     makePad();
     EXPECT_EQ(IconEffects::iconOverlay(), nullptr);
-    const std::vector<std::string> expected = {"load " + inTheme("Velmoranth/iPadOverlay.png"),
-                                               "load " + inTheme("AnemoneEffects/iPadOverlay.png")};
-    EXPECT_EQ(device.journal.linesWith("load "), expected);
+    const std::vector<std::string> expected = {
+        "+[UIImage imageWithContentsOfFile:] " + inTheme("Velmoranth/iPadOverlay.png"),
+        "+[UIImage imageWithContentsOfFile:] " + inTheme("AnemoneEffects/iPadOverlay.png")};
+    EXPECT_EQ(device.journal.linesWith("+[UIImage imageWithContentsOfFile:] "), expected);
 }
 
 TEST_F(IconOverlay, ADeviceThatDoesNotAnswerIsAPhone) {
     makePad();
     device.idiom.responds = false;
     EXPECT_EQ(IconEffects::iconOverlay(), nullptr);
-    EXPECT_EQ(device.journal.count("load " + inTheme("Velmoranth/iPhoneOverlay.png")), 1U);
+    EXPECT_EQ(device.journal.count("+[UIImage imageWithContentsOfFile:] " +
+                                   inTheme("Velmoranth/iPhoneOverlay.png")),
+              1U);
 }
 
 TEST_F(IconOverlay, AnotherIdiomIsAPhone) {
     device.idiom.idiom = 2;
     EXPECT_EQ(IconEffects::iconOverlay(), nullptr);
-    EXPECT_EQ(device.journal.count("load " + inTheme("Velmoranth/iPhoneOverlay.png")), 1U);
+    EXPECT_EQ(device.journal.count("+[UIImage imageWithContentsOfFile:] " +
+                                   inTheme("Velmoranth/iPhoneOverlay.png")),
+              1U);
 }
 
 TEST_F(IconOverlay, TheFirstFolderWins) {
     device.png(inTheme("Velmoranth/iPhoneOverlay.png"), solid(3, 3, {1, 1, 1}));
     device.png(inTheme("AnemoneEffects/iPhoneOverlay.png"), solid(4, 4, {2, 2, 2}));
     EXPECT_EQ(drawnPixels(IconEffects::iconOverlay()).width, 3U);
-    EXPECT_EQ(device.journal.count("load "), 1U);
+    EXPECT_EQ(device.journal.count("+[UIImage imageWithContentsOfFile:] "), 1U);
 }
 
 TEST_F(IconOverlay, OnlyForPhonesInTheSecondFolder) {
@@ -78,13 +83,13 @@ TEST_F(IconOverlay, IsKeptUntilItIsCleared) {
     EXPECT_EQ(IconEffects::iconOverlay(), first);
     IconEffects::clearIconOverlay();
     EXPECT_EQ(drawnPixels(IconEffects::iconOverlay()).width, 5U);
-    EXPECT_EQ(device.journal.count("load "), 1U);
+    EXPECT_EQ(device.journal.count("+[UIImage imageWithContentsOfFile:] "), 1U);
 }
 
 TEST_F(IconOverlay, AFailedSearchIsRepeated) {
     EXPECT_EQ(IconEffects::iconOverlay(), nullptr);
     EXPECT_EQ(IconEffects::iconOverlay(), nullptr);
-    EXPECT_EQ(device.journal.count("load "), 4U);
+    EXPECT_EQ(device.journal.count("+[UIImage imageWithContentsOfFile:] "), 4U);
     device.png(inTheme("AnemoneEffects/iPhoneOverlay.png"), solid(4, 4, {}));
     EXPECT_NE(IconEffects::iconOverlay(), nullptr);
 }
@@ -118,10 +123,10 @@ class RedrawIconWithOverlay : public IconEffectsOnDevice {
 TEST_F(RedrawIconWithOverlay, WithoutAnOverlayTheIconItself) {
     const ImageRef icon = device.image(pattern(6, 6));
     EXPECT_EQ(IconEffects::redrawIconWithOverlay(icon), icon);
-    EXPECT_EQ(device.journal.lines().back(), "log: LOADEDIcon no overlay stop redraw");
-    EXPECT_EQ(device.journal.count("begin"), 0U);
+    EXPECT_EQ(device.journal.lines().back(), "log LOADEDIcon no overlay stop redraw");
+    EXPECT_EQ(device.journal.count("UIGraphicsBeginImageContextWithOptions"), 0U);
     EXPECT_EQ(IconEffects::redrawIconWithOverlay(nullptr), nullptr);
-    EXPECT_EQ(device.journal.count("log: LOADEDIcon no overlay stop redraw"), 2U);
+    EXPECT_EQ(device.journal.count("log LOADEDIcon no overlay stop redraw"), 2U);
 }
 
 TEST_F(RedrawIconWithOverlay, GoesThroughTwoImageViewsAndOneContext) {
@@ -130,63 +135,46 @@ TEST_F(RedrawIconWithOverlay, GoesThroughTwoImageViewsAndOneContext) {
     device.journal.clear();
     ASSERT_NE(IconEffects::redrawIconWithOverlay(icon), nullptr);
     std::vector<std::string> lines = device.journal.lines();
-    lines.erase(lines.begin(), std::find(lines.begin(), lines.end(), "imageViewWithImage"));
-    const std::vector<std::string> expected = {"imageViewWithImage",
-                                               "imageViewWithFrame {0, 0, 60, 30}",
-                                               "begin {60, 30} clear 0", "snapshot", "end"};
+    lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(device.journal.place(
+                                                   "-[UIImageView initWithImage:] ")));
+    const std::vector<std::string> expected = {
+        "-[UIImageView initWithImage:] 60×30 @3x",
+        "-[UIImageView initWithFrame:] (0, 0) 60×30",
+        "-[UIImageView setImage:] UIImageView 4×4 @1x",
+        "-[UIView addSubview:] UIImageView UIImageView",
+        "-[UIView setBackgroundColor:] UIImageView #00000000",
+        "-[UIView setClipsToBounds:] UIImageView NO",
+        "UIGraphicsBeginImageContextWithOptions 60×30 NO 0",
+        "UIGraphicsGetCurrentContext",
+        "-[CALayer renderInContext:] UIImageView __NSCFType",
+        "UIGraphicsGetImageFromCurrentImageContext",
+        "UIGraphicsEndImageContext"};
     EXPECT_EQ(lines, expected);
     EXPECT_TRUE(device.journal.log().empty());
     EXPECT_EQ(platform().imageContexts.getCurrentContext(), nullptr);
 }
 
-// An image view that says what is set of it.
-class WrittenImageView final : public desktop::ViewImplementation<platform::ImageView> {
+// An image view that records call by name.
+class NamedImageView final : public desktop::DesktopImageView, public record::Named {
   public:
-    WrittenImageView(Journal& journal, std::string name, const platform::Rect& frame)
-        : journal_(journal), name_(std::move(name)) {
-        setNodeFrame(frame);
-    }
+    NamedImageView(std::string name, const platform::Rect& frame)
+        : DesktopImageView(frame), name_(std::move(name)) {}
 
-    [[nodiscard]] std::string className() const override { return "UIImageView"; }
-
-    [[nodiscard]] ImageRef image() const override { return contents(); }
-
-    void setImage(const ImageRef& image) override {
-        journal_.write(name_ + " setImage " + text(platform::sizeOf(image)));
-        setContents(image);
-    }
-
-    void addSubview(const platform::ViewRef& view) override {
-        const auto added = std::dynamic_pointer_cast<WrittenImageView>(view);
-        journal_.write(name_ + " addSubview " + (added == nullptr ? "other" : added->name_));
-        ViewImplementation::addSubview(view);
-    }
-
-    void setBackgroundColor(const platform::Color& color) override {
-        journal_.write(name_ + " setBackgroundColor " +
-                       (color == platform::kClearColor ? "clear" : "other"));
-        ViewImplementation::setBackgroundColor(color);
-    }
-
-    void setClipsToBounds(bool clips) override {
-        journal_.write(name_ + " setClipsToBounds " + (clips ? "YES" : "NO"));
-        ViewImplementation::setClipsToBounds(clips);
-    }
+    [[nodiscard]] std::string nameInRecords() const override { return name_; }
 
   private:
-    Journal& journal_;
-    std::string name_;
+    const std::string name_;
 };
 
 // Gives the base view of an image a background and clipping, as another maker of views might: what
 // the redraw does not set would stay.
-class WrittenViews final : public platform::Views {
+class NamedViews final : public platform::Views {
   public:
-    explicit WrittenViews(Journal& journal) : journal_(journal) {}
+    explicit NamedViews(platform::Views& process) : process_(process) {}
 
     platform::ImageViewRef imageViewWithImage(const ImageRef& image) override {
-        const auto view = std::make_shared<WrittenImageView>(
-            journal_, "base", platform::Rect{{0, 0}, platform::sizeOf(image)});
+        const auto view = std::make_shared<NamedImageView>(
+            "base", platform::Rect{{0, 0}, platform::sizeOf(image)});
         view->setContents(image);
         view->desktopLayer()->appearance.backgroundColor = platform::kWhiteColor;
         view->desktopLayer()->appearance.masksToBounds = true;
@@ -194,7 +182,7 @@ class WrittenViews final : public platform::Views {
     }
 
     platform::ImageViewRef imageViewWithFrame(const platform::Rect& frame) override {
-        return std::make_shared<WrittenImageView>(journal_, "over", frame);
+        return std::make_shared<NamedImageView>("over", frame);
     }
 
     platform::ViewRef viewWithFrame(const platform::Rect& frame) override {
@@ -227,25 +215,28 @@ class WrittenViews final : public platform::Views {
     }
 
   private:
-    Journal& journal_;
-    platform::Views& process_ = platform().views;
+    platform::Views& process_;
 };
 
 TEST_F(RedrawIconWithOverlay, TheBaseViewIsClearAndDoesNotClip) {
     overlay(solid(4, 4, {0, 0, 0, 0}));
     const ImageRef icon = device.image(solid(6, 6, {0, 0, 0, 0}), 1);
     (void)IconEffects::iconOverlay();
-    WrittenViews views(device.journal);
-    replaceServices({.views = &views});
+    NamedViews views(device.services().views);
+    device.useServices({.views = &views});
     device.journal.clear();
     const ImageRef result = IconEffects::redrawIconWithOverlay(icon);
-    const std::vector<std::string> expected = {"over setImage {4, 4}",
-                                               "base addSubview over",
-                                               "base setBackgroundColor clear",
-                                               "base setClipsToBounds NO",
-                                               "begin {6, 6} clear 0",
-                                               "snapshot",
-                                               "end"};
+    const std::vector<std::string> expected = {"-[UIImageView initWithImage:] 6×6 @1x",
+                                               "-[UIImageView initWithFrame:] (0, 0) 6×6",
+                                               "-[UIImageView setImage:] over 4×4 @1x",
+                                               "-[UIView addSubview:] base over",
+                                               "-[UIView setBackgroundColor:] base #00000000",
+                                               "-[UIView setClipsToBounds:] base NO",
+                                               "UIGraphicsBeginImageContextWithOptions 6×6 NO 0",
+                                               "UIGraphicsGetCurrentContext",
+                                               "-[CALayer renderInContext:] base __NSCFType",
+                                               "UIGraphicsGetImageFromCurrentImageContext",
+                                               "UIGraphicsEndImageContext"};
     EXPECT_EQ(device.journal.lines(), expected);
     EXPECT_EQ(drawnPixels(result), solid(18, 18, {0, 0, 0, 0})) << "no white behind a clear icon";
 }
@@ -341,8 +332,8 @@ TEST_F(RedrawIconWithOverlay, AMaskedIconGrowsToTheScreensScale) {
 TEST_F(RedrawIconWithOverlay, NoIconGivesNoImage) {
     overlay(solid(10, 10, {}));
     EXPECT_EQ(IconEffects::redrawIconWithOverlay(nullptr), nullptr);
-    EXPECT_EQ(device.journal.count("begin {0, 0} clear 0"), 1U);
-    EXPECT_EQ(device.journal.count("end"), 1U);
+    EXPECT_EQ(device.journal.count("UIGraphicsBeginImageContextWithOptions 0×0 NO 0"), 1U);
+    EXPECT_EQ(device.journal.count("UIGraphicsEndImageContext"), 1U);
 }
 
 class ImageScaledToSize : public IconEffectsOnDevice {};
@@ -350,8 +341,10 @@ class ImageScaledToSize : public IconEffectsOnDevice {};
 TEST_F(ImageScaledToSize, DrawsOverTheWholeNewSize) {
     const ImageRef image = device.image(solid(30, 30, {10, 20, 30}));
     const ImageRef result = IconEffects::imageWithImageScaledToSize(image, {10, 20});
-    const std::vector<std::string> expected = {"begin {10, 20} clear 0", "draw {0, 0, 10, 20}",
-                                               "snapshot", "end"};
+    const std::vector<std::string> expected = {"UIGraphicsBeginImageContextWithOptions 10×20 NO 0",
+                                               "-[UIImage drawInRect:] 10×10 @3x (0, 0) 10×20",
+                                               "UIGraphicsGetImageFromCurrentImageContext",
+                                               "UIGraphicsEndImageContext"};
     EXPECT_EQ(device.journal.lines(), expected);
     ASSERT_NE(result, nullptr);
     EXPECT_EQ(result->size(), (platform::Size{10, 20}));
@@ -370,7 +363,7 @@ TEST_F(ImageScaledToSize, NoSizeGivesNoImageAndClosesTheContext) {
     const ImageRef image = device.image(pattern(3, 3));
     EXPECT_EQ(IconEffects::imageWithImageScaledToSize(image, {0, 20}), nullptr);
     EXPECT_EQ(IconEffects::imageWithImageScaledToSize(image, {10, -1}), nullptr);
-    EXPECT_EQ(device.journal.count("end"), 2U);
+    EXPECT_EQ(device.journal.count("UIGraphicsEndImageContext"), 2U);
 }
 
 TEST_F(ImageScaledToSize, NoImageGivesAClearPicture) {

@@ -34,11 +34,11 @@ TEST_F(AddShadowToIcon, PhoneTriesItsTwoFoldersInOrder) {
     EXPECT_EQ(view->tag(), 478);
     EXPECT_EQ(view->frame(), square(82));
     const std::vector<std::string> expected = {
-        "load " + inTheme("Velmoranth/iPhoneShadow.png"),
-        "load " + inTheme("AnemoneEffects/iPhoneShadow.png")};
-    EXPECT_EQ(device.journal.linesWith("load "), expected);
-    EXPECT_EQ(device.journal.count("machine"), 1U);
-    EXPECT_EQ(device.journal.count("imageView"), 1U);
+        "+[UIImage imageWithContentsOfFile:] " + inTheme("Velmoranth/iPhoneShadow.png"),
+        "+[UIImage imageWithContentsOfFile:] " + inTheme("AnemoneEffects/iPhoneShadow.png")};
+    EXPECT_EQ(device.journal.linesWith("+[UIImage imageWithContentsOfFile:] "), expected);
+    EXPECT_EQ(device.journal.count("uname"), 1U);
+    EXPECT_EQ(device.journal.count("-[UIImageView init]"), 1U);
     EXPECT_TRUE(device.journal.log().empty());
 }
 
@@ -48,9 +48,10 @@ TEST_F(AddShadowToIcon, PadTriesItsTwoNamesInOrder) {
     EXPECT_EQ(view->image(), nullptr);
     EXPECT_EQ(view->tag(), 478);
     EXPECT_EQ(view->frame(), square(96));
-    const std::vector<std::string> expected = {"load " + inTheme("Velmoranth/iPadShadow~ipad.png"),
-                                               "load " + inTheme("AnemoneEffects/iPadShadow.png")};
-    EXPECT_EQ(device.journal.linesWith("load "), expected);
+    const std::vector<std::string> expected = {
+        "+[UIImage imageWithContentsOfFile:] " + inTheme("Velmoranth/iPadShadow~ipad.png"),
+        "+[UIImage imageWithContentsOfFile:] " + inTheme("AnemoneEffects/iPadShadow.png")};
+    EXPECT_EQ(device.journal.linesWith("+[UIImage imageWithContentsOfFile:] "), expected);
 }
 
 TEST_F(AddShadowToIcon, APhonesOwnShadow) {
@@ -59,7 +60,7 @@ TEST_F(AddShadowToIcon, APhonesOwnShadow) {
     const ImageViewRef view = IconEffects::addShadowToIcon();
     EXPECT_EQ(view->frame(), square(80));
     EXPECT_EQ(drawnPixels(view->image()).width, 3U);
-    EXPECT_EQ(device.journal.count("load "), 1U);
+    EXPECT_EQ(device.journal.count("+[UIImage imageWithContentsOfFile:] "), 1U);
     EXPECT_EQ(IconEffects::addShadowToIcon()->frame(), square(80));
 }
 
@@ -75,7 +76,7 @@ TEST_F(AddShadowToIcon, APhonesShadowFromTheSecondFolderIs82Then80) {
 TEST_F(AddShadowToIcon, NoShadowIs82OnEveryCall) {
     EXPECT_EQ(IconEffects::addShadowToIcon()->frame(), square(82));
     EXPECT_EQ(IconEffects::addShadowToIcon()->frame(), square(82));
-    EXPECT_EQ(device.journal.count("load "), 4U);
+    EXPECT_EQ(device.journal.count("+[UIImage imageWithContentsOfFile:] "), 4U);
 }
 
 TEST_F(AddShadowToIcon, TheMarketingNameIs85AndFromTheSecondFolder87) {
@@ -125,8 +126,8 @@ TEST_F(AddShadowToIcon, AKeptImageIsNotSearchedForAndLogsSo) {
     EXPECT_EQ(first->image(), second->image());
     EXPECT_EQ(second->tag(), imaging::IconShadowTag);
     EXPECT_EQ(device.journal.log(), std::vector<std::string>{kHasShadow});
-    EXPECT_EQ(device.journal.count("load "), 0U);
-    EXPECT_EQ(device.journal.count("readPlist "), 0U);
+    EXPECT_EQ(device.journal.count("+[UIImage imageWithContentsOfFile:] "), 0U);
+    EXPECT_EQ(device.journal.count("+[NSDictionary dictionaryWithContentsOfFile:] "), 0U);
 }
 
 TEST_F(AddShadowToIcon, AKeptImageOfAPhoneServesAPadAtItsFrame) {
@@ -171,15 +172,19 @@ class ShadowOfATurningDevice : public AddShadowToIcon {
 TEST_F(ShadowOfATurningDevice, TheKindIsAskedForAgainBeforeTheSecondFolder) {
     EXPECT_EQ(shadowOn({kPad, kPhone})->frame(), square(82));
     EXPECT_EQ(turning.questions, 2U);
-    EXPECT_EQ(device.journal.linesWith("load "),
-              (std::vector<std::string>{"load " + inTheme("Velmoranth/iPadShadow~ipad.png"),
-                                        "load " + inTheme("AnemoneEffects/iPhoneShadow.png")}));
+    EXPECT_EQ(
+        device.journal.linesWith("+[UIImage imageWithContentsOfFile:] "),
+        (std::vector<std::string>{
+            "+[UIImage imageWithContentsOfFile:] " + inTheme("Velmoranth/iPadShadow~ipad.png"),
+            "+[UIImage imageWithContentsOfFile:] " + inTheme("AnemoneEffects/iPhoneShadow.png")}));
 
     EXPECT_EQ(shadowOn({kPhone, kPad})->frame(), square(80));
     EXPECT_EQ(turning.questions, 2U);
-    EXPECT_EQ(device.journal.linesWith("load "),
-              (std::vector<std::string>{"load " + inTheme("Velmoranth/iPhoneShadow.png"),
-                                        "load " + inTheme("AnemoneEffects/iPadShadow.png")}));
+    EXPECT_EQ(
+        device.journal.linesWith("+[UIImage imageWithContentsOfFile:] "),
+        (std::vector<std::string>{
+            "+[UIImage imageWithContentsOfFile:] " + inTheme("Velmoranth/iPhoneShadow.png"),
+            "+[UIImage imageWithContentsOfFile:] " + inTheme("AnemoneEffects/iPadShadow.png")}));
 }
 
 TEST_F(ShadowOfATurningDevice, TheKindIsAskedForOnceWhereTheFirstFolderOrTheCacheHasTheImage) {

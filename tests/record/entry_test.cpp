@@ -34,6 +34,19 @@ TEST(RecordEntry, LineHasAFilesPathFirstAndAMethodsReceiverBehindIt) {
     EXPECT_EQ(textOf({kFound, kEntered}), lineOf(kFound) + "\n" + lineOf(kEntered) + "\n");
 }
 
+TEST(RecordEntry, RequestIsWhatWasAskedWithoutWhatCameOfIt) {
+    EXPECT_EQ(requestOf(kFound), "+[UIImage imageWithContentsOfFile:] /a/b.png");
+    EXPECT_EQ(requestOf(kEntered),
+              "-[SBHIconImageCache imageForIcon:] SBHIconImageCache SBIcon com.example YES");
+    EXPECT_EQ(requestOf({.kind = EntryKind::call, .message = "setuid", .arguments = {"0"}}),
+              "setuid 0");
+    EXPECT_EQ(requestOf({.kind = EntryKind::missing, .message = "-[A b:]"}), "-[A b:] ")
+        << "an empty path is one";
+    EXPECT_EQ(requestOf({.kind = EntryKind::callback, .message = "dispatch_after"}),
+              "called dispatch_after");
+    EXPECT_EQ(requestOf({.kind = EntryKind::log, .subject = "a line"}), "log a line");
+}
+
 TEST(RecordEntry, EveryKindHasItsWordAtItsPlace) {
     for (std::size_t i = 0; i < kEntryKinds.size(); ++i) {
         EXPECT_EQ(static_cast<std::size_t>(kEntryKinds.at(i).kind), i);

@@ -102,7 +102,7 @@ TEST_F(RecordedServicesTest, ChangesOfFilesAreToldWithTheirEnd) {
         "written    /b -[NSFileManager moveItemAtPath:toPath:error:] \"/a\" = done\n"
         "written    /a -[NSFileManager removeItemAtPath:error:] = error ("))
         << text;
-    EXPECT_TRUE(text.ends_with("written    /b chmod 384 = 0\n")) << text;
+    EXPECT_TRUE(text.ends_with("written    /b chmod 0600 = 0\n")) << text;
 }
 
 TEST_F(RecordedServicesTest, CallbacksRunInAFrameOfTheirOwn) {
@@ -116,7 +116,7 @@ TEST_F(RecordedServicesTest, CallbacksRunInAFrameOfTheirOwn) {
         nullptr);
     EXPECT_EQ(calls, 1);
     EXPECT_EQ(taken(),
-              "call       +[UIView animateWithDuration:animations:completion:] 1\n"
+              "call       +[UIView animateWithDuration:animations:completion:] 1 set nil\n"
               "called     +[UIView animateWithDuration:animations:completion:]\n"
               "  log        moving\n");
 }
@@ -127,6 +127,45 @@ TEST_F(RecordedServicesTest, NilAnswersAndArgumentsAreTold) {
     EXPECT_EQ(taken(),
               "call       +[UIImage imageWithCGImage:] nil = nil\n"
               "call       objc_getClass Nobody = nil\n");
+}
+
+TEST_F(RecordedServicesTest, HooksAndObserversAndClassesAreTold) {
+    platform().objc.registerClass(
+        {.name = "A", .superclass = "NSObject", .load = nullptr, .initialize = nullptr});
+    const platform::ClassRef cls = platform().objc.getClass("A");
+    platform::Implementation original;
+    platform().substrate.hookMessageEx(cls, "b:", {}, &original);
+    platform().substrate.hookMessageEx(platform().objc.getMetaclass(cls), "c", {}, nullptr);
+    platform().substrate.hookMessageEx(nullptr, "d", {}, nullptr);
+    int observer = 0;
+    platform().darwinNotifications.addObserver(
+        &observer,
+        [](platform::DarwinNotificationCenter&, void*, const std::string&, const void*,
+           const platform::Dictionary*) {},
+        "n", nullptr, platform::SuspensionBehavior::coalesce);
+    EXPECT_EQ(taken(),
+              "call       objc_registerClassPair A NSObject\n"
+              "call       objc_getClass A = A\n"
+              "call       MSHookMessageEx -[A b:]\n"
+              "call       object_getClass A = A\n"
+              "call       MSHookMessageEx +[A c]\n"
+              "call       MSHookMessageEx nil d\n"
+              "call       CFNotificationCenterAddObserver set \"n\" nil 2\n");
+}
+
+TEST_F(RecordedServicesTest, WhatALayerDoesToRenderIsNotTold) {
+    const InEngine engine;
+    const auto view = platform().views.viewWithFrame({{1, 2}, {4, 4}});
+    const auto inner = platform().views.viewWithFrame({{1, 1}, {2, 2}});
+    view->addSubview(inner);
+    platform().imageContexts.beginImageContextWithOptions({4, 4}, false, 1);
+    static_cast<void>(taken());
+    view->layer()->renderInContext(platform().imageContexts.getCurrentContext());
+    platform().imageContexts.endImageContext();
+    EXPECT_EQ(taken(),
+              "call       UIGraphicsGetCurrentContext = __NSCFType\n"
+              "message    -[CALayer renderInContext:] UIView __NSCFType\n"
+              "call       UIGraphicsEndImageContext\n");
 }
 
 }  // namespace

@@ -61,6 +61,71 @@ TEST(Recorder, MessagesToViewsAreTheEnginesAlone) {
               "  platform   platform\n");
 }
 
+TEST(Recorder, InTheEngineMessagesAreTakenDownWithoutAFrame) {
+    Recorder recorder;
+    Recorder::setCurrent(&recorder);
+    desktop::DesktopView view;
+    {
+        const InEngine engine;
+        view.setTag(1);
+        const InPlatform platform;
+        view.setTag(2);
+    }
+    view.setTag(3);
+    EXPECT_EQ(textOf(recorder.take()), "message    -[UIView setTag:] UIView 1\n");
+}
+
+TEST(Recorder, AMessageIsToldWithItsAnswer) {
+    Recorder recorder;
+    Recorder::setCurrent(&recorder);
+    const desktop::DesktopView view;
+    EXPECT_EQ(tell(view, "-[UIView tag]").answered(7), 7) << "not taken down, and passed on";
+    const InEngine engine;
+    EXPECT_EQ(tell(view, "-[UIView tag]").answered(8), 8);
+    EXPECT_EQ(textOf(recorder.take()), "message    -[UIView tag] UIView = 8\n");
+}
+
+TEST(Recorder, WhatIsAnsweredAfterARecordWasTakenChangesNoOther) {
+    Recorder recorder;
+    const std::size_t taken = recorder.add({.message = "first"});
+    EXPECT_EQ(textOf(recorder.entries()), "call       first\n");
+    EXPECT_EQ(recorder.take().size(), 1U);
+    EXPECT_TRUE(recorder.entries().empty());
+    const std::size_t kept = recorder.add({.message = "second"});
+    recorder.answer(taken, "late");
+    recorder.answer(kept, "5");
+    recorder.answer(kept + 1, "never");
+    EXPECT_EQ(textOf(recorder.take()), "call       second = 5\n");
+}
+
+TEST(Recorder, WhatWordsAskAnObjectIsNothingOfTheEngines) {
+    struct Image final : platform::CUINamedImage {
+        std::string className() const override { return "CUINamedImage"; }
+
+        platform::NullableString name() const override {
+            tell(*this, messageOf("CUINamedImage", "name"));
+            return "Star";
+        }
+
+        double scale() const override { return 1; }
+
+        platform::BitmapImageRef createImageFromPDFRenditionWithScale(double /*scale*/) override {
+            return nullptr;
+        }
+
+        platform::BitmapImageRef image() override { return nullptr; }
+    };
+
+    Recorder recorder;
+    Recorder::setCurrent(&recorder);
+    const InEngine engine;
+    const Image image;
+    EXPECT_EQ(words(image), "CUINamedImage Star");
+    EXPECT_TRUE(recorder.take().empty());
+    EXPECT_EQ(image.name(), "Star");
+    EXPECT_EQ(textOf(recorder.take()), "message    -[CUINamedImage name] CUINamedImage Star\n");
+}
+
 TEST(Recorder, WhatAnOperationOfThePlatformSendsIsNotTheEngines) {
     Recorder recorder;
     Recorder::setCurrent(&recorder);

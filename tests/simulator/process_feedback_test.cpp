@@ -4,10 +4,11 @@
 #include "simulator/device.h"
 #include "simulator/process/process.h"
 #include "simulator/toolkit/feedback_classes.h"
+#include "tests/support/journal.h"
 #include "tests/support/places.h"
-#include "tests/support/recording_audio.h"
 #include "tests/support/replaced_services.h"
 #include "tests/support/temporary_folder.h"
+#include "tests/support/test_audio.h"
 
 #include <gtest/gtest.h>
 
@@ -41,14 +42,14 @@ class ProcessFeedback : public ::testing::TestWithParam<int> {
         tests::replaceServices({.audio = &audio});
     }
 
-    [[nodiscard]] Lines played() const { return journal.linesWith("player play "); }
+    [[nodiscard]] Lines played() const { return journal.linesWith("-[AVAudioPlayer play] "); }
 
     const tests::TemporaryFolder folder;
     tests::Journal journal;
-    tests::RecordingAudio audio{
-        journal, [this](const std::string& path) {
-            return std::filesystem::is_regular_file(folder / "device" + path);
-        }};
+    const record::InEngine engine;
+    tests::TestAudio audio{[this](const std::string& path) {
+        return std::filesystem::is_regular_file(folder / "device" + path);
+    }};
     std::unique_ptr<SimulatedProcess> process;
 };
 
@@ -57,7 +58,7 @@ INSTANTIATE_TEST_SUITE_P(Systems, ProcessFeedback, ::testing::Values(12, 13));
 TEST_P(ProcessFeedback, PlaysTheThemesClickOnTheHomeScreen) {
     start(ScreenKind::home);
     process->runtime().send<void>(*makeFeedback(process->runtime(), 1104), "play");
-    const Lines click{"player play " + kSounds + "key_press_click.caf"};
+    const Lines click{"-[AVAudioPlayer play] " + kSounds + "key_press_click.caf"};
     EXPECT_EQ(played(), click);
     journal.clear();
     // The theme's sound in place of the platform's.

@@ -12,11 +12,11 @@ const std::string kFolder = soundFolder("A");
 const std::string kLock = kFolder + "/lock.caf";
 
 std::string feedbackLog(const std::string& number) {
-    return "log: VELMORANTH UIDevice _playSystemSound:_effectiveSystemSoundID : " + number;
+    return "log VELMORANTH UIDevice _playSystemSound:_effectiveSystemSoundID : " + number;
 }
 
 std::string soundLog(const std::string& eventType, const std::string& sound) {
-    return "log: VELMORANTH SBUISounds soundWithFeedbackEventType:" + eventType + "  " + sound;
+    return "log VELMORANTH SBUISounds soundWithFeedbackEventType:" + eventType + "  " + sound;
 }
 
 using FeedbackHook = SoundProcess;
@@ -32,28 +32,25 @@ TEST_F(FeedbackHook, OffButLoggingReadsTheNumberForTheLine) {
     start({.enable = false, .logging = true});
     feedback.systemSoundID = 1002;
     play();
-    EXPECT_EQ(device.journal.lines(),
-              (Lines{"_effectiveSystemSoundID", feedbackLog("1002"), "orig play"}));
+    EXPECT_EQ(device.journal.lines(), (Lines{kReadNumber, feedbackLog("1002"), "orig play"}));
 }
 
 TEST_F(FeedbackHook, OnPlaysTheThemesSoundBeforeThePlatforms) {
     start({.enable = true, .logging = false});
     feedback.systemSoundID = 1002;
     play();
-    EXPECT_EQ(
-        device.journal.lines(),
-        joined({{"_effectiveSystemSoundID"}, searchLines({"A"}), playLines(kLock), {"orig play"}}));
+    EXPECT_EQ(device.journal.lines(),
+              joined({{kReadNumber}, searchLines({"A"}), playLines(kLock), {"orig play"}}));
 }
 
 TEST_F(FeedbackHook, OnAndLoggingReadsTheNumberTwice) {
     start({.enable = true, .logging = true});
     feedback.systemSoundID = 1002;
     play();
-    EXPECT_EQ(device.journal.lines(),
-              joined({{"_effectiveSystemSoundID", feedbackLog("1002"), "_effectiveSystemSoundID"},
-                      searchLines({"A"}),
-                      playLines(kLock),
-                      {"orig play"}}));
+    EXPECT_EQ(device.journal.lines(), joined({{kReadNumber, feedbackLog("1002"), kReadNumber},
+                                              searchLines({"A"}),
+                                              playLines(kLock),
+                                              {"orig play"}}));
 }
 
 TEST_F(FeedbackHook, OnAndLoggingPlaysWhatTheSecondReadGave) {
@@ -61,8 +58,9 @@ TEST_F(FeedbackHook, OnAndLoggingPlaysWhatTheSecondReadGave) {
     feedback.nextIDs = {1100, 1002};
     play();
     EXPECT_EQ(device.journal.log().size(), 1U);
-    EXPECT_EQ("log: " + device.journal.log().front(), feedbackLog("1100"));
-    EXPECT_EQ(device.journal.linesWith("player play "), (Lines{"player play " + kLock}));
+    EXPECT_EQ("log " + device.journal.log().front(), feedbackLog("1100"));
+    EXPECT_EQ(device.journal.linesWith("-[AVAudioPlayer play] "),
+              (Lines{"-[AVAudioPlayer play] " + kLock}));
 }
 
 // Before +initialize nobody answers for the theme.
@@ -70,16 +68,16 @@ TEST_F(FeedbackHook, WithoutTheSharedInstanceThePlatformsIsPlayedAndTheSoundKept
     installWithoutStart();
     feedback.systemSoundID = 1002;
     play();
-    EXPECT_EQ(device.journal.lines(), (Lines{"_effectiveSystemSoundID", "orig play"}));
+    EXPECT_EQ(device.journal.lines(), (Lines{kReadNumber, "orig play"}));
     EXPECT_EQ(sound(1002), nullptr);
-    EXPECT_EQ(device.journal.count("player "), 0U);
+    EXPECT_EQ(device.journal.count("-[AVAudioPlayer "), 0U);
 }
 
 TEST_F(FeedbackHook, AThemeWithoutTheSoundLeavesThePlatformsToBeHeard) {
     start({});
     feedback.systemSoundID = 1000;
     play();
-    EXPECT_EQ(device.journal.lines(), joined({{"_effectiveSystemSoundID"},
+    EXPECT_EQ(device.journal.lines(), joined({{kReadNumber},
                                               searchLines({"A"}),
                                               askLines(kFolder + "/SentMessage.caf"),
                                               {"orig play"}}));
@@ -89,11 +87,10 @@ TEST_F(FeedbackHook, TheNumberZeroIsPassedOnToo) {
     start({.enable = true, .logging = true});
     feedback.systemSoundID = 0;
     play();
-    EXPECT_EQ(device.journal.lines(),
-              joined({{"_effectiveSystemSoundID", feedbackLog("0"), "_effectiveSystemSoundID"},
-                      searchLines({"A"}),
-                      askLines(kFolder),
-                      {"orig play"}}));
+    EXPECT_EQ(device.journal.lines(), joined({{kReadNumber, feedbackLog("0"), kReadNumber},
+                                              searchLines({"A"}),
+                                              askLines(kFolder),
+                                              {"orig play"}}));
 }
 
 TEST_F(FeedbackHook, NumbersOverTwoToThe31StayPositive) {
@@ -105,12 +102,10 @@ TEST_F(FeedbackHook, NumbersOverTwoToThe31StayPositive) {
         device.journal.clear();
         feedback.systemSoundID = number;
         play();
-        EXPECT_EQ(
-            device.journal.lines(),
-            joined({{"_effectiveSystemSoundID", feedbackLog(shown), "_effectiveSystemSoundID"},
-                    searchLines({"A"}),
-                    askLines(kFolder),
-                    {"orig play"}}));
+        EXPECT_EQ(device.journal.lines(), joined({{kReadNumber, feedbackLog(shown), kReadNumber},
+                                                  searchLines({"A"}),
+                                                  askLines(kFolder),
+                                                  {"orig play"}}));
     }
 }
 
@@ -119,8 +114,7 @@ TEST_F(FeedbackHook, WithoutThemesThePlatformsIsPlayedStill) {
     device.activeThemes({});
     feedback.systemSoundID = 1002;
     play();
-    EXPECT_EQ(device.journal.lines(),
-              (Lines{"_effectiveSystemSoundID", kReadPreferences, "orig play"}));
+    EXPECT_EQ(device.journal.lines(), (Lines{kReadNumber, kReadPreferences, "orig play"}));
 }
 
 TEST_F(FeedbackHook, TheSharedInstanceHoldsTheSound) {
@@ -132,13 +126,11 @@ TEST_F(FeedbackHook, TheSharedInstanceHoldsTheSound) {
     EXPECT_NE(manager->soundToPlay(), nullptr);
     EXPECT_EQ(manager->audiosession(), device.audio.session());
     // Not its end: another sound takes its place.
-    EXPECT_EQ(device.journal.count("player gone "), 0U);
+    EXPECT_EQ(device.journal.count("-[AVAudioPlayer dealloc] "), 0U);
     device.journal.clear();
     play();
-    EXPECT_EQ(device.journal.lines(), joined({{"_effectiveSystemSoundID"},
-                                              searchLines({"A"}),
-                                              playLines(kLock, kLock),
-                                              {"orig play"}}));
+    EXPECT_EQ(device.journal.lines(),
+              joined({{kReadNumber}, searchLines({"A"}), playLines(kLock, kLock), {"orig play"}}));
 }
 
 using SoundHook = SoundProcess;
@@ -227,17 +219,17 @@ TEST_F(SoundHook, TheTwoHooksNumbersMeanOtherSounds) {
     device.file(kFolder + "/key_press_click.caf", "click");
     feedback.systemSoundID = 1004;
     play();
-    EXPECT_EQ(device.journal.count("player play "), 0U);
+    EXPECT_EQ(device.journal.count("-[AVAudioPlayer play] "), 0U);
     EXPECT_EQ(sound(1004), nullptr);
-    EXPECT_EQ(device.journal.linesWith("player play "),
-              (Lines{"player play " + kFolder + "/key_press_click.caf"}));
+    EXPECT_EQ(device.journal.linesWith("-[AVAudioPlayer play] "),
+              (Lines{"-[AVAudioPlayer play] " + kFolder + "/key_press_click.caf"}));
     device.journal.clear();
     EXPECT_EQ(sound(1104), nullptr);
-    EXPECT_EQ(device.journal.count("player play "), 0U);
+    EXPECT_EQ(device.journal.count("-[AVAudioPlayer play] "), 0U);
     feedback.systemSoundID = 1104;
     play();
-    EXPECT_EQ(device.journal.linesWith("player play "),
-              (Lines{"player play " + kFolder + "/key_press_click.caf"}));
+    EXPECT_EQ(device.journal.linesWith("-[AVAudioPlayer play] "),
+              (Lines{"-[AVAudioPlayer play] " + kFolder + "/key_press_click.caf"}));
 }
 
 // A feedback's sound and one of the home screen take the same place.
@@ -250,7 +242,7 @@ TEST_F(SoundHook, OneSoundAtATimeWhicheverAskedForIt) {
     EXPECT_EQ(device.journal.lines(), joined({{"orig SBUISound 1005"},
                                               searchLines({"A"}),
                                               askLines(kFolder),
-                                              {"player gone " + kLock}}));
+                                              {"-[AVAudioPlayer dealloc] " + kLock}}));
 }
 
 // The switches are those of the settings as they were read, the themes those of the file now.
@@ -265,7 +257,7 @@ TEST_F(SoundHook, TheSwitchesWaitForANoticeTheThemesDoNot) {
     device.notifications.post("com.qor.velmoranthprefs.prefs");
     device.journal.clear();
     EXPECT_NE(sound(1002), nullptr);
-    EXPECT_EQ(device.journal.count("player "), 0U);
+    EXPECT_EQ(device.journal.count("-[AVAudioPlayer "), 0U);
     EXPECT_EQ(device.journal.log().size(), 1U);
 }
 
@@ -287,7 +279,7 @@ TEST_F(SoundHook, BothAreInstalledOnIos12Too) {
     feedback.systemSoundID = 1002;
     play();
     EXPECT_EQ(sound(1002), nullptr);
-    EXPECT_EQ(device.journal.count("player play "), 2U);
+    EXPECT_EQ(device.journal.count("-[AVAudioPlayer play] "), 2U);
 }
 
 }  // namespace

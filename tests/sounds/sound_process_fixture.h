@@ -35,32 +35,33 @@ namespace velmoranth::tests {
 [[nodiscard]] inline Lines searchLines(const Lines& themes) {
     Lines lines{kReadPreferences};
     for (const std::string& theme : themes) {
-        lines.push_back("fileExists " + soundFolder(theme));
+        lines.push_back("-[NSFileManager fileExistsAtPath:] " + soundFolder(theme));
     }
     return lines;
 }
 
 // Asking for a player of the file at that path; when there is none, nothing comes after.
 [[nodiscard]] inline Lines askLines(const std::string& path) {
-    return {"session shared", "session category AVAudioSessionCategoryAmbient", "session active",
-            "player of file " + path};
+    return {"+[AVAudioSession sharedInstance]",
+            "-[AVAudioSession setCategory:error:] AVAudioSession \"AVAudioSessionCategoryAmbient\"",
+            "-[AVAudioSession setActive:error:] AVAudioSession YES",
+            "-[AVAudioPlayer initWithContentsOfURL:error:] " + path};
 }
 
 // Playing the file, with the player of the file `before` in its place until then.
 [[nodiscard]] inline Lines playLines(const std::string& path, const std::string& before = {}) {
     Lines lines = askLines(path);
     if (!before.empty()) {
-        lines.push_back("player gone " + before);
+        lines.push_back("-[AVAudioPlayer dealloc] " + before);
     }
-    lines.push_back("player prepare " + path);
-    lines.push_back("player play " + path);
+    lines.push_back("-[AVAudioPlayer prepareToPlay] " + path);
+    lines.push_back("-[AVAudioPlayer play] " + path);
     return lines;
 }
 
-struct TestFeedback final : platform::UIFeedback {
-    explicit TestFeedback(Journal& written) : journal(written) {}
+inline constexpr const char* kReadNumber = "-[_UIFeedback _effectiveSystemSoundID] _UIFeedback";
 
-    Journal& journal;
+struct TestFeedback final : platform::UIFeedback {
     std::uint32_t systemSoundID = 1000;
     // What the next reads give, one each.
     std::vector<std::uint32_t> nextIDs;
@@ -68,7 +69,7 @@ struct TestFeedback final : platform::UIFeedback {
     [[nodiscard]] std::string className() const override { return "_UIFeedback"; }
 
     [[nodiscard]] std::uint32_t _effectiveSystemSoundID() override {
-        journal.write("_effectiveSystemSoundID");
+        record::tell(*this, record::messageOf("UIFeedback", "_effectiveSystemSoundID"));
         if (!nextIDs.empty()) {
             systemSoundID = nextIDs.front();
             nextIDs.erase(nextIDs.begin());
@@ -123,7 +124,7 @@ class SoundProcess : public ::testing::Test {
     }
 
     TestDevice device;
-    TestFeedback feedback{device.journal};
+    TestFeedback feedback;
     bool platformHasSounds = true;
     int soundsAskedFor = 0;
 

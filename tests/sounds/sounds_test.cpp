@@ -14,7 +14,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 using platform::ObjectRef;
-using tests::RecordingAudioPlayer;
+using tests::TestAudioPlayer;
 
 struct PanelSound {
     void (Sounds::*method)(const ObjectRef& sender);
@@ -25,9 +25,9 @@ struct PanelSound {
 
 const std::vector<PanelSound>& panelSounds() {
     static const std::vector<PanelSound> sounds{
-        {&Sounds::PlayButtonClick, "button_click.caf", "0.0500000007", 0.05F},
-        {&Sounds::PlaySlide, "cell_swoosh.caf", "0.800000012", 0.8F},
-        {&Sounds::PlaySlideWithClick, "SlideClick.caf", "0.0500000007", 0.05F},
+        {&Sounds::PlayButtonClick, "button_click.caf", "0.05", 0.05F},
+        {&Sounds::PlaySlide, "cell_swoosh.caf", "0.8", 0.8F},
+        {&Sounds::PlaySlideWithClick, "SlideClick.caf", "0.05", 0.05F},
         {&Sounds::PlayError, "Error.caf", "0.5", 0.5F},
         {&Sounds::PlayReboot, "Reboot.caf", "0.5", 0.5F},
         {&Sounds::PlaySuccess, "success.aif", "0.5", 0.5F},
@@ -55,20 +55,22 @@ class SoundsTest : public ::testing::Test {
         ((*sounds).*panelSounds().at(index).method)(sender);
     }
 
-    static std::string dataName(std::size_t index) {
-        return "data of " + std::to_string(index + 1) + " bytes";
-    }
+    static std::string bytesOf(std::size_t index) { return std::to_string(index + 1) + " bytes"; }
+
+    static std::string dataName(std::size_t index) { return "data of " + bytesOf(index); }
 
     // What playing it writes; `before` is the sound that played until then, from 0 on.
     static Lines lines(std::size_t index, int before = -1) {
         const PanelSound& sound = panelSounds().at(index);
-        Lines expected{"data " + pathOf(sound), "player of " + dataName(index)};
+        Lines expected{"+[NSData dataWithContentsOfFile:] " + pathOf(sound),
+                       "-[AVAudioPlayer initWithData:error:] " + bytesOf(index)};
         if (before >= 0) {
-            expected.push_back("player gone " + dataName(static_cast<std::size_t>(before)));
+            expected.push_back("-[AVAudioPlayer dealloc] " +
+                               dataName(static_cast<std::size_t>(before)));
         }
-        expected.emplace_back("player delegate Sounds");
-        expected.push_back(std::string("player volume ") + sound.volume);
-        expected.push_back("player play " + dataName(index));
+        expected.push_back("-[AVAudioPlayer setDelegate:] " + dataName(index) + " Sounds");
+        expected.push_back("-[AVAudioPlayer setVolume:] " + dataName(index) + " " + sound.volume);
+        expected.push_back("-[AVAudioPlayer play] " + dataName(index));
         return expected;
     }
 
@@ -83,7 +85,7 @@ TEST_F(SoundsTest, EachPlaysItsFileAtItsVolume) {
         device.journal.clear();
         play(i);
         EXPECT_EQ(device.journal.lines(), lines(i, static_cast<int>(i) - 1));
-        const auto player = std::dynamic_pointer_cast<RecordingAudioPlayer>(sounds->soundToPlay());
+        const auto player = std::dynamic_pointer_cast<TestAudioPlayer>(sounds->soundToPlay());
         ASSERT_NE(player, nullptr);
         EXPECT_EQ(player->name(), dataName(i));
         EXPECT_EQ(player->volume(), panelSounds()[i].number);
@@ -107,7 +109,8 @@ TEST_F(SoundsTest, MissingFilesAreSilent) {
         device.journal.clear();
         play(i);
         EXPECT_EQ(device.journal.lines(),
-                  (Lines{"data " + pathOf(panelSounds()[i]), "player of nil data"}));
+                  (Lines{"+[NSData dataWithContentsOfFile:] " + pathOf(panelSounds()[i]),
+                         "-[AVAudioPlayer initWithData:error:] nil"}));
         EXPECT_EQ(sounds->soundToPlay(), nullptr);
     }
 }
@@ -116,7 +119,8 @@ TEST_F(SoundsTest, AFolderInTheFilesPlaceIsSilent) {
     device.folder(pathOf(panelSounds()[3]));
     play(3);
     EXPECT_EQ(device.journal.lines(),
-              (Lines{"data " + pathOf(panelSounds()[3]), "player of nil data"}));
+              (Lines{"+[NSData dataWithContentsOfFile:] " + pathOf(panelSounds()[3]),
+                     "-[AVAudioPlayer initWithData:error:] nil"}));
 }
 
 TEST_F(SoundsTest, TheSecondOfTwoReplacesTheFirst) {
@@ -138,8 +142,10 @@ TEST_F(SoundsTest, AMissingFileStopsTheSoundBefore) {
     play(0);
     device.journal.clear();
     play(3);
-    EXPECT_EQ(device.journal.lines(), (Lines{"data " + pathOf(panelSounds()[3]),
-                                             "player of nil data", "player gone " + dataName(0)}));
+    EXPECT_EQ(device.journal.lines(),
+              (Lines{"+[NSData dataWithContentsOfFile:] " + pathOf(panelSounds()[3]),
+                     "-[AVAudioPlayer initWithData:error:] nil",
+                     "-[AVAudioPlayer dealloc] " + dataName(0)}));
     EXPECT_EQ(sounds->soundToPlay(), nullptr);
 }
 
@@ -148,19 +154,22 @@ TEST_F(SoundsTest, TheFileIsReadForEverySound) {
     play(0);
     device.file(pathOf(panelSounds()[0]), "longer");
     play(0);
-    EXPECT_EQ(device.journal.linesWith("player play "),
-              (Lines{"player play data of 1 bytes", "player play data of 6 bytes"}));
+    EXPECT_EQ(
+        device.journal.linesWith("-[AVAudioPlayer play] "),
+        (Lines{"-[AVAudioPlayer play] data of 1 bytes", "-[AVAudioPlayer play] data of 6 bytes"}));
 }
 
 TEST_F(SoundsTest, InitClassMakesTheSessionAmbientAndNoMore) {
     sounds->initClass(sounds);
-    EXPECT_EQ(device.journal.lines(),
-              (Lines{"session shared", "session category AVAudioSessionCategoryAmbient"}));
+    EXPECT_EQ(device.journal.lines(), (Lines{"+[AVAudioSession sharedInstance]",
+                                             "-[AVAudioSession setCategory:error:] AVAudioSession "
+                                             "\"AVAudioSessionCategoryAmbient\""}));
     device.journal.clear();
     device.audio.session()->succeeds = false;
     sounds->initClass(sounds);
-    EXPECT_EQ(device.journal.lines(),
-              (Lines{"session shared", "session category AVAudioSessionCategoryAmbient"}));
+    EXPECT_EQ(device.journal.lines(), (Lines{"+[AVAudioSession sharedInstance]",
+                                             "-[AVAudioSession setCategory:error:] AVAudioSession "
+                                             "\"AVAudioSessionCategoryAmbient\""}));
 }
 
 TEST_F(SoundsTest, InitClassWithNilDoesNothing) {
@@ -173,19 +182,20 @@ TEST_F(SoundsTest, PlayingDoesNotTouchTheSession) {
     for (std::size_t i = 0; i < panelSounds().size(); ++i) {
         play(i);
     }
-    EXPECT_EQ(device.journal.count("session "), 0U);
+    EXPECT_EQ(device.journal.count("-[AVAudioSession "), 0U);
+    EXPECT_EQ(device.journal.count("+[AVAudioSession "), 0U);
 }
 
 TEST_F(SoundsTest, ThePlayerCanBeReplacedAndTaken) {
     EXPECT_EQ(sounds->soundToPlay(), nullptr);
-    auto player = std::make_shared<RecordingAudioPlayer>(device.journal, "mine");
+    auto player = std::make_shared<TestAudioPlayer>("mine");
     sounds->setSoundToPlay(player);
     EXPECT_EQ(sounds->soundToPlay(), player);
     player.reset();
     // Held, and set without being told anything.
     EXPECT_EQ(device.journal.lines(), Lines{});
     sounds->setSoundToPlay(nullptr);
-    EXPECT_EQ(device.journal.lines(), (Lines{"player gone mine"}));
+    EXPECT_EQ(device.journal.lines(), (Lines{"-[AVAudioPlayer dealloc] mine"}));
     EXPECT_EQ(sounds->soundToPlay(), nullptr);
 }
 
@@ -194,7 +204,7 @@ TEST_F(SoundsTest, ThePlayerGoesWithItsHolder) {
     play(0);
     device.journal.clear();
     sounds.reset();
-    EXPECT_EQ(device.journal.lines(), (Lines{"player gone " + dataName(0)}));
+    EXPECT_EQ(device.journal.lines(), (Lines{"-[AVAudioPlayer dealloc] " + dataName(0)}));
 }
 
 TEST_F(SoundsTest, TwoHoldersPlayBesideEachOther) {
@@ -203,8 +213,8 @@ TEST_F(SoundsTest, TwoHoldersPlayBesideEachOther) {
     play(0);
     sounds = std::make_shared<Sounds>();
     play(1);
-    EXPECT_EQ(device.journal.count("player gone "), 0U);
-    const auto player = std::dynamic_pointer_cast<RecordingAudioPlayer>(first->soundToPlay());
+    EXPECT_EQ(device.journal.count("-[AVAudioPlayer dealloc] "), 0U);
+    const auto player = std::dynamic_pointer_cast<TestAudioPlayer>(first->soundToPlay());
     ASSERT_NE(player, nullptr);
     EXPECT_EQ(player->delegate(), first.get());
 }

@@ -11,30 +11,33 @@ Service& chosen(Service* replacement, Service& now) {
 
 }  // namespace
 
+platform::Platform withServices(const platform::Platform& now, const ReplacedServices& replaced) {
+    return {.objc = now.objc,
+            .substrate = now.substrate,
+            .coreFoundation = chosen(replaced.coreFoundation, now.coreFoundation),
+            .darwinNotifications = now.darwinNotifications,
+            .propertyLists = chosen(replaced.propertyLists, now.propertyLists),
+            .fileManager = chosen(replaced.fileManager, now.fileManager),
+            .bundles = now.bundles,
+            .catalogClass = now.catalogClass,
+            .dates = now.dates,
+            .log = chosen(replaced.log, now.log),
+            .libSystem = chosen(replaced.libSystem, now.libSystem),
+            .coreGraphics = chosen(replaced.coreGraphics, now.coreGraphics),
+            .images = chosen(replaced.images, now.images),
+            .imageContexts = chosen(replaced.imageContexts, now.imageContexts),
+            .fonts = chosen(replaced.fonts, now.fonts),
+            .views = chosen(replaced.views, now.views),
+            .device = chosen(replaced.device, now.device),
+            .screen = now.screen,
+            .springBoard = now.springBoard,
+            .audio = chosen(replaced.audio, now.audio),
+            .alerts = now.alerts,
+            .application = now.application};
+}
+
 void replaceServices(const ReplacedServices& replaced) {
-    const platform::Platform& now = platform::platform();
-    platform::setPlatform({.objc = now.objc,
-                           .substrate = now.substrate,
-                           .coreFoundation = chosen(replaced.coreFoundation, now.coreFoundation),
-                           .darwinNotifications = now.darwinNotifications,
-                           .propertyLists = chosen(replaced.propertyLists, now.propertyLists),
-                           .fileManager = chosen(replaced.fileManager, now.fileManager),
-                           .bundles = now.bundles,
-                           .catalogClass = now.catalogClass,
-                           .dates = now.dates,
-                           .log = chosen(replaced.log, now.log),
-                           .libSystem = chosen(replaced.libSystem, now.libSystem),
-                           .coreGraphics = chosen(replaced.coreGraphics, now.coreGraphics),
-                           .images = chosen(replaced.images, now.images),
-                           .imageContexts = chosen(replaced.imageContexts, now.imageContexts),
-                           .fonts = chosen(replaced.fonts, now.fonts),
-                           .views = chosen(replaced.views, now.views),
-                           .device = chosen(replaced.device, now.device),
-                           .screen = now.screen,
-                           .springBoard = now.springBoard,
-                           .audio = chosen(replaced.audio, now.audio),
-                           .alerts = now.alerts,
-                           .application = now.application});
+    platform::setPlatform(withServices(platform::platform(), replaced));
 }
 
 }  // namespace velmoranth::tests

@@ -21,6 +21,10 @@ struct ReplacedServices {
     platform::Audio* audio = nullptr;
 };
 
+// All of them, with those in their places.
+[[nodiscard]] platform::Platform withServices(const platform::Platform& now,
+                                              const ReplacedServices& replaced);
+
 void replaceServices(const ReplacedServices& replaced);
 
 }  // namespace velmoranth::tests

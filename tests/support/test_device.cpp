@@ -4,10 +4,12 @@
 #include "desktop/imaging/bitmap_image.h"
 #include "desktop/services/services.h"
 
+#include "record/recorded_services.h"
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
+#include <deque>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -100,77 +102,85 @@ struct TestDevice::Services {
     Services(TestDevice& device, double scale)
         : real(makeRoot(device.hostFolder_),
                {.screenScale = scale, .siblings = desktop::ScaledSiblings::off}, nullptr),
-          files(device.journal, real.fileManager()),
-          plists(device.journal, real.propertyLists()),
-          log(device.journal),
-          libSystem(device.journal, device.libSystem),
-          coreGraphics(device.journal, real.coreGraphics()),
-          contexts(device.journal, real.imageContexts()),
-          images(device.journal, real.images()),
-          fonts(device.journal, real.fonts()),
-          views(device.journal, real.views()),
-          objc(device.journal, device.runtime),
-          substrate(device.journal, device.runtime) {}
+          files(real.fileManager()),
+          platform{.objc = device.runtime,
+                   .substrate = device.runtime,
+                   .coreFoundation = device.system,
+                   .darwinNotifications = device.notifications,
+                   .propertyLists = real.propertyLists(),
+                   .fileManager = files,
+                   .bundles = device.bundles,
+                   .catalogClass = device.catalogClass,
+                   .dates = device.dates,
+                   .log = log,
+                   .libSystem = device.libSystem,
+                   .coreGraphics = real.coreGraphics(),
+                   .images = real.images(),
+                   .imageContexts = real.imageContexts(),
+                   .fonts = real.fonts(),
+                   .views = real.views(),
+                   .device = device.idiom,
+                   .screen = device.screen,
+                   .springBoard = device.springBoard,
+                   .audio = device.audio,
+                   .alerts = alerts,
+                   .application = device.application} {}
+
+    // Those that tests look into by themselves stay as they are, unless a test has brought them.
+    void record(const platform::Platform& all, const ReplacedServices& brought = {}) {
+        recorded.emplace_back(all, nullptr);
+        const platform::Platform& own = recorded.back().platform();
+        platform::setPlatform({.objc = own.objc,
+                               .substrate = own.substrate,
+                               .coreFoundation = brought.coreFoundation == nullptr
+                                                     ? all.coreFoundation
+                                                     : own.coreFoundation,
+                               .darwinNotifications = own.darwinNotifications,
+                               .propertyLists = own.propertyLists,
+                               .fileManager = own.fileManager,
+                               .bundles = own.bundles,
+                               .catalogClass = own.catalogClass,
+                               .dates = own.dates,
+                               .log = own.log,
+                               .libSystem = own.libSystem,
+                               .coreGraphics = own.coreGraphics,
+                               .images = own.images,
+                               .imageContexts = own.imageContexts,
+                               .fonts = own.fonts,
+                               .views = own.views,
+                               .device = brought.device == nullptr ? all.device : own.device,
+                               .screen = all.screen,
+                               .springBoard = all.springBoard,
+                               .audio = own.audio,
+                               .alerts = own.alerts,
+                               .application = own.application});
+    }
 
     desktop::Services real;
-    RecordingFileManager files;
-    RecordingPropertyLists plists;
-    RecordingLog log;
-    RecordingLibSystem libSystem;
-    RecordingCoreGraphics coreGraphics;
-    RecordingImageContexts contexts;
-    RecordingImages images;
-    RecordingFonts fonts;
-    RecordingViews views;
-    RecordingObjcRuntime objc;
-    RecordingSubstrate substrate;
+    FailingFileManager files;
+    DroppedLog log;
+    desktop::DesktopAlerts alerts;
+    const platform::Platform platform;
+    std::deque<record::RecordedServices> recorded;  // the last one is in use
 };
 
 TestDevice::TestDevice(double screenScale)
     : runtime([this](const std::string& line) { journal.write("warning: " + line); }),
       screen(screenScale),
-      audio(journal,
-            [this](const std::string& path) {
-                return std::filesystem::is_regular_file(hostFolder_ + path);
-            }),
-      alerts(journal),
-      application(journal),
-      notifications(journal),
-      dates(journal),
-      bundles(journal),
-      catalogClass(journal),
+      audio([this](const std::string& path) {
+          return std::filesystem::is_regular_file(hostFolder_ + path);
+      }),
       hostFolder_(makeTemporaryFolder()),
+      inEngine_(std::in_place),
       libSystem(hostFolder_) {
     services_ = std::make_unique<Services>(*this, screenScale);
-    Services& all = *services_;
-    all.real.images().setSendApplicationIconImage(
+    services_->real.images().setSendApplicationIconImage(
         [this](const platform::NullableString& identifier, int format, double scale) {
             return runtime.sendToClass<platform::ImageRef, platform::NullableString, int, double>(
                 "UIImage", "_applicationIconImageForBundleIdentifier:format:scale:", identifier,
                 format, scale);
         });
-    platform::setPlatform({.objc = all.objc,
-                           .substrate = all.substrate,
-                           .coreFoundation = system,
-                           .darwinNotifications = notifications,
-                           .propertyLists = all.plists,
-                           .fileManager = all.files,
-                           .bundles = bundles,
-                           .catalogClass = catalogClass,
-                           .dates = dates,
-                           .log = all.log,
-                           .libSystem = all.libSystem,
-                           .coreGraphics = all.coreGraphics,
-                           .images = all.images,
-                           .imageContexts = all.contexts,
-                           .fonts = all.fonts,
-                           .views = all.views,
-                           .device = idiom,
-                           .screen = screen,
-                           .springBoard = springBoard,
-                           .audio = audio,
-                           .alerts = alerts,
-                           .application = application});
+    services_->record(services_->platform);
 }
 
 TestDevice::~TestDevice() {
@@ -239,7 +249,21 @@ platform::ImageRef TestDevice::image(const Pixels& pixels, double scale) const {
         scale);
 }
 
-RecordingFileManager& TestDevice::fileManager() {
+void TestDevice::useServices(const ReplacedServices& replaced) {
+    services_->record(withServices(services_->platform, replaced), replaced);
+}
+
+const platform::Platform& TestDevice::services() const {
+    return services_->platform;
+}
+
+void TestDevice::stopRecording() {
+    platform::setPlatform(services_->platform);
+    record::Recorder::setCurrent(nullptr);
+    inEngine_.reset();
+}
+
+FailingFileManager& TestDevice::fileManager() {
     return services_->files;
 }
 

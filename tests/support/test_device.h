@@ -1,6 +1,6 @@
 // A device for a test: a fresh device root in a temporary folder, the real services of the desktop
-// over it, each call written into a journal, and an object runtime without classes. The platform
-// record of the process is this device's for its life.
+// over it, recorded, and an object runtime without classes. The platform record of the process is
+// this device's for its life, and what its thread does is the engine's.
 #pragma once
 
 #include "desktop/files/device_root.h"
@@ -8,13 +8,17 @@
 #include "desktop/runtime/runtime.h"
 #include "platform/platform.h"
 #include "tests/support/journal.h"
-#include "tests/support/recording_alerts.h"
-#include "tests/support/recording_audio.h"
-#include "tests/support/recording_services.h"
+#include "tests/support/replaced_services.h"
+#include "tests/support/test_application.h"
+#include "tests/support/test_audio.h"
+#include "tests/support/test_services.h"
+
+#include "record/recorder.h"
 
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -167,30 +171,38 @@ class TestDevice {
 
     [[nodiscard]] const std::string& hostFolder() const { return hostFolder_; }
 
+    // Services of the test's own, below the recorder (replaceServices() puts them above it). They
+    // outlive the engine.
+    void useServices(const ReplacedServices& replaced);
+    // The services themselves, unrecorded.
+    [[nodiscard]] const platform::Platform& services() const;
+    // From now on they are the platform, and nothing is the engine's by itself.
+    void stopRecording();
+
     Journal journal;
     desktop::Runtime runtime;
     TestSystem system;
     TestIdiom idiom;
     TestScreen screen;
     TestSpringBoard springBoard;
-    RecordingAudio audio;
-    RecordingAlerts alerts;
-    RecordingApplication application;
-    RecordingNotificationCenter notifications;
-    RecordingDates dates;
-    RecordingBundles bundles;
-    RecordingCatalogClass catalogClass;
+    TestAudio audio;
+    TestApplication application;
+    TestNotificationCenter notifications;
+    TestDates dates;
+    TestBundles bundles;
+    TestCatalogClass catalogClass;
 
   private:
     struct Services;
 
     std::string hostFolder_;
     std::unique_ptr<Services> services_;
+    std::optional<record::InEngine> inEngine_;
 
   public:
     TestLibSystem libSystem;
     // To make the next operation fail.
-    [[nodiscard]] RecordingFileManager& fileManager();
+    [[nodiscard]] FailingFileManager& fileManager();
     // The drawing services themselves, unrecorded.
     [[nodiscard]] desktop::DesktopImages& images() const;
     // The clock of the animations.

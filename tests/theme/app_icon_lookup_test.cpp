@@ -55,11 +55,13 @@ TEST_F(AppIconSearch, TakesTheFirstThemeThatHasTheFile) {
     icon("B/IconBundles/com.a-large.png");
     icon("C/IconBundles/com.a-large.png", kBlue);
     EXPECT_EQ(drawnPixels(search("com.a", fallBack)), solid(6, 6, kRed));
-    EXPECT_EQ(device.journal.lines(),
-              (Lines{kReadPreferences, kReadPreferences,
-                     "fileExists /Library/Themes/A/IconBundles/com.a-large.png",
-                     "fileExists /Library/Themes/B/IconBundles/com.a-large.png",
-                     "load /Library/Themes/B/IconBundles/com.a-large.png"}));
+    EXPECT_EQ(
+        device.journal.lines(),
+        (Lines{
+            kReadPreferences, kReadPreferences,
+            "-[NSFileManager fileExistsAtPath:] /Library/Themes/A/IconBundles/com.a-large.png",
+            "-[NSFileManager fileExistsAtPath:] /Library/Themes/B/IconBundles/com.a-large.png",
+            "+[UIImage imageWithContentsOfFile:] /Library/Themes/B/IconBundles/com.a-large.png"}));
 }
 
 TEST_F(AppIconSearch, TriesNoOtherName) {
@@ -71,25 +73,29 @@ TEST_F(AppIconSearch, TriesNoOtherName) {
     }
     icon("A/Bundles/com.a-large.png");
     EXPECT_EQ(search("com.a", fallBack), fallBack);
-    EXPECT_EQ(device.journal.lines(),
-              (Lines{kReadPreferences, kReadPreferences,
-                     "fileExists /Library/Themes/A/IconBundles/com.a-large.png"}));
+    EXPECT_EQ(
+        device.journal.lines(),
+        (Lines{
+            kReadPreferences, kReadPreferences,
+            "-[NSFileManager fileExistsAtPath:] /Library/Themes/A/IconBundles/com.a-large.png"}));
 }
 
 TEST_F(AppIconSearch, LogsItsStepsInOrder) {
     device.activeThemes({"A", "B"}, {{"enableLogging", true}});
     icon("B/IconBundles/com.a-large.png");
     search("com.a", fallBack);
-    EXPECT_EQ(device.journal.lines(),
-              (Lines{kReadPreferences,
-                     "log: Velmoranth.M searchforIconInIconBundlesWithLeafIdentifier: com.a",
-                     kReadPreferences,
-                     "log: Velmoranth GetICON  /Library/Themes/A/IconBundles/com.a-large.png",
-                     "fileExists /Library/Themes/A/IconBundles/com.a-large.png",
-                     "log: Velmoranth GetICON  /Library/Themes/B/IconBundles/com.a-large.png",
-                     "fileExists /Library/Themes/B/IconBundles/com.a-large.png",
-                     "log: Velmoranth BUNDLE FOUND in theme B/com.a-large ",
-                     "load /Library/Themes/B/IconBundles/com.a-large.png"}));
+    EXPECT_EQ(
+        device.journal.lines(),
+        (Lines{
+            kReadPreferences,
+            "log Velmoranth.M searchforIconInIconBundlesWithLeafIdentifier: com.a",
+            kReadPreferences,
+            "log Velmoranth GetICON  /Library/Themes/A/IconBundles/com.a-large.png",
+            "-[NSFileManager fileExistsAtPath:] /Library/Themes/A/IconBundles/com.a-large.png",
+            "log Velmoranth GetICON  /Library/Themes/B/IconBundles/com.a-large.png",
+            "-[NSFileManager fileExistsAtPath:] /Library/Themes/B/IconBundles/com.a-large.png",
+            "log Velmoranth BUNDLE FOUND in theme B/com.a-large ",
+            "+[UIImage imageWithContentsOfFile:] /Library/Themes/B/IconBundles/com.a-large.png"}));
 }
 
 TEST_F(AppIconSearch, UnreadableFirstFileGivesNilAndEndsTheSearch) {
@@ -97,9 +103,10 @@ TEST_F(AppIconSearch, UnreadableFirstFileGivesNilAndEndsTheSearch) {
     device.file("/Library/Themes/A/IconBundles/com.a-large.png", "no picture");
     icon("B/IconBundles/com.a-large.png");
     EXPECT_EQ(search("com.a", fallBack), nullptr);
-    EXPECT_EQ(device.journal.lines().back(), "load /Library/Themes/A/IconBundles/com.a-large.png");
+    EXPECT_EQ(device.journal.lines().back(),
+              "+[UIImage imageWithContentsOfFile:] /Library/Themes/A/IconBundles/com.a-large.png");
     EXPECT_EQ(device.journal.log().back(), "Velmoranth BUNDLE FOUND in theme A/com.a-large ");
-    EXPECT_EQ(device.journal.count("fileExists"), 1U);
+    EXPECT_EQ(device.journal.count("-[NSFileManager fileExistsAtPath:]"), 1U);
 }
 
 TEST_F(AppIconSearch, AFolderOfThatNameExistsToo) {
@@ -125,7 +132,7 @@ TEST_F(AppIconSearch, DumpsTheFallBackBeforeItsFirstLine) {
     EXPECT_EQ(log[0], "VelmoranthImageDump imgToDump: " + fallBack->description() +
                           "    Imgnamed: com.a   inBundle: IconBundles");
     EXPECT_EQ(log[1], "Velmoranth.M searchforIconInIconBundlesWithLeafIdentifier: com.a");
-    EXPECT_EQ(device.journal.count("readPlist"), 3U);
+    EXPECT_EQ(device.journal.count("+[NSDictionary dictionaryWithContentsOfFile:]"), 3U);
 }
 
 TEST_F(AppIconSearch, DumpsWhetherOrNotAThemeHasTheFile) {
@@ -175,10 +182,11 @@ TEST_F(AppIconSearch, ReadsTheMasksSwitchTooAndForgetsIt) {
     EXPECT_EQ(search("com.a", fallBack), fallBack);
     EXPECT_EQ(
         device.journal.lines(),
-        (Lines{kReadPreferences, "objectForKey enableImageDump", "boolValue (null)",
-               "objectForKey enableLogging", "boolValue (null)", "objectForKey enableIconMask",
-               "boolValue 1", kReadPreferences, "objectForKey ActiveThemes",
-               "fileExists /Library/Themes/A/IconBundles/com.a-large.png"}));
+        (Lines{
+            kReadPreferences, "objectForKey enableImageDump", "boolValue (null)",
+            "objectForKey enableLogging", "boolValue (null)", "objectForKey enableIconMask",
+            "boolValue 1", kReadPreferences, "objectForKey ActiveThemes",
+            "-[NSFileManager fileExistsAtPath:] /Library/Themes/A/IconBundles/com.a-large.png"}));
     EXPECT_FALSE(core::settings().enableIconMask);
     device.journal.clear();
     EXPECT_EQ(InterfaceImageLookup::deviceUIImageNamedOriginalUIImage("x", fallBack), fallBack);
@@ -190,7 +198,7 @@ TEST_F(AppIconSearch, NilIdentifierIsSearchedAsItPrints) {
     device.activeThemes({"A"}, {{"enableLogging", true}});
     EXPECT_EQ(search(std::nullopt, fallBack), fallBack);
     EXPECT_EQ(device.journal.lines().back(),
-              "fileExists /Library/Themes/A/IconBundles/(null)-large.png");
+              "-[NSFileManager fileExistsAtPath:] /Library/Themes/A/IconBundles/(null)-large.png");
     EXPECT_EQ(device.journal.log().front(),
               "Velmoranth.M searchforIconInIconBundlesWithLeafIdentifier: (null)");
 }

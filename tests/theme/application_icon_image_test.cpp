@@ -25,10 +25,19 @@ using tests::Lines;
 using tests::solid;
 
 constexpr const char* kOrig = "orig UIImage com.a 2 3";
-const Lines kRedraw{"begin {4, 4} clear 0", "draw {0, 0, 4, 4}", "snapshot", "end"};
+
+// Of the image that words tell so, at 4 × 4 points.
+Lines redraw(const std::string& image) {
+    return {"UIGraphicsBeginImageContextWithOptions 4×4 NO 0",
+            "-[UIImage drawInRect:] " + image + " (0, 0) 4×4",
+            "UIGraphicsGetImageFromCurrentImageContext", "UIGraphicsEndImageContext"};
+}
+
+const Lines kRedraw = redraw("4×4 @3x");
+const Lines kRedrawOfThemes = redraw("6×6 @1x");
 const Lines kSearch{kReadPreferences, kReadPreferences};
-constexpr const char* kUse = "log: Velmoranth useIconFromDict : com.a.2";
-constexpr const char* kLoad = "log: Velmoranth loadIconFromTheme : com.a";
+constexpr const char* kUse = "log Velmoranth useIconFromDict : com.a.2";
+constexpr const char* kLoad = "log Velmoranth loadIconFromTheme : com.a";
 
 class ApplicationIconOniOS12 : public AppIcons {
   protected:
@@ -58,7 +67,7 @@ TEST_F(ApplicationIconOniOS12, WithLoggingAloneAsksThePlatformThreeTimes) {
     EXPECT_EQ(applicationIcon("com.a", 4, 2.5), platformImage);
     const std::string orig = "orig UIImage com.a 4 2.5";
     EXPECT_EQ(taken(), (Lines{orig, orig,
-                              "log: VELMORANTH _applicationIconImageForBundleIdentifier arg1: "
+                              "log VELMORANTH _applicationIconImageForBundleIdentifier arg1: "
                               "com.a format: 4 Scale:2.500000  Orig: " +
                                   platformImage->description(),
                               orig}));
@@ -78,11 +87,15 @@ TEST_F(ApplicationIconOniOS12, DrawsTheThemesIconAtThePlatformsSize) {
     settings({"A"}, {{"enable", true}});
     themeIcon("A/IconBundles/com.a-large.png");
     const ImageRef image = applicationIcon("com.a");
-    EXPECT_EQ(taken(), joined({{kOrig, kLoad, kOrig},
-                               kSearch,
-                               {"fileExists /Library/Themes/A/IconBundles/com.a-large.png",
-                                "load /Library/Themes/A/IconBundles/com.a-large.png", kOrig},
-                               kRedraw}));
+    EXPECT_EQ(
+        taken(),
+        joined(
+            {{kOrig, kLoad, kOrig},
+             kSearch,
+             {"-[NSFileManager fileExistsAtPath:] /Library/Themes/A/IconBundles/com.a-large.png",
+              "+[UIImage imageWithContentsOfFile:] /Library/Themes/A/IconBundles/com.a-large.png",
+              kOrig},
+             kRedrawOfThemes}));
     EXPECT_EQ(drawnPixels(image), solid(12, 12, kRed));
     EXPECT_EQ(image->scale(), 3);
     EXPECT_EQ(ThemedIconIdentifiers(), Lines{"com.a.2"});
@@ -93,8 +106,10 @@ TEST_F(ApplicationIconOniOS12, TakesTheSizeFromAFreshAnswer) {
     settings({}, {{"enable", true}});
     answers = {platformImage, platformImage, device.image(solid(15, 9, kBlue))};
     const ImageRef image = applicationIcon("com.a");
-    EXPECT_EQ(device.journal.linesWith("begin"), Lines{"begin {5, 3} clear 0"});
-    EXPECT_EQ(device.journal.linesWith("draw"), Lines{"draw {0, 0, 5, 3}"});
+    EXPECT_EQ(device.journal.linesWith("UIGraphicsBeginImageContextWithOptions"),
+              Lines{"UIGraphicsBeginImageContextWithOptions 5×3 NO 0"});
+    EXPECT_EQ(device.journal.linesWith("-[UIImage drawInRect:] "),
+              Lines{"-[UIImage drawInRect:] 4×4 @3x (0, 0) 5×3"});
     EXPECT_EQ(drawnPixels(image), solid(15, 9, kGreen));
 }
 
@@ -141,16 +156,18 @@ TEST_F(ApplicationIconOniOS12, LogsItsStepsInOrder) {
     settings({"A"}, {{"enable", true}, {"enableLogging", true}});
     applicationIcon("com.a");
     const std::string opening =
-        "log: VELMORANTH _applicationIconImageForBundleIdentifier arg1: com.a format: 2 "
+        "log VELMORANTH _applicationIconImageForBundleIdentifier arg1: com.a format: 2 "
         "Scale:3.000000  Orig: " +
         platformImage->description();
-    EXPECT_EQ(taken(),
-              joined({{kOrig, kOrig, opening, kLoad, kOrig, kReadPreferences,
-                       "log: Velmoranth.M searchforIconInIconBundlesWithLeafIdentifier: com.a",
-                       kReadPreferences,
-                       "log: Velmoranth GetICON  /Library/Themes/A/IconBundles/com.a-large.png",
-                       "fileExists /Library/Themes/A/IconBundles/com.a-large.png", kOrig},
-                      kRedraw}));
+    EXPECT_EQ(
+        taken(),
+        joined({{kOrig, kOrig, opening, kLoad, kOrig, kReadPreferences,
+                 "log Velmoranth.M searchforIconInIconBundlesWithLeafIdentifier: com.a",
+                 kReadPreferences,
+                 "log Velmoranth GetICON  /Library/Themes/A/IconBundles/com.a-large.png",
+                 "-[NSFileManager fileExistsAtPath:] /Library/Themes/A/IconBundles/com.a-large.png",
+                 kOrig},
+                kRedraw}));
     applicationIcon("com.a");
     EXPECT_EQ(taken(), (Lines{kOrig, kOrig, opening, kUse}));
 }
@@ -180,7 +197,8 @@ TEST_F(ApplicationIconOniOS12, UnreadableThemeFileKeepsAnEmptyImageOfThePlatform
     device.png("/Library/Themes/A/com.apple.mobileicons.framework/AppIconMask.png",
                solid(12, 12, {0, 0, 0, 255}));
     const ImageRef image = applicationIcon("com.a");
-    EXPECT_EQ(device.journal.linesWith("draw"), Lines{"draw nil {0, 0, 4, 4}"});
+    EXPECT_EQ(device.journal.linesWith("-[UIImage drawInRect:] "),
+              Lines{"-[UIImage drawInRect:] nil (0, 0) 4×4"});
     EXPECT_EQ(drawnPixels(image), solid(12, 12, {0, 0, 0, 0}));
     EXPECT_EQ(ThemedIconIdentifiers(), Lines{"com.a.2"});
     EXPECT_EQ(applicationIcon("com.a"), image);
@@ -203,7 +221,7 @@ TEST_F(ApplicationIconOniOS13, WithLoggingAloneAsksThePlatformFourTimes) {
     settings({}, {{"enableLogging", true}});
     EXPECT_EQ(applicationIcon("com.a"), platformImage);
     EXPECT_EQ(taken(), (Lines{kOrig, kOrig, kOrig,
-                              "log: VELMORANTH _applicationIconImageForBundleIdentifier arg1: "
+                              "log VELMORANTH _applicationIconImageForBundleIdentifier arg1: "
                               "com.a  Orig: " +
                                   platformImage->description(),
                               kOrig}));
@@ -229,11 +247,13 @@ TEST_F(ApplicationIconOniOS13, NilSecondAnswerPassesThrough) {
 TEST_F(ApplicationIconOniOS13, DrawsTheThemesIconAtThePlatformsSizeAndKeepsNothing) {
     settings({"A"}, {{"enable", true}});
     themeIcon("A/IconBundles/com.a-large.png");
-    const Lines once = joined({{kOrig, kOrig, kOrig},
-                               kSearch,
-                               {"fileExists /Library/Themes/A/IconBundles/com.a-large.png",
-                                "load /Library/Themes/A/IconBundles/com.a-large.png", kOrig},
-                               kRedraw});
+    const Lines once = joined(
+        {{kOrig, kOrig, kOrig},
+         kSearch,
+         {"-[NSFileManager fileExistsAtPath:] /Library/Themes/A/IconBundles/com.a-large.png",
+          "+[UIImage imageWithContentsOfFile:] /Library/Themes/A/IconBundles/com.a-large.png",
+          kOrig},
+         kRedrawOfThemes});
     const ImageRef first = applicationIcon("com.a");
     EXPECT_EQ(taken(), once);
     EXPECT_EQ(drawnPixels(first), solid(12, 12, kRed));
@@ -263,11 +283,11 @@ TEST_F(ApplicationIconOniOS13, LogsItsStepsInOrder) {
     applicationIcon("com.a");
     EXPECT_EQ(taken(),
               joined({{kOrig, kOrig, kOrig,
-                       "log: VELMORANTH _applicationIconImageForBundleIdentifier arg1: com.a  "
+                       "log VELMORANTH _applicationIconImageForBundleIdentifier arg1: com.a  "
                        "Orig: " +
                            platformImage->description(),
                        kOrig, kReadPreferences,
-                       "log: Velmoranth.M searchforIconInIconBundlesWithLeafIdentifier: com.a",
+                       "log Velmoranth.M searchforIconInIconBundlesWithLeafIdentifier: com.a",
                        kReadPreferences, kOrig},
                       kRedraw}));
 }

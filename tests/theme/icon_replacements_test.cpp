@@ -34,11 +34,12 @@ const platform::Dictionary kLogged{{"enable", true}, {"enableLogging", true}};
 // The search through theme A, which has the file.
 Lines foundInA(const std::string& identifier) {
     const std::string path = "/Library/Themes/A/IconBundles/" + identifier + "-large.png";
-    return {kReadPreferences, kReadPreferences, "fileExists " + path, "load " + path};
+    return {kReadPreferences, kReadPreferences, "-[NSFileManager fileExistsAtPath:] " + path,
+            "+[UIImage imageWithContentsOfFile:] " + path};
 }
 
 std::string searchLine(const std::string& identifier) {
-    return "log: Velmoranth.M searchforIconInIconBundlesWithLeafIdentifier: " + identifier;
+    return "log Velmoranth.M searchforIconInIconBundlesWithLeafIdentifier: " + identifier;
 }
 
 class GetUnmaskedIconImage : public AppIcons {
@@ -100,8 +101,8 @@ TEST_F(GetUnmaskedIconImage, KeepsThePlatformsImageWithoutThemes) {
 
 TEST_F(GetUnmaskedIconImage, LogsWithAFreshAnswer) {
     settings({}, kLogged);
-    const std::string line = "log: VELMORANTH MainIcons, " + platformImage->description() +
-                             "  With Identifier: com.leaf";
+    const std::string line =
+        "log VELMORANTH MainIcons, " + platformImage->description() + "  With Identifier: com.leaf";
     unmaskedIcon();
     EXPECT_EQ(taken(), (Lines{kOrigUnmaskedIcon, kOrigUnmaskedIcon, line, kOrigUnmaskedIcon,
                               kReadPreferences, searchLine("com.leaf"), kReadPreferences}));
@@ -216,15 +217,15 @@ TEST_F(IconImageCache, CalendarIsLoggedBeforeItIsPassedThrough) {
     icon->node = "com.apple.mobilecal";
     EXPECT_EQ(imageForIcon(icon), platformImage);
     EXPECT_EQ(taken(), (Lines{kOrigImage, kOrigImage, kOrigImage,
-                              "log: VELMORANTH MainIcons, " + platformImage->description() +
+                              "log VELMORANTH MainIcons, " + platformImage->description() +
                                   "  With Identifier: com.apple.mobilecal",
                               kOrigImage}));
 }
 
 TEST_F(IconImageCache, LogsItsStepsInOrder) {
     settings({}, kLogged);
-    const std::string line = "log: VELMORANTH MainIcons, " + platformImage->description() +
-                             "  With Identifier: com.node";
+    const std::string line =
+        "log VELMORANTH MainIcons, " + platformImage->description() + "  With Identifier: com.node";
     imageForIcon(icon);
     EXPECT_EQ(taken(), (Lines{kOrigImage, kOrigImage, kOrigImage, line, kOrigImage,
                               kReadPreferences, searchLine("com.node"), kReadPreferences}));
@@ -237,7 +238,7 @@ TEST_F(IconImageCache, LogsItsStepsInOrder) {
     unmaskedImageForIcon(other);
     EXPECT_EQ(taken(),
               (Lines{kOrigUnmasked, kOrigUnmasked,
-                     "log: VELMORANTH MainIcons, " + platformImage->description() +
+                     "log VELMORANTH MainIcons, " + platformImage->description() +
                          "  With Identifier: com.other",
                      kOrigUnmasked, kReadPreferences, searchLine("com.other"), kReadPreferences}));
 }
@@ -299,7 +300,7 @@ TEST_F(ContentsImage, KeepsTheThemesImageUnderTheUniqueIdentifier) {
 
 TEST_F(ContentsImage, LogsItsStepsInOrder) {
     settings({}, kLogged);
-    const std::string line = "log: VELMORANTH SBIconImageView, " + platformImage->description() +
+    const std::string line = "log VELMORANTH SBIconImageView, " + platformImage->description() +
                              " contentsImage: com.unique";
     EXPECT_EQ(contentsImage(), platformImage);
     EXPECT_EQ(taken(), (Lines{kOrigContents, kOrigContents, kOrigContents, line, kOrigContents,

@@ -34,8 +34,11 @@ TEST_F(IconTheming, WithBothSwitchesOffGivesWhatTheSearchGives) {
     device.png(kMask, solid(12, 12, kHiding));
     device.png(kOverlay, solid(6, 6, kRed));
     EXPECT_EQ(themedIcon("com.a", platformImage), platformImage);
-    EXPECT_EQ(taken(), (Lines{kReadPreferences, kReadPreferences,
-                              "fileExists /Library/Themes/A/IconBundles/com.a-large.png"}));
+    EXPECT_EQ(
+        taken(),
+        (Lines{
+            kReadPreferences, kReadPreferences,
+            "-[NSFileManager fileExistsAtPath:] /Library/Themes/A/IconBundles/com.a-large.png"}));
 }
 
 TEST_F(IconTheming, MasksTheThemesIcon) {
@@ -61,7 +64,7 @@ TEST_F(IconTheming, WithoutAMaskFileMasksNothing) {
     settings({"A"}, {{"enableIconMask", true}});
     EXPECT_EQ(themedIcon("com.a", platformImage), platformImage);
     EXPECT_EQ(device.journal.log(), Lines{"UpdateIcons mask is (null)"});
-    EXPECT_EQ(device.journal.count("imageMaskCreate"), 0U);
+    EXPECT_EQ(device.journal.count("CGImageMaskCreate"), 0U);
 }
 
 TEST_F(IconTheming, OverlaysThePlatformsIcon) {
@@ -86,20 +89,14 @@ TEST_F(IconTheming, OverlayLiesOverTheMaskedIcon) {
     const ImageRef image = themedIcon("com.a", platformImage);
     EXPECT_EQ(image->size(), (platform::Size{6, 6}));
     EXPECT_EQ(drawnPixels(image), solid(18, 18, kBlue));
-    const Lines& lines = device.journal.lines();
-    const auto at = [&](const std::string& prefix) {
-        for (std::size_t i = 0; i < lines.size(); ++i) {
-            if (lines[i].starts_with(prefix)) {
-                return i;
-            }
-        }
-        return lines.size();
-    };
-    EXPECT_LT(at("load /Library/Themes/A/IconBundles/"), at(std::string("load ") + kMask));
-    EXPECT_LT(at("log: UpdateIcons mask is "), at("imageMaskCreate"));
-    EXPECT_LT(at("imageCreateWithMask"), at(std::string("load ") + kOverlay));
-    EXPECT_LT(at(std::string("load ") + kOverlay), at("begin {6, 6} clear 0"));
-    EXPECT_LT(at("begin {6, 6} clear 0"), lines.size());
+    const auto at = [&](const std::string& prefix) { return device.journal.place(prefix); };
+    EXPECT_LT(at("+[UIImage imageWithContentsOfFile:] /Library/Themes/A/IconBundles/"),
+              at(std::string("+[UIImage imageWithContentsOfFile:] ") + kMask));
+    EXPECT_LT(at("log UpdateIcons mask is "), at("CGImageMaskCreate"));
+    EXPECT_LT(at("CGImageCreateWithMask"),
+              at(std::string("+[UIImage imageWithContentsOfFile:] ") + kOverlay));
+    EXPECT_LT(at(std::string("+[UIImage imageWithContentsOfFile:] ") + kOverlay),
+              at("UIGraphicsBeginImageContextWithOptions 6×6 NO 0"));
 }
 
 TEST_F(IconTheming, NilImageStaysNilThroughMaskAndOverlay) {
@@ -126,8 +123,9 @@ TEST_F(IconTheming, ReplacementsMaskAndOverlayBeforeTheyRedraw) {
     device.png(kMask, solid(6, 6, kHiding));
     device.png(kOverlay, solid(3, 3, kBlue));
     const ImageRef image = applicationIcon("com.a");
-    EXPECT_EQ(device.journal.linesWith("begin"),
-              (Lines{"begin {6, 6} clear 0", "begin {4, 4} clear 0"}));
+    EXPECT_EQ(device.journal.linesWith("UIGraphicsBeginImageContextWithOptions"),
+              (Lines{"UIGraphicsBeginImageContextWithOptions 6×6 NO 0",
+                     "UIGraphicsBeginImageContextWithOptions 4×4 NO 0"}));
     EXPECT_EQ(drawnPixels(image), solid(12, 12, kBlue));
     icon->leaf = "com.a";
     EXPECT_EQ(drawnPixels(unmaskedIcon()), solid(18, 18, kBlue));

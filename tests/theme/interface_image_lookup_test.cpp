@@ -20,7 +20,7 @@ using tests::Pixel;
 using tests::solid;
 using tests::TestDevice;
 
-constexpr const char* kDictHasImg = "log: VELMORANTH WeatherImageLoader Dict HasImg";
+constexpr const char* kDictHasImg = "log VELMORANTH WeatherImageLoader Dict HasImg";
 constexpr Pixel kRed{255, 0, 0, 255};
 constexpr Pixel kBlue{0, 0, 255, 255};
 
@@ -35,12 +35,14 @@ ImageRef looseSearch(const std::string& name, const ImageRef& original) {
 }
 
 Lines bundleLoads(const std::string& theme, const std::string& bundle, const std::string& name) {
-    const std::string base = "load /Library/Themes/" + theme + "/Bundles/" + bundle + "/" + name;
+    const std::string base = "+[UIImage imageWithContentsOfFile:] /Library/Themes/" + theme +
+                             "/Bundles/" + bundle + "/" + name;
     return {base + "@3x.png", base + ".png", base};
 }
 
 Lines looseLoads(const std::string& theme, const std::string& name) {
-    const std::string base = "load /Library/Themes/" + theme + "/UIImages/" + name;
+    const std::string base =
+        "+[UIImage imageWithContentsOfFile:] /Library/Themes/" + theme + "/UIImages/" + name;
     return {base + "@3x.png", base + "@2x.png", base + ".png", base};
 }
 
@@ -89,8 +91,8 @@ TEST_F(BundleSearch, StopsAtEachCandidateInTurn) {
             << name;
         Lines tried = bundleLoads("A", "com.x.kit", name);
         tried.resize(loads + 1);
-        EXPECT_EQ(device.journal.linesWith("load "), tried);
-        EXPECT_EQ(device.journal.lines().back(), std::string("log: ") + lines[loads]);
+        EXPECT_EQ(device.journal.linesWith("+[UIImage imageWithContentsOfFile:] "), tried);
+        EXPECT_EQ(device.journal.lines().back(), std::string("log ") + lines[loads]);
         ++loads;
     }
 }
@@ -108,14 +110,14 @@ TEST_F(BundleSearch, LogsItsStepsInOrder) {
     const Lines loads = bundleLoads("A", "com.x.kit", "back");
     EXPECT_EQ(device.journal.lines(),
               (Lines{kReadPreferences,
-                     "log: VelmoranthImageLoader loadUIImage back   fromBundle: com.x.kit     "
+                     "log VelmoranthImageLoader loadUIImage back   fromBundle: com.x.kit     "
                      "ForOrigImg: " +
                          original->description() + " ",
                      kReadPreferences,
-                     "log: VELMORANTH LOAD IMAGE: back BUNDLEID: com.x.kit Image Width: 2.000000 "
+                     "log VELMORANTH LOAD IMAGE: back BUNDLEID: com.x.kit Image Width: 2.000000 "
                      "Image Height: 3.000000",
                      loads[0], loads[1],
-                     "log: Velmoranth found bundle .png image: back in theme: A fromBundle: "
+                     "log Velmoranth found bundle .png image: back in theme: A fromBundle: "
                      "com.x.kit"}));
 }
 
@@ -218,7 +220,7 @@ TEST_F(BundleSearch, DumpsTheOriginalBeforeItsFirstLine) {
     EXPECT_EQ(log[0], "VelmoranthImageDump imgToDump: " + original->description() +
                           "    Imgnamed: back   inBundle: com.x.kit");
     EXPECT_TRUE(log[1].starts_with("VelmoranthImageLoader loadUIImage back "));
-    EXPECT_EQ(device.journal.count("readPlist"), 3U);
+    EXPECT_EQ(device.journal.count("+[NSDictionary dictionaryWithContentsOfFile:]"), 3U);
 
     // A hit is served without a dump.
     device.journal.clear();
@@ -285,11 +287,11 @@ TEST_F(LooseSearch, StopsAtEachCandidateInTurn) {
         tried.resize(i + 1);
         EXPECT_EQ(device.journal.lines(),
                   joined({{kReadPreferences,
-                           "log: VelmoranthImageLoader loadUIImage " + names[i] +
+                           "log VelmoranthImageLoader loadUIImage " + names[i] +
                                " ForOrigImg: " + original->description() + " ",
                            kReadPreferences},
                           tried,
-                          {std::string("log: ") + lines[i]}}));
+                          {std::string("log ") + lines[i]}}));
     }
 }
 
@@ -343,8 +345,9 @@ TEST_F(SearchFolder, ReturnsTheFirstThatLoadsAndKeepsNothing) {
     device.file("/Library/Themes/A/Velmoranth/dock.png", "no picture");
     themeImage("B/Velmoranth/dock.png");
     themeImage("C/Velmoranth/dock.png", kBlue);
-    const Lines once{kReadPreferences, "load /Library/Themes/A/Velmoranth/dock.png",
-                     "load /Library/Themes/B/Velmoranth/dock.png"};
+    const Lines once{kReadPreferences,
+                     "+[UIImage imageWithContentsOfFile:] /Library/Themes/A/Velmoranth/dock.png",
+                     "+[UIImage imageWithContentsOfFile:] /Library/Themes/B/Velmoranth/dock.png"};
     const ImageRef first = InterfaceImageLookup::searchFolderForImageStr("Velmoranth/", "dock.png");
     EXPECT_EQ(drawnPixels(first), solid(6, 6, kRed));
     EXPECT_EQ(device.journal.lines(), once);
@@ -364,7 +367,8 @@ TEST_F(SearchFolder, JoinsFolderAndNameAsTheyStand) {
     themeImage("A/Velmoranthdock.png");
     EXPECT_EQ(drawnPixels(InterfaceImageLookup::searchFolderForImageStr("Velmoranth", "dock.png")),
               solid(6, 6, kRed));
-    EXPECT_EQ(device.journal.lines().back(), "load /Library/Themes/A/Velmoranthdock.png");
+    EXPECT_EQ(device.journal.lines().back(),
+              "+[UIImage imageWithContentsOfFile:] /Library/Themes/A/Velmoranthdock.png");
 }
 
 TEST_F(SearchFolder, TriesEveryFolderOfAThemeBeforeTheNext) {
@@ -373,11 +377,13 @@ TEST_F(SearchFolder, TriesEveryFolderOfAThemeBeforeTheNext) {
     EXPECT_EQ(drawnPixels(InterfaceImageLookup::searchFoldersForImageString(
                   {"One/", "Two/", "Three/"}, "dock.png")),
               solid(6, 6, kRed));
-    EXPECT_EQ(
-        device.journal.lines(),
-        (Lines{kReadPreferences, "load /Library/Themes/A/One/dock.png",
-               "load /Library/Themes/A/Two/dock.png", "load /Library/Themes/A/Three/dock.png",
-               "load /Library/Themes/B/One/dock.png", "load /Library/Themes/B/Two/dock.png"}));
+    EXPECT_EQ(device.journal.lines(),
+              (Lines{kReadPreferences,
+                     "+[UIImage imageWithContentsOfFile:] /Library/Themes/A/One/dock.png",
+                     "+[UIImage imageWithContentsOfFile:] /Library/Themes/A/Two/dock.png",
+                     "+[UIImage imageWithContentsOfFile:] /Library/Themes/A/Three/dock.png",
+                     "+[UIImage imageWithContentsOfFile:] /Library/Themes/B/One/dock.png",
+                     "+[UIImage imageWithContentsOfFile:] /Library/Themes/B/Two/dock.png"}));
     EXPECT_EQ(InterfaceImageLookup::searchFoldersForImageString({"One/", "Three/"}, "dock.png"),
               nullptr);
     EXPECT_EQ(InterfaceImageLookup::searchFoldersForImageString({}, "dock.png"), nullptr);
@@ -395,8 +401,8 @@ TEST_F(HasSearch, IsFalseTheFirstTimeAndTrueEverAfter) {
     EXPECT_FALSE(seen("", original));
     EXPECT_TRUE(seen("", original));
     EXPECT_EQ(device.journal.lines(),
-              (Lines{"log: Velmoranth UIDictHasImg : back", "log: Velmoranth UIDictHasImg : front",
-                     "log: Velmoranth UIDictHasImg : "}));
+              (Lines{"log Velmoranth UIDictHasImg : back", "log Velmoranth UIDictHasImg : front",
+                     "log Velmoranth UIDictHasImg : "}));
 }
 
 TEST_F(HasSearch, SharesNothingWithTheSearches) {

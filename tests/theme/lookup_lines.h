@@ -9,7 +9,8 @@ namespace velmoranth::tests {
 using Lines = std::vector<std::string>;
 
 inline constexpr const char* kReadPreferences =
-    "readPlist /User/Library/Preferences/com.qor.velmoranthprefs.plist";
+    "+[NSDictionary dictionaryWithContentsOfFile:] "
+    "/User/Library/Preferences/com.qor.velmoranthprefs.plist";
 
 // The lists one after another.
 [[nodiscard]] inline Lines joined(const std::vector<Lines>& parts) {

@@ -117,8 +117,9 @@ TEST(CurrentThemePlist, IsThatOfTheFirstThemeThatHasOne) {
     device.file("/Library/Themes/Third/Info.plist", "");
     EXPECT_EQ(ThemeSelection::currentThemePlist(), "/Library/Themes/Second/Info.plist");
     EXPECT_EQ(device.journal.lines(),
-              (Lines{kReadPreferences, "fileExists /Library/Themes/First/Info.plist",
-                     "fileExists /Library/Themes/Second/Info.plist"}));
+              (Lines{kReadPreferences,
+                     "-[NSFileManager fileExistsAtPath:] /Library/Themes/First/Info.plist",
+                     "-[NSFileManager fileExistsAtPath:] /Library/Themes/Second/Info.plist"}));
     EXPECT_EQ(ThemeSelection::selectedTheme(), "/Library/Themes/First/Velmoranth");
 }
 
@@ -128,8 +129,9 @@ TEST(CurrentThemePlist, IsNilWhenNoThemeHasOne) {
     device.file("/Library/Themes/Inactive/Info.plist", "");
     EXPECT_EQ(ThemeSelection::currentThemePlist(), std::nullopt);
     EXPECT_EQ(device.journal.lines(),
-              (Lines{kReadPreferences, "fileExists /Library/Themes/First/Info.plist",
-                     "fileExists /Library/Themes/Second/Info.plist"}));
+              (Lines{kReadPreferences,
+                     "-[NSFileManager fileExistsAtPath:] /Library/Themes/First/Info.plist",
+                     "-[NSFileManager fileExistsAtPath:] /Library/Themes/Second/Info.plist"}));
 }
 
 TEST(CurrentThemePlist, IsNilWithoutThemes) {

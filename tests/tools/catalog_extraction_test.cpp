@@ -3,6 +3,7 @@
 #include "core/velmoranth.h"
 #include "tests/support/test_device.h"
 
+#include "catalog_doubles.h"
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -11,6 +12,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -21,116 +23,9 @@ using platform::BitmapImageRef;
 using platform::ClassRef;
 using platform::ObjectRef;
 using platform::OpenedCatalog;
-using tests::Journal;
 using tests::solid;
 using tests::text;
 using Lines = std::vector<std::string>;
-
-// What a bundle that the platform made keeps.
-struct Folder final : platform::Bundle {
-    [[nodiscard]] std::string className() const override { return "NSBundle"; }
-
-    [[nodiscard]] platform::NullableString bundleIdentifier() const override { return "a.bundle"; }
-};
-
-struct Bundles final : platform::Bundles {
-    platform::BundleRef bundleWithPath(const std::string& /*path*/) override {
-        return std::make_shared<Folder>();
-    }
-
-    bool load(const platform::BundleRef& /*bundle*/) override { return loads; }
-
-    bool loads = true;
-};
-
-struct Rendition final : platform::CUINamedImage {
-    Rendition(Journal& written, std::string itsName, double itsScale)
-        : journal(written), ownName(std::move(itsName)), ownScale(itsScale) {}
-
-    [[nodiscard]] std::string className() const override { return kind; }
-
-    [[nodiscard]] platform::NullableString name() const override {
-        journal.write("name " + ownName);
-        return ownName;
-    }
-
-    [[nodiscard]] double scale() const override { return ownScale; }
-
-    [[nodiscard]] BitmapImageRef createImageFromPDFRenditionWithScale(double asked) override {
-        journal.write("pdf " + text(asked));
-        return pdf;
-    }
-
-    [[nodiscard]] BitmapImageRef image() override {
-        journal.write("image");
-        return bitmap;
-    }
-
-    Journal& journal;
-    std::string kind = "CUINamedImage";
-    std::string ownName;
-    double ownScale;
-    BitmapImageRef pdf;
-    BitmapImageRef bitmap;
-};
-
-struct Catalog final : platform::CUICatalog {
-    explicit Catalog(Journal& written) : journal(written) {}
-
-    [[nodiscard]] std::string className() const override { return "CUICatalog"; }
-
-    std::vector<std::string> allImageNames() override { return names; }
-
-    ObjectRef imageWithNameScaleFactor(const std::string& name, double factor) override {
-        journal.write("imageWithName " + name + " " + text(factor));
-        return answer(-1, name);
-    }
-
-    ObjectRef imageWithNameScaleFactorDeviceIdiom(const std::string& name, double factor,
-                                                  long idiom) override {
-        journal.write("imageWithName " + name + " " + text(factor) + " idiom " +
-                      std::to_string(idiom));
-        return answer(idiom, name);
-    }
-
-    std::vector<ObjectRef> imagesWithName(const std::string& name) override {
-        journal.write("imagesWithName " + name);
-        return renditions[name];
-    }
-
-    ObjectRef answer(long idiom, const std::string& name) {
-        return single.contains({idiom, name}) ? single[{idiom, name}] : nullptr;
-    }
-
-    Journal& journal;
-    std::vector<std::string> names;
-    std::map<std::pair<long, std::string>, ObjectRef> single;  // by idiom, -1 for none, and name
-    std::map<std::string, std::vector<ObjectRef>> renditions;
-};
-
-struct CatalogClass final : platform::CatalogClass {
-    OpenedCatalog initWithURL(const ClassRef& cls, const std::string& /*path*/) override {
-        classes.push_back(cls);
-        return fromFile;
-    }
-
-    platform::CUICatalogRef defaultUICatalogForBundle(const ClassRef& cls,
-                                                      const platform::BundleRef&) override {
-        classes.push_back(cls);
-        return ofBundle;
-    }
-
-    OpenedCatalog initWithNameFromBundle(const ClassRef& cls, const std::string& /*name*/,
-                                         const platform::BundleRef&) override {
-        classes.push_back(cls);
-        return named;
-    }
-
-    std::vector<ClassRef> classes;
-    OpenedCatalog fromFile;
-    platform::CUICatalogRef ofBundle;
-    OpenedCatalog named;
-};
 
 class Extraction : public testing::Test {
   protected:
@@ -148,9 +43,20 @@ class Extraction : public testing::Test {
         catalogClass.fromFile.catalog = catalog;
     }
 
+    // Which images are asked for and wrapped.
+    Lines imageLines() const {
+        Lines lines = device.journal.lines();
+        std::erase_if(lines, [](const std::string& line) {
+            return line.find("CUICatalog image") == std::string::npos &&
+                   !line.starts_with("-[CUINamedImage image]") &&
+                   !line.starts_with("+[UIImage imageWithCGImage:]");
+        });
+        return lines;
+    }
+
     std::shared_ptr<Rendition> rendition(const std::string& name, double scale, std::size_t width,
                                          std::size_t height) {
-        auto made = std::make_shared<Rendition>(device.journal, name, scale);
+        auto made = std::make_shared<Rendition>(name, scale);
         made->bitmap = device.image(solid(width, height, {255, 0, 0}), 1)->bitmap();
         return made;
     }
@@ -189,7 +95,7 @@ class Extraction : public testing::Test {
     tests::TestDevice device;
     Bundles bundles;
     CatalogClass catalogClass;
-    std::shared_ptr<Catalog> catalog = std::make_shared<Catalog>(device.journal);
+    std::shared_ptr<Catalog> catalog = std::make_shared<Catalog>();
 };
 
 TEST_F(Extraction, IsAMessageToTheMainClass) {
@@ -206,34 +112,39 @@ TEST_F(Extraction, EveryStepOfACatalogFileInOrder) {
     const std::string three = "/tmp/x/B/Assets.car/Star-30-45-@3x.png";
     Lines lines;
     for (const std::string& line : device.journal.lines()) {
-        if (line != "getClass CUINamedImage" && !line.starts_with("isKind")) {
+        if (line != "objc_getClass CUINamedImage" &&
+            !line.starts_with("-[NSObject isKindOfClass:] ")) {
             lines.push_back(line);
         }
     }
-    EXPECT_EQ(lines, (Lines{"bundleWithPath /System/Library/PrivateFrameworks/CoreUI.framework",
-                            "load bundle",
-                            "bundleWithPath /A/B/Assets.car",
-                            "fileExists /A/B/Assets.car",
-                            "getClass CUICatalog",
-                            "initWithURL /A/B/Assets.car",
-                            "createDirectory /tmp/x/B/Assets.car",
-                            "imageWithName Star 0",
-                            "imagesWithName Star",
-                            "name Star",
-                            "pdf 2",
-                            "image",
-                            "log: Extracting " + two + "\n",
-                            "imageWithCGImage",
-                            "encode",
-                            "write " + two,
-                            "name Star",
-                            "pdf 3",
-                            "image",
-                            "log: Extracting " + three + "\n",
-                            "imageWithCGImage",
-                            "encode",
-                            "write " + three,
-                            "log: Velmoranth Assets Extracted 2 files.\n"}));
+    Lines expected{
+        "+[NSBundle bundleWithPath:] \"/System/Library/PrivateFrameworks/CoreUI.framework\"",
+        "-[NSBundle load] NSBundle a.bundle",
+        "+[NSBundle bundleWithPath:] \"/A/B/Assets.car\"",
+        "-[NSFileManager fileExistsAtPath:] /A/B/Assets.car",
+        "objc_getClass CUICatalog",
+        "-[CUICatalog initWithURL:error:] \"/A/B/Assets.car\"",
+        "-[NSFileManager createDirectoryAtPath:withIntermediateDirectories:attributes:error:] "
+        "/tmp/x/B/Assets.car",
+        "-[CUICatalog imageWithName:scaleFactor:] CUICatalog \"Star\" 0",
+        "-[CUICatalog imagesWithName:] CUICatalog \"Star\""};
+    for (const auto& [path, size, scale] :
+         {std::tuple{two, "20×30", "2"}, std::tuple{three, "30×45", "3"}}) {
+        for (const std::string& line :
+             {std::string("-[CUINamedImage name] CUINamedImage Star"),
+              std::string("-[CUINamedImage createImageFromPDFRenditionWithScale:] "
+                          "CUINamedImage Star ") +
+                  scale,
+              std::string("-[CUINamedImage image] CUINamedImage Star"),
+              "log Extracting " + path + "\n",
+              std::string("+[UIImage imageWithCGImage:] ") + size + " pixels",
+              std::string("UIImagePNGRepresentation ") + size + " @1x",
+              "-[NSData writeToFile:atomically:] " + path}) {
+            expected.push_back(line);
+        }
+    }
+    expected.emplace_back("log Velmoranth Assets Extracted 2 files.\n");
+    EXPECT_EQ(lines, expected);
     EXPECT_EQ(files("/tmp/x/B/Assets.car"), (Lines{"Star-20-30-@2x.png", "Star-30-45-@3x.png"}));
     EXPECT_EQ(tests::drawnPixels(device.images().imageWithContentsOfFile(two)),
               solid(20, 30, {255, 0, 0}));
@@ -275,8 +186,9 @@ TEST_F(Extraction, BundleIsAskedForItsDefaultCatalog) {
     catalogClass.ofBundle = catalog;
     named("Star", {rendition("Star", 1, 2, 2)});
     extract(kBundle);
-    EXPECT_EQ(device.journal.linesWith("defaultUICatalog"), Lines{"defaultUICatalogForBundle"});
-    EXPECT_EQ(device.journal.count("initWith"), 0U);
+    EXPECT_EQ(device.journal.linesWith("+[CUICatalog defaultUICatalogForBundle:]"),
+              Lines{"+[CUICatalog defaultUICatalogForBundle:] NSBundle a.bundle"});
+    EXPECT_EQ(device.journal.count("-[CUICatalog initWith"), 0U);
     EXPECT_EQ(files("/tmp/x/Clock.app"), Lines{"Star-2-2.png"});
 }
 
@@ -285,24 +197,27 @@ TEST_F(Extraction, CatalogThatDoesNotOpenIsOpenedAgainByName) {
     catalogClass.named.catalog = catalog;
     named("Star", {rendition("Star", 1, 2, 2)});
     extract(kBundle);
-    EXPECT_EQ(device.journal.linesWith("initWith"), Lines{"initWithName Clock of bundle"});
+    EXPECT_EQ(device.journal.linesWith("-[CUICatalog initWith"),
+              Lines{"-[CUICatalog initWithName:fromBundle:error:] \"Clock\" NSBundle a.bundle"});
     EXPECT_EQ(log().back(), "Velmoranth Assets Extracted 1 files.\n");
 
     catalogFile();
     catalogClass.fromFile.catalog = nullptr;
     extract();
-    EXPECT_EQ(device.journal.linesWith("initWith"),
-              (Lines{"initWithURL /A/B/Assets.car", "initWithName Assets of bundle"}));
+    EXPECT_EQ(device.journal.linesWith("-[CUICatalog initWith"),
+              (Lines{"-[CUICatalog initWithURL:error:] \"/A/B/Assets.car\"",
+                     "-[CUICatalog initWithName:fromBundle:error:] \"Assets\" NSBundle a.bundle"}));
     EXPECT_EQ(log().back(), "Velmoranth Assets Extracted 1 files.\n");
 }
 
 TEST_F(Extraction, CatalogThatReportsAnErrorIsOpenedAgainByName) {
     catalogFile();
     catalogClass.fromFile.error = platform::Error{"It is odd.", "Odd", 7};
-    catalogClass.named.catalog = std::make_shared<Catalog>(device.journal);
+    catalogClass.named.catalog = std::make_shared<Catalog>();
     named("Star", {rendition("Star", 1, 2, 2)});
     extract();
-    EXPECT_EQ(device.journal.linesWith("initWithName"), Lines{"initWithName Assets of bundle"});
+    EXPECT_EQ(device.journal.linesWith("-[CUICatalog initWithName:"),
+              Lines{"-[CUICatalog initWithName:fromBundle:error:] \"Assets\" NSBundle a.bundle"});
     // The second catalog counts, and it has no names.
     EXPECT_EQ(log(), Lines{"Velmoranth Assets Bundle Assets.car does not contain any .car "
                            "assets.\n"});
@@ -317,7 +232,10 @@ TEST_F(Extraction, ErrorOfTheSecondOpeningIsLogged) {
     extract();
     EXPECT_EQ(log(), Lines{"Velmoranth Assets Error Domain=NSCocoaErrorDomain Code=260 \"It is "
                            "missing.\""});
-    EXPECT_EQ(device.journal.count("createDirectory"), 0U);
+    EXPECT_EQ(
+        device.journal.count(
+            "-[NSFileManager createDirectoryAtPath:withIntermediateDirectories:attributes:error:]"),
+        0U);
 }
 
 TEST_F(Extraction, NoErrorPrintsAsNull) {
@@ -338,7 +256,10 @@ TEST_F(Extraction, CatalogWithoutNamesWritesNothing) {
     extract();
     EXPECT_EQ(log(), Lines{"Velmoranth Assets Bundle Assets.car does not contain any .car "
                            "assets.\n"});
-    EXPECT_EQ(device.journal.count("createDirectory"), 0U);
+    EXPECT_EQ(
+        device.journal.count(
+            "-[NSFileManager createDirectoryAtPath:withIntermediateDirectories:attributes:error:]"),
+        0U);
     EXPECT_FALSE(device.exists("/tmp/x"));
 }
 
@@ -349,7 +270,7 @@ TEST_F(Extraction, FolderThatCannotBeMadeEndsIt) {
     extract();
     ASSERT_EQ(log().size(), 1U);
     EXPECT_TRUE(log()[0].starts_with("Velmoranth Assets Error Domain=NSCocoaErrorDomain Code="));
-    EXPECT_EQ(device.journal.count("imageWithName"), 0U);
+    EXPECT_EQ(device.journal.count("-[CUICatalog imageWithName:"), 0U);
     EXPECT_EQ(device.contents("/tmp/x"), "in the way");
 }
 
@@ -371,9 +292,14 @@ TEST_F(Extraction, PhoneIsAskedForSecondAndThenAllRenditionsAreTaken) {
     catalog->single[{1, "Dial"}] = rendition("Dial", 1, 1, 1);
     catalog->renditions["Dial"] = {rendition("Dial", 2, 2, 2), rendition("Dial", 3, 3, 3)};
     extract();
-    EXPECT_EQ(device.journal.linesWith("image"),
-              (Lines{"imageWithName Dial 0", "imageWithName Dial 0 idiom 1", "imagesWithName Dial",
-                     "image", "imageWithCGImage", "image", "imageWithCGImage"}));
+    EXPECT_EQ(imageLines(),
+              (Lines{"-[CUICatalog imageWithName:scaleFactor:] CUICatalog \"Dial\" 0",
+                     "-[CUICatalog imageWithName:scaleFactor:deviceIdiom:] CUICatalog \"Dial\" 0 1",
+                     "-[CUICatalog imagesWithName:] CUICatalog \"Dial\"",
+                     "-[CUINamedImage image] CUINamedImage Dial",
+                     "+[UIImage imageWithCGImage:] 2×2 pixels",
+                     "-[CUINamedImage image] CUINamedImage Dial",
+                     "+[UIImage imageWithCGImage:] 3×3 pixels"}));
     EXPECT_EQ(log().back(), "Velmoranth Assets Extracted 2 files.\n");
 }
 
@@ -383,10 +309,12 @@ TEST_F(Extraction, IdiomFourGivesThatOneImageAlone) {
     catalog->single[{4, "Map"}] = rendition("Map", 2, 8, 8);
     catalog->renditions["Map"] = {rendition("Map", 3, 9, 9)};
     extract();
-    EXPECT_EQ(device.journal.linesWith("imageWithName"),
-              (Lines{"imageWithName Map 0", "imageWithName Map 0 idiom 1",
-                     "imageWithName Map 0 idiom 4"}));
-    EXPECT_EQ(device.journal.count("imagesWithName"), 0U);
+    EXPECT_EQ(
+        device.journal.linesWith("-[CUICatalog imageWithName:"),
+        (Lines{"-[CUICatalog imageWithName:scaleFactor:] CUICatalog \"Map\" 0",
+               "-[CUICatalog imageWithName:scaleFactor:deviceIdiom:] CUICatalog \"Map\" 0 1",
+               "-[CUICatalog imageWithName:scaleFactor:deviceIdiom:] CUICatalog \"Map\" 0 4"}));
+    EXPECT_EQ(device.journal.count("-[CUICatalog imagesWithName:"), 0U);
     EXPECT_EQ(files("/tmp/x/B/Assets.car"), Lines{"Map-8-8-@2x.png"});
 }
 
@@ -415,9 +343,10 @@ TEST_F(Extraction, PDFRenditionIsDrawnAtItsOwnScaleAndTheStoredBitmapNotAskedFor
     vector->pdf = device.image(solid(9, 12, {0, 0, 255}), 1)->bitmap();
     named("Glyph", {vector});
     extract();
-    EXPECT_EQ(device.journal.linesWith("pdf"), Lines{"pdf 3"});
-    EXPECT_EQ(device.journal.lines().end(),
-              std::ranges::find(device.journal.lines(), std::string("image")));
+    EXPECT_EQ(
+        device.journal.linesWith("-[CUINamedImage createImageFromPDF"),
+        Lines{"-[CUINamedImage createImageFromPDFRenditionWithScale:] CUINamedImage Glyph 3"});
+    EXPECT_EQ(device.journal.count("-[CUINamedImage image]"), 0U);
     EXPECT_EQ(files("/tmp/x/B/Assets.car"), Lines{"Glyph-9-12-@3x.png"});
 }
 
@@ -435,7 +364,9 @@ TEST_F(Extraction, ScaleOfOneAndAHalfIsWrittenWithoutOne) {
     catalogFile();
     named("Star", {rendition("Star", 1.5, 15, 15)});
     extract();
-    EXPECT_EQ(device.journal.linesWith("pdf"), Lines{"pdf 1.5"});
+    EXPECT_EQ(
+        device.journal.linesWith("-[CUINamedImage createImageFromPDF"),
+        Lines{"-[CUINamedImage createImageFromPDFRenditionWithScale:] CUINamedImage Star 1.5"});
     EXPECT_EQ(files("/tmp/x/B/Assets.car"), Lines{"Star-15-15.png"});
 }
 

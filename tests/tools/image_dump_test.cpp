@@ -28,7 +28,8 @@ using Lines = std::vector<std::string>;
 
 constexpr const char* kPreferences = "/User/Library/Preferences/com.qor.velmoranthprefs.plist";
 constexpr const char* kReadPreferences =
-    "readPlist /User/Library/Preferences/com.qor.velmoranthprefs.plist";
+    "+[NSDictionary dictionaryWithContentsOfFile:] "
+    "/User/Library/Preferences/com.qor.velmoranthprefs.plist";
 const std::string kRoot = "/var/mobile/Library/VelmoranthImageDump";
 const std::string kUIImages = kRoot + "/UIImages";
 const std::string kBundles = kRoot + "/Bundles";
@@ -48,6 +49,8 @@ struct FilteredImage final : platform::Image {
 
     bool filtered = true;
 };
+
+const std::string kEncode = "UIImagePNGRepresentation 3×2 @3x";
 
 class Dump : public testing::Test {
   protected:
@@ -74,11 +77,13 @@ class Dump : public testing::Test {
     }
 
     [[nodiscard]] static Lines made(const std::string& folder) {
-        return {"isDirectory " + folder, "mkdir 0755 " + folder};
+        return {"-[NSFileManager fileExistsAtPath:isDirectory:] " + folder,
+                "mkdir " + folder + " 0755"};
     }
 
     [[nodiscard]] static Lines written(const std::string& target) {
-        return {"fileExists " + target, "encode", "write " + target};
+        return {"-[NSFileManager fileExistsAtPath:] " + target, kEncode,
+                "-[NSData writeToFile:atomically:] " + target};
     }
 
     [[nodiscard]] static Lines joined(const std::vector<Lines>& parts) {
@@ -171,11 +176,13 @@ TEST_F(Dump, FirstImageOfANameWins) {
     device.journal.clear();
     dump(other, "icon", std::nullopt);
     EXPECT_EQ(device.journal.lines(),
-              (Lines{kReadPreferences, "setuid 0", "setgid 0", "isDirectory " + kRoot,
-                     "isDirectory " + kUIImages, "fileExists " + kUIImages + "/icon@3x.png"}));
+              (Lines{kReadPreferences, "setuid 0", "setgid 0",
+                     "-[NSFileManager fileExistsAtPath:isDirectory:] " + kRoot,
+                     "-[NSFileManager fileExistsAtPath:isDirectory:] " + kUIImages,
+                     "-[NSFileManager fileExistsAtPath:] " + kUIImages + "/icon@3x.png"}));
     dump(other, "icon", "com.x.kit");
     dump(other, "icon", "IconBundles");
-    EXPECT_EQ(device.journal.count("write"), 0U);
+    EXPECT_EQ(device.journal.count("-[NSData writeToFile:atomically:]"), 0U);
     EXPECT_EQ(device.journal.count("mkdir"), 0U);
     for (const std::string& folder :
          {kUIImages, kBundles + "/com.x.kit", kIconBundles, kBundles + "/IconBundles"}) {
@@ -279,9 +286,10 @@ TEST_F(Dump, TwoThreadsThatDumpOneNameBothWriteIt) {
         thread.join();
         tests::replaceServices({.fileManager = &before});
         EXPECT_EQ(files.missed, 2) << target;
-        EXPECT_EQ(device.journal.count("write " + target), 2U);
-        EXPECT_EQ(device.journal.count("encode"), 2U);
-        EXPECT_EQ(device.journal.count("create"), 0U);
+        EXPECT_EQ(device.journal.count("-[NSData writeToFile:atomically:] " + target), 2U);
+        EXPECT_EQ(device.journal.count("UIImagePNGRepresentation"), 2U);
+        EXPECT_EQ(device.journal.count("-[NSFileManager createFileAtPath:contents:attributes:]"),
+                  0U);
         const platform::Data found =
             platform::platform().fileManager.dataWithContentsOfFile(target).value_or(
                 platform::Data());
@@ -306,11 +314,11 @@ TEST_F(Dump, ImageWithoutDataOnlyLogs) {
     dump(nullptr, "icon", std::nullopt);
     dump(nullptr, std::nullopt, "IconBundles");
     EXPECT_EQ(device.journal.lines(),
-              (Lines{"log: VelmoranthImageDump imgToDump: " + empty->description() +
+              (Lines{"log VelmoranthImageDump imgToDump: " + empty->description() +
                          " HASNODATA:    Imgnamed: icon   inBundle: com.x.kit",
-                     "log: VelmoranthImageDump imgToDump: (null) HASNODATA:    Imgnamed: icon   "
+                     "log VelmoranthImageDump imgToDump: (null) HASNODATA:    Imgnamed: icon   "
                      "inBundle: (null)",
-                     "log: VelmoranthImageDump imgToDump: (null) HASNODATA:    Imgnamed: (null)   "
+                     "log VelmoranthImageDump imgToDump: (null) HASNODATA:    Imgnamed: (null)   "
                      "inBundle: IconBundles"}));
     EXPECT_FALSE(device.exists(kRoot));
 }
@@ -335,7 +343,7 @@ TEST_F(Dump, LogsWhenLoggingIsOn) {
                      "VelmoranthImageDump imgToDump: " + image->description() +
                          "    Imgnamed: icon   inBundle: (null)"}));
     EXPECT_EQ(device.journal.lines().at(0), kReadPreferences);
-    EXPECT_TRUE(device.journal.lines().at(1).starts_with("log: "));
+    EXPECT_TRUE(device.journal.lines().at(1).starts_with("log "));
     EXPECT_EQ(device.journal.lines().at(2), "setuid 0");
 }
 
@@ -357,10 +365,12 @@ TEST_F(Dump, FailedWriteIntoABundleIsTriedOnceMoreBelowTheTarget) {
     dump(image, "icon", "com.x.kit");
     const std::string target = kBundles + "/com.x.kit/icon@3x.png";
     const std::string nested = target + "/icon@3x.png";
-    const Lines attempts = device.journal.linesWith("write ");
-    EXPECT_EQ(attempts, (Lines{"write " + target, "write " + nested}));
-    EXPECT_EQ(device.journal.count("encode"), 2U);
-    EXPECT_EQ(device.journal.linesWith("create "), Lines{"create " + nested});
+    const Lines attempts = device.journal.linesWith("-[NSData writeToFile:atomically:] ");
+    EXPECT_EQ(attempts, (Lines{"-[NSData writeToFile:atomically:] " + target,
+                               "-[NSData writeToFile:atomically:] " + nested}));
+    EXPECT_EQ(device.journal.count("UIImagePNGRepresentation"), 2U);
+    EXPECT_EQ(device.journal.linesWith("-[NSFileManager createFileAtPath:contents:attributes:] "),
+              Lines{"-[NSFileManager createFileAtPath:contents:attributes:] " + nested});
     EXPECT_FALSE(device.exists(target));  // there is no folder to write the second file into
     EXPECT_TRUE(device.journal.log().empty());
 }
@@ -379,8 +389,10 @@ TEST_F(Dump, SuccessBelowTheTargetIsLoggedAsAFailure) {
              made(kBundles),
              made(kBundles + "/IconBundles"),
              written(target),
-             {"encode", "create " + target + "/com.a@3x.png", "write " + target + "/com.a@3x.png",
-              "log: VelmoranthImageDump DID NOT SAVE IMAGE: com.a@3x.png  BUNDLE: IconBundles "},
+             {kEncode,
+              "-[NSFileManager createFileAtPath:contents:attributes:] " + target + "/com.a@3x.png",
+              "-[NSData writeToFile:atomically:] " + target + "/com.a@3x.png",
+              "log VelmoranthImageDump DID NOT SAVE IMAGE: com.a@3x.png  BUNDLE: IconBundles "},
              made(kIconBundles),
              written(kIconBundles + "/com.a@3x.png")}));
     EXPECT_EQ(shown(target + "/com.a@3x.png"), tests::pattern(9, 6));
@@ -390,11 +402,13 @@ TEST_F(Dump, FailedWriteIntoUIImagesIsTriedOnceMoreInPlace) {
     device.fileManager().failingWrites = 1;
     dump(image, "icon", std::nullopt);
     const std::string target = kUIImages + "/icon@3x.png";
-    EXPECT_EQ(device.journal.lines(), joined({{kReadPreferences, "setuid 0", "setgid 0"},
-                                              made(kRoot),
-                                              made(kUIImages),
-                                              written(target),
-                                              {"encode", "create " + target, "write " + target}}));
+    EXPECT_EQ(device.journal.lines(),
+              joined({{kReadPreferences, "setuid 0", "setgid 0"},
+                      made(kRoot),
+                      made(kUIImages),
+                      written(target),
+                      {kEncode, "-[NSFileManager createFileAtPath:contents:attributes:] " + target,
+                       "-[NSData writeToFile:atomically:] " + target}}));
     EXPECT_EQ(shown(target), tests::pattern(9, 6));
 }
 
@@ -403,8 +417,11 @@ TEST_F(Dump, FailedWriteIntoIconBundlesIsTriedOnceMoreInPlace) {
     device.fileManager().failingWrites = 1;
     dump(image, "com.a", "IconBundles");
     const std::string target = kIconBundles + "/com.a@3x.png";
-    EXPECT_EQ(device.journal.linesWith("create "), Lines{"create " + target});
-    EXPECT_EQ(device.journal.linesWith("write "), (Lines{"write " + target, "write " + target}));
+    EXPECT_EQ(device.journal.linesWith("-[NSFileManager createFileAtPath:contents:attributes:] "),
+              Lines{"-[NSFileManager createFileAtPath:contents:attributes:] " + target});
+    EXPECT_EQ(device.journal.linesWith("-[NSData writeToFile:atomically:] "),
+              (Lines{"-[NSData writeToFile:atomically:] " + target,
+                     "-[NSData writeToFile:atomically:] " + target}));
     EXPECT_EQ(shown(target), tests::pattern(9, 6));
     EXPECT_TRUE(device.journal.log().empty());
 }
@@ -414,7 +431,7 @@ TEST_F(Dump, WritesThatKeepFailingAreNotReported) {
     dump(image, "icon", "IconBundles");
     dump(image, "icon", std::nullopt);
     EXPECT_TRUE(device.journal.log().empty());
-    EXPECT_EQ(device.journal.count("write "), 6U);
+    EXPECT_EQ(device.journal.count("-[NSData writeToFile:atomically:] "), 6U);
 }
 
 TEST_F(Dump, FileInTheWayOfAFolderIsNotReported) {

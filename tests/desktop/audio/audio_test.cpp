@@ -275,15 +275,15 @@ TEST_F(AudioTest, WhatTheEngineTellsIsRecorded) {
     EXPECT_EQ(toldWhen(record::EntryKind::entered, audio_),
               "entered    -[A b]\n"
               "  message    -[AVAudioSession setCategory:error:] AVAudioSession "
-              "\"AVAudioSessionCategoryAmbient\"\n"
-              "  message    -[AVAudioSession setCategory:error:] AVAudioSession \"none\"\n"
-              "  message    -[AVAudioSession setActive:error:] AVAudioSession YES\n"
+              "\"AVAudioSessionCategoryAmbient\" = YES\n"
+              "  message    -[AVAudioSession setCategory:error:] AVAudioSession \"none\" = NO\n"
+              "  message    -[AVAudioSession setActive:error:] AVAudioSession YES = YES\n"
               "  message    -[AVAudioPlayer setDelegate:] AVAudioPlayer NSObject\n"
               "  message    -[AVAudioPlayer setVolume:] AVAudioPlayer 0.5\n"
-              "  message    -[AVAudioPlayer prepareToPlay] AVAudioPlayer\n"
-              "  message    -[AVAudioPlayer play] AVAudioPlayer\n"
-              "  message    -[AVAudioPlayer play] AVAudioPlayer\n"
-              "  message    -[AVAudioSession setActive:error:] AVAudioSession NO\n")
+              "  message    -[AVAudioPlayer prepareToPlay] AVAudioPlayer = YES\n"
+              "  message    -[AVAudioPlayer play] AVAudioPlayer = YES\n"
+              "  message    -[AVAudioPlayer play] AVAudioPlayer = YES\n"
+              "  message    -[AVAudioSession setActive:error:] AVAudioSession NO = NO\n")
         << "that a player makes the session active is its own affair";
     EXPECT_EQ(toldWhen(record::EntryKind::original, audio_), "platform   -[A b]\n");
 }

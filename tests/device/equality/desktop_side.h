@@ -108,26 +108,6 @@ inline std::string shownFrame(const platform::Rect& frame) {
            shownNumber(frame.size.width) + " " + shownNumber(frame.size.height);
 }
 
-// Keeps everything from the beginning, as answers are told by places.
-class KeptRecord final : public record::RecordListener {
-  public:
-    void added(const record::Entry& entry) override { entries_.push_back(entry); }
-
-    void answered(std::size_t place, const std::string& answer) override {
-        entries_.at(place).answer = answer;
-    }
-
-    // What came since the last time.
-    [[nodiscard]] record::Record take() {
-        const auto start = static_cast<std::ptrdiff_t>(std::exchange(taken_, entries_.size()));
-        return {entries_.begin() + start, entries_.end()};
-    }
-
-  private:
-    record::Record entries_;
-    std::size_t taken_ = 0;
-};
-
 class DesktopSide final : public Side {
   public:
     explicit DesktopSide(const Scenario& scenario)
@@ -141,6 +121,8 @@ class DesktopSide final : public Side {
         device_.idiom.idiom = static_cast<int>(scenario.device.idiom);
         device_.bundles.real = &bundles_;
         device_.catalogClass.real = &catalogClass_;
+        device_.audio.namesPlayers = false;
+        device_.application.root = device_.application.showRoot("", device_.application.rootView);
         given_ = device_.image(tests::solid(kGivenSide, kGivenSide, {}), kGivenScale);
         addPlatformClasses();
         addMainClass();
@@ -154,10 +136,11 @@ class DesktopSide final : public Side {
     [[nodiscard]] std::string root() const override { return device_.hostFolder(); }
 
     void startRecording() override {
-        recording_ = std::make_unique<simulator::ProcessRecording>(kept_);
+        device_.stopRecording();
+        recording_ = std::make_unique<simulator::ProcessRecording>();
     }
 
-    [[nodiscard]] record::Record takeRecord() override { return kept_.take(); }
+    [[nodiscard]] record::Record takeRecord() override { return recording_->take(); }
 
     void load() override {
         writeCatalogs();
@@ -396,7 +379,6 @@ class DesktopSide final : public Side {
     }
 
     tests::TestDevice device_;
-    KeptRecord kept_;
     std::unique_ptr<simulator::ProcessRecording> recording_;
     std::shared_ptr<const desktop::DeviceRoot> root_;
     desktop::DesktopBundles bundles_;

@@ -78,19 +78,28 @@ void appendLine(std::string& transcript, const std::string& line) {
 }
 
 // Of messages, as they begin behind the sign.
-constexpr const char* kComparedClasses[] = {"[AVAudio", "[UIAlert", "[UIApplication ",
-                                            "[UIViewController present"};
+constexpr const char* kComparedClasses[] = {"[AVAudio",        "[UIAlert",
+                                            "[UIApplication ", "[UIViewController present",
+                                            "[CALayer ",       "[UIView ",
+                                            "[UIImageView ",   "[UILabel ",
+                                            "[UIFont ",        "[UIImage drawInRect:"};
 
-// The phone's layers do not say whose they are.
-bool isToView(const std::string& message) {
-    return message.starts_with("-[UIView ") || message.starts_with("-[UIImageView ");
+// What the phone's library does not send: nil draws nothing, and nothing is drawn into nil.
+bool isDrawnByNobody(const record::Entry& entry) {
+    return (entry.message == record::messageOf("Images", "drawInRect") ||
+            entry.message == record::messageOf("Layer", "renderInContext")) &&
+           entry.arguments.front() == record::kNil;
 }
 
-// Which entries both sides have: files, lines of the log, alerts, and what sounds and views are
-// told. The phone's library calls chmod and mkdir as the C library has them, and makes no player of
-// data that is not there.
+// Which entries both sides have: files, lines of the log, alerts, what is drawn of images, what
+// views there are, and what sounds, views and layers are told. The phone's library calls chmod and
+// mkdir as the C library has them, makes no player of data that is not there, and hands its blocks
+// to the platform as they are.
 bool isCompared(const record::Entry& entry) {
     using record::EntryKind;
+    if (entry.kind == EntryKind::callback || isDrawnByNobody(entry)) {
+        return false;
+    }
     if (entry.message == record::messageOf("Audio", "audioPlayerWithData") &&
         entry.arguments == std::vector<std::string>{record::kNil}) {
         return false;
@@ -98,7 +107,6 @@ bool isCompared(const record::Entry& entry) {
     return entry.kind == EntryKind::log || entry.kind == EntryKind::found ||
            entry.kind == EntryKind::missing || entry.kind == EntryKind::unreadable ||
            (entry.kind == EntryKind::written && entry.message.starts_with('-')) ||
-           (entry.kind == EntryKind::message && isToView(entry.message)) ||
            std::any_of(std::begin(kComparedClasses), std::end(kComparedClasses),
                        [&](const char* cls) { return entry.message.find(cls) == 1; });
 }

@@ -34,8 +34,11 @@ struct CGPath {
 - (const struct CGPath*)CGPath;
 @end
 
+@class UIView;
+
 @interface CALayer : StandIn {
   @public
+    UIView* _view;  // whose layer it is; not held
     CGRect _bounds;
     float _opacity;
     BOOL _masksToBounds;

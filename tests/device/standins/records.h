@@ -1,5 +1,5 @@
-// What the library asks of files, the log, sounds, alerts and views, taken down as the desktop's
-// recorder takes it down: the same entries in the same words.
+// What the library asks of files, the log, sounds, alerts, views, layers and fonts, taken down as
+// the desktop's recorder takes it down: the same entries in the same words.
 #pragma once
 
 #include "record/entry.h"

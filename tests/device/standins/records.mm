@@ -2,15 +2,9 @@
 
 #import "device/standins/av_foundation.h"
 #import "device/standins/controllers.h"
-#import "device/standins/images.h"
-#include "record/operations.h"
-#include "record/recorder.h"
-#import <Foundation/Foundation.h>
+#import "device/standins/record_methods.h"
 #import <Foundation/NSFileAttributes.h>
-#include <objc/runtime.h>
 
-#include <array>
-#include <cstddef>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -24,101 +18,6 @@ using record::messageOf;
 using record::words;
 
 thread_local int depth = 0;
-
-std::string textOf(NSString* text) {
-    const char* const bytes = [text UTF8String];
-    return bytes == nullptr ? "" : bytes;
-}
-
-std::string wordsOf(NSString* text) {
-    return text == nil ? record::kNil : words(textOf(text));
-}
-
-// By its class, an image by its size.
-std::string wordsOf(id object) {
-    if (object == nil) {
-        return record::kNil;
-    }
-    if ([object isKindOfClass:[UIImage class]]) {
-        UIImage* const image = object;
-        const CGSize size = [image size];
-        return words(platform::Size{size.width, size.height}) + " @" + words([image scale]) + "x";
-    }
-    if ([object isKindOfClass:[UIView class]]) {
-        const NSInteger tag = static_cast<UIView*>(object)->_tag;
-        const std::string name = class_getName(object_getClass(object));
-        return tag == 0 ? name : name + " #" + std::to_string(tag);
-    }
-    if ([object isKindOfClass:[UIColor class]]) {
-        const struct CGColor& color = *[static_cast<UIColor*>(object) CGColor];
-        return words(platform::Color{color.red, color.green, color.blue, color.alpha});
-    }
-    if ([object isKindOfClass:[NSData class]]) {
-        return std::to_string([object length]) + " bytes";
-    }
-    if ([object isKindOfClass:[NSDictionary class]]) {
-        return "dictionary of " + std::to_string([object count]);
-    }
-    return class_getName(object_getClass(object));
-}
-
-std::string wordsOf(BOOL flag) {
-    return words(static_cast<bool>(flag));
-}
-
-std::string wordsOf(NSInteger number) {
-    return words(number);
-}
-
-std::string wordsOf(CGFloat number) {
-    return words(number);
-}
-
-std::string wordsOf(float number) {
-    return words(static_cast<double>(number));
-}
-
-std::string wordsOf(CGRect rect) {
-    return words(
-        platform::Rect{{rect.origin.x, rect.origin.y}, {rect.size.width, rect.size.height}});
-}
-
-void add(Entry entry) {
-    if (record::Recorder* const recorder = record::Recorder::current()) {
-        recorder->add(std::move(entry));
-    }
-}
-
-// The method of that name in the place of the class's own, which it calls.
-template <class Function>
-struct Method;
-
-template <class R, class... Args>
-struct Method<R (*)(id, SEL, Args...)> {
-    using Function = R (*)(id, SEL, Args...);
-    Function own = nullptr;
-
-    void replace(const char* message, Function function) {
-        // "-[Class selector]"
-        const std::string_view text = message;
-        const std::size_t blank = text.find(' ');
-        const std::string cls(text.substr(2, blank - 2));
-        const std::string selector(text.substr(blank + 1, text.size() - blank - 2));
-        const Class found = objc_getClass(cls.c_str());
-        const SEL name = sel_registerName(selector.c_str());
-        const auto method = text.starts_with('+') ? class_getClassMethod(found, name)
-                                                  : class_getInstanceMethod(found, name);
-        // By way of no type at all, as IMP is the type of no method.
-        own = reinterpret_cast<Function>(reinterpret_cast<void*>(method_setImplementation(
-            method, reinterpret_cast<IMP>(reinterpret_cast<void*>(function)))));
-    }
-};
-
-class Call : public Unrecorded {
-  public:
-    // Nobody else's on the way to an answer.
-    [[nodiscard]] bool isTheLibrarys() const { return isOutermost_; }
-};
 
 struct Methods {
     Method<BOOL (*)(id, SEL, NSString*)> fileExists;
@@ -166,15 +65,6 @@ void addRead(std::string_view message, NSString* path, id answer) {
          .answer = wordsOf(answer)});
 }
 
-void addCall(const Call& call, std::string_view message, std::vector<std::string> arguments,
-             id answer) {
-    if (call.isTheLibrarys()) {
-        add({.message = std::string(message),
-             .arguments = std::move(arguments),
-             .answer = wordsOf(answer)});
-    }
-}
-
 // The answer of one of Foundation's methods that read a file.
 template <auto kMethod>
 id read(std::string_view message, id self, SEL selector, NSString* path) {
@@ -201,16 +91,6 @@ std::string ended(BOOL isDone) {
     return isDone ? "done" : "error";
 }
 
-void addMessage(const Call& call, std::string_view message, id receiver,
-                std::vector<std::string> arguments = {}) {
-    if (call.isTheLibrarys()) {
-        add({.kind = EntryKind::message,
-             .message = std::string(message),
-             .subject = wordsOf(receiver),
-             .arguments = std::move(arguments)});
-    }
-}
-
 constexpr auto kFileExists = messageOf("FileManager", "fileExistsAtPath");
 constexpr auto kIsDirectory = messageOf("FileManager", "fileExistsAtPathIsDirectory");
 constexpr auto kData = messageOf("FileManager", "dataWithContentsOfFile");
@@ -235,55 +115,6 @@ constexpr auto kAlert = messageOf("Alerts", "alertControllerWithTitleMessagePref
 constexpr auto kAction = messageOf("Alerts", "actionWithTitleStyleHandler");
 constexpr auto kPresent = messageOf("ViewController", "presentViewControllerAnimated");
 constexpr auto kKeyWindow = messageOf("Application", "keyWindow");
-
-// What views, players and alerts are told, by their places here.
-constexpr std::array kTold{
-    messageOf("View", "setTag"),
-    messageOf("View", "setFrame"),
-    messageOf("View", "setBackgroundColor"),
-    messageOf("View", "setClipsToBounds"),
-    messageOf("View", "setAlpha"),
-    messageOf("View", "setHidden"),
-    messageOf("View", "addSubview"),
-    messageOf("View", "insertSubviewAtIndex"),
-    messageOf("View", "removeFromSuperview"),
-    messageOf("View", "addGestureRecognizer"),
-    messageOf("ImageView", "setImage"),
-    messageOf("AudioPlayer", "setVolume"),
-    messageOf("AudioPlayer", "setDelegate"),
-    messageOf("AudioPlayer", "prepareToPlay"),
-    messageOf("AudioPlayer", "play"),
-    messageOf("AlertController", "addAction"),
-};
-
-template <std::size_t kPlace, class Result, class... Args>
-void replaceTold() {
-    static Method<Result (*)(id, SEL, Args...)> method;
-    method.replace(kTold[kPlace].data(), [](id self, SEL name, Args... arguments) -> Result {
-        const Call call;
-        addMessage(call, kTold[kPlace], self, {wordsOf(arguments)...});
-        return method.own(self, name, arguments...);
-    });
-}
-
-void replaceAllTold() {
-    replaceTold<0, void, NSInteger>();
-    replaceTold<1, void, CGRect>();
-    replaceTold<2, void, id>();
-    replaceTold<3, void, BOOL>();
-    replaceTold<4, void, CGFloat>();
-    replaceTold<5, void, BOOL>();
-    replaceTold<6, void, id>();
-    replaceTold<7, void, id, NSInteger>();
-    replaceTold<8, void>();
-    replaceTold<9, void, id>();
-    replaceTold<10, void, id>();
-    replaceTold<11, void, float>();
-    replaceTold<12, void, id>();
-    replaceTold<13, BOOL>();
-    replaceTold<14, BOOL>();
-    replaceTold<15, void, id>();
-}
 
 void replaceReads() {
     methods.fileExists.replace(kFileExists.data(), [](id self, SEL name, NSString* path) -> BOOL {
@@ -342,7 +173,8 @@ void replaceChanges() {
             const Call call;
             const BOOL isDone = methods.setAttributes.own(self, name, attributes, path, error);
             NSNumber* const mode = [attributes objectForKey:NSFilePosixPermissions];
-            addChange(call, kAttributes, path, {words([mode unsignedIntValue])}, ended(isDone));
+            addChange(call, kAttributes, path, {record::wordsOfMode([mode unsignedIntValue])},
+                      ended(isDone));
             return isDone;
         });
     methods.copy.replace(
@@ -402,17 +234,17 @@ void replaceSession() {
         addCall(call, kShared, {}, answer);
         return answer;
     });
-    methods.setCategory.replace(kCategory.data(),
-                                [](id self, SEL name, NSString* category, NSError** error) -> BOOL {
-                                    const Call call;
-                                    addMessage(call, kCategory, self, {wordsOf(category)});
-                                    return methods.setCategory.own(self, name, category, error);
-                                });
+    methods.setCategory.replace(
+        kCategory.data(), [](id self, SEL name, NSString* category, NSError** error) -> BOOL {
+            const Call call;
+            const record::Told told = addMessage(call, kCategory, self, {wordsOf(category)});
+            return answered(told, methods.setCategory.own(self, name, category, error));
+        });
     methods.setActive.replace(
         kActive.data(), [](id self, SEL name, BOOL isActive, NSError** error) -> BOOL {
             const Call call;
-            addMessage(call, kActive, self, {words(static_cast<bool>(isActive))});
-            return methods.setActive.own(self, name, isActive, error);
+            const record::Told told = addMessage(call, kActive, self, {wordsOf(isActive)});
+            return answered(told, methods.setActive.own(self, name, isActive, error));
         });
 }
 
@@ -468,6 +300,38 @@ void replaceAlerts() {
 
 }  // namespace
 
+void add(Entry entry) {
+    if (record::Recorder* const recorder = record::Recorder::current()) {
+        recorder->add(std::move(entry));
+    }
+}
+
+void addCall(const Call& call, std::string_view message, std::vector<std::string> arguments,
+             id answer) {
+    if (call.isTheLibrarys()) {
+        add({.message = std::string(message),
+             .arguments = std::move(arguments),
+             .answer = wordsOf(answer)});
+    }
+}
+
+record::Told addMessage(const Call& call, std::string_view message, id receiver,
+                        std::vector<std::string> arguments) {
+    record::Recorder* const recorder = record::Recorder::current();
+    if (recorder == nullptr || !call.isTheLibrarys()) {
+        return {};
+    }
+    return {*recorder, recorder->add({.kind = EntryKind::message,
+                                      .message = std::string(message),
+                                      .subject = wordsOf(receiver),
+                                      .arguments = std::move(arguments)})};
+}
+
+BOOL answered(const record::Told& told, BOOL answer) {
+    static_cast<void>(told.answered(static_cast<bool>(answer)));
+    return answer;
+}
+
 Unrecorded::Unrecorded() : isOutermost_(depth == 0) {
     ++depth;
 }
@@ -486,7 +350,7 @@ void startRecording() {
     replaceSession();
     replacePlayers();
     replaceAlerts();
-    replaceAllTold();
+    recordViews();
 }
 
 record::Record takeRecord() {

@@ -61,6 +61,7 @@ void insertInto(UIView* superview, UIView* view, NSInteger index) {
         _gestureRecognizers = [[NSMutableArray alloc] init];
         _layer = [[CALayer alloc] init];
         _layer->_bounds.size = frame.size;
+        _layer->_view = self;
     }
     return self;
 }
@@ -93,6 +94,9 @@ void insertInto(UIView* superview, UIView* view, NSInteger index) {
     [_subviews release];
     [_gestureRecognizers release];
     [_backgroundColor release];
+    if (_layer != nil) {  // it has been initialised
+        _layer->_view = nil;
+    }
     [_layer release];
     [super dealloc];
 }

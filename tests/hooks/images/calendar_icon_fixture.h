@@ -26,65 +26,70 @@ inline constexpr double kInfinity = std::numeric_limits<double>::infinity();
             {"TextColor", "64C8FF"},   {"TextXoffset", -5},     {"TextYoffset", 6}};
 }
 
-inline const Lines kDateLabel{"labelWithFrame {3, 4.5, 2, 30}",
-                              "font Helvetica 21.5",
-                              "date label setFont Helvetica 21.5",
-                              "date label setTextAlignment 1",
-                              "date",
-                              "day",
-                              "date label setText 5",
-                              "date label setTextColor 10 20 30 1",
-                              "date label setBackgroundColor clear",
-                              "date label setShadowColor 1 2 3 1",
-                              "date label setShadowOffset {1.25, -2}",
-                              "container insertSubview date label at 2"};
-inline const Lines kDayLabel{"labelWithFrame {-5, 6, 2, 12}",
-                             "font Unknown 8",
-                             "weekday label setFont nil",
-                             "weekday label setTextAlignment 1",
-                             "date",
-                             "stringFromDate EEEE",
-                             "weekday label setText Wednesday",
-                             "weekday label setTextColor 100 200 255 1",
-                             "weekday label setShadowColor 4 5 6 1",
-                             "weekday label setShadowOffset {-3, 0.5}",
-                             "container insertSubview weekday label at 1"};
+inline const Lines kDateLabel{"-[UILabel initWithFrame:] (3, 4.5) 2×30",
+                              "+[UIFont fontWithName:size:] \"Helvetica\" 21.5",
+                              "-[UILabel setFont:] date label Helvetica 21.5",
+                              "-[UILabel setTextAlignment:] date label 1",
+                              "+[NSDate date]",
+                              "-[NSCalendar components:fromDate:] 602588460 s",
+                              "-[UILabel setText:] date label \"5\"",
+                              "-[UILabel setTextColor:] date label #0A141E",
+                              "-[UIView setBackgroundColor:] date label #00000000",
+                              "-[UILabel setShadowColor:] date label #010203",
+                              "-[UILabel setShadowOffset:] date label 1.25×-2",
+                              "-[UIView insertSubview:atIndex:] container date label 2"};
+inline const Lines kDayLabel{"-[UILabel initWithFrame:] (-5, 6) 2×12",
+                             "+[UIFont fontWithName:size:] \"Unknown\" 8",
+                             "-[UILabel setFont:] weekday label nil",
+                             "-[UILabel setTextAlignment:] weekday label 1",
+                             "+[NSDate date]",
+                             "-[NSDateFormatter stringFromDate:] 602588460 s \"EEEE\"",
+                             "-[UILabel setText:] weekday label \"Wednesday\"",
+                             "-[UILabel setTextColor:] weekday label #64C8FF",
+                             "-[UILabel setShadowColor:] weekday label #040506",
+                             "-[UILabel setShadowOffset:] weekday label -3×0.5",
+                             "-[UIView insertSubview:atIndex:] container weekday label 1"};
 // What is asked for labels of which nothing is known.
-inline const Lines kPlainDateLabel{"labelWithFrame {0, 0, 2, 30}",
-                                   "font nil 0",
-                                   "date label setFont nil",
-                                   "date label setTextAlignment 1",
-                                   "date",
-                                   "day",
-                                   "date label setText 5",
-                                   "date label setBackgroundColor clear",
-                                   "date label setShadowOffset {0, 0}",
-                                   "container insertSubview date label at 2"};
-inline const Lines kPlainDayLabel{"labelWithFrame {0, 0, 2, 12}",
-                                  "font nil 0",
-                                  "weekday label setFont nil",
-                                  "weekday label setTextAlignment 1",
-                                  "date",
-                                  "stringFromDate EEEE",
-                                  "weekday label setText Wednesday",
-                                  "weekday label setTextColor gray",
-                                  "weekday label setShadowOffset {0, 0}",
-                                  "container insertSubview weekday label at 1"};
-inline const Lines kViews{"viewWithFrame {0, 0, 2, 3}", "container setBackgroundColor clear",
-                          "imageViewWithFrame {0, 0, 2, 3}", "picture setBackgroundColor clear"};
-inline const Lines kRendering{"begin {2, 3} clear 0", "currentContext", "container render",
-                              "snapshot", "end"};
+inline const Lines kPlainDateLabel{"-[UILabel initWithFrame:] (0, 0) 2×30",
+                                   "+[UIFont fontWithName:size:] nil 0",
+                                   "-[UILabel setFont:] date label nil",
+                                   "-[UILabel setTextAlignment:] date label 1",
+                                   "+[NSDate date]",
+                                   "-[NSCalendar components:fromDate:] 602588460 s",
+                                   "-[UILabel setText:] date label \"5\"",
+                                   "-[UIView setBackgroundColor:] date label #00000000",
+                                   "-[UILabel setShadowOffset:] date label 0×0",
+                                   "-[UIView insertSubview:atIndex:] container date label 2"};
+inline const Lines kPlainDayLabel{"-[UILabel initWithFrame:] (0, 0) 2×12",
+                                  "+[UIFont fontWithName:size:] nil 0",
+                                  "-[UILabel setFont:] weekday label nil",
+                                  "-[UILabel setTextAlignment:] weekday label 1",
+                                  "+[NSDate date]",
+                                  "-[NSDateFormatter stringFromDate:] 602588460 s \"EEEE\"",
+                                  "-[UILabel setText:] weekday label \"Wednesday\"",
+                                  "-[UILabel setTextColor:] weekday label #808080",
+                                  "-[UILabel setShadowOffset:] weekday label 0×0",
+                                  "-[UIView insertSubview:atIndex:] container weekday label 1"};
+inline const Lines kViews{
+    "-[UIView initWithFrame:] (0, 0) 2×3", "-[UIView setBackgroundColor:] container #00000000",
+    "-[UIImageView initWithFrame:] (0, 0) 2×3", "-[UIView setBackgroundColor:] picture #00000000"};
+inline const Lines kRendering{
+    "UIGraphicsBeginImageContextWithOptions 2×3 NO 0", "UIGraphicsGetCurrentContext",
+    "-[CALayer renderInContext:] container __NSCFType", "UIGraphicsGetImageFromCurrentImageContext",
+    "UIGraphicsEndImageContext"};
 
 [[nodiscard]] inline Lines backgroundLines(LookupLogging logging = LookupLogging::off) {
     return joined({searchLines(kCalendar, logging, LookupResult::found),
-                   {"picture setImage", "container insertSubview picture at 0"}});
+                   {"-[UIImageView setImage:] picture 6×6 @1x",
+                    "-[UIView insertSubview:atIndex:] container picture 0"}});
 }
 
 [[nodiscard]] inline Lines noBackgroundLines(LookupLogging logging = LookupLogging::off) {
-    return joined({searchLines(kCalendar, logging),
-                   searchLines(kCalendar, logging),
-                   {"container setBackgroundColor white", "picture setImage nil",
-                    "container insertSubview picture at 0"}});
+    return joined(
+        {searchLines(kCalendar, logging),
+         searchLines(kCalendar, logging),
+         {"-[UIView setBackgroundColor:] container #FFFFFF", "-[UIImageView setImage:] picture nil",
+          "-[UIView insertSubview:atIndex:] container picture 0"}});
 }
 
 class CalendarIcon : public DrawnIcons {
@@ -93,19 +98,20 @@ class CalendarIcon : public DrawnIcons {
 
     // What finding and reading the theme's Info.plist writes.
     static Lines themePlistLines(const std::string& loaded) {
-        return {kReadPreferences, std::string("fileExists ") + kInfoPlist,
-                std::string("log: ThemePlistDict: ") + kInfoPlist,
-                std::string("readPlist ") + kInfoPlist, "log: ThemePlistDict: " + loaded};
+        return {kReadPreferences, std::string("-[NSFileManager fileExistsAtPath:] ") + kInfoPlist,
+                std::string("log ThemePlistDict: ") + kInfoPlist,
+                std::string("+[NSDictionary dictionaryWithContentsOfFile:] ") + kInfoPlist,
+                "log ThemePlistDict: " + loaded};
     }
 
     // What reading the user's file writes when no theme has a property list.
     static Lines userPlistLines(const std::string& loaded) {
         return {kReadPreferences,
-                std::string("fileExists ") + kInfoPlist,
-                "log: ThemePlistDict: (null)",
-                "log: ThemePlistDict NOTFound Grab Stock: (null)",
-                std::string("readPlist ") + kUserFile,
-                "log: ThemePlistDict: " + loaded};
+                std::string("-[NSFileManager fileExistsAtPath:] ") + kInfoPlist,
+                "log ThemePlistDict: (null)",
+                "log ThemePlistDict NOTFound Grab Stock: (null)",
+                std::string("+[NSDictionary dictionaryWithContentsOfFile:] ") + kUserFile,
+                "log ThemePlistDict: " + loaded};
     }
 
     static std::string loaded(const platform::Dictionary& values) {
@@ -113,7 +119,16 @@ class CalendarIcon : public DrawnIcons {
     }
 
     // The steps that concern one of the labels.
-    Lines stepsOf(const std::string& label) const { return device.journal.linesWith(label + " "); }
+    Lines stepsOf(const std::string& label) const {
+        Lines lines;
+        for (const std::string& line : device.journal.lines()) {
+            if (line.find(" " + label + " ") != std::string::npos &&
+                !line.starts_with("-[UIView insert")) {
+                lines.push_back(line);
+            }
+        }
+        return lines;
+    }
 };
 
 }  // namespace velmoranth::tests

@@ -122,18 +122,20 @@ TEST_F(CalendarIcon, IsMadeAnewAtEveryCall) {
     device.journal.clear();
     views.labels.clear();
     calendarIcon();
-    EXPECT_EQ(device.journal.linesWith("labelWithFrame ").front(), "labelWithFrame {1, 0, 2, 30}");
+    EXPECT_EQ(device.journal.linesWith("-[UILabel initWithFrame:] ").front(),
+              "-[UILabel initWithFrame:] (1, 0) 2×30");
 }
 
 TEST_F(CalendarIcon, IsAsLargeAsAsked) {
     set({});
     info = {{60, 40.5}, 2, 0};
     const ImageRef image = calendarIcon();
-    EXPECT_EQ(device.journal.count("viewWithFrame {0, 0, 60, 40.5}"), 1U);
-    EXPECT_EQ(device.journal.count("imageViewWithFrame {0, 0, 60, 40.5}"), 1U);
-    EXPECT_EQ(device.journal.linesWith("labelWithFrame "),
-              (Lines{"labelWithFrame {0, 0, 60, 30}", "labelWithFrame {0, 0, 60, 12}"}));
-    EXPECT_EQ(device.journal.count("begin {60, 40.5} clear 0"), 1U);
+    EXPECT_EQ(device.journal.count("-[UIView initWithFrame:] (0, 0) 60×40.5"), 1U);
+    EXPECT_EQ(device.journal.count("-[UIImageView initWithFrame:] (0, 0) 60×40.5"), 1U);
+    EXPECT_EQ(device.journal.linesWith("-[UILabel initWithFrame:] "),
+              (Lines{"-[UILabel initWithFrame:] (0, 0) 60×30",
+                     "-[UILabel initWithFrame:] (0, 0) 60×12"}));
+    EXPECT_EQ(device.journal.count("UIGraphicsBeginImageContextWithOptions 60×40.5 NO 0"), 1U);
     EXPECT_EQ(image->scale(), 3) << "the screen's, not the record's";
 }
 
@@ -156,10 +158,10 @@ TEST_F(CalendarIcon, ShowsTheDayWithoutLeadingZeroAndTheWeekdayInTheDevicesLangu
         device.journal.clear();
         views.labels.clear();
         calendarIcon();
-        EXPECT_EQ(device.journal.linesWith("date label setText "),
-                  Lines{std::string("date label setText ") + shown.day});
-        EXPECT_EQ(device.journal.linesWith("weekday label setText "),
-                  Lines{std::string("weekday label setText ") + shown.weekday});
+        EXPECT_EQ(device.journal.linesWith("-[UILabel setText:] date label "),
+                  Lines{"-[UILabel setText:] date label " + record::words(shown.day)});
+        EXPECT_EQ(device.journal.linesWith("-[UILabel setText:] weekday label "),
+                  Lines{"-[UILabel setText:] weekday label " + record::words(shown.weekday)});
         device.dates.now = start;
     }
 }
@@ -179,7 +181,8 @@ TEST_F(CalendarIcon, SizesThatNoIconHasHarmNothing) {
             device.journal.clear();
             calendarIcon();
             EXPECT_EQ(device.journal.count("orig "), 1U);
-            EXPECT_EQ(device.journal.count("begin "), device.journal.count("end"));
+            EXPECT_EQ(device.journal.count("UIGraphicsBeginImageContextWithOptions "),
+                      device.journal.count("UIGraphicsEndImageContext"));
         }
     }
 }
@@ -188,8 +191,8 @@ TEST_F(CalendarIcon, ASizeBeyondMemoryGivesNoImage) {
     set({});
     info.size = {1e9, 1e9};
     EXPECT_EQ(calendarIcon(), nullptr);
-    EXPECT_EQ(device.journal.count("begin {1e+09, 1e+09} clear 0"), 1U);
-    EXPECT_EQ(device.journal.count("end"), 1U);
+    EXPECT_EQ(device.journal.count("UIGraphicsBeginImageContextWithOptions 1e+09×1e+09 NO 0"), 1U);
+    EXPECT_EQ(device.journal.count("UIGraphicsEndImageContext"), 1U);
 }
 
 TEST_F(CalendarIcon, IsMaskedWhenThemeAndUserWantIt) {
@@ -201,7 +204,7 @@ TEST_F(CalendarIcon, IsMaskedWhenThemeAndUserWantIt) {
         const ImageRef image = calendarIcon();
         const bool isMasked = drawnPixels(image) == masked(6, 9, kRed);
         EXPECT_TRUE(isMasked || drawnPixels(image) == solid(6, 9, kRed));
-        EXPECT_EQ(device.journal.count("log: UpdateIcons mask is "), isMasked ? 1U : 0U);
+        EXPECT_EQ(device.journal.count("log UpdateIcons mask is "), isMasked ? 1U : 0U);
         return isMasked;
     };
     EXPECT_TRUE(wish({{"IB-MaskIcons", true}}, true));
@@ -222,13 +225,11 @@ TEST_F(CalendarIcon, IsOverlaidAfterItIsMasked) {
     themeOverlay();
     // The mask leaves an image of scale 1.
     EXPECT_EQ(drawnPixels(calendarIcon()), solid(18, 27, kBlue));
-    const Lines lines = device.journal.lines();
-    const auto place = [&lines](const std::string& line) {
-        return std::find(lines.begin(), lines.end(), line);
-    };
-    EXPECT_LT(place("container render"), place("imageCreateWithMask"));
-    EXPECT_LT(place("imageCreateWithMask"), place("imageViewWithImage"));
-    EXPECT_EQ(device.journal.count("imageViewWithImage"), 1U);
+    EXPECT_LT(device.journal.place("-[CALayer renderInContext:] container"),
+              device.journal.place("CGImageCreateWithMask "));
+    EXPECT_LT(device.journal.place("CGImageCreateWithMask "),
+              device.journal.place("-[UIImageView initWithImage:] "));
+    EXPECT_EQ(device.journal.count("-[UIImageView initWithImage:]"), 1U);
 }
 
 TEST_F(CalendarIcon, IsOverlaidWithoutAnyWish) {
@@ -236,7 +237,7 @@ TEST_F(CalendarIcon, IsOverlaidWithoutAnyWish) {
     infoPlist({{"IB-MaskIcons", false}});
     themeOverlay();
     EXPECT_EQ(drawnPixels(calendarIcon()), solid(6, 9, kBlue));
-    EXPECT_EQ(device.journal.count("imageMaskCreate"), 0U);
+    EXPECT_EQ(device.journal.count("CGImageMaskCreate"), 0U);
 }
 
 TEST_F(CalendarIcon, OfAThemeWithoutEffectsAsksForBothAfterRendering) {
@@ -254,7 +255,7 @@ TEST_F(CalendarIcon, WithEffectsOffAsksForNeither) {
     themeMask(6, 9);
     themeOverlay();
     EXPECT_EQ(drawnPixels(calendarIcon()), solid(6, 9, {255, 255, 255, 255}));
-    EXPECT_EQ(steps().back(), "end");
+    EXPECT_EQ(steps().back(), "UIGraphicsEndImageContext");
 }
 }  // namespace
 }  // namespace velmoranth::tests::calendar_icon_test

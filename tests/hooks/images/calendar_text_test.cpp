@@ -73,14 +73,14 @@ TEST_F(CalendarText, FontOfNoSizeIsTheSystemsSize) {
         EXPECT_EQ(inkWith({{"FontSize", size}}), ink) << size;
     }
     EXPECT_EQ(inkWith({}), ink);
-    EXPECT_EQ(device.journal.count("font Helvetica 0"), 1U);
+    EXPECT_EQ(device.journal.count("+[UIFont fontWithName:size:] \"Helvetica\" 0"), 1U);
 }
 
 TEST_F(CalendarText, HugeFontHarmsNothing) {
     for (const double size : {1e9, 1e300, kInfinity}) {
         EXPECT_LE(inkWith({{"FontSize", size}}), 60 * 120) << size << ": beyond its label";
     }
-    EXPECT_EQ(device.journal.count("font Helvetica inf"), 1U);
+    EXPECT_EQ(device.journal.count("+[UIFont fontWithName:size:] \"Helvetica\" inf"), 1U);
 }
 
 TEST_F(CalendarText, LabelBeyondTheIconHasNoText) {

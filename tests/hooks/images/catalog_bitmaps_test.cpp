@@ -19,7 +19,8 @@ using platform::ObjectRef;
 
 const Lookup kInKit{"star", "com.x.kit"};
 const Lookup kLoose{"star", std::nullopt};
-constexpr const char* kWrap = "imageWithCGImage";
+constexpr const char* kWrapNil = "+[UIImage imageWithCGImage:] nil";
+constexpr const char* kWrap = "+[UIImage imageWithCGImage:] 6×9 pixels";
 
 class GlyphBitmap : public CatalogImages {
   protected:
@@ -174,9 +175,9 @@ TEST_F(GlyphBitmap, VariablesAreReadInTurn) {
     addVariables();
     switches(true, false);
     send();
-    EXPECT_EQ(device.journal.linesWith("instanceVariable "),
-              (Lines{"instanceVariable CUINamedVectorGlyph _catalog",
-                     "instanceVariable CUICatalog _bundle"}));
+    EXPECT_EQ(device.journal.linesWith("class_getInstanceVariable "),
+              (Lines{"class_getInstanceVariable CUINamedVectorGlyph star _catalog",
+                     "class_getInstanceVariable CUICatalog _bundle"}));
 }
 
 TEST_F(GlyphBitmap, WithoutNameIsThePlatforms) {
@@ -221,7 +222,7 @@ TEST_F(GlyphBitmap, NilOfThePlatformIsLookedUpInBothPlaces) {
     isNilAnswer = [](std::size_t) { return true; };
     switches(true, true);
     EXPECT_EQ(send(), nullptr);
-    EXPECT_EQ(steps(), joined({{orig, orig, kWrap},
+    EXPECT_EQ(steps(), joined({{orig, orig, kWrapNil},
                                kInKit.lines(nullptr, LookupLogging::on),
                                {logLine("star", "com.x.kit")},
                                kLoose.lines(nullptr, LookupLogging::on),
@@ -234,7 +235,7 @@ TEST_F(GlyphBitmap, LooseImageIsFoundAfterANilOfTheBundle) {
     themePng(kLoose.file());
     switches(true, false);
     EXPECT_EQ(drawnPixels(send()), solid(6, 6, kRed));
-    EXPECT_EQ(steps(), joined({{orig, orig, kWrap},
+    EXPECT_EQ(steps(), joined({{orig, orig, kWrapNil},
                                kInKit.lines(nullptr, LookupLogging::off),
                                kLoose.lines(nullptr, LookupLogging::off, LookupResult::found)}));
 }
@@ -279,7 +280,7 @@ TEST_F(GlyphBitmap, ThemingIsTestedAfterTheFirstCall) {
     switches(true, true);
     whenCalled = [this](std::size_t) { switches(false, true); };
     EXPECT_EQ(answeredBy(send()), 1);
-    EXPECT_EQ(device.journal.count("load "), 0U);
+    EXPECT_EQ(device.journal.count("+[UIImage imageWithContentsOfFile:] "), 0U);
 }
 
 // The file says the opposite, as the look-up before the line has read.
@@ -345,7 +346,7 @@ TEST_F(ContentBitmap, ThemingIsTestedAfterTheSecondCall) {
     whenCalled = [this](std::size_t number) { switches(number == 0, true); };
     EXPECT_EQ(answeredBy(send()), 1);
     EXPECT_EQ(given.size(), 2U);
-    EXPECT_EQ(device.journal.count("load "), 0U);
+    EXPECT_EQ(device.journal.count("+[UIImage imageWithContentsOfFile:] "), 0U);
 }
 
 TEST_F(ContentBitmap, WithoutGlyphIsThePlatforms) {

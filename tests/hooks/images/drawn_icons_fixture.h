@@ -1,6 +1,6 @@
 // For the tests of the calendar and clock icons: a process with both generators, replaced, in which
-// views, labels, fonts and image contexts write what is asked of them into the journal ("date label
-// setText 5"). Labels draw nothing, so that a picture depends on no font.
+// records call views, labels and fonts by name ("-[UILabel setText:] date label "5""). Labels draw
+// nothing, so that a picture depends on no font.
 #pragma once
 
 #include "core/format.h"
@@ -9,9 +9,8 @@
 #include "tests/hooks/springboard/chrome_fixture.h"
 
 #include "icon_image_lines.h"
+#include "record/operations.h"
 
-#include <array>
-#include <cstdio>
 #include <map>
 #include <memory>
 #include <set>
@@ -21,45 +20,31 @@
 
 namespace velmoranth::tests {
 
-struct NamedFont final : platform::Font {
+struct NamedFont final : platform::Font, record::Named {
     explicit NamedFont(std::string fontName) : name(std::move(fontName)) {}
 
     std::string name;
 
     [[nodiscard]] std::string className() const override { return "UIFont"; }
+
+    [[nodiscard]] std::string nameInRecords() const override { return name; }
 };
 
 // Knows the one font "Helvetica".
-class OneFont final : public platform::Fonts {
-  public:
-    explicit OneFont(Journal& journal) : journal_(journal) {}
+struct OneFont final : platform::Fonts {
+    std::vector<platform::NullableString> asked;  // whole, as records cut long ones off
 
     platform::FontRef fontWithNameSize(const platform::NullableString& name, double size) override {
-        std::array<char, 40> points{};
-        std::snprintf(points.data(), points.size(), "%.17g", size);
-        const std::string font = name.value_or("nil") + " " + points.data();
-        journal_.write("font " + font);
-        return name == "Helvetica" ? std::make_shared<NamedFont>(font) : nullptr;
+        asked.push_back(name);
+        return name == "Helvetica" ? std::make_shared<NamedFont>(*name + " " + record::words(size))
+                                   : nullptr;
     }
-
-  private:
-    Journal& journal_;
 };
-
-[[nodiscard]] inline std::string text(const platform::Color& color) {
-    return color == platform::kClearColor   ? "clear"
-           : color == platform::kWhiteColor ? "white"
-           : color == platform::kGrayColor
-               ? "gray"
-               : text(color.red * 255) + " " + text(color.green * 255) + " " +
-                     text(color.blue * 255) + " " + text(color.alpha);
-}
 
 // The contexts of the process; each is known by whether it is the current one.
 class WatchedContexts final : public platform::ImageContexts {
   public:
-    WatchedContexts(Journal& journal, platform::ImageContexts& process)
-        : journal_(journal), process_(process) {}
+    explicit WatchedContexts(platform::ImageContexts& process) : process_(process) {}
 
     platform::GraphicsContextRef current;
     platform::ImageRef snapshot;
@@ -69,7 +54,6 @@ class WatchedContexts final : public platform::ImageContexts {
     }
 
     platform::GraphicsContextRef getCurrentContext() override {
-        journal_.write("currentContext");
         current = process_.getCurrentContext();
         return current;
     }
@@ -82,11 +66,10 @@ class WatchedContexts final : public platform::ImageContexts {
     void endImageContext() override { process_.endImageContext(); }
 
   private:
-    Journal& journal_;
     platform::ImageContexts& process_;
 };
 
-// The layer of a view, which writes when it is rendered.
+// The layer of a view, which draws nothing of its subviews but what they draw themselves.
 class WatchedLayer final : public platform::Layer {
   public:
     WatchedLayer(std::shared_ptr<desktop::DesktopLayer> layer,
@@ -123,23 +106,16 @@ class WatchedLayer final : public platform::Layer {
 };
 
 template <class Base>
-class DrawnView : public WritingView<Base> {
+class DrawnView : public NamedViewOf<Base> {
   public:
-    DrawnView(Journal& journal, const WatchedContexts& contexts, std::string className,
-              std::string name)
-        : WritingView<Base>(journal, std::move(className), std::move(name)), contexts_(contexts) {}
-
-    void setBackgroundColor(const platform::Color& color) override {
-        this->write("setBackgroundColor " + text(color));
-        WritingView<Base>::setBackgroundColor(color);
-    }
+    DrawnView(const WatchedContexts& contexts, std::string className, std::string name)
+        : NamedViewOf<Base>(std::move(className), std::move(name)), contexts_(contexts) {}
 
     [[nodiscard]] platform::LayerRef layer() override {
-        return std::make_shared<WatchedLayer>(
-            this->desktopLayer(), [this](const platform::GraphicsContextRef& context) {
-                const bool isCurrent = context == contexts_.current;
-                this->write(isCurrent ? "render" : "render elsewhere");
-            });
+        return std::make_shared<WatchedLayer>(this->desktopLayer(),
+                                              [this](const platform::GraphicsContextRef& context) {
+                                                  EXPECT_EQ(context, contexts_.current);
+                                              });
     }
 
   private:
@@ -153,7 +129,7 @@ class DrawnPicture final : public DrawnView<platform::ImageView> {
     [[nodiscard]] platform::ImageRef image() const override { return contents(); }
 
     void setImage(const platform::ImageRef& image) override {
-        write(image == nullptr ? "setImage nil" : "setImage");
+        record::tell(*this, record::messageOf("ImageView", "setImage"), image);
         setContents(image);
     }
 };
@@ -165,36 +141,34 @@ class DrawnLabel final : public DrawnView<platform::Label> {
     platform::Size shadowOffset;
 
     void setFont(const platform::FontRef& font) override {
-        const auto named = std::dynamic_pointer_cast<NamedFont>(font);
-        write("setFont " + (named == nullptr ? "nil" : named->name));
+        record::tell(*this, record::messageOf("Label", "setFont"), font);
     }
 
     void setTextAlignment(platform::TextAlignment alignment) override {
-        write("setTextAlignment " + std::to_string(static_cast<int>(alignment)));
+        record::tell(*this, record::messageOf("Label", "setTextAlignment"), alignment);
     }
 
     void setText(const platform::NullableString& string) override {
-        write("setText " + string.value_or("nil"));
+        record::tell(*this, record::messageOf("Label", "setText"), string);
     }
 
     void setTextColor(const platform::Color& color) override {
-        write("setTextColor " + text(color));
+        record::tell(*this, record::messageOf("Label", "setTextColor"), color);
     }
 
     void setShadowColor(const platform::Color& color) override {
-        write("setShadowColor " + text(color));
+        record::tell(*this, record::messageOf("Label", "setShadowColor"), color);
     }
 
     void setShadowOffset(platform::Size offset) override {
-        write("setShadowOffset " + text(offset));
+        record::tell(*this, record::messageOf("Label", "setShadowOffset"), offset);
         shadowOffset = offset;
     }
 };
 
 class DrawnViews final : public platform::Views {
   public:
-    DrawnViews(Journal& journal, const WatchedContexts& contexts)
-        : journal_(journal), contexts_(contexts) {}
+    explicit DrawnViews(const WatchedContexts& contexts) : contexts_(contexts) {}
 
     std::shared_ptr<DrawnView<platform::View>> container;
     std::shared_ptr<DrawnPicture> picture;
@@ -202,13 +176,11 @@ class DrawnViews final : public platform::Views {
     std::vector<std::shared_ptr<DrawnLabel>> labels;
 
     platform::ViewRef viewWithFrame(const platform::Rect& frame) override {
-        journal_.write("viewWithFrame " + text(frame));
         container = made<DrawnView<platform::View>>("UIView", "container", frame);
         return container;
     }
 
     platform::LabelRef labelWithFrame(const platform::Rect& frame) override {
-        journal_.write("labelWithFrame " + text(frame));
         labels.push_back(
             made<DrawnLabel>("UILabel", labels.empty() ? "date label" : "weekday label", frame));
         return labels.back();
@@ -218,7 +190,6 @@ class DrawnViews final : public platform::Views {
 
     // The overlay's.
     platform::ImageViewRef imageViewWithImage(const platform::ImageRef& image) override {
-        journal_.write("imageViewWithImage");
         const platform::ImageViewRef view = made<DrawnPicture>(
             "UIImageView", "base", platform::Rect{{0, 0}, platform::sizeOf(image)});
         view->setImage(image);
@@ -226,7 +197,6 @@ class DrawnViews final : public platform::Views {
     }
 
     platform::ImageViewRef imageViewWithFrame(const platform::Rect& frame) override {
-        journal_.write("imageViewWithFrame " + text(frame));
         picture = made<DrawnPicture>("UIImageView", "picture", frame);
         return picture;
     }
@@ -250,12 +220,11 @@ class DrawnViews final : public platform::Views {
     template <class T>
     std::shared_ptr<T> made(const std::string& className, const std::string& name,
                             const platform::Rect& frame) {
-        auto view = std::make_shared<T>(journal_, contexts_, className, name);
+        auto view = std::make_shared<T>(contexts_, className, name);
         view->setNodeFrame(frame);
         return view;
     }
 
-    Journal& journal_;
     const WatchedContexts& contexts_;
 };
 
@@ -295,11 +264,11 @@ class DrawnIcons : public IconProcess {
                     return answer(clockCall(name, asked, masks, self.name()));
                 }));
         install(versionNumber);
-        replaceServices({.imageContexts = &contexts, .fonts = &fonts, .views = &views});
+        device.useServices({.imageContexts = &contexts, .fonts = &fonts, .views = &views});
     }
 
     [[nodiscard]] static std::string textOfInfo(const platform::SBIconImageInfo& asked) {
-        return text(asked.size) + " " + text(asked.scale) + " " +
+        return record::words(asked.size) + " " + text(asked.scale) + " " +
                text(asked.continuousCornerRadius);
     }
 
@@ -334,9 +303,9 @@ class DrawnIcons : public IconProcess {
     TestCalendarIcon calendar;
     // 6 × 9 pixels.
     platform::SBIconImageInfo info{{2, 3}, 1.5, 13.25};
-    WatchedContexts contexts{device.journal, platform::platform().imageContexts};
-    OneFont fonts{device.journal};
-    DrawnViews views{device.journal, contexts};
+    WatchedContexts contexts{device.services().imageContexts};
+    OneFont fonts;
+    DrawnViews views{contexts};
 };
 
 }  // namespace velmoranth::tests

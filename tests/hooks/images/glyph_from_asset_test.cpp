@@ -74,7 +74,7 @@ TEST_F(GlyphFromAsset, SwitchesAreReadAfterTheFirstCall) {
     switches(false, false);
     whenCalled = [this](std::size_t) { switches(true, true); };
     EXPECT_EQ(answeredBy(send(asset)), 2);
-    EXPECT_EQ(device.journal.count("load "), 3U);
+    EXPECT_EQ(device.journal.count("+[UIImage imageWithContentsOfFile:] "), 3U);
 }
 
 TEST_F(GlyphFromAsset, ThemingIsTestedAfterTheLogLine) {
@@ -82,7 +82,7 @@ TEST_F(GlyphFromAsset, ThemingIsTestedAfterTheLogLine) {
     switches(false, false);
     whenCalled = [this](std::size_t number) { switches(number == 0, number == 0); };
     EXPECT_EQ(answeredBy(send(asset)), 2);
-    EXPECT_EQ(device.journal.count("load "), 0U);
+    EXPECT_EQ(device.journal.count("+[UIImage imageWithContentsOfFile:] "), 0U);
 }
 
 TEST_F(GlyphFromAsset, IsLookedUpInTheContainingBundle) {
@@ -239,7 +239,7 @@ TEST_F(GlyphFromAsset, OtherObjectIsLookedUpAmongTheLooseImages) {
     for (const char* className : {"OtherObject", "ClassOfNoRegister"}) {
         expectLooseLookup(std::make_shared<Keeper>(className, bundle), {});
     }
-    EXPECT_EQ(device.journal.count("instanceVariable "), 0U);
+    EXPECT_EQ(device.journal.count("class_getInstanceVariable "), 0U);
 }
 
 TEST_F(GlyphFromAsset, ObjectOfASubclassIsAnAsset) {
@@ -248,9 +248,10 @@ TEST_F(GlyphFromAsset, ObjectOfASubclassIsAnAsset) {
     switches(true, false);
     themePng(kInKit.file());
     EXPECT_EQ(drawnPixels(send(subclassed)), solid(6, 6, kRed));
-    EXPECT_EQ(device.journal.count("isKindOfClass UIMutableImageAsset UIImageAsset"), 1U);
-    EXPECT_EQ(device.journal.linesWith("instanceVariable "),
-              Lines{"instanceVariable UIMutableImageAsset _containingBundle"});
+    EXPECT_EQ(device.journal.count("-[NSObject isKindOfClass:] UIMutableImageAsset UIImageAsset"),
+              1U);
+    EXPECT_EQ(device.journal.linesWith("class_getInstanceVariable "),
+              Lines{"class_getInstanceVariable UIMutableImageAsset _containingBundle"});
 }
 
 TEST_F(GlyphFromAsset, IsDumpedOnceByItsLookup) {

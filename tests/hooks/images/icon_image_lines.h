@@ -27,25 +27,25 @@ inline constexpr const char* kOverlayFile = "A/Velmoranth/iPhoneOverlay.png";
     const std::string path = "/Library/Themes/A/IconBundles/" + name + "-large.png";
     Lines lines{kReadPreferences};
     if (logs) {
-        lines.push_back("log: Velmoranth.M searchforIconInIconBundlesWithLeafIdentifier: " + name);
+        lines.push_back("log Velmoranth.M searchforIconInIconBundlesWithLeafIdentifier: " + name);
     }
     lines.emplace_back(kReadPreferences);
     if (logs) {
-        lines.push_back("log: Velmoranth GetICON  " + path);
+        lines.push_back("log Velmoranth GetICON  " + path);
     }
-    lines.push_back("fileExists " + path);
+    lines.push_back("-[NSFileManager fileExistsAtPath:] " + path);
     if (result == LookupResult::found) {
         if (logs) {
-            lines.push_back("log: Velmoranth BUNDLE FOUND in theme A/" + name + "-large ");
+            lines.push_back("log Velmoranth BUNDLE FOUND in theme A/" + name + "-large ");
         }
-        lines.push_back("load " + path);
+        lines.push_back("+[UIImage imageWithContentsOfFile:] " + path);
     }
     return lines;
 }
 
 // What asking for the mask writes when the theme has none.
 [[nodiscard]] inline Lines noMaskLines() {
-    const std::string folder = "load /Library/Themes/A/";
+    const std::string folder = "+[UIImage imageWithContentsOfFile:] /Library/Themes/A/";
     const std::string file = "com.apple.mobileicons.framework/AppIconMask.png";
     return {kReadPreferences,
             folder + "Bundles/" + file,
@@ -53,20 +53,23 @@ inline constexpr const char* kOverlayFile = "A/Velmoranth/iPhoneOverlay.png";
             folder + file,
             kReadPreferences,
             folder + file,
-            "log: UpdateIcons mask is (null)"};
+            "log UpdateIcons mask is (null)"};
 }
 
 // What drawing the overlay writes when the theme has none.
 [[nodiscard]] inline Lines noOverlayLines() {
-    return {kReadPreferences, "load /Library/Themes/A/Velmoranth/iPhoneOverlay.png",
-            kReadPreferences, "load /Library/Themes/A/AnemoneEffects/iPhoneOverlay.png",
-            "log: LOADEDIcon no overlay stop redraw"};
+    return {
+        kReadPreferences,
+        "+[UIImage imageWithContentsOfFile:] /Library/Themes/A/Velmoranth/iPhoneOverlay.png",
+        kReadPreferences,
+        "+[UIImage imageWithContentsOfFile:] /Library/Themes/A/AnemoneEffects/iPhoneOverlay.png",
+        "log LOADEDIcon no overlay stop redraw"};
 }
 
-[[nodiscard]] inline Lines redrawLines(platform::Size size, bool hasImage = true) {
-    return {"begin " + text(size) + " clear 0",
-            (hasImage ? "draw " : "draw nil ") + text(platform::Rect{{0, 0}, size}), "snapshot",
-            "end"};
+[[nodiscard]] inline Lines redrawLines(platform::Size size, const std::string& image) {
+    return {"UIGraphicsBeginImageContextWithOptions " + record::words(size) + " NO 0",
+            "-[UIImage drawInRect:] " + image + " " + record::words(platform::Rect{{0, 0}, size}),
+            "UIGraphicsGetImageFromCurrentImageContext", "UIGraphicsEndImageContext"};
 }
 
 // The places of an app's icon in the theme A.

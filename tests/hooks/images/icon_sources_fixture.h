@@ -58,8 +58,8 @@ class IconSources : public IconProcess {
             "WGWidgetInfo", kWidgetSelector,
             [this](WGWidgetInfo& self, Size size, double scale, NullableString identifier,
                    ObjectRef asked) {
-                return wideningAnswer(receiver(self, widget) + text(size) + " " + text(scale) +
-                                      " " + textOf(identifier) + " " + textOf(asked));
+                return wideningAnswer(receiver(self, widget) + record::words(size) + " " +
+                                      text(scale) + " " + textOf(identifier) + " " + textOf(asked));
             });
         addImageMethod<SBSwitcherAppSuggestionBannerView, NullableString, ObjectRef>(
             "SBSwitcherAppSuggestionBannerView", kBannerSelector,
@@ -108,7 +108,8 @@ class IconSources : public IconProcess {
     }
 
     [[nodiscard]] std::string widgetCall() const {
-        return "orig WGWidgetInfo " + text(widgetSize) + " 1.5 com.argument " + textOf(extension);
+        return "orig WGWidgetInfo " + record::words(widgetSize) + " 1.5 com.argument " +
+               textOf(extension);
     }
 
     ImageRef bannerIcon(const NullableString& identifier = "com.a") {

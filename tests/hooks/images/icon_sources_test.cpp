@@ -77,14 +77,14 @@ TEST_F(BannerIcon, IsRedrawnAtThePlatformsSize) {
     EXPECT_EQ(taken(), joined({{orig, orig, orig},
                                searchLines("com.a", LookupLogging::off, LookupResult::found),
                                {orig},
-                               redrawLines({4, 2})}));
+                               redrawLines({4, 2}, "6×6 @1x")}));
     set({.logging = true});
     given.clear();
     EXPECT_EQ(drawnPixels(bannerIcon()), solid(15, 6, kRed));
     EXPECT_EQ(taken(), joined({{orig, orig, logLine(given.at(1)), orig, orig},
                                searchLines("com.a", LookupLogging::on, LookupResult::found),
                                {orig},
-                               redrawLines({5, 2})}));
+                               redrawLines({5, 2}, "6×6 @1x")}));
     EXPECT_FALSE(theme::themedIconsExist());
 }
 
@@ -96,7 +96,7 @@ TEST_F(BannerIcon, WithoutThemesFileIsThePlatformsRedrawn) {
     EXPECT_EQ(taken(), joined({{orig, orig, orig},
                                searchLines("com.a", LookupLogging::off),
                                {orig},
-                               redrawLines({4, 2})}));
+                               redrawLines({4, 2}, "3×2 @3x")}));
 }
 
 // Each place that needs the platform's icon asks for it anew.
@@ -107,7 +107,7 @@ TEST_F(BannerIcon, TheSearchAndTheSizeAreOfNewAnswers) {
     EXPECT_EQ(taken(), joined({{orig, orig, orig},
                                searchLines("com.a", LookupLogging::off),
                                {orig},
-                               redrawLines({4, 2}, false)}));
+                               redrawLines({4, 2}, "nil")}));
     answerNilAt({3});
     given.clear();
     EXPECT_EQ(bannerIcon(), nullptr) << "no size";
@@ -118,7 +118,7 @@ TEST_F(BannerIcon, OfAnUnreadableFileIsEmpty) {
     set({});
     device.file("/Library/Themes/" + iconFile("com.a"), "no image");
     EXPECT_EQ(drawnPixels(bannerIcon()), solid(12, 6, {0, 0, 0, 0}));
-    EXPECT_EQ(device.journal.count("draw nil {0, 0, 4, 2}"), 1U);
+    EXPECT_EQ(device.journal.count("-[UIImage drawInRect:] nil (0, 0) 4×2"), 1U);
 }
 
 TEST_F(BannerIcon, NilOfThePlatformIsAskedForOnceMore) {
@@ -161,7 +161,7 @@ TEST_F(SettingsIcon, IsRedrawnAtTheSizeOfANewAnswer) {
     EXPECT_EQ(taken(), joined({{orig, orig},
                                lookup.lines(given.at(1), LookupLogging::off),
                                {orig},
-                               redrawLines({3, 2})}));
+                               redrawLines({3, 2}, "2×2 @3x")}));
 }
 
 TEST_F(SettingsIcon, IsTheThemesAndLogged) {
@@ -171,7 +171,7 @@ TEST_F(SettingsIcon, IsTheThemesAndLogged) {
     EXPECT_EQ(taken(), joined({{orig, orig, logLine(given.at(1)), orig},
                                lookup.lines(given.at(2), LookupLogging::on, LookupResult::found),
                                {orig},
-                               redrawLines({4, 2})}));
+                               redrawLines({4, 2}, "2×2 @3x")}));
 }
 
 TEST_F(SettingsIcon, OfAThemeWithoutEffectsAsksForBothBeforeTheSize) {
@@ -182,7 +182,7 @@ TEST_F(SettingsIcon, OfAThemeWithoutEffectsAsksForBothBeforeTheSize) {
                                noMaskLines(),
                                noOverlayLines(),
                                {orig},
-                               redrawLines({3, 2})}));
+                               redrawLines({3, 2}, "2×2 @3x")}));
 }
 
 TEST_F(SettingsIcon, IsMaskedAndOverlaidBeforeItIsRedrawn) {
@@ -191,16 +191,16 @@ TEST_F(SettingsIcon, IsMaskedAndOverlaidBeforeItIsRedrawn) {
     themeOverlay();
     set({.mask = true});
     EXPECT_NE(drawnPixels(settingsIcon()), solid(9, 6, kRed));
-    EXPECT_EQ(device.journal.count("imageMaskCreate"), 1U);
-    EXPECT_EQ(device.journal.count("imageViewWithImage"), 0U);
+    EXPECT_EQ(device.journal.count("CGImageMaskCreate"), 1U);
+    EXPECT_EQ(device.journal.count("-[UIImageView initWithImage:]"), 0U);
     set({.overlay = true});
     forget();
     EXPECT_EQ(drawnPixels(settingsIcon()), solid(9, 6, kBlue));
-    EXPECT_EQ(device.journal.count("imageMaskCreate"), 0U);
+    EXPECT_EQ(device.journal.count("CGImageMaskCreate"), 0U);
     set({.mask = true, .overlay = true});
     forget();
     EXPECT_EQ(drawnPixels(settingsIcon()), solid(9, 6, kBlue));
-    EXPECT_EQ(device.journal.count("imageMaskCreate"), 1U);
+    EXPECT_EQ(device.journal.count("CGImageMaskCreate"), 1U);
 }
 
 TEST_F(SettingsIcon, NilOfThePlatformHasNoSizeToDrawAt) {
@@ -210,7 +210,7 @@ TEST_F(SettingsIcon, NilOfThePlatformHasNoSizeToDrawAt) {
     EXPECT_EQ(taken(), joined({{orig, orig},
                                lookup.lines(nullptr, LookupLogging::off),
                                {orig},
-                               redrawLines({0, 0}, false)}));
+                               redrawLines({0, 0}, "nil")}));
     themePng(lookup.file());
     EXPECT_EQ(settingsIcon(), nullptr);
     answerNilAt({0, 1});
@@ -268,7 +268,7 @@ TEST_F(AppUtilityIcon, IsMaskedAndThenOverlaid) {
     device.journal.clear();
     set({.mask = true, .overlay = true});
     EXPECT_EQ(drawnPixels(appIcon()), solid(18, 18, kBlue));
-    EXPECT_EQ(device.journal.count("imageMaskCreate"), 1U);
+    EXPECT_EQ(device.journal.count("CGImageMaskCreate"), 1U);
 }
 
 TEST_F(AppUtilityIcon, NilOfThePlatformIsReplacedByTheThemes) {

@@ -101,7 +101,7 @@ TEST_F(ImageFromAsset, SwitchesAreReadAfterTheFirstCall) {
     switches(false, false);
     whenCalled = [this](std::size_t) { switches(true, true); };
     EXPECT_EQ(answeredBy(send(asset)), 2);
-    EXPECT_EQ(device.journal.count("load "), 3U);
+    EXPECT_EQ(device.journal.count("+[UIImage imageWithContentsOfFile:] "), 3U);
 }
 
 TEST_F(ImageFromAsset, ThemingIsTestedAfterTheLogLine) {
@@ -109,7 +109,7 @@ TEST_F(ImageFromAsset, ThemingIsTestedAfterTheLogLine) {
     switches(false, false);
     whenCalled = [this](std::size_t number) { switches(number == 0, number == 0); };
     EXPECT_EQ(answeredBy(send(asset)), 2);
-    EXPECT_EQ(device.journal.count("load "), 0U);
+    EXPECT_EQ(device.journal.count("+[UIImage imageWithContentsOfFile:] "), 0U);
 }
 
 TEST_F(ImageFromAsset, WithoutNameIsThePlatformsAfterItsLine) {

@@ -108,7 +108,7 @@ template <class T>
 
 // A log line, with the texts in place of its "%@" in order.
 [[nodiscard]] inline std::string logged(const std::string& format, const Lines& texts) {
-    std::string line = "log: ";
+    std::string line = "log ";
     std::size_t next = 0;
     for (std::size_t i = 0; i < format.size(); ++i) {
         if (format.compare(i, 2, "%@") == 0) {
@@ -122,7 +122,7 @@ template <class T>
     return line;
 }
 
-inline constexpr const char* kDictHasImg = "log: VELMORANTH WeatherImageLoader Dict HasImg";
+inline constexpr const char* kDictHasImg = "log VELMORANTH WeatherImageLoader Dict HasImg";
 inline constexpr const char* kDumpFolder = "/var/mobile/Library/VelmoranthImageDump";
 
 enum class LookupLogging { off, on };
@@ -150,8 +150,8 @@ struct Lookup {
                 logged("VELMORANTH LOAD IMAGE: %@ BUNDLEID: %@ Image Width: %@ Image Height: %@",
                        {name, *bundle, std::to_string(size.width), std::to_string(size.height)}));
         }
-        const std::string base =
-            "load /Library/Themes/A/" + (bundle ? "Bundles/" + *bundle : "UIImages") + "/" + name;
+        const std::string base = "+[UIImage imageWithContentsOfFile:] /Library/Themes/A/" +
+                                 (bundle ? "Bundles/" + *bundle : "UIImages") + "/" + name;
         lines.push_back(base + "@3x.png");
         if (result == LookupResult::miss) {
             if (!bundle) {
@@ -206,8 +206,9 @@ class ImageProcess : public SpringBoardProcess {
     Lines steps() {
         Lines lines = taken();
         std::erase_if(lines, [](const std::string& line) {
-            return line.starts_with("getClass ") || line.starts_with("isKindOfClass ") ||
-                   line.starts_with("instanceVariable ");
+            return line.starts_with("objc_getClass ") ||
+                   line.starts_with("-[NSObject isKindOfClass:] ") ||
+                   line.starts_with("class_getInstanceVariable ");
         });
         return lines;
     }

@@ -167,7 +167,7 @@ TEST_F(WeatherImage, LogsItsKeysInTheOrderOfTheirImages) {
     set({.logging = true});
     themePng(lookup("rain").file());
     weather("none", 0);
-    EXPECT_EQ(device.journal.log().front(), logLine("none", given.at(1), 0, "(null)").substr(5));
+    EXPECT_EQ(device.journal.log().front(), logLine("none", given.at(1), 0, "(null)").substr(4));
     forget();
     weather("rain", 7);
     EXPECT_EQ(taken(),

@@ -160,7 +160,7 @@ TEST_F(NotificationIcon, IsOverlaidAfterItIsMasked) {
     themeMask(6, 6);
     themeOverlay();
     EXPECT_EQ(drawnPixels(notification("icon", "com.a")), solid(18, 18, kBlue));
-    EXPECT_EQ(device.journal.count("imageMaskCreate"), 1U);
+    EXPECT_EQ(device.journal.count("CGImageMaskCreate"), 1U);
 }
 
 TEST_F(NotificationIcon, OfAThemeWithoutEffectsAsksForBothAtTheEnd) {

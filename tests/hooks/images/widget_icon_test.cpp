@@ -108,7 +108,7 @@ TEST_F(WidgetIcon, WithoutIdentifierIsRedrawnAtTheSizeAskedFor) {
     EXPECT_EQ(image->scale(), 3);
     EXPECT_EQ(taken(), joined({{orig, orig, orig},
                                searchLines(std::nullopt, LookupLogging::off),
-                               redrawLines({4, 5})}));
+                               redrawLines({4, 5}, "3×2 @3x")}));
     EXPECT_TRUE(theme::themedIconsExist());
     EXPECT_TRUE(theme::ThemedIconIdentifiers().empty());
 }
@@ -121,7 +121,7 @@ TEST_F(WidgetIcon, WithoutIdentifierIsTheThemesFileForNil) {
     EXPECT_EQ(drawnPixels(widgetIcon()), solid(12, 15, kRed));
     EXPECT_EQ(taken(), joined({{orig, orig, logLine(given.at(1)), orig, orig},
                                searchLines(std::nullopt, LookupLogging::on, LookupResult::found),
-                               redrawLines({4, 5})}));
+                               redrawLines({4, 5}, "6×6 @1x")}));
 }
 
 TEST_F(WidgetIcon, AnUnreadableFileIsDrawnAsNothing) {
@@ -130,7 +130,7 @@ TEST_F(WidgetIcon, AnUnreadableFileIsDrawnAsNothing) {
     EXPECT_EQ(drawnPixels(widgetIcon()), solid(12, 15, {0, 0, 0, 0}));
     EXPECT_EQ(taken(), joined({{orig, orig, orig},
                                searchLines(std::nullopt, LookupLogging::off, LookupResult::found),
-                               redrawLines({4, 5}, false)}));
+                               redrawLines({4, 5}, "nil")}));
 }
 
 // The call that shows whether the platform has an icon is not the one whose icon is searched with.
@@ -140,7 +140,7 @@ TEST_F(WidgetIcon, TheSearchIsHandedANewAnswer) {
     EXPECT_EQ(drawnPixels(widgetIcon()), solid(12, 15, {0, 0, 0, 0}));
     EXPECT_EQ(taken(), joined({{orig, orig, orig},
                                searchLines(std::nullopt, LookupLogging::off),
-                               redrawLines({4, 5}, false)}));
+                               redrawLines({4, 5}, "nil")}));
 }
 
 // A theme change may come at any time: what was found in the list is found with its image.
@@ -178,7 +178,7 @@ TEST_F(WidgetIcon, NilOfTheDroppedCallsDoesNotCount) {
     answerNilAt({0, 1});
     EXPECT_NE(widgetIcon(), nullptr);
     EXPECT_EQ(given.size(), 4U);
-    EXPECT_EQ(device.journal.log().front(), logLine(nullptr).substr(5));
+    EXPECT_EQ(device.journal.log().front(), logLine(nullptr).substr(4));
 }
 
 // The identifier is asked for anew at each step.
@@ -218,7 +218,7 @@ TEST_F(WidgetIcon, SizesThatNoIconHasGiveNoImage) {
         given.clear();
         EXPECT_EQ(widgetIcon(), nullptr) << side;
         EXPECT_EQ(given.size(), 3U);
-        EXPECT_EQ(device.journal.count("end"), 1U);
+        EXPECT_EQ(device.journal.count("UIGraphicsEndImageContext"), 1U);
         device.journal.clear();
     }
 }

@@ -1,15 +1,14 @@
-// For the tests of docks, folders and page dots: views that write the messages that change them
-// into the journal ("list insertSubview picture at 0"), and image views of that kind for whatever
+// For the tests of docks, folders and page dots: views that records call by name
+// ("-[UIView insertSubview:atIndex:] list picture 0"), and image views of that kind for whatever
 // the replacements make. Animations are held back: a test runs their blocks itself.
 #pragma once
 
 #include "platform/platform.h"
-#include "tests/support/replaced_services.h"
 
+#include "record/operations.h"
+#include "record/recorder.h"
 #include "springboard_fixture.h"
 
-#include <array>
-#include <cstdio>
 #include <functional>
 #include <memory>
 #include <string>
@@ -18,83 +17,36 @@
 
 namespace velmoranth::tests {
 
-// A view that a journal knows by name.
-class NamedView {
+// A view that records call by name.
+class NamedView : public record::Named {
   public:
-    NamedView(const NamedView&) = delete;
-    NamedView& operator=(const NamedView&) = delete;
-
     [[nodiscard]] static std::string nameOf(const platform::ViewRef& view) {
         const auto* const named = dynamic_cast<const NamedView*>(view.get());
         return view == nullptr ? "nil" : named == nullptr ? "unnamed" : named->name_;
     }
 
+    [[nodiscard]] std::string nameInRecords() const override { return name_; }
+
   protected:
-    NamedView(Journal& journal, std::string name) : journal_(journal), name_(std::move(name)) {}
-
-    virtual ~NamedView() = default;
-
-    void write(const std::string& message) const { journal_.write(name_ + " " + message); }
+    explicit NamedView(std::string name) : name_(std::move(name)) {}
 
   private:
-    Journal& journal_;
-    std::string name_;
+    const std::string name_;
 };
 
 template <class Base>
-class WritingView : public HomeScreenView<Base>, public NamedView {
+class NamedViewOf : public HomeScreenView<Base>, public NamedView {
   public:
-    WritingView(Journal& journal, std::string className, std::string name)
-        : HomeScreenView<Base>(std::move(className)), NamedView(journal, std::move(name)) {}
-
-    void setTag(int tag) override {
-        write("setTag " + std::to_string(tag));
-        HomeScreenView<Base>::setTag(tag);
-    }
-
-    void setFrame(const platform::Rect& frame) override {
-        write("setFrame " + text(frame));
-        HomeScreenView<Base>::setFrame(frame);
-    }
-
-    void addSubview(const platform::ViewRef& view) override {
-        write("addSubview " + nameOf(view));
-        HomeScreenView<Base>::addSubview(view);
-    }
-
-    void insertSubviewAtIndex(const platform::ViewRef& view, std::size_t index) override {
-        write("insertSubview " + nameOf(view) + " at " + std::to_string(index));
-        HomeScreenView<Base>::insertSubviewAtIndex(view, index);
-    }
-
-    void removeFromSuperview() override {
-        write("removeFromSuperview");
-        HomeScreenView<Base>::removeFromSuperview();
-    }
-
-    void setAlpha(double alpha) override {
-        write("setAlpha " + text(alpha));
-        HomeScreenView<Base>::setAlpha(alpha);
-    }
-
-    void setHidden(bool hidden) override {
-        write(hidden ? "setHidden YES" : "setHidden NO");
-        HomeScreenView<Base>::setHidden(hidden);
-    }
-
-    void addGestureRecognizer(const platform::GestureRecognizerRef& recognizer) override {
-        write("addGestureRecognizer");
-        HomeScreenView<Base>::addGestureRecognizer(recognizer);
-    }
+    NamedViewOf(std::string className, std::string name)
+        : HomeScreenView<Base>(std::move(className)), NamedView(std::move(name)) {}
 };
 
-using PlainView = WritingView<platform::View>;
+using PlainView = NamedViewOf<platform::View>;
 
 // What the replacements make: a UIImageView with the name "picture".
-class Picture final : public WritingView<platform::ImageView> {
+class Picture final : public NamedViewOf<platform::ImageView> {
   public:
-    explicit Picture(Journal& journal)
-        : WritingView<platform::ImageView>(journal, "UIImageView", "picture") {}
+    Picture() : NamedViewOf<platform::ImageView>("UIImageView", "picture") {}
 
     [[nodiscard]] platform::ImageRef image() const override { return contents(); }
 
@@ -118,48 +70,39 @@ class HeldViews final : public platform::Views {
         std::function<void(bool finished)> completion;
     };
 
-    explicit HeldViews(Journal& journal) : journal_(journal) {}
-
     // Nothing on the home screen's chrome makes these.
     platform::ViewRef viewWithFrame(const platform::Rect& /*frame*/) override { return nullptr; }
 
     platform::LabelRef labelWithFrame(const platform::Rect& /*frame*/) override { return nullptr; }
 
     platform::ImageViewRef imageView() override {
-        journal_.write("imageView");
         if (whenAnImageViewIsMade) {
             whenAnImageViewIsMade();
         }
-        return made();
+        return std::make_shared<Picture>();
     }
 
     platform::ImageViewRef imageViewWithImage(const platform::ImageRef& image) override {
-        journal_.write("imageViewWithImage");
-        const platform::ImageViewRef view = made();
+        const platform::ImageViewRef view = std::make_shared<Picture>();
         view->setImage(image);
         view->setFrame({{0, 0}, platform::sizeOf(image)});
         return view;
     }
 
     platform::ImageViewRef imageViewWithFrame(const platform::Rect& frame) override {
-        journal_.write("imageViewWithFrame " + text(frame));
-        const auto view = made();
+        const auto view = std::make_shared<Picture>();
         view->setNodeFrame(frame);
         return view;
     }
 
     platform::GestureRecognizerRef tapGestureRecognizer(platform::Object& target,
                                                         const platform::Selector& action) override {
-        journal_.write("tapGestureRecognizer " + target.className() + " " + action);
         return std::make_shared<HeldRecognizer>(target, action);
     }
 
     void animateWithDurationAnimationsCompletion(
-        double duration, const std::function<void()>& animations,
+        double /*duration*/, const std::function<void()>& animations,
         const std::function<void(bool finished)>& completion) override {
-        std::array<char, 40> seconds{};
-        std::snprintf(seconds.data(), seconds.size(), "%.17g", duration);
-        journal_.write("animate " + std::string(seconds.data()));
         held.push_back({animations, completion});
     }
 
@@ -171,22 +114,15 @@ class HeldViews final : public platform::Views {
 
     std::vector<Animation> held;
     std::function<void()> whenAnImageViewIsMade;
-
-  private:
-    [[nodiscard]] std::shared_ptr<Picture> made() const {
-        return std::make_shared<Picture>(journal_);
-    }
-
-    Journal& journal_;
 };
 
 class ChromeProcess : public SpringBoardProcess {
   protected:
-    ChromeProcess() { replaceServices({.views = &views}); }
+    ChromeProcess() { device.useServices({.views = &views}); }
 
     [[nodiscard]] std::shared_ptr<PlainView> plainView(const std::string& name,
                                                        const std::string& className = "UIView") {
-        return std::make_shared<PlainView>(device.journal, className, name);
+        return std::make_shared<PlainView>(className, name);
     }
 
     // Gives a class an instance variable that holds what `view` holds at the time.
@@ -201,7 +137,8 @@ class ChromeProcess : public SpringBoardProcess {
     Lines steps() {
         Lines lines = taken();
         std::erase_if(lines, [](const std::string& line) {
-            return line.starts_with("readPlist ") || line.starts_with("load ");
+            return line.starts_with("+[NSDictionary dictionaryWithContentsOfFile:] ") ||
+                   line.starts_with("+[UIImage imageWithContentsOfFile:] ");
         });
         return lines;
     }
@@ -214,7 +151,7 @@ class ChromeProcess : public SpringBoardProcess {
         return names;
     }
 
-    HeldViews views{device.journal};
+    HeldViews views;
 };
 
 }  // namespace velmoranth::tests

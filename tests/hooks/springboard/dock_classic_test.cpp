@@ -14,8 +14,8 @@ using platform::ViewRef;
 using tests::drawnPixels;
 using tests::kRed;
 using tests::Lines;
+using tests::NamedViewOf;
 using tests::solid;
-using tests::WritingView;
 
 const Dictionary kDockRemoved{{"enable", true}, {"removeDock", true}};
 const std::vector<Dictionary> kDockStays{
@@ -23,17 +23,16 @@ const std::vector<Dictionary> kDockStays{
     {{"enable", true}, {"removeFolderBG", true}, {"removeLabels", true}},
     {{"removeDock", true}, {"removeLabels", true}}};
 
-constexpr const char* kOniOS12 = "log: kCFCoreFoundationVersionNumber Running ios 12 1575.170000";
-constexpr const char* kOniOS13 = "log: kCFCoreFoundationVersionNumber Running ios 13 1674.102000";
+constexpr const char* kOniOS12 = "log kCFCoreFoundationVersionNumber Running ios 12 1575.170000";
+constexpr const char* kOniOS13 = "log kCFCoreFoundationVersionNumber Running ios 13 1674.102000";
 
-struct ClassicDock final : WritingView<platform::SBDockView> {
-    explicit ClassicDock(tests::Journal& journal)
-        : WritingView<platform::SBDockView>(journal, "SBDockView", "dock") {}
+struct ClassicDock final : NamedViewOf<platform::SBDockView> {
+    ClassicDock() : NamedViewOf<platform::SBDockView>("SBDockView", "dock") {}
 
     [[nodiscard]] Rect dockListViewFrame() const override { return {{4, 3}, {367, 92}}; }
 
     void setBackgroundView(const ViewRef& view) override {
-        write("setBackgroundView " + nameOf(view));
+        record::tell(*this, record::messageOf("SBDockView", "setBackgroundView"), view);
         background = view;
     }
 
@@ -60,7 +59,7 @@ class ClassicDockTest : public tests::ChromeProcess {
     ViewRef background = plainView("background");
     ViewRef highlight = plainView("highlight");
     ViewRef list = plainView("list");
-    std::shared_ptr<ClassicDock> dock = std::make_shared<ClassicDock>(device.journal);
+    std::shared_ptr<ClassicDock> dock = std::make_shared<ClassicDock>();
 };
 
 using DockOniOS12 = ClassicDockTest;
@@ -94,13 +93,13 @@ TEST_F(DockVersions, BetweenTheSystemsTheLayoutIsThePlatforms) {
 TEST_F(DockVersions, NewestiOS12HasTheReplacementOfiOS12) {
     EXPECT_EQ(layoutOn(1575.23),
               (Lines{"orig layoutSubviews",
-                     "log: kCFCoreFoundationVersionNumber Running ios 12 1575.230000"}));
+                     "log kCFCoreFoundationVersionNumber Running ios 12 1575.230000"}));
 }
 
 TEST_F(DockVersions, OldestiOS13HasTheReplacementOfiOS13) {
     EXPECT_EQ(layoutOn(1665.15),
               (Lines{"orig layoutSubviews",
-                     "log: kCFCoreFoundationVersionNumber Running ios 13 1665.150000"}));
+                     "log kCFCoreFoundationVersionNumber Running ios 13 1665.150000"}));
 }
 
 TEST_F(DockOniOS12, StaysUnlessBothSwitchesAreOnAndIsLoggedAllTheSame) {
@@ -120,12 +119,14 @@ TEST_F(DockOniOS12, ThemesDockLiesBehindTheIcons) {
     settings({"A"}, kDockRemoved);
     themePng("A/Velmoranth/SBDockBGiphone.png");
     layout();
-    EXPECT_EQ(
-        steps(),
-        (Lines{"orig layoutSubviews", kOniOS12, "valueForKey SBDockView _backgroundView",
-               "background removeFromSuperview", "valueForKey SBDockView _highlightView",
-               "highlight removeFromSuperview", "valueForKey SBDockView _iconListView", "imageView",
-               "picture setFrame {4, 13, 367, 92}", "list insertSubview picture at 0"}));
+    EXPECT_EQ(steps(), (Lines{"orig layoutSubviews", kOniOS12,
+                              "-[NSObject valueForKey:] dock _backgroundView",
+                              "-[UIView removeFromSuperview] background",
+                              "-[NSObject valueForKey:] dock _highlightView",
+                              "-[UIView removeFromSuperview] highlight",
+                              "-[NSObject valueForKey:] dock _iconListView", "-[UIImageView init]",
+                              "-[UIView setFrame:] picture (4, 13) 367×92",
+                              "-[UIView insertSubview:atIndex:] list picture 0"}));
     EXPECT_EQ(namesOf(dock->subviews()), Lines{"list"});
     EXPECT_EQ(namesOf(list->subviews()), (Lines{"picture", "icon"}));
     EXPECT_EQ(dock->background, nullptr);
@@ -142,7 +143,7 @@ TEST_F(DockOniOS12, ThreeLayoutsInsertThreePictures) {
     layout();
     EXPECT_EQ(namesOf(list->subviews()), (Lines{"picture", "picture", "picture", "icon"}));
     EXPECT_EQ(list->subviews().at(2), first);
-    EXPECT_EQ(device.journal.count("log: kCFCoreFoundationVersionNumber Running ios 12 "), 3U);
+    EXPECT_EQ(device.journal.count("log kCFCoreFoundationVersionNumber Running ios 12 "), 3U);
     EXPECT_EQ(device.journal.count("orig layoutSubviews"), 3U);
 }
 
@@ -182,10 +183,10 @@ TEST_F(DockOniOS13, ThemesDockBecomesTheBackgroundAndTheHighlightStays) {
     settings({"A"}, kDockRemoved);
     themePng("A/Velmoranth/SBDockBGiphone.png");
     layout();
-    EXPECT_EQ(steps(),
-              (Lines{"orig layoutSubviews", kOniOS13, "valueForKey SBDockView _highlightView",
-                     "imageView", "picture setFrame {4, 13, 367, 92}",
-                     "dock setBackgroundView picture"}));
+    EXPECT_EQ(steps(), (Lines{"orig layoutSubviews", kOniOS13,
+                              "-[NSObject valueForKey:] dock _highlightView", "-[UIImageView init]",
+                              "-[UIView setFrame:] picture (4, 13) 367×92",
+                              "-[SBDockView setBackgroundView:] dock picture"}));
     EXPECT_EQ(namesOf(dock->subviews()), (Lines{"background", "highlight", "list"}));
     EXPECT_EQ(namesOf(list->subviews()), Lines{"icon"});
     const auto picture = std::dynamic_pointer_cast<platform::ImageView>(dock->background);
@@ -202,7 +203,7 @@ TEST_F(DockOniOS13, EveryLayoutSetsANewBackground) {
     EXPECT_NE(first, nullptr);
     EXPECT_NE(dock->background, nullptr);
     EXPECT_NE(dock->background, first);
-    EXPECT_EQ(device.journal.count("log: kCFCoreFoundationVersionNumber Running ios 13 "), 2U);
+    EXPECT_EQ(device.journal.count("log kCFCoreFoundationVersionNumber Running ios 13 "), 2U);
 }
 
 }  // namespace

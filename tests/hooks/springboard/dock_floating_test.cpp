@@ -17,8 +17,8 @@ using tests::HomeScreenIcon;
 using tests::kBlue;
 using tests::kRed;
 using tests::Lines;
+using tests::NamedViewOf;
 using tests::solid;
-using tests::WritingView;
 
 const Dictionary kDockRemoved{{"enable", true}, {"removeDock", true}};
 // Whatever else is on.
@@ -27,24 +27,22 @@ const std::vector<Dictionary> kDockStays{
     {{"enable", true}, {"enableLogging", true}, {"removeFolderBG", true}},
     {{"removeDock", true}, {"enableLogging", true}, {"removeLabels", true}}};
 
-struct IconList final : WritingView<platform::SBIconListView> {
-    explicit IconList(tests::Journal& journal)
-        : WritingView<platform::SBIconListView>(journal, "SBIconListView", "list") {}
+struct IconList final : NamedViewOf<platform::SBIconListView> {
+    IconList() : NamedViewOf<platform::SBIconListView>("SBIconListView", "list") {}
 
     [[nodiscard]] std::vector<platform::SBIconRef> icons() const override {
-        write("icons");
+        record::tell(*this, record::messageOf("SBIconListView", "icons"));
         return shown;
     }
 
     std::vector<platform::SBIconRef> shown;
 };
 
-struct FloatingDock final : WritingView<platform::SBFloatingDockView> {
-    explicit FloatingDock(tests::Journal& journal)
-        : WritingView<platform::SBFloatingDockView>(journal, "SBFloatingDockView", "dock") {}
+struct FloatingDock final : NamedViewOf<platform::SBFloatingDockView> {
+    FloatingDock() : NamedViewOf<platform::SBFloatingDockView>("SBFloatingDockView", "dock") {}
 
     [[nodiscard]] ViewRef backgroundView() const override {
-        write("backgroundView");
+        record::tell(*this, record::messageOf("SBFloatingDockView", "backgroundView"));
         return background;
     }
 
@@ -53,7 +51,7 @@ struct FloatingDock final : WritingView<platform::SBFloatingDockView> {
 
 class FloatingDockPlatter : public tests::ChromeProcess {
   protected:
-    using PlatterView = WritingView<platform::SBFloatingDockPlatterView>;
+    using PlatterView = NamedViewOf<platform::SBFloatingDockPlatterView>;
 
     FloatingDockPlatter() {
         addLayout<platform::SBFloatingDockPlatterView>("SBFloatingDockPlatterView");
@@ -73,7 +71,7 @@ class FloatingDockPlatter : public tests::ChromeProcess {
     ViewRef shadow = plainView("shadow");
     ViewRef other = plainView("other");
     std::shared_ptr<PlatterView> platter =
-        std::make_shared<PlatterView>(device.journal, "SBFloatingDockPlatterView", "platter");
+        std::make_shared<PlatterView>("SBFloatingDockPlatterView", "platter");
 };
 
 class FloatingDockTest : public tests::ChromeProcess {
@@ -102,7 +100,7 @@ class FloatingDockTest : public tests::ChromeProcess {
 
     // A list of icons with these unique identifiers.
     std::shared_ptr<IconList> list(const std::vector<platform::NullableString>& identifiers) {
-        auto made = std::make_shared<IconList>(device.journal);
+        auto made = std::make_shared<IconList>();
         for (const platform::NullableString& identifier : identifiers) {
             auto shown = std::make_shared<HomeScreenIcon>();
             shown->unique = identifier;
@@ -126,7 +124,7 @@ class FloatingDockTest : public tests::ChromeProcess {
         device.journal.clear();
     }
 
-    std::shared_ptr<FloatingDock> dock = std::make_shared<FloatingDock>(device.journal);
+    std::shared_ptr<FloatingDock> dock = std::make_shared<FloatingDock>();
     // What the calls of the platform's methods give, the last one for ever.
     std::deque<SBIconListViewRef> lists{list({})};
     std::deque<ViewRef> dividers{plainView("divider")};
@@ -148,11 +146,11 @@ using FloatingDockDivider = FloatingDockTest;
 TEST_F(FloatingDockPlatter, LosesItsBackgroundAndThenItsShadow) {
     settings({"A"}, kDockRemoved);
     layout();
-    EXPECT_EQ(
-        taken(),
-        (Lines{"orig layoutSubviews", "valueForKey SBFloatingDockPlatterView _backgroundView",
-               "background removeFromSuperview",
-               "valueForKey SBFloatingDockPlatterView _shadowView", "shadow removeFromSuperview"}));
+    EXPECT_EQ(taken(),
+              (Lines{"orig layoutSubviews", "-[NSObject valueForKey:] platter _backgroundView",
+                     "-[UIView removeFromSuperview] background",
+                     "-[NSObject valueForKey:] platter _shadowView",
+                     "-[UIView removeFromSuperview] shadow"}));
     EXPECT_EQ(namesOf(platter->subviews()), Lines{"other"});
 }
 
@@ -163,7 +161,7 @@ TEST_F(FloatingDockPlatter, IsAskedAnewAtEveryLayout) {
     platter->addSubview(background);
     device.journal.clear();
     layout();
-    EXPECT_EQ(device.journal.count("newBackground removeFromSuperview"), 1U);
+    EXPECT_EQ(device.journal.count("-[UIView removeFromSuperview] newBackground"), 1U);
     EXPECT_EQ(namesOf(platter->subviews()), Lines{"other"});
 }
 
@@ -180,7 +178,7 @@ TEST_F(FloatingDockPlatter, WithoutABackgroundStillLosesItsShadow) {
     settings({}, kDockRemoved);
     background = nullptr;
     layout();
-    EXPECT_EQ(device.journal.lines().back(), "shadow removeFromSuperview");
+    EXPECT_EQ(device.journal.lines().back(), "-[UIView removeFromSuperview] shadow");
     shadow = nullptr;
     layout();
 }
@@ -203,8 +201,8 @@ TEST_F(FloatingDockIcons, SecondListIsWalkedAndTheThirdReturned) {
     const auto third = list({"com.c"});
     lists = {list({"com.a"}), list({"com.b"}), third, list({"com.a"})};
     EXPECT_EQ(userIconListView(), third);
-    EXPECT_EQ(taken(), (Lines{"orig userIconListView", "orig userIconListView", "list icons",
-                              "orig userIconListView"}));
+    EXPECT_EQ(taken(), (Lines{"orig userIconListView", "orig userIconListView",
+                              "-[SBIconListView icons] list", "orig userIconListView"}));
     EXPECT_EQ(DockIconIdentifiers(), Lines{"com.b"});
 }
 
@@ -279,9 +277,9 @@ TEST_F(FloatingDockDivider, MakesWayForTheThemesDock) {
     EXPECT_EQ(dividerView(), nullptr);
     EXPECT_TRUE(wasMarked);
     // As wide as the screen, as high as the platform's background, 10 points lower.
-    EXPECT_EQ(steps(),
-              (Lines{"orig dividerView", "dock backgroundView", "imageView",
-                     "picture setFrame {0, 10, 1024, 84}", "dock insertSubview picture at 0"}));
+    EXPECT_EQ(steps(), (Lines{"orig dividerView", "-[SBFloatingDockView backgroundView] dock",
+                              "-[UIImageView init]", "-[UIView setFrame:] picture (0, 10) 1024×84",
+                              "-[UIView insertSubview:atIndex:] dock picture 0"}));
     EXPECT_EQ(namesOf(dock->subviews()), (Lines{"picture", "platter"}));
     const auto picture = std::dynamic_pointer_cast<platform::ImageView>(dock->subviews().front());
     EXPECT_EQ(drawnPixels(picture->image()), solid(6, 6, kBlue));
@@ -299,7 +297,8 @@ TEST_F(FloatingDockDivider, ThemesDockWaitsForAHeight) {
     setBackgroundHeight(0);
     for (int call = 0; call < 2; ++call) {
         EXPECT_EQ(dividerView(), nullptr);
-        EXPECT_EQ(taken(), (Lines{"orig dividerView", "dock backgroundView"}));
+        EXPECT_EQ(taken(),
+                  (Lines{"orig dividerView", "-[SBFloatingDockView backgroundView] dock"}));
         EXPECT_FALSE(DockImageInserted());
     }
     dock->background = nullptr;
@@ -324,7 +323,7 @@ TEST_F(FloatingDockDivider, ThemesDockIsInsertedOnceForEver) {
     settings({"A"}, {});
     EXPECT_NE(dividerView(), nullptr);
     settings({"A"}, kDockRemoved);
-    auto rebuilt = std::make_shared<FloatingDock>(device.journal);
+    auto rebuilt = std::make_shared<FloatingDock>();
     rebuilt->background = dock->background;
     EXPECT_EQ(device.runtime.send<ViewRef>(*rebuilt, "dividerView"), nullptr);
     EXPECT_TRUE(rebuilt->subviews().empty());

@@ -14,22 +14,25 @@ using platform::ViewRef;
 using tests::drawnPixels;
 using tests::kBlue;
 using tests::Lines;
+using tests::NamedViewOf;
 using tests::solid;
-using tests::WritingView;
 
 constexpr Rect kFrame{{1, 2}, {60, 61}};
-constexpr const char* kOrigInit = "orig initWithFrame: {1, 2, 60, 61}";
-constexpr const char* kReadPlate = "instanceVariable SBFolderIconImageView _backgroundView";
+constexpr const char* kOrigInit = "orig initWithFrame: (1, 2) 60×61";
+constexpr const char* kReadPlate = "class_getInstanceVariable folder _backgroundView";
+constexpr const char* kClearPlate = "-[CALayer setOpacity:] plate 0";
 // The picture before a replacement does anything to it.
-const Lines kMakePicture{"imageView", "picture setFrame {0, 0, 60, 60}", "picture setTag 2322"};
+const Lines kMakePicture{"-[UIImageView init]", "-[UIView setFrame:] picture (0, 0) 60×60",
+                         "-[UIView setBackgroundColor:] picture #00000000",
+                         "-[UIView setTag:] picture 2322"};
 
 const Dictionary kOn{{"enable", true}};
 // Whatever else is on.
 const Dictionary kOff{{"enableLogging", true}, {"removeFolderBG", true}, {"enableOverlay", true}};
 
-struct FolderIcon final : WritingView<platform::SBFolderIconImageView> {
-    FolderIcon(tests::Journal& journal, const std::string& className)
-        : WritingView<platform::SBFolderIconImageView>(journal, className, "folder") {}
+struct FolderIcon final : NamedViewOf<platform::SBFolderIconImageView> {
+    explicit FolderIcon(const std::string& className)
+        : NamedViewOf<platform::SBFolderIconImageView>(className, "folder") {}
 
     [[nodiscard]] platform::SBIconRef icon() const override { return nullptr; }
 
@@ -47,7 +50,7 @@ class FolderIconTest : public tests::ChromeProcess {
         addMethod("SBFolderIconImageView", "initWithFrame:",
                   std::function<ViewRef(platform::SBFolderIconImageView&, Rect)>(
                       [this](platform::SBFolderIconImageView&, const Rect& frame) {
-                          original("initWithFrame: " + tests::text(frame));
+                          original("initWithFrame: " + record::words(frame));
                           return answer;
                       }));
         addLayout<platform::SBFolderIconImageView>("SBFolderIconImageView");
@@ -77,8 +80,7 @@ class FolderIconTest : public tests::ChromeProcess {
         device.journal.clear();
     }
 
-    std::shared_ptr<FolderIcon> folder =
-        std::make_shared<FolderIcon>(device.journal, "SBFolderIconImageView");
+    std::shared_ptr<FolderIcon> folder = std::make_shared<FolderIcon>("SBFolderIconImageView");
     ViewRef plate = plainView("plate");
     // What the platform's initialiser gives.
     ViewRef answer = folder;
@@ -102,10 +104,12 @@ TEST_F(FolderIconInitialiser, PutsThePictureBehindEverythingAndTagsBoth) {
     settings({"A"}, kOn);
     themePng("A/Velmoranth/Folder.png", kBlue);
     EXPECT_EQ(initialised(), folder);
-    EXPECT_EQ(steps(), tests::joined({{kOrigInit},
-                                      kMakePicture,
-                                      {"folder insertSubview picture at 0", "picture setAlpha 1",
-                                       "picture setTag 1105", "folder setTag 329"}}));
+    EXPECT_EQ(steps(),
+              tests::joined({{kOrigInit},
+                             kMakePicture,
+                             {"-[UIView insertSubview:atIndex:] folder picture 0",
+                              "-[UIView setAlpha:] picture 1", "-[UIView setTag:] picture 1105",
+                              "-[UIView setTag:] folder 329"}}));
     EXPECT_EQ(namesOf(folder->subviews()), (Lines{"picture", "grid"}));
     const auto picture = std::dynamic_pointer_cast<platform::ImageView>(folder->subviews().front());
     EXPECT_EQ(picture->tag(), 1105);
@@ -122,7 +126,7 @@ TEST_F(FolderIconInitialiser, PictureWithoutAnImageIsInsertedToo) {
 
 TEST_F(FolderIconInitialiser, ViewThatThePlatformGivesIsTheOneThatCounts) {
     settings({}, kOn);
-    const auto other = std::make_shared<FolderIcon>(device.journal, "SBFolderIconImageView");
+    const auto other = std::make_shared<FolderIcon>("SBFolderIconImageView");
     answer = other;
     EXPECT_EQ(initialised(), other);
     EXPECT_EQ(other->tag(), 329);
@@ -148,15 +152,16 @@ TEST_F(FolderIconLayout, WithThemingOffIsThePlatformsRunOnce) {
 TEST_F(FolderIconLayout, PutsThePictureBehindEverythingOnce) {
     settings({"A"}, kOn);
     layout();
-    EXPECT_EQ(steps(), tests::joined({{"orig layoutSubviews", kReadPlate},
-                                      kMakePicture,
-                                      {"folder insertSubview picture at 0", "picture setAlpha 1",
-                                       "folder setTag 329"}}));
+    EXPECT_EQ(steps(),
+              tests::joined({{"orig layoutSubviews", kReadPlate, kClearPlate},
+                             kMakePicture,
+                             {"-[UIView insertSubview:atIndex:] folder picture 0",
+                              "-[UIView setAlpha:] picture 1", "-[UIView setTag:] folder 329"}}));
     // Another tag than the initialiser's picture has.
     EXPECT_EQ(folder->subviews().front()->tag(), 2322);
     EXPECT_EQ(opacityOf(plate), 0);
     layout();
-    EXPECT_EQ(taken(), (Lines{"orig layoutSubviews", kReadPlate}));
+    EXPECT_EQ(taken(), (Lines{"orig layoutSubviews", kReadPlate, kClearPlate}));
     EXPECT_EQ(namesOf(folder->subviews()), (Lines{"picture", "grid"}));
 }
 
@@ -175,7 +180,7 @@ TEST_F(FolderIconLayout, AfterTheInitialiserInsertsNothing) {
     initialised();
     device.journal.clear();
     layout();
-    EXPECT_EQ(taken(), (Lines{"orig layoutSubviews", kReadPlate}));
+    EXPECT_EQ(taken(), (Lines{"orig layoutSubviews", kReadPlate, kClearPlate}));
     EXPECT_EQ(folder->subviews().front()->tag(), 1105);
 }
 
@@ -190,7 +195,9 @@ TEST_F(FolderIconLayout, PlateIsMadeInvisibleAtEveryLayout) {
             EXPECT_EQ(opacityOf(plate), 0);
         }
     }
-    EXPECT_EQ(device.journal.count("plate "), 0U);  // through its layer
+    for (const std::string& line : device.journal.linesWith("-[UIView ")) {
+        EXPECT_EQ(line.find("] plate"), std::string::npos) << line << ": through its layer alone";
+    }
 }
 
 TEST_F(FolderIconLayout, AnimatingLosesItsImageViewsEachAskedTwice) {
@@ -200,11 +207,14 @@ TEST_F(FolderIconLayout, AnimatingLosesItsImageViewsEachAskedTwice) {
     layout();
     Lines lines = steps();
     std::erase_if(lines, [](const std::string& line) {
-        return line.starts_with("isKindOfClass ") || line.starts_with("getClass ");
+        return line.starts_with("-[NSObject isKindOfClass:] ") ||
+               line.starts_with("objc_getClass ");
     });
-    EXPECT_EQ(lines, (Lines{"orig layoutSubviews", kReadPlate, "image removeFromSuperview",
-                            "image removeFromSuperview", "miniature removeFromSuperview",
-                            "miniature removeFromSuperview"}));
+    EXPECT_EQ(lines,
+              (Lines{"orig layoutSubviews", kReadPlate, kClearPlate,
+                     "-[UIView removeFromSuperview] image", "-[UIView removeFromSuperview] image",
+                     "-[UIView removeFromSuperview] miniature",
+                     "-[UIView removeFromSuperview] miniature"}));
     EXPECT_EQ(namesOf(folder->subviews()), (Lines{"grid", "box", "stranger"}));
     EXPECT_EQ(namesOf(folder->subviews().at(1)->subviews()), Lines{"inner"});
     EXPECT_EQ(folder->tag(), 329);
@@ -228,7 +238,7 @@ TEST_F(FolderIconLayout, AnimatingWithoutTheTagKeepsEverything) {
     folder->setNodeTag(0);
     folder->animating = true;
     layout();
-    EXPECT_EQ(taken(), (Lines{"orig layoutSubviews", kReadPlate}));
+    EXPECT_EQ(taken(), (Lines{"orig layoutSubviews", kReadPlate, kClearPlate}));
     EXPECT_EQ(folder->subviews().size(), 5U);
     EXPECT_EQ(folder->tag(), 0);
 }
@@ -242,7 +252,7 @@ TEST_F(FolderIconLayout, WithoutAPlateTheRestHappens) {
 
 TEST_F(FolderIconLayout, SuperclassMayHaveThePlate) {
     settings({}, kOn);
-    folder = std::make_shared<FolderIcon>(device.journal, "SBHeirIconImageView");
+    folder = std::make_shared<FolderIcon>("SBHeirIconImageView");
     layout();
     EXPECT_EQ(opacityOf(plate), 0);
 }
@@ -255,7 +265,7 @@ TEST_F(FolderIconLayout, ClassWithoutThatVariableIsLeftUnchanged) {
         device.runtime.getClass("SBPlainIconImageView"), "layoutSubviews",
         device.runtime.methodOf(device.runtime.getClass("SBFolderIconImageView"), "layoutSubviews"),
         "v@:");
-    folder = std::make_shared<FolderIcon>(device.journal, "SBPlainIconImageView");
+    folder = std::make_shared<FolderIcon>("SBPlainIconImageView");
     layout();
     EXPECT_EQ(opacityOf(plate), 1);
     EXPECT_EQ(namesOf(folder->subviews()), Lines{"picture"});

@@ -77,7 +77,7 @@ class IconViewInstallation : public tests::SpringBoardProcess {
             EXPECT_TRUE(isInstalled(method)) << method.targetClass << " " << method.selector;
         }
         EXPECT_EQ(device.journal.count("warning: MS:Warning: [SBIcon"), 0U);
-        EXPECT_EQ(device.journal.count("log: "), 0U);
+        EXPECT_EQ(device.journal.count("log "), 0U);
     }
 };
 

@@ -44,7 +44,7 @@ class IconLabelImage : public tests::SpringBoardProcess {
   public:
     static constexpr const char* kSelector =
         "_initWithCGImage:scale:orientation:parameters:maxSizeOffset:";
-    static constexpr const char* kInit = "orig init 2.5 3 {-1, 4}";
+    static constexpr const char* kInit = "orig init 2.5 3 -1×4";
 
     IconLabelImage() {
         addMethod<ImageRef, platform::SBIconLabelImage>(
@@ -59,7 +59,7 @@ class IconLabelImage : public tests::SpringBoardProcess {
                     EXPECT_EQ(given, bitmap);
                     EXPECT_EQ(object, parameters);
                     original("init " + tests::text(scale) + " " + std::to_string(orientation) +
-                             " " + tests::text(platform::Size{offset.x, offset.y}));
+                             " " + record::words(platform::Size{offset.x, offset.y}));
                     if (answers.empty()) {
                         return label;
                     }
@@ -173,9 +173,11 @@ TEST_F(IconLegibilityLabelView, IsHiddenWhateverIsSetWhenLabelsAreRemoved) {
 TEST_F(IconLegibilityLabelView, SaysThatItIsHiddenAfterOneCallWhenLabelsAreRemoved) {
     settings({}, kRemoved);
     view->setHidden(false);
+    taken();
     EXPECT_TRUE(isHidden());
     EXPECT_EQ(taken(), Lines{"orig isHidden"});
     view->setHidden(true);
+    taken();
     EXPECT_TRUE(isHidden());
     EXPECT_EQ(taken(), Lines{"orig isHidden"});
 }
@@ -216,12 +218,15 @@ TEST_F(IconLegibilityLabelView, AnswersAsThePlatformOnTheSecondCallOtherwise) {
     for (const Dictionary& values : kKept) {
         settings({}, values);
         view->setHidden(false);
+        taken();
         EXPECT_FALSE(isHidden());
         EXPECT_EQ(taken(), (Lines{"orig isHidden", "orig isHidden"}));
         view->setHidden(true);
+        taken();
         EXPECT_TRUE(isHidden());
         EXPECT_EQ(taken(), (Lines{"orig isHidden", "orig isHidden"}));
         view->setAlpha(0.75);
+        taken();
         EXPECT_EQ(alpha(), 0.75);
         EXPECT_EQ(taken(), (Lines{"orig alpha", "orig alpha"}));
     }

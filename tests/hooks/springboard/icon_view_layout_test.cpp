@@ -1,4 +1,6 @@
 // The replacement of SBIconView's layout: the shadow image and the layer shadow, once a view.
+#include "record/operations.h"
+#include "record/recorder.h"
 #include "springboard_fixture.h"
 
 #include <cstdint>
@@ -18,37 +20,30 @@ using tests::solid;
 
 constexpr const char* kLayout = "orig layoutSubviews";
 
-// Writes what is done with the view's own properties, its subviews and its layer.
+// Tells when it is asked for its layer too.
 class TestIconView final : public desktop::ViewImplementation<platform::SBIconView> {
   public:
-    explicit TestIconView(tests::Journal& journal) : journal_(journal) {}
-
     [[nodiscard]] std::string className() const override { return "SBIconView"; }
 
     [[nodiscard]] platform::SBIconRef icon() const override { return shown; }
 
-    void setTag(int tag) override {
-        journal_.write("setTag " + std::to_string(tag));
-        setNodeTag(tag);
-    }
-
-    void insertSubviewAtIndex(const platform::ViewRef& view, std::size_t index) override {
-        journal_.write("insertSubview " + view->className() + " " + std::to_string(index));
-        insertNode(view, index);
-    }
-
     [[nodiscard]] platform::LayerRef layer() override {
-        journal_.write("layer");
+        record::tell(*this, record::messageOf("View", "layer"));
         return hasLayer ? desktopLayer() : nullptr;
     }
 
     platform::SBIconRef shown;
     bool hasLayer = true;
-
-  private:
-    tests::Journal& journal_;
 };
 
+// What those settings tell the layer.
+const Lines kLayerLines{"-[UIView layer] SBIconView",
+                        "-[CALayer setMasksToBounds:] SBIconView NO",
+                        "-[CALayer setShadowColor:] SBIconView #000000",
+                        "-[CALayer setShadowOpacity:] SBIconView 0.5",
+                        "-[CALayer setShadowOffset:] SBIconView 1.5×-2.25",
+                        "-[CALayer setShadowRadius:] SBIconView 7",
+                        "-[CALayer setShadowPath:] SBIconView (0, 0) 61×62.5"};
 const Dictionary kLayerShadow{{"enable", true},         {"dynamicShadow", true},
                               {"opacityVal", 0.5},      {"xAxisVal", 1.5},
                               {"yAxisVal", -2.25},      {"shadowRadiusVal", 7.0},
@@ -74,18 +69,23 @@ class IconViewLayout : public tests::SpringBoardProcess {
     // The lines of a search for the phone's shadow through theme A, which has none, and of the
     // insertion of the view.
     static Lines shadowLines() {
-        return {"machine",
-                "imageView",
-                kReadPreferences,
-                "load /Library/Themes/A/Velmoranth/iPhoneShadow.png",
-                kReadPreferences,
-                "load /Library/Themes/A/AnemoneEffects/iPhoneShadow.png",
-                "insertSubview UIImageView 0"};
+        return {
+            "uname",
+            "-[UIImageView init]",
+            "-[UIView setFrame:] UIImageView (-10, -10) 80×80",
+            kReadPreferences,
+            "+[UIImage imageWithContentsOfFile:] /Library/Themes/A/Velmoranth/iPhoneShadow.png",
+            kReadPreferences,
+            "+[UIImage imageWithContentsOfFile:] /Library/Themes/A/AnemoneEffects/iPhoneShadow.png",
+            "-[UIView setFrame:] UIImageView (-10, -10) 82×82",
+            "-[UIImageView setImage:] UIImageView nil",
+            "-[UIView setTag:] UIImageView 478",
+            "-[UIView insertSubview:atIndex:] SBIconView UIImageView #478 0"};
     }
 
     platform::ViewRef subview(std::size_t index) const { return view->nodeSubviews().at(index); }
 
-    std::shared_ptr<TestIconView> view = std::make_shared<TestIconView>(device.journal);
+    std::shared_ptr<TestIconView> view = std::make_shared<TestIconView>();
 };
 
 TEST_F(IconViewLayout, WithThemingOffRunsThePlatformsLayoutAlone) {
@@ -121,7 +121,7 @@ TEST_F(IconViewLayout, AViewWithoutAnIconIsLeftAlone) {
 TEST_F(IconViewLayout, WithBothShadowsOffIsMarkedAllTheSame) {
     settings({"A"}, {{"enable", true}});
     layout();
-    EXPECT_EQ(taken(), (Lines{kLayout, "setTag 546"}));
+    EXPECT_EQ(taken(), (Lines{kLayout, "-[UIView setTag:] SBIconView 546"}));
     EXPECT_TRUE(view->nodeSubviews().empty());
     EXPECT_EQ(appearanceOf(*view).shadow.opacity, 0);
     EXPECT_FALSE(appearanceOf(*view).shadowPath.has_value());
@@ -134,10 +134,16 @@ TEST_F(IconViewLayout, InsertsTheShadowBehindEverythingElse) {
     const auto badge = std::make_shared<tests::HomeScreenView<platform::View>>("UIView");
     view->addSubview(label);
     view->addSubview(badge);
+    taken();
     layout();
-    EXPECT_EQ(taken(), (Lines{kLayout, "machine", "imageView", kReadPreferences,
-                              "load /Library/Themes/A/Velmoranth/iPhoneShadow.png",
-                              "insertSubview UIImageView 0", "setTag 546"}));
+    EXPECT_EQ(
+        taken(),
+        (Lines{kLayout, "uname", "-[UIImageView init]",
+               "-[UIView setFrame:] UIImageView (-10, -10) 80×80", kReadPreferences,
+               "+[UIImage imageWithContentsOfFile:] /Library/Themes/A/Velmoranth/iPhoneShadow.png",
+               "-[UIImageView setImage:] UIImageView 9×9 @1x", "-[UIView setTag:] UIImageView 478",
+               "-[UIView insertSubview:atIndex:] SBIconView UIImageView #478 0",
+               "-[UIView setTag:] SBIconView 546"}));
     ASSERT_EQ(view->nodeSubviews().size(), 3U);
     const auto shadow = std::dynamic_pointer_cast<platform::ImageView>(subview(0));
     ASSERT_NE(shadow, nullptr);
@@ -152,7 +158,7 @@ TEST_F(IconViewLayout, InsertsTheShadowBehindEverythingElse) {
 TEST_F(IconViewLayout, AThemeWithoutAShadowStillGivesAnEmptyView) {
     settings({"A"}, {{"enable", true}, {"enableShadow", true}});
     layout();
-    EXPECT_EQ(taken(), joined({{kLayout}, shadowLines(), {"setTag 546"}}));
+    EXPECT_EQ(taken(), joined({{kLayout}, shadowLines(), {"-[UIView setTag:] SBIconView 546"}}));
     ASSERT_EQ(view->nodeSubviews().size(), 1U);
     const auto shadow = std::dynamic_pointer_cast<platform::ImageView>(subview(0));
     ASSERT_NE(shadow, nullptr);
@@ -166,7 +172,7 @@ TEST_F(IconViewLayout, TheShadowImageAloneLeavesTheLayerAlone) {
     settings({"A"}, with(kLayerShadow, {{"enableShadow", true}, {"dynamicShadow", false}}));
     view->setClipsToBounds(true);
     layout();
-    EXPECT_EQ(device.journal.count("layer"), 0U);
+    EXPECT_EQ(device.journal.count("-[UIView layer]"), 0U);
     EXPECT_TRUE(appearanceOf(*view).masksToBounds);
     EXPECT_EQ(appearanceOf(*view).shadow.opacity, 0);
 }
@@ -175,8 +181,9 @@ TEST_F(IconViewLayout, ConfiguresTheLayerFromTheSettings) {
     settings({"A"}, kLayerShadow);
     view->setClipsToBounds(true);
     view->desktopLayer()->setShadowColor({1, 1, 1, 0.5});
+    taken();
     layout();
-    EXPECT_EQ(taken(), (Lines{kLayout, "layer", "setTag 546"}));
+    EXPECT_EQ(taken(), joined({{kLayout}, kLayerLines, {"-[UIView setTag:] SBIconView 546"}}));
     const desktop::DesktopLayer::Appearance& layer = appearanceOf(*view);
     EXPECT_FALSE(layer.masksToBounds);
     EXPECT_EQ(layer.shadow.color, (platform::Color{0, 0, 0, 1}));
@@ -215,7 +222,9 @@ TEST_F(IconViewLayout, SettingsAreSinglesWidened) {
 TEST_F(IconViewLayout, BothShadowsInOrder) {
     settings({"A"}, with(kLayerShadow, {{"enableShadow", true}}));
     layout();
-    EXPECT_EQ(taken(), joined({{kLayout}, shadowLines(), {"layer", "setTag 546"}}));
+    EXPECT_EQ(
+        taken(),
+        joined({{kLayout}, shadowLines(), kLayerLines, {"-[UIView setTag:] SBIconView 546"}}));
     EXPECT_EQ(view->nodeSubviews().size(), 1U);
     EXPECT_EQ(appearanceOf(*view).shadow.opacity, 0.5);
 }
@@ -226,7 +235,8 @@ TEST_F(IconViewLayout, ASecondLayoutAddsNothing) {
     taken();
     layout();
     layout();
-    EXPECT_EQ(taken(), (Lines{kLayout, "setTag 546", kLayout, "setTag 546"}));
+    EXPECT_EQ(taken(), (Lines{kLayout, "-[UIView setTag:] SBIconView #546 546", kLayout,
+                              "-[UIView setTag:] SBIconView #546 546"}));
     EXPECT_EQ(view->nodeSubviews().size(), 1U);
 }
 
@@ -235,11 +245,11 @@ TEST_F(IconViewLayout, SettingsThatChangeDoNotReachATreatedView) {
     layout();
     settings({"A"}, with(kLayerShadow, {{"enableShadow", true}}));
     layout();
-    EXPECT_EQ(taken(), (Lines{kLayout, "setTag 546"}));
+    EXPECT_EQ(taken(), (Lines{kLayout, "-[UIView setTag:] SBIconView #546 546"}));
     EXPECT_TRUE(view->nodeSubviews().empty());
     EXPECT_EQ(appearanceOf(*view).shadow.opacity, 0);
 
-    const auto fresh = std::make_shared<TestIconView>(device.journal);
+    const auto fresh = std::make_shared<TestIconView>();
     fresh->shown = icon;
     device.runtime.send<void>(*fresh, "layoutSubviews");
     EXPECT_EQ(fresh->nodeSubviews().size(), 1U);
@@ -264,7 +274,7 @@ TEST_F(IconViewLayout, ATagOfThePlatformsOwnIsOverwritten) {
 TEST_F(IconViewLayout, EachViewHasAShadowViewOfItsOwn) {
     themePng("A/Velmoranth/iPhoneShadow.png");
     settings({"A"}, {{"enable", true}, {"enableShadow", true}});
-    const auto second = std::make_shared<TestIconView>(device.journal);
+    const auto second = std::make_shared<TestIconView>();
     second->shown = icon;
     layout();
     device.runtime.send<void>(*second, "layoutSubviews");

@@ -27,7 +27,7 @@ struct TestIconImageView final : desktop::ViewImplementation<platform::SBIconIma
 };
 
 Lines searched(const std::string& path) {
-    return {kReadPreferences, "load /Library/Themes/" + path};
+    return {kReadPreferences, "+[UIImage imageWithContentsOfFile:] /Library/Themes/" + path};
 }
 
 class DarkeningOverlayImage : public tests::SpringBoardProcess {
@@ -83,7 +83,7 @@ TEST_F(DarkeningOverlayImage, WithThemingOffAndLoggingIsTheThirdAnswerAfterALine
     answers = {platformImage, second, third};
     EXPECT_EQ(overlay(), third);
     EXPECT_EQ(taken(), (Lines{kOverlay, kOverlay,
-                              "log: VELMORANTH SBIconImageView: darkeningOverlayImage " +
+                              "log VELMORANTH SBIconImageView: darkeningOverlayImage " +
                                   second->description(),
                               kOverlay}));
 }
@@ -99,7 +99,7 @@ TEST_F(DarkeningOverlayImage, IsNilWithoutAMaskAfterALine) {
     answers = {platformImage, nullptr};
     EXPECT_EQ(overlay(), nullptr);
     EXPECT_EQ(taken(), joined({{kOverlay, kOverlay,
-                                "log: VELMORANTH SBIconImageView: darkeningOverlayImage (null)"},
+                                "log VELMORANTH SBIconImageView: darkeningOverlayImage (null)"},
                                searched(kFirstMask),
                                searched(kSecondMask)}));
 }
@@ -119,7 +119,7 @@ TEST_F(DarkeningOverlayImage, IsThePlatformsSecondAnswerMasked) {
     ASSERT_GE(lines.size(), 4U);
     EXPECT_EQ(Lines(lines.begin(), lines.begin() + 4),
               joined({{kOverlay}, searched(kFirstMask), {kOverlay}}));
-    EXPECT_EQ(lines.back(), "imageWithCGImage");
+    EXPECT_EQ(lines.back(), "+[UIImage imageWithCGImage:] 4×2 pixels");
     const tests::Pixels pixels = drawnPixels(image);
     ASSERT_EQ(pixels.width, 4U);
     ASSERT_EQ(pixels.height, 2U);
@@ -141,20 +141,22 @@ TEST_F(DarkeningOverlayImage, TheSecondFolderIsTriedOnce) {
     mask(kSecondMask);
     settings({"A"}, {{"enable", true}});
     EXPECT_EQ(drawnPixels(overlay()).at(0, 0), kGreen);
-    EXPECT_EQ(device.journal.linesWith("load "),
-              (Lines{"load /Library/Themes/" + kFirstMask, "load /Library/Themes/" + kSecondMask}));
-    EXPECT_EQ(device.journal.count("log: "), 0U);
+    EXPECT_EQ(device.journal.linesWith("+[UIImage imageWithContentsOfFile:] "),
+              (Lines{"+[UIImage imageWithContentsOfFile:] /Library/Themes/" + kFirstMask,
+                     "+[UIImage imageWithContentsOfFile:] /Library/Themes/" + kSecondMask}));
+    EXPECT_EQ(device.journal.count("log "), 0U);
 }
 
 TEST_F(DarkeningOverlayImage, AFolderInEveryThemeBeforeTheNextFolder) {
     settings({"A", "B"}, {{"enable", true}});
     EXPECT_EQ(overlay(), nullptr);
-    EXPECT_EQ(
-        device.journal.linesWith("load "),
-        (Lines{"load /Library/Themes/" + kFirstMask,
-               "load /Library/Themes/B/Bundles/com.apple.mobileicons.framework/AppIconMask.png",
-               "load /Library/Themes/" + kSecondMask,
-               "load /Library/Themes/B/com.apple.mobileicons.framework/AppIconMask.png"}));
+    EXPECT_EQ(device.journal.linesWith("+[UIImage imageWithContentsOfFile:] "),
+              (Lines{"+[UIImage imageWithContentsOfFile:] /Library/Themes/" + kFirstMask,
+                     "+[UIImage imageWithContentsOfFile:] "
+                     "/Library/Themes/B/Bundles/com.apple.mobileicons.framework/AppIconMask.png",
+                     "+[UIImage imageWithContentsOfFile:] /Library/Themes/" + kSecondMask,
+                     "+[UIImage imageWithContentsOfFile:] "
+                     "/Library/Themes/B/com.apple.mobileicons.framework/AppIconMask.png"}));
 }
 
 TEST_F(DarkeningOverlayImage, DoesNotAskWhetherIconsAreMasked) {

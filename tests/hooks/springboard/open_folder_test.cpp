@@ -21,34 +21,36 @@ using tests::kBlue;
 using tests::kRed;
 using tests::Lines;
 using tests::solid;
-using tests::WritingView;
 
 constexpr Rect kFrame{{0, 0}, {375, 812}};
 constexpr const char* kInit = "initWithFolder:orientation:viewMap:context:";
 constexpr const char* kOrigInit = "orig initWithFolder:orientation:viewMap:context: 3";
 constexpr const char* kShouldReceive = "_tapToCloseGestureRecognizer:shouldReceiveTouch:";
 constexpr const char* kOrigShouldReceive = "orig _tapToCloseGestureRecognizer:shouldReceiveTouch:";
-constexpr const char* kAnimate = "animate 0.30000001192092896";
+const std::string kAnimation = "+[UIView animateWithDuration:animations:completion:]";
+const std::string kAnimate = kAnimation + " 0.30000001192092896 set set";
 
 const Dictionary kOn{{"enable", true}};
 const Dictionary kFolderRemoved{{"enable", true}, {"removeFolderBG", true}};
 // Whatever else is on.
 const Dictionary kOff{{"removeFolderBG", true}, {"removeDock", true}, {"enableLogging", true}};
 
-using FolderView = WritingView<platform::SBFloatyFolderView>;
+using FolderView = tests::NamedViewOf<platform::SBFloatyFolderView>;
+using Background = tests::NamedViewOf<platform::SBFolderControllerBackgroundView>;
+using Panel = tests::NamedViewOf<platform::SBFolderBackgroundView>;
 
 struct IconController final : platform::SBIconController {
-    explicit IconController(tests::Journal& j) : journal(j) {}
-
     [[nodiscard]] std::string className() const override { return "SBIconController"; }
 
     void _closeFolderControllerAnimatedWithCompletion(platform::Object& folderController,
                                                       bool animated) override {
-        journal.write(std::string("close ") + (animated ? "YES" : "NO"));
+        record::tell(
+            *this,
+            record::messageOf("SBIconController", "_closeFolderControllerAnimatedWithCompletion"),
+            folderController, animated);
         closed.push_back(&folderController);
     }
 
-    tests::Journal& journal;
     std::vector<const platform::Object*> closed;
 };
 
@@ -90,7 +92,7 @@ class OpenFolder : public tests::ChromeProcess {
         addMethod("SBFolderControllerBackgroundView", "initWithFrame:",
                   std::function<ViewRef(platform::SBFolderControllerBackgroundView&, Rect)>(
                       [this](platform::SBFolderControllerBackgroundView& self, const Rect& frame) {
-                          original("initWithFrame: " + tests::text(frame));
+                          original("initWithFrame: " + record::words(frame));
                           for (const auto& made : backgrounds) {
                               if (made.get() == &self) {
                                   return ViewRef(made);
@@ -115,11 +117,10 @@ class OpenFolder : public tests::ChromeProcess {
                                                                           closing, folder);
     }
 
-    // A new background of an open folder, of which the journal knows the name.
+    // A new background of an open folder, of that name in records.
     ViewRef openBackground(const std::string& name, const Rect& frame = kFrame) {
         backgrounds.push_back(
-            std::make_shared<WritingView<platform::SBFolderControllerBackgroundView>>(
-                device.journal, "SBFolderControllerBackgroundView", name));
+            std::make_shared<Background>("SBFolderControllerBackgroundView", name));
         return device.runtime.send<ViewRef, Rect>(*backgrounds.back(), "initWithFrame:", frame);
     }
 
@@ -144,16 +145,13 @@ class OpenFolder : public tests::ChromeProcess {
         std::make_shared<HeldRecognizer>(*folder, "closingGesture");
     // What the platform's initialiser gives at its first and its second run.
     std::shared_ptr<FolderView> first =
-        std::make_shared<FolderView>(device.journal, "SBFloatyFolderView", "folder");
+        std::make_shared<FolderView>("SBFloatyFolderView", "folder");
     ViewRef second = first;
     int initialised = 0;
     // What the platform's questions are answered with, the last one for ever.
     std::vector<bool> answers{true};
-    std::vector<std::shared_ptr<WritingView<platform::SBFolderControllerBackgroundView>>>
-        backgrounds;
-    std::shared_ptr<WritingView<platform::SBFolderBackgroundView>> panel =
-        std::make_shared<WritingView<platform::SBFolderBackgroundView>>(
-            device.journal, "SBFolderBackgroundView", "panel");
+    std::vector<std::shared_ptr<Background>> backgrounds;
+    std::shared_ptr<Panel> panel = std::make_shared<Panel>("SBFolderBackgroundView", "panel");
     ViewRef blur = plainView("blur");
 };
 
@@ -187,8 +185,9 @@ TEST_F(OpenFolderTap, IsNotAddedUnlessBothSwitchesAreOn) {
 TEST_F(OpenFolderTap, IsAddedBetweenTheTwoRunsOfTheInitialiser) {
     settings({"A"}, kFolderRemoved);
     EXPECT_EQ(initFolder(), first);
-    EXPECT_EQ(taken(), (Lines{kOrigInit, "tapGestureRecognizer SBFloatyFolderView handleTap",
-                              "folder addGestureRecognizer", kOrigInit}));
+    EXPECT_EQ(taken(),
+              (Lines{kOrigInit, "-[UITapGestureRecognizer initWithTarget:action:] folder handleTap",
+                     "-[UIView addGestureRecognizer:] folder UITapGestureRecognizer", kOrigInit}));
     const auto added = std::dynamic_pointer_cast<HeldRecognizer>(tap);
     ASSERT_NE(added, nullptr);
     EXPECT_EQ(added->target, first.get());
@@ -197,7 +196,7 @@ TEST_F(OpenFolderTap, IsAddedBetweenTheTwoRunsOfTheInitialiser) {
 }
 
 TEST_F(OpenFolderTap, ResultIsThatOfTheSecondRun) {
-    const auto other = std::make_shared<FolderView>(device.journal, "SBFloatyFolderView", "other");
+    const auto other = std::make_shared<FolderView>("SBFloatyFolderView", "other");
     for (const ViewRef& given : {ViewRef(other), ViewRef()}) {
         second = given;
         for (const Dictionary& any : {kOff, kFolderRemoved}) {
@@ -213,7 +212,7 @@ TEST_F(OpenFolderTap, VariableHoldsOnlyTheNewest) {
     settings({}, kFolderRemoved);
     initFolder();
     const std::weak_ptr<platform::GestureRecognizer> older = tap;
-    const auto next = std::make_shared<FolderView>(device.journal, "SBFloatyFolderView", "next");
+    const auto next = std::make_shared<FolderView>("SBFloatyFolderView", "next");
     first = next;
     second = next;
     EXPECT_FALSE(older.expired());  // though its folder view is gone
@@ -242,13 +241,16 @@ TEST_F(OpenFolderTap, BlurEffectIsNeverSet) {
 
 TEST_F(OpenFolderTap, ClosesTheFolderThatReceivesIt) {
     device.runtime.addClass("SBIconController");
-    const auto controller = std::make_shared<IconController>(device.journal);
+    const auto controller = std::make_shared<IconController>();
     device.springBoard.iconController = controller;
     // Whatever the settings say.
     for (const Dictionary& any : {kOff, kFolderRemoved}) {
         settings({}, any);
         device.runtime.send<void>(*first, "handleTap");
-        EXPECT_EQ(taken(), (Lines{"getClass SBIconController", "close YES"}));
+        EXPECT_EQ(taken(),
+                  (Lines{"objc_getClass SBIconController",
+                         "-[SBIconController _closeFolderController:animated:withCompletion:] "
+                         "SBIconController folder YES"}));
     }
     EXPECT_EQ(controller->closed, (std::vector<const platform::Object*>{first.get(), first.get()}));
     ASSERT_EQ(device.springBoard.asked.size(), 2U);
@@ -257,7 +259,7 @@ TEST_F(OpenFolderTap, ClosesTheFolderThatReceivesIt) {
 
 TEST_F(OpenFolderTap, WithoutTheControllerHarmsNothing) {
     // No such class.
-    const auto controller = std::make_shared<IconController>(device.journal);
+    const auto controller = std::make_shared<IconController>();
     device.springBoard.iconController = controller;
     device.runtime.send<void>(*first, "handleTap");
     EXPECT_TRUE(controller->closed.empty());
@@ -302,10 +304,11 @@ TEST_F(OpenFolderClosing, BackdropFadesOutAndIsDetachedAfterwards) {
     ASSERT_EQ(views.held.size(), 1U);
     EXPECT_EQ(alphaOf(backdrop), 1);
     views.held.front().animations();
-    EXPECT_EQ(taken(), Lines{"picture setAlpha 0"});
+    EXPECT_EQ(taken(), tests::calledBack(kAnimation, {"-[UIView setAlpha:] picture 0"}));
     EXPECT_EQ(namesOf(background->subviews()), Lines{"picture"});
     views.held.front().completion(true);
-    EXPECT_EQ(taken(), Lines{"picture removeFromSuperview"});
+    EXPECT_EQ(taken(),
+              tests::calledBack(kAnimation + " YES", {"-[UIView removeFromSuperview] picture"}));
     EXPECT_TRUE(background->subviews().empty());
     EXPECT_EQ(FolderBackgroundImageView(), backdrop);  // kept for the next folder
 }
@@ -362,7 +365,7 @@ TEST_F(OpenFolderBackdrop, WithThemingOffBackgroundIsThePlatforms) {
     settings({"A"}, kOff);
     const ViewRef background = openBackground("background");
     EXPECT_EQ(background, backgrounds.front());
-    EXPECT_EQ(taken(), Lines{"orig initWithFrame: {0, 0, 375, 812}"});
+    EXPECT_EQ(taken(), Lines{"orig initWithFrame: (0, 0) 375×812"});
     EXPECT_EQ(FolderBackgroundImageView(), nullptr);
 }
 
@@ -371,9 +374,10 @@ TEST_F(OpenFolderBackdrop, FadesInBehindTheFirstFolder) {
     themePng("A/Bundles/com.apple.springboard/ANEMFolderBackground.png", kBlue);
     const ViewRef background = openBackground("background");
     EXPECT_EQ(background, backgrounds.front());
-    EXPECT_EQ(steps(),
-              (Lines{"orig initWithFrame: {0, 0, 375, 812}", "imageViewWithFrame {0, 0, 375, 812}",
-                     "picture setAlpha 0", "background addSubview picture", kAnimate}));
+    EXPECT_EQ(steps(), (Lines{"orig initWithFrame: (0, 0) 375×812",
+                              "-[UIImageView initWithFrame:] (0, 0) 375×812",
+                              "-[UIView setAlpha:] picture 0",
+                              "-[UIView addSubview:] background picture", kAnimate}));
     const platform::ImageViewRef backdrop = FolderBackgroundImageView();
     ASSERT_NE(backdrop, nullptr);
     EXPECT_EQ(backdrop->frame(), kFrame);
@@ -382,17 +386,17 @@ TEST_F(OpenFolderBackdrop, FadesInBehindTheFirstFolder) {
     ASSERT_EQ(views.held.size(), 1U);
     EXPECT_EQ(alphaOf(backdrop), 0);
     views.held.front().animations();
-    EXPECT_EQ(taken(), Lines{"picture setAlpha 1"});
+    EXPECT_EQ(taken(), tests::calledBack(kAnimation, {"-[UIView setAlpha:] picture 1"}));
     ASSERT_TRUE(views.held.front().completion);
     views.held.front().completion(true);
-    EXPECT_EQ(taken(), Lines{});
+    EXPECT_EQ(taken(), Lines{"called " + kAnimation + " YES"});
     EXPECT_EQ(alphaOf(backdrop), 1);
 }
 
 TEST_F(OpenFolderBackdrop, LiesOverWhatThePlatformPutThere) {
     settings({}, kFolderRemoved);
-    backgrounds.push_back(std::make_shared<WritingView<platform::SBFolderControllerBackgroundView>>(
-        device.journal, "SBFolderControllerBackgroundView", "background"));
+    backgrounds.push_back(
+        std::make_shared<Background>("SBFolderControllerBackgroundView", "background"));
     backgrounds.back()->addSubview(plainView("dimming"));
     const ViewRef background =
         device.runtime.send<ViewRef, Rect>(*backgrounds.back(), "initWithFrame:", kFrame);
@@ -409,8 +413,8 @@ TEST_F(OpenFolderBackdrop, IsSearchedForOnceAsAnImageOfTheHomeScreen) {
     EXPECT_EQ(drawnPixels(FolderBackgroundImageView()->image()), solid(6, 6, kRed));
     device.journal.clear();
     openBackground("next");
-    EXPECT_EQ(taken(), (Lines{"orig initWithFrame: {0, 0, 375, 812}", "picture setAlpha 0",
-                              "next addSubview picture", kAnimate}));
+    EXPECT_EQ(taken(), (Lines{"orig initWithFrame: (0, 0) 375×812", "-[UIView setAlpha:] picture 0",
+                              "-[UIView addSubview:] next picture", kAnimate}));
 }
 
 TEST_F(OpenFolderBackdrop, WithoutAnImageIsThereAllTheSame) {
@@ -464,8 +468,8 @@ TEST_F(OpenFolderBlur, DisappearsAtEveryLayout) {
     for (int time = 0; time < 2; ++time) {
         layoutPanel();
         EXPECT_EQ(taken(),
-                  (Lines{"orig layoutSubviews", "instanceVariable SBFolderBackgroundView _blurView",
-                         "blur setAlpha 0"}));
+                  (Lines{"orig layoutSubviews", "class_getInstanceVariable panel _blurView",
+                         "-[UIView setAlpha:] blur 0"}));
     }
     EXPECT_EQ(alphaOf(blur), 0);
 }
@@ -486,11 +490,9 @@ TEST_F(OpenFolderBlur, ClassWithoutThatVariableIsLeftUnchanged) {
         device.runtime.methodOf(device.runtime.getClass("SBFolderBackgroundView"),
                                 "layoutSubviews"),
         "v@:");
-    panel = std::make_shared<WritingView<platform::SBFolderBackgroundView>>(
-        device.journal, "SBPlainBackgroundView", "panel");
+    panel = std::make_shared<Panel>("SBPlainBackgroundView", "panel");
     layoutPanel();
-    EXPECT_EQ(taken(),
-              (Lines{"orig layoutSubviews", "instanceVariable SBPlainBackgroundView _blurView"}));
+    EXPECT_EQ(taken(), (Lines{"orig layoutSubviews", "class_getInstanceVariable panel _blurView"}));
     EXPECT_EQ(alphaOf(blur), 1);
 }
 

@@ -13,8 +13,8 @@ using tests::kBlue;
 using tests::kGreen;
 using tests::kRed;
 using tests::Lines;
+using tests::NamedViewOf;
 using tests::solid;
-using tests::WritingView;
 
 const Dictionary kThemed{{"enable", true}};
 // Whatever else is on.
@@ -22,16 +22,15 @@ const std::vector<Dictionary> kNotThemed{{{"removeDock", true}, {"removeLabels",
                                          {{"removePageDots", true}, {"removeFolderBG", true}},
                                          {{"enable", true}, {"removePageDots", true}}};
 
-class PageControlView final : public WritingView<platform::SBIconListPageControl> {
+class PageControlView final : public NamedViewOf<platform::SBIconListPageControl> {
   public:
     explicit PageControlView(tests::TestDevice& device)
-        : WritingView<platform::SBIconListPageControl>(device.journal, "SBIconListPageControl",
-                                                       "dots"),
+        : NamedViewOf<platform::SBIconListPageControl>("SBIconListPageControl", "dots"),
           device_(device) {}
 
     ImageRef _searchIndicatorImage(bool isCurrent) override {
-        write(isCurrent ? "is sent _searchIndicatorImage: YES"
-                        : "is sent _searchIndicatorImage: NO");
+        record::tell(*this, record::messageOf("SBIconListPageControl", "_searchIndicatorImage"),
+                     isCurrent);
         return device_.runtime.send<ImageRef, bool>(*this, "_searchIndicatorImage:", isCurrent);
     }
 
@@ -94,7 +93,7 @@ TEST_F(PageControlLayout, WithDotsRunsThePlatformsTwice) {
 TEST_F(PageControlLayout, WithoutDotsRunsThePlatformsOnceAndHidesTheControl) {
     settings({"A"}, {{"enable", true}, {"removePageDots", true}});
     layout();
-    EXPECT_EQ(taken(), (Lines{"orig layoutSubviews", "dots setHidden YES"}));
+    EXPECT_EQ(taken(), (Lines{"orig layoutSubviews", "-[UIView setHidden:] dots YES"}));
     EXPECT_TRUE(dots->isHidden());
     // Nothing shows it again.
     settings({"A"}, kThemed);
@@ -138,8 +137,11 @@ TEST_F(PageDots, WithoutAFileAskTheControlForItsSearchDotFirst) {
         const Lines once = call("_iconListIndicatorImage:", isCurrent);
         const Lines search = call("_searchIndicatorImage:", true);
         EXPECT_EQ(steps(),
-                  tests::joined(
-                      {once, {"dots is sent _searchIndicatorImage: YES"}, search, search, once}));
+                  tests::joined({once,
+                                 {"-[SBIconListPageControl _searchIndicatorImage:] dots YES"},
+                                 search,
+                                 search,
+                                 once}));
         EXPECT_EQ(image, given.back());
     }
 }
@@ -151,10 +153,10 @@ TEST_F(PageDots, ThemesSearchDotIsAskedForAndDropped) {
     const Lines once = call("_iconListIndicatorImage:", false);
     const Lines search = call("_searchIndicatorImage:", true);
     EXPECT_EQ(steps(), tests::joined({once,
-                                      {"dots is sent _searchIndicatorImage: YES"},
+                                      {"-[SBIconListPageControl _searchIndicatorImage:] dots YES"},
                                       search,
                                       search,
-                                      {"log: Velmoranth search Ind " + given.at(2)->description()},
+                                      {"log Velmoranth search Ind " + given.at(2)->description()},
                                       once}));
     EXPECT_EQ(image, given.back());
 }
@@ -190,7 +192,7 @@ TEST_F(SearchDot, IsLoggedWithAFreshImageWhateverElseIsOff) {
         EXPECT_EQ(
             taken(),
             tests::joined(
-                {once, once, {"log: Velmoranth search Ind " + given.at(1)->description()}, once}));
+                {once, once, {"log Velmoranth search Ind " + given.at(1)->description()}, once}));
         EXPECT_EQ(image, given.at(2));
     }
 }
@@ -211,7 +213,7 @@ TEST_F(SearchDot, ThemesOwnIsLoggedWithThePlatformsImage) {
     const Lines once = call("_searchIndicatorImage:", true);
     EXPECT_EQ(
         steps(),
-        tests::joined({once, once, {"log: Velmoranth search Ind " + given.at(1)->description()}}));
+        tests::joined({once, once, {"log Velmoranth search Ind " + given.at(1)->description()}}));
 }
 
 TEST_F(SearchDot, WithoutAFileIsThePlatformsSecondAnswer) {

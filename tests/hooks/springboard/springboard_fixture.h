@@ -51,7 +51,13 @@ class SpringBoardProcess : public testing::Test {
     void addMethod(const std::string& className, const std::string& selector,
                    std::function<R(Receiver&, Args...)> body) {
         device.runtime.addClass(className);
-        device.runtime.addInstanceMethod(className, selector, std::move(body));
+        device.runtime.addInstanceMethod(
+            className, selector,
+            std::function<R(Receiver&, Args...)>(
+                [body = std::move(body)](Receiver& self, Args... args) {
+                    const record::InPlatform platform;  // whose own doing is not the engine's
+                    return body(self, std::move(args)...);
+                }));
     }
 
     // A method without arguments or result, which only writes its line.

@@ -1,12 +1,13 @@
-// A process of a device, with everything noted that is asked of its files and of its sound. The
-// device stays as it is: every change of a file is answered as if it had been made, and reading
-// goes on as if it had.
+// A process of a device that is recorded while it makes its sound. The device stays as it is: every
+// change of a file is answered as if it had been made, and reading goes on as if it had.
 #pragma once
 
 #include "desktop/audio/audio.h"
 #include "desktop/files/device_root.h"
 #include "desktop/result/result.h"
 #include "desktop/runtime/runtime.h"
+
+#include "record/entry.h"
 
 #include <memory>
 #include <optional>
@@ -23,34 +24,36 @@ struct FileProbe {
     friend bool operator==(const FileProbe&, const FileProbe&) = default;
 };
 
+// The questions to the file manager, in order.
+[[nodiscard]] std::vector<FileProbe> probesIn(const record::Record& record);
+
 // A player that was asked for.
 struct PlayerRequest {
-    std::string path;  // "" for one of data
-    bool isMade = false;
+    std::string path;                         // "" for one of data
     bool isStarted = false;                   // play was sent and succeeded
     float volume = 1;                         // when it was started
     std::optional<desktop::Problem> problem;  // why it could not be made
 };
 
-class WatchedProcess {
+// The last one; none when none was asked for.
+[[nodiscard]] std::optional<PlayerRequest> lastPlayerIn(const record::Record& record);
+
+class SoundProcess {
   public:
-    // As DeviceProcess. `audio` outlives it.
-    WatchedProcess(const std::shared_ptr<const desktop::DeviceRoot>& root,
-                   desktop::DesktopAudio& audio);
-    ~WatchedProcess();
-    WatchedProcess(const WatchedProcess&) = delete;
-    WatchedProcess& operator=(const WatchedProcess&) = delete;
+    // As DeviceProcess. `audio` outlives it. Of the engine there is nothing yet.
+    SoundProcess(const std::shared_ptr<const desktop::DeviceRoot>& root,
+                 desktop::DesktopAudio& audio);
+    ~SoundProcess();
+    SoundProcess(const SoundProcess&) = delete;
+    SoundProcess& operator=(const SoundProcess&) = delete;
 
     [[nodiscard]] desktop::Runtime& runtime();
 
     // What happens when the engine's library is mapped: its classes, its hooks, its start.
     static void startEngine();
 
-    // Since the process began, or since the last call.
-    [[nodiscard]] std::vector<FileProbe> takeProbes();
-
-    // The last player; null when none was asked for.
-    [[nodiscard]] std::shared_ptr<const PlayerRequest> lastRequest() const;
+    // What the process has done since the last call.
+    [[nodiscard]] record::Record takeRecord();
 
   private:
     struct State;

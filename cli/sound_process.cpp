@@ -1,11 +1,17 @@
-#include "cli/sound_watch.h"
+#include "cli/sound_process.h"
 
 #include "cli/device_process.h"
 #include "core/entry_points.h"
 #include "desktop/files/file_errors.h"
+#include "simulator/process/recording.h"
+
+#include "record/operations.h"
+#include "record/words.h"
 
 #include <cerrno>
+#include <cstdlib>
 #include <map>
+#include <string_view>
 #include <utility>
 
 namespace velmoranth::cli {
@@ -32,21 +38,18 @@ class Redirections {
     std::map<std::string, std::string> sources_;
 };
 
-// Notes what is asked for, and changes no file.
-class WatchedFiles final : public desktop::DesktopFileManager {
+class UnchangingFiles final : public desktop::DesktopFileManager {
   public:
-    WatchedFiles(const std::shared_ptr<const DeviceRoot>& root, Redirections& redirections)
+    UnchangingFiles(const std::shared_ptr<const DeviceRoot>& root, Redirections& redirections)
         : DesktopFileManager(root), redirections_(redirections) {}
 
     [[nodiscard]] bool fileExistsAtPath(const std::string& path) override {
-        return fileExistsAtPathIsDirectory(path).exists;
+        return look(path).exists;
     }
 
     [[nodiscard]] platform::FileExistence fileExistsAtPathIsDirectory(
         const std::string& path) override {
-        const platform::FileExistence answer = look(path);
-        probes_.push_back({path, answer.exists});
-        return answer;
+        return look(path);
     }
 
     Failure setPosixPermissionsOfItemAtPath(unsigned /*mode*/,
@@ -93,13 +96,8 @@ class WatchedFiles final : public desktop::DesktopFileManager {
     }
 
     [[nodiscard]] std::optional<Data> dataWithContentsOfFile(const std::string& path) override {
-        std::optional<Data> data =
-            DesktopFileManager::dataWithContentsOfFile(redirections_.of(path));
-        probes_.push_back({path, data.has_value()});
-        return data;
+        return DesktopFileManager::dataWithContentsOfFile(redirections_.of(path));
     }
-
-    [[nodiscard]] std::vector<FileProbe> takeProbes() { return std::exchange(probes_, {}); }
 
   private:
     [[nodiscard]] platform::FileExistence look(const std::string& path) {
@@ -107,7 +105,6 @@ class WatchedFiles final : public desktop::DesktopFileManager {
     }
 
     Redirections& redirections_;
-    std::vector<FileProbe> probes_;
 };
 
 class RedirectedPropertyLists final : public desktop::DesktopPropertyLists {
@@ -134,109 +131,74 @@ class UnchangingLibSystem final : public desktop::DesktopLibSystem {
     int mkdir(const std::string& /*path*/, unsigned /*mode*/) override { return 0; }
 };
 
-class WatchedPlayer final : public platform::AudioPlayer {
-  public:
-    WatchedPlayer(platform::AudioPlayerRef player, std::shared_ptr<PlayerRequest> request)
-        : player_(std::move(player)), request_(std::move(request)) {}
-
-    [[nodiscard]] std::string className() const override { return player_->className(); }
-
-    void setVolume(float volume) override {
-        request_->volume = volume;
-        player_->setVolume(volume);
-    }
-
-    void setDelegate(platform::Object& delegate) override { player_->setDelegate(delegate); }
-
-    bool prepareToPlay() override { return player_->prepareToPlay(); }
-
-    bool play() override {
-        request_->isStarted = player_->play();
-        return request_->isStarted;
-    }
-
-  private:
-    platform::AudioPlayerRef player_;
-    std::shared_ptr<PlayerRequest> request_;
-};
-
-class WatchedAudio final : public platform::Audio {
-  public:
-    explicit WatchedAudio(desktop::DesktopAudio& audio) : audio_(audio) {}
-
-    [[nodiscard]] platform::AudioSessionRef sharedInstance() override {
-        return audio_.sharedInstance();
-    }
-
-    [[nodiscard]] platform::AudioPlayerRef audioPlayerWithContentsOfURL(
-        const std::string& path) override {
-        return noted(audio_.audioPlayerWithContentsOfURL(path), path);
-    }
-
-    [[nodiscard]] platform::AudioPlayerRef audioPlayerWithData(
-        const std::optional<Data>& data) override {
-        return noted(audio_.audioPlayerWithData(data), {});
-    }
-
-    // The last one; null when none was asked for.
-    [[nodiscard]] std::shared_ptr<const PlayerRequest> lastRequest() const { return last_; }
-
-  private:
-    platform::AudioPlayerRef noted(const platform::AudioPlayerRef& player, std::string path) {
-        last_ = std::make_shared<PlayerRequest>();
-        last_->path = std::move(path);
-        last_->isMade = player != nullptr;
-        if (player == nullptr) {
-            last_->problem = audio_.lastProblem();
-            return nullptr;
-        }
-        return std::make_shared<WatchedPlayer>(player, last_);
-    }
-
-    desktop::DesktopAudio& audio_;
-    std::shared_ptr<PlayerRequest> last_;
-};
+bool isQuestion(const record::Entry& entry) {
+    using record::messageOf;
+    return entry.message == messageOf("FileManager", "fileExistsAtPath") ||
+           entry.message == messageOf("FileManager", "fileExistsAtPathIsDirectory") ||
+           entry.message == messageOf("FileManager", "dataWithContentsOfFile");
+}
 
 }  // namespace
 
-struct WatchedProcess::State {
-    State(const std::shared_ptr<const DeviceRoot>& root, desktop::DesktopAudio& desktopAudio)
+std::vector<FileProbe> probesIn(const record::Record& record) {
+    std::vector<FileProbe> probes;
+    for (const record::Entry& entry : record) {
+        if (isQuestion(entry)) {
+            probes.push_back({entry.subject, entry.kind == record::EntryKind::found});
+        }
+    }
+    return probes;
+}
+
+std::optional<PlayerRequest> lastPlayerIn(const record::Record& record) {
+    using record::messageOf;
+    std::optional<PlayerRequest> player;
+    for (const record::Entry& entry : record) {
+        if (entry.message == messageOf("Audio", "audioPlayerWithContentsOfURL") ||
+            entry.message == messageOf("Audio", "audioPlayerWithData")) {
+            player = PlayerRequest{.path = entry.subject, .problem = {}};
+        } else if (player && entry.message == messageOf("AudioPlayer", "setVolume")) {
+            player->volume = std::strtof(entry.arguments.front().c_str(), nullptr);
+        } else if (player && entry.message == messageOf("AudioPlayer", "play")) {
+            player->isStarted = entry.answer == record::words(true);
+        }
+    }
+    return player;
+}
+
+struct SoundProcess::State {
+    State(const std::shared_ptr<const DeviceRoot>& root, desktop::DesktopAudio& audio)
         : files(root, redirections),
           propertyLists(root, redirections),
           libSystem(root, desktop::DeviceDescription().machine, desktop::kHomeDirectory),
-          audio(desktopAudio),
           process(root, {&propertyLists, &files, &libSystem, &audio}) {}
 
     Redirections redirections;
-    WatchedFiles files;
+    UnchangingFiles files;
     RedirectedPropertyLists propertyLists;
     UnchangingLibSystem libSystem;
-    WatchedAudio audio;
     DeviceProcess process;
+    simulator::ProcessRecording recording;  // of the platform that the process has set
 };
 
-WatchedProcess::WatchedProcess(const std::shared_ptr<const DeviceRoot>& root,
-                               desktop::DesktopAudio& audio)
+SoundProcess::SoundProcess(const std::shared_ptr<const DeviceRoot>& root,
+                           desktop::DesktopAudio& audio)
     : state_(std::make_unique<State>(root, audio)) {}
 
-WatchedProcess::~WatchedProcess() = default;
+SoundProcess::~SoundProcess() = default;
 
-desktop::Runtime& WatchedProcess::runtime() {
+desktop::Runtime& SoundProcess::runtime() {
     return state_->process.runtime();
 }
 
-void WatchedProcess::startEngine() {
+void SoundProcess::startEngine() {
     core::registerClasses();
     core::installHooks();
     core::startSettings();
 }
 
-std::vector<FileProbe> WatchedProcess::takeProbes() {
-    return state_->files.takeProbes();
-}
-
-std::shared_ptr<const PlayerRequest> WatchedProcess::lastRequest() const {
-    return state_->audio.lastRequest();
+record::Record SoundProcess::takeRecord() {
+    return state_->recording.take();
 }
 
 }  // namespace velmoranth::cli
