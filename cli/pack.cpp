@@ -1,7 +1,9 @@
 // velmoranth pack
 #include "cli/commands.h"
+#include "cli/device_layout.h"
 #include "cli/help.h"
 #include "cli/late_progress.h"
+#include "cli/lint_check.h"
 #include "cli/messages.h"
 #include "cli/nearest.h"
 #include "desktop/files/cleanup.h"
@@ -10,10 +12,12 @@
 #include <nlohmann/json.hpp>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <array>
 #include <ranges>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace velmoranth::cli {
 
@@ -21,7 +25,7 @@ using desktop::Result;
 
 namespace {
 
-constexpr std::array<Option, 10> kPackOptions{{
+constexpr std::array<Option, 11> kPackOptions{{
     {"--output", "-o", "FILE",
      "write it there, or into this folder under its usual name, ID_VERSION_iphoneos-arm.deb; - is "
      "standard output"},
@@ -33,6 +37,7 @@ constexpr std::array<Option, 10> kPackOptions{{
     {"--field", "", "FIELD=VALUE", "any other field of a package, such as Homepage", Repeat::often},
     {"--dry-run", "", "", "say what would be packed, and write nothing"},
     {"--force", "", "", "replace a file of that name"},
+    {"--no-lint", "", "", "pack the theme whatever velmoranth lint finds in it"},
     {"--json", "", "", "the report as an object for programs"},
 }};
 
@@ -130,6 +135,35 @@ std::string jsonOf(const makers::PackagePlan& plan, const std::string& output, b
     return report.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
 }
 
+// What keeps the theme from being packed: errors in files that come along.
+Result<std::vector<makers::Finding>> errorsIn(const std::string& folder,
+                                              const makers::PackagePlan& plan) {
+    const auto theme = makers::themeAsGiven(folder);
+    const auto calendar = installedCalendar();
+    if (!theme || !calendar) {
+        return tl::unexpected(theme ? calendar.error() : theme.error());
+    }
+    LateProgress progress;
+    auto findings = checkTheme(*theme, *calendar, progress);
+    progress.clear();
+    if (findings) {
+        std::erase_if(*findings, [&](const makers::Finding& finding) {
+            return finding.row().severity != makers::Severity::error ||
+                   std::ranges::find(plan.leftOut, finding.file, &makers::LeftOut::name) !=
+                       plan.leftOut.end();
+        });
+    }
+    return findings;
+}
+
+ExitCode failForErrors(const std::string& folder, const std::vector<makers::Finding>& errors) {
+    const makers::Finding& first = errors.front();
+    return fail(ExitCode::nothingFound,
+                shown(folder) + ": it has " + counted(errors.size(), "error") + ", " +
+                    shown(first.file) + " first: " + first.reason + "; velmoranth lint " +
+                    forShell(folder) + " lists what is wrong, --no-lint packs it all the same");
+}
+
 ExitCode runPack(const Arguments& arguments) {
     const auto given = givenFields(arguments);
     if (!given) {
@@ -147,8 +181,17 @@ ExitCode runPack(const Arguments& arguments) {
     }
     const std::string output = outputOf(arguments, plan->control);
     const bool isWritten = !arguments.has("--dry-run");
+    desktop::cleanUpOnSignals();
+    if (!arguments.has("--no-lint")) {
+        const auto errors = errorsIn(folder, *plan);
+        if (!errors) {
+            return fail(ExitCode::badInput, errors.error());
+        }
+        if (!errors->empty()) {
+            return failForErrors(folder, *errors);
+        }
+    }
     if (isWritten) {
-        desktop::cleanUpOnSignals();
         LateProgress progress;
         const auto written = makers::writePlannedPackage(
             *plan, output, arguments.has("--force"), [&](std::size_t files) {
@@ -176,7 +219,8 @@ std::string fieldHelp() {
         fields += (fields.empty() ? "" : ", ") + std::string(field.name);
     }
     return "fields:\n" + twoColumns({{"--field", fields}}) +
-           "\nexit codes:\n  0 done, 2 wrong usage, 3 a theme that is none or cannot be packed, or "
+           "\nexit codes:\n  0 done, 1 errors in the theme, 2 wrong usage, 3 a theme that is none "
+           "or cannot be packed, or "
            "nowhere to write\n";
 }
 

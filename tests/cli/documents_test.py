@@ -40,7 +40,7 @@ def prepare(folder, environment):
         (old / "IconBundles" / name).write_bytes(picture(color))
     (old / "Fonts").mkdir()
     (old / "Fonts/Old.ttf").write_bytes(b"font")
-    subprocess.run(["velmoranth", "pack", "OldTheme.theme", "-o", "OldTheme.deb", "--author", "A"], cwd=folder,
+    subprocess.run(["velmoranth", "pack", "--no-lint", "OldTheme.theme", "-o", "OldTheme.deb", "--author", "A"], cwd=folder,
                    env=environment, check=True, stdout=subprocess.DEVNULL)
     subprocess.run(["rm", "-r", "OldTheme.theme"], cwd=folder, check=True)
 

@@ -92,6 +92,9 @@ TEST_F(New, aThemeWithEveryKindOfFileOnce) {
 
 TEST_F(New, everythingInItShows) {
     EXPECT_EQ(run({"new", "Sunset"}).code, 0);
+    const CommandResult lint = run({"lint", "Sunset.theme"});
+    EXPECT_EQ(lint.code, 0);
+    EXPECT_EQ(lint.output, "Sunset.theme: 32 files, nothing found\n");
     const std::vector<std::string> settings{"--set", "removeDock=yes", "--set", "enableShadow=yes"};
     for (const std::string device : {"phone", "pad"}) {
         std::vector<std::string> words{"preview", "Sunset.theme", "--device", device};

@@ -18,10 +18,17 @@ class Pack : public PreviewTest {
     Pack() { theme("Sunset Paper.theme", kMagenta); }
 
     [[nodiscard]] CommandResult pack(std::vector<std::string> words, CommandSetting of = {}) const {
-        words.insert(words.begin(), {"pack", "../Sunset Paper.theme"});
+        words.insert(words.begin(), {"pack", "../Sunset Paper.theme", "--no-lint"});
         of.folder = folder / "work";
         of.variables.emplace("TMPDIR", folder / "tmp");
         return runCommand(words, of);
+    }
+
+    // With a look for errors first.
+    [[nodiscard]] CommandResult packSound(const std::vector<std::string>& words) const {
+        std::vector<std::string> all{"pack", "../Sunset Paper.theme"};
+        all.insert(all.end(), words.begin(), words.end());
+        return runCommand(all, setting());
     }
 
     // What dpkg-deb says of the package in "work".
@@ -155,8 +162,9 @@ TEST_F(Pack, optionsComeBeforeTheThemesOwnWordsAndTheseBeforeItsName) {
 
 TEST_F(Pack, aNameOfNoPlainLettersStillMakesAnIdentifier) {
     theme("--\xC3\xA9t\xC3\xA9 2--.THEME", kLime);
-    const CommandResult result = runCommand({"pack", "../--\xC3\xA9t\xC3\xA9 2--.THEME"},
-                                            {.folder = folder / "work", .variables = {}});
+    const CommandResult result =
+        runCommand({"pack", "--no-lint", "../--\xC3\xA9t\xC3\xA9 2--.THEME"},
+                   {.folder = folder / "work", .variables = {}});
     EXPECT_EQ(result.output,
               "themes.t-2_1.0_iphoneos-arm.deb: --\xC3\xA9t\xC3\xA9 2-- 1.0, 1 file, installed as "
               "/Library/Themes/--\xC3\xA9t\xC3\xA9 2--.THEME\n");
@@ -318,6 +326,33 @@ TEST_F(Pack, longNamesOfAnyLettersAreInstalled) {
     EXPECT_EQ(read({"--extract", "a.deb", "out"}).code, 0);
     EXPECT_EQ(folder.names("work/out/Library/Themes/Sunset Paper.theme/UIImages"),
               "\xC3\xA9" + name + ".png");
+}
+
+TEST_F(Pack, aThemeWithErrorsIsPackedOnlyWhenAskedFor) {
+    EXPECT_EQ(packSound({"-o", "a.deb"}).code, 0);
+    folder.file("Sunset Paper.theme/IconBundles/com.apple.Maps-large.png", "no picture");
+    for (const std::vector<std::string>& words :
+         {std::vector<std::string>{"-o", "b.deb"}, {"--dry-run"}}) {
+        const CommandResult refused = packSound(words);
+        EXPECT_EQ(refused.code, 1);
+        EXPECT_EQ(refused.errors.find("velmoranth: error: ../Sunset Paper.theme: it has 1 error, "
+                                      "IconBundles/com.apple.Maps-large.png first: "),
+                  0U)
+            << refused.errors;
+        EXPECT_NE(refused.errors.find("; velmoranth lint '../Sunset Paper.theme' lists what is "
+                                      "wrong, --no-lint packs it all the same\n"),
+                  std::string::npos)
+            << refused.errors;
+        EXPECT_EQ(refused.output, "");
+    }
+    EXPECT_EQ(folder.names("work"), "a.deb");
+    EXPECT_EQ(pack({"-o", "b.deb"}).code, 0);
+    // What stays out keeps nothing else from being packed, and neither does a warning.
+    std::filesystem::remove(folder / "Sunset Paper.theme/IconBundles/com.apple.Maps-large.png");
+    folder.file("Sunset Paper.theme/IconBundles/empty-large.png");
+    folder.file("Sunset Paper.theme/IconBundles/notes.txt", "x");
+    EXPECT_EQ(packSound({"-o", "c.deb"}).code, 0);
+    EXPECT_EQ(folder.names("tmp"), "");
 }
 
 TEST_F(Pack, aDryRunWritesNothingAndTheReportIsForProgramsToo) {
