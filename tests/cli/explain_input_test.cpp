@@ -116,8 +116,8 @@ TEST_F(ExplainInputTest, OddIdentifiersAreAskedForAsTheyAre) {
     EXPECT_EQ(noteOf({"icon", "com.apple.maps"}),
               "velmoranth: the simulated device has no app \"com.apple.maps\"; did you mean "
               "com.apple.Maps?\n");
-    EXPECT_EQ(noteOf({"icon", "com.example.mine"}),
-              "velmoranth: the simulated device has no app \"com.example.mine\"\n")
+    EXPECT_EQ(noteOf({"icon", "com.apple.walls"}),
+              "velmoranth: the simulated device has no app \"com.apple.walls\"\n")
         << "too far from any";
     EXPECT_EQ(noteOf({"symbol", "gaer"}),
               "velmoranth: the simulated device has no symbol \"gaer\"; did you mean gear?\n");
