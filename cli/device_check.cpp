@@ -2,6 +2,7 @@
 
 #include "cli/messages.h"
 #include "cli/preferences.h"
+#include "cli/settings_device.h"
 #include "desktop/plist/property_lists.h"
 #include "platform/foundation.h"
 
@@ -107,7 +108,7 @@ std::vector<std::string> oddContents(const DeviceRoot& root, const std::string& 
 }  // namespace
 
 desktop::Result<std::shared_ptr<DeviceRoot>> openDevice(const std::string& folder) {
-    auto root = DeviceRoot::open(folder);
+    auto root = openSettingsDevice(folder);
     if (root && ::access(folder.c_str(), W_OK | X_OK) != 0) {
         return tl::unexpected(desktop::Problem{
             "the device cannot be written to; a device writes to its own files", folder});

@@ -21,6 +21,9 @@ using desktop::Result;
 
 namespace {
 
+// What every picture shows unless asked otherwise, so that none changes from day to day.
+constexpr const char* kUsualDay = "2019-09-10";
+
 // "en", "de_AT", "zh-Hant-TW": two or three letters, then parts of letters and digits.
 bool isLocaleName(const std::string& text) {
     static const std::regex kForm("[A-Za-z]{2,3}([_-][A-Za-z0-9]{2,})*");
@@ -51,15 +54,17 @@ Result<simulator::DeviceConfiguration> readDevice(const Arguments& arguments,
         if (!isLocaleName(*locale)) {
             return misuse("--locale takes a name like en_US or de, not " + inQuotes(*locale));
         }
+        if (!desktop::isKnownLocale(*locale)) {
+            return misuse("--locale takes a language that is known, and " + inQuotes(*locale) +
+                          " is none" + suggestion(*locale, desktop::knownLocales()));
+        }
         device->locale = *locale;
     }
-    if (const auto text = arguments.value("--date")) {
-        const auto date = parseDate(*text);
-        if (!date) {
-            return tl::unexpected(date.error());
-        }
-        device->date = *date;
+    const auto date = parseDate(arguments.value("--date").value_or(kUsualDay));
+    if (!date) {
+        return tl::unexpected(date.error());
     }
+    device->date = *date;
     const std::string held = arguments.value("--orientation").value_or("portrait");
     if (held != "portrait" && held != "landscape") {
         return misuse("--orientation takes portrait or landscape, not " + inQuotes(held));
@@ -121,10 +126,13 @@ Result<platform::Dictionary> readSettingOptions(const Arguments& arguments,
 }
 
 Result<platform::Date> parseDate(const std::string& text) {
+    if (text == "now") {
+        return platform::Date{static_cast<double>(std::time(nullptr)) - desktop::kReferenceDate};
+    }
     static const std::regex kForm("\\d{4}-\\d\\d-\\d\\d(T\\d\\d:\\d\\d(:\\d\\d)?)?");
     constexpr std::array kFormats{"%Y-%m-%d", "%Y-%m-%dT%H:%M", "%Y-%m-%dT%H:%M:%S"};
     const std::string complaint =
-        "--date takes a date like 2019-12-24 or 2019-12-24T18:30, not " + inQuotes(text);
+        "--date takes a date like 2019-12-24 or 2019-12-24T18:30, or now, not " + inQuotes(text);
     std::tm wanted{};
     const auto reads = [&](const char* format) {
         wanted = std::tm();

@@ -20,7 +20,9 @@ inline constexpr Option kOrientationOption{"--orientation", "", "HOW",
 inline constexpr Option kSetOption{"--set", "", "KEY=VALUE", "a preference of this run, see below",
                                    Repeat::often};
 inline constexpr Option kDateOption{
-    "--date", "", "DATE", "what the device's clock shows: 2019-12-24 or 2019-12-24T18:30"};
+    "--date", "", "DATE",
+    "what the device's clock shows: 2019-12-24 (at 9:41), 2019-12-24T18:30 or now (default "
+    "2019-09-10)"};
 inline constexpr Option kLocaleOption{
     "--locale", "", "NAME",
     "the device's language and region (default en_US); the calendar's icon follows it"};
@@ -46,7 +48,7 @@ struct NamedDevice {
     const Arguments& arguments, std::string_view whereListed);
 
 // A point in time that a person writes: "2019-12-24" (at 9:41), "2019-12-24T18:30" or with ":05"
-// for seconds, in this machine's time zone.
+// for seconds, in this machine's time zone, or "now".
 [[nodiscard]] desktop::Result<platform::Date> parseDate(const std::string& text);
 
 }  // namespace velmoranth::cli

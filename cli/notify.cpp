@@ -4,6 +4,7 @@
 #include "cli/messages.h"
 #include "cli/nearest.h"
 #include "cli/notifications.h"
+#include "cli/settings_device.h"
 #include "desktop/files/device_root.h"
 #include "desktop/notifications/notification_center.h"
 
@@ -42,7 +43,7 @@ ExitCode runNotify(const Arguments& arguments) {
     if (!folder) {
         return fail(ExitCode::wrongUsage, "velmoranth notify needs --root DIR, the device to tell");
     }
-    const auto root = desktop::DeviceRoot::open(*folder);
+    const auto root = openSettingsDevice(*folder);
     if (!root) {
         return fail(ExitCode::badInput, root.error());
     }

@@ -2,6 +2,7 @@
 #include "cli/commands.h"
 #include "cli/comparison.h"
 #include "cli/device_check.h"
+#include "cli/file_watch.h"
 #include "cli/help.h"
 #include "cli/messages.h"
 #include "cli/picture_file.h"
@@ -18,8 +19,11 @@
 
 #include <cerrno>
 #include <chrono>
+#include <filesystem>
 #include <future>
 #include <string>
+#include <system_error>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -32,6 +36,8 @@ using simulator::RunningScreen;
 using simulator::ScreenRequest;
 
 namespace {
+
+constexpr std::chrono::milliseconds kBetweenLooks{200};
 
 Result<void> checkLog(const std::string& path) {
     if (path.empty() || path == "-") {
@@ -81,17 +87,19 @@ ScreenRequest requestFor(const PreviewOptions& options, const DeviceOfRun& devic
     return request;
 }
 
-void notePage(const PreviewOptions& options, const RenderedScreen& screen) {
-    // With an item given the page is the one where it lies.
+// Whether the pages that were asked for are there. With an item given the page is the one where it
+// lies.
+Result<void> checkPages(const PreviewOptions& options, const RenderedScreen& screen) {
     const ScreenOptions& wanted = options.screen;
     if (screen.page != wanted.page && wanted.item.empty()) {
-        note(fmt::format("there is no page {}; this is page {} of {}", wanted.page, screen.page,
-                         screen.pageCount));
+        return misuse(
+            fmt::format("there is no page {}; the last is {}", wanted.page, screen.pageCount));
     }
     if (screen.folder && screen.folder->page != wanted.folderPage) {
-        note(fmt::format("the folder has no page {}; this is page {} of {}", wanted.folderPage,
-                         screen.folder->page, screen.folder->pageCount));
+        return misuse(fmt::format("the folder has no page {}; its last is {}", wanted.folderPage,
+                                  screen.folder->pageCount));
     }
+    return {};
 }
 
 // Says what was written. `pictures` is "a.png" or "a.png to b.png".
@@ -114,25 +122,35 @@ Result<void> deliver(const PreviewOptions& options, const simulator::Picture& pi
     return written;
 }
 
-Result<void> drawAllSteps(const PreviewOptions& options, const DeviceOfRun& device) {
+ExitCode exitCodeOf(const Result<void>& drawn) {
+    return drawn ? ExitCode::done : fail(ExitCode::badInput, drawn.error());
+}
+
+ExitCode drawAllSteps(const PreviewOptions& options, const DeviceOfRun& device) {
     ProgressLine progress;
     const int count = stepCount(options.screen.kind);
-    return drawSteps(requestFor(options, device), [&](int step, const RenderedScreen& screen) {
-        if (screen.folder && step == 1 + kStepsToOpen) {
-            progress.clear();
-            notePage(options, screen);
-        }
-        progress.show(fmt::format("picture {} of {}", step, count));
-        auto written = writePicture(screen.picture, stepFile(options.output, step));
-        if (written && step == count) {
-            progress.clear();
-            reportWritten(options,
-                          shown(stepFile(options.output, 1)) + " to " +
-                              shown(stepFile(options.output, count)),
-                          screen.picture);
-        }
-        return written;
-    });
+    Result<void> pages;
+    const auto drawn =
+        drawSteps(requestFor(options, device), [&](int step, const RenderedScreen& screen) {
+            if (screen.folder && step == 1 + kStepsToOpen) {
+                pages = checkPages(options, screen);
+                if (!pages) {
+                    return pages;
+                }
+            }
+            progress.show(fmt::format("picture {} of {}", step, count));
+            auto written = writePicture(screen.picture, stepFile(options.output, step));
+            if (written && step == count) {
+                progress.clear();
+                reportWritten(options,
+                              shown(stepFile(options.output, 1)) + " to " +
+                                  shown(stepFile(options.output, count)),
+                              screen.picture);
+            }
+            return written;
+        });
+    progress.clear();
+    return pages ? exitCodeOf(drawn) : fail(ExitCode::wrongUsage, pages.error());
 }
 
 // Before the work: whether everything that is to be written can be.
@@ -140,6 +158,10 @@ Result<void> checkOutputs(const PreviewOptions& options) {
     if (!options.screen.steps) {
         return checkOutput(options.output);
     }
+    // Many files are to lie in a folder of their own.
+    std::error_code ignored;
+    const std::filesystem::path folder = std::filesystem::path(options.output).parent_path();
+    std::filesystem::create_directory(folder, ignored);
     for (int step = 1; step <= stepCount(options.screen.kind); ++step) {
         if (auto checked = checkOutput(stepFile(options.output, step)); !checked) {
             return checked;
@@ -148,49 +170,121 @@ Result<void> checkOutputs(const PreviewOptions& options) {
     return {};
 }
 
-Result<void> drawOnce(const PreviewOptions& options, const DeviceOfRun& device) {
+ExitCode drawOnce(const PreviewOptions& options, const DeviceOfRun& device) {
     const ScreenRequest request = requestFor(options, device);
     PreviewReport report(options, device);
     const auto screen = simulator::renderScreen(request);
     if (!screen) {
-        return tl::unexpected(screen.error());
+        return fail(ExitCode::badInput, screen.error());
     }
-    notePage(options, *screen);
+    if (auto pages = checkPages(options, *screen); !pages) {
+        return fail(ExitCode::wrongUsage, pages.error());
+    }
     simulator::Picture picture = screen->picture;
     if (options.kind == PreviewKind::sideBySide) {
         ScreenRequest stockRequest = request;
         stockRequest.loadEngine = false;
         const auto stock = simulator::renderScreen(stockRequest);
         if (!stock) {
-            return tl::unexpected(stock.error());
+            return fail(ExitCode::badInput, stock.error());
         }
         picture = sideBySide({stock->picture, "Stock"}, {picture, captionOf(device)});
     }
     auto delivered = deliver(options, picture);
-    return delivered ? report.tell() : delivered;
+    return exitCodeOf(delivered ? report.tell() : delivered);
 }
 
-// Ends only with a problem; a signal ends the process.
-Result<void> follow(const PreviewOptions& options, const DeviceOfRun& device) {
-    const auto running = RunningScreen::start(requestFor(options, device));
-    if (!running) {
-        return tl::unexpected(running.error());
+// The files that the picture is made of, as the user has them.
+std::vector<std::string> watchedFiles(const PreviewOptions& options, const DeviceOfRun& device) {
+    std::vector<std::string> paths = options.themes;
+    if (!options.root.empty()) {
+        paths.push_back(options.root + "/Library/Themes");
+        for (const desktop::Graft& graft : device.root->files().grafts) {
+            paths.push_back(graft.folder);
+        }
     }
-    auto screen = (*running)->render();
-    if (screen) {
-        notePage(options, *screen);
-        note("following; velmoranth notify NAME --root " + shown(device.root->hostFolder()) +
-             " has it drawn again, Ctrl-C ends it");
+    return paths;
+}
+
+// The device as it is after a change. That of themes is made anew, since what a theme is and which
+// apps it has icons for may be another matter now.
+Result<DeviceOfRun> renewDevice(PreviewOptions& options) {
+    auto device =
+        options.root.empty() ? makeDevice(options.themes, options.settings) : deviceFor(options);
+    if (device) {
+        if (auto found = findApps(options.screen, *device->root); !found) {
+            return tl::unexpected(std::move(found.error()));
+        }
     }
-    for (;;) {
+    return device;
+}
+
+// Draws at every notice until a file is saved. A problem of drawing is one; of the process it ends.
+Result<void> drawUntilSaved(const PreviewOptions& options, RunningScreen& running,
+                            FileWatch& watch) {
+    while (!watch.hasChanged()) {
+        const auto screen = running.nextPicture(kBetweenLooks);
         if (screen) {
             if (auto delivered = deliver(options, screen->picture); !delivered) {
                 return delivered;
             }
-        } else if ((*running)->processId() == 0) {
+        } else if (running.processId() == 0) {
             return tl::unexpected(screen.error());
         }
-        screen = (*running)->nextPicture(std::chrono::hours(1));
+    }
+    return {};
+}
+
+void waitForSave(FileWatch& watch) {
+    while (!watch.hasChanged()) {
+        std::this_thread::sleep_for(kBetweenLooks);
+    }
+}
+
+// Draws, again at every notice, and anew, as after a respring, once a file is saved. Ends with a
+// problem of the first picture or of writing one; a signal ends the process. Themes that are no
+// themes for a while are waited for.
+ExitCode follow(const PreviewOptions& given, const DeviceOfRun& first) {
+    PreviewOptions options = given;
+    const DeviceOfRun* device = &first;
+    Result<DeviceOfRun> renewed;
+    FileWatch watch(watchedFiles(options, first));
+    for (bool isFirst = true;; isFirst = false) {
+        auto running = RunningScreen::start(requestFor(options, *device));
+        const auto screen = running ? (*running)->render()
+                                    : Result<RenderedScreen>(tl::unexpected(running.error()));
+        if (!screen && isFirst) {
+            return fail(ExitCode::badInput, screen.error());
+        }
+        if (isFirst) {
+            if (auto pages = checkPages(options, *screen); !pages) {
+                return fail(ExitCode::wrongUsage, pages.error());
+            }
+            note(options.root.empty()
+                     ? "following; a file of the themes that is saved has it drawn again, Ctrl-C "
+                       "ends it"
+                     : "following; a file of the themes that is saved or velmoranth notify NAME "
+                       "--root " +
+                           shown(device->root->hostFolder()) +
+                           " has it drawn again, Ctrl-C ends it");
+        }
+        if (screen) {
+            auto delivered = deliver(options, screen->picture);
+            if (delivered) {
+                delivered = drawUntilSaved(options, **running, watch);
+            }
+            if (!delivered) {
+                return fail(ExitCode::badInput, delivered.error());
+            }
+        } else {
+            warn(desktop::toLine(screen.error()));
+            waitForSave(watch);
+        }
+        for (renewed = renewDevice(options); !renewed; renewed = renewDevice(options)) {
+            warn(desktop::toLine(renewed.error()));
+            waitForSave(watch);
+        }
+        device = &*renewed;
     }
 }
 
@@ -238,11 +332,11 @@ ExitCode runPreview(const Arguments& arguments) {
     if (options->follow) {  // which is drawn until the user ends it
         hidden.tell();
     }
-    const auto drawn = draw(*options, *device);
-    if (drawn) {
+    const ExitCode drawn = draw(*options, *device);
+    if (drawn == ExitCode::done) {
         hidden.tell();
     }
-    return drawn ? ExitCode::done : fail(ExitCode::badInput, drawn.error());
+    return drawn;
 }
 
 std::string preferenceHelp() {

@@ -3,7 +3,10 @@
 #include "cli/device_options.h"
 #include "cli/messages.h"
 
+#include <algorithm>
 #include <array>
+#include <cctype>
+#include <filesystem>
 #include <string_view>
 
 namespace velmoranth::cli {
@@ -53,9 +56,20 @@ constexpr std::array<Option, 22> kPreviewOptions{{
     kExactFilesOption,
     {"--quiet", "-q", "", "do not say what the themes did"},
     {"--follow", "", "",
-     "stay, and write the picture again whenever the device is notified (velmoranth notify), until "
-     "interrupted"},
+     "stay, and write the picture again whenever a file of the themes is saved or the device is "
+     "notified (velmoranth notify), until interrupted"},
 }};
+
+// Whether the name says that something else than a PNG picture is in the file.
+bool isOtherFormat(const std::string& name) {
+    constexpr std::array<std::string_view, 12> kOthers{".jpg",  ".jpeg", ".gif",  ".tif",
+                                                       ".tiff", ".bmp",  ".webp", ".heic",
+                                                       ".avif", ".svg",  ".pdf",  ".ico"};
+    std::string ending = std::filesystem::path(name).extension();
+    std::ranges::transform(ending, ending.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return std::ranges::find(kOthers, ending) != kOthers.end();
+}
 
 // Options that exclude each other, and why.
 Result<void> checkTogether(const Arguments& arguments) {
@@ -119,6 +133,10 @@ Result<PreviewOptions> readPreviewOptions(const Arguments& arguments) {
         if (arguments.value(name) == "") {
             return misuse(std::string(name) + " takes a name, and this one is empty");
         }
+    }
+    if (isOtherFormat(options.output)) {
+        return misuse("--output writes a PNG file, and the name " + shown(options.output) +
+                      " is another format's");
     }
     auto device = readDeviceOptions(arguments);
     if (!device) {

@@ -4,6 +4,7 @@
 #include "cli/help.h"
 #include "cli/messages.h"
 #include "cli/output_file.h"
+#include "cli/settings_device.h"
 #include "cli/sound_events.h"
 #include "cli/sound_process.h"
 #include "cli/sound_report.h"
@@ -74,7 +75,7 @@ Result<DeviceOfRun> deviceFor(const SoundOptions& options) {
     if (!options.root) {
         return makeDevice(options.themes);
     }
-    auto root = desktop::DeviceRoot::open(*options.root);
+    auto root = openSettingsDevice(*options.root);
     if (!root) {
         return tl::unexpected(std::move(root.error()));
     }

@@ -56,6 +56,20 @@ icu::Locale gregorian(const std::string& name) {
 
 }  // namespace
 
+std::vector<std::string> knownLocales() {
+    std::int32_t count = 0;
+    const icu::Locale* const available = icu::Locale::getAvailableLocales(count);
+    std::vector<std::string> names;
+    for (const icu::Locale& locale : std::span(available, static_cast<std::size_t>(count))) {
+        names.emplace_back(locale.getName());
+    }
+    return names;
+}
+
+bool isKnownLocale(const std::string& name) {
+    return isKnown(icu::Locale(name.c_str()));
+}
+
 DesktopDates::DesktopDates(Configuration configuration)
     : configuration_(std::move(configuration)) {}
 

@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace velmoranth::desktop {
 
@@ -38,5 +39,11 @@ class DesktopDates final : public platform::Dates {
   private:
     Configuration configuration_;
 };
+
+// The locales that dates are written for: "de", "de_AT".
+[[nodiscard]] std::vector<std::string> knownLocales();
+
+// Whether dates are written in the locale's language; they are as in the United States otherwise.
+[[nodiscard]] bool isKnownLocale(const std::string& name);
 
 }  // namespace velmoranth::desktop

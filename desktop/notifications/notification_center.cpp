@@ -52,6 +52,7 @@ Result<void> DesktopNotificationCenter::listenIn(const DeviceRoot& root) {
     poll_ = Descriptor(::epoll_create1(EPOLL_CLOEXEC));
     folder_ = openSocketFolder(root, true);
     listener_ = makeSocket();
+    removeDeadSockets(root);
     if (!poll_.isOpen() || !folder_.isOpen() || !listener_.isOpen()) {
         return failed();
     }
@@ -77,6 +78,10 @@ Result<void> DesktopNotificationCenter::listenIn(const DeviceRoot& root) {
 }
 
 DesktopNotificationCenter::~DesktopNotificationCenter() {
+    leave();
+}
+
+void DesktopNotificationCenter::leave() const {
     // A forked child's copy is not the socket's owner.
     if (!socketName_.empty() && process_ == ::getpid()) {
         ::unlinkat(folder_.get(), socketName_.c_str(), 0);

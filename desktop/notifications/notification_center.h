@@ -31,6 +31,10 @@ class DesktopNotificationCenter final : public platform::DarwinNotificationCente
 
     ~DesktopNotificationCenter() override;
 
+    // Takes the process's socket off the device: nobody can reach it from now on. For a process that
+    // ends without taking its objects down; any thread may.
+    void leave() const;
+
     // Every registration counts, repeated ones too. No process of a device is ever suspended.
     void addObserver(void* observer, platform::NotificationCallback callback,
                      const std::string& name, const void* object,
@@ -71,5 +75,8 @@ class DesktopNotificationCenter final : public platform::DarwinNotificationCente
 // Posts to every running process of the device root, this one's centres included; how many were
 // told. Sockets that processes have left behind are removed. Fails on a name that is refused.
 [[nodiscard]] Result<int> postToProcesses(const DeviceRoot& root, const std::string& name);
+
+// Takes the sockets off the device that ended processes have left behind.
+void removeDeadSockets(const DeviceRoot& root);
 
 }  // namespace velmoranth::desktop

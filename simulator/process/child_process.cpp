@@ -1,5 +1,8 @@
 #include "simulator/process/child_process.h"
 
+#include "desktop/files/device_root.h"
+#include "desktop/notifications/notification_center.h"
+
 #include <fcntl.h>
 #include <signal.h>  // NOLINT(modernize-deprecated-headers): kill() and sigabbrev_np() are POSIX's
 #include <spawn.h>
@@ -61,8 +64,11 @@ void ChildProcess::CloseLog::operator()(std::FILE* file) const {
     }
 }
 
-ChildProcess::ChildProcess(pid_t pid, int descriptor, LogFile logFile)
-    : pid_(pid), descriptor_(descriptor), logFile_(std::move(logFile)) {}
+ChildProcess::ChildProcess(pid_t pid, int descriptor, LogFile logFile, std::string deviceFolder)
+    : pid_(pid),
+      descriptor_(descriptor),
+      logFile_(std::move(logFile)),
+      deviceFolder_(std::move(deviceFolder)) {}
 
 desktop::Result<std::unique_ptr<ChildProcess>> ChildProcess::start(const ScreenRequest& request) {
     auto logFile = openLog(request.logDestination);
@@ -86,7 +92,8 @@ desktop::Result<std::unique_ptr<ChildProcess>> ChildProcess::start(const ScreenR
         close(sockets[0]);
         return systemProblem("no simulated process can be started", error);
     }
-    std::unique_ptr<ChildProcess> child(new ChildProcess(pid, sockets[0], std::move(*logFile)));
+    std::unique_ptr<ChildProcess> child(
+        new ChildProcess(pid, sockets[0], std::move(*logFile), request.deviceFiles.folder));
     child->send(MessageKind::request, toJson(request));  // the first answer tells the rest
     return child;
 }
@@ -263,6 +270,7 @@ void ChildProcess::stop() {
 
 int ChildProcess::reap(Clock::time_point deadline) {
     int status = 0;
+    const bool isThere = pid_ != 0;
     while (pid_ != 0) {
         const pid_t ended = waitpid(pid_, &status, WNOHANG);
         if (ended == pid_ || (ended < 0 && errno != EINTR)) {
@@ -275,6 +283,10 @@ int ChildProcess::reap(Clock::time_point deadline) {
         } else {
             std::this_thread::sleep_for(kReapInterval);
         }
+    }
+    // One that crashed or was ended has left its socket.
+    if (const auto root = desktop::DeviceRoot::open(deviceFolder_); isThere && root) {
+        desktop::removeDeadSockets(**root);
     }
     return status;
 }

@@ -63,7 +63,7 @@ class ChildProcess {
 
     using LogFile = std::unique_ptr<std::FILE, CloseLog>;
 
-    ChildProcess(pid_t pid, int descriptor, LogFile logFile);
+    ChildProcess(pid_t pid, int descriptor, LogFile logFile, std::string deviceFolder);
 
     // Null for the destination "".
     [[nodiscard]] static desktop::Result<LogFile> openLog(const std::string& destination);
@@ -82,6 +82,7 @@ class ChildProcess {
     pid_t pid_;  // 0 when reaped
     int descriptor_;
     LogFile logFile_;
+    std::string deviceFolder_;
     std::vector<std::string> log_;
     std::size_t logBytes_ = 0;
     std::string lastLine_;

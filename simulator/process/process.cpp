@@ -289,6 +289,10 @@ const ScreenContext& SimulatedProcess::context() const {
     return state_->context;
 }
 
+void SimulatedProcess::leaveDevice() const {
+    state_->services.notifications().leave();
+}
+
 int SimulatedProcess::notificationDescriptor() const {
     return state_->services.notifications().descriptor();
 }

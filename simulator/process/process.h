@@ -42,6 +42,9 @@ class SimulatedProcess {
     [[nodiscard]] desktop::Runtime& runtime();
     [[nodiscard]] const ScreenContext& context() const;
 
+    // Takes the process off the device, before it ends without taking its objects down.
+    void leaveDevice() const;
+
     // Becomes readable when notifications wait; -1 when there is none to come.
     [[nodiscard]] int notificationDescriptor() const;
     // Runs the callbacks of the notifications that wait. Whether there were any.

@@ -29,9 +29,15 @@ namespace {
 constexpr int kSocket = kSimulatedProcessDescriptor;
 constexpr int kExitWrongUse = 2;
 
+// Set before the process serves, by its only writer.
+const SimulatedProcess* running = nullptr;
+
 // The engine's own state and the platform's services are taken down by nobody: the process ends as
 // one on the device does.
 [[noreturn]] void end(int status) {
+    if (running != nullptr) {
+        running->leaveDevice();
+    }
     std::fflush(nullptr);
     _exit(status);
 }
@@ -310,6 +316,7 @@ int simulatedProcessMain(int argc, char** argv) {
     if (!process) {
         launcher.fail(process.error());
     }
+    running = process->get();
     launcher.send(MessageKind::ready);
     serve(launcher, **process, listener, request->device.screen.scale);
 }

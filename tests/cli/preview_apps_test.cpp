@@ -133,7 +133,7 @@ TEST_F(PreviewApps, TakeAsManyPagesAsTheyNeed) {
     icon("A.theme", "com.example.app59", kLime);
     EXPECT_EQ(icons(draw({"--apps", "apps", "--page", "3"}), kLime), 1);
     const CommandResult result = preview({"../A.theme", "--apps", "apps", "--page", "9"});
-    EXPECT_EQ(result.errors, "velmoranth: there is no page 9; this is page 3 of 3\n");
+    EXPECT_EQ(result.errors, "velmoranth: error: there is no page 9; the last is 3\n");
 }
 
 TEST_F(PreviewApps, IconsAndFoldersAreLookedForAmongThem) {
@@ -189,7 +189,7 @@ TEST_F(PreviewApps, SheetsHaveEveryIconOfTheThemes) {
     EXPECT_EQ(icons(draw({"../B.theme", "--screen", "icons", "--page", "2"}), kOrange), 3);
     const CommandResult result =
         preview({"../A.theme", "../B.theme", "--screen", "icons", "--page", "7"});
-    EXPECT_EQ(result.errors, "velmoranth: there is no page 7; this is page 2 of 2\n");
+    EXPECT_EQ(result.errors, "velmoranth: error: there is no page 7; the last is 2\n");
 }
 
 TEST_F(PreviewApps, SheetsAreMaskedAndOverlaidAsTheSettingsSay) {

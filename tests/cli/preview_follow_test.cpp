@@ -3,10 +3,16 @@
 
 #include <signal.h>  // NOLINT(modernize-deprecated-headers): SIGINT
 
+#include <chrono>
+#include <filesystem>
 #include <string>
+#include <thread>
+#include <vector>
 
 namespace velmoranth::cli::preview_follow_test {
 namespace {
+
+namespace fs = std::filesystem;
 
 class PreviewRoot : public PreviewTest {
   protected:
@@ -53,6 +59,117 @@ TEST_F(PreviewRoot, FollowDrawsAgainWhenTheThemesChange) {
     EXPECT_EQ(running.finish().signal, SIGINT);
     EXPECT_EQ(runCommand({"notify", "prefs", "--root", folder / "device"}).code, 1)
         << "the process is gone";
+}
+
+using PreviewFollow = PreviewTest;
+
+TEST_F(PreviewFollow, ASavedFileHasThePictureDrawnAgain) {
+    theme("A", kMagenta);
+    RunningCommand running({"preview", "../A", "--follow", "-o", "a.png", "--quiet"}, setting());
+    std::string lines = "a.png: 1125 × 2436 pixels, iOS 13.3, phone\n";
+    const std::string line = lines;
+    ASSERT_TRUE(running.waitForText(lines));
+    EXPECT_GT(picture("work/a.png").count(kMagenta), 0);
+
+    theme("A", kLime);
+    ASSERT_TRUE(running.waitForText(lines += line));
+    EXPECT_GT(picture("work/a.png").count(kLime), 0);
+    EXPECT_EQ(picture("work/a.png").count(kMagenta), 0);
+
+    // A theme that is gone is waited for; another folder in its place is the theme.
+    fs::remove_all(folder / "A");
+    ASSERT_TRUE(running.waitForText("velmoranth: warning: ../A: there is no such theme folder\n"));
+    theme("B", kMagenta);
+    fs::rename(folder / "B", folder / "A");
+    ASSERT_TRUE(running.waitForText(lines += line));
+    EXPECT_GT(picture("work/a.png").count(kMagenta), 0);
+
+    running.signal(SIGINT);
+    const CommandResult result = running.finish();
+    EXPECT_EQ(result.signal, SIGINT);
+    EXPECT_EQ(result.output, lines) << "nothing is drawn that has not changed";
+    EXPECT_NE(
+        result.errors.find("following; a file of the themes that is saved has it drawn again"),
+        std::string::npos);
+    EXPECT_EQ(folder.names("tmp"), "");
+}
+
+TEST_F(PreviewRoot, ASavedFileOfTheDeviceHasThePictureDrawnAgain) {
+    activate("A");
+    RunningCommand running({"preview", "--root", "../device", "--follow", "--quiet"}, setting());
+    const std::string line = "preview.png: 1125 × 2436 pixels, iOS 13.3, phone\n";
+    ASSERT_TRUE(running.waitForText(line));
+    theme("device/Library/Themes/A", kLime);
+    ASSERT_TRUE(running.waitForText(line + line));
+    EXPECT_GT(picture().count(kLime), 0);
+    running.signal(SIGINT);
+    EXPECT_EQ(running.finish().signal, SIGINT);
+}
+
+// The process that has a socket there; 0 when there is none.
+pid_t listeningProcess(const std::string& sockets) {
+    for (const auto& entry : fs::directory_iterator(sockets)) {
+        return std::stoi(entry.path().filename());
+    }
+    return 0;
+}
+
+TEST_F(PreviewRoot, ASocketGoesHoweverItsProcessEnds) {
+    activate("A");
+    const std::string sockets = folder / "device/private/var/run/notifications";
+    const auto isGone = [&] {
+        for (int i = 0; i < 500 && listeningProcess(sockets) != 0; ++i) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        }
+        return listeningProcess(sockets) == 0;
+    };
+    const std::vector<std::string> words{"preview", "--root", "../device", "--follow", "--quiet"};
+    const std::string line = "preview.png: 1125 × 2436 pixels, iOS 13.3, phone\n";
+    {  // killed itself
+        RunningCommand running(words, setting());
+        ASSERT_TRUE(running.waitForText(line));
+        ASSERT_GT(listeningProcess(sockets), 0);
+        ::kill(listeningProcess(sockets), SIGKILL);
+        EXPECT_EQ(running.finish().code, 3);
+        EXPECT_EQ(listeningProcess(sockets), 0);
+    }
+    {  // its launcher killed
+        RunningCommand running(words, setting());
+        ASSERT_TRUE(running.waitForText(line));
+        ASSERT_GT(listeningProcess(sockets), 0);
+        running.signal(SIGKILL);
+        EXPECT_TRUE(isGone());
+        EXPECT_EQ(running.finish().signal, SIGKILL);
+    }
+    {  // both
+        RunningCommand running(words, setting());
+        ASSERT_TRUE(running.waitForText(line));
+        const pid_t process = listeningProcess(sockets);
+        ASSERT_GT(process, 0);
+        ::kill(process, SIGSTOP);
+        running.signal(SIGKILL);
+        ::kill(process, SIGKILL);
+        EXPECT_EQ(running.finish().signal, SIGKILL);
+        EXPECT_EQ(preview({"--root", "../device"}).code, 0);
+        EXPECT_TRUE(isGone());
+    }
+}
+
+TEST_F(PreviewRoot, AFolderThatIsNoDeviceIsLeftAsItIs) {
+    theme("A", kMagenta);
+    for (const char* const command : {"preview", "notify", "sound"}) {
+        std::vector<std::string> words{command};
+        if (command != std::string("preview")) {
+            words.emplace_back(command == std::string("notify") ? "prefs" : "lock");
+        }
+        words.insert(words.end(), {"--root", "../A"});
+        const CommandResult result = runCommand(words, setting());
+        EXPECT_EQ(result.code, 3) << command;
+        EXPECT_EQ(result.errors,
+                  "velmoranth: error: ../A: this is no device: it has no folder "
+                  "User/Library/Preferences; velmoranth device init makes one\n");
+        EXPECT_EQ(folder.names("A"), "IconBundles");
+    }
 }
 
 }  // namespace

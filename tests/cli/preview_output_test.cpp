@@ -83,5 +83,32 @@ TEST_F(PreviewOutput, DeviceFileIsWrittenToNotReplaced) {
     EXPECT_TRUE(fs::is_character_file("/dev/null"));
 }
 
+TEST_F(PreviewOutput, TheFolderOfStepsIsMade) {
+    theme("A", kMagenta);
+    const CommandResult result =
+        preview({"../A", "--screen", "panel-success", "--steps", "-o", "steps/panel.png"});
+    EXPECT_EQ(result.code, 0) << result.errors;
+    EXPECT_EQ(folder.names("work/steps"), "panel-01.png panel-02.png panel-03.png panel-04.png");
+    EXPECT_EQ(preview({"../A", "--screen", "panel-success", "--steps", "-o", "no/such/p.png"}).code,
+              3);
+}
+
+// One moment on every clock, from day to day.
+TEST_F(PreviewOutput, ThePictureIsOfOneDayUnlessAskedOtherwise) {
+    theme("A", kMagenta);
+    const auto pictureOf = [&](std::vector<std::string> words) {
+        words.insert(words.end(), {"../A", "-o", "-"});
+        const CommandResult result = preview(words);
+        EXPECT_EQ(result.code, 0) << result.errors;
+        return result.output;
+    };
+    const std::string usual = pictureOf({});
+    EXPECT_TRUE(usual == pictureOf({"--date", "2019-09-10T09:41"}));
+    EXPECT_TRUE(usual == pictureOf({"--date", "2019-09-10"}));
+    EXPECT_FALSE(usual == pictureOf({"--date", "2019-09-10T09:42"}));
+    EXPECT_FALSE(usual == pictureOf({"--date", "2019-09-11"}));
+    EXPECT_FALSE(usual == pictureOf({"--date", "now"}));
+}
+
 }  // namespace
 }  // namespace velmoranth::cli::preview_output_test

@@ -37,11 +37,12 @@ TEST_F(PreviewScreen, FolderShowsItsAppsThemed) {
     EXPECT_GT(draw({"--screen", "home"}).count(kMagenta), 20000) << "the settings' icon";
 }
 
-TEST_F(PreviewScreen, FolderPageBeyondTheLastShowsTheLastAndSaysSo) {
+TEST_F(PreviewScreen, FolderPageBeyondTheLastIsWrongUsage) {
     const CommandResult result =
         preview({"../A.theme", "--screen", "folder", "--folder-page", "9"});
-    EXPECT_EQ(result.code, 0);
-    EXPECT_EQ(result.errors, "velmoranth: the folder has no page 9; this is page 2 of 2\n");
+    EXPECT_EQ(result.code, 2);
+    EXPECT_FALSE(std::filesystem::exists(folder / "work/preview.png"));
+    EXPECT_EQ(result.errors, "velmoranth: error: the folder has no page 9; its last is 2\n");
 }
 
 TEST_F(PreviewScreen, PageWithoutAFolderIsOneLine) {

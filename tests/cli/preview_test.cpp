@@ -146,11 +146,12 @@ TEST_F(PreviewTest, LinksOfAThemeDoNotLeaveTheDevice) {
     EXPECT_GT(picture().count(kMagenta), one) << "a link within the theme";
 }
 
-TEST_F(PreviewTest, PageBeyondTheLastShowsTheLastAndSaysSo) {
+TEST_F(PreviewTest, PageBeyondTheLastIsWrongUsage) {
     theme("A.theme", kMagenta);
     const CommandResult result = preview({"../A.theme", "--page", "99"});
-    EXPECT_EQ(result.code, 0);
-    EXPECT_TRUE(result.errors.starts_with("velmoranth: there is no page 99; this is page "))
+    EXPECT_EQ(result.code, 2);
+    EXPECT_FALSE(std::filesystem::exists(folder / "work/preview.png"));
+    EXPECT_TRUE(result.errors.starts_with("velmoranth: error: there is no page 99; the last is "))
         << result.errors;
 }
 

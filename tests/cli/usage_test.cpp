@@ -180,10 +180,19 @@ TEST(Usage, EveryMisuseIsOneLineAndExitCode2) {
         {{"preview", "T", "--page", "0"}, "--page takes a number from 1 to 1000, not \"0\""},
         {{"preview", "T", "--locale", "../x"},
          "--locale takes a name like en_US or de, not \"../x\""},
+        {{"preview", "T", "--locale", "xx_YY"},
+         "--locale takes a language that is known, and \"xx_YY\" is none"},
+        {{"preview", "T", "--locale", "dee_DE"},
+         "--locale takes a language that is known, and \"dee_DE\" is none; did you mean de_DE?"},
+        {{"preview", "T", "-o", "x.jpg"},
+         "--output writes a PNG file, and the name x.jpg is another format's"},
+        {{"preview", "T", "-o", "deep/X.TIFF"},
+         "--output writes a PNG file, and the name deep/X.TIFF is another format's"},
         {{"preview", "T", "--date", "2019-02-30"},
-         "--date takes a date like 2019-12-24 or 2019-12-24T18:30, not \"2019-02-30\""},
+         "--date takes a date like 2019-12-24 or 2019-12-24T18:30, or now, not \"2019-02-30\""},
         {{"preview", "T", "--date", "2019-12-24T25:00"},
-         "--date takes a date like 2019-12-24 or 2019-12-24T18:30, not \"2019-12-24T25:00\""},
+         "--date takes a date like 2019-12-24 or 2019-12-24T18:30, or now, not "
+         "\"2019-12-24T25:00\""},
     };
     for (const Misuse& misuse : misuses) {
         const CommandResult result = runCommand(misuse.words);

@@ -1,0 +1,29 @@
+// Noticing that files of a theme are saved, by looking at them again: whatever way they are saved,
+// on every file system.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace velmoranth::cli {
+
+class FileWatch {
+  public:
+    // Files, and folders with all in and below them. Links are not followed, but for the paths
+    // themselves. As many entries are looked at as a theme may have.
+    explicit FileWatch(std::vector<std::string> paths);
+
+    // Whether something has been made, changed, renamed or removed since the last time that this
+    // said so. Not before two looks in a row see the same: what is being saved is left to be whole.
+    [[nodiscard]] bool hasChanged();
+
+  private:
+    [[nodiscard]] std::uint64_t look() const;
+
+    std::vector<std::string> paths_;
+    std::uint64_t told_;
+    std::uint64_t last_;
+};
+
+}  // namespace velmoranth::cli
