@@ -141,6 +141,7 @@ std::span<const Command> commands() {
                                       packCommand(),
                                       extractCommand(),
                                       deviceInitCommand(),
+                                      deviceInstallCommand(),
                                       hooksCommand(),
                                       notifyCommand(),
                                       soundCommand(),

@@ -13,6 +13,7 @@ namespace velmoranth::cli {
 [[nodiscard]] Command packCommand();
 [[nodiscard]] Command extractCommand();
 [[nodiscard]] Command deviceInitCommand();
+[[nodiscard]] Command deviceInstallCommand();
 [[nodiscard]] Command hooksCommand();
 [[nodiscard]] Command notifyCommand();
 [[nodiscard]] Command soundCommand();

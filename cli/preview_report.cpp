@@ -17,14 +17,22 @@ using desktop::Result;
 
 namespace {
 
-// The folders of the device's active themes that are there, none twice. One behind a link is left
-// out: it would mean another folder here than on the device.
+// The folders of the device's active themes that are there, none twice: also those that the device
+// reads where they lie. Another one behind a link is left out: it would mean another folder here
+// than on the device.
 std::vector<std::string> themeFolders(const desktop::DeviceRoot& root,
                                       const std::string& shownRoot) {
     std::vector<std::string> folders;
     std::error_code error;
     const fs::path themes = fs::canonical(root.hostFolder(), error) / "Library/Themes";
     for (const std::string& theme : activeThemes(root)) {
+        const std::string place = "/Library/Themes/" + theme;
+        for (const desktop::Graft& graft : root.files().grafts) {
+            if (graft.place == place && fs::path(graft.folder).filename() == theme &&
+                std::ranges::find(folders, graft.folder) == folders.end()) {
+                folders.push_back(graft.folder);
+            }
+        }
         const fs::path folder = themes / theme;
         std::string shownFolder = fs::path(shownRoot) / "Library/Themes" / theme;
         if (!theme.empty() && theme.find('/') == std::string::npos &&

@@ -140,6 +140,11 @@ void warnOfThemes(const DeviceRoot& root, const PropertyList& themes) {
             root.openFile(std::string(kThemesFolder) + "/" + name, O_PATH | O_DIRECTORY));
         if (std::find(seen.begin(), seen.end(), name) != seen.end()) {
             warn(inQuotes(name) + " is in the list twice; the second time changes nothing");
+        } else if (!folder.isOpen() &&
+                   kindAt(root, std::string(kThemesFolder) + "/" + name) == ItemKind::link) {
+            warn(shown(onThisMachine(root, kThemesFolder)) + ": " + inQuotes(name) +
+                 " is a link that leads to no folder on the device; velmoranth device install "
+                 "THEME --root DIR --link makes one that does");
         } else if (!folder.isOpen()) {
             const std::vector<std::string> installed = namesIn(root, kThemesFolder);
             const std::vector<std::string_view> candidates(installed.begin(), installed.end());

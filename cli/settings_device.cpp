@@ -1,5 +1,6 @@
 #include "cli/settings_device.h"
 
+#include "cli/linked_themes.h"
 #include "cli/messages.h"
 #include "desktop/files/file_tree.h"
 #include "desktop/files/replacement.h"
@@ -40,7 +41,7 @@ std::string onThisMachine(const DeviceRoot& root, std::string_view devicePath) {
 }
 
 Result<DeviceRef> openSettingsDevice(const std::string& folder) {
-    auto root = DeviceRoot::open(folder);
+    auto root = openWithLinkedThemes(folder);
     if (!root) {
         return root;
     }
