@@ -31,8 +31,8 @@ class DesktopNotificationCenter final : public platform::DarwinNotificationCente
 
     ~DesktopNotificationCenter() override;
 
-    // Takes the process's socket off the device: nobody can reach it from now on. For a process that
-    // ends without taking its objects down; any thread may.
+    // Takes the process's socket off the device: nobody can reach it from now on. For a process
+    // that ends without taking its objects down; any thread may.
     void leave() const;
 
     // Every registration counts, repeated ones too. No process of a device is ever suspended.
