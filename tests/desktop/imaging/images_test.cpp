@@ -71,7 +71,7 @@ class LoadImage : public testing::Test {
         ScaledSiblings siblings = ScaledSiblings::on) const {
         DesktopImageContexts contexts(screenScale, ImageDescription::ios13);
         DesktopImages images(
-            {.root = *DeviceRoot::open(folder_), .screenScale = screenScale, .siblings = siblings},
+            {.root = *DeviceRoot::open(folder_.string()), .screenScale = screenScale, .siblings = siblings},
             contexts);
         const auto image = images.imageWithContentsOfFile(path);
         return image == nullptr ? std::pair<std::size_t, double>{0, 0}
@@ -118,7 +118,7 @@ TEST_F(LoadImage, MissingAndBrokenFilesAreNil) {
 TEST_F(LoadImage, ReadsAgainEveryTime) {
     addImage("n.png", 1);
     DesktopImageContexts contexts(1, ImageDescription::ios13);
-    DesktopImages images({.root = *DeviceRoot::open(folder_), .screenScale = 1}, contexts);
+    DesktopImages images({.root = *DeviceRoot::open(folder_.string()), .screenScale = 1}, contexts);
     EXPECT_EQ(images.imageWithContentsOfFile("/n.png")->size().width, 1);
     addImage("n.png", 5);
     EXPECT_EQ(images.imageWithContentsOfFile("/n.png")->size().width, 5);
