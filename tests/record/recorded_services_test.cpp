@@ -83,7 +83,8 @@ TEST_F(RecordedServicesTest, AnUnreadableFileIsToldWithItsReason) {
         << text;
     EXPECT_NE(text.find("unreadable /text.png"), std::string::npos) << text;
     EXPECT_NE(
-        text.find("unreadable /folder.png +[UIImage imageWithContentsOfFile:] = nil (a folder)\n"),
+        text.find(
+            "unreadable /folder.png +[UIImage imageWithContentsOfFile:] = nil (it is a folder)\n"),
         std::string::npos)
         << text;
     EXPECT_NE(

@@ -70,9 +70,10 @@ class LoadImage : public testing::Test {
         const std::string& path, double screenScale,
         ScaledSiblings siblings = ScaledSiblings::on) const {
         DesktopImageContexts contexts(screenScale, ImageDescription::ios13);
-        DesktopImages images(
-            {.root = *DeviceRoot::open(folder_.string()), .screenScale = screenScale, .siblings = siblings},
-            contexts);
+        DesktopImages images({.root = *DeviceRoot::open(folder_.string()),
+                              .screenScale = screenScale,
+                              .siblings = siblings},
+                             contexts);
         const auto image = images.imageWithContentsOfFile(path);
         return image == nullptr ? std::pair<std::size_t, double>{0, 0}
                                 : std::pair{image->bitmap()->layout().width, image->scale()};
