@@ -232,7 +232,7 @@ int forEachEntry(int folder, const Call& call) {
 // What the entry is, as the folder says it or, where that does not, the item itself.
 mode_t kindOf(int folder, const dirent& entry) {
     if (entry.d_type != DT_UNKNOWN) {
-        return DTTOIF(entry.d_type);
+        return static_cast<mode_t>(DTTOIF(entry.d_type));
     }
     struct stat status{};
     return ::fstatat(folder, static_cast<const char*>(entry.d_name), &status,
