@@ -1,5 +1,7 @@
 #include "makers/packing/control.h"
 
+#include "makers/conversion/names.h"
+
 #include <algorithm>
 #include <array>
 #include <optional>
@@ -24,10 +26,6 @@ constexpr std::size_t kLongestLine = 1024;
 
 bool isLowerOrDigit(char letter) {
     return (letter >= 'a' && letter <= 'z') || (letter >= '0' && letter <= '9');
-}
-
-char lower(char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }
 
 bool isDigit(char letter) {
@@ -141,9 +139,8 @@ constexpr auto kAllFields = [] {
 // "Sunset Paper.theme" is "Sunset Paper".
 std::string withoutEnding(std::string name) {
     constexpr std::string_view kEnding = ".theme";
-    const std::size_t length = name.size() - std::min(name.size(), kEnding.size());
-    if (length > 0 && std::ranges::equal(name.substr(length), kEnding, {}, lower)) {
-        name.resize(length);
+    if (name.size() > kEnding.size() && lowerCase(name).ends_with(kEnding)) {
+        name.resize(name.size() - kEnding.size());
     }
     return name;
 }
@@ -151,9 +148,9 @@ std::string withoutEnding(std::string name) {
 // "themes.sunset-paper".
 std::string identifierOf(const std::string& name) {
     std::string identifier = "themes.";
-    for (const char letter : name) {
-        if (isLowerOrDigit(lower(letter))) {
-            identifier += lower(letter);
+    for (const char letter : lowerCase(name)) {
+        if (isLowerOrDigit(letter)) {
+            identifier += letter;
         } else if (identifier.back() != '-' && identifier.back() != '.') {
             identifier += '-';
         }
@@ -228,7 +225,7 @@ std::span<const ControlField> controlFields() {
 
 const ControlField* controlField(std::string_view name) {
     const auto found = std::ranges::find_if(kAllFields, [&](const ControlField& field) {
-        return std::ranges::equal(field.name, name, {}, lower, lower);
+        return lowerCase(field.name) == lowerCase(name);
     });
     return found == kAllFields.end() ? nullptr : &*found;
 }

@@ -1,7 +1,5 @@
 #include "makers/starter/drawings.h"
 
-#include "makers/starter/mask_shape.h"
-
 #include <cmath>
 
 namespace velmoranth::makers {

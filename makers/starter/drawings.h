@@ -8,6 +8,10 @@
 
 namespace velmoranth::makers {
 
+// Corner radius of the icons as a share of their side, rounder than the platform's own: the mask
+// cuts it and the other pictures keep to it.
+inline constexpr double kCornerShare = 0.32;
+
 // The colours that go with the maker's.
 struct Palette {
     explicit Palette(std::uint32_t color);

@@ -3,8 +3,6 @@
 #include "desktop/image_io/image_io.h"
 #include "simulator/artwork/artwork.h"
 
-#include "makers/starter/mask_shape.h"
-
 #include <array>
 #include <cmath>
 #include <cstddef>
