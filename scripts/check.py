@@ -99,7 +99,7 @@ CMAKE_PACKAGES = {
     "libdeflate": "libdeflate-dev", "libturbojpeg": "libturbojpeg0-dev", "EXPAT": "libexpat1-dev",
     "libarchive": "libarchive-dev", "libplist-2.0": "libplist-dev", "ICU": "libicu-dev", "icu-uc": "libicu-dev", "icu-i18n": "libicu-dev",
     "fmt": "libfmt-dev", "nlohmann_json": "nlohmann-json3-dev",
-    "tl-expected": "libexpected-dev", "poppler-glib": "libpoppler-glib-dev", "librsvg-2.0": "librsvg2-dev",
+    "tl-expected": "libexpected-dev", "librsvg-2.0": "librsvg2-dev",
     "libavformat": "libavformat-dev", "libavcodec": "libavcodec-dev", "libswresample": "libswresample-dev",
     "libavutil": "libavutil-dev", "sdl2": "libsdl2-dev",
     "nettle": "nettle-dev", "VelMoranthCatalog": "",  # the latter is ours, as its users find it

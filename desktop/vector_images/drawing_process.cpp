@@ -1,10 +1,11 @@
 #include "desktop/vector_images/drawing_process.h"
 
+#include "desktop/vector_images/process_limits.h"
+
 #include <fcntl.h>
 #include <fmt/core.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -39,9 +40,6 @@ namespace {
 
 constexpr std::size_t kHeadBytes = 4096;  // a page, so that the pixels begin on one
 static_assert(sizeof(SharedHead) <= kHeadBytes);
-// Processor time and memory have hard limits of the system beside ours, since the parent may be
-// gone.
-constexpr rlim_t kMoreSeconds = 2;
 
 // Memory that parent and child share; pages cost when they are touched.
 class SharedMemory {
@@ -87,7 +85,7 @@ void setMessage(SharedHead& head, std::string_view message) {
 }
 
 // Pages of address space that this process has now; 0 when the system does not say.
-rlim_t addressSpacePages() {
+std::size_t addressSpacePages() {
     std::array<char, 64> text{};
     const int file = open("/proc/self/statm", O_RDONLY | O_CLOEXEC);
     if (file < 0) {
@@ -98,31 +96,14 @@ rlim_t addressSpacePages() {
     return size > 0 ? std::strtoull(text.data(), nullptr, 10) : 0;
 }
 
-void limit(decltype(RLIMIT_AS) resource, rlim_t most) {
-    rlimit now{};
-    if (getrlimit(resource, &now) == 0) {
-        // A limit that is already lower stays.
-        now.rlim_cur = std::min(now.rlim_cur, most);
-        now.rlim_max = std::min(now.rlim_max, most);
-        setrlimit(resource, &now);
-    }
-}
-
 void confine(const DrawLimits& limits) {
-    for (int number = 1; number < NSIG; ++number) {
-        std::signal(number, SIG_DFL);  // the parent's handlers tidy up what is the parent's
-    }
-    sigset_t none;
-    sigemptyset(&none);
-    pthread_sigmask(SIG_SETMASK, &none, nullptr);
-    limit(RLIMIT_CORE, 0);
-    limit(RLIMIT_FSIZE, 0);
-    limit(RLIMIT_CPU, static_cast<rlim_t>(limits.maxTime.count() / 1000) + kMoreSeconds);
-    const rlim_t pages = addressSpacePages();
-    if (pages != 0) {
-        limit(RLIMIT_AS,
-              pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + limits.maxWorkingBytes);
-    }
+    restoreSignals();
+    const std::size_t pages = addressSpacePages();
+    limitResources({.memory = pages == 0 ? std::nullopt
+                                         : std::optional(pages * static_cast<std::size_t>(
+                                                                     sysconf(_SC_PAGESIZE)) +
+                                                         limits.maxWorkingBytes),
+                    .time = limits.maxTime});
     // Libraries tell their complaints to the terminal; ours are the problems.
     const int nowhere = open("/dev/null", O_RDWR | O_CLOEXEC);
     if (nowhere >= 0) {
@@ -186,23 +167,6 @@ Ending waitFor(pid_t child, std::chrono::milliseconds maxTime) {
     }
 }
 
-// No signal reaches the child before the parent's handlers are out of it. -1 as fork has it.
-pid_t start(const SharedMemory& memory, const DrawLimits& limits, const Drawing& drawing) {
-    sigset_t all;
-    sigset_t before;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before);
-    const pid_t parent = getpid();
-    const pid_t child = fork();
-    if (child == 0) {
-        draw(parent, memory, limits, drawing);
-    }
-    const int error = errno;
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    errno = error;
-    return child;
-}
-
 tl::unexpected<Problem> refuse(std::string message) {
     return tl::unexpected(Problem{.message = std::move(message)});
 }
@@ -238,7 +202,8 @@ Result<Drawn> drawInProcess(const DrawLimits& limits, Room room, const Drawing& 
     if (!memory.isMapped()) {
         return refuse("there is not enough memory to draw it");
     }
-    const pid_t child = start(memory, limits, drawing);
+    const pid_t child =
+        forkWithoutSignals([&](pid_t parent) { draw(parent, memory, limits, drawing); });
     if (child < 0) {
         return refuse(fmt::format("a process to draw it cannot be started: {}",
                                   std::strerror(errno)));  // NOLINT(concurrency-mt-unsafe)

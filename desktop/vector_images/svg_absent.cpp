@@ -7,6 +7,10 @@ std::optional<Problem> drawSvg(Bytes /*file*/, std::optional<double> /*scale*/, 
     return Problem{.message = "SVG files cannot be drawn: this build has no librsvg"};
 }
 
+std::optional<Problem> drawSvgOfPage(Bytes file, PointSize /*size*/, double scale, Sheet& sheet) {
+    return drawSvg(file, scale, sheet);
+}
+
 std::string svgLibrary() {
     return "no librsvg";
 }

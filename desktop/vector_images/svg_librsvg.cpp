@@ -107,7 +107,10 @@ PointSize sizeOf(RsvgHandle* handle) {
     return size;
 }
 
-std::optional<Problem> draw(RsvgHandle* handle, PointSize size, double scale, Sheet& sheet) {
+enum class Corner { topLeft, bottomLeft };  // of the picture, where the drawing begins
+
+std::optional<Problem> draw(RsvgHandle* handle, PointSize size, double scale, Corner corner,
+                            Sheet& sheet) {
     const double width = pixelLength(size.width, scale);
     const double height = pixelLength(size.height, scale);
     const auto pixels = sheet.picture(width, height);
@@ -118,8 +121,10 @@ std::optional<Problem> draw(RsvgHandle* handle, PointSize size, double scale, Sh
         cairo_image_surface_create_for_data(*pixels, CAIRO_FORMAT_ARGB32, static_cast<int>(width),
                                             static_cast<int>(height), static_cast<int>(width) * 4));
     const Owned<cairo_t> context(cairo_create(surface.get()));
-    const RsvgRectangle viewport{
-        .x = 0, .y = 0, .width = size.width * scale, .height = size.height * scale};
+    const RsvgRectangle viewport{.x = 0,
+                                 .y = corner == Corner::topLeft ? 0 : height - size.height * scale,
+                                 .width = size.width * scale,
+                                 .height = size.height * scale};
     GError* rawError = nullptr;
     const gboolean drawn = rsvg_handle_render_document(handle, context.get(), &viewport, &rawError);
     const Owned<GError> error(rawError);
@@ -130,23 +135,36 @@ std::optional<Problem> draw(RsvgHandle* handle, PointSize size, double scale, Sh
     return std::nullopt;
 }
 
+Result<Owned<RsvgHandle>> read(Bytes file) {
+    GError* rawError = nullptr;
+    Owned<RsvgHandle> handle(rsvg_handle_new_from_data(file.data(), file.size(), &rawError));
+    const Owned<GError> error(rawError);
+    if (handle == nullptr) {
+        return tl::unexpected(problem("the SVG file is damaged", error.get()));
+    }
+    rsvg_handle_set_dpi(handle.get(), kUnitsPerInch);
+    return handle;
+}
+
 }  // namespace
 
 std::optional<Problem> drawSvg(Bytes file, std::optional<double> scale, Sheet& sheet) {
-    GError* rawError = nullptr;
-    const Owned<RsvgHandle> handle(rsvg_handle_new_from_data(file.data(), file.size(), &rawError));
-    const Owned<GError> error(rawError);
-    if (handle == nullptr) {
-        return problem("the SVG file is damaged", error.get());
+    const auto handle = read(file);
+    if (!handle) {
+        return handle.error();
     }
-    rsvg_handle_set_dpi(handle.get(), kUnitsPerInch);
-    const PointSize size = sizeOf(handle.get());
+    const PointSize size = sizeOf(handle->get());
     if (!std::isfinite(size.width) || !std::isfinite(size.height) || size.width <= 0 ||
         size.height <= 0) {
         return problem("the SVG file has no size");
     }
     sheet.setSize(size);
-    return scale ? draw(handle.get(), size, *scale, sheet) : std::nullopt;
+    return scale ? draw(handle->get(), size, *scale, Corner::topLeft, sheet) : std::nullopt;
+}
+
+std::optional<Problem> drawSvgOfPage(Bytes file, PointSize size, double scale, Sheet& sheet) {
+    const auto handle = read(file);
+    return handle ? draw(handle->get(), size, scale, Corner::bottomLeft, sheet) : handle.error();
 }
 
 std::string svgLibrary() {

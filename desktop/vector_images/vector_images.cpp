@@ -103,7 +103,7 @@ Result<DrawnImage> drawVector(std::span<const std::uint8_t> file, double scale,
 }
 
 std::string vectorLibraries() {
-    return fmt::format("{}, {}, {}", vector_images::pdfLibrary(), vector_images::svgLibrary(),
+    return fmt::format("{}, {}, {}", vector_images::pdfProgram(), vector_images::svgLibrary(),
                        vector_images::heifLibrary());
 }
 

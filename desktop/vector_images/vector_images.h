@@ -4,7 +4,8 @@
 // The libraries that read PDF, SVG and HEIF are large, and their input comes from strangers. So
 // each call does that work in a process of its own, forked for it: a file that makes a library
 // crash, loop or eat memory costs that process and comes back as a problem. What this leaves open
-// stands in drawing_process.h.
+// stands in drawing_process.h. PDF is drawn by a program of its own besides, pdftocairo, in a
+// sandbox (sandbox.h); it is looked for in PATH with every file, and need not be there.
 //
 // Every function may be called by several threads at a time. The one condition: no other thread of
 // the program is inside cairo, pango, fontconfig or GLib meanwhile (a fork would copy their locks
@@ -13,8 +14,8 @@
 // A file refers to nothing outside itself: references to other files and to the network draw
 // nothing. Text in fonts that the file does not embed is drawn in fonts of this machine.
 //
-// Each library is optional when this is built. Without it the functions give a problem that names
-// it.
+// Each library is optional when this is built. Without it, or without the program, the functions
+// give a problem that names it.
 #pragma once
 
 #include "desktop/result/result.h"
@@ -57,7 +58,7 @@ struct DrawLimits {
 // The size of a PDF's first page (its crop box, turned as the page says) or of an SVG. A unit of
 // the file is a point: 1/72 inch of a PDF, a user unit ("px") of an SVG. An SVG without width or
 // height takes what is missing from its viewBox; without that too it is a problem. PDF and SVG are
-// told apart by their content.
+// told apart by their content. A PDF's size has six digits.
 [[nodiscard]] Result<PointSize> vectorSize(std::span<const std::uint8_t> file,
                                            const DrawLimits& limits = {});
 
@@ -80,8 +81,8 @@ struct DrawLimits {
                                                  std::uint32_t orientation,
                                                  const DrawLimits& limits = {});
 
-// The optional libraries of this build with their versions, those that are missing named as such:
-// "poppler 22.12.0, librsvg 2.54.7, no libheif".
+// What is optional with its versions, the program of this machine and the libraries of this build;
+// what is missing is named as such: "pdftocairo 22.12.0, librsvg 2.54.7, no libheif".
 [[nodiscard]] std::string vectorLibraries();
 
 }  // namespace velmoranth::desktop

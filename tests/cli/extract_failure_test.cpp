@@ -1,4 +1,5 @@
 // velmoranth extract: what is lost, and what is not, when something fails on the way.
+#include "desktop/vector_images/vector_images.h"
 #include "tests/cli/extract_fixture.h"
 #include "tests/support/sanitizers.h"
 
@@ -99,6 +100,47 @@ TEST_F(ExtractFailure, PictureWithoutASoundCopyIsLostOnceForTheFirstReason) {
     EXPECT_EQ(result.errors,
               "velmoranth: warning: \"Icon\", rendition \"for 0\": the compression blurred is not "
               "supported\n");
+}
+
+// A page of 10 x 6 points, green.
+const std::string kPdf =
+    "%PDF-1.4\n1 0 obj\n<</Type/Catalog/Pages 2 0 R>>\nendobj\n"
+    "2 0 obj\n<</Type/Pages/Count 1/Kids[3 0 R]>>\nendobj\n"
+    "3 0 obj\n<</Type/Page/Parent 2 0 R/MediaBox[0 0 10 6]/Contents 4 0 R>>\nendobj\n"
+    "4 0 obj\n<</Length 22>>stream\n0 1 0 rg 0 0 10 6 re f\nendstream\nendobj\n"
+    "trailer<</Size 5/Root 1 0 R>>\n%%EOF\n";
+
+TEST_F(ExtractFailure, WithoutTheProgramForPdfOnlySuchPicturesAreLeftOut) {
+    CarWriter car;
+    car.facet("Sound", 7);
+    car.facet("Vector", 8);
+    car.bitmap({.identifier = 7}, green);
+    car.file({.identifier = 8,
+              .name = "clock.pdf",
+              .scalePercent = 0,
+              .pixelFormat = fourCharacterCode("PDF "),
+              .layout = 9},
+             kPdf);
+    catalog(car);
+    const auto extractWith = [&](const std::string& programs) {
+        return runCommand({"extract", "Maps.app", "out"},
+                          {.folder = folder.path(), .variables = {{"PATH", programs}}});
+    };
+    const CommandResult without = extractWith(folder / "none");
+    EXPECT_EQ(without.code, 1);
+    EXPECT_EQ(without.output,
+              "Extracted 1 picture (1 file) into out/Maps.app; 1 could not be extracted\n");
+    EXPECT_EQ(without.errors,
+              "velmoranth: warning: \"Vector\", rendition \"clock.pdf\": PDF files cannot be "
+              "drawn: there is no pdfinfo; install the package poppler-utils\n");
+    EXPECT_EQ(fileNames("out/Maps.app"), "Sound-4-4.png");
+    if (desktop::vectorLibraries().starts_with("no pdftocairo")) {
+        return;
+    }
+    const CommandResult with = extractWith("/usr/local/bin:/usr/bin:/bin");
+    EXPECT_EQ(with.code, 0);
+    EXPECT_EQ(with.errors, "");
+    expectPicture("out/Maps.app/Vector-10-6.png", CarPixels::filled(10, 6, kGreen));
 }
 
 TEST_F(ExtractFailure, WhatIsInTheWayOfOnePictureCostsThatOne) {

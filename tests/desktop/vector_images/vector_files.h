@@ -40,7 +40,7 @@ struct PdfPage {
 // {-1, -1, -1, -1} outside.
 [[nodiscard]] Pixel pixel(const DrawnImage& image, std::uint32_t x, std::uint32_t y);
 
-// Whether this build has the library; a test skips when it has not.
+// Whether this build has the library, or this machine the program; a test skips when not.
 [[nodiscard]] bool hasLibrary(std::string_view name);
 
 }  // namespace velmoranth::desktop

@@ -24,9 +24,10 @@ TEST(VectorImages, FilesAreToldByContent) {
     EXPECT_EQ(problemOf("<html/>"), "this is neither a PDF nor an SVG file");
     EXPECT_EQ(problemOf(std::string(1024, ' ') + "%PDF-1.4"),
               "this is neither a PDF nor an SVG file");
-    EXPECT_EQ(problemOf("%PDF-1.4"), hasLibrary("poppler")
+    EXPECT_EQ(problemOf("%PDF-1.4"), hasLibrary("pdftocairo")
                                          ? "the PDF file is damaged"
-                                         : "PDF files cannot be drawn: this build has no poppler");
+                                         : "PDF files cannot be drawn: there is no pdfinfo; "
+                                           "install the package poppler-utils");
     const std::string svgProblem = problemOf("<svg");
     EXPECT_TRUE(svgProblem.starts_with(
         hasLibrary("librsvg") ? "the SVG file is damaged ("
@@ -53,7 +54,7 @@ TEST(VectorImages, ScaleMustBePositive) {
 
 TEST(VectorImages, LibrariesAreNamed) {
     const std::string text = vectorLibraries();
-    for (const char* name : {"poppler", "librsvg", "libheif"}) {
+    for (const char* name : {"pdftocairo", "librsvg", "libheif"}) {
         const bool missing = text.find(std::string("no ") + name) != std::string::npos;
         const std::size_t at = text.find(std::string(name) + " ");
         ASSERT_NE(missing, at != std::string::npos) << text;
@@ -64,8 +65,8 @@ TEST(VectorImages, LibrariesAreNamed) {
 }
 
 TEST(VectorImages, ThreadsDrawAtTheSameTime) {
-    if (!hasLibrary("librsvg") || !hasLibrary("poppler")) {
-        GTEST_SKIP() << "this build lacks a library";
+    if (!hasLibrary("librsvg") || !hasLibrary("pdftocairo")) {
+        GTEST_SKIP() << "a library or the program is missing";
     }
     const FileBytes asSvg = svg(R"(width="10" height="8")", R"(<circle cx="5" cy="4" r="3"/>)");
     const FileBytes asPdf = pdf({{.content = "1 0 0 rg 2 1 3 3 re f"}});
