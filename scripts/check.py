@@ -244,6 +244,14 @@ def check_packages():
     problems += [f"{name}: no row in docs/developers/dependencies.md" for name in listed if name not in explained]
     problems += [f"{name}: a row in docs/developers/dependencies.md, but not in scripts/debian-packages.txt"
                  for name in explained if name not in listed]
+    # What the Debian package is built with are the libraries of the command's own set.
+    control = (ROOT / "debian/control").read_text()
+    build_depends = re.search(r"^Build-Depends:((?:.|\n )*)", control, re.MULTILINE).group(1)
+    needed = {name.split()[0] for name in build_depends.split(",")}
+    problems += [f"debian/control: {name} is not listed" for name in sorted(needed)
+                 if name not in ["debhelper-compat", *listed]]
+    problems += [f"debian/control: {name} is missing among the build dependencies"
+                 for name in listed[:listed.index("python3")] if name.endswith("-dev") and name not in needed]
     for path in [ROOT / "CMakeLists.txt", *files(TOP_FOLDERS, {".txt", ".cmake"})]:
         if path.name != "CMakeLists.txt" and path.suffix != ".cmake":
             continue
