@@ -1,9 +1,11 @@
 #include "cli/comparison.h"
 
 #include "desktop/imaging/pixels.h"
+#include "desktop/imaging/resampling.h"
 #include "desktop/text/text.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -22,42 +24,81 @@ std::size_t pixels(double points, double scale) {
     return static_cast<std::size_t>(std::lround(points * scale));
 }
 
-void place(simulator::Picture& target, const simulator::Picture& source, std::size_t x,
-           std::size_t y) {
+void copy(const simulator::Picture& source, const Placed& place, simulator::Picture& target) {
     for (std::size_t row = 0; row < source.height; ++row) {
-        const std::uint8_t* const from = source.pixels.data() + row * source.width * 4;
-        std::copy_n(from, source.width * 4,
-                    target.pixels.data() + ((y + row) * target.width + x) * 4);
+        std::copy_n(source.pixels.data() + row * source.width * 4, source.width * 4,
+                    target.pixels.data() + ((place.y + row) * target.width + place.x) * 4);
     }
 }
 
 }  // namespace
 
-simulator::Picture sideBySide(const Captioned& left, const Captioned& right) {
-    const double scale = left.picture.scale;
+Arranged inRows(std::span<const std::vector<Captioned>> rows) {
+    const double scale = rows.front().front().picture.scale;
     const std::size_t gap = pixels(kComparisonGap, scale);
     const std::size_t caption = pixels(kCaptionHeight, scale);
-    simulator::Picture result;
-    result.scale = scale;
-    result.width = left.picture.width + gap + right.picture.width;
-    result.height = caption + std::max(left.picture.height, right.picture.height);
-    result.pixels.resize(result.width * result.height * 4);
-    for (std::size_t i = 0; i < result.pixels.size(); ++i) {
-        result.pixels[i] = kGround[i % 4];
+    Arranged arranged;
+    simulator::Picture& sheet = arranged.picture;
+    sheet.scale = scale;
+    for (const std::vector<Captioned>& row : rows) {
+        Placed place{.x = 0, .y = sheet.height + caption};
+        for (const Captioned& captioned : row) {
+            place.width = captioned.picture.width;
+            place.height = captioned.picture.height;
+            sheet.width = std::max(sheet.width, place.x + place.width);
+            sheet.height = std::max(sheet.height, place.y + place.height);
+            arranged.places.push_back(place);
+            place.x += place.width + gap;
+        }
     }
-    place(result, left.picture, 0, caption);
-    place(result, right.picture, left.picture.width + gap, caption);
+    sheet.pixels.resize(sheet.width * sheet.height * 4);
+    for (std::size_t i = 0; i < sheet.pixels.size(); ++i) {
+        sheet.pixels[i] = kGround[i % 4];
+    }
+    const desktop::MutablePixels memory{sheet.pixels.data(), sheet.width, sheet.height,
+                                        sheet.width * 4};
+    auto place = arranged.places.begin();
+    for (const std::vector<Captioned>& row : rows) {
+        for (const Captioned& captioned : row) {
+            copy(captioned.picture, *place, sheet);
+            desktop::drawText(memory, captioned.caption, kCaptionStyle,
+                              {{static_cast<double>(place->x) / scale,
+                                static_cast<double>(place->y - caption) / scale},
+                               {static_cast<double>(place->width) / scale, kCaptionHeight}},
+                              scale);
+            ++place;
+        }
+    }
+    return arranged;
+}
 
-    const desktop::MutablePixels memory{result.pixels.data(), result.width, result.height,
-                                        result.width * 4};
-    const auto write = [&](const std::string& text, std::size_t x, std::size_t width) {
-        desktop::drawText(memory, text, kCaptionStyle,
-                          {{static_cast<double>(x) / scale, 0},
-                           {static_cast<double>(width) / scale, kCaptionHeight}},
-                          scale);
+simulator::Picture sideBySide(const Captioned& left, const Captioned& right) {
+    const std::array<std::vector<Captioned>, 1> rows{{{left, right}}};
+    return inRows(rows).picture;
+}
+
+simulator::Picture shrunkToHeight(const simulator::Picture& picture, std::size_t height) {
+    simulator::Picture result;
+    result.height = height;
+    result.width = std::max<std::size_t>(
+        1, static_cast<std::size_t>(
+               std::lround(static_cast<double>(picture.width) * static_cast<double>(height) /
+                           static_cast<double>(picture.height))));
+    const auto axis = [](std::size_t from, std::size_t to) {
+        return desktop::Axis{.start = 0,
+                             .end = static_cast<double>(to),
+                             .sourceSize = from,
+                             .first = 0,
+                             .last = static_cast<std::int64_t>(to)};
     };
-    write(left.caption, 0, left.picture.width);
-    write(right.caption, left.picture.width + gap, right.picture.width);
+    desktop::Resampler resampler(
+        {picture.pixels.data(), picture.width, picture.height, picture.width * 4},
+        axis(picture.width, result.width), axis(picture.height, result.height));
+    result.pixels.reserve(result.width * result.height * 4);
+    for (std::size_t y = 0; y < result.height; ++y) {
+        const std::uint8_t* const row = resampler.row(y);
+        result.pixels.insert(result.pixels.end(), row, row + result.width * 4);
+    }
     return result;
 }
 

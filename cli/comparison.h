@@ -1,9 +1,12 @@
-// Two pictures side by side.
+// Pictures beside and below each other.
 #pragma once
 
 #include "simulator/picture.h"
 
+#include <cstddef>
+#include <span>
 #include <string>
+#include <vector>
 
 namespace velmoranth::cli {
 
@@ -16,7 +19,31 @@ struct Captioned {
 inline constexpr double kComparisonGap = 12;
 inline constexpr double kCaptionHeight = 28;
 
-// Left and right with a gap between them, a caption above each. At the scale of the left one.
+// Where a picture lies in the one that it has become a part of; pixels.
+struct Placed {
+    std::size_t x = 0;
+    std::size_t y = 0;
+    std::size_t width = 0;
+    std::size_t height = 0;
+
+    friend bool operator==(const Placed&, const Placed&) = default;
+};
+
+struct Arranged {
+    simulator::Picture picture;
+    std::vector<Placed> places;  // row by row
+};
+
+// Rows below each other, each from the left with gaps between its pictures, a caption above each.
+// At the scale of the first picture; there must be one.
+[[nodiscard]] Arranged inRows(std::span<const std::vector<Captioned>> rows);
+
+// One row of both.
 [[nodiscard]] simulator::Picture sideBySide(const Captioned& left, const Captioned& right);
+
+// A picture made that many pixels high, its width in proportion and at least one pixel; one pixel a
+// point.
+[[nodiscard]] simulator::Picture shrunkToHeight(const simulator::Picture& picture,
+                                                std::size_t height);
 
 }  // namespace velmoranth::cli

@@ -86,23 +86,28 @@ Result<simulator::DeviceConfiguration> readDeviceOptions(const Arguments& argume
                   : Result<simulator::DeviceConfiguration>(tl::unexpected(system.error()));
 }
 
-Result<std::vector<NamedDevice>> readEveryDevice(const Arguments& arguments) {
-    std::vector<int> systems{simulator::kSystem12.major, simulator::kSystem13.major};
-    if (const auto given = arguments.value("--ios")) {
-        const auto system = readSystem(*given);
+std::vector<std::string> listed(const std::string& text, char sign) {
+    std::vector<std::string> words;
+    for (const auto word : std::views::split(text, sign)) {
+        words.emplace_back(word.begin(), word.end());
+    }
+    return words;
+}
+
+Result<std::vector<NamedDevice>> readEveryDevice(const Arguments& arguments,
+                                                 const std::string& usualSystems) {
+    std::string names;
+    for (const simulator::DeviceModel& model : simulator::deviceModels()) {
+        names.append(names.empty() ? "" : ",").append(model.name);
+    }
+    std::vector<NamedDevice> devices;
+    for (const std::string& text : listed(arguments.value("--ios").value_or(usualSystems))) {
+        const auto system = readSystem(text);
         if (!system) {
             return tl::unexpected(system.error());
         }
-        systems = {*system};
-    }
-    std::vector<NamedDevice> devices;
-    for (const int system : systems) {
-        for (const simulator::DeviceModel& model : simulator::deviceModels()) {
-            const std::string name(model.name);
-            if (const auto given = arguments.value("--device"); given.value_or(name) != name) {
-                continue;
-            }
-            auto device = readDevice(arguments, name, system);
+        for (const std::string& name : listed(arguments.value("--device").value_or(names))) {
+            auto device = readDevice(arguments, name, *system);
             if (!device) {
                 return tl::unexpected(std::move(device.error()));
             }

@@ -39,9 +39,14 @@ struct NamedDevice {
     simulator::DeviceConfiguration configuration;
 };
 
-// The devices that the options leave open: each with each system, unless one is given, and
-// otherwise as readDeviceOptions() has it. The problem is one of usage.
-[[nodiscard]] desktop::Result<std::vector<NamedDevice>> readEveryDevice(const Arguments& arguments);
+// The devices that the options leave open, by system: those that --device names, with commas
+// between them, or each; with each of the systems that --ios names, or of `usualSystems`. Otherwise
+// as readDeviceOptions() has it. The problem is one of usage.
+[[nodiscard]] desktop::Result<std::vector<NamedDevice>> readEveryDevice(
+    const Arguments& arguments, const std::string& usualSystems = "12,13");
+
+// The words between commas, or such signs; an empty one for nothing.
+[[nodiscard]] std::vector<std::string> listed(const std::string& text, char sign = ',');
 
 // What --set asks for. `whereListed` is the help that lists the keys.
 [[nodiscard]] desktop::Result<platform::Dictionary> readSettingOptions(

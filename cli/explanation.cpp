@@ -75,17 +75,6 @@ bool isTriedBeside(const Entry& entry) {
     return entry.kind == EntryKind::missing && !entry.arguments.empty();
 }
 
-std::vector<std::string> methodsOf(const record::Record& record) {
-    std::vector<std::string> methods;
-    for (const Entry& entry : record) {
-        if (entry.kind == EntryKind::entered &&
-            std::ranges::find(methods, entry.message) == methods.end()) {
-            methods.push_back(entry.message);
-        }
-    }
-    return methods;
-}
-
 // What would show if the theme that has won were not active: with effects of its own.
 std::optional<AskedFile> hiddenBy(const Investigation& investigation, const Question& question,
                                   const AskedFile& shown) {
@@ -195,6 +184,17 @@ void askOthers(const Investigation& investigation, Explanation& explanation) {
 }
 
 }  // namespace
+
+std::vector<std::string> methodsOf(const record::Record& record) {
+    std::vector<std::string> methods;
+    for (const Entry& entry : record) {
+        if (entry.kind == EntryKind::entered &&
+            std::ranges::find(methods, entry.message) == methods.end()) {
+            methods.push_back(entry.message);
+        }
+    }
+    return methods;
+}
 
 bool isRead(const AskedFile& file) {
     return file.state == EntryKind::found && !file.answer.empty();

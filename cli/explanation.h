@@ -145,6 +145,9 @@ struct Effects {
 // Whether a file was read, not only looked for.
 [[nodiscard]] bool isRead(const AskedFile& file);
 
+// The replaced methods that a record says were reached, in order, none twice.
+[[nodiscard]] std::vector<std::string> methodsOf(const record::Record& record);
+
 // The files of themes that a record asks for, in order, none twice. The names for another screen
 // that are tried on the way to one that is there are left out.
 [[nodiscard]] std::vector<AskedFile> askedFiles(const record::Record& record);

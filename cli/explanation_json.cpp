@@ -1,5 +1,6 @@
 // An explanation as JSON: docs/themes/explain.md has the form, whose version goes up with any
 // change that a reader could stumble over.
+#include "cli/asked_file_json.h"
 #include "cli/explanation.h"
 
 #include <nlohmann/json.hpp>
@@ -10,17 +11,6 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr int kVersion = 1;
-
-Json jsonOf(const AskedFile& file) {
-    Json json{{"state", record::wordOf(file.state)}, {"theme", file.theme}, {"file", file.name}};
-    if (!file.answer.empty()) {
-        json["answer"] = file.answer;
-    }
-    if (!file.reason.empty()) {
-        json["reason"] = file.reason;
-    }
-    return json;
-}
 
 template <class T>
 Json orNull(const std::optional<T>& value) {
@@ -50,6 +40,17 @@ std::string written(const Json& json) {
 }
 
 }  // namespace
+
+Json jsonOf(const AskedFile& file) {
+    Json json{{"state", record::wordOf(file.state)}, {"theme", file.theme}, {"file", file.name}};
+    if (!file.answer.empty()) {
+        json["answer"] = file.answer;
+    }
+    if (!file.reason.empty()) {
+        json["reason"] = file.reason;
+    }
+    return json;
+}
 
 std::string jsonOf(const NearMiss& miss) {
     Json json{{"version", kVersion}};

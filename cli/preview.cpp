@@ -1,12 +1,13 @@
 // velmoranth preview
 #include "cli/commands.h"
-#include "cli/comparison.h"
 #include "cli/device_check.h"
 #include "cli/file_watch.h"
 #include "cli/help.h"
 #include "cli/messages.h"
 #include "cli/picture_file.h"
 #include "cli/preferences.h"
+#include "cli/preview_delivery.h"
+#include "cli/preview_drawing.h"
 #include "cli/preview_options.h"
 #include "cli/preview_report.h"
 #include "cli/preview_steps.h"
@@ -33,7 +34,6 @@ using desktop::Problem;
 using desktop::Result;
 using simulator::RenderedScreen;
 using simulator::RunningScreen;
-using simulator::ScreenRequest;
 
 namespace {
 
@@ -67,59 +67,20 @@ Result<DeviceOfRun> deviceFor(const PreviewOptions& options) {
     return DeviceOfRun{std::move(*root)};
 }
 
-// What the picture of it is called.
-std::string captionOf(const DeviceOfRun& device) {
-    return device.themes.empty() ? "Themed" : fmt::format("{}", fmt::join(device.themes, " + "));
+// The options' screen, which fills its picture.
+ShownScreen shownOn(const PreviewOptions& options, const RenderedScreen& screen) {
+    return shownScreen(screen, options.screen.kind, {options.deviceName, options.device},
+                       {.width = screen.picture.width, .height = screen.picture.height});
 }
 
-ScreenRequest requestFor(const PreviewOptions& options, const DeviceOfRun& device) {
-    ScreenRequest request;
-    request.device = options.device;
-    request.deviceFiles = device.root->files();
-    request.page = options.screen.page;
-    request.screen = options.screen.kind;
-    request.item = options.screen.item;
-    request.folderPage = options.screen.folderPage;
-    request.wallpaperFile = options.screen.wallpaper;
-    request.apps = options.screen.apps;
-    request.logDestination = options.log;
-    request.loadEngine = options.kind != PreviewKind::stock;
-    return request;
-}
-
-// Whether the pages that were asked for are there. With an item given the page is the one where it
-// lies.
-Result<void> checkPages(const PreviewOptions& options, const RenderedScreen& screen) {
-    const ScreenOptions& wanted = options.screen;
-    if (screen.page != wanted.page && wanted.item.empty()) {
-        return misuse(
-            fmt::format("there is no page {}; the last is {}", wanted.page, screen.pageCount));
+// Writes the picture of a screen that is followed and says so.
+Result<void> deliverAgain(const PreviewOptions& options, const RenderedScreen& screen) {
+    auto delivered = deliver(options, screen.picture, options.output, {shownOn(options, screen)});
+    if (!delivered) {
+        return tl::unexpected(std::move(delivered.error()));
     }
-    if (screen.folder && screen.folder->page != wanted.folderPage) {
-        return misuse(fmt::format("the folder has no page {}; its last is {}", wanted.folderPage,
-                                  screen.folder->pageCount));
-    }
+    tell(options, {&*delivered, 1}, {});
     return {};
-}
-
-// Says what was written. `pictures` is "a.png" or "a.png to b.png".
-void reportWritten(const PreviewOptions& options, const std::string& pictures,
-                   const simulator::Picture& picture) {
-    const simulator::SystemVersion& system = options.device.system;
-    const bool sideways = options.device.orientation == simulator::Orientation::landscape;
-    print(fmt::format("{}: {} × {} pixels, iOS {}.{}, {}{}\n", pictures, picture.width,
-                      picture.height, system.major, system.minor, options.deviceName,
-                      sideways ? ", landscape" : ""));
-    static_cast<void>(flushResults());
-}
-
-// Writes the picture and says so.
-Result<void> deliver(const PreviewOptions& options, const simulator::Picture& picture) {
-    auto written = writePicture(picture, options.output);
-    if (written && !options.writesToStandardOutput()) {
-        reportWritten(options, shown(options.output), picture);
-    }
-    return written;
 }
 
 ExitCode exitCodeOf(const Result<void>& drawn) {
@@ -142,10 +103,12 @@ ExitCode drawAllSteps(const PreviewOptions& options, const DeviceOfRun& device) 
             auto written = writePicture(screen.picture, stepFile(options.output, step));
             if (written && step == count) {
                 progress.clear();
-                reportWritten(options,
-                              shown(stepFile(options.output, 1)) + " to " +
-                                  shown(stepFile(options.output, count)),
-                              screen.picture);
+                print(textOf(DeliveredPicture{
+                    .file = stepFile(options.output, 1) + " to " + stepFile(options.output, count),
+                    .width = screen.picture.width,
+                    .height = screen.picture.height,
+                    .screens = {shownOn(options, screen)},
+                    .verdict = {}}));
             }
             return written;
         });
@@ -155,6 +118,9 @@ ExitCode drawAllSteps(const PreviewOptions& options, const DeviceOfRun& device) 
 
 // Before the work: whether everything that is to be written can be.
 Result<void> checkOutputs(const PreviewOptions& options) {
+    if (options.extent == PreviewExtent::allScreens) {
+        return {};  // a folder is made for them
+    }
     if (!options.screen.steps) {
         return checkOutput(options.output);
     }
@@ -171,27 +137,36 @@ Result<void> checkOutputs(const PreviewOptions& options) {
 }
 
 ExitCode drawOnce(const PreviewOptions& options, const DeviceOfRun& device) {
-    const ScreenRequest request = requestFor(options, device);
     PreviewReport report(options, device);
-    const auto screen = simulator::renderScreen(request);
-    if (!screen) {
-        return fail(ExitCode::badInput, screen.error());
+    const auto page = drawPage(options, device, requestFor(options, device));
+    if (!page) {
+        return fail(ExitCode::badInput, page.error());
     }
-    if (auto pages = checkPages(options, *screen); !pages) {
+    if (auto pages = checkPages(options, page->screen); !pages) {
         return fail(ExitCode::wrongUsage, pages.error());
     }
-    simulator::Picture picture = screen->picture;
-    if (options.kind == PreviewKind::sideBySide) {
-        ScreenRequest stockRequest = request;
-        stockRequest.loadEngine = false;
-        const auto stock = simulator::renderScreen(stockRequest);
-        if (!stock) {
-            return fail(ExitCode::badInput, stock.error());
-        }
-        picture = sideBySide({stock->picture, "Stock"}, {picture, captionOf(device)});
+    const auto delivered =
+        deliver(options, page->picture, options.output,
+                {shownScreen(page->screen, options.screen.kind,
+                             {options.deviceName, options.device}, page->place)});
+    if (!delivered) {
+        return fail(ExitCode::badInput, delivered.error());
     }
-    auto delivered = deliver(options, picture);
-    return exitCodeOf(delivered ? report.tell() : delivered);
+    const ExitCode told = tell(options, {&*delivered, 1}, device.themes);
+    const auto reported = report.tell();
+    return reported ? told : fail(ExitCode::badInput, reported.error());
+}
+
+// Several screens, and what the themes did.
+ExitCode drawSeveral(const PreviewOptions& options, const DeviceOfRun& device) {
+    PreviewReport report(options, device);
+    const ExitCode drawn = options.extent == PreviewExtent::sheet ? drawSheet(options, device)
+                                                                  : drawAllScreens(options, device);
+    if (drawn != ExitCode::done && drawn != ExitCode::nothingFound) {
+        return drawn;
+    }
+    const auto reported = report.tell();
+    return reported ? drawn : fail(ExitCode::badInput, reported.error());
 }
 
 // The files that the picture is made of, as the user has them.
@@ -225,7 +200,7 @@ Result<void> drawUntilSaved(const PreviewOptions& options, RunningScreen& runnin
     while (!watch.hasChanged()) {
         const auto screen = running.nextPicture(kBetweenLooks);
         if (screen) {
-            if (auto delivered = deliver(options, screen->picture); !delivered) {
+            if (auto delivered = deliverAgain(options, *screen); !delivered) {
                 return delivered;
             }
         } else if (running.processId() == 0) {
@@ -269,7 +244,7 @@ ExitCode follow(const PreviewOptions& given, const DeviceOfRun& first) {
                            " has it drawn again, Ctrl-C ends it");
         }
         if (screen) {
-            auto delivered = deliver(options, screen->picture);
+            auto delivered = deliverAgain(options, *screen);
             if (delivered) {
                 delivered = drawUntilSaved(options, **running, watch);
             }
@@ -327,13 +302,16 @@ ExitCode runPreview(const Arguments& arguments) {
     if (auto found = findApps(options->screen, *device->root); !found) {
         return fail(ExitCode::badInput, found.error());
     }
-    const auto draw = options->follow ? follow : options->screen.steps ? drawAllSteps : drawOnce;
+    const auto draw = options->follow                            ? follow
+                      : options->screen.steps                    ? drawAllSteps
+                      : options->extent != PreviewExtent::screen ? drawSeveral
+                                                                 : drawOnce;
     HiddenReport hidden(*options, *device);
     if (options->follow) {  // which is drawn until the user ends it
         hidden.tell();
     }
     const ExitCode drawn = draw(*options, *device);
-    if (drawn == ExitCode::done) {
+    if (drawn == ExitCode::done || drawn == ExitCode::nothingFound) {
         hidden.tell();
     }
     return drawn;
@@ -373,7 +351,9 @@ Command previewCommand() {
              "velmoranth preview --root mydevice --follow",
              "velmoranth preview MyTheme.theme --screen folder --folder Utilities -o folder.png",
              "velmoranth preview MyTheme.theme --screen folder --steps -o steps/open.png",
-             "velmoranth preview MyTheme.theme --apps theme --wallpaper photo.jpg --page 2"},
+             "velmoranth preview MyTheme.theme --apps theme --wallpaper photo.jpg --page 2",
+             "velmoranth preview MyTheme.theme --sheet --screen home,settings --device phone,pad",
+             "velmoranth preview MyTheme.theme --all-screens --expect expected"},
         .leastPositionals = 0,
         .mostPositionals = 100000,
         .run = runPreview,

@@ -2,12 +2,15 @@
 
 #include "cli/device_options.h"
 #include "cli/messages.h"
+#include "cli/numbers.h"
 
 #include <algorithm>
 #include <array>
 #include <cctype>
 #include <filesystem>
 #include <string_view>
+#include <system_error>
+#include <utility>
 
 namespace velmoranth::cli {
 
@@ -15,9 +18,10 @@ using desktop::Result;
 
 namespace {
 
-constexpr std::array<Option, 22> kPreviewOptions{{
+constexpr std::array<Option, 27> kPreviewOptions{{
     {"--output", "-o", "FILE",
-     "write the picture here (default preview.png); - is standard output"},
+     "write the picture here (default preview.png); - is standard output; with --all-screens the "
+     "folder of the pictures (default preview)"},
     {"--root", "", "DIR",
      "use this device, with its own themes and preferences, in place of THEME"},
     kIosOption,
@@ -45,6 +49,15 @@ constexpr std::array<Option, 22> kPreviewOptions{{
      "with --screen folder: the folder as it opens and closes again, 20 pictures a second, in "
      "files beside the output: preview-01.png (closed) to preview-08.png (open) to preview-15.png "
      "(closed); with --screen panel-success: its image at 0.1, 0.2, 0.3 and 0.7 seconds"},
+    {"--all-screens", "", "",
+     "every screen, and every page of those that have pages, each in a file of its own: "
+     "home-01.png "
+     "to settings.png"},
+    {"--sheet", "", "",
+     "screens in one picture, a row a device: those that --screen, --device and --ios name with "
+     "commas between them (--screen home,weather --device phone,pad), or all but the gallery and "
+     "the "
+     "icons on every device"},
     kSetOption,
     kDateOption,
     kLocaleOption,
@@ -54,6 +67,15 @@ constexpr std::array<Option, 22> kPreviewOptions{{
      "append what the process logs to FILE, or - for standard error; more with --set "
      "enableLogging=yes"},
     kExactFilesOption,
+    {"--expect", "", "FILE",
+     "compare with this picture, or with --all-screens with those of the same names in this "
+     "folder; exit code 1 when it is another one, and what differs in red in a file beside the "
+     "output: preview-difference.png"},
+    {"--tolerance", "", "N",
+     "with --expect: how much red, green, blue or alpha may differ, 0 to 255 (default 0)"},
+    {"--json", "", "",
+     "say as JSON what was written, and which replaced methods and files of themes each screen has "
+     "asked for"},
     {"--quiet", "-q", "", "do not say what the themes did"},
     {"--follow", "", "",
      "stay, and write the picture again whenever a file of the themes is saved or the device is "
@@ -79,13 +101,35 @@ Result<void> checkTogether(const Arguments& arguments) {
         std::string_view why;
     };
 
-    static constexpr std::array<Pair, 6> kPairs{{
+    static constexpr std::string_view kOne = "it is of one screen";
+    static constexpr std::string_view kOnePage = "every page is drawn";
+    static constexpr std::string_view kFirstPage = "of each screen the first page is drawn";
+    static constexpr std::array<Pair, 25> kPairs{{
         {"--root", "--set", "a device has its own preferences; change those, or give THEME"},
         {"--before", "--compare", "--compare shows both"},
         {"--follow", "--before", "a screen with nothing replaced does not change"},
         {"--follow", "--compare", "follow the themed screen alone"},
         {"--steps", "--follow", "the steps have an end"},
         {"--steps", "--compare", "take --before for the stock screen's steps"},
+        {"--all-screens", "--sheet", "take one after the other"},
+        {"--all-screens", "--screen", "all are drawn"},
+        {"--all-screens", "--page", kOnePage},
+        {"--sheet", "--page", kFirstPage},
+        {"--sheet", "--compare", "take one after the other"},
+        {"--all-screens", "--folder", kOne},
+        {"--all-screens", "--folder-page", kOne},
+        {"--all-screens", "--icon", kOne},
+        {"--all-screens", "--steps", kOne},
+        {"--all-screens", "--follow", kOne},
+        {"--sheet", "--folder", kOne},
+        {"--sheet", "--folder-page", kOne},
+        {"--sheet", "--icon", kOne},
+        {"--sheet", "--steps", kOne},
+        {"--sheet", "--follow", kOne},
+        {"--expect", "--steps", kOne},
+        {"--expect", "--follow", "the picture is to change"},
+        {"--json", "--steps", kOne},
+        {"--json", "--follow", "nothing says where one ends"},
     }};
     for (const Pair& pair : kPairs) {
         if (arguments.has(pair.one) && arguments.has(pair.other)) {
@@ -102,10 +146,77 @@ Result<void> checkTogether(const Arguments& arguments) {
     if (arguments.has("--follow") && arguments.value("--output") == "-") {
         return misuse("--follow does not go with --output -: give a file, which is written again");
     }
-    if (arguments.has("--steps") && arguments.value("--output") == "-") {
-        return misuse(
-            "--steps does not go with --output -: give a file, which the steps' are named for");
+    static constexpr std::array<std::array<std::string_view, 2>, 4> kNeedFile{
+        {{"--steps", "a file, which the steps' are named for"},
+         {"--all-screens", "a folder, which the pictures go to"},
+         {"--expect", "a file, beside which the difference goes"},
+         {"--json", "a file, since standard output has the JSON"}}};
+    for (const auto& [option, what] : kNeedFile) {
+        if (arguments.has(option) && arguments.value("--output") == "-") {
+            return misuse(std::string(option) + " does not go with --output -: give " +
+                          std::string(what));
+        }
     }
+    if (arguments.has("--tolerance") && !arguments.has("--expect")) {
+        return misuse("--tolerance needs --expect FILE");
+    }
+    return {};
+}
+
+bool isSameFile(const std::string& a, const std::string& b) {
+    std::error_code error;
+    return std::filesystem::equivalent(a, b, error);
+}
+
+// What is compared with what, and how closely.
+Result<void> readExpected(const Arguments& arguments, PreviewOptions& options) {
+    options.expected = arguments.value("--expect").value_or("");
+    if (const auto given = arguments.value("--tolerance")) {
+        const auto tolerance = parseInteger(*given, 0, 255);
+        if (!tolerance) {
+            return misuse("--tolerance takes a whole number from 0 to 255, not " +
+                          inQuotes(*given));
+        }
+        options.tolerance = *tolerance;
+    }
+    if (!options.expected.empty() && isSameFile(options.expected, options.output)) {
+        return misuse("--expect and --output are the same, " + shown(options.output) +
+                      ": what is expected would be written over");
+    }
+    return {};
+}
+
+// One screen, or which of which devices.
+Result<void> readExtent(const Arguments& arguments, PreviewOptions& options) {
+    if (arguments.has("--sheet")) {
+        options.extent = PreviewExtent::sheet;
+        auto devices = readEveryDevice(arguments, "13");
+        if (!devices) {
+            return tl::unexpected(std::move(devices.error()));
+        }
+        options.devices = std::move(*devices);
+        options.device = options.devices.front().configuration;
+        options.deviceName = options.devices.front().name;
+    } else {
+        options.extent =
+            arguments.has("--all-screens") ? PreviewExtent::allScreens : PreviewExtent::screen;
+        auto device = readDeviceOptions(arguments);
+        if (!device) {
+            return tl::unexpected(std::move(device.error()));
+        }
+        options.device = std::move(*device);
+        options.deviceName = arguments.value("--device").value_or(options.deviceName);
+    }
+    auto screens = readScreenKinds(arguments);
+    if (!screens) {
+        return tl::unexpected(std::move(screens.error()));
+    }
+    options.screens = std::move(*screens);
+    auto screen = readScreenOptions(arguments, options.screens);
+    if (!screen) {
+        return tl::unexpected(std::move(screen.error()));
+    }
+    options.screen = std::move(*screen);
     return {};
 }
 
@@ -122,33 +233,30 @@ Result<PreviewOptions> readPreviewOptions(const Arguments& arguments) {
     PreviewOptions options;
     options.themes = arguments.positionals();
     options.root = arguments.value("--root").value_or("");
-    options.output = arguments.value("--output").value_or(options.output);
+    options.output = arguments.value("--output")
+                         .value_or(arguments.has("--all-screens") ? "preview" : options.output);
+    options.isJson = arguments.has("--json");
     options.log = arguments.value("--log").value_or("");
     options.follow = arguments.has("--follow");
     options.isQuiet = arguments.has("--quiet");
     options.kind = arguments.has("--before")    ? PreviewKind::stock
                    : arguments.has("--compare") ? PreviewKind::sideBySide
                                                 : PreviewKind::themed;
-    for (const std::string_view name : {"--root", "--output", "--log", "--wallpaper", "--apps"}) {
+    for (const std::string_view name :
+         {"--root", "--output", "--log", "--wallpaper", "--apps", "--expect"}) {
         if (arguments.value(name) == "") {
             return misuse(std::string(name) + " takes a name, and this one is empty");
         }
     }
-    if (isOtherFormat(options.output)) {
+    if (!arguments.has("--all-screens") && isOtherFormat(options.output)) {
         return misuse("--output writes a PNG file, and the name " + shown(options.output) +
                       " is another format's");
     }
-    auto device = readDeviceOptions(arguments);
-    if (!device) {
-        return tl::unexpected(std::move(device.error()));
+    for (const auto read : {readExpected, readExtent}) {
+        if (auto done = read(arguments, options); !done) {
+            return tl::unexpected(std::move(done.error()));
+        }
     }
-    options.device = std::move(*device);
-    options.deviceName = arguments.value("--device").value_or(options.deviceName);
-    auto screen = readScreenOptions(arguments);
-    if (!screen) {
-        return tl::unexpected(std::move(screen.error()));
-    }
-    options.screen = std::move(*screen);
     auto settings = readSettingOptions(arguments, "velmoranth preview --help");
     if (!settings) {
         return tl::unexpected(std::move(settings.error()));

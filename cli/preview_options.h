@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cli/arguments.h"
+#include "cli/device_options.h"
 #include "cli/screen_options.h"
 #include "desktop/result/result.h"
 #include "platform/foundation.h"
@@ -16,6 +17,10 @@ namespace velmoranth::cli {
 // themed: as the device is set. stock: with nothing replaced. sideBySide: stock, then themed.
 enum class PreviewKind { themed, stock, sideBySide };
 
+// screen: one. allScreens: each in a file of its own, the output being their folder. sheet: the
+// screens of several devices in one picture.
+enum class PreviewExtent { screen, allScreens, sheet };
+
 struct PreviewOptions {
     std::vector<std::string> themes;  // folders of this machine; empty with a root
     std::string root;                 // the device's folder; empty for a throw-away one
@@ -24,7 +29,13 @@ struct PreviewOptions {
     simulator::DeviceConfiguration device;
     ScreenOptions screen;
     PreviewKind kind = PreviewKind::themed;
-    std::string log;  // as ScreenRequest::logDestination
+    PreviewExtent extent = PreviewExtent::screen;
+    std::vector<NamedDevice> devices;            // of a sheet
+    std::vector<simulator::ScreenKind> screens;  // of a sheet, or all
+    bool isJson = false;
+    std::string expected;  // a picture's file, or of all screens their folder; "" for none
+    int tolerance = 0;     // of a component, 0 to 255
+    std::string log;       // as ScreenRequest::logDestination
     bool follow = false;
     bool isQuiet = false;
     platform::Dictionary settings;  // what --set asks for

@@ -1,6 +1,7 @@
 #include "cli/screen_options.h"
 
 #include "cli/app_list.h"
+#include "cli/device_options.h"
 #include "cli/messages.h"
 #include "cli/nearest.h"
 #include "cli/preview_steps.h"
@@ -109,23 +110,39 @@ std::string screenNames(bool (*isNamed)(const ScreenTraits& traits)) {
     return fmt::format("{} or {}", fmt::join(screens, ", "), last);
 }
 
-Result<ScreenKind> readKind(const Arguments& arguments) {
-    const std::string name = arguments.value("--screen").value_or("home");
-    if (const auto kind = simulator::screenKindNamed(name)) {
-        return *kind;
-    }
-    return misuse("--screen takes " + screenNames(isAny) + ", not " + inQuotes(name));
+// Lists of pictures, which no device shows.
+bool isList(const ScreenTraits& traits) {
+    return traits.hasPages && !traits.hasHomeScreen;
 }
 
 }  // namespace
 
-Result<ScreenOptions> readScreenOptions(const Arguments& arguments) {
-    ScreenOptions options;
-    const auto kind = readKind(arguments);
-    if (!kind) {
-        return tl::unexpected(kind.error());
+Result<std::vector<ScreenKind>> readScreenKinds(const Arguments& arguments) {
+    std::vector<ScreenKind> kinds;
+    const bool isSheet = arguments.has("--sheet");
+    if (arguments.has("--all-screens") || (isSheet && !arguments.has("--screen"))) {
+        for (const simulator::ScreenDefinition& screen : simulator::screenDefinitions()) {
+            if (!isSheet || !isList(screen.traits)) {
+                kinds.push_back(screen.kind);
+            }
+        }
+        return kinds;
     }
-    options.kind = *kind;
+    const std::string names = arguments.value("--screen").value_or("home");
+    for (const std::string& name : isSheet ? listed(names) : std::vector<std::string>{names}) {
+        const auto kind = simulator::screenKindNamed(name);
+        if (!kind) {
+            return misuse("--screen takes " + screenNames(isAny) + ", not " + inQuotes(name));
+        }
+        kinds.push_back(*kind);
+    }
+    return kinds;
+}
+
+Result<ScreenOptions> readScreenOptions(const Arguments& arguments,
+                                        const std::vector<ScreenKind>& kinds) {
+    ScreenOptions options;
+    options.kind = kinds.size() == 1 ? kinds.front() : ScreenKind::home;
     for (const Belonging& belonging : kBelongings) {
         if (arguments.has(belonging.option) && options.kind != belonging.screen) {
             return misuse(std::string(belonging.option) + " needs --screen " +
@@ -140,7 +157,9 @@ Result<ScreenOptions> readScreenOptions(const Arguments& arguments) {
         return misuse("--page needs a screen that has pages: " + screenNames(hasPages));
     }
     for (const std::string_view option : {"--wallpaper", "--apps"}) {
-        if (arguments.has(option) && !traits.hasHomeScreen) {
+        if (arguments.has(option) && std::ranges::none_of(kinds, [](ScreenKind kind) {
+                return simulator::definitionOf(kind).traits.hasHomeScreen;
+            })) {
             return misuse(std::string(option) + " needs a screen that has the home screen in it: " +
                           screenNames(hasHomeScreen));
         }

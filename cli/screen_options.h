@@ -22,8 +22,14 @@ struct ScreenOptions {
     std::vector<simulator::NamedApp> apps;  // what the home screen shows; none for those
 };
 
-// The problem is one of usage.
-[[nodiscard]] desktop::Result<ScreenOptions> readScreenOptions(const Arguments& arguments);
+// The screens that are to be drawn: with --all-screens all, with --sheet those that --screen names,
+// or all but the lists of pictures, otherwise one. The problem is one of usage.
+[[nodiscard]] desktop::Result<std::vector<simulator::ScreenKind>> readScreenKinds(
+    const Arguments& arguments);
+
+// What else is said of it, or of them all; `kind` is home for several. The problem is one of usage.
+[[nodiscard]] desktop::Result<ScreenOptions> readScreenOptions(
+    const Arguments& arguments, const std::vector<simulator::ScreenKind>& kinds);
 
 // Finds the apps that --apps, or the screen of icons, wants of the device's themes or of the user's
 // list, and among them what --folder or --icon names. Until then that is a word in `item`.

@@ -108,6 +108,8 @@ CMAKE_PACKAGES = {
 }
 # The result type of everything outside the engine is an alias of this one.
 THIRD_PARTY_IN_HEADERS = {("desktop/result/result.h", "tl/expected.hpp"),
+    # One file's JSON, which several commands put into their own.
+    ("cli/asked_file_json.h", "nlohmann/json_fwd.hpp"),
                           # The compiler's own, where it signs pointers.
                           ("device/platform/signed_pointers.h", "ptrauth.h"),
                           # FFmpeg's functions, for the sources beside it.
