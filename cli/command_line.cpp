@@ -133,27 +133,17 @@ ExitCode run(const std::vector<std::string>& words) {
 }  // namespace
 
 std::span<const Command> commands() {
-    static const std::array kCommands{previewCommand(),
-                                      explainCommand(),
-                                      newCommand(),
-                                      lintCommand(),
-                                      convertCommand(),
-                                      packCommand(),
-                                      extractCommand(),
-                                      deviceInitCommand(),
-                                      deviceInstallCommand(),
-                                      hooksCommand(),
-                                      notifyCommand(),
-                                      soundCommand(),
-                                      settingsListCommand(),
-                                      settingsGetCommand(),
-                                      settingsSetCommand(),
-                                      settingsSaveCommand(),
-                                      settingsRenameCommand(),
-                                      settingsDeleteCommand(),
-                                      settingsRestoreCommand(),
-                                      completionCommand(),
-                                      manCommand()};
+    static const std::array kCommands{previewCommand(),        explainCommand(),
+                                      namesCommand(),          newCommand(),
+                                      lintCommand(),           convertCommand(),
+                                      packCommand(),           extractCommand(),
+                                      deviceInitCommand(),     deviceInstallCommand(),
+                                      hooksCommand(),          notifyCommand(),
+                                      soundCommand(),          settingsListCommand(),
+                                      settingsGetCommand(),    settingsSetCommand(),
+                                      settingsSaveCommand(),   settingsRenameCommand(),
+                                      settingsDeleteCommand(), settingsRestoreCommand(),
+                                      completionCommand(),     manCommand()};
     return kCommands;
 }
 

@@ -7,6 +7,7 @@ namespace velmoranth::cli {
 
 [[nodiscard]] Command previewCommand();
 [[nodiscard]] Command explainCommand();
+[[nodiscard]] Command namesCommand();
 [[nodiscard]] Command newCommand();
 [[nodiscard]] Command lintCommand();
 [[nodiscard]] Command convertCommand();

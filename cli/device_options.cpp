@@ -88,9 +88,13 @@ Result<simulator::DeviceConfiguration> readDeviceOptions(const Arguments& argume
 
 std::vector<std::string> listed(const std::string& text, char sign) {
     std::vector<std::string> words;
-    for (const auto word : std::views::split(text, sign)) {
-        words.emplace_back(word.begin(), word.end());
+    std::size_t begin = 0;
+    for (std::size_t end = text.find(sign); end != std::string::npos;
+         end = text.find(sign, begin)) {
+        words.push_back(text.substr(begin, end - begin));
+        begin = end + 1;
     }
+    words.push_back(text.substr(begin));
     return words;
 }
 

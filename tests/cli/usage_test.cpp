@@ -197,6 +197,17 @@ TEST(Usage, EveryMisuseIsOneLineAndExitCode2) {
         {{"preview", "T", "--sheet", "--device", "phone,pod"},
          "--device takes one of phone, phone-667, pad, not \"pod\"; did you mean pad?"},
         {{"preview", "T", "--sheet", "--ios", "13,14"}, "--ios takes 12 or 13, not \"14\""},
+        {{"preview", "T", "--sheet", "--device", ""},
+         "--device takes one of phone, phone-667, pad, not \"\""},
+        {{"preview", "T", "--sheet", "--screen", ""},
+         "--screen takes home, folder, pressed, today, switcher, notification, settings, "
+         "panel-error, panel-success, weather, controls, gallery or icons, not \"\""},
+        {{"names", "icons"},
+         "names takes apps, settings, weather, images, chrome, sounds, not \"icons\""},
+        {{"names", "aps"},
+         "names takes apps, settings, weather, images, chrome, sounds, not \"aps\"; did you mean "
+         "apps?"},
+        {{"names", "--ios", "11"}, "--ios takes 12 or 13, not \"11\""},
         {{"preview", "T", "--sheet", "--device", "phone,"},
          "--device takes one of phone, phone-667, pad, not \"\""},
         {{"preview", "T", "--sheet", "--screen", "settings,controls", "--apps", "theme"},

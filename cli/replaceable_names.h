@@ -1,0 +1,50 @@
+// Every name that a theme can replace: what a device's own tables have to ask for, asked of a
+// device whose theme has nothing.
+#pragma once
+
+#include "cli/device_options.h"
+#include "desktop/result/result.h"
+#include "simulator/screens/question_rows.h"
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velmoranth::cli {
+
+struct NameGroup {
+    std::string_view name;  // as it is typed
+    std::string_view summary;
+};
+
+// In the order in which they are listed to a user.
+[[nodiscard]] std::span<const NameGroup> nameGroups();
+
+// What the device has by itself; pixels.
+struct StockSize {
+    std::size_t width = 0;
+    std::size_t height = 0;
+
+    friend bool operator==(const StockSize&, const StockSize&) = default;
+};
+
+struct ReplaceableName {
+    std::string_view group;
+    simulator::Question question;
+    std::string title = {};  // what a person calls it; "" for nothing else than its name
+    std::vector<std::string> files = {};  // of a theme, in the order in which they are looked for
+    std::string setting = {};             // that has them looked for; "" where themes alone do
+    std::optional<StockSize> size = {};   // nothing where the device has no picture of its own
+};
+
+// Those of the groups, in the device's order, each with a file at least. `progress` may be told now
+// and then how many of how many are done.
+[[nodiscard]] desktop::Result<std::vector<ReplaceableName>> replaceableNames(
+    std::span<const std::string_view> groups, const NamedDevice& device,
+    const std::function<void(std::size_t done, std::size_t all)>& progress);
+
+}  // namespace velmoranth::cli
