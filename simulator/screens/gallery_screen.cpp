@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <memory>
 #include <string_view>
+#include <utility>
 
 namespace velmoranth::simulator {
 namespace {
@@ -24,7 +25,12 @@ using platform::Rect;
 constexpr double kSmallestCellWidth = 86;
 constexpr double kSlotSide = 38;
 constexpr double kSlotGap = 4;
-constexpr double kCellHeight = 76;
+constexpr double kNameLine = 11;
+constexpr double kBundleLine = 9.5;
+constexpr double kBelowSlot = 3;
+constexpr double kBelowCell = 9;
+constexpr double kCellWidth = 2 * kSlotSide + kSlotGap;
+constexpr double kAboveSlot = 2;
 constexpr double kHeaderHeight = 26;
 constexpr double kNameSize = 9;
 constexpr double kBundleSize = 7.5;
@@ -34,6 +40,15 @@ constexpr platform::Color kPlate{0.91, 0.91, 0.93, 1};
 constexpr platform::Color kSky{0.36, 0.56, 0.80, 1};
 
 constexpr platform::Color kWallpaper{0.33, 0.38, 0.44, 1};
+
+// As wide as it gets: that of what is replaced.
+TextStyle nameStyle() {
+    return {.weight = FontWeight::semibold, .size = kNameSize, .alignment = TextAlignment::center};
+}
+
+TextStyle bundleStyle() {
+    return {.size = kBundleSize, .alignment = TextAlignment::center};
+}
 
 const platform::Color& colorOf(GalleryPlate plate) {
     switch (plate) {
@@ -54,44 +69,69 @@ GalleryScreen::GalleryScreen(const ScreenContext& context) : AppScreen(context),
     layOutPages();
 }
 
-void GalleryScreen::layOutPages() {
+std::vector<GalleryScreen::Row> GalleryScreen::rowsOf(std::string_view group) const {
     const Rect area = sheetArea(context());
-    const double top = area.origin.y;
-    const double bottom = top + area.size.height;
     const double columns = std::max(1.0, std::floor(area.size.width / kSmallestCellWidth));
     const double pitch = area.size.width / columns;
-    const double inset = (pitch - 2 * kSlotSide - kSlotGap) / 2;
-
-    pages_.emplace_back();
-    double y = top;
-    double column = 0;
-    std::string_view group;
-    const auto endRow = [&] {
-        y += column > 0 ? kCellHeight : 0;
-        column = 0;
-    };
+    const double inset = (pitch - kCellWidth) / 2;
+    std::vector<Row> rows;
     for (const GalleryItem& item : items_.all()) {
-        bool needsHeader = item.group != group;
-        if (needsHeader || column == columns) {
-            endRow();
+        if (item.group != group) {
+            continue;
         }
-        const double header = needsHeader ? kHeaderHeight : 0;
-        if (column == 0 && y + header + kCellHeight > bottom && y > top) {
-            pages_.emplace_back();
-            y = top;
-            needsHeader = true;
+        if (rows.empty() || static_cast<double>(rows.back().cells.size()) == columns) {
+            rows.emplace_back();
         }
-        if (needsHeader) {
-            group = item.group;
-            pages_.back().headers.push_back({std::string(group), y});
-            y += kHeaderHeight;
-        }
-        const double x = snapToPixels(area.origin.x + column * pitch + inset, context().scale());
-        const Rect slot{{x, y + 2}, {kSlotSide, kSlotSide}};
+        Row& row = rows.back();
+        const double x =
+            snapToPixels(area.origin.x + static_cast<double>(row.cells.size()) * pitch + inset,
+                         context().scale());
+        const Rect slot{{x, kAboveSlot}, {kSlotSide, kSlotSide}};
         Rect second = slot;
         second.origin.x += kSlotSide + kSlotGap;
-        pages_.back().cells.push_back({&item, slot, second});
-        ++column;
+        row.cells.push_back({&item, slot, second, wholeLines(item.name, nameStyle(), kCellWidth),
+                             wholeLines(item.bundle, bundleStyle(), kCellWidth)});
+        const GalleryCell& cell = row.cells.back();
+        row.height = std::max(
+            row.height, kAboveSlot + kSlotSide + kBelowSlot +
+                            kNameLine * static_cast<double>(cell.name.size()) +
+                            kBundleLine * static_cast<double>(cell.bundle.size()) + kBelowCell);
+    }
+    return rows;
+}
+
+void GalleryScreen::layOutPages() {
+    const Rect area = sheetArea(context());
+    const double bottom = area.origin.y + area.size.height;
+    std::vector<std::string_view> groups;
+    for (const GalleryItem& item : items_.all()) {
+        if (groups.empty() || groups.back() != item.group) {
+            groups.push_back(item.group);
+        }
+    }
+    pages_.emplace_back();
+    double y = area.origin.y;
+    for (const std::string_view group : groups) {
+        bool needsHeader = true;
+        for (Row& row : rowsOf(group)) {
+            const double header = needsHeader ? kHeaderHeight : 0;
+            if (y + header + row.height > bottom && y > area.origin.y) {
+                pages_.emplace_back();
+                y = area.origin.y;
+                needsHeader = true;
+            }
+            if (needsHeader) {
+                pages_.back().headers.push_back({std::string(group), y});
+                y += kHeaderHeight;
+                needsHeader = false;
+            }
+            for (GalleryCell& cell : row.cells) {
+                cell.before.origin.y += y;
+                cell.after.origin.y += y;
+                pages_.back().cells.push_back(std::move(cell));
+            }
+            y += row.height;
+        }
     }
 }
 
@@ -138,19 +178,21 @@ void GalleryScreen::addCell(const GalleryCell& cell) {
     show(own, cell.before);
     show(answered, cell.after);
 
-    const double width = 2 * kSlotSide + kSlotGap;
-    const double top = cell.before.origin.y + kSlotSide + 3;
-    const TextStyle name{.weight = isReplaced ? FontWeight::semibold : FontWeight::regular,
-                         .size = kNameSize,
-                         .color = isReplaced ? colors.tint : colors.text,
-                         .alignment = TextAlignment::center};
-    const TextStyle bundle{
-        .size = kBundleSize, .color = colors.secondaryText, .alignment = TextAlignment::center};
+    TextStyle name = nameStyle();
+    name.weight = isReplaced ? FontWeight::semibold : FontWeight::regular;
+    name.color = isReplaced ? colors.tint : colors.text;
+    TextStyle bundle = bundleStyle();
+    bundle.color = colors.secondaryText;
     const double left = cell.before.origin.x;
-    window().addSubview(makeText(shortenedInTheMiddle(cell.item->name, name, width), name,
-                                 {{left, top}, {width, 12}}));
-    window().addSubview(makeText(shortenedInTheMiddle(cell.item->bundle, bundle, width), bundle,
-                                 {{left, top + 12}, {width, 10}}));
+    double top = cell.before.origin.y + kSlotSide + kBelowSlot;
+    for (const std::string& line : cell.name) {
+        window().addSubview(makeText(line, name, {{left, top}, {kCellWidth, kNameLine}}));
+        top += kNameLine;
+    }
+    for (const std::string& line : cell.bundle) {
+        window().addSubview(makeText(line, bundle, {{left, top}, {kCellWidth, kBundleLine}}));
+        top += kBundleLine;
+    }
 }
 
 }  // namespace velmoranth::simulator

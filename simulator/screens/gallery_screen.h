@@ -6,6 +6,7 @@
 #include "simulator/screens/gallery_items.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace velmoranth::simulator {
@@ -13,8 +14,12 @@ namespace velmoranth::simulator {
 // An item's pictures on the screen.
 struct GalleryCell {
     const GalleryItem* item;  // not null; of the screen
-    platform::Rect before;    // points
+    // Points.
+    platform::Rect before;
     platform::Rect after;
+    // Whole, however long they are.
+    std::vector<std::string> name;
+    std::vector<std::string> bundle;
 };
 
 class GalleryScreen final : public AppScreen {
@@ -43,7 +48,14 @@ class GalleryScreen final : public AppScreen {
         std::vector<GalleryCell> cells;
     };
 
+    struct Row {
+        std::vector<GalleryCell> cells;
+        double height = 0;
+    };
+
     void layOutPages();
+    // Of one group, as many in a row as fit; the pictures' places are from the row's top.
+    [[nodiscard]] std::vector<Row> rowsOf(std::string_view group) const;
     void addCell(const GalleryCell& cell);
 
     GalleryItems items_;

@@ -70,6 +70,53 @@ std::string shortenedInTheMiddle(const std::string& text, const TextStyle& style
     return "…";
 }
 
+namespace {
+
+// How well a line may end before that character: 2 behind a mark, 1 before a capital letter, 0
+// within a word.
+int endingAt(const std::string& text, std::size_t place) {
+    constexpr std::string_view kMarks = "._- @";
+    const auto isCapital = [](char letter) { return letter >= 'A' && letter <= 'Z'; };
+    return kMarks.find(text[place - 1]) != std::string_view::npos  ? 2
+           : isCapital(text[place]) && !isCapital(text[place - 1]) ? 1
+                                                                   : 0;
+}
+
+// How much of the text, a character at least, is on the first of its lines.
+std::size_t firstLineLength(const std::string& text, const TextStyle& style, double width) {
+    const auto fits = [&](std::size_t length) {
+        return desktop::measureText(text.substr(0, length), style).width <= width;
+    };
+    if (fits(text.size())) {
+        return text.size();
+    }
+    const auto isInCharacter = [&](std::size_t place) {
+        return place < text.size() && (static_cast<unsigned char>(text[place]) & 0xC0) == 0x80;
+    };
+    std::array<std::size_t, 3> last{1, 0, 0};  // place by how well a line ends there
+    while (isInCharacter(last[0])) {
+        ++last[0];
+    }
+    for (std::size_t length = last[0]; length < text.size() && fits(length); ++length) {
+        if (!isInCharacter(length)) {
+            last.at(static_cast<std::size_t>(endingAt(text, length))) = length;
+        }
+    }
+    return last[2] > 0 ? last[2] : last[1] > 0 ? last[1] : last[0];
+}
+
+}  // namespace
+
+std::vector<std::string> wholeLines(const std::string& text, const TextStyle& style, double width) {
+    std::vector<std::string> lines;
+    for (std::string rest = text; !rest.empty();) {
+        const std::size_t length = firstLineLength(rest, style, width);
+        lines.push_back(rest.substr(0, length));
+        rest.erase(0, length);
+    }
+    return lines;
+}
+
 std::vector<std::string> linesOfIdentifier(const std::string& identifier, const TextStyle& style,
                                            double width) {
     if (desktop::measureText(identifier, style).width <= width) {

@@ -32,6 +32,11 @@ void addSheetBar(platform::View& window, const SheetBar& bar, const ScreenContex
 [[nodiscard]] std::string shortenedInTheMiddle(const std::string& text,
                                                const desktop::TextStyle& style, double width);
 
+// All of a text on as many lines as it needs, none wider than that; none for no text. A line ends
+// behind a mark where it can, or else before a capital letter.
+[[nodiscard]] std::vector<std::string> wholeLines(const std::string& text,
+                                                  const desktop::TextStyle& style, double width);
+
 // An identifier on one line, or on two, of which the first ends with a dot; none is wider than
 // that.
 [[nodiscard]] std::vector<std::string> linesOfIdentifier(const std::string& identifier,

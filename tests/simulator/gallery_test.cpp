@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <memory>
+#include <numeric>
 #include <optional>
 #include <set>
 #include <string>
@@ -231,10 +232,23 @@ TEST_P(GalleryOn, HasEveryImageOnceAndNothingOverlaps) {
             EXPECT_TRUE(seen.emplace(cell.item->group, cell.item->name, cell.item->bundle).second)
                 << cell.item->name;
             named.emplace(cell.item->name, cell.item->bundle);
-            for (const platform::Rect& slot : {cell.before, cell.after}) {
+            const auto joined = [](const std::vector<std::string>& lines) {
+                return std::accumulate(lines.begin(), lines.end(), std::string());
+            };
+            EXPECT_EQ(joined(cell.name), cell.item->name);
+            EXPECT_EQ(joined(cell.bundle), cell.item->bundle);
+            const double width = cell.after.origin.x + cell.after.size.width - cell.before.origin.x;
+            for (const std::string& line : cell.name) {
+                EXPECT_LE(desktop::measureText(line, {.size = 9}).width, width) << line;
+            }
+            platform::Rect texts = cell.before;
+            texts.origin.y += texts.size.height;
+            texts.size = {width, 11.0 * static_cast<double>(cell.name.size()) +
+                                     9.5 * static_cast<double>(cell.bundle.size())};
+            for (const platform::Rect& slot : {cell.before, cell.after, texts}) {
                 EXPECT_GE(slot.origin.x, 0);
                 EXPECT_LE(slot.origin.x + slot.size.width, wanted.device.screen.width);
-                EXPECT_LE(slot.origin.y + slot.size.height + 25, wanted.device.screen.height);
+                EXPECT_LE(slot.origin.y + slot.size.height, wanted.device.screen.height);
                 for (const platform::Rect& other : taken) {
                     EXPECT_TRUE(slot.origin.x >= other.origin.x + other.size.width ||
                                 other.origin.x >= slot.origin.x + slot.size.width ||
@@ -258,6 +272,26 @@ TEST_P(GalleryOn, HasEveryImageOnceAndNothingOverlaps) {
     EXPECT_EQ(gallery.page(), gallery.pageCount());
     gallery.showPage(-3);
     EXPECT_EQ(gallery.page(), 1);
+}
+
+TEST(GalleryText, IsWholeOnAsManyLinesAsItNeeds) {
+    const desktop::TextStyle style{.size = 9};
+    const auto width = [&](const std::string& text) {
+        return desktop::measureText(text, style).width;
+    };
+    using Lines = std::vector<std::string>;
+    EXPECT_EQ(wholeLines("", style, 80), Lines());
+    EXPECT_EQ(wholeLines("gear", style, width("gear")), Lines{"gear"});
+    EXPECT_EQ(wholeLines("person.crop.fill", style, width("person.crop.")),
+              (Lines{"person.crop.", "fill"}));
+    EXPECT_EQ(wholeLines("UITabBarSearch", style, width("UITabBarSe")),
+              (Lines{"UITabBar", "Search"}));
+    EXPECT_EQ(wholeLines("com.MobileBook", style, width("com.MobileB")),
+              (Lines{"com.", "MobileBook"}))
+        << "a mark goes before a capital letter";
+    EXPECT_EQ(wholeLines("magnifyingglass", style, width("magnify")).front(), "magnify");
+    // Where not even a character fits, each has a line; none is torn.
+    EXPECT_EQ(wholeLines("ää", style, 1), (Lines{"ä", "ä"}));
 }
 
 TEST(GalleryText, IsShortenedInTheMiddle) {
