@@ -45,7 +45,7 @@ inline constexpr std::array<Option, 2> kProgramOptions{
      {"--version", "", "", "show the version"}}};
 
 inline constexpr std::string_view kExitCodes =
-    "0 done, 1 nothing found or not all done, 2 wrong usage, 3 bad input";
+    "0 done, 1 nothing found or not all done, 2 wrong usage, 3 bad input, 130 interrupted";
 
 struct Command;
 

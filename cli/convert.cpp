@@ -67,7 +67,7 @@ ExitCode runConvert(const Arguments& arguments) {
 
 std::string exitHelp() {
     return "exit codes:\n  0 done, 2 wrong usage, 3 an input that is none or cannot be read, or "
-           "nowhere to write\n";
+           "nowhere to write,\n  130 interrupted\n";
 }
 
 }  // namespace

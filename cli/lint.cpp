@@ -119,7 +119,7 @@ std::string codesHelp() {
     }
     return "codes:\n" + twoColumns(rows) +
            "\nexit codes:\n  0 nothing found but warnings and notes, 1 errors, 2 wrong usage, 3 a "
-           "theme that is none or cannot\n  be read\n";
+           "theme that is none or cannot\n  be read, 130 interrupted\n";
 }
 
 }  // namespace

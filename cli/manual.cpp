@@ -129,7 +129,11 @@ std::string commandManual(const Command& command) {
     for (const Option& option : kCommonOptions) {
         text += optionText(option);
     }
-    text += command.moreHelp == nullptr ? "" : moreText(command.moreHelp());
+    const std::string more = command.moreHelp == nullptr ? "" : command.moreHelp();
+    text += moreText(more);
+    if (more.find("exit codes:") == std::string::npos) {
+        text += heading("exit codes") + plain(kExitCodes) + "\n";
+    }
     text += heading("examples");
     for (const std::string_view example : command.examples) {
         text += asItStands(example);

@@ -220,8 +220,7 @@ std::string fieldHelp() {
     }
     return "fields:\n" + twoColumns({{"--field", fields}}) +
            "\nexit codes:\n  0 done, 1 errors in the theme, 2 wrong usage, 3 a theme that is none "
-           "or cannot be packed, or "
-           "nowhere to write\n";
+           "or cannot be packed, or\n  nowhere to write, 130 interrupted\n";
 }
 
 }  // namespace

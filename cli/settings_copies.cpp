@@ -4,6 +4,7 @@
 #include "cli/nearest.h"
 #include "cli/settings_commands.h"
 #include "core/preferences.h"
+#include "desktop/files/cleanup.h"
 #include "filemanager/velmoranth_file_manager.h"
 #include "platform/platform.h"
 
@@ -127,6 +128,8 @@ ExitCode save(const DeviceRef& root, const std::string& name) {
                                             "in the way; remove it with rm " +
                                             forShell(copy));
     }
+    // The panel copies the preferences to one place and moves them from there: both or neither.
+    const desktop::SignalsHeld whole;
     const ExitCode code =
         runInPanel(root, {name, "saved", "not saved"}, kLivePreferences, core::savedCopyPath(name),
                    [&] { return VelmoranthFileManager::saveCurrentSettinginFolderWithName(name); });

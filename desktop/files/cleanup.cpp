@@ -1,14 +1,18 @@
 #include "desktop/files/cleanup.h"
 
 #include "desktop/files/descriptor.h"
+#include "desktop/files/other_threads.h"
 
+#include <fcntl.h>
 #include <pthread.h>
 #include <signal.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <condition_variable>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -29,6 +33,9 @@ constexpr std::array<int, 3> kSignals{SIGINT, SIGTERM, SIGHUP};
 struct Registry {
     std::mutex mutex;
     std::vector<std::string> paths;
+    std::vector<std::string> folders;  // that go when they are empty
+    int held = 0;                      // what has to be whole before a signal is followed
+    std::condition_variable released;
 };
 
 Registry& registry() {
@@ -65,9 +72,10 @@ void removeAll(const std::string& path) {
     }
 }
 
-void endChildren() {
-    const std::string self = std::to_string(::getpid());
-    std::ifstream children("/proc/self/task/" + self + "/children");
+// Of the process's first thread; the others' take care of themselves.
+void endChildrenOf(pid_t process) {
+    const std::string name = std::to_string(process);
+    std::ifstream children("/proc/" + name + "/task/" + name + "/children");
     for (pid_t child = 0; children >> child;) {
         ::kill(child, SIGKILL);
     }
@@ -88,16 +96,58 @@ sigset_t watchedSignals() {
     return set;
 }
 
+void removeRegistered() {
+    for (const std::string& path : registry().paths) {
+        removeAll(path);
+    }
+    for (const std::string& folder : registry().folders) {
+        ::rmdir(folder.c_str());
+    }
+}
+
+// Cleans up in a process of its own, which has a copy of all that it takes, while no thread of this
+// one goes on making what is being removed. False when there can be no such process.
+bool cleanUpWithoutOthers() {
+    const pid_t self = ::getpid();
+    std::array<int, 2> line{-1, -1};
+    if (::pipe2(line.data(), O_CLOEXEC) != 0) {
+        return false;
+    }
+    const pid_t cleaner = ::fork();
+    if (cleaner == 0) {
+        ::close(line[1]);
+        char go = 0;
+        // Nothing comes when the process has ended by itself meanwhile, and cleaned up. The lock is
+        // a copy here, for which nobody waits.
+        // NOLINTNEXTLINE(clang-analyzer-unix.BlockInCriticalSection)
+        if (::read(line[0], &go, 1) == 1) {
+            endChildrenOf(self);
+            removeRegistered();
+        }
+        _exit(0);
+    }
+    if (cleaner > 0) {
+        stopOtherThreads();
+        static_cast<void>(::write(line[1], "", 1) == 1);
+        while (::waitpid(cleaner, nullptr, 0) < 0 && errno == EINTR) {
+        }
+    }
+    ::close(line[0]);
+    ::close(line[1]);
+    return cleaner > 0;
+}
+
 void watch() {
     const sigset_t set = watchedSignals();
     int number = 0;
     while (sigwait(&set, &number) != 0) {
     }
-    endChildren();
     // Kept locked: nothing new is made from here on.
-    registry().mutex.lock();
-    for (const std::string& path : registry().paths) {
-        removeAll(path);
+    std::unique_lock lock(registry().mutex);
+    registry().released.wait(lock, [] { return registry().held == 0; });
+    if (!cleanUpWithoutOthers()) {
+        endChildrenOf(::getpid());
+        removeRegistered();
     }
     act(number, SIG_DFL);
     pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
@@ -133,9 +183,17 @@ SignalsHeld::SignalsHeld() {
     act(SIGXFSZ, SIG_IGN);
     const sigset_t set = watchedSignals();
     pthread_sigmask(SIG_BLOCK, &set, &before_);
+    // The thread that watches has them all the same.
+    const std::lock_guard lock(registry().mutex);
+    ++registry().held;
 }
 
 SignalsHeld::~SignalsHeld() {
+    {
+        const std::lock_guard lock(registry().mutex);
+        --registry().held;
+    }
+    registry().released.notify_one();
     pthread_sigmask(SIG_SETMASK, &before_, nullptr);
 }
 
@@ -155,6 +213,17 @@ void RemovedAtEnd::keep() {
     const std::lock_guard lock(registry().mutex);
     std::erase(registry().paths, path_);
     path_.clear();
+}
+
+RemovedIfEmpty::RemovedIfEmpty(std::string folder) : folder_(std::move(folder)) {
+    const std::lock_guard lock(registry().mutex);
+    registry().folders.push_back(folder_);
+}
+
+RemovedIfEmpty::~RemovedIfEmpty() {
+    ::rmdir(folder_.c_str());
+    const std::lock_guard lock(registry().mutex);
+    std::erase(registry().folders, folder_);
 }
 
 Result<std::unique_ptr<RemovedAtEnd>> makeTemporaryFolder() {

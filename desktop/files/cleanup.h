@@ -17,7 +17,8 @@ namespace velmoranth::desktop {
 // a reader that has gone, or beyond the largest file allowed, fails from here on and is no signal.
 void cleanUpOnSignals();
 
-// Holds those signals back until it goes, for what has to be whole; a file that may not grow so
+// Holds those signals back until it goes, for what has to be whole; while several are there, until
+// the last goes. A file that may not grow so
 // large is an error like others from then on.
 class SignalsHeld {
   public:
@@ -46,6 +47,19 @@ class RemovedAtEnd {
 
   private:
     std::string path_;
+};
+
+// A folder that was made for what is to come into it; removed when this object goes or a signal
+// comes, if nothing is in it then.
+class RemovedIfEmpty {
+  public:
+    explicit RemovedIfEmpty(std::string folder);
+    ~RemovedIfEmpty();
+    RemovedIfEmpty(const RemovedIfEmpty&) = delete;
+    RemovedIfEmpty& operator=(const RemovedIfEmpty&) = delete;
+
+  private:
+    std::string folder_;
 };
 
 // A new folder that the user alone may enter, where temporary ones are kept.

@@ -62,23 +62,17 @@ Result<void> writeNew(const std::string& path, const std::string& shownPath, con
 
 }  // namespace
 
-WrittenThemes::WrittenThemes(std::string output, bool isNew,
+WrittenThemes::WrittenThemes(std::string output, std::unique_ptr<desktop::RemovedIfEmpty> newOutput,
                              std::unique_ptr<desktop::RemovedAtEnd> folder)
-    : output_(std::move(output)), isNew_(isNew), folder_(std::move(folder)) {}
-
-WrittenThemes::~WrittenThemes() {
-    if (folder_ == nullptr) {
-        return;
-    }
-    folder_.reset();
-    if (isNew_) {
-        ::rmdir(output_.c_str());  // stays when a theme is in it
-    }
-}
+    : output_(std::move(output)), newOutput_(std::move(newOutput)), folder_(std::move(folder)) {}
 
 Result<WrittenThemes> WrittenThemes::create(const std::string& output) {
+    const desktop::SignalsHeld held;  // it is to be removed from the moment when it is there
     std::error_code error;
-    const bool isNew = fs::create_directories(output, error);
+    std::unique_ptr<desktop::RemovedIfEmpty> newOutput;
+    if (fs::create_directories(output, error)) {
+        newOutput = std::make_unique<desktop::RemovedIfEmpty>(output);
+    }
     if (error || !fs::is_directory(output, error)) {
         return cannotWrite(error ? error.value() : ENOTDIR, output);
     }
@@ -87,7 +81,7 @@ Result<WrittenThemes> WrittenThemes::create(const std::string& output) {
         folder.error().path = output;
         return tl::unexpected(std::move(folder.error()));
     }
-    return WrittenThemes(output, isNew, std::move(*folder));
+    return WrittenThemes(output, std::move(newOutput), std::move(*folder));
 }
 
 Result<void> WrittenThemes::write(const std::string& name, const std::string& folder,

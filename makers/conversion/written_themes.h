@@ -23,7 +23,7 @@ class WrittenThemes {
     WrittenThemes& operator=(WrittenThemes&&) noexcept = default;
     WrittenThemes(const WrittenThemes&) = delete;
     WrittenThemes& operator=(const WrittenThemes&) = delete;
-    ~WrittenThemes();
+    ~WrittenThemes() = default;
 
     // `folder` is where the sources lie.
     [[nodiscard]] desktop::Result<void> write(const std::string& name, const std::string& folder,
@@ -33,12 +33,14 @@ class WrittenThemes {
     [[nodiscard]] desktop::Result<void> place(bool replaces);
 
   private:
-    WrittenThemes(std::string output, bool isNew, std::unique_ptr<desktop::RemovedAtEnd> folder);
+    WrittenThemes(std::string output, std::unique_ptr<desktop::RemovedIfEmpty> newOutput,
+                  std::unique_ptr<desktop::RemovedAtEnd> folder);
 
     [[nodiscard]] desktop::Result<void> placeOne(const std::string& name, bool replaces) const;
 
     std::string output_;
-    bool isNew_;  // the output was made for this
+    // Of an output that was made for this; it goes behind the folder in it.
+    std::unique_ptr<desktop::RemovedIfEmpty> newOutput_;
     std::unique_ptr<desktop::RemovedAtEnd> folder_;
     std::vector<std::string> names_;
 };
