@@ -65,8 +65,10 @@ std::string textOf(const std::vector<ReplaceableName>& names) {
         }
         const std::string size = sizeText(name.size);
         const std::string& file = name.files.front();
-        text += "  " + std::string(sizeWidth - columnsOf(size), ' ') + size + "  " + file +
-                std::string(fileWidth - file.size(), ' ') + "  " + requestText(name);
+        text.append(2 + sizeWidth - columnsOf(size), ' ');
+        text += size + "  " + file;
+        text.append(2 + fileWidth - file.size(), ' ');
+        text += requestText(name);
         if (!name.title.empty()) {
             text += "  (" + name.title + ")";
         }
