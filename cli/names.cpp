@@ -60,20 +60,20 @@ std::string textOf(const std::vector<ReplaceableName>& names) {
     std::string_view group;
     for (const ReplaceableName& name : names) {
         if (name.group != group) {
-            text += (group.empty() ? "" : "\n") + std::string(name.group) + "\n";
+            text.append(group.empty() ? "" : "\n").append(name.group).append("\n");
             group = name.group;
         }
         const std::string size = sizeText(name.size);
         const std::string& file = name.files.front();
         text.append(2 + sizeWidth - columnsOf(size), ' ');
-        text += size + "  " + file;
+        text.append(size).append("  ").append(file);
         text.append(2 + fileWidth - file.size(), ' ');
         text += requestText(name);
         if (!name.title.empty()) {
-            text += "  (" + name.title + ")";
+            text.append("  (").append(name.title).append(")");
         }
         if (!name.setting.empty()) {
-            text += "  with " + name.setting;
+            text.append("  with ").append(name.setting);
         }
         text += "\n";
     }

@@ -166,6 +166,7 @@ class NameDevice {
   private:
     Result<void> findFilesOfKind(const std::vector<ReplaceableName*>& names) {
         std::vector<Question> questions;
+        questions.reserve(names.size());
         for (const ReplaceableName* const name : names) {
             questions.push_back(name->question);
         }
@@ -265,6 +266,7 @@ Result<std::vector<ReplaceableName>> replaceableNames(
     std::vector<ReplaceableName> names = everyName(groups, device.configuration.system.major);
     NameDevice asked(investigation, theme);
     std::vector<ReplaceableName*> all;
+    all.reserve(names.size());
     for (ReplaceableName& name : names) {
         all.push_back(&name);
     }
