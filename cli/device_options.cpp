@@ -86,11 +86,10 @@ Result<simulator::DeviceConfiguration> readDeviceOptions(const Arguments& argume
                   : Result<simulator::DeviceConfiguration>(tl::unexpected(system.error()));
 }
 
-std::vector<std::string> listed(const std::string& text, char sign) {
+std::vector<std::string> listed(const std::string& text) {
     std::vector<std::string> words;
     std::size_t begin = 0;
-    for (std::size_t end = text.find(sign); end != std::string::npos;
-         end = text.find(sign, begin)) {
+    for (std::size_t end = text.find(','); end != std::string::npos; end = text.find(',', begin)) {
         words.push_back(text.substr(begin, end - begin));
         begin = end + 1;
     }

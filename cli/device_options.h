@@ -45,8 +45,8 @@ struct NamedDevice {
 [[nodiscard]] desktop::Result<std::vector<NamedDevice>> readEveryDevice(
     const Arguments& arguments, const std::string& usualSystems = "12,13");
 
-// The words between commas, or such signs; a single empty one of an empty text.
-[[nodiscard]] std::vector<std::string> listed(const std::string& text, char sign = ',');
+// The words between commas; a single empty one of an empty text.
+[[nodiscard]] std::vector<std::string> listed(const std::string& text);
 
 // What --set asks for. `whereListed` is the help that lists the keys.
 [[nodiscard]] desktop::Result<platform::Dictionary> readSettingOptions(

@@ -1,7 +1,6 @@
 #include "cli/file_requests.h"
 
 #include "cli/nearest.h"
-#include "cli/sound_events.h"
 
 #include <algorithm>
 #include <array>
@@ -94,10 +93,7 @@ std::vector<Question> soundRequests() {
     std::vector<Question> requests;
     for (const SoundName& sound : soundNames()) {
         if (sound.source != SoundSource::panel) {
-            requests.push_back({"sound",
-                                (sound.source == SoundSource::homeScreen ? "event:" : "") +
-                                    std::to_string(sound.number),
-                                ""});
+            requests.push_back(requestOf(sound));
         }
     }
     return requests;
@@ -181,6 +177,13 @@ std::vector<Question> otherRequestsFor(const std::string& name) {
         }
     }
     return requests;
+}
+
+Question requestOf(const SoundName& sound) {
+    return {
+        "sound",
+        (sound.source == SoundSource::homeScreen ? "event:" : "") + std::to_string(sound.number),
+        ""};
 }
 
 Question iconRequestFor(const std::string& name) {

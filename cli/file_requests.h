@@ -1,6 +1,7 @@
 // Which requests a file of a theme could be meant for, by its name alone.
 #pragma once
 
+#include "cli/sound_events.h"
 #include "simulator/screens/question_rows.h"
 
 #include <string>
@@ -18,6 +19,9 @@ namespace velmoranth::cli {
 
 // The request for the icon of an app that such a file may be named for.
 [[nodiscard]] simulator::Question iconRequestFor(const std::string& name);
+
+// That for a sound of the interface or of the home screen.
+[[nodiscard]] simulator::Question requestOf(const SoundName& sound);
 
 // Every request that a device sends by itself but those for the icons of apps.
 [[nodiscard]] std::vector<simulator::Question> deviceRequests();

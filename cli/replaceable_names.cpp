@@ -2,6 +2,7 @@
 
 #include "cli/added_theme.h"
 #include "cli/explanation.h"
+#include "cli/file_requests.h"
 #include "cli/preferences.h"
 #include "cli/sound_events.h"
 #include "cli/throw_away_device.h"
@@ -12,6 +13,7 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <set>
@@ -25,7 +27,6 @@ namespace fs = std::filesystem;
 using desktop::Result;
 using simulator::ProcessKind;
 using simulator::Question;
-using simulator::QuestionRow;
 using simulator::RunningScreen;
 
 namespace {
@@ -46,77 +47,58 @@ constexpr std::array kGroups{
     NameGroup{kSounds, "sounds"},
 };
 
-void add(std::vector<ReplaceableName>& names, std::string_view group, const QuestionRow& row,
-         std::string_view bundle = {}) {
-    for (std::string& argument : simulator::knownArguments(row, bundle)) {
-        names.push_back(
-            {.group = group,
-             .question = {std::string(row.word), std::move(argument), std::string(bundle)}});
+// Bundles whose images are asked for in another way, which has them in another group or already.
+constexpr std::array kOtherBundles{simulator::kToolkitBundle, simulator::kGlyphsBundle,
+                                   simulator::kPreferencesBundle, simulator::kWeatherBundle};
+
+// The group of what the question asks for; "" for none.
+std::string_view groupOf(const Question& question) {
+    struct Words {
+        std::string_view word;
+        std::string_view group;
+    };
+
+    static constexpr std::array kNamed{Words{"icon", kApps},       Words{"settings", kSettings},
+                                       Words{"weather", kWeather}, Words{"image", kImages},
+                                       Words{"symbol", kImages},   Words{"sound", kSounds}};
+    if (std::ranges::find(kOtherBundles, question.bundle) != kOtherBundles.end()) {
+        return "";
     }
+    const auto* const named = std::ranges::find(kNamed, question.word, &Words::word);
+    return named == kNamed.end() ? kChrome : named->group;
 }
 
-// The group whose names the row's arguments are; "" for the uses of a name that is in another one.
-std::string_view groupOf(const QuestionRow& row) {
-    if (row.argument.empty() || row.argument.find('|') != std::string_view::npos) {
-        return row.word == "sound" ? kSounds : kChrome;
+// What a person calls it, where that is another name.
+std::string titleOf(const Question& question) {
+    if (const simulator::App* const app = simulator::stockApp(question.argument);
+        app != nullptr && question.word == "icon") {
+        return std::string(app->name);
     }
-    return row.word == "icon"                            ? kApps
-           : row.word == "settings"                      ? kSettings
-           : row.word == "weather"                       ? kWeather
-           : row.word == "image" || row.word == "symbol" ? kImages
-                                                         : "";
-}
-
-// Images of bundles; those of the settings and the weather app are groups of their own.
-void addImages(std::vector<ReplaceableName>& names, const QuestionRow& row) {
-    add(names, kImages, row);
-    if (row.word == "symbol") {
-        return;
-    }
-    for (const std::string& bundle : simulator::knownBundles()) {
-        if (bundle != simulator::kToolkitBundle && bundle != simulator::kGlyphsBundle &&
-            bundle != simulator::kPreferencesBundle && bundle != simulator::kWeatherBundle) {
-            add(names, kImages, row, bundle);
-        }
-    }
-}
-
-void addSounds(std::vector<ReplaceableName>& names, const QuestionRow& row) {
     for (const SoundName& sound : soundNames()) {
-        if (sound.source != SoundSource::panel) {
-            const std::string number = std::to_string(sound.number);
-            names.push_back(
-                {.group = kSounds,
-                 .question = {std::string(row.word),
-                              sound.source == SoundSource::homeScreen ? "event:" + number : number,
-                              ""},
-                 .title = std::string(sound.name)});
+        if (question.word == "sound" && question == requestOf(sound)) {
+            return std::string(sound.name);
         }
     }
+    return "";
 }
 
-// What there is to ask for on that system.
+// What there is to ask for on that system, group by group.
 std::vector<ReplaceableName> everyName(std::span<const std::string_view> groups, int system) {
+    std::vector<Question> questions;
+    for (std::string& app : simulator::knownArguments(*simulator::questionRowNamed("icon"))) {
+        questions.push_back({"icon", std::move(app), ""});
+    }
+    std::ranges::move(deviceRequests(), std::back_inserter(questions));
     std::vector<ReplaceableName> names;
     for (const NameGroup& group : kGroups) {
         if (std::ranges::find(groups, group.name) == groups.end()) {
             continue;
         }
-        for (const QuestionRow& row : simulator::questionRows()) {
-            if (row.firstSystem > system || groupOf(row) != group.name) {
-                continue;
-            }
-            if (group.name == kSounds) {
-                addSounds(names, row);
-            } else if (group.name == kImages) {
-                addImages(names, row);
-            } else if (group.name != kChrome) {
-                add(names, group.name, row);
-            } else {
-                for (const std::string& argument : listed(std::string(row.argument), '|')) {
-                    names.push_back(
-                        {.group = kChrome, .question = {std::string(row.word), argument, ""}});
-                }
+        for (const Question& question : questions) {
+            if (groupOf(question) == group.name &&
+                simulator::questionRowNamed(question.word)->firstSystem <= system) {
+                names.push_back(
+                    {.group = group.name, .question = question, .title = titleOf(question)});
             }
         }
     }
@@ -282,10 +264,6 @@ Result<std::vector<ReplaceableName>> replaceableNames(
     for (std::size_t i = 0; i < names.size(); ++i) {
         ReplaceableName& name = names[i];
         progress(i, names.size());
-        if (const simulator::App* const app = simulator::stockApp(name.question.argument);
-            app != nullptr && name.group == kApps) {
-            name.title = app->name;
-        }
         if (name.files.empty() || name.group == kSounds) {
             continue;
         }
