@@ -232,7 +232,7 @@ TEST_F(PageDotImages, AreImagesWithoutAView) {
     (void)ChromeImages::pageDots(true);
     (void)ChromeImages::pageDots(false);
     (void)ChromeImages::spotlightPageDot();
-    EXPECT_EQ(device.journal.count("-[UIImageView init]"), 0U);
+    EXPECT_EQ(device.journal.count("-[UIImageView init"), 0U);
     EXPECT_EQ(device.journal.count("log "), 0U);
 }
 
