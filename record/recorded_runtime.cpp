@@ -177,7 +177,7 @@ platform::AlertActionRef RecordedAlerts::actionWithTitleStyleHandler(
     const platform::NullableString& title, platform::AlertActionStyle style,
     const std::function<void()>& handler) {
     constexpr auto kMessage = messageOf("Alerts", "actionWithTitleStyleHandler");
-    return recorded(kMessage, {words(title), words(style)}, [&] {
+    return recorded(kMessage, {words(title), words(style), wordsOfBlock(handler)}, [&] {
         return real_.actionWithTitleStyleHandler(title, style,
                                                  recordedCallback<>(kMessage, handler));
     });

@@ -110,7 +110,8 @@ std::string words(const platform::FileExistence& existence) {
 }
 
 std::string words(const platform::SBIconImageInfo& info) {
-    return words(info.size) + " @" + words(info.scale) + "x";
+    return words(info.size) + " @" + words(info.scale) + "x, radius " +
+           words(info.continuousCornerRadius);
 }
 
 std::string words(const platform::OpenedCatalog& opened) {

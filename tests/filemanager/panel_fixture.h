@@ -50,7 +50,7 @@ inline const std::string kAlert =
 [[nodiscard]] inline Lines alertLines(const std::string& message,
                                       const std::string& presenter = "root") {
     return {"-[UIApplication keyWindow]", alertLine(message),
-            "+[UIAlertAction actionWithTitle:style:handler:] \"OK\" 0",
+            "+[UIAlertAction actionWithTitle:style:handler:] \"OK\" 0 set",
             "-[UIAlertController addAction:] UIAlertController UIAlertAction",
             "-[UIViewController presentViewController:animated:completion:] " + presenter +
                 " UIAlertController YES"};

@@ -28,6 +28,11 @@ TEST(RecordWords, PointsAreToldToSixDigits) {
     EXPECT_EQ(words(platform::Rect{{-1.5, 2}, {1e9, 0.25}}), "(-1.5, 2) 1e+09×0.25");
 }
 
+TEST(RecordWords, IconInfoIsToldInFull) {
+    EXPECT_EQ(words(platform::SBIconImageInfo{{60, 61.5}, 3, 13.125}),
+              "60×61.5 @3x, radius 13.125");
+}
+
 TEST(RecordWords, ModesAndPointers) {
     EXPECT_EQ(wordsOfMode(0755), "0755");
     EXPECT_EQ(wordsOfMode(07), "0007");

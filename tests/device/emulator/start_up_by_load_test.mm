@@ -10,9 +10,9 @@ namespace {
 
 class StartUpByLoad : public DeviceProcess {
   protected:
-    static std::size_t replaced() { return journalOf("MSHookMessageEx(").size(); }
+    static std::size_t replaced() { return journalOf("MSHookMessageEx ").size(); }
 
-    static std::size_t observers() { return journalOf("CFNotificationCenterAddObserver(").size(); }
+    static std::size_t observers() { return journalOf("CFNotificationCenterAddObserver ").size(); }
 };
 
 TEST_F(StartUpByLoad, IsWholeWithoutConstructorsWherePointersAreSigned) {

@@ -97,6 +97,7 @@ inline SBIcon* iconFor(const Step& step) {
 }
 
 inline NSBundle* bundleFor(const Step& step, std::size_t index) {
+    const standins::Unrecorded mine;
     return step.texts[index] == nullptr
                ? nil
                : [NSBundle bundleWithPath:stringOf(bundleFolder(step.texts[index]).c_str())];

@@ -77,38 +77,96 @@ void appendLine(std::string& transcript, const std::string& line) {
     transcript += onOneLine(withoutAddresses(line)) + "\n";
 }
 
-// Of messages, as they begin behind the sign.
-constexpr const char* kComparedClasses[] = {"[AVAudio",        "[UIAlert",
-                                            "[UIApplication ", "[UIViewController present",
-                                            "[CALayer ",       "[UIView ",
-                                            "[UIImageView ",   "[UILabel ",
-                                            "[UIFont ",        "[UIImage drawInRect:"};
+// The interfaces of the platform whose operations both sides take down, but for those below.
+constexpr std::string_view kComparedInterfaces[] = {
+    "Alerts",
+    "AlertController",
+    "Application",
+    "Audio",
+    "AudioPlayer",
+    "AudioSession",
+    "Bundles",
+    "CoreGraphics",
+    "DarwinNotificationCenter",
+    "Device",
+    "FileManager",
+    "Fonts",
+    "GraphicsContext",
+    "ImageContexts",
+    "ImageView",
+    "Images",
+    "Label",
+    "Layer",
+    "LibSystem",
+    "PropertyLists",
+    "Screen",
+    "Substrate",
+    "View",
+    "ViewController",
+    "Views",
+};
 
-// What the phone's library does not send: nil draws nothing, and nothing is drawn into nil.
-bool isDrawnByNobody(const record::Entry& entry) {
-    return (entry.message == record::messageOf("Images", "drawInRect") ||
-            entry.message == record::messageOf("Layer", "renderInContext")) &&
-           entry.arguments.front() == record::kNil;
+// What the desktop does not take down of views, as nothing comes of it, and what the phone's side
+// does not of the system.
+constexpr std::string_view kNotCompared[] = {
+    record::messageOf("Images", "applicationIconImageForBundleIdentifierFormatScale"),
+    record::messageOf("ImageView", "image"),
+    record::messageOf("Layer", "bounds"),
+    record::messageOf("LibSystem", "dispatchAfterOnMainQueue"),
+    record::messageOf("LibSystem", "homeDirectory"),
+    record::messageOf("LibSystem", "machine"),
+    record::messageOf("View", "bounds"),
+    record::messageOf("View", "frame"),
+    record::messageOf("View", "layer"),
+    record::messageOf("View", "subviews"),
+    record::messageOf("View", "tag"),
+    record::messageOf("View", "viewWithTag"),
+    record::messageOf("ViewController", "view"),
+};
+
+bool isTakenDownByBoth(std::string_view message) {
+    return std::ranges::find(kNotCompared, message) == std::end(kNotCompared) &&
+           std::ranges::any_of(record::operations(), [&](const record::Operation& operation) {
+               return operation.message == message &&
+                      std::ranges::find(kComparedInterfaces, operation.interface) !=
+                          std::end(kComparedInterfaces);
+           });
 }
 
-// Which entries both sides have: files, lines of the log, alerts, what is drawn of images, what
-// views there are, and what sounds, views and layers are told. The phone's library calls chmod and
-// mkdir as the C library has them, makes no player of data that is not there, and hands its blocks
-// to the platform as they are.
+// What the phone's library does not ask for nothing: of an image, a context, a mask or a bundle
+// that is not there nothing is made, nothing is drawn into it, and it is not loaded.
+bool isOfNothing(const record::Entry& entry) {
+    struct Operand {
+        std::string_view message;
+        std::size_t place;
+    };
+
+    constexpr Operand kOperands[] = {
+        {record::messageOf("Audio", "audioPlayerWithData"), 0},
+        {record::messageOf("Bundles", "load"), 0},
+        {record::messageOf("CoreGraphics", "imageCreateWithMask"), 0},
+        {record::messageOf("CoreGraphics", "imageCreateWithMask"), 1},
+        {record::messageOf("CoreGraphics", "imageMaskCreate"), 5},
+        {record::messageOf("Images", "drawInRect"), 0},
+        {record::messageOf("Images", "imageWithCGImage"), 0},
+        {record::messageOf("Layer", "renderInContext"), 0},
+    };
+    // The desktop takes a path of nothing for the device's root, where the phone has no file.
+    if (entry.message == record::messageOf("LibSystem", "chmod") && entry.subject.empty()) {
+        return true;
+    }
+    return std::ranges::any_of(kOperands, [&](const Operand& operand) {
+        return entry.message == operand.message &&
+               entry.arguments.at(operand.place) == record::kNil;
+    });
+}
+
+// The phone's library hands its blocks to the platform as they are.
 bool isCompared(const record::Entry& entry) {
     using record::EntryKind;
-    if (entry.kind == EntryKind::callback || isDrawnByNobody(entry)) {
-        return false;
-    }
-    if (entry.message == record::messageOf("Audio", "audioPlayerWithData") &&
-        entry.arguments == std::vector<std::string>{record::kNil}) {
-        return false;
-    }
-    return entry.kind == EntryKind::log || entry.kind == EntryKind::found ||
-           entry.kind == EntryKind::missing || entry.kind == EntryKind::unreadable ||
-           (entry.kind == EntryKind::written && entry.message.starts_with('-')) ||
-           std::any_of(std::begin(kComparedClasses), std::end(kComparedClasses),
-                       [&](const char* cls) { return entry.message.find(cls) == 1; });
+    return entry.kind == EntryKind::log ||
+           (entry.kind != EntryKind::callback && isTakenDownByBoth(entry.message) &&
+            !isOfNothing(entry));
 }
 
 // Why a file gives nothing is told by the desktop's readers alone, and a written image's bytes are
@@ -119,6 +177,19 @@ std::string shownEntry(record::Entry entry) {
     if (entry.kind == record::EntryKind::written) {
         std::erase_if(entry.arguments,
                       [](const std::string& argument) { return argument.ends_with(" bytes"); });
+    }
+    // Which classes there are is each side's own, and whether one may become another user.
+    if (entry.message == record::messageOf("Substrate", "hookMessageEx")) {
+        const std::string& last = entry.arguments.back();
+        entry.arguments = {last.substr(last.find(' ') + 1, last.find(']') - last.find(' ') - 1)};
+    }
+    if (entry.message == record::messageOf("LibSystem", "setuid") ||
+        entry.message == record::messageOf("LibSystem", "setgid")) {
+        entry.answer.clear();
+    }
+    if (entry.message == record::messageOf("Images", "pngRepresentation") &&
+        entry.answer.ends_with(" bytes")) {
+        entry.answer = "bytes";
     }
     return record::lineOf(entry);
 }

@@ -13,7 +13,8 @@ constexpr const char* kOfImage =
 constexpr const char* kGlyphBitmap = "-[CUINamedVectorGlyph image]";
 constexpr const char* kContentBitmap = "-[_UIImageContent CGImage]";
 constexpr const char* kGlyphOfContent = "-[_UIImageContent vectorGlyph]";
-constexpr const char* kWraps = "+[UIImage imageWithCGImage:]";
+// Of the platform's second answer.
+constexpr const char* kWraps = "+[UIImage imageWithCGImage:] 21×10 pixels";
 constexpr const char* kKit = "com.x.kit";
 
 class CatalogRows : public ImageRows {
@@ -68,7 +69,8 @@ const FromAsset kFromAsset[] = {
      [](id receiver, id asset) -> id {
          return [receiver UIImageWithAsset:asset configuration:nil flippedHorizontally:YES];
      },
-     "-[CUINamedVectorGlyph UIImageWithAsset: asset configuration: nil flippedHorizontally: YES]",
+     "-[CUINamedVectorGlyph UIImageWithAsset:configuration:flippedHorizontally:] receiver asset "
+     "nil YES",
      false},
     {kOfImage, [](id name) -> id { return [[CUINamedImage alloc] initWithName:name scale:2]; },
      [](id receiver, id asset) -> id {
@@ -77,8 +79,8 @@ const FromAsset kFromAsset[] = {
                        flippedHorizontally:YES
                        optionalVectorImage:nil];
      },
-     "-[CUINamedImage UIImageWithAsset: asset configuration: nil flippedHorizontally: YES "
-     "optionalVectorImage: nil]",
+     "-[CUINamedImage UIImageWithAsset:configuration:flippedHorizontally:optionalVectorImage:] "
+     "receiver asset nil YES nil",
      true},
 };
 
@@ -182,7 +184,7 @@ TEST_P(ImageOfAsset, NilAsset) {
     const id receiver = named(row.make(@"star"), "receiver");
     EXPECT_EQ(answeredBy(row.send(receiver, nil)), 1);
     // A glyph's is left to the platform.
-    EXPECT_EQ(journalOf("+[UIImage imageWithContentsOfFile:").size(),
+    EXPECT_EQ(journalOf("+[UIImage imageWithContentsOfFile:]").size(),
               row.looksInNoBundle ? 4U : 0U);
 }
 
@@ -239,7 +241,7 @@ class GlyphBitmap : public CatalogRows {
         answerBitmapsInTurn(kGlyphBitmap);
         clearJournal();
         EXPECT_EQ(answeredBy([glyph image]), 1);
-        EXPECT_EQ(taken(), (Lines{kGlyphBitmap, kGlyphBitmap}));
+        EXPECT_EQ(taken(), (Lines{sentTo("glyph", kGlyphBitmap), sentTo("glyph", kGlyphBitmap)}));
     }
 };
 
@@ -247,7 +249,8 @@ TEST_F(GlyphBitmap, IsLookedUpInTheBundleOfItsCatalog) {
     CUINamedVectorGlyph* const glyph = glyphOf(@"star", catalog);
     EXPECT_EQ(answeredBy([glyph image]), 1);
     EXPECT_EQ(taken(),
-              joined({{kGlyphBitmap, kGlyphBitmap, kWraps}, missesInBundle(kKit, "star")}));
+              joined({{sentTo("glyph", kGlyphBitmap), sentTo("glyph", kGlyphBitmap), kWraps},
+                      missesInBundle(kKit, "star")}));
 }
 
 TEST_F(GlyphBitmap, IsThatOfTheThemesImage) {
@@ -256,10 +259,11 @@ TEST_F(GlyphBitmap, IsThatOfTheThemesImage) {
     const CGImageRef bitmap = [glyph image];
     ASSERT_NE(bitmap, nullptr);
     EXPECT_EQ(CGImageGetWidth(bitmap), 7U);
-    EXPECT_EQ(taken(),
-              (Lines{kGlyphBitmap, kGlyphBitmap, kWraps, readsImage(bundleFile(kKit, "star"))}));
+    EXPECT_EQ(taken(), (Lines{sentTo("glyph", kGlyphBitmap), sentTo("glyph", kGlyphBitmap), kWraps,
+                              readsImage(bundleFile(kKit, "star"))}));
     EXPECT_EQ([glyph image], bitmap);
-    EXPECT_EQ(taken(), (Lines{kGlyphBitmap, kGlyphBitmap, kWraps}));
+    EXPECT_EQ(taken(), (Lines{sentTo("glyph", kGlyphBitmap), sentTo("glyph", kGlyphBitmap),
+                              "+[UIImage imageWithCGImage:] 23×10 pixels"}));
 }
 
 TEST_F(GlyphBitmap, LivesAsLongAsTheCallersPool) {
@@ -289,10 +293,10 @@ TEST_F(GlyphBitmap, OfNilIsLookedUpInBothPlacesAndAskedForAnew) {
     setAnswers(kGlyphBitmap, {(id)[images[0] CGImage], nil, (id)[images[2] CGImage]});
     CUINamedVectorGlyph* const glyph = glyphOf(@"star", catalog);
     EXPECT_EQ(answeredBy([glyph image]), 2);
-    EXPECT_EQ(taken(), joined({{kGlyphBitmap, kGlyphBitmap},
+    EXPECT_EQ(taken(), joined({{sentTo("glyph", kGlyphBitmap), sentTo("glyph", kGlyphBitmap)},
                                missesInBundle(kKit, "star"),
                                missesLoose("star"),
-                               {kGlyphBitmap}}));
+                               {sentTo("glyph", kGlyphBitmap)}}));
     setAnswer(kGlyphBitmap, static_cast<id>(nil));
     EXPECT_EQ([glyph image], nullptr);
     themePng(looseFile("star"), 8);
@@ -330,7 +334,7 @@ TEST_F(GlyphBitmap, OfAClassWithoutACatalogIsThePlatforms) {
     answerBitmapsInTurn("-[PlainGlyph image]");
     clearJournal();
     EXPECT_EQ(answeredBy([static_cast<CUINamedVectorGlyph*>(glyph) image]), 1);
-    EXPECT_EQ(taken(), (Lines{"-[PlainGlyph image]", "-[PlainGlyph image]"}));
+    EXPECT_EQ(taken(), (Lines{"-[PlainGlyph image] PlainGlyph", "-[PlainGlyph image] PlainGlyph"}));
 }
 
 // --- The bitmap of an image's content
@@ -355,8 +359,10 @@ class ContentBitmap : public CatalogRows {
 TEST_F(ContentBitmap, IsLookedUpAmongTheLooseImagesAndCountsAsFound) {
     EXPECT_FALSE(found());
     EXPECT_EQ(answeredBy([content CGImage]), 1);
-    EXPECT_EQ(taken(), joined({{kContentBitmap, kContentBitmap, kGlyphOfContent, kWraps},
-                               missesLoose("star")}));
+    EXPECT_EQ(taken(),
+              joined({{sentTo("content", kContentBitmap), sentTo("content", kContentBitmap),
+                       sentTo("content", kGlyphOfContent), kWraps},
+                      missesLoose("star")}));
     EXPECT_TRUE(found());
 }
 
@@ -366,8 +372,9 @@ TEST_F(ContentBitmap, IsThatOfTheThemesImage) {
     ASSERT_NE(bitmap, nullptr);
     EXPECT_EQ(CGImageGetWidth(bitmap), 7U);
     EXPECT_TRUE(found());
-    EXPECT_EQ(taken(), (Lines{kContentBitmap, kContentBitmap, kGlyphOfContent, kWraps,
-                              readsImage(looseFile("star"))}));
+    EXPECT_EQ(taken(),
+              (Lines{sentTo("content", kContentBitmap), sentTo("content", kContentBitmap),
+                     sentTo("content", kGlyphOfContent), kWraps, readsImage(looseFile("star"))}));
     found() = false;
     EXPECT_EQ([content CGImage], bitmap);
     EXPECT_TRUE(found());
@@ -379,7 +386,8 @@ TEST_F(ContentBitmap, FlagStaysWhereNothingIsLookedUp) {
         found() = before;
         answerBitmapsInTurn(kContentBitmap);
         EXPECT_EQ(answeredBy([content CGImage]), 1);
-        EXPECT_EQ(taken(), (Lines{kContentBitmap, kContentBitmap}));
+        EXPECT_EQ(taken(),
+                  (Lines{sentTo("content", kContentBitmap), sentTo("content", kContentBitmap)}));
         EXPECT_EQ(found(), before);
         settings({"A"}, {"enable", "enableLogging"});
         for (CUINamedVectorGlyph* const glyph :
@@ -387,8 +395,10 @@ TEST_F(ContentBitmap, FlagStaysWhereNothingIsLookedUp) {
             answerBitmapsInTurn(kContentBitmap);
             clearJournal();
             EXPECT_EQ(answeredBy([contentOf(glyph) CGImage]), 2);
-            EXPECT_EQ(taken(),
-                      (Lines{kContentBitmap, kContentBitmap, kGlyphOfContent, kContentBitmap}));
+            EXPECT_EQ(
+                taken(),
+                (Lines{sentTo("content", kContentBitmap), sentTo("content", kContentBitmap),
+                       sentTo("content", kGlyphOfContent), sentTo("content", kContentBitmap)}));
             EXPECT_EQ(found(), before);
         }
     }
@@ -398,7 +408,9 @@ TEST_F(ContentBitmap, NilOfThePlatformIsANewAnswer) {
     themePng(looseFile("star"));
     setAnswers(kContentBitmap, {(id)[images[0] CGImage], nil, (id)[images[2] CGImage]});
     EXPECT_EQ(answeredBy([content CGImage]), 2);
-    EXPECT_EQ(taken(), (Lines{kContentBitmap, kContentBitmap, kGlyphOfContent, kContentBitmap}));
+    EXPECT_EQ(taken(),
+              (Lines{sentTo("content", kContentBitmap), sentTo("content", kContentBitmap),
+                     sentTo("content", kGlyphOfContent), sentTo("content", kContentBitmap)}));
     setAnswer(kContentBitmap, static_cast<id>(nil));
     EXPECT_EQ([content CGImage], nullptr);
 }

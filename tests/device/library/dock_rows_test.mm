@@ -32,8 +32,9 @@ class DockPlatter : public ReplacedMethods {
 TEST_F(DockPlatter, LosesItsBackgroundAndThenItsShadow) {
     settings({"A"}, {"enable", "removeDock"});
     layout();
-    EXPECT_EQ(taken(), (Lines{kPlatterLayout, "-[UIView removeFromSuperview]",
-                              "-[UIImageView removeFromSuperview]"}));
+    EXPECT_EQ(taken(),
+              (Lines{sentTo("platter", kPlatterLayout), "-[UIView removeFromSuperview] background",
+                     "-[UIView removeFromSuperview] shadow"}));
     ASSERT_EQ([platter->_subviews count], 1U);
     EXPECT_EQ(address([platter->_subviews objectAtIndex:0]), address(other));
     EXPECT_EQ(logLines(), Lines{});
@@ -43,7 +44,7 @@ TEST_F(DockPlatter, StaysUnlessBothSwitchesAreOn) {
     for (const auto& switches : kDockStays) {
         settings({"A"}, switches);
         layout();
-        EXPECT_EQ(taken(), Lines{kPlatterLayout});
+        EXPECT_EQ(taken(), Lines{sentTo("platter", kPlatterLayout)});
     }
     EXPECT_EQ([platter->_subviews count], 3U);
 }
@@ -52,11 +53,12 @@ TEST_F(DockPlatter, WhatIsNoViewIsLeftAlone) {
     settings({"A"}, {"enable", "removeDock"});
     setVariable(platter, "_backgroundView", nil);
     layout();
-    EXPECT_EQ(taken(), (Lines{kPlatterLayout, "-[UIImageView removeFromSuperview]"}));
+    EXPECT_EQ(taken(),
+              (Lines{sentTo("platter", kPlatterLayout), "-[UIView removeFromSuperview] shadow"}));
     setVariable(platter, "_backgroundView", @"background");
     setVariable(platter, "_shadowView", [NSArray array]);
     layout();
-    EXPECT_EQ(taken(), Lines{kPlatterLayout});
+    EXPECT_EQ(taken(), Lines{sentTo("platter", kPlatterLayout)});
 }
 
 // A key that an object lacks is the platform's own error.
@@ -73,7 +75,7 @@ TEST_F(DockPlatter, WithoutTheVariablesRaisesWhatThePlatformRaises) {
         NSException* const raised = thrownBy([view] { [view layoutSubviews]; });
         EXPECT_EQ(textOf([raised name]), "NSUnknownKeyException");
         EXPECT_NE(textOf([raised reason]).find(missing), std::string::npos);
-        EXPECT_EQ(taken(), Lines{"-[SBPlainPlatterView layoutSubviews]"});
+        EXPECT_EQ(taken(), Lines{"-[SBPlainPlatterView layoutSubviews] SBPlainPlatterView"});
         EXPECT_EQ(logLines(), Lines{});
     }
     EXPECT_EQ(leftBy([view] { EXPECT_NE(thrownBy([view] { [view layoutSubviews]; }), nil); }),
@@ -81,8 +83,9 @@ TEST_F(DockPlatter, WithoutTheVariablesRaisesWhatThePlatformRaises) {
     // Others are as before.
     clearJournal();
     layout();
-    EXPECT_EQ(taken(), (Lines{kPlatterLayout, "-[UIView removeFromSuperview]",
-                              "-[UIImageView removeFromSuperview]"}));
+    EXPECT_EQ(taken(),
+              (Lines{sentTo("platter", kPlatterLayout), "-[UIView removeFromSuperview] background",
+                     "-[UIView removeFromSuperview] shadow"}));
 }
 
 TEST_F(DockPlatter, LeavesNothingBehindAndPassesExceptionsOn) {
@@ -130,7 +133,7 @@ TEST_F(DockIcons, WithThemingOffAreThePlatformsSecondList) {
          {static_cast<id>(second), static_cast<id>(nil), static_cast<id>(@"no list")}) {
         setAnswers(kList, {first, answer, third});
         EXPECT_EQ(address([dock userIconListView]), address(answer));
-        EXPECT_EQ(taken(), (Lines{kList, kList}));
+        EXPECT_EQ(taken(), (Lines{sentTo("dock", kList), sentTo("dock", kList)}));
     }
 }
 
@@ -138,11 +141,13 @@ TEST_F(DockIcons, OfTheSecondListAreAskedForAndTheThirdIsReturned) {
     settings({"A"}, {"enable"});
     setAnswers(kList, {first, second, third, first});
     EXPECT_EQ(address([dock userIconListView]), address(third));
-    EXPECT_EQ(taken(), (Lines{kList, kList, "-[SBIconListView icons]", "-[SBIcon uniqueIdentifier]",
-                              "-[SBIcon uniqueIdentifier]", kList}));
+    EXPECT_EQ(taken(), (Lines{sentTo("dock", kList), sentTo("dock", kList),
+                              "-[SBIconListView icons] list", "-[SBIcon uniqueIdentifier] icon",
+                              "-[SBIcon uniqueIdentifier] icon", sentTo("dock", kList)}));
     setAnswers(kList, {first, nil, third, first});
     EXPECT_EQ(address([dock userIconListView]), address(third));
-    EXPECT_EQ(taken(), (Lines{kList, kList, kList}));
+    EXPECT_EQ(taken(),
+              (Lines{sentTo("dock", kList), sentTo("dock", kList), sentTo("dock", kList)}));
 }
 
 TEST_F(DockIcons, WhatIsNoIconIsPassedOver) {
@@ -177,7 +182,7 @@ TEST_F(DockDivider, IsThePlatformsSecondAnswerUnlessTheDockIsRemoved) {
              {static_cast<id>(third), static_cast<id>(nil), static_cast<id>(@"no view")}) {
             setAnswers(kDivider, {first, answer, second});
             EXPECT_EQ(address([dock dividerView]), address(answer));
-            EXPECT_EQ(taken(), (Lines{kDivider, kDivider}));
+            EXPECT_EQ(taken(), (Lines{sentTo("dock", kDivider), sentTo("dock", kDivider)}));
         }
     }
     EXPECT_EQ([dock->_subviews count], 1U);
@@ -188,15 +193,15 @@ TEST_F(DockDivider, IsNilAndTheThemesDockLiesBehindAllElse) {
     settings({"A"}, {"enable", "removeDock"});
     setAnswer(kDivider, first);
     EXPECT_EQ(address([dock dividerView]), nullptr);
-    EXPECT_EQ(
-        taken(),
-        joined({{kDivider, "-[SBFloatingDockView backgroundView]", "-[UIView frame]",
-                 "+[UIScreen mainScreen]", "-[UIScreen bounds]", "-[UIImageView init]",
-                 "-[UIImageView setFrame: {{0, 10}, {1024, 84}}]"},
-                asksForIdiom(),
-                {readsImage("A/Velmoranth/SBDockBGipad.png"), "-[UIImageView setImage: <UIImage>]",
-                 "-[UIImageView image]", "-[UIImageView image]",
-                 "-[SBFloatingDockView insertSubview: <UIImageView> atIndex: 0]"}}));
+    EXPECT_EQ(taken(),
+              joined({{sentTo("dock", kDivider), "-[SBFloatingDockView backgroundView] dock",
+                       "-[UIView frame] background", "+[UIScreen mainScreen]", "-[UIScreen bounds]",
+                       "-[UIImageView init]", "-[UIView setFrame:] UIImageView (0, 10) 1024×84"},
+                      asksForIdiom(),
+                      {readsImage("A/Velmoranth/SBDockBGipad.png"),
+                       "-[UIImageView setImage:] UIImageView 6×6 @1x",
+                       "-[UIImageView image] UIImageView", "-[UIImageView image] UIImageView",
+                       "-[UIView insertSubview:atIndex:] dock UIImageView 0"}}));
     ASSERT_EQ([dock->_subviews count], 2U);
     UIImageView* const picture = [dock->_subviews objectAtIndex:0];
     EXPECT_EQ(pathOf(picture->_image), "/Library/Themes/A/Velmoranth/SBDockBGipad.png");
@@ -205,7 +210,7 @@ TEST_F(DockDivider, IsNilAndTheThemesDockLiesBehindAllElse) {
     setVariable(rebuilt, "_backgroundView", background);
     clearJournal();
     EXPECT_EQ(address([rebuilt dividerView]), nullptr);
-    EXPECT_EQ(taken(), Lines{kDivider});
+    EXPECT_EQ(taken(), Lines{sentTo("rebuilt", kDivider)});
 }
 
 TEST_F(DockDivider, WaitsForABackgroundWithAHeight) {
@@ -222,7 +227,7 @@ TEST_F(DockDivider, WaitsForABackgroundWithAHeight) {
     setVariable(dock, "_backgroundView", background);
     EXPECT_EQ(address([dock dividerView]), nullptr);
     ASSERT_EQ([dock->_subviews count], 2U);
-    EXPECT_EQ(shown([[dock->_subviews objectAtIndex:0] frame]), "{{0, 10}, {1024, 0.5}}");
+    EXPECT_EQ(wordsOf([[dock->_subviews objectAtIndex:0] frame]), "(0, 10) 1024×0.5");
 }
 
 TEST_F(DockDivider, LeavesNothingBehindAndPassesExceptionsOn) {

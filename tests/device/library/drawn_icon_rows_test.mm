@@ -27,7 +27,7 @@ class CalendarIcon : public ImageRows {
     }
 
     SBCalendarApplicationIcon* icon = named([[SBCalendarApplicationIcon alloc] init], "icon");
-    const std::string line = callLine(kCalendar, {shown(kInfo)});
+    const std::string line = sentTo("icon", kCalendar, {wordsOf(kInfo)});
     Call call = [this] { [icon generateIconImageWithInfo:kInfo]; };
 };
 
@@ -38,7 +38,7 @@ TEST_F(CalendarIcon, IsPutTogetherOfTheBackgroundAndTwoLabels) {
               "TextXoffset = 2; TextYoffset = 3; }; }");
     clearJournal();
     UIImage* const image = [icon generateIconImageWithInfo:kInfo];
-    EXPECT_EQ(shown([image size]), "{60.5, 61.5}");  // whole pixels at the screen's scale
+    EXPECT_EQ(wordsOf([image size]), "60.5×61.5");  // whole pixels at the screen's scale
     EXPECT_EQ(answeredBy(image), -1);
     const Lines lines = taken();
     EXPECT_EQ(lines.front(), line);
@@ -48,12 +48,12 @@ TEST_F(CalendarIcon, IsPutTogetherOfTheBackgroundAndTwoLabels) {
     };
     EXPECT_EQ(has(line), 1);
     EXPECT_EQ(has(readsImage(iconFile("com.apple.mobilecal"))), 1);
-    EXPECT_EQ(has("+[UIFont fontWithName: Own-Font size: 20.5]"), 1);
-    EXPECT_EQ(has("-[UILabel setText:"), 2);
-    EXPECT_EQ(has("-[UIView insertSubview: <UIImageView> atIndex: 0]"), 1);
-    EXPECT_EQ(has("-[UIView insertSubview: <UILabel> atIndex: 2]"), 1);
-    EXPECT_EQ(has("-[UIView insertSubview: <UILabel> atIndex: 1]"), 1);
-    EXPECT_EQ(has("-[CALayer renderInContext:"), 1);
+    EXPECT_EQ(has("+[UIFont fontWithName:size:] \"Own-Font\" 20.5"), 1);
+    EXPECT_EQ(has("-[UILabel setText:] "), 2);
+    EXPECT_EQ(has("-[UIView insertSubview:atIndex:] UIView UIImageView 0"), 1);
+    EXPECT_EQ(has("-[UIView insertSubview:atIndex:] UIView UILabel 2"), 1);
+    EXPECT_EQ(has("-[UIView insertSubview:atIndex:] UIView UILabel 1"), 1);
+    EXPECT_EQ(has("-[CALayer renderInContext:] "), 1);
 }
 
 TEST_F(CalendarIcon, IsNeverKept) {
@@ -68,7 +68,7 @@ TEST_F(CalendarIcon, WithoutBackgroundIsWhite) {
     infoPlist("{ }");
     [icon generateIconImageWithInfo:kInfo];
     EXPECT_EQ(journalOf("+[UIColor whiteColor]").size(), 1U);
-    EXPECT_EQ(journalOf("+[UIImage imageWithContentsOfFile:").size(), 0U);
+    EXPECT_EQ(journalOf("+[UIImage imageWithContentsOfFile:]").size(), 0U);
 }
 
 TEST_F(CalendarIcon, SettingsOfAnyKindHarmNothing) {
@@ -90,8 +90,8 @@ TEST_F(CalendarIcon, ColoursOfTheThemeAreMadeOfTheirText) {
               "CalendarIconDaySettings = { TextColor = \"0x000000\"; }; }");
     clearJournal();
     [icon generateIconImageWithInfo:kInfo];
-    EXPECT_EQ(journalOf("+[UIColor colorWithRed: 1 green: 1 blue: 1 alpha: 1]").size(), 1U);
-    EXPECT_EQ(journalOf("+[UIColor colorWithRed: 0 green: 0 blue: 0 alpha: 1]").size(), 2U);
+    EXPECT_EQ(journalOf("+[UIColor colorWithRed:green:blue:alpha:] 1 1 1 1").size(), 1U);
+    EXPECT_EQ(journalOf("+[UIColor colorWithRed:green:blue:alpha:] 0 0 0 1").size(), 2U);
     EXPECT_EQ(journalOf("+[UIColor whiteColor]"), Lines{});
     EXPECT_EQ(journalOf("+[UIColor blackColor]"), Lines{});
 }
@@ -116,10 +116,12 @@ TEST_F(CalendarIcon, ShowsTodayWhateverCalendarTheUserHas) {
     [weekday setDateFormat:@"EEEE"];
     const auto texts = [&](NSDate* date) {
         const NSInteger day = [[gregorian components:NSCalendarUnitDay fromDate:date] day];
-        return Lines{"-[UILabel setText: \"" + std::to_string(day) + "\"]",
-                     "-[UILabel setText: \"" + textOf([weekday stringFromDate:date]) + "\"]"};
+        return Lines {
+            "-[UILabel setText:] UILabel " + wordsOf([@(day) stringValue]),
+                "-[UILabel setText:] UILabel " + wordsOf([weekday stringFromDate:date])
+        };
     };
-    const Lines shownTexts = journalOf("-[UILabel setText:");
+    const Lines shownTexts = journalOf("-[UILabel setText:] ");
     // Midnight may have come in between.
     EXPECT_TRUE(shownTexts == texts(before) || shownTexts == texts(after))
         << testing::PrintToString(shownTexts);
@@ -174,7 +176,7 @@ class ClockIcon : public ImageRows {
     }
 
     static std::string line(const char* masks) {
-        return callLine(kClock, {"\"Clock\"", shown(kInfo), masks});
+        return sentToClass(kClock, {"\"Clock\"", wordsOf(kInfo), masks});
     }
 };
 

@@ -65,7 +65,7 @@ TEST_F(FileManagerByMessage, RenamesFromTheFirstToTheSecond) {
     EXPECT_TRUE([class_ renameFileFrom:@"/Library/a" to:@"/Library/b"]);
     EXPECT_EQ(contents("/Library/b"), "x");
     EXPECT_FALSE(exists("/Library/a"));
-    EXPECT_EQ(journalOf("set"), (Lines{"setuid(0)", "setgid(0)"}));
+    EXPECT_EQ(journalOf("set"), (Lines{"setuid 0", "setgid 0"}));
     EXPECT_FALSE([class_ renameFileFrom:@"/Library/a" to:@"/Library/b"]);
     EXPECT_NE(alert(), "");
     EXPECT_FALSE([class_ renameFileFrom:nil to:nil]);
@@ -106,7 +106,7 @@ TEST_F(FileManagerByMessage, ShowsTheImageForAWhile) {
     ASSERT_EQ([[controller_->_view subviews] count], 1U);
     UIImageView* const shownView = [[controller_->_view subviews] objectAtIndex:0];
     EXPECT_EQ([[shownView image] size].width, 17);
-    EXPECT_EQ(shown([shownView frame]), "{{160, 260}, {200, 200}}");
+    EXPECT_EQ(wordsOf([shownView frame]), "(160, 260) 200×200");
     advanceClock(0.59);
     EXPECT_EQ([[controller_->_view subviews] count], 1U);
     advanceClock(0.02);

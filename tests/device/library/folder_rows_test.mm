@@ -5,7 +5,8 @@ namespace velmoranth::standins::folder_rows_test {
 namespace {
 
 constexpr const char* kInit = "-[SBFolderIconImageView initWithFrame:]";
-constexpr const char* kInitCall = "-[SBFolderIconImageView initWithFrame: {{1, 2}, {60, 61}}]";
+constexpr const char* kInitCall =
+    "-[SBFolderIconImageView initWithFrame:] SBFolderIconImageView (1, 2) 60×61";
 constexpr const char* kLayout = "-[SBFolderIconImageView layoutSubviews]";
 constexpr CGRect kFrame{{1, 2}, {60, 61}};
 
@@ -14,10 +15,11 @@ Lines makesPicture() {
     return joined(
         {{"-[UIImageView init]"},
          asksForIdiom(),
-         {"-[UIImageView setFrame: {{0, 0}, {60, 60}}]", "+[UIColor clearColor]",
-          "-[UIImageView setBackgroundColor: <UIColor>]", readsImage("A/Velmoranth/Folder.png"),
-          "-[UIImageView setImage: <UIImage>]", "-[UIImageView image]", "-[UIImageView image]",
-          "-[UIImageView image]", "-[UIImageView setTag: 2322]"}});
+         {"-[UIView setFrame:] UIImageView (0, 0) 60×60", "+[UIColor clearColor]",
+          "-[UIView setBackgroundColor:] UIImageView #00000000",
+          readsImage("A/Velmoranth/Folder.png"), "-[UIImageView setImage:] UIImageView 6×6 @1x",
+          "-[UIImageView image] UIImageView", "-[UIImageView image] UIImageView",
+          "-[UIImageView image] UIImageView", "-[UIView setTag:] UIImageView 2322"}});
 }
 
 class FolderIconInitialiser : public ReplacedMethods {
@@ -57,11 +59,13 @@ TEST_F(FolderIconInitialiser, PutsThePictureBehindEverythingAndTagsBoth) {
     }
     EXPECT_EQ(address(result), address(made));
     EXPECT_EQ([result retainCount], 1U);
-    EXPECT_EQ(taken(), joined({{kInitCall},
-                               makesPicture(),
-                               {"-[SBFolderIconImageView insertSubview: <UIImageView> atIndex: 0]",
-                                "-[UIImageView setAlpha: 1]", "-[UIImageView setTag: 1105]",
-                                "-[SBFolderIconImageView setTag: 329]"}}));
+    EXPECT_EQ(taken(),
+              joined({{kInitCall},
+                      makesPicture(),
+                      {"-[UIView insertSubview:atIndex:] SBFolderIconImageView UIImageView #2322 0",
+                       "-[UIView setAlpha:] UIImageView #2322 1",
+                       "-[UIView setTag:] UIImageView #2322 1105",
+                       "-[UIView setTag:] SBFolderIconImageView 329"}}));
     ASSERT_EQ([result->_subviews count], 1U);
     UIImageView* const picture = [result->_subviews objectAtIndex:0];
     EXPECT_EQ(pathOf(picture->_image), "/Library/Themes/A/Velmoranth/Folder.png");
@@ -128,15 +132,16 @@ class FolderIconLayout : public ReplacedMethods {
     };
 };
 
-const Lines kHidesPlate{kLayout, "-[UIView layer]", "-[CALayer setOpacity: 0]",
-                        "-[SBFolderIconImageView isAnimating]"};
+const Lines kHidesPlate{sentTo("folder", kLayout), "-[UIView layer] plate",
+                        "-[CALayer setOpacity:] plate 0",
+                        "-[SBFolderIconImageView isAnimating] folder"};
 
 TEST_F(FolderIconLayout, WithThemingOffIsThePlatforms) {
     settings({"A"}, {"enableLogging", "removeFolderBG"});
     for (const double isAnimating : {0, 1}) {
         setAnswer("-[SBFolderIconImageView isAnimating]", isAnimating);
         [folder layoutSubviews];
-        EXPECT_EQ(taken(), Lines{kLayout});
+        EXPECT_EQ(taken(), Lines{sentTo("folder", kLayout)});
     }
     EXPECT_EQ(plate->_layer->_opacity, 1);
 }
@@ -144,19 +149,19 @@ TEST_F(FolderIconLayout, WithThemingOffIsThePlatforms) {
 TEST_F(FolderIconLayout, PutsThePictureBehindEverythingOnce) {
     settings({"A"}, {"enable"});
     [folder layoutSubviews];
-    EXPECT_EQ(taken(),
-              joined({kHidesPlate,
-                      {"-[SBFolderIconImageView tag]"},
-                      makesPicture(),
-                      {"-[SBFolderIconImageView insertSubview: <UIImageView> atIndex: 0]",
-                       "-[UIImageView setAlpha: 1]", "-[SBFolderIconImageView setTag: 329]"}}));
+    EXPECT_EQ(taken(), joined({kHidesPlate,
+                               {"-[UIView tag] folder"},
+                               makesPicture(),
+                               {"-[UIView insertSubview:atIndex:] folder UIImageView #2322 0",
+                                "-[UIView setAlpha:] UIImageView #2322 1",
+                                "-[UIView setTag:] folder 329"}}));
     EXPECT_EQ(plate->_layer->_opacity, 0);
     ASSERT_EQ([folder->_subviews count], 2U);
     UIImageView* const picture = [folder->_subviews objectAtIndex:0];
     EXPECT_EQ(pathOf(picture->_image), "/Library/Themes/A/Velmoranth/Folder.png");
     EXPECT_EQ(picture->_tag, 2322);
     [folder layoutSubviews];
-    EXPECT_EQ(taken(), joined({kHidesPlate, {"-[SBFolderIconImageView tag]"}}));
+    EXPECT_EQ(taken(), joined({kHidesPlate, {"-[UIView tag] folder"}}));
     EXPECT_EQ([folder->_subviews count], 2U);
 }
 
@@ -169,9 +174,9 @@ TEST_F(FolderIconLayout, AnimatingLosesItsImageViewsEachAskedTwice) {
     clearJournal();
     [folder layoutSubviews];
     EXPECT_EQ(taken(), joined({kHidesPlate,
-                               {"-[SBFolderIconImageView tag]", "-[SBFolderIconImageView subviews]",
-                                "-[UIImageView removeFromSuperview]",
-                                "-[UIImageView removeFromSuperview]"}}));
+                               {"-[UIView tag] folder", "-[UIView subviews] folder",
+                                "-[UIView removeFromSuperview] image",
+                                "-[UIView removeFromSuperview] image"}}));
     ASSERT_EQ([folder->_subviews count], 2U);
     EXPECT_EQ(address([folder->_subviews objectAtIndex:0]), address(grid));
     // Without the tag all stay.
@@ -179,7 +184,7 @@ TEST_F(FolderIconLayout, AnimatingLosesItsImageViewsEachAskedTwice) {
     [folder addSubview:named([[UIImageView alloc] init], "image")];
     clearJournal();
     [folder layoutSubviews];
-    EXPECT_EQ(taken(), joined({kHidesPlate, {"-[SBFolderIconImageView tag]"}}));
+    EXPECT_EQ(taken(), joined({kHidesPlate, {"-[UIView tag] folder"}}));
     EXPECT_EQ([folder->_subviews count], 3U);
 }
 
@@ -190,8 +195,9 @@ TEST_F(FolderIconLayout, PlateThatIsNoViewIsLeftAlone) {
         setVariable(folder, "_backgroundView", other);
         clearJournal();
         [folder layoutSubviews];
-        EXPECT_EQ(taken(), (Lines{kLayout, "-[SBFolderIconImageView isAnimating]",
-                                  "-[SBFolderIconImageView tag]"}));
+        EXPECT_EQ(taken(),
+                  (Lines{sentTo("folder", kLayout), "-[SBFolderIconImageView isAnimating] folder",
+                         "-[UIView tag] folder"}));
     }
 }
 
@@ -216,8 +222,8 @@ TEST_F(FolderIconLayout, ClassWithoutThatVariableIsLeftAlone) {
     [view layoutSubviews];
     const Lines messages = taken();
     ASSERT_GT(messages.size(), 2U);
-    EXPECT_EQ(messages[0], "-[SBOtherFolderView layoutSubviews]");
-    EXPECT_EQ(messages[1], "-[SBOtherFolderView isAnimating]");
+    EXPECT_EQ(messages[0], "-[SBOtherFolderView layoutSubviews] SBOtherFolderView");
+    EXPECT_EQ(messages[1], "-[SBOtherFolderView isAnimating] SBOtherFolderView");
     EXPECT_EQ([view->_subviews count], 1U);
     // A class without that message is not sent it, and is laid out as one at rest.
     UIView* const silent = [[[plain alloc] init] autorelease];
@@ -242,11 +248,11 @@ TEST_F(FolderIconLayout, LeavesNothingBehindAndPassesExceptionsOn) {
     setAnswer("-[SBFolderIconImageView isAnimating]", 1.0);
     expectNothingLeft(animate);
     expectExceptionsToPass(kLayout, animate);
-    expectExceptionsToPass("-[SBFolderIconImageView subviews]", animate);
+    expectExceptionsToPass("-[UIView subviews]", animate);
 }
 
 constexpr const char* kCell = "-[SBFolderIconImageCache gridCellImageForIcon:]";
-constexpr const char* kCellCall = "-[SBFolderIconImageCache gridCellImageForIcon: icon]";
+constexpr const char* kCellCall = "-[SBFolderIconImageCache gridCellImageForIcon:] cache icon";
 constexpr const char* kNode = "-[SBIcon nodeIdentifier]";
 constexpr const char* kFile = "A/IconBundles/com.node-large.png";
 
@@ -275,7 +281,7 @@ TEST_F(Miniatures, WithThemingOffAreThePlatformsSecondImage) {
     clearJournal();
     setAnswers(kCell, {first, second});
     EXPECT_EQ(address([cache gridCellImageForIcon:stranger]), address(second));
-    const Lines call{"-[SBFolderIconImageCache gridCellImageForIcon: stranger]"};
+    const Lines call{"-[SBFolderIconImageCache gridCellImageForIcon:] cache stranger"};
     EXPECT_EQ(taken(), joined({call, call}));
 }
 
@@ -283,7 +289,7 @@ TEST_F(Miniatures, NilIconIsThePlatforms) {
     settings({"A"}, {"enable"});
     setAnswers(kCell, {first, second, third});
     EXPECT_EQ(address([cache gridCellImageForIcon:nil]), address(second));
-    const Lines call{"-[SBFolderIconImageCache gridCellImageForIcon: nil]"};
+    const Lines call{"-[SBFolderIconImageCache gridCellImageForIcon:] cache nil"};
     EXPECT_EQ(taken(), joined({call, call}));
 }
 
@@ -294,7 +300,7 @@ TEST_F(Miniatures, AreTheThemesEachTimeAnew) {
     for (int time = 0; time < 2; ++time) {
         UIImage* const image = [cache gridCellImageForIcon:icon];
         EXPECT_EQ(pathOf(image), "/Library/Themes/" + std::string(kFile));
-        EXPECT_EQ(taken(), (Lines{kCellCall, kNode, kCellCall, readsImage(kFile)}));
+        EXPECT_EQ(taken(), (Lines{kCellCall, sentTo("icon", kNode), kCellCall, readsImage(kFile)}));
     }
 }
 
@@ -302,19 +308,21 @@ TEST_F(Miniatures, WithoutAFileAreThePlatformsSecondImage) {
     settings({"A"}, {"enable"});
     setAnswers(kCell, {first, second, third});
     EXPECT_EQ(address([cache gridCellImageForIcon:icon]), address(second));
-    EXPECT_EQ(taken(), (Lines{kCellCall, kNode, kCellCall}));
+    EXPECT_EQ(taken(), (Lines{kCellCall, sentTo("icon", kNode), kCellCall}));
     // An unreadable file: the third.
     file("/Library/Themes/" + std::string(kFile), "no picture");
     setAnswers(kCell, {first, second, third});
     EXPECT_EQ(address([cache gridCellImageForIcon:icon]), address(third));
-    EXPECT_EQ(taken(), (Lines{kCellCall, kNode, kCellCall, readsImage(kFile), kCellCall}));
+    EXPECT_EQ(taken(),
+              (Lines{kCellCall, sentTo("icon", kNode), kCellCall, readsImage(kFile), kCellCall}));
 }
 
 TEST_F(Miniatures, AreLoggedWithAFreshImage) {
     settings({"A"}, {"enable", "enableLogging"});
     setAnswers(kCell, {first, second, third, first});
     EXPECT_EQ(address([cache gridCellImageForIcon:icon]), address(third));
-    EXPECT_EQ(taken(), (Lines{kCellCall, kCellCall, kNode, kNode, kCellCall}));
+    EXPECT_EQ(taken(), (Lines{kCellCall, kCellCall, sentTo("icon", kNode), sentTo("icon", kNode),
+                              kCellCall}));
     EXPECT_EQ(logLines().front(),
               "VELMORANTH MainIcons, " + describe(second) + "  With Identifier: com.node");
 }

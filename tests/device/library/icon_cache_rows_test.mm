@@ -10,9 +10,9 @@ constexpr const char* kApplication =
     "+[UIImage _applicationIconImageForBundleIdentifier:format:scale:]";
 constexpr const char* kLeafIcon = "-[SBApplicationIcon getUnmaskedIconImage:]";
 constexpr const char* kNode = "-[SBIcon nodeIdentifier]";
-constexpr const char* kLeaf = "-[SBApplicationIcon leafIdentifier]";
-constexpr const char* kImageCall = "-[SBHIconImageCache imageForIcon: icon]";
-constexpr const char* kUnmaskedCall = "-[SBHIconImageCache unmaskedImageForIcon: icon]";
+constexpr const char* kLeaf = "-[SBIcon leafIdentifier]";
+constexpr const char* kImageCall = "-[SBHIconImageCache imageForIcon:] cache icon";
+constexpr const char* kUnmaskedCall = "-[SBHIconImageCache unmaskedImageForIcon:] cache icon";
 
 class IconCache : public ImageRows {
   protected:
@@ -30,18 +30,19 @@ TEST_F(IconCache, KeepsTheThemesImageForBothUntilTheThemeChanges) {
     themePng(iconFile("com.a"));
     UIImage* const image = [cache imageForIcon:icon];
     EXPECT_EQ(pathOf(image), themePath(iconFile("com.a")));
-    EXPECT_EQ(taken(),
-              (Lines{kImageCall, kImageCall, kNode, kImageCall, readsImage(iconFile("com.a"))}));
+    EXPECT_EQ(taken(), (Lines{kImageCall, kImageCall, sentTo("icon", kNode), kImageCall,
+                              readsImage(iconFile("com.a"))}));
     EXPECT_EQ(address([cache imageForIcon:icon]), address(image));
-    EXPECT_EQ(taken(), (Lines{kImageCall, kImageCall, kNode}));
+    EXPECT_EQ(taken(), (Lines{kImageCall, kImageCall, sentTo("icon", kNode)}));
     EXPECT_EQ(address([cache unmaskedImageForIcon:icon]), address(image));
-    EXPECT_EQ(taken(), (Lines{kUnmaskedCall, kNode}));
+    EXPECT_EQ(taken(), (Lines{kUnmaskedCall, sentTo("icon", kNode)}));
     changeTheme();
     clearJournal();
     UIImage* const anew = [cache unmaskedImageForIcon:icon];
     EXPECT_NE(address(anew), address(image));
     EXPECT_EQ(pathOf(anew), themePath(iconFile("com.a")));
-    EXPECT_EQ(taken(), (Lines{kUnmaskedCall, kNode, kUnmaskedCall, readsImage(iconFile("com.a"))}));
+    EXPECT_EQ(taken(), (Lines{kUnmaskedCall, sentTo("icon", kNode), kUnmaskedCall,
+                              readsImage(iconFile("com.a"))}));
     settings({"A"}, {});
     EXPECT_GE(answeredBy([cache imageForIcon:icon]), 1);
 }
@@ -93,8 +94,8 @@ TEST_F(IconCache, NilAnswerPassesThroughExceptUnmasked) {
 TEST_F(IconCache, NilIconAndNilIdentifierAreNotKept) {
     EXPECT_EQ(answeredBy([cache imageForIcon:nil]), 2);
     EXPECT_EQ(answeredBy([cache unmaskedImageForIcon:nil]), 1);
-    EXPECT_EQ(taken(), joined({Lines(3, "-[SBHIconImageCache imageForIcon: nil]"),
-                               Lines(2, "-[SBHIconImageCache unmaskedImageForIcon: nil]")}));
+    EXPECT_EQ(taken(), joined({Lines(3, "-[SBHIconImageCache imageForIcon:] cache nil"),
+                               Lines(2, "-[SBHIconImageCache unmaskedImageForIcon:] cache nil")}));
     for (const id identifier :
          {static_cast<id>(nil), static_cast<id>([NSNumber numberWithInt:5])}) {
         setVariable(icon, "_nodeIdentifier", identifier);
@@ -107,7 +108,7 @@ TEST_F(IconCache, NilIconAndNilIdentifierAreNotKept) {
     // With the theming off any object will do.
     settings({"A"}, {});
     [cache imageForIcon:static_cast<SBIcon*>(static_cast<id>(@"no icon"))];
-    EXPECT_EQ(taken(), Lines(2, "-[SBHIconImageCache imageForIcon: \"no icon\"]"));
+    EXPECT_EQ(taken(), Lines(2, "-[SBHIconImageCache imageForIcon:] cache \"no icon\""));
 }
 
 TEST_F(IconCache, PassesExceptionsOfTheIconOn) {
@@ -126,7 +127,7 @@ TEST_F(IconCache, IsLoggedWithAFreshAnswer) {
 
 // --- The toolkit's application icons
 
-const std::string kApplicationCall = callLine(kApplication, {"\"com.a\"", "-2", "2.5"});
+const std::string kApplicationCall = sentToClass(kApplication, {"\"com.a\"", "-2", "2.5"});
 
 id applicationIcon(NSString* identifier = @"com.a", int format = -2) {
     return [UIImage _applicationIconImageForBundleIdentifier:identifier format:format scale:2.5];
@@ -156,10 +157,10 @@ class ApplicationIconBetween : public ImageRows {
 TEST_F(ApplicationIconOniOS12, IsRedrawnAtThePlatformsSizeAndKept) {
     themePng(iconFile("com.a"));
     UIImage* const image = applicationIcon();
-    EXPECT_EQ(shown([image size]), "{22, 10}");
+    EXPECT_EQ(wordsOf([image size]), "22×10");
     EXPECT_EQ(taken(), joined({{kApplicationCall, kApplicationCall, readsImage(iconFile("com.a")),
                                 kApplicationCall},
-                               redraws({22, 10})}));
+                               redraws({22, 10}, "6×6 @1x")}));
     for (const char* const enable : {"enable", "removeDock"}) {
         settings({"A"}, {enable});
         EXPECT_EQ(address(applicationIcon()), address(image));
@@ -174,7 +175,7 @@ TEST_F(ApplicationIconOniOS12, IsAskedForAgainWhenTheThemeChanges) {
     const id image = applicationIcon(@"com.a", 2);
     clearJournal();
     changeTheme();
-    EXPECT_EQ(journalOf(callLine(kApplication, {"\"com.a\"", "2"}).substr(0, 60)).size(), 3U);
+    EXPECT_EQ(journalOf(sentToClass(kApplication, {"\"com.a\"", "2"})).size(), 3U);
     const id anew = applicationIcon(@"com.a", 2);
     EXPECT_NE(address(anew), address(image));
     clearJournal();
@@ -185,7 +186,7 @@ TEST_F(ApplicationIconOniOS12, NilOfThePlatformIsNotKept) {
     setAnswer(kApplication, static_cast<id>(nil));
     for (int time = 0; time < 2; ++time) {
         EXPECT_EQ(address(applicationIcon()), nullptr);
-        EXPECT_EQ(journalOf("+[UIImage _applicationIconImage").size(), 3U);
+        EXPECT_EQ(journalOf(kApplication).size(), 3U);
         clearJournal();
     }
 }
@@ -194,10 +195,10 @@ TEST_F(ApplicationIconOniOS13, IsRedrawnAtThePlatformsSizeAndNotKept) {
     themePng(iconFile("com.a"));
     for (int time = 0; time < 2; ++time) {
         answerInTurn(kApplication);
-        EXPECT_EQ(shown([static_cast<UIImage*>(applicationIcon()) size]), "{23, 10}");
+        EXPECT_EQ(wordsOf([static_cast<UIImage*>(applicationIcon()) size]), "23×10");
         EXPECT_EQ(taken(), joined({Lines(3, kApplicationCall),
                                    {readsImage(iconFile("com.a")), kApplicationCall},
-                                   redraws({23, 10})}));
+                                   redraws({23, 10}, "6×6 @1x")}));
     }
 }
 
@@ -207,7 +208,7 @@ TEST_F(ApplicationIconOniOS13, NilIdentifierAndNilAnswerPassThrough) {
         answerInTurn(kApplication);
         clearJournal();
         EXPECT_EQ(answeredBy(applicationIcon(identifier)), 2);
-        EXPECT_EQ(taken(), Lines(3, callLine(kApplication, {shown(identifier), "-2", "2.5"})));
+        EXPECT_EQ(taken(), Lines(3, sentToClass(kApplication, {wordsOf(identifier), "-2", "2.5"})));
     }
     setAnswers(kApplication, {images[0], nil, images[2]});
     EXPECT_EQ(answeredBy(applicationIcon()), 2);
@@ -218,7 +219,7 @@ TEST_F(ApplicationIconBetween, IsThePlatforms) {
     settings({"A"}, {"enable", "enableLogging"});
     answerInTurn(kApplication);
     EXPECT_EQ(answeredBy(applicationIcon()), 0);
-    EXPECT_EQ(taken(), Lines{kApplicationCall});
+    EXPECT_EQ(taken(), Lines{std::string(kApplication) + " \"com.a\" -2 2.5"});
 }
 
 // --- An app icon's own image
@@ -233,7 +234,7 @@ class LeafIcon : public ImageRows {
     }
 
     SBApplicationIcon* icon = named([[SBApplicationIcon alloc] init], "icon");
-    const std::string line = callLine(kLeafIcon, {"2"});
+    const std::string line = sentTo("icon", kLeafIcon, {"2"});
 };
 
 struct LeafIconOniOS13 : LeafIcon {
@@ -243,9 +244,11 @@ struct LeafIconOniOS13 : LeafIcon {
 TEST_F(LeafIcon, IsTheThemesAndKeptForEveryFormat) {
     UIImage* const image = [icon getUnmaskedIconImage:2];
     EXPECT_EQ(pathOf(image), themePath(iconFile("com.a")));
-    EXPECT_EQ(taken(), (Lines{line, kLeaf, line, readsImage(iconFile("com.a"))}));
+    EXPECT_EQ(taken(), (Lines{line, kAsksForiOS12, sentTo("icon", kLeaf), line,
+                              readsImage(iconFile("com.a"))}));
     EXPECT_EQ(address([icon getUnmaskedIconImage:-7]), address(image));
-    EXPECT_EQ(taken(), (Lines{callLine(kLeafIcon, {"-7"}), kLeaf}));
+    EXPECT_EQ(taken(),
+              (Lines{sentTo("icon", kLeafIcon, {"-7"}), kAsksForiOS12, sentTo("icon", kLeaf)}));
 }
 
 TEST_F(LeafIcon, WithoutIdentifierIsNotKept) {
@@ -253,7 +256,8 @@ TEST_F(LeafIcon, WithoutIdentifierIsNotKept) {
     for (const int expected : {1, 3}) {
         EXPECT_EQ(answeredBy([icon getUnmaskedIconImage:2]), expected);
     }
-    EXPECT_EQ(taken(), (Lines{line, kLeaf, line, line, kLeaf, line}));
+    EXPECT_EQ(taken(), (Lines{line, kAsksForiOS12, sentTo("icon", kLeaf), line, line, kAsksForiOS12,
+                              sentTo("icon", kLeaf), line}));
 }
 
 TEST_F(LeafIcon, PassesExceptionsOfTheIdentifierOn) {
@@ -263,7 +267,7 @@ TEST_F(LeafIcon, PassesExceptionsOfTheIdentifierOn) {
 // The system's version is compared in full.
 TEST_F(LeafIcon, AsksForSystem12_0_0) {
     [icon getUnmaskedIconImage:2];
-    EXPECT_EQ(versionsAskedFor(), Lines{"12.0.0"});
+    EXPECT_EQ(journalOf("-[NSProcessInfo"), Lines{kAsksForiOS12});
 }
 
 struct LeafIconOnTheFirstiOS12 : LeafIcon {
@@ -280,7 +284,7 @@ struct LeafIconOnTheLastiOS11 : LeafIcon {
 
 TEST_F(LeafIconOnTheLastiOS11, IsThePlatforms) {
     EXPECT_EQ(answeredBy([icon getUnmaskedIconImage:2]), 1);
-    EXPECT_EQ(taken(), (Lines{line, line}));
+    EXPECT_EQ(taken(), (Lines{line, kAsksForiOS12, line}));
 }
 
 TEST_F(LeafIconOniOS13, IsThePlatforms) {

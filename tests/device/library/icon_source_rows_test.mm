@@ -38,7 +38,8 @@ class Widgets : public ImageRows {
                                  extension:nil];
     }
 
-    const std::string line = callLine(kWidget, {"{4, 5}", "1.5", "\"com.argument\"", "nil"});
+    const std::string line = sentTo("widget", kWidget, {"4×5", "1.5", "\"com.argument\"", "nil"});
+    const std::string asksIdentifier = sentTo("widget", kIdentifier);
     WGWidgetInfo* widget = named([[WGWidgetInfo alloc] init], "widget");
 };
 
@@ -46,7 +47,7 @@ TEST_F(Widgets, WithIdentifierAreThePlatforms) {
     themePng(iconFile("w"));
     setVariable(widget, "_widgetIdentifier", @"w");
     EXPECT_EQ(answeredBy(send()), 2);
-    EXPECT_EQ(taken(), (Lines{line, kIdentifier, line, kIdentifier, line}));
+    EXPECT_EQ(taken(), (Lines{line, asksIdentifier, line, asksIdentifier, line}));
 }
 
 TEST_F(Widgets, WithoutIdentifierAreRedrawnAtTheSizeAskedFor) {
@@ -55,21 +56,22 @@ TEST_F(Widgets, WithoutIdentifierAreRedrawnAtTheSizeAskedFor) {
         answerInTurn(kWidget);
         clearJournal();
         UIImage* const image = send();
-        EXPECT_EQ(shown([image size]), "{4, 5}");
-        EXPECT_EQ(taken(), joined({{line, kIdentifier, line, kIdentifier, kIdentifier, line},
-                                   redraws({4, 5}),
-                                   {kIdentifier}}));
+        EXPECT_EQ(wordsOf([image size]), "4×5");
+        EXPECT_EQ(taken(),
+                  joined({{line, asksIdentifier, line, asksIdentifier, asksIdentifier, line},
+                          redraws({4, 5}, "image 2"),
+                          {asksIdentifier}}));
     }
     themePng(iconFile("(null)"));
     EXPECT_NE(address(send()), nullptr);
-    EXPECT_EQ(journalOf("+[UIImage imageWithContentsOfFile:"),
+    EXPECT_EQ(journalOf("+[UIImage imageWithContentsOfFile:]"),
               Lines{readsImage(iconFile("(null)"))});
 }
 
 TEST_F(Widgets, NilOfThePlatformIsAskedForOnceMore) {
     setAnswers(kWidget, {images[0], nil, images[2]});
     EXPECT_EQ(answeredBy(send()), 2);
-    EXPECT_EQ(taken(), (Lines{line, kIdentifier, line, line}));
+    EXPECT_EQ(taken(), (Lines{line, asksIdentifier, line, line}));
 }
 
 TEST_F(Widgets, OfAKeptIconAreThatImage) {
@@ -82,7 +84,7 @@ TEST_F(Widgets, OfAKeptIconAreThatImage) {
     setVariable(widget, "_widgetIdentifier", @"w");
     clearJournal();
     EXPECT_EQ(address(send()), address(kept));
-    EXPECT_EQ(taken(), (Lines{line, kIdentifier}));
+    EXPECT_EQ(taken(), (Lines{line, asksIdentifier}));
     changeTheme();
     EXPECT_EQ(answeredBy(send()), 3);
 }
@@ -96,23 +98,23 @@ TEST_F(BannerIcon, IsRedrawnAtThePlatformsSize) {
     settings({"A"}, {"enable"});
     SBSwitcherAppSuggestionBannerView* const banner =
         named([[SBSwitcherAppSuggestionBannerView alloc] init], "banner");
-    const std::string line = callLine(kBanner, {"\"com.a\"", "nil"});
+    const std::string line = sentTo("banner", kBanner, {"\"com.a\"", "nil"});
     const auto send = [&] {
         clearJournal();
         return [banner _iconImageFromAppWithBundleIdentifier:@"com.a" withIconImageCache:nil];
     };
     answerInTurn(kBanner);
-    EXPECT_EQ(shown([send() size]), "{23, 10}") << "of the fourth answer";
-    EXPECT_EQ(taken(), joined({Lines(4, line), redraws({23, 10})}));
+    EXPECT_EQ(wordsOf([send() size]), "23×10") << "of the fourth answer";
+    EXPECT_EQ(taken(), joined({Lines(4, line), redraws({23, 10}, "image 2")}));
     themePng(iconFile("com.a"), 7);
     answerInTurn(kBanner);
-    EXPECT_EQ(shown([send() size]), "{23, 10}");
+    EXPECT_EQ(wordsOf([send() size]), "23×10");
     const Lines found{line, line, line, readsImage(iconFile("com.a")), line};
-    EXPECT_EQ(taken(), joined({found, redraws({23, 10})}));
+    EXPECT_EQ(taken(), joined({found, redraws({23, 10}, "7×7 @1x")}));
     file(themePath(iconFile("com.a")), "no image");
     answerInTurn(kBanner);
-    EXPECT_EQ(shown([send() size]), "{23, 10}");
-    EXPECT_EQ(taken(), joined({found, redraws({23, 10}, false)}));
+    EXPECT_EQ(wordsOf([send() size]), "23×10");
+    EXPECT_EQ(taken(), joined({found, redraws({23, 10}, "")}));
     setAnswers(kBanner, {images[0], nil, images[2]});
     EXPECT_EQ(answeredBy(send()), 2);
     EXPECT_EQ(taken(), Lines(3, line));
@@ -122,29 +124,30 @@ TEST_F(SettingsIcon, IsTheThemesAtTheSizeOfANewAnswer) {
     settings({"A"}, {"enable"});
     answerInTurn(kSettings);
     PKIconImageCache* const cache = named([[PKIconImageCache alloc] init], "cache");
-    const std::string line = callLine(kSettings, {"\"Wifi\""});
+    const std::string line = sentTo("cache", kSettings, {"\"Wifi\""});
     const auto send = [&] {
         clearJournal();
         return [cache imageForKey:@"Wifi"];
     };
-    EXPECT_EQ(shown([send() size]), "{22, 10}");
+    EXPECT_EQ(wordsOf([send() size]), "22×10");
     EXPECT_EQ(taken(), joined({{line, line},
                                missesInBundle("com.apple.Preferences", "Wifi"),
                                {line},
-                               redraws({22, 10})}));
+                               redraws({22, 10}, "image 1")}));
     const std::string wifi = bundleFile("com.apple.Preferences", "Wifi");
     themePng(wifi);
-    EXPECT_EQ(shown([send() size]), "{25, 10}");
-    EXPECT_EQ(taken(), joined({{line, line, readsImage(wifi), line}, redraws({25, 10})}));
+    EXPECT_EQ(wordsOf([send() size]), "25×10");
+    EXPECT_EQ(taken(),
+              joined({{line, line, readsImage(wifi), line}, redraws({25, 10}, "2×2 @3x")}));
     setAnswer(kSettings, static_cast<id>(nil));
     EXPECT_EQ(address(send()), nullptr);
-    EXPECT_EQ(taken(), joined({{line, line, line}, redraws({0, 0})}));
+    EXPECT_EQ(taken(), joined({{line, line, line}, redraws({0, 0}, "2×2 @3x")}));
 }
 
 TEST_F(UtilityIcon, IsTheThemesAndNothingIsKept) {
     settings({"A"}, {"enable"});
     answerInTurn(kUtility);
-    const std::string line = callLine(kUtility, {"\"com.a\""});
+    const std::string line = sentToClass(kUtility, {"\"com.a\""});
     EXPECT_EQ(answeredBy([APWUtil iconForBundleIdentifier:@"com.a"]), 1);
     EXPECT_EQ(taken(), (Lines{line, line}));
     themePng(iconFile("com.a"));
@@ -161,10 +164,10 @@ TEST_F(UtilityIcon, IsMaskedAndOverlaid) {
     themePng("A/Velmoranth/iPhoneOverlay.png");
     UIImage* const image = [APWUtil iconForBundleIdentifier:@"com.a"];
     // The mask leaves 20 × 10 points; a layer is drawn at the screen's scale.
-    EXPECT_EQ(shown([image size]), "{20, 10}");
-    EXPECT_EQ(journalOf("CGImageMaskCreate(").size(), 1U);
-    EXPECT_EQ(journalOf("CGImageCreateWithMask(").size(), 1U);
-    EXPECT_EQ(journalOf("-[CALayer renderInContext:").size(), 1U);
+    EXPECT_EQ(wordsOf([image size]), "20×10");
+    EXPECT_EQ(journalOf("CGImageMaskCreate ").size(), 1U);
+    EXPECT_EQ(journalOf("CGImageCreateWithMask ").size(), 1U);
+    EXPECT_EQ(journalOf("-[CALayer renderInContext:] ").size(), 1U);
     // One overlay is kept.
     changeTheme();
     EXPECT_EQ(leftBy([] { [APWUtil iconForBundleIdentifier:@"com.a"]; }), Lines{"UIImage +1"});
@@ -181,7 +184,8 @@ TEST_F(SwitchKnob, IsTheFirstForTheLifeOfTheProcess) {
     setAnswer(kKnob, static_cast<id>(nil));
     clearJournal();
     EXPECT_EQ(address([knob _effectiveThumbImage]), nullptr);
-    EXPECT_EQ(taken(), joined({{kKnob, kKnob}, missesLoose("UISwitchKnob.png")}));
+    EXPECT_EQ(taken(), joined({{sentTo("knob", kKnob), sentTo("knob", kKnob)},
+                               missesLoose("UISwitchKnob.png")}));
     expectExceptionsToPass(kKnob, [knob] { [knob _effectiveThumbImage]; });
     answerInTurn(kKnob);
     clearJournal();
@@ -191,10 +195,10 @@ TEST_F(SwitchKnob, IsTheFirstForTheLifeOfTheProcess) {
     changeTheme();
     clearJournal();
     EXPECT_EQ(answeredBy([knob _effectiveThumbImage]), 1);
-    EXPECT_EQ(taken(), Lines{kKnob});
+    EXPECT_EQ(taken(), Lines{sentTo("knob", kKnob)});
     settings({"A"}, {});
     EXPECT_EQ(answeredBy([knob _effectiveThumbImage]), 4);
-    EXPECT_EQ(taken(), (Lines{kKnob, kKnob}));
+    EXPECT_EQ(taken(), (Lines{sentTo("knob", kKnob), sentTo("knob", kKnob)}));
 }
 
 TEST_F(SwitchKnob, OfTheThemeIsKeptOnPurpose) {
@@ -211,7 +215,7 @@ TEST_F(SwitchKnob, OfTheThemeIsKeptOnPurpose) {
 }
 
 std::string weatherLine(const std::string& name, long long style) {
-    return callLine(kWeather, {name, std::to_string(style)});
+    return sentToClass(kWeather, {name, std::to_string(style)});
 }
 
 TEST_F(WeatherImage, IsThePlatformsNewAnswerWithoutAFile) {
@@ -267,7 +271,7 @@ class NotificationIcon : public ImageRows {
     }
 
     static std::string line(const std::string& name, const std::string& identifier) {
-        return callLine(kNotification, {name, "\"/p\"", identifier});
+        return sentToClass(kNotification, {name, "\"/p\"", identifier});
     }
 
     const std::string usual = line("\"icon\"", "\"com.a\"");
@@ -397,9 +401,9 @@ TEST_F(NotificationIcon, ArgumentsReachThePlatform) {
             }
             const Lines calls = journalOf("-[UNNotificationIcon");
             EXPECT_GE(calls.size(), 2U);
-            EXPECT_EQ(calls,
-                      Lines(calls.size(),
-                            callLine(kNotification, {shown(first), shown(second), shown(third)})));
+            EXPECT_EQ(calls, Lines(calls.size(),
+                                   sentToClass(kNotification,
+                                               {wordsOf(first), wordsOf(second), wordsOf(third)})));
         }
     }
     changeTheme();

@@ -22,14 +22,15 @@ class IconViewLayout : public ReplacedMethods {
 TEST_F(IconViewLayout, WithThemingOffIsThePlatformsAlone) {
     settings({"A"}, {"enableShadow", "dynamicShadow"});
     layout();
-    EXPECT_EQ(taken(), Lines{kLayout});
+    EXPECT_EQ(taken(), Lines{sentTo("view", kLayout)});
 }
 
 TEST_F(IconViewLayout, MarksTheView) {
     settings({"A"}, {"enable"});
     SBIconView* const view = viewWithIcon();
     [view layoutSubviews];
-    EXPECT_EQ(taken(), (Lines{kLayout, "-[SBIconView icon]", "-[SBIconView setTag: 546]"}));
+    EXPECT_EQ(taken(), (Lines{sentTo("view", kLayout), "-[SBIconView icon] view",
+                              "-[UIView setTag:] view 546"}));
     EXPECT_EQ(view->_tag, 546);
 }
 
@@ -38,7 +39,7 @@ TEST_F(IconViewLayout, WithoutAnIconIsThePlatformsAlone) {
     SBIconView* const view = viewWithIcon();
     setVariable(view, "_icon", nil);
     [view layoutSubviews];
-    EXPECT_EQ(taken(), (Lines{kLayout, "-[SBIconView icon]"}));
+    EXPECT_EQ(taken(), (Lines{sentTo("view", kLayout), "-[SBIconView icon] view"}));
     EXPECT_EQ(view->_tag, 0);
 }
 
@@ -49,14 +50,15 @@ TEST_F(IconViewLayout, PutsTheThemesShadowBehindAllElse) {
     [view addSubview:named([[UIView alloc] init], "label")];
     clearJournal();
     [view layoutSubviews];
-    EXPECT_EQ(taken(),
-              joined({{kLayout, "-[SBIconView icon]", "-[SBIconView tag]", "-[UIImageView init]"},
-                      asksForIdiom(),
-                      {"-[UIImageView setFrame: {{-10, -10}, {80, 80}}]",
-                       readsImage("A/Velmoranth/iPhoneShadow.png"),
-                       "-[UIImageView setImage: <UIImage>]", "-[UIImageView setTag: 478]",
-                       "-[SBIconView insertSubview: <UIImageView> atIndex: 0]",
-                       "-[SBIconView setTag: 546]"}}));
+    EXPECT_EQ(taken(), joined({{sentTo("view", kLayout), "-[SBIconView icon] view",
+                                "-[UIView tag] view", "-[UIImageView init]"},
+                               asksForIdiom(),
+                               {"-[UIView setFrame:] UIImageView (-10, -10) 80×80",
+                                readsImage("A/Velmoranth/iPhoneShadow.png"),
+                                "-[UIImageView setImage:] UIImageView 9×9 @1x",
+                                "-[UIView setTag:] UIImageView 478",
+                                "-[UIView insertSubview:atIndex:] view UIImageView #478 0",
+                                "-[UIView setTag:] view 546"}}));
     ASSERT_EQ([view->_subviews count], 2U);
     UIImageView* const shadow = [view->_subviews objectAtIndex:0];
     EXPECT_EQ(pathOf(shadow->_image), "/Library/Themes/A/Velmoranth/iPhoneShadow.png");
@@ -75,12 +77,13 @@ TEST_F(IconViewLayout, GivesTheLayerItsShadow) {
     [view layoutSubviews];
     EXPECT_EQ(
         taken(),
-        (Lines{kLayout, "-[SBIconView icon]", "-[SBIconView tag]", "-[SBIconView layer]",
-               "-[CALayer setMasksToBounds: NO]", "+[UIColor blackColor]",
-               "-[CALayer setShadowColor: rgba(0, 0, 0, 1)]", "-[CALayer setShadowOpacity: 0.5]",
-               "-[CALayer setShadowOffset: {1.5, -2.25}]", "-[CALayer setShadowRadius: 7]",
-               "+[UIBezierPath bezierPathWithRect: {{0, 0}, {61, 62.5}}]",
-               "-[CALayer setShadowPath: {{0, 0}, {61, 62.5}}]", "-[SBIconView setTag: 546]"}));
+        (Lines{sentTo("view", kLayout), "-[SBIconView icon] view", "-[UIView tag] view",
+               "-[UIView layer] view", "-[CALayer setMasksToBounds:] view NO",
+               "+[UIColor blackColor]", "-[CALayer setShadowColor:] view #000000",
+               "-[CALayer setShadowOpacity:] view 0.5",
+               "-[CALayer setShadowOffset:] view 1.5×-2.25", "-[CALayer setShadowRadius:] view 7",
+               "+[UIBezierPath bezierPathWithRect:] (0, 0) 61×62.5",
+               "-[CALayer setShadowPath:] view (0, 0) 61×62.5", "-[UIView setTag:] view 546"}));
 }
 
 TEST_F(IconViewLayout, LeavesNothingElseBehind) {
@@ -98,9 +101,8 @@ TEST_F(IconViewLayout, PassesExceptionsOn) {
     themePng("A/Velmoranth/iPhoneShadow.png");
     settings({"A"}, {"enable", "enableShadow", "dynamicShadow"});
     for (const char* const method :
-         {kLayout, "-[SBIconView icon]", "-[SBIconView tag]", "-[UIImageView setImage:]",
-          "-[SBIconView insertSubview:atIndex:]", "-[CALayer setShadowPath:]",
-          "-[SBIconView setTag:]"}) {
+         {kLayout, "-[SBIconView icon]", "-[UIView tag]", "-[UIImageView setImage:]",
+          "-[UIView insertSubview:atIndex:]", "-[CALayer setShadowPath:]", "-[UIView setTag:]"}) {
         SCOPED_TRACE(method);
         expectExceptionsToPass(method, &layout);
     }
@@ -135,7 +137,8 @@ TEST_F(IconContents, OfAPhoneArePlatformsSecondAnswer) {
     setDevice(kPhone, 1);
     setAnswers(kContents, {first, second, third});
     EXPECT_EQ(address([view contentsImage]), address(second));
-    EXPECT_EQ(taken(), joined({{kContents}, asksForIdiom(), {kContents}}));
+    EXPECT_EQ(taken(),
+              joined({{sentTo("view", kContents)}, asksForIdiom(), {sentTo("view", kContents)}}));
 }
 
 TEST_F(IconContents, OfADeviceWithoutAnIdiomArePlatformsSecondAnswer) {
@@ -143,8 +146,9 @@ TEST_F(IconContents, OfADeviceWithoutAnIdiomArePlatformsSecondAnswer) {
     setDevice(std::nullopt, 1);
     setAnswers(kContents, {first, second, third});
     EXPECT_EQ(address([view contentsImage]), address(second));
-    EXPECT_EQ(taken(), (Lines{kContents, "+[UIDevice currentDevice]",
-                              "-[UIDevice respondsToSelector: userInterfaceIdiom]", kContents}));
+    EXPECT_EQ(taken(), (Lines{sentTo("view", kContents), "+[UIDevice currentDevice]",
+                              "-[UIDevice respondsToSelector:] userInterfaceIdiom",
+                              sentTo("view", kContents)}));
 }
 
 TEST_F(IconContents, WithThemingOffArePlatformsSecondAnswer) {
@@ -152,7 +156,9 @@ TEST_F(IconContents, WithThemingOffArePlatformsSecondAnswer) {
     for (UIImage* const answer : {second, static_cast<UIImage*>(nil)}) {
         setAnswers(kContents, {first, answer, third});
         EXPECT_EQ(address([view contentsImage]), address(answer));
-        EXPECT_EQ(taken(), joined({{kContents}, asksForIdiom(), {kContents}}));
+        EXPECT_EQ(
+            taken(),
+            joined({{sentTo("view", kContents)}, asksForIdiom(), {sentTo("view", kContents)}}));
     }
 }
 
@@ -160,7 +166,9 @@ TEST_F(IconContents, NilOfThePlatformIsAskedForOnceMore) {
     settings({"A"}, {"enable"});
     setAnswers(kContents, {first, nil, third});
     EXPECT_EQ(address([view contentsImage]), address(third));
-    EXPECT_EQ(taken(), joined({{kContents}, asksForIdiom(), {kContents, kContents}}));
+    EXPECT_EQ(taken(), joined({{sentTo("view", kContents)},
+                               asksForIdiom(),
+                               {sentTo("view", kContents), sentTo("view", kContents)}}));
 }
 
 TEST_F(IconContents, AreTheThemesAndKept) {
@@ -169,15 +177,16 @@ TEST_F(IconContents, AreTheThemesAndKept) {
     setAnswer(kContents, first);
     UIImage* const image = [view contentsImage];
     EXPECT_EQ(pathOf(image), "/Library/Themes/A/IconBundles/com.unique-large.png");
-    EXPECT_EQ(taken(), joined({{kContents},
+    EXPECT_EQ(taken(), joined({{sentTo("view", kContents)},
                                asksForIdiom(),
-                               {kContents, "-[SBIconImageView icon]", "-[SBIcon uniqueIdentifier]",
-                                kContents, readsImage("A/IconBundles/com.unique-large.png")}}));
+                               {sentTo("view", kContents), "-[SBIconImageView icon] view",
+                                "-[SBIcon uniqueIdentifier] icon", sentTo("view", kContents),
+                                readsImage("A/IconBundles/com.unique-large.png")}}));
     EXPECT_EQ(address([view contentsImage]), address(image));
-    EXPECT_EQ(taken(),
-              joined({{kContents},
-                      asksForIdiom(),
-                      {kContents, "-[SBIconImageView icon]", "-[SBIcon uniqueIdentifier]"}}));
+    EXPECT_EQ(taken(), joined({{sentTo("view", kContents)},
+                               asksForIdiom(),
+                               {sentTo("view", kContents), "-[SBIconImageView icon] view",
+                                "-[SBIcon uniqueIdentifier] icon"}}));
 }
 
 TEST_F(IconContents, WithoutAFileAreThePlatformsThirdAnswerAndKept) {
@@ -227,7 +236,7 @@ TEST_F(IconDarkening, WithThemingOffIsThePlatformsSecondAnswer) {
     for (UIImage* const answer : {second, static_cast<UIImage*>(nil)}) {
         setAnswers(kDarkening, {first, answer, third});
         EXPECT_EQ(address([view darkeningOverlayImage]), address(answer));
-        EXPECT_EQ(taken(), (Lines{kDarkening, kDarkening}));
+        EXPECT_EQ(taken(), (Lines{sentTo("view", kDarkening), sentTo("view", kDarkening)}));
     }
 }
 
@@ -237,7 +246,8 @@ TEST_F(IconDarkening, WithLoggingIsThePlatformsThirdAnswer) {
         setAnswers(kDarkening, {first, answer, third});
         clearLog();
         EXPECT_EQ(address([view darkeningOverlayImage]), address(third));
-        EXPECT_EQ(taken(), (Lines{kDarkening, kDarkening, kDarkening}));
+        EXPECT_EQ(taken(), (Lines{sentTo("view", kDarkening), sentTo("view", kDarkening),
+                                  sentTo("view", kDarkening)}));
         EXPECT_EQ(logLines(),
                   Lines{"VELMORANTH SBIconImageView: darkeningOverlayImage " + describe(answer)});
     }
@@ -247,7 +257,8 @@ TEST_F(IconDarkening, WithoutAMaskIsNil) {
     settings({"A"}, {"enable"});
     setAnswer(kDarkening, first);
     EXPECT_EQ(address([view darkeningOverlayImage]), nullptr);
-    EXPECT_EQ(taken(), (Lines{kDarkening, readsImage(kMask), readsImage(kOtherMask)}));
+    EXPECT_EQ(taken(),
+              (Lines{sentTo("view", kDarkening), readsImage(kMask), readsImage(kOtherMask)}));
 }
 
 TEST_F(IconDarkening, IsThePlatformsSecondAnswerMasked) {
@@ -261,8 +272,9 @@ TEST_F(IconDarkening, IsThePlatformsSecondAnswerMasked) {
     EXPECT_EQ(image->pixels_.height, 4);
     const Lines messages = taken();
     EXPECT_EQ(Lines(messages.begin(), messages.begin() + 4),
-              (Lines{kDarkening, readsImage(kMask), readsImage(kOtherMask), kDarkening}));
-    EXPECT_EQ(messages.back(), "+[UIImage imageWithCGImage:]");
+              (Lines{sentTo("view", kDarkening), readsImage(kMask), readsImage(kOtherMask),
+                     sentTo("view", kDarkening)}));
+    EXPECT_EQ(messages.back(), "+[UIImage imageWithCGImage:] 8×4 pixels");
     // Nil masked is nil.
     setAnswers(kDarkening, {first, nil, third});
     EXPECT_EQ(address([view darkeningOverlayImage]), nullptr);
@@ -288,8 +300,8 @@ class Badge : public ReplacedMethods {
     Badge() { setVariable(badge, "_backgroundView", background); }
 
     [[nodiscard]] static Lines makesBadge() {
-        return {kBadgeLayout, "-[UIImageView init]", "-[UIImageView setFrame: {{0, 0}, {30, 30}}]",
-                readsImage(kBadge)};
+        return {sentTo("badge", kBadgeLayout), "-[UIImageView init]",
+                "-[UIView setFrame:] UIImageView (0, 0) 30×30", readsImage(kBadge)};
     }
 
     UIImageView* background = named([[UIImageView alloc] init], "background");
@@ -301,14 +313,14 @@ TEST_F(Badge, WithThemingOffIsThePlatforms) {
     themePng(kBadge);
     settings({"A"}, {"removeIconBadges"});
     layout();
-    EXPECT_EQ(taken(), Lines{kBadgeLayout});
+    EXPECT_EQ(taken(), Lines{sentTo("badge", kBadgeLayout)});
 }
 
 TEST_F(Badge, IsInvisibleWhenBadgesAreRemoved) {
     themePng(kBadge);
     settings({"A"}, {"enable", "removeIconBadges"});
     layout();
-    EXPECT_EQ(taken(), (Lines{kBadgeLayout, "-[SBIconBadgeView setAlpha: 0]"}));
+    EXPECT_EQ(taken(), (Lines{sentTo("badge", kBadgeLayout), "-[UIView setAlpha:] badge 0"}));
     EXPECT_EQ(badge->_layer->_opacity, 0);
 }
 
@@ -317,23 +329,27 @@ TEST_F(Badge, HasTheThemesImage) {
     settings({"A"}, {"enable"});
     layout();
     EXPECT_EQ(taken(), joined({makesBadge(),
-                               {"-[UIImageView setImage: <UIImage>]", "-[UIImageView image]",
-                                "-[UIImageView setImage: <UIImage>]"}}));
+                               {"-[UIImageView setImage:] UIImageView 6×6 @1x",
+                                "-[UIImageView image] UIImageView",
+                                "-[UIImageView setImage:] background 6×6 @1x"}}));
     EXPECT_EQ(pathOf(background->_image), "/Library/Themes/" + std::string(kBadge));
 }
 
 TEST_F(Badge, WithoutTheThemesImageIsThePlatforms) {
     settings({"A"}, {"enable"});
     layout();
-    EXPECT_EQ(taken(),
-              joined({makesBadge(), {"-[UIImageView setImage: nil]", "-[UIImageView image]"}}));
+    EXPECT_EQ(
+        taken(),
+        joined({makesBadge(),
+                {"-[UIImageView setImage:] UIImageView nil", "-[UIImageView image] UIImageView"}}));
 }
 
 TEST_F(Badge, BackgroundThatIsNoImageViewIsLeftAlone) {
     themePng(kBadge);
     settings({"A"}, {"enable"});
-    const Lines messages =
-        joined({makesBadge(), {"-[UIImageView setImage: <UIImage>]", "-[UIImageView image]"}});
+    const Lines messages = joined(
+        {makesBadge(),
+         {"-[UIImageView setImage:] UIImageView 6×6 @1x", "-[UIImageView image] UIImageView"}});
     for (const id other : {static_cast<id>(nil), static_cast<id>(@"background"),
                            static_cast<id>([[[UIView alloc] init] autorelease])}) {
         setVariable(badge, "_backgroundView", other);
@@ -351,7 +367,7 @@ TEST_F(Badge, ClassWithoutThatVariableIsLeftAlone) {
     UIView* const other = [[[plain alloc] init] autorelease];
     clearJournal();
     [other layoutSubviews];
-    EXPECT_EQ(journal().back(), "-[UIImageView image]");
+    EXPECT_EQ(journal().back(), "-[UIImageView image] UIImageView");
 }
 
 TEST_F(Badge, LeavesNothingBehindAndPassesExceptionsOn) {
@@ -372,7 +388,7 @@ TEST_F(Badge, TextIsAsWideAsThePlatformSaysTheSecondTime) {
         settings({"A"}, {enable});
         setAnswers(kTextWidth, {1, 16777217.25, 3});
         EXPECT_EQ([SBIconBadgeView _maxTextWidth], 16777217.25);
-        EXPECT_EQ(taken(), (Lines{kTextWidth, kTextWidth}));
+        EXPECT_EQ(taken(), (Lines{sentToClass(kTextWidth), sentToClass(kTextWidth)}));
         const Call width = [] { [SBIconBadgeView _maxTextWidth]; };
         expectNothingLeft(width);
         expectExceptionsToPass(kTextWidth, width);
@@ -384,8 +400,8 @@ TEST_F(Badge, SubclassIsAskedForItsTextsWidth) {
     objc_registerClassPair(heir);
     clearJournal();
     [heir _maxTextWidth];
-    EXPECT_EQ(taken(),
-              (Lines{"+[SBHeirBadgeView _maxTextWidth]", "+[SBHeirBadgeView _maxTextWidth]"}));
+    EXPECT_EQ(taken(), (Lines{"+[SBIconBadgeView _maxTextWidth] SBHeirBadgeView",
+                              "+[SBIconBadgeView _maxTextWidth] SBHeirBadgeView"}));
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// What the tests of the replaced methods that give images share: the methods' calls as the journal
-// shows them, bundles and icons to ask for, and what a look-up in the theme A and a redrawing send.
+// What the tests of the replaced methods that give images share: bundles and icons to ask for, and
+// what a look-up in the theme A and a redrawing send.
 #pragma once
 
 #include "device/library/rows_support.h"
@@ -10,10 +10,9 @@
 
 namespace velmoranth::standins {
 
-// "+[UIImage imageNamed: <first> inBundle: <second>]" for "+[UIImage imageNamed:inBundle:]".
-[[nodiscard]] std::string callLine(const std::string& method, const Lines& arguments);
-// The same method of another class.
-[[nodiscard]] std::string onClass(const std::string& method, const std::string& className);
+// What an app icon's own image asks for besides.
+inline constexpr const char* kAsksForiOS12 =
+    "-[NSProcessInfo isOperatingSystemAtLeastVersion:] 12 0 0";
 
 // Where the theme A has an image.
 [[nodiscard]] std::string bundleFile(const std::string& identifier, const std::string& name);
@@ -25,8 +24,8 @@ namespace velmoranth::standins {
 // A look-up that finds nothing.
 [[nodiscard]] Lines missesInBundle(const std::string& identifier, const std::string& name);
 [[nodiscard]] Lines missesLoose(const std::string& name);
-// An image is drawn at another size.
-[[nodiscard]] Lines redraws(CGSize size, bool hasImage = true);
+// The image of that name, "" for none, is drawn at another size.
+[[nodiscard]] Lines redraws(CGSize size, const std::string& image);
 
 // The user changes the theme.
 void changeTheme();

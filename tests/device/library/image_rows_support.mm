@@ -20,21 +20,6 @@ Lines readsAll(const std::string& base, const Lines& endings) {
 
 }  // namespace
 
-std::string callLine(const std::string& method, const Lines& arguments) {
-    std::string line;
-    std::size_t from = 0;
-    for (const std::string& argument : arguments) {
-        const std::size_t colon = method.find(':', from);
-        line += (from == 0 ? "" : " ") + method.substr(from, colon + 1 - from) + " " + argument;
-        from = colon + 1;
-    }
-    return line + method.substr(from);
-}
-
-std::string onClass(const std::string& method, const std::string& className) {
-    return method.substr(0, 2) + className + method.substr(method.find(' '));
-}
-
 std::string bundleFile(const std::string& identifier, const std::string& name) {
     return "A/Bundles/" + identifier + "/" + name + "@3x.png";
 }
@@ -59,16 +44,13 @@ Lines missesLoose(const std::string& name) {
     return readsAll("A/UIImages/" + name, {"@3x.png", "@2x.png", ".png", ""});
 }
 
-Lines redraws(CGSize size, bool hasImage) {
-    Lines lines{"UIGraphicsBeginImageContextWithOptions(" + shown(size) + ", NO, 0)"};
-    if (hasImage) {
-        lines.push_back("-[UIImage drawInRect: {{0, 0}, " + shown(size) + "}]");
+Lines redraws(CGSize size, const std::string& image) {
+    Lines lines{"UIGraphicsBeginImageContextWithOptions " + wordsOf(size) + " NO 0"};
+    if (!image.empty()) {
+        lines.push_back(sentTo(image, "-[UIImage drawInRect:]", {"(0, 0) " + wordsOf(size)}));
     }
-    lines.emplace_back("UIGraphicsGetImageFromCurrentImageContext()");
-    if (size.width > 0 && size.height > 0) {
-        lines.emplace_back("CGBitmapContextCreateImage()");
-    }
-    lines.emplace_back("UIGraphicsEndImageContext()");
+    lines.emplace_back("UIGraphicsGetImageFromCurrentImageContext");
+    lines.emplace_back("UIGraphicsEndImageContext");
     return lines;
 }
 

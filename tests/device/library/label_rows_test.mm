@@ -19,9 +19,8 @@ class LabelImage : public ReplacedMethods {
     }
 
     [[nodiscard]] static std::string call(const std::string& orientation) {
-        return "-[SBIconLabelImage _initWithCGImage: set scale: 3 orientation: " + orientation +
-               " parameters: parameters maxSizeOffset: {" + shown(kExact) + ", " + shown(-0.1) +
-               "}]";
+        return sentToClass(kInit, {"9×6 pixels", "3", orientation, "parameters",
+                                   exactly(CGPoint{kExact, -0.1}).text});
     }
 
     UIImage* image = namedImage("image", 9, 6);
@@ -99,9 +98,8 @@ TEST_F(LabelImage, ArgumentsReachThePlatform) {
                                       maxSizeOffset:{-kExact, 1e-9}] release];
         ASSERT_FALSE(journal().empty());
         for (const std::string& line : taken()) {
-            EXPECT_EQ(line, "-[SBIconLabelImage _initWithCGImage: null scale: " + shown(0.1) +
-                                " orientation: -1 parameters: nil maxSizeOffset: {" +
-                                shown(-kExact) + ", " + shown(1e-9) + "}]");
+            EXPECT_EQ(line, sentToClass(kInit, {"nil", wordsOf(0.1), "-1", "nil",
+                                                exactly(CGPoint{-kExact, 1e-9}).text}));
         }
     }
 }
@@ -130,11 +128,11 @@ constexpr const char* kAlpha = "-[SBIconLegibilityLabelView alpha]";
 constexpr const char* kSetAlpha = "-[SBIconLegibilityLabelView setAlpha:]";
 
 std::string hides(bool hidden) {
-    return "-[SBIconLegibilityLabelView setHidden: " + std::string(hidden ? "YES]" : "NO]");
+    return sentTo("label", kSetHidden, {hidden ? "YES" : "NO"});
 }
 
 std::string fades(double alpha) {
-    return "-[SBIconLegibilityLabelView setAlpha: " + shown(alpha) + "]";
+    return sentTo("label", kSetAlpha, {wordsOf(alpha)});
 }
 
 TEST_F(LabelView, IsHiddenAsIsAskedUnlessLabelsAreRemoved) {
@@ -145,7 +143,7 @@ TEST_F(LabelView, IsHiddenAsIsAskedUnlessLabelsAreRemoved) {
             EXPECT_EQ(taken(), (Lines{hides(hidden), hides(hidden)}));
             EXPECT_EQ(label->_hidden, hidden);
             EXPECT_EQ([label isHidden], hidden);
-            EXPECT_EQ(taken(), (Lines{kIsHidden, kIsHidden}));
+            EXPECT_EQ(taken(), (Lines{sentTo("label", kIsHidden), sentTo("label", kIsHidden)}));
         }
     }
 }
@@ -158,7 +156,7 @@ TEST_F(LabelView, IsHiddenWithLabelsRemoved) {
         EXPECT_TRUE(label->_hidden);
         label->_hidden = hidden;
         EXPECT_EQ([label isHidden], YES);
-        EXPECT_EQ(taken(), Lines{kIsHidden});
+        EXPECT_EQ(taken(), Lines{sentTo("label", kIsHidden)});
     }
 }
 
@@ -170,7 +168,7 @@ TEST_F(LabelView, IsAsOpaqueAsIsAskedUnlessLabelsAreRemoved) {
             EXPECT_EQ(taken(), (Lines{fades(alpha), fades(alpha)}));
             setAnswers(kAlpha, {kExact, alpha, kExact});
             EXPECT_EQ([label alpha], alpha);
-            EXPECT_EQ(taken(), (Lines{kAlpha, kAlpha}));
+            EXPECT_EQ(taken(), (Lines{sentTo("label", kAlpha), sentTo("label", kAlpha)}));
         }
     }
 }
@@ -181,7 +179,7 @@ TEST_F(LabelView, IsInvisibleWithLabelsRemoved) {
     EXPECT_EQ(taken(), (Lines{fades(0.75), fades(0)}));
     label->_layer->_opacity = 1;
     EXPECT_EQ([label alpha], 0);
-    EXPECT_EQ(taken(), Lines{kAlpha});
+    EXPECT_EQ(taken(), Lines{sentTo("label", kAlpha)});
 }
 
 TEST_F(LabelView, ParentIsNoLabel) {
@@ -192,8 +190,8 @@ TEST_F(LabelView, ParentIsNoLabel) {
     [view setAlpha:0.5];
     EXPECT_EQ([view isHidden], NO);
     EXPECT_EQ([view alpha], 0.5);
-    EXPECT_EQ(taken(), (Lines{"-[UIView setHidden: NO]", "-[UIView setAlpha: 0.5]",
-                              "-[UIView isHidden]", "-[UIView alpha]"}));
+    EXPECT_EQ(taken(), (Lines{"-[UIView setHidden:] view NO", "-[UIView setAlpha:] view 0.5",
+                              "-[UIView isHidden] view", "-[UIView alpha] view"}));
 }
 
 TEST_F(LabelView, LeavesNothingBehindAndPassesExceptionsOn) {

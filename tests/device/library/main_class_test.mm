@@ -162,7 +162,7 @@ TEST_F(MainClass, MakesShadows) {
     UIImageView* const shadow = [class_ addShadowToIcon];
     EXPECT_EQ(sideOf([shadow image]), 12);
     EXPECT_EQ([shadow tag], 478);
-    EXPECT_EQ(shown([shadow frame]), "{{-10, -10}, {80, 80}}");
+    EXPECT_EQ(wordsOf([shadow frame]), "(-10, -10) 80×80");
     remove("/Library/Themes/A/Velmoranth/iPhoneShadow.png");
     UIImageView* const next = [class_ addShadowToIcon];
     EXPECT_NE(next, shadow);
@@ -173,14 +173,14 @@ TEST_F(MainClass, MakesShadows) {
 
 TEST_F(MainClass, MakesReflectionsAndSizes) {
     UIView* const view = [[[UIView alloc] initWithFrame:{{1, 2}, {4, 6}}] autorelease];
-    EXPECT_EQ(shown([[class_ reflectedImage:view withHeight:3] size]), "{4, 3}");
+    EXPECT_EQ(wordsOf([[class_ reflectedImage:view withHeight:3] size]), "4×3");
     EXPECT_EQ([class_ reflectedImage:view withHeight:0], nil);
     EXPECT_EQ([class_ reflectedImage:view withHeight:NSUIntegerMax], nil);
     EXPECT_EQ([class_ reflectedImage:view withHeight:NSUInteger{1} << 32U], nil);
     EXPECT_EQ([class_ reflectedImage:nil withHeight:3], nil);
-    EXPECT_EQ(shown([[class_ imageWithImage:original_ scaledToSize:{8, 2}] size]), "{8, 2}");
+    EXPECT_EQ(wordsOf([[class_ imageWithImage:original_ scaledToSize:{8, 2}] size]), "8×2");
     EXPECT_EQ([class_ imageWithImage:original_ scaledToSize:CGSize{}], nil);
-    EXPECT_EQ(shown([[class_ imageWithImage:nil scaledToSize:{8, 2}] size]), "{8, 2}");
+    EXPECT_EQ(wordsOf([[class_ imageWithImage:nil scaledToSize:{8, 2}] size]), "8×2");
     EXPECT_EQ(openImageContexts(), 0U);
 }
 
@@ -226,16 +226,16 @@ TEST_F(MainClass, GivesTheHomeScreensFurniture) {
     EXPECT_EQ(sideOf([class_ spotlightPageDot]), 25);
     UIImageView* const dock = [class_ SBDockImgWithFrame:{{1, 2}, {375, 96}}];
     EXPECT_EQ(sideOf([dock image]), 26);
-    EXPECT_EQ(shown([dock frame]), "{{1, 12}, {375, 96}}");
+    EXPECT_EQ(wordsOf([dock frame]), "(1, 12) 375×96");
 }
 
 TEST_F(MainClass, ReadsColours) {
     const auto color = [&](NSString* text) {
-        return shown(*[[class_ colorWithHexString:text] CGColor]);
+        return exactly(*[[class_ colorWithHexString:text] CGColor]).text;
     };
-    EXPECT_EQ(color(@" 0x00fF00\n"), shown(*[[UIColor colorWithRed:0 green:1 blue:0
-                                                             alpha:1] CGColor]));
-    const std::string gray = shown(*[[UIColor grayColor] CGColor]);
+    EXPECT_EQ(color(@" 0x00fF00\n"),
+              exactly(*[[UIColor colorWithRed:0 green:1 blue:0 alpha:1] CGColor]).text);
+    const std::string gray = exactly(*[[UIColor grayColor] CGColor]).text;
     EXPECT_EQ(color(@"#FF0000"), gray);
     EXPECT_EQ(color(@""), gray);
     EXPECT_EQ(color(nil), gray);
@@ -247,10 +247,10 @@ TEST_F(MainClass, MakesColoursOfEveryTextThatIsOne) {
         EXPECT_NE([class_ colorWithHexString:text], nil);
     }
     EXPECT_EQ(journalOf("+[UIColor"),
-              (Lines{"+[UIColor colorWithRed: 0 green: 0 blue: 0 alpha: 1]",
-                     "+[UIColor colorWithRed: 1 green: 1 blue: 1 alpha: 1]",
-                     "+[UIColor colorWithRed: 0.501960813999176 green: 0.501960813999176 blue: "
-                     "0.501960813999176 alpha: 1]",
+              (Lines{"+[UIColor colorWithRed:green:blue:alpha:] 0 0 0 1",
+                     "+[UIColor colorWithRed:green:blue:alpha:] 1 1 1 1",
+                     "+[UIColor colorWithRed:green:blue:alpha:] 0.501960813999176 "
+                     "0.501960813999176 0.501960813999176 1",
                      "+[UIColor grayColor]"}));
 }
 

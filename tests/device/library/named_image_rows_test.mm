@@ -81,7 +81,7 @@ class NamedImage : public testing::WithParamInterface<Method>, public ImageRows 
     [[nodiscard]] bool isLookedUp() const { return method.name != kBitmapFile; }
 
     [[nodiscard]] std::string call(NSString* name) const {
-        return callLine(method.name, joined({{shown(name)}, method.rest}));
+        return sentToClass(method.name, joined({{wordsOf(name)}, method.rest}));
     }
 
     [[nodiscard]] std::string file(const std::string& name) const {
@@ -172,7 +172,7 @@ TEST_P(NamedImage, WithoutNameOrBundle) {
         answerInTurn(method.name);
         clearJournal();
         EXPECT_EQ(answeredBy(method.send(@"back", nil)), 1);
-        EXPECT_EQ(journalOf("+[UIImage imageWithContentsOfFile:"), missesLoose("back"));
+        EXPECT_EQ(journalOf("+[UIImage imageWithContentsOfFile:]"), missesLoose("back"));
     }
 }
 

@@ -15,8 +15,8 @@ constexpr const char* kInit = "-[SBFloatyFolderView initWithFolder:orientation:v
 constexpr const char* kTouch =
     "-[SBFloatyFolderView _tapToCloseGestureRecognizer:shouldReceiveTouch:]";
 constexpr const char* kInitCall =
-    "-[SBFloatyFolderView initWithFolder: folder orientation: 5000000000 viewMap: map context: "
-    "context]";
+    "-[SBFloatyFolderView initWithFolder:orientation:viewMap:context:] "
+    "SBFloatyFolderView folder 5000000000 map context";
 constexpr NSInteger kOrientation = 5'000'000'000;  // more than 32 bits hold
 
 class FolderView : public ReplacedMethods {
@@ -52,7 +52,7 @@ TEST_F(FolderTitle, IsThePlatformsSecondAnswer) {
         for (const double answer : {0, 1}) {
             setAnswers(kTitle, {1 - answer, answer, 1 - answer});
             EXPECT_EQ([view _showsTitle], answer);
-            EXPECT_EQ(taken(), (Lines{kTitle, kTitle}));
+            EXPECT_EQ(taken(), (Lines{sentTo("view", kTitle), sentTo("view", kTitle)}));
         }
         const Call ask = [this] { [view _showsTitle]; };
         expectNothingLeft(ask);
@@ -89,10 +89,9 @@ TEST_F(FolderInitialiser, AddsATapBetweenTheTwoRuns) {
     }
     nameObject(other, "view");
     EXPECT_EQ(address(result), address(other));
-    EXPECT_EQ(
-        taken(),
-        (Lines{kInitCall, "-[UITapGestureRecognizer initWithTarget: view action: handleTap]",
-               "-[SBFloatyFolderView addGestureRecognizer: <UITapGestureRecognizer>]", kInitCall}));
+    EXPECT_EQ(taken(),
+              (Lines{kInitCall, "-[UITapGestureRecognizer initWithTarget:action:] view handleTap",
+                     "-[UIView addGestureRecognizer:] view UITapGestureRecognizer", kInitCall}));
     ASSERT_EQ([other->_gestureRecognizers count], 1U);
     UIGestureRecognizer* const recognizer = [other->_gestureRecognizers objectAtIndex:0];
     EXPECT_EQ(address(recognizer->_target), address(other));
@@ -110,7 +109,7 @@ TEST_F(FolderInitialiser, VariableIsSetBeforeTheViewHasTheRecognizer) {
     settings({"A"}, {"enable", "removeFolderBG"});
     setAnswer(kInit, view);
     std::vector<const void*> seen;
-    whenNoted("-[SBFloatyFolderView addGestureRecognizer:", [&] {
+    whenNoted("-[UIView addGestureRecognizer:] view ", [&] {
         seen.push_back(address(exportedTap()));
         EXPECT_EQ(living("UITapGestureRecognizer"), 1);
     });
@@ -183,8 +182,9 @@ TEST_F(FolderInitialiser, NilsReachThePlatform) {
         [[[SBFloatyFolderView alloc] initWithFolder:nil orientation:-1 viewMap:nil
                                             context:nil] release];
         const std::string call =
-            "-[SBFloatyFolderView initWithFolder: nil orientation: -1 viewMap: nil context: nil]";
-        EXPECT_EQ(journalOf("-[SBFloatyFolderView initWithFolder:"), (Lines{call, call}));
+            "-[SBFloatyFolderView initWithFolder:orientation:viewMap:context:] "
+            "SBFloatyFolderView nil -1 nil nil";
+        EXPECT_EQ(journalOf(kInit), (Lines{call, call}));
     }
 }
 
@@ -242,9 +242,10 @@ TEST_F(FolderView, TapClosesTheFolderThatReceivesIt) {
         setAnswer("+[SBIconController sharedInstance]", controller);
         const Call tap = [tapped] { [tapped handleTap]; };
         tap();
-        EXPECT_EQ(taken(), (Lines{"+[SBIconController sharedInstance]",
-                                  "-[SBIconController _closeFolderController: view animated: YES "
-                                  "withCompletion: nil]"}));
+        EXPECT_EQ(taken(),
+                  (Lines{"+[SBIconController sharedInstance]",
+                         "-[SBIconController _closeFolderController:animated:withCompletion:] "
+                         "controller view YES nil"}));
         expectNothingLeft(tap);
         expectExceptionsToPass(
             "-[SBIconController _closeFolderController:animated:withCompletion:]", tap);
@@ -267,9 +268,7 @@ TEST_F(FolderClosing, AnswerIsThePlatformsSecond) {
         // Of whatever class they are.
         for (const auto& [first, second] :
              {std::pair<id, id>{recognizer, folder}, {context, context}, {nil, nil}}) {
-            const std::string call =
-                "-[SBFloatyFolderView _tapToCloseGestureRecognizer: " + shown(first) +
-                " shouldReceiveTouch: " + shown(second) + "]";
+            const std::string call = sentTo("view", kTouch, {wordsOf(first), wordsOf(second)});
             for (const double answer : {0, 1}) {
                 setAnswers(kTouch, {1 - answer, answer, 1 - answer});
                 clearJournal();
@@ -295,14 +294,15 @@ class Backdrop : public FolderView {
     static constexpr CGRect kFrame{{0, 0}, {375, 812}};
     static constexpr const char* kOpen = "-[SBFolderControllerBackgroundView initWithFrame:]";
     const std::string openCall =
-        "-[SBFolderControllerBackgroundView initWithFrame: {{0, 0}, {375, 812}}]";
+        "-[SBFolderControllerBackgroundView initWithFrame:] SBFolderControllerBackgroundView "
+        "(0, 0) 375×812";
     const std::string touchCall =
-        "-[SBFloatyFolderView _tapToCloseGestureRecognizer: nil shouldReceiveTouch: nil]";
+        "-[SBFloatyFolderView _tapToCloseGestureRecognizer:shouldReceiveTouch:] view nil nil";
     const std::string animateCall =
-        "+[UIView animateWithDuration: 0.30000001192092896 animations: ^ completion: ^]";
-    const Lines fadesIn{"-[UIImageView setAlpha: 0]",
-                        "-[SBFolderControllerBackgroundView addSubview: <UIImageView>]",
-                        animateCall, "-[UIImageView setAlpha: 1]"};
+        "+[UIView animateWithDuration:animations:completion:] 0.30000001192092896 set set";
+    const Lines fadesIn{"-[UIView setAlpha:] UIImageView 0",
+                        "-[UIView addSubview:] SBFolderControllerBackgroundView UIImageView",
+                        animateCall, "-[UIView setAlpha:] UIImageView 1"};
     Call openAndEnd = [] {
         SBFolderControllerBackgroundView* const made = [SBFolderControllerBackgroundView alloc];
         @try {
@@ -329,14 +329,14 @@ TEST_F(Backdrop, WithThemingOffIsThePlatformsAlone) {
 TEST_F(Backdrop, FadesInAndMovesToTheNextFolder) {
     settings({"A"}, {"enable"});
     SBFolderControllerBackgroundView* const first = open();
-    EXPECT_EQ(steps(), joined({{openCall, "-[UIImageView initWithFrame: {{0, 0}, {375, 812}}]",
-                                "-[UIImageView setImage: <UIImage>]"},
+    EXPECT_EQ(steps(), joined({{openCall, "-[UIImageView initWithFrame:] (0, 0) 375×812",
+                                "-[UIImageView setImage:] UIImageView 6×6 @1x"},
                                fadesIn}));
     ASSERT_EQ([first->_subviews count], 1U);
     UIImageView* const picture = [first->_subviews objectAtIndex:0];
     EXPECT_EQ(pathOf(picture->_image),
               "/Library/Themes/A/Bundles/com.apple.springboard/ANEMFolderBackground.png");
-    EXPECT_EQ(shown(picture->_frame), "{{0, 0}, {375, 812}}");
+    EXPECT_EQ(wordsOf(picture->_frame), "(0, 0) 375×812");
     SBFolderControllerBackgroundView* const second = open();
     EXPECT_EQ(steps(), joined({{openCall}, fadesIn}));
     EXPECT_EQ([first->_subviews count], 0U);
@@ -377,10 +377,10 @@ TEST_F(Backdrop, FadesOutWithTheFolderAndIsDetachedAfterwards) {
         clearJournal();
         EXPECT_TRUE(close());
         EXPECT_EQ(taken(),
-                  (Lines{touchCall, touchCall, animateCall, "-[UIImageView setAlpha: 0]"}));
+                  (Lines{touchCall, touchCall, animateCall, "-[UIView setAlpha:] UIImageView 0"}));
         EXPECT_EQ(pendingAnimations(), 1U);
         finishAnimations(isFinished);
-        EXPECT_EQ(taken(), Lines{"-[UIImageView removeFromSuperview]"});
+        EXPECT_EQ(taken(), Lines{"-[UIView removeFromSuperview] UIImageView"});
         EXPECT_EQ([background->_subviews count], 0U);
     }
     setAnswer(kTouch, 0.0);
@@ -430,11 +430,11 @@ class FolderBlur : public ReplacedMethods {
 TEST_F(FolderBlur, DisappearsAtEveryLayoutWithThemingOn) {
     settings({"A"}, {"removeFolderBG"});
     layout();
-    EXPECT_EQ(taken(), Lines{kBlurLayout});
+    EXPECT_EQ(taken(), Lines{sentTo("panel", kBlurLayout)});
     settings({"A"}, {"enable"});
     for (int time = 0; time < 2; ++time) {
         layout();
-        EXPECT_EQ(taken(), (Lines{kBlurLayout, "-[UIView setAlpha: 0]"}));
+        EXPECT_EQ(taken(), (Lines{sentTo("panel", kBlurLayout), "-[UIView setAlpha:] blur 0"}));
     }
     EXPECT_EQ(blur->_layer->_opacity, 0);
 }
@@ -444,14 +444,14 @@ TEST_F(FolderBlur, WhatIsNoViewIsLeftAlone) {
     for (const id other : {static_cast<id>(nil), static_cast<id>(@"blur")}) {
         setVariable(panel, "_blurView", other);
         layout();
-        EXPECT_EQ(taken(), Lines{kBlurLayout});
+        EXPECT_EQ(taken(), Lines{sentTo("panel", kBlurLayout)});
     }
     const Class plain = classWithMethodOf("SBPlainPanel", [UIView class], "layoutSubviews",
                                           [SBFolderBackgroundView class]);
     UIView* const view = [[[plain alloc] init] autorelease];
     clearJournal();
     [view layoutSubviews];
-    EXPECT_EQ(taken(), Lines{"-[SBPlainPanel layoutSubviews]"});
+    EXPECT_EQ(taken(), Lines{"-[SBPlainPanel layoutSubviews] SBPlainPanel"});
 }
 
 TEST_F(FolderBlur, LeavesNothingBehindAndPassesExceptionsOn) {

@@ -11,13 +11,11 @@ constexpr const char* kSearchDot = "-[SBIconListPageControl _searchIndicatorImag
 const std::string kFolder = "A/Bundles/com.apple.springboard/";
 
 std::string dotCall(bool isCurrent) {
-    return "-[SBIconListPageControl _iconListIndicatorImage: " +
-           std::string(isCurrent ? "YES]" : "NO]");
+    return sentTo("dots", kDot, {isCurrent ? "YES" : "NO"});
 }
 
 std::string searchDotCall(bool isCurrent) {
-    return "-[SBIconListPageControl _searchIndicatorImage: " +
-           std::string(isCurrent ? "YES]" : "NO]");
+    return sentTo("dots", kSearchDot, {isCurrent ? "YES" : "NO"});
 }
 
 // Switches with which the dots are the platform's.
@@ -43,7 +41,7 @@ TEST_F(PageControlLayout, WithDotsRunsThePlatformsTwice) {
     for (const char* const only : {"enable", "removePageDots"}) {
         settings({"A"}, {only});
         layout();
-        EXPECT_EQ(taken(), (Lines{kLayout, kLayout}));
+        EXPECT_EQ(taken(), (Lines{sentTo("dots", kLayout), sentTo("dots", kLayout)}));
         expectNothingLeft(layout);
         expectExceptionsToPass(kLayout, layout);
     }
@@ -53,11 +51,11 @@ TEST_F(PageControlLayout, WithDotsRunsThePlatformsTwice) {
 TEST_F(PageControlLayout, WithoutDotsRunsThePlatformsOnceAndHidesTheControl) {
     settings({"A"}, {"enable", "removePageDots"});
     layout();
-    EXPECT_EQ(taken(), (Lines{kLayout, "-[SBIconListPageControl setHidden: YES]"}));
+    EXPECT_EQ(taken(), (Lines{sentTo("dots", kLayout), "-[UIView setHidden:] dots YES"}));
     EXPECT_TRUE(dots->_hidden);
     expectNothingLeft(layout);
     expectExceptionsToPass(kLayout, layout);
-    expectExceptionsToPass("-[SBIconListPageControl setHidden:]", layout);
+    expectExceptionsToPass("-[UIView setHidden:]", layout);
 }
 
 TEST_F(PageDot, UnlessThemedIsThePlatformsSecondAnswer) {

@@ -42,7 +42,13 @@ class ReplacedMethods : public DeviceProcess {
 };
 
 [[nodiscard]] Lines joined(std::initializer_list<Lines> parts);
-// "+[UIImage imageWithContentsOfFile: /Library/Themes/<path>]"
+// How the journal has a message to that object: "-[UIView setTag:] view 546".
+[[nodiscard]] std::string sentTo(const std::string& receiver, const std::string& method,
+                                 const Lines& arguments = {});
+// How it has the platform's part of a replaced method of a class, or of an object in the making:
+// "+[SBUISound soundWithFeedbackEventType:] SBUISound 7".
+[[nodiscard]] std::string sentToClass(const std::string& method, const Lines& arguments = {});
+// "+[UIImage imageWithContentsOfFile:] /Library/Themes/<path>"
 [[nodiscard]] std::string readsImage(const std::string& path);
 // How the engine asks whether the device is a pad.
 [[nodiscard]] Lines asksForIdiom();

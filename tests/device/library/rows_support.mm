@@ -64,11 +64,9 @@ Lines messagesOf(const Call& call) {
     return journal();
 }
 
-// How the journal's lines of that method begin: with the selector's first part, as arguments
-// follow.
-std::string beginningOf(const std::string& method) {
-    const std::size_t colon = method.find(':');
-    return colon == std::string::npos ? method : method.substr(0, colon + 1);
+// "SBIconView" of "-[SBIconView setTag:]".
+std::string classIn(const std::string& message) {
+    return message.substr(2, message.find(' ') - 2);
 }
 
 IMP implementationIn(Class cls, SEL selector) {
@@ -113,7 +111,7 @@ Lines ReplacedMethods::taken() {
 Lines ReplacedMethods::steps() {
     Lines lines = taken();
     std::erase_if(lines, [](const std::string& line) {
-        return line.starts_with("+[UIImage imageWithContentsOfFile:");
+        return line.starts_with("+[UIImage imageWithContentsOfFile:]");
     });
     return lines;
 }
@@ -126,12 +124,24 @@ Lines joined(std::initializer_list<Lines> parts) {
     return lines;
 }
 
+std::string sentTo(const std::string& receiver, const std::string& method, const Lines& arguments) {
+    std::string line = method + " " + receiver;
+    for (const std::string& argument : arguments) {
+        line += " " + argument;
+    }
+    return line;
+}
+
+std::string sentToClass(const std::string& method, const Lines& arguments) {
+    return sentTo(classIn(method), method, arguments);
+}
+
 std::string readsImage(const std::string& path) {
-    return "+[UIImage imageWithContentsOfFile: /Library/Themes/" + path + "]";
+    return "+[UIImage imageWithContentsOfFile:] /Library/Themes/" + path;
 }
 
 Lines asksForIdiom() {
-    return {"+[UIDevice currentDevice]", "-[UIDevice respondsToSelector: userInterfaceIdiom]",
+    return {"+[UIDevice currentDevice]", "-[UIDevice respondsToSelector:] userInterfaceIdiom",
             "+[UIDevice currentDevice]", "-[UIDevice userInterfaceIdiom]"};
 }
 
@@ -179,8 +189,8 @@ void expectNothingLeft(const Call& call) {
 void expectExceptionsToPass(const std::string& method, const Call& call) {
     messagesOf(call);
     const Lines usual = messagesOf(call);
-    const auto isOurs = [beginning = beginningOf(method)](const std::string& line) {
-        return line.starts_with(beginning);
+    const auto isOurs = [&method](const std::string& line) {
+        return line == method || line.starts_with(method + " ");
     };
     const auto calls = static_cast<int>(std::ranges::count_if(usual, isOurs));
     EXPECT_GT(calls, 0) << method << " is not called";

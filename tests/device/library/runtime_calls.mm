@@ -1,12 +1,13 @@
 // Calls of the Objective-C runtime that tests steer or look at, defined ahead of the runtime's own.
 #include "device/library/device_process.h"
-#include "device/standins/standin.h"
+#import "device/standins/messages.h"
 #include <dlfcn.h>
 #include <objc/runtime.h>
 
 #include <cstring>
 #include <mutex>
 #include <set>
+#include <string>
 
 namespace velmoranth::standins {
 namespace {
@@ -48,10 +49,11 @@ __attribute__((visibility("default"))) BOOL class_addMethod(Class cls, SEL selec
                                                             const char* types) {
     static const auto next = reinterpret_cast<BOOL (*)(Class, SEL, IMP, const char*)>(
         dlsym(RTLD_NEXT, "class_addMethod"));
+    using velmoranth::standins::Words;
     if (std::strcmp(sel_getName(selector), "handleTap") == 0) {
-        velmoranth::standins::note("class_addMethod(" +
-                                   std::string(cls == Nil ? "nil" : class_getName(cls)) +
-                                   ", handleTap, " + types + ")");
+        velmoranth::standins::called("class_addMethod",
+                                     Words{cls == Nil ? "nil" : class_getName(cls)}, selector,
+                                     Words{"\"" + std::string(types) + "\""});
     }
     return next(cls, selector, method, types);
 }

@@ -13,7 +13,7 @@ constexpr const char* kSound = "+[SBUISound soundWithFeedbackEventType:]";
 constexpr const char* kLock = "/Library/Themes/A/UISounds/lock.caf";
 
 std::string soundCall(const std::string& type) {
-    return "+[SBUISound soundWithFeedbackEventType: " + type + "]";
+    return sentToClass(kSound, {type});
 }
 
 class SystemSounds : public ReplacedMethods {
@@ -22,13 +22,14 @@ class SystemSounds : public ReplacedMethods {
 
     // Of a player for that path, which plays when there is a sound.
     static Lines plays(const std::string& path, bool isThere) {
-        Lines lines{"+[AVAudioSession sharedInstance]",
-                    "-[AVAudioSession setCategory: \"AVAudioSessionCategoryAmbient\" error: null]",
-                    "-[AVAudioSession setActive: YES error: null]",
-                    "-[AVAudioPlayer initWithContentsOfURL: \"" + path + "\" error: null]"};
+        Lines lines{
+            "+[AVAudioSession sharedInstance]",
+            "-[AVAudioSession setCategory:error:] AVAudioSession \"AVAudioSessionCategoryAmbient\"",
+            "-[AVAudioSession setActive:error:] AVAudioSession YES",
+            "-[AVAudioPlayer initWithContentsOfURL:error:] " + path};
         if (isThere) {
-            lines.push_back("-[AVAudioPlayer prepareToPlay]");
-            lines.push_back("-[AVAudioPlayer play]");
+            lines.push_back("-[AVAudioPlayer prepareToPlay] AVAudioPlayer");
+            lines.push_back("-[AVAudioPlayer play] AVAudioPlayer");
         }
         return lines;
     }
@@ -50,10 +51,10 @@ TEST_F(FeedbackRow, OffPlaysThePlatformsAlone) {
     settings({"A"}, {});
     setSoundID(1002);
     play();
-    EXPECT_EQ(taken(), Lines{kPlay});
+    EXPECT_EQ(taken(), Lines{sentTo("feedback", kPlay)});
     settings({"A"}, {"enableLogging"});
     play();
-    EXPECT_EQ(taken(), (Lines{kSoundID, kPlay}));
+    EXPECT_EQ(taken(), (Lines{sentTo("feedback", kSoundID), sentTo("feedback", kPlay)}));
     EXPECT_EQ(logLines(),
               Lines{"VELMORANTH UIDevice _playSystemSound:_effectiveSystemSoundID : 1002"});
 }
@@ -62,7 +63,9 @@ TEST_F(FeedbackRow, OnPlaysTheThemesSoundBeforeThePlatforms) {
     settings({"A"}, {"enable", "enableLogging"});
     setAnswers(kSoundID, {1100, 1002});
     play();
-    EXPECT_EQ(taken(), joined({{kSoundID, kSoundID}, plays(kLock, true), {kPlay}}));
+    EXPECT_EQ(taken(), joined({{sentTo("feedback", kSoundID), sentTo("feedback", kSoundID)},
+                               plays(kLock, true),
+                               {sentTo("feedback", kPlay)}}));
     EXPECT_EQ(logLines(),
               Lines{"VELMORANTH UIDevice _playSystemSound:_effectiveSystemSoundID : 1100"});
     EXPECT_EQ(playingPlayers().size(), 1U);
@@ -77,9 +80,9 @@ TEST_F(FeedbackRow, NumbersHave32BitsWithoutASign) {
         clearLog();
         clearJournal();
         play();
-        EXPECT_EQ(
-            taken(),
-            joined({{kSoundID, kSoundID}, plays("/Library/Themes/A/UISounds", false), {kPlay}}));
+        EXPECT_EQ(taken(), joined({{sentTo("feedback", kSoundID), sentTo("feedback", kSoundID)},
+                                   plays("/Library/Themes/A/UISounds", false),
+                                   {sentTo("feedback", kPlay)}}));
         EXPECT_EQ(logLines(), Lines{"VELMORANTH UIDevice _playSystemSound:_effectiveSystemSoundID "
                                     ": " +
                                     line});
@@ -90,7 +93,7 @@ TEST_F(FeedbackRow, WithoutTheThemesFolderThePlatformsIsPlayedStill) {
     settings({"B"}, {"enable"});
     setSoundID(1002);
     play();
-    EXPECT_EQ(taken(), (Lines{kSoundID, kPlay}));
+    EXPECT_EQ(taken(), (Lines{sentTo("feedback", kSoundID), sentTo("feedback", kPlay)}));
 }
 
 TEST_F(FeedbackRow, LeavesNothingBehindAndPassesExceptionsOn) {
@@ -112,7 +115,7 @@ TEST_F(FeedbackRow, MissingAudioHarmsNothing) {
     settings({"A"}, {"enable"});
     setSoundID(1002);
     play();
-    EXPECT_EQ(taken(), (Lines{kSoundID, kPlay}));
+    EXPECT_EQ(taken(), (Lines{sentTo("feedback", kSoundID), sentTo("feedback", kPlay)}));
 }
 
 TEST_F(SoundRow, OffIsThePlatformsSecond) {
@@ -171,8 +174,8 @@ TEST_F(SoundRow, SubclassIsTheReceiver) {
     setAnswer(kSound, first);
     clearJournal();
     EXPECT_EQ(address([heir soundWithFeedbackEventType:7]), address(first));
-    EXPECT_EQ(taken(), (Lines{"+[SBHeirSound soundWithFeedbackEventType: 7]",
-                              "+[SBHeirSound soundWithFeedbackEventType: 7]"}));
+    EXPECT_EQ(taken(), (Lines{"+[SBUISound soundWithFeedbackEventType:] SBHeirSound 7",
+                              "+[SBUISound soundWithFeedbackEventType:] SBHeirSound 7"}));
 }
 
 TEST_F(SoundRow, LeavesNothingBehindAndPassesExceptionsOn) {

@@ -150,8 +150,8 @@ TEST_F(SoundsByMessage, TheMainClassMakesTheSessionAmbientForAnObject) {
     EXPECT_EQ(journalOf("-[AVAudioSession"), Lines{});
     [shared() initClass:@"any"];
     EXPECT_EQ(journalOf("-[AVAudioSession"),
-              (Lines{"-[AVAudioSession setCategory: \"AVAudioSessionCategoryAmbient\" error: "
-                     "null]"}));
+              (Lines{"-[AVAudioSession setCategory:error:] AVAudioSession "
+                     "\"AVAudioSessionCategoryAmbient\""}));
 }
 
 TEST_F(SoundsByMessage, ThePanelsSoundsAreEachItsOwn) {
@@ -200,7 +200,7 @@ TEST_F(SoundsByMessage, ThePanelsPlayerIsInItsVariableBeforeItIsSentAnything) {
     const id sounds = newSounds();
     EXPECT_EQ(variable(sounds, "soundToPlay"), nil);
     std::vector<const void*> atTheDelegate;
-    whenNoted("-[AVAudioPlayer setDelegate:", [&] {
+    whenNoted("-[AVAudioPlayer setDelegate:] ", [&] {
         atTheDelegate.push_back(static_cast<const void*>(variable(sounds, "soundToPlay")));
         // The one before is gone.
         EXPECT_EQ(living("AVAudioPlayer"), 1);

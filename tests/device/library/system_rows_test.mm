@@ -25,7 +25,7 @@ class ClassicDock : public ReplacedMethods {
              {std::initializer_list<const char*>{}, {"enable"}, {"removeDock"}}) {
             settings({"A"}, switches);
             [dock layoutSubviews];
-            EXPECT_EQ(taken(), Lines{kLayout});
+            EXPECT_EQ(taken(), Lines{sentTo("dock", kLayout)});
             EXPECT_EQ(logLines(), Lines{logged});
         }
         EXPECT_EQ([dock->_subviews count], 3U);
@@ -54,11 +54,12 @@ struct DockBetween : ClassicDock {
 
 // The theme's dock, ten points below that frame, before it is put anywhere; theme A has the file.
 Lines makesPicture() {
-    return joined(
-        {{kFrame, "-[UIImageView init]", "-[UIImageView setFrame: {{4, 13}, {367, 92}}]"},
-         asksForIdiom(),
-         {readsImage("A/Velmoranth/SBDockBGiphone.png"), "-[UIImageView setImage: <UIImage>]",
-          "-[UIImageView image]", "-[UIImageView image]"}});
+    return joined({{sentTo("dock", kFrame), "-[UIImageView init]",
+                    "-[UIView setFrame:] UIImageView (4, 13) 367×92"},
+                   asksForIdiom(),
+                   {readsImage("A/Velmoranth/SBDockBGiphone.png"),
+                    "-[UIImageView setImage:] UIImageView 6×6 @1x",
+                    "-[UIImageView image] UIImageView", "-[UIImageView image] UIImageView"}});
 }
 
 TEST_F(DockOniOS12, StaysUnlessBothSwitchesAreOn) {
@@ -72,7 +73,7 @@ TEST_F(DockOniOS13, StaysUnlessBothSwitchesAreOn) {
 TEST_F(DockBetween, LayoutIsThePlatforms) {
     settings({"A"}, {"enable", "removeDock"});
     [dock layoutSubviews];
-    EXPECT_EQ(taken(), Lines{kLayout});
+    EXPECT_EQ(taken(), Lines{sentTo("dock", kLayout)});
     EXPECT_EQ(logLines(), Lines{});
 }
 
@@ -80,10 +81,10 @@ TEST_F(DockOniOS12, ThemesDockLiesBehindTheIconsAtEveryLayout) {
     themePng("A/Velmoranth/SBDockBGiphone.png");
     settings({"A"}, {"enable", "removeDock"});
     [dock layoutSubviews];
-    EXPECT_EQ(taken(),
-              joined({{kLayout, "-[UIView removeFromSuperview]", "-[UIView removeFromSuperview]"},
-                      makesPicture(),
-                      {"-[SBIconListView insertSubview: <UIImageView> atIndex: 0]"}}));
+    EXPECT_EQ(taken(), joined({{sentTo("dock", kLayout), "-[UIView removeFromSuperview] background",
+                                "-[UIView removeFromSuperview] highlight"},
+                               makesPicture(),
+                               {"-[UIView insertSubview:atIndex:] list UIImageView 0"}}));
     ASSERT_EQ([dock->_subviews count], 1U);
     EXPECT_EQ(address([dock->_subviews objectAtIndex:0]), address(list));
     UIImageView* const picture = [list->_subviews objectAtIndex:0];
@@ -103,11 +104,12 @@ TEST_F(DockOniOS12, WhatIsNoViewIsLeftAlone) {
     setVariable(dock, "_highlightView", @"no view");
     setVariable(dock, "_iconListView", nil);
     [dock layoutSubviews];
-    EXPECT_EQ(taken(), (Lines{kLayout, "-[UIView removeFromSuperview]"}));
+    EXPECT_EQ(taken(),
+              (Lines{sentTo("dock", kLayout), "-[UIView removeFromSuperview] background"}));
     setVariable(dock, "_backgroundView", nil);
     setVariable(dock, "_highlightView", nil);
     [dock layoutSubviews];
-    EXPECT_EQ(taken(), Lines{kLayout});
+    EXPECT_EQ(taken(), Lines{sentTo("dock", kLayout)});
 }
 
 // A key that an object lacks is the platform's own error; nothing is logged but the running system,
@@ -124,7 +126,7 @@ void expectKeysToBeMissed(std::initializer_list<const char*> keys, const std::st
             EXPECT_EQ(textOf([raised name]), "NSUnknownKeyException");
             EXPECT_NE(textOf([raised reason]).find("for the key " + std::string(key) + "."),
                       std::string::npos);
-            EXPECT_EQ(journal(), Lines{"-[PlainDock layoutSubviews]"});
+            EXPECT_EQ(journal(), Lines{"-[PlainDock layoutSubviews] PlainDock"});
             ASSERT_EQ(logLines().size(), 1U);
             EXPECT_NE(logLines().front().find(system), std::string::npos);
         }
@@ -146,9 +148,9 @@ TEST_F(DockOniOS13, ThemesDockBecomesTheBackgroundAtEveryLayout) {
     themePng("A/Velmoranth/SBDockBGiphone.png");
     settings({"A"}, {"enable", "removeDock"});
     [dock layoutSubviews];
-    EXPECT_EQ(
-        taken(),
-        joined({{kLayout}, makesPicture(), {"-[SBDockView setBackgroundView: <UIImageView>]"}}));
+    EXPECT_EQ(taken(), joined({{sentTo("dock", kLayout)},
+                               makesPicture(),
+                               {"-[SBDockView setBackgroundView:] dock UIImageView"}}));
     EXPECT_EQ(address([dock->_subviews objectAtIndex:0]),
               address(variable(dock, "_backgroundView")));
     UIImageView* const picture = variable(dock, "_backgroundView");

@@ -88,28 +88,30 @@ TEST_F(Extraction, DrawsPdfsAtTheirOwnScalesAndTakesStoredBitmaps) {
                                           {"car", pdf(@"car", 1, {2.5, 4}), 1, 4},
                                           {"pod", pdf(@"pod", 1, {2, 2}), 1, 5}}});
     extract();
-    const std::string draw = "-[CUINamedImage createImageFromPDFRenditionWithScale: ";
-    EXPECT_EQ(catalogMessages(),
-              (Lines{"-[CUICatalog allImageNames]",
-                     "-[CUICatalog imageWithName: bell scaleFactor: 0]",
-                     "-[CUICatalog imagesWithName: bell]",
-                     draw + "2]",
-                     draw + "3]",
-                     draw + "1]",
-                     "-[CUINamedImage image]",
-                     "-[CUICatalog imageWithName: photo scaleFactor: 0]",
-                     "-[CUICatalog imagesWithName: photo]",
-                     draw + "1.5]",
-                     "-[CUINamedImage image]",
-                     draw + "2]",
-                     "-[CUINamedImage image]",
-                     "-[CUICatalog imageWithName: car scaleFactor: 0]",
-                     "-[CUICatalog imageWithName: car scaleFactor: 0 deviceIdiom: 1]",
-                     "-[CUICatalog imageWithName: car scaleFactor: 0 deviceIdiom: 4]",
-                     draw + "1]",
-                     "-[CUICatalog imageWithName: pod scaleFactor: 0]",
-                     "-[CUICatalog imageWithName: pod scaleFactor: 0 deviceIdiom: 1]",
-                     "-[CUICatalog imageWithName: pod scaleFactor: 0 deviceIdiom: 4]"}));
+    const std::string draw =
+        "-[CUINamedImage createImageFromPDFRenditionWithScale:] CUINamedImage ";
+    EXPECT_EQ(
+        catalogMessages(),
+        (Lines{"-[CUICatalog allImageNames] CUICatalog",
+               "-[CUICatalog imageWithName:scaleFactor:] CUICatalog \"bell\" 0",
+               "-[CUICatalog imagesWithName:] CUICatalog \"bell\"",
+               draw + "bell 2",
+               draw + "bell 3",
+               draw + "bell 1",
+               "-[CUINamedImage image] CUINamedImage bell",
+               "-[CUICatalog imageWithName:scaleFactor:] CUICatalog \"photo\" 0",
+               "-[CUICatalog imagesWithName:] CUICatalog \"photo\"",
+               draw + "photo 1.5",
+               "-[CUINamedImage image] CUINamedImage photo",
+               draw + "photo 2",
+               "-[CUINamedImage image] CUINamedImage photo",
+               "-[CUICatalog imageWithName:scaleFactor:] CUICatalog \"car\" 0",
+               "-[CUICatalog imageWithName:scaleFactor:deviceIdiom:] CUICatalog \"car\" 0 1",
+               "-[CUICatalog imageWithName:scaleFactor:deviceIdiom:] CUICatalog \"car\" 0 4",
+               draw + "car 1",
+               "-[CUICatalog imageWithName:scaleFactor:] CUICatalog \"pod\" 0",
+               "-[CUICatalog imageWithName:scaleFactor:deviceIdiom:] CUICatalog \"pod\" 0 1",
+               "-[CUICatalog imageWithName:scaleFactor:deviceIdiom:] CUICatalog \"pod\" 0 4"}));
     EXPECT_EQ(logLines(),
               (Lines{extracting("bell-20-40-@2x.png"), extracting("bell-30-60-@3x.png"),
                      extracting("photo-8-8.png"), extracting("photo-16-16-@2x.png"),
@@ -137,7 +139,14 @@ TEST_F(Extraction, KeepsNothingBetweenNames) {
     std::vector<Lines> living;
     std::vector<unsigned> pooled;
     // Asked for outside all pools of the operation's own, which are none at that moment.
-    whenNoted("-[CUINamedImage createImageFromPDFRenditionWithScale: 2]", [&] {
+    const auto whenDrawn = [](const std::function<void()>& action) {
+        for (int i = 0; i < 20; ++i) {
+            whenNoted("-[CUINamedImage createImageFromPDFRenditionWithScale:] CUINamedImage name" +
+                          std::to_string(i) + " 2",
+                      action);
+        }
+    };
+    whenDrawn([&] {
         living.push_back(allLiving());
         pooled.push_back([pool autoreleaseCount]);
     });
@@ -145,7 +154,7 @@ TEST_F(Extraction, KeepsNothingBetweenNames) {
     ASSERT_EQ(living.size(), 20U);
     EXPECT_EQ(living, std::vector<Lines>(20, living.front()));
     EXPECT_EQ(pooled, std::vector<unsigned>(20, pooled.front()));
-    whenNoted("-[CUINamedImage createImageFromPDFRenditionWithScale: 2]", nullptr);
+    whenDrawn(nullptr);
     [pool drain];
     EXPECT_EQ(logLines().size(), 41U);
     EXPECT_EQ(allLiving(), before);

@@ -36,16 +36,15 @@ TEST(Alerts, AreMadeAndShownByTheMessagesNamed) {
         alert->addAction(
             alerts().actionWithTitleStyleHandler(std::nullopt, AlertActionStyle::cancel, [] {}));
         controller->presentViewControllerAnimated(alert, true);
-        EXPECT_EQ(
-            journal(),
-            (Strings{"+[UIAlertController alertControllerWithTitle: \"Title\" message: nil "
-                     "preferredStyle: 1]",
-                     "+[UIAlertAction actionWithTitle: \"Yes\" style: 2 handler: ^]",
-                     "-[UIAlertController addAction: <UIAlertAction>]",
-                     "+[UIAlertAction actionWithTitle: nil style: 1 handler: ^]",
-                     "-[UIAlertController addAction: <UIAlertAction>]",
-                     "-[UIViewController presentViewController: <UIAlertController> animated: YES "
-                     "completion: nil]"}));
+        EXPECT_EQ(journal(),
+                  (Strings{"+[UIAlertController alertControllerWithTitle:message:preferredStyle:] "
+                           "\"Title\" nil 1",
+                           "+[UIAlertAction actionWithTitle:style:handler:] \"Yes\" 2 set",
+                           "-[UIAlertController addAction:] UIAlertController UIAlertAction",
+                           "+[UIAlertAction actionWithTitle:style:handler:] nil 1 set",
+                           "-[UIAlertController addAction:] UIAlertController UIAlertAction",
+                           "-[UIViewController presentViewController:animated:completion:] "
+                           "UIViewController UIAlertController YES"}));
         EXPECT_EQ(root->_presentedViewController, nativeOf(alert));
         EXPECT_EQ([static_cast<UIAlertController*>(nativeOf(alert))->_actions count], 2U);
     }
@@ -60,9 +59,9 @@ TEST(Alerts, ActionSheetsAndPlainButtonsHaveThePlatformsNumbers) {
         static_cast<void>(
             alerts().actionWithTitleStyleHandler("t", AlertActionStyle::normal, [] {}));
         EXPECT_EQ(journal(),
-                  (Strings{"+[UIAlertController alertControllerWithTitle: \"\" message: \"m\" "
-                           "preferredStyle: 0]",
-                           "+[UIAlertAction actionWithTitle: \"t\" style: 0 handler: ^]"}));
+                  (Strings{"+[UIAlertController alertControllerWithTitle:message:preferredStyle:] "
+                           "\"\" \"m\" 0",
+                           "+[UIAlertAction actionWithTitle:style:handler:] \"t\" 0 set"}));
     }
 }
 
@@ -138,7 +137,7 @@ TEST(ViewControllers, HaveAViewOfItsKindOrNone) {
         const platform::ViewRef view = controller->view();
         EXPECT_EQ(nativeOf(view), static_cast<id>(native->_view));
         EXPECT_NE(std::dynamic_pointer_cast<platform::ImageView>(view), nullptr);
-        EXPECT_EQ(journal(), (Strings{"-[UIViewController view]"}));
+        EXPECT_EQ(journal(), (Strings{"-[UIViewController view] UIViewController"}));
         native->_view = static_cast<UIView*>([@"no view" retain]);
         EXPECT_EQ(controller->view(), nullptr);
     }
@@ -150,8 +149,9 @@ TEST(ViewControllers, ArePresentedWithOrWithoutMotion) {
         const auto presented = wrap<platform::ViewController>(made<UIViewController>());
         clearJournal();
         controller->presentViewControllerAnimated(presented, false);
-        EXPECT_EQ(journal(), (Strings{"-[UIViewController presentViewController: "
-                                      "<UIViewController> animated: NO completion: nil]"}));
+        EXPECT_EQ(journal(),
+                  (Strings{"-[UIViewController presentViewController:animated:completion:] "
+                           "UIViewController UIViewController NO"}));
     }
     EXPECT_EQ(standins::allLiving(), Strings{});
 }
@@ -173,8 +173,8 @@ TEST(Application, HasTheKeyWindowAndItsController) {
         [window setRootViewController:root];
         EXPECT_EQ(nativeOf(found->rootViewController()), static_cast<id>(root));
         found->setAlpha(0.5);
-        EXPECT_EQ(standins::journalOf("-[UIWindow setAlpha:"),
-                  (Strings{"-[UIWindow setAlpha: 0.5]"}));
+        EXPECT_EQ(standins::journalOf("-[UIView setAlpha:]"),
+                  (Strings{"-[UIView setAlpha:] UIWindow 0.5"}));
     }
     EXPECT_EQ(standins::living("UIViewController"), 1);
     standins::setKeyWindow(nil);
@@ -187,7 +187,7 @@ TEST(Feedback, TellsTheNumberOfItsSound) {
         standins::setAnswer("-[_UIFeedback _effectiveSystemSoundID]", 4294967295.0);
         clearJournal();
         EXPECT_EQ(feedback->_effectiveSystemSoundID(), 4294967295U);
-        EXPECT_EQ(journal(), (Strings{"-[_UIFeedback _effectiveSystemSoundID]"}));
+        EXPECT_EQ(journal(), (Strings{"-[_UIFeedback _effectiveSystemSoundID] _UIFeedback"}));
         standins::raiseFrom("-[_UIFeedback _effectiveSystemSoundID]", "Refused");
         EXPECT_EQ(raisedBy([&] { static_cast<void>(feedback->_effectiveSystemSoundID()); }),
                   "Refused");

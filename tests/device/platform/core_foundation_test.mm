@@ -44,10 +44,10 @@ TEST_F(DarwinNotificationCenter, RegistersByNameAndBehaviour) {
                                            SuspensionBehavior::coalesce);
     darwinNotificationCenter().addObserver(nullptr, &note, "org.example/other", nullptr,
                                            SuspensionBehavior::deliverImmediately);
-    EXPECT_EQ(
-        standins::journal(),
-        (std::vector<std::string>{"CFNotificationCenterAddObserver(null, org.example/changed, 2)",
-                                  "CFNotificationCenterAddObserver(null, org.example/other, 4)"}));
+    EXPECT_EQ(standins::journal(),
+              (std::vector<std::string>{
+                  "CFNotificationCenterAddObserver nil \"org.example/changed\" nil 2",
+                  "CFNotificationCenterAddObserver nil \"org.example/other\" nil 4"}));
 }
 
 TEST_F(DarwinNotificationCenter, IsGivenTheObserverAsItIs) {
@@ -56,7 +56,7 @@ TEST_F(DarwinNotificationCenter, IsGivenTheObserverAsItIs) {
     darwinNotificationCenter().addObserver(&self, &note, "changed", nullptr,
                                            SuspensionBehavior::coalesce);
     EXPECT_EQ(standins::journal(),
-              std::vector<std::string>{"CFNotificationCenterAddObserver(set, changed, 2)"});
+              std::vector<std::string>{"CFNotificationCenterAddObserver set \"changed\" nil 2"});
     // So it is found by the same address.
     CFNotificationCenterRemoveObserver(
         CFNotificationCenterGetDarwinNotifyCenter(), &self,

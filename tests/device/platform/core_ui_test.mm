@@ -4,6 +4,7 @@
 #include "device/platform/core_ui_handles.h"
 #include "device/platform/foundation_handles.h"
 #include "device/platform/services.h"
+#import "device/standins/record_words.h"
 
 #include <memory>
 #include <string>
@@ -40,7 +41,9 @@ class CoreUITest : public BalancedTest {
 
     // A bundle that lies in a folder of this machine.
     static BundleRef bundle() {
-        return wrap<platform::Bundle>([NSBundle bundleWithPath:@"/usr/lib"]);
+        NSBundle* const bundle = [NSBundle bundleWithPath:@"/usr/lib"];
+        standins::nameObject(bundle, "/usr/lib");
+        return wrap<platform::Bundle>(bundle);
     }
 };
 
@@ -54,7 +57,7 @@ TEST_F(OpeningCatalogs, TakesTheFileUrlOfAPath) {
     OpenedCatalog opened = catalogClass().initWithURL(classOfCatalogs(), "/Theme one/Assets.car");
     ASSERT_NE(opened.catalog, nullptr);
     EXPECT_EQ(opened.error, std::nullopt);
-    EXPECT_EQ(journal(), Lines{"-[CUICatalog initWithURL: file:///Theme%20one/Assets.car error:]"});
+    EXPECT_EQ(journal(), Lines{"-[CUICatalog initWithURL:error:] \"/Theme one/Assets.car\" set"});
     EXPECT_EQ(referencesTo(opened.catalog->native()), 1);
     opened.catalog.reset();
     EXPECT_EQ(living("CUICatalog"), 0);
@@ -89,7 +92,8 @@ TEST_F(OpeningCatalogs, TakesANameInABundle) {
         catalogClass().initWithNameFromBundle(classOfCatalogs(), "Other", bundle());
     ASSERT_NE(opened.catalog, nullptr);
     EXPECT_EQ(opened.error, std::nullopt);
-    EXPECT_EQ(journal(), Lines{"-[CUICatalog initWithName: Other fromBundle: /usr/lib error:]"});
+    EXPECT_EQ(journal(),
+              Lines{"-[CUICatalog initWithName:fromBundle:error:] \"Other\" /usr/lib set"});
     EXPECT_EQ(referencesTo(opened.catalog->native()), 1);
     const OpenedCatalog missing =
         catalogClass().initWithNameFromBundle(classOfCatalogs(), "None", bundle());
@@ -103,7 +107,7 @@ TEST_F(OpeningCatalogs, TakesTheDefaultOfABundle) {
     standins::addCatalogFile("/usr/lib/Assets.car", {});
     CUICatalogRef catalog = catalogClass().defaultUICatalogForBundle(classOfCatalogs(), bundle());
     ASSERT_NE(catalog, nullptr);
-    EXPECT_EQ(journal().back(), "+[CUICatalog defaultUICatalogForBundle: /usr/lib]");
+    EXPECT_EQ(journal().back(), "+[CUICatalog defaultUICatalogForBundle:] /usr/lib");
     EXPECT_EQ(referencesTo(catalog->native()), 1);
     catalog.reset();
     EXPECT_EQ(living("CUICatalog"), 0);
@@ -113,8 +117,8 @@ TEST_F(OpeningCatalogs, MayBeAskedForNoBundle) {
     EXPECT_EQ(catalogClass().defaultUICatalogForBundle(classOfCatalogs(), nullptr), nullptr);
     EXPECT_EQ(catalogClass().initWithNameFromBundle(classOfCatalogs(), "A", nullptr).catalog,
               nullptr);
-    EXPECT_EQ(journal(), (Lines{"+[CUICatalog defaultUICatalogForBundle: (null)]",
-                                "-[CUICatalog initWithName: A fromBundle: (null) error:]"}));
+    EXPECT_EQ(journal(), (Lines{"+[CUICatalog defaultUICatalogForBundle:] nil",
+                                "-[CUICatalog initWithName:fromBundle:error:] \"A\" nil set"}));
 }
 
 TEST_F(OpeningCatalogs, IsNilForANilClassWithoutAnError) {
@@ -159,7 +163,7 @@ class Catalogs : public CoreUITest {
 
 TEST_F(Catalogs, NameTheirImagesInTheirOwnOrder) {
     EXPECT_EQ(catalog_->allImageNames(), (Lines{"b", "a"}));
-    EXPECT_EQ(journal(), Lines{"-[CUICatalog allImageNames]"});
+    EXPECT_EQ(journal(), Lines{"-[CUICatalog allImageNames] CUICatalog"});
 }
 
 TEST_F(Catalogs, LeaveOutNamesThatAreNoStrings) {
@@ -174,8 +178,8 @@ TEST_F(Catalogs, FindAnImageByScale) {
     EXPECT_EQ(nativeOf(image), large_);
     EXPECT_NE(std::dynamic_pointer_cast<platform::CUINamedImage>(image), nullptr);
     EXPECT_EQ(nativeOf(catalog_->imageWithNameScaleFactor("b", 0)), plain_);
-    EXPECT_EQ(journal(), (Lines{"-[CUICatalog imageWithName: b scaleFactor: 3]",
-                                "-[CUICatalog imageWithName: b scaleFactor: 0]"}));
+    EXPECT_EQ(journal(), (Lines{"-[CUICatalog imageWithName:scaleFactor:] CUICatalog \"b\" 3",
+                                "-[CUICatalog imageWithName:scaleFactor:] CUICatalog \"b\" 0"}));
 }
 
 TEST_F(Catalogs, FindAnImageForAKindOfDevice) {
@@ -183,13 +187,14 @@ TEST_F(Catalogs, FindAnImageForAKindOfDevice) {
     const ObjectRef image = catalog_->imageWithNameScaleFactorDeviceIdiom("a", 0.5, 4);
     EXPECT_EQ(nativeOf(image), car_);
     EXPECT_EQ(std::dynamic_pointer_cast<platform::CUINamedImage>(image), nullptr);
-    EXPECT_EQ(journal().back(), "-[CUICatalog imageWithName: a scaleFactor: 0.5 deviceIdiom: 4]");
+    EXPECT_EQ(journal().back(),
+              "-[CUICatalog imageWithName:scaleFactor:deviceIdiom:] CUICatalog \"a\" 0.5 4");
     EXPECT_EQ(catalog_->imageWithNameScaleFactorDeviceIdiom("c", 0, 4), nullptr);
 }
 
 TEST_F(Catalogs, GiveEveryRenditionOfAName) {
     const std::vector<ObjectRef> images = catalog_->imagesWithName("b");
-    EXPECT_EQ(journal(), Lines{"-[CUICatalog imagesWithName: b]"});
+    EXPECT_EQ(journal(), Lines{"-[CUICatalog imagesWithName:] CUICatalog \"b\""});
     ASSERT_EQ(images.size(), 2U);
     EXPECT_EQ(nativeOf(images[0]), plain_);
     EXPECT_EQ(nativeOf(images[1]), large_);
@@ -258,7 +263,8 @@ TEST_F(CatalogImages, GiveTheirStoredBitmap) {
     }
     EXPECT_EQ(referencesTo(bitmap), 2);
     CGImageRelease(bitmap);
-    EXPECT_EQ(journal(), (Lines{"-[CUINamedImage image]", "-[CUINamedImage image]"}));
+    EXPECT_EQ(journal(), (Lines{"-[CUINamedImage image] CUINamedImage dock",
+                                "-[CUINamedImage image] CUINamedImage dock"}));
 }
 
 TEST_F(CatalogImages, DrawTheirPdfForTheCaller) {
@@ -266,7 +272,8 @@ TEST_F(CatalogImages, DrawTheirPdfForTheCaller) {
     [native_ setPDFSize:CGSize{10, 20}];
     BitmapImageRef bitmap = image_->createImageFromPDFRenditionWithScale(1.5);
     ASSERT_NE(bitmap, nullptr);
-    EXPECT_EQ(journal().back(), "-[CUINamedImage createImageFromPDFRenditionWithScale: 1.5]");
+    EXPECT_EQ(journal().back(),
+              "-[CUINamedImage createImageFromPDFRenditionWithScale:] CUINamedImage dock 1.5");
     EXPECT_EQ(bitmap->layout().width, 15U);
     EXPECT_EQ(bitmap->layout().height, 30U);
     EXPECT_EQ(referencesTo(bitmap->native()), 1);

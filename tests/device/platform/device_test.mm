@@ -15,7 +15,7 @@ TEST(CurrentDevice, IsAskedWhetherItHasAnIdiom) {
         clearJournal();
         EXPECT_TRUE(currentDevice().respondsToUserInterfaceIdiom());
         EXPECT_EQ(journal(), (Strings{"+[UIDevice currentDevice]",
-                                      "-[UIDevice respondsToSelector: userInterfaceIdiom]"}));
+                                      "-[UIDevice respondsToSelector:] userInterfaceIdiom"}));
         standins::setDevice(std::nullopt, 3);
         EXPECT_FALSE(currentDevice().respondsToUserInterfaceIdiom());
     }

@@ -21,7 +21,7 @@ TEST_F(LibSystem, SetsIds) {
     standins::clearJournal();
     EXPECT_EQ(libSystem().setuid(501), 0);
     EXPECT_EQ(libSystem().setgid(20), 0);
-    EXPECT_EQ(standins::journal(), (std::vector<std::string>{"setuid(501)", "setgid(20)"}));
+    EXPECT_EQ(standins::journal(), (std::vector<std::string>{"setuid 501", "setgid 20"}));
 }
 
 TEST_F(LibSystem, ChangesModes) {

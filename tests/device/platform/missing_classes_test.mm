@@ -142,8 +142,8 @@ class UnloadedAudio : public ::testing::Test {
     }
 
     static Strings loading() {
-        return {"+[NSBundle bundleWithPath: \"/System/Library/Frameworks/AVFoundation.framework\"]",
-                "-[FrameworkBundle load]"};
+        return {"+[NSBundle bundleWithPath:] \"/System/Library/Frameworks/AVFoundation.framework\"",
+                "-[FrameworkBundle load] FrameworkBundle"};
     }
 
   private:
@@ -160,7 +160,7 @@ TEST_F(UnloadedAudio, IsLoadedWithTheFirstSound) {
     EXPECT_EQ(standins::journal(), Strings{});
     EXPECT_NE(sounds.audioPlayerWithData(platform::Data{'c', 'a', 'f', 'f'}), nullptr);
     Strings expected = loading();
-    expected.push_back("-[AVAudioPlayer initWithData: 4 error: null]");
+    expected.push_back("-[AVAudioPlayer initWithData:error:] 4 bytes");
     EXPECT_EQ(standins::journal(), expected);
 }
 
@@ -178,7 +178,7 @@ TEST_F(UnloadedAudio, IsLoadedWithTheSession) {
 TEST_F(UnloadedAudio, IsLoadedForAFile) {
     EXPECT_EQ(audio().audioPlayerWithContentsOfURL("/no/such/file"), nullptr);
     Strings expected = loading();
-    expected.push_back("-[AVAudioPlayer initWithContentsOfURL: \"/no/such/file\" error: null]");
+    expected.push_back("-[AVAudioPlayer initWithContentsOfURL:error:] /no/such/file");
     EXPECT_EQ(standins::journal(), expected);
 }
 

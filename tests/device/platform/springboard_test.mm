@@ -44,10 +44,11 @@ TEST(SBIcons, TellTheirIdentifiers) {
         EXPECT_EQ(icon->leafIdentifier(), "leaf");
         EXPECT_EQ(calendar->nodeIdentifier(), "node");
         EXPECT_EQ(icon->uniqueIdentifier(), std::nullopt);
-        EXPECT_EQ(journal(), (Strings{"-[SBCalendarApplicationIcon leafIdentifier]",
-                                      "-[SBCalendarApplicationIcon leafIdentifier]",
-                                      "-[SBCalendarApplicationIcon nodeIdentifier]",
-                                      "-[SBCalendarApplicationIcon uniqueIdentifier]"}));
+        EXPECT_EQ(journal(),
+                  (Strings{"-[SBIcon leafIdentifier] SBCalendarApplicationIcon nil",
+                           "-[SBIcon leafIdentifier] SBCalendarApplicationIcon leaf",
+                           "-[SBIcon nodeIdentifier] SBCalendarApplicationIcon leaf",
+                           "-[SBIcon uniqueIdentifier] SBCalendarApplicationIcon leaf"}));
     }
     EXPECT_EQ(standins::allLiving(), Strings{});
 }
@@ -66,8 +67,9 @@ TEST(SBIconViews, HaveAnIconOrNone) {
                   static_cast<id>(icon));
         EXPECT_EQ(nativeOf(handleOf<platform::SBFolderIconImageView>(folder)->icon()),
                   static_cast<id>(icon));
-        EXPECT_EQ(journal(), (Strings{"-[SBIconView icon]", "-[SBFolderIconImageView icon]",
-                                      "-[SBFolderIconImageView icon]"}));
+        EXPECT_EQ(journal(), (Strings{"-[SBIconView icon] SBIconView",
+                                      "-[SBIconImageView icon] SBFolderIconImageView",
+                                      "-[SBIconImageView icon] SBFolderIconImageView"}));
     }
     EXPECT_EQ(standins::allLiving(), Strings{});
 }
@@ -80,8 +82,9 @@ TEST(SBFolderIconImageViews, TellWhetherTheyMove) {
         EXPECT_FALSE(view->isAnimating());
         setAnswer("-[SBFolderIconImageView isAnimating]", 1);
         EXPECT_TRUE(view->isAnimating());
-        EXPECT_EQ(journal(), (Strings{"-[SBFolderIconImageView isAnimating]",
-                                      "-[SBFolderIconImageView isAnimating]"}));
+        EXPECT_EQ(journal(),
+                  (Strings{"-[SBFolderIconImageView isAnimating] SBFolderIconImageView",
+                           "-[SBFolderIconImageView isAnimating] SBFolderIconImageView"}));
     }
 }
 
@@ -116,9 +119,9 @@ TEST(SBDockViews, HaveARoomForTheListAndTakeABackground) {
         EXPECT_EQ(standins::variable(native, "_backgroundView"), nativeOf(background));
         dock->setBackgroundView(nullptr);
         EXPECT_EQ(standins::variable(native, "_backgroundView"), nil);
-        EXPECT_EQ(journal(), (Strings{"-[SBDockView dockListViewFrame]",
-                                      "-[SBDockView setBackgroundView: <UIImageView>]",
-                                      "-[SBDockView setBackgroundView: nil]"}));
+        EXPECT_EQ(journal(), (Strings{"-[SBDockView dockListViewFrame] SBDockView",
+                                      "-[SBDockView setBackgroundView:] SBDockView UIImageView",
+                                      "-[SBDockView setBackgroundView:] SBDockView nil"}));
     }
     EXPECT_EQ(standins::allLiving(), Strings{});
 }
@@ -147,8 +150,10 @@ TEST(SBIconListPageControls, AreAskedForTheSearchIndicator) {
         EXPECT_EQ(control->_searchIndicatorImage(false), nullptr);
         setAnswer("-[SBIconListPageControl _searchIndicatorImage:]", image);
         EXPECT_EQ(nativeOf(control->_searchIndicatorImage(true)), static_cast<id>(image));
-        EXPECT_EQ(journal(), (Strings{"-[SBIconListPageControl _searchIndicatorImage: NO]",
-                                      "-[SBIconListPageControl _searchIndicatorImage: YES]"}));
+        EXPECT_EQ(
+            journal(),
+            (Strings{"-[SBIconListPageControl _searchIndicatorImage:] SBIconListPageControl NO",
+                     "-[SBIconListPageControl _searchIndicatorImage:] SBIconListPageControl YES"}));
     }
 }
 
@@ -162,9 +167,10 @@ TEST(SBIconControllers, CloseFoldersWithoutACompletion) {
             springBoard().sharedInstance(wrapClass([SBIconController class]));
         ASSERT_EQ(nativeOf(controller), static_cast<id>(native));
         controller->_closeFolderControllerAnimatedWithCompletion(*folder, true);
-        EXPECT_EQ(journal(), (Strings{"+[SBIconController sharedInstance]",
-                                      "-[SBIconController _closeFolderController: "
-                                      "<SBFloatyFolderView> animated: YES withCompletion: nil]"}));
+        EXPECT_EQ(journal(),
+                  (Strings{"+[SBIconController sharedInstance]",
+                           "-[SBIconController _closeFolderController:animated:withCompletion:] "
+                           "SBIconController SBFloatyFolderView YES nil"}));
     }
 }
 
@@ -185,8 +191,8 @@ TEST(WGWidgetInfos, TellTheirIdentifier) {
         EXPECT_EQ(info->widgetIdentifier(), std::nullopt);
         setVariable(native, "_widgetIdentifier", @"widget");
         EXPECT_EQ(info->widgetIdentifier(), "widget");
-        EXPECT_EQ(journal(), (Strings{"-[WGWidgetInfo widgetIdentifier]",
-                                      "-[WGWidgetInfo widgetIdentifier]"}));
+        EXPECT_EQ(journal(), (Strings{"-[WGWidgetInfo widgetIdentifier] WGWidgetInfo",
+                                      "-[WGWidgetInfo widgetIdentifier] WGWidgetInfo"}));
     }
 }
 

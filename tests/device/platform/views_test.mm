@@ -41,14 +41,13 @@ TEST(Views, AreMadeByTheInitialisersNamed) {
         const platform::ImageViewRef showingNil = views().imageViewWithImage(nullptr);
         const Strings made = standins::journalOf("-[");
         EXPECT_EQ(standins::journalOf("-[UIView init"),
-                  (Strings{"-[UIView initWithFrame: {{1, 2}, {30, 40}}]"}));
+                  (Strings{"-[UIView initWithFrame:] (1, 2) 30×40"}));
         EXPECT_EQ(standins::journalOf("-[UILabel"),
-                  (Strings{"-[UILabel initWithFrame: {{1, 2}, {30, 40}}]"}));
-        EXPECT_EQ(
-            standins::journalOf("-[UIImageView"),
-            (Strings{"-[UIImageView init]", "-[UIImageView initWithFrame: {{1, 2}, {30, 40}}]",
-                     "-[UIImageView initWithImage: <UIImage>]",
-                     "-[UIImageView initWithImage: nil]"}));
+                  (Strings{"-[UILabel initWithFrame:] (1, 2) 30×40"}));
+        EXPECT_EQ(standins::journalOf("-[UIImageView"),
+                  (Strings{"-[UIImageView init]", "-[UIImageView initWithFrame:] (1, 2) 30×40",
+                           "-[UIImageView initWithImage:] 10×5 @2x",
+                           "-[UIImageView initWithImage:] nil"}));
         EXPECT_EQ(view->className(), "UIView");
         EXPECT_EQ(label->className(), "UILabel");
         EXPECT_EQ(framed->frame(), kFrame);
@@ -77,12 +76,15 @@ TEST(Views, SendEveryMessageAsItIsNamed) {
         EXPECT_EQ(view->bounds(), (platform::Rect{{0, 0}, {30, 40}}));
         EXPECT_NE(view->layer(), nullptr);
         EXPECT_TRUE(view->subviews().empty());
-        EXPECT_EQ(journal(),
-                  (Strings{"-[UIView setTag: -3]", "-[UIView setFrame: {{1, 2}, {30, 40}}]",
-                           "-[UIView setClipsToBounds: YES]", "-[UIView setAlpha: 0.25]",
-                           "-[UIView setHidden: YES]", "-[UIView setHidden: NO]",
-                           "-[UIView removeFromSuperview]", "-[UIView tag]", "-[UIView frame]",
-                           "-[UIView bounds]", "-[UIView layer]", "-[UIView subviews]"}));
+        EXPECT_EQ(
+            journal(),
+            (Strings{"-[UIView setTag:] UIView -3", "-[UIView setFrame:] UIView #-3 (1, 2) 30×40",
+                     "-[UIView setClipsToBounds:] UIView #-3 YES",
+                     "-[UIView setAlpha:] UIView #-3 0.25", "-[UIView setHidden:] UIView #-3 YES",
+                     "-[UIView setHidden:] UIView #-3 NO",
+                     "-[UIView removeFromSuperview] UIView #-3", "-[UIView tag] UIView #-3",
+                     "-[UIView frame] UIView #-3", "-[UIView bounds] UIView #-3",
+                     "-[UIView layer] UIView #-3", "-[UIView subviews] UIView #-3"}));
     }
 }
 
@@ -108,10 +110,15 @@ TEST(Views, ColoursWithANameAreAskedForByIt) {
         EXPECT_EQ(standins::journalOf("+[UIColor"),
                   (Strings{"+[UIColor clearColor]", "+[UIColor blackColor]",
                            "+[UIColor whiteColor]", "+[UIColor grayColor]",
-                           "+[UIColor colorWithRed: 0.25 green: 0.5 blue: 0.75 alpha: 0.125]"}));
-        EXPECT_EQ(standins::journalOf("-[UIView setBackgroundColor: <UIColor>]").size(), 5U);
-        EXPECT_EQ(standins::shown(native(view)->_backgroundColor->_color),
-                  "rgba(0.25, 0.5, 0.75, 0.125)");
+                           "+[UIColor colorWithRed:green:blue:alpha:] 0.25 0.5 0.75 0.125"}));
+        EXPECT_EQ(standins::journalOf("-[UIView setBackgroundColor:]"),
+                  (Strings{"-[UIView setBackgroundColor:] UIView #00000000",
+                           "-[UIView setBackgroundColor:] UIView #000000",
+                           "-[UIView setBackgroundColor:] UIView #FFFFFF",
+                           "-[UIView setBackgroundColor:] UIView #808080",
+                           "-[UIView setBackgroundColor:] UIView #4080BF20"}));
+        EXPECT_EQ(standins::exactly(native(view)->_backgroundColor->_color).text,
+                  "(0.25, 0.5, 0.75, 0.125)");
     }
     EXPECT_EQ(standins::allLiving(), Strings{});
 }
@@ -126,10 +133,10 @@ TEST(Views, SubviewsAreInTheirOrderAndOfTheirKind) {
         view->addSubview(plain);
         view->insertSubviewAtIndex(label, 0);
         view->insertSubviewAtIndex(image, SIZE_MAX);
-        EXPECT_EQ(journal(), (Strings{"-[UIView addSubview: <UIView>]",
-                                      "-[UIView insertSubview: <UILabel> atIndex: 0]",
-                                      "-[UIView insertSubview: <UIImageView> atIndex: " +
-                                          std::to_string(NSIntegerMax) + "]"}));
+        EXPECT_EQ(journal(), (Strings{"-[UIView addSubview:] UIView UIView",
+                                      "-[UIView insertSubview:atIndex:] UIView UILabel 0",
+                                      "-[UIView insertSubview:atIndex:] UIView UIImageView " +
+                                          std::to_string(NSIntegerMax)}));
         const std::vector<ViewRef> subviews = view->subviews();
         ASSERT_EQ(subviews.size(), 3U);
         EXPECT_EQ(nativeOf(subviews[0]), nativeOf(label));
@@ -178,7 +185,8 @@ TEST(Views, AreFoundByTag) {
         EXPECT_EQ(nativeOf(found), nativeOf(image));
         EXPECT_NE(std::dynamic_pointer_cast<platform::ImageView>(found), nullptr);
         EXPECT_EQ(view->viewWithTag(8), nullptr);
-        EXPECT_EQ(journal(), (Strings{"-[UIView viewWithTag: 7]", "-[UIView viewWithTag: 8]"}));
+        EXPECT_EQ(journal(),
+                  (Strings{"-[UIView viewWithTag:] UIView 7", "-[UIView viewWithTag:] UIView 8"}));
     }
 }
 
@@ -260,9 +268,11 @@ TEST(ImageViews, ShowAnImageOrNone) {
         EXPECT_EQ(nativeOf(view->image()), nativeOf(image));
         view->setImage(nullptr);
         EXPECT_EQ(view->image(), nullptr);
-        EXPECT_EQ(standins::journalOf("-[UIImageView"),
-                  (Strings{"-[UIImageView setImage: <UIImage>]", "-[UIImageView image]",
-                           "-[UIImageView setImage: nil]", "-[UIImageView image]"}));
+        EXPECT_EQ(
+            standins::journalOf("-[UIImageView"),
+            (Strings{"-[UIImageView setImage:] UIImageView 2×2 @1x",
+                     "-[UIImageView image] UIImageView", "-[UIImageView setImage:] UIImageView nil",
+                     "-[UIImageView image] UIImageView"}));
     }
     EXPECT_EQ(standins::allLiving(), Strings{});
 }
@@ -282,13 +292,14 @@ TEST(Labels, SendEveryMessageAsItIsNamed) {
         label->setShadowColor({0, 0, 1});
         label->setShadowOffset({0, -2});
         EXPECT_EQ(journal(),
-                  (Strings{"-[UILabel setFont: <UIFont>]", "-[UILabel setFont: nil]",
-                           "-[UILabel setTextAlignment: 4]", "-[UILabel setText: \"Übermorgen\"]",
-                           "-[UILabel setText: nil]", "+[UIColor whiteColor]",
-                           "-[UILabel setTextColor: <UIColor>]",
-                           "+[UIColor colorWithRed: 0 green: 0 blue: 1 alpha: 1]",
-                           "-[UILabel setShadowColor: <UIColor>]",
-                           "-[UILabel setShadowOffset: {0, -2}]"}));
+                  (Strings{"-[UILabel setFont:] UILabel UIFont", "-[UILabel setFont:] UILabel nil",
+                           "-[UILabel setTextAlignment:] UILabel 4",
+                           "-[UILabel setText:] UILabel \"Übermorgen\"",
+                           "-[UILabel setText:] UILabel nil", "+[UIColor whiteColor]",
+                           "-[UILabel setTextColor:] UILabel #FFFFFF",
+                           "+[UIColor colorWithRed:green:blue:alpha:] 0 0 1 1",
+                           "-[UILabel setShadowColor:] UILabel #0000FF",
+                           "-[UILabel setShadowOffset:] UILabel 0×-2"}));
     }
     EXPECT_EQ(standins::allLiving(), Strings{});
 }

@@ -263,7 +263,7 @@ TEST_F(BadPreferences, FilesThatAreNoneAreAsGoodAsNoneAtTheStart) {
         reload();
         clearJournal();
         EXPECT_EQ(address(wheel()), address(platforms)) << bytes.substr(0, 40);
-        EXPECT_EQ(journalOf("+[UIImage imageWithContentsOfFile:"), Lines{});
+        EXPECT_EQ(journalOf("+[UIImage imageWithContentsOfFile:]"), Lines{});
     }
     use(everythingOn());
     EXPECT_EQ(pathOf(wheel()), "/Library/Themes/A/UIImages/wheel@3x.png");

@@ -22,10 +22,6 @@ Pending& pending() {
     return *instance;
 }
 
-Shown shownBlock(bool isNil) {
-    return {isNil ? "nil" : "^"};
-}
-
 void begin(void (^animations)(void), void (^completion)(BOOL finished)) {
     PendingAnimation animation{Block_copy(animations), nil};
     if (completion != nil) {
@@ -63,9 +59,9 @@ void finishAnimations(bool finished) {
 void animate(id views, SEL selector, const std::vector<std::string>& numbers,
              void (^animations)(void), void (^completion)(BOOL finished)) {
     std::vector<std::string> arguments = numbers;
-    arguments.push_back(shownBlock(animations == nil).text);
-    arguments.push_back(shownBlock(completion == nil).text);
-    receive(views, selector, arguments);
+    arguments.push_back(wordsOfPointer(animations).text);
+    arguments.push_back(wordsOfPointer(completion).text);
+    receive(views, selector, Told::service, arguments);
     begin(animations, completion);
 }
 

@@ -33,6 +33,15 @@ void start(AVAudioPlayer* player) {
     player->_isPlaying = YES;
 }
 
+// Nil where there is no file.
+NSData* dataOf(NSString* path) {
+    const Unrecorded reading;
+    BOOL isDirectory = NO;
+    const BOOL exists = [[NSFileManager defaultManager] fileExistsAtPath:path
+                                                             isDirectory:&isDirectory];
+    return exists && !isDirectory ? [NSData dataWithContentsOfFile:path] : nil;
+}
+
 bool isSound(NSData* data) {
     constexpr const char* kBeginnings[] = {"caff", "FORM", "RIFF"};
     for (const char* const beginning : kBeginnings) {
@@ -68,20 +77,20 @@ using namespace velmoranth::standins;
 
 + (AVAudioSession*)sharedInstance {
     static AVAudioSession* const kSession = [[AVAudioSession alloc] init];
-    received(self, _cmd);
-    return answerSet(self, _cmd).value_or(kSession);
+    const Noted noted = received(self, _cmd);
+    return noted.answered(answerSet(self, _cmd).value_or(kSession));
 }
 
 - (BOOL)setCategory:(NSString*)category error:(NSError**)error {
-    received(self, _cmd, category, shownPointer(error));
+    const Noted noted = received(self, _cmd, category, wordsIfSet(error));
     setVariable(self, "_category", category);
-    return numberAnswer(self, _cmd, 1) != 0;
+    return noted.answered(static_cast<BOOL>(numberAnswer(self, _cmd, 1) != 0));
 }
 
 - (BOOL)setActive:(BOOL)active error:(NSError**)error {
-    received(self, _cmd, active, shownPointer(error));
+    const Noted noted = received(self, _cmd, active, wordsIfSet(error));
     _isActive = active;
-    return numberAnswer(self, _cmd, 1) != 0;
+    return noted.answered(static_cast<BOOL>(numberAnswer(self, _cmd, 1) != 0));
 }
 
 @end
@@ -110,19 +119,15 @@ using namespace velmoranth::standins;
 @implementation AVAudioPlayer
 
 - (id)initWithContentsOfURL:(NSURL*)url error:(NSError**)error {
-    received(self, _cmd, [url path], shownPointer(error));
-    BOOL isDirectory = NO;
-    if (![[NSFileManager defaultManager] fileExistsAtPath:[url path] isDirectory:&isDirectory] ||
-        isDirectory) {
-        [self release];
-        return nil;
-    }
-    return [self initWithSound:[NSData dataWithContentsOfFile:[url path]] url:url];
+    NSString* const path = [url path];
+    NSData* const data = dataOf(path);
+    readFile(self, _cmd, path, isSound(data) ? self : nil, {wordsIfSet(error).text});
+    return [self initWithSound:data url:url];
 }
 
 - (id)initWithData:(NSData*)data error:(NSError**)error {
-    received(self, _cmd, static_cast<unsigned long>([data length]), shownPointer(error));
-    return [self initWithSound:data url:nil];
+    const Noted noted = received(self, _cmd, data, wordsIfSet(error));
+    return noted.answered([self initWithSound:data url:nil]);
 }
 
 - (void)dealloc {
@@ -147,17 +152,17 @@ using namespace velmoranth::standins;
 }
 
 - (BOOL)prepareToPlay {
-    received(self, _cmd);
-    return numberAnswer(self, _cmd, 1) != 0;
+    const Noted noted = received(self, _cmd);
+    return noted.answered(static_cast<BOOL>(numberAnswer(self, _cmd, 1) != 0));
 }
 
 - (BOOL)play {
-    received(self, _cmd);
-    if (numberAnswer(self, _cmd, 1) == 0) {
-        return NO;
+    const Noted noted = received(self, _cmd);
+    const BOOL plays = numberAnswer(self, _cmd, 1) != 0;
+    if (plays) {
+        start(self);
     }
-    start(self);
-    return YES;
+    return noted.answered(plays);
 }
 
 @end

@@ -65,7 +65,7 @@ using namespace velmoranth::standins;
 - (void)presentViewController:(UIViewController*)controller
                      animated:(BOOL)animated
                    completion:(void (^)(void))completion {
-    received(self, _cmd, controller, animated, Shown{completion == nil ? "nil" : "^"});
+    received(self, _cmd, controller, animated, wordsIfSet(completion));
     replace(_presentedViewController, controller);
 }
 
@@ -95,14 +95,14 @@ using namespace velmoranth::standins;
 + (id)actionWithTitle:(NSString*)title
                 style:(NSInteger)style
               handler:(void (^)(UIAlertAction* action))handler {
-    received(self, _cmd, title, style, Shown{handler == nil ? "nil" : "^"});
+    const Noted noted = received(self, _cmd, title, style, wordsOfPointer(handler));
     UIAlertAction* const action = [[[self alloc] init] autorelease];
     action->_title = [title copy];
     action->_style = style;
     if (handler != nil) {
         action->_handler = Block_copy(handler);
     }
-    return action;
+    return noted.answered(action);
 }
 
 - (void)dealloc {
@@ -120,13 +120,13 @@ using namespace velmoranth::standins;
 + (id)alertControllerWithTitle:(NSString*)title
                        message:(NSString*)message
                 preferredStyle:(NSInteger)style {
-    received(self, _cmd, title, message, style);
+    const Noted noted = received(self, _cmd, title, message, style);
     UIAlertController* const alert = [[[self alloc] init] autorelease];
     alert->_title = [title copy];
     alert->_message = [message copy];
     alert->_preferredStyle = style;
     alert->_actions = [[NSMutableArray alloc] init];
-    return alert;
+    return noted.answered(alert);
 }
 
 - (void)dealloc {
@@ -147,13 +147,12 @@ using namespace velmoranth::standins;
 
 + (UIApplication*)sharedApplication {
     static UIApplication* const kApplication = [[UIApplication alloc] init];
-    received(self, _cmd);
+    asked(self, _cmd);
     return kApplication;
 }
 
 - (UIWindow*)keyWindow {
-    received(self, _cmd);
-    return _keyWindow;
+    return asked(self, _cmd).answered(_keyWindow);
 }
 
 @end
@@ -162,26 +161,22 @@ using namespace velmoranth::standins;
 
 + (UIDevice*)currentDevice {
     static UIDevice* const kDevice = [[UIDevice alloc] init];
-    received(self, _cmd);
+    asked(self, _cmd);
     return kDevice;
 }
 
 - (BOOL)respondsToSelector:(SEL)selector {
-    received(self, _cmd, selector);
-    if (!hardware().idiom && sel_isEqual(selector, @selector(userInterfaceIdiom))) {
-        return NO;
-    }
-    return [super respondsToSelector:selector];
+    const Noted noted = asked(self, _cmd, selector);
+    const bool isHidden = !hardware().idiom && sel_isEqual(selector, @selector(userInterfaceIdiom));
+    return noted.answered(isHidden ? NO : [super respondsToSelector:selector]);
 }
 
 - (NSInteger)userInterfaceIdiom {
-    received(self, _cmd);
-    return hardware().idiom.value_or(-1);
+    return asked(self, _cmd).answered(hardware().idiom.value_or(-1));
 }
 
 - (NSInteger)orientation {
-    received(self, _cmd);
-    return hardware().orientation;
+    return asked(self, _cmd).answered(hardware().orientation);
 }
 
 @end
@@ -190,18 +185,16 @@ using namespace velmoranth::standins;
 
 + (UIScreen*)mainScreen {
     static UIScreen* const kScreen = [[UIScreen alloc] init];
-    received(self, _cmd);
+    asked(self, _cmd);
     return kScreen;
 }
 
 - (CGFloat)scale {
-    received(self, _cmd);
-    return hardware().scale;
+    return asked(self, _cmd).answered(hardware().scale);
 }
 
 - (CGRect)bounds {
-    received(self, _cmd);
-    return {{0, 0}, hardware().screen};
+    return asked(self, _cmd).answered(CGRect{{0, 0}, hardware().screen});
 }
 
 @end

@@ -2,6 +2,8 @@
 #include "device/standins/core_graphics.h"
 
 #include "device/standins/core_graphics_objects.h"
+#include "device/standins/messages.h"
+#include "record/operations.h"
 
 namespace velmoranth::standins {
 namespace {
@@ -78,9 +80,8 @@ long referencesTo(const void* object) {
 
 namespace {
 
+using velmoranth::standins::called;
 using velmoranth::standins::ImageLayout;
-using velmoranth::standins::note;
-using velmoranth::standins::noteFormat;
 using velmoranth::standins::objectOf;
 
 // What a getter of an image answers, 0 for NULL.
@@ -128,12 +129,12 @@ CFTypeRef CFAutorelease(CFTypeRef object) {
 }
 
 CGColorSpaceRef CGColorSpaceCreateDeviceGray() {
-    note("CGColorSpaceCreateDeviceGray()");
+    called("CGColorSpaceCreateDeviceGray");
     return (CGColorSpaceRef)velmoranth::standins::newColorSpace(kCGColorSpaceModelMonochrome);
 }
 
 CGColorSpaceRef CGColorSpaceCreateDeviceRGB() {
-    note("CGColorSpaceCreateDeviceRGB()");
+    called("CGColorSpaceCreateDeviceRGB");
     return (CGColorSpaceRef)velmoranth::standins::newColorSpace(kCGColorSpaceModelRGB);
 }
 
@@ -206,12 +207,10 @@ CGBitmapInfo CGImageGetBitmapInfo(CGImageRef image) {
 CGImageRef CGImageMaskCreate(size_t width, size_t height, size_t bitsPerComponent,
                              size_t bitsPerPixel, size_t bytesPerRow, CGDataProviderRef provider,
                              const CGFloat* decode, bool shouldInterpolate) {
-    noteFormat(@"CGImageMaskCreate(%lu, %lu, %lu, %lu, %lu, %s, %s, %s)",
-               static_cast<unsigned long>(width), static_cast<unsigned long>(height),
-               static_cast<unsigned long>(bitsPerComponent),
-               static_cast<unsigned long>(bitsPerPixel), static_cast<unsigned long>(bytesPerRow),
-               provider == nullptr ? "NULL" : "provider", decode == nullptr ? "NULL" : "decode",
-               shouldInterpolate ? "true" : "false");
+    const auto noted =
+        called(velmoranth::record::messageOf("CoreGraphics", "imageMaskCreate"), width, height,
+               bitsPerComponent, bitsPerPixel, bytesPerRow, provider,
+               static_cast<BOOL>(shouldInterpolate), velmoranth::standins::wordsIfSet(decode));
     const ImageLayout layout{.width = width,
                              .height = height,
                              .bitsPerComponent = bitsPerComponent,
@@ -221,25 +220,26 @@ CGImageRef CGImageMaskCreate(size_t width, size_t height, size_t bitsPerComponen
                              .bitmapInfo = 0};
     if (provider == nullptr || !velmoranth::standins::isMaskDepth(bitsPerComponent) ||
         !velmoranth::standins::isSound(layout)) {
-        return nullptr;
+        return noted.answered(static_cast<CGImageRef>(nullptr));
     }
     CGImageStandIn* const mask =
         velmoranth::standins::newImage(layout, objectOf<CGDataProviderStandIn>(provider));
     mask->isMask_ = YES;
-    return (CGImageRef)mask;
+    return noted.answered((CGImageRef)mask);
 }
 
 CGImageRef CGImageCreateWithMask(CGImageRef image, CGImageRef mask) {
-    note("CGImageCreateWithMask()");
+    const auto noted =
+        called(velmoranth::record::messageOf("CoreGraphics", "imageCreateWithMask"), image, mask);
     const auto* const picture = objectOf<CGImageStandIn>(image);
     auto* const through = objectOf<CGImageStandIn>(mask);
     if (picture == nil || through == nil || picture->isMask_ ||
         !velmoranth::standins::canMask(through)) {
-        return nullptr;
+        return noted.answered(static_cast<CGImageRef>(nullptr));
     }
     CGImageStandIn* const masked =
         velmoranth::standins::newImage(*picture->layout_, picture->provider_);
     masked->space_ = [picture->space_ retain];
     masked->mask_ = [through retain];
-    return (CGImageRef)masked;
+    return noted.answered((CGImageRef)masked);
 }

@@ -1,6 +1,9 @@
 // Gradients and bitmap contexts.
 #include "device/standins/core_graphics.h"
 #include "device/standins/core_graphics_objects.h"
+#include "device/standins/messages.h"
+#include "record/operations.h"
+#include "record/words.h"
 
 #include <algorithm>
 #include <array>
@@ -79,6 +82,12 @@ Color colorAt(const std::vector<std::vector<CGFloat>>& stops, CGFloat t) {
         color[i] = from[i] + (to[i] - from[i]) * std::clamp(share, 0.0, 1.0);
     }
     return color;
+}
+
+// As those of a list; nil for none.
+Words wordsOfNumbers(const CGFloat* numbers, std::size_t count) {
+    return {numbers == nullptr ? record::kNil
+                               : record::words(std::vector<double>(numbers, numbers + count))};
 }
 
 std::uint8_t over(std::uint8_t below, CGFloat sample, CGFloat alpha) {
@@ -166,7 +175,9 @@ CGFloat scaleOf(CGContextRef context) {
 
 }  // namespace velmoranth::standins
 
-using velmoranth::standins::noteFormat;
+using velmoranth::record::messageOf;
+using velmoranth::standins::called;
+using velmoranth::standins::calledOn;
 using velmoranth::standins::objectOf;
 
 @implementation CGGradientStandIn
@@ -191,17 +202,12 @@ using velmoranth::standins::objectOf;
 CGGradientRef CGGradientCreateWithColorComponents(CGColorSpaceRef space, const CGFloat* components,
                                                   const CGFloat* locations, size_t count) {
     const std::size_t colors = CGColorSpaceGetModel(space) == kCGColorSpaceModelMonochrome ? 1 : 3;
-    NSMutableString* const numbers = [NSMutableString string];
-    for (std::size_t i = 0; i < count * (colors + 1); ++i) {
-        [numbers appendFormat:@"%g ", components[i]];
-    }
-    for (std::size_t i = 0; locations != nullptr && i < count; ++i) {
-        [numbers appendFormat:@"at %g ", locations[i]];
-    }
-    noteFormat(@"CGGradientCreateWithColorComponents(%@%s, %lu)", numbers,
-               colors == 1 ? "gray" : "RGB", static_cast<unsigned long>(count));
+    const auto noted =
+        called(messageOf("CoreGraphics", "gradientCreateWithColorComponents"), space,
+               velmoranth::standins::wordsOfNumbers(components, count * (colors + 1)),
+               velmoranth::standins::wordsOfNumbers(locations, count));
     if (space == nullptr || count == 0) {
-        return nullptr;
+        return noted.answered(static_cast<CGGradientRef>(nullptr));
     }
     auto* const gradient = [[CGGradientStandIn alloc] init];
     gradient->stops_ = new std::vector<std::vector<CGFloat>>;
@@ -216,7 +222,7 @@ CGGradientRef CGGradientCreateWithColorComponents(CGColorSpaceRef space, const C
         gradient->stops_->insert(place, {stop[0], stop[colors == 1 ? 0 : 1],
                                          stop[colors == 1 ? 0 : 2], stop[colors], location});
     }
-    return (CGGradientRef)gradient;
+    return noted.answered((CGGradientRef)gradient);
 }
 
 CGGradientRef CGGradientRetain(CGGradientRef gradient) {
@@ -236,7 +242,7 @@ void CGContextRelease(CGContextRef context) {
 }
 
 void CGContextTranslateCTM(CGContextRef context, CGFloat x, CGFloat y) {
-    noteFormat(@"CGContextTranslateCTM(%g, %g)", x, y);
+    calledOn(context, messageOf("GraphicsContext", "translateCTM"), x, y);
     if (auto* const object = objectOf<CGContextStandIn>(context)) {
         object->translation_.x += x;
         object->translation_.y += y;
@@ -245,8 +251,7 @@ void CGContextTranslateCTM(CGContextRef context, CGFloat x, CGFloat y) {
 
 void CGContextDrawLinearGradient(CGContextRef context, CGGradientRef gradient, CGPoint start,
                                  CGPoint end, CGGradientDrawingOptions options) {
-    noteFormat(@"CGContextDrawLinearGradient({%g, %g}, {%g, %g}, %u)", start.x, start.y, end.x,
-               end.y, options);
+    calledOn(context, messageOf("GraphicsContext", "drawLinearGradient"), start, end, options);
     auto* const object = objectOf<CGContextStandIn>(context);
     const auto* const colors = objectOf<CGGradientStandIn>(gradient);
     if (object != nil && colors != nil) {
@@ -257,25 +262,23 @@ void CGContextDrawLinearGradient(CGContextRef context, CGGradientRef gradient, C
 CGContextRef CGBitmapContextCreate(void* data, size_t width, size_t height, size_t bitsPerComponent,
                                    size_t bytesPerRow, CGColorSpaceRef space,
                                    CGBitmapInfo bitmapInfo) {
-    noteFormat(@"CGBitmapContextCreate(%s, %lu, %lu, %lu, %lu, %s, %u)",
-               data == nullptr ? "NULL" : "data", static_cast<unsigned long>(width),
-               static_cast<unsigned long>(height), static_cast<unsigned long>(bitsPerComponent),
-               static_cast<unsigned long>(bytesPerRow), space == nullptr ? "NULL" : "space",
-               bitmapInfo);
+    const auto noted =
+        called(messageOf("CoreGraphics", "bitmapContextCreate"), width, height, bitsPerComponent,
+               bytesPerRow, space, bitmapInfo, velmoranth::standins::wordsIfSet(data));
     const auto* const kind = velmoranth::standins::kindOf(CGColorSpaceGetModel(space), bitmapInfo);
     // Memory of the caller's is not something the library draws into.
     if (data != nullptr || kind == nullptr || bitsPerComponent != 8 || width == 0 || height == 0 ||
         width > velmoranth::standins::kLargestSide || height > velmoranth::standins::kLargestSide ||
         (bytesPerRow != 0 && bytesPerRow < width * kind->bytesPerPixel)) {
-        return nullptr;
+        return noted.answered(static_cast<CGContextRef>(nullptr));
     }
-    return (CGContextRef)velmoranth::standins::newContext(
+    return noted.answered((CGContextRef)velmoranth::standins::newContext(
         *kind, width, height,
-        bytesPerRow == 0 ? velmoranth::standins::paddedRow(width, *kind) : bytesPerRow);
+        bytesPerRow == 0 ? velmoranth::standins::paddedRow(width, *kind) : bytesPerRow));
 }
 
 CGImageRef CGBitmapContextCreateImage(CGContextRef context) {
-    velmoranth::standins::note("CGBitmapContextCreateImage()");
+    calledOn(context, messageOf("GraphicsContext", "createImage"));
     const auto* const object = objectOf<CGContextStandIn>(context);
     return object == nil ? nullptr
                          : velmoranth::standins::createImage(*object->layout_, *object->memory_);

@@ -91,8 +91,6 @@ void forgetCatalogFiles() {
 }  // namespace velmoranth::standins
 
 using velmoranth::standins::answerSet;
-using velmoranth::standins::note;
-using velmoranth::standins::noteFormat;
 using velmoranth::standins::received;
 
 @implementation CUICatalog
@@ -117,23 +115,27 @@ using velmoranth::standins::received;
 }
 
 + (CUICatalog*)defaultUICatalogForBundle:(NSBundle*)bundle {
-    noteFormat(@"+[CUICatalog defaultUICatalogForBundle: %@]", [bundle bundlePath]);
-    return [[[self alloc] initWithPath:velmoranth::standins::pathIn(bundle, @"Assets")
-                                bundle:bundle
-                                 error:nullptr] autorelease];
+    const auto noted = received(self, _cmd, bundle);
+    CUICatalog* const catalog =
+        [[self alloc] initWithPath:velmoranth::standins::pathIn(bundle, @"Assets")
+                            bundle:bundle
+                             error:nullptr];
+    return noted.answered([catalog autorelease]);
 }
 
 - (id)initWithURL:(NSURL*)url error:(NSError**)error {
-    noteFormat(@"-[CUICatalog initWithURL: %@ error:]", url);
     NSString* const path = [url isFileURL] ? [url path] : nil;
-    return [self initWithPath:path == nil ? std::string() : std::string([path UTF8String])
-                       bundle:nil
-                        error:error];
+    const auto noted = received(self, _cmd, path, velmoranth::standins::wordsIfSet(error));
+    return noted.answered([self initWithPath:velmoranth::standins::textIn(path)
+                                      bundle:nil
+                                       error:error]);
 }
 
 - (id)initWithName:(NSString*)name fromBundle:(NSBundle*)bundle error:(NSError**)error {
-    noteFormat(@"-[CUICatalog initWithName: %@ fromBundle: %@ error:]", name, [bundle bundlePath]);
-    return [self initWithPath:velmoranth::standins::pathIn(bundle, name) bundle:bundle error:error];
+    const auto noted = received(self, _cmd, name, bundle, velmoranth::standins::wordsIfSet(error));
+    return noted.answered([self initWithPath:velmoranth::standins::pathIn(bundle, name)
+                                      bundle:bundle
+                                       error:error]);
 }
 
 - (void)dealloc {
@@ -145,7 +147,7 @@ using velmoranth::standins::received;
 }
 
 - (NSArray*)allImageNames {
-    note("-[CUICatalog allImageNames]");
+    received(self, _cmd);
     if (names_ != nil) {
         return names_;
     }
@@ -160,20 +162,19 @@ using velmoranth::standins::received;
 }
 
 - (id)imageWithName:(NSString*)name scaleFactor:(CGFloat)scaleFactor {
-    noteFormat(@"-[CUICatalog imageWithName: %@ scaleFactor: %g]", name, scaleFactor);
+    received(self, _cmd, name, scaleFactor);
     return velmoranth::standins::find(self, name, scaleFactor, 0);
 }
 
 - (id)imageWithName:(NSString*)name
         scaleFactor:(CGFloat)scaleFactor
         deviceIdiom:(NSInteger)deviceIdiom {
-    noteFormat(@"-[CUICatalog imageWithName: %@ scaleFactor: %g deviceIdiom: %ld]", name,
-               scaleFactor, static_cast<long>(deviceIdiom));
+    received(self, _cmd, name, scaleFactor, deviceIdiom);
     return velmoranth::standins::find(self, name, scaleFactor, deviceIdiom);
 }
 
 - (NSArray*)imagesWithName:(NSString*)name {
-    noteFormat(@"-[CUICatalog imagesWithName: %@]", name);
+    received(self, _cmd, name);
     if (images_ != nil) {
         return images_;
     }
@@ -269,12 +270,12 @@ using velmoranth::standins::received;
 }
 
 - (CGImageRef)image {
-    note("-[CUINamedImage image]");
+    received(self, _cmd);
     return (CGImageRef)[[(id)image_ retain] autorelease];
 }
 
 - (CGImageRef)createImageFromPDFRenditionWithScale:(CGFloat)scale {
-    noteFormat(@"-[CUINamedImage createImageFromPDFRenditionWithScale: %g]", scale);
+    received(self, _cmd, scale);
     const CGFloat width = std::ceil(pdf_.width * scale);
     const CGFloat height = std::ceil(pdf_.height * scale);
     if (!(width > 0) || !(height > 0)) {

@@ -11,4 +11,7 @@ namespace velmoranth::standins {
 // it was: any thread may call the method then.
 void whileHooking(const std::function<void(Class cls, SEL selector)>& action);
 
+// Whether the hooking library has replaced that class's method.
+[[nodiscard]] bool isHooked(Class cls, SEL selector);
+
 }  // namespace velmoranth::standins

@@ -1,9 +1,15 @@
 // The hooking library on GCC's runtime.
 #import "device/standins/hooking.h"
 
-#import "device/standins/standin.h"
+#import "device/standins/messages.h"
+#include "record/operations.h"
 #include <CydiaSubstrate/CydiaSubstrate.h>
 #include <objc/runtime.h>
+
+#include <mutex>
+#include <set>
+#include <string>
+#include <utility>
 
 namespace velmoranth::standins {
 namespace {
@@ -13,10 +19,26 @@ std::function<void(Class, SEL)>& actionWhileHooking() {
     return *action;
 }
 
+// By the class's address and the selector's name, of which there are several addresses.
+struct Hooked {
+    std::mutex mutex;
+    std::set<std::pair<const void*, std::string>> methods;
+};
+
+Hooked& hooked() {
+    static auto* const instance = new Hooked;
+    return *instance;
+}
+
 }  // namespace
 
 void whileHooking(const std::function<void(Class cls, SEL selector)>& action) {
     actionWhileHooking() = action;
+}
+
+bool isHooked(Class cls, SEL selector) {
+    const std::scoped_lock lock(hooked().mutex);
+    return hooked().methods.contains({cls, sel_getName(selector)});
 }
 
 }  // namespace velmoranth::standins
@@ -45,13 +67,15 @@ void finish(Class cls) {
 }  // namespace
 
 extern "C" void MSHookMessageEx(Class cls, SEL selector, IMP replacement, IMP* original) {
-    const std::string side = cls != Nil && class_isMetaClass(cls) ? "+" : "-";
-    velmoranth::standins::note("MSHookMessageEx(" + side + "[" +
-                               (cls == Nil ? "nil" : class_getName(cls)) + " " +
-                               sel_getName(selector) + "])");
+    using velmoranth::standins::Words;
+    constexpr auto kMessage = velmoranth::record::messageOf("Substrate", "hookMessageEx");
     if (cls == Nil) {
+        velmoranth::standins::called(kMessage, static_cast<id>(nil), selector);
         return;
     }
+    velmoranth::standins::called(
+        kMessage, Words{(class_isMetaClass(cls) ? "+[" : "-[") + std::string(class_getName(cls)) +
+                        " " + sel_getName(selector) + "]"});
     finish(cls);
     const Method method = class_getInstanceMethod(cls, selector);
     if (method == nullptr) {
@@ -61,6 +85,11 @@ extern "C" void MSHookMessageEx(Class cls, SEL selector, IMP replacement, IMP* o
     // An inherited method is overridden in the class itself; the parent stays as it is.
     if (!class_addMethod(cls, selector, replacement, method_getTypeEncoding(method))) {
         previous = method_setImplementation(method, replacement);
+    }
+    {
+        auto& hooked = velmoranth::standins::hooked();
+        const std::scoped_lock lock(hooked.mutex);
+        hooked.methods.insert({cls, sel_getName(selector)});
     }
     if (const auto& action = velmoranth::standins::actionWhileHooking()) {
         action(cls, selector);

@@ -1,5 +1,7 @@
 // The stack of image contexts, and UIFont.
 #include "device/standins/images.h"
+#include "device/standins/messages.h"
+#include "record/operations.h"
 
 #include <atomic>
 #include <mutex>
@@ -44,38 +46,39 @@ std::size_t openImageContexts() {
 
 }  // namespace velmoranth::standins
 
+using velmoranth::record::messageOf;
+using velmoranth::standins::called;
 using velmoranth::standins::contexts;
-using velmoranth::standins::note;
-using velmoranth::standins::noteFormat;
+using velmoranth::standins::received;
 
 void UIGraphicsBeginImageContextWithOptions(CGSize size, BOOL opaque, CGFloat scale) {
-    noteFormat(@"UIGraphicsBeginImageContextWithOptions({%g, %g}, %s, %g)", size.width, size.height,
-               opaque ? "YES" : "NO", scale);
+    called(messageOf("ImageContexts", "beginImageContextWithOptions"), size, opaque, scale);
     contexts().push_back(velmoranth::standins::createFlippedContext(
         size, opaque != NO, scale == 0 ? velmoranth::standins::contextScale.load() : scale));
 }
 
 CGContextRef UIGraphicsGetCurrentContext() {
-    note("UIGraphicsGetCurrentContext()");
-    return contexts().empty() ? nullptr : contexts().back();
+    const auto noted = called(messageOf("ImageContexts", "getCurrentContext"));
+    return noted.answered(contexts().empty() ? nullptr : contexts().back());
 }
 
 UIImage* UIGraphicsGetImageFromCurrentImageContext() {
-    note("UIGraphicsGetImageFromCurrentImageContext()");
+    const auto noted = called(messageOf("ImageContexts", "getImageFromCurrentImageContext"));
     const CGContextRef context = contexts().empty() ? nullptr : contexts().back();
     if (context == nullptr) {
-        return nil;
+        return noted.answered(static_cast<UIImage*>(nil));
     }
+    const velmoranth::standins::Unrecorded making;
     const CGImageRef bitmap = CGBitmapContextCreateImage(context);
     UIImage* const image = [[UIImage alloc] initWithCGImage:bitmap
                                                       scale:velmoranth::standins::scaleOf(context)
                                                 orientation:0];
     CGImageRelease(bitmap);
-    return [image autorelease];
+    return noted.answered([image autorelease]);
 }
 
 void UIGraphicsEndImageContext() {
-    note("UIGraphicsEndImageContext()");
+    called(messageOf("ImageContexts", "endImageContext"));
     if (!contexts().empty()) {
         CGContextRelease(contexts().back());
         contexts().pop_back();
@@ -85,16 +88,16 @@ void UIGraphicsEndImageContext() {
 @implementation UIFont
 
 + (UIFont*)fontWithName:(NSString*)name size:(CGFloat)size {
-    noteFormat(@"+[UIFont fontWithName: %@ size: %g]", name, size);
+    const auto noted = received(self, _cmd, name, size);
     velmoranth::standins::FontNames& known = velmoranth::standins::fontNames();
     const std::scoped_lock lock(known.mutex);
     if (name == nil || !known.names.contains([name UTF8String])) {
-        return nil;
+        return noted.answered(static_cast<UIFont*>(nil));
     }
     UIFont* const font = [[[self alloc] init] autorelease];
     font->name_ = [name copy];
     font->size_ = size > 0 ? size : velmoranth::standins::kSystemFontSize;
-    return font;
+    return noted.answered(font);
 }
 
 - (void)dealloc {

@@ -2,6 +2,7 @@
 #include "device/standins/images.h"
 
 #include "device/standins/messages.h"
+#include "record/operations.h"
 
 #include <array>
 #include <cstring>
@@ -77,6 +78,21 @@ Bytes encode(CGImageRef image) {
     return bytes;
 }
 
+// The image as such a file; nil when it has no bitmap.
+NSData* dataOf(UIImage* image) {
+    if (image == nil) {
+        return nil;
+    }
+    if (image->file_ != nil) {
+        return [[image->file_ retain] autorelease];
+    }
+    if (image->bitmap_ == nullptr) {
+        return nil;
+    }
+    const Bytes bytes = encode(image->bitmap_);
+    return [NSData dataWithBytes:bytes.data() length:bytes.size()];
+}
+
 }  // namespace
 
 UIImage* imageOfPixels(std::size_t width, std::size_t height, double scale) {
@@ -102,19 +118,24 @@ void answerWith(const std::string& selector, id image) {
 
 using velmoranth::standins::answer;
 using velmoranth::standins::answerSet;
-using velmoranth::standins::noteFormat;
+using velmoranth::standins::asked;
 using velmoranth::standins::received;
 
 @implementation UIImage
 
 + (UIImage*)imageWithContentsOfFile:(NSString*)path {
-    noteFormat(@"+[UIImage imageWithContentsOfFile: %@]", path);
-    return [[[self alloc] initWithContentsOfFile:path] autorelease];
+    UIImage* image = nil;
+    {
+        const velmoranth::standins::Unrecorded reading;
+        image = [[[self alloc] initWithContentsOfFile:path] autorelease];
+    }
+    velmoranth::standins::readFile(self, _cmd, path, image);
+    return image;
 }
 
 + (UIImage*)imageWithCGImage:(CGImageRef)image {
-    velmoranth::standins::note("+[UIImage imageWithCGImage:]");
-    return [[[self alloc] initWithCGImage:image scale:1 orientation:0] autorelease];
+    const auto noted = received(self, _cmd, image);
+    return noted.answered([[[self alloc] initWithCGImage:image scale:1 orientation:0] autorelease]);
 }
 
 - (id)initWithCGImage:(CGImageRef)image scale:(CGFloat)scale orientation:(long)orientation {
@@ -185,8 +206,7 @@ using velmoranth::standins::received;
 }
 
 - (void)drawInRect:(CGRect)rect {
-    noteFormat(@"-[UIImage drawInRect: {{%g, %g}, {%g, %g}}]", rect.origin.x, rect.origin.y,
-               rect.size.width, rect.size.height);
+    asked(self, _cmd, static_cast<id>(self), rect);
 }
 
 + (UIImage*)imageNamed:(NSString*)name
@@ -290,16 +310,7 @@ using velmoranth::standins::received;
 @end
 
 NSData* UIImagePNGRepresentation(UIImage* image) {
-    velmoranth::standins::note("UIImagePNGRepresentation()");
-    if (image == nil) {
-        return nil;
-    }
-    if (image->file_ != nil) {
-        return [[image->file_ retain] autorelease];
-    }
-    if (image->bitmap_ == nullptr) {
-        return nil;
-    }
-    const velmoranth::standins::Bytes bytes = velmoranth::standins::encode(image->bitmap_);
-    return [NSData dataWithBytes:bytes.data() length:bytes.size()];
+    constexpr auto kMessage = velmoranth::record::messageOf("Images", "pngRepresentation");
+    const auto noted = velmoranth::standins::called(kMessage, static_cast<id>(image));
+    return noted.answered(velmoranth::standins::dataOf(image));
 }

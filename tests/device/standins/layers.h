@@ -80,6 +80,4 @@ void fire(UIGestureRecognizer* recognizer);
 // What renders a layer; nothing until set.
 void setLayerRenderer(void (*render)(CALayer* layer, struct CGContext* context));
 
-[[nodiscard]] std::string shown(const struct CGColor& color);
-
 }  // namespace velmoranth::standins

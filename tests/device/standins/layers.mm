@@ -11,10 +11,6 @@ UIColor* colorOf(CGFloat red, CGFloat green, CGFloat blue, CGFloat alpha) {
     return color;
 }
 
-Shown shownColor(const struct CGColor* color) {
-    return {color == nullptr ? "null" : shown(*color)};
-}
-
 }  // namespace
 
 void fire(UIGestureRecognizer* recognizer) {
@@ -23,11 +19,6 @@ void fire(UIGestureRecognizer* recognizer) {
 
 void setLayerRenderer(void (*render)(CALayer* layer, struct CGContext* context)) {
     layerRenderer = render;
-}
-
-std::string shown(const struct CGColor& color) {
-    return "rgba(" + shown(color.red) + ", " + shown(color.green) + ", " + shown(color.blue) +
-           ", " + shown(color.alpha) + ")";
 }
 
 }  // namespace velmoranth::standins
@@ -100,7 +91,7 @@ using namespace velmoranth::standins;
 }
 
 - (void)renderInContext:(struct CGContext*)context {
-    received(self, _cmd, shownPointer(context));
+    received(self, _cmd, context);
     if (layerRenderer != nullptr) {
         layerRenderer(self, context);
     }
@@ -117,7 +108,7 @@ using namespace velmoranth::standins;
 }
 
 - (void)setShadowColor:(struct CGColor*)color {
-    received(self, _cmd, shownColor(color));
+    received(self, _cmd, color);
     _shadowColor = color == nullptr ? CGColor{} : *color;
 }
 
@@ -137,7 +128,7 @@ using namespace velmoranth::standins;
 }
 
 - (void)setShadowPath:(const struct CGPath*)path {
-    received(self, _cmd, Shown{path == nullptr ? "null" : shown(path->rect)});
+    received(self, _cmd, path);
     _hasShadowPath = path != nullptr;
     _shadowPathRect = path == nullptr ? CGRect{} : path->rect;
 }

@@ -1,28 +1,23 @@
-// What a stand-in does with a message: notes it with its arguments, raises when a test asked for
-// that, and answers what a test set.
+// What a stand-in does with a message: takes it down with its arguments, raises when a test asked
+// for that, and answers what a test set.
 #pragma once
 
+#import "device/standins/record_words.h"
 #import "device/standins/standin.h"
 #include <CoreGraphics/CGGeometry.h>
 
-#include <cstdint>
+#include <cstddef>
 #include <initializer_list>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace velmoranth::standins {
 
-// SBIconImageInfo as the phone passes it.
-struct IconImageInfo {
-    CGFloat width;
-    CGFloat height;
-    CGFloat scale;
-    CGFloat continuousCornerRadius;
-};
-
-// --- For tests; a method is called by its name in the journal, without arguments and with the
-// class of the receiver or one that it derives from: "-[UIView setTag:]"
+// --- For tests; a method is called by its name, with the class of the receiver or one that it
+// derives from: "-[UIView setTag:]"
 // ---------------------------
 
 // Nil is an answer too; an initialiser gives it in place of its receiver. Held until it is replaced
@@ -47,45 +42,63 @@ void raiseFrom(const std::string& method, const std::string& exceptionName);
 void raiseFrom(const std::string& method, id exception, int call = 1);
 void raiseNoMore(const std::string& method);
 
-// How the journal calls the object; "<UIView>" for one without a name.
-void nameObject(id object, const std::string& name);
-
 // The variable holds the object, and the one that it held is let go.
 void setVariable(id object, const char* name, id value);
 [[nodiscard]] id variable(id object, const char* name);
 
 // --- For stand-ins -------------------------------------------------------------------------------
 
-// For an argument that is no object and no number.
-struct Shown {
-    std::string text;
+// For what a message that was taken down answers.
+class Noted {
+  public:
+    explicit Noted(std::size_t place) : place_(place) {}
+
+    template <class Value>
+    Value answered(Value value) const {
+        noteAnswer(place_, wordsOf(value));
+        return value;
+    }
+
+  private:
+    std::size_t place_;
 };
 
-[[nodiscard]] std::string shown(id object);
-[[nodiscard]] std::string shown(BOOL flag);
-[[nodiscard]] std::string shown(int number);
-[[nodiscard]] std::string shown(long number);
-[[nodiscard]] std::string shown(long long number);
-[[nodiscard]] std::string shown(unsigned long number);
-[[nodiscard]] std::string shown(unsigned long long number);
-[[nodiscard]] std::string shown(float number);
-[[nodiscard]] std::string shown(double number);
-[[nodiscard]] std::string shown(CGPoint point);
-[[nodiscard]] std::string shown(CGSize size);
-[[nodiscard]] std::string shown(CGRect rect);
-[[nodiscard]] std::string shown(const IconImageInfo& info);
-[[nodiscard]] std::string shown(SEL selector);
-[[nodiscard]] std::string shown(const Shown& argument);
+// What the receiver is to the desktop: an object that is told something, or a service.
+enum class Told { object, service };
 
-// "null" or "set".
-[[nodiscard]] Shown shownPointer(const void* pointer);
-
-void receive(id receiver, SEL selector, const std::vector<std::string>& arguments);
+Noted receive(id receiver, SEL selector, Told told, std::vector<std::string> arguments);
 
 template <class... Arguments>
-void received(id receiver, SEL selector, const Arguments&... arguments) {
-    receive(receiver, selector, {shown(arguments)...});
+Noted received(id receiver, SEL selector, const Arguments&... arguments) {
+    return receive(receiver, selector, Told::object, {wordsOf(arguments)...});
 }
+
+// By an object that the desktop has a service for: records do not name it.
+template <class... Arguments>
+Noted asked(id receiver, SEL selector, const Arguments&... arguments) {
+    return receive(receiver, selector, Told::service, {wordsOf(arguments)...});
+}
+
+// A function of C.
+template <class... Arguments>
+Noted called(std::string_view function, const Arguments&... arguments) {
+    std::vector<std::string> words{wordsOf(arguments)...};
+    std::erase(words, "");
+    return Noted(note({.message = std::string(function), .arguments = std::move(words)}));
+}
+
+// One that is handed its object.
+template <class Object, class... Arguments>
+Noted calledOn(Object* subject, std::string_view function, const Arguments&... arguments) {
+    return Noted(note({.kind = record::EntryKind::message,
+                       .message = std::string(function),
+                       .subject = wordsOf(subject),
+                       .arguments = {wordsOf(arguments)...}}));
+}
+
+// A message that reads a file, once it is known what it answers: nil for nothing.
+void readFile(id receiver, SEL selector, NSString* path, id answer,
+              std::vector<std::string> arguments = {});
 
 [[nodiscard]] std::optional<id> answerSet(id receiver, SEL selector);
 [[nodiscard]] id answer(id receiver, SEL selector);  // nil unless set

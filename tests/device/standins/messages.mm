@@ -1,13 +1,15 @@
 #import "device/standins/messages.h"
 
+#include "device/standins/hooking.h"
+#include "record/operations.h"
 #include <objc/runtime.h>
+#include <sys/stat.h>
 
-#include <charconv>
-#include <cstring>
+#include <algorithm>
 #include <deque>
-#include <iterator>
 #include <map>
 #include <mutex>
+#include <utility>
 
 namespace velmoranth::standins {
 namespace {
@@ -28,7 +30,6 @@ struct Script {
 struct State {
     std::recursive_mutex mutex;
     std::map<std::string, Script> scripts;
-    std::map<const void*, std::string> names;
 };
 
 State& state() {
@@ -126,11 +127,52 @@ Exception exceptionOf(id receiver, SEL selector) {
     return {script->exception, script->exceptionObject};
 }
 
-// The shortest text that reads back as the same number.
-template <class Number>
-std::string shortest(Number number) {
-    char text[32];
-    return {text, std::to_chars(std::begin(text), std::end(text), number).ptr};
+bool isInitialiser(SEL selector) {
+    const std::string_view name = sel_getName(selector);
+    return name.starts_with("init") || name.starts_with("_init");
+}
+
+bool isOperation(std::string_view message) {
+    return std::ranges::any_of(record::operations(), [&](const record::Operation& operation) {
+        return operation.message == message;
+    });
+}
+
+// What the message is called where it is the platform's part of a replaced method: by the class
+// whose method that is. "" for any other.
+std::string replacedMethod(id receiver, SEL selector) {
+    for (Class cls = object_getClass(receiver); cls != Nil; cls = class_getSuperclass(cls)) {
+        if (isHooked(cls, selector)) {
+            return methodName(receiver, cls, sel_getName(selector));
+        }
+    }
+    return {};
+}
+
+// By the class that the operation is named after, an object in the making by its own.
+std::string messageName(id receiver, SEL selector) {
+    const std::string own = methodName(receiver, object_getClass(receiver), sel_getName(selector));
+    if (isInitialiser(selector)) {
+        return own;
+    }
+    for (Class cls = object_getClass(receiver); cls != Nil; cls = class_getSuperclass(cls)) {
+        std::string name = methodName(receiver, cls, sel_getName(selector));
+        if (isOperation(name)) {
+            return name;
+        }
+    }
+    return own;
+}
+
+void raiseIfAsked(id receiver, SEL selector) {
+    const Exception exception = exceptionOf(receiver, selector);
+    if (exception.object != nil) {
+        @throw exception.object;
+    }
+    if (!exception.name.empty()) {
+        [NSException raise:[NSString stringWithUTF8String:exception.name.c_str()]
+                    format:@"as the test asked"];
+    }
 }
 
 }  // namespace
@@ -183,11 +225,6 @@ void raiseNoMore(const std::string& method) {
     raiseFrom(method, "");
 }
 
-void nameObject(id object, const std::string& name) {
-    const std::scoped_lock lock(state().mutex);
-    state().names[object] = name;
-}
-
 void setVariable(id object, const char* name, id value) {
     const Ivar ivar = class_getInstanceVariable(object_getClass(object), name);
     if (ivar == nullptr) {
@@ -203,104 +240,42 @@ id variable(id object, const char* name) {
     return ivar == nullptr ? nil : object_getIvar(object, ivar);
 }
 
-std::string shown(id object) {
-    if (object == nil) {
-        return "nil";
+Noted receive(id receiver, SEL selector, Told told, std::vector<std::string> arguments) {
+    std::erase(arguments, "");  // what is told where it is there alone
+    record::Entry entry{.message = replacedMethod(receiver, selector),
+                        .arguments = std::move(arguments)};
+    const bool isReplaced = !entry.message.empty();
+    if (!isReplaced) {
+        entry.message = messageName(receiver, selector);
     }
-    {
-        const std::scoped_lock lock(state().mutex);
-        const auto name = state().names.find(object);
-        if (name != state().names.end()) {
-            return name->second;
-        }
+    if (isReplaced) {
+        entry.kind = record::EntryKind::original;
+        // One in the making has nothing yet that it could be known by.
+        entry.subject =
+            isInitialiser(selector) ? class_getName(object_getClass(receiver)) : wordsOf(receiver);
+    } else if (told == Told::object && !isClass(receiver) && !isInitialiser(selector)) {
+        entry.kind = record::EntryKind::message;
+        entry.subject = wordsOf(receiver);
     }
-    if ([object isKindOfClass:[NSString class]]) {
-        return "\"" + std::string([object UTF8String]) + "\"";
-    }
-    return "<" + std::string(class_getName(object_getClass(object))) + ">";
+    const Noted noted(note(std::move(entry)));
+    raiseIfAsked(receiver, selector);
+    return noted;
 }
 
-std::string shown(BOOL flag) {
-    return flag ? "YES" : "NO";
-}
-
-std::string shown(int number) {
-    return std::to_string(number);
-}
-
-std::string shown(long number) {
-    return std::to_string(number);
-}
-
-std::string shown(long long number) {
-    return std::to_string(number);
-}
-
-std::string shown(unsigned long number) {
-    return std::to_string(number);
-}
-
-std::string shown(unsigned long long number) {
-    return std::to_string(number);
-}
-
-std::string shown(float number) {
-    return shortest(number);
-}
-
-std::string shown(double number) {
-    return shortest(number);
-}
-
-std::string shown(CGPoint point) {
-    return "{" + shown(point.x) + ", " + shown(point.y) + "}";
-}
-
-std::string shown(CGSize size) {
-    return "{" + shown(size.width) + ", " + shown(size.height) + "}";
-}
-
-std::string shown(CGRect rect) {
-    return "{" + shown(rect.origin) + ", " + shown(rect.size) + "}";
-}
-
-std::string shown(const IconImageInfo& info) {
-    return "{" + shown(info.width) + ", " + shown(info.height) + ", " + shown(info.scale) + ", " +
-           shown(info.continuousCornerRadius) + "}";
-}
-
-std::string shown(SEL selector) {
-    return selector == nullptr ? "null" : sel_getName(selector);
-}
-
-std::string shown(const Shown& argument) {
-    return argument.text;
-}
-
-Shown shownPointer(const void* pointer) {
-    return {pointer == nullptr ? "null" : "set"};
-}
-
-void receive(id receiver, SEL selector, const std::vector<std::string>& arguments) {
-    std::string call;
-    const char* rest = sel_getName(selector);
-    for (const std::string& argument : arguments) {
-        const char* const colon = std::strchr(rest, ':');
-        if (colon == nullptr) {
-            break;
-        }
-        call += (call.empty() ? "" : " ") + std::string(rest, colon + 1) + " " + argument;
-        rest = colon + 1;
-    }
-    note(methodName(receiver, object_getClass(receiver), call + rest));
-    const Exception exception = exceptionOf(receiver, selector);
-    if (exception.object != nil) {
-        @throw exception.object;
-    }
-    if (!exception.name.empty()) {
-        [NSException raise:[NSString stringWithUTF8String:exception.name.c_str()]
-                    format:@"as the test asked"];
-    }
+void readFile(id receiver, SEL selector, NSString* path, id answer,
+              std::vector<std::string> arguments) {
+    std::erase(arguments, "");
+    struct stat found = {};
+    const std::string place = textIn(path);
+    const bool exists = ::stat(place.c_str(), &found) == 0;
+    note({.kind = answer != nil ? record::EntryKind::found
+                  : exists      ? record::EntryKind::unreadable
+                                : record::EntryKind::missing,
+          .message = messageName(receiver, selector),
+          .subject = place,
+          .arguments = std::move(arguments),
+          .answer = wordsOf(answer)});
+    raiseIfAsked(receiver, selector);
 }
 
 std::optional<id> answerSet(id receiver, SEL selector) {

@@ -1,6 +1,9 @@
 // Leads the phone's paths into a folder of this machine: each of the C library's calls that take a
 // path is defined here too, ahead of its own, and passes the path on as it is on this machine.
+#include "device/standins/journal.h"
 #include "device/standins/system.h"
+#include "record/operations.h"
+#include "record/words.h"
 #include <dlfcn.h>
 #include <limits.h>
 #include <stdlib.h>
@@ -9,6 +12,7 @@
 #include <time.h>
 
 #include <atomic>
+#include <string>
 #include <string_view>
 
 namespace {
@@ -90,6 +94,20 @@ char* phonePath(char* resolved) {
     return resolved;
 }
 
+// Takes down what the phone's process does to a file of its own and with which mode; the tests' own
+// paths are this machine's.
+int noted(std::string_view function, const char* path, mode_t mode, int result) {
+    const bool isHosts = path == nullptr || (*path == '/' && hostPath(path) == path);
+    if (velmoranth::standins::filesAreRecorded() && !isHosts) {
+        velmoranth::standins::note({.kind = velmoranth::record::EntryKind::written,
+                                    .message = std::string(function),
+                                    .subject = path,
+                                    .arguments = {velmoranth::record::wordsOfMode(mode)},
+                                    .answer = std::to_string(result)});
+    }
+    return result;
+}
+
 // For the calls that make a name up in place of the template's last six letters.
 template <class Call>
 auto withTemplate(char* path, Call call) {
@@ -168,7 +186,6 @@ INTERPOSE(int, statvfs, (Path path, void* found), (Host(path), found))
 INTERPOSE(int, statvfs64, (Path path, void* found), (Host(path), found))
 
 // Changes to them.
-INTERPOSE(int, chmod, (Path path, mode_t mode), (Host(path), mode))
 INTERPOSE(int, fchmodat, (int at, Path path, mode_t mode, int flags), (at, Host(path), mode, flags))
 INTERPOSE(int, chown, (Path path, uid_t user, gid_t group), (Host(path), user, group))
 INTERPOSE(int, lchown, (Path path, uid_t user, gid_t group), (Host(path), user, group))
@@ -197,11 +214,26 @@ INTERPOSE(ssize_t, readlinkat, (int at, Path path, char* target, size_t size),
           (at, Host(path), target, size))
 
 // Folders.
-INTERPOSE(int, mkdir, (Path path, mode_t mode), (Host(path), mode))
 INTERPOSE(int, mkdirat, (int at, Path path, mode_t mode), (at, Host(path), mode))
 INTERPOSE(int, rmdir, (Path path), (Host(path)))
 INTERPOSE(int, chdir, (Path path), (Host(path)))
 INTERPOSE(void*, opendir, (Path path), (Host(path)))
+
+extern "C" int standInChmod(Path path, mode_t mode) __asm__("chmod");
+
+extern "C" int standInChmod(Path path, mode_t mode) {
+    static const auto next = nextOf<int(Path, mode_t)>("chmod");
+    return noted(velmoranth::record::messageOf("LibSystem", "chmod"), path, mode,
+                 next(Host(path), mode));
+}
+
+extern "C" int standInMkdir(Path path, mode_t mode) __asm__("mkdir");
+
+extern "C" int standInMkdir(Path path, mode_t mode) {
+    static const auto next = nextOf<int(Path, mode_t)>("mkdir");
+    return noted(velmoranth::record::messageOf("LibSystem", "mkdir"), path, mode,
+                 next(Host(path), mode));
+}
 
 extern "C" char* standInRealpath(Path path, char* resolved) __asm__("realpath");
 

@@ -76,7 +76,7 @@ using namespace velmoranth::standins;
            orientation:(NSInteger)orientation
             parameters:(id)parameters
          maxSizeOffset:(CGPoint)offset {
-    received(self, _cmd, shownPointer(image), scale, orientation, parameters, offset);
+    received(self, _cmd, image, scale, orientation, parameters, exactly(offset));
     if (const auto other = answerSet(self, _cmd)) {
         [*other retain];
         [self release];
@@ -97,7 +97,7 @@ using namespace velmoranth::standins;
 - (void)_closeFolderController:(id)controller
                       animated:(BOOL)animated
                 withCompletion:(void (^)(void))completion {
-    received(self, _cmd, controller, animated, Shown{completion == nil ? "nil" : "^"});
+    received(self, _cmd, controller, animated, wordsOfPointer(completion));
 }
 
 @end
@@ -127,7 +127,7 @@ using namespace velmoranth::standins;
                           scale:(CGFloat)scale
         forWidgetWithIdentifier:(NSString*)identifier
                       extension:(id)extension {
-    received(self, _cmd, size, scale, identifier, extension);
+    received(self, _cmd, exactly(size), scale, identifier, extension);
     return answer(self, _cmd);
 }
 

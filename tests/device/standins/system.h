@@ -16,9 +16,6 @@ void clearLog();
 // is read by the library as it is loaded.
 void setSystemVersion(int major, int minor, int patch, double coreFoundationVersionNumber);
 
-// The versions that the process was asked about, "12.0.0", in order.
-[[nodiscard]] std::vector<std::string> versionsAskedFor();
-
 // The user's locale, "he_IL@calendar=hebrew"; this machine's until set.
 void setLocale(const std::string& identifier);
 

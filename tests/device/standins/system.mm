@@ -1,7 +1,8 @@
 #import "device/standins/system.h"
 
-#import "device/standins/standin.h"
-#include "record/recorder.h"
+#import "device/standins/messages.h"
+#include "record/operations.h"
+#include "record/words.h"
 #include <CoreFoundation/CoreFoundation.h>
 #import <Foundation/Foundation.h>
 #import <Foundation/NSOperatingSystemVersion.h>
@@ -38,7 +39,6 @@ struct System {
     std::mutex mutex;
     std::vector<std::string> log;
     NSOperatingSystemVersion version = {13, 3, 0};
-    std::vector<std::string> versionsAskedFor;
     NSLocale* locale = nil;
     std::string machine = "iPhone12,3";
     std::string home = "/var/mobile";
@@ -60,7 +60,7 @@ NSString* native(const std::string& text) {
     return [NSString stringWithUTF8String:text.c_str()];
 }
 
-std::string textOf(CFStringRef text) {
+std::string nameIn(CFStringRef text) {
     return [static_cast<NSString*>(static_cast<const void*>(text)) UTF8String];
 }
 
@@ -80,11 +80,6 @@ void setSystemVersion(int major, int minor, int patch, double coreFoundationVers
     const std::scoped_lock lock(systemState().mutex);
     systemState().version = {major, minor, patch};
     kCFCoreFoundationVersionNumber = coreFoundationVersionNumber;
-}
-
-std::vector<std::string> versionsAskedFor() {
-    const std::scoped_lock lock(systemState().mutex);
-    return systemState().versionsAskedFor;
 }
 
 void setLocale(const std::string& identifier) {
@@ -123,6 +118,8 @@ void postDarwinNotification(const std::string& name) {
 
 }  // namespace velmoranth::standins
 
+using velmoranth::record::messageOf;
+using velmoranth::standins::called;
 using velmoranth::standins::systemState;
 
 extern "C" {
@@ -134,9 +131,8 @@ void NSLogv(NSString* format, va_list arguments) {
     if (!velmoranth::standins::isOfGnustep(line)) {
         const std::scoped_lock lock(systemState().mutex);
         systemState().log.push_back(line);
-        if (auto* const recorder = velmoranth::record::Recorder::current()) {
-            recorder->add({.kind = velmoranth::record::EntryKind::log, .subject = line});
-        }
+        velmoranth::standins::note(
+            {.kind = velmoranth::record::EntryKind::log, .message = {}, .subject = line});
     }
     [text release];
 }
@@ -154,13 +150,11 @@ NSString* NSHomeDirectory(void) {
 }
 
 int setuid(uid_t user) noexcept {
-    velmoranth::standins::note("setuid(" + std::to_string(user) + ")");
-    return 0;
+    return called(messageOf("LibSystem", "setuid"), user).answered(0);
 }
 
 int setgid(gid_t group) noexcept {
-    velmoranth::standins::note("setgid(" + std::to_string(group) + ")");
-    return 0;
+    return called(messageOf("LibSystem", "setgid"), group).answered(0);
 }
 
 int uname(struct utsname* names) noexcept {
@@ -178,17 +172,18 @@ void CFNotificationCenterAddObserver(CFNotificationCenterRef /*center*/, const v
                                      CFNotificationCallback callback, CFStringRef name,
                                      const void* object,
                                      CFNotificationSuspensionBehavior suspensionBehavior) {
-    const std::string text = velmoranth::standins::textOf(name);
-    velmoranth::standins::note("CFNotificationCenterAddObserver(" +
-                               std::string(observer == nullptr ? "null" : "set") + ", " + text +
-                               ", " + std::to_string(suspensionBehavior) + ")");
+    const std::string text = velmoranth::standins::nameIn(name);
+    using velmoranth::standins::wordsOfPointer;
+    called(messageOf("DarwinNotificationCenter", "addObserver"), wordsOfPointer(observer),
+           velmoranth::standins::Words{velmoranth::record::words(text)}, wordsOfPointer(object),
+           static_cast<long>(suspensionBehavior));
     const std::scoped_lock lock(systemState().mutex);
     systemState().observers.push_back({observer, callback, text, object});
 }
 
 void CFNotificationCenterRemoveObserver(CFNotificationCenterRef /*center*/, const void* observer,
                                         CFStringRef name, const void* /*object*/) {
-    const std::string text = velmoranth::standins::textOf(name);
+    const std::string text = velmoranth::standins::nameIn(name);
     const std::scoped_lock lock(systemState().mutex);
     std::erase_if(systemState().observers, [&](const auto& other) {
         return other.observer == observer && other.name == text;
@@ -198,7 +193,7 @@ void CFNotificationCenterRemoveObserver(CFNotificationCenterRef /*center*/, cons
 void CFNotificationCenterPostNotification(CFNotificationCenterRef center, CFStringRef name,
                                           const void* /*object*/, CFDictionaryRef /*userInfo*/,
                                           unsigned char /*deliverImmediately*/) {
-    const std::string text = velmoranth::standins::textOf(name);
+    const std::string text = velmoranth::standins::nameIn(name);
     std::vector<velmoranth::standins::Observer> observers;
     {
         const std::scoped_lock lock(systemState().mutex);
@@ -228,18 +223,14 @@ void CFNotificationCenterPostNotification(CFNotificationCenterRef center, CFStri
 }
 
 - (BOOL)isOperatingSystemAtLeastVersion:(NSOperatingSystemVersion)version {
-    {
-        const std::scoped_lock lock(systemState().mutex);
-        systemState().versionsAskedFor.push_back(std::to_string(version.majorVersion) + "." +
-                                                 std::to_string(version.minorVersion) + "." +
-                                                 std::to_string(version.patchVersion));
-    }
+    const auto noted = velmoranth::standins::asked(self, _cmd, version.majorVersion,
+                                                   version.minorVersion, version.patchVersion);
     const NSOperatingSystemVersion running = [self operatingSystemVersion];
     const std::array<NSInteger, 3> have = {running.majorVersion, running.minorVersion,
                                            running.patchVersion};
     const std::array<NSInteger, 3> wanted = {version.majorVersion, version.minorVersion,
                                              version.patchVersion};
-    return have >= wanted;
+    return noted.answered(static_cast<BOOL>(have >= wanted));
 }
 
 @end

@@ -71,18 +71,18 @@ void insertInto(UIView* superview, UIView* view, NSInteger index) {
 @implementation UIView
 
 - (id)init {
-    received(self, _cmd);
-    return [self initWithoutANoteWithFrame:CGRect{}];
+    const Noted noted = received(self, _cmd);
+    return noted.answered([self initWithoutANoteWithFrame:CGRect{}]);
 }
 
 - (id)initWithFrame:(CGRect)frame {
-    received(self, _cmd, frame);
+    const Noted noted = received(self, _cmd, frame);
     if (const auto other = answerSet(self, _cmd)) {
         [*other retain];
         [self release];
-        return *other;
+        return noted.answered(*other);
     }
-    return [self initWithoutANoteWithFrame:frame];
+    return noted.answered([self initWithoutANoteWithFrame:frame]);
 }
 
 - (void)dealloc {
@@ -204,7 +204,7 @@ void insertInto(UIView* superview, UIView* view, NSInteger index) {
 + (void)animateWithDuration:(NSTimeInterval)duration
                  animations:(void (^)(void))animations
                  completion:(void (^)(BOOL finished))completion {
-    animate(self, _cmd, {shown(duration)}, animations, completion);
+    animate(self, _cmd, {wordsOf(duration)}, animations, completion);
 }
 
 + (void)animateWithDuration:(NSTimeInterval)duration
@@ -214,9 +214,10 @@ void insertInto(UIView* superview, UIView* view, NSInteger index) {
                     options:(NSUInteger)options
                  animations:(void (^)(void))animations
                  completion:(void (^)(BOOL finished))completion {
-    animate(self, _cmd,
-            {shown(duration), shown(delay), shown(damping), shown(velocity), shown(options)},
-            animations, completion);
+    animate(
+        self, _cmd,
+        {wordsOf(duration), wordsOf(delay), wordsOf(damping), wordsOf(velocity), wordsOf(options)},
+        animations, completion);
 }
 
 @end
@@ -224,12 +225,12 @@ void insertInto(UIView* superview, UIView* view, NSInteger index) {
 @implementation UIImageView
 
 - (id)initWithImage:(UIImage*)image {
-    received(self, _cmd, static_cast<id>(image));
+    const Noted noted = received(self, _cmd, image);
     const CGSize size = image == nil ? CGSize{} : [static_cast<id<SizedImage>>(image) size];
     if ((self = [super initWithoutANoteWithFrame:CGRect{{0, 0}, size}])) {
         _image = [static_cast<id>(image) retain];
     }
-    return self;
+    return noted.answered(self);
 }
 
 - (void)dealloc {
@@ -243,7 +244,7 @@ void insertInto(UIView* superview, UIView* view, NSInteger index) {
 }
 
 - (void)setImage:(UIImage*)image {
-    received(self, _cmd, static_cast<id>(image));
+    received(self, _cmd, image);
     replace(_image, image);
 }
 
@@ -260,7 +261,7 @@ void insertInto(UIView* superview, UIView* view, NSInteger index) {
 }
 
 - (void)setFont:(UIFont*)font {
-    received(self, _cmd, static_cast<id>(font));
+    received(self, _cmd, font);
     replace(_font, font);
 }
 
