@@ -86,9 +86,9 @@ TEST_F(Hooking, IsNoted) {
     MSHookMessageEx(object_getClass([Hooked class]), @selector(shared), replacement, &unused);
     MSHookMessageEx(Nil, @selector(value), replacement, &unused);
     EXPECT_EQ(velmoranth::standins::journal(),
-              (std::vector<std::string>{"MSHookMessageEx(-[Hooked value])",
-                                        "MSHookMessageEx(+[Hooked shared])",
-                                        "MSHookMessageEx(-[nil value])"}));
+              (std::vector<std::string>{"MSHookMessageEx -[Hooked value]",
+                                        "MSHookMessageEx +[Hooked shared]",
+                                        "MSHookMessageEx nil value"}));
 }
 
 }  // namespace
