@@ -19,7 +19,13 @@ constexpr std::size_t kMostEntries = 100000;
 // itself and added up.
 class Sight {
   public:
-    void add(const std::string& path, const struct stat& status) {
+    // A folder's times and size tell of the names in it, which are looked at by themselves.
+    void add(const std::string& path, struct stat status) {
+        if (S_ISDIR(status.st_mode)) {
+            status.st_size = 0;
+            status.st_mtim = {};
+            status.st_ctim = {};
+        }
         std::uint64_t seen = std::hash<std::string_view>()(path);
         for (const auto part :
              {static_cast<std::uint64_t>(status.st_ino), static_cast<std::uint64_t>(status.st_size),
@@ -43,8 +49,13 @@ class Sight {
 
 }  // namespace
 
-FileWatch::FileWatch(std::vector<std::string> paths)
-    : paths_(std::move(paths)), told_(look()), last_(told_) {}
+FileWatch::FileWatch(std::vector<std::string> paths, const std::string& output)
+    : paths_(std::move(paths)), output_(output), told_(look()), last_(told_) {}
+
+bool FileWatch::isOutput(const fs::path& path) const {
+    std::error_code ignored;
+    return path.filename() == output_.filename() && fs::equivalent(path, output_, ignored);
+}
 
 bool FileWatch::hasChanged() {
     const std::uint64_t now = look();
@@ -63,7 +74,7 @@ std::uint64_t FileWatch::look() const {
         std::error_code error;
         for (fs::recursive_directory_iterator entry(path, error), end;
              !error && entry != end && ++entries <= kMostEntries; entry.increment(error)) {
-            if (::lstat(entry->path().c_str(), &status) == 0) {
+            if (::lstat(entry->path().c_str(), &status) == 0 && !isOutput(entry->path())) {
                 sight.add(entry->path(), status);
             }
         }

@@ -54,7 +54,7 @@ std::string textOf(const std::vector<ReplaceableName>& names) {
     std::size_t fileWidth = 0;
     for (const ReplaceableName& name : names) {
         sizeWidth = std::max(sizeWidth, columnsOf(sizeText(name.size)));
-        fileWidth = std::max(fileWidth, name.files.front().size());
+        fileWidth = std::max(fileWidth, name.file.size());
     }
     std::string text;
     std::string_view group;
@@ -64,7 +64,7 @@ std::string textOf(const std::vector<ReplaceableName>& names) {
             group = name.group;
         }
         const std::string size = sizeText(name.size);
-        const std::string& file = name.files.front();
+        const std::string& file = name.file;
         text.append(2 + sizeWidth - columnsOf(size), ' ');
         text.append(size).append("  ").append(file);
         text.append(2 + fileWidth - file.size(), ' ');
@@ -92,6 +92,7 @@ std::string jsonOf(const std::vector<ReplaceableName>& names, const NamedDevice&
              {"argument", name.question.argument},
              {"bundle", name.question.bundle},
              {"title", name.title},
+             {"file", name.file},
              {"files", name.files},
              {"setting", name.setting},
              {"size", name.size ? Json{{"width", name.size->width}, {"height", name.size->height}}
@@ -149,8 +150,9 @@ Command namesCommand() {
             .summary = "List every name that a theme can replace.",
             .positionalNames = "[GROUP...]",
             .description =
-                "A line has the size of the device's own picture in pixels, the file of a theme "
-                "that is looked for first,\nand the request to give to velmoranth explain.",
+                "A line has the size in pixels, the file of a theme to give, and the request to "
+                "give to "
+                "velmoranth explain.",
             .options = kNamesOptions,
             .examples = {"velmoranth names chrome settings",
                          "velmoranth names images --device pad --ios 12 --json"},

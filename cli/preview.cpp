@@ -223,7 +223,7 @@ ExitCode follow(const PreviewOptions& given, const DeviceOfRun& first) {
     PreviewOptions options = given;
     const DeviceOfRun* device = &first;
     Result<DeviceOfRun> renewed;
-    FileWatch watch(watchedFiles(options, first));
+    FileWatch watch(watchedFiles(options, first), options.output);
     for (bool isFirst = true;; isFirst = false) {
         auto running = RunningScreen::start(requestFor(options, *device));
         const auto screen = running ? (*running)->render()

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <iterator>
 #include <set>
 #include <string>
@@ -175,6 +176,11 @@ ExitCode drawAllScreens(const PreviewOptions& options, const DeviceOfRun& device
         return simulator::screenKindNamed(picture.screens.front().screen);
     });
     const ExitCode told = tell(options, *pictures, device.themes);
+    if (told == ExitCode::nothingFound) {
+        const auto others = std::ranges::count_if(*pictures, std::not_fn(isAsExpected));
+        note(fmt::format("{} of {} {} not as expected", others,
+                         counted(pictures->size(), "picture"), others == 1 ? "is" : "are"));
+    }
     return options.expected.empty() || tellUndrawn(options.expected, *pictures)
                ? told
                : ExitCode::nothingFound;

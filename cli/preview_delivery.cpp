@@ -65,10 +65,6 @@ Result<Verdict> judge(const PreviewOptions& options, const Picture& picture,
     return verdict;
 }
 
-bool isAsExpected(const DeliveredPicture& picture) {
-    return !picture.verdict || (picture.verdict->isThere && picture.verdict->deviation.isNone());
-}
-
 std::string textOf(const Verdict& verdict, const DeliveredPicture& picture) {
     const std::string expected = shown(verdict.expected);
     if (!verdict.isThere) {
@@ -114,6 +110,10 @@ Json jsonOf(const Verdict& verdict, bool isAsExpected) {
 }
 
 }  // namespace
+
+bool isAsExpected(const DeliveredPicture& picture) {
+    return !picture.verdict || (picture.verdict->isThere && picture.verdict->deviation.isNone());
+}
 
 ShownScreen shownScreen(const simulator::RenderedScreen& screen, simulator::ScreenKind kind,
                         const NamedDevice& device, const Placed& place) {

@@ -57,6 +57,8 @@ struct DeliveredPicture {
                                                         const std::string& file,
                                                         std::vector<ShownScreen> screens);
 
+[[nodiscard]] bool isAsExpected(const DeliveredPicture& picture);
+
 // "preview.png: 1125 × 2436 pixels, iOS 13.3, phone", and a line of what was expected.
 [[nodiscard]] std::string textOf(const DeliveredPicture& picture);
 // docs/themes/preview.md has the form.

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <filesystem>
 #include <iterator>
 #include <map>
@@ -181,6 +182,30 @@ desktop::Problem cannotUseTheme() {
     return {"no theme can be made for the device"};
 }
 
+// "UISwitchKnob.png@3x.png".
+bool hasEndingTwice(const std::string& file) {
+    return fs::path(file).stem().string().find(fs::path(file).extension()) != std::string::npos;
+}
+
+// How many pixels a point of a picture has under that name, on a screen of that scale.
+double scaleOf(const std::string& file, double screenScale) {
+    const std::string stem = fs::path(file).stem();
+    return stem.ends_with("@3x") ? 3 : stem.ends_with("@2x") ? 2 : screenScale;
+}
+
+// The file to take, and the size that a picture needs under its name.
+void chooseFile(ReplaceableName& name, double screenScale) {
+    const auto plain = std::ranges::find_if_not(name.files, hasEndingTwice);
+    name.file = plain == name.files.end() ? name.files.front() : *plain;
+    if (name.size) {
+        const double larger = scaleOf(name.file, screenScale) / screenScale;
+        const auto scaled = [&](std::size_t pixels) {
+            return static_cast<std::size_t>(std::lround(static_cast<double>(pixels) * larger));
+        };
+        name.size = {.width = scaled(name.size->width), .height = scaled(name.size->height)};
+    }
+}
+
 // A folder is looked into once it is there.
 bool isFolder(const std::string& file) {
     return file.find('/') == std::string::npos && fs::path(file).extension().empty();
@@ -264,12 +289,13 @@ Result<std::vector<ReplaceableName>> replaceableNames(
     for (std::size_t i = 0; i < names.size(); ++i) {
         ReplaceableName& name = names[i];
         progress(i, names.size());
-        if (name.files.empty() || name.group == kSounds) {
+        if (name.files.empty()) {
             continue;
         }
-        if (auto found = asked.findSize(name); !found) {
+        if (auto found = name.group == kSounds ? Result<void>() : asked.findSize(name); !found) {
             return tl::unexpected(std::move(found.error()));
         }
+        chooseFile(name, device.configuration.screen.scale);
     }
     std::erase_if(names, [](const ReplaceableName& name) { return name.files.empty(); });
     return names;

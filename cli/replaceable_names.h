@@ -24,7 +24,7 @@ struct NameGroup {
 // In the order in which they are listed to a user.
 [[nodiscard]] std::span<const NameGroup> nameGroups();
 
-// What the device has by itself; pixels.
+// Pixels.
 struct StockSize {
     std::size_t width = 0;
     std::size_t height = 0;
@@ -38,7 +38,11 @@ struct ReplaceableName {
     std::string title = {};  // what a person calls it; "" for nothing else than its name
     std::vector<std::string> files = {};  // of a theme, in the order in which they are looked for
     std::string setting = {};             // that has them looked for; "" where themes alone do
-    std::optional<StockSize> size = {};   // nothing where the device has no picture of its own
+    // The one of them to take: the first but those that have an ending twice.
+    std::string file = {};
+    // What fills the place of the device's own picture under that name: of a name for 3 pixels a
+    // point, these many.
+    std::optional<StockSize> size = {};  // nothing where the device has no picture of its own
 };
 
 // Those of the groups, in the device's order, each with a file at least. `progress` may be told now

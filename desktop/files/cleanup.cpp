@@ -12,10 +12,12 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <condition_variable>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <memory>
 #include <mutex>
 #include <system_error>
@@ -34,7 +36,8 @@ struct Registry {
     std::mutex mutex;
     std::vector<std::string> paths;
     std::vector<std::string> folders;  // that go when they are empty
-    int held = 0;                      // what has to be whole before a signal is followed
+    std::vector<const std::function<void()>*> work;
+    int held = 0;  // what has to be whole before a signal is followed
     std::condition_variable released;
 };
 
@@ -72,12 +75,31 @@ void removeAll(const std::string& path) {
     }
 }
 
+// Whether nothing is left of the process but its number.
+bool hasEnded(pid_t process) {
+    std::ifstream status("/proc/" + std::to_string(process) + "/stat");
+    const std::string text{std::istreambuf_iterator<char>(status), {}};
+    // "12 (name) Z ...", where the name may hold anything.
+    const std::size_t name = text.rfind(')');
+    return name == std::string::npos || name + 2 >= text.size() || text[name + 2] == 'Z' ||
+           text[name + 2] == 'X';
+}
+
 // Of the process's first thread; the others' take care of themselves.
 void endChildrenOf(pid_t process) {
     const std::string name = std::to_string(process);
     std::ifstream children("/proc/" + name + "/task/" + name + "/children");
+    std::vector<pid_t> ended;
     for (pid_t child = 0; children >> child;) {
-        ::kill(child, SIGKILL);
+        if (child != ::getpid()) {
+            ::kill(child, SIGKILL);
+            ended.push_back(child);
+        }
+    }
+    // What they hold open goes a moment later.
+    constexpr int kMostLooks = 200;
+    for (int look = 0; look < kMostLooks && !std::ranges::all_of(ended, hasEnded); ++look) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
 }
 
@@ -97,6 +119,9 @@ sigset_t watchedSignals() {
 }
 
 void removeRegistered() {
+    for (const std::function<void()>* const work : registry().work) {
+        (*work)();
+    }
     for (const std::string& path : registry().paths) {
         removeAll(path);
     }
@@ -195,6 +220,16 @@ SignalsHeld::~SignalsHeld() {
     }
     registry().released.notify_one();
     pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+}
+
+DoneOnSignal::DoneOnSignal(std::function<void()> work) : work_(std::move(work)) {
+    const std::lock_guard lock(registry().mutex);
+    registry().work.push_back(&work_);
+}
+
+DoneOnSignal::~DoneOnSignal() {
+    const std::lock_guard lock(registry().mutex);
+    std::erase(registry().work, &work_);
 }
 
 RemovedAtEnd::RemovedAtEnd(std::string path) : path_(std::move(path)) {

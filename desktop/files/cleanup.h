@@ -6,6 +6,7 @@
 
 #include <signal.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -47,6 +48,19 @@ class RemovedAtEnd {
 
   private:
     std::string path_;
+};
+
+// Something to do when a signal has come, once the processes that this one started have ended: in a
+// process of its own, before the rest is removed. Nothing is done when this object goes.
+class DoneOnSignal {
+  public:
+    explicit DoneOnSignal(std::function<void()> work);
+    ~DoneOnSignal();
+    DoneOnSignal(const DoneOnSignal&) = delete;
+    DoneOnSignal& operator=(const DoneOnSignal&) = delete;
+
+  private:
+    std::function<void()> work_;
 };
 
 // A folder that was made for what is to come into it; removed when this object goes or a signal

@@ -70,9 +70,12 @@ platform::Data readme(const Starter& starter) {
                        "\n\n"
                        "A theme for the home screen. Put your own pictures in the place of these; "
                        "what you delete keeps the phone's own.\n\n"
-                       "    velmoranth preview .            # draws the home screen\n"
-                       "    velmoranth explain . -- dock    # says why something shows as it does\n"
-                       "    velmoranth pack .               # makes a package that a phone "
+                       "From the folder that holds this one, so that nothing else comes into "
+                       "it:\n\n"
+                       "    velmoranth preview *.theme            # draws the home screen\n"
+                       "    velmoranth explain *.theme -- dock    # says why something shows as it "
+                       "does\n"
+                       "    velmoranth pack *.theme               # makes a package that a phone "
                        "installs\n\n"
                        "| File | Points | What it is |\n| --- | --- | --- |\n";
     const auto row = [&](std::string_view name, const std::string& size, std::string_view what) {

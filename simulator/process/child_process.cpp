@@ -31,6 +31,12 @@ tl::unexpected<Problem> systemProblem(const std::string& what, int error) {
     return tl::unexpected(Problem{what + ": " + std::strerror(error)});
 }
 
+void removeSockets(const std::string& deviceFolder) {
+    if (const auto root = desktop::DeviceRoot::open(deviceFolder)) {
+        desktop::removeDeadSockets(**root);
+    }
+}
+
 // Starts this program with its socket at kSimulatedProcessDescriptor. Standard output goes where
 // standard error goes: what the caller prints there is its own. An errno, or 0.
 int spawnSelf(int socket, pid_t& pid) {
@@ -68,7 +74,8 @@ ChildProcess::ChildProcess(pid_t pid, int descriptor, LogFile logFile, std::stri
     : pid_(pid),
       descriptor_(descriptor),
       logFile_(std::move(logFile)),
-      deviceFolder_(std::move(deviceFolder)) {}
+      deviceFolder_(std::move(deviceFolder)),
+      interrupted_([folder = deviceFolder_] { removeSockets(folder); }) {}
 
 desktop::Result<std::unique_ptr<ChildProcess>> ChildProcess::start(const ScreenRequest& request) {
     auto logFile = openLog(request.logDestination);
@@ -285,8 +292,8 @@ int ChildProcess::reap(Clock::time_point deadline) {
         }
     }
     // One that crashed or was ended has left its socket.
-    if (const auto root = desktop::DeviceRoot::open(deviceFolder_); isThere && root) {
-        desktop::removeDeadSockets(**root);
+    if (isThere) {
+        removeSockets(deviceFolder_);
     }
     return status;
 }

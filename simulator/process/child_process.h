@@ -2,6 +2,7 @@
 // ended. Private to the launcher.
 #pragma once
 
+#include "desktop/files/cleanup.h"
 #include "desktop/result/result.h"
 #include "simulator/process/launcher.h"
 #include "simulator/process/protocol.h"
@@ -83,6 +84,7 @@ class ChildProcess {
     int descriptor_;
     LogFile logFile_;
     std::string deviceFolder_;
+    desktop::DoneOnSignal interrupted_;
     std::vector<std::string> log_;
     std::size_t logBytes_ = 0;
     std::string lastLine_;

@@ -27,7 +27,7 @@ class Names : public PreviewTest {
     // "WORD ARGUMENT: FILE, SIZE"
     static std::string line(const Json& name) {
         return name["request"].get<std::string>() + " " + name["argument"].get<std::string>() +
-               ": " + name["files"][0].get<std::string>() + ", " +
+               ": " + name["file"].get<std::string>() + ", " +
                (name["size"].is_null()
                     ? "-"
                     : name["size"]["width"].dump() + "x" + name["size"]["height"].dump());
@@ -52,7 +52,7 @@ class Names : public PreviewTest {
 TEST_F(Names, PartsOfTheHomeScreen) {
     EXPECT_EQ(lines(names({"chrome"})),
               "folder : Velmoranth/Folder.png, 180x180\n"
-              "behind : Bundles/com.apple.springboard/ANEMFolderBackground.png@3x.png, -\n"
+              "behind : Bundles/com.apple.springboard/ANEMFolderBackground.png, -\n"
               "dock : Velmoranth/SBDockBGiphone.png, 1125x282\n"
               "badge : Bundles/com.apple.springboard/SBBadgeBG.png, 72x72\n"
               "dot current: Bundles/com.apple.springboard/SBPageDotCurrent.png, 24x24\n"
@@ -65,7 +65,7 @@ TEST_F(Names, PartsOfTheHomeScreen) {
               "calendar : IconBundles/com.apple.mobilecal-large.png, 180x180\n"
               "clock : Bundles/com.apple.SpringBoardHome/ClockIconBackgroundSquare@3x.png, "
               "180x180\n"
-              "knob : UIImages/UISwitchKnob.png@3x.png, 150x150\n");
+              "knob : UIImages/UISwitchKnob.png, 150x150\n");
 }
 
 TEST_F(Names, DevicesAndSystemsHaveTheirOwn) {
@@ -75,7 +75,7 @@ TEST_F(Names, DevicesAndSystemsHaveTheirOwn) {
     EXPECT_NE(pad.find("clock : IconBundles/com.apple.mobiletimer-large.png, 152x152\n"),
               std::string::npos);
     EXPECT_NE(lines(names({"settings", "--device", "phone-667"}))
-                  .find("settings General: Bundles/com.apple.Preferences/General@3x.png, 58x58\n"),
+                  .find("settings General: Bundles/com.apple.Preferences/General@3x.png, 87x87\n"),
               std::string::npos);
     EXPECT_NE(lines(names({"images"})).find("symbol gear: "), std::string::npos);
     EXPECT_EQ(lines(names({"images", "--ios", "12"})).find("symbol"), std::string::npos);
@@ -157,7 +157,7 @@ TEST_F(Names, WhatIsListedReplacesWhatItSays) {
         const bool isWhole =
             name["setting"] == "" && name["group"] != "sounds" && name["request"] != "pressed";
         tried.push_back(name);
-        picture("work/A/" + name["files"][0].get<std::string>());
+        picture("work/A/" + name["file"].get<std::string>());
         if (isOften || !isWhole) {
             tried.back() = nullptr;
         } else {
@@ -180,7 +180,7 @@ TEST_F(Names, WhatIsListedReplacesWhatItSays) {
         const Json answer = Json::parse(text, nullptr, false);
         EXPECT_EQ(answer["request"], name["request"]);
         EXPECT_EQ(answer["argument"], name["argument"]);
-        EXPECT_EQ(answer["shown"]["file"], name["files"][0]) << name << answer["summary"];
+        EXPECT_EQ(answer["shown"]["file"], name["file"]) << name << answer["summary"];
     }
 }
 

@@ -226,6 +226,7 @@ TEST_F(PreviewExpect, AllScreensAreComparedWithAFolder) {
     const CommandResult result = draw({"--expect", "before"});
     EXPECT_EQ(result.code, 1);
     EXPECT_EQ(result.errors,
+              "velmoranth: 1 of 20 pictures is not as expected\n"
               "velmoranth: before/old.png is expected, and no screen has that picture\n");
     EXPECT_NE(result.output.find(
                   "preview/today.png: nothing to compare with: there is no before/today.png\n"),

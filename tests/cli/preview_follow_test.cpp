@@ -106,6 +106,19 @@ TEST_F(PreviewRoot, ASavedFileOfTheDeviceHasThePictureDrawnAgain) {
     EXPECT_EQ(running.finish().signal, SIGINT);
 }
 
+TEST_F(PreviewTest, FollowDoesNotTakeItsOwnPictureForAChange) {
+    theme("work", kMagenta);
+    RunningCommand running({"preview", ".", "--follow", "--quiet"}, setting());
+    const std::string line = "preview.png: 1125 × 2436 pixels, iOS 13.3, phone\n";
+    ASSERT_TRUE(running.waitForText(line));
+    EXPECT_FALSE(running.waitForText(line + line, std::chrono::milliseconds(2500)));
+    theme("work", kLime);
+    ASSERT_TRUE(running.waitForText(line + line));
+    EXPECT_GT(picture().count(kLime), 0);
+    running.signal(SIGINT);
+    EXPECT_EQ(running.finish().signal, SIGINT);
+}
+
 // The process that has a socket there; 0 when there is none.
 pid_t listeningProcess(const std::string& sockets) {
     for (const auto& entry : fs::directory_iterator(sockets)) {
@@ -132,6 +145,14 @@ TEST_F(PreviewRoot, ASocketGoesHoweverItsProcessEnds) {
         ::kill(listeningProcess(sockets), SIGKILL);
         EXPECT_EQ(running.finish().code, 3);
         EXPECT_EQ(listeningProcess(sockets), 0);
+    }
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {  // its launcher interrupted
+        RunningCommand running(words, setting());
+        ASSERT_TRUE(running.waitForText(line));
+        ASSERT_GT(listeningProcess(sockets), 0);
+        running.signal(signal);
+        EXPECT_EQ(running.finish().signal, signal);
+        EXPECT_EQ(listeningProcess(sockets), 0) << signal;
     }
     {  // its launcher killed
         RunningCommand running(words, setting());
