@@ -165,7 +165,8 @@ void printReport(const SoundOptions& options, const SoundReport& report) {
 }
 
 ExitCode codeOf(const SoundReport& report) {
-    return report.isPlayed() ? ExitCode::done : ExitCode::nothingFound;
+    return report.isPlayed() && report.isHeard.value_or(true) ? ExitCode::done
+                                                              : ExitCode::nothingFound;
 }
 
 ExitCode playToFile(const SoundOptions& options, const DeviceOfRun& device) {
@@ -189,7 +190,8 @@ ExitCode playAloud(const SoundOptions& options, const DeviceOfRun& device) {
     desktop::Mixer mixer;
     desktop::SdlOutput speaker(mixer, [](const std::string& line) { note(line); });
     Performance performance(device, mixer, speaker);
-    const SoundReport report = performance.perform(options.event);
+    SoundReport report = performance.perform(options.event);
+    report.isHeard = speaker.isHeard();
     printReport(options, report);
     static_cast<void>(flushResults());
     if (speaker.isHeard()) {
@@ -249,7 +251,7 @@ Command soundCommand() {
             .description =
                 "EVENT is one of the names below or a number. The system's own sounds are the "
                 "phone's; they are not\nplayed here. The settings panel's sounds need no THEME. "
-                "The exit code is 1 when there is nothing to hear.",
+                "The exit code is 1 when nothing is heard.",
             .options = kSoundOptions,
             .examples = {"velmoranth sound key-click MyTheme.theme",
                          "velmoranth sound event:lock Sounds.theme Icons.theme -o lock.wav",

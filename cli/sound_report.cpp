@@ -175,7 +175,13 @@ std::string reportAsText(const SoundReport& report) {
             text += "  " + shown(probe.path) + (probe.exists ? ": there\n" : ": not there\n");
         }
     }
-    return text + systemSoundInWords(report);
+    text += systemSoundInWords(report);
+    if (report.isPlayed() && report.isHeard == false) {
+        text +=
+            "nothing was heard here: this machine has no sound device; -o FILE writes it as a "
+            "WAV file\n";
+    }
+    return text;
 }
 
 std::string reportAsJson(const SoundReport& report, const std::string& output) {
@@ -190,6 +196,9 @@ std::string reportAsJson(const SoundReport& report, const std::string& output) {
         json["number"] = report.event.number;
     }
     json["played"] = report.isPlayed();
+    if (report.isPlayed() && report.isHeard) {
+        json["heard"] = *report.isHeard;
+    }
     json["file"] = report.file.empty() ? ordered_json() : ordered_json(report.file);
     const std::string theme = themeOf(report.file);
     json["theme"] = theme.empty() ? ordered_json() : ordered_json(theme);

@@ -37,6 +37,7 @@ struct SoundReport {
     std::string file;                     // that the player was to play; "" without one
     bool playsSystemSound = false;
     std::optional<SoundDetails> details;  // of the file, when it plays
+    std::optional<bool> isHeard = {};     // by who sits at this machine, when it was played there
 
     [[nodiscard]] bool isPlayed() const { return player && player->isStarted; }
 };

@@ -273,7 +273,7 @@ TEST_F(Sound, WithoutPreferencesTheFactorysCountAndAreNotPutInPlace) {
 TEST_F(Sound, ThemingThatIsOffIsTheReason) {
     themeSound("device/Library/Themes/B.theme", "lock.caf", tone(0.02));
     const std::string place =
-        "velmoranth: warning: device/var/mobile/Library/Preferences/" + kFileName + ": ";
+        "velmoranth: warning: device/User/Library/Preferences/" + kFileName + ": ";
     activate("<key>ActiveThemes</key><array><string>B.theme</string></array>");
     for (const std::string event : {"lock", "event:lock"}) {
         const CommandResult result = sound({event, "--root", "device"});
@@ -435,10 +435,21 @@ TEST_F(Sound, AMachineWithoutADeviceSaysSoOnce) {
     const auto start = std::chrono::steady_clock::now();
     const CommandResult result = runCommand({"sound", "lock", "T"}, deaf);
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(4)) << "no waiting";
-    EXPECT_EQ(result.code, 0);
+    EXPECT_EQ(result.code, 1);
     EXPECT_TRUE(result.output.starts_with("lock.caf of T: 5.00 s")) << result.output;
+    EXPECT_TRUE(
+        result.output.ends_with("\nnothing was heard here: this machine has no sound device; -o "
+                                "FILE writes it as a WAV file\n"))
+        << result.output;
     EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1) << result.errors;
     EXPECT_TRUE(result.errors.starts_with("velmoranth: ")) << result.errors;
+
+    const json report = json::parse(runCommand({"sound", "lock", "T", "--json"}, deaf).output);
+    EXPECT_EQ(report["played"], true) << "by the phone";
+    EXPECT_EQ(report["heard"], false);
+    EXPECT_EQ(runCommand({"sound", "lock", "T", "-o", "out.wav"}, deaf).code, 0) << "needs none";
+    themeSound("T", "lock.caf", tone(0.02));
+    EXPECT_EQ(json::parse(sound({"lock", "T", "--json"}).output)["heard"], true);
 }
 
 TEST_F(Sound, StopsAtASignalWithNothingLeft) {
