@@ -3,6 +3,7 @@
 #include "cli/device_options.h"
 #include "cli/messages.h"
 #include "cli/numbers.h"
+#include "cli/theme_folders.h"
 
 #include <algorithm>
 #include <array>
@@ -18,12 +19,14 @@ using desktop::Result;
 
 namespace {
 
-constexpr std::array<Option, 27> kPreviewOptions{{
+constexpr std::array<Option, 28> kPreviewOptions{{
     {"--output", "-o", "FILE",
      "write the picture here (default preview.png); - is standard output; with --all-screens the "
      "folder of the pictures (default preview)"},
     {"--root", "", "DIR",
      "use this device, with its own themes and preferences, in place of THEME"},
+    {"--all", "", "",
+     "of a THEME that is a folder with themes in it, such as a package's, all of these"},
     kIosOption,
     kDeviceOption,
     kOrientationOption,
@@ -231,7 +234,8 @@ Result<PreviewOptions> readPreviewOptions(const Arguments& arguments) {
         return tl::unexpected(std::move(together.error()));
     }
     PreviewOptions options;
-    options.themes = arguments.positionals();
+    options.themes = arguments.has("--all") ? withThemesWithin(arguments.positionals())
+                                            : arguments.positionals();
     options.root = arguments.value("--root").value_or("");
     options.output = arguments.value("--output")
                          .value_or(arguments.has("--all-screens") ? "preview" : options.output);

@@ -3,17 +3,23 @@
 #include "cli/device_layout.h"
 #include "cli/messages.h"
 #include "cli/preferences.h"
+#include "cli/theme_folders.h"
+#include "core/preferences.h"
+#include "core/start_preferences.h"
 #include "desktop/files/create_device_root.h"
 #include "desktop/files/file_calls.h"
 #include "desktop/files/file_tree.h"
 #include "desktop/plist/property_lists.h"
+#include "desktop/services/services.h"
 
 #include "makers/conversion/convert.h"
 #include "makers/conversion/theme_input.h"
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstddef>
 #include <filesystem>
 #include <map>
 #include <system_error>
@@ -65,10 +71,30 @@ Result<makers::FoundTheme> checkContents(const std::string& path) {
     return found;
 }
 
+// The first of them, and how many more.
+std::string listed(const std::vector<std::string>& paths) {
+    constexpr std::size_t kMost = 3;
+    std::string text;
+    for (std::size_t i = 0; i < std::min(kMost, paths.size()); ++i) {
+        text += (text.empty() ? "" : ", ") + shown(paths[i]);
+    }
+    return text +
+           (paths.size() > kMost ? " and " + std::to_string(paths.size() - kMost) + " more" : "");
+}
+
 Result<ThemeFolder> checkTheme(ThemeFolder theme) {
     if (theme.name.empty() || !isPlainText(theme.name)) {
         return tl::unexpected(aboutTheme(
             theme.path, "the folder's name can be no theme's: it has none, or not plain text"));
+    }
+    if (theme.folder == theme.path) {
+        if (const std::vector<std::string> within = themesWithin(theme.path); !within.empty()) {
+            return tl::unexpected(aboutTheme(
+                theme.path, "this is no theme, but holds " + listed(within) +
+                                (within.size() == 1 ? "; give that"
+                                                    : "; give one of them, or for preview --all, "
+                                                      "which draws them together")));
+        }
     }
     auto contents = checkContents(theme.folder);
     if (!contents) {
@@ -138,10 +164,13 @@ std::string hiddenIn(const ThemeFolder& theme) {
            " -o FOLDER makes a theme that shows " + (hidden.all() == 1 ? "it" : "them");
 }
 
-Result<void> writePreferences(const desktop::DeviceRoot& root,
-                              const platform::Dictionary& preferences) {
-    const platform::Data bytes = desktop::writeXmlPropertyList(platform::PropertyList(preferences));
-    const std::string path = withoutLink(core::kPreferencesPath);
+// Makes or changes the file, in folders that are made on the way.
+Result<void> writeFile(const desktop::DeviceRoot& root, const std::string& path,
+                       const platform::Data& bytes) {
+    for (std::size_t end = path.find('/', 1); end != std::string::npos;
+         end = path.find('/', end + 1)) {
+        static_cast<void>(root.makeFolder(path.substr(0, end), 0755));  // opening says what failed
+    }
     const desktop::Descriptor file(root.openFile(path, O_WRONLY | O_CREAT | O_TRUNC, 0644));
     const int error = file.isOpen() ? desktop::writeWhole(desktop::FileCalls(), file.get(),
                                                           bytes.data(), bytes.size())
@@ -150,6 +179,18 @@ Result<void> writePreferences(const desktop::DeviceRoot& root,
         return tl::unexpected(desktop::problemOfErrno(error, root.hostFolder() + path));
     }
     return {};
+}
+
+Result<void> writePreferences(const desktop::DeviceRoot& root,
+                              const platform::Dictionary& preferences) {
+    return writeFile(root, core::kPreferencesPath,
+                     desktop::writeXmlPropertyList(platform::PropertyList(preferences)));
+}
+
+// Every start would ask for the factory preferences, and log that there are others already.
+Result<void> keepFromAskingForFactory(const desktop::DeviceRoot& root) {
+    const fs::path path = desktop::kHomeDirectory + std::string(core::kPreferencesAtStart);
+    return writeFile(root, path.lexically_normal(), {});
 }
 
 Result<GivenThemes> findThemes(std::span<const std::string> paths) {
@@ -220,8 +261,11 @@ Result<DeviceOfRun> makeDevice(std::span<const std::string> paths,
     for (const ThemeFolder& theme : themes->folders) {
         device.themes.push_back(theme.name);
     }
-    if (auto written = setActiveThemes(**root, device.themes, settings); !written) {
-        return tl::unexpected(std::move(written.error()));
+    for (auto& written :
+         {setActiveThemes(**root, device.themes, settings), keepFromAskingForFactory(**root)}) {
+        if (!written) {
+            return tl::unexpected(written.error());
+        }
     }
     device.hidden = [folders = std::move(themes->folders)] {
         std::vector<std::string> lines;

@@ -2,6 +2,7 @@
 
 #include "core/format.h"
 #include "core/settings.h"
+#include "core/start_preferences.h"
 #include "platform/platform.h"
 
 namespace velmoranth::core {
@@ -27,11 +28,9 @@ void VelMoranth::load() {
             "LOAD_VELMORANTH **********************************************LOADED VELMORANTH "
             "******************************************** LOAD_VELMORANTH");
     }
-    // Below the home directory, with a path that begins at the root itself: not the file that
-    // loadSettings reads. So the factory preferences are asked for whenever this one is absent.
+    // Not the file that loadSettings reads.
     const std::string path = velmoranth::platform::stringByAppendingPathComponent(
-        platform().libSystem.homeDirectory(),
-        "/var/mobile//User/Library/Preferences/com.qor.velmoranthprefs.plist");
+        platform().libSystem.homeDirectory(), kPreferencesAtStart);
     if (!platform().fileManager.fileExistsAtPath(path)) {
         // A message, so that the class's +initialize has run by then.
         platform().objc.sendMessage(platform().objc.getClass("VelmoranthFileManager"),
