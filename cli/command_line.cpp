@@ -138,9 +138,10 @@ std::span<const Command> commands() {
                                       lintCommand(),           convertCommand(),
                                       packCommand(),           extractCommand(),
                                       deviceInitCommand(),     deviceInstallCommand(),
-                                      hooksCommand(),          notifyCommand(),
-                                      soundCommand(),          settingsListCommand(),
-                                      settingsGetCommand(),    settingsSetCommand(),
+                                      deviceRespringCommand(), hooksCommand(),
+                                      notifyCommand(),         soundCommand(),
+                                      settingsListCommand(),   settingsGetCommand(),
+                                      settingsSetCommand(),    settingsUnsetCommand(),
                                       settingsSaveCommand(),   settingsRenameCommand(),
                                       settingsDeleteCommand(), settingsRestoreCommand(),
                                       completionCommand(),     manCommand()};

@@ -15,12 +15,14 @@ namespace velmoranth::cli {
 [[nodiscard]] Command extractCommand();
 [[nodiscard]] Command deviceInitCommand();
 [[nodiscard]] Command deviceInstallCommand();
+[[nodiscard]] Command deviceRespringCommand();
 [[nodiscard]] Command hooksCommand();
 [[nodiscard]] Command notifyCommand();
 [[nodiscard]] Command soundCommand();
 [[nodiscard]] Command settingsListCommand();
 [[nodiscard]] Command settingsGetCommand();
 [[nodiscard]] Command settingsSetCommand();
+[[nodiscard]] Command settingsUnsetCommand();
 [[nodiscard]] Command settingsSaveCommand();
 [[nodiscard]] Command settingsRenameCommand();
 [[nodiscard]] Command settingsDeleteCommand();

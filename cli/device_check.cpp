@@ -65,8 +65,8 @@ int lookFor(const DeviceRoot& root, const std::string& devicePath) {
 
 // Where the user has none, every start puts the factory preferences in place.
 std::string preferencesOf(const DeviceRoot& root) {
-    const std::string live = withoutLink(core::kPreferencesPath);
-    const std::string factory = withoutLink(core::kFactoryPreferences);
+    const std::string live = kLivePreferences;
+    const std::string factory = kFactoryPreferences;
     const bool isFactoryFresh = lookFor(root, live) == ENOENT && lookFor(root, factory) == 0;
     return isFactoryFresh ? factory : live;
 }
@@ -137,7 +137,7 @@ std::vector<std::string> activeThemes(const DeviceRoot& root) {
 
 void warnOfPreferences(const DeviceRoot& root) {
     const std::string devicePath = preferencesOf(root);
-    const std::string where = shown(root.hostFolder()) + devicePath + ": ";
+    const std::string where = shown(onThisMachine(root, devicePath)) + ": ";
     for (const std::string& line : oddContents(root, devicePath)) {
         warn(where + line);
     }

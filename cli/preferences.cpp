@@ -4,11 +4,11 @@
 #include "cli/nearest.h"
 #include "cli/numbers.h"
 
+#include <fmt/core.h>
+
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstddef>
-#include <limits>
 #include <optional>
 #include <utility>
 #include <variant>
@@ -103,12 +103,23 @@ std::optional<PropertyList> parseYesOrNo(std::string_view text) {
     return isYes || isNo ? std::optional<PropertyList>(isYes) : std::nullopt;
 }
 
-std::optional<PropertyList> parseFloat(std::string_view text) {
+std::optional<PropertyList> parseFloat(std::string_view text, const core::NumberRange& range) {
     const std::optional<double> number = parseNumber(text);
-    // The engine keeps 32 bits of it.
-    return number && std::abs(*number) <= double{std::numeric_limits<float>::max()}
+    return number && *number >= range.least && *number <= range.most
                ? std::optional<PropertyList>(*number)
                : std::nullopt;
+}
+
+// "yes or no", "a number from 0 to 1"
+std::string takenBy(const SettingRow& row) {
+    std::string taken(wordsFor(row.kind()).taken);
+    const core::NumberRange& range = row.member.range;
+    if (row.kind() != SettingKind::number || range.least == core::NumberRange().least) {
+        return taken;
+    }
+    return range.most == core::NumberRange().most
+               ? fmt::format("{} of {} or more", taken, range.least)
+               : fmt::format("{} from {} to {}", taken, range.least, range.most);
 }
 
 }  // namespace
@@ -171,11 +182,11 @@ Result<Assignment> parseAssignment(std::string_view word, const AssignmentTaker&
         return themes ? Result<Assignment>({row, std::move(*themes)})
                       : tl::unexpected(std::move(themes.error()));
     }
-    auto value = row->kind() == SettingKind::yesOrNo ? parseYesOrNo(text) : parseFloat(text);
+    auto value = row->kind() == SettingKind::yesOrNo ? parseYesOrNo(text)
+                                                     : parseFloat(text, row->member.range);
     if (!value) {
         return tl::unexpected(Problem{std::string(taker.beforeSetting) + std::string(name) +
-                                      " takes " + std::string(wordsFor(row->kind()).taken) +
-                                      ", not " + inQuotes(text)});
+                                      " takes " + takenBy(*row) + ", not " + inQuotes(text)});
     }
     return Assignment{row, std::move(*value)};
 }
@@ -192,10 +203,6 @@ std::string joinedThemes(const std::vector<std::string>& names) {
         }
     }
     return text;
-}
-
-std::string withoutLink(std::string_view path) {
-    return "/var/mobile" + std::string(path.substr(std::string_view("/User").size()));
 }
 
 }  // namespace velmoranth::cli

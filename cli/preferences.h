@@ -68,7 +68,4 @@ struct AssignmentTaker {
 // A list of themes, with names as parseAssignment takes them.
 [[nodiscard]] std::string joinedThemes(const std::vector<std::string>& names);
 
-// The path behind the link /User, as messages have it.
-[[nodiscard]] std::string withoutLink(std::string_view path);
-
 }  // namespace velmoranth::cli

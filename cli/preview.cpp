@@ -194,7 +194,8 @@ Result<DeviceOfRun> renewDevice(PreviewOptions& options) {
     return device;
 }
 
-// Draws at every notice until a file is saved. A problem of drawing is one; of the process it ends.
+// Draws at every notice until a file is saved, or the device springs again. A problem of drawing is
+// one; of the process it ends.
 Result<void> drawUntilSaved(const PreviewOptions& options, RunningScreen& running,
                             FileWatch& watch) {
     while (!watch.hasChanged()) {
@@ -203,6 +204,8 @@ Result<void> drawUntilSaved(const PreviewOptions& options, RunningScreen& runnin
             if (auto delivered = deliverAgain(options, *screen); !delivered) {
                 return delivered;
             }
+        } else if (running.isToStartAgain()) {
+            return {};
         } else if (running.processId() == 0) {
             return tl::unexpected(screen.error());
         }
@@ -216,7 +219,8 @@ void waitForSave(FileWatch& watch) {
     }
 }
 
-// Draws, again at every notice, and anew, as after a respring, once a file is saved. Ends with a
+// Draws, again at every notice, and anew, as after a respring, once a file is saved and at a
+// respring. Ends with a
 // problem of the first picture or of writing one; a signal ends the process. Themes that are no
 // themes for a while are waited for.
 ExitCode follow(const PreviewOptions& given, const DeviceOfRun& first) {

@@ -1,5 +1,6 @@
 #include "cli/settings_commands.h"
 
+#include "cli/settings_values.h"
 #include "desktop/files/cleanup.h"
 #include "desktop/notifications/notification_center.h"
 
@@ -46,6 +47,39 @@ ExitCode tellProcesses(const desktop::DeviceRoot& root,
               " told\n");
     }
     return code;
+}
+
+std::string whenShown(const SettingRow& row) {
+    switch (row.shows) {
+        case core::Shows::atOnce:
+            return {};
+        case core::Shows::atOnceWhenOn:
+            return "; switched off, a running screen shows it after a respring";
+        case core::Shows::afterRespring:
+            break;
+    }
+    return "; a running screen shows it after a respring";
+}
+
+void noteRespring(const desktop::DeviceRoot& root, const platform::Dictionary& before,
+                  const platform::Dictionary& after) {
+    std::string keys;
+    for (const SettingRow& row : core::kSettingRows) {
+        const platform::PropertyList* const value = platform::objectForKey(after, row.key);
+        const bool isChanged = takenValue(row.kind(), platform::objectForKey(before, row.key)) !=
+                               takenValue(row.kind(), value);
+        if (isChanged &&
+            (row.shows == core::Shows::afterRespring ||
+             (row.shows == core::Shows::atOnceWhenOn && !platform::boolValue(value)))) {
+            keys += (keys.empty() ? "" : ", ") + std::string(row.key);
+        }
+    }
+    if (!keys.empty()) {
+        note(keys +
+             ": a screen that is running shows this after a respring (velmoranth device "
+             "respring --root " +
+             forShell(root.hostFolder()) + ")");
+    }
 }
 
 void warnOfLink(const desktop::DeviceRoot& root) {

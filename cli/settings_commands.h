@@ -3,10 +3,12 @@
 
 #include "cli/arguments.h"
 #include "cli/messages.h"
+#include "cli/preferences.h"
 #include "cli/settings_device.h"
 
 #include <array>
 #include <functional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -29,6 +31,14 @@ using DeviceWork = std::function<ExitCode(const DeviceRef& root)>;
 // process that cannot be told does not undo what was done.
 [[nodiscard]] ExitCode tellProcesses(const desktop::DeviceRoot& root,
                                      const std::vector<std::string_view>& notifications);
+
+// "; a running screen shows it after a respring", for the line of such a key; "" for most keys.
+[[nodiscard]] std::string whenShown(const SettingRow& row);
+
+// A line that names the keys whose change no running screen shows, and what to do; none when there
+// are none.
+void noteRespring(const desktop::DeviceRoot& root, const platform::Dictionary& before,
+                  const platform::Dictionary& after);
 
 // A warning when the live preferences are a link, which writing replaces.
 void warnOfLink(const desktop::DeviceRoot& root);

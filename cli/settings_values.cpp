@@ -6,6 +6,8 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <type_traits>
 #include <utility>
@@ -62,14 +64,22 @@ ordered_json takenAsJson(SettingKind kind, const PropertyList* value) {
     return themeNames(value);
 }
 
-ordered_json rowOf(std::string_view name, const SettingRow* setting, const PropertyList* value) {
-    ordered_json row{{"key", name},
+// In the order of the enumeration.
+constexpr std::array<const char*, 3> kShows{"atOnce", "atOnceWhenOn", "afterRespring"};
+
+ordered_json rowOf(const KeyOfDevice& key) {
+    const PropertyList* const value = key.value;
+    ordered_json row{{"key", key.name},
                      {"type", nullptr},
                      {"set", value != nullptr},
                      {"value", value == nullptr ? ordered_json() : ordered_json(*value)}};
-    if (setting != nullptr) {
+    if (const SettingRow* const setting = key.setting) {
         row["type"] = wordsFor(setting->kind()).name;
         row["taken"] = takenAsJson(setting->kind(), value);
+        if (key.atNextStart != nullptr) {
+            row["atNextStart"] = takenAsJson(setting->kind(), key.atNextStart);
+        }
+        row["shows"] = kShows.at(static_cast<std::size_t>(setting->shows));
         row["summary"] = setting->summary;
     }
     return row;
@@ -127,6 +137,15 @@ std::string takenValue(SettingKind kind, const PropertyList* value) {
     return joinedThemes(themeNames(value));
 }
 
+std::string takenInWords(SettingKind kind, const PropertyList* value) {
+    const std::string taken = shown(takenValue(kind, value));
+    return taken.empty() ? "none" : taken;
+}
+
+std::string takenWithoutValue(SettingKind kind) {
+    return kind == SettingKind::themes ? "no theme at all" : takenValue(kind, nullptr);
+}
+
 bool isOfKind(SettingKind kind, const PropertyList& value) {
     switch (kind) {
         case SettingKind::yesOrNo:
@@ -148,20 +167,22 @@ std::string describedValue(const PropertyList& value) {
     return kindName(value) + " (" + shown(platform::description(value)) + ")";
 }
 
-std::string settingAsJson(std::string_view name, const SettingRow* setting,
-                          const PropertyList* value) {
-    return dumped(rowOf(name, setting, value));
+std::string settingAsJson(const KeyOfDevice& key) {
+    return dumped(rowOf(key));
 }
 
 std::string settingsAsJson(const platform::Dictionary& preferences,
+                           const std::optional<platform::Dictionary>& atNextStart,
                            const std::vector<std::string>& saved) {
     auto settings = ordered_json::array();
     for (const SettingRow& row : core::kSettingRows) {
-        settings.push_back(rowOf(row.key, &row, platform::objectForKey(preferences, row.key)));
+        settings.push_back(
+            rowOf({row.key, &row, platform::objectForKey(preferences, row.key),
+                   atNextStart ? platform::objectForKey(*atNextStart, row.key) : nullptr}));
     }
     auto others = ordered_json::array();
     for (const std::string& name : otherKeys(preferences)) {
-        others.push_back(rowOf(name, nullptr, &preferences.at(name)));
+        others.push_back(rowOf({name, nullptr, &preferences.at(name)}));
     }
     return dumped({{"settings", settings}, {"other", others}, {"saved", saved}});
 }

@@ -6,6 +6,7 @@
 #include "desktop/result/result.h"
 #include "platform/foundation.h"
 
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -27,21 +28,37 @@ namespace velmoranth::cli {
 // `settings set` takes it: "yes", "2.5", "A.theme,B.theme".
 [[nodiscard]] std::string takenValue(SettingKind kind, const platform::PropertyList* value);
 
+// The same as it may stand in a message; "none" for no theme.
+[[nodiscard]] std::string takenInWords(SettingKind kind, const platform::PropertyList* value);
+
+// The same of a key that is not set: "no", "0", "no theme at all".
+[[nodiscard]] std::string takenWithoutValue(SettingKind kind);
+
 // Whether the value is of a kind that `settings set` writes for such a key.
 [[nodiscard]] bool isOfKind(SettingKind kind, const platform::PropertyList& value);
 
 // "a text (on)": what a value is, for one that is not of its key's kind; one line, of any length.
 [[nodiscard]] std::string describedValue(const platform::PropertyList& value);
 
-// As text in JSON: {"key", "type", "set", "value", "taken", "summary"}; the value as the file has
-// it, dates and data in words, and what the engine takes. `type` is null for a key that the system
-// does not know, and there is no "taken" then.
-[[nodiscard]] std::string settingAsJson(std::string_view name, const SettingRow* setting,
-                                        const platform::PropertyList* value);
+// A key of a device's preferences.
+struct KeyOfDevice {
+    std::string_view name;
+    const SettingRow* setting = nullptr;                  // null when the system does not know it
+    const platform::PropertyList* value = nullptr;        // null when it is not set
+    const platform::PropertyList* atNextStart = nullptr;  // what the next start sets it to, if so
+};
+
+// As text in JSON: {"key", "type", "set", "value", "taken", "shows", "summary"}; the value as the
+// file has it, dates and data in words, what the engine takes, and when a running home screen shows
+// a change: "atOnce", "atOnceWhenOn" or "afterRespring". "atNextStart" is what the engine takes
+// from the next start on, where that sets the key. `type` is null for a key that the system does
+// not know, and there is no "taken" then.
+[[nodiscard]] std::string settingAsJson(const KeyOfDevice& key);
 
 // {"settings", "other", "saved"}: every key that the system knows, the others of the file, and the
-// names of the saved copies.
+// names of the saved copies. `atNextStart`: the preferences that the next start puts in place.
 [[nodiscard]] std::string settingsAsJson(const platform::Dictionary& preferences,
+                                         const std::optional<platform::Dictionary>& atNextStart,
                                          const std::vector<std::string>& saved);
 
 // The keys that the system does not know, in order.

@@ -176,6 +176,11 @@ desktop::Result<Message> ChildProcess::receive(MessageKind wanted,
                     .value_or(Problem{"the simulated process failed and did not say why"}));
         } else if (message.kind == MessageKind::notice) {
             noticed_ = true;
+        } else if (message.kind == MessageKind::respring) {
+            isToStartAgain_ = true;
+            if (wanted == MessageKind::notice) {
+                return tl::unexpected(Problem{"the screen is to start again"});
+            }
         } else if (message.kind == MessageKind::recorded) {
             record_.push_back(record::fromBytes(message.payload).value_or(record::Entry()));
         } else if (message.kind == MessageKind::recordedAnswer) {

@@ -52,6 +52,9 @@ class ChildProcess {
     // Whether a notice has come since the last call of this.
     [[nodiscard]] bool takeNotice();
 
+    // Whether its screen has ever been told to start again.
+    [[nodiscard]] bool isToStartAgain() const { return isToStartAgain_; }
+
     // Asks the process to end, and ends it when it has not within a moment.
     void stop();
 
@@ -89,6 +92,7 @@ class ChildProcess {
     std::size_t logBytes_ = 0;
     std::string lastLine_;
     bool noticed_ = false;
+    bool isToStartAgain_ = false;
     record::Record record_;
     std::size_t recordBegin_ = 0;  // the place of its first entry among all
 };

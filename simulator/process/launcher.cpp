@@ -1,5 +1,6 @@
 #include "simulator/process/launcher.h"
 
+#include "desktop/notifications/notification_center.h"
 #include "simulator/process/child_process.h"
 #include "simulator/process/protocol.h"
 
@@ -43,6 +44,9 @@ desktop::Result<RenderedScreen> RunningScreen::render() {
 
 desktop::Result<RenderedScreen> RunningScreen::nextPicture(std::chrono::milliseconds timeout) {
     if (!child_->takeNotice()) {
+        if (child_->isToStartAgain()) {
+            return tl::unexpected(desktop::Problem{"the screen is to start again"});
+        }
         auto notice = child_->receive(MessageKind::notice, timeout, ChildProcess::WhenLate::letBe);
         if (!notice) {
             return tl::unexpected(std::move(notice.error()));
@@ -102,8 +106,16 @@ void RunningScreen::stop() {
     child_->stop();
 }
 
+bool RunningScreen::isToStartAgain() const {
+    return child_->isToStartAgain();
+}
+
 int RunningScreen::processId() const {
     return child_->processId();
+}
+
+desktop::Result<int> respring(const desktop::DeviceRoot& root) {
+    return desktop::postToProcesses(root, kRespringNotice);
 }
 
 bool isSimulatedProcess(int argc, char** argv) {

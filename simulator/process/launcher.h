@@ -135,7 +135,8 @@ class RunningScreen {
     [[nodiscard]] desktop::Result<RenderedScreen> render();
 
     // Waits until a notification has been delivered since the last picture (at once when one has),
-    // then draws. A problem when none came in time; the screen goes on and may be asked again.
+    // then draws. A problem when none came in time, or when the screen is to start again; it goes
+    // on and may be asked again.
     [[nodiscard]] desktop::Result<RenderedScreen> nextPicture(std::chrono::milliseconds timeout);
 
     // Shows another page from the next picture on. False when the process is gone.
@@ -164,6 +165,10 @@ class RunningScreen {
     // Asks the process to end, and ends it when it does not. Calling it again does nothing.
     void stop();
 
+    // Whether the device's screens have been told to start again since this one started. It goes
+    // on as it is: who follows it starts another in its place.
+    [[nodiscard]] bool isToStartAgain() const;
+
     // The process, 0 when it has ended.
     [[nodiscard]] int processId() const;
 
@@ -173,6 +178,9 @@ class RunningScreen {
     std::unique_ptr<ChildProcess> child_;
     std::chrono::milliseconds timeLimit_;
 };
+
+// Tells the running screens of the device to start again. How many were told.
+[[nodiscard]] desktop::Result<int> respring(const desktop::DeviceRoot& root);
 
 // Whether this program was started by the launcher.
 [[nodiscard]] bool isSimulatedProcess(int argc, char** argv);

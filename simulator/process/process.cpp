@@ -7,6 +7,7 @@
 #include "simulator/home_screen/platform_classes.h"
 #include "simulator/home_screen/wallpaper.h"
 #include "simulator/process/loader.h"
+#include "simulator/process/protocol.h"
 #include "simulator/process/recording.h"
 #include "simulator/screen_context.h"
 #include "simulator/screens/controls_screen.h"
@@ -127,6 +128,7 @@ struct SimulatedProcess::State {
     // After the classes and the engine.
     std::unique_ptr<Screen> screen;
     HomeScreen* homeScreen = nullptr;  // the screen, when it is that
+    bool isToStartAgain = false;
 };
 
 SimulatedProcess::State::State(const ScreenRequest& request, LogLine logLine,
@@ -229,6 +231,12 @@ desktop::Result<std::unique_ptr<SimulatedProcess>> SimulatedProcess::start(
     if (auto listening = state->services.listenForNotifications(); !listening) {
         return tl::unexpected(std::move(listening.error()));
     }
+    state->services.notifications().addObserver(
+        &state->isToStartAgain,
+        [](platform::DarwinNotificationCenter& /*center*/, void* observer,
+           const std::string& /*name*/, const void* /*object*/,
+           const platform::Dictionary* /*userInfo*/) { *static_cast<bool*>(observer) = true; },
+        kRespringNotice, nullptr, platform::SuspensionBehavior::coalesce);
     state->services.becomePlatform();
     state->registerClasses(processOf(request));
     if (listener != nullptr) {
@@ -303,6 +311,10 @@ bool SimulatedProcess::deliverNotifications() {
         state_->screen->notificationsWereDelivered();
     }
     return any;
+}
+
+bool SimulatedProcess::takeRespring() {
+    return std::exchange(state_->isToStartAgain, false);
 }
 
 std::size_t peakMemoryBytes() {

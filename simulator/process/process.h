@@ -49,6 +49,8 @@ class SimulatedProcess {
     [[nodiscard]] int notificationDescriptor() const;
     // Runs the callbacks of the notifications that wait. Whether there were any.
     bool deliverNotifications();
+    // Whether one of them told the screen to start again since the last call of this.
+    [[nodiscard]] bool takeRespring();
 
   private:
     struct State;

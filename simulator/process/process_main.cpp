@@ -246,7 +246,7 @@ void waitForLauncher(Launcher& launcher, SimulatedProcess& process) {
             end(1);
         }
         if (entries[1].revents != 0 && process.deliverNotifications()) {
-            launcher.send(MessageKind::notice);
+            launcher.send(process.takeRespring() ? MessageKind::respring : MessageKind::notice);
         }
         if (entries[0].revents != 0) {
             return;

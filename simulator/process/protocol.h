@@ -21,6 +21,9 @@ namespace velmoranth::simulator {
 inline constexpr std::string_view kSimulatedProcessArgument = "--simulated-process";
 inline constexpr int kSimulatedProcessDescriptor = 3;
 
+// Posted to the processes of a device that are to start again; no phone knows it.
+inline constexpr const char* kRespringNotice = "velmoranth.simulator.respring";
+
 enum class MessageKind : std::uint32_t {
     // To the process.
     request = 1,  // JSON of the request; comes first
@@ -39,6 +42,7 @@ enum class MessageKind : std::uint32_t {
     recorded,    // an entry of the record, as record::toBytes
     recordedAnswer,  // the place of an entry in decimal digits, a blank, and its answer
     notice,          // empty: notifications have been delivered
+    respring,        // empty: the screen is to start again
     screen,          // JSON of a screen; its pixels follow
     pixels,          // of the screen before
     problem,         // JSON; the process ends

@@ -39,7 +39,7 @@ class AppList : public testing::Test {
     [[nodiscard]] std::string ofThemes(const std::vector<std::string>& names) const {
         const platform::Data preferences =
             desktop::writeXmlPropertyList(platform::PropertyList(previewPreferences(names)));
-        folder.file("var/mobile/Library/Preferences/com.qor.velmoranthprefs.plist",
+        folder.file("User/Library/Preferences/com.qor.velmoranthprefs.plist",
                     std::string(preferences.begin(), preferences.end()));
         const auto root = desktop::DeviceRoot::open(folder.path());
         EXPECT_TRUE(root) << toLine(root.error());

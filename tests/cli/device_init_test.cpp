@@ -177,7 +177,7 @@ class FreshDevice : public PreviewTest {
 
 TEST_F(FreshDevice, FirstStartPutsTheFactoryPreferencesInPlace) {
     EXPECT_FALSE(fs::exists(folder / "device" + kLive));
-    const std::string start = "velmoranth: warning: ../device/var/mobile/Library/";
+    const std::string start = "velmoranth: warning: ../device/User/Library/";
     const std::string end = ": \"ActiveThemes\" is empty, so no theme is active\n";
     EXPECT_EQ(preview({"--root", "../device"}).errors,
               start + "VelMoranth/DefaultSettings/com.qor.velmoranthprefs.plist" + end);

@@ -61,6 +61,50 @@ TEST_F(PreviewRoot, FollowDrawsAgainWhenTheThemesChange) {
         << "the process is gone";
 }
 
+TEST_F(PreviewRoot, ARespringStartsTheScreenAgain) {
+    activate("A");
+    const std::string device = folder / "device";
+    const auto run = [&](std::vector<std::string> words) {
+        words.insert(words.end(), {"--root", device});
+        return runCommand(words);
+    };
+    CommandResult result = run({"device", "respring"});
+    EXPECT_EQ(result.code, 1);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors,
+              "velmoranth: error: " + device + ": no screen of this device is running\n");
+
+    RunningCommand running({"preview", "--root", "../device", "--follow", "--quiet"}, setting());
+    const std::string line = "preview.png: 1125 × 2436 pixels, iOS 13.3, phone\n";
+    ASSERT_TRUE(running.waitForText(line));
+    const std::string first = folder.contents("work/preview.png");
+    // An icon view is treated once.
+    ASSERT_EQ(run({"settings", "set", "dynamicShadow=yes", "opacityVal=1", "shadowWidthVal=90",
+                   "shadowHeightVal=90"})
+                  .code,
+              0);
+    ASSERT_TRUE(running.waitForText(line + line));
+    EXPECT_EQ(folder.contents("work/preview.png"), first);
+
+    result = run({"device", "respring"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_EQ(result.output, device + ": 1 screen starts again\n");
+    EXPECT_EQ(result.errors, "");
+    ASSERT_TRUE(running.waitForText(line + line + line));
+    const std::string shown = folder.contents("work/preview.png");
+    EXPECT_NE(shown, first);
+    // It goes on, and hears of the next one.
+    EXPECT_EQ(run({"device", "respring"}).output, device + ": 1 screen starts again\n");
+    ASSERT_TRUE(running.waitForText(line + line + line + line));
+    EXPECT_EQ(folder.contents("work/preview.png"), shown);
+    running.signal(SIGINT);
+    const CommandResult ended = running.finish();
+    EXPECT_EQ(ended.output, line + line + line + line) << "nothing is drawn twice";
+
+    ASSERT_EQ(preview({"--root", "../device"}).code, 0);
+    EXPECT_EQ(folder.contents("work/preview.png"), shown) << "as a screen that has just started";
+}
+
 using PreviewFollow = PreviewTest;
 
 TEST_F(PreviewFollow, ASavedFileHasThePictureDrawnAgain) {
@@ -178,11 +222,9 @@ TEST_F(PreviewRoot, ASocketGoesHoweverItsProcessEnds) {
 
 TEST_F(PreviewRoot, AFolderThatIsNoDeviceIsLeftAsItIs) {
     theme("A", kMagenta);
-    for (const char* const command : {"preview", "notify", "sound"}) {
-        std::vector<std::string> words{command};
-        if (command != std::string("preview")) {
-            words.emplace_back(command == std::string("notify") ? "prefs" : "lock");
-        }
+    for (std::vector<std::string> words : std::vector<std::vector<std::string>>{
+             {"preview"}, {"notify", "prefs"}, {"sound", "lock"}, {"device", "respring"}}) {
+        const std::string command = words.front();
         words.insert(words.end(), {"--root", "../A"});
         const CommandResult result = runCommand(words, setting());
         EXPECT_EQ(result.code, 3) << command;

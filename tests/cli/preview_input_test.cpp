@@ -15,8 +15,7 @@ namespace fs = std::filesystem;
 
 using PreviewInput = PreviewTest;
 
-constexpr const char* kPreferences =
-    "/var/mobile/Library/Preferences/com.qor.velmoranthprefs.plist";
+constexpr const char* kPreferences = "/User/Library/Preferences/com.qor.velmoranthprefs.plist";
 
 TEST_F(PreviewInput, ThemeThatIsNoneIsOneLine) {
     folder.file("work/file", "text");

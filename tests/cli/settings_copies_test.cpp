@@ -28,7 +28,7 @@ class SettingsCopies : public SettingsTest {
 TEST_F(SettingsCopies, SaveCopiesThePreferencesUnderTheName) {
     const CommandResult result = settings({"save", "Night, late"});
     EXPECT_EQ(result.code, 0);
-    EXPECT_EQ(result.output, "Night, late: saved\n");
+    EXPECT_EQ(result.output, "the preferences are saved as \"Night, late\"\n");
     EXPECT_EQ(result.errors, "");
     EXPECT_EQ(folder.contents(savedFile("Night, late")), live);
     EXPECT_EQ(folder.names(kSaved), " Night, late " + kFileName);
@@ -58,10 +58,10 @@ TEST_F(SettingsCopies, NamesThatNoFileCanHaveAreWrongUsage) {
 TEST_F(SettingsCopies, ANameThatIsTakenIsRefusedBeforeAnythingIsStaged) {
     folder.file(savedFile("Night"), "old");
     folder.file(savedFile("Day"), "other");
-    const std::string taken = kSavedPlace + " Night " + kFileName +
-                              ": the name \"Night\" is taken; take another, or velmoranth settings "
-                              "delete Night first";
-    expectRefused({"save", "Night"}, 3, taken);
+    const std::string start =
+        kSavedPlace + " Night " + kFileName + ": the name \"Night\" is taken; take another, or ";
+    const std::string taken = start + "velmoranth settings delete Night first";
+    expectRefused({"save", "Night"}, 3, start + "--force replaces it");
     expectRefused({"rename", "Day", "Night"}, 3, taken);
     expectRefused({"rename", "Night", "Night"}, 3, taken);
 }
@@ -135,12 +135,12 @@ TEST_F(SettingsCopies, RenameAndDelete) {
     folder.file(savedFile("Night"), "saved");
     CommandResult result = settings({"rename", "Night", "Late night"});
     EXPECT_EQ(result.code, 0);
-    EXPECT_EQ(result.output, "Night: Late night from now on\n");
+    EXPECT_EQ(result.output, "\"Night\" is called \"Late night\" now\n");
     EXPECT_EQ(folder.names(kSaved), " Late night " + kFileName);
     EXPECT_EQ(folder.contents(savedFile("Late night")), "saved");
     result = settings({"delete", "Late night"});
     EXPECT_EQ(result.code, 0);
-    EXPECT_EQ(result.output, "Late night: deleted\n");
+    EXPECT_EQ(result.output, "\"Late night\" is deleted\n");
     EXPECT_EQ(folder.names(kSaved), "");
 }
 
@@ -166,8 +166,14 @@ TEST_F(SettingsCopies, RestorePutsASavedCopyInForceAndTellsTheProcesses) {
     fs::permissions(folder / kLiveFile, fs::perms(0600));
     const CommandResult result = settings({"restore", "Night"});
     EXPECT_EQ(result.code, 0);
-    EXPECT_EQ(result.output, "Night: 2 keys in force\n" + kThemeChangedLine);
-    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.output,
+              "what was in force is saved as \"Before restore\"\n"
+              "the preferences in force are those of \"Night\" now\n" +
+                  kThemeChangedLine);
+    EXPECT_EQ(result.errors,
+              "velmoranth: enable, xAxisVal: a screen that is running shows this after a respring "
+              "(velmoranth device respring --root device)\n");
+    EXPECT_EQ(folder.contents(savedFile("Before restore")), live);
     EXPECT_EQ(folder.contents(kLiveFile), saved);
     EXPECT_EQ(folder.mode(kLiveFile), 0600U);
     EXPECT_EQ(folder.contents(savedFile("Night")), saved);
@@ -176,13 +182,14 @@ TEST_F(SettingsCopies, RestorePutsASavedCopyInForceAndTellsTheProcesses) {
 TEST_F(SettingsCopies, RestoreWithoutANamePutsTheFactoryPreferencesInForce) {
     const std::string factory = plist("<key>removeDock</key><true/>");
     folder.file(kFactoryFile, factory);
+    const std::string line = "the preferences in force are the factory's now\n";
     EXPECT_EQ(settings({"restore"}).output,
-              "factory preferences: 1 key in force\n" + kThemeChangedLine);
+              "what was in force is saved as \"Before restore\"\n" + line + kThemeChangedLine);
     EXPECT_EQ(folder.contents(kLiveFile), factory);
 
     fs::remove(folder / kLiveFile);
-    EXPECT_EQ(settings({"restore"}).output,
-              "factory preferences: 1 key in force\n" + kThemeChangedLine);
+    EXPECT_EQ(settings({"restore"}).output, line + kThemeChangedLine)
+        << "there was nothing to keep";
     EXPECT_EQ(folder.contents(kLiveFile), factory);
     EXPECT_EQ(folder.mode("device/var/mobile/Library/Preferences"), 0777U)
         << "as a process leaves it that starts without preferences";
@@ -218,6 +225,85 @@ TEST_F(SettingsCopies, RestoreRepairsPreferencesThatCannotBeRead) {
     EXPECT_EQ(settings({"set", "enable=no"}).code, 3);
     EXPECT_EQ(settings({"restore", "Night"}).code, 0);
     EXPECT_EQ(folder.contents(kLiveFile), live);
+    EXPECT_EQ(folder.contents(savedFile("Before restore")), "broken");
+    folder.file(kLiveFile, std::string(20'000'000, ' '));
+    const CommandResult result = settings({"restore", "Night"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_EQ(result.errors.substr(0, result.errors.find('\n') + 1),
+              "velmoranth: warning: device/User/Library/Preferences/" + kFileName +
+                  ": what was in force cannot be kept: the file is larger than 16777216 bytes\n");
+    EXPECT_EQ(folder.contents(kLiveFile), live);
+}
+
+TEST_F(SettingsCopies, RestoreKeepsWhatWouldBeLostAndNothingElse) {
+    const std::string night = plist("<key>removeDock</key><true/>");
+    const std::string factory = plist("<key>enable</key><true/><key>xAxisVal</key><real>1</real>");
+    folder.file(savedFile("Night"), night);
+    folder.file(kFactoryFile, factory);
+    const auto restored = [&](const std::vector<std::string>& words) {
+        std::vector<std::string> all{"restore"};
+        all.insert(all.end(), words.begin(), words.end());
+        const CommandResult result = settings(all);
+        EXPECT_EQ(result.code, 0) << result.errors;
+        return result.output.substr(0, result.output.find('\n'));
+    };
+    EXPECT_EQ(restored({"Night"}), "what was in force is saved as \"Before restore\"");
+    EXPECT_EQ(restored({}), "what was in force is saved as \"Night\" already");
+    EXPECT_EQ(restored({"Night"}), "the preferences in force are those of \"Night\" now")
+        << "the factory's are there anyway";
+    folder.file(kLiveFile, plist("<key>removeLabels</key><true/>"));
+    EXPECT_EQ(restored({"Night"}), "what was in force is saved as \"Before restore 2\"");
+    EXPECT_EQ(folder.contents(savedFile("Before restore")), live);
+    EXPECT_EQ(folder.contents(savedFile("Before restore 2")),
+              plist("<key>removeLabels</key><true/>"));
+    EXPECT_EQ(folder.contents(kLiveFile), night);
+    EXPECT_EQ(folder.names(kSaved), " Before restore 2 " + kFileName + "  Before restore " +
+                                        kFileName + "  Night " + kFileName);
+}
+
+TEST_F(SettingsCopies, RestoreThatCannotKeepWhatIsInForceRefuses) {
+    folder.file(kFactoryFile, plist(""));
+    fs::remove(folder / kSaved);
+    expectRefused({"restore"}, 3,
+                  "device/User/Library/VelMoranth/UserSettings: what is in force cannot be saved "
+                  "here first: no such file or directory; the preferences stay as they are");
+}
+
+TEST_F(SettingsCopies, SaveWithForceReplacesTheCopyOfThatNameAlone) {
+    folder.file(savedFile("Night"), "old");
+    folder.file(savedFile("being saved"), "a user's");
+    CommandResult result = settings({"save", "Night", "--force"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.output,
+              "the preferences are saved as \"Night\", in place of the copy that had this name\n");
+    EXPECT_EQ(folder.contents(savedFile("Night")), live);
+    EXPECT_EQ(folder.contents(savedFile("being saved")), "a user's");
+    EXPECT_EQ(folder.names(kSaved), " Night " + kFileName + "  being saved " + kFileName);
+
+    result = settings({"save", "Day", "--force"});
+    EXPECT_EQ(result.output, "the preferences are saved as \"Day\"\n");
+    EXPECT_EQ(folder.contents(savedFile("Day")), live);
+
+    folder.folder(savedFile("Folder"));
+    expectRefused({"save", "Folder", "--force"}, 3,
+                  kSavedPlace + " Folder " + kFileName +
+                      ": the name \"Folder\" is taken; take another, or --force replaces it");
+}
+
+TEST_F(SettingsCopies, SaveWithForceThatFailsLeavesTheOldCopy) {
+    folder.file(savedFile("Night"), "old");
+    fs::remove(folder / kLiveFile);
+    const Tree before = tree(Times::mayDiffer);
+    const CommandResult result = settings({"save", "Night", "--force"});
+    EXPECT_EQ(result.code, 3);
+    EXPECT_TRUE(result.errors.starts_with("velmoranth: error: " + kSavedPlace + " Night " +
+                                          kFileName + ": not saved: "))
+        << result.errors;
+    const Tree after = tree(Times::mayDiffer);
+    EXPECT_EQ(folder.contents(savedFile("Night")), "old");
+    EXPECT_EQ(folder.names(kSaved), " Night " + kFileName);
+    EXPECT_EQ(before.size(), after.size());
 }
 
 TEST_F(SettingsCopies, RestoreThatCannotWriteLosesNothing) {

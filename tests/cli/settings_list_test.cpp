@@ -112,6 +112,9 @@ TEST_F(SettingsList, JsonHasValuesAsTheFileHasThemAndAsTheyAreTaken) {
     EXPECT_EQ(row("removeLabels")["value"], nullptr);
     EXPECT_EQ(row("removeLabels")["taken"], false);
     EXPECT_EQ(row("removeLabels")["summary"], "icons without labels");
+    EXPECT_EQ(row("removeLabels")["shows"], "atOnceWhenOn");
+    EXPECT_EQ(row("enableShadow")["shows"], "afterRespring");
+    EXPECT_EQ(row("removeFolderBG")["shows"], "atOnce");
     EXPECT_EQ(list["other"], json::parse(R"([{"key": "mine", "type": null, "set": true,
                                              "value": "<000102>"}])"));
     EXPECT_EQ(list["saved"], json({"Night"}));
@@ -130,11 +133,41 @@ TEST_F(SettingsList, NoPreferencesIsANoteAndNothingSet) {
     EXPECT_EQ(result.errors, "velmoranth: device/User/Library/Preferences/" + kFileName +
                                  ": there are no preferences, so theming is off\n");
     EXPECT_NE(lineOf(result.output, "enable").find("not set: no"), std::string::npos);
-    folder.file(kFactoryFile, plist(""));
-    EXPECT_EQ(settings({"list"}).errors,
-              "velmoranth: device/User/Library/Preferences/" + kFileName +
-                  ": there are no preferences; the next process that starts puts the factory's in "
-                  "place\n");
+}
+
+const std::string kFreshNote =
+    "velmoranth: device/User/Library/Preferences/" + kFileName +
+    ": there are no preferences; the next process that starts puts the factory's in place\n";
+constexpr const char* kFactoryEntries =
+    "<key>enable</key><true/><key>opacityVal</key><real>0.4</real><key>ActiveThemes</key><array/>";
+
+TEST_F(SettingsList, AFreshDeviceHasWhatTheNextStartMakesOfIt) {
+    folder.file(kFactoryFile, plist(kFactoryEntries));
+    const CommandResult result = settings({"list"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_EQ(result.errors, kFreshNote);
+    const auto line = [&](const char* key) { return lineOf(result.output, key); };
+    EXPECT_EQ(line("enable"),
+              "enable            yes|no      at next start: yes   theming as a whole");
+    EXPECT_NE(line("ActiveThemes").find("names       at next start: none  the themes"),
+              std::string::npos);
+    EXPECT_NE(line("opacityVal").find(" at next start: 0.4 "), std::string::npos);
+    EXPECT_NE(line("removeDock").find(" not set: no  "), std::string::npos);
+
+    const json list = json::parse(settings({"list", "--json"}).output)["settings"];
+    EXPECT_EQ(list[1]["key"], "enable");
+    EXPECT_EQ(list[1]["set"], false);
+    EXPECT_EQ(list[1]["taken"], false) << "as long as nothing has started";
+    EXPECT_EQ(list[1]["atNextStart"], true);
+    EXPECT_FALSE(list[2].contains("atNextStart"));
+}
+
+TEST_F(SettingsList, FactoryPreferencesThatAreNoneChangeNothing) {
+    folder.file(kFactoryFile, "<plist><array/></plist>");
+    const CommandResult result = settings({"list"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_EQ(result.errors, kFreshNote);
+    EXPECT_NE(lineOf(result.output, "enable").find("not set: no"), std::string::npos);
 }
 
 TEST_F(SettingsList, FilesThatAreNoPreferencesAreNamedWithTheReason) {
@@ -218,6 +251,32 @@ TEST_F(SettingsGet, ExitCodeIs1WhenNotSet) {
     const CommandResult result = settings({"get", "removeLabels", "--json"});
     EXPECT_EQ(result.code, 1);
     EXPECT_EQ(json::parse(result.output)["set"], false);
+}
+
+TEST_F(SettingsGet, SaysWhatTheNextStartOfAFreshDeviceDoes) {
+    folder.file(kFactoryFile, plist(kFactoryEntries));
+    const auto errors = [&](const char* key) {
+        const CommandResult result = settings({"get", key});
+        EXPECT_EQ(result.code, 1);
+        EXPECT_EQ(result.output, "");
+        return result.errors;
+    };
+    EXPECT_EQ(errors("enable"), kFreshNote +
+                                    "velmoranth: error: enable is not set; the next process that "
+                                    "starts makes it yes\n");
+    EXPECT_EQ(errors("opacityVal"), kFreshNote +
+                                        "velmoranth: error: opacityVal is not set; the next "
+                                        "process that starts makes it 0.4\n");
+    EXPECT_EQ(errors("ActiveThemes"), kFreshNote +
+                                          "velmoranth: error: ActiveThemes is not set; the next "
+                                          "process that starts makes it none\n");
+    EXPECT_EQ(
+        errors("removeDock"),
+        kFreshNote + "velmoranth: error: removeDock is not set, which the system takes as no\n");
+    EXPECT_EQ(json::parse(settings({"get", "enable", "--json"}).output)["atNextStart"], true);
+    // It is as good as its word.
+    ASSERT_EQ(settings({"restore"}).code, 0);
+    EXPECT_EQ(settings({"get", "enable"}).output, "yes\n");
 }
 
 TEST_F(SettingsGet, UnknownKeyIsWrongUsageWithTheNearest) {

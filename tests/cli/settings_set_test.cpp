@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace velmoranth::cli::settings_set_test {
@@ -34,7 +35,9 @@ TEST_F(SettingsSet, ChangesTheKeysAndKeepsTheOthersAndTheMode) {
     std::filesystem::permissions(folder / kLiveFile, std::filesystem::perms(0640));
     const CommandResult result = settings({"set", "enable=on", "opacityVal=0.25", "removeDock=no"});
     EXPECT_EQ(result.code, 0);
-    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.errors,
+              "velmoranth: opacityVal, removeDock: a screen that is running shows this after a "
+              "respring (velmoranth device respring --root device)\n");
     EXPECT_EQ(result.output,
               "enable: yes\nopacityVal: 0.25\nremoveDock: no\n" + kPrefsLine + kThemeChangedLine);
     EXPECT_EQ(folder.contents(kLiveFile),
@@ -94,18 +97,33 @@ TEST_F(SettingsSet, ThemesAreAListOfNames) {
 }
 
 TEST_F(SettingsSet, WarnsOfThemesThatAreNotThere) {
-    folder.file("device/Library/Themes/File.theme", "no folder");
+    folder.file("device/Library/Themes/File.zip", "no folder");
     const CommandResult result =
-        settings({"set", "ActiveThemes=A.them,File.theme,A.theme,A.theme"});
+        settings({"set", "ActiveThemes=Elsewhere,File.zip,A.theme,A.theme"});
     EXPECT_EQ(result.code, 0);
-    EXPECT_EQ(result.errors,
-              "velmoranth: warning: device/Library/Themes: there is no theme \"A.them\"; did you "
-              "mean A.theme?\n"
-              "velmoranth: warning: device/Library/Themes: there is no theme \"File.theme\"; did "
-              "you mean File.theme?\n"
-              "velmoranth: warning: \"A.theme\" is in the list twice; the second time changes "
-              "nothing\n");
-    EXPECT_EQ(get("ActiveThemes"), "A.them,File.theme,A.theme,A.theme");
+    EXPECT_EQ(
+        result.errors,
+        "velmoranth: warning: device/Library/Themes: there is no theme \"Elsewhere\"\n"
+        "velmoranth: warning: device/Library/Themes: there is no theme \"File.zip\"\n"
+        "velmoranth: warning: \"A.theme\" is in the list twice; the second time changes nothing\n");
+    EXPECT_EQ(get("ActiveThemes"), "Elsewhere,File.zip,A.theme,A.theme");
+}
+
+TEST_F(SettingsSet, RefusesANameThatIsAnotherThemesButForASlip) {
+    folder.file(kLiveFile, plist("<key>enable</key><true/>"));
+    folder.folder("device/Library/Themes/Slate.theme");
+    folder.folder("device/Library/Themes/Midnight");
+    const std::string place = "device/Library/Themes: there is no theme ";
+    for (const auto& [name, near] :
+         std::vector<std::pair<std::string, std::string>>{{"Slate", "Slate.theme"},
+                                                          {"slate", "Slate.theme"},
+                                                          {"Slate.Theme", "Slate.theme"},
+                                                          {"A.them", "A.theme"},
+                                                          {"Midnigth", "Midnight"}}) {
+        expectRefused({"set", "enable=no", "ActiveThemes=B.theme," + name}, 3,
+                      place + "\"" + name + "\"; did you mean " + near + "?");
+    }
+    EXPECT_EQ(settings({"set", "ActiveThemes=Slate.theme"}).errors, "");
 }
 
 TEST_F(SettingsSet, NothingIsWrittenWhenOneAssignmentIsWrong) {
@@ -127,6 +145,11 @@ TEST_F(SettingsSet, NothingIsWrittenWhenOneAssignmentIsWrong) {
              {"xAxisVal=wide", "xAxisVal takes a number, not \"wide\""},
              {"xAxisVal=nan", "xAxisVal takes a number, not \"nan\""},
              {"xAxisVal=1e39", "xAxisVal takes a number, not \"1e39\""},
+             {"opacityVal=5", "opacityVal takes a number from 0 to 1, not \"5\""},
+             {"opacityVal=1.0001", "opacityVal takes a number from 0 to 1, not \"1.0001\""},
+             {"opacityVal=-0.1", "opacityVal takes a number from 0 to 1, not \"-0.1\""},
+             {"shadowRadiusVal=-1", "shadowRadiusVal takes a number of 0 or more, not \"-1\""},
+             {"shadowRadiusVal=1e39", "shadowRadiusVal takes a number of 0 or more, not \"1e39\""},
              {"removeDock", "velmoranth settings set takes KEY=VALUE, not \"removeDock\""},
              {"=yes", "velmoranth settings set takes KEY=VALUE, not \"=yes\""},
              {"enable=yes", "enable is given more than once"},
@@ -163,6 +186,100 @@ TEST_F(SettingsSet, BeginsWithTheFactoryPreferencesWhereThereAreNone) {
     std::filesystem::remove(folder / kFactoryFile);
     EXPECT_EQ(settings({"set", "removeDock=yes"}).errors, "");
     EXPECT_EQ(get("enable"), "<none>");
+}
+
+TEST_F(SettingsSet, BothEndsOfARangeAreInIt) {
+    folder.file(kLiveFile, plist(""));
+    for (const char* const word : {"opacityVal=0", "opacityVal=1", "shadowRadiusVal=0",
+                                   "shadowRadiusVal=3.4e38", "shadowWidthVal=-5"}) {
+        EXPECT_EQ(settings({"set", word}).code, 0) << word;
+    }
+}
+
+// The keys that the note names; "" when there is none.
+std::string afterRespring(const CommandResult& result) {
+    const std::string end =
+        ": a screen that is running shows this after a respring (velmoranth device respring "
+        "--root device)\n";
+    const std::string start = "velmoranth: ";
+    if (!result.errors.ends_with(end) || !result.errors.starts_with(start)) {
+        return result.errors;
+    }
+    return result.errors.substr(start.size(), result.errors.size() - end.size() - start.size());
+}
+
+TEST_F(SettingsSet, NamesWhatARunningScreenShowsAfterARespring) {
+    folder.file(kLiveFile, plist(""));
+    EXPECT_EQ(afterRespring(settings({"set", "dynamicShadow=yes", "opacityVal=0.4",
+                                      "ActiveThemes=A.theme", "removeDock=yes"})),
+              "dynamicShadow, opacityVal");
+    EXPECT_EQ(afterRespring(settings({"set", "opacityVal=0.4", "dynamicShadow=yes"})), "")
+        << "nothing has changed";
+    EXPECT_EQ(
+        afterRespring(settings({"set", "removeDock=no", "removeLabels=no", "enableShadow=1"})),
+        "enableShadow, removeDock");
+    for (const char* const key :
+         {"enable", "removeDock", "removeLabels", "removeIconBadges", "removePageDots"}) {
+        EXPECT_EQ(afterRespring(settings({"set", key + std::string("=yes")})), "") << key;
+        EXPECT_EQ(afterRespring(settings({"set", key + std::string("=no")})), key);
+    }
+    for (const char* const key : {"enableIconMask", "enableOverlay", "removeFolderBG",
+                                  "enableLogging", "enableImageDump", "iconReflection"}) {
+        EXPECT_EQ(afterRespring(settings({"set", key + std::string("=yes")})), "") << key;
+        EXPECT_EQ(afterRespring(settings({"set", key + std::string("=no")})), "") << key;
+    }
+    for (const char* const key :
+         {"shadowRadiusVal", "xAxisVal", "yAxisVal", "shadowWidthVal", "shadowHeightVal"}) {
+        EXPECT_EQ(afterRespring(settings({"set", key + std::string("=3")})), key);
+    }
+    const std::string help = runCommand({"settings", "set", "--help"}).output;
+    EXPECT_NE(help.find("0 to 1; a running"), std::string::npos) << help;
+}
+
+class SettingsUnset : public SettingsSet {};
+
+TEST_F(SettingsUnset, TakesKeysOutAndTellsTheProcesses) {
+    folder.file(kLiveFile,
+                plist("<key>removeDock</key><true/><key>mine</key><true/>"
+                      "<key>ActiveThemes</key><array/><key>opacityVal</key><real>1</real>"
+                      "<key>other</key><string>stays</string>"));
+    const CommandResult result =
+        settings({"unset", "removeDock", "mine", "ActiveThemes", "opacityVal", "xAxisVal"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_EQ(result.output,
+              "removeDock: no longer set, which the system takes as no\n"
+              "mine: no longer set\n"
+              "ActiveThemes: no longer set, which the system takes as no theme at all\n"
+              "opacityVal: no longer set, which the system takes as 0\n"
+              "xAxisVal: was not set, which the system takes as 0\n" +
+                  kPrefsLine + kThemeChangedLine);
+    EXPECT_EQ(afterRespring(result), "opacityVal, removeDock");
+    EXPECT_EQ(get("removeDock"), "<none>");
+    EXPECT_EQ(get("mine"), "<none>");
+    EXPECT_EQ(get("other"), "stays");
+}
+
+TEST_F(SettingsUnset, AKeyThatIsNoneIsRefusedBeforeAnythingIsTakenOut) {
+    folder.file(kLiveFile, plist("<key>removeDock</key><true/>"));
+    expectRefused({"unset", "removeDock", "removeDokc"}, 2,
+                  "there is no preference \"removeDokc\"; did you mean removeDock?");
+    expectRefused({"unset", "qqqqqqqqqq"}, 2,
+                  "there is no preference \"qqqqqqqqqq\"; velmoranth settings list lists them");
+}
+
+TEST_F(SettingsUnset, WhatWasNotSetTellsNobody) {
+    folder.file(kLiveFile, plist(""));
+    EXPECT_EQ(settings({"unset", "removeDock"}).output,
+              "removeDock: was not set, which the system takes as no\n");
+}
+
+TEST_F(SettingsUnset, BeginsWithTheFactoryPreferencesWhereThereAreNone) {
+    folder.file(kFactoryFile, plist("<key>enable</key><true/><key>removeDock</key><true/>"));
+    EXPECT_TRUE(settings({"unset", "removeDock"})
+                    .errors.starts_with("velmoranth: there were no preferences; these begin with "
+                                        "the factory's\n"));
+    EXPECT_EQ(get("enable"), "yes");
+    EXPECT_EQ(get("removeDock"), "<none>");
 }
 
 TEST_F(SettingsSet, ALinkIsReplacedAndWhatItLeadsToStays) {

@@ -81,6 +81,13 @@ TEST(Usage, EveryMisuseIsOneLineAndExitCode2) {
         {{"settings", "set", "--root", "d"},
          "velmoranth settings set needs KEY=VALUE...; velmoranth settings set --help"},
         {{"settings", "set", "enable=yes"}, "velmoranth settings set needs --root DIR, the device"},
+        {{"settings", "unset", "--root", "d"},
+         "velmoranth settings unset needs KEY...; velmoranth settings unset --help"},
+        {{"settings", "unset", "enable"}, "velmoranth settings unset needs --root DIR, the device"},
+        {{"device", "respring"},
+         "velmoranth device respring needs --root DIR, the device to start again"},
+        {{"device", "respring", "x"},
+         "velmoranth device respring does not know what to do with \"x\""},
         {{"settings", "rename", "Night", "--root", "d"},
          "velmoranth settings rename needs OLD NEW; velmoranth settings rename --help"},
         {{"settings", "save", "Night", "Day", "--root", "d"},
@@ -131,7 +138,7 @@ TEST(Usage, EveryMisuseIsOneLineAndExitCode2) {
         {{"preview", "T", "--set", "enable=maybe"}, "--set enable takes yes or no, not \"maybe\""},
         {{"preview", "T", "--set", "enable="}, "--set enable takes yes or no, not \"\""},
         {{"preview", "T", "--set", "opacityVal=half"},
-         "--set opacityVal takes a number, not \"half\""},
+         "--set opacityVal takes a number from 0 to 1, not \"half\""},
         {{"preview", "T", "--set", "xAxisVal=1e39"}, "--set xAxisVal takes a number, not \"1e39\""},
         {{"preview", "T", "--ios", "14"}, "--ios takes 12 or 13, not \"14\""},
         {{"preview", "T", "--device", "phon"},
@@ -318,7 +325,7 @@ TEST(Usage, AGroupsHelpListsItsCommands) {
     for (const char* const row :
          {"settings list ", "settings get KEY ", "settings set KEY=VALUE... ",
           "settings save NAME ", "settings rename OLD NEW ", "settings delete NAME ",
-          "settings restore [NAME] "}) {
+          "settings restore [NAME] ", "settings unset KEY... "}) {
         EXPECT_NE(result.output.find(std::string("\n  ") + row), std::string::npos) << row;
     }
     const std::string device = runCommand({"device", "--help"}).output;
