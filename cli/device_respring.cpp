@@ -46,7 +46,8 @@ Command deviceRespringCommand() {
                 "phone's home screen does,\nand is drawn anew: this shows the settings that a "
                 "screen takes when it starts. The exit code is 1 when none\nis running.",
             .options = kRespringOptions,
-            .examples = {"velmoranth device respring --root mydevice"},
+            .examples = {"velmoranth device respring --root mydevice",
+                         "velmoranth device respring --root ./phones/first"},
             .run = runDeviceRespring};
 }
 

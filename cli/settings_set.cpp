@@ -288,7 +288,8 @@ Command settingsUnsetCommand() {
                 "A key that is not set counts as no, or as 0. Its other keys stay, and "
                 "a key that the system does not know\ncan be taken out, too.",
             .options = kSettingsOptions,
-            .examples = {"velmoranth settings unset opacityVal --root mydevice"},
+            .examples = {"velmoranth settings unset opacityVal --root mydevice",
+                         "velmoranth settings unset removeDock --root mydevice"},
             .leastPositionals = 1,
             .mostPositionals = 1000,
             .run = runUnset};

@@ -41,6 +41,7 @@ const PerCommand kFailing{
     {"extract", {"none", "out"}},
     {"device init", {"/dev/null/none"}},
     {"device install", {"none", "--root", "none"}},
+    {"device respring", {"--root", "none"}},
     {"hooks", {"--version-number", "x"}},
     {"names", {"none"}},
     {"notify", {"none", "--root", "none"}},
@@ -48,6 +49,7 @@ const PerCommand kFailing{
     {"settings list", {"--root", "none"}},
     {"settings get", {"enable", "--root", "none"}},
     {"settings set", {"enable=1", "--root", "none"}},
+    {"settings unset", {"enable", "--root", "none"}},
     {"settings save", {"a", "--root", "none"}},
     {"settings rename", {"a", "b", "--root", "none"}},
     {"settings delete", {"a", "--root", "none"}},
@@ -66,6 +68,7 @@ const PerCommand kWriting{
     {"device init", {"phone"}},
     {"device install", {"Many.theme", "--root", "device"}},
     {"settings set", {"opacityVal=0.5", "--root", "device"}},
+    {"settings unset", {"opacityVal", "--root", "device"}},
     {"settings save", {"kept", "--root", "device"}},
     {"settings rename", {"old", "new", "--root", "device"}},
     {"settings delete", {"old", "--root", "device"}},
@@ -73,9 +76,9 @@ const PerCommand kWriting{
 };
 
 // That write nothing that stays.
-const std::set<std::string> kReading{"explain",    "lint",  "hooks",         "names",
-                                     "notify",     "sound", "settings list", "settings get",
-                                     "completion", "man"};
+const std::set<std::string> kReading{"explain",    "lint",  "hooks",          "names",
+                                     "notify",     "sound", "settings list",  "settings get",
+                                     "completion", "man",   "device respring"};
 
 // With which a command prints JSON.
 const PerCommand kJson{
