@@ -116,7 +116,6 @@ void closeFrom(int first) {
         _exit(kNotStarted);  // it died before it could be followed
     }
     restoreSignals();
-    limitResources({.memory = limits.maxMemory, .time = limits.maxTime});
     dup2(lines.input.theirs.number(), STDIN_FILENO);
     dup2(lines.output.theirs.number(), STDOUT_FILENO);
     dup2(lines.complaints.theirs.number(), STDERR_FILENO);
@@ -124,6 +123,8 @@ void closeFrom(int first) {
         _exit(kNotStarted);
     }
     closeFrom(STDERR_FILENO + 1);
+    // Last: where more than that is taken already, not even the stack may grow from here on.
+    limitResources({.memory = limits.maxMemory, .time = limits.maxTime});
     execve(path.c_str(), words.all.data(), environment.data());
     _exit(kNotStarted);
 }
