@@ -131,6 +131,33 @@ std::vector<std::string> namesInFolder(const Investigation& investigation, const
     return names;
 }
 
+// The theme that is not asked for a missing name, has such a file, and shows once it is the first;
+// "" for none.
+std::string themeToPutFirst(const Investigation& investigation, const Question& question,
+                            const std::vector<AskedFile>& tried) {
+    const desktop::DeviceRoot& root = *investigation.device.root;
+    const std::vector<std::string>& themes = investigation.device.themes;
+    std::string found;
+    for (std::size_t i = 1; i < themes.size() && found.empty(); ++i) {
+        const std::vector<std::string> files = filesOfTheme(root, themes[i]);
+        const bool hasFile = std::ranges::any_of(tried, [&](const AskedFile& file) {
+            return file.state == EntryKind::missing && file.theme != themes[i] &&
+                   std::ranges::binary_search(files, file.name);
+        });
+        std::vector<std::string> turned = themes;
+        std::rotate(turned.begin(), turned.begin() + static_cast<std::ptrdiff_t>(i),
+                    turned.begin() + static_cast<std::ptrdiff_t>(i) + 1);
+        if (!hasFile || !setActiveThemes(root, turned, investigation.settings)) {
+            continue;
+        }
+        const auto answer = askOnce(investigation, question);
+        const auto shown = answer ? lastRead(answer->record, {}) : std::nullopt;
+        found = shown && shown->theme == themes[i] ? themes[i] : "";
+        static_cast<void>(setActiveThemes(root, themes, investigation.settings));
+    }
+    return found;
+}
+
 // What is looked for, and files that look as if they were meant for it. A name may be a folder's,
 // which is looked into once it is there.
 void findWanted(const Investigation& investigation, Explanation& explanation) {
@@ -151,6 +178,9 @@ void findWanted(const Investigation& investigation, Explanation& explanation) {
         explanation.wanted = names.empty() ? explanation.wanted : names.front();
     }
     explanation.nearMisses = nearMissesOf(investigation.device, tried);
+    if (!explanation.shown) {
+        explanation.firstTheme = themeToPutFirst(investigation, explanation.question, tried);
+    }
 }
 
 // What the record alone says.

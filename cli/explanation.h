@@ -79,6 +79,9 @@ struct Explanation {
     // Whether the picture stays when the themes are taken away while the process runs.
     bool needsRespring = false;
     std::vector<NearMiss> nearMisses;
+    // The theme that would show with its file if it were the first one, "" for none. Some files are
+    // looked for in the first theme alone.
+    std::string firstTheme;
     // The first name that is looked for and that no theme has, "" for none. Where a folder of that
     // name would be looked into, the name in it.
     std::string wanted;

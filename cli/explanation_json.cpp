@@ -80,6 +80,7 @@ std::string jsonOf(const Explanation& explanation) {
         {"later", Json::array()},
         {"needsRespring", explanation.needsRespring},
         {"unused", Json::array()},
+        {"firstTheme", explanation.firstTheme},
         {"wanted", explanation.wanted},
         {"failure", explanation.failure ? Json(desktop::toLine(*explanation.failure)) : Json()},
         {"summary", summaryOf(explanation)}};

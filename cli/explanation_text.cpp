@@ -188,6 +188,10 @@ std::string whyNoFile(const Explanation& explanation) {
     if (const AskedFile* const file = unreadableOf(explanation)) {
         return givesNothing(*file);
     }
+    if (!explanation.firstTheme.empty()) {
+        return fmt::format("{} has a file for it, which is looked for once that theme is the first",
+                           shown(explanation.firstTheme));
+    }
     if (!explanation.nearMisses.empty()) {
         const NearMiss& miss = explanation.nearMisses.front();
         return fmt::format("{} has {}, which is not looked for; name it {}", shown(miss.theme),

@@ -92,15 +92,16 @@ std::vector<std::string> filesOfTheme(const desktop::DeviceRoot& root, const std
 
 std::vector<NearMiss> nearMissesOf(const DeviceOfRun& device, const std::vector<AskedFile>& tried) {
     std::vector<NearMiss> misses;
+    // Of whichever theme: where another one has the file, nothing looks on.
+    std::set<std::string_view> asked;
+    for (const AskedFile& file : tried) {
+        asked.insert(file.name);
+    }
     for (const std::string& theme : device.themes) {
-        std::set<std::string_view> asked;
         std::multimap<std::string, const std::string*> missing;  // by what they are about
         for (const AskedFile& file : tried) {
-            if (file.theme == theme) {
-                asked.insert(file.name);
-                if (file.state == EntryKind::missing) {
-                    missing.emplace(gistOf(file.name), &file.name);
-                }
+            if (file.theme == theme && file.state == EntryKind::missing) {
+                missing.emplace(gistOf(file.name), &file.name);
             }
         }
         for (const std::string& name : filesOfTheme(*device.root, theme)) {

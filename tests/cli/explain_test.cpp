@@ -115,6 +115,15 @@ TEST_F(ExplainTest, TheFoldersHaveNoPlate) {
               "A/Bundles/com.apple.springboard/ANEMFolderIconBG.png shows.");
 }
 
+TEST_F(ExplainTest, APartOfAThemeThatIsNotTheFirst) {
+    picture("A/IconBundles/com.apple.News-large.png");
+    picture("B/Velmoranth/Folder.png");
+    EXPECT_EQ(answer({"A", "B", "--", "folder"}, 1),
+              "Nothing shows: B has a file for it, which is looked for once that theme is the "
+              "first.");
+    EXPECT_EQ(answer({"B", "A", "--", "folder"}), "B/Velmoranth/Folder.png shows.");
+}
+
 TEST_F(ExplainTest, NoSoundPlays) {
     picture("A/IconBundles/com.apple.Maps-large.png");
     EXPECT_EQ(answer({"A", "--", "sound", "1104"}, 1),

@@ -80,6 +80,14 @@ TEST_F(PreviewReportTest, FilesThatLieWhereNothingLooksAreCounted) {
         << text;
 }
 
+TEST_F(PreviewReportTest, FilesThatAnotherThemeHidesAreNotMisnamed) {
+    for (const char* const theme : {"A", "B"}) {
+        picture(std::string("work/") + theme + "/Bundles/com.apple.Preferences/WiFi@3x.png");
+        picture(std::string("work/") + theme + "/IconBundles/com.apple.Maps-large.png");
+    }
+    EXPECT_EQ(report({"B"}).find("where nothing looks"), std::string::npos) << report({"B"});
+}
+
 TEST_F(PreviewReportTest, FilesThatGiveNoPictureAreNamed) {
     folder.file("work/A/IconBundles/com.apple.Maps-large.png");
     picture("work/A/IconBundles/com.apple.Preferences-large.png");
