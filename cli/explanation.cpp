@@ -141,8 +141,11 @@ std::string themeToPutFirst(const Investigation& investigation, const Question& 
     for (std::size_t i = 1; i < themes.size() && found.empty(); ++i) {
         const std::vector<std::string> files = filesOfTheme(root, themes[i]);
         const bool hasFile = std::ranges::any_of(tried, [&](const AskedFile& file) {
-            return file.state == EntryKind::missing && file.theme != themes[i] &&
-                   std::ranges::binary_search(files, file.name);
+            return file.state == EntryKind::missing &&
+                   std::ranges::binary_search(files, file.name) &&
+                   std::ranges::none_of(tried, [&](const AskedFile& other) {
+                       return other.theme == themes[i] && other.name == file.name;
+                   });
         });
         std::vector<std::string> turned = themes;
         std::rotate(turned.begin(), turned.begin() + static_cast<std::ptrdiff_t>(i),
@@ -151,7 +154,10 @@ std::string themeToPutFirst(const Investigation& investigation, const Question& 
             continue;
         }
         const auto answer = askOnce(investigation, question);
-        const auto shown = answer ? lastRead(answer->record, {}) : std::nullopt;
+        const auto shown =
+            answer
+                ? lastRead(answer->record, effectsOf(investigation, question, answer->record).made)
+                : std::nullopt;
         found = shown && shown->theme == themes[i] ? themes[i] : "";
         static_cast<void>(setActiveThemes(root, themes, investigation.settings));
     }

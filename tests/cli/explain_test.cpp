@@ -122,6 +122,10 @@ TEST_F(ExplainTest, APartOfAThemeThatIsNotTheFirst) {
               "Nothing shows: B has a file for it, which is looked for once that theme is the "
               "first.");
     EXPECT_EQ(answer({"B", "A", "--", "folder"}), "B/Velmoranth/Folder.png shows.");
+    picture("C/Bundles/com.apple.mobileicons.framework/AppIconMask.png");
+    EXPECT_EQ(answer({"A", "C", "--", "icon", "com.apple.Maps"}).find("once that theme"),
+              std::string::npos)
+        << "a mask is looked for in every theme, and is no icon";
 }
 
 TEST_F(ExplainTest, NoSoundPlays) {
