@@ -28,7 +28,7 @@ using Json = nlohmann::ordered_json;
 constexpr std::array<Option, 3> kNamesOptions{
     {kIosOption, kDeviceOption, {"--json", "", "", "say it as JSON, with every file looked for"}}};
 
-std::string sizeText(const std::optional<StockSize>& size) {
+std::string sizeText(const std::optional<desktop::PixelSize>& size) {
     return size ? fmt::format("{} × {}", size->width, size->height) : "-";
 }
 

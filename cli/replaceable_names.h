@@ -3,6 +3,7 @@
 #pragma once
 
 #include "cli/device_options.h"
+#include "desktop/imaging/pixels.h"
 #include "desktop/result/result.h"
 #include "simulator/screens/question_rows.h"
 
@@ -24,14 +25,6 @@ struct NameGroup {
 // In the order in which they are listed to a user.
 [[nodiscard]] std::span<const NameGroup> nameGroups();
 
-// Pixels.
-struct StockSize {
-    std::size_t width = 0;
-    std::size_t height = 0;
-
-    friend bool operator==(const StockSize&, const StockSize&) = default;
-};
-
 struct ReplaceableName {
     std::string_view group;
     simulator::Question question;
@@ -41,8 +34,9 @@ struct ReplaceableName {
     // The one of them to take: the first but those that have an ending twice.
     std::string file = {};
     // What fills the place of the device's own picture under that name: of a name for 3 pixels a
-    // point, these many.
-    std::optional<StockSize> size = {};  // nothing where the device has no picture of its own
+    // point, these many. Pixels.
+    std::optional<desktop::PixelSize> size =
+        {};  // nothing where the device has no picture of its own
 };
 
 // Those of the groups, in the device's order, each with a file at least. `progress` may be told now
