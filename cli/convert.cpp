@@ -10,6 +10,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -55,9 +57,18 @@ ExitCode runConvert(const Arguments& arguments) {
     conversion->calendar = std::move(*calendar);
     desktop::cleanUpOnSignals();
     LateProgress progress;
-    conversion->progress = [&progress](const std::string& what) { progress.show(what); };
+    std::optional<LateProgress> writing;  // its time is not that of what came before
+    conversion->progress = [&](const std::string& what) { progress.show(what); };
+    conversion->written = [&](std::size_t done, std::size_t all) {
+        if (!writing) {
+            progress.clear();
+            writing.emplace();
+        }
+        writing->show(done, all, "file");
+    };
     const auto themes = makers::convertThemes(*conversion);
     progress.clear();
+    writing.reset();
     if (!themes) {
         return fail(ExitCode::badInput, themes.error());
     }

@@ -26,14 +26,19 @@ void LateProgress::show(const std::string& what) {
 }
 
 void LateProgress::show(std::size_t done, std::size_t all, std::string_view noun) {
+    // More often is more than anyone reads, and a slow terminal would hold the work up.
+    constexpr double kBetween = 0.05;
+    const double now = secondsPassed();
+    if (now - shownAt_ < kBetween) {
+        return;
+    }
+    shownAt_ = now;
     constexpr std::size_t kWidth = 30;
     const std::size_t filled = all == 0 ? kWidth : done * kWidth / all;
     std::string text = "[" + std::string(filled, '#') + std::string(kWidth - filled, '-') + "] " +
                        std::to_string(done) + " of " + counted(all, noun);
     if (done > 0 && done < all) {
-        text += ", " +
-                timeText(secondsPassed() * static_cast<double>(all - done) /
-                         static_cast<double>(done)) +
+        text += ", " + timeText(now * static_cast<double>(all - done) / static_cast<double>(done)) +
                 " left";
     }
     show(text);

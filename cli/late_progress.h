@@ -23,6 +23,8 @@ class LateProgress {
   private:
     [[nodiscard]] double secondsPassed() const;
 
+    double shownAt_ = 0;  // how many of how many things, seconds
+
     std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
     ProgressLine line_;
 };

@@ -151,9 +151,15 @@ class Converter {
         if (!written) {
             return tl::unexpected(std::move(written.error()));
         }
+        std::size_t all = 0;
         for (const auto& [theme, found] : planned_) {
-            conversion_.progress("writing " + theme.name);
-            if (auto done = written->write(theme.name, found->folder, theme.plan); !done) {
+            all += theme.plan.files.size();
+        }
+        std::size_t count = 0;
+        for (const auto& [theme, found] : planned_) {
+            auto done = written->write(theme.name, found->folder, theme.plan,
+                                       [&] { conversion_.written(++count, all); });
+            if (!done) {
                 return done;
             }
         }

@@ -85,7 +85,7 @@ Result<WrittenThemes> WrittenThemes::create(const std::string& output) {
 }
 
 Result<void> WrittenThemes::write(const std::string& name, const std::string& folder,
-                                  const Plan& plan) {
+                                  const Plan& plan, const std::function<void()>& written) {
     const fs::path theme = fs::path(folder_->path()) / name;
     const fs::path shownTheme = fs::path(output_) / name;
     if (::mkdir(theme.c_str(), 0777) != 0) {
@@ -103,9 +103,10 @@ Result<void> WrittenThemes::write(const std::string& name, const std::string& fo
         if (!bytes) {
             return tl::unexpected(std::move(bytes.error()));
         }
-        if (auto written = writeNew(path, shownPath, *bytes); !written) {
-            return written;
+        if (auto done = writeNew(path, shownPath, *bytes); !done) {
+            return done;
         }
+        written();
     }
     names_.push_back(name);
     return {};

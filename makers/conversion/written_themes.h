@@ -7,6 +7,7 @@
 
 #include "makers/conversion/plan.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -25,9 +26,10 @@ class WrittenThemes {
     WrittenThemes& operator=(const WrittenThemes&) = delete;
     ~WrittenThemes() = default;
 
-    // `folder` is where the sources lie.
+    // `folder` is where the sources lie; `written` is told of every file that is there.
     [[nodiscard]] desktop::Result<void> write(const std::string& name, const std::string& folder,
-                                              const Plan& plan);
+                                              const Plan& plan,
+                                              const std::function<void()>& written);
 
     // Puts them in their places, instead of what is there when that may be replaced.
     [[nodiscard]] desktop::Result<void> place(bool replaces);

@@ -12,6 +12,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <thread>
 
 namespace velmoranth::cli {
 
@@ -123,6 +124,41 @@ CommandResult RunningCommand::finish() {
 
 CommandResult runCommand(const std::vector<std::string>& words, const CommandSetting& setting) {
     return RunningCommand(words, setting).finish();
+}
+
+std::optional<std::string> errorsOnTerminal(const std::vector<std::string>& words,
+                                            const CommandSetting& setting) {
+    const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK);
+    std::array<char, 100> name{};
+    if (terminal < 0 || ::grantpt(terminal) != 0 || ::unlockpt(terminal) != 0 ||
+        ::ptsname_r(terminal, name.data(), name.size()) != 0 ||
+        ::access(name.data(), R_OK | W_OK) != 0) {
+        ::close(terminal);
+        return std::nullopt;
+    }
+    std::string text;
+    const auto take = [&] {
+        std::array<char, 4096> buffer{};
+        for (ssize_t count = 0; (count = ::read(terminal, buffer.data(), buffer.size())) > 0;) {
+            text.append(buffer.data(), static_cast<std::size_t>(count));
+        }
+    };
+    // A terminal holds little: it is read while the command writes.
+    std::jthread reader([&](const std::stop_token& stop) {
+        while (!stop.stop_requested()) {
+            take();
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+    });
+    CommandSetting onTerminal = setting;
+    onTerminal.errors = name.data();
+    const CommandResult result = runCommand(words, onTerminal);
+    EXPECT_EQ(result.code, 0);
+    reader.request_stop();
+    reader.join();
+    take();
+    ::close(terminal);
+    return text;
 }
 
 }  // namespace velmoranth::cli

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -58,5 +59,10 @@ class RunningCommand {
 
 [[nodiscard]] CommandResult runCommand(const std::vector<std::string>& words,
                                        const CommandSetting& setting = {});
+
+// What the command, which has to succeed, says on a terminal; nothing when no terminal is to be
+// had.
+[[nodiscard]] std::optional<std::string> errorsOnTerminal(const std::vector<std::string>& words,
+                                                          const CommandSetting& setting);
 
 }  // namespace velmoranth::cli

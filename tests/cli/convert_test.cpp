@@ -3,6 +3,12 @@
 #include "tests/support/archives/archive_writer.h"
 
 #include <nlohmann/json.hpp>
+#include <signal.h>  // NOLINT(modernize-deprecated-headers): SIGINT is POSIX's
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <thread>
 
 namespace velmoranth::cli::convert_test {
 namespace {
@@ -96,6 +102,86 @@ TEST_F(ConvertCommand, whatIsThereIsReplacedOnlyByForce) {
     EXPECT_EQ(folder.contents("work/out/T.theme/mine"), "mine");
     EXPECT_EQ(convert({"../T.theme", "-o", "out", "--force"}).code, 0);
     EXPECT_EQ(folder.names("work/out/T.theme"), "IconBundles");
+}
+
+// Pictures that have to be made smaller, one for each of so many apps.
+void largePictures(const tests::TemporaryFolder& folder, int count) {
+    constexpr std::size_t kSide = 1500;
+    const std::vector<std::uint8_t> pixels(kSide * kSide * 4, 200);
+    const auto png = desktop::encodePng(pixels, kSide, kSide, kSide * 4);
+    folder.file("first.png", std::string(png.begin(), png.end()));
+    folder.folder("Large.theme/IconBundles");
+    for (int i = 0; i < count; ++i) {
+        std::filesystem::create_hard_link(
+            folder / "first.png",
+            folder / ("Large.theme/IconBundles/com.example.a" + std::to_string(i) + "-large.png"));
+    }
+}
+
+bool comesTrue(const std::function<bool()>& condition) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(5);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end) {
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+    return true;
+}
+
+TEST_F(ConvertCommand, anInterruptedRunLeavesNoHalfTheme) {
+    largePictures(folder, 150);
+    // Beside its place, in a folder that nobody looks for.
+    const auto isBeingWritten = [this] {
+        std::error_code error;
+        for (const auto& entry : std::filesystem::directory_iterator(folder / "work/out", error)) {
+            if (std::filesystem::exists(entry.path() / "Large.theme/IconBundles")) {
+                return true;
+            }
+        }
+        return false;
+    };
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        RunningCommand running({"convert", "../Large.theme", "-o", "out"}, setting());
+        ASSERT_TRUE(comesTrue(isBeingWritten));
+        running.signal(number);
+        EXPECT_EQ(running.finish().signal, number) << "the signal came too late";
+        EXPECT_EQ(folder.names("work"), "") << "the folder was made for the themes alone";
+        EXPECT_EQ(folder.names("tmp"), "");
+    }
+    // One that was there stays, with what is in it.
+    folder.file("work/out/mine", "mine");
+    RunningCommand running({"convert", "../Large.theme", "-o", "out"}, setting());
+    ASSERT_TRUE(comesTrue(isBeingWritten));
+    running.signal(SIGINT);
+    EXPECT_EQ(running.finish().signal, SIGINT) << "the signal came too late";
+    EXPECT_EQ(folder.names("work/out"), "mine");
+    EXPECT_EQ(folder.count("Large.theme/IconBundles"), 150);
+    const std::string first = folder.contents("first.png");
+    for (int i = 0; i < 150; ++i) {
+        EXPECT_EQ(folder.contents("Large.theme/IconBundles/com.example.a" + std::to_string(i) +
+                                  "-large.png"),
+                  first);
+    }
+}
+
+TEST_F(ConvertCommand, progressIsShownOnATerminalOnceWritingTakesLong) {
+    std::optional<std::string> shown;
+    int pictures = 10;
+    // The work is doubled until this machine shows progress and has time to tell what is left.
+    do {
+        std::filesystem::remove_all(folder / "Large.theme");
+        std::filesystem::remove_all(folder / "work/out");
+        pictures *= 2;
+        largePictures(folder, pictures);
+        shown = errorsOnTerminal({"convert", "../Large.theme", "-o", "out"}, setting());
+        if (!shown) {
+            GTEST_SKIP() << "no pseudo-terminal is to be had";
+        }
+    } while (shown->find(" s left") == std::string::npos && pictures < 5000);
+    EXPECT_NE(shown->find(" of " + std::to_string(pictures) + " files, "), std::string::npos)
+        << *shown;
+    EXPECT_TRUE(shown->ends_with("\r\033[K")) << "the line stays";
 }
 
 TEST_F(ConvertCommand, wrongUsageAndBadInputAreALineEach) {

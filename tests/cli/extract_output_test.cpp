@@ -2,9 +2,7 @@
 #include "tests/cli/extract_fixture.h"
 #include "tests/cli/ordinary_user.h"
 
-#include <fcntl.h>
 #include <signal.h>  // NOLINT(modernize-deprecated-headers): SIGINT is POSIX's
-#include <stdlib.h>  // NOLINT(modernize-deprecated-headers): ptsname_r() is GNU's
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -171,30 +169,6 @@ TEST_F(ExtractOutput, InterruptedRunLeavesWholeFilesOnly) {
     }
 }
 
-// What the command says on a terminal; nothing when no terminal is to be had.
-std::optional<std::string> errorsOnTerminal(const std::vector<std::string>& words,
-                                            const std::string& folder) {
-    const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
-    std::array<char, 100> name{};
-    if (terminal < 0 || ::grantpt(terminal) != 0 || ::unlockpt(terminal) != 0 ||
-        ::ptsname_r(terminal, name.data(), name.size()) != 0 ||
-        ::access(name.data(), R_OK | W_OK) != 0) {
-        ::close(terminal);
-        return std::nullopt;
-    }
-    const CommandResult result =
-        runCommand(words, {.folder = folder, .errors = std::string(name.data())});
-    EXPECT_EQ(result.code, 0);
-    ::fcntl(terminal, F_SETFL, O_NONBLOCK);
-    std::string text;
-    std::array<char, 4096> buffer{};
-    for (ssize_t count = 0; (count = ::read(terminal, buffer.data(), buffer.size())) > 0;) {
-        text.append(buffer.data(), static_cast<std::size_t>(count));
-    }
-    ::close(terminal);
-    return text;
-}
-
 TEST_F(ExtractOutput, ProgressIsShownOnATerminalOnceItTakesLong) {
     constexpr std::uint16_t kMost = 3840;
     std::optional<std::string> shown;
@@ -210,7 +184,8 @@ TEST_F(ExtractOutput, ProgressIsShownOnATerminalOnceItTakesLong) {
         }
         catalog(car);
         fs::remove_all(folder / "out");
-        shown = errorsOnTerminal({"extract", "Maps.app", "out", "--jobs", "1"}, folder.path());
+        shown = errorsOnTerminal({"extract", "Maps.app", "out", "--jobs", "1"},
+                                 {.folder = folder.path()});
         if (!shown) {
             GTEST_SKIP() << "no pseudo-terminal is to be had";
         }
@@ -226,7 +201,7 @@ TEST_F(ExtractOutput, ProgressIsShownOnATerminalOnceItTakesLong) {
 TEST_F(ExtractOutput, ShortWorkShowsNoProgress) {
     catalogWithNames({"Icon", "Other"});
     EXPECT_EQ(extract({"Maps.app", "out"}).errors, "");
-    const auto shown = errorsOnTerminal({"extract", "Maps.app", "out"}, folder.path());
+    const auto shown = errorsOnTerminal({"extract", "Maps.app", "out"}, {.folder = folder.path()});
     if (!shown) {
         GTEST_SKIP() << "no pseudo-terminal is to be had";
     }
