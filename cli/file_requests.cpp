@@ -2,13 +2,16 @@
 
 #include "cli/nearest.h"
 
+#include "makers/conversion/names.h"
+#include "makers/lint/requests.h"
+
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <iterator>
 #include <set>
 #include <sstream>
 #include <string_view>
+#include <utility>
 
 namespace velmoranth::cli {
 
@@ -19,22 +22,22 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A name as a request may have it: whole, and without what a file adds to it.
+// A name as a request may have it: whole, and without what a file adds to it, for an image or for
+// an icon.
 std::set<std::string> namesMeant(const std::string& file) {
-    static constexpr std::array<std::string_view, 6> kEndings{"@2x",   "@3x",    "~iphone",
-                                                              "~ipad", "-large", "-small"};
-    std::set<std::string> names{file};
-    std::string text = file.substr(0, file.rfind('.'));
-    names.insert(text);
-    for (bool changed = true; changed;) {
-        changed = false;
-        for (const std::string_view ending : kEndings) {
-            if (text.size() > ending.size() && text.ends_with(ending)) {
-                text.resize(text.size() - ending.size());
-                names.insert(text);
-                names.insert(text + fs::path(file).extension().string());
-                changed = true;
-            }
+    std::set<std::string> names{file.substr(0, file.rfind('.'))};
+    const auto add = [&names](const std::string& name) {
+        for (makers::AskedName& asked : makers::askedNames(name)) {
+            names.insert(std::move(asked.name));
+        }
+    };
+    add(file);
+    const makers::PictureName picture = makers::pictureName(file);
+    for (const std::string_view size : {"-large", "-small"}) {
+        std::string_view base = picture.base;
+        if (base.size() > size.size() && base.ends_with(size)) {
+            base.remove_suffix(size.size());
+            add(std::string(base) + ".png");
         }
     }
     return names;

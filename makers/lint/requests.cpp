@@ -11,27 +11,12 @@ namespace {
 
 constexpr std::string_view kPng = ".png";
 
-void addImage(std::vector<FileRequest>& requests, const std::string& name,
-              const std::string& bundle, bool isUsual) {
-    const bool isThere = std::ranges::any_of(
-        requests, [&](const FileRequest& one) { return one.question.argument == name; });
-    if (!name.empty() && !isThere) {
-        requests.push_back({{"image", name, bundle}, isUsual});
-    }
-}
-
 // `name` may have folders before it.
 std::vector<FileRequest> imageRequests(const std::string& name, const std::string& bundle) {
     std::vector<FileRequest> requests;
-    if (!isPng(name)) {
-        addImage(requests, name, bundle, true);
-        return requests;
+    for (AskedName& asked : askedNames(name)) {
+        requests.push_back({{"image", std::move(asked.name), bundle}, asked.isUsual});
     }
-    const std::string plain = inFolder(folderOf(name), pictureName(name).base);
-    addImage(requests, plain, bundle, true);
-    addImage(requests, plain + std::string(kPng), bundle, true);
-    addImage(requests, name.substr(0, name.size() - kPng.size()), bundle, false);
-    addImage(requests, name, bundle, false);
     return requests;
 }
 
@@ -52,6 +37,25 @@ std::vector<FileRequest> iconRequests(std::string_view name) {
 }
 
 }  // namespace
+
+std::vector<AskedName> askedNames(const std::string& file) {
+    std::vector<AskedName> names;
+    const auto add = [&names](const std::string& name, bool isUsual) {
+        if (!name.empty() && std::ranges::find(names, name, &AskedName::name) == names.end()) {
+            names.push_back({name, isUsual});
+        }
+    };
+    if (!isPng(file)) {
+        add(file, true);
+        return names;
+    }
+    const std::string plain = inFolder(folderOf(file), pictureName(file).base);
+    add(plain, true);
+    add(plain + std::string(kPng), true);
+    add(file.substr(0, file.size() - kPng.size()), false);
+    add(file, false);
+    return names;
+}
 
 std::vector<FileRequest> requestsOf(const std::string& file) {
     const std::string_view path = file;
