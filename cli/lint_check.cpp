@@ -12,6 +12,7 @@
 #include <array>
 #include <cstddef>
 #include <filesystem>
+#include <future>
 #include <iterator>
 #include <set>
 #include <string_view>
@@ -69,8 +70,8 @@ bool hasSeveralNames(const Question& question) {
 
 class Check {
   public:
-    Check(const makers::FoundTheme& theme, const DeviceOfRun& device)
-        : theme_(theme), device_(device), devices_(device), parts_(parts()) {
+    Check(const makers::FoundTheme& theme, const DeviceOfRun& device, LintDevices& devices)
+        : theme_(theme), device_(device), devices_(devices), parts_(parts()) {
         answers_.devices = devices_.devices();
         behind_.devices = devices_.devices();
     }
@@ -192,7 +193,7 @@ class Check {
 
     const makers::FoundTheme& theme_;
     const DeviceOfRun& device_;
-    LintDevices devices_;
+    LintDevices& devices_;
     std::vector<AskedRequest> parts_;
     Answers answers_;
     Answers behind_;
@@ -203,6 +204,14 @@ class Check {
 Result<std::vector<Finding>> checkTheme(const makers::FoundTheme& theme,
                                         const platform::Dictionary& calendar,
                                         LateProgress& progress) {
+    const auto device = makeLintDevice();
+    if (!device) {
+        return tl::unexpected(device.error());
+    }
+    LintDevices devices(*device);
+    // Beside the decoding, after which one thread has the device's work to wait for.
+    std::future<void> started =
+        std::async(std::launch::async, [&devices] { devices.startFirst(); });
     const makers::JudgedPictures judged = makers::judgePictures(
         theme,
         [&progress](std::size_t done, std::size_t all) { progress.show(done, all, "picture"); });
@@ -211,12 +220,12 @@ Result<std::vector<Finding>> checkTheme(const makers::FoundTheme& theme,
         pictures.know(name, picture.facts);
     }
     const makers::Plan plan = makers::planTheme(theme, pictures, calendar);
-    const auto device = makeLintDevice(theme, judged);
-    if (!device) {
-        return tl::unexpected(device.error());
+    if (auto laid = layOut(*device, theme, judged); !laid) {
+        return tl::unexpected(std::move(laid.error()));
     }
+    started.get();
     progress.show("asking devices about " + theme.name);
-    Check check(theme, *device);
+    Check check(theme, *device, devices);
     if (auto asked = check.ask(); !asked) {
         return tl::unexpected(std::move(asked.error()));
     }

@@ -121,8 +121,8 @@ bool isTaken(const std::string& name) {
     return name == "Info.plist" || makers::pictureName(name).base == "AppIconMask";
 }
 
-Result<void> layOut(const makers::FoundTheme& theme, const makers::JudgedPictures& pictures,
-                    const std::string& folder) {
+Result<void> layOutIn(const std::string& folder, const makers::FoundTheme& theme,
+                      const makers::JudgedPictures& pictures) {
     Files files(folder + "/");
     const platform::Data pixel = opaquePicture(1);
     const platform::Data nothing;
@@ -197,8 +197,7 @@ std::vector<FileAsked> filesOf(const record::Record& record) {
 
 }  // namespace
 
-Result<DeviceOfRun> makeLintDevice(const makers::FoundTheme& theme,
-                                   const makers::JudgedPictures& pictures) {
+Result<DeviceOfRun> makeLintDevice() {
     const auto installed = findInstalledFiles();
     if (!installed) {
         return tl::unexpected(installed.error());
@@ -219,9 +218,6 @@ Result<DeviceOfRun> makeLintDevice(const makers::FoundTheme& theme,
     if (error) {
         return tl::unexpected(Problem{error.message(), themes + kLintedTheme});
     }
-    if (auto done = layOut(theme, pictures, themes + kLintedTheme); !done) {
-        return tl::unexpected(std::move(done.error()));
-    }
     constexpr std::size_t kSide = 60;
     const std::string probe = "IconBundles/" + std::string(kProbeApp) + "-large.png";
     if (auto done = Files(themes + kProbeTheme + "/").write(probe, opaquePicture(kSide)); !done) {
@@ -232,6 +228,12 @@ Result<DeviceOfRun> makeLintDevice(const makers::FoundTheme& theme,
         return tl::unexpected(std::move(set.error()));
     }
     return device;
+}
+
+Result<void> layOut(const DeviceOfRun& device, const makers::FoundTheme& theme,
+                    const makers::JudgedPictures& pictures) {
+    return layOutIn(device.folder->path() + std::string(kThemesFolder) + kLintedTheme, theme,
+                    pictures);
 }
 
 LintDevices::LintDevices(const DeviceOfRun& device) : device_(device) {
@@ -262,6 +264,12 @@ Result<simulator::RunningScreen*> LintDevices::processFor(std::size_t device,
         process = std::move(*started);
     }
     return process.get();
+}
+
+void LintDevices::startFirst() {
+    for (std::size_t device = 0; device < kMostDifferent; ++device) {
+        static_cast<void>(processFor(device, {"icon", "", ""}));
+    }
 }
 
 Result<std::vector<AskedRequest>> LintDevices::askTogether(std::size_t device,

@@ -22,11 +22,14 @@
 
 namespace velmoranth::cli {
 
-// The theme on it. Masks and Info.plist are the theme's own, other pictures are one opaque pixel
-// each, or nothing where no picture can be made of them; links are as they are. A second theme
-// behind it has an opaque icon for kProbeApp.
-[[nodiscard]] desktop::Result<DeviceOfRun> makeLintDevice(const makers::FoundTheme& theme,
-                                                          const makers::JudgedPictures& pictures);
+// With no file in the theme yet. A second theme behind it has an opaque icon for kProbeApp.
+[[nodiscard]] desktop::Result<DeviceOfRun> makeLintDevice();
+
+// Puts the theme onto it. Masks and Info.plist are the theme's own, other pictures are one opaque
+// pixel each, or nothing where no picture can be made of them; links are as they are.
+[[nodiscard]] desktop::Result<void> layOut(const DeviceOfRun& device,
+                                           const makers::FoundTheme& theme,
+                                           const makers::JudgedPictures& pictures);
 
 inline constexpr const char* kLintedTheme = "theme";
 inline constexpr const char* kProbeApp = "com.velmoranth.probe";
@@ -41,6 +44,10 @@ class LintDevices {
 
     // How many of these differ enough to be asked for every part of the home screen.
     static constexpr std::size_t kMostDifferent = 3;
+
+    // Starts the processes that are asked whatever the theme is, before it is there: nothing is
+    // read of it until a question is. What cannot be started is found out when it is asked.
+    void startFirst();
 
     // Asks the device all of these, so that nothing is kept from one to another that would be found
     // under the same name.

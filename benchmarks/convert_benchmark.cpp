@@ -1,0 +1,54 @@
+// What it costs to convert a theme of pictures that need no change beside decoding them once, on
+// all processors, and copying them: the goal is at most 1.3 times.
+#include "tests/support/places.h"
+#include "tests/support/temporary_folder.h"
+
+#include "makers/conversion/found_themes.h"
+#include "makers/lint/judged_pictures.h"
+#include "many_icons.h"
+#include "timing.h"
+
+#include <cstddef>
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+#include <string>
+
+namespace velmoranth::benchmarks {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kPictures = 2500;
+
+void convertOfIcons(benchmark::State& state) {
+    const tests::TemporaryFolder folder;
+    const makers::FoundTheme theme = themeOfIcons(folder, kPictures);
+    const std::string command = std::string("'") + tests::kCommand + "' convert '" +
+                                (folder / "T.theme") + "' -o '" + (folder / "out") +
+                                "' --force > /dev/null";
+    compare(
+        state,
+        [&] {
+            // NOLINTNEXTLINE(cert-env33-c,concurrency-mt-unsafe): the command as it is run.
+            if (std::system(command.c_str()) != 0) {
+                std::cerr << "the theme cannot be converted\n";
+                std::exit(1);
+            }
+        },
+        [&] {
+            benchmark::DoNotOptimize(makers::judgePictures(theme, [](std::size_t, std::size_t) {}));
+            fs::remove_all(folder / "copy");
+            fs::copy(folder / "T.theme", folder / "copy", fs::copy_options::recursive);
+        });
+}
+
+}  // namespace
+
+BENCHMARK(convertOfIcons)
+    ->Name("convert of 2,500 pictures")
+    ->Iterations(5)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+
+}  // namespace velmoranth::benchmarks
