@@ -19,7 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kPictures = 2500;
+constexpr int kPictures = 10000;
 
 void convertOfIcons(benchmark::State& state) {
     const tests::TemporaryFolder folder;
@@ -46,8 +46,8 @@ void convertOfIcons(benchmark::State& state) {
 }  // namespace
 
 BENCHMARK(convertOfIcons)
-    ->Name("convert of 2,500 pictures")
-    ->Iterations(5)
+    ->Name("convert of 10,000 pictures")
+    ->Iterations(3)
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
 

@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <future>
 #include <iterator>
+#include <map>
 #include <set>
 #include <string_view>
 #include <system_error>
@@ -79,17 +80,28 @@ class Check {
     // Every device is asked for the parts where they differ; what nothing has opened then is asked
     // for by name, of one device after the other until one opens it.
     Result<void> ask() {
+        // Of these nothing depends on what the first device says, so that they need not wait.
+        const std::vector<AskedRequest> parts = partsToAsk();
+        std::map<std::size_t, std::future<Result<std::vector<AskedRequest>>>> ahead;
+        for (std::size_t device = 1; device < LintDevices::kMostDifferent; ++device) {
+            ahead[device] = std::async(
+                std::launch::async, [this, &parts, device] { return devices_.ask(device, parts); });
+        }
         for (std::size_t device = 0; device < answers_.devices.size(); ++device) {
             const std::vector<AskedRequest> requests = requestsOf(device, true);
             if (device >= LintDevices::kMostDifferent && requests.empty() && allIsOpened()) {
                 break;
             }
-            for (const auto& some : {partsToAsk(), requests}) {
-                if (auto done = devices_.ask(device, some, answers_); !done) {
-                    return done;
-                }
+            auto answered =
+                ahead.contains(device) ? ahead.at(device).get() : devices_.ask(device, parts);
+            if (auto done = add(std::move(answered), answers_); !done) {
+                return done;
             }
-            if (auto done = devices_.ask(device, requestsOf(device, false), answers_); !done) {
+            if (auto done = add(devices_.ask(device, requests), answers_); !done) {
+                return done;
+            }
+            const std::vector<AskedRequest> unusual = requestsOf(device, false);
+            if (auto done = add(devices_.ask(device, unusual), answers_); !done) {
                 return done;
             }
         }
@@ -118,7 +130,7 @@ class Check {
         });
         for (std::size_t device = 0; !found.empty() && device < LintDevices::kMostDifferent;
              ++device) {
-            if (auto done = devices_.ask(device, several, behind_); !done) {
+            if (auto done = add(devices_.ask(device, several), behind_); !done) {
                 return done;
             }
         }
@@ -144,6 +156,16 @@ class Check {
     [[nodiscard]] const Answers& behind() const { return behind_; }
 
   private:
+    static Result<void> add(Result<std::vector<AskedRequest>> asked, Answers& answers) {
+        if (!asked) {
+            return tl::unexpected(std::move(asked.error()));
+        }
+        for (AskedRequest& one : *asked) {
+            answers.add(std::move(one));
+        }
+        return {};
+    }
+
     [[nodiscard]] bool allIsOpened() const {
         return std::ranges::all_of(theme_.files, [&](const makers::ThemeFile& file) {
             return makers::isClutter(file.name) || answers_.isOpened(file.name);

@@ -245,6 +245,7 @@ LintDevices::LintDevices(const DeviceOfRun& device) : device_(device) {
         names_.push_back({row.name, configuration->kind == simulator::DeviceKind::pad});
         configurations_.push_back(std::move(*configuration));
     }
+    processes_.resize(configurations_.size());
 }
 
 Investigation LintDevices::investigation(std::size_t device) const {
@@ -255,7 +256,7 @@ Investigation LintDevices::investigation(std::size_t device) const {
 
 Result<simulator::RunningScreen*> LintDevices::processFor(std::size_t device,
                                                           const Question& question) {
-    auto& process = processes_[{device, simulator::questionRowNamed(question.word)->process}];
+    auto& process = processes_.at(device)[simulator::questionRowNamed(question.word)->process];
     if (process == nullptr) {
         auto started = startProcess(investigation(device), question, true);
         if (!started) {
@@ -293,8 +294,8 @@ Result<std::vector<AskedRequest>> LintDevices::askTogether(std::size_t device,
     return asked;
 }
 
-Result<void> LintDevices::ask(std::size_t device, const std::vector<AskedRequest>& requests,
-                              makers::Answers& answers) {
+Result<std::vector<AskedRequest>> LintDevices::ask(std::size_t device,
+                                                   const std::vector<AskedRequest>& requests) {
     // What is kept is kept under the name of an image alone, whatever the bundle.
     constexpr std::size_t kMostTogether = 500;
     std::map<std::pair<simulator::ProcessKind, std::size_t>, std::vector<const AskedRequest*>>
@@ -309,6 +310,8 @@ Result<void> LintDevices::ask(std::size_t device, const std::vector<AskedRequest
         const std::size_t times = question.word == "image" ? timesNamed[question.argument]++ : 0;
         batches[{kind, step * requests.size() + times}].push_back(&request);
     }
+    std::vector<AskedRequest> answers;
+    answers.reserve(requests.size());
     for (const auto& [key, batch] : batches) {
         std::vector<Question> questions;
         questions.reserve(batch.size());
@@ -321,10 +324,10 @@ Result<void> LintDevices::ask(std::size_t device, const std::vector<AskedRequest
         }
         for (std::size_t i = 0; i < batch.size(); ++i) {
             (*asked)[i].kind = batch[i]->kind;
-            answers.add(std::move((*asked)[i]));
+            answers.push_back(std::move((*asked)[i]));
         }
     }
-    return {};
+    return answers;
 }
 
 Result<simulator::Answer> LintDevices::askWith(std::size_t device, const Question& question,

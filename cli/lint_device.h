@@ -50,10 +50,10 @@ class LintDevices {
     void startFirst();
 
     // Asks the device all of these, so that nothing is kept from one to another that would be found
-    // under the same name.
-    [[nodiscard]] desktop::Result<void> ask(std::size_t device,
-                                            const std::vector<makers::AskedRequest>& requests,
-                                            makers::Answers& answers);
+    // under the same name; the answers are in an order of their own. Several threads may ask, each
+    // another device.
+    [[nodiscard]] desktop::Result<std::vector<makers::AskedRequest>> ask(
+        std::size_t device, const std::vector<makers::AskedRequest>& requests);
 
     // In one process, in order, what an earlier one leaves behind being there for a later one.
     [[nodiscard]] desktop::Result<std::vector<makers::AskedRequest>> askTogether(
@@ -72,8 +72,8 @@ class LintDevices {
     const DeviceOfRun& device_;
     std::vector<makers::AskedDevice> names_;
     std::vector<simulator::DeviceConfiguration> configurations_;
-    std::map<std::pair<std::size_t, simulator::ProcessKind>,
-             std::unique_ptr<simulator::RunningScreen>>
+    // Of each device.
+    std::vector<std::map<simulator::ProcessKind, std::unique_ptr<simulator::RunningScreen>>>
         processes_;
 };
 

@@ -135,19 +135,24 @@ FurniturePicture drawPlatterShadow(double width, double height, double cornerRad
     const double softness = kShadowDeviation * scale * std::numbers::sqrt2;
     for (int y = 0; y < picture.heightPixels; ++y) {
         for (int x = 0; x < picture.widthPixels; ++x) {
-            const double distance = distanceToRoundRect(
-                x + 0.5 - reach - halfWidth, y + 0.5 - reach - halfHeight - kShadowFall * scale,
-                halfWidth, halfHeight, radius);
-            // A straight edge, blurred: half of it at the edge.
-            double opacity = kShadowOpacity * std::erfc(distance / softness) / 2;
             const int column = x - reach;
             const int row = y - reach;
+            double shown = 1;
             if (column >= 0 && column < platterWidth && row >= 0 && row < platterHeight) {
                 const auto covered =
                     static_cast<std::size_t>(row) * static_cast<std::size_t>(platterWidth) +
                     static_cast<std::size_t>(column);
-                opacity *= 1 - platter[covered] / 255.0;
+                shown = 1 - platter[covered] / 255.0;
             }
+            // Most of the picture, and what takes longest to find is worth nothing there.
+            if (shown == 0) {
+                continue;
+            }
+            const double distance = distanceToRoundRect(
+                x + 0.5 - reach - halfWidth, y + 0.5 - reach - halfHeight - kShadowFall * scale,
+                halfWidth, halfHeight, radius);
+            // A straight edge, blurred: half of it at the edge.
+            const double opacity = kShadowOpacity * std::erfc(distance / softness) / 2 * shown;
             const auto pixel =
                 static_cast<std::size_t>(y) * static_cast<std::size_t>(picture.widthPixels) +
                 static_cast<std::size_t>(x);
