@@ -23,12 +23,17 @@ using platform::Failure;
 
 namespace {
 
-// The files that were not copied though they are as good as copied: where each would be, and where
-// its contents are.
+// What was copied, moved and removed without a change of the device: where the contents of a path
+// are.
 class Redirections {
   public:
-    void add(const std::string& path, const std::string& source) { sources_[path] = of(source); }
+    void copy(const std::string& source, const std::string& destination) {
+        sources_[destination] = of(source);
+    }
 
+    void remove(const std::string& path) { sources_[path] = {}; }
+
+    // "", where no file is, for what has been removed.
     [[nodiscard]] std::string of(const std::string& path) const {
         const auto found = sources_.find(path);
         return found == sources_.end() ? path : found->second;
@@ -65,7 +70,7 @@ class UnchangingFiles final : public desktop::DesktopFileManager {
         if (look(destination).exists) {
             return desktop::fileError(FileOperation::copy, EEXIST, source, destination);
         }
-        redirections_.add(destination, source);
+        redirections_.copy(source, destination);
         return {};
     }
 
@@ -77,11 +82,15 @@ class UnchangingFiles final : public desktop::DesktopFileManager {
         if (!look(source).exists) {
             return desktop::fileError(FileOperation::move, ENOENT, source, destination);
         }
-        redirections_.add(destination, source);
+        redirections_.copy(source, destination);
+        redirections_.remove(source);
         return {};
     }
 
-    Failure removeItemAtPath(const std::string& /*path*/) override { return {}; }
+    Failure removeItemAtPath(const std::string& path) override {
+        redirections_.remove(path);
+        return {};
+    }
 
     bool createFileAtPathContents(const std::string& /*path*/, const Data& /*contents*/) override {
         return true;

@@ -1,5 +1,6 @@
 // A process of a device that is recorded while it makes its sound. The device stays as it is: every
-// change of a file is answered as if it had been made, and reading goes on as if it had.
+// change of a file is answered as if it had been made. Reading goes on as if files and folders had
+// been copied, moved and removed; what is written anew is not kept.
 #pragma once
 
 #include "desktop/audio/audio.h"

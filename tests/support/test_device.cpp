@@ -91,7 +91,7 @@ Pixels drawnPixels(const platform::ImageRef& image) {
 }
 
 int TestLibSystem::chmod(const std::string& path, unsigned mode) {
-    return ::chmod((hostFolder + path).c_str(), mode);
+    return path.empty() ? ::chmod("", mode) : ::chmod((hostFolder + path).c_str(), mode);
 }
 
 int TestLibSystem::mkdir(const std::string& path, unsigned mode) {

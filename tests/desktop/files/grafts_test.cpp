@@ -238,6 +238,8 @@ TEST_P(GraftsTest, nothingInThemIsMadeRenamedOrRemoved) {
     EXPECT_EQ(root_->changeMode(kPlace, 0700), EROFS);
     EXPECT_EQ(root_->changeMode("/into/plain", 0600), EROFS);
     EXPECT_EQ(root_->changeMode(theme + "none", 0600), ENOENT);
+    EXPECT_EQ(root_->changeMode("", 0600), ENOENT);
+    EXPECT_EQ(root_->makeFolder("", 0700), ENOENT);
     EXPECT_EQ(root_->changeMode("/top", 0600), 0);
     EXPECT_EQ(host_.mode("root/top"), 0600U);
     EXPECT_EQ(makers(), before);

@@ -86,6 +86,8 @@ TEST_F(DesktopLibSystemTest, MakesFoldersInsideTheRoot) {
     EXPECT_EQ(errno, ENOENT);
     EXPECT_EQ(system.mkdir("/", 0755), -1);
     EXPECT_EQ(errno, EEXIST);
+    EXPECT_EQ(system.mkdir("", 0755), -1);
+    EXPECT_EQ(errno, ENOENT);
     EXPECT_EQ(system.mkdir("/../../outside", 0700), 0);
     EXPECT_EQ(mode("/device/outside"), 0700U);
     EXPECT_EQ(mode("/outside"), 0U);
@@ -101,6 +103,10 @@ TEST_F(DesktopLibSystemTest, ChangesModesInsideTheRoot) {
     EXPECT_EQ(system.chmod("/link", 0777), -1);
     EXPECT_EQ(errno, ENOENT);
     EXPECT_EQ(mode("/secret"), 0600U);
+    const unsigned before = mode("/device");
+    EXPECT_EQ(system.chmod("", 0711), -1);
+    EXPECT_EQ(errno, ENOENT);
+    EXPECT_EQ(mode("/device"), before);
 }
 
 TEST(DesktopCoreFoundation, ComparesVersions) {

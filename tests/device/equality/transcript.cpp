@@ -151,10 +151,6 @@ bool isOfNothing(const record::Entry& entry) {
         {record::messageOf("Images", "imageWithCGImage"), 0},
         {record::messageOf("Layer", "renderInContext"), 0},
     };
-    // The desktop takes a path of nothing for the device's root, where the phone has no file.
-    if (entry.message == record::messageOf("LibSystem", "chmod") && entry.subject.empty()) {
-        return true;
-    }
     return std::ranges::any_of(kOperands, [&](const Operand& operand) {
         return entry.message == operand.message &&
                entry.arguments.at(operand.place) == record::kNil;
