@@ -122,6 +122,17 @@ platform::Dictionary preferencesOn(const DeviceRoot& root) {
     return preferences == nullptr ? platform::Dictionary() : *preferences;
 }
 
+platform::Dictionary settingsOn(const DeviceRoot& root) {
+    platform::Dictionary settings = preferencesOn(root);
+    settings.erase("ActiveThemes");
+    for (const auto& [key, value] : previewPreferences({})) {
+        if (key != "ActiveThemes") {
+            settings.emplace(key, false);  // as the system takes what is not set
+        }
+    }
+    return settings;
+}
+
 std::vector<std::string> activeThemes(const DeviceRoot& root) {
     std::vector<std::string> names;
     const platform::Dictionary preferences = preferencesOn(root);

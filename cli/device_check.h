@@ -19,6 +19,9 @@ namespace velmoranth::cli {
 // Its preferences; nothing where they cannot be read.
 [[nodiscard]] platform::Dictionary preferencesOn(const desktop::DeviceRoot& root);
 
+// What they set for the themes of a device that is made, where a preview's settings do not count.
+[[nodiscard]] platform::Dictionary settingsOn(const desktop::DeviceRoot& root);
+
 // The themes that its preferences name, the first asked first; nothing where they name none.
 [[nodiscard]] std::vector<std::string> activeThemes(const desktop::DeviceRoot& root);
 

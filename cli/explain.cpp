@@ -1,5 +1,6 @@
 // velmoranth explain
 #include "cli/commands.h"
+#include "cli/device_check.h"
 #include "cli/device_options.h"
 #include "cli/explain_requests.h"
 #include "cli/explanation.h"
@@ -7,6 +8,7 @@
 #include "cli/help.h"
 #include "cli/messages.h"
 #include "cli/picture_file.h"
+#include "cli/settings_device.h"
 #include "cli/theme_report.h"
 #include "desktop/files/cleanup.h"
 #include "simulator/screens/question_rows.h"
@@ -31,6 +33,7 @@ namespace {
 
 struct ExplainOptions {
     std::vector<std::string> themes;
+    std::optional<std::string> root;  // a device of the user's, in place of themes
     // Those of a list may be lines that are none.
     std::vector<Result<Question>> questions;
     simulator::DeviceConfiguration device;
@@ -55,6 +58,9 @@ Result<void> checkOptions(const Arguments& arguments) {
     const auto output = arguments.value("--output");
     if (output && output->empty()) {
         return misuse("--output takes the name of a file");
+    }
+    if (together("--root", "--set")) {
+        return misuse("--set does not go with --root: a device has its own preferences");
     }
     for (const std::string_view option : {"--json", "--raw"}) {
         if (output == "-" && arguments.has(option)) {
@@ -102,14 +108,22 @@ Result<std::vector<Result<Question>>> questionsOf(const Arguments& arguments, in
 Result<ExplainOptions> readOptions(const Arguments& arguments) {
     const std::vector<std::string>& words = arguments.positionals();
     const std::size_t dashes = arguments.dashes().value_or(words.size());
-    if (dashes == 0) {
-        return misuse("a THEME folder is missing before --; velmoranth explain --help");
+    const auto root = arguments.value("--root");
+    if (dashes == 0 && !root) {
+        return misuse(
+            "a THEME folder is missing before -- (or --root DIR); velmoranth explain --help");
+    }
+    if (dashes != 0 && root) {
+        return misuse(
+            "--root does not go with THEME: a device has its own themes; the REQUEST "
+            "stands behind --");
     }
     if (auto checked = checkOptions(arguments); !checked) {
         return tl::unexpected(std::move(checked.error()));
     }
     ExplainOptions options{
         .themes = {words.begin(), words.begin() + static_cast<std::ptrdiff_t>(dashes)},
+        .root = root,
         .questions = {},
         .device = {},
         .devices = {},
@@ -241,16 +255,30 @@ Result<bool> answer(const ExplainOptions& options, const Investigation& investig
                  : answerQuestion(options, investigation, question);
 }
 
+// A device of the user's is asked in a copy, so that nothing of it changes.
+Result<DeviceOfRun> deviceFor(ExplainOptions& options) {
+    if (!options.root) {
+        return makeDevice(options.themes, options.settings);
+    }
+    const auto own = openSettingsDevice(*options.root);
+    if (!own) {
+        return tl::unexpected(own.error());
+    }
+    warnOfPreferences(**own);
+    options.settings = settingsOn(**own);
+    return makeDeviceLike(**own);
+}
+
 // The first of several words that cannot be understood does not keep the others from being asked.
 ExitCode runExplain(const Arguments& arguments) {
-    const auto options = readOptions(arguments);
+    auto options = readOptions(arguments);
     if (!options) {
         // Words have no path; a list of requests has.
         return fail(options.error().path.empty() ? ExitCode::wrongUsage : ExitCode::badInput,
                     options.error());
     }
     desktop::cleanUpOnSignals();
-    const auto device = makeDevice(options->themes, options->settings);
+    const auto device = deviceFor(*options);
     if (!device) {
         return fail(ExitCode::badInput, device.error());
     }
@@ -278,7 +306,8 @@ ExitCode runExplain(const Arguments& arguments) {
     return worst != ExitCode::done ? worst : found ? ExitCode::done : ExitCode::nothingFound;
 }
 
-constexpr std::array<Option, 12> kExplainOptions{{
+constexpr std::array<Option, 13> kExplainOptions{{
+    {"--root", "", "DIR", "a device of your own, in place of THEME; it stays as it is"},
     {"--bundle", "", "ID", "with image: the bundle that is asked, by its identifier"},
     {"--output", "-o", "FILE", "write the picture that shows there; - is standard output"},
     {"--json", "", "", "an object a request, in place of the text"},
@@ -322,8 +351,9 @@ Command explainCommand() {
                          "velmoranth explain Icons.theme Dock.theme -- dock",
                          "velmoranth explain MyTheme.theme -- icon '*'",
                          "velmoranth explain MyTheme.theme -- file IconBundles/com.apple.maps.png",
-                         "velmoranth explain MyTheme.theme --json -- image UISwitchKnob.png"},
-            .leastPositionals = 1,
+                         "velmoranth explain MyTheme.theme --json -- image UISwitchKnob.png",
+                         "velmoranth explain --root Device -- icon com.apple.Maps"},
+            .leastPositionals = 0,
             .mostPositionals = 100000,
             .run = runExplain,
             .moreHelp = requestHelp};

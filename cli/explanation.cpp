@@ -164,6 +164,22 @@ std::string themeToPutFirst(const Investigation& investigation, const Question& 
     return found;
 }
 
+// What would show on a device with the other system.
+std::optional<OnOtherSystem> onOtherSystem(const Investigation& investigation,
+                                           const Question& question) {
+    const simulator::SystemVersion& system = investigation.configuration.system;
+    Investigation other = investigation;
+    other.configuration.system =
+        system == simulator::kSystem12 ? simulator::kSystem13 : simulator::kSystem12;
+    const auto answer = askOnce(other, question);
+    if (!answer) {
+        return std::nullopt;  // it has no such request
+    }
+    auto shown = lastRead(answer->record, effectsOf(other, question, answer->record).made);
+    return shown ? std::optional(OnOtherSystem{other.configuration.system.major, std::move(*shown)})
+                 : std::nullopt;
+}
+
 // What is looked for, and files that look as if they were meant for it. A name may be a folder's,
 // which is looked into once it is there.
 void findWanted(const Investigation& investigation, Explanation& explanation) {
@@ -217,6 +233,12 @@ void askOthers(const Investigation& investigation, Explanation& explanation) {
     findWanted(investigation, explanation);
     explanation.findings = calendarFindings(investigation.device, explanation.record);
     explanation.reason = switchReasonOf(investigation, explanation);
+}
+
+// Whether it is unknown why no theme's file shows, other than that it has another name.
+bool isUnclear(const Explanation& explanation) {
+    return !explanation.shown && !explanation.reason && explanation.firstTheme.empty() &&
+           explanation.nearMisses.empty();
 }
 
 }  // namespace
@@ -389,6 +411,9 @@ Result<Explanation> explain(const Investigation& investigation, const Question& 
     askOthers(investigation, result);
     if (depth == Depth::whole && result.shown && result.isKept) {
         result.later = laterRequests(investigation, result, **process);
+    }
+    if (depth == Depth::whole && isUnclear(result)) {
+        result.onOtherSystem = onOtherSystem(investigation, question);
     }
     if (result.shown && result.picture) {
         const auto stays = staysAfterChange(investigation, **process, question, result);

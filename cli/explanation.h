@@ -55,6 +55,12 @@ struct NearMiss {
     std::string wanted;
 };
 
+// A theme's file that shows where the device has the other system, which asks for other names.
+struct OnOtherSystem {
+    int major = 0;
+    AskedFile file;
+};
+
 struct Explanation {
     simulator::Question question;
     // The replaced methods that were reached, in order, none twice.
@@ -82,6 +88,8 @@ struct Explanation {
     // The theme that would show with its file if it were the first one, "" for none. Some files are
     // looked for in the first theme alone.
     std::string firstTheme;
+    // Only where nothing else is known of why no theme's file shows.
+    std::optional<OnOtherSystem> onOtherSystem;
     // The first name that is looked for and that no theme has, "" for none. Where a folder of that
     // name would be looked into, the name in it.
     std::string wanted;
@@ -96,7 +104,8 @@ struct Investigation {
     platform::Dictionary settings;
 };
 
-// summary: what summaryOf() needs, without which later requests are answered.
+// summary: a sentence without what the other system would show, and not which later requests are
+// answered.
 enum class Depth { summary, whole };
 
 // A process that ends early is no problem here, but a part of the explanation.

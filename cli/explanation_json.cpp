@@ -39,6 +39,14 @@ std::string written(const Json& json) {
     return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
+// Null for none.
+Json otherSystemOf(const std::optional<OnOtherSystem>& other) {
+    return other ? Json{{"ios", other->major},
+                        {"theme", other->file.theme},
+                        {"file", other->file.name}}
+                 : Json();
+}
+
 }  // namespace
 
 Json jsonOf(const AskedFile& file) {
@@ -81,6 +89,7 @@ std::string jsonOf(const Explanation& explanation) {
         {"needsRespring", explanation.needsRespring},
         {"unused", Json::array()},
         {"firstTheme", explanation.firstTheme},
+        {"onOtherSystem", otherSystemOf(explanation.onOtherSystem)},
         {"wanted", explanation.wanted},
         {"failure", explanation.failure ? Json(desktop::toLine(*explanation.failure)) : Json()},
         {"summary", summaryOf(explanation)}};

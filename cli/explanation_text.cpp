@@ -200,11 +200,18 @@ std::string whyNoFile(const Explanation& explanation) {
     if (!explanation.brokenEffects.empty()) {
         return givesNothing(explanation.brokenEffects.front().file);
     }
+    const std::string other =
+        explanation.onOtherSystem
+            ? fmt::format("; on iOS {} {} {}", explanation.onOtherSystem->major,
+                          nameOf(explanation.onOtherSystem->file),
+                          explanation.question.word == "sound" ? "is played" : "shows")
+            : "";
     if (!explanation.wanted.empty()) {
         return fmt::format("no active theme has what is looked for, {} first",
-                           shown(explanation.wanted));
+                           shown(explanation.wanted)) +
+               other;
     }
-    return explanation.files.empty() ? "no file of a theme is looked for" : "";
+    return explanation.files.empty() ? "no file of a theme is looked for" + other : "";
 }
 
 std::string summaryWithoutFile(const Explanation& explanation) {

@@ -1,8 +1,11 @@
 #include "cli/throw_away_device.h"
 
+#include "cli/device_check.h"
 #include "cli/device_layout.h"
+#include "cli/linked_themes.h"
 #include "cli/messages.h"
 #include "cli/preferences.h"
+#include "cli/settings_device.h"
 #include "cli/theme_folders.h"
 #include "core/preferences.h"
 #include "core/start_preferences.h"
@@ -22,6 +25,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <system_error>
 #include <utility>
 
@@ -228,19 +232,13 @@ Result<desktop::DeviceFiles> graftThemes(const desktop::DeviceRoot& root,
     return files;
 }
 
-}  // namespace
-
-Result<DeviceOfRun> makeDevice(std::span<const std::string> paths,
-                               const platform::Dictionary& settings) {
-    auto themes = findThemes(paths);
-    if (!themes) {
-        return tl::unexpected(themes.error());
-    }
+// A temporary device with the themes grafted.
+Result<DeviceOfRun> deviceWith(GivenThemes& themes, const platform::Dictionary& settings) {
     auto folder = desktop::makeTemporaryFolder();
     if (!folder) {
         return tl::unexpected(std::move(folder.error()));
     }
-    DeviceOfRun device{.folder = std::move(*folder), .unpacked = std::move(themes->unpacked)};
+    DeviceOfRun device{.folder = std::move(*folder), .unpacked = std::move(themes.unpacked)};
     const auto installed = findInstalledFiles();
     if (!installed) {
         return tl::unexpected(installed.error());
@@ -249,7 +247,7 @@ Result<DeviceOfRun> makeDevice(std::span<const std::string> paths,
     if (!bare) {
         return tl::unexpected(bare.error());
     }
-    const auto files = graftThemes(**bare, themes->folders);
+    const auto files = graftThemes(**bare, themes.folders);
     if (!files) {
         return tl::unexpected(files.error());
     }
@@ -258,7 +256,7 @@ Result<DeviceOfRun> makeDevice(std::span<const std::string> paths,
         return tl::unexpected(root.error());
     }
     device.root = *root;
-    for (const ThemeFolder& theme : themes->folders) {
+    for (const ThemeFolder& theme : themes.folders) {
         device.themes.push_back(theme.name);
     }
     for (auto& written :
@@ -267,7 +265,35 @@ Result<DeviceOfRun> makeDevice(std::span<const std::string> paths,
             return tl::unexpected(written.error());
         }
     }
-    device.hidden = [folders = std::move(themes->folders)] {
+    return device;
+}
+
+// The theme as the device finds it; nothing when it has no folder of that name.
+std::optional<ThemeFolder> themeOn(const desktop::DeviceRoot& root, const std::string& name) {
+    const std::string place = std::string(kInstalledThemes) + "/" + name;
+    const desktop::Descriptor folder(root.openFile(place, O_PATH | O_DIRECTORY));
+    if (!folder.isOpen() || name.empty() || name.find('/') != std::string::npos) {
+        return std::nullopt;
+    }
+    std::error_code error;
+    const fs::path where = fs::read_symlink("/proc/self/fd/" + std::to_string(folder.get()), error);
+    return error ? std::nullopt
+                 : std::optional(ThemeFolder{onThisMachine(root, place), name, where, {}});
+}
+
+}  // namespace
+
+Result<DeviceOfRun> makeDevice(std::span<const std::string> paths,
+                               const platform::Dictionary& settings) {
+    auto themes = findThemes(paths);
+    if (!themes) {
+        return tl::unexpected(themes.error());
+    }
+    auto device = deviceWith(*themes, settings);
+    if (!device) {
+        return device;
+    }
+    device->hidden = [folders = std::move(themes->folders)] {
         std::vector<std::string> lines;
         for (const ThemeFolder& theme : folders) {
             if (std::string line = hiddenIn(theme); !line.empty()) {
@@ -277,6 +303,18 @@ Result<DeviceOfRun> makeDevice(std::span<const std::string> paths,
         return lines;
     };
     return device;
+}
+
+Result<DeviceOfRun> makeDeviceLike(const desktop::DeviceRoot& own) {
+    GivenThemes themes;
+    for (const std::string& name : activeThemes(own)) {
+        const bool isNew =
+            std::ranges::find(themes.folders, name, &ThemeFolder::name) == themes.folders.end();
+        if (auto theme = themeOn(own, name); theme && isNew) {
+            themes.folders.push_back(std::move(*theme));
+        }
+    }
+    return deviceWith(themes, settingsOn(own));
 }
 
 Result<void> setActiveThemes(const desktop::DeviceRoot& root,

@@ -38,6 +38,10 @@ struct DeviceOfRun {
 [[nodiscard]] desktop::Result<DeviceOfRun> makeDevice(std::span<const std::string> themes,
                                                       const platform::Dictionary& settings = {});
 
+// Makes one with the active themes and the preferences of a device of the user's, which stays as it
+// is; of the themes those that are there.
+[[nodiscard]] desktop::Result<DeviceOfRun> makeDeviceLike(const desktop::DeviceRoot& own);
+
 // Gives the device other preferences: these settings and active themes, as makeDevice does.
 [[nodiscard]] desktop::Result<void> setActiveThemes(const desktop::DeviceRoot& root,
                                                     const std::vector<std::string>& themes,

@@ -69,7 +69,16 @@ TEST_F(ExplainInputTest, WrongWordsAreToldInALine) {
     expectMisuse({"A", "--", "badge", "x"}, "badge takes nothing behind it");
     expectMisuse({"A", "--", "dot", "next"}, "dot takes current|other|search behind it");
     expectMisuse({"A"}, "a REQUEST is missing behind --; velmoranth explain --help lists them");
-    expectMisuse({"--", "badge"}, "a THEME folder is missing before --; velmoranth explain --help");
+    expectMisuse({"--", "badge"},
+                 "a THEME folder is missing before -- (or --root DIR); velmoranth explain --help");
+    for (const std::vector<std::string>& words :
+         {std::vector<std::string>{"A", "--root", "d", "--", "badge"}, {"--root", "d", "badge"}}) {
+        expectMisuse(words,
+                     "--root does not go with THEME: a device has its own themes; the REQUEST "
+                     "stands behind --");
+    }
+    expectMisuse({"--root", "d", "--set", "enable=no", "--", "badge"},
+                 "--set does not go with --root: a device has its own preferences");
     expectMisuse({"A", "--bundle", "x", "--", "badge"}, "--bundle goes with image alone");
     expectMisuse({"A", "--json", "--raw", "--", "badge"},
                  "--json does not go with --raw: the one is in the other");

@@ -96,6 +96,21 @@ TEST_F(ExplainTest, TheClocksFaceIsNotMine) {
                                  "ClockIconBackgroundSquare@3x.png shows"));
 }
 
+TEST_F(ExplainTest, TheClocksIconIsForTheOtherSystem) {
+    const std::string file = "A/IconBundles/com.apple.mobiletimer-large.png";
+    picture(file);
+    const std::vector<std::string> words = {"A", "--", "icon", "com.apple.mobiletimer"};
+    EXPECT_EQ(answer(words, 1),
+              "The device's own picture shows: no active theme has what is looked for, Bundles/"
+              "com.apple.SpringBoardHome/ClockIconBackgroundSquare@3x.png first; on iOS 12 " +
+                  file + " shows.");
+    EXPECT_EQ(
+        object(words).at("onOtherSystem"),
+        (json{
+            {"ios", 12}, {"theme", "A"}, {"file", "IconBundles/com.apple.mobiletimer-large.png"}}));
+    EXPECT_EQ(object({"A", "--", "badge"}).at("onOtherSystem"), json());
+}
+
 TEST_F(ExplainTest, TheDotsAreStock) {
     picture("A/Bundles/com.apple.springboard/SBPageDotCurrent@3x.png", 24);
     EXPECT_EQ(answer({"A", "--", "dot", "current"}),

@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <map>
 #include <string>
 #include <utility>
@@ -48,7 +47,7 @@ class SettingsTest : public testing::Test {
     }
 
     // A file that could not be written was there for a moment beside the one that stays.
-    enum class Times { kept, mayDiffer };
+    using Times = TemporaryFolder::Times;
 
     // Refused with that one line and that exit code, and the whole device as it was.
     void expectRefused(const std::vector<std::string>& words, int code, const std::string& message,
@@ -61,29 +60,10 @@ class SettingsTest : public testing::Test {
         EXPECT_TRUE(tree(times) == before) << message;
     }
 
-    // Every item of the device with kind, mode, time of change and contents.
-    using Tree = std::map<std::string, std::string>;
+    using Tree = TemporaryFolder::Tree;
 
     [[nodiscard]] Tree tree(Times times = Times::kept) const {
-        namespace fs = std::filesystem;
-        Tree items;
-        for (const auto& entry : fs::recursive_directory_iterator(folder / "device")) {
-            const fs::path path = entry.path();
-            const std::string name = path.lexically_relative(folder.path());
-            std::string item = std::to_string(folder.mode(name)) + " ";
-            if (entry.is_symlink()) {
-                item += "-> " + fs::read_symlink(path).string();
-            } else if (times == Times::kept) {
-                item += std::to_string(entry.last_write_time().time_since_epoch().count());
-            }
-            if (entry.is_regular_file() && !entry.is_symlink()) {
-                item += " " + folder.contents(name);
-            }
-            items[name] = item;
-        }
-        const auto time = fs::last_write_time(folder / "device").time_since_epoch().count();
-        items["."] = std::to_string(time);
-        return items;
+        return folder.tree("device", times);
     }
 
     TemporaryFolder folder;

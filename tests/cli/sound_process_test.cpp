@@ -8,17 +8,12 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
+#include <memory>
 #include <string>
-#include <vector>
 
 namespace velmoranth::cli::sound_process_test {
 namespace {
 
-namespace fs = std::filesystem;
 using platform::Data;
 using platform::platform;
 using platform::PropertyList;
@@ -29,25 +24,7 @@ constexpr const char* kList = "<plist><dict><key>enable</key><true/></dict></pli
 class SoundProcessFiles : public testing::Test {
   protected:
     // A change of anything on the device, its modes and times included, is a failure of every case.
-    void TearDown() override { EXPECT_EQ(everything(), before_); }
-
-    [[nodiscard]] std::vector<std::string> everything() const {
-        std::vector<std::string> items;
-        for (const auto& item : fs::recursive_directory_iterator(folder_ / "device")) {
-            const fs::perms mode = item.symlink_status().permissions();
-            items.push_back(item.path().string() + " " +
-                            std::to_string(static_cast<unsigned>(mode)) + " " +
-                            std::to_string(item.last_write_time().time_since_epoch().count()) +
-                            " " + (item.is_regular_file() ? contents(item.path()) : ""));
-        }
-        std::ranges::sort(items);
-        return items;
-    }
-
-    static std::string contents(const fs::path& path) {
-        std::ifstream file(path);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    void TearDown() override { EXPECT_EQ(folder_.tree("device"), before_); }
 
     static platform::FileManager& files() { return platform().fileManager; }
 
@@ -82,7 +59,7 @@ class SoundProcessFiles : public testing::Test {
 
     tests::TemporaryFolder folder_;
     std::shared_ptr<desktop::DeviceRoot> root_ = makeDevice();
-    std::vector<std::string> before_ = everything();
+    tests::TemporaryFolder::Tree before_ = folder_.tree("device");
     desktop::Mixer mixer_;
     desktop::RecordingOutput output_{mixer_};
     desktop::DesktopAudio audio_{root_, mixer_, output_};

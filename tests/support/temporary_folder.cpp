@@ -68,4 +68,26 @@ std::string TemporaryFolder::names(const std::string& name) const {
     return text;
 }
 
+TemporaryFolder::Tree TemporaryFolder::tree(const std::string& name, Times times) const {
+    Tree items;
+    const auto add = [&](const fs::directory_entry& entry) {
+        const std::string path = entry.path().lexically_relative(path_);
+        std::string item = std::to_string(mode(path)) + " ";
+        if (entry.is_symlink()) {
+            item += "-> " + fs::read_symlink(entry.path()).string();
+        } else if (times == Times::kept) {
+            item += std::to_string(entry.last_write_time().time_since_epoch().count());
+        }
+        if (entry.is_regular_file() && !entry.is_symlink()) {
+            item += " " + contents(path);
+        }
+        items[path] = item;
+    };
+    add(fs::directory_entry(*this / name));
+    for (const auto& entry : fs::recursive_directory_iterator(*this / name)) {
+        add(entry);
+    }
+    return items;
+}
+
 }  // namespace velmoranth::tests

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <string>
 
 namespace velmoranth::tests {
@@ -34,6 +35,12 @@ class TemporaryFolder {
     [[nodiscard]] std::ptrdiff_t count(const std::string& name) const;
     // What the folder `name` holds, in order, with blanks between.
     [[nodiscard]] std::string names(const std::string& name) const;
+
+    // Every item in the folder `name`, that folder included, by its path: mode, time of change if
+    // asked for (but of a link where it leads), and contents.
+    using Tree = std::map<std::string, std::string>;
+    enum class Times { kept, mayDiffer };
+    [[nodiscard]] Tree tree(const std::string& name, Times times = Times::kept) const;
 
   private:
     std::string path_;
