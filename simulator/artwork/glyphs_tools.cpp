@@ -129,7 +129,7 @@ void clockHands(Pen& pen, const GlyphInks& inks, int hour, int minute, int secon
 
 void clockGlyph(Pen& pen, const GlyphInks& inks) {
     clockFaceGlyph(pen, inks);
-    clockHands(pen, inks, 10, 9, 31);
+    clockHands(pen, inks, 9, 41, 0);
 }
 
 void folderGlyph(Pen& pen, const GlyphInks& inks) {

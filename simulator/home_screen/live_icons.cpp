@@ -1,6 +1,5 @@
 #include "simulator/home_screen/live_icons.h"
 
-#include "desktop/dates/dates.h"
 #include "desktop/imaging/bitmap_image.h"
 #include "desktop/imaging/compositing.h"
 #include "desktop/imaging/graphics_context.h"
@@ -9,11 +8,11 @@
 #include "simulator/artwork/toolkit_artwork.h"
 #include "simulator/toolkit/base_classes.h"
 #include "simulator/toolkit/class_rows.h"
+#include "simulator/toolkit/time_of_day.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <ctime>
 #include <vector>
 
 namespace velmoranth::simulator {
@@ -42,10 +41,6 @@ constexpr platform::Color kWeekdayColor{252.0 / 255, 64.0 / 255, 57.0 / 255, 1};
 // ascent 0.96875 and descent 0.2412 (tables of the font).
 constexpr double kMiddleToBaseline = (0.96875 - 0.2412) / 2;
 
-// Of the platform's own still picture.
-constexpr TimeOfDay kStillTime{10, 9, 31};
-
-constexpr const char* kClockApp = "com.apple.mobiletimer";
 constexpr const char* kFaceSelector =
     "generateProcessedMappedIconImageWithName:imageInfo:includingMask:";
 
@@ -109,7 +104,7 @@ void addClockMethods(const ScreenContext& context) {
         .addToClass(kFaceSelector,
                     [&context](const NullableString& name, const SBIconImageInfo& info,
                                bool includingMask) {
-                        context.stockImages.noteRequest(kClockApp);
+                        context.stockImages.noteRequest(std::string(kClockIdentifier));
                         return processedIconImage(
                             context.runtime.sendToClass<ImageRef, NullableString,
                                                         platform::BundleRef, platform::ObjectRef>(
@@ -170,16 +165,6 @@ ImageRef drawCalendarIcon(const ImageRef& base, double scale, platform::Dates& d
              {.weight = FontWeight::extraLight, .size = kDaySize, .color = platform::kBlackColor},
              kDayBaseline, kWeekdayWidth, unit);
     return images.makeImage(context->createImage(), scale);
-}
-
-TimeOfDay timeOfDay(const std::optional<platform::Date>& date) {
-    const double seconds = date ? date->secondsSinceReferenceDate + desktop::kReferenceDate : NAN;
-    std::tm local{};
-    const auto time = static_cast<std::time_t>(std::isfinite(seconds) ? std::floor(seconds) : 0);
-    if (!std::isfinite(seconds) || localtime_r(&time, &local) == nullptr) {
-        return kStillTime;
-    }
-    return {local.tm_hour, local.tm_min, local.tm_sec};
 }
 
 ClockIconImageView::ClockIconImageView(platform::SBIconRef icon)

@@ -10,7 +10,6 @@
 #include "simulator/screen_context.h"
 
 #include <memory>
-#include <optional>
 #include <string>
 
 namespace velmoranth::simulator {
@@ -34,18 +33,6 @@ inline constexpr const char* kClockBundle = "com.apple.SpringBoardHome";
                                                     const platform::SBIconImageInfo& info,
                                                     bool includingMask,
                                                     const desktop::DesktopImages& images);
-
-struct TimeOfDay {
-    int hour;
-    int minute;
-    int second;
-
-    friend bool operator==(const TimeOfDay&, const TimeOfDay&) = default;
-};
-
-// What the clock shows at that date in the machine's time zone; nothing is what pictures of the
-// platform show, 10:09.
-[[nodiscard]] TimeOfDay timeOfDay(const std::optional<platform::Date>& date);
 
 // SBHClockApplicationIconImageView: the face is its contents, the hands lie over it.
 class ClockIconImageView final : public IconImageView {

@@ -136,7 +136,7 @@ SimulatedProcess::State::State(const ScreenRequest& request, LogLine logLine,
                                std::shared_ptr<desktop::DesktopBitmapImage> wallpaper)
     : device(request.device),
       services(root, descriptionOf(device), std::move(logLine)),
-      stockImages(services.images()),
+      stockImages(services.images(), timeOfDay(device.date)),
       toolkit(device, services.images(), root, mainBundleOf(processOf(request))),
       apps(request.apps),
       context{.device = device,

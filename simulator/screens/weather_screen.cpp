@@ -3,10 +3,10 @@
 #include "desktop/imaging/bitmap_image.h"
 #include "platform/platform.h"
 #include "simulator/artwork/toolkit_artwork.h"
-#include "simulator/home_screen/live_icons.h"
 #include "simulator/screens/screen_builder.h"
 #include "simulator/toolkit/class_rows.h"
 #include "simulator/toolkit/status_bar.h"
+#include "simulator/toolkit/time_of_day.h"
 
 #include <algorithm>
 #include <array>
@@ -44,8 +44,6 @@ constexpr Color kLine{1, 1, 1, 0.3};
 constexpr Color kSkyTop{0.19, 0.45, 0.75, 1};
 constexpr Color kSkyBottom{0.49, 0.71, 0.89, 1};
 constexpr double kSecondsOfDay = 86400;
-// Of the platform's own pictures.
-constexpr int kUsualHour = 9;
 
 struct Hour {
     std::string_view condition;
@@ -201,7 +199,7 @@ class WeatherBuilder : ScreenBuilder {
         if (later == 0) {
             return "Now";
         }
-        const int now = context_.device.date ? timeOfDay(context_.device.date).hour : kUsualHour;
+        const int now = timeOfDay(context_.device.date).hour;
         const int hour = (now + static_cast<int>(later)) % 24;
         if (!context_.device.locale.starts_with("en_US")) {
             return (hour < 10 ? "0" : "") + std::to_string(hour);

@@ -1,8 +1,8 @@
 #include "simulator/toolkit/status_bar.h"
 
 #include "simulator/home_screen/home_screen_layout.h"
-#include "simulator/home_screen/live_icons.h"
 #include "simulator/toolkit/named_views.h"
+#include "simulator/toolkit/time_of_day.h"
 #include "simulator/toolkit/view_kit.h"
 
 #include <array>
@@ -16,9 +16,6 @@ namespace {
 using platform::Color;
 
 std::string clockText(const DeviceConfiguration& device) {
-    if (!device.date) {
-        return "9:41";  // as the platform's own pictures
-    }
     const TimeOfDay time = timeOfDay(device.date);
     std::array<char, 32> text{};
     std::snprintf(text.data(), text.size(), "%d:%02d", time.hour, time.minute);

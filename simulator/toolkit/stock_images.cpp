@@ -22,8 +22,13 @@ platform::BitmapImageRef bitmapOf(FurniturePicture picture) {
 
 platform::ImageRef StockImages::icon(const std::string& bundleIdentifier, double side, double scale,
                                      IconMasking masking) {
-    return kept(bundleIdentifier, bundleIdentifier, stockIconLook(bundleIdentifier), side, scale,
-                masking, [&](int pixels) { return drawStockIcon(bundleIdentifier, pixels); });
+    return kept(
+        bundleIdentifier, bundleIdentifier, stockIconLook(bundleIdentifier), side, scale, masking,
+        [&](int pixels) {
+            return bundleIdentifier == kClockIdentifier
+                       ? drawClockFace(pixels, 1, time_.hour, time_.minute, time_.second).bgra
+                       : drawStockIcon(bundleIdentifier, pixels);
+        });
 }
 
 platform::ImageRef StockImages::calendarBase(double side, double scale) {

@@ -6,6 +6,7 @@
 #include "desktop/imaging/images.h"
 #include "platform/uikit.h"
 #include "simulator/artwork/artwork.h"
+#include "simulator/toolkit/time_of_day.h"
 
 #include <cstdint>
 #include <functional>
@@ -22,16 +23,18 @@ enum class IconMasking {
     unmasked,  // square, as the app brings it
 };
 
-// The app whose icon shows the day.
+// The apps whose icons show the day and the time.
 inline constexpr std::string_view kCalendarIdentifier = "com.apple.mobilecal";
+inline constexpr std::string_view kClockIdentifier = "com.apple.mobiletimer";
 
 // Nil without pixels.
 [[nodiscard]] platform::BitmapImageRef bitmapOf(FurniturePicture picture);
 
 class StockImages {
   public:
-    // `images` must outlive this object.
-    explicit StockImages(const desktop::DesktopImages& images) : images_(images) {}
+    // `images` must outlive this object. Clocks show `time`.
+    StockImages(const desktop::DesktopImages& images, TimeOfDay time)
+        : images_(images), time_(time) {}
 
     // The app's icon, `side` points at `scale` pixels per point. An app that is not there has the
     // generic icon. Nil for a size that is not positive or too large. Safe on any thread.
@@ -69,6 +72,7 @@ class StockImages {
         const std::function<std::vector<std::uint8_t>(int pixels)>& draw);
 
     const desktop::DesktopImages& images_;
+    const TimeOfDay time_;
     mutable std::mutex mutex_;
     std::map<Key, platform::ImageRef> icons_;
     std::map<Key, std::shared_ptr<const platform::Data>> looks_;

@@ -24,7 +24,7 @@ struct BareProcess {
     desktop::Runtime runtime{[this](const std::string& line) { warnings.push_back(line); }};
     desktop::DesktopImageContexts contexts{3, desktop::ImageDescription::ios13};
     desktop::DesktopImages images{{.root = nullptr, .screenScale = 3}, contexts};
-    StockImages stock{images};
+    StockImages stock{images, timeOfDay(device.date)};
     ToolkitImages toolkit;
     desktop::DesktopViews views;
     desktop::DesktopApplication application;

@@ -310,10 +310,30 @@ TEST(LiveIcons, FaceAndHandsTogetherAreTheWholeClock) {
     EXPECT_TRUE(drawClockHands(-1, 3, 1, 1, 1).bgra.empty());
 }
 
+// A picture of it: its hands stand where the status bar says.
+TEST(LiveIcons, ClockThatIsAnIconLikeOthersShowsTheTimeOfTheDevice) {
+    for (const double later : {0.0, 61.0, 3600.0}) {
+        const platform::Date date{kMonday + later};
+        const TimeOfDay time = timeOfDay(date);
+        const FurniturePicture clock =
+            drawClockFace(60, kScale, time.hour, time.minute, time.second);
+        for (const SystemVersion& system : {kSystem12, kSystem13}) {
+            Home home(system, "en_US", date);
+            EXPECT_EQ(pixelsOf(home.stock.icon("com.apple.mobiletimer", 60, kScale,
+                                               IconMasking::unmasked)),
+                      clock.bgra)
+                << later;
+        }
+        Home on12(kSystem12, "en_US", date);
+        const ImageRef shown = on12.runtime.send<ImageRef>(*on12.clockView, "contentsImage");
+        EXPECT_EQ(shown, on12.stock.icon("com.apple.mobiletimer", 60, kScale, IconMasking::masked));
+    }
+}
+
 TEST(LiveIcons, ClockWithoutADateStandsStill) {
-    EXPECT_EQ(timeOfDay(std::nullopt), (TimeOfDay{10, 9, 31}));
+    EXPECT_EQ(timeOfDay(std::nullopt), (TimeOfDay{9, 41, 0}));
     EXPECT_EQ(timeOfDay(platform::Date{std::numeric_limits<double>::quiet_NaN()}),
-              (TimeOfDay{10, 9, 31}));
+              (TimeOfDay{9, 41, 0}));
     const TimeOfDay time = timeOfDay(platform::Date{kMonday + 61});
     EXPECT_EQ(time.minute % 15, 1);  // of every time zone
     EXPECT_EQ(time.second, 1);

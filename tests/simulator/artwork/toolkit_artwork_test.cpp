@@ -321,8 +321,8 @@ TEST(CalendarBase, IsAnEmptyBrightTile) {
 
 TEST(ClockFace, BackgroundIsTheClockWithoutHands) {
     EXPECT_EQ(drawClockBackground(60, 2).bgra, drawClockFace(120));
-    EXPECT_NE(drawClockBackground(60, 2), drawClockFace(60, 2, 10, 9, 31));
-    EXPECT_EQ(drawClockFace(60, 2, 10, 9, 31).bgra, drawStockIcon("com.apple.mobiletimer", 120));
+    EXPECT_NE(drawClockBackground(60, 2), drawClockFace(60, 2, 9, 41, 0));
+    EXPECT_EQ(drawClockFace(60, 2, 9, 41, 0).bgra, drawStockIcon("com.apple.mobiletimer", 120));
 }
 
 TEST(ClockFace, HandsPointAtTheTime) {
