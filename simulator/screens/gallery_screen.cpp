@@ -170,10 +170,16 @@ void GalleryScreen::addCell(const GalleryCell& cell) {
     const ImageRef answered = cell.item->after();
     const bool isReplaced = !samePixels(own, answered);
     const platform::Color& plate = colorOf(cell.item->plate);
+    // Both at one scale, so that one of another size is seen to be that.
+    double share = 1;
+    for (const ImageRef& image : {own, answered}) {
+        share = image == nullptr ? share
+                                 : std::min(share, shareInSlot(image->size(), cell.before.size));
+    }
     const auto show = [&](const ImageRef& image, const Rect& slot) {
         window().addSubview(makeBox(slot, plate, 4));
-        window().addSubview(
-            makeImage(context().toolkit.tinted(image, colors.text), slot, context().scale()));
+        window().addSubview(makeImage(context().toolkit.tinted(image, colors.text), slot,
+                                      context().scale(), share));
     };
     show(own, cell.before);
     show(answered, cell.after);

@@ -61,21 +61,24 @@ ViewRef makeText(std::string_view text, const desktop::TextStyle& style, const R
     return label;
 }
 
-Rect placeInSlot(platform::Size image, const Rect& slot, double scale) {
-    const double share =
-        std::min({1.0, slot.size.width / image.width, slot.size.height / image.height});
+double shareInSlot(platform::Size image, platform::Size slot) {
+    return std::min({1.0, slot.width / image.width, slot.height / image.height});
+}
+
+Rect placeInSlot(platform::Size image, const Rect& slot, double scale, double share) {
+    share = std::min(share, shareInSlot(image, slot.size));
     const platform::Size size{image.width * share, image.height * share};
     return {{snapToPixels(slot.origin.x + (slot.size.width - size.width) / 2, scale),
              snapToPixels(slot.origin.y + (slot.size.height - size.height) / 2, scale)},
             size};
 }
 
-ViewRef makeImage(const platform::ImageRef& image, const Rect& slot, double scale) {
+ViewRef makeImage(const platform::ImageRef& image, const Rect& slot, double scale, double share) {
     if (image == nullptr) {
         return nullptr;
     }
     auto view =
-        std::make_shared<desktop::DesktopImageView>(placeInSlot(image->size(), slot, scale));
+        std::make_shared<desktop::DesktopImageView>(placeInSlot(image->size(), slot, scale, share));
     view->setImage(image);
     return view;
 }

@@ -41,14 +41,18 @@ struct AppColors {
 [[nodiscard]] platform::ViewRef makeText(std::string_view text, const desktop::TextStyle& style,
                                          const platform::Rect& frame);
 
+// The share of its own size, at most 1, at which an image fits into the slot.
+[[nodiscard]] double shareInSlot(platform::Size image, platform::Size slot);
+
 // Where an image view goes: at its own size in the middle of the slot, on whole pixels; smaller,
-// with its proportions, when it does not fit.
+// with its proportions, when it does not fit, or `share` says so.
 [[nodiscard]] platform::Rect placeInSlot(platform::Size image, const platform::Rect& slot,
-                                         double scale);
+                                         double scale, double share = 1);
 
 // An image view in the slot; nil for nil, which addSubview passes over.
 [[nodiscard]] platform::ViewRef makeImage(const platform::ImageRef& image,
-                                          const platform::Rect& slot, double scale);
+                                          const platform::Rect& slot, double scale,
+                                          double share = 1);
 
 // Points at the screen's bottom that belong to no control: on a screen without a home button.
 [[nodiscard]] double bottomInset(const DeviceConfiguration& device);

@@ -6,6 +6,7 @@
 #include "screen_test.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <memory>
 #include <numeric>
@@ -70,6 +71,40 @@ class Gallery {
             return pixel;
         };
         return {middle(cell->before), middle(cell->after)};
+    }
+
+    // How wide the item's own picture is on the screen, pixels: the columns of its slot that are
+    // not all of the plate's colour.
+    [[nodiscard]] std::size_t widthOfOwn(std::string_view group, std::string_view name) {
+        const std::optional<GalleryCell> cell = find(group, name);
+        EXPECT_TRUE(cell) << name;
+        if (!cell) {
+            return 0;
+        }
+        screen().layoutViews();
+        const auto picture = screen().draw();
+        const auto pixels = [&](double points) {
+            return static_cast<std::size_t>(std::lround(points * scale_));
+        };
+        const platform::Rect& slot = cell->before;
+        const auto at = [&](std::size_t x, std::size_t y) {
+            Pixel pixel{};
+            std::copy_n(picture->pixels().row(y) + x * 4, 4, pixel.begin());
+            return pixel;
+        };
+        const std::size_t top = pixels(slot.origin.y + 1);
+        const std::size_t middle = pixels(slot.origin.x + slot.size.width / 2);
+        std::size_t columns = 0;
+        for (std::size_t x = pixels(slot.origin.x + 1);
+             x < pixels(slot.origin.x + slot.size.width - 1); ++x) {
+            bool isInk = false;
+            for (std::size_t y = pixels(slot.origin.y + 4);
+                 y < pixels(slot.origin.y + slot.size.height - 4); ++y) {
+                isInk = isInk || at(x, y) != at(middle, top);
+            }
+            columns += isInk ? 1 : 0;
+        }
+        return columns;
     }
 
     // What the middle row of the item's answer has a quarter and three quarters along.
@@ -180,6 +215,17 @@ TEST_P(GalleryOn, ThemedImagesLieBesideThePlatformsOwn) {
     const std::optional<GalleryCell> stock = gallery.find("Home Screen Icons", "Notes");
     ASSERT_TRUE(stock);
     EXPECT_TRUE(samePixels(stock->item->before(), stock->item->after()));
+}
+
+// A picture that is too large is seen to be that.
+TEST_P(GalleryOn, APairIsShownAtOneScale) {
+    ScreenRequest without = request();
+    without.loadEngine = false;
+    const auto whole = static_cast<double>(Gallery(without).widthOfOwn("Glyphs", "gear"));
+    device.png("UIImages/gear.png", 114, 114, kMagenta);  // three times as wide as its slot
+    const auto shrunk = static_cast<double>(Gallery(request()).widthOfOwn("Glyphs", "gear"));
+    EXPECT_GT(whole, 30);
+    EXPECT_NEAR(shrunk, whole / 3, 3);
 }
 
 TEST_P(GalleryOn, SettingsIconsAndTheClockAreMaskedAndOverlaid) {
