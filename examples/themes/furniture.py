@@ -52,18 +52,24 @@ def folder(pixels):
 
 
 def badge():
+    """A glazed button.
+
+    The home screen draws it wider for two digits, so it has corners that are round on either and
+    no rim, which would grow thicker at its sides alone; light and shade lie along its top and its foot."""
     surface, c = canvas(72)
-    c.arc(50, 50, 48, 0, 2 * math.pi)
+    radius = 36
+    for x, y, turn in ((98 - radius, 2 + radius, -0.5), (98 - radius, 98 - radius, 0),
+                       (2 + radius, 98 - radius, 0.5), (2 + radius, 2 + radius, 1)):
+        c.arc(x, y, radius, turn * math.pi, (turn + 0.5) * math.pi)
+    c.close_path()
     c.clip()
     glaze_run = cairo.LinearGradient(0, 0, 0, 100)
     glaze_run.add_color_stop_rgb(0, *mixed(0xB5482F, 0xFFFFFF, 0.12))
     glaze_run.add_color_stop_rgb(1, *mixed(0xB5482F, 0x1E1410, 0.18))
     c.set_source(glaze_run)
     c.paint()
-    c.arc(50, 50, 46.5, 0, 2 * math.pi)
-    c.set_source_rgba(*rgb(SLIP), 0.85)
-    c.set_line_width(4.5)
-    c.stroke()
+    c.set_source(fall(0, 100, (0, SLIP, 0.55), (0.14, SLIP, 0), (0.82, 0x1E1410, 0), (1, 0x1E1410, 0.35)))
+    c.paint()
     return surface
 
 

@@ -125,9 +125,11 @@ void folderBackground(Pen& pen, const Palette& palette) {
         .fillGradient(faded(palette.deep, 0.82), faded(palette.deep, 0.92), 0, 203);
 }
 
+// It is drawn wider for two digits, so it has no rim that would grow thicker at its sides alone,
+// and corners that are round on either.
 void badge(Pen& pen, const Palette& palette) {
-    pen.circle(12, 12, 12).fill(palette.paper);
-    pen.circle(12, 12, 10.5).fill(palette.accent);
+    pen.roundRect(0.5, 0.5, 23, 23, 8.5)
+        .fillGradient({mixed(palette.accent.rgb, 0xFFFFFF, 0.16)}, palette.accent, 0.5, 23.5);
 }
 
 void currentDot(Pen& pen, const Palette& palette) {
