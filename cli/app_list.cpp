@@ -4,6 +4,8 @@
 #include "cli/messages.h"
 #include "cli/text_lines.h"
 #include "desktop/files/descriptor.h"
+#include "simulator/home_screen/live_icons.h"
+#include "simulator/toolkit/stock_images.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -107,6 +109,21 @@ bool addIcons(const desktop::DeviceRoot& root, const std::string& theme,
     return true;
 }
 
+// Whether the theme has a face for the clock, in one of the two bundles that are asked for it.
+bool hasClockFace(const desktop::DeviceRoot& root, const std::string& theme) {
+    for (const std::string_view bundle :
+         {std::string_view(simulator::kClockBundle), simulator::kHomeScreenBundle}) {
+        for (const std::string_view ending : {"@3x.png", ".png", ""}) {
+            const std::string path = fmt::format("/Library/Themes/{}/Bundles/{}/{}{}", theme,
+                                                 bundle, simulator::kClockFace, ending);
+            if (desktop::Descriptor(root.openFile(path, O_PATH)).isOpen()) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
 }  // namespace
 
 Result<std::vector<NamedApp>> readAppList(const std::string& path) {
@@ -146,14 +163,24 @@ Result<std::vector<NamedApp>> readAppList(const std::string& path) {
     return apps;
 }
 
-Result<std::vector<NamedApp>> themedApps(const desktop::DeviceRoot& root) {
+Result<std::vector<NamedApp>> themedApps(const desktop::DeviceRoot& root,
+                                         const simulator::SystemVersion& system) {
     std::set<std::string> identifiers;
-    for (const std::string& theme : activeThemes(root)) {
+    const std::vector<std::string> themes = activeThemes(root);
+    for (const std::string& theme : themes) {
         if (!addIcons(root, theme, identifiers)) {
             return tl::unexpected(
                 Problem{fmt::format("the theme brings it to more than {} icons; give a smaller one",
                                     kMostApps),
                         theme});
+        }
+    }
+    if (system.major >= 13) {
+        const std::string clock(simulator::kClockIdentifier);
+        identifiers.erase(clock);
+        if (std::ranges::any_of(themes,
+                                [&](const auto& theme) { return hasClockFace(root, theme); })) {
+            identifiers.insert(clock);
         }
     }
     if (identifiers.empty()) {

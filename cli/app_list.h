@@ -4,6 +4,7 @@
 
 #include "desktop/files/device_root.h"
 #include "desktop/result/result.h"
+#include "simulator/device.h"
 #include "simulator/home_screen/installed_apps.h"
 
 #include <string>
@@ -22,8 +23,9 @@ inline constexpr std::size_t kMostApps = 10000;
 
 // Every app that an active theme of the device has a file IconBundles/IDENTIFIER-large.png for:
 // those of a fresh device in its order, then the others by identifier. What can be no identifier
-// does not count. A problem when there is none, or too many.
+// does not count; nor does the clock's file where the system draws that app's icon itself, and the
+// theme's face counts. A problem when there is none, or too many.
 [[nodiscard]] desktop::Result<std::vector<simulator::NamedApp>> themedApps(
-    const desktop::DeviceRoot& root);
+    const desktop::DeviceRoot& root, const simulator::SystemVersion& system);
 
 }  // namespace velmoranth::cli

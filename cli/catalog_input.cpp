@@ -115,6 +115,15 @@ Result<CatalogInput> findCatalog(const std::string& input, FileLayout layout) {
     if (::stat(input.c_str(), &status) != 0) {
         return tl::unexpected(desktop::problemOfErrno(errno, input));
     }
+    if (!S_ISDIR(status.st_mode) && !S_ISREG(status.st_mode)) {
+        const std::string what = S_ISFIFO(status.st_mode)   ? "a pipe"
+                                 : S_ISSOCK(status.st_mode) ? "a socket"
+                                                            : "a device";
+        return tl::unexpected(Problem{"this is " + what +
+                                          ", and no file; give a .car file or the folder of a "
+                                          "bundle, or - for standard input",
+                                      input});
+    }
     const fs::path path = named(input);
     const bool isFolder = S_ISDIR(status.st_mode);
     CatalogInput found{input, foldersFor(path, isFolder, layout), {}, {}};

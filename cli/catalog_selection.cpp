@@ -1,8 +1,8 @@
 #include "cli/catalog_selection.h"
 
 #include "cli/arguments.h"
+#include "cli/choice.h"
 #include "cli/name_pattern.h"
-#include "cli/nearest.h"
 #include "cli/numbers.h"
 #include "cli/rendition_attributes.h"
 #include "desktop/catalog/pictures.h"
@@ -65,11 +65,7 @@ desktop::Result<std::uint16_t> idiomNumber(std::string_view name) {
     if (const auto number = parseInteger(name, 0, std::numeric_limits<std::uint16_t>::max())) {
         return static_cast<std::uint16_t>(*number);
     }
-    std::string all;
-    for (const std::string& one : names) {
-        all += (all.empty() ? "" : ", ") + one;
-    }
-    return misuse("--idiom takes " + all + " or a number, not " + inQuotes(name));
+    return misuse(notAmong("--idiom", names, name, "a number"));
 }
 
 }  // namespace velmoranth::cli

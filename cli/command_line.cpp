@@ -1,5 +1,6 @@
 #include "cli/command_line.h"
 
+#include "cli/choice.h"
 #include "cli/commands.h"
 #include "cli/help.h"
 #include "cli/nearest.h"
@@ -53,12 +54,15 @@ ExitCode unknownCommand(const std::vector<std::string>& words) {
             "there is no option " + inQuotes(first) +
                 suggestion(first, kCommandLineOptions, "; velmoranth --help lists what there is"));
     }
-    const bool isGroup = !group(first).empty();
-    const std::string given =
-        isGroup && words.size() > 1 ? first + " " + words[1] : std::string(first);
+    const std::vector<const Command*> members = group(first);
+    const bool isGroup = !members.empty();
+    if (isGroup && (words.size() == 1 || words[1].starts_with('-'))) {
+        print(groupHelp(first, members));
+        return fail(ExitCode::wrongUsage, "velmoranth " + first + " needs one of these commands");
+    }
+    const std::string given = isGroup ? first + " " + words[1] : first;
     const std::string otherwise =
-        isGroup ? "; did you mean " + std::string(group(first).front()->name) + "?"
-                : "; velmoranth --help lists what there is";
+        "; velmoranth " + (isGroup ? first + " " : std::string()) + "--help lists what there is";
     return fail(
         ExitCode::wrongUsage,
         "there is no command " + inQuotes(given) +
@@ -81,14 +85,15 @@ ExitCode help(std::span<const std::string> named) {
     return ExitCode::done;
 }
 
+constexpr std::array<std::pair<std::string_view, Colors>, 3> kColorWords{
+    {{"auto", Colors::automatic}, {"always", Colors::always}, {"never", Colors::never}}};
+
 // What --color says; nothing for a word that it does not take.
 std::optional<Colors> colorsOf(const Arguments& arguments) {
-    static constexpr std::array<std::pair<std::string_view, Colors>, 3> kWords{
-        {{"auto", Colors::automatic}, {"always", Colors::always}, {"never", Colors::never}}};
     const std::string given = arguments.value(kColorOption.name).value_or("auto");
     const auto* const word =
-        std::ranges::find(kWords, given, &std::pair<std::string_view, Colors>::first);
-    return word == kWords.end() ? std::nullopt : std::optional(word->second);
+        std::ranges::find(kColorWords, given, &std::pair<std::string_view, Colors>::first);
+    return word == kColorWords.end() ? std::nullopt : std::optional(word->second);
 }
 
 ExitCode run(const std::vector<std::string>& words) {
@@ -123,8 +128,11 @@ ExitCode run(const std::vector<std::string>& words) {
     }
     const auto colors = colorsOf(*arguments);
     if (!colors) {
-        return fail(ExitCode::wrongUsage, "--color takes auto, always or never, not " +
-                                              inQuotes(*arguments->value(kColorOption.name)));
+        return fail(ExitCode::wrongUsage,
+                    notAmong(kColorOption.name,
+                             std::views::transform(kColorWords,
+                                                   &std::pair<std::string_view, Colors>::first),
+                             *arguments->value(kColorOption.name)));
     }
     setColors(*colors);
     return chosen.command->run(*arguments);
@@ -133,18 +141,31 @@ ExitCode run(const std::vector<std::string>& words) {
 }  // namespace
 
 std::span<const Command> commands() {
-    static const std::array kCommands{previewCommand(),        explainCommand(),
-                                      namesCommand(),          newCommand(),
-                                      lintCommand(),           convertCommand(),
-                                      packCommand(),           extractCommand(),
-                                      deviceInitCommand(),     deviceInstallCommand(),
-                                      deviceRespringCommand(), hooksCommand(),
-                                      notifyCommand(),         soundCommand(),
-                                      settingsListCommand(),   settingsGetCommand(),
-                                      settingsSetCommand(),    settingsUnsetCommand(),
-                                      settingsSaveCommand(),   settingsRenameCommand(),
-                                      settingsDeleteCommand(), settingsRestoreCommand(),
-                                      completionCommand(),     manCommand()};
+    static const std::array kCommands{previewCommand(),
+                                      explainCommand(),
+                                      namesCommand(),
+                                      newCommand(),
+                                      lintCommand(),
+                                      convertCommand(),
+                                      packCommand(),
+                                      extractCommand(),
+                                      deviceInitCommand(),
+                                      deviceInstallCommand(),
+                                      deviceUninstallCommand(),
+                                      deviceRespringCommand(),
+                                      hooksCommand(),
+                                      notifyCommand(),
+                                      soundCommand(),
+                                      settingsListCommand(),
+                                      settingsGetCommand(),
+                                      settingsSetCommand(),
+                                      settingsUnsetCommand(),
+                                      settingsSaveCommand(),
+                                      settingsRenameCommand(),
+                                      settingsDeleteCommand(),
+                                      settingsRestoreCommand(),
+                                      completionCommand(),
+                                      manCommand()};
     return kCommands;
 }
 

@@ -15,6 +15,7 @@ namespace velmoranth::cli {
 [[nodiscard]] Command extractCommand();
 [[nodiscard]] Command deviceInitCommand();
 [[nodiscard]] Command deviceInstallCommand();
+[[nodiscard]] Command deviceUninstallCommand();
 [[nodiscard]] Command deviceRespringCommand();
 [[nodiscard]] Command hooksCommand();
 [[nodiscard]] Command notifyCommand();

@@ -33,15 +33,16 @@ void copy(const simulator::Picture& source, const Placed& place, simulator::Pict
 
 }  // namespace
 
-Arranged inRows(std::span<const std::vector<Captioned>> rows) {
+Arranged inRows(std::span<const std::vector<Captioned>> rows, double margin) {
     const double scale = rows.front().front().picture.scale;
     const std::size_t gap = pixels(kComparisonGap, scale);
     const std::size_t caption = pixels(kCaptionHeight, scale);
+    const std::size_t around = pixels(margin, scale);
     Arranged arranged;
     simulator::Picture& sheet = arranged.picture;
     sheet.scale = scale;
     for (const std::vector<Captioned>& row : rows) {
-        Placed place{.x = 0, .y = sheet.height + caption};
+        Placed place{.x = around, .y = sheet.height + around + caption};
         for (const Captioned& captioned : row) {
             place.width = captioned.picture.width;
             place.height = captioned.picture.height;
@@ -51,6 +52,8 @@ Arranged inRows(std::span<const std::vector<Captioned>> rows) {
             place.x += place.width + gap;
         }
     }
+    sheet.width += around;
+    sheet.height += around;
     sheet.pixels.resize(sheet.width * sheet.height * 4);
     for (std::size_t i = 0; i < sheet.pixels.size(); ++i) {
         sheet.pixels[i] = kGround[i % 4];
@@ -77,13 +80,13 @@ simulator::Picture sideBySide(const Captioned& left, const Captioned& right) {
     return inRows(rows).picture;
 }
 
-simulator::Picture shrunkToHeight(const simulator::Picture& picture, std::size_t height) {
+simulator::Picture shrunkToWidth(const simulator::Picture& picture, std::size_t width) {
     simulator::Picture result;
-    result.height = height;
-    result.width = std::max<std::size_t>(
+    result.width = width;
+    result.height = std::max<std::size_t>(
         1, static_cast<std::size_t>(
-               std::lround(static_cast<double>(picture.width) * static_cast<double>(height) /
-                           static_cast<double>(picture.height))));
+               std::lround(static_cast<double>(picture.height) * static_cast<double>(width) /
+                           static_cast<double>(picture.width))));
     const auto axis = [](std::size_t from, std::size_t to) {
         return desktop::Axis{.start = 0,
                              .end = static_cast<double>(to),

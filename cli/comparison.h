@@ -34,16 +34,17 @@ struct Arranged {
     std::vector<Placed> places;  // row by row
 };
 
-// Rows below each other, each from the left with gaps between its pictures, a caption above each.
-// At the scale of the first picture; there must be one.
-[[nodiscard]] Arranged inRows(std::span<const std::vector<Captioned>> rows);
+// Rows below each other, each from the left with gaps between its pictures, a caption above each;
+// with `margin` points around it all and below each row but the last. At the scale of the first
+// picture; there must be one.
+[[nodiscard]] Arranged inRows(std::span<const std::vector<Captioned>> rows, double margin = 0);
 
 // One row of both.
 [[nodiscard]] simulator::Picture sideBySide(const Captioned& left, const Captioned& right);
 
-// A picture made that many pixels high, its width in proportion and at least one pixel; one pixel a
-// point.
-[[nodiscard]] simulator::Picture shrunkToHeight(const simulator::Picture& picture,
-                                                std::size_t height);
+// A picture made that many pixels wide, its height in proportion and at least one pixel; one pixel
+// a point.
+[[nodiscard]] simulator::Picture shrunkToWidth(const simulator::Picture& picture,
+                                               std::size_t width);
 
 }  // namespace velmoranth::cli

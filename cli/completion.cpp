@@ -1,6 +1,7 @@
 // velmoranth completion, velmoranth man
 #include "cli/completion.h"
 
+#include "cli/choice.h"
 #include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/manual.h"
@@ -207,8 +208,7 @@ ExitCode runCompletion(const Arguments& arguments) {
     const auto shell = std::ranges::find(kShells, name, &Shell::name);
     if (shell == kShells.end()) {
         return fail(ExitCode::wrongUsage,
-                    "SHELL is one of bash, zsh and fish, not " + inQuotes(name) +
-                        suggestion(name, std::views::transform(kShells, &Shell::name)));
+                    notAmong("completion", std::views::transform(kShells, &Shell::name), name));
     }
     print(shell->script(commands()));
     return ExitCode::done;

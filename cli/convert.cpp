@@ -6,6 +6,7 @@
 #include "cli/device_layout.h"
 #include "cli/late_progress.h"
 #include "cli/messages.h"
+#include "cli/near_path.h"
 #include "desktop/files/cleanup.h"
 
 #include <algorithm>
@@ -70,7 +71,7 @@ ExitCode runConvert(const Arguments& arguments) {
     progress.clear();
     writing.reset();
     if (!themes) {
-        return fail(ExitCode::badInput, themes.error());
+        return fail(ExitCode::badInput, withNearPath(themes.error(), conversion->inputs));
     }
     print(arguments.has("--json") ? jsonOf(*themes, *conversion) : textOf(*themes, *conversion));
     return ExitCode::done;

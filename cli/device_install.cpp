@@ -3,7 +3,10 @@
 #include "cli/device_check.h"
 #include "cli/linked_themes.h"
 #include "cli/messages.h"
+#include "cli/near_path.h"
+#include "cli/preferences.h"
 #include "cli/settings_device.h"
+#include "cli/theme_folders.h"
 #include "desktop/files/cleanup.h"
 #include "desktop/files/create_device_root.h"
 
@@ -11,12 +14,16 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
+#include <iterator>
+#include <string>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 namespace velmoranth::cli {
 
@@ -33,11 +40,15 @@ tl::unexpected<Problem> aboutTheme(const std::string& path, std::string message)
     return tl::unexpected(Problem{std::move(message), path});
 }
 
+// Beside its place, so that a theme is there whole or not at all.
+std::string placeBeside(const makers::FoundTheme& theme) {
+    return std::string(kInstalledThemes) + "/." + theme.name + ".new";
+}
+
 Result<void> makeLink(const DeviceRoot& root, const makers::FoundTheme& theme) {
     std::error_code error;
     const std::string target = fs::canonical(theme.folder, error);
-    const desktop::FolderEntry place =
-        root.openParentToChange(std::string(kInstalledThemes) + "/" + theme.name);
+    const desktop::FolderEntry place = root.openParentToChange(placeBeside(theme));
     if (error || !place.folder.isOpen() ||
         ::symlinkat(target.c_str(), place.folder.get(), place.name.c_str()) != 0) {
         return tl::unexpected(desktop::problemOfErrno(error ? error.value() : errno, theme.folder));
@@ -45,20 +56,35 @@ Result<void> makeLink(const DeviceRoot& root, const makers::FoundTheme& theme) {
     return {};
 }
 
-// Whole or not at all: beside its place first.
 Result<void> copy(const DeviceRoot& root, const makers::FoundTheme& theme) {
-    const std::string beside = std::string(kInstalledThemes) + "/." + theme.name + ".new";
-    const desktop::RemovedAtEnd partial(onThisMachine(root, beside));
-    if (auto copied = desktop::importFolder(root, theme.folder, beside); !copied) {
+    auto copied = desktop::importFolder(root, theme.folder, placeBeside(theme));
+    if (!copied) {
         return aboutTheme(theme.folder, "the theme cannot be copied: " + copied.error().message);
     }
-    const desktop::FolderEntry from = root.openParentToChange(beside);
+    return {};
+}
+
+// The copy or the link comes to its place; what was there is gone then.
+Result<void> place(const DeviceRoot& root, const makers::FoundTheme& theme, bool isLinked,
+                   bool replaces) {
+    const desktop::RemovedAtEnd partial(onThisMachine(root, placeBeside(theme)));
+    if (auto made = isLinked ? makeLink(root, theme) : copy(root, theme); !made) {
+        return made;
+    }
+    const desktop::FolderEntry from = root.openParentToChange(placeBeside(theme));
     if (!from.folder.isOpen() ||
         ::renameat2(from.folder.get(), from.name.c_str(), from.folder.get(), theme.name.c_str(),
-                    RENAME_NOREPLACE) != 0) {
+                    replaces ? RENAME_EXCHANGE : RENAME_NOREPLACE) != 0) {
         return tl::unexpected(desktop::problemOfErrno(errno, theme.folder));
     }
     return {};
+}
+
+// Whether the folder is the device's own theme of that name.
+bool isInPlace(const DeviceRoot& root, const makers::FoundTheme& theme) {
+    std::error_code error;
+    const fs::path installed = onThisMachine(root, kInstalledThemes);
+    return fs::canonical(theme.folder, error) == fs::canonical(installed, error) / theme.name;
 }
 
 // The folder, or each theme of the package or archive.
@@ -69,6 +95,9 @@ Result<makers::ThemeInput> themesOf(const std::string& path, bool isLinked) {
                                      "this is copied")
                         : makers::openInput(path, makers::Purpose::show);
     }
+    if (const std::string why = whyNoTheme(path); !why.empty()) {
+        return aboutTheme(path, why);
+    }
     auto theme = makers::themeAsGiven(path);
     if (!theme) {
         return tl::unexpected(std::move(theme.error()));
@@ -78,28 +107,84 @@ Result<makers::ThemeInput> themesOf(const std::string& path, bool isLinked) {
     return input;
 }
 
-Result<void> install(const DeviceRoot& root, const std::string& path, bool isLinked) {
-    const auto input = themesOf(path, isLinked);
+struct InstallOptions {
+    bool isLinked = false;
+    bool replaces = false;
+};
+
+Result<void> checkPlace(const DeviceRoot& root, const makers::FoundTheme& theme,
+                        const std::string& path, bool replaces) {
+    if (theme.name.empty() || !isPlainText(theme.name)) {
+        return aboutTheme(path,
+                          "the folder's name can be no theme's: it has none, or not plain text");
+    }
+    if (isInPlace(root, theme)) {
+        return aboutTheme(path, "this is the device's own theme already");
+    }
+    if (!replaces &&
+        kindAt(root, std::string(kInstalledThemes) + "/" + theme.name) != ItemKind::none) {
+        return aboutTheme(path, "the device has a theme " + inQuotes(theme.name) +
+                                    " already; --force replaces it, velmoranth device uninstall " +
+                                    forShell(theme.name) + " --root " +
+                                    forShell(root.hostFolder()) + " removes it");
+    }
+    return {};
+}
+
+// Adds the names of what is installed.
+Result<void> install(const DeviceRoot& root, const std::string& path, const InstallOptions& options,
+                     std::vector<std::string>& names) {
+    const auto input = themesOf(path, options.isLinked);
     if (!input) {
         return tl::unexpected(input.error());
     }
     for (const makers::FoundTheme& theme : input->themes) {
-        if (theme.name.empty() || !isPlainText(theme.name)) {
-            return aboutTheme(path,
-                              "the folder's name can be no theme's: it has none, or not "
-                              "plain text");
+        if (auto checked = checkPlace(root, theme, path, options.replaces); !checked) {
+            return checked;
         }
-        if (kindAt(root, std::string(kInstalledThemes) + "/" + theme.name) != ItemKind::none) {
-            return aboutTheme(path, "the device has a theme " + inQuotes(theme.name) +
-                                        " already; remove that first");
-        }
-        if (auto done = isLinked ? makeLink(root, theme) : copy(root, theme); !done) {
+        const bool isThere =
+            kindAt(root, std::string(kInstalledThemes) + "/" + theme.name) != ItemKind::none;
+        if (auto done = place(root, theme, options.isLinked, isThere); !done) {
             return done;
         }
         print(shown(onThisMachine(root, kInstalledThemes)) + ": " + shown(theme.name) +
-              (isLinked ? " is linked" : " is installed") + "\n");
+              (options.isLinked ? " is linked" : " is installed") +
+              (isThere ? " in place of the one that was there\n" : "\n"));
+        names.push_back(theme.name);
+        if (const std::string hidden = hiddenPicturesIn(path, theme); !hidden.empty()) {
+            note(hidden);
+        }
     }
     return {};
+}
+
+// Which of the themes do not show yet, and what makes them, before those that do.
+void noteInactive(const DeviceRoot& root, const std::vector<std::string>& names) {
+    std::vector<std::string> active = activeThemes(root);
+    std::vector<std::string> inactive;
+    std::ranges::copy_if(names, std::back_inserter(inactive), [&](const std::string& name) {
+        return std::ranges::find(active, name) == active.end();
+    });
+    const platform::Dictionary preferences = preferencesOn(root);
+    const bool isOn = platform::boolValue(platform::objectForKey(preferences, "enable"));
+    if (inactive.empty() && (isOn || names.empty())) {
+        return;
+    }
+    active.insert(active.begin(), inactive.begin(), inactive.end());
+    const std::string command =
+        (inactive.empty() ? "" : " " + forShell("ActiveThemes=" + joinedThemes(active))) +
+        (isOn ? "" : " enable=yes");
+    std::string listed;
+    for (const std::string& name : inactive) {
+        listed += (listed.empty() ? "" : ", ") + shown(name);
+    }
+    note((inactive.empty()       ? "theming is off on this device"
+          : inactive.size() == 1 ? listed + " is not active yet"
+                                 : listed + " are not active yet") +
+         "; velmoranth settings set" + command + " --root " + forShell(root.hostFolder()) +
+         (inactive.empty()       ? " has it on"
+          : inactive.size() == 1 ? " has it shown"
+                                 : " has them shown"));
 }
 
 ExitCode runDeviceInstall(const Arguments& arguments) {
@@ -109,21 +194,35 @@ ExitCode runDeviceInstall(const Arguments& arguments) {
                     "velmoranth device install needs --root DIR, the device that gets the theme");
     }
     desktop::cleanUpOnSignals();
-    const auto root = openDevice(*folder);
+    if (auto checked = openDevice(*folder); !checked) {
+        return fail(ExitCode::badInput, checked.error());
+    }
+    // Without the folders that links lead to, since a link is to be replaced and not what is there.
+    const auto root = DeviceRoot::open(*folder);
     if (!root) {
         return fail(ExitCode::badInput, root.error());
     }
+    std::vector<std::string> names;
+    Result<void> done;
     for (const std::string& path : arguments.positionals()) {
-        if (auto done = install(**root, path, arguments.has("--link")); !done) {
-            return fail(ExitCode::badInput, done.error());
+        done = install(**root, path,
+                       {.isLinked = arguments.has("--link"), .replaces = arguments.has("--force")},
+                       names);
+        if (!done) {
+            break;
         }
+    }
+    noteInactive(**root, names);
+    if (!done) {
+        return fail(ExitCode::badInput, withNearPath(done.error(), arguments.positionals()));
     }
     return flushResults() ? ExitCode::done : ExitCode::badInput;
 }
 
-constexpr std::array<Option, 2> kInstallOptions{
+constexpr std::array<Option, 3> kInstallOptions{
     {{"--root", "", "DIR", "the device"},
-     {"--link", "", "", "link the theme's folder, which the device then reads where it lies"}}};
+     {"--link", "", "", "link the theme's folder, which the device then reads where it lies"},
+     {"--force", "", "", "replace a theme of that name"}}};
 
 }  // namespace
 
@@ -135,10 +234,11 @@ Command deviceInstallCommand() {
         .description =
             "Each THEME is a folder, a package (.deb) or an archive, as preview takes it. It is "
             "copied, or with --link\nread where it lies, so that what is saved there shows on "
-            "the device. velmoranth settings set ActiveThemes=NAME\nmakes it active.",
+            "the device. Which command makes it active is said\nthen.",
         .options = kInstallOptions,
         .examples = {"velmoranth device install MyTheme.theme --root mydevice --link",
-                     "velmoranth device install OldTheme.deb --root mydevice"},
+                     "velmoranth device install OldTheme.deb --root mydevice",
+                     "velmoranth device install MyTheme.theme --root mydevice --force"},
         .leastPositionals = 1,
         .mostPositionals = 1000,
         .run = runDeviceInstall};

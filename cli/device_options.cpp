@@ -1,12 +1,11 @@
 #include "cli/device_options.h"
 
+#include "cli/choice.h"
 #include "cli/messages.h"
 #include "cli/nearest.h"
 #include "cli/numbers.h"
 #include "cli/preferences.h"
 #include "desktop/dates/dates.h"
-
-#include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
@@ -35,7 +34,8 @@ bool isLocaleName(const std::string& text) {
 Result<int> readSystem(const std::string& text) {
     const auto major = parseInteger(text, 0, 1000);
     if (!major || !simulator::systemVersion(*major)) {
-        return misuse("--ios takes 12 or 13, not " + inQuotes(text));
+        static constexpr std::array<std::string_view, 2> kSystems{"12", "13"};
+        return misuse(notAmong("--ios", kSystems, text));
     }
     return *major;
 }
@@ -47,8 +47,7 @@ Result<simulator::DeviceConfiguration> readDevice(const Arguments& arguments,
     if (!device) {
         const auto names =
             std::views::transform(simulator::deviceModels(), &simulator::DeviceModel::name);
-        return misuse(fmt::format("--device takes one of {}, not {}{}", fmt::join(names, ", "),
-                                  inQuotes(name), suggestion(name, names)));
+        return misuse(notAmong("--device", names, name));
     }
     if (const auto locale = arguments.value("--locale")) {
         if (!isLocaleName(*locale)) {
@@ -67,7 +66,8 @@ Result<simulator::DeviceConfiguration> readDevice(const Arguments& arguments,
     device->date = *date;
     const std::string held = arguments.value("--orientation").value_or("portrait");
     if (held != "portrait" && held != "landscape") {
-        return misuse("--orientation takes portrait or landscape, not " + inQuotes(held));
+        static constexpr std::array<std::string_view, 2> kWays{"portrait", "landscape"};
+        return misuse(notAmong("--orientation", kWays, held));
     }
     if (held == "landscape") {
         if (auto turned = simulator::turnToLandscape(*device); !turned) {

@@ -1,6 +1,7 @@
 // velmoranth extract
 #include "cli/catalog_input.h"
 #include "cli/catalog_listing.h"
+#include "cli/choice.h"
 #include "cli/commands.h"
 #include "cli/extract_options.h"
 #include "cli/extraction.h"
@@ -8,11 +9,16 @@
 #include "cli/extraction_plan.h"
 #include "cli/late_progress.h"
 #include "cli/messages.h"
+#include "cli/near_path.h"
+#include "cli/output_file.h"
+#include "cli/rendition_attributes.h"
 #include "desktop/catalog/catalog.h"
 #include "desktop/files/cleanup.h"
 
+#include "makers/conversion/pictures.h"
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <vector>
@@ -25,7 +31,21 @@ namespace {
 
 using Listing = std::vector<ListedRendition>;
 
-ExitCode nothingToShow(const ExtractOptions& options, const CatalogInput& input) {
+// The appearances that the catalog has something for, as --appearance takes them.
+std::vector<std::string> appearancesOf(const Catalog& catalog) {
+    std::vector<std::string> words;
+    for (const catalog::Rendition& rendition : catalog.renditions()) {
+        std::string word = appearanceWord(catalog, rendition);
+        if (std::ranges::find(words, word) == words.end()) {
+            words.push_back(std::move(word));
+        }
+    }
+    std::ranges::sort(words);
+    return words;
+}
+
+ExitCode nothingToShow(const ExtractOptions& options, const CatalogInput& input,
+                       const Catalog& catalog) {
     const std::string file = shown(input.file);
     const Selection& selection = options.selection;
     if (selection.takesAll()) {
@@ -33,6 +53,13 @@ ExitCode nothingToShow(const ExtractOptions& options, const CatalogInput& input)
                     file + (options.layout == FileLayout::system
                                 ? ": a phone extracts no pictures of this catalog"
                                 : ": there are no pictures in this catalog"));
+    }
+    const std::vector<std::string> appearances = appearancesOf(catalog);
+    for (const std::string& wanted : selection.appearances) {
+        if (std::ranges::find(appearances, wanted) == appearances.end()) {
+            return fail(ExitCode::nothingFound,
+                        file + ": " + notAmong("--appearance", appearances, wanted));
+        }
     }
     Selection others = selection;
     others.names.clear();
@@ -79,8 +106,9 @@ ExitCode list(const ExtractOptions& options, const CatalogInput& input, const Ca
     }
     print(options.isJson ? asJson(options, input, catalog, *listing, {})
                          : listingAsTable(catalog, *listing));
-    return listing->empty() && !options.selection.takesAll() ? nothingToShow(options, input)
-                                                             : ExitCode::done;
+    return listing->empty() && !options.selection.takesAll()
+               ? nothingToShow(options, input, catalog)
+               : ExitCode::done;
 }
 
 void reportLost(const std::vector<LostPicture>& lost) {
@@ -117,7 +145,7 @@ ExitCode extract(const ExtractOptions& options, const CatalogInput& input, const
         return fail(ExitCode::badInput, pictures.error());
     }
     if (pictures->empty()) {
-        return nothingToShow(options, input);
+        return nothingToShow(options, input, catalog);
     }
     // What is not extracted is listed as well.
     auto listing = options.isJson
@@ -150,6 +178,44 @@ ExitCode extract(const ExtractOptions& options, const CatalogInput& input, const
     return extraction.lost.empty() ? ExitCode::done : ExitCode::nothingFound;
 }
 
+// The one picture that is asked for, to standard output.
+ExitCode extractToOutput(const ExtractOptions& options, const CatalogInput& input,
+                         const Catalog& catalog) {
+    const auto pictures = plan(options, catalog);
+    if (!pictures) {
+        return fail(ExitCode::badInput, pictures.error());
+    }
+    if (pictures->empty()) {
+        return nothingToShow(options, input, catalog);
+    }
+    if (pictures->size() > 1) {
+        return fail(ExitCode::wrongUsage,
+                    fmt::format("standard output takes one picture, and {} are asked for; --name, "
+                                "--scale, --idiom and --appearance say which, --list shows them",
+                                pictures->size()));
+    }
+    const auto temporary = desktop::makeTemporaryFolder();
+    auto folder = temporary ? ExtractionFolder::create((*temporary)->path(), "")
+                            : tl::unexpected(temporary.error());
+    if (!folder) {
+        return fail(ExitCode::badInput, folder.error());
+    }
+    const Extraction extraction =
+        extractPictures(catalog, *pictures, **folder, {.layout = FileLayout::flat});
+    reportLost(extraction.lost);
+    if (extraction.stopped) {
+        return fail(ExitCode::badInput, *extraction.stopped);
+    }
+    if (extraction.files.empty()) {
+        return ExitCode::nothingFound;
+    }
+    const auto bytes =
+        makers::readWhole(pathBelow((*folder)->path(), extraction.files.begin()->first));
+    const auto written = bytes ? writeOutputFile(*bytes, options.output, "picture")
+                               : desktop::Result<void>(tl::unexpected(bytes.error()));
+    return written ? ExitCode::done : fail(ExitCode::badInput, written.error());
+}
+
 ExitCode runExtract(const Arguments& arguments) {
     const auto options = readExtractOptions(arguments);
     if (!options) {
@@ -157,7 +223,7 @@ ExitCode runExtract(const Arguments& arguments) {
     }
     const auto input = findCatalog(options->input, options->layout);
     if (!input) {
-        return fail(ExitCode::badInput, input.error());
+        return fail(ExitCode::badInput, withNearPath(input.error(), {&options->input, 1}));
     }
     if (!input->note.empty()) {
         note(input->note);
@@ -170,7 +236,8 @@ ExitCode runExtract(const Arguments& arguments) {
         warn(shown(input->file) + ": " + warning);
     }
     desktop::cleanUpOnSignals();
-    return options->lists ? list(*options, *input, *catalog) : extract(*options, *input, *catalog);
+    const auto answer = options->lists ? list : options->output == "-" ? extractToOutput : extract;
+    return answer(*options, *input, *catalog);
 }
 
 std::string fileHelp() {
@@ -209,24 +276,27 @@ std::string fileHelp() {
 }  // namespace
 
 Command extractCommand() {
-    return {.name = "extract",
-            .summary = "Write the pictures of an asset catalog as PNG files.",
-            .positionalNames = "INPUT [OUTPUT-DIR]",
-            .description =
-                "INPUT is a .car file, or the folder of an app, framework or bundle with an "
-                "Assets.car, or a .car file\nof its own name, in it, in its Resources or its "
-                "Contents/Resources; - is a .car file on standard\ninput. OUTPUT-DIR is made when "
-                "it is missing; files there are replaced, and nothing is written\noutside it.",
-            .options = extractOptionTable(),
-            .examples = {"velmoranth extract Maps.app pictures",
-                         "velmoranth extract UIKit/Assets.car pictures --name 'UI*Button*'",
-                         "velmoranth extract Maps.app pictures --idiom phone --scale 3 --flat",
-                         "velmoranth extract Maps.app --list",
-                         "velmoranth extract Maps.app --list --json | jq -r '.renditions[].name'"},
-            .leastPositionals = 1,
-            .mostPositionals = 2,
-            .run = runExtract,
-            .moreHelp = fileHelp};
+    return {
+        .name = "extract",
+        .summary = "Write the pictures of an asset catalog as PNG files.",
+        .positionalNames = "INPUT [OUTPUT-DIR]",
+        .description =
+            "INPUT is a .car file, or the folder of an app, framework or bundle with an "
+            "Assets.car, or a .car file\nof its own name, in it, in its Resources or its "
+            "Contents/Resources; - is a .car file on standard\ninput. OUTPUT-DIR is made when "
+            "it is missing; files there are replaced, and nothing is written\noutside it; - is "
+            "standard output, for one picture.",
+        .options = extractOptionTable(),
+        .examples = {"velmoranth extract Maps.app pictures",
+                     "velmoranth extract UIKit/Assets.car pictures --name 'UI*Button*'",
+                     "velmoranth extract Maps.app pictures --idiom phone --scale 3 --flat",
+                     "velmoranth extract Maps.app - --name Pin --scale 3 --idiom phone > pin.png",
+                     "velmoranth extract Maps.app --list",
+                     "velmoranth extract Maps.app --list --json | jq -r '.renditions[].name'"},
+        .leastPositionals = 1,
+        .mostPositionals = 2,
+        .run = runExtract,
+        .moreHelp = fileHelp};
 }
 
 }  // namespace velmoranth::cli

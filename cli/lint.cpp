@@ -6,6 +6,7 @@
 #include "cli/lint_check.h"
 #include "cli/lint_report.h"
 #include "cli/messages.h"
+#include "cli/near_path.h"
 #include "cli/nearest.h"
 #include "desktop/files/cleanup.h"
 
@@ -104,7 +105,7 @@ ExitCode runLint(const Arguments& arguments) {
     std::vector<CheckedTheme> themes;
     for (const std::string& path : paths) {
         if (auto checked = checkInput(path, *calendar, themes); !checked) {
-            return fail(ExitCode::badInput, checked.error());
+            return fail(ExitCode::badInput, withNearPath(checked.error(), paths));
         }
     }
     print(arguments.has("--json") ? jsonOf(themes) : textOf(themes, arguments.has("--all")));

@@ -1,10 +1,10 @@
 // velmoranth names: what a theme can replace.
+#include "cli/choice.h"
 #include "cli/commands.h"
 #include "cli/device_options.h"
 #include "cli/help.h"
 #include "cli/late_progress.h"
 #include "cli/messages.h"
-#include "cli/nearest.h"
 #include "cli/replaceable_names.h"
 #include "desktop/files/cleanup.h"
 
@@ -107,9 +107,7 @@ ExitCode runNames(const Arguments& arguments) {
     for (const std::string& word : arguments.positionals()) {
         const auto found = std::ranges::find(all, word);
         if (found == all.end()) {
-            return fail(ExitCode::wrongUsage,
-                        fmt::format("names takes {}, not {}{}", fmt::join(all, ", "),
-                                    inQuotes(word), suggestion(word, all)));
+            return fail(ExitCode::wrongUsage, notAmong("names", all, word));
         }
         groups.push_back(*found);
     }

@@ -75,9 +75,16 @@ Result<void> checkOutputFile(const std::string& path, std::string_view what) {
     } else if (errno != ENOENT) {
         return cannotWrite(errno, path, what);
     }
-    const std::string folder = folderOf(target(path));
-    if (path.ends_with('/') || ::stat(folder.c_str(), &status) != 0) {
+    if (path.ends_with('/')) {
         return cannotWrite(ENOENT, path, what);
+    }
+    std::string folder = folderOf(target(path));
+    while (::stat(folder.c_str(), &status) != 0) {  // it is made in the nearest one that is there
+        const int error = errno;
+        if (error != ENOENT || ::lstat(folder.c_str(), &status) == 0) {
+            return cannotWrite(error, path, what);
+        }
+        folder = folderOf(folder);
     }
     if (!S_ISDIR(status.st_mode)) {
         return cannotWrite(ENOTDIR, path, what);
@@ -100,12 +107,17 @@ Result<void> writeOutputFile(const platform::Data& bytes, const std::string& pat
                              : cannotWrite(errno, path, what);
     }
     const fs::path place = target(path);
+    std::error_code error;
+    fs::create_directories(folderOf(place), error);
+    if (error && !fs::is_directory(folderOf(place))) {
+        return cannotWrite(error.value(), path, what);
+    }
     Descriptor folder(::open(folderOf(place).c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-    const int error =
+    const int failed =
         folder.isOpen()
             ? desktop::replaceFile(desktop::FileCalls(), std::move(folder), place.filename(), bytes)
             : errno;
-    return error == 0 ? Result<void>() : cannotWrite(error, place, what);
+    return failed == 0 ? Result<void>() : cannotWrite(failed, place, what);
 }
 
 }  // namespace velmoranth::cli

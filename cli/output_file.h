@@ -9,11 +9,12 @@
 
 namespace velmoranth::cli {
 
-// Whether the file could be written, asked before the work: its folder is there and it is no folder
-// itself. "-" always can. `what` is what a problem calls the contents: "picture".
+// Whether the file could be written, asked before the work: its folder is there or can be made, and
+// it is no folder itself. "-" always can. `what` is what a problem calls the contents: "picture".
 [[nodiscard]] desktop::Result<void> checkOutputFile(const std::string& path, std::string_view what);
 
-// Writes beside the file and puts the finished one in its place; a link is followed, what is no
+// Makes the folder when it is missing, writes beside the file and puts the finished one in its
+// place; a link is followed, what is no
 // plain file (a pipe, a device) is written to as it is. "-" is standard output.
 [[nodiscard]] desktop::Result<void> writeOutputFile(const platform::Data& bytes,
                                                     const std::string& path, std::string_view what);

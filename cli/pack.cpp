@@ -5,7 +5,9 @@
 #include "cli/late_progress.h"
 #include "cli/lint_check.h"
 #include "cli/messages.h"
+#include "cli/near_path.h"
 #include "cli/nearest.h"
+#include "cli/theme_folders.h"
 #include "desktop/files/cleanup.h"
 
 #include "makers/packing/packing.h"
@@ -135,7 +137,8 @@ std::string jsonOf(const makers::PackagePlan& plan, const std::string& output, b
     return report.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
 }
 
-// What keeps the theme from being packed: errors in files that come along.
+// What keeps the theme from being packed: errors in files that come along, and files that their
+// maker hoped to see.
 Result<std::vector<makers::Finding>> errorsIn(const std::string& folder,
                                               const makers::PackagePlan& plan) {
     const auto theme = makers::themeAsGiven(folder);
@@ -148,9 +151,9 @@ Result<std::vector<makers::Finding>> errorsIn(const std::string& folder,
     progress.clear();
     if (findings) {
         std::erase_if(*findings, [&](const makers::Finding& finding) {
+            const auto left = std::ranges::find(plan.leftOut, finding.file, &makers::LeftOut::name);
             return finding.row().severity != makers::Severity::error ||
-                   std::ranges::find(plan.leftOut, finding.file, &makers::LeftOut::name) !=
-                       plan.leftOut.end();
+                   (left != plan.leftOut.end() && left->why != makers::kLoosePicture);
         });
     }
     return findings;
@@ -173,11 +176,14 @@ ExitCode runPack(const Arguments& arguments) {
     if (folder.empty() || arguments.value("--output") == "") {
         return fail(ExitCode::wrongUsage, "THEME and FILE take a name, and this one is empty");
     }
+    if (const std::string why = whyNoTheme(folder); !why.empty()) {
+        return fail(ExitCode::badInput, {why, folder});
+    }
     const auto plan = makers::planPackage(folder, *given);
     if (!plan) {
         // A field that the user gave wrongly has no path.
         return fail(plan.error().path.empty() ? ExitCode::wrongUsage : ExitCode::badInput,
-                    plan.error());
+                    withNearPath(plan.error(), {&folder, 1}));
     }
     const std::string output = outputOf(arguments, plan->control);
     const bool isWritten = !arguments.has("--dry-run");

@@ -1,30 +1,24 @@
 // velmoranth preview
 #include "cli/commands.h"
-#include "cli/device_check.h"
-#include "cli/file_watch.h"
 #include "cli/help.h"
 #include "cli/messages.h"
 #include "cli/picture_file.h"
 #include "cli/preferences.h"
 #include "cli/preview_delivery.h"
 #include "cli/preview_drawing.h"
+#include "cli/preview_follow.h"
 #include "cli/preview_options.h"
 #include "cli/preview_report.h"
 #include "cli/preview_steps.h"
 #include "cli/throw_away_device.h"
 #include "desktop/files/cleanup.h"
-#include "simulator/process/launcher.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>
 
 #include <cerrno>
-#include <chrono>
-#include <filesystem>
 #include <future>
 #include <string>
-#include <system_error>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -33,11 +27,8 @@ namespace velmoranth::cli {
 using desktop::Problem;
 using desktop::Result;
 using simulator::RenderedScreen;
-using simulator::RunningScreen;
 
 namespace {
-
-constexpr std::chrono::milliseconds kBetweenLooks{200};
 
 Result<void> checkLog(const std::string& path) {
     if (path.empty() || path == "-") {
@@ -50,36 +41,6 @@ Result<void> checkLog(const std::string& path) {
         problem.message = "the log cannot be written: " + problem.message;
         return tl::unexpected(std::move(problem));
     }
-    return {};
-}
-
-Result<DeviceOfRun> deviceFor(const PreviewOptions& options) {
-    if (options.root.empty()) {
-        return makeDevice(options.themes, options.settings);
-    }
-    auto root = openDevice(options.root);
-    if (!root) {
-        return tl::unexpected(std::move(root.error()));
-    }
-    if (options.kind != PreviewKind::stock) {
-        warnOfPreferences(**root);
-    }
-    return DeviceOfRun{std::move(*root)};
-}
-
-// The options' screen, which fills its picture.
-ShownScreen shownOn(const PreviewOptions& options, const RenderedScreen& screen) {
-    return shownScreen(screen, options.screen.kind, {options.deviceName, options.device},
-                       {.width = screen.picture.width, .height = screen.picture.height});
-}
-
-// Writes the picture of a screen that is followed and says so.
-Result<void> deliverAgain(const PreviewOptions& options, const RenderedScreen& screen) {
-    auto delivered = deliver(options, screen.picture, options.output, {shownOn(options, screen)});
-    if (!delivered) {
-        return tl::unexpected(std::move(delivered.error()));
-    }
-    tell(options, {&*delivered, 1}, {});
     return {};
 }
 
@@ -124,10 +85,6 @@ Result<void> checkOutputs(const PreviewOptions& options) {
     if (!options.screen.steps) {
         return checkOutput(options.output);
     }
-    // Many files are to lie in a folder of their own.
-    std::error_code ignored;
-    const std::filesystem::path folder = std::filesystem::path(options.output).parent_path();
-    std::filesystem::create_directory(folder, ignored);
     for (int step = 1; step <= stepCount(options.screen.kind); ++step) {
         if (auto checked = checkOutput(stepFile(options.output, step)); !checked) {
             return checked;
@@ -169,104 +126,6 @@ ExitCode drawSeveral(const PreviewOptions& options, const DeviceOfRun& device) {
     return reported ? drawn : fail(ExitCode::badInput, reported.error());
 }
 
-// The files that the picture is made of, as the user has them.
-std::vector<std::string> watchedFiles(const PreviewOptions& options, const DeviceOfRun& device) {
-    std::vector<std::string> paths = options.themes;
-    if (!options.root.empty()) {
-        paths.push_back(options.root + "/Library/Themes");
-        for (const desktop::Graft& graft : device.root->files().grafts) {
-            paths.push_back(graft.folder);
-        }
-    }
-    return paths;
-}
-
-// The device as it is after a change. That of themes is made anew, since what a theme is and which
-// apps it has icons for may be another matter now.
-Result<DeviceOfRun> renewDevice(PreviewOptions& options) {
-    auto device =
-        options.root.empty() ? makeDevice(options.themes, options.settings) : deviceFor(options);
-    if (device) {
-        if (auto found = findApps(options.screen, *device->root); !found) {
-            return tl::unexpected(std::move(found.error()));
-        }
-    }
-    return device;
-}
-
-// Draws at every notice until a file is saved, or the device springs again. A problem of drawing is
-// one; of the process it ends.
-Result<void> drawUntilSaved(const PreviewOptions& options, RunningScreen& running,
-                            FileWatch& watch) {
-    while (!watch.hasChanged()) {
-        const auto screen = running.nextPicture(kBetweenLooks);
-        if (screen) {
-            if (auto delivered = deliverAgain(options, *screen); !delivered) {
-                return delivered;
-            }
-        } else if (running.isToStartAgain()) {
-            return {};
-        } else if (running.processId() == 0) {
-            return tl::unexpected(screen.error());
-        }
-    }
-    return {};
-}
-
-void waitForSave(FileWatch& watch) {
-    while (!watch.hasChanged()) {
-        std::this_thread::sleep_for(kBetweenLooks);
-    }
-}
-
-// Draws, again at every notice, and anew, as after a respring, once a file is saved and at a
-// respring. Ends with a
-// problem of the first picture or of writing one; a signal ends the process. Themes that are no
-// themes for a while are waited for.
-ExitCode follow(const PreviewOptions& given, const DeviceOfRun& first) {
-    PreviewOptions options = given;
-    const DeviceOfRun* device = &first;
-    Result<DeviceOfRun> renewed;
-    FileWatch watch(watchedFiles(options, first), options.output);
-    for (bool isFirst = true;; isFirst = false) {
-        auto running = RunningScreen::start(requestFor(options, *device));
-        const auto screen = running ? (*running)->render()
-                                    : Result<RenderedScreen>(tl::unexpected(running.error()));
-        if (!screen && isFirst) {
-            return fail(ExitCode::badInput, screen.error());
-        }
-        if (isFirst) {
-            if (auto pages = checkPages(options, *screen); !pages) {
-                return fail(ExitCode::wrongUsage, pages.error());
-            }
-            note(options.root.empty()
-                     ? "following; a file of the themes that is saved has it drawn again, Ctrl-C "
-                       "ends it"
-                     : "following; a file of the themes that is saved or velmoranth notify NAME "
-                       "--root " +
-                           shown(device->root->hostFolder()) +
-                           " has it drawn again, Ctrl-C ends it");
-        }
-        if (screen) {
-            auto delivered = deliverAgain(options, *screen);
-            if (delivered) {
-                delivered = drawUntilSaved(options, **running, watch);
-            }
-            if (!delivered) {
-                return fail(ExitCode::badInput, delivered.error());
-            }
-        } else {
-            warn(desktop::toLine(screen.error()));
-            waitForSave(watch);
-        }
-        for (renewed = renewDevice(options); !renewed; renewed = renewDevice(options)) {
-            warn(desktop::toLine(renewed.error()));
-            waitForSave(watch);
-        }
-        device = &*renewed;
-    }
-}
-
 // What the themes have that does not show, found out beside the drawing.
 class HiddenReport {
   public:
@@ -303,17 +162,16 @@ ExitCode runPreview(const Arguments& arguments) {
     if (!device) {
         return fail(ExitCode::badInput, device.error());
     }
-    if (auto found = findApps(options->screen, *device->root); !found) {
+    if (auto found = findApps(options->screen, *device->root, options->device.system); !found) {
         return fail(ExitCode::badInput, found.error());
     }
-    const auto draw = options->follow                            ? follow
-                      : options->screen.steps                    ? drawAllSteps
+    const auto draw = options->screen.steps                      ? drawAllSteps
                       : options->extent != PreviewExtent::screen ? drawSeveral
                                                                  : drawOnce;
-    HiddenReport hidden(*options, *device);
-    if (options->follow) {  // which is drawn until the user ends it
-        hidden.tell();
+    if (options->follow) {
+        return follow(*options, *device);
     }
+    HiddenReport hidden(*options, *device);
     const ExitCode drawn = draw(*options, *device);
     if (drawn == ExitCode::done || drawn == ExitCode::nothingFound) {
         hidden.tell();

@@ -29,18 +29,18 @@ using simulator::ScreenKind;
 
 namespace {
 
-// How high every screen of a sheet is, pixels.
-constexpr std::size_t kSheetScreenHeight = 480;
+// How wide every screen of a sheet is, pixels, so that its columns stand below each other.
+constexpr std::size_t kSheetScreenWidth = 320;
 
 // The options of one of several screens. The list of icons has apps of its own. A problem when the
 // themes or the apps have nothing for it.
 Result<ScreenOptions> optionsOf(const PreviewOptions& options, const DeviceOfRun& device,
-                                ScreenKind kind) {
+                                const simulator::SystemVersion& system, ScreenKind kind) {
     ScreenOptions screen = options.screen;
     screen.kind = kind;
     if (kind == ScreenKind::icons) {
         screen.appsFrom.clear();
-        if (auto found = findApps(screen, *device.root); !found) {
+        if (auto found = findApps(screen, *device.root, system); !found) {
             return tl::unexpected(std::move(found.error()));
         }
     }
@@ -69,7 +69,7 @@ std::string fileOf(ScreenKind kind, int page) {
 
 Result<void> makeOutputFolder(const std::string& path) {
     std::error_code error;
-    fs::create_directory(path, error);
+    fs::create_directories(path, error);
     if (fs::is_directory(path)) {
         return {};
     }
@@ -142,7 +142,7 @@ ExitCode drawAllScreens(const PreviewOptions& options, const DeviceOfRun& device
     }
     std::vector<ScreenOptions> screens;
     for (const ScreenKind kind : options.screens) {
-        auto screen = optionsOf(options, device, kind);
+        auto screen = optionsOf(options, device, options.device.system, kind);
         if (screen) {
             screens.push_back(std::move(*screen));
         } else {
@@ -192,7 +192,7 @@ ExitCode drawSheet(const PreviewOptions& options, const DeviceOfRun& device) {
     const auto drawn = doAtOnce(screens.size(), "screen", [&](std::size_t i) -> Result<void> {
         const ScreenKind kind = options.screens[i % columns];
         const NamedDevice& named = options.devices[i / columns];
-        const auto screen = optionsOf(options, device, kind);
+        const auto screen = optionsOf(options, device, named.configuration.system, kind);
         if (!screen) {
             return tl::unexpected(screen.error());
         }
@@ -202,7 +202,7 @@ ExitCode drawSheet(const PreviewOptions& options, const DeviceOfRun& device) {
             return tl::unexpected(page.error());
         }
         screens[i] = {shownScreen(page->screen, kind, named, page->place),
-                      shrunkToHeight(page->picture, kSheetScreenHeight)};
+                      shrunkToWidth(page->picture, kSheetScreenWidth)};
         return {};
     });
     if (!drawn) {
@@ -215,7 +215,7 @@ ExitCode drawSheet(const PreviewOptions& options, const DeviceOfRun& device) {
             {screens[i].picture, fmt::format("{}, {}, iOS {}", screen.screen, screen.device.name,
                                              screen.device.configuration.system.major)});
     }
-    const Arranged sheet = inRows(rows);
+    const Arranged sheet = inRows(rows, kComparisonGap);
     std::vector<ShownScreen> placed;
     for (std::size_t i = 0; i < screens.size(); ++i) {
         screens[i].shown.place = sheet.places[i];

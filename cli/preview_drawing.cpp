@@ -1,5 +1,6 @@
 #include "cli/preview_drawing.h"
 
+#include "cli/device_check.h"
 #include "cli/late_progress.h"
 #include "cli/messages.h"
 
@@ -139,6 +140,25 @@ Result<void> doAtOnce(std::size_t count, std::string_view noun,
         }
     }
     return {};
+}
+
+Result<DeviceOfRun> deviceFor(const PreviewOptions& options) {
+    if (options.root.empty()) {
+        return makeDevice(options.themes, options.settings);
+    }
+    auto root = openDevice(options.root);
+    if (!root) {
+        return tl::unexpected(std::move(root.error()));
+    }
+    if (options.kind != PreviewKind::stock) {
+        warnOfPreferences(**root);
+    }
+    return DeviceOfRun{std::move(*root)};
+}
+
+ShownScreen shownOn(const PreviewOptions& options, const RenderedScreen& screen) {
+    return shownScreen(screen, options.screen.kind, {options.deviceName, options.device},
+                       {.width = screen.picture.width, .height = screen.picture.height});
 }
 
 }  // namespace velmoranth::cli

@@ -50,4 +50,11 @@ ExitCode drawAllScreens(const PreviewOptions& options, const DeviceOfRun& device
 // The options' screens of their devices in one picture.
 ExitCode drawSheet(const PreviewOptions& options, const DeviceOfRun& device);
 
+// The device of the run: one with the options' themes, or the user's own.
+[[nodiscard]] desktop::Result<DeviceOfRun> deviceFor(const PreviewOptions& options);
+
+// The options' screen, which fills its picture.
+[[nodiscard]] ShownScreen shownOn(const PreviewOptions& options,
+                                  const simulator::RenderedScreen& screen);
+
 }  // namespace velmoranth::cli

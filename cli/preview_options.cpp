@@ -58,9 +58,8 @@ constexpr std::array<Option, 28> kPreviewOptions{{
      "to settings.png"},
     {"--sheet", "", "",
      "screens in one picture, a row a device: those that --screen, --device and --ios name with "
-     "commas between them (--screen home,weather --device phone,pad), or all but the gallery and "
-     "the "
-     "icons on every device"},
+     "commas between them (--screen home,weather --device phone,pad), or all but the "
+     "panel, the gallery and the icons on every device"},
     kSetOption,
     kDateOption,
     kLocaleOption,

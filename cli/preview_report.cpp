@@ -82,23 +82,29 @@ PreviewReport::PreviewReport(const PreviewOptions& options, const DeviceOfRun& d
     });
 }
 
-Result<void> PreviewReport::tell() {
+PreviewReport::Found PreviewReport::find() {
     if (!report_.valid()) {
         return {};
     }
     const ThemeReport report = report_.get();
-    for (const std::string& line : linesOf(report, folders_)) {
-        note(line);
-    }
-    if (const std::string line = judgeMask(*investigation_, report); !line.empty()) {
-        note(line);
+    Found found{.lines = linesOf(report, folders_), .problem = {}};
+    if (std::string line = judgeMask(*investigation_, report); !line.empty()) {
+        found.lines.push_back(std::move(line));
     }
     if (report.failure) {
-        return tl::unexpected(desktop::Problem{
+        found.problem = desktop::Problem{
             "not all that the themes did could be found out: " + report.failure->message,
-            report.failure->path});
+            report.failure->path};
     }
-    return {};
+    return found;
+}
+
+Result<void> PreviewReport::tell() {
+    const Found found = find();
+    for (const std::string& line : found.lines) {
+        note(line);
+    }
+    return found.problem ? tl::unexpected(*found.problem) : Result<void>();
 }
 
 }  // namespace velmoranth::cli

@@ -22,7 +22,15 @@ class PreviewReport {
     // object. Of the user's own one a copy is asked, so that nothing of it changes.
     PreviewReport(const PreviewOptions& options, const DeviceOfRun& device);
 
-    // Waits for it and says it. A problem when not all could be found out, behind the rest.
+    struct Found {
+        std::vector<std::string> lines;
+        std::optional<desktop::Problem> problem;  // why not all could be found out
+    };
+
+    // Waits for it; nothing the second time.
+    [[nodiscard]] Found find();
+
+    // The same, and says it. The problem comes behind the lines.
     [[nodiscard]] desktop::Result<void> tell();
 
   private:

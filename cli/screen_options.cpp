@@ -1,13 +1,12 @@
 #include "cli/screen_options.h"
 
 #include "cli/app_list.h"
+#include "cli/choice.h"
 #include "cli/device_options.h"
 #include "cli/messages.h"
 #include "cli/nearest.h"
 #include "cli/preview_steps.h"
 #include "simulator/home_screen/apps.h"
-
-#include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
@@ -77,12 +76,10 @@ Result<std::string> identifierFor(ScreenKind screen, const std::string& word,
     if (screen == ScreenKind::folder && names.empty()) {
         return misuse("there is no folder " + inQuotes(word) + ": none of these apps lies in one");
     }
-    if (screen == ScreenKind::folder) {
-        return misuse(fmt::format("--folder takes one of {}, not {}", fmt::join(names, ", "),
-                                  inQuotes(word)));
-    }
-    return misuse("there is no icon " + inQuotes(word) + " on the home screen" +
-                  suggestion(word, names));
+    return misuse(screen == ScreenKind::folder
+                      ? notAmong("--folder", names, word)
+                      : "there is no icon " + inQuotes(word) + " on the home screen" +
+                            suggestion(word, names));
 }
 
 bool isAny(const ScreenTraits&) {
@@ -97,22 +94,21 @@ bool hasHomeScreen(const ScreenTraits& traits) {
     return traits.hasHomeScreen;
 }
 
-// "home, folder or pressed"
-std::string screenNames(bool (*isNamed)(const ScreenTraits& traits)) {
+std::vector<std::string_view> screenNames(bool (*isNamed)(const ScreenTraits& traits)) {
     std::vector<std::string_view> screens;
     for (const simulator::ScreenDefinition& screen : simulator::screenDefinitions()) {
         if (isNamed(screen.traits)) {
             screens.push_back(screen.name);
         }
     }
-    const std::string_view last = screens.back();
-    screens.pop_back();
-    return fmt::format("{} or {}", fmt::join(screens, ", "), last);
+    return screens;
 }
 
-// Lists of pictures, which no device shows.
-bool isList(const ScreenTraits& traits) {
-    return traits.hasPages && !traits.hasHomeScreen;
+// Lists of pictures, which no device shows, and the panel, of which a theme has nothing.
+bool isOnSheetIfNamed(const simulator::ScreenDefinition& screen) {
+    const bool isList = screen.traits.hasPages && !screen.traits.hasHomeScreen;
+    return isList || screen.kind == ScreenKind::panelError ||
+           screen.kind == ScreenKind::panelSuccess;
 }
 
 }  // namespace
@@ -122,7 +118,7 @@ Result<std::vector<ScreenKind>> readScreenKinds(const Arguments& arguments) {
     const bool isSheet = arguments.has("--sheet");
     if (arguments.has("--all-screens") || (isSheet && !arguments.has("--screen"))) {
         for (const simulator::ScreenDefinition& screen : simulator::screenDefinitions()) {
-            if (!isSheet || !isList(screen.traits)) {
+            if (!isSheet || !isOnSheetIfNamed(screen)) {
                 kinds.push_back(screen.kind);
             }
         }
@@ -132,7 +128,7 @@ Result<std::vector<ScreenKind>> readScreenKinds(const Arguments& arguments) {
     for (const std::string& name : isSheet ? listed(names) : std::vector<std::string>{names}) {
         const auto kind = simulator::screenKindNamed(name);
         if (!kind) {
-            return misuse("--screen takes " + screenNames(isAny) + ", not " + inQuotes(name));
+            return misuse(notAmong("--screen", screenNames(isAny), name));
         }
         kinds.push_back(*kind);
     }
@@ -154,14 +150,14 @@ Result<ScreenOptions> readScreenOptions(const Arguments& arguments,
     }
     const ScreenTraits& traits = simulator::definitionOf(options.kind).traits;
     if (arguments.has("--page") && !traits.hasPages) {
-        return misuse("--page needs a screen that has pages: " + screenNames(hasPages));
+        return misuse("--page needs a screen that has pages: " + choicesIn(screenNames(hasPages)));
     }
     for (const std::string_view option : {"--wallpaper", "--apps"}) {
         if (arguments.has(option) && std::ranges::none_of(kinds, [](ScreenKind kind) {
                 return simulator::definitionOf(kind).traits.hasHomeScreen;
             })) {
             return misuse(std::string(option) + " needs a screen that has the home screen in it: " +
-                          screenNames(hasHomeScreen));
+                          choicesIn(screenNames(hasHomeScreen)));
         }
     }
     options.wallpaper = arguments.value("--wallpaper").value_or("");
@@ -196,13 +192,14 @@ Result<ScreenOptions> readScreenOptions(const Arguments& arguments,
     return options;
 }
 
-Result<void> findApps(ScreenOptions& options, const desktop::DeviceRoot& root) {
+Result<void> findApps(ScreenOptions& options, const desktop::DeviceRoot& root,
+                      const simulator::SystemVersion& system) {
     constexpr std::string_view kOfThemes = "theme";
     const bool isOfThemes = options.appsFrom == kOfThemes || options.kind == ScreenKind::icons;
     if (!isOfThemes && options.appsFrom.empty()) {
         return {};
     }
-    auto apps = isOfThemes ? themedApps(root) : readAppList(options.appsFrom);
+    auto apps = isOfThemes ? themedApps(root, system) : readAppList(options.appsFrom);
     if (!apps) {
         return tl::unexpected(std::move(apps.error()));
     }

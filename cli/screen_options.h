@@ -23,7 +23,7 @@ struct ScreenOptions {
 };
 
 // The screens that are to be drawn: with --all-screens all, with --sheet those that --screen names,
-// or all but the lists of pictures, otherwise one. The problem is one of usage.
+// or all but the lists of pictures and the panel, otherwise one. The problem is one of usage.
 [[nodiscard]] desktop::Result<std::vector<simulator::ScreenKind>> readScreenKinds(
     const Arguments& arguments);
 
@@ -34,6 +34,7 @@ struct ScreenOptions {
 // Finds the apps that --apps, or the screen of icons, wants of the device's themes or of the user's
 // list, and among them what --folder or --icon names. Until then that is a word in `item`.
 [[nodiscard]] desktop::Result<void> findApps(ScreenOptions& options,
-                                             const desktop::DeviceRoot& root);
+                                             const desktop::DeviceRoot& root,
+                                             const simulator::SystemVersion& system);
 
 }  // namespace velmoranth::cli

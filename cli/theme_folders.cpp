@@ -1,9 +1,12 @@
 #include "cli/theme_folders.h"
 
-#include "makers/conversion/found_themes.h"
+#include "cli/messages.h"
+
+#include "makers/conversion/convert.h"
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
@@ -34,7 +37,40 @@ std::vector<std::string> foldersOf(const std::vector<makers::FoundTheme>& themes
     return folders;
 }
 
+// The first of them, and how many more.
+std::string listed(const std::vector<std::string>& paths) {
+    constexpr std::size_t kMost = 3;
+    std::string text;
+    for (std::size_t i = 0; i < std::min(kMost, paths.size()); ++i) {
+        text += (text.empty() ? "" : ", ") + shown(paths[i]);
+    }
+    return text +
+           (paths.size() > kMost ? " and " + std::to_string(paths.size() - kMost) + " more" : "");
+}
+
 }  // namespace
+
+std::string whyNoTheme(const std::string& path) {
+    const std::vector<std::string> within = themesWithin(path);
+    return within.empty() ? ""
+                          : "this is no theme, but holds " + listed(within) +
+                                (within.size() == 1 ? "; give that" : "; give one of them");
+}
+
+std::string hiddenPicturesIn(const std::string& path, const makers::FoundTheme& theme) {
+    const makers::HiddenPictures hidden = makers::hiddenPictures(theme);
+    if (hidden.all() == 0) {
+        return {};
+    }
+    const std::string what = hidden.icons == 0    ? counted(hidden.others, "image")
+                             : hidden.others == 0 ? counted(hidden.icons, "icon")
+                                                  : counted(hidden.icons, "icon") + " and " +
+                                                        counted(hidden.others, "other image");
+    return shown(theme.name) + ": " + what +
+           (hidden.all() == 1 ? " lies under a name" : " lie under names") +
+           " that nothing looks for; velmoranth convert " + forShell(path) +
+           " -o FOLDER makes a theme that shows " + (hidden.all() == 1 ? "it" : "them");
+}
 
 std::vector<std::string> themesWithin(const std::string& folder) {
     if (std::error_code error; !fs::is_directory(folder, error)) {

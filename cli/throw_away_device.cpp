@@ -4,6 +4,7 @@
 #include "cli/device_layout.h"
 #include "cli/linked_themes.h"
 #include "cli/messages.h"
+#include "cli/near_path.h"
 #include "cli/preferences.h"
 #include "cli/settings_device.h"
 #include "cli/theme_folders.h"
@@ -15,7 +16,6 @@
 #include "desktop/plist/property_lists.h"
 #include "desktop/services/services.h"
 
-#include "makers/conversion/convert.h"
 #include "makers/conversion/theme_input.h"
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -75,29 +75,18 @@ Result<makers::FoundTheme> checkContents(const std::string& path) {
     return found;
 }
 
-// The first of them, and how many more.
-std::string listed(const std::vector<std::string>& paths) {
-    constexpr std::size_t kMost = 3;
-    std::string text;
-    for (std::size_t i = 0; i < std::min(kMost, paths.size()); ++i) {
-        text += (text.empty() ? "" : ", ") + shown(paths[i]);
-    }
-    return text +
-           (paths.size() > kMost ? " and " + std::to_string(paths.size() - kMost) + " more" : "");
-}
-
 Result<ThemeFolder> checkTheme(ThemeFolder theme) {
     if (theme.name.empty() || !isPlainText(theme.name)) {
         return tl::unexpected(aboutTheme(
             theme.path, "the folder's name can be no theme's: it has none, or not plain text"));
     }
     if (theme.folder == theme.path) {
-        if (const std::vector<std::string> within = themesWithin(theme.path); !within.empty()) {
+        if (std::string why = whyNoTheme(theme.path); !why.empty()) {
             return tl::unexpected(aboutTheme(
-                theme.path, "this is no theme, but holds " + listed(within) +
-                                (within.size() == 1 ? "; give that"
-                                                    : "; give one of them, or for preview --all, "
-                                                      "which draws them together")));
+                theme.path, std::move(why.append(why.ends_with("one of them")
+                                                     ? ", or for preview --all, which draws them "
+                                                       "together"
+                                                     : ""))));
         }
     }
     auto contents = checkContents(theme.folder);
@@ -115,8 +104,10 @@ Result<ThemeFolder> checkTheme(ThemeFolder theme) {
 Result<ThemeFolder> findTheme(const std::string& path) {
     struct stat status{};
     if (::stat(path.c_str(), &status) != 0) {
-        return tl::unexpected(errno == ENOENT ? aboutTheme(path, "there is no such theme folder")
-                                              : desktop::problemOfErrno(errno, path));
+        return tl::unexpected(
+            errno == ENOENT
+                ? withNearPath(aboutTheme(path, "there is no such theme folder"), {&path, 1})
+                : desktop::problemOfErrno(errno, path));
     }
     if (!S_ISDIR(status.st_mode)) {
         return tl::unexpected(aboutTheme(path, "this is neither a folder nor an archive"));
@@ -150,22 +141,6 @@ Result<void> addThemes(const std::string& path, GivenThemes& themes) {
     }
     themes.unpacked.push_back(std::move(archive->unpacked));
     return {};
-}
-
-// What converting the theme would bring to light, by the names of its files; "" for nothing.
-std::string hiddenIn(const ThemeFolder& theme) {
-    const makers::HiddenPictures hidden = makers::hiddenPictures(theme.contents);
-    if (hidden.all() == 0) {
-        return {};
-    }
-    const std::string what = hidden.icons == 0    ? counted(hidden.others, "image")
-                             : hidden.others == 0 ? counted(hidden.icons, "icon")
-                                                  : counted(hidden.icons, "icon") + " and " +
-                                                        counted(hidden.others, "other image");
-    return shown(theme.name) + ": " + what +
-           (hidden.all() == 1 ? " lies under a name" : " lie under names") +
-           " that nothing looks for; velmoranth convert " + forShell(theme.path) +
-           " -o FOLDER makes a theme that shows " + (hidden.all() == 1 ? "it" : "them");
 }
 
 // Makes or changes the file, in folders that are made on the way.
@@ -296,7 +271,7 @@ Result<DeviceOfRun> makeDevice(std::span<const std::string> paths,
     device->hidden = [folders = std::move(themes->folders)] {
         std::vector<std::string> lines;
         for (const ThemeFolder& theme : folders) {
-            if (std::string line = hiddenIn(theme); !line.empty()) {
+            if (std::string line = hiddenPicturesIn(theme.path, theme.contents); !line.empty()) {
                 lines.push_back(std::move(line));
             }
         }

@@ -6,7 +6,9 @@
 #include "desktop/files/file_tree.h"
 #include "desktop/plist/property_lists.h"
 
+#include "makers/archives/unpack.h"
 #include "makers/conversion/left_out.h"
+#include "makers/conversion/names.h"
 #include "makers/conversion/pictures.h"
 #include <fcntl.h>
 #include <stdio.h>  // NOLINT(modernize-deprecated-headers): renameat2() is the system's
@@ -99,11 +101,30 @@ Result<platform::Dictionary> infoOf(const std::string& folder, const FoundTheme&
     return info == nullptr ? platform::Dictionary() : *info;
 }
 
+// Why a file beside the theme's folders stays out. Everything that a theme replaces is in one.
+std::string_view whyNotBeside(const std::string& name) {
+    if (name.find('/') != std::string::npos) {
+        return {};
+    }
+    if (nameWithoutEnding(name) != name) {
+        return "a package or an archive, which is no part of a theme";
+    }
+    static constexpr std::array<std::string_view, 6> kPictures{".png", ".jpg", ".jpeg",
+                                                               ".gif", ".tif", ".tiff"};
+    const bool isPicture = std::ranges::any_of(kPictures, [lower = lowerCase(name)](auto ending) {
+        return std::string_view(lower).ends_with(ending);
+    });
+    return isPicture ? kLoosePicture : std::string_view();
+}
+
 // The files of the theme that come along; the others are noted.
 Result<std::vector<PackagedFile>> filesOf(const FoundTheme& theme, PackagePlan& plan) {
     std::vector<PackagedFile> files;
     for (const ThemeFile& file : theme.files) {
-        const std::string_view why = whyLeftOut(file.name, file.size);
+        std::string_view why = whyLeftOut(file.name, file.size);
+        if (why.empty()) {
+            why = whyNotBeside(file.name);
+        }
         if (why.empty()) {
             files.push_back({file.name, theme.folder + "/" + file.name, file.size});
         } else {

@@ -11,9 +11,14 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace velmoranth::makers {
+
+// Why a picture beside the theme's folders is left out.
+inline constexpr std::string_view kLoosePicture =
+    "a picture beside the theme's folders, where nothing looks";
 
 // What a theme's package holds, known before it is written.
 struct PackagePlan {
@@ -25,10 +30,10 @@ struct PackagePlan {
 };
 
 // The package of the theme in the folder, with all of its files but clutter and what no phone
-// reads. A link to a file of the theme is that file once more. A problem when the folder is none,
-// cannot be read or holds more than a theme may, when nothing of it is left, when a link leads to a
-// folder or out of the theme, when its name or a name in it cannot be a file's on the phone, or a
-// field is wrong.
+// reads, such as pictures and packages beside its folders. A link to a file of the theme is that
+// file once more. A problem when the folder is none, cannot be read or holds more than a theme may,
+// when nothing of it is left, when a link leads to a folder or out of the theme, when its name or a
+// name in it cannot be a file's on the phone, or a field is wrong.
 [[nodiscard]] desktop::Result<PackagePlan> planPackage(const std::string& folder,
                                                        const ControlValues& given);
 

@@ -36,14 +36,16 @@ class AppList : public testing::Test {
     }
 
     // Of themes in that order; the message of a problem in place of the identifiers.
-    [[nodiscard]] std::string ofThemes(const std::vector<std::string>& names) const {
+    [[nodiscard]] std::string ofThemes(
+        const std::vector<std::string>& names,
+        const simulator::SystemVersion& system = simulator::kSystem12) const {
         const platform::Data preferences =
             desktop::writeXmlPropertyList(platform::PropertyList(previewPreferences(names)));
         folder.file("User/Library/Preferences/com.qor.velmoranthprefs.plist",
                     std::string(preferences.begin(), preferences.end()));
         const auto root = desktop::DeviceRoot::open(folder.path());
         EXPECT_TRUE(root) << toLine(root.error());
-        const auto apps = themedApps(**root);
+        const auto apps = themedApps(**root, system);
         if (!apps) {
             return apps.error().message;
         }
@@ -57,6 +59,32 @@ class AppList : public testing::Test {
 
     tests::TemporaryFolder folder;
 };
+
+// The home screen of iOS 13 draws that icon over a face of another name.
+TEST_F(AppList, TheClockIsThereForWhatItsSystemShowsOfIt) {
+    icon("A", "com.apple.Maps-large.png");
+    icon("A", "com.apple.mobiletimer-large.png");
+    EXPECT_EQ(ofThemes({"A"}, simulator::kSystem12), "com.apple.mobiletimer com.apple.Maps");
+    EXPECT_EQ(ofThemes({"A"}, simulator::kSystem13), "com.apple.Maps");
+    for (const std::string bundle : {"com.apple.SpringBoardHome", "com.apple.springboard"}) {
+        for (const std::string ending : {"@3x.png", ".png", ""}) {
+            const std::string theme = bundle + ending;
+            folder.file("Library/Themes/" + theme + "/Bundles/" + bundle +
+                            "/ClockIconBackgroundSquare" + ending,
+                        "not looked at");
+            EXPECT_EQ(ofThemes({"A", theme}, simulator::kSystem13),
+                      "com.apple.mobiletimer com.apple.Maps")
+                << theme;
+            EXPECT_EQ(ofThemes({theme}, simulator::kSystem12),
+                      "no theme has an app's icon; one is a file IconBundles/IDENTIFIER-large.png");
+        }
+    }
+    folder.file(
+        "Library/Themes/B/Bundles/com.apple.SpringBoardHome/"
+        "ClockIconBackgroundSquare~iphone.png",
+        "not looked for");
+    EXPECT_EQ(ofThemes({"A", "B"}, simulator::kSystem13), "com.apple.Maps");
+}
 
 TEST_F(AppList, HasAnIdentifierALineAndAName) {
     EXPECT_EQ(read("com.example.a\ncom.example.b Notes\n"),

@@ -3,6 +3,9 @@
 #include "tests/support/archives/archive_writer.h"
 
 #include <filesystem>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace velmoranth::cli::device_install_test {
 namespace {
@@ -116,11 +119,13 @@ TEST_F(DeviceInstall, WhatCannotBeInstalledIsALine) {
     EXPECT_TRUE(refusal({"../none"}).starts_with("velmoranth: error: ../none: "));
     ASSERT_EQ(install({"../A.theme"}).code, 0);
     for (const char* const option : {"--", "--link"}) {
-        EXPECT_EQ(refusal(option == std::string("--link")
-                              ? std::vector<std::string>{"../A.theme", "--link"}
-                              : std::vector<std::string>{"../A.theme"}),
-                  "velmoranth: error: ../A.theme: the device has a theme \"A.theme\" already; "
-                  "remove that first\n");
+        EXPECT_EQ(
+            refusal(option == std::string("--link")
+                        ? std::vector<std::string>{"../A.theme", "--link"}
+                        : std::vector<std::string>{"../A.theme"}),
+            "velmoranth: error: ../A.theme: the device has a theme \"A.theme\" already; "
+            "--force replaces it, velmoranth device uninstall A.theme --root ../device removes "
+            "it\n");
     }
     EXPECT_EQ(folder.names("device/Library/Themes"), "A.theme");
     const CommandResult noRoot = runCommand({"device", "install", "x"});
@@ -128,6 +133,145 @@ TEST_F(DeviceInstall, WhatCannotBeInstalledIsALine) {
     EXPECT_EQ(noRoot.errors,
               "velmoranth: error: velmoranth device install needs --root DIR, the device that gets "
               "the theme\n");
+}
+
+std::string notActive(const std::string& what, const std::string& keys,
+                      const std::string& them = "it") {
+    return "velmoranth: " + what + " not active yet; velmoranth settings set " + keys +
+           " --root ../device has " + them + " shown\n";
+}
+
+TEST_F(DeviceInstall, WhatMakesItActiveIsSaid) {
+    EXPECT_EQ(install({"../A.theme"}).errors, notActive("A.theme is", "ActiveThemes=A.theme"));
+    EXPECT_GT(shows("A.theme", kMagenta), 1000);
+    EXPECT_EQ(install({"../A.theme", "--force"}).errors, "") << "it is active";
+    theme("My, own.theme", kLime);
+    theme("C.theme", kLime);
+    EXPECT_EQ(install({"../My, own.theme", "../C.theme"}).errors,
+              notActive("My, own.theme, C.theme are",
+                        "'ActiveThemes=My\\, own.theme,C.theme,A.theme'", "them"));
+    // The command does what is said of it.
+    ASSERT_EQ(runCommand({"settings", "set", "ActiveThemes=My\\, own.theme,C.theme,A.theme",
+                          "--root", "../device"},
+                         setting())
+                  .code,
+              0);
+    ASSERT_EQ(preview({"--root", "../device"}).code, 0);
+    EXPECT_GT(picture().count(kLime), 1000);
+    EXPECT_EQ(install({"../C.theme", "--force"}).errors, "");
+    ASSERT_EQ(runCommand({"settings", "set", "enable=no", "--root", "../device"}, setting()).code,
+              0);
+    EXPECT_EQ(
+        install({"../C.theme", "--force"}).errors,
+        "velmoranth: theming is off on this device; velmoranth settings set enable=yes --root "
+        "../device has it on\n");
+    theme("E.theme", kLime);
+    EXPECT_EQ(install({"../E.theme"}).errors,
+              notActive("E.theme is",
+                        "'ActiveThemes=E.theme,My\\, own.theme,C.theme,A.theme' enable=yes"));
+}
+
+TEST_F(DeviceInstall, ForceReplacesWhatIsThere) {
+    ASSERT_EQ(install({"../A.theme"}).code, 0);
+    folder.file("device/Library/Themes/A.theme/left.over", "x");
+    theme("A.theme", kLime);
+    EXPECT_EQ(
+        install({"../A.theme", "--force"}).output,
+        "../device/Library/Themes: A.theme is installed in place of the one that was there\n");
+    EXPECT_EQ(folder.names("device/Library/Themes/A.theme"), "IconBundles");
+    EXPECT_GT(shows("A.theme", kLime), 1000);
+    // A link in the place of a copy, and the other way round; the maker's folder stays whole.
+    EXPECT_EQ(install({"../A.theme", "--link", "--force"}).output,
+              "../device/Library/Themes: A.theme is linked in place of the one that was there\n");
+    EXPECT_TRUE(fs::is_symlink(folder / "device/Library/Themes/A.theme"));
+    EXPECT_EQ(install({"../A.theme", "--link", "--force"}).code, 0);
+    EXPECT_EQ(install({"../A.theme", "--force"}).code, 0);
+    EXPECT_FALSE(fs::is_symlink(folder / "device/Library/Themes/A.theme"));
+    EXPECT_EQ(folder.names("A.theme"), "IconBundles");
+    EXPECT_EQ(folder.names("device/Library/Themes"), "A.theme");
+    EXPECT_EQ(folder.names("tmp"), "");
+}
+
+// It would be replaced by itself, or by a link to itself.
+TEST_F(DeviceInstall, TheDevicesOwnThemeStaysAsItIs) {
+    ASSERT_EQ(install({"../A.theme"}).code, 0);
+    for (const std::vector<std::string>& options :
+         std::vector<std::vector<std::string>>{{"--force"}, {"--force", "--link"}, {}}) {
+        std::vector<std::string> words{"../device/User/../../../Library/Themes/A.theme/"};
+        words.insert(words.end(), options.begin(), options.end());
+        const CommandResult result = install(words);
+        EXPECT_EQ(result.code, 3);
+        EXPECT_EQ(result.errors, "velmoranth: error: " + words.front() +
+                                     ": this is the device's own theme already\n");
+    }
+    EXPECT_GT(shows("A.theme", kMagenta), 1000);
+}
+
+TEST_F(DeviceInstall, WhatConvertingWouldShowIsSaid) {
+    const std::string png = folder.contents(std::string("A.theme") + kIcon);
+    folder.file("A.theme/Icons/com.apple.Maps.png", png);
+    const std::string hidden = runCommand({"preview", "../A.theme"}, setting()).errors;
+    const std::size_t begin = hidden.find("velmoranth: A.theme: 1 icon lies under a name");
+    ASSERT_NE(begin, std::string::npos) << hidden;
+    const std::string line = hidden.substr(begin, hidden.find('\n', begin) + 1 - begin);
+    EXPECT_TRUE(install({"../A.theme"}).errors.starts_with(line));
+    EXPECT_TRUE(install({"../A.theme", "--link", "--force"}).errors.starts_with(line));
+}
+
+class DeviceUninstall : public DeviceInstall {
+  protected:
+    [[nodiscard]] CommandResult uninstall(std::vector<std::string> words) const {
+        words.insert(words.begin(), {"device", "uninstall"});
+        words.insert(words.end(), {"--root", "../device"});
+        return runCommand(words, setting());
+    }
+};
+
+TEST_F(DeviceUninstall, ThemesAreTakenOff) {
+    theme("B.theme", kLime);
+    ASSERT_EQ(install({"../A.theme"}).code, 0);
+    ASSERT_EQ(install({"../B.theme", "--link"}).code, 0);
+    const CommandResult result = uninstall({"A.theme", "B.theme", "A.theme"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.output,
+              "../device/Library/Themes: A.theme is removed\n"
+              "../device/Library/Themes: B.theme is removed\n");
+    EXPECT_EQ(folder.names("device/Library/Themes"), "");
+    EXPECT_EQ(folder.names("B.theme/IconBundles"), "com.apple.Preferences-large.png");
+}
+
+TEST_F(DeviceUninstall, OneThatIsActiveIsTold) {
+    theme("B.theme", kLime);
+    ASSERT_EQ(install({"../A.theme", "../B.theme"}).code, 0);
+    EXPECT_GT(shows("A.theme,B.theme", kMagenta), 1000);
+    EXPECT_EQ(uninstall({"A.theme"}).errors,
+              "velmoranth: it is still among the active themes, where nothing comes of it; "
+              "velmoranth settings set ActiveThemes=B.theme --root ../device tidies up\n");
+    EXPECT_GT(shows("B.theme", kLime), 1000);
+}
+
+TEST_F(DeviceUninstall, WhatIsNotThereIsNamedNearby) {
+    ASSERT_EQ(install({"../A.theme"}).code, 0);
+    const std::string error = "velmoranth: error: ../device/Library/Themes: there is no theme ";
+    for (const auto& [name, more] : std::vector<std::pair<std::string, std::string>>{
+             {"B.theme", "; did you mean A.theme?\n"},
+             {"Quartz.theme", "\n"},
+             {"../device/Library/Themes/A.theme", "; give a theme's name, as in A.theme\n"},
+             {"..", "; give a theme's name, as in A.theme\n"},
+             {"", "; give a theme's name, as in A.theme\n"}}) {
+        const CommandResult result = uninstall({"A.theme", name});
+        EXPECT_EQ(result.code, 3);
+        EXPECT_EQ(result.errors, error + "\"" + name + "\"" + more);
+        EXPECT_EQ(result.output, "");
+    }
+    EXPECT_EQ(folder.names("device/Library/Themes"), "A.theme") << "all are looked for first";
+    const CommandResult noRoot = runCommand({"device", "uninstall", "x"});
+    EXPECT_EQ(noRoot.code, 2);
+    EXPECT_EQ(
+        noRoot.errors,
+        "velmoranth: error: velmoranth device uninstall needs --root DIR, the device that has "
+        "the theme\n");
 }
 
 }  // namespace

@@ -41,6 +41,7 @@ const PerCommand kFailing{
     {"extract", {"none", "out"}},
     {"device init", {"/dev/null/none"}},
     {"device install", {"none", "--root", "none"}},
+    {"device uninstall", {"none", "--root", "none"}},
     {"device respring", {"--root", "none"}},
     {"hooks", {"--version-number", "x"}},
     {"names", {"none"}},
@@ -67,6 +68,7 @@ const PerCommand kWriting{
     {"extract", {"Many.car", "out", "--jobs", "2"}},
     {"device init", {"phone"}},
     {"device install", {"Many.theme", "--root", "device"}},
+    {"device uninstall", {"Old.theme", "--root", "device"}},
     {"settings set", {"opacityVal=0.5", "--root", "device"}},
     {"settings unset", {"opacityVal", "--root", "device"}},
     {"settings save", {"kept", "--root", "device"}},
@@ -156,6 +158,7 @@ class EveryCommand : public testing::Test {
         const tests::ByteVector bytes = car.build();
         folder.file("Many.car", std::string(bytes.begin(), bytes.end()));
         ASSERT_EQ(run(folder, {"device", "init", "device"}).code, 0);
+        folder.folder("device/Library/Themes/Old.theme/IconBundles");
         ASSERT_EQ(run(folder, {"settings", "set", "enable=1", "--root", "device"}).code, 0);
         ASSERT_EQ(run(folder, {"settings", "save", "old", "--root", "device"}).code, 0);
     }

@@ -4,6 +4,7 @@
 
 #include <nlohmann/json.hpp>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 #include <cstdlib>
 
@@ -93,7 +94,61 @@ TEST_F(ExtractRequest, FiltersTakeWhatFitsAllOfThem) {
     expectFailure({"Maps.app", "none", "--scale", "3"}, 1,
                   "Maps.app/Assets.car: nothing fits --name, --scale, --idiom and --appearance as "
                   "they are given; --list alone shows what there is");
+    expectFailure({"Maps.app", "none", "--appearance", "drak"}, 1,
+                  "Maps.app/Assets.car: --appearance takes any or dark, not \"drak\"; did you mean "
+                  "dark?");
+    expectFailure(
+        {"Maps.app", "none", "--appearance", "any", "--appearance", "tinted", "--scale", "3"}, 1,
+        "Maps.app/Assets.car: --appearance takes any or dark, not \"tinted\"");
+    EXPECT_EQ(
+        extract({"Maps.app", "--list", "--appearance", "drak"}).errors,
+        "velmoranth: error: Maps.app/Assets.car: --appearance takes any or dark, not \"drak\"; "
+        "did you mean dark?\n");
     EXPECT_FALSE(fs::exists(folder / "none"));
+}
+
+TEST_F(ExtractRequest, StandardOutputTakesOnePicture) {
+    catalogOfMany();
+    const std::vector<std::string> one{"--name", "Icon", "--idiom", "pad", "--scale", "2"};
+    const auto with = [&](std::vector<std::string> words) {
+        words.insert(words.end(), one.begin(), one.end());
+        return words;
+    };
+    const CommandResult result = extract(with({"Maps.app", "-"}));
+    EXPECT_EQ(result.code, 0);
+    EXPECT_EQ(result.errors, "");
+    ASSERT_EQ(extract(with({"Maps.app", "out"})).code, 0);
+    EXPECT_TRUE(result.output == folder.contents("out/Maps.app/Icon-8-8-@2x.png"));
+    EXPECT_TRUE(extract(with({"Maps.app", "-", "--flat"})).output == result.output);
+    expectFailure(
+        {"Maps.app", "-", "--name", "Icon"}, 2,
+        "standard output takes one picture, and 4 are asked for; --name, --scale, --idiom "
+        "and --appearance say which, --list shows them");
+    expectFailure({"Maps.app", "-", "--name", "x"}, 1,
+                  "Maps.app/Assets.car: nothing has a name that fits \"x\"; without --name, --list "
+                  "shows the names");
+    EXPECT_FALSE(fs::exists(folder / "-"));
+}
+
+TEST_F(ExtractRequest, WhatIsNeitherFileNorFolderIsCalledWhatItIs) {
+    const auto message = [](const std::string& what) {
+        return ": this is " + what +
+               ", and no file; give a .car file or the folder of a bundle, or - for standard input";
+    };
+    expectFailure({"/dev/null", "out"}, 3, "/dev/null" + message("a device"));
+    ASSERT_EQ(::mkfifo((folder / "pipe.car").c_str(), 0600), 0);
+    expectFailure({"pipe.car", "out"}, 3, "pipe.car" + message("a pipe"));
+    EXPECT_FALSE(fs::exists(folder / "out"));
+}
+
+TEST_F(ExtractRequest, AnInputThatIsNotThereIsNamedNearby) {
+    catalogOfMany();
+    expectFailure({"Mpas.app", "out"}, 3,
+                  "Mpas.app: no such file or directory; did you mean Maps.app?");
+    expectFailure({"./Maps", "out"}, 3,
+                  "./Maps: no such file or directory; did you mean ./Maps.app?");
+    expectFailure({"Quite.other", "out"}, 3, "Quite.other: no such file or directory");
+    expectFailure({"none/Maps.app", "out"}, 3, "none/Maps.app: no such file or directory");
 }
 
 TEST_F(ExtractRequest, FilesOfACatalogLieInTheFolderAndOfABundleBelowItsName) {

@@ -205,7 +205,7 @@ TEST(Completion, TheOtherShellsKnowEveryWordToo) {
               std::string::npos);
     EXPECT_NE(shells()[1].script(sample).find("'*--many[more]:N:_files'"), std::string::npos);
     EXPECT_EQ(runCommand({"completion", "fsh"}).errors,
-              "velmoranth: error: SHELL is one of bash, zsh and fish, not \"fsh\"; did you mean "
+              "velmoranth: error: completion takes bash, zsh or fish, not \"fsh\"; did you mean "
               "zsh?\n");
 }
 

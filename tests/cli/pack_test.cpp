@@ -237,6 +237,41 @@ TEST_F(Pack, clutterAndWhatNoPhoneReadsStaysOut) {
     EXPECT_EQ(read({"--contents", "a.deb"}).output.find("empty"), std::string::npos);
 }
 
+// A theme's pictures are in its folders; what lies beside them was put there by mistake, or to show
+// people.
+TEST_F(Pack, picturesAndPackagesBesideTheFoldersStayOut) {
+    for (const char* const name :
+         {"screenshot.png", "Photo.JPG", "Sunset_1.0.deb", "old.tar.gz", "Info.txt"}) {
+        folder.file("Sunset Paper.theme/" + std::string(name), "x");
+    }
+    folder.file("Sunset Paper.theme/extra/deep.png", "x");
+    const std::string picture = ": a picture beside the theme's folders, where nothing looks\n";
+    const std::string package = ": a package or an archive, which is no part of a theme\n";
+    EXPECT_EQ(pack({"-o", "a.deb"}).output,
+              "a.deb: Sunset Paper 1.0, 3 files, installed as /Library/Themes/Sunset Paper.theme\n"
+              "  left out  Photo.JPG" +
+                  picture + "  left out  Sunset_1.0.deb" + package + "  left out  old.tar.gz" +
+                  package + "  left out  screenshot.png" + picture);
+}
+
+// One that its maker hoped to see is more than left over.
+TEST_F(Pack, anIconBesideTheFoldersIsAnErrorAllTheSame) {
+    const std::string icon =
+        folder.contents("Sunset Paper.theme/IconBundles/com.apple.Preferences-large.png");
+    folder.file("Sunset Paper.theme/com.apple.Maps-large.png", icon);
+    const CommandResult refused = packSound({"-o", "a.deb"});
+    EXPECT_EQ(refused.code, 1);
+    EXPECT_TRUE(
+        refused.errors.starts_with("velmoranth: error: ../Sunset Paper.theme: it has 1 "
+                                   "error, com.apple.Maps-large.png first: "))
+        << refused.errors;
+    EXPECT_EQ(folder.names("work"), "");
+    EXPECT_EQ(packSound({"-o", "a.deb", "--no-lint"}).output,
+              "a.deb: Sunset Paper 1.0, 1 file, installed as /Library/Themes/Sunset Paper.theme\n"
+              "  left out  com.apple.Maps-large.png: a picture beside the theme's folders, where "
+              "nothing looks\n");
+}
+
 TEST_F(Pack, aLinkToAFileOfTheThemeIsThatFileOnceMore) {
     folder.link("Sunset Paper.theme/IconBundles/com.apple.mobilesafari-large.png",
                 "com.apple.Preferences-large.png");

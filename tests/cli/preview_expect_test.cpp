@@ -92,18 +92,28 @@ TEST(Comparison, RowsLieBelowEachOther) {
     }
 }
 
+TEST(Comparison, AMarginLiesAroundAllRows) {
+    const Picture a = solid(10, 20, 1);
+    const Picture b = solid(30, 5, 2);
+    const std::vector<std::vector<Captioned>> rows{{{a, ""}}, {{b, ""}}};
+    const Arranged sheet = inRows(rows, 7);
+    EXPECT_EQ(sheet.places, (std::vector<Placed>{{7, 35, 10, 20}, {7, 90, 30, 5}}));
+    EXPECT_EQ(sheet.picture.width, 44U);
+    EXPECT_EQ(sheet.picture.height, 102U);
+}
+
 TEST(Comparison, PicturesShrinkInProportion) {
     Picture striped = solid(300, 800, 0);
     for (std::size_t i = 0; i < striped.pixels.size(); ++i) {
         striped.pixels[i] = i / (300 * 4) % 2 == 0 ? 0 : 200;
     }
     striped.scale = 3;
-    const Picture small = shrunkToHeight(striped, 400);
+    const Picture small = shrunkToWidth(striped, 150);
     EXPECT_EQ(small.width, 150U);
     EXPECT_EQ(small.height, 400U);
     EXPECT_EQ(small.scale, 1);
     EXPECT_EQ(small.pixels, std::vector<std::uint8_t>(150 * 400 * 4, 100));
-    EXPECT_EQ(shrunkToHeight(solid(1, 800, 9), 100).width, 1U);
+    EXPECT_EQ(shrunkToWidth(solid(800, 1, 9), 100).height, 1U);
 }
 
 class PreviewExpect : public PreviewTest {

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace velmoranth::cli::preview_folders_test {
 namespace {
@@ -26,6 +28,58 @@ TEST_F(PreviewFolders, AFolderOfThemesSaysWhereTheyLie) {
                    "../Collection: this is no theme, but holds ../Collection/One.theme, "
                    "../Collection/Two.theme, ../Collection/more/Four and 1 more; give one of them, "
                    "or for preview --all, which draws them together");
+}
+
+TEST_F(PreviewFolders, EveryOtherCommandSaysItToo) {
+    theme("H1/Library/Themes/B.theme", kLime);
+    theme("H1/Library/Themes/A", kMagenta);
+    ASSERT_EQ(runCommand({"device", "init", folder / "device"}).code, 0);
+    const std::string both =
+        "velmoranth: error: ../H1: this is no theme, but holds ../H1/Library/Themes/A, "
+        "../H1/Library/Themes/B.theme; give one of them";
+    const std::string more = ", or for preview --all, which draws them together\n";
+    for (const auto& [words, error] : std::vector<std::pair<std::vector<std::string>, std::string>>{
+             {{"explain", "../H1", "--", "dock"}, both + more},
+             {{"sound", "lock", "../H1", "-o", "s.wav"}, both + more},
+             {{"pack", "../H1"}, both + "\n"},
+             {{"pack", "../H1", "--no-lint"}, both + "\n"},
+             {{"device", "install", "../H1", "--root", "../device"}, both + "\n"},
+             {{"device", "install", "../H1", "--link", "--root", "../device"}, both + "\n"}}) {
+        const CommandResult result = runCommand(words, setting());
+        EXPECT_EQ(result.code, 3) << words.front();
+        EXPECT_EQ(result.errors, error);
+        EXPECT_EQ(result.output, "");
+    }
+    EXPECT_EQ(folder.names("work"), "");
+    EXPECT_EQ(folder.names("device/Library/Themes"), "");
+}
+
+// A slip of the keyboard, or the ending left out.
+TEST_F(PreviewFolders, AThemeThatIsNotThereIsNamedNearby) {
+    theme("Sunset.theme", kLime);
+    ASSERT_EQ(runCommand({"device", "init", folder / "device"}).code, 0);
+    const auto errors = [&](const std::vector<std::string>& words) {
+        const CommandResult result = runCommand(words, setting());
+        EXPECT_EQ(result.code, 3) << words.front();
+        return result.errors;
+    };
+    const std::string error = "velmoranth: error: ";
+    const std::string near = "; did you mean ../Sunset.theme?\n";
+    EXPECT_EQ(errors({"preview", "../Sunste.theme"}),
+              error + "../Sunste.theme: there is no such theme folder" + near);
+    EXPECT_EQ(errors({"preview", "../sunset"}),
+              error + "../sunset: there is no such theme folder" + near);
+    EXPECT_EQ(errors({"explain", "../Sunset", "--", "dock"}),
+              error + "../Sunset: there is no such theme folder" + near);
+    EXPECT_EQ(errors({"sound", "lock", "../Sunset.theme1"}),
+              error + "../Sunset.theme1: there is no such theme folder" + near);
+    const std::string none = "../Sunset/: no such file or directory" + near;
+    EXPECT_EQ(errors({"lint", "../Sunset/"}), error + none);
+    EXPECT_EQ(errors({"convert", "../Sunset/", "-o", "out"}), error + none);
+    EXPECT_EQ(errors({"pack", "../Sunset/"}), error + none);
+    EXPECT_TRUE(errors({"device", "install", "../Sunset/", "--root", "../device"}).ends_with(near));
+    EXPECT_EQ(errors({"preview", "../Quartz.theme"}),
+              error + "../Quartz.theme: there is no such theme folder\n");
 }
 
 TEST_F(PreviewFolders, AllDrawsEveryThemeOfTheFolder) {

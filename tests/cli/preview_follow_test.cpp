@@ -138,6 +138,27 @@ TEST_F(PreviewFollow, ASavedFileHasThePictureDrawnAgain) {
     EXPECT_EQ(folder.names("tmp"), "");
 }
 
+// Once each time that it is something else: a save that changes no count is not told.
+TEST_F(PreviewFollow, WhatTheThemesDoIsToldWhenItChanges) {
+    theme("A", kMagenta);
+    RunningCommand running({"preview", "../A", "--follow"}, setting());
+    const std::string line = "preview.png: 1125 × 2436 pixels, iOS 13.3, phone\n";
+    std::string lines = line;
+    ASSERT_TRUE(running.waitForText(lines));
+    ASSERT_TRUE(running.waitForText("velmoranth: 1 of 46 apps has an icon of the theme; "));
+    theme("A", kLime);
+    ASSERT_TRUE(running.waitForText(lines += line));
+    const std::string icons = "A/IconBundles/com.apple.";
+    fs::copy(folder / (icons + "Preferences-large.png"), folder / (icons + "Maps-large.png"));
+    ASSERT_TRUE(running.waitForText(lines += line));
+    ASSERT_TRUE(running.waitForText("velmoranth: 2 of 46 apps have an icon of the theme; "));
+    folder.file("A/Icons/com.apple.News.png", folder.contents(icons + "Maps-large.png"));
+    ASSERT_TRUE(running.waitForText("velmoranth: A: 1 icon lies under a name that nothing looks "));
+    running.signal(SIGINT);
+    const std::string errors = running.finish().errors;
+    EXPECT_EQ(errors.find("1 of 46 apps"), errors.rfind("1 of 46 apps")) << errors;
+}
+
 TEST_F(PreviewRoot, ASavedFileOfTheDeviceHasThePictureDrawnAgain) {
     activate("A");
     RunningCommand running({"preview", "--root", "../device", "--follow", "--quiet"}, setting());

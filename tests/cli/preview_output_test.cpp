@@ -55,14 +55,16 @@ TEST_F(PreviewOutput, PlaceThatCannotBeWrittenIsOneLine) {
     folder.file("work/file", "text");
     const std::string theme = "../A.theme";
     const std::string why = ": the picture cannot be written: ";
-    expectBadInput({theme, "-o", "no/a.png"}, "no/a.png" + why + "no such file or directory");
+    folder.link("work/away", "no/such/folder");
+    expectBadInput({theme, "-o", "away/a.png"}, "away/a.png" + why + "no such file or directory");
+    expectBadInput({theme, "-o", "file/b/a.png"}, "file/b/a.png" + why + "not a directory");
     expectBadInput({theme, "-o", "a.png/"}, "a.png/" + why + "no such file or directory");
     expectBadInput({theme, "-o", "folder"}, "folder" + why + "is a directory");
     expectBadInput({theme, "-o", "file/a.png"}, "file/a.png" + why + "not a directory");
     expectBadInput({theme, "-o", "/dev/full"}, "/dev/full" + why + "no space left on device");
     expectBadInput({theme, "--log", "no/log"},
                    "no/log: the log cannot be written: no such file or directory");
-    EXPECT_EQ(folder.names("work"), "file folder");
+    EXPECT_EQ(folder.names("work"), "away file folder");
 }
 
 TEST_F(PreviewOutput, FolderWithoutTheRightIsOneLine) {
@@ -90,7 +92,28 @@ TEST_F(PreviewOutput, TheFolderOfStepsIsMade) {
     EXPECT_EQ(result.code, 0) << result.errors;
     EXPECT_EQ(folder.names("work/steps"), "panel-01.png panel-02.png panel-03.png panel-04.png");
     EXPECT_EQ(preview({"../A", "--screen", "panel-success", "--steps", "-o", "no/such/p.png"}).code,
-              3);
+              0);
+    EXPECT_EQ(folder.names("work/no/such"), "p-01.png p-02.png p-03.png p-04.png");
+}
+
+TEST_F(PreviewOutput, ThePicturesFolderIsMade) {
+    theme("A", kMagenta);
+    EXPECT_EQ(preview({"../A", "-o", "x/y.png"}).output,
+              "x/y.png: 1125 × 2436 pixels, iOS 13.3, phone\n");
+    EXPECT_GT(picture("work/x/y.png").count(kMagenta), 0);
+    EXPECT_EQ(preview({"../A", "-o", "x/deep/er/y.png"}).code, 0);
+    EXPECT_EQ(folder.names("work/x/deep/er"), "y.png");
+    EXPECT_EQ(preview({"../A", "--screen", "controls", "--sheet", "-o", "s/t.png"}).code, 0);
+    EXPECT_EQ(folder.names("work/s"), "t.png");
+    const CommandResult explained = runCommand(
+        {"explain", "../A", "-o", "e/icon.png", "--", "icon", "com.apple.Preferences"}, setting());
+    EXPECT_EQ(explained.code, 0) << explained.errors;
+    EXPECT_EQ(folder.names("work/e"), "icon.png");
+    EXPECT_EQ(runCommand({"sound", "panel:success", "-o", "w/s.wav"}, setting()).code, 0);
+    EXPECT_EQ(folder.names("work/w"), "s.wav");
+    // Nothing is made for a picture that is none.
+    EXPECT_EQ(preview({"../none", "-o", "n/y.png"}).code, 3);
+    EXPECT_EQ(folder.names("work"), "e s w x");
 }
 
 // One moment on every clock, from day to day.

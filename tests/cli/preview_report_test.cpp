@@ -56,6 +56,26 @@ TEST_F(PreviewReportTest, CountsTheAppsAndNamesTheParts) {
     EXPECT_EQ(std::ranges::count(text, '\n'), 1) << text;
 }
 
+// The clock has a face on iOS 13, and an icon like others before.
+TEST_F(PreviewReportTest, TheListOfIconsHasTheAppsThatTheHomeScreenCounts) {
+    picture("work/A/IconBundles/com.apple.Maps-large.png");
+    picture("work/A/IconBundles/com.apple.mobiletimer-large.png");
+    picture("work/A/Bundles/com.apple.SpringBoardHome/ClockIconBackgroundSquare@3x.png");
+    const auto list = [&](const std::string& system) {
+        return report({"--screen", "icons", "--ios", system});
+    };
+    for (const std::string system : {"12", "13"}) {
+        EXPECT_TRUE(report({"--ios", system}).starts_with("velmoranth: 2 of 46 apps have an icon "))
+            << system;
+        EXPECT_TRUE(list(system).starts_with("velmoranth: 2 of 2 apps have an icon of the theme\n"))
+            << list(system);
+    }
+    std::filesystem::remove_all(folder / "work/A/Bundles");
+    EXPECT_TRUE(report().starts_with("velmoranth: 1 of 46 apps has an icon "));
+    EXPECT_TRUE(list("13").starts_with("velmoranth: 1 of 1 app has an icon of the theme\n"))
+        << list("13");
+}
+
 TEST_F(PreviewReportTest, QuietSaysNothing) {
     picture("work/A/IconBundles/com.apple.Maps-large.png");
     EXPECT_EQ(report({"--quiet"}), "");

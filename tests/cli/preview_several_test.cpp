@@ -107,11 +107,10 @@ TEST_F(PreviewSeveral, FolderThatCannotBeMadeIsNamed) {
     theme("A.theme", kMagenta);
     folder.file("work/f", "mine");
     expectBadInput({"../A.theme", "--all-screens", "-o", "f"},
-                   "f: the pictures need a folder, and none can be made here: file exists");
+                   "f: the pictures need a folder, and none can be made here: not a directory");
     EXPECT_EQ(folder.contents("work/f"), "mine");
-    expectBadInput({"../A.theme", "--all-screens", "-o", "no/f"},
-                   "no/f: the pictures need a folder, and none can be made here: no such file or "
-                   "directory");
+    expectBadInput({"../A.theme", "--all-screens", "-o", "f/g"},
+                   "f/g: the pictures need a folder, and none can be made here: not a directory");
 }
 
 TEST_F(PreviewSeveral, SheetHasARowADevice) {
@@ -119,10 +118,11 @@ TEST_F(PreviewSeveral, SheetHasARowADevice) {
     const CommandResult result = preview({"../A.theme", "--sheet"});
     EXPECT_EQ(result.code, 0);
     EXPECT_EQ(result.errors, "");
-    // Every screen is 480 pixels high below its caption of 28; the pads' row is the widest.
-    EXPECT_EQ(picture().height, 3U * (28 + 480));
-    EXPECT_EQ(picture().width, 11U * 360 + 10 * 12);
-    EXPECT_EQ(result.output, "preview.png: 4080 × 1524 pixels, 33 screens\n");
+    // Every screen is 320 pixels wide below its caption of 28, with gaps of 12 around it; the panel
+    // is not among them.
+    EXPECT_EQ(picture().height, 12U + (28 + 693 + 12) + (28 + 569 + 12) + (28 + 427 + 12));
+    EXPECT_EQ(picture().width, 12U + 9 * (320 + 12));
+    EXPECT_EQ(result.output, "preview.png: 3000 × 1821 pixels, 27 screens\n");
 }
 
 TEST_F(PreviewSeveral, SheetShowsTheScreensAndDevicesThatAreNamed) {
@@ -139,24 +139,31 @@ TEST_F(PreviewSeveral, SheetShowsTheScreensAndDevicesThatAreNamed) {
                 "\n";
     }
     EXPECT_EQ(rows,
-              "settings pad 12.4 0,28 360x480\n"
-              "home pad 12.4 372,28 360x480\n"
-              "settings phone-667 12.4 0,536 270x480\n"
-              "home phone-667 12.4 282,536 270x480\n"
-              "settings pad 13.3 0,1044 360x480\n"
-              "home pad 13.3 372,1044 360x480\n"
-              "settings phone-667 13.3 0,1552 270x480\n"
-              "home phone-667 13.3 282,1552 270x480\n");
+              "settings pad 12.4 12,40 320x427\n"
+              "home pad 12.4 344,40 320x427\n"
+              "settings phone-667 12.4 12,507 320x569\n"
+              "home phone-667 12.4 344,507 320x569\n"
+              "settings pad 13.3 12,1116 320x427\n"
+              "home pad 13.3 344,1116 320x427\n"
+              "settings phone-667 13.3 12,1583 320x569\n"
+              "home phone-667 13.3 344,1583 320x569\n");
     // The icon is on the home screen alone.
-    EXPECT_EQ(picture("work/sheet.png").count(kMagenta, 0, 250), 0);
-    EXPECT_GT(picture("work/sheet.png").count(kMagenta, 282), 500);
+    EXPECT_EQ(picture("work/sheet.png").count(kMagenta, 0, 332), 0);
+    EXPECT_GT(picture("work/sheet.png").count(kMagenta, 344), 500);
+}
+
+TEST_F(PreviewSeveral, ThePanelIsOnASheetWhenItIsNamed) {
+    theme("A.theme", kMagenta);
+    const Json sheet =
+        json({"../A.theme", "--sheet", "--screen", "panel-error,home", "--device", "phone"});
+    EXPECT_EQ(sheet["pictures"][0]["screens"][0]["screen"], "panel-error");
 }
 
 TEST_F(PreviewSeveral, OneScreenIsASheetToo) {
     theme("A.theme", kMagenta);
     const CommandResult result =
         preview({"../A.theme", "--sheet", "--screen", "home", "--device", "pad", "--before"});
-    EXPECT_EQ(result.output, "preview.png: 360 × 508 pixels, iOS 13.3, pad\n");
+    EXPECT_EQ(result.output, "preview.png: 344 × 479 pixels, iOS 13.3, pad\n");
     EXPECT_EQ(picture().count(kMagenta), 0);
 }
 

@@ -394,7 +394,7 @@ TEST_F(Sound, TheWavFileIsWholeOrAsItWas) {
         EXPECT_EQ(folder.names("tmp"), "");
     };
     refused("folder", "is a directory", setting());
-    refused("none/out.wav", "no such file or directory", setting());
+    refused("out.wav/out.wav", "not a directory", setting());
     CommandSetting limited = setting();
     // A second of stereo is larger; what the throw-away device holds is not.
     limited.limits = {{RLIMIT_FSIZE, 120'000}};

@@ -24,7 +24,6 @@ TEST(Usage, EveryMisuseIsOneLineAndExitCode2) {
         {{"hoks"}, "there is no command \"hoks\"; did you mean hooks?"},
         {{"qqqqqqq"}, "there is no command \"qqqqqqq\"; velmoranth --help lists what there is"},
         {{"--vrsion"}, "there is no option \"--vrsion\"; did you mean --version?"},
-        {{"device"}, "there is no command \"device\"; did you mean device init?"},
         {{"device", "int", "x"}, "there is no command \"device int\"; did you mean device init?"},
         {{"device", "init"}, "velmoranth device init needs DIR; velmoranth device init --help"},
         {{"device", "init", "a", "b"},
@@ -43,7 +42,11 @@ TEST(Usage, EveryMisuseIsOneLineAndExitCode2) {
          "--scale takes a number from 1 to 100, not \"1.5\""},
         {{"extract", "a.car", "b", "--idiom", "pda"},
          "--idiom takes universal, phone, pad, tv, car, watch, marketing or a number, not "
-         "\"pda\""},
+         "\"pda\"; did you mean pad?"},
+        {{"extract", "a.car", "-", "--json"},
+         "--json does not go with -: standard output has the picture"},
+        {{"extract", "a.car", "-", "--system-names"},
+         "--system-names does not go with -: a picture on standard output has no name"},
         {{"extract", "a.car", "b", "--idiom", "65536"},
          "--idiom takes universal, phone, pad, tv, car, watch, marketing or a number, not "
          "\"65536\""},
@@ -71,7 +74,10 @@ TEST(Usage, EveryMisuseIsOneLineAndExitCode2) {
         {{"notify", "prfs", "--root", "."},
          "there is no notification \"prfs\"; did you mean prefs?"},
         {{"notify", "prefs"}, "velmoranth notify needs --root DIR, the device to tell"},
-        {{"settings"}, "there is no command \"settings\"; did you mean settings list?"},
+        {{"settings", "qqqqqqqqqqqqq"},
+         "there is no command \"settings qqqqqqqqqqqqq\"; velmoranth settings --help lists what "
+         "there "
+         "is"},
         {{"settings", "sett", "enable=no"},
          "there is no command \"settings sett\"; did you mean settings set?"},
         {{"settings", "list"}, "velmoranth settings list needs --root DIR, the device"},
@@ -142,7 +148,7 @@ TEST(Usage, EveryMisuseIsOneLineAndExitCode2) {
         {{"preview", "T", "--set", "xAxisVal=1e39"}, "--set xAxisVal takes a number, not \"1e39\""},
         {{"preview", "T", "--ios", "14"}, "--ios takes 12 or 13, not \"14\""},
         {{"preview", "T", "--device", "phon"},
-         "--device takes one of phone, phone-667, pad, not \"phon\"; did you mean phone?"},
+         "--device takes phone, phone-667 or pad, not \"phon\"; did you mean phone?"},
         {{"preview", "T", "--screen", "lock"},
          "--screen takes home, folder, pressed, today, switcher, notification, settings, "
          "panel-error, "
@@ -167,7 +173,17 @@ TEST(Usage, EveryMisuseIsOneLineAndExitCode2) {
         {{"preview", "T", "--steps"}, "--steps needs --screen folder or panel-success"},
         {{"preview", "T", "--screen", "folder", "--icon", "Mail"}, "--icon needs --screen pressed"},
         {{"preview", "T", "--screen", "folder", "--folder", "Games"},
-         "--folder takes one of Utilities, Social, not \"Games\""},
+         "--folder takes Utilities or Social, not \"Games\""},
+        {{"preview", "T", "--screen", "folder", "--folder", "Utilties"},
+         "--folder takes Utilities or Social, not \"Utilties\"; did you mean Utilities?"},
+        {{"preview", "T", "--screen", "hmoe"},
+         "--screen takes home, folder, pressed, today, switcher, notification, settings, "
+         "panel-error, panel-success, weather, controls, gallery or icons, not \"hmoe\"; did you "
+         "mean home?"},
+        {{"preview", "T", "--orientation", "lanscape"},
+         "--orientation takes portrait or landscape, not \"lanscape\"; did you mean landscape?"},
+        {{"preview", "T", "--color", "alway"},
+         "--color takes auto, always or never, not \"alway\"; did you mean always?"},
         {{"preview", "T", "--screen", "folder", "--folder", "Social", "--page", "1"},
          "--page does not go with --folder: the page is the one where that lies"},
         {{"preview", "T", "--screen", "folder", "--folder-page", "x"},
@@ -202,21 +218,21 @@ TEST(Usage, EveryMisuseIsOneLineAndExitCode2) {
          "panel-error, panel-success, weather, controls, gallery or icons, not "
          "\"home,weather\""},
         {{"preview", "T", "--sheet", "--device", "phone,pod"},
-         "--device takes one of phone, phone-667, pad, not \"pod\"; did you mean pad?"},
+         "--device takes phone, phone-667 or pad, not \"pod\"; did you mean pad?"},
         {{"preview", "T", "--sheet", "--ios", "13,14"}, "--ios takes 12 or 13, not \"14\""},
         {{"preview", "T", "--sheet", "--device", ""},
-         "--device takes one of phone, phone-667, pad, not \"\""},
+         "--device takes phone, phone-667 or pad, not \"\""},
         {{"preview", "T", "--sheet", "--screen", ""},
          "--screen takes home, folder, pressed, today, switcher, notification, settings, "
          "panel-error, panel-success, weather, controls, gallery or icons, not \"\""},
         {{"names", "icons"},
-         "names takes apps, settings, weather, images, chrome, sounds, not \"icons\""},
+         "names takes apps, settings, weather, images, chrome or sounds, not \"icons\""},
         {{"names", "aps"},
-         "names takes apps, settings, weather, images, chrome, sounds, not \"aps\"; did you mean "
+         "names takes apps, settings, weather, images, chrome or sounds, not \"aps\"; did you mean "
          "apps?"},
         {{"names", "--ios", "11"}, "--ios takes 12 or 13, not \"11\""},
         {{"preview", "T", "--sheet", "--device", "phone,"},
-         "--device takes one of phone, phone-667, pad, not \"\""},
+         "--device takes phone, phone-667 or pad, not \"\""},
         {{"preview", "T", "--sheet", "--screen", "settings,controls", "--apps", "theme"},
          "--apps needs a screen that has the home screen in it: home, folder, pressed, today, "
          "switcher or notification"},
@@ -262,6 +278,32 @@ TEST(Usage, EveryMisuseIsOneLineAndExitCode2) {
         EXPECT_EQ(result.code, 2) << misuse.message;
         EXPECT_EQ(result.errors, "velmoranth: error: " + misuse.message + "\n");
         EXPECT_EQ(result.output, "");
+    }
+}
+
+TEST(Usage, AGroupAloneListsItsCommands) {
+    for (const std::string group : {"device", "settings"}) {
+        const CommandResult help = runCommand({"help", group});
+        EXPECT_EQ(help.code, 0);
+        for (const std::vector<std::string>& words :
+             std::vector<std::vector<std::string>>{{group}, {group, "--root", "d"}}) {
+            const CommandResult result = runCommand(words);
+            EXPECT_EQ(result.code, 2);
+            EXPECT_EQ(result.errors,
+                      "velmoranth: error: velmoranth " + group + " needs one of these commands\n");
+            EXPECT_EQ(result.output, help.output);
+        }
+    }
+    const std::string devices = runCommand({"device"}).output;
+    EXPECT_TRUE(
+        devices.starts_with("usage: velmoranth device COMMAND ...\n\ncommands:\n"
+                            "  device init DIR            Lay out the file system of a "))
+        << devices;
+    for (const std::string line :
+         {"  device install THEME...    Put themes on a device.\n",
+          "  device uninstall THEME...  Take themes off a device.\n",
+          "  device respring            Start the running screens of a device again.\n"}) {
+        EXPECT_NE(devices.find(line), std::string::npos) << devices;
     }
 }
 

@@ -1,0 +1,128 @@
+// velmoranth device uninstall
+#include "cli/commands.h"
+#include "cli/device_check.h"
+#include "cli/linked_themes.h"
+#include "cli/messages.h"
+#include "cli/nearest.h"
+#include "cli/preferences.h"
+#include "cli/settings_device.h"
+#include "desktop/files/cleanup.h"
+#include "desktop/files/descriptor.h"
+#include "desktop/files/file_tree.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <string>
+#include <vector>
+
+namespace velmoranth::cli {
+
+using desktop::DeviceRoot;
+using desktop::Problem;
+using desktop::Result;
+
+namespace {
+
+Result<void> checkInstalled(const DeviceRoot& root, const std::string& theme) {
+    const bool isName =
+        !theme.empty() && theme != "." && theme != ".." && theme.find('/') == std::string::npos;
+    if (isName && kindAt(root, std::string(kInstalledThemes) + "/" + theme) != ItemKind::none) {
+        return {};
+    }
+    std::vector<std::string> names = namesIn(root, kInstalledThemes);
+    return tl::unexpected(
+        Problem{"there is no theme " + inQuotes(theme) +
+                    (isName ? nameSuggestion(theme, names)
+                            : "; give a theme's name, as in " +
+                                  (names.empty() ? "MyTheme.theme" : shown(names.front()))),
+                onThisMachine(root, kInstalledThemes)});
+}
+
+// A link goes, and not what it leads to.
+Result<void> remove(const DeviceRoot& root, const std::string& theme) {
+    const std::string path = std::string(kInstalledThemes) + "/" + theme;
+    const bool isFolder = kindAt(root, path) == ItemKind::folder;
+    const desktop::FolderEntry place = root.openParentToChange(path);
+    int error = place.folder.isOpen() ? 0 : errno;
+    if (error == 0 && isFolder) {
+        error = desktop::removeTree(place.folder.get(), place.name);
+    } else if (error == 0 && ::unlinkat(place.folder.get(), place.name.c_str(), 0) != 0) {
+        error = errno;
+    }
+    return error == 0 ? Result<void>()
+                      : tl::unexpected(desktop::problemOfErrno(error, onThisMachine(root, path)));
+}
+
+// The command that takes the removed themes off the list of the active ones.
+void noteActive(const DeviceRoot& root, const std::vector<std::string>& removed) {
+    std::vector<std::string> active = activeThemes(root);
+    const auto gone = std::erase_if(active, [&](const std::string& name) {
+        return std::ranges::find(removed, name) != removed.end();
+    });
+    if (gone > 0) {
+        note(std::string(gone == 1 ? "it is" : "they are") +
+             " still among the active themes, where nothing comes of it; velmoranth settings set " +
+             forShell("ActiveThemes=" + joinedThemes(active)) + " --root " +
+             forShell(root.hostFolder()) + " tidies up");
+    }
+}
+
+ExitCode runDeviceUninstall(const Arguments& arguments) {
+    const auto folder = arguments.value("--root");
+    if (!folder) {
+        return fail(ExitCode::wrongUsage,
+                    "velmoranth device uninstall needs --root DIR, the device that has the theme");
+    }
+    desktop::cleanUpOnSignals();
+    if (auto checked = openDevice(*folder); !checked) {
+        return fail(ExitCode::badInput, checked.error());
+    }
+    // Without the folders that links lead to, which stay.
+    const auto root = DeviceRoot::open(*folder);
+    if (!root) {
+        return fail(ExitCode::badInput, root.error());
+    }
+    for (const std::string& theme : arguments.positionals()) {
+        if (auto checked = checkInstalled(**root, theme); !checked) {
+            return fail(ExitCode::badInput, checked.error());
+        }
+    }
+    std::vector<std::string> removed;
+    for (const std::string& theme : arguments.positionals()) {
+        if (std::ranges::find(removed, theme) != removed.end()) {
+            continue;
+        }
+        if (auto done = remove(**root, theme); !done) {
+            return fail(ExitCode::badInput, done.error());
+        }
+        print(shown(onThisMachine(**root, kInstalledThemes)) + ": " + shown(theme) +
+              " is removed\n");
+        removed.push_back(theme);
+    }
+    noteActive(**root, removed);
+    return flushResults() ? ExitCode::done : ExitCode::badInput;
+}
+
+constexpr std::array<Option, 1> kUninstallOptions{{{"--root", "", "DIR", "the device"}}};
+
+}  // namespace
+
+Command deviceUninstallCommand() {
+    return {.name = "device uninstall",
+            .summary = "Take themes off a device.",
+            .positionalNames = "THEME...",
+            .description =
+                "Each THEME is the name of a folder in the device's Library/Themes. Of a linked "
+                "one the link goes, and the\nfolder that it leads to stays as it is.",
+            .options = kUninstallOptions,
+            .examples = {"velmoranth device uninstall MyTheme.theme --root mydevice",
+                         "velmoranth device uninstall Icons.theme Dots.theme --root mydevice"},
+            .leastPositionals = 1,
+            .mostPositionals = 1000,
+            .run = runDeviceUninstall};
+}
+
+}  // namespace velmoranth::cli
