@@ -3,7 +3,7 @@
 #include "cli/device_check.h"
 #include "cli/linked_themes.h"
 #include "cli/messages.h"
-#include "cli/nearest.h"
+#include "cli/near_path.h"
 #include "cli/preferences.h"
 #include "cli/settings_device.h"
 #include "desktop/files/cleanup.h"
@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -26,19 +27,24 @@ using desktop::Result;
 
 namespace {
 
+namespace fs = std::filesystem;
+
 Result<void> checkInstalled(const DeviceRoot& root, const std::string& theme) {
     const bool isName =
         !theme.empty() && theme != "." && theme != ".." && theme.find('/') == std::string::npos;
     if (isName && kindAt(root, std::string(kInstalledThemes) + "/" + theme) != ItemKind::none) {
         return {};
     }
-    std::vector<std::string> names = namesIn(root, kInstalledThemes);
-    return tl::unexpected(
-        Problem{"there is no theme " + inQuotes(theme) +
-                    (isName ? nameSuggestion(theme, names)
-                            : "; give a theme's name, as in " +
-                                  (names.empty() ? "MyTheme.theme" : shown(names.front()))),
-                onThisMachine(root, kInstalledThemes)});
+    const std::string folder = onThisMachine(root, kInstalledThemes);
+    std::string more;
+    if (!isName) {
+        const std::vector<std::string> names = namesIn(root, kInstalledThemes);
+        more = "; give a theme's name, as in " +
+               (names.empty() ? "MyTheme.theme" : shown(names.front()));
+    } else if (const fs::path near = nearPath(folder + "/" + theme); !near.empty()) {
+        more = "; did you mean " + shown(near.filename().string()) + "?";
+    }
+    return tl::unexpected(Problem{"there is no theme " + inQuotes(theme) + more, folder});
 }
 
 // A link goes, and not what it leads to.

@@ -99,6 +99,9 @@ bool isFolder(const std::string& path) {
 std::string outputOf(const Arguments& arguments, const makers::ControlValues& control) {
     const std::string name = makers::fileNameOf(control);
     const std::string given = arguments.value("--output").value_or(name);
+    if (given.ends_with('/')) {
+        return given + name;
+    }
     return given != "-" && isFolder(given) ? given + "/" + name : given;
 }
 

@@ -66,20 +66,22 @@ Result<std::string> identifierFor(ScreenKind screen, const std::string& word,
                                   const HomeScreenApps& apps) {
     const std::vector<HomeScreenItem> items = itemsFor(screen, apps);
     std::vector<std::string> names;
+    std::vector<std::string> identifiers;
     for (const HomeScreenItem& item : items) {
-        std::string identifier = simulator::identifierOf(item);
         names.push_back(simulator::nameOf(item));
-        if (identifier == word || sameIgnoringCase(names.back(), word)) {
-            return identifier;
+        identifiers.push_back(simulator::identifierOf(item));
+        if (identifiers.back() == word || sameIgnoringCase(names.back(), word)) {
+            return std::move(identifiers.back());
         }
     }
     if (screen == ScreenKind::folder && names.empty()) {
         return misuse("there is no folder " + inQuotes(word) + ": none of these apps lies in one");
     }
-    return misuse(screen == ScreenKind::folder
-                      ? notAmong("--folder", names, word)
-                      : "there is no icon " + inQuotes(word) + " on the home screen" +
-                            suggestion(word, names));
+    if (screen == ScreenKind::folder) {
+        return misuse(notAmong("--folder", names, word));
+    }
+    return misuse("there is no icon " + inQuotes(word) + " on the home screen" +
+                  suggestion(word, names, nameSuggestion(word, identifiers)));
 }
 
 bool isAny(const ScreenTraits&) {
@@ -128,7 +130,10 @@ Result<std::vector<ScreenKind>> readScreenKinds(const Arguments& arguments) {
     for (const std::string& name : isSheet ? listed(names) : std::vector<std::string>{names}) {
         const auto kind = simulator::screenKindNamed(name);
         if (!kind) {
-            return misuse(notAmong("--screen", screenNames(isAny), name));
+            return misuse(notAmong("--screen", screenNames(isAny), name) +
+                          (!isSheet && name.find(',') != std::string::npos
+                               ? "; several go with --sheet"
+                               : ""));
         }
         kinds.push_back(*kind);
     }

@@ -255,6 +255,13 @@ Result<void> writePlannedPackage(const PackagePlan& plan, const std::string& pat
     if (path != "-" && !replaces && ::lstat(path.c_str(), &status) == 0) {
         return cannotPlace(EEXIST, path);  // before the work
     }
+    const fs::path place = fs::path(path).parent_path();
+    if (std::error_code error; path != "-" && !place.empty()) {
+        fs::create_directories(place, error);
+        if (error && !fs::is_directory(place)) {
+            return cannotPlace(error.value(), path);
+        }
+    }
     auto folder = folderBeside(path);
     if (!folder) {
         return tl::unexpected(std::move(folder.error()));

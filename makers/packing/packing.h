@@ -40,7 +40,7 @@ struct PackagePlan {
 // "com.example.sunset_1.0_iphoneos-arm.deb".
 [[nodiscard]] std::string fileNameOf(const ControlValues& control);
 
-// Writes it beside its place and puts it there as a whole, on to what is there only when that may
+// Makes its folder when that is missing, writes it beside its place and puts it there as a whole, on to what is there only when that may
 // be replaced. `path` "-" is standard output.
 [[nodiscard]] desktop::Result<void> writePlannedPackage(
     const PackagePlan& plan, const std::string& path, bool replaces,

@@ -256,6 +256,7 @@ TEST_F(DeviceUninstall, WhatIsNotThereIsNamedNearby) {
     const std::string error = "velmoranth: error: ../device/Library/Themes: there is no theme ";
     for (const auto& [name, more] : std::vector<std::pair<std::string, std::string>>{
              {"B.theme", "; did you mean A.theme?\n"},
+             {"a", "; did you mean A.theme?\n"},
              {"Quartz.theme", "\n"},
              {"../device/Library/Themes/A.theme", "; give a theme's name, as in A.theme\n"},
              {"..", "; give a theme's name, as in A.theme\n"},

@@ -335,8 +335,12 @@ TEST_F(Pack, aPackageGoesIntoAFolderOrToStandardOutputAndReplacesNothingUnasked)
     EXPECT_EQ(folder.contents("work/out/mine.deb"), "mine");
     EXPECT_EQ(pack({"-o", "out/mine.deb", "--force"}).code, 0);
     EXPECT_TRUE(folder.contents("work/out/mine.deb") == package);
-    EXPECT_EQ(pack({"-o", "none/a.deb"}).errors,
-              "velmoranth: error: none/a.deb: the package cannot be written: no such file or "
+    EXPECT_EQ(pack({"-o", "new/dist/a.deb"}).code, 0);
+    EXPECT_TRUE(folder.contents("work/new/dist/a.deb") == package);
+    EXPECT_EQ(pack({"-o", "other/"}).code, 0);
+    EXPECT_EQ(folder.names("work/other"), "themes.sunset-paper_1.0_iphoneos-arm.deb");
+    EXPECT_EQ(pack({"-o", "out/mine.deb/a.deb"}).errors,
+              "velmoranth: error: out/mine.deb/a.deb: the package cannot be written: not a "
               "directory\n");
 }
 

@@ -216,7 +216,9 @@ TEST(Usage, EveryMisuseIsOneLineAndExitCode2) {
         {{"preview", "T", "--screen", "home,weather"},
          "--screen takes home, folder, pressed, today, switcher, notification, settings, "
          "panel-error, panel-success, weather, controls, gallery or icons, not "
-         "\"home,weather\""},
+         "\"home,weather\"; several go with --sheet"},
+        {{"preview", "T", "--screen", "pressed", "--icon", "com.apple.maps"},
+         "there is no icon \"com.apple.maps\" on the home screen; did you mean com.apple.Maps?"},
         {{"preview", "T", "--sheet", "--device", "phone,pod"},
          "--device takes phone, phone-667 or pad, not \"pod\"; did you mean pad?"},
         {{"preview", "T", "--sheet", "--ios", "13,14"}, "--ios takes 12 or 13, not \"14\""},
