@@ -33,15 +33,13 @@ std::string placeOf(const ConvertedTheme& theme) {
 }
 
 std::string madeText(const std::string& name, const MadeFile& file) {
-    if (name != file.source) {
-        return fmt::format("  made      {} from {}: {}\n", shown(name), shown(file.source),
-                           shown(file.why));
-    }
+    const std::string what = name == file.source
+                                 ? "changed   " + shown(name)
+                                 : "made      " + shown(name) + " from " + shown(file.source);
     std::string text;
     for (std::size_t start = 0; start < file.why.size();) {
         const std::size_t end = std::min(file.why.find('\n', start), file.why.size());
-        text += fmt::format("  changed   {}: {}\n", shown(name),
-                            shown(file.why.substr(start, end - start)));
+        text += fmt::format("  {}: {}\n", what, shown(file.why.substr(start, end - start)));
         start = end + 1;
     }
     return text;

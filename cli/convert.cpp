@@ -90,9 +90,9 @@ Command convertCommand() {
             .positionalNames = "INPUT...",
             .description =
                 "INPUT is a folder, a package (.deb) or an archive (.zip, .tar, .tar.gz, .tar.xz "
-                "and so on), with one\ntheme in it or several, at any depth. Each becomes a folder "
-                "of its own in FOLDER. Inputs are never\nchanged, and nothing is replaced without "
-                "--force.",
+                "and so on), with one\ntheme in it or several, at any depth; - is one on standard "
+                "input. Each becomes a folder of its own in FOLDER.\nInputs are never changed, and "
+                "nothing is replaced without --force.",
             .options = kConvertOptions,
             .examples = {"velmoranth convert OldTheme.deb -o themes",
                          "velmoranth convert icons.zip MyIcons -o themes --dry-run"},

@@ -131,8 +131,10 @@ Command lintCommand() {
             .positionalNames = "THEME...",
             .description =
                 "THEME is a folder, a package (.deb) or an archive (.zip, .tar, .tar.gz, .tar.xz "
-                "and so on). Simulated\nphones and pads with iOS 12 and 13 are asked for every "
-                "file by its name; nothing is changed.",
+                "and so on); - is one on\n"
+                "standard input. Simulated phones and pads with iOS 12 and 13 are asked for every "
+                "file by its name; nothing\n"
+                "is changed.",
             .options = kLintOptions,
             .examples = {"velmoranth lint MyTheme.theme", "velmoranth lint OldTheme.deb --json",
                          "velmoranth lint --explain mask-hides-nothing"},

@@ -95,7 +95,8 @@ std::string forShell(std::string_view word) {
     if (!isPlainText(word)) {
         return shown(word);
     }
-    const std::string start = word.starts_with('-') ? "./" : "";
+    // A dash alone is standard input, which a user has written as "-".
+    const std::string start = word.starts_with('-') && word != "-" ? "./" : "";
     if (!word.empty() && word.find_first_not_of(kPlain) == std::string_view::npos) {
         return start + std::string(word);
     }

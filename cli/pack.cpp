@@ -164,10 +164,17 @@ Result<std::vector<makers::Finding>> errorsIn(const std::string& folder,
 
 ExitCode failForErrors(const std::string& folder, const std::vector<makers::Finding>& errors) {
     const makers::Finding& first = errors.front();
+    const auto mended =
+        static_cast<std::size_t>(std::ranges::count_if(errors, &makers::Finding::isMended));
+    const std::string hint = mended == 0
+                                 ? ""
+                                 : "velmoranth convert " + forShell(folder) + " -o FOLDER mends " +
+                                       std::to_string(mended) + " of them, ";
     return fail(ExitCode::nothingFound,
                 shown(folder) + ": it has " + counted(errors.size(), "error") + ", " +
-                    shown(first.file) + " first: " + first.reason + "; velmoranth lint " +
-                    forShell(folder) + " lists what is wrong, --no-lint packs it all the same");
+                    shown(first.file) + " first: " + first.reason + "; " + hint +
+                    "velmoranth lint " + forShell(folder) +
+                    " lists what is wrong, --no-lint packs it all the same");
 }
 
 ExitCode runPack(const Arguments& arguments) {

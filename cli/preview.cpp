@@ -199,11 +199,11 @@ Command previewCommand() {
         .summary = "Draw the home screen with these themes.",
         .positionalNames = "THEME...",
         .description =
-            "Each THEME is a folder, a package (.deb) or an archive (.zip, .tar.xz and so on); "
-            "where several have a\npicture the first one's is shown. The run has a device of its "
-            "own, "
-            "which is gone afterwards; theming,\nicon mask and overlay are on unless --set says "
-            "otherwise.",
+            "Each THEME is a folder, a package (.deb) or an archive (.zip, .tar.xz and so on), or "
+            "- for one on standard\n"
+            "input; where several have a picture the first one's is shown. The run has a device of "
+            "its own, which is gone\n"
+            "afterwards; theming, icon mask and overlay are on unless --set says otherwise.",
         .options = previewOptionTable(),
         .examples =
             {"velmoranth preview MyTheme.theme", "velmoranth preview OldTheme.deb -o old.png",

@@ -245,7 +245,7 @@ void makeCalendarList(Draft& draft, const Dictionary& calendar) {
     if (!draft.rest().contains(kList)) {
         return;
     }
-    const auto bytes = readWhole(draft.folder() + "/" + kList);
+    const auto bytes = draft.read(kList);
     if (!bytes) {
         draft.leaveOut(kList, bytes.error().message, Repair::none);
         return;

@@ -126,6 +126,9 @@ class Converter {
         const fs::path place = fs::weakly_canonical(path, error);
         for (const ThemeInput& input : inputs_) {
             const fs::path other = fs::canonical(input.path, error);
+            if (error) {
+                continue;  // it is none that has a place, as what came on standard input
+            }
             if (isWithin(place, other) || isWithin(other, place)) {
                 return tl::unexpected(Problem{
                     "the theme would be put into an input or in its place; choose another folder",

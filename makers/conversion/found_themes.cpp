@@ -2,6 +2,7 @@
 
 #include "makers/archives/unpack.h"
 #include "makers/conversion/icon_rules.h"
+#include "makers/conversion/letter_case.h"
 #include "makers/conversion/names.h"
 
 #include <algorithm>
@@ -22,12 +23,6 @@ namespace fs = std::filesystem;
 
 // A folder may hold what an archive may.
 constexpr ArchiveLimits kLimits;
-
-// With any of these a folder is a theme.
-constexpr std::array<std::string_view, 12> kKnownFolders{
-    "IconBundles", "Bundles",        "Icons",        "Folders",
-    "UIImages",    "AnemoneEffects", "ANEMPageDots", "Velmoranth",
-    "Iconomatic",  "UISounds",       "Fonts",        "com.apple.mobileicons.framework"};
 
 constexpr std::array<std::string_view, 5> kPackageFolders{
     "Library/Themes", "var/jb/Library/Themes", "private/var/jb/Library/Themes", "var/stash/Themes",
@@ -94,10 +89,9 @@ class Reader {
     std::uint64_t bytes_ = 0;
 };
 
-bool hasKnownFolder(const Node& node) {
-    return std::ranges::any_of(kKnownFolders, [&](std::string_view name) {
-        return node.folders.contains(std::string(name));
-    });
+bool hasThemeFolder(const Node& node) {
+    return std::ranges::any_of(node.folders,
+                               [](const auto& folder) { return isThemeFolder(folder.first); });
 }
 
 bool isNamedTheme(const std::string& name) {
@@ -112,11 +106,7 @@ bool holdsIcons(const Node& node) {
 }
 
 bool isTheme(const Node& node, const std::string& name) {
-    return hasKnownFolder(node) || isNamedTheme(name) || holdsIcons(node);
-}
-
-bool isKnownFolder(const std::string& name) {
-    return std::ranges::find(kKnownFolders, name) != kKnownFolders.end();
+    return hasThemeFolder(node) || isNamedTheme(name) || holdsIcons(node);
 }
 
 class Finder {
@@ -153,7 +143,7 @@ class Finder {
             themes_[index].leftOut.push_back({inFolder(below, left.name), left.why});
         }
         for (const auto& [name, folder] : node.folders) {
-            const bool isOwn = isRoot && isKnownFolder(name);
+            const bool isOwn = isRoot && isThemeFolder(name);
             if (!isOwn && (isInKnown(below) || !isNestedTheme(folder, name))) {
                 addFiles(index, folder, inFolder(below, name), false);
             } else if (isOwn) {
@@ -165,7 +155,7 @@ class Finder {
     }
 
     static bool isInKnown(const std::string& below) {
-        return isKnownFolder(below.substr(0, below.find('/')));
+        return isThemeFolder(below.substr(0, below.find('/')));
     }
 
     [[nodiscard]] bool isNestedTheme(const Node& node, const std::string& name) const {

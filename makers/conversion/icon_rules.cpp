@@ -274,8 +274,8 @@ class Icons {
         if (draft_.pictures().isByNames()) {
             return false;
         }
-        const auto first = readWhole(draft_.folder() + "/" + a);
-        const auto second = readWhole(draft_.folder() + "/" + b);
+        const auto first = draft_.read(a);
+        const auto second = draft_.read(b);
         return first && second && *first == *second;
     }
 

@@ -17,6 +17,7 @@ namespace velmoranth::makers {
 namespace {
 
 constexpr std::string_view kHomeScreen = "Bundles/com.apple.springboard";
+constexpr std::string_view kToolkit = "UIImages";
 
 // A name that is looked for exactly so, and the family of scaled pictures that it is made of.
 struct Row {
@@ -49,7 +50,7 @@ constexpr std::array<Row, 18> kRows{{
 
 // Dots that the toolkit has under other names. Not taken where the theme has a dot of its own.
 struct Dot {
-    std::string_view base;  // in UIImages
+    std::string_view base;  // of the toolkit's
     std::string_view target;
     std::string_view other;
 };
@@ -105,7 +106,7 @@ void makeDot(Draft& draft, const Dot& dot) {
     if (hasScaled(draft, dot.target) || hasScaled(draft, dot.other)) {
         return;
     }
-    const auto files = family(draft, "UIImages", dot.base);
+    const auto files = family(draft, kToolkit, dot.base);
     for (const std::string& file : files) {
         const PictureName name = pictureName(file);
         const std::string scale = name.scale == 1 ? "" : "@" + std::to_string(name.scale) + "x";
@@ -160,6 +161,24 @@ void makeSettingsIcons(Draft& draft) {
 }
 
 }  // namespace
+
+std::span<const FixedPicture> fixedPictures() {
+    static const auto kPictures = [] {
+        std::vector<FixedPicture> pictures;
+        for (const Row& row : kRows) {
+            pictures.push_back({row.folder, row.base});
+        }
+        for (const Dot& dot : kDots) {
+            pictures.push_back({kToolkit, dot.base});
+        }
+        return pictures;
+    }();
+    return kPictures;
+}
+
+bool isSettingsFolder(std::string_view folder) {
+    return std::ranges::find(kSettingsFolders, folder) != kSettingsFolders.end();
+}
 
 void makeImages(Draft& draft) {
     for (const Row& row : kRows) {

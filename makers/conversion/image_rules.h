@@ -7,8 +7,22 @@
 #include "makers/conversion/plan.h"
 
 #include <optional>
+#include <span>
+#include <string_view>
 
 namespace velmoranth::makers {
+
+// A picture of a fixed name, without scale, device and ending.
+struct FixedPicture {
+    std::string_view folder;
+    std::string_view base;
+};
+
+// Those that makeImages() looks for.
+[[nodiscard]] std::span<const FixedPicture> fixedPictures();
+
+// Whether it is one that icons of the settings are brought in, besides where they are looked for.
+[[nodiscard]] bool isSettingsFolder(std::string_view folder);
 
 // Every mask of icons whose alpha cuts becomes a gray one that hides the same, and the one without
 // a scale is there.

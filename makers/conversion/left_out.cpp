@@ -91,6 +91,14 @@ void leaveOutWhatIsNoTheme(Draft& draft) {
 }
 
 void noteWithoutEffect(Draft& draft) {
+    const bool hasFace = std::ranges::any_of(
+        std::array{"com.apple.SpringBoardHome", "com.apple.springboard"}, [&](const char* bundle) {
+            return draft.hasAny("Bundles/" + std::string(bundle) + "/ClockIconBackgroundSquare");
+        });
+    if (draft.has(kClockIcon) && !hasFace) {
+        draft.note(kClockIcon,
+                   "has no effect on iOS 13, which draws the clock upon a face of its own");
+    }
     for (const auto& [name, size] : draft.rest()) {
         if (const std::string_view why = whyWithoutEffect(name); !why.empty()) {
             draft.note(name, std::string(why));

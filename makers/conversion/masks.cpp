@@ -54,7 +54,7 @@ Mask maskOf(Draft& draft, const std::string& file) {
     Mask mask{file, pictureName(file), draft.pictures().facts(file).area()};
     if (draft.pictures().isByNames()) {
         mask.cuts = !mask.name.isPlain();
-    } else if (const auto bytes = readWhole(draft.folder() + "/" + file)) {
+    } else if (const auto bytes = draft.read(file)) {
         const auto gray = grayMaskOf(*bytes);
         mask.cuts = gray && gray->has_value();
     }

@@ -70,9 +70,9 @@ void Pictures::load(const std::vector<std::string>& names) {
     places.reserve(names.size());
     std::vector<std::string> unknown;
     for (const std::string& name : names) {
-        if (const auto [place, isNew] = facts_.try_emplace(name); isNew) {
+        if (const auto [place, isNew] = facts_.try_emplace(sourceOf(name)); isNew) {
             places.push_back(&place->second);
-            unknown.push_back(name);
+            unknown.push_back(place->first);
         }
     }
     std::atomic<std::size_t> next = 0;
@@ -91,14 +91,19 @@ void Pictures::load(const std::vector<std::string>& names) {
 }
 
 const PictureFacts& Pictures::facts(const std::string& name) {
-    const auto [found, isNew] = facts_.try_emplace(name);
+    const auto [found, isNew] = facts_.try_emplace(sourceOf(name));
     if (isNew && isByNames()) {
         const std::size_t side = kSideByName * static_cast<std::size_t>(pictureName(name).scale);
         found->second = {.width = side, .height = side};
     } else if (isNew) {
-        found->second = factsOf(folder_ + "/" + name);
+        found->second = factsOf(folder_ + "/" + found->first);
     }
     return found->second;
+}
+
+const std::string& Pictures::sourceOf(const std::string& name) const {
+    const auto found = sources_.find(name);
+    return found == sources_.end() ? name : found->second;
 }
 
 Result<Data> readWhole(const std::string& path) {

@@ -37,16 +37,23 @@ class Pictures {
     // Decodes them all, on all processors, so that they are known when they are asked for.
     void load(const std::vector<std::string>& names);
 
-    // Of a file that somebody has decoded already.
+    // Of a file that somebody has decoded already, by what it is really called.
     void know(const std::string& name, PictureFacts facts) { facts_[name] = std::move(facts); }
 
+    // What files are really called that go by other names here.
+    void setSources(std::map<std::string, std::string> sources) { sources_ = std::move(sources); }
+
     [[nodiscard]] const PictureFacts& facts(const std::string& name);
+
+    // What the file is really called.
+    [[nodiscard]] const std::string& sourceOf(const std::string& name) const;
 
     [[nodiscard]] bool isByNames() const { return folder_.empty(); }
 
   private:
     std::string folder_;
-    std::map<std::string, PictureFacts> facts_;
+    std::map<std::string, PictureFacts> facts_;  // by what they are really called
+    std::map<std::string, std::string> sources_;
 };
 
 // The whole file, up to what a picture may have at most.

@@ -4,6 +4,7 @@
 #include "makers/conversion/icon_rules.h"
 #include "makers/conversion/image_rules.h"
 #include "makers/conversion/left_out.h"
+#include "makers/conversion/letter_case.h"
 
 #include <algorithm>
 #include <utility>
@@ -14,6 +15,11 @@ bool Plan::changesNothing() const {
     return leftOut.empty() && std::ranges::all_of(files, [](const auto& file) {
                return file.second.work == Work::copy && file.second.source == file.first;
            });
+}
+
+bool Draft::hasAny(std::string_view start) const {
+    const auto begins = [start](const auto& named) { return named.first.starts_with(start); };
+    return std::ranges::any_of(rest_, begins) || std::ranges::any_of(plan_.files, begins);
 }
 
 std::vector<std::string> Draft::madeBelow(std::string_view folder) const {
@@ -37,7 +43,9 @@ Plan Draft::finish() && {
 }
 
 Plan planTheme(const FoundTheme& theme, Pictures& pictures, const platform::Dictionary& calendar) {
-    Draft draft(theme, pictures);
+    const LetterCase letters(theme);
+    pictures.setSources(letters.sources());
+    Draft draft(letters.theme(), pictures);
     leaveOutWhatIsNoTheme(draft);
     makeIcons(draft);
     moveNamedFolders(draft);
@@ -45,7 +53,9 @@ Plan planTheme(const FoundTheme& theme, Pictures& pictures, const platform::Dict
     makeImages(draft);
     makeCalendarList(draft, calendar);
     noteWithoutEffect(draft);
-    return std::move(draft).finish();
+    Plan plan = std::move(draft).finish();
+    letters.restore(plan);
+    return plan;
 }
 
 }  // namespace velmoranth::makers

@@ -58,12 +58,18 @@ class Draft {
         return rest_.contains(name) || plan_.files.contains(name);
     }
 
+    // The same of any file whose name begins so.
+    [[nodiscard]] bool hasAny(std::string_view start) const;
+
     // The files that no rule has taken yet, with their sizes.
     [[nodiscard]] const std::map<std::string, std::uint64_t>& rest() const { return rest_; }
 
     [[nodiscard]] Pictures& pictures() const { return pictures_; }
 
-    [[nodiscard]] const std::string& folder() const { return theme_.folder; }
+    // The whole file.
+    [[nodiscard]] desktop::Result<platform::Data> read(const std::string& name) const {
+        return readWhole(theme_.folder + "/" + pictures_.sourceOf(name));
+    }
 
     // The source is not taken by this: it may stay where it is as well.
     void make(const std::string& target, MadeFile file) { plan_.files[target] = std::move(file); }

@@ -8,6 +8,8 @@ namespace velmoranth::makers {
 namespace {
 
 constexpr std::array kRepairs{
+    RepairRow{Repair::letterCase, "name-case", "spells it in the letters that are looked for",
+              "capital and small letters count"},
     RepairRow{Repair::iconName, "icon-name icon-place icon-in-bundle icon-case",
               "gives it the name that is looked for",
               "an app's icon is looked for under that name"},

@@ -9,6 +9,7 @@ namespace velmoranth::makers {
 
 enum class Repair {
     none,
+    letterCase,       // a name gets the letters that are looked for
     iconName,         // an icon gets the name that is looked for
     otherIcon,        // another icon is taken for the same app
     smallerIcon,      // an icon is made smaller

@@ -21,7 +21,7 @@ struct ThemeInput {
     std::unique_ptr<desktop::RemovedAtEnd> unpacked = {};
 };
 
-// Whether the path leads to a plain file, which is an archive or no theme at all.
+// Whether the path leads to a plain file, or is "-": an archive or no theme at all.
 [[nodiscard]] bool isFile(const std::string& path);
 
 enum class Purpose {
@@ -29,8 +29,9 @@ enum class Purpose {
     show,     // of a package, each folder below Library/Themes, as a device has it
 };
 
-// Fails, with a line that names the input, when there is no such path, it cannot be read or
-// unpacked, or there is no theme in it.
+// "-" is a package or an archive on standard input, which is kept in a temporary file for as long
+// as it takes to unpack it. Fails, with a line that names the input, when there is no such path, it
+// cannot be read or unpacked, or there is no theme in it.
 [[nodiscard]] desktop::Result<ThemeInput> openInput(const std::string& path, Purpose purpose);
 
 }  // namespace velmoranth::makers

@@ -31,6 +31,10 @@ constexpr std::array kCodes{
             "put it where it is looked for",
             "The picture has a name that is known from themes for other systems, in a folder that "
             "is never looked into."},
+    CodeRow{"name-case", error, "the name that is looked for has other letters",
+            "spell the name as it is looked for",
+            "A phone tells capital and small letters apart, in the names of folders as in those of "
+            "files. Nothing opens this one; the same name in other letters is looked for."},
     CodeRow{"picture-empty", error, "the file is empty", "save the picture again, or remove it",
             "A file of no bytes is no picture. For an icon that is worse than none: the name is "
             "there, so that the app's own icon does not show either."},
@@ -66,10 +70,6 @@ constexpr std::array kCodes{
             "put a copy into Bundles/com.apple.Preferences",
             "The settings app's rows look for their icons in Bundles/com.apple.Preferences. A "
             "picture here shows only where the bundle of that name asks for it."},
-    CodeRow{"name-case", warning, "the name that is looked for has other letters",
-            "spell the name as it is looked for",
-            "Upper and lower case count in names, and the same name in other letters is looked "
-            "for."},
     CodeRow{"never-asked", warning, "nothing looks for this file",
             "give it the name of what it is meant for, or remove it",
             "No request that the file's path could be meant for opens it, on no kind of device and "
@@ -133,6 +133,10 @@ constexpr std::array kCodes{
     CodeRow{"one-device", note, "one kind of device shows it, and the other has none", "",
             "Phones and pads look for this part under names of their own, and the theme has it for "
             "one of them."},
+    CodeRow{"clock-icon", note, "it has no effect on iOS 13, which draws the clock itself",
+            "add Bundles/com.apple.SpringBoardHome/ClockIconBackgroundSquare.png for its face",
+            "On iOS 12 the clock has an icon like every app. iOS 13 draws hands upon a face, and "
+            "looks for the face under a name of its own."},
     CodeRow{"scaled-only", note, "only its name with a scale is there",
             "add the file without a scale in its name",
             "The name without a scale is looked for. It is found all the same, since a file with "

@@ -42,7 +42,8 @@ std::map<std::string, Family> familiesIn(const LintedTheme& theme) {
     for (const AskedRequest& asked : theme.answers.all()) {
         const FileAsked* const opened = asked.opened();
         if (asked.kind == RequestKind::unusual || opened == nullptr || !opened->isBeside ||
-            theme.answers.isByName(opened->name, asked.kind)) {
+            theme.answers.isByName(opened->name, asked.kind) ||
+            theme.answers.isByName(opened->name, RequestKind::part)) {
             continue;
         }
         const std::string plain = plainName(opened->name);

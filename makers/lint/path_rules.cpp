@@ -1,5 +1,6 @@
 #include "desktop/plist/text_encoding.h"
 
+#include "makers/conversion/left_out.h"
 #include "makers/conversion/names.h"
 #include "makers/lint/requests.h"
 #include "makers/lint/rules.h"
@@ -24,7 +25,8 @@ struct RepairCode {
 };
 
 // Files that a conversion leaves out, whether something opens them or not.
-constexpr std::array<RepairCode, 4> kLeftOutCodes{{{Repair::clutter, "clutter"},
+constexpr std::array<RepairCode, 5> kLeftOutCodes{{{Repair::clutter, "clutter"},
+                                                   {Repair::letterCase, "name-case"},
                                                    {Repair::leftover, "leftover"},
                                                    {Repair::newerSystem, "newer-system"},
                                                    {Repair::noThemeFile, "no-theme-file"}}};
@@ -92,6 +94,9 @@ class PathRules {
                 }
             } else if (!theme_.answers.isUsual(file)) {
                 unusual(file);
+            } else if (const auto note = notes_.find(file);
+                       file == kClockIcon && note != notes_.end()) {
+                add("clock-icon", file, note->second->why);
             }
         }
     }
@@ -162,8 +167,14 @@ class PathRules {
         return true;
     }
 
-    // A part of the home screen that is looked for in other letters. An app's images may differ so.
+    // A folder or a part of the home screen that is looked for in other letters. An app's images
+    // may differ so.
     bool isOtherCase(const std::string& file) {
+        const auto made = made_.find(file);
+        if (made != made_.end() && made->second.second == Repair::letterCase) {
+            add("name-case", file, looksFor(made->second.first), callIt(made->second.first));
+            return true;
+        }
         const auto found = wantedByLetters_.find(lowerCase(file));
         if (found == wantedByLetters_.end() || found->second == file) {
             return false;

@@ -42,6 +42,9 @@ RunningCommand::RunningCommand(const std::vector<std::string>& words,
         const int terminal =
             setting.errors.empty() ? -1 : ::open(setting.errors.c_str(), O_WRONLY | O_NOCTTY);
         ::dup2(terminal >= 0 ? terminal : errors[1], STDERR_FILENO);
+        if (!setting.input.empty()) {
+            ::dup2(::open(setting.input.c_str(), O_RDONLY), STDIN_FILENO);
+        }
         for (const auto& [name, value] : setting.variables) {
             ::setenv(name.c_str(), value.c_str(), 1);
         }

@@ -24,6 +24,7 @@ struct CommandSetting {
     std::map<std::string, std::string> variables = {};  // of its environment, besides ours
     bool asNobody = false;                              // without root's rights
     std::string program = {};                           // another than the one that was built
+    std::string input = {};   // a file to be standard input; the test's own otherwise
     std::string errors = {};  // a terminal to take standard error; CommandResult has it otherwise
     std::map<int, rlim_t> limits = {};  // of resources, such as RLIMIT_FSIZE
 };

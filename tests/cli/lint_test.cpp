@@ -91,9 +91,21 @@ std::vector<Broken> brokenThemes() {
         {{{"Bundles/com.apple.preferences/WiFi.png", icon()}},
          {"settings-icon Bundles/com.apple.preferences/WiFi.png"}},
         {{{kHome + "sbbadgebg.png", gray}}, {"name-case " + kHome + "sbbadgebg.png"}},
+        {{{"VelMoranth/Folder.png", gray}}, {"name-case VelMoranth/Folder.png"}},
+        {{{"iconbundles/com.apple.Maps-large.png", icon()}},
+         {"name-case iconbundles/com.apple.Maps-large.png"}},
+        {{{"Velmoranth/Folder.png", gray}, {"Velmoranth/folder.png", gray}},
+         {"name-case Velmoranth/folder.png", "one-device Velmoranth/Folder.png"}},
+        {{{kIcons + "com.apple.mobiletimer-large.png", icon()}},
+         {"clock-icon " + kIcons + "com.apple.mobiletimer-large.png"}},
+        {{{kIcons + "com.apple.mobiletimer-large.png", icon()},
+          {"Bundles/com.apple.SpringBoardHome/ClockIconBackgroundSquare.png", icon()}},
+         {}},
         {{{"Velmoranth/Anything.png", gray}}, {"never-asked Velmoranth/Anything.png"}},
         {{{maps, pictureOf(180, 120, {1, 2, 3, 255})}}, {"icon-not-square " + maps}},
         {{{"UIImages/Pin~ipad.png", gray}}, {"odd-name UIImages/Pin~ipad.png"}},
+        // A name that is looked for as it is, scale and all.
+        {{{kHome + "SBDockBG@2x.png", gray}}, {"one-device " + kHome + "SBDockBG@2x.png"}},
         {{{kHome + "SBBadgeBG@3x.png", gray}}, {"scale-missing " + kHome + "SBBadgeBG@3x.png"}},
         {{{maps, "-> nowhere.png"}}, {"broken-link " + maps}},
         {{{"Info.plist", listOf("<key>PackageName</key><string>a</string>")}},
@@ -298,6 +310,9 @@ TEST_F(LintCommand, WhatConvertMendsIsGoneOnceItHas) {
          {kIcons + "com.apple.mobilemail@2x.png", icon()},
          {kMask, pictureOf(60, 60, {0, 0, 0, 255}, 20)},
          {"Iconomatic/Folder.png", icon()},
+         {"VelMoranth/iphoneoverlay.png", icon()},
+         {"VelMoranth/ipadoverlay.png", icon()},
+         {"bundles/com.apple.Springboard/SBDockBG@2x.PNG", icon()},
          {kHome + "SBBadgeBG@3x.png", icon()},
          {"Info.plist", listOf(plain)},
          {".DS_Store", "x"},
@@ -313,9 +328,10 @@ TEST_F(LintCommand, WhatConvertMendsIsGoneOnceItHas) {
                            finding["file"].get<std::string>());
         }
     }
-    EXPECT_GE(mended, 9U);
+    EXPECT_GE(mended, 12U);
     ASSERT_EQ(runCommand({"convert", "T.theme", "-o", "out"}, setting()).code, 0);
-    // A phone alone has a folder's plate now, which nothing had before.
+    // A phone alone has a dock and a folder's plate now, which nothing had before.
+    stay.emplace_back("one-device Bundles/com.apple.springboard/SBDockBG@2x.png");
     stay.emplace_back("one-device Velmoranth/Folder.png");
     EXPECT_EQ(findings("out/T.theme"), stay);
 }

@@ -378,9 +378,11 @@ TEST_F(Pack, aThemeWithErrorsIsPackedOnlyWhenAskedFor) {
                                       "IconBundles/com.apple.Maps-large.png first: "),
                   0U)
             << refused.errors;
-        EXPECT_NE(refused.errors.find("; velmoranth lint '../Sunset Paper.theme' lists what is "
-                                      "wrong, --no-lint packs it all the same\n"),
-                  std::string::npos)
+        EXPECT_NE(
+            refused.errors.find("; velmoranth convert '../Sunset Paper.theme' -o FOLDER mends "
+                                "1 of them, velmoranth lint '../Sunset Paper.theme' lists "
+                                "what is wrong, --no-lint packs it all the same\n"),
+            std::string::npos)
             << refused.errors;
         EXPECT_EQ(refused.output, "");
     }
@@ -392,6 +394,16 @@ TEST_F(Pack, aThemeWithErrorsIsPackedOnlyWhenAskedFor) {
     folder.file("Sunset Paper.theme/IconBundles/notes.txt", "x");
     EXPECT_EQ(packSound({"-o", "c.deb"}).code, 0);
     EXPECT_EQ(folder.names("tmp"), "");
+}
+
+TEST_F(Pack, errorsThatNoConversionMendsAreToldWithoutIt) {
+    folder.file("Sunset Paper.theme/UISounds/lock.caf", "no sound");
+    const CommandResult refused = packSound({"--dry-run"});
+    EXPECT_EQ(refused.code, 1);
+    EXPECT_EQ(refused.errors.find("convert"), std::string::npos) << refused.errors;
+    EXPECT_NE(refused.errors.find("; velmoranth lint '../Sunset Paper.theme' lists what is wrong"),
+              std::string::npos)
+        << refused.errors;
 }
 
 TEST_F(Pack, aDryRunWritesNothingAndTheReportIsForProgramsToo) {

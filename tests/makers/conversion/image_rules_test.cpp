@@ -164,6 +164,22 @@ TEST_F(ImageRules, whatComesAlongWithoutShowingIsNoted) {
                   {"UISounds/lock.mp3", "has no effect: only .caf files are asked for"}}));
 }
 
+TEST_F(ImageRules, theClocksIconIsNotedWhereTheThemeHasNoFaceForTheOtherSystem) {
+    const std::string clock = "IconBundles/com.apple.mobiletimer-large.png";
+    file(clock, png(60));
+    EXPECT_EQ(
+        converted().notes,
+        (std::vector<LeftOut>{
+            {clock, "has no effect on iOS 13, which draws the clock upon a face of its own"}}));
+    for (const std::string bundle : {"com.apple.SpringBoardHome", "com.apple.springboard"}) {
+        SCOPED_TRACE(bundle);
+        std::filesystem::remove_all(folder / "in");
+        file(clock, png(60));
+        file("Bundles/" + bundle + "/ClockIconBackgroundSquare@3x.png", png(60));
+        EXPECT_TRUE(converted().notes.empty());
+    }
+}
+
 TEST_F(ImageRules, whatBelongsToNoThemeIsLeftOutAndNamed) {
     const std::string kept = "Bundles/com.apple.Preferences/Wallpaper.png";
     file(kept, png(29));
