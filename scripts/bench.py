@@ -19,7 +19,6 @@ LIMITS = {
     "overlay 180x180": 6,
     "recorded preview": 1.3,
     "what an unrecorded preview pays": 0.01,
-    "lint of 1,500 icons": 1.5,
     "convert of 10,000 pictures": 1.3,
 }
 

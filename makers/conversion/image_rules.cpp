@@ -165,6 +165,7 @@ void makeSettingsIcons(Draft& draft) {
 std::span<const FixedPicture> fixedPictures() {
     static const auto kPictures = [] {
         std::vector<FixedPicture> pictures;
+        pictures.reserve(kRows.size() + kDots.size());
         for (const Row& row : kRows) {
             pictures.push_back({row.folder, row.base});
         }

@@ -88,6 +88,7 @@ TEST(Messages, WordsCanBePastedIntoAShell) {
     EXPECT_EQ(forShell("it's $HOME"), "'it'\\''s $HOME'");
     EXPECT_EQ(forShell("~/x"), "'~/x'");
     EXPECT_EQ(forShell("-x.car"), "./-x.car");
+    EXPECT_EQ(forShell("-"), "-");
     EXPECT_EQ(forShell("-x y"), "'./-x y'");
     EXPECT_EQ(forShell(""), "''");
     EXPECT_EQ(forShell("Grüße"), "'Grüße'");
