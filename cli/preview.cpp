@@ -163,7 +163,11 @@ ExitCode runPreview(const Arguments& arguments) {
         return fail(ExitCode::badInput, device.error());
     }
     if (auto found = findApps(options->screen, *device->root, options->device.system); !found) {
-        return fail(ExitCode::badInput, found.error());
+        const ExitCode code = fail(ExitCode::badInput, found.error());
+        if (showsAppsOfThemes(options->screen)) {
+            HiddenReport(*options, *device).tell();
+        }
+        return code;
     }
     const auto draw = options->screen.steps                      ? drawAllSteps
                       : options->extent != PreviewExtent::screen ? drawSeveral

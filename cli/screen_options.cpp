@@ -197,10 +197,13 @@ Result<ScreenOptions> readScreenOptions(const Arguments& arguments,
     return options;
 }
 
+bool showsAppsOfThemes(const ScreenOptions& options) {
+    return options.appsFrom == "theme" || options.kind == ScreenKind::icons;
+}
+
 Result<void> findApps(ScreenOptions& options, const desktop::DeviceRoot& root,
                       const simulator::SystemVersion& system) {
-    constexpr std::string_view kOfThemes = "theme";
-    const bool isOfThemes = options.appsFrom == kOfThemes || options.kind == ScreenKind::icons;
+    const bool isOfThemes = showsAppsOfThemes(options);
     if (!isOfThemes && options.appsFrom.empty()) {
         return {};
     }

@@ -31,6 +31,9 @@ struct ScreenOptions {
 [[nodiscard]] desktop::Result<ScreenOptions> readScreenOptions(
     const Arguments& arguments, const std::vector<simulator::ScreenKind>& kinds);
 
+// Whether it shows the apps that themes have icons for, in place of a fresh device's.
+[[nodiscard]] bool showsAppsOfThemes(const ScreenOptions& options);
+
 // Finds the apps that --apps, or the screen of icons, wants of the device's themes or of the user's
 // list, and among them what --folder or --icon names. Until then that is a word in `item`.
 [[nodiscard]] desktop::Result<void> findApps(ScreenOptions& options,

@@ -46,6 +46,21 @@ TEST_F(PreviewArchive, anArchiveShowsItsThemesTheFirstBeforeTheOthers) {
     EXPECT_GT(shows("../b.tar.xz", kMagenta), 1000);
 }
 
+TEST_F(PreviewArchive, whatConvertWouldBringToLightIsSaidWhereNoAppHasAnIcon) {
+    folder.file("a.zip", tests::zipOf({icon("A.theme", kMagenta, "@3x.png")}));
+    const CommandResult result = runCommand({"preview", "../a.zip", "--apps", "theme"}, setting());
+    EXPECT_EQ(result.code, 3);
+    EXPECT_EQ(result.errors,
+              "velmoranth: error: no theme has an app's icon; one is a file "
+              "IconBundles/IDENTIFIER-large.png\n"
+              "velmoranth: A.theme: 1 icon lies under a name that nothing looks for; velmoranth "
+              "convert ../a.zip -o FOLDER makes a theme that shows it\n");
+    folder.file("b.zip", tests::zipOf({icon("A.theme", kMagenta)}));
+    EXPECT_EQ(
+        runCommand({"preview", "../b.zip", "--apps", "none"}, setting()).errors.find("convert"),
+        std::string::npos);
+}
+
 TEST_F(PreviewArchive, whatConvertWouldBringToLightIsOneLine) {
     folder.file("a b.zip", tests::zipOf({icon("A.theme", kMagenta, "@3x.png")}));
     const CommandResult result = runCommand({"preview", "../a b.zip"}, setting());
