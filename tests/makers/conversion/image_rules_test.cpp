@@ -1,4 +1,5 @@
 // Interface images, masks, and what is left out by its name.
+#include "tests/desktop/image_io/test_images.h"
 #include "tests/makers/conversion/theme_fixture.h"
 
 namespace velmoranth::makers::image_rules_test {
@@ -70,6 +71,18 @@ TEST_F(ImageRules, aMaskThatHidesByItsSamplesStaysAsItIs) {
     std::filesystem::remove(folder / ("in/T.theme/" + std::string(kMask) + ".png"));
     converted();
     EXPECT_EQ(made(std::string(kMask) + ".png"), png(4, 4, kBlack, Color{255, 255, 255, 255}));
+}
+
+TEST_F(ImageRules, aMaskWhoseClearPartIsWhiteHidesTheSameBothWaysAndStays) {
+    platform::Data rows(std::size_t{4} * 4 * 4);
+    for (std::size_t i = 0; i < rows.size(); i += 4) {
+        const std::uint8_t hides = i == 0 ? 255 : 0;
+        rows[i] = rows[i + 1] = rows[i + 2] = hides;
+        rows[i + 3] = static_cast<std::uint8_t>(255 - hides);
+    }
+    const auto bytes = desktop::test_images::pngFile({.width = 4, .height = 4}, rows);
+    file(std::string(kMask) + ".png", std::string(bytes.begin(), bytes.end()));
+    EXPECT_TRUE(converted().changesNothing());
 }
 
 TEST_F(ImageRules, anEmptyMaskIsLeftOut) {
