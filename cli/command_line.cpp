@@ -141,31 +141,19 @@ ExitCode run(const std::vector<std::string>& words) {
 }  // namespace
 
 std::span<const Command> commands() {
-    static const std::array kCommands{previewCommand(),
-                                      explainCommand(),
-                                      namesCommand(),
-                                      newCommand(),
-                                      lintCommand(),
-                                      convertCommand(),
-                                      packCommand(),
-                                      extractCommand(),
-                                      deviceInitCommand(),
-                                      deviceInstallCommand(),
-                                      deviceUninstallCommand(),
-                                      deviceRespringCommand(),
-                                      hooksCommand(),
-                                      notifyCommand(),
-                                      soundCommand(),
-                                      settingsListCommand(),
-                                      settingsGetCommand(),
-                                      settingsSetCommand(),
-                                      settingsUnsetCommand(),
-                                      settingsSaveCommand(),
-                                      settingsRenameCommand(),
-                                      settingsDeleteCommand(),
-                                      settingsRestoreCommand(),
-                                      completionCommand(),
-                                      manCommand()};
+    static const std::array kCommands{previewCommand(),        explainCommand(),
+                                      namesCommand(),          newCommand(),
+                                      lintCommand(),           convertCommand(),
+                                      packCommand(),           extractCommand(),
+                                      dumpCommand(),           deviceInitCommand(),
+                                      deviceInstallCommand(),  deviceUninstallCommand(),
+                                      deviceRespringCommand(), hooksCommand(),
+                                      notifyCommand(),         soundCommand(),
+                                      settingsListCommand(),   settingsGetCommand(),
+                                      settingsSetCommand(),    settingsUnsetCommand(),
+                                      settingsSaveCommand(),   settingsRenameCommand(),
+                                      settingsDeleteCommand(), settingsRestoreCommand(),
+                                      completionCommand(),     manCommand()};
     return kCommands;
 }
 

@@ -13,6 +13,7 @@ namespace velmoranth::cli {
 [[nodiscard]] Command convertCommand();
 [[nodiscard]] Command packCommand();
 [[nodiscard]] Command extractCommand();
+[[nodiscard]] Command dumpCommand();
 [[nodiscard]] Command deviceInitCommand();
 [[nodiscard]] Command deviceInstallCommand();
 [[nodiscard]] Command deviceUninstallCommand();

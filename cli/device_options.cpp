@@ -165,4 +165,8 @@ Result<platform::Date> parseDate(const std::string& text) {
     return platform::Date{static_cast<double>(time) - desktop::kReferenceDate};
 }
 
+platform::Date usualDate() {
+    return *parseDate(kUsualDay);
+}
+
 }  // namespace velmoranth::cli

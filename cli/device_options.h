@@ -56,4 +56,7 @@ struct NamedDevice {
 // for seconds, in this machine's time zone, or "now".
 [[nodiscard]] desktop::Result<platform::Date> parseDate(const std::string& text);
 
+// What a device's clock shows unless --date says otherwise.
+[[nodiscard]] platform::Date usualDate();
+
 }  // namespace velmoranth::cli

@@ -137,6 +137,18 @@ std::vector<Question> deviceRequests() {
     return requests;
 }
 
+std::vector<Question> iconRequests() {
+    std::vector<Question> requests;
+    for (const QuestionRow& row : simulator::questionRows()) {
+        if (row.argument == "ID") {
+            for (std::string& app : simulator::knownArguments(row)) {
+                requests.push_back({std::string(row.word), std::move(app), ""});
+            }
+        }
+    }
+    return requests;
+}
+
 std::vector<Question> ownRequestsFor(const std::string& name) {
     const fs::path path(name);
     const std::set<std::string> names = namesMeant(path.filename().string());

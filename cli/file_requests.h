@@ -26,4 +26,7 @@ namespace velmoranth::cli {
 // Every request that a device sends by itself but those for the icons of apps.
 [[nodiscard]] std::vector<simulator::Question> deviceRequests();
 
+// Those: the icon of each app that the device has, for each place that shows one.
+[[nodiscard]] std::vector<simulator::Question> iconRequests();
+
 }  // namespace velmoranth::cli

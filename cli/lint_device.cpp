@@ -2,6 +2,7 @@
 
 #include "cli/device_layout.h"
 #include "cli/preferences.h"
+#include "cli/question_batches.h"
 #include "desktop/files/cleanup.h"
 #include "desktop/files/create_device_root.h"
 #include "desktop/files/descriptor.h"
@@ -296,34 +297,25 @@ Result<std::vector<AskedRequest>> LintDevices::askTogether(std::size_t device,
 
 Result<std::vector<AskedRequest>> LintDevices::ask(std::size_t device,
                                                    const std::vector<AskedRequest>& requests) {
-    // What is kept is kept under the name of an image alone, whatever the bundle.
-    constexpr std::size_t kMostTogether = 500;
-    std::map<std::pair<simulator::ProcessKind, std::size_t>, std::vector<const AskedRequest*>>
-        batches;
-    std::map<std::string, std::size_t> timesNamed;
-    std::map<simulator::ProcessKind, std::size_t> counts;
+    std::vector<Question> questions;
+    questions.reserve(requests.size());
     for (const AskedRequest& request : requests) {
-        const Question& question = request.question;
-        const simulator::ProcessKind kind = simulator::questionRowNamed(question.word)->process;
-        // Batches of a kind come one after another in steps, so that none grows without end.
-        const std::size_t step = counts[kind]++ / kMostTogether;
-        const std::size_t times = question.word == "image" ? timesNamed[question.argument]++ : 0;
-        batches[{kind, step * requests.size() + times}].push_back(&request);
+        questions.push_back(request.question);
     }
     std::vector<AskedRequest> answers;
     answers.reserve(requests.size());
-    for (const auto& [key, batch] : batches) {
-        std::vector<Question> questions;
-        questions.reserve(batch.size());
-        for (const AskedRequest* const request : batch) {
-            questions.push_back(request->question);
+    for (const std::vector<std::size_t>& batch : batchesOf(questions)) {
+        std::vector<Question> together;
+        together.reserve(batch.size());
+        for (const std::size_t i : batch) {
+            together.push_back(questions[i]);
         }
-        auto asked = askTogether(device, questions);
+        auto asked = askTogether(device, together);
         if (!asked) {
             return tl::unexpected(std::move(asked.error()));
         }
         for (std::size_t i = 0; i < batch.size(); ++i) {
-            (*asked)[i].kind = batch[i]->kind;
+            (*asked)[i].kind = requests[batch[i]].kind;
             answers.push_back(std::move((*asked)[i]));
         }
     }

@@ -58,13 +58,16 @@ LAYERS = {
     "makers/": ["platform/", "desktop/", "simulator/"],
     # Draws with the same pen as the simulated device.
     "makers/starter/": ["platform/", "desktop/", "makers/", "simulator/artwork/"],
+    # Puts the shape of the device's icons and the base of its calendar into themes.
+    "makers/skeleton/": ["platform/", "desktop/", "makers/", "simulator/", "simulator/artwork/"],
     # An added method is one of the C functions of the rows.
     "device/platform/": ["platform/", "device/hooks/"],
     "device/hooks/": ["platform/", "core/hook_table", "core/hook_rows", "device/platform/"],
     "device/classes/": [*EFFECTS, "core/velmoranth", "device/platform/", "device/hooks/", "device/startup"],
     "device/startup": ["core/entry_points", "device/platform/"],
     "cli/": [*SETTINGS, "core/entry_points", "core/hook_table", "filemanager/", "tools/catalog_extraction",
-             "record/", "desktop/", "simulator/", "simulator/process/", "makers/", "makers/starter/"],
+             "record/", "desktop/", "simulator/", "simulator/process/", "makers/", "makers/skeleton/",
+             "makers/starter/"],
 }
 
 OUR_CODE = ["src", "record", "desktop", "simulator", "makers", "cli", "device"]

@@ -135,14 +135,7 @@ class Converter {
                     path});
             }
         }
-        const fs::file_status status = fs::symlink_status(path, error);
-        if (fs::exists(status) && !conversion_.replacesThemes) {
-            return tl::unexpected(Problem{"it is there already; --force replaces it", path});
-        }
-        if (fs::exists(status) && !fs::is_directory(status)) {
-            return tl::unexpected(Problem{"it is there already, and is no folder", path});
-        }
-        return {};
+        return checkThemePlace(path, conversion_.replacesThemes);
     }
 
     static bool isWithin(const fs::path& path, const fs::path& folder) {

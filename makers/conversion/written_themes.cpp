@@ -62,6 +62,18 @@ Result<void> writeNew(const std::string& path, const std::string& shownPath, con
 
 }  // namespace
 
+Result<void> checkThemePlace(const std::string& path, bool replaces) {
+    std::error_code error;
+    const fs::file_status status = fs::symlink_status(path, error);
+    if (fs::exists(status) && !replaces) {
+        return tl::unexpected(Problem{"it is there already; --force replaces it", path});
+    }
+    if (fs::exists(status) && !fs::is_directory(status)) {
+        return tl::unexpected(Problem{"it is there already, and is no folder", path});
+    }
+    return {};
+}
+
 WrittenThemes::WrittenThemes(std::string output, std::unique_ptr<desktop::RemovedIfEmpty> newOutput,
                              std::unique_ptr<desktop::RemovedAtEnd> folder)
     : output_(std::move(output)), newOutput_(std::move(newOutput)), folder_(std::move(folder)) {}

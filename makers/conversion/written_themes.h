@@ -14,6 +14,9 @@
 
 namespace velmoranth::makers {
 
+// Whether a theme may be put there: nothing is, or a folder that may be replaced.
+[[nodiscard]] desktop::Result<void> checkThemePlace(const std::string& path, bool replaces);
+
 class WrittenThemes {
   public:
     // Makes the folder, and one in it that nobody looks for. Until place() all that is made goes

@@ -3,9 +3,9 @@
 #include "desktop/imaging/bitmap_image.h"
 #include "desktop/imaging/compositing.h"
 #include "desktop/imaging/graphics_context.h"
-#include "desktop/text/text.h"
 #include "simulator/artwork/artwork.h"
 #include "simulator/artwork/toolkit_artwork.h"
+#include "simulator/home_screen/calendar_lines.h"
 #include "simulator/toolkit/base_classes.h"
 #include "simulator/toolkit/class_rows.h"
 #include "simulator/toolkit/time_of_day.h"
@@ -33,7 +33,7 @@ using platform::Size;
 constexpr double kMeasuredSide = 60;
 constexpr double kWeekdaySize = 10.5;
 constexpr double kWeekdayBaseline = 15;
-constexpr double kWeekdayWidth = 52;  // a longer one is written smaller
+constexpr double kLineWidth = 52;
 constexpr double kDaySize = 39.2;
 constexpr double kDayBaseline = 49;
 constexpr platform::Color kWeekdayColor{252.0 / 255, 64.0 / 255, 57.0 / 255, 1};
@@ -54,15 +54,22 @@ std::shared_ptr<DesktopGraphicsContext> makeContext(Size size, double scale) {
         {.size = {pixels(size.width), pixels(size.height)}, .scale = scale});
 }
 
-// One line on a baseline (points of a 60-point icon), centred, as `unit` points are one of those.
-void drawLine(DesktopGraphicsContext& context, const std::string& text, TextStyle style,
-              double baseline, double width, double unit) {
-    style.size *= unit;
-    style.alignment = desktop::TextAlignment::center;
+CalendarLine lineOn(double baseline, double size, FontWeight weight, const platform::Color& color) {
+    return {size, baseline - kMiddleToBaseline * size, weight, color};
+}
+
+// `unit` points are one of an icon of 60. A longer line is written smaller, on the same baseline.
+void drawLine(DesktopGraphicsContext& context, const std::string& text, const CalendarLine& line,
+              double unit) {
+    TextStyle style{.weight = line.weight,
+                    .size = line.size * unit,
+                    .color = line.color,
+                    .alignment = desktop::TextAlignment::center};
     const double needed = desktop::measureText(text, style).width;
-    if (needed > width * unit) {
-        style.size *= width * unit / needed;
+    if (needed > kLineWidth * unit) {
+        style.size *= kLineWidth * unit / needed;
     }
+    const double baseline = line.middle + kMiddleToBaseline * line.size;
     const double middle = baseline * unit - kMiddleToBaseline * style.size;
     const double height = 2 * style.size;
     // Wider than the text is, so that a rounding does not cut it short.
@@ -129,6 +136,14 @@ void addClockMethods(const ScreenContext& context) {
 
 }  // namespace
 
+CalendarLine calendarWeekday() {
+    return lineOn(kWeekdayBaseline, kWeekdaySize, FontWeight::regular, kWeekdayColor);
+}
+
+CalendarLine calendarDay() {
+    return lineOn(kDayBaseline, kDaySize, FontWeight::extraLight, platform::kBlackColor);
+}
+
 SBIconImageInfo iconImageInfo(double side, double scale) {
     return {{side, side}, scale, side * kIconCornerRadiusShare};
 }
@@ -159,11 +174,8 @@ ImageRef drawCalendarIcon(const ImageRef& base, double scale, platform::Dates& d
     context->drawImage(base->bitmap(), {{0, 0}, size});
     const platform::Date now = dates.date();
     const double unit = size.width / kMeasuredSide;
-    drawLine(*context, dates.stringFromDate(now, "EEEE"),
-             {.size = kWeekdaySize, .color = kWeekdayColor}, kWeekdayBaseline, kWeekdayWidth, unit);
-    drawLine(*context, std::to_string(dates.dayFromDate(now)),
-             {.weight = FontWeight::extraLight, .size = kDaySize, .color = platform::kBlackColor},
-             kDayBaseline, kWeekdayWidth, unit);
+    drawLine(*context, dates.stringFromDate(now, "EEEE"), calendarWeekday(), unit);
+    drawLine(*context, std::to_string(dates.dayFromDate(now)), calendarDay(), unit);
     return images.makeImage(context->createImage(), scale);
 }
 

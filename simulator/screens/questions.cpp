@@ -8,11 +8,14 @@
 #include "simulator/home_screen/platform_classes.h"
 #include "simulator/screens/gallery_items.h"
 #include "simulator/screens/icon_places.h"
+#include "simulator/screens/stock_pictures.h"
 #include "simulator/screens/weather_screen.h"
 #include "simulator/toolkit/device_bundles.h"
 #include "simulator/toolkit/feedback_classes.h"
 #include "simulator/toolkit/image_messages.h"
 #include "simulator/toolkit/named_views.h"
+#include "simulator/toolkit/stock_images.h"
+#include "simulator/toolkit/tinted_images.h"
 #include "simulator/toolkit/toolkit_objects.h"
 
 #include <algorithm>
@@ -117,7 +120,6 @@ ImageRef settingsIcon(const Question& question, const ScreenContext& context) {
 
 // The icons that the home screen draws itself are asked for like every other: one with the class of
 // the stock app's icon.
-constexpr const char* kCalendarApp = "com.apple.mobilecal";
 constexpr const char* kClockApp = "com.apple.mobiletimer";
 
 ImageRef weatherPicture(const Question& question, const ScreenContext& context) {
@@ -202,7 +204,7 @@ constexpr std::array kAnswers{
             [](const Question&, const ScreenContext& context) { return shadow(context); }},
     Answers{"calendar",
             [](const Question&, const ScreenContext& context) {
-                return iconOf({"icon", kCalendarApp, ""}, context);
+                return iconOf({"icon", std::string(kCalendarIdentifier), ""}, context);
             }},
     Answers{"clock",
             [](const Question&, const ScreenContext& context) {
@@ -265,9 +267,8 @@ std::vector<std::string> knownArguments(const QuestionRow& row, std::string_view
     } else if (row.word == "settings") {
         std::ranges::for_each(settingsIconNames(), add);
     } else if (row.word == "image" || row.word == "symbol") {
-        const std::string_view asked = row.word == "symbol" ? kGlyphsBundle
-                                       : bundle.empty()     ? kToolkitBundle
-                                                            : bundle;
+        const Question question{std::string(row.word), "", std::string(bundle)};
+        const std::string_view asked = catalogOf(question);
         for (const BundleCatalog& catalog : bundleCatalogs()) {
             if (catalog.identifier == asked) {
                 std::ranges::for_each(catalog.names(), add);
@@ -275,6 +276,24 @@ std::vector<std::string> knownArguments(const QuestionRow& row, std::string_view
         }
     }
     return known;
+}
+
+std::string_view catalogOf(const Question& question) {
+    if (question.word == "image") {
+        return question.bundle.empty() ? kToolkitBundle : std::string_view(question.bundle);
+    }
+    return question.word == "symbol"     ? kGlyphsBundle
+           : question.word == "weather"  ? kWeatherBundle
+           : question.word == "settings" ? kPreferencesBundle
+                                         : "";
+}
+
+bool takesTint(const Question& question) {
+    return std::ranges::any_of(bundleCatalogs(), [&](const BundleCatalog& catalog) {
+        return catalog.identifier == catalogOf(question) &&
+               std::ranges::find(catalog.names(), question.argument) != catalog.names().end() &&
+               takesTint(catalog, question.argument);
+    });
 }
 
 std::vector<std::string> knownBundles() {

@@ -1,6 +1,7 @@
 #include "simulator/toolkit/device_bundles.h"
 
 #include "simulator/artwork/toolkit_artwork.h"
+#include "simulator/toolkit/tinted_images.h"
 
 #include <algorithm>
 #include <array>
@@ -127,6 +128,11 @@ constexpr std::array kCatalogs{
 
 std::span<const BundleCatalog> bundleCatalogs() {
     return kCatalogs;
+}
+
+bool takesTint(const BundleCatalog& catalog, std::string_view name) {
+    return catalog.kind == CatalogKind::glyphs ||
+           (catalog.identifier == kToolkitBundle && name.starts_with("UITabBar"));
 }
 
 }  // namespace velmoranth::simulator

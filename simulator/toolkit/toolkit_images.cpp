@@ -4,6 +4,7 @@
 #include "desktop/imaging/bitmap_image.h"
 #include "simulator/artwork/toolkit_artwork.h"
 #include "simulator/toolkit/stock_images.h"
+#include "simulator/toolkit/tinted_images.h"
 
 #include <algorithm>
 #include <array>
@@ -20,12 +21,6 @@ using platform::NullableString;
 constexpr std::size_t kMostRequests = 4096;
 // A wallpaper at four times the pixels of the largest screen.
 constexpr std::size_t kLargestWallpaperFile = std::size_t{128} * 1024 * 1024;
-
-// Glyphs, and what the toolkit has for tab bars.
-bool takesTint(const BundleCatalog& catalog, std::string_view name) {
-    return catalog.kind == CatalogKind::glyphs ||
-           (catalog.identifier == kToolkitBundle && name.starts_with("UITabBar"));
-}
 
 }  // namespace
 
