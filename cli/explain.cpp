@@ -95,8 +95,9 @@ Result<std::vector<Result<Question>>> questionsOf(const Arguments& arguments, in
         return dashes == words.size() ? readRequests(*requests, system)
                                       : misuse("--requests does not go with a REQUEST behind --");
     }
-    auto question = readQuestion({words.begin() + static_cast<std::ptrdiff_t>(dashes), words.end()},
-                                 arguments.value("--bundle").value_or(""), system);
+    auto question =
+        readCommandLine({words.begin() + static_cast<std::ptrdiff_t>(dashes), words.end()},
+                        arguments.value("--bundle").value_or(""), system);
     if (!question) {
         return tl::unexpected(std::move(question.error()));
     }
@@ -340,7 +341,7 @@ std::string requestHelp() {
 Command explainCommand() {
     return {.name = "explain",
             .summary = "Say why something shows as it does: which files were tried, which one won.",
-            .positionalNames = "THEME... -- REQUEST",
+            .positionalNames = "[OPTION...] THEME... -- REQUEST",
             .description =
                 "The request is sent to a simulated device with these themes, the first one before "
                 "the others. The last\nline sums up. Exit code 1 when no file of a theme is "

@@ -84,8 +84,11 @@ Result<Question> checked(Question question, const QuestionRow& row, int system) 
 // Takes "--bundle ID" or "--bundle=ID" off the end of the words.
 Result<std::string> takeBundle(std::vector<std::string>& words) {
     constexpr std::string_view kOption = "--bundle";
-    const auto option = std::ranges::find_if(
-        words, [&](const std::string& word) { return word.starts_with("--"); });
+    // What a short option could be may as well be what the request takes.
+    const auto option = std::ranges::find_if(words, [&](const std::string& word) {
+        return word.starts_with("--") ||
+               (word.starts_with("-") && word.size() > 1 && &word - words.data() > 1);
+    });
     if (option == words.end()) {
         return std::string();
     }
@@ -97,7 +100,9 @@ Result<std::string> takeBundle(std::vector<std::string>& words) {
         bundle = option->substr(kOption.size() + 1);
     }
     if (bundle.empty()) {
-        return misuse("a line has a request and, behind image NAME, --bundle ID");
+        return misuse(
+            "a request has no option behind it but --bundle ID, of image NAME; the others stand "
+            "before --");
     }
     words.erase(option, words.end());
     return bundle;
@@ -133,6 +138,18 @@ Result<Question> readQuestion(const std::vector<std::string>& words, const std::
                           : question.word + " takes " + std::string(row->argument) + " behind it");
     }
     return checked(std::move(question), *row, system);
+}
+
+Result<Question> readCommandLine(std::vector<std::string> words, const std::string& bundle,
+                                 int system) {
+    const auto behind = takeBundle(words);
+    if (!behind) {
+        return tl::unexpected(behind.error());
+    }
+    if (!behind->empty() && !bundle.empty()) {
+        return misuse("--bundle is given twice");
+    }
+    return readQuestion(words, behind->empty() ? bundle : *behind, system);
 }
 
 Result<std::vector<Result<Question>>> readRequests(const std::string& path, int system) {

@@ -19,6 +19,11 @@ inline constexpr std::string_view kAll = "*";
 [[nodiscard]] desktop::Result<simulator::Question> readQuestion(
     const std::vector<std::string>& words, const std::string& bundle, int system);
 
+// The words behind "--": such a request, an image's with its --bundle ID behind it or before "--".
+[[nodiscard]] desktop::Result<simulator::Question> readCommandLine(std::vector<std::string> words,
+                                                                   const std::string& bundle,
+                                                                   int system);
+
 // One a line, which may have --bundle ID behind it; lines that are empty or begin with "#" are
 // skipped. "-" is standard input. Of a line that is no request the problem takes its place. A
 // problem when the file cannot be read, or there are none or too many.

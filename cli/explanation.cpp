@@ -1,12 +1,13 @@
 #include "cli/explanation.h"
 
 #include "cli/added_theme.h"
+#include "cli/asking.h"
 #include "cli/calendar_report.h"
+#include "cli/change_of_themes.h"
+#include "cli/file_requests.h"
 #include "cli/later_requests.h"
 #include "cli/near_misses.h"
-#include "cli/notifications.h"
 #include "cli/switches.h"
-#include "desktop/notifications/notification_center.h"
 #include "simulator/process/launcher.h"
 #include "simulator/screens/question_rows.h"
 
@@ -92,26 +93,6 @@ std::optional<AskedFile> hiddenBy(const Investigation& investigation, const Ques
     return hidden;
 }
 
-// Whether the process goes on showing the picture when its themes are taken away.
-Result<bool> staysAfterChange(const Investigation& investigation, RunningScreen& process,
-                              const Question& question, const Explanation& explanation) {
-    const desktop::DeviceRoot& root = *investigation.device.root;
-    if (auto set = setActiveThemes(root, {}, investigation.settings); !set) {
-        return tl::unexpected(std::move(set.error()));
-    }
-    for (const NotificationRow& row : kNotifications) {
-        if (row.shortName == "prefs" || row.shortName == "themechanged") {
-            static_cast<void>(desktop::postToProcesses(root, std::string(row.name)));
-        }
-    }
-    auto answer = process.ask(question);
-    static_cast<void>(setActiveThemes(root, investigation.device.themes, investigation.settings));
-    if (!answer) {
-        return tl::unexpected(std::move(answer.error()));
-    }
-    return samePictures(answer->picture, explanation.picture);
-}
-
 // The names that are looked for in a folder of that name, where every theme has such a one.
 std::vector<std::string> namesInFolder(const Investigation& investigation, const Question& question,
                                        const std::string& folder) {
@@ -180,6 +161,21 @@ std::optional<OnOtherSystem> onOtherSystem(const Investigation& investigation,
                  : std::nullopt;
 }
 
+// Whether the device opens the file for another request.
+bool isUsed(const Investigation& investigation, const NearMiss& miss) {
+    Asking asking(investigation);
+    const int system = investigation.configuration.system.major;
+    return std::ranges::any_of(ownRequestsFor(miss.name), [&](const Question& question) {
+        const auto answer = system < simulator::questionRowNamed(question.word)->firstSystem
+                                ? Result<Answer>(Answer())
+                                : asking.ask(question);
+        return answer &&
+               std::ranges::any_of(askedFiles(answer->record), [&](const AskedFile& file) {
+                   return file.theme == miss.theme && file.name == miss.name && isRead(file);
+               });
+    });
+}
+
 // What is looked for, and files that look as if they were meant for it. A name may be a folder's,
 // which is looked into once it is there.
 void findWanted(const Investigation& investigation, Explanation& explanation) {
@@ -200,6 +196,8 @@ void findWanted(const Investigation& investigation, Explanation& explanation) {
         explanation.wanted = names.empty() ? explanation.wanted : names.front();
     }
     explanation.nearMisses = nearMissesOf(investigation.device, tried);
+    std::erase_if(explanation.nearMisses,
+                  [&](const NearMiss& miss) { return isUsed(investigation, miss); });
     if (!explanation.shown) {
         explanation.firstTheme = themeToPutFirst(investigation, explanation.question, tried);
     }
@@ -222,6 +220,7 @@ void askOthers(const Investigation& investigation, Explanation& explanation) {
     Effects effects = effectsOf(investigation, question, explanation.record);
     explanation.effects = std::move(effects.made);
     explanation.brokenEffects = std::move(effects.broken);
+    explanation.unusedEffects = std::move(effects.unused);
     explanation.shown = lastRead(explanation.record, explanation.effects);
     if (explanation.shown) {
         explanation.hidden = hiddenBy(investigation, question, *explanation.shown);
@@ -308,6 +307,8 @@ Effects effectsOf(const Investigation& investigation, const Question& question,
         };
         if (const auto file = lastRead(answer->record, {}); file && isUsed(*file)) {
             effects.made.push_back({name, *file});
+        } else if (file) {
+            effects.unused.push_back({name, *file});
         }
         for (const AskedFile& file : askedFiles(answer->record)) {
             if (file.state == EntryKind::unreadable && isUsed(file)) {
@@ -407,8 +408,10 @@ Result<Explanation> explain(const Investigation& investigation, const Question& 
     }
     Explanation result = explanationOf(question, std::move(answer->record));
     result.picture = std::move(answer->picture);
-    result.isKept = std::ranges::none_of(askedFiles(again->record), isRead);
     askOthers(investigation, result);
+    result.isKept = std::ranges::none_of(askedFiles(again->record), [&](const AskedFile& file) {
+        return isRead(file) && (!result.shown || file.path == result.shown->path);
+    });
     if (depth == Depth::whole && result.shown && result.isKept) {
         result.later = laterRequests(investigation, result, **process);
     }
@@ -416,8 +419,7 @@ Result<Explanation> explain(const Investigation& investigation, const Question& 
         result.onOtherSystem = onOtherSystem(investigation, question);
     }
     if (result.shown && result.picture) {
-        const auto stays = staysAfterChange(investigation, **process, question, result);
-        result.needsRespring = stays && *stays;
+        result.needsRespring = needsRespring(investigation, result, **process, depth);
     }
     return result;
 }

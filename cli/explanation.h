@@ -72,6 +72,7 @@ struct Explanation {
     std::vector<Effect> effects;
     // Those that could not be made, since their files are there and give nothing.
     std::vector<Effect> brokenEffects;
+    std::vector<Effect> unusedEffects;  // those that other pictures have
     std::optional<SwitchReason> reason;
     std::vector<DrawingStep> drawn;             // what was done to the picture
     std::vector<std::string> findings;          // lines about the list that it was drawn by
@@ -149,6 +150,7 @@ enum class Depth { summary, whole };
 struct Effects {
     std::vector<Effect> made;
     std::vector<Effect> broken;  // their files give nothing
+    std::vector<Effect> unused;  // could be made, and are not made of this picture
 };
 
 [[nodiscard]] Effects effectsOf(const Investigation& investigation,

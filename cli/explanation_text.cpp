@@ -67,9 +67,13 @@ const AskedFile* unreadableOf(const Explanation& explanation) {
     return found == explanation.files.end() ? nullptr : &*found;
 }
 
+const Effect* named(const std::vector<Effect>& effects, std::string_view name) {
+    const auto found = std::ranges::find(effects, name, &Effect::name);
+    return found == effects.end() ? nullptr : &*found;
+}
+
 const Effect* effectNamed(const Explanation& explanation, std::string_view name) {
-    const auto found = std::ranges::find(explanation.effects, name, &Effect::name);
-    return found == explanation.effects.end() ? nullptr : &*found;
+    return named(explanation.effects, name);
 }
 
 // "removeDock is off; with it on, "
@@ -82,7 +86,7 @@ std::string againText(const Explanation& explanation) {
     if (!explanation.isKept) {
         return "the next request opens the files again";
     }
-    std::string text = "kept: the next request opens no file";
+    std::string text = "kept: the next request does not open it again";
     for (const simulator::Question& later : explanation.later) {
         text += (&later == explanation.later.data() ? "; nor does " : ", ") + requestOf(later);
     }
@@ -121,10 +125,16 @@ std::string cornersText(const Explanation& explanation) {
         return {};
     }
     const auto& reason = explanation.reason;
+    const Effect* const list = effectNamed(explanation, "list");
+    const Effect* const mask = named(explanation.unusedEffects, "mask");
     return ", with the corners that the file has: " +
            (reason && reason->brings && reason->brings->name == "mask"
                 ? ifTurned(*reason) + nameOf(reason->brings->file) + " cuts it out"
-                : "no active theme has a mask that is used");
+            : list != nullptr && mask != nullptr
+                ? "IB-MaskIcons is not on in " + nameOf(list->file) + ", so " + nameOf(mask->file) +
+                      " does not cut it out"
+            : mask != nullptr ? nameOf(mask->file) + " is not used for it"
+                              : "no active theme has a mask that is used");
 }
 
 std::string summaryOfShown(const Explanation& explanation) {
@@ -186,7 +196,11 @@ std::string reasonText(const Explanation& explanation) {
 // Why no theme's picture or sound is there.
 std::string whyNoFile(const Explanation& explanation) {
     if (const AskedFile* const file = unreadableOf(explanation)) {
-        return givesNothing(*file);
+        // A sound without a name of its own: what is opened is the folder of all of them.
+        return explanation.question.word == "sound" && file->name.find('.') == std::string::npos
+                   ? "no file's name belongs to it; velmoranth names sounds lists those that have "
+                     "one"
+                   : givesNothing(*file);
     }
     if (!explanation.firstTheme.empty()) {
         return fmt::format("{} has a file for it, which is looked for once that theme is the first",

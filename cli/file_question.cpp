@@ -220,6 +220,20 @@ Result<std::optional<Opened>> openedAlone(const Investigation& investigation,
                                  : std::optional(std::move(round->opened.front()));
 }
 
+// Whether the request opens it where its theme stands before all others.
+bool isOpenedOnceFirst(const Investigation& investigation, const NamedDevice& device,
+                       const Question& question, const ThemeFile& file) {
+    const desktop::DeviceRoot& root = *investigation.device.root;
+    std::vector<std::string> turned = investigation.device.themes;
+    const auto own = std::ranges::find(turned, file.theme);
+    std::rotate(turned.begin(), own, own + 1);
+    const bool isSet = setActiveThemes(root, turned, investigation.settings).has_value();
+    const auto round =
+        isSet ? askDevice(investigation, device, {question}, file) : Result<Round>(Round());
+    static_cast<void>(setActiveThemes(root, investigation.device.themes, investigation.settings));
+    return round && !round->opened.empty();
+}
+
 // Why no request opens the file: another one is opened in its place, or a setting.
 Result<void> findReason(const Investigation& investigation, std::span<const NamedDevice> devices,
                         const std::vector<Question>& questions, const ThemeFile& file,
@@ -253,6 +267,11 @@ Result<void> findReason(const Investigation& investigation, std::span<const Name
     }
     if (hidden) {
         explanation.hidden = hidingFile(investigation, devices, *hidden);
+        if (!explanation.hidden &&
+            isOpenedOnceFirst(investigation, deviceOf(hidden->opening, devices),
+                              hidden->opening.question, file)) {
+            explanation.onceFirst = hidden->opening.question;
+        }
     }
     return {};
 }
@@ -315,7 +334,7 @@ Result<FileExplanation> explainFile(const Investigation& investigation,
     if (auto found = findReason(investigation, devices, questions, *file, explanation); !found) {
         return tl::unexpected(std::move(found.error()));
     }
-    if (explanation.hidden || explanation.reason) {
+    if (explanation.hidden || explanation.reason || explanation.onceFirst) {
         return explanation;
     }
     auto others = askDevices(investigation, devices, otherRequestsFor(file->name), *file);

@@ -48,6 +48,8 @@ struct FileExplanation {
     // Without openings of the device's own:
     std::optional<HidingFile> hidden;
     std::optional<FileSwitch> reason;
+    // What opens it once its theme is the first one.
+    std::optional<simulator::Question> onceFirst;
     // Near names that are looked for, the nearest first.
     std::vector<std::string> wanted;
 };

@@ -47,6 +47,10 @@ std::string notOpened(const FileExplanation& explanation, const std::string& nam
                            reason->key, reason->isOn ? "on" : "off", reason->isOn ? "off" : "on",
                            requestOf(reason->question));
     }
+    if (const auto& question = explanation.onceFirst) {
+        return fmt::format("{} is opened by no request: {} opens it once {} is the first theme",
+                           name, requestOf(*question), shown(explanation.theme));
+    }
     const std::string near =
         explanation.wanted.empty()
             ? ""
@@ -96,6 +100,7 @@ std::string jsonOf(const FileExplanation& explanation) {
               {"problem", explanation.problem},
               {"hidden", nullptr},
               {"reason", nullptr},
+              {"onceFirst", nullptr},
               {"wanted", explanation.wanted}};
     for (const Opening& opening : explanation.openings) {
         Json one = asked(opening.question);
@@ -109,6 +114,9 @@ std::string jsonOf(const FileExplanation& explanation) {
     if (const auto& reason = explanation.reason) {
         json["reason"] = asked(reason->question);
         json["reason"].update({{"setting", reason->key}, {"isOn", reason->isOn}});
+    }
+    if (const auto& question = explanation.onceFirst) {
+        json["onceFirst"] = asked(*question);
     }
     return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }

@@ -85,7 +85,10 @@ std::string commandHelp(const Command& command) {
     if (!command.positionalNames.empty()) {
         text += " " + std::string(command.positionalNames);
     }
-    text += " [OPTION...]\n\n";
+    // One that takes words of its own behind "--" says itself where its options stand.
+    text += command.positionalNames.find("[OPTION...]") == std::string_view::npos
+                ? " [OPTION...]\n\n"
+                : "\n\n";
     text += std::string(command.summary) + "\n";
     if (!command.description.empty()) {
         text += "\n" + std::string(command.description) + "\n";

@@ -43,12 +43,25 @@ std::string bundleOf(const std::string& name) {
     return bundle;
 }
 
-// Whether both lie in one bundle, or one of them in none; a letter or two may be a mistake.
+// Whether the names behind the last slash begin with the same letters, as far as what both are
+// about reaches.
+bool sameLetters(const std::string& a, const std::string& b) {
+    const auto gist = [](const std::string& name) {
+        return std::string_view(name).substr(name.rfind('/') + 1, gistOf(name).size());
+    };
+    return gist(a) == gist(b);
+}
+
+// Whether both lie in one bundle, where a letter or two may be a mistake, or in none. A picture of
+// a bundle is meant for no other place but under its very name.
 bool mayShareBundle(const std::string& a, const std::string& b) {
     constexpr std::size_t kMostMistakes = 2;
     const std::string one = bundleOf(a);
     const std::string other = bundleOf(b);
-    return one.empty() || other.empty() || editDistance(one, other) <= kMostMistakes;
+    if (one.empty() != other.empty()) {
+        return sameLetters(a, b);
+    }
+    return editDistance(one, other) <= kMostMistakes;
 }
 
 }  // namespace

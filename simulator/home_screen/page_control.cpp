@@ -26,7 +26,7 @@ PageControl::PageControl(const ScreenContext& context, const platform::Point& ce
       shown_(std::min(count_, dotsThatFit(context))) {
     const HomeScreenMetrics& metrics = context.metrics;
     const double width =
-        static_cast<double>(shown_ - 1) * metrics.pageDotPitch + metrics.pageDotSide;
+        (static_cast<double>(shown_) - 1) * metrics.pageDotPitch + metrics.pageDotSide;
     setFrame({{snapToPixels(center.x - width / 2, context.scale()),
                snapToPixels(center.y - metrics.pageDotSide / 2, context.scale())},
               {width, metrics.pageDotSide}});

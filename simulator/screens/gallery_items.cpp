@@ -250,7 +250,13 @@ void GalleryItems::addPageDots() {
             [this, selector, state] {
                 const auto control =
                     std::make_shared<PageControl>(context_, platform::Point{}, 2, true);
-                return context_.runtime.send<ImageRef, bool>(*control, selector, state == current);
+                ImageRef image =
+                    context_.runtime.send<ImageRef, bool>(*control, selector, state == current);
+                // One without dots says whether they show, and asks for none of their pictures.
+                const auto none =
+                    std::make_shared<PageControl>(context_, platform::Point{}, 0, false);
+                context_.runtime.send<void>(*none, "layoutSubviews");
+                return none->isHidden() ? nullptr : image;
             });
     };
     add("Search Dot", "_searchIndicatorImage:", drawSearchDot, other);

@@ -106,6 +106,21 @@ TEST_F(ExplainFileTest, AFileThatASwitchOrAnotherFileKeepsClosedIsToldSo) {
                     {"file", kMaps}}));
 }
 
+TEST_F(ExplainFileTest, AFileThatCountsInTheFirstThemeAloneIsToldSo) {
+    picture(std::string("A/") + kMaps);
+    picture("B/Velmoranth/Folder.png");
+    const std::vector<std::string> words = {
+        "A", "B", "--ios", "13", "--device", "phone", "--", "file", "Velmoranth/Folder.png"};
+    const CommandResult result = explain(words);
+    EXPECT_EQ(result.code, 1);
+    EXPECT_EQ(result.output,
+              "B/Velmoranth/Folder.png is opened by no request: folder opens it once B is the "
+              "first theme.\n");
+    EXPECT_EQ(object(words).at("onceFirst").at("request"), "folder");
+    EXPECT_EQ(lastLine(explain({"B", "A", "--", "file", "Velmoranth/Folder.png"}).output),
+              "B/Velmoranth/Folder.png is opened by folder.");
+}
+
 TEST_F(ExplainFileTest, AFileThatGivesNothingIsToldWithItsReason) {
     folder.file("work/A/IconBundles/com.apple.Maps-large.png", "text");
     const CommandResult result =

@@ -21,8 +21,10 @@ TEST_F(ExplainInputTest, RequestsAreReadFromAFileALineEach) {
     EXPECT_NE(result.output.find("\n\nrequest    badge\n"), std::string::npos);
     EXPECT_EQ(result.errors, "");
     folder.file("work/bundled", "image TabList\t--bundle com.example.Workbench");
-    EXPECT_TRUE(explain({"A", "--requests", "bundled"})
-                    .output.starts_with("request    image TabList of com.example.Workbench\n"));
+    const std::string bundled = explain({"A", "--requests", "bundled"}).output;
+    EXPECT_TRUE(bundled.starts_with("request    image TabList of com.example.Workbench\n"));
+    EXPECT_EQ(explain({"A", "--", "image", "TabList", "--bundle", "com.example.Workbench"}).output,
+              bundled);
 }
 
 TEST_F(ExplainInputTest, ALineThatIsNoRequestKeepsNoOtherFromBeingAsked) {
@@ -31,12 +33,13 @@ TEST_F(ExplainInputTest, ALineThatIsNoRequestKeepsNoOtherFromBeingAsked) {
     const CommandResult wrong = explain({"A", "--requests", "wrong"});
     EXPECT_EQ(wrong.code, 2);
     EXPECT_NE(wrong.output.find("A/UIImages/UISwitchKnob@3x.png shows"), std::string::npos);
-    EXPECT_EQ(wrong.errors,
-              "velmoranth: error: wrong: line 1: there is no request \"bagde\"; did you mean "
-              "badge?\n"
-              "velmoranth: error: wrong: line 3: a line has a request and, behind image NAME, "
-              "--bundle ID\n"
-              "velmoranth: error: wrong: line 4: dock takes nothing behind it\n");
+    EXPECT_EQ(
+        wrong.errors,
+        "velmoranth: error: wrong: line 1: there is no request \"bagde\"; did you mean "
+        "badge?\n"
+        "velmoranth: error: wrong: line 3: a request has no option behind it but --bundle ID, of "
+        "image NAME; the others stand before --\n"
+        "velmoranth: error: wrong: line 4: dock takes nothing behind it\n");
 }
 
 TEST_F(ExplainInputTest, AListOfRequestsThatCannotBeReadIsTold) {
@@ -80,6 +83,16 @@ TEST_F(ExplainInputTest, WrongWordsAreToldInALine) {
     expectMisuse({"--root", "d", "--set", "enable=no", "--", "badge"},
                  "--set does not go with --root: a device has its own preferences");
     expectMisuse({"A", "--bundle", "x", "--", "badge"}, "--bundle goes with image alone");
+    expectMisuse({"A", "--", "badge", "--bundle", "x"}, "--bundle goes with image alone");
+    expectMisuse({"A", "--bundle", "x", "--", "image", "y", "--bundle", "z"},
+                 "--bundle is given twice");
+    for (const std::vector<std::string>& words :
+         {std::vector<std::string>{"A", "--", "badge", "--ios", "12"},
+          {"A", "--", "icon", "x", "-o", "x.png"}}) {
+        expectMisuse(words,
+                     "a request has no option behind it but --bundle ID, of image NAME; the others "
+                     "stand before --");
+    }
     expectMisuse({"A", "--json", "--raw", "--", "badge"},
                  "--json does not go with --raw: the one is in the other");
     expectMisuse({"A", "--bundle", "x", "--requests", "list"},

@@ -120,6 +120,46 @@ TEST_F(ExplainTest, TheDotsAreStock) {
               "Bundles/com.apple.springboard/Spotlight_Pages.png first.");
 }
 
+TEST_F(ExplainTest, TheDotsAreGone) {
+    picture("A/Bundles/com.apple.springboard/SBPageDotCurrent@3x.png", 24);
+    EXPECT_EQ(answer({"A", "--set", "removePageDots=yes", "--", "dot", "current"}, 1),
+              "Nothing shows: removePageDots is on; with it off, "
+              "A/Bundles/com.apple.springboard/SBPageDotCurrent@3x.png shows.");
+}
+
+TEST_F(ExplainTest, TheCalendarAloneIsSquare) {
+    picture("A/IconBundles/com.apple.mobilecal-large.png");
+    picture(std::string("A") + kMask, 180, kBlack);
+    folder.file("work/A/Info.plist", "<plist><dict><key>a</key><true/></dict></plist>");
+    EXPECT_NE(answer({"A", "--", "calendar"})
+                  .find(", with the corners that the file has: IB-MaskIcons is not on in "
+                        "A/Info.plist, so A" +
+                        std::string(kMask) + " does not cut it out"),
+              std::string::npos);
+    folder.file("work/A/Info.plist", "<plist><dict><key>IB-MaskIcons</key><true/></dict></plist>");
+    EXPECT_NE(answer({"A", "--", "calendar"}).find(", cut out by A"), std::string::npos);
+}
+
+// A file that another request opens is at its place.
+TEST_F(ExplainTest, AFileThatIsInUseIsNoneThatIsMisnamed) {
+    picture("A/Bundles/com.apple.Preferences/WiFi@3x.png", 87);
+    picture(std::string("A/") + kMaps);
+    for (const std::vector<std::string>& request : {std::vector<std::string>{"symbol", "wifi"},
+                                                    {"settings", "Wifi"},
+                                                    {"icon", "com.apple.maps"}}) {
+        const CommandResult result = explain({"A", "--", request[0], request[1]});
+        EXPECT_EQ(result.output.find("name it"), std::string::npos) << result.output;
+        EXPECT_EQ(result.output.find("unused"), std::string::npos) << result.output;
+    }
+    picture("B/IconBundles/com.apple.Maps.png");
+    EXPECT_NE(answer({"B", "--", "icon", "com.apple.Maps"}, 1)
+                  .find("B has IconBundles/com.apple.Maps.png, which is not looked for; name it "),
+              std::string::npos);
+    // A bundle's picture is meant for another place under its very name alone.
+    picture("C/Bundles/com.apple.preferences-ui-framework/WiFi.png", 87);
+    EXPECT_EQ(explain({"C", "--", "file", "*"}).output, "");
+}
+
 TEST_F(ExplainTest, TheFoldersHaveNoPlate) {
     picture("A/IconBundles/com.apple.News-large.png");
     EXPECT_EQ(answer({"A", "--", "folder"}, 1),
@@ -127,7 +167,8 @@ TEST_F(ExplainTest, TheFoldersHaveNoPlate) {
               "first.");
     picture("A/Bundles/com.apple.springboard/ANEMFolderIconBG.png");
     EXPECT_EQ(answer({"A", "--", "folder"}),
-              "A/Bundles/com.apple.springboard/ANEMFolderIconBG.png shows.");
+              "A/Bundles/com.apple.springboard/ANEMFolderIconBG.png shows; a change of themes "
+              "shows after a respring.");
 }
 
 TEST_F(ExplainTest, APartOfAThemeThatIsNotTheFirst) {
@@ -136,7 +177,7 @@ TEST_F(ExplainTest, APartOfAThemeThatIsNotTheFirst) {
     EXPECT_EQ(answer({"A", "B", "--", "folder"}, 1),
               "Nothing shows: B has a file for it, which is looked for once that theme is the "
               "first.");
-    EXPECT_EQ(answer({"B", "A", "--", "folder"}), "B/Velmoranth/Folder.png shows.");
+    EXPECT_TRUE(answer({"B", "A", "--", "folder"}).starts_with("B/Velmoranth/Folder.png shows"));
     picture("C/Bundles/com.apple.mobileicons.framework/AppIconMask.png");
     EXPECT_EQ(answer({"A", "C", "--", "icon", "com.apple.Maps"}).find("once that theme"),
               std::string::npos)
@@ -151,6 +192,10 @@ TEST_F(ExplainTest, NoSoundPlays) {
         << "the folder is missing as well";
     EXPECT_EQ(answer({"A", "--", "sound", "event:lock"}, 1),
               "Nothing plays: no active theme has what is looked for, UISounds/lock.caf first.");
+    folder.file("work/B/UISounds/lock.caf", "text");
+    EXPECT_EQ(answer({"B", "--", "sound", "1004"}, 1),
+              "The system's own sound plays: no file's name belongs to it; velmoranth names "
+              "sounds lists those that have one.");
     folder.file("work/A/UIsounds/key_press_click.caf", "text");
     EXPECT_EQ(answer({"A", "--", "sound", "key-click"}, 1),
               "The system's own sound plays: A has UIsounds/key_press_click.caf, which is not "
@@ -256,8 +301,9 @@ TEST_F(ExplainTest, SaysWhichMethodsAreReachedAndWhatIsTriedInOrder) {
         "looks for  A/IconBundles/com.apple.Maps-large.png (missing)\n"
         "           B/IconBundles/com.apple.Maps-large.png (found, 180×180 @1x)\n"))
         << result.output;
-    EXPECT_NE(result.output.find("\nagain      kept: the next request opens no file; nor does "),
-              std::string::npos);
+    EXPECT_NE(
+        result.output.find("\nagain      kept: the next request does not open it again; nor does "),
+        std::string::npos);
     EXPECT_EQ(result.errors, "");
     const CommandResult older = explain({"B", "--ios", "12", "--", "icon", "com.apple.Maps"});
     EXPECT_NE(
@@ -289,9 +335,10 @@ TEST_F(ExplainTest, SaysWhatWasDrawnStepByStepWithTheSizes) {
 TEST_F(ExplainTest, SaysWhichLaterRequestsWhatIsKeptAnswers) {
     picture(std::string("A/") + kMaps);
     const CommandResult result = explain({"A", "--", "icon", "com.apple.Maps"});
-    EXPECT_NE(result.output.find("\nagain      kept: the next request opens no file; nor does "
-                                 "miniature com.apple.Maps\n"),
-              std::string::npos)
+    EXPECT_NE(
+        result.output.find("\nagain      kept: the next request does not open it again; nor does "
+                           "miniature com.apple.Maps\n"),
+        std::string::npos)
         << result.output;
     EXPECT_EQ(object({"A", "--", "icon", "com.apple.Maps"}).at("later"),
               (json::array({{{"request", "miniature"}, {"argument", "com.apple.Maps"}}})));
