@@ -146,7 +146,7 @@ TEST_F(PreviewApps, IconsAndFoldersAreLookedForAmongThem) {
     expectBadInput({"../A.theme", "--apps", "apps", "--screen", "pressed", "--icon", "My Note"},
                    "there is no icon \"My Note\" on the home screen; did you mean My Notes?");
     expectBadInput({"../A.theme", "--apps", "apps", "--screen", "folder", "--folder", "Utilities"},
-                   "--folder takes one of Social, not \"Utilities\"");
+                   "--folder takes Social, not \"Utilities\"");
     folder.file("work/apps", "com.apple.Preferences\n");
     expectBadInput({"../A.theme", "--apps", "apps", "--screen", "folder", "--folder", "Social"},
                    "there is no folder \"Social\": none of these apps lies in one");
