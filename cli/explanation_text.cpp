@@ -86,7 +86,8 @@ std::string againText(const Explanation& explanation) {
     if (!explanation.isKept) {
         return "the next request opens the files again";
     }
-    std::string text = "kept: the next request does not open it again";
+    std::string text = explanation.shown ? "kept: the next request does not open it again"
+                                         : "kept: the next request opens no file";
     for (const simulator::Question& later : explanation.later) {
         text += (&later == explanation.later.data() ? "; nor does " : ", ") + requestOf(later);
     }
@@ -288,8 +289,10 @@ std::string textOf(const Explanation& explanation) {
             sizeOf(*explanation.picture) +
                 (explanation.stock ? ", the stock picture's " + sizeOf(*explanation.stock) : ""));
     }
-    if (explanation.shown) {
+    if (isThemed(explanation)) {
         rows.add("again", againText(explanation));
+    }
+    if (explanation.shown) {
         rows.add("changes", explanation.needsRespring ? "of the themes show after a respring"
                                                       : "of the themes show at the next request");
     }

@@ -74,6 +74,11 @@ TEST_F(ExplainChangeTest, AnIconIsKeptUntilTheThemesChange) {
     EXPECT_TRUE(icon.again.starts_with(kKept)) << icon.again;
     EXPECT_EQ(icon.changes, kAtOnce);
     EXPECT_EQ(said({"A", "--ios", "12", "--", "clock"}).changes, kAtOnce);
+    picture(std::string("A") + kMask);
+    const Said masked = said({"A", "--", "icon", "com.apple.News"});
+    EXPECT_EQ(masked.again, "kept: the next request opens no file")
+        << "the device's own icon, cut out";
+    EXPECT_EQ(masked.changes, "");
 }
 
 // A home screen keeps its views, and what a theme has put into them.

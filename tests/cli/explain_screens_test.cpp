@@ -86,12 +86,13 @@ bool has(const auto& all, const auto& one) {
 
 const platform::Dictionary kSettings{{"enableShadow", platform::PropertyList(true)}};
 
-class ExplainScreen : public testing::TestWithParam<std::tuple<std::string_view, int>> {
+class ExplainScreen
+    : public testing::TestWithParam<std::tuple<std::string_view, int, std::string_view>> {
   protected:
     ExplainScreen() {
         const std::vector<std::string> themes{tests::kExampleTheme};
         device_ = *makeDevice(themes, kSettings);
-        configuration_ = *simulator::deviceConfiguration("phone", system_);
+        configuration_ = *simulator::deviceConfiguration(std::get<2>(GetParam()), system_);
     }
 
     // Of the whole screen, its process's start included.
@@ -148,11 +149,13 @@ std::vector<std::string_view> screens() {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, ExplainScreen,
-                         testing::Combine(testing::ValuesIn(screens()), testing::Values(12, 13)),
+                         testing::Combine(testing::ValuesIn(screens()), testing::Values(12, 13),
+                                          testing::Values("phone", "pad")),
                          [](const auto& each) {
                              std::string name(std::get<0>(each.param));
                              std::ranges::replace(name, '-', '_');
-                             return name + "_ios" + std::to_string(std::get<1>(each.param));
+                             return name + "_ios" + std::to_string(std::get<1>(each.param)) + "_" +
+                                    std::string(std::get<2>(each.param));
                          });
 
 }  // namespace

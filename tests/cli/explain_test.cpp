@@ -1,11 +1,14 @@
 // velmoranth explain: what people ask, and what it says.
 #include "tests/cli/explain_fixture.h"
+#include "tests/support/places.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <cstddef>
+#include <fstream>
+#include <iterator>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -360,6 +363,43 @@ TEST_F(ExplainTest, JsonHasTheSameInOneObject) {
     EXPECT_EQ(answer.at("stockSize"), (json{{"width", 180}, {"height", 180}}));
     EXPECT_EQ(answer.at("failure"), json());
     EXPECT_TRUE(answer.at("summary").get<std::string>().starts_with("A/IconBundles/"));
+}
+
+// The page for programs lists every member.
+TEST_F(ExplainTest, JsonHasTheMembersThatTheDocumentLists) {
+    picture("A/IconBundles/com.apple.Maps-large.png");
+    std::ifstream page(std::string(tests::kSourceFolder) + "/docs/themes/explain.md");
+    const std::string document{std::istreambuf_iterator<char>(page), {}};
+    const std::size_t begin = document.find("\n| `version` |");
+    const std::size_t end = document.find("\n\n", begin);
+    ASSERT_NE(end, std::string::npos);
+    std::vector<std::string> listed;
+    std::istringstream rows(document.substr(begin, end - begin));
+    for (std::string row; std::getline(rows, row);) {
+        // The names in the first column.
+        const std::string first = row.substr(0, row.find(" |", 1));
+        for (std::size_t at = first.find('`'); at != std::string::npos;
+             at = first.find('`', first.find('`', at + 1) + 1)) {
+            listed.push_back(first.substr(at + 1, first.find('`', at + 1) - at - 1));
+        }
+    }
+    std::vector<std::string> members;
+    const auto answer = nlohmann::ordered_json::parse(
+        explain({"--json", "A", "--", "icon", "com.apple.Maps"}).output);
+    for (const auto& [name, value] : answer.items()) {
+        members.push_back(name);
+    }
+    std::ranges::sort(listed);
+    std::ranges::sort(members);
+    EXPECT_EQ(members, listed);
+}
+
+TEST_F(ExplainTest, SaysHowLargeItIsBesideTheStockPicture) {
+    picture("A/IconBundles/com.apple.Maps-large.png", 60);
+    EXPECT_NE(
+        explain({"A", "--", "icon", "com.apple.Maps"})
+            .output.find("\nsize       60 × 60 pixels, the stock picture's 180 × 180 pixels\n"),
+        std::string::npos);
 }
 
 TEST_F(ExplainTest, RawIsTheRecordItself) {
