@@ -6,6 +6,7 @@
 #include "makers/conversion/written_themes.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <filesystem>
 #include <set>
@@ -182,8 +183,15 @@ HiddenPictures hiddenPictures(const FoundTheme& theme) {
         names.insert(file.name);
     }
     HiddenPictures hidden;
+    // What the loader finds with a scale in its name shows, if only on devices of that scale.
+    const auto isFoundWithScale = [&](const std::string& target) {
+        const std::size_t end = target.rfind('.');
+        return std::ranges::any_of(std::array{"@2x", "@3x"}, [&](const char* scale) {
+            return names.contains(target.substr(0, end) + scale + target.substr(end));
+        });
+    };
     for (const auto& [target, file] : plan.files) {
-        if (!names.contains(target)) {
+        if (!names.contains(target) && !isFoundWithScale(target)) {
             ++(target.starts_with("IconBundles/") ? hidden.icons : hidden.others);
         }
     }

@@ -149,10 +149,14 @@ TEST_F(ConvertTest, whatNothingLooksForIsCountedByItsName) {
     theme.files = {{"IconBundles/com.apple.Maps@3x.png", 1},
                    {"IconBundles/com.apple.tv-large.png", 1},
                    {"Icons/Music.png", 1},
-                   {"Bundles/com.apple.springboard/SBBadgeBG@2x.png", 1}};
+                   {"Bundles/com.apple.springboard/sbbadgebg.png", 1}};
     const HiddenPictures hidden = hiddenPictures(theme);
     EXPECT_EQ(hidden.icons, 2U);
     EXPECT_EQ(hidden.others, 1U);
+    // Found by the loader, on devices of that scale at least.
+    theme.files = {{"Bundles/com.apple.springboard/SBBadgeBG@2x.png", 1},
+                   {"Bundles/com.apple.springboard/SBPageDot@3x.png", 1}};
+    EXPECT_EQ(hiddenPictures(theme).all(), 0U);
     theme.files = {{"IconBundles/com.apple.tv-large.png", 1}, {"README", 1}};
     EXPECT_EQ(hiddenPictures(theme).all(), 0U);
 }
