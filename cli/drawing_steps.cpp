@@ -64,4 +64,19 @@ std::vector<DrawingStep> drawingSteps(const record::Record& record) {
     return steps;
 }
 
+RepeatedSteps repeatedSteps(std::span<const DrawingStep> steps) {
+    for (std::size_t count = 1; count <= steps.size() / 2; ++count) {
+        const auto first = steps.first(count);
+        std::size_t times = 1;
+        while ((times + 1) * count <= steps.size() &&
+               std::ranges::equal(first, steps.subspan(times * count, count))) {
+            ++times;
+        }
+        if (times > 1) {
+            return {first, times};
+        }
+    }
+    return {steps.first(1), 1};
+}
+
 }  // namespace velmoranth::cli

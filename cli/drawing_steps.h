@@ -3,6 +3,8 @@
 
 #include "record/entry.h"
 
+#include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,8 +18,20 @@ struct DrawingStep {
     std::string_view message;         // that made it
     std::vector<std::string> before;  // sizes of the pictures that it was made of, none twice
     std::string after;                // its size; "nil" when nothing came of it
+
+    friend bool operator==(const DrawingStep&, const DrawingStep&) = default;
 };
 
 [[nodiscard]] std::vector<DrawingStep> drawingSteps(const record::Record& record);
+
+// Steps, and how often they stand there one after the other.
+struct RepeatedSteps {
+    std::span<const DrawingStep> steps;
+    std::size_t times = 1;
+};
+
+// How a list that is not empty begins: with the fewest steps that follow again at once, or with its
+// first one.
+[[nodiscard]] RepeatedSteps repeatedSteps(std::span<const DrawingStep> steps);
 
 }  // namespace velmoranth::cli

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 
 namespace velmoranth::cli {
 
@@ -45,9 +46,23 @@ std::string stateOf(const AskedFile& file) {
     return state;
 }
 
-// "cut out: 180×180 pixels, 180×180 mask → 180×180 pixels"
-std::string stepText(const DrawingStep& step) {
-    return fmt::format("{}: {} → {}", step.what, fmt::join(step.before, ", "), step.after);
+// "cut out: 180×180 pixels, 180×180 mask → 180×180 pixels (6 times)"
+std::string stepText(const DrawingStep& step, std::size_t times) {
+    return fmt::format("{}: {}{}{}{}", step.what, fmt::join(step.before, ", "),
+                       step.before.empty() ? "" : " → ", step.after,
+                       times == 1 ? "" : fmt::format(" ({} times)", times));
+}
+
+// Steps that are taken several times one after the other, as a picture is for each of its sizes,
+// stand there once.
+void addSteps(const std::vector<DrawingStep>& steps, Rows& rows) {
+    for (auto from = steps.begin(); from != steps.end();) {
+        const RepeatedSteps repeated = repeatedSteps({from, steps.end()});
+        for (const DrawingStep& step : repeated.steps) {
+            rows.add("drawn", stepText(step, repeated.times));
+        }
+        from += static_cast<std::ptrdiff_t>(repeated.steps.size() * repeated.times);
+    }
 }
 
 std::string sizeOf(const simulator::Picture& picture) {
@@ -280,9 +295,7 @@ std::string textOf(const Explanation& explanation) {
     for (const Effect& effect : explanation.effects) {
         rows.add(effect.name, nameOf(effect.file) + " (" + effect.file.answer + ")");
     }
-    for (const DrawingStep& step : explanation.drawn) {
-        rows.add("drawn", stepText(step));
-    }
+    addSteps(explanation.drawn, rows);
     if (explanation.picture) {
         rows.add(
             "size",

@@ -222,6 +222,25 @@ Result<void> readExtent(const Arguments& arguments, PreviewOptions& options) {
     return {};
 }
 
+// Of a sheet's devices the first.
+std::vector<std::pair<std::string, std::string>> deviceWords(const Arguments& arguments,
+                                                             const PreviewOptions& options) {
+    std::vector<std::pair<std::string, std::string>> words;
+    if (arguments.has(kIosOption.name)) {
+        words.emplace_back(kIosOption.name, std::to_string(options.device.system.major));
+    }
+    if (arguments.has(kDeviceOption.name) || options.extent == PreviewExtent::sheet) {
+        words.emplace_back(kDeviceOption.name, options.deviceName);
+    }
+    for (const Option& option :
+         {kOrientationOption, kSetOption, kDateOption, kLocaleOption, kExactFilesOption}) {
+        for (const std::string& value : arguments.values(option.name)) {
+            words.emplace_back(option.name, option.valueName.empty() ? "" : value);
+        }
+    }
+    return words;
+}
+
 }  // namespace
 
 std::span<const Option> previewOptionTable() {
@@ -260,6 +279,7 @@ Result<PreviewOptions> readPreviewOptions(const Arguments& arguments) {
             return tl::unexpected(std::move(done.error()));
         }
     }
+    options.deviceWords = deviceWords(arguments, options);
     auto settings = readSettingOptions(arguments, "velmoranth preview --help");
     if (!settings) {
         return tl::unexpected(std::move(settings.error()));

@@ -10,6 +10,7 @@
 
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace velmoranth::cli {
@@ -27,6 +28,9 @@ struct PreviewOptions {
     std::string output = "preview.png";
     std::string deviceName = "phone";  // in the table of devices
     simulator::DeviceConfiguration device;
+    // The options that say which device it is, and with which settings, as they are given to
+    // another command: "--ios" and "12", "--exact-files" and "".
+    std::vector<std::pair<std::string, std::string>> deviceWords;
     ScreenOptions screen;
     PreviewKind kind = PreviewKind::themed;
     PreviewExtent extent = PreviewExtent::screen;

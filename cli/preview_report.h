@@ -2,14 +2,11 @@
 // drawing, since it takes about as long.
 #pragma once
 
-#include "cli/explanation.h"
 #include "cli/preview_options.h"
-#include "cli/theme_report.h"
 #include "cli/throw_away_device.h"
 #include "desktop/result/result.h"
 
 #include <future>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,7 +16,7 @@ namespace velmoranth::cli {
 class PreviewReport {
   public:
     // Begins, unless the options want no report. `device` is the preview's and outlives this
-    // object. Of the user's own one a copy is asked, so that nothing of it changes.
+    // object. A copy of it is asked, so that nothing of it changes.
     PreviewReport(const PreviewOptions& options, const DeviceOfRun& device);
 
     struct Found {
@@ -34,11 +31,7 @@ class PreviewReport {
     [[nodiscard]] desktop::Result<void> tell();
 
   private:
-    std::optional<DeviceOfRun> copy_;
-    std::unique_ptr<const Investigation> investigation_;
-    std::vector<std::string> folders_;  // of the themes, as the user may give them
-    // Last: what it asks outlives it.
-    std::future<ThemeReport> report_;
+    std::future<Found> found_;
 };
 
 }  // namespace velmoranth::cli

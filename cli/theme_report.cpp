@@ -4,21 +4,17 @@
 #include "cli/asking.h"
 #include "cli/calendar_report.h"
 #include "cli/file_requests.h"
-#include "cli/messages.h"
+#include "cli/folded_name.h"
 #include "cli/near_misses.h"
-#include "desktop/image_io/image_io.h"
+#include "cli/switches.h"
 #include "simulator/screens/question_rows.h"
-
-#include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <filesystem>
-#include <fstream>
-#include <ios>
 #include <iterator>
+#include <map>
 #include <optional>
 #include <set>
 #include <string_view>
@@ -37,14 +33,26 @@ struct Part {
     std::string_view word;
     std::string_view argument;
     std::string_view name;  // in the line
+    // The setting that shows it, on or off; "" for a part that is shown whenever theming is on.
+    std::string_view setting;
+    bool isShownWhenOn = true;
 };
 
 // In the order in which they are told.
 constexpr std::array kParts{
-    Part{"mask", "", "mask"},     Part{"overlay", "", "overlay"},    Part{"shadow", "", "shadow"},
-    Part{"folder", "", "folder"}, Part{"behind", "", "open folder"}, Part{"dock", "", "dock"},
-    Part{"badge", "", "badges"},  Part{"dot", "current", "dots"},
+    Part{"mask", "", "mask", "enableIconMask"},
+    Part{"overlay", "", "overlay", "enableOverlay"},
+    Part{"shadow", "", "shadow", "enableShadow"},
+    Part{"folder", "", "folder", ""},
+    Part{"behind", "", "open folder", ""},
+    Part{"dock", "", "dock", "removeDock"},
+    Part{"badge", "", "badges", "removeIconBadges", false},
+    Part{"dot", "current", "dots", "removePageDots", false},
 };
+
+bool isShown(const Investigation& investigation, const Part& part) {
+    return part.setting.empty() || isSwitchOn(investigation, part.setting) == part.isShownWhenOn;
+}
 
 // A device that is asked, and every file of a theme that it has tried.
 class AskedDevice {
@@ -102,18 +110,46 @@ Result<bool> askForIcon(const Investigation& investigation, const std::string& a
     return lastRead(answer->record, report.effects).has_value();
 }
 
-// The parts of the home screen that themes have, and what they do to its icons.
-Result<void> askForParts(AskedDevice& device, ThemeReport& report) {
+// The file that a part would have with its setting the other way.
+std::optional<AskedFile> fileIfShown(const Investigation& investigation, const Part& part) {
+    const desktop::DeviceRoot& root = *investigation.device.root;
+    const std::vector<std::string>& themes = investigation.device.themes;
+    std::optional<AskedFile> file;
+    if (setActiveThemes(root, themes, settingsWith(investigation, {part.setting}))) {
+        if (const auto answer =
+                askOnce(investigation, {std::string(part.word), std::string(part.argument), ""})) {
+            file = lastRead(answer->record, {});
+        }
+    }
+    static_cast<void>(setActiveThemes(root, themes, investigation.settings));
+    return file;
+}
+
+// The parts of the home screen that themes have, and what they do to its icons. Some are looked for
+// whether they are shown or not, others only where they are.
+Result<void> askForParts(const Investigation& investigation, AskedDevice& device,
+                         ThemeReport& report) {
+    report.isThemingOn = isSwitchOn(investigation, "enable");
     for (const Part& part : kParts) {
         const auto answer = device.ask({std::string(part.word), std::string(part.argument), ""});
         if (!answer) {
             return tl::unexpected(answer.error());
         }
-        if (const auto file = lastRead(answer->record, {})) {
-            report.parts.emplace_back(part.name);
-            if (part.word == "mask" || part.word == "overlay" || part.word == "shadow") {
-                report.effects.push_back({part.word, *file});
-            }
+        auto file = lastRead(answer->record, {});
+        const bool shows = isShown(investigation, part);
+        if (!file && !shows && report.isThemingOn) {
+            file = fileIfShown(investigation, part);
+        }
+        if (!file) {
+            continue;
+        }
+        if (part.word == "mask" || part.word == "overlay" || part.word == "shadow") {
+            report.effects.push_back({part.word, *file});
+        }
+        if (shows) {
+            report.parts.push_back(part.name);
+        } else {
+            report.partsOff.push_back({part.name, part.setting});
         }
     }
     return {};
@@ -175,25 +211,82 @@ Result<void> askForOtherApps(const Investigation& investigation, AskedDevice& de
     return {};
 }
 
-constexpr std::string_view kOpaqueApp = "com.example.opaque";
+// Names that are looked for by themselves: of pictures, or of folders that would be looked into if
+// they were there.
+class BareNames {
+  public:
+    void note(const Question& question, const record::Record& record) {
+        for (const AskedFile& file : askedFiles(record)) {
+            if (file.state == EntryKind::missing &&
+                std::filesystem::path(file.name).extension().empty()) {
+                questions_[file.name].push_back(question);
+            }
+        }
+    }
 
-// Gives the theme an icon that is white all over.
-bool addOpaqueIcon(const AddedTheme& theme) {
-    constexpr std::size_t kSide = 180;
-    const std::vector<std::uint8_t> pixels(kSide * kSide * 4, 255);
-    const auto png = desktop::encodePng(pixels, kSide, kSide, kSide * 4);
-    const std::filesystem::path folder = theme.folder() / "IconBundles";
-    std::error_code error;
-    std::filesystem::create_directories(folder, error);
-    std::ofstream file(folder / (std::string(kOpaqueApp) + "-large.png"), std::ios::binary);
-    file.write(reinterpret_cast<const char*>(png.data()), static_cast<std::streamsize>(png.size()));
-    return static_cast<bool>(file.flush());
-}
+    // What would be looked for, of each theme, in those that are the name of a theme's folder but
+    // for its letters: a theme that has them is asked the same.
+    [[nodiscard]] std::vector<AskedFile> namesWithin(const Investigation& investigation) const {
+        std::vector<AskedFile> files;
+        std::vector<FoldedName> names;
+        for (const std::string& theme : investigation.device.themes) {
+            for (std::string& name : filesOfTheme(*investigation.device.root, theme)) {
+                names.push_back({folded(name), std::move(name)});
+            }
+        }
+        for (const auto& [name, questions] : questions_) {
+            if (isFolderInOtherLetters(names, name)) {
+                addNamesIn(name, questions, investigation, files);
+            }
+        }
+        return files;
+    }
+
+  private:
+    // Folded once for all that they are compared with.
+    struct FoldedName {
+        std::string folded;
+        std::string name;
+    };
+
+    static bool isFolderInOtherLetters(const std::vector<FoldedName>& files,
+                                       const std::string& name) {
+        const std::string folder = name + "/";
+        return std::ranges::any_of(files, [&, wanted = folded(folder)](const FoldedName& file) {
+            return file.folded.starts_with(wanted) && !file.name.starts_with(folder);
+        });
+    }
+
+    static void addNamesIn(const std::string& folder, const std::vector<Question>& questions,
+                           const Investigation& investigation, std::vector<AskedFile>& files) {
+        const AddedTheme added(investigation);
+        std::error_code error;
+        std::filesystem::create_directories(added.folder() / folder, error);
+        if (!added.useBehind(investigation.settings)) {
+            return;
+        }
+        Asking asking(investigation);
+        for (const Question& question : questions) {
+            const auto answer = asking.ask(question);
+            for (const AskedFile& file :
+                 answer ? triedFiles(answer->record) : std::vector<AskedFile>()) {
+                if (file.theme != added.name() || !file.name.starts_with(folder + "/")) {
+                    continue;
+                }
+                for (const std::string& theme : investigation.device.themes) {
+                    files.push_back({EntryKind::missing, {}, theme, file.name, {}, {}});
+                }
+            }
+        }
+    }
+
+    std::map<std::string, std::vector<Question>> questions_;
+};
 
 Result<void> askForAll(const Investigation& investigation,
                        const std::vector<simulator::NamedApp>& apps, AskedDevice& device,
                        ThemeReport& report) {
-    if (auto parts = askForParts(device, report); !parts) {
+    if (auto parts = askForParts(investigation, device, report); !parts) {
         return parts;
     }
     std::vector<std::string> asked = identifiersOf(apps);
@@ -214,16 +307,21 @@ Result<void> askForAll(const Investigation& investigation,
             (*isThemes ? report.themedApps : report.otherApps).push_back(asked[i]);
         }
     }
+    BareNames bareNames;
     for (const Question& question : deviceRequests()) {
         if (simulator::questionRowNamed(question.word)->firstSystem >
             investigation.configuration.system.major) {
             continue;
         }
-        if (const auto answer = device.ask(question); !answer) {
+        const auto answer = device.ask(question);
+        if (!answer) {
             return tl::unexpected(answer.error());
         }
+        bareNames.note(question, answer->record);
     }
-    report.nearMisses = nearMissesOf(investigation.device, device.files());
+    std::vector<AskedFile> tried = device.files();
+    std::ranges::move(bareNames.namesWithin(investigation), std::back_inserter(tried));
+    report.nearMisses = nearMissesOf(investigation.device, tried);
     return askForOtherApps(investigation, device, report);
 }
 
@@ -239,99 +337,6 @@ ThemeReport reportThemes(const Investigation& investigation,
     std::ranges::copy_if(device.files(), std::back_inserter(report.unreadable),
                          [](const AskedFile& file) { return file.state == EntryKind::unreadable; });
     return report;
-}
-
-std::string judgeMask(const Investigation& investigation, const ThemeReport& report) {
-    const auto known = std::ranges::find(report.effects, "mask", &Effect::name);
-    if (known == report.effects.end()) {
-        return {};
-    }
-    // Behind the others, so that nothing of theirs changes.
-    const AddedTheme theme(investigation);
-    if (!addOpaqueIcon(theme)) {
-        return {};
-    }
-    const Question question{"icon", std::string(kOpaqueApp), ""};
-    const auto answerWith = [&](bool withMask) {
-        platform::Dictionary settings = investigation.settings;
-        settings.insert_or_assign("enableOverlay", platform::PropertyList(false));
-        if (!withMask) {
-            settings.insert_or_assign("enableIconMask", platform::PropertyList(false));
-        }
-        return theme.useBehind(settings)
-                   ? askOnce(investigation, question)
-                   : Result<simulator::Answer>(tl::unexpected(desktop::Problem()));
-    };
-    const auto masked = answerWith(true);
-    const auto plain = answerWith(false);
-    if (!masked || !plain || !isVisible(plain->picture)) {
-        return {};
-    }
-    const std::vector<AskedFile> files = askedFiles(masked->record);
-    const auto mask = std::ranges::find(files, known->file.path, &AskedFile::path);
-    if (mask == files.end() || !isRead(*mask)) {
-        return {};  // it is switched off
-    }
-    const std::string name = shown(known->file.theme + "/" + known->file.name);
-    if (!masked->picture) {
-        return name +
-               " hides everything: nothing comes of an icon that is cut out by it; write it with 8 "
-               "bits a channel";
-    }
-    if (!isVisible(masked->picture)) {
-        return name + " hides everything: where it is light the icon is hidden";
-    }
-    if (masked->picture->pixels == plain->picture->pixels) {
-        return name + " hides nothing: it is dark all over, and its transparency does not count";
-    }
-    return {};
-}
-
-std::vector<std::string> linesOf(const ThemeReport& report,
-                                 const std::vector<std::string>& themes) {
-    std::string words;
-    for (const std::string& theme : themes) {
-        words += forShell(theme) + " ";
-    }
-    const std::string_view whose = themes.size() == 1 ? "the theme" : "the themes";
-    std::string sum =
-        fmt::format("{} of {} {} an icon of {}", report.themedApps.size(),
-                    counted(report.themedApps.size() + report.otherApps.size(), "app"),
-                    report.themedApps.size() == 1 ? "has" : "have", whose);
-    if (report.moreIcons > 0) {
-        sum +=
-            fmt::format("; {}{} of apps that are not shown", report.hasMoreIcons ? "at least " : "",
-                        counted(report.moreIcons, "icon"));
-    }
-    if (!report.parts.empty()) {
-        sum += fmt::format("; {}", fmt::join(report.parts, ", "));
-    }
-    if (!report.otherApps.empty()) {
-        sum += fmt::format("; nothing for {} (velmoranth explain {}-- icon '*')",
-                           counted(report.otherApps.size(), "app"), words);
-    }
-    std::vector<std::string> lines{std::move(sum)};
-    if (!report.nearMisses.empty()) {
-        const NearMiss& miss = report.nearMisses.front();
-        const bool isOne = report.nearMisses.size() == 1;
-        lines.push_back(fmt::format(
-            "{} where nothing looks, {} first, which would be {} (velmoranth explain {}-- file {})",
-            isOne ? "1 file lies" : fmt::format("{} files lie", report.nearMisses.size()),
-            shown(miss.theme + "/" + miss.name), shown(miss.wanted), words,
-            isOne ? forShell(miss.name) : "'*'"));
-    }
-    constexpr std::size_t kMostFiles = 10;
-    for (std::size_t i = 0; i < std::min(report.unreadable.size(), kMostFiles); ++i) {
-        const AskedFile& file = report.unreadable[i];
-        lines.push_back(fmt::format("{} is there and gives nothing: {}",
-                                    shown(file.theme + "/" + file.name), shown(file.reason)));
-    }
-    if (report.unreadable.size() > kMostFiles) {
-        lines.push_back(
-            fmt::format("{} more files give nothing", report.unreadable.size() - kMostFiles));
-    }
-    std::ranges::copy(report.calendar, std::back_inserter(lines));
-    return lines;
 }
 
 }  // namespace velmoranth::cli

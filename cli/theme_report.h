@@ -12,17 +12,34 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace velmoranth::cli {
 
+// A part that themes have a picture for and that is not shown, and the setting behind it.
+struct PartOff {
+    std::string_view name;
+    std::string_view setting;
+};
+
+// The command that tells more, for the very device that is shown, up to the request: "velmoranth
+// explain A --ios 12 -- ".
+struct MoreBehind {
+    std::string command;
+    std::size_t themeCount = 1;
+};
+
 struct ThemeReport {
+    bool isThemingOn = true;
     std::vector<std::string> themedApps;          // that are shown, by their identifiers
     std::vector<std::string> otherApps;           // that are shown and no theme has an icon for
     std::size_t moreIcons = 0;                    // of apps that are not shown
     bool hasMoreIcons = false;                    // whether there may be others of these
     std::set<std::filesystem::path> iconFolders;  // of a theme, where icons are looked for
-    std::vector<std::string> parts;               // "mask", "folder", "badges"
+    // That are shown with theming on: "mask", "folder", "badges".
+    std::vector<std::string_view> parts;
+    std::vector<PartOff> partsOff;
     // Why nothing more was found out: a process that ended early, say.
     std::optional<desktop::Problem> failure = {};
     std::vector<Effect> effects;        // files of the mask, the overlay and the shadow
@@ -31,17 +48,12 @@ struct ThemeReport {
     std::vector<std::string> calendar;  // lines about the property list that it was drawn by
 };
 
-// Of a device that shows these apps, or a fresh device's own when there are none. May run beside
-// other work; the device's preferences are read only.
+// Of a device that shows these apps, or a fresh device's own when there are none. Changes the
+// device's preferences meanwhile.
 [[nodiscard]] ThemeReport reportThemes(const Investigation& investigation,
                                        const std::vector<simulator::NamedApp>& apps = {});
 
-// What its mask does to an opaque icon: a line that says that it hides everything or nothing, ""
-// otherwise. The device has a theme with such an icon meanwhile.
-[[nodiscard]] std::string judgeMask(const Investigation& investigation, const ThemeReport& report);
-
-// Lines for standard error, the first one the sum. `themes` are the words of the command line.
-[[nodiscard]] std::vector<std::string> linesOf(const ThemeReport& report,
-                                               const std::vector<std::string>& themes);
+// Lines for standard error, the first one the sum.
+[[nodiscard]] std::vector<std::string> linesOf(const ThemeReport& report, const MoreBehind& more);
 
 }  // namespace velmoranth::cli

@@ -117,16 +117,43 @@ TEST_F(PreviewReportTest, FilesThatGiveNoPictureAreNamed) {
         std::string::npos);
 }
 
+// Of both systems.
 TEST_F(PreviewReportTest, AMaskThatHidesEverythingOrNothingIsTold) {
     picture("work/A/IconBundles/com.apple.Maps-large.png");
-    picture(kMask, {255, 255, 255});
-    EXPECT_NE(report().find("AppIconMask.png hides everything"), std::string::npos);
-    picture(kMask, {0, 0, 0}, 128);
-    EXPECT_NE(report().find("AppIconMask.png hides nothing"), std::string::npos);
-    folder.file(kMask, deepGrayPng());
-    EXPECT_NE(report().find("AppIconMask.png hides everything"), std::string::npos);
-    EXPECT_EQ(report({"--set", "enableIconMask=no"}).find("AppIconMask.png hides"),
-              std::string::npos);
+    const std::string mask = "\nvelmoranth: " + std::string(kMask).substr(5);
+    for (const std::string system : {"12", "13"}) {
+        const auto said = [&] { return report({"--ios", system}); };
+        picture(kMask, {255, 255, 255});
+        EXPECT_NE(said().find(mask + " hides everything: where it is light the icon is hidden\n"),
+                  std::string::npos)
+            << said();
+        picture(kMask, {0, 0, 0}, 128);
+        EXPECT_NE(
+            said().find(mask + " hides nothing: it is dark all over, and its transparency does not "
+                               "count\n"),
+            std::string::npos)
+            << said();
+        folder.file(kMask, deepGrayPng());
+        EXPECT_NE(
+            said().find(mask + " hides everything: nothing comes of an icon that is cut out by it; "
+                               "write it with 8 bits a channel\n"),
+            std::string::npos)
+            << said();
+    }
+    const std::string off = report({"--set", "enableIconMask=no"});
+    EXPECT_EQ(off.find("AppIconMask.png hides"), std::string::npos) << off;
+}
+
+TEST_F(PreviewReportTest, AFolderThatNothingLooksIntoIsTold) {
+    folder.file("work/A/uisounds/lock.caf");
+    EXPECT_NE(report().find("\nvelmoranth: 1 file lies where nothing looks, A/uisounds/lock.caf "
+                            "first, which would be UISounds/lock.caf (velmoranth explain A -- file "
+                            "uisounds/lock.caf)\n"),
+              std::string::npos)
+        << report();
+    folder.folder("work/A/UISounds");
+    picture("work/A/IconBundles/com.apple.Maps-large.png");
+    EXPECT_NE(report().find("which would be UISounds/lock.caf"), std::string::npos) << "also empty";
 }
 
 TEST_F(PreviewReportTest, AMaskIsJudgedWithoutAnOpaqueIconOfATheme) {
@@ -257,14 +284,15 @@ TEST_F(DeviceReportTest, ItsActiveThemesAreReportedWithItsSettings) {
                 "</string><string>B</string><string>A</string></array></dict></plist>");
     const std::string plain = reportOfDevice();
     EXPECT_TRUE(plain.starts_with("velmoranth: 2 of ")) << plain;
-    EXPECT_NE(plain.find(" apps have an icon of the themes; mask; nothing for "), std::string::npos)
+    EXPECT_NE(plain.find(" apps have an icon of the themes; off: mask (enableIconMask); nothing "
+                         "for "),
+              std::string::npos)
         << plain;
-    EXPECT_TRUE(
-        plain.ends_with(" apps (velmoranth explain ../device/Library/Themes/A "
-                        "../device/Library/Themes/B -- icon '*')\n"))
+    EXPECT_TRUE(plain.ends_with(" apps (velmoranth explain --root ../device -- icon '*')\n"))
         << plain;
     set({"enableIconMask=yes"});
     const std::string masked = reportOfDevice();
+    EXPECT_NE(masked.find(" of the themes; mask; nothing for "), std::string::npos) << masked;
     EXPECT_NE(masked.find("\nvelmoranth: B/Bundles/com.apple.mobileicons.framework/"
                           "AppIconMask.png hides everything"),
               std::string::npos)
@@ -281,12 +309,14 @@ TEST_F(DeviceReportTest, NothingOfItChanges) {
     EXPECT_TRUE(contents() == before);
 }
 
-TEST_F(DeviceReportTest, ThemesThatAreNoFoldersAreLeftOut) {
+TEST_F(DeviceReportTest, ThemesBehindLinksCountAndThoseThatAreNotThereDoNot) {
     picture(std::string(kThemes) + "A/IconBundles/com.apple.Maps-large.png");
     picture("elsewhere/IconBundles/com.apple.news-large.png");
     folder.link(std::string(kThemes) + "B", folder / "elsewhere");
-    EXPECT_NE(reportOfDevice().find("velmoranth: 1 of "), std::string::npos);
+    EXPECT_NE(reportOfDevice().find("velmoranth: 2 of "), std::string::npos);
     set({"ActiveThemes=B"});
+    EXPECT_NE(reportOfDevice().find("velmoranth: 1 of "), std::string::npos);
+    set({"ActiveThemes=C"});
     EXPECT_EQ(reportOfDevice().find(" apps "), std::string::npos);
     set({"ActiveThemes=A", "enable=no"});
     const std::string off = reportOfDevice();
