@@ -40,8 +40,8 @@ struct PackagePlan {
 // "com.example.sunset_1.0_iphoneos-arm.deb".
 [[nodiscard]] std::string fileNameOf(const ControlValues& control);
 
-// Makes its folder when that is missing, writes it beside its place and puts it there as a whole, on to what is there only when that may
-// be replaced. `path` "-" is standard output.
+// Makes its folder when that is missing, writes it beside its place and puts it there as a whole,
+// on to what is there only when that may be replaced. `path` "-" is standard output.
 [[nodiscard]] desktop::Result<void> writePlannedPackage(
     const PackagePlan& plan, const std::string& path, bool replaces,
     const std::function<void(std::size_t files)>& progress);
