@@ -1,6 +1,8 @@
 #include "cli/added_theme.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <fstream>
 #include <system_error>
 
 namespace velmoranth::cli {
@@ -22,6 +24,20 @@ AddedTheme::~AddedTheme() {
 std::filesystem::path AddedTheme::folder() const {
     return std::filesystem::path(investigation_.device.root->hostFolder()) / "Library/Themes" /
            name_;
+}
+
+bool AddedTheme::copy(const std::string& devicePath, const std::string& name) const {
+    constexpr std::size_t kMostBytes = std::size_t{64} << 20;
+    const auto bytes = investigation_.device.root->readFile(devicePath, kMostBytes);
+    const std::filesystem::path place = folder() / name;
+    std::error_code error;
+    std::filesystem::create_directories(place.parent_path(), error);
+    std::ofstream file(place, std::ios::binary);
+    if (bytes) {
+        file.write(reinterpret_cast<const char*>(bytes->data()),
+                   static_cast<std::streamsize>(bytes->size()));
+    }
+    return bytes && file.flush();
 }
 
 bool AddedTheme::useAlone(const platform::Dictionary& settings) const {

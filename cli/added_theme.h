@@ -25,6 +25,9 @@ class AddedTheme {
     // On this machine.
     [[nodiscard]] std::filesystem::path folder() const;
 
+    // Gives it a copy of a file of the device under that name. False when it cannot be.
+    [[nodiscard]] bool copy(const std::string& devicePath, const std::string& name) const;
+
     // Has the device use it alone, or behind the given themes.
     [[nodiscard]] bool useAlone(const platform::Dictionary& settings) const;
     [[nodiscard]] bool useBehind(const platform::Dictionary& settings) const;

@@ -7,11 +7,7 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstddef>
-#include <filesystem>
-#include <fstream>
 #include <string>
-#include <system_error>
 
 namespace velmoranth::cli {
 
@@ -20,25 +16,10 @@ using simulator::RunningScreen;
 
 namespace {
 
-namespace fs = std::filesystem;
-
 bool reads(const record::Record& record, const std::string& theme, const std::string& name) {
     return std::ranges::any_of(askedFiles(record), [&](const AskedFile& file) {
         return file.theme == theme && file.name == name && isRead(file);
     });
-}
-
-void copy(const desktop::DeviceRoot& root, const AskedFile& file, const AddedTheme& theme) {
-    constexpr std::size_t kMostBytes = std::size_t{64} << 20;
-    const auto bytes = root.readFile(file.path, kMostBytes);
-    if (bytes) {
-        const fs::path place = theme.folder() / file.name;
-        std::error_code error;
-        fs::create_directories(place.parent_path(), error);
-        std::ofstream(place, std::ios::binary)
-            .write(reinterpret_cast<const char*>(bytes->data()),
-                   static_cast<std::streamsize>(bytes->size()));
-    }
 }
 
 // A theme in the place of all others, with a file of that name and the effects that there are: only
@@ -47,10 +28,9 @@ class ChangedTheme {
   public:
     ChangedTheme(const Investigation& investigation, const Explanation& explanation)
         : investigation_(investigation), theme_(investigation) {
-        const desktop::DeviceRoot& root = *investigation.device.root;
-        copy(root, *explanation.shown, theme_);
+        static_cast<void>(theme_.copy(explanation.shown->path, explanation.shown->name));
         for (const Effect& effect : explanation.effects) {
-            copy(root, effect.file, theme_);
+            static_cast<void>(theme_.copy(effect.file.path, effect.file.name));
         }
     }
 

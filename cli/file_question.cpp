@@ -15,12 +15,10 @@
 #include <algorithm>
 #include <cstddef>
 #include <filesystem>
-#include <fstream>
 #include <future>
 #include <ios>
 #include <iterator>
 #include <set>
-#include <system_error>
 #include <utility>
 
 namespace velmoranth::cli {
@@ -147,21 +145,6 @@ Result<ThemeFile> fileMeant(const Investigation& investigation, const std::strin
         Problem{"no theme has this file; give its path in the theme's folder", path});
 }
 
-// Gives the added theme a copy of the file. False when it cannot be.
-bool copyInto(const AddedTheme& theme, const Investigation& investigation, const ThemeFile& file) {
-    constexpr std::size_t kMostBytes = std::size_t{64} << 20;
-    const auto bytes = investigation.device.root->readFile(pathOf(file), kMostBytes);
-    const fs::path into = theme.folder() / file.name;
-    std::error_code error;
-    fs::create_directories(into.parent_path(), error);
-    std::ofstream copy(into, std::ios::binary);
-    if (bytes) {
-        copy.write(reinterpret_cast<const char*>(bytes->data()),
-                   static_cast<std::streamsize>(bytes->size()));
-    }
-    return bytes && copy.flush();
-}
-
 const NamedDevice& deviceOf(const Opening& opening, std::span<const NamedDevice> devices) {
     return *std::ranges::find_if(devices, [&](const NamedDevice& device) {
         return device.name == opening.device && device.configuration.system.major == opening.system;
@@ -242,7 +225,7 @@ Result<void> findReason(const Investigation& investigation, std::span<const Name
     {
         const AddedTheme alone(investigation);
         const ThemeFile there{alone.name(), file.name};
-        if (!copyInto(alone, investigation, file)) {
+        if (!alone.copy(pathOf(file), file.name)) {
             return {};
         }
         for (const auto& turned :
