@@ -1,14 +1,16 @@
 // velmoranth device install
 #include "cli/commands.h"
 #include "cli/device_check.h"
+#include "cli/installed_themes.h"
+#include "cli/late_progress.h"
 #include "cli/linked_themes.h"
 #include "cli/messages.h"
 #include "cli/near_path.h"
 #include "cli/preferences.h"
-#include "cli/settings_device.h"
 #include "cli/theme_folders.h"
 #include "desktop/files/cleanup.h"
 #include "desktop/files/create_device_root.h"
+#include "desktop/files/file_calls.h"
 
 #include "makers/conversion/theme_input.h"
 #include <fcntl.h>
@@ -17,6 +19,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstddef>
 #include <cstdio>
 #include <filesystem>
 #include <iterator>
@@ -40,15 +43,11 @@ tl::unexpected<Problem> aboutTheme(const std::string& path, std::string message)
     return tl::unexpected(Problem{std::move(message), path});
 }
 
-// Beside its place, so that a theme is there whole or not at all.
-std::string placeBeside(const makers::FoundTheme& theme) {
-    return std::string(kInstalledThemes) + "/." + theme.name + ".new";
-}
-
-Result<void> makeLink(const DeviceRoot& root, const makers::FoundTheme& theme) {
+Result<void> makeLink(const DeviceRoot& root, const makers::FoundTheme& theme,
+                      const std::string& path) {
     std::error_code error;
     const std::string target = fs::canonical(theme.folder, error);
-    const desktop::FolderEntry place = root.openParentToChange(placeBeside(theme));
+    const desktop::FolderEntry place = root.openParentToChange(path);
     if (error || !place.folder.isOpen() ||
         ::symlinkat(target.c_str(), place.folder.get(), place.name.c_str()) != 0) {
         return tl::unexpected(desktop::problemOfErrno(error ? error.value() : errno, theme.folder));
@@ -56,8 +55,20 @@ Result<void> makeLink(const DeviceRoot& root, const makers::FoundTheme& theme) {
     return {};
 }
 
-Result<void> copy(const DeviceRoot& root, const makers::FoundTheme& theme) {
-    auto copied = desktop::importFolder(root, theme.folder, placeBeside(theme));
+Result<void> copy(const DeviceRoot& root, const makers::FoundTheme& theme,
+                  const std::string& path) {
+    LateProgress progress;
+    std::size_t made = 0;
+    desktop::FileCalls calls;
+    calls.openat = [&, open = calls.openat](int folder, const char* name, int flags,
+                                            unsigned mode) {
+        // Those of a folder that has grown since it was listed go without.
+        if ((flags & O_CREAT) != 0 && made < theme.files.size()) {
+            progress.show(++made, theme.files.size(), "file");
+        }
+        return open(folder, name, flags, mode);
+    };
+    auto copied = desktop::importFolder(root, theme.folder, path, calls);
     if (!copied) {
         return aboutTheme(theme.folder, "the theme cannot be copied: " + copied.error().message);
     }
@@ -67,11 +78,12 @@ Result<void> copy(const DeviceRoot& root, const makers::FoundTheme& theme) {
 // The copy or the link comes to its place; what was there is gone then.
 Result<void> place(const DeviceRoot& root, const makers::FoundTheme& theme, bool isLinked,
                    bool replaces) {
-    const desktop::RemovedAtEnd partial(onThisMachine(root, placeBeside(theme)));
-    if (auto made = isLinked ? makeLink(root, theme) : copy(root, theme); !made) {
+    const std::string path = passingPlace(root, theme.name);
+    const desktop::RemovedAtEnd partial(onThisMachine(root, path));
+    if (auto made = isLinked ? makeLink(root, theme, path) : copy(root, theme, path); !made) {
         return made;
     }
-    const desktop::FolderEntry from = root.openParentToChange(placeBeside(theme));
+    const desktop::FolderEntry from = root.openParentToChange(path);
     if (!from.folder.isOpen() ||
         ::renameat2(from.folder.get(), from.name.c_str(), from.folder.get(), theme.name.c_str(),
                     replaces ? RENAME_EXCHANGE : RENAME_NOREPLACE) != 0) {
@@ -121,8 +133,7 @@ Result<void> checkPlace(const DeviceRoot& root, const makers::FoundTheme& theme,
     if (isInPlace(root, theme)) {
         return aboutTheme(path, "this is the device's own theme already");
     }
-    if (!replaces &&
-        kindAt(root, std::string(kInstalledThemes) + "/" + theme.name) != ItemKind::none) {
+    if (!replaces && kindAt(root, themePlace(theme.name)) != ItemKind::none) {
         return aboutTheme(path, "the device has a theme " + inQuotes(theme.name) +
                                     " already; --force replaces it, velmoranth device uninstall " +
                                     forShell(theme.name) + " --root " +
@@ -142,8 +153,7 @@ Result<void> install(const DeviceRoot& root, const std::string& path, const Inst
         if (auto checked = checkPlace(root, theme, path, options.replaces); !checked) {
             return checked;
         }
-        const bool isThere =
-            kindAt(root, std::string(kInstalledThemes) + "/" + theme.name) != ItemKind::none;
+        const bool isThere = kindAt(root, themePlace(theme.name)) != ItemKind::none;
         if (auto done = place(root, theme, options.isLinked, isThere); !done) {
             return done;
         }
@@ -194,11 +204,7 @@ ExitCode runDeviceInstall(const Arguments& arguments) {
                     "velmoranth device install needs --root DIR, the device that gets the theme");
     }
     desktop::cleanUpOnSignals();
-    if (auto checked = openDevice(*folder); !checked) {
-        return fail(ExitCode::badInput, checked.error());
-    }
-    // Without the folders that links lead to, since a link is to be replaced and not what is there.
-    const auto root = DeviceRoot::open(*folder);
+    const auto root = openForThemes(*folder);
     if (!root) {
         return fail(ExitCode::badInput, root.error());
     }

@@ -1,6 +1,7 @@
 // velmoranth device uninstall
 #include "cli/commands.h"
 #include "cli/device_check.h"
+#include "cli/installed_themes.h"
 #include "cli/linked_themes.h"
 #include "cli/messages.h"
 #include "cli/near_path.h"
@@ -8,13 +9,11 @@
 #include "cli/settings_device.h"
 #include "desktop/files/cleanup.h"
 #include "desktop/files/descriptor.h"
-#include "desktop/files/file_tree.h"
-
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdio>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -32,7 +31,7 @@ namespace fs = std::filesystem;
 Result<void> checkInstalled(const DeviceRoot& root, const std::string& theme) {
     const bool isName =
         !theme.empty() && theme != "." && theme != ".." && theme.find('/') == std::string::npos;
-    if (isName && kindAt(root, std::string(kInstalledThemes) + "/" + theme) != ItemKind::none) {
+    if (isName && kindAt(root, themePlace(theme)) != ItemKind::none) {
         return {};
     }
     const std::string folder = onThisMachine(root, kInstalledThemes);
@@ -47,19 +46,27 @@ Result<void> checkInstalled(const DeviceRoot& root, const std::string& theme) {
     return tl::unexpected(Problem{"there is no theme " + inQuotes(theme) + more, folder});
 }
 
-// A link goes, and not what it leads to.
+// A link goes, and not what it leads to. The theme leaves its place first, so that it is never
+// there with half of its files, however this ends.
 Result<void> remove(const DeviceRoot& root, const std::string& theme) {
-    const std::string path = std::string(kInstalledThemes) + "/" + theme;
-    const bool isFolder = kindAt(root, path) == ItemKind::folder;
-    const desktop::FolderEntry place = root.openParentToChange(path);
-    int error = place.folder.isOpen() ? 0 : errno;
-    if (error == 0 && isFolder) {
-        error = desktop::removeTree(place.folder.get(), place.name);
-    } else if (error == 0 && ::unlinkat(place.folder.get(), place.name.c_str(), 0) != 0) {
-        error = errno;
+    const std::string passing = passingPlace(root, theme);
+    {
+        const desktop::RemovedAtEnd gone(onThisMachine(root, passing));
+        const desktop::FolderEntry from = root.openParentToChange(themePlace(theme));
+        const desktop::FolderEntry to = root.openParentToChange(passing);
+        if (!from.folder.isOpen() || !to.folder.isOpen() ||
+            ::renameat(from.folder.get(), from.name.c_str(), to.folder.get(), to.name.c_str()) !=
+                0) {
+            return tl::unexpected(
+                desktop::problemOfErrno(errno, onThisMachine(root, themePlace(theme))));
+        }
     }
-    return error == 0 ? Result<void>()
-                      : tl::unexpected(desktop::problemOfErrno(error, onThisMachine(root, path)));
+    if (kindAt(root, passing) != ItemKind::none) {
+        return tl::unexpected(
+            Problem{"not all that the theme held could be removed; what is left lies here",
+                    onThisMachine(root, passing)});
+    }
+    return {};
 }
 
 // The command that takes the removed themes off the list of the active ones.
@@ -83,11 +90,7 @@ ExitCode runDeviceUninstall(const Arguments& arguments) {
                     "velmoranth device uninstall needs --root DIR, the device that has the theme");
     }
     desktop::cleanUpOnSignals();
-    if (auto checked = openDevice(*folder); !checked) {
-        return fail(ExitCode::badInput, checked.error());
-    }
-    // Without the folders that links lead to, which stay.
-    const auto root = DeviceRoot::open(*folder);
+    const auto root = openForThemes(*folder);
     if (!root) {
         return fail(ExitCode::badInput, root.error());
     }

@@ -199,16 +199,15 @@ Result<std::shared_ptr<DeviceRoot>> createDeviceRoot(const std::string& hostFold
 }
 
 Result<void> importFolder(const DeviceRoot& root, const std::string& hostFolder,
-                          const std::string& devicePath) {
+                          const std::string& devicePath, const FileCalls& calls) {
     // Opened first, so that the link that it may be is followed; "." of it is then what is copied.
     const Descriptor from(::open(hostFolder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     if (!from.isOpen()) {
         return tl::unexpected(problemOfErrno(errno, hostFolder));
     }
     const FolderEntry to = root.openParentToChange(devicePath);
-    const int error = to.folder.isOpen()
-                          ? copyTree(FileCalls(), from.get(), ".", to.folder.get(), to.name)
-                          : errno;
+    const int error =
+        to.folder.isOpen() ? copyTree(calls, from.get(), ".", to.folder.get(), to.name) : errno;
     if (error != 0) {
         return tl::unexpected(problemOfErrno(error, devicePath));
     }

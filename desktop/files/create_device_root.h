@@ -36,6 +36,7 @@ inline constexpr std::size_t kMaxInstalledFileBytes = std::size_t{4} * 1024 * 10
 // Copies a folder of this machine (the link that it may be is followed, links in it are not) to
 // `devicePath`, which must not exist while its parent does: how a theme gets onto the device.
 [[nodiscard]] Result<void> importFolder(const DeviceRoot& root, const std::string& hostFolder,
-                                        const std::string& devicePath);
+                                        const std::string& devicePath,
+                                        const FileCalls& calls = FileCalls());
 
 }  // namespace velmoranth::desktop

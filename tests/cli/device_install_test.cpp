@@ -3,6 +3,7 @@
 #include "tests/support/archives/archive_writer.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -38,6 +39,39 @@ class DeviceInstall : public PreviewTest {
         return picture().count(color);
     }
 };
+
+TEST_F(DeviceInstall, ProgressIsShownOnATerminalOnceCopyingTakesLong) {
+    const std::string place = "Many.theme/Bundles/com.example.many/";
+    std::optional<std::string> shown;
+    int files = 4000;
+    // The work is doubled until it takes this machine long.
+    do {
+        fs::remove_all(folder / "device/Library/Themes/Many.theme");
+        for (int i = files == 4000 ? 0 : files; i < 2 * files; ++i) {
+            folder.file(place + std::to_string(i), "x");
+        }
+        files *= 2;
+        shown = errorsOnTerminal({"device", "install", "../Many.theme", "--root", "../device"},
+                                 setting());
+        if (!shown) {
+            GTEST_SKIP() << "no pseudo-terminal is to be had";
+        }
+    } while (shown->find(" of ") == std::string::npos && files < 90000);
+    EXPECT_NE(shown->find(" of " + std::to_string(files) + " files"), std::string::npos) << *shown;
+    EXPECT_NE(shown->find("\r\033[K"), std::string::npos) << "the line stays";
+    EXPECT_EQ(folder.count("device/Library/Themes/" + place), files);
+}
+
+TEST_F(DeviceInstall, WhatAKilledRunHasLeftIsInNobodysWay) {
+    folder.file("device/Library/Themes/.A.theme.new/IconBundles/half.png", "x");
+    EXPECT_EQ(install({"../A.theme"}).code, 0);
+    EXPECT_EQ(folder.names("device/Library/Themes"), "A.theme");
+    EXPECT_EQ(folder.names("device/Library/Themes/A.theme/IconBundles"),
+              "com.apple.Preferences-large.png");
+    folder.file("device/Library/Themes/.A.theme.new/IconBundles/half.png", "x");
+    EXPECT_EQ(install({"../A.theme", "--link", "--force"}).code, 0);
+    EXPECT_EQ(folder.names("device/Library/Themes"), "A.theme");
+}
 
 TEST_F(DeviceInstall, AThemeIsCopied) {
     const CommandResult result = install({"../A.theme"});
@@ -239,6 +273,15 @@ TEST_F(DeviceUninstall, ThemesAreTakenOff) {
               "../device/Library/Themes: B.theme is removed\n");
     EXPECT_EQ(folder.names("device/Library/Themes"), "");
     EXPECT_EQ(folder.names("B.theme/IconBundles"), "com.apple.Preferences-large.png");
+}
+
+TEST_F(DeviceUninstall, NeitherAClosedFolderNorAKilledRunIsInTheWay) {
+    ASSERT_EQ(install({"../A.theme"}).code, 0);
+    fs::permissions(folder / "device/Library/Themes/A.theme/IconBundles", fs::perms::none);
+    folder.file("device/Library/Themes/.A.theme.new/IconBundles/half.png", "x");
+    const CommandResult result = uninstall({"A.theme"});
+    EXPECT_EQ(result.code, 0) << result.errors;
+    EXPECT_EQ(folder.names("device/Library/Themes"), "");
 }
 
 TEST_F(DeviceUninstall, OneThatIsActiveIsTold) {
