@@ -1,5 +1,7 @@
 #include "desktop/imaging/compositing.h"
 
+#include "desktop/imaging/lanes.h"
+
 #include <algorithm>
 #include <bit>
 #include <cstring>
@@ -11,94 +13,52 @@ namespace {
 // A pixel read as one number has its alpha in the top byte.
 static_assert(std::endian::native == std::endian::little);
 
-// Four pixels, and the same with room for products: vectors as g++ and clang both know them, so
-// that the factors of a pixel are spread over its components without a way through memory.
-using Bytes = std::uint8_t __attribute__((vector_size(16)));
-using Words = std::uint16_t __attribute__((vector_size(16)));
 using Numbers = std::uint32_t __attribute__((vector_size(16)));
-constexpr std::size_t kLanePixels = 4;
-
-struct Wide {
-    Words low;   // two pixels
-    Words high;  // two pixels
-};
 
 // Rows are worked on in pieces, most of which are opaque or clear as a whole.
 constexpr std::size_t kPiece = 64;
 
-Bytes load(const std::uint8_t* from, std::size_t bytes) {
-    Bytes result{};
-    std::memcpy(&result, from, bytes);
-    return result;
-}
-
-Wide widen(Bytes bytes) {
-    const Bytes zero{};
-    return {(Words)__builtin_shufflevector(bytes, zero, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6,
-                                           22, 7, 23),
-            (Words)__builtin_shufflevector(bytes, zero, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13,
-                                           29, 14, 30, 15, 31)};
-}
-
-// Of values up to 255.
-Bytes narrow(const Wide& wide) {
-    return __builtin_shufflevector((Bytes)wide.low, (Bytes)wide.high, 0, 2, 4, 6, 8, 10, 12, 14, 16,
-                                   18, 20, 22, 24, 26, 28, 30);
-}
-
-Words product(Words a, Words b) {
-    const Words sum = a * b + 128;
+LaneWords product(LaneWords a, LaneWords b) {
+    const LaneWords sum = a * b + 128;
     return (sum + (sum >> 8)) >> 8;
 }
 
-Wide product(const Wide& a, const Wide& b) {
+WideLane product(const WideLane& a, const WideLane& b) {
     return {product(a.low, b.low), product(a.high, b.high)};
 }
 
 // A byte a pixel, written for each of its components.
-Wide spread(const std::uint8_t* factors, std::size_t pixels) {
+WideLane spread(const std::uint8_t* factors, std::size_t pixels) {
     std::uint32_t four = 0;
     std::memcpy(&four, factors, pixels);
-    const auto each = (Bytes)Numbers{four, 0, 0, 0};
-    const auto twice = (Words)__builtin_shufflevector(each, each, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20,
-                                                      5, 21, 6, 22, 7, 23);
-    return widen((Bytes)__builtin_shufflevector(twice, twice, 0, 8, 1, 9, 2, 10, 3, 11));
+    const auto each = (LaneBytes)Numbers{four, 0, 0, 0};
+    const auto twice = (LaneWords)__builtin_shufflevector(each, each, 0, 16, 1, 17, 2, 18, 3, 19, 4,
+                                                          20, 5, 21, 6, 22, 7, 23);
+    return widen((LaneBytes)__builtin_shufflevector(twice, twice, 0, 8, 1, 9, 2, 10, 3, 11));
 }
 
-Wide same(std::uint8_t factor) {
-    const Words all = Words{} + factor;
+WideLane same(std::uint8_t factor) {
+    const LaneWords all = LaneWords{} + factor;
     return {all, all};
 }
 
-Wide inverse(const Wide& factors) {
+WideLane inverse(const WideLane& factors) {
     return {255 - factors.low, 255 - factors.high};
 }
 
-Wide alphas(const Wide& pixels) {
+WideLane alphas(const WideLane& pixels) {
     return {__builtin_shufflevector(pixels.low, pixels.low, 3, 3, 3, 3, 7, 7, 7, 7),
             __builtin_shufflevector(pixels.high, pixels.high, 3, 3, 3, 3, 7, 7, 7, 7)};
 }
 
 // Colour above alpha, which no picture of ours has but a file may, saturates.
-Words saturated(Words sums) {
+LaneWords saturated(LaneWords sums) {
     return (sums | (0 - (sums >> 8))) & 255;
 }
 
-Bytes over(Bytes destination, const Wide& source) {
-    const Wide behind = product(widen(destination), inverse(alphas(source)));
+LaneBytes over(LaneBytes destination, const WideLane& source) {
+    const WideLane behind = product(widen(destination), inverse(alphas(source)));
     return narrow({saturated(source.low + behind.low), saturated(source.high + behind.high)});
-}
-
-// Calls work(first pixel, pixels) for four pixels at a time, the last ones may be fewer.
-template <class Work>
-void inLanes(std::size_t pixels, const Work& work) {
-    std::size_t first = 0;
-    for (; first + kLanePixels <= pixels; first += kLanePixels) {
-        work(first, kLanePixels);
-    }
-    if (first < pixels) {
-        work(first, pixels - first);
-    }
 }
 
 // Calls work(first pixel, pixels) piece by piece.
@@ -146,7 +106,7 @@ template <class SourceOf>
 void compositeLanes(std::uint8_t* destination, std::size_t pixels, const SourceOf& sourceOf) {
     inLanes(pixels, [&](std::size_t first, std::size_t count) {
         std::uint8_t* const at = destination + first * 4;
-        const Bytes result = over(load(at, count * 4), sourceOf(first, count));
+        const LaneBytes result = over(loadLane(at, count * 4), sourceOf(first, count));
         std::memcpy(at, &result, count * 4);
     });
 }
@@ -156,8 +116,8 @@ template <class FactorsOf>
 void multiplyLanes(std::uint8_t* destination, const std::uint8_t* source, std::size_t pixels,
                    const FactorsOf& factorsOf) {
     inLanes(pixels, [&](std::size_t first, std::size_t count) {
-        const Bytes result =
-            narrow(product(widen(load(source + first * 4, count * 4)), factorsOf(first, count)));
+        const LaneBytes result = narrow(
+            product(widen(loadLane(source + first * 4, count * 4)), factorsOf(first, count)));
         std::memcpy(destination + first * 4, &result, count * 4);
     });
 }
@@ -173,7 +133,7 @@ void compositeRow(std::uint8_t* destination, const std::uint8_t* source, std::si
             std::memmove(to, from, count * 4);
         } else if (kind == Kind::mixed) {
             compositeLanes(to, count, [from](std::size_t at, std::size_t some) {
-                return widen(load(from + at * 4, some * 4));
+                return widen(loadLane(from + at * 4, some * 4));
             });
         }
     });
@@ -181,7 +141,7 @@ void compositeRow(std::uint8_t* destination, const std::uint8_t* source, std::si
 
 void compositeRow(std::uint8_t* destination, const std::uint8_t* source, std::size_t pixels,
                   std::uint8_t opacity, const std::uint8_t* coverage) {
-    const Wide whole = same(opacity);
+    const WideLane whole = same(opacity);
     inPieces(pixels, [&](std::size_t first, std::size_t count) {
         std::uint8_t* const to = destination + first * 4;
         const std::uint8_t* const from = source + first * 4;
@@ -191,11 +151,11 @@ void compositeRow(std::uint8_t* destination, const std::uint8_t* source, std::si
             compositeRow(to, from, count);
         } else if (kind == Kind::opaque) {
             compositeLanes(to, count, [&](std::size_t at, std::size_t some) {
-                return product(widen(load(from + at * 4, some * 4)), whole);
+                return product(widen(loadLane(from + at * 4, some * 4)), whole);
             });
         } else if (kind == Kind::mixed) {
             compositeLanes(to, count, [&](std::size_t at, std::size_t some) {
-                return product(widen(load(from + at * 4, some * 4)),
+                return product(widen(loadLane(from + at * 4, some * 4)),
                                product(spread(shares + at, some), whole));
             });
         }
@@ -204,11 +164,11 @@ void compositeRow(std::uint8_t* destination, const std::uint8_t* source, std::si
 
 void compositeColorRow(std::uint8_t* destination, const std::uint8_t (&color)[4],
                        std::size_t pixels, const std::uint8_t* coverage) {
-    Bytes pattern{};
+    LaneBytes pattern{};
     for (std::size_t i = 0; i < sizeof(pattern); ++i) {
         pattern[i] = color[i % 4];
     }
-    const Wide source = widen(pattern);
+    const WideLane source = widen(pattern);
     inPieces(pixels, [&](std::size_t first, std::size_t count) {
         std::uint8_t* const to = destination + first * 4;
         const std::uint8_t* const shares = coverage == nullptr ? nullptr : coverage + first;

@@ -1,6 +1,7 @@
 #include "desktop/imaging/resampling.h"
 
 #include "desktop/imaging/compositing.h"
+#include "desktop/imaging/lanes.h"
 
 #include <algorithm>
 #include <cmath>
@@ -78,51 +79,84 @@ bool isWhole(double position) {
 // Half a step up, so that cutting off the fraction rounds.
 constexpr float kHalfStep = 0.5F;
 
-// One after the other, as a loop over them would add them.
-void sumOfFour(float* sum, const float* const (&rows)[4], const float* weights, std::size_t count) {
-    const float* const a = rows[0];
-    const float* const b = rows[1];
-    const float* const c = rows[2];
-    const float* const d = rows[3];
-    const float weightA = weights[0];
-    const float weightB = weights[1];
-    const float weightC = weights[2];
-    const float weightD = weights[3];
-    for (std::size_t x = 0; x < count; ++x) {
-        sum[x] =
-            (((kHalfStep + weightA * a[x]) + weightB * b[x]) + weightC * c[x]) + weightD * d[x];
-    }
-}
-
-// A pixel's sums and its bytes, as vectors that g++ and clang both know.
-using Sums = float __attribute__((vector_size(16)));
+// A pixel's four components.
+using Components = float __attribute__((vector_size(16)));
 using Wholes = std::int32_t __attribute__((vector_size(16)));
+using SignedWords = std::int16_t __attribute__((vector_size(16)));
 
-Sums componentsOf(const std::uint8_t* pixel) {
-    using Bytes = std::uint8_t __attribute__((vector_size(4)));
-    Bytes bytes;
-    std::memcpy(&bytes, pixel, sizeof(bytes));
-    return __builtin_convertvector(__builtin_convertvector(bytes, Wholes), Sums);
+Components load(const float* from) {
+    Components result;
+    std::memcpy(&result, from, sizeof(result));
+    return result;
 }
 
-// `count` sums, four a pixel, each half a step up. Bicubic overshoots: a colour stays within its
-// alpha.
-void toPixels(std::uint8_t* pixels, const float* sums, std::size_t count) {
-    const Sums none{};
-    const Sums most = none + 255.0F;
-    for (std::size_t x = 0; x < count; x += 4) {
-        Sums pixel;
-        std::memcpy(&pixel, sums + x, sizeof(pixel));
-        pixel = pixel > none ? pixel : none;
-        pixel = pixel < most ? pixel : most;
-        const Sums alpha = __builtin_shufflevector(pixel, pixel, 3, 3, 3, 3);
-        pixel = pixel < alpha ? pixel : alpha;
-        const auto whole = __builtin_convertvector(pixel, Wholes);
-        const std::uint32_t bytes =
-            static_cast<std::uint32_t>(whole[0]) | static_cast<std::uint32_t>(whole[1]) << 8 |
-            static_cast<std::uint32_t>(whole[2]) << 16 | static_cast<std::uint32_t>(whole[3]) << 24;
-        std::memcpy(pixels + x, &bytes, 4);
+void store(float* to, Components components) {
+    std::memcpy(to, &components, sizeof(components));
+}
+
+void storeWhole(float* to, LaneWords twoPixels) {
+    const LaneWords none{};
+    const auto storeOne = [](float* at, LaneWords pixel) {
+        store(at, __builtin_convertvector((Wholes)pixel, Components));
+    };
+    storeOne(to, __builtin_shufflevector(twoPixels, none, 0, 8, 1, 9, 2, 10, 3, 11));
+    storeOne(to + 4, __builtin_shufflevector(twoPixels, none, 4, 12, 5, 13, 6, 14, 7, 15));
+}
+
+// A row as numbers. Behind the last pixel's is room for up to three more.
+void toNumbers(float* to, const std::uint8_t* pixels, std::size_t count) {
+    inLanes(count, [=](std::size_t first, std::size_t some) {
+        const WideLane lane = widen(loadLane(pixels + first * 4, some * 4));
+        storeWhole(to + first * 4, lane.low);
+        storeWhole(to + first * 4 + 8, lane.high);
+    });
+}
+
+// The bytes of two pixels from their sums, a word each and in turn: those of the first and of the
+// second. Bicubic overshoots, by less than a word: a colour stays within its alpha, which stays
+// within a byte.
+SignedWords toTwoPixels(Components first, Components second) {
+    const auto low = __builtin_convertvector(first, Wholes) & 0xFFFF;
+    const auto high = __builtin_convertvector(second, Wholes) << 16;
+    auto both = (SignedWords)(low | high);
+    const SignedWords none{};
+    const SignedWords most = none + 255;
+    both = both > none ? both : none;
+    both = both < most ? both : most;
+    const auto alphas =
+        (SignedWords)__builtin_shufflevector((Wholes)both, (Wholes)both, 3, 3, 3, 3);
+    return both < alphas ? both : alphas;
+}
+
+// sumOf(index of its first component) gives a pixel's sums, half a step up.
+template <class SumOf>
+void toPixels(std::uint8_t* pixels, std::size_t count, const SumOf& sumOf) {
+    const auto two = [&](std::size_t first) {
+        // In two steps, each an instruction or two.
+        const SignedWords both = toTwoPixels(sumOf(first), sumOf(first + 4));
+        const auto pairs = (Wholes)__builtin_shufflevector(both, both, 0, 2, 1, 3, 4, 6, 5, 7);
+        return (LaneWords)__builtin_shufflevector(pairs, pairs, 0, 2, 1, 3);
+    };
+    inLanes(count, [&](std::size_t first, std::size_t some) {
+        const LaneBytes bytes = narrow({two(first * 4), two(first * 4 + 8)});
+        std::memcpy(pixels + first * 4, &bytes, some * 4);
+    });
+}
+
+// A pixel's sum over a span: bicubic's four pixels at once, an area's one by one.
+Components sumOf(const float* from, const float* weights, std::size_t count) {
+    if (count == 4) {
+        const Components four = load(weights);
+        return load(from) * __builtin_shufflevector(four, four, 0, 0, 0, 0) +
+               load(from + 4) * __builtin_shufflevector(four, four, 1, 1, 1, 1) +
+               load(from + 8) * __builtin_shufflevector(four, four, 2, 2, 2, 2) +
+               load(from + 12) * __builtin_shufflevector(four, four, 3, 3, 3, 3);
     }
+    Components sum{};
+    for (std::size_t i = 0; i < count; ++i) {
+        sum += load(from + i * 4) * weights[i];
+    }
+    return sum;
 }
 
 }  // namespace
@@ -166,58 +200,71 @@ AxisWeights axisWeights(const Axis& axis) {
 Resampler::Resampler(const PixelView& source, const Axis& horizontal, const Axis& vertical)
     : source_(source), horizontal_(axisWeights(horizontal)), vertical_(axisWeights(vertical)) {
     const std::size_t width = horizontal_.spans.size();
+    // Rows are gone through four pixels at a time.
+    const std::size_t lanes = (width + kLanePixels - 1) / kLanePixels * kLanePixels;
     for (auto& row : kept_) {
-        row.resize(width * 4);
+        row.resize(lanes * 4);
     }
     std::fill(std::begin(keptIndex_), std::end(keptIndex_),
               std::numeric_limits<std::size_t>::max());
-    sum_.resize(width * 4);
+    sum_.resize(lanes * 4);
     row_.resize(width * 4);
     coverage_.resize(width);
+    if (width > 0) {
+        const AxisWeights::Span& left = horizontal_.spans.front();
+        const AxisWeights::Span& right = horizontal_.spans.back();
+        firstSource_ = std::min(left.source, right.source);
+        sources_ = std::max(left.source + left.count, right.source + right.count) - firstSource_;
+        wide_.resize((sources_ + kLanePixels - 1) / kLanePixels * kLanePixels * 4);
+    }
 }
 
 const float* Resampler::sourceRow(std::size_t y) {
     const std::size_t slot = y % kKeptRows;
-    std::vector<float>& row = kept_[slot];
+    float* const row = kept_[slot].data();
     if (keptIndex_[slot] == y) {
-        return row.data();
+        return row;
     }
     keptIndex_[slot] = y;
-    const std::uint8_t* const pixels = source_.row(y);
-    for (std::size_t x = 0; x < horizontal_.spans.size(); ++x) {
-        const AxisWeights::Span& span = horizontal_.spans[x];
-        const float* const weights = horizontal_.weights.data() + span.weight;
-        const std::uint8_t* const from = pixels + span.source * 4;
-        Sums sum{};
-        for (std::size_t i = 0; i < span.count; ++i) {
-            sum += weights[i] * componentsOf(from + i * 4);
-        }
-        std::memcpy(row.data() + x * 4, &sum, sizeof(sum));
+    const std::uint8_t* const pixels = source_.row(y) + firstSource_ * 4;
+    float* const wide = wide_.data();
+    toNumbers(wide, pixels, sources_);
+    const float* const weights = horizontal_.weights.data();
+    float* to = row;
+    for (const AxisWeights::Span& span : horizontal_.spans) {
+        store(to,
+              sumOf(wide + (span.source - firstSource_) * 4, weights + span.weight, span.count));
+        to += 4;
     }
-    return row.data();
+    return row;
 }
 
 const std::uint8_t* Resampler::row(std::size_t index) {
     const AxisWeights::Span& span = vertical_.spans[index];
     const float* const weights = vertical_.weights.data() + span.weight;
-    // Pointers of our own: a byte that is written may be part of anything else, this object too.
-    const std::size_t count = sum_.size();
-    float* const sum = sum_.data();
+    const std::size_t pixels = horizontal_.spans.size();
     if (span.count == kKeptRows) {
         const float* const rows[] = {sourceRow(span.source), sourceRow(span.source + 1),
                                      sourceRow(span.source + 2), sourceRow(span.source + 3)};
-        sumOfFour(sum, rows, weights, count);
-    } else {
-        std::fill_n(sum, count, kHalfStep);
-        for (std::size_t i = 0; i < span.count; ++i) {
-            const float weight = weights[i];
-            const float* const from = sourceRow(span.source + i);
-            for (std::size_t x = 0; x < count; ++x) {
-                sum[x] += weight * from[x];
-            }
+        const float weight[] = {weights[0], weights[1], weights[2], weights[3]};
+        toPixels(row_.data(), pixels, [&](std::size_t at) {
+            return kHalfStep + load(rows[0] + at) * weight[0] + load(rows[1] + at) * weight[1] +
+                   load(rows[2] + at) * weight[2] + load(rows[3] + at) * weight[3];
+        });
+        return row_.data();
+    }
+    // Pointers of our own: a byte that is written may be part of anything else, this object too.
+    float* const sum = sum_.data();
+    const std::size_t count = sum_.size();
+    std::fill_n(sum, count, kHalfStep);
+    for (std::size_t i = 0; i < span.count; ++i) {
+        const float weight = weights[i];
+        const float* const from = sourceRow(span.source + i);
+        for (std::size_t x = 0; x < count; x += 4) {
+            store(sum + x, load(sum + x) + load(from + x) * weight);
         }
     }
-    toPixels(row_.data(), sum, count);
+    toPixels(row_.data(), pixels, [sum](std::size_t at) { return load(sum + at); });
     return row_.data();
 }
 

@@ -59,6 +59,9 @@ class Resampler {
     PixelView source_;
     AxisWeights horizontal_;
     AxisWeights vertical_;
+    std::size_t firstSource_ = 0;  // column that a wanted pixel is made of, and as many on from it
+    std::size_t sources_ = 0;
+    std::vector<float> wide_;  // these pixels of one row
     std::vector<float> kept_[kKeptRows];
     std::size_t keptIndex_[kKeptRows];
     std::vector<float> sum_;

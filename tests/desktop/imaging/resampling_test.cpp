@@ -117,4 +117,40 @@ TEST(Resampling, EachAxisIsForItself) {
     expectTheRule({2, 3, 9, 10});
 }
 
+// What is seen of a picture is made of the columns behind it alone, whichever way round they lie.
+TEST(Resampling, PartOfTheRowIsThatPartOfTheWholeOne) {
+    constexpr std::size_t kSize = 13;
+    const std::vector<std::uint8_t> bytes = steep(kSize * kSize);
+    const PixelView source{bytes.data(), kSize, kSize, kSize * 4};
+    std::size_t compared = 0;
+    for (const double end : {5.0, 9.5, 13.0, 31.0}) {
+        for (const bool flipped : {false, true}) {
+            const Axis down{.end = end, .sourceSize = kSize, .last = 5};
+            const auto across = [&](std::int64_t first, std::int64_t last) {
+                return Axis{.end = end,
+                            .flipped = flipped,
+                            .sourceSize = kSize,
+                            .first = first,
+                            .last = last};
+            };
+            const auto all = static_cast<std::int64_t>(std::ceil(end));
+            Resampler whole(source, across(0, all), down);
+            for (std::int64_t first = 0; first < all; ++first) {
+                for (std::int64_t last = first + 1; last <= all; ++last) {
+                    Resampler part(source, across(first, last), down);
+                    for (std::size_t y = 0; y < 5; ++y) {
+                        const std::uint8_t* const expected = whole.row(y) + first * 4;
+                        const std::uint8_t* const row = part.row(y);
+                        ASSERT_TRUE(std::equal(row, row + (last - first) * 4, expected))
+                            << end << (flipped ? " flipped " : " ") << first << ".." << last
+                            << " row " << y;
+                        ++compared;
+                    }
+                }
+            }
+        }
+    }
+    EXPECT_GT(compared, 5U * 2 * (15 + 55 + 91 + 496) - 1);
+}
+
 }  // namespace velmoranth::desktop::test_images::resampling_test
