@@ -87,21 +87,9 @@ simulator::Picture shrunkToWidth(const simulator::Picture& picture, std::size_t 
         1, static_cast<std::size_t>(
                std::lround(static_cast<double>(picture.height) * static_cast<double>(width) /
                            static_cast<double>(picture.width))));
-    const auto axis = [](std::size_t from, std::size_t to) {
-        return desktop::Axis{.start = 0,
-                             .end = static_cast<double>(to),
-                             .sourceSize = from,
-                             .first = 0,
-                             .last = static_cast<std::int64_t>(to)};
-    };
-    desktop::Resampler resampler(
-        {picture.pixels.data(), picture.width, picture.height, picture.width * 4},
-        axis(picture.width, result.width), axis(picture.height, result.height));
-    result.pixels.reserve(result.width * result.height * 4);
-    for (std::size_t y = 0; y < result.height; ++y) {
-        const std::uint8_t* const row = resampler.row(y);
-        result.pixels.insert(result.pixels.end(), row, row + result.width * 4);
-    }
+    result.pixels =
+        desktop::stretch({picture.pixels.data(), picture.width, picture.height, picture.width * 4},
+                         {result.width, result.height});
     return result;
 }
 

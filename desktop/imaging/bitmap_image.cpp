@@ -1,6 +1,7 @@
 #include "desktop/imaging/bitmap_image.h"
 
 #include "desktop/imaging/mask_samples.h"
+#include "desktop/imaging/resampling.h"
 
 #include <cstdio>
 #include <limits>
@@ -142,6 +143,25 @@ PixelView DesktopBitmapImage::pixels() const {
         return {};
     }
     return {pixels_.data(), layout.width, layout.height, bytesPerRow};
+}
+
+Samples DesktopBitmapImage::stretched(PixelSize size) const {
+    const auto bytes = bitmapBytes(size, 4, 0);
+    if (size == this->size() || !bytes || *bytes > kMostStretchedBytes) {
+        return nullptr;
+    }
+    const std::scoped_lock lock(stretching_);
+    const bool isAgain = std::exchange(askedSize_, size) == size;
+    if (stretchedSize_ == size) {
+        return stretched_;
+    }
+    const PixelView source = isAgain ? pixels() : PixelView{};
+    if (source.empty()) {
+        return nullptr;
+    }
+    stretchedSize_ = size;
+    stretched_ = std::make_shared<const platform::Data>(stretch(source, size));
+    return stretched_;
 }
 
 }  // namespace velmoranth::desktop

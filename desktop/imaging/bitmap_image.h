@@ -62,6 +62,14 @@ class DesktopBitmapImage final : public platform::BitmapImage {
     // when the samples cannot be drawn. Safe to call from several threads.
     [[nodiscard]] PixelView pixels() const;
 
+    // The drawn form stretched over so many pixels, tight rows, as Resampler makes it. It is made
+    // and kept when the same size is asked for twice in a row, so that a picture that is drawn once
+    // takes no memory for it: null the first time, and when it would take more than
+    // kMostStretchedBytes. Of the image's own size it is none. Safe to call from several threads.
+    [[nodiscard]] Samples stretched(PixelSize size) const;
+
+    static constexpr std::size_t kMostStretchedBytes = std::size_t{4} * 1024 * 1024;
+
   private:
     DecodedImage image_;
     bool mask_;
@@ -69,6 +77,10 @@ class DesktopBitmapImage final : public platform::BitmapImage {
     Interpolation interpolation_;
     mutable std::once_flag converted_;
     mutable std::vector<std::uint8_t> pixels_;
+    mutable std::mutex stretching_;
+    mutable PixelSize askedSize_;
+    mutable PixelSize stretchedSize_;
+    mutable Samples stretched_;
 };
 
 }  // namespace velmoranth::desktop

@@ -175,6 +175,8 @@ class DesktopGraphicsContext final : public platform::GraphicsContext {
 
     [[nodiscard]] Surface& base() { return layers_.empty() ? surface_ : layers_.front().below; }
 
+    // Draws it when its stretched form is at hand; whether it has.
+    bool drawStretched(const DesktopBitmapImage& image, const platform::Rect& rect, double opacity);
     void blit(const PixelView& source, const DeviceRect& device, std::uint8_t opacity);
     void resample(const PixelView& source, const DeviceRect& device, std::uint8_t opacity);
     // The shadow in pixels under the transform; nothing when it cannot be seen.

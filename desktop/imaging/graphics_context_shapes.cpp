@@ -162,9 +162,33 @@ void DesktopGraphicsContext::fillRect(const Rect& rect, const platform::Color& c
 
 void DesktopGraphicsContext::drawImage(const platform::BitmapImageRef& image, const Rect& rect,
                                        double opacity) {
-    if (const auto bitmap = DesktopBitmapImage::of(image)) {
-        drawPixels(bitmap->pixels(), rect, opacity);
+    const auto bitmap = DesktopBitmapImage::of(image);
+    if (bitmap == nullptr || drawStretched(*bitmap, rect, opacity)) {
+        return;
     }
+    drawPixels(bitmap->pixels(), rect, opacity);
+}
+
+bool DesktopGraphicsContext::drawStretched(const DesktopBitmapImage& image, const Rect& rect,
+                                           double opacity) {
+    DeviceRect device;
+    const std::uint8_t byte = opacityByte(opacity);
+    if (byte == 0 || !toDevice(rect, device) || device.flippedX || device.flippedY ||
+        !isSharp(device, 0)) {
+        return false;
+    }
+    const PixelRect shown = visible(device);
+    const PixelSize size{static_cast<std::size_t>(device.right - device.left),
+                         static_cast<std::size_t>(device.bottom - device.top)};
+    // Of one that is cut off no more is stretched than is seen.
+    if (shown.empty() || PixelSize{shown.width(), shown.height()} != size) {
+        return false;
+    }
+    const Samples stretched = image.stretched(size);
+    if (stretched != nullptr) {
+        blit({stretched->data(), size.width, size.height, size.width * 4}, device, byte);
+    }
+    return stretched != nullptr;
 }
 
 void DesktopGraphicsContext::drawPixels(const PixelView& source, const Rect& rect, double opacity) {

@@ -197,6 +197,22 @@ AxisWeights axisWeights(const Axis& axis) {
     return result;
 }
 
+std::vector<std::uint8_t> stretch(const PixelView& source, PixelSize size) {
+    const auto axis = [](std::size_t from, std::size_t to) {
+        return Axis{.end = static_cast<double>(to),
+                    .sourceSize = from,
+                    .last = static_cast<std::int64_t>(to)};
+    };
+    Resampler resampler(source, axis(source.width, size.width), axis(source.height, size.height));
+    std::vector<std::uint8_t> result;
+    result.reserve(size.width * size.height * 4);
+    for (std::size_t y = 0; y < size.height; ++y) {
+        const std::uint8_t* const row = resampler.row(y);
+        result.insert(result.end(), row, row + size.width * 4);
+    }
+    return result;
+}
+
 Resampler::Resampler(const PixelView& source, const Axis& horizontal, const Axis& vertical)
     : source_(source), horizontal_(axisWeights(horizontal)), vertical_(axisWeights(vertical)) {
     const std::size_t width = horizontal_.spans.size();

@@ -38,6 +38,9 @@ struct AxisWeights {
 
 [[nodiscard]] AxisWeights axisWeights(const Axis& axis);
 
+// The whole picture over so many pixels, tight rows.
+[[nodiscard]] std::vector<std::uint8_t> stretch(const PixelView& source, PixelSize size);
+
 // Gives the rows of the stretched picture from the first wanted one to the last.
 class Resampler {
   public:
