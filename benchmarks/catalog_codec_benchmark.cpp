@@ -2,12 +2,12 @@
 // which is here for that alone, inflating the same pixels; both beside copying them. The goal is at
 // least libdeflate's speed: "of_inflate" 1 or more.
 //
-// The streams of real catalogs are below car/ of the folder that VELMORANTH_SAMPLES names; without
-// it, a picture of our own is measured alone. Our own writer stores less tightly than the
-// platform's, so real streams are what counts.
+// Without real catalogs a picture of our own is measured alone. Our own writer stores less tightly
+// than the platform's, so real streams are what counts.
 #include "desktop/catalog/lzfse.h"
 #include "tests/support/catalog/lzfse_writer.h"
 
+#include "samples.h"
 #include "timing.h"
 #include <libdeflate.h>
 
@@ -87,11 +87,11 @@ std::vector<Sample> written(const std::vector<Sample>& samples, Bytes (*write)(c
 }
 
 const std::vector<Sample>& ownPicture() {
-    static const std::vector<Sample> samples = [] {
+    static const std::vector<Sample> kSamples = [] {
         const Bytes pixels = picture();
         return std::vector<Sample>{{tests::lzfse(pixels), pixels, deflate(pixels)}};
     }();
-    return samples;
+    return kSamples;
 }
 
 // The streams of one file.
@@ -115,13 +115,10 @@ void addStreams(const Bytes& bytes, std::vector<Sample>& samples) {
 }
 
 const std::vector<Sample>& realStreams() {
-    static const std::vector<Sample> samples = [] {
+    static const std::vector<Sample> kSamples = [] {
         std::vector<Sample> found;
-        const char* const named = std::getenv("VELMORANTH_SAMPLES");
-        if (named == nullptr || !fs::is_directory(fs::path(named) / "car")) {
-            return found;
-        }
-        for (const auto& entry : fs::recursive_directory_iterator(fs::path(named) / "car")) {
+        std::error_code none;
+        for (const auto& entry : fs::recursive_directory_iterator(realCatalogs(), none)) {
             if (entry.path().extension() == ".car") {
                 std::ifstream file(entry.path(), std::ios::binary);
                 addStreams({std::istreambuf_iterator<char>(file), {}}, found);
@@ -129,12 +126,12 @@ const std::vector<Sample>& realStreams() {
         }
         return found;
     }();
-    return samples;
+    return kSamples;
 }
 
 void compareDecoders(benchmark::State& state, const std::vector<Sample>& samples, Decoder decoder) {
     if (samples.empty()) {
-        state.SkipWithError("no samples: name their folder in VELMORANTH_SAMPLES");
+        skipWithoutCatalogs(state);
         return;
     }
     std::size_t largest = 0;

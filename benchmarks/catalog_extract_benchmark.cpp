@@ -12,6 +12,7 @@
 #include "tests/support/catalog/lzfse_writer.h"
 #include "tests/support/temporary_folder.h"
 
+#include "samples.h"
 #include "timing.h"
 
 #include <cstdlib>
@@ -95,8 +96,7 @@ struct Source {
     }
 };
 
-// Number 0 is made here, 1 is a real app's, below the folder that VELMORANTH_SAMPLES names. Null
-// when there is none.
+// Number 0 is made here, 1 is a real app's. Null when there is none.
 const Source* source(int number) {
     static std::map<int, Source> sources;
     const auto [place, isNew] = sources.try_emplace(number);
@@ -104,8 +104,8 @@ const Source* source(int number) {
     if (isNew && number == 0) {
         source.bytes = madeCatalog();
         source.take(Catalog::fromBytes(source.bytes));
-    } else if (const char* const samples = std::getenv("VELMORANTH_SAMPLES"); isNew && samples) {
-        source.take(Catalog::open(std::string(samples) + "/car/figure-pay/Assets.car"));
+    } else if (isNew) {
+        source.take(Catalog::open(realCatalogs() / "figure-pay/Assets.car"));
     }
     return source.catalog ? &source : nullptr;
 }
@@ -157,7 +157,7 @@ void extract(const Source& source, const std::string& output, std::size_t jobs) 
 void wholeCatalogOnOneJob(benchmark::State& state) {
     const Source* const made = source(static_cast<int>(state.range(0)));
     if (made == nullptr) {
-        state.SkipWithError("no samples: name their folder in VELMORANTH_SAMPLES");
+        skipWithoutCatalogs(state);
         return;
     }
     const tests::TemporaryFolder folder;
@@ -175,7 +175,7 @@ void wholeCatalogOnOneJob(benchmark::State& state) {
 void wholeCatalogOnTwoJobs(benchmark::State& state) {
     const Source* const made = source(static_cast<int>(state.range(0)));
     if (made == nullptr) {
-        state.SkipWithError("no samples: name their folder in VELMORANTH_SAMPLES");
+        skipWithoutCatalogs(state);
         return;
     }
     const tests::TemporaryFolder folder;
@@ -189,7 +189,7 @@ void wholeCatalogOnTwoJobs(benchmark::State& state) {
 void smallerPngFiles(benchmark::State& state) {
     const Source* const made = source(static_cast<int>(state.range(0)));
     if (made == nullptr) {
-        state.SkipWithError("no samples: name their folder in VELMORANTH_SAMPLES");
+        skipWithoutCatalogs(state);
         return;
     }
     std::vector<Picture> pictures;
