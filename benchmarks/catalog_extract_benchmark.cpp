@@ -148,8 +148,11 @@ void forEachPicture(const Source& source, const auto& use) {
     }
 }
 
-void extract(const Source& source, const std::string& output, std::size_t jobs) {
-    const auto folder = cli::ExtractionFolder::create(output, "Assets.car");
+// Into a folder of its own each time: what a file system does to replace files is not the question.
+void extract(const Source& source, const tests::TemporaryFolder& place, std::size_t jobs) {
+    static int count = 0;
+    const auto folder =
+        cli::ExtractionFolder::create(place / std::to_string(++count), "Assets.car");
     const auto done = cli::extractPictures(*source.catalog, source.plan, **folder, {.jobs = jobs});
     benchmark::DoNotOptimize(done.pictures);
 }
@@ -162,7 +165,7 @@ void wholeCatalogOnOneJob(benchmark::State& state) {
     }
     const tests::TemporaryFolder folder;
     compare(
-        state, [&] { extract(*made, folder / "out", 1); },
+        state, [&] { extract(*made, folder, 1); },
         [&] {
             forEachPicture(*made, [](const Picture& picture) {
                 benchmark::DoNotOptimize(encode(picture, desktop::PngEffort::fast));
@@ -179,9 +182,7 @@ void wholeCatalogOnTwoJobs(benchmark::State& state) {
         return;
     }
     const tests::TemporaryFolder folder;
-    compare(
-        state, [&] { extract(*made, folder / "out", 2); },
-        [&] { extract(*made, folder / "out", 1); });
+    compare(state, [&] { extract(*made, folder, 2); }, [&] { extract(*made, folder, 1); });
     state.counters["peak_mb"] = peakMegabytes();
 }
 
