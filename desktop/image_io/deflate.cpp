@@ -60,10 +60,12 @@ platform::Data deflateZlib(std::span<const std::uint8_t> bytes, int level) {
     if (!compressor) {
         throw std::bad_alloc();
     }
-    platform::Data stream(libdeflate_zlib_compress_bound(compressor.get(), bytes.size()));
-    stream.resize(libdeflate_zlib_compress(compressor.get(), bytes.data(), bytes.size(),
-                                           stream.data(), stream.size()));
-    return stream;
+    // Room for the worst, most of which is never written and so takes no memory.
+    const std::size_t bound = libdeflate_zlib_compress_bound(compressor.get(), bytes.size());
+    const auto room = std::make_unique_for_overwrite<std::uint8_t[]>(bound);
+    const std::size_t size =
+        libdeflate_zlib_compress(compressor.get(), bytes.data(), bytes.size(), room.get(), bound);
+    return {room.get(), room.get() + size};
 }
 
 }  // namespace velmoranth::desktop::image_io

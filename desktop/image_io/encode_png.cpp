@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -132,21 +133,24 @@ class Rows {
           above_(width * pixelBytes),
           candidate_(width * pixelBytes) {}
 
-    [[nodiscard]] Data filtered(std::size_t first, std::size_t count, const Strategy& strategy) {
+    // What `count` rows take.
+    [[nodiscard]] std::size_t bytes(std::size_t count) const { return (row_.size() + 1) * count; }
+
+    // `rows` is as long as that.
+    void filter(std::size_t first, std::size_t count, const Strategy& strategy,
+                std::uint8_t* rows) {
         const std::size_t size = row_.size();
         if (first == 0) {
             std::ranges::fill(above_, std::uint8_t{0});
         } else {
             convert_(pixels_.data() + (first - 1) * bytesPerRow_, above_.data(), width_);
         }
-        Data rows((size + 1) * count);
         for (std::size_t y = 0; y < count; ++y) {
             convert_(pixels_.data() + (first + y) * bytesPerRow_, row_.data(), width_);
-            const std::span<std::uint8_t> target(rows.data() + y * (size + 1) + 1, size);
+            const std::span<std::uint8_t> target(rows + y * (size + 1) + 1, size);
             rows[y * (size + 1)] = static_cast<std::uint8_t>(filterRow(strategy, target));
             std::swap(row_, above_);
         }
-        return rows;
     }
 
   private:
@@ -184,8 +188,10 @@ std::size_t sampleSize(Rows& rows, std::size_t height, const Strategy& strategy)
     Data sample;
     const std::size_t step = std::max(kBandRows, height / kBands);
     for (std::size_t first = 0; first < height; first += step) {
-        const Data band = rows.filtered(first, std::min(kBandRows, height - first), strategy);
-        sample.insert(sample.end(), band.begin(), band.end());
+        const std::size_t before = sample.size();
+        const std::size_t count = std::min(kBandRows, height - first);
+        sample.resize(before + rows.bytes(count));
+        rows.filter(first, count, strategy, sample.data() + before);
     }
     return image_io::deflateZlib(sample, kSampleDeflateLevel).size();
 }
@@ -194,7 +200,10 @@ Data deflatedRows(Rows& rows, std::size_t height, const Effort& effort) {
     const auto& [plain, filtering] = effort.strategies;
     const Strategy& chosen =
         sampleSize(rows, height, plain) <= sampleSize(rows, height, filtering) ? plain : filtering;
-    return image_io::deflateZlib(rows.filtered(0, height, chosen), effort.deflateLevel);
+    const std::size_t bytes = rows.bytes(height);
+    const auto filtered = std::make_unique_for_overwrite<std::uint8_t[]>(bytes);
+    rows.filter(0, height, chosen, filtered.get());
+    return image_io::deflateZlib({filtered.get(), bytes}, effort.deflateLevel);
 }
 
 void appendBigEndian32(Data& data, std::size_t value) {

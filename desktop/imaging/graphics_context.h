@@ -177,6 +177,7 @@ class DesktopGraphicsContext final : public platform::GraphicsContext {
 
     // Draws it when its stretched form is at hand; whether it has.
     bool drawStretched(const DesktopBitmapImage& image, const platform::Rect& rect, double opacity);
+    [[nodiscard]] bool startsAs(const PixelRect& shown, std::uint8_t opacity) const;
     void blit(const PixelView& source, const DeviceRect& device, std::uint8_t opacity);
     void resample(const PixelView& source, const DeviceRect& device, std::uint8_t opacity);
     // The shadow in pixels under the transform; nothing when it cannot be seen.

@@ -208,14 +208,17 @@ void DesktopGraphicsContext::drawPixels(const PixelView& source, const Rect& rec
     }
 }
 
+// What begins as a picture that fills it all is copied, not cleared and then drawn on.
+bool DesktopGraphicsContext::startsAs(const PixelRect& shown, std::uint8_t opacity) const {
+    return surface_.memory == nullptr && shown == surface_.area && opacity == 255 &&
+           state_.clipMask == nullptr && (!layers_.empty() || !startsBlack());
+}
+
 void DesktopGraphicsContext::blit(const PixelView& source, const DeviceRect& device,
                                   std::uint8_t opacity) {
     const PixelRect shown = visible(device);
     const std::size_t width = shown.width();
-    // What begins as a picture that fills it all is copied, not cleared and then drawn on.
-    const bool startsClear = !layers_.empty() || !startsBlack();
-    if (surface_.memory == nullptr && shown == surface_.area && startsClear && opacity == 255 &&
-        state_.clipMask == nullptr && source.bytesPerRow == surface_.bytesPerRow &&
+    if (startsAs(shown, opacity) && source.bytesPerRow == surface_.bytesPerRow &&
         source.width == shown.width() && source.height == shown.height()) {
         surface_.memory = std::make_shared<platform::Data>(
             source.data, source.data + source.bytesPerRow * source.height);
@@ -248,6 +251,18 @@ void DesktopGraphicsContext::resample(const PixelView& source, const DeviceRect&
                          .sourceSize = source.height,
                          .first = shown.top,
                          .last = shown.bottom});
+    if (startsAs(shown, opacity) && isSharp(device, 0) &&
+        surface_.bytesPerRow == shown.width() * 4) {
+        auto memory = std::make_shared<platform::Data>();
+        memory->reserve(surface_.bytesPerRow * shown.height());
+        for (std::size_t y = 0; y < shown.height(); ++y) {
+            const std::uint8_t* const row = resampler.row(y);
+            memory->insert(memory->end(), row, row + surface_.bytesPerRow);
+        }
+        surface_.memory = std::move(memory);
+        surface_.shared = false;
+        return;
+    }
     makeWritable();
     const std::size_t width = shown.width();
     std::vector<std::uint8_t> factors(width);

@@ -221,14 +221,14 @@ desktop::Result<Picture> ChildProcess::receivePixels(const ScreenHeader& header,
     if (!drawn) {
         return tl::unexpected(std::move(drawn.error()));
     }
-    const std::string& bytes = drawn->payload;
+    std::vector<std::uint8_t>& bytes = drawn->pixels;
     if (header.width == 0 || header.height == 0 ||
         header.width > bytes.size() / header.height / 4 ||
         header.width * header.height * 4 != bytes.size()) {
         reap(Clock::now());
         return tl::unexpected(withLastLine("the simulated process sent what is no picture"));
     }
-    return Picture{header.width, header.height, header.scale, {bytes.begin(), bytes.end()}};
+    return Picture{header.width, header.height, header.scale, std::move(bytes)};
 }
 
 desktop::Result<Answer> ChildProcess::receiveAnswer(std::chrono::milliseconds timeLimit) {

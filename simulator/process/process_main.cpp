@@ -6,6 +6,7 @@
 #include "simulator/process/protocol.h"
 #include "simulator/screens/questions.h"
 
+#include <malloc.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -118,6 +119,11 @@ class RecordToLauncher final : public record::RecordListener {
 
 void sendPixels(Launcher& launcher, const desktop::PixelView& pixels) {
     std::vector<std::span<const std::uint8_t>> rows;
+    if (pixels.bytesPerRow == pixels.width * 4) {
+        rows.emplace_back(pixels.data, pixels.height * pixels.bytesPerRow);
+        launcher.send(MessageKind::pixels, rows);
+        return;
+    }
     rows.reserve(pixels.height);
     for (std::size_t y = 0; y < pixels.height; ++y) {
         rows.emplace_back(pixels.row(y), pixels.width * 4);
@@ -287,6 +293,15 @@ void waitForLauncher(Launcher& launcher, SimulatedProcess& process) {
     }
 }
 
+// Pictures of a megabyte come and go; what the system gives and takes back each time costs several
+// times their drawing.
+void keepFreedMemory() {
+    constexpr int kLargestOnHeap = 32 * 1024 * 1024;
+    constexpr int kMostKept = 64 * 1024 * 1024;
+    mallopt(M_MMAP_THRESHOLD, kLargestOnHeap);
+    mallopt(M_TRIM_THRESHOLD, kMostKept);
+}
+
 bool hasSocket() {
     int type = 0;
     socklen_t size = sizeof type;
@@ -304,6 +319,7 @@ int simulatedProcessMain(int argc, char** argv) {
         std::fputs("a simulated process is started by its launcher only\n", stderr);
         return kExitWrongUse;
     }
+    keepFreedMemory();
     Launcher launcher;
     const std::optional<ScreenRequest> request = fromJson<ScreenRequest>(message.payload);
     if (!request) {

@@ -19,7 +19,8 @@ struct Header {
 
 // More than any picture; what claims to be longer is no message of ours.
 constexpr std::size_t kMaxPayload = std::size_t{256} * 1024 * 1024;
-// What is read at once, so that a false length costs no memory by itself.
+// What is read at once. Room for a length is no memory before it is filled, so a false one costs
+// none by itself.
 constexpr std::size_t kReadStep = std::size_t{1024} * 1024;
 
 // Waits until the descriptor can be read (POLLIN) or written (POLLOUT). False when it is too late.
@@ -72,6 +73,24 @@ Received receiveAll(int descriptor, std::span<char> bytes,
             bytes = bytes.subspan(static_cast<std::size_t>(count));
         } else if (count == 0 || errno != EINTR) {
             return Received::closed;
+        }
+    }
+    return Received::message;
+}
+
+// A payload that is as long as it says is held once and never moved.
+template <class Bytes>
+Received receivePayload(int descriptor, Bytes& bytes, std::size_t length,
+                        const std::optional<Clock::time_point>& deadline) {
+    bytes.reserve(length);
+    while (bytes.size() < length) {
+        const std::size_t before = bytes.size();
+        const std::size_t step = std::min(kReadStep, length - before);
+        bytes.resize(before + step);
+        const std::span<char> rest(reinterpret_cast<char*>(bytes.data()) + before, step);
+        if (const Received received = receiveAll(descriptor, rest, deadline);
+            received != Received::message) {
+            return received;
         }
     }
     return Received::message;
@@ -159,17 +178,10 @@ Received receiveMessage(int descriptor, Message& message,
     }
     message.kind = static_cast<MessageKind>(header.kind);
     message.payload.clear();
-    while (message.payload.size() < header.length) {
-        const std::size_t before = message.payload.size();
-        const std::size_t step = std::min<std::size_t>(kReadStep, header.length - before);
-        message.payload.resize(before + step);
-        const Received received =
-            receiveAll(descriptor, std::span(message.payload).subspan(before), deadline);
-        if (received != Received::message) {
-            return received;
-        }
-    }
-    return Received::message;
+    message.pixels.clear();
+    return message.kind == MessageKind::pixels
+               ? receivePayload(descriptor, message.pixels, header.length, deadline)
+               : receivePayload(descriptor, message.payload, header.length, deadline);
 }
 
 }  // namespace velmoranth::simulator

@@ -51,6 +51,7 @@ enum class MessageKind : std::uint32_t {
 struct Message {
     MessageKind kind = MessageKind::stop;
     std::string payload;
+    std::vector<std::uint8_t> pixels;  // in place of a payload; none of other kinds
 };
 
 using Clock = std::chrono::steady_clock;

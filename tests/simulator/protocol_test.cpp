@@ -1,5 +1,7 @@
 #include "simulator/process/protocol.h"
 
+#include "simulator/process/process.h"
+
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -58,11 +60,28 @@ TEST_F(Protocol, LongMessageIsWhole) {
     for (std::size_t i = 0; i < text.size(); ++i) {
         text[i] = static_cast<char>(i * 31 >> 3);
     }
-    std::thread sender([&] { EXPECT_TRUE(sendMessage(ends[0], MessageKind::pixels, text)); });
     Message message;
-    EXPECT_EQ(receiveMessage(ends[1], message), Received::message);
-    sender.join();
-    EXPECT_TRUE(message.payload == text);
+    for (const MessageKind kind : {MessageKind::log, MessageKind::pixels, MessageKind::log}) {
+        std::thread sender([&] { EXPECT_TRUE(sendMessage(ends[0], kind, text)); });
+        EXPECT_EQ(receiveMessage(ends[1], message), Received::message);
+        sender.join();
+        EXPECT_EQ(message.kind, kind);
+        const bool arePixels = kind == MessageKind::pixels;
+        EXPECT_TRUE(std::string(message.pixels.begin(), message.pixels.end()) ==
+                    (arePixels ? text : ""));
+        EXPECT_TRUE(message.payload == (arePixels ? "" : text));
+    }
+}
+
+// What it says it has is taken for granted neither in memory nor in time.
+TEST_F(Protocol, FalseLengthCostsNoMemory) {
+    const std::size_t before = peakMemoryBytes();
+    for (const MessageKind kind : {MessageKind::log, MessageKind::pixels}) {
+        writeRaw(static_cast<std::uint32_t>(kind), 200U * 1024 * 1024);
+        Message message;
+        EXPECT_EQ(receiveMessage(ends[1], message, soon()), Received::late);
+    }
+    EXPECT_LT(peakMemoryBytes() - before, 100U * 1024 * 1024);
 }
 
 TEST_F(Protocol, SilenceIsLateAndAnEndIsAnEnd) {

@@ -121,4 +121,35 @@ TEST(StretchedImage, IsNotMadeOfWhatIsCutOffFlippedOrBetweenPixels) {
     });
 }
 
+// What a context begins with is taken as it is, and nothing else is.
+TEST(StretchedImage, IsTheWholeOfAContextThatBeginsWithIt) {
+    const std::vector<Bgra> half = flat(12, {40, 50, 60, 128});
+    const auto image = bitmap(kSize.width, kSize.height, half);
+    const PixelView source = image->pixels();
+    const auto begunWith = [&](const Rect& rect, double opacity, auto... content) {
+        const auto target = context(8, 9, 1, content...);
+        target->drawPixels(source, rect, opacity);
+        return pixelsOf(target->pixels());
+    };
+    constexpr Rect kWhole{{0, 0}, {8, 9}};
+    EXPECT_EQ(begunWith(kWhole, 1), flat(72, {40, 50, 60, 128}));
+    EXPECT_EQ(begunWith(kWhole, 0.5), flat(72, {20, 25, 30, 64}));
+    EXPECT_EQ(begunWith(kWhole, 1, DesktopGraphicsContext::Content::opaque),
+              flat(72, {40, 50, 60, 255}));
+    EXPECT_EQ(begunWith({{0.5, 0}, {7.5, 9}}, 1).front(), (Bgra{20, 25, 30, 64}));
+    EXPECT_EQ(begunWith({{1, 0}, {7, 9}}, 1).front(), kClear);
+    const auto clipped = context(8, 9);
+    clipped->clipToRect(kWhole, 4);
+    clipped->drawPixels(source, kWhole);
+    EXPECT_EQ(at(*clipped, 0, 0), kClear);
+    EXPECT_EQ(at(*clipped, 4, 4), (Bgra{40, 50, 60, 128}));
+    // More is drawn over it, and a snapshot stays as it was.
+    const auto target = context(8, 9);
+    target->drawPixels(source, kWhole);
+    const auto snapshot = target->createImage();
+    target->fillRect(kWhole, {1, 0, 0, 1});
+    EXPECT_EQ(pixelsOf(snapshot), flat(72, {40, 50, 60, 128}));
+    EXPECT_EQ(pixelsOf(target->pixels()), flat(72, kRed));
+}
+
 }  // namespace velmoranth::desktop::test_images::stretched_test
