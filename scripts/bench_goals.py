@@ -46,5 +46,6 @@ GOALS = {
     "image of a themed icon/icons:120": [Goal("ratio", most=0.6)],
     "alpha of a label": [Goal("ratio", most=1.5)],
     "start-up": [Goal("ms", most=5), Goal("peak_mb", most=8)],
+    "preview of the example theme on a phone": [Goal("ratio", most=3), Goal("peak_mb", most=80)],
     "screen of a phone, scale 3": [Goal("ms", most=250)],
 }
