@@ -4,11 +4,9 @@
 #include "tests/support/temporary_folder.h"
 
 #include "makers/conversion/found_themes.h"
-#include "makers/lint/judged_pictures.h"
 #include "many_icons.h"
 #include "timing.h"
 
-#include <cstddef>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
@@ -37,7 +35,7 @@ void convertOfIcons(benchmark::State& state) {
             }
         },
         [&] {
-            benchmark::DoNotOptimize(makers::judgePictures(theme, [](std::size_t, std::size_t) {}));
+            decodeAll(theme);
             fs::remove_all(folder / "copy");
             fs::copy(folder / "T.theme", folder / "copy", fs::copy_options::recursive);
         });

@@ -5,12 +5,16 @@
 #include "tests/support/temporary_folder.h"
 
 #include "makers/conversion/found_themes.h"
+#include "makers/conversion/pictures.h"
+#include <benchmark/benchmark.h>
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <iostream>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -45,6 +49,27 @@ inline makers::FoundTheme themeOfIcons(const tests::TemporaryFolder& folder, int
         std::exit(1);
     }
     return std::move(*theme);
+}
+
+// Every picture of the theme as a screen would need it, on all processors.
+inline void decodeAll(const makers::FoundTheme& theme) {
+    std::atomic<std::size_t> next = 0;
+    const auto work = [&] {
+        for (std::size_t i = next++; i < theme.files.size(); i = next++) {
+            const auto bytes = makers::readWhole(theme.folder + "/" + theme.files[i].name);
+            const auto image = bytes ? desktop::decodeImage(*bytes) : tl::unexpected(bytes.error());
+            if (!image) {
+                std::cerr << "no picture\n";
+                std::exit(1);
+            }
+            benchmark::DoNotOptimize(image->samples->data());
+        }
+    };
+    std::vector<std::jthread> others;
+    for (unsigned i = 1; i < std::thread::hardware_concurrency(); ++i) {
+        others.emplace_back(work);
+    }
+    work();
 }
 
 }  // namespace velmoranth::benchmarks

@@ -233,7 +233,7 @@ Result<std::vector<Finding>> checkTheme(const makers::FoundTheme& theme,
     LintDevices devices(*device);
     // Beside the decoding, after which one thread has the device's work to wait for.
     std::future<void> started =
-        std::async(std::launch::async, [&devices] { devices.startFirst(); });
+        std::async(std::launch::async, [&] { devices.startFirst(theme.files.size()); });
     const makers::JudgedPictures judged = makers::judgePictures(
         theme,
         [&progress](std::size_t done, std::size_t all) { progress.show(done, all, "picture"); });

@@ -19,13 +19,16 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <cstdint>
 #include <filesystem>
+#include <iterator>
 #include <set>
 #include <span>
 #include <string_view>
 #include <system_error>
+#include <thread>
 
 namespace velmoranth::cli {
 
@@ -165,6 +168,11 @@ constexpr std::array<DeviceRow, 7> kDevices{{{"phone", 13, "phones"},
                                              {"phone-667", 12, "smaller phones with iOS 12"},
                                              {"pad", 13, "pads held sideways", true}}};
 
+// Requests that are worth a second process to share them with.
+bool areMany(std::size_t requests) {
+    return requests > 2 * kMostQuestionsTogether && std::thread::hardware_concurrency() > 1;
+}
+
 FileState stateOf(EntryKind kind) {
     return kind == EntryKind::found        ? FileState::found
            : kind == EntryKind::unreadable ? FileState::unreadable
@@ -255,9 +263,10 @@ Investigation LintDevices::investigation(std::size_t device) const {
             .settings = settingsOfLint()};
 }
 
-Result<simulator::RunningScreen*> LintDevices::processFor(std::size_t device,
+Result<simulator::RunningScreen*> LintDevices::processFor(std::size_t device, std::size_t worker,
                                                           const Question& question) {
-    auto& process = processes_.at(device)[simulator::questionRowNamed(question.word)->process];
+    auto& process =
+        processes_.at(device).at(worker)[simulator::questionRowNamed(question.word)->process];
     if (process == nullptr) {
         auto started = startProcess(investigation(device), question, true);
         if (!started) {
@@ -268,15 +277,34 @@ Result<simulator::RunningScreen*> LintDevices::processFor(std::size_t device,
     return process.get();
 }
 
-void LintDevices::startFirst() {
+void LintDevices::startFirst(std::size_t files) {
     for (std::size_t device = 0; device < kMostDifferent; ++device) {
-        static_cast<void>(processFor(device, {"icon", "", ""}));
+        static_cast<void>(processFor(device, 0, {"icon", "", ""}));
+    }
+    if (areMany(files)) {
+        static_cast<void>(processFor(0, 1, {"icon", "", ""}));
     }
 }
 
+Result<std::vector<AskedRequest>> LintDevices::askBatch(std::size_t device, std::size_t worker,
+                                                        const std::vector<AskedRequest>& requests,
+                                                        const std::vector<std::size_t>& batch) {
+    std::vector<Question> questions;
+    questions.reserve(batch.size());
+    for (const std::size_t i : batch) {
+        questions.push_back(requests[i].question);
+    }
+    auto asked = askTogether(device, questions, worker);
+    for (std::size_t i = 0; asked && i < batch.size(); ++i) {
+        (*asked)[i].kind = requests[batch[i]].kind;
+    }
+    return asked;
+}
+
 Result<std::vector<AskedRequest>> LintDevices::askTogether(std::size_t device,
-                                                           const std::vector<Question>& questions) {
-    const auto process = processFor(device, questions.front());
+                                                           const std::vector<Question>& questions,
+                                                           std::size_t worker) {
+    const auto process = processFor(device, worker, questions.front());
     if (!process) {
         return tl::unexpected(process.error());
     }
@@ -302,22 +330,27 @@ Result<std::vector<AskedRequest>> LintDevices::ask(std::size_t device,
     for (const AskedRequest& request : requests) {
         questions.push_back(request.question);
     }
+    const std::vector<std::vector<std::size_t>> batches = batchesOf(questions);
+    std::vector<Result<std::vector<AskedRequest>>> answered(batches.size());
+    std::atomic<std::size_t> next = 0;
+    const auto work = [&](std::size_t worker) {
+        for (std::size_t i = next++; i < batches.size(); i = next++) {
+            answered[i] = askBatch(device, worker, requests, batches[i]);
+        }
+    };
+    if (areMany(requests.size())) {
+        const std::jthread other(work, 1);
+        work(0);
+    } else {
+        work(0);
+    }
     std::vector<AskedRequest> answers;
     answers.reserve(requests.size());
-    for (const std::vector<std::size_t>& batch : batchesOf(questions)) {
-        std::vector<Question> together;
-        together.reserve(batch.size());
-        for (const std::size_t i : batch) {
-            together.push_back(questions[i]);
+    for (Result<std::vector<AskedRequest>>& batch : answered) {
+        if (!batch) {
+            return batch;
         }
-        auto asked = askTogether(device, together);
-        if (!asked) {
-            return tl::unexpected(std::move(asked.error()));
-        }
-        for (std::size_t i = 0; i < batch.size(); ++i) {
-            (*asked)[i].kind = requests[batch[i]].kind;
-            answers.push_back(std::move((*asked)[i]));
-        }
+        std::ranges::move(*batch, std::back_inserter(answers));
     }
     return answers;
 }

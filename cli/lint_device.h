@@ -12,6 +12,7 @@
 #include "makers/lint/answers.h"
 #include "makers/lint/judged_pictures.h"
 
+#include <array>
 #include <cstddef>
 #include <functional>
 #include <map>
@@ -46,18 +47,21 @@ class LintDevices {
     static constexpr std::size_t kMostDifferent = 3;
 
     // Starts the processes that are asked whatever the theme is, before it is there: nothing is
-    // read of it until a question is. What cannot be started is found out when it is asked.
-    void startFirst();
+    // read of it until a question is. What cannot be started is found out when it is asked. `files`
+    // is how many the theme has.
+    void startFirst(std::size_t files);
 
     // Asks the device all of these, so that nothing is kept from one to another that would be found
     // under the same name; the answers are in an order of their own. Several threads may ask, each
-    // another device.
+    // another device. Many are shared by two processes.
     [[nodiscard]] desktop::Result<std::vector<makers::AskedRequest>> ask(
         std::size_t device, const std::vector<makers::AskedRequest>& requests);
 
     // In one process, in order, what an earlier one leaves behind being there for a later one.
+    // `worker` is below kWorkers: each has processes of its own.
     [[nodiscard]] desktop::Result<std::vector<makers::AskedRequest>> askTogether(
-        std::size_t device, const std::vector<simulator::Question>& questions);
+        std::size_t device, const std::vector<simulator::Question>& questions,
+        std::size_t worker = 0);
 
     // An ordinary process of the device, with these settings besides the preferences.
     [[nodiscard]] desktop::Result<simulator::Answer> askWith(std::size_t device,
@@ -65,16 +69,21 @@ class LintDevices {
                                                              const platform::Dictionary& settings);
 
   private:
+    static constexpr std::size_t kWorkers = 2;
+    using Processes = std::map<simulator::ProcessKind, std::unique_ptr<simulator::RunningScreen>>;
+
     [[nodiscard]] Investigation investigation(std::size_t device) const;
     [[nodiscard]] desktop::Result<simulator::RunningScreen*> processFor(
-        std::size_t device, const simulator::Question& question);
+        std::size_t device, std::size_t worker, const simulator::Question& question);
+    // Those of the requests that the batch names.
+    [[nodiscard]] desktop::Result<std::vector<makers::AskedRequest>> askBatch(
+        std::size_t device, std::size_t worker, const std::vector<makers::AskedRequest>& requests,
+        const std::vector<std::size_t>& batch);
 
     const DeviceOfRun& device_;
     std::vector<makers::AskedDevice> names_;
     std::vector<simulator::DeviceConfiguration> configurations_;
-    // Of each device.
-    std::vector<std::map<simulator::ProcessKind, std::unique_ptr<simulator::RunningScreen>>>
-        processes_;
+    std::vector<std::array<Processes, kWorkers>> processes_;  // of each device
 };
 
 }  // namespace velmoranth::cli

@@ -10,7 +10,6 @@ using simulator::ProcessKind;
 using simulator::Question;
 
 std::vector<std::vector<std::size_t>> batchesOf(std::span<const Question> questions) {
-    constexpr std::size_t kMostTogether = 500;
     std::map<std::pair<ProcessKind, std::size_t>, std::vector<std::size_t>> batches;
     std::map<std::string, std::size_t> timesNamed;
     std::map<ProcessKind, std::size_t> counts;
@@ -18,7 +17,7 @@ std::vector<std::vector<std::size_t>> batchesOf(std::span<const Question> questi
         const Question& question = questions[i];
         const ProcessKind kind = simulator::questionRowNamed(question.word)->process;
         // Batches of a kind come one after another in steps, so that none grows without end.
-        const std::size_t step = counts[kind]++ / kMostTogether;
+        const std::size_t step = counts[kind]++ / kMostQuestionsTogether;
         const std::size_t times = question.word == "image" ? timesNamed[question.argument]++ : 0;
         batches[{kind, step * questions.size() + times}].push_back(i);
     }

@@ -9,6 +9,9 @@
 
 namespace velmoranth::cli {
 
+// In one batch.
+inline constexpr std::size_t kMostQuestionsTogether = 250;
+
 // Their places, in batches: of one kind of process each, and no two images of one name, since what
 // is found for one is kept under its name alone, whatever the bundle.
 [[nodiscard]] std::vector<std::vector<std::size_t>> batchesOf(

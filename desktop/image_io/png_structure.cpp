@@ -82,6 +82,15 @@ Result<Chunk> readChunk(Bytes file, std::size_t offset) {
     return chunk;
 }
 
+// What every reader passes by, of a length that none refuses.
+bool isPassedBy(const Chunk& chunk) {
+    constexpr std::size_t kLongest = 1024 * 1024;
+    const bool isText = std::ranges::all_of(chunk.type, [](char letter) {
+        return (letter >= 'A' && letter <= 'Z') || (letter >= 'a' && letter <= 'z');
+    });
+    return !chunk.isCritical() && chunk.type != "tRNS" && isText && chunk.data.size() <= kLongest;
+}
+
 Result<PngHeader> readHeader(const Chunk& chunk) {
     if (chunk.type != "IHDR" || chunk.data.size() != 13) {
         return refuse("the PNG file does not start with a header", chunk.offset);
@@ -181,12 +190,16 @@ Result<PngStructure> readPngStructure(Bytes file, const DecodeLimits& limits) {
         return tl::make_unexpected(stored.error());
     }
 
+    std::size_t endOfImageData = 0;
     while (chunk->type != "IEND") {
         chunk = readChunk(file, chunk->end());
         if (!chunk) {
             return tl::make_unexpected(chunk.error());
         }
         if (chunk->type == "IDAT") {
+            structure.isPlain = structure.isPlain &&
+                                (structure.imageData.empty() || chunk->offset == endOfImageData);
+            endOfImageData = chunk->end();
             structure.imageData.push_back(chunk->data);
             structure.imageDataSize += chunk->data.size();
         } else if (chunk->type == "PLTE") {
@@ -194,6 +207,8 @@ Result<PngStructure> readPngStructure(Bytes file, const DecodeLimits& limits) {
         } else if (chunk->type == "tRNS") {
             structure.transparency = chunk->data;
         }
+        structure.isPlain = structure.isPlain &&
+                            (chunk->type == "IDAT" || chunk->type == "IEND" || isPassedBy(*chunk));
     }
     if (structure.imageDataSize == 0) {
         return refuse("the PNG file has no image data");

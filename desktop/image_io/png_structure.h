@@ -34,6 +34,9 @@ struct PngStructure {
     Bytes transparency;                 // tRNS, empty when there is none
     std::vector<Bytes> imageData;       // IDAT, in the order of the file
     std::size_t imageDataSize = 0;      // of all of them together
+    // Nothing but the image data, in one row of chunks, decides about the picture: there are
+    // neither a palette nor transparency, nor chunks that a reader has to look at or may refuse.
+    bool isPlain = true;
 };
 
 // A pass of an interlaced picture: its pixels are those at (x0 + i * dx, y0 + j * dy).

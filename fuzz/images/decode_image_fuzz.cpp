@@ -1,4 +1,5 @@
-// Any file through decodeImage, then through what a caller does with the picture.
+// Any file through decodeImage and examineImage, which must agree, then through what a caller does
+// with the picture.
 #include "desktop/image_io/image_io.h"
 
 #include "repair.h"
@@ -17,11 +18,22 @@ void require(bool holds) {
     }
 }
 
+bool isClear(std::span<const std::uint8_t> bgra) {
+    for (std::size_t i = 3; i < bgra.size(); i += 4) {
+        if (bgra[i] != 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
 void decode(std::span<const std::uint8_t> file) {
     const DecodeLimits limits{.maxWidth = 256, .maxHeight = 256, .maxBytes = std::size_t{1} << 18};
     const auto image = decodeImage(file, limits);
+    const auto facts = examineImage(file, limits);
+    require(facts.has_value() == image.has_value());
     if (!image) {
-        require(!image.error().message.empty());
+        require(!image.error().message.empty() && facts.error().message == image.error().message);
         return;
     }
     const auto& layout = image->layout;
@@ -30,6 +42,8 @@ void decode(std::span<const std::uint8_t> file) {
     require(image->samples->size() <= limits.maxBytes && image->palette.size() <= 256);
     const auto pixels = toPremultipliedBgra(*image);
     require(pixels.size() == layout.width * layout.height * 4);
+    require(facts->width == layout.width && facts->height == layout.height);
+    require(facts->isClear == isClear(pixels));
     // Written and read again, it is the same picture.
     const auto again =
         decodeImage(encodePng(pixels, layout.width, layout.height, layout.width * 4));

@@ -35,11 +35,11 @@ PictureFacts factsOf(const std::string& path) {
     if (bytes->empty()) {
         return {.problem = "the file is empty"};
     }
-    const auto image = desktop::decodeImage(*bytes);
-    if (!image) {
-        return {.problem = image.error().message};
+    const auto facts = desktop::examineImage(*bytes);
+    if (!facts) {
+        return {.problem = facts.error().message};
     }
-    return {.width = image->layout.width, .height = image->layout.height};
+    return {.width = facts->width, .height = facts->height};
 }
 
 Data reduced(const Data& pixels, std::size_t width, std::size_t height, std::size_t newWidth,

@@ -34,10 +34,10 @@ class Pictures {
     // Those of this folder.
     explicit Pictures(std::string folder) : folder_(std::move(folder)) {}
 
-    // Decodes them all, on all processors, so that they are known when they are asked for.
+    // Looks at them all, on all processors, so that they are known when they are asked for.
     void load(const std::vector<std::string>& names);
 
-    // Of a file that somebody has decoded already, by what it is really called.
+    // Of a file that somebody has looked at already, by what it is really called.
     void know(const std::string& name, PictureFacts facts) { facts_[name] = std::move(facts); }
 
     // What files are really called that go by other names here.

@@ -8,8 +8,6 @@
 #include <array>
 #include <atomic>
 #include <cstddef>
-#include <cstdint>
-#include <span>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -17,7 +15,6 @@
 namespace velmoranth::makers {
 namespace {
 
-using desktop::DecodedImage;
 using platform::Data;
 
 struct Format {
@@ -38,41 +35,6 @@ std::string_view formatOf(const Data& bytes) {
     return found == kFormats.end() ? std::string_view() : found->name;
 }
 
-// Whether the last byte of a pixel is its alpha.
-bool hasPlainAlpha(const platform::BitmapLayout& layout) {
-    constexpr std::size_t kBitsOfByte = 8;
-    const bool isLast = layout.byteOrder == platform::ByteOrder::standard
-                            ? layout.alphaInfo == platform::AlphaInfo::last ||
-                                  layout.alphaInfo == platform::AlphaInfo::premultipliedLast
-                            : layout.alphaInfo == platform::AlphaInfo::first ||
-                                  layout.alphaInfo == platform::AlphaInfo::premultipliedFirst;
-    return isLast && layout.bitsPerComponent == kBitsOfByte &&
-           layout.bitsPerPixel % kBitsOfByte == 0;
-}
-
-bool isClear(const DecodedImage& image) {
-    const platform::BitmapLayout& layout = image.layout;
-    if (layout.alphaInfo == platform::AlphaInfo::none || layout.width == 0 || layout.height == 0) {
-        return false;
-    }
-    const bool isPlain = hasPlainAlpha(layout);
-    const Data converted = isPlain ? Data() : desktop::toPremultipliedBgra(image);
-    const std::span<const std::uint8_t> samples(isPlain ? *image.samples : converted);
-    const std::size_t step = isPlain ? layout.bitsPerPixel / 8 : 4;
-    const std::size_t bytesPerRow = isPlain ? layout.bytesPerRow : layout.width * step;
-    if (samples.size() < (layout.height - 1) * bytesPerRow + layout.width * step) {
-        return false;
-    }
-    for (std::size_t y = 0; y < layout.height; ++y) {
-        for (std::size_t x = 0; x < layout.width; ++x) {
-            if (samples[y * bytesPerRow + (x + 1) * step - 1] != 0) {
-                return false;
-            }
-        }
-    }
-    return true;
-}
-
 JudgedPicture judge(const std::string& path) {
     JudgedPicture picture;
     const auto bytes = readWhole(path);
@@ -85,14 +47,14 @@ JudgedPicture judge(const std::string& path) {
         picture.facts.problem = "the file is empty";
         return picture;
     }
-    const auto image = desktop::decodeImage(*bytes);
-    if (!image) {
-        picture.facts.problem = image.error().message;
+    const auto facts = desktop::examineImage(*bytes);
+    if (!facts) {
+        picture.facts.problem = facts.error().message;
         return picture;
     }
-    picture.facts = {.width = image->layout.width, .height = image->layout.height};
+    picture.facts = {.width = facts->width, .height = facts->height};
     picture.format = formatOf(*bytes);
-    picture.isClear = isClear(*image);
+    picture.isClear = facts->isClear;
     return picture;
 }
 

@@ -1,4 +1,4 @@
-// The pictures of a theme, each decoded once.
+// The pictures of a theme, each looked at once.
 #pragma once
 
 #include "makers/conversion/found_themes.h"

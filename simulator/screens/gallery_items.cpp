@@ -322,15 +322,16 @@ void GalleryItems::addDock() {
             dock->addSubview(view);
             return drawn(dock, size);
         };
-        // The same dock every time: a replacement puts its picture in once a process. The divider
-        // belongs to the icons and lies outside.
-        const auto dock =
-            FloatingDockView::create(context_, platter, -width, material(platter.size));
-        item.after = [this, dock, size] {
+        // The divider belongs to the icons and lies outside.
+        item.after = [this, size, width, platter, material] {
+            if (floatingDock_ == nullptr) {
+                floatingDock_ =
+                    FloatingDockView::create(context_, platter, -width, material(platter.size));
+            }
             // Twice, as on the home screen: the platter has its size in the second.
-            layoutTree(context_.runtime, dock);
-            layoutTree(context_.runtime, dock);
-            return drawn(dock, size);
+            layoutTree(context_.runtime, floatingDock_);
+            layoutTree(context_.runtime, floatingDock_);
+            return drawn(floatingDock_, size);
         };
     } else {
         const Rect background{{metrics.dockInset, 0},

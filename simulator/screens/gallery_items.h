@@ -9,11 +9,14 @@
 #include "simulator/toolkit/image_messages.h"
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace velmoranth::simulator {
+
+class FloatingDockView;
 
 // What its pictures can be made out on.
 enum class GalleryPlate { light, sky, wallpaper };
@@ -65,6 +68,9 @@ class GalleryItems {
     const ScreenContext& context_;
     ImageMessages ask_;
     std::vector<GalleryItem> items_;
+    // The same every time, since a replacement puts its picture in once a process; none before its
+    // item is asked, because it costs more than all other items to make.
+    std::shared_ptr<FloatingDockView> floatingDock_;
 };
 
 [[nodiscard]] bool samePixels(const platform::ImageRef& a, const platform::ImageRef& b);
