@@ -230,6 +230,19 @@ class Dumping {
         return writeDump(options_, plan, "");
     }
 
+    // A line for each catalog that has given nothing.
+    void noteUselessCatalogs() const {
+        for (const DumpCatalog& catalog : catalogs_) {
+            const bool isUsed = std::ranges::any_of(skeleton_.files(), [&](const auto& file) {
+                return file.second.from == catalog.input();
+            });
+            if (!isUsed) {
+                note(shown(catalog.input()) +
+                     ": nothing of it is in the theme: " + catalog.whyNothing());
+            }
+        }
+    }
+
     [[nodiscard]] const Skeleton& skeleton() const { return skeleton_; }
 
   private:
@@ -292,6 +305,7 @@ Result<void> makeDump(const DumpOptions& options, bool asJson) {
         return made;
     } else {
         dump.skeleton = &dumping.skeleton();
+        dumping.noteUselessCatalogs();
     }
     print(asJson ? jsonOf(dump) : textOf(dump));
     return {};

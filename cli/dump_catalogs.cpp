@@ -95,6 +95,14 @@ std::vector<Question> DumpCatalog::questions() const {
     return questions;
 }
 
+std::string DumpCatalog::whyNothing() const {
+    if (bundle_.empty()) {
+        return "none of its names is asked for; give the folder of its bundle, with its Info.plist";
+    }
+    return questions().empty() ? "it has no pictures"
+                               : "it has no picture for such a screen that a theme can show";
+}
+
 // The best first: those for the kind of device, and of several copies the oldest.
 std::vector<const Rendition*> DumpCatalog::renditionsFor(const Facet& facet,
                                                          const DeviceConfiguration& device) const {

@@ -24,6 +24,12 @@ class DumpCatalog {
     // which those count that some other place asks for.
     [[nodiscard]] std::vector<simulator::Question> questions() const;
 
+    // As the user gave it; Place::from of the pictures that come from it.
+    [[nodiscard]] const std::string& input() const { return input_; }
+
+    // For a catalog of which the theme has nothing: why, and what to do.
+    [[nodiscard]] std::string whyNothing() const;
+
     // Gives the place the picture of its name that the catalog has for such a device, or says why
     // there is none. Nothing changes for a place that asks for a name of another bundle.
     void answer(makers::Place& place, const simulator::DeviceConfiguration& device) const;
@@ -35,7 +41,7 @@ class DumpCatalog {
     [[nodiscard]] std::vector<const catalog::Rendition*> renditionsFor(
         const catalog::Facet& facet, const simulator::DeviceConfiguration& device) const;
 
-    std::string input_;   // as the user gave it
+    std::string input_;
     std::string bundle_;  // identifier; "" where it is not known
     catalog::Catalog catalog_;
 };

@@ -31,7 +31,8 @@ LAYERS = {
     "tools/catalog_extraction": SETTINGS,
     "filemanager/": SETTINGS,
     "theme/": LOOKUPS,
-    "sounds/": LOOKUPS,
+    "sounds/": [*LOOKUPS, "sounds/sound_files"],
+    "sounds/sound_files": [],
     "imaging/": LOOKUPS,
     # Replacements that stand with what they call.
     "theme/app_icon_hooks": [*EFFECTS, *ICON_HOOKS],
@@ -55,7 +56,7 @@ LAYERS = {
     "simulator/": [*SETTINGS, "desktop/", "simulator/artwork/"],
     "simulator/process/": ["platform/", "record/", "desktop/", "simulator/", "simulator/artwork/",
                            "core/hook_rows"],
-    "makers/": ["platform/", "desktop/", "simulator/"],
+    "makers/": ["platform/", "desktop/", "simulator/", "sounds/sound_files"],
     # Draws with the same pen as the simulated device.
     "makers/starter/": ["platform/", "desktop/", "makers/", "simulator/artwork/"],
     # Puts the shape of the device's icons and the base of its calendar into themes.

@@ -1,6 +1,7 @@
 #include "makers/conversion/letter_case.h"
 
 #include "simulator/screens/question_rows.h"
+#include "sounds/sound_files.h"
 
 #include "makers/conversion/image_rules.h"
 #include "makers/conversion/names.h"
@@ -46,10 +47,6 @@ constexpr std::array<FixedPicture, 11> kPictures{
      {"Velmoranth", "SBDockBGiphone"},
      {"Velmoranth", "ipadFolder"},
      {"com.apple.mobileicons.framework", "AppIconMask"}}};
-
-constexpr std::array<std::string_view, 7> kSounds{
-    "Anticipate.caf",         "SentMessage.caf", "key_press_click.caf", "key_press_delete.caf",
-    "key_press_modifier.caf", "lock.caf",        "photoShutter.caf"};
 
 constexpr const char* kListName = "Info.plist";
 
@@ -106,12 +103,26 @@ std::optional<std::string_view> fixedBase(std::string_view folder, std::string_v
     return found == kPictures.end() ? std::nullopt : std::optional(found->base);
 }
 
+// `lower` is a file's name in small letters.
+std::optional<std::string> soundLookedFor(std::string_view lower) {
+    const auto isIt = [lower](const char* file) {
+        return file != nullptr && lowerCase(file) == lower;
+    };
+    const auto* const sound =
+        std::ranges::find_if(sounds::kSystemSounds, isIt, &sounds::SystemSound::file);
+    if (sound != sounds::kSystemSounds.end()) {
+        return sound->file;
+    }
+    const auto* const event = std::ranges::find_if(sounds::kFeedbackSounds, isIt);
+    return event == sounds::kFeedbackSounds.end() ? std::nullopt
+                                                  : std::optional<std::string>(*event);
+}
+
 // In a folder in the letters that are looked for.
 std::string fileLookedFor(std::string_view folder, const std::string& file) {
     const std::string lower = lowerCase(file);
     if (folder == "UISounds") {
-        const auto* const sound = std::ranges::find(kSounds, lower, lowerCase);
-        return sound == kSounds.end() ? file : std::string(*sound);
+        return soundLookedFor(lower).value_or(file);
     }
     if (!isPng(file)) {
         return file;

@@ -4,6 +4,7 @@
 #include "makers/conversion/names.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -19,7 +20,9 @@ using platform::Data;
 
 namespace {
 
-constexpr std::string_view kFolder = "Bundles/com.apple.mobileicons.framework";
+// Where a mask is looked for, the second where the first has none.
+constexpr std::array<std::string_view, 2> kMaskFolders{"Bundles/com.apple.mobileicons.framework",
+                                                       "com.apple.mobileicons.framework"};
 constexpr std::string_view kBase = "AppIconMask";
 constexpr std::size_t kBitsOfByte = 8;
 
@@ -61,11 +64,11 @@ Mask maskOf(Draft& draft, const std::string& file) {
     return mask;
 }
 
-std::vector<Mask> masksOf(Draft& draft) {
+std::vector<Mask> masksIn(std::string_view folder, Draft& draft) {
     std::vector<Mask> masks;
     const auto files = draft.rest();
     for (const auto& [file, size] : files) {
-        if (folderOf(file) != kFolder || !isPng(file) || pictureName(file).base != kBase) {
+        if (folderOf(file) != folder || !isPng(file) || pictureName(file).base != kBase) {
             continue;
         }
         if (const PictureFacts& facts = draft.pictures().facts(file); !facts.isPicture()) {
@@ -75,6 +78,32 @@ std::vector<Mask> masksOf(Draft& draft) {
         }
     }
     return masks;
+}
+
+void makeMasksIn(std::string_view folder, Draft& draft) {
+    const std::string plain = inFolder(folder, std::string(kBase) + ".png");
+    const std::vector<Mask> masks = masksIn(folder, draft);
+    if (masks.empty()) {
+        return;
+    }
+    for (const Mask& mask : masks) {
+        if (mask.cuts) {
+            MadeFile made = Draft::copied(mask.file, Repair::maskAlpha);
+            made.work = Work::mask;
+            draft.make(mask.file, std::move(made));
+            draft.take(mask.file);
+        }
+    }
+    const auto existing = std::ranges::find(masks, plain, &Mask::file);
+    if (existing != masks.end() && !existing->cuts) {
+        return;
+    }
+    const Mask& largest = *std::ranges::max_element(masks, {}, [](const Mask& mask) {
+        return std::tuple(mask.area, mask.name.device.empty(), mask.name.scale);
+    });
+    MadeFile made = Draft::copied(largest.file, Repair::maskName);
+    made.work = largest.cuts ? Work::mask : Work::copy;
+    draft.make(plain, std::move(made));
 }
 
 }  // namespace
@@ -97,29 +126,9 @@ Result<std::optional<Data>> grayMaskOf(const Data& picture) {
 }
 
 void makeMasks(Draft& draft) {
-    const std::string plain = std::string(kFolder) + "/" + std::string(kBase) + ".png";
-    const std::vector<Mask> masks = masksOf(draft);
-    if (masks.empty()) {
-        return;
+    for (const std::string_view folder : kMaskFolders) {
+        makeMasksIn(folder, draft);
     }
-    for (const Mask& mask : masks) {
-        if (mask.cuts) {
-            MadeFile made = Draft::copied(mask.file, Repair::maskAlpha);
-            made.work = Work::mask;
-            draft.make(mask.file, std::move(made));
-            draft.take(mask.file);
-        }
-    }
-    const auto existing = std::ranges::find(masks, plain, &Mask::file);
-    if (existing != masks.end() && !existing->cuts) {
-        return;
-    }
-    const Mask& largest = *std::ranges::max_element(masks, {}, [](const Mask& mask) {
-        return std::tuple(mask.area, mask.name.device.empty(), mask.name.scale);
-    });
-    MadeFile made = Draft::copied(largest.file, Repair::maskName);
-    made.work = largest.cuts ? Work::mask : Work::copy;
-    draft.make(plain, std::move(made));
 }
 
 }  // namespace velmoranth::makers

@@ -52,6 +52,13 @@ bool isPart(const Question& question) {
            (row->argument.empty() || row->argument.find('|') != std::string_view::npos);
 }
 
+// A file for a name that is asked for with an ending, "a.png", may be called "a.png@3x.png"; what
+// people call it is looked for as well.
+std::string nameAsGiven(const std::string& name) {
+    const std::string base = pictureName(name).base;
+    return isPng(base) ? inFolder(folderOf(name), base) : name;
+}
+
 bool isFitted(const Question& question) {
     return question.word == "mask" || isCalendar(question);
 }
@@ -153,17 +160,19 @@ void Skeleton::addInfo(const Place& calendar, double scale) {
 }
 
 void Skeleton::leaveEmpty(const std::string& name, const Place& place, std::string why) {
+    std::string given = nameAsGiven(name);
     const bool isKnown =
-        std::ranges::any_of(empty_, [&](const EmptyPlace& empty) { return empty.name == name; });
+        std::ranges::any_of(empty_, [&](const EmptyPlace& empty) { return empty.name == given; });
     if (!isKnown) {
-        empty_.push_back({name, place.question, std::move(why)});
+        empty_.push_back({std::move(given), place.question, std::move(why)});
     }
 }
 
 void Skeleton::put(const std::string& name, SkeletonFile file) {
     bytes_ += file.bytes.size();
     // Of several devices, one has it and another has not.
-    std::erase_if(empty_, [&](const EmptyPlace& empty) { return empty.name == name; });
+    const std::string given = nameAsGiven(name);
+    std::erase_if(empty_, [&](const EmptyPlace& empty) { return empty.name == given; });
     files_.emplace(name, std::move(file));
 }
 

@@ -42,7 +42,7 @@ struct SkeletonFile {
 
 // A place that has no file, and why.
 struct EmptyPlace {
-    std::string name;  // of the file that it would have
+    std::string name;  // of a file that it would show, as people name it
     simulator::Question question;
     std::string why;
 };

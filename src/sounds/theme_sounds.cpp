@@ -2,9 +2,9 @@
 
 #include "core/format.h"
 #include "platform/platform.h"
+#include "sounds/sound_files.h"
 #include "theme/theme_selection.h"
 
-#include <array>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,28 +15,6 @@ using core::stringWithFormat;
 using platform::platform;
 
 namespace {
-
-struct SystemSound {
-    std::int64_t number;
-    const char* file;
-};
-
-constexpr std::array<SystemSound, 8> kSystemSounds{{
-    {1000, "SentMessage.caf"},
-    {1002, "lock.caf"},
-    {1003, "Anticipate.caf"},
-    {1100, "photoShutter.caf"},
-    {1104, "key_press_click.caf"},
-    {1108, "photoShutter.caf"},
-    {1155, "key_press_modifier.caf"},
-    {1156, "key_press_delete.caf"},
-}};
-
-// By the event type less the first one; null for one without a sound.
-constexpr std::uint64_t kFirstEventType = 1002;
-constexpr std::array<const char*, 7> kFeedbackSounds{
-    "lock.caf", "Anticipate.caf", "key_press_click.caf", nullptr,
-    nullptr,    nullptr,          "photoShutter.caf"};
 
 // Of the first active theme that has the folder.
 std::optional<std::string> soundFolder() {

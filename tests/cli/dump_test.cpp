@@ -1,6 +1,7 @@
 // velmoranth dump, as a user runs it.
 #include "tests/cli/preview_fixture.h"
 #include "tests/support/catalog/car_writer.h"
+#include "tests/support/places.h"
 
 #include <nlohmann/json.hpp>
 #include <signal.h>  // NOLINT(modernize-deprecated-headers): SIGINT is POSIX's
@@ -58,6 +59,14 @@ class Dump : public PreviewTest {
             }
         }
         return files;
+    }
+
+    [[nodiscard]] std::vector<std::uint8_t> pixelsOf(const std::string& name) const {
+        const std::string bytes = folder.contents(name);
+        const auto image = desktop::decodeImage(
+            {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
+        EXPECT_TRUE(image) << name;
+        return image ? desktop::toPremultipliedBgra(*image) : std::vector<std::uint8_t>();
     }
 
     void catalog(const std::string& name, const CarWriter& car) const {
@@ -314,6 +323,100 @@ TEST_F(Dump, aCatalogAloneAnswersForTheDevicesOwnNames) {
     }
     EXPECT_EQ(from, std::vector<std::string>{"Bundles/com.apple.Preferences/WiFi@2x.png"});
     EXPECT_EQ(filesOf(result).at(from.at(0)).at("width"), 58);
+}
+
+TEST_F(Dump, aCatalogOfWhichNothingIsTakenIsTold) {
+    CarWriter unknown;
+    unknown.facet("Unknown", 8);
+    unknown.bitmap({.identifier = 8, .scale = 3}, CarPixels::filled(5, 5, {255, 0, 0, 255}));
+    catalog("some.car", unknown);
+    catalog("Small.app/Assets.car", [] {
+        CarWriter car;
+        car.facet("Small", 8);
+        car.bitmap({.identifier = 8, .scale = 1}, CarPixels::filled(5, 5, {255, 0, 0, 255}));
+        return car;
+    }());
+    catalog("Empty.app/Assets.car", CarWriter());
+    CarWriter used;
+    used.facet("Pin", 7);
+    used.bitmap({.identifier = 7, .scale = 3}, CarPixels::filled(9, 6, {0, 255, 0, 255}));
+    catalog("Used.app/Assets.car", used);
+    for (const std::string name : {"Small", "Empty", "Used"}) {
+        folder.file(
+            "work/" + name + ".app/Info.plist",
+            "<plist version=\"1.0\"><dict><key>CFBundleIdentifier</key><string>com.example." +
+                name + "</string></dict></plist>");
+    }
+    const CommandResult result = dump({"-o", "themes", "--from", "some.car", "--from", "Small.app",
+                                       "--from", "Empty.app", "--from", "Used.app"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_EQ(result.errors,
+              "velmoranth: some.car: nothing of it is in the theme: none of its names is asked "
+              "for; give the folder of its bundle, with its Info.plist\n"
+              "velmoranth: Small.app: nothing of it is in the theme: it has no picture for such a "
+              "screen that a theme can show\n"
+              "velmoranth: Empty.app: nothing of it is in the theme: it has no pictures\n");
+    EXPECT_TRUE(written(kSkeleton).contains("Bundles/com.example.Used/Pin@3x.png"));
+}
+
+// What extracting a real app's catalog gives is what the theme has under the same names.
+TEST_F(Dump, picturesOfARealCatalog) {
+    const fs::path real = tests::samples("car") / "acextract/assets_ios.car";
+    if (!fs::exists(real)) {
+        GTEST_SKIP() << "no real catalogs at " << tests::samples("car");
+    }
+    fs::create_directories(folder / "work/Real.app");
+    fs::copy_file(real, folder / "work/Real.app/Assets.car");
+    folder.file("work/Real.app/Info.plist",
+                "<plist version=\"1.0\"><dict><key>CFBundleIdentifier</key>"
+                "<string>com.example.real</string></dict></plist>");
+    const CommandResult result = dump({"-o", "themes", "--from", "Real.app", "--json"});
+    ASSERT_EQ(result.code, 0) << result.errors;
+    const CommandResult extracted = runCommand({"extract", "Real.app", "out", "--json"}, setting());
+    ASSERT_EQ(extracted.code, 0) << extracted.errors;
+    std::map<std::string, std::set<std::vector<std::uint8_t>>> picturesOf;  // of each name
+    const json list = json::parse(extracted.output);
+    for (const json& rendition : list.at("renditions")) {
+        if (rendition.at("path").is_string()) {
+            picturesOf[rendition.at("name")].insert(
+                pixelsOf("work/" + rendition.at("path").get<std::string>()));
+        }
+    }
+    constexpr std::string_view kBundle = "Bundles/com.example.real/";
+    constexpr std::string_view kScale = "@3x.png";
+    int taken = 0;
+    for (const auto& [name, file] : filesOf(result)) {
+        ASSERT_EQ(file.contains("from"), name.starts_with(kBundle)) << name;
+        if (file.contains("from")) {
+            ASSERT_TRUE(name.ends_with(kScale)) << name;
+            const std::string own =
+                name.substr(kBundle.size(), name.size() - kBundle.size() - kScale.size());
+            const auto pixels = pixelsOf(std::string("work/") + kSkeleton + "/" + name);
+            EXPECT_FALSE(pixels.empty()) << name;
+            EXPECT_TRUE(picturesOf[own].contains(pixels)) << name;
+            ++taken;
+        }
+    }
+    EXPECT_EQ(taken, 27);
+}
+
+// It always takes seconds: the screens of a device are drawn.
+TEST_F(Dump, progressIsShownOnATerminalOnceItTakesLong) {
+    std::vector<std::string> words{"dump", "-o", "themes", "--force"};
+    std::optional<std::string> shown;
+    int devices = 0;
+    // Another device is more work, until this machine shows progress.
+    do {
+        words.insert(words.end(), {"--device", devices % 2 == 0 ? "phone" : "pad"});
+        shown = errorsOnTerminal(words, setting());
+        if (!shown) {
+            GTEST_SKIP() << "no pseudo-terminal is to be had";
+        }
+        ++devices;
+    } while (shown->find(" s left") == std::string::npos && devices < 8);
+    EXPECT_NE(shown->find(" screens, "), std::string::npos) << *shown;
+    EXPECT_EQ(shown->find("] 0 of "), std::string::npos) << "before half a second had passed";
+    EXPECT_TRUE(shown->ends_with("\r\033[K")) << "the line stays";
 }
 
 }  // namespace

@@ -85,6 +85,28 @@ TEST_F(ImageRules, aMaskWhoseClearPartIsWhiteHidesTheSameBothWaysAndStays) {
     EXPECT_TRUE(converted().changesNothing());
 }
 
+// There it is looked for where Bundles has none.
+TEST_F(ImageRules, aMaskAtTheThemesRootIsMendedWhereItLies) {
+    const std::string root = "com.apple.mobileicons.framework/AppIconMask";
+    file(root + "@2x.png", png(4, 4, kBlack, kClear));
+    file(root + "@3x.png", png(8, 8, kBlack, kClear));
+    const Plan plan = converted();
+    EXPECT_EQ(names(), (Names{root + ".png", root + "@2x.png", root + "@3x.png"}));
+    std::vector<int> expected(16);
+    expected[0] = 255;
+    EXPECT_EQ(gray(root + "@2x.png"), expected);
+    EXPECT_EQ(gray(root + ".png").size(), 64U);
+    EXPECT_EQ(gray(root + ".png").front(), 255);
+    EXPECT_TRUE(plan.leftOut.empty());
+    // Each folder is a family of its own.
+    file(std::string(kMask) + ".png", png(4, 4, kBlack, Color{255, 255, 255, 255}));
+    converted();
+    EXPECT_EQ(made(std::string(kMask) + ".png"), png(4, 4, kBlack, Color{255, 255, 255, 255}));
+    EXPECT_EQ(gray(root + "@2x.png"), expected);
+    file(root + "@2x.png", "no picture");
+    EXPECT_NE(why(converted().leftOut, root + "@2x.png"), "<none>");
+}
+
 TEST_F(ImageRules, anEmptyMaskIsLeftOut) {
     file(std::string(kMask) + "@2x.png", "no picture");
     const Plan plan = converted();

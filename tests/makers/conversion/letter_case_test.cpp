@@ -32,6 +32,12 @@ TEST_F(LetterCases, foldersFixedNamesScalesAndEndingsAreSpeltAsTheyAreLookedFor)
         {"anempagedots/dot_current.png", "ANEMPageDots/Dot_Current.png"},
         {"anemoneeffects/ipadshadow.png", "AnemoneEffects/iPadShadow.png"},
         {"uisounds/Lock.CAF", "UISounds/lock.caf"},
+        {"UISounds/anticipate.caf", "UISounds/Anticipate.caf"},
+        {"UISounds/sentmessage.caf", "UISounds/SentMessage.caf"},
+        {"UISounds/PhotoShutter.caf", "UISounds/photoShutter.caf"},
+        {"UISounds/Key_Press_Click.caf", "UISounds/key_press_click.caf"},
+        {"UISounds/Key_Press_Delete.caf", "UISounds/key_press_delete.caf"},
+        {"UISounds/Key_Press_Modifier.caf", "UISounds/key_press_modifier.caf"},
     };
     for (const auto& [found, lookedFor] : rows) {
         SCOPED_TRACE(found);

@@ -163,6 +163,17 @@ TEST(Skeleton, whatHasNoPictureIsToldOfWhereItIsAPartOfTheHomeScreen) {
               "O/o.png: the system has no picture there\n");
 }
 
+TEST(Skeleton, whatIsLeftOutHasANameWithOneEnding) {
+    const std::vector<std::string> names{"B/a.png@3x.png", "B/a.png.png", "B/a.png"};
+    const Place empty = place({"behind", "", ""}, names, std::nullopt);
+    EXPECT_EQ(contentsFor({empty}), "B/a.png: the system has no picture there\n");
+    // Another device has it, under the name for its screen.
+    Skeleton skeleton(UnlikePictures::leftOut);
+    ASSERT_TRUE(skeleton.add(std::vector{empty}, kScale));
+    ASSERT_TRUE(skeleton.add(std::vector{place({"behind", "", ""}, names, square(3))}, kScale));
+    EXPECT_EQ(contents(skeleton), "B/a.png@3x.png\n");
+}
+
 TEST(Skeleton, noNameLeadsOutOfTheTheme) {
     const std::string longest(255, 'a');
     for (const std::string& name :
