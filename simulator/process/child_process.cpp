@@ -39,7 +39,7 @@ void removeSockets(const std::string& deviceFolder) {
 
 // Starts this program with its socket at kSimulatedProcessDescriptor. Standard output goes where
 // standard error goes: what the caller prints there is its own. An errno, or 0.
-int spawnSelf(int socket, pid_t& pid) {
+int spawnSelf(int socket, const std::optional<UnsentRecord>& unsent, pid_t& pid) {
     posix_spawn_file_actions_t actions;
     if (const int error = posix_spawn_file_actions_init(&actions); error != 0) {
         return error;
@@ -47,6 +47,9 @@ int spawnSelf(int socket, pid_t& pid) {
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
     posix_spawn_file_actions_adddup2(&actions, STDERR_FILENO, STDOUT_FILENO);
     posix_spawn_file_actions_adddup2(&actions, socket, kSimulatedProcessDescriptor);
+    if (unsent) {
+        posix_spawn_file_actions_adddup2(&actions, unsent->descriptor(), kUnsentRecordDescriptor);
+    }
     std::string name = "simulated-process";
     std::string argument(kSimulatedProcessArgument);
     const std::array<char*, 3> arguments{name.data(), argument.data(), nullptr};
@@ -70,10 +73,12 @@ void ChildProcess::CloseLog::operator()(std::FILE* file) const {
     }
 }
 
-ChildProcess::ChildProcess(pid_t pid, int descriptor, LogFile logFile, std::string deviceFolder)
+ChildProcess::ChildProcess(pid_t pid, int descriptor, LogFile logFile,
+                           std::optional<UnsentRecord> unsent, std::string deviceFolder)
     : pid_(pid),
       descriptor_(descriptor),
       logFile_(std::move(logFile)),
+      unsent_(std::move(unsent)),
       deviceFolder_(std::move(deviceFolder)),
       interrupted_([folder = deviceFolder_] { removeSockets(folder); }) {}
 
@@ -82,16 +87,24 @@ desktop::Result<std::unique_ptr<ChildProcess>> ChildProcess::start(const ScreenR
     if (!logFile) {
         return tl::unexpected(std::move(logFile.error()));
     }
+    std::optional<UnsentRecord> unsent;
+    if (request.isRecorded) {
+        auto made = UnsentRecord::make();
+        if (!made) {
+            return tl::unexpected(std::move(made.error()));
+        }
+        unsent = std::move(*made);
+    }
     std::array<int, 2> sockets{};
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sockets.data()) != 0) {
         return systemProblem("no connection to a simulated process can be made", errno);
     }
-    // Well away from the number that it gets in the other process.
-    const int theirs = fcntl(sockets[1], F_DUPFD_CLOEXEC, kSimulatedProcessDescriptor + 1);
+    // Away from the numbers that others get in the other process.
+    const int theirs = fcntl(sockets[1], F_DUPFD_CLOEXEC, kFreeDescriptors);
     const int duplicateError = errno;
     close(sockets[1]);
     pid_t pid = 0;
-    const int error = theirs < 0 ? duplicateError : spawnSelf(theirs, pid);
+    const int error = theirs < 0 ? duplicateError : spawnSelf(theirs, unsent, pid);
     if (theirs >= 0) {
         close(theirs);
     }
@@ -99,8 +112,8 @@ desktop::Result<std::unique_ptr<ChildProcess>> ChildProcess::start(const ScreenR
         close(sockets[0]);
         return systemProblem("no simulated process can be started", error);
     }
-    std::unique_ptr<ChildProcess> child(
-        new ChildProcess(pid, sockets[0], std::move(*logFile), request.deviceFiles.folder));
+    std::unique_ptr<ChildProcess> child(new ChildProcess(
+        pid, sockets[0], std::move(*logFile), std::move(unsent), request.deviceFiles.folder));
     child->send(MessageKind::request, toJson(request));  // the first answer tells the rest
     return child;
 }
@@ -182,9 +195,7 @@ desktop::Result<Message> ChildProcess::receive(MessageKind wanted,
                 return tl::unexpected(Problem{"the screen is to start again"});
             }
         } else if (message.kind == MessageKind::recorded) {
-            record_.push_back(record::fromBytes(message.payload).value_or(record::Entry()));
-        } else if (message.kind == MessageKind::recordedAnswer) {
-            noteAnswer(message.payload);
+            notes_.take(message.payload);
         }
         if (message.kind == wanted) {
             return message;
@@ -253,22 +264,6 @@ desktop::Result<Answer> ChildProcess::receiveAnswer(std::chrono::milliseconds ti
     return answer;
 }
 
-// "PLACE ANSWER"
-void ChildProcess::noteAnswer(const std::string& payload) {
-    const char* const end = payload.data() + payload.size();
-    std::size_t place = 0;
-    const auto [rest, error] = std::from_chars(payload.data(), end, place);
-    if (error == std::errc() && rest != end && place >= recordBegin_ &&
-        place - recordBegin_ < record_.size()) {
-        record_[place - recordBegin_].answer.assign(rest + 1, end);
-    }
-}
-
-record::Record ChildProcess::takeRecord() {
-    recordBegin_ += record_.size();
-    return std::exchange(record_, {});
-}
-
 bool ChildProcess::takeNotice() {
     return std::exchange(noticed_, false);
 }
@@ -296,9 +291,12 @@ int ChildProcess::reap(Clock::time_point deadline) {
             std::this_thread::sleep_for(kReapInterval);
         }
     }
-    // One that crashed or was ended has left its socket.
+    // One that crashed or was ended has left its socket, and may have noted more than it sent.
     if (isThere) {
         removeSockets(deviceFolder_);
+        if (unsent_) {
+            notes_.take(unsent_->bytes());
+        }
     }
     return status;
 }

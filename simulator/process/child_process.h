@@ -6,6 +6,7 @@
 #include "desktop/result/result.h"
 #include "simulator/process/launcher.h"
 #include "simulator/process/protocol.h"
+#include "simulator/process/unsent_record.h"
 
 #include <sys/types.h>
 
@@ -13,6 +14,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -47,7 +49,7 @@ class ChildProcess {
     [[nodiscard]] desktop::Result<Answer> receiveAnswer(std::chrono::milliseconds timeLimit);
 
     // What has been recorded since the last call of this.
-    [[nodiscard]] record::Record takeRecord();
+    [[nodiscard]] record::Record takeRecord() { return notes_.takeRecord(); }
 
     // Whether a notice has come since the last call of this.
     [[nodiscard]] bool takeNotice();
@@ -67,12 +69,12 @@ class ChildProcess {
 
     using LogFile = std::unique_ptr<std::FILE, CloseLog>;
 
-    ChildProcess(pid_t pid, int descriptor, LogFile logFile, std::string deviceFolder);
+    ChildProcess(pid_t pid, int descriptor, LogFile logFile, std::optional<UnsentRecord> unsent,
+                 std::string deviceFolder);
 
     // Null for the destination "".
     [[nodiscard]] static desktop::Result<LogFile> openLog(const std::string& destination);
     void note(const std::string& line);
-    void noteAnswer(const std::string& payload);
     // The pixels of the picture that was announced. Nothing, and the process is ended, when they
     // are no such picture.
     [[nodiscard]] desktop::Result<Picture> receivePixels(const ScreenHeader& header,
@@ -86,6 +88,7 @@ class ChildProcess {
     pid_t pid_;  // 0 when reaped
     int descriptor_;
     LogFile logFile_;
+    std::optional<UnsentRecord> unsent_;  // of a recorded one
     std::string deviceFolder_;
     desktop::DoneOnSignal interrupted_;
     std::vector<std::string> log_;
@@ -93,8 +96,7 @@ class ChildProcess {
     std::string lastLine_;
     bool noticed_ = false;
     bool isToStartAgain_ = false;
-    record::Record record_;
-    std::size_t recordBegin_ = 0;  // the place of its first entry among all
+    RecordNotes notes_;
 };
 
 }  // namespace velmoranth::simulator

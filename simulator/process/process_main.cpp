@@ -4,6 +4,7 @@
 #include "simulator/process/launcher.h"
 #include "simulator/process/process.h"
 #include "simulator/process/protocol.h"
+#include "simulator/process/unsent_record.h"
 #include "simulator/screens/questions.h"
 
 #include <malloc.h>
@@ -49,15 +50,29 @@ class Launcher {
   public:
     void send(MessageKind kind, std::string_view payload = {}) {
         const std::scoped_lock lock(mutex_);
-        if (!sendMessage(kSocket, kind, payload)) {
-            end(0);
-        }
+        sendNoted();
+        sendNow(kind, payload);
     }
 
     void send(MessageKind kind, std::span<const std::span<const std::uint8_t>> parts) {
         const std::scoped_lock lock(mutex_);
+        sendNoted();
         if (!sendMessage(kSocket, kind, parts)) {
             end(0);
+        }
+    }
+
+    // Where notes lie until they are sent: with the next message, or when they are many.
+    void keepNotesIn(UnsentRecord unsent) { unsent_ = std::move(unsent); }
+
+    void note(const std::string& note) {
+        const std::scoped_lock lock(mutex_);
+        if (unsent_->add(note)) {
+            return;
+        }
+        sendNoted();
+        if (!unsent_->add(note)) {
+            sendNow(MessageKind::recorded, unsent_->alone(note));
         }
     }
 
@@ -76,7 +91,21 @@ class Launcher {
     }
 
   private:
+    void sendNow(MessageKind kind, std::string_view payload) {
+        if (!sendMessage(kSocket, kind, payload)) {
+            end(0);
+        }
+    }
+
+    void sendNoted() {
+        if (unsent_ && !unsent_->isEmpty()) {
+            sendNow(MessageKind::recorded, unsent_->bytes());
+            unsent_->clear();
+        }
+    }
+
     std::mutex mutex_;
+    std::optional<UnsentRecord> unsent_;
     bool isQuiet_ = false;
 };
 
@@ -89,12 +118,12 @@ class RecordToLauncher final : public record::RecordListener {
             keep(entry);
             return;
         }
-        launcher_.send(MessageKind::recorded, record::toBytes(entry));
+        launcher_.note(noteOf(entry));
     }
 
     void answered(std::size_t place, const std::string& answer) override {
         if (!keepsFiles_) {
-            launcher_.send(MessageKind::recordedAnswer, std::to_string(place) + " " + answer);
+            launcher_.note(noteOf(place, answer));
         }
     }
 
@@ -149,7 +178,8 @@ void sendAnswer(Launcher& launcher, SimulatedProcess& process, const Question& q
     sendPixels(launcher, pixels);
 }
 
-// In a copy of this process, which has one thread. What goes wrong in it ends this one as well.
+// In a copy of this process, which has one thread, and sends what this one has noted before. What
+// goes wrong in it ends this one as well.
 void answerApart(Launcher& launcher, SimulatedProcess& process, RecordToLauncher& listener,
                  const std::vector<Question>& questions) {
     const pid_t copy = fork();
@@ -324,6 +354,13 @@ int simulatedProcessMain(int argc, char** argv) {
     const std::optional<ScreenRequest> request = fromJson<ScreenRequest>(message.payload);
     if (!request) {
         launcher.fail({"the request for a simulated process cannot be read"});
+    }
+    if (request->isRecorded) {
+        auto unsent = UnsentRecord::open(kUnsentRecordDescriptor);
+        if (!unsent) {
+            launcher.fail(unsent.error());
+        }
+        launcher.keepNotesIn(std::move(*unsent));
     }
     RecordToLauncher listener(launcher);
     auto process = SimulatedProcess::start(

@@ -2,10 +2,12 @@
 
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/uio.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <cstring>
 #include <limits>
 
@@ -44,17 +46,30 @@ bool await(int descriptor, short events, const std::optional<Clock::time_point>&
     }
 }
 
-bool sendAll(int descriptor, std::span<const std::uint8_t> bytes,
+// Takes that many bytes off the front of the parts.
+void takeOff(std::span<iovec>& parts, std::size_t count) {
+    while (!parts.empty() && count >= parts.front().iov_len) {
+        count -= parts.front().iov_len;
+        parts = parts.subspan(1);
+    }
+    if (count > 0) {
+        parts.front().iov_base = static_cast<std::uint8_t*>(parts.front().iov_base) + count;
+        parts.front().iov_len -= count;
+    }
+}
+
+bool sendAll(int descriptor, std::span<iovec> parts,
              const std::optional<Clock::time_point>& deadline) {
-    while (!bytes.empty()) {
-        if (!await(descriptor, POLLOUT, deadline)) {
-            return false;
-        }
-        const int wait = deadline ? MSG_DONTWAIT : 0;
-        const ssize_t sent = send(descriptor, bytes.data(), bytes.size(), MSG_NOSIGNAL | wait);
-        if (sent > 0) {
-            bytes = bytes.subspan(static_cast<std::size_t>(sent));
-        } else if (sent < 0 && errno != EINTR && errno != EAGAIN) {
+    const int flags = MSG_NOSIGNAL | (deadline ? MSG_DONTWAIT : 0);
+    takeOff(parts, 0);
+    while (!parts.empty()) {
+        msghdr message{};
+        message.msg_iov = parts.data();
+        message.msg_iovlen = std::min<std::size_t>(parts.size(), IOV_MAX);
+        const ssize_t sent = sendmsg(descriptor, &message, flags);
+        if (sent >= 0) {
+            takeOff(parts, static_cast<std::size_t>(sent));
+        } else if (errno == EAGAIN ? !await(descriptor, POLLOUT, deadline) : errno != EINTR) {
             return false;
         }
     }
@@ -105,19 +120,20 @@ std::span<const std::uint8_t> bytesOf(std::string_view text) {
 bool sendMessage(int descriptor, MessageKind kind,
                  std::span<const std::span<const std::uint8_t>> parts,
                  std::optional<Clock::time_point> deadline) {
+    Header header{.kind = static_cast<std::uint32_t>(kind), .length = 0};
+    std::vector<iovec> all{{.iov_base = &header, .iov_len = sizeof header}};
+    all.reserve(parts.size() + 1);
     std::size_t length = 0;
     for (const auto& part : parts) {
         length += part.size();
+        // Nothing is written there.
+        all.push_back({.iov_base = const_cast<std::uint8_t*>(part.data()), .iov_len = part.size()});
     }
     if (length > kMaxPayload) {
         return false;
     }
-    const Header header{static_cast<std::uint32_t>(kind), static_cast<std::uint32_t>(length)};
-    std::array<std::uint8_t, sizeof header> start{};
-    std::memcpy(start.data(), &header, sizeof header);
-    return sendAll(descriptor, start, deadline) &&
-           std::all_of(parts.begin(), parts.end(),
-                       [&](const auto& part) { return sendAll(descriptor, part, deadline); });
+    header.length = static_cast<std::uint32_t>(length);
+    return sendAll(descriptor, all, deadline);
 }
 
 bool sendMessage(int descriptor, MessageKind kind, std::string_view payload,

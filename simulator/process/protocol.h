@@ -20,6 +20,10 @@ namespace velmoranth::simulator {
 // The hidden first argument, and the descriptor that such a process finds its socket at.
 inline constexpr std::string_view kSimulatedProcessArgument = "--simulated-process";
 inline constexpr int kSimulatedProcessDescriptor = 3;
+// Of one that is recorded: what it has noted and not yet sent (unsent_record.h).
+inline constexpr int kUnsentRecordDescriptor = 4;
+// From here on numbers are in nobody's way while a process is started.
+inline constexpr int kFreeDescriptors = 5;
 
 // Posted to the processes of a device that are to start again; no phone knows it.
 inline constexpr const char* kRespringNotice = "velmoranth.simulator.respring";
@@ -39,13 +43,12 @@ enum class MessageKind : std::uint32_t {
     answer,      // JSON of a picture's size, 0 × 0 for none, or of why there is no such question
     log,         // one line
     filesAsked,  // the entries about files of a question asked apart, as filesToBytes
-    recorded,    // an entry of the record, as record::toBytes
-    recordedAnswer,  // the place of an entry in decimal digits, a blank, and its answer
-    notice,          // empty: notifications have been delivered
-    respring,        // empty: the screen is to start again
-    screen,          // JSON of a screen; its pixels follow
-    pixels,          // of the screen before
-    problem,         // JSON; the process ends
+    recorded,    // what it has noted, for RecordNotes
+    notice,      // empty: notifications have been delivered
+    respring,    // empty: the screen is to start again
+    screen,      // JSON of a screen; its pixels follow
+    pixels,      // of the screen before
+    problem,     // JSON; the process ends
 };
 
 struct Message {

@@ -72,6 +72,21 @@ TEST_F(AskApart, NothingIsKeptForALaterCall) {
     EXPECT_EQ(answer->picture->pixels.at(1), 255);
 }
 
+TEST_F(AskApart, WhatTheProcessDidBeforeIsToldOnce) {
+    const auto recordOfSecondPage = [&](bool asksApart) {
+        ScreenRequest request = device.request("phone", 13, {});
+        request.isRecorded = true;
+        const auto process = RunningScreen::start(request).value();
+        static_cast<void>(process->takeRecord());
+        EXPECT_TRUE(process->showPage(2));
+        EXPECT_TRUE(!asksApart || process->askApart({kOfMail, kOfMaps}));
+        return process->render().value().record;
+    };
+    const record::Record alone = recordOfSecondPage(false);
+    EXPECT_GT(alone.size(), 10U);
+    EXPECT_EQ(recordOfSecondPage(true), alone);
+}
+
 TEST_F(AskApart, QuestionThatTheSystemDoesNotHaveAsksForNothing) {
     const auto process = start(ProcessKind::app);
     const auto files = process->askApart({{"no such word", "", ""}, kOfMaps});

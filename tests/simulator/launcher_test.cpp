@@ -366,6 +366,23 @@ TEST_F(LauncherTest, NoticeReachesTheLibraryAndShowsInTheNextPicture) {
     EXPECT_FALSE(screen.nextPicture(50ms));
 }
 
+TEST_F(LauncherTest, WhatAProcessNotesBeforeItEndsIsThere) {
+    ScreenRequest request = with(tests::standInLibrary("painting"));
+    request.isRecorded = true;
+    auto running = RunningScreen::start(request);
+    ASSERT_TRUE(running) << toLine(running.error());
+    EXPECT_FALSE((*running)->takeRecord().empty());
+    const auto root = desktop::DeviceRoot::open(folder + "/device");
+    ASSERT_EQ(desktop::postToProcesses(**root, "test.end").value(), 1);
+    const auto screen = (*running)->nextPicture(5s);
+    ASSERT_FALSE(screen);
+    EXPECT_EQ(screen.error().message.rfind("the simulated process crashed with SIGABRT", 0), 0U);
+    const record::Record record = (*running)->takeRecord();
+    ASSERT_FALSE(record.empty());
+    EXPECT_EQ(record.back().subject, "/asked/last") << textOf(record);
+    EXPECT_EQ(record.front().kind, record::EntryKind::callback) << textOf(record);
+}
+
 TEST(SimulatedProcess, ArgumentAloneStartsNothing) {
     std::array<char, 24> argument{"--simulated-process"};
     std::array<char, 8> name{"program"};

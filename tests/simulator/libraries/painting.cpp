@@ -1,7 +1,9 @@
 // A library that replaces the icon images of both systems with plain red squares, and with blue
-// ones after the notification "test.blue". Each asks the platform twice.
+// ones after the notification "test.blue". Each asks the platform twice. After "test.end" it asks
+// for two files and ends its process with a signal.
 #include "platform/platform.h"
 
+#include <cstdlib>
 #include <functional>
 #include <optional>
 #include <string>
@@ -61,6 +63,15 @@ ImageRef square() {
             platform().log.write("heard " + name);
         },
         "test.blue", nullptr, SuspensionBehavior::coalesce);
+    services.darwinNotifications.addObserver(
+        nullptr,
+        [](DarwinNotificationCenter&, void*, const std::string&, const void*, const Dictionary*) {
+            FileManager& files = platform().fileManager;
+            static_cast<void>(files.fileExistsAtPath("/long/" + std::string(70000, 'x')));
+            static_cast<void>(files.fileExistsAtPath("/asked/last"));
+            std::abort();
+        },
+        "test.end", nullptr, SuspensionBehavior::coalesce);
 }
 
 }  // namespace
