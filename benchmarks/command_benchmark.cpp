@@ -115,6 +115,7 @@ void addAll(const tests::TemporaryFolder& folder) {
     add("start-up/--version", {"--version"}, 0, kTurns);
     add("start-up/--help", {"--help"}, 0, kTurns);
     add("start-up/usage error", {"preview"}, 2, kTurns);
+    add("start-up/mistyped option", {"preview", "--outptu"}, 2, kTurns);
     add("preview/phone-667, scale 2", preview({"--device", "phone-667"}), 0, 2 * kTurnsOfLong);
     for (const std::string& screen : screens()) {
         add("screen of a phone, scale 3/" + screen, preview({"--screen", screen}), 0, kTurnsOfLong);

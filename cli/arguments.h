@@ -40,9 +40,10 @@ inline constexpr Option kColorOption{
 inline constexpr std::array kCommonOptions{kColorOption, kHelpOption};
 
 // The options of the program itself.
-inline constexpr std::array<Option, 2> kProgramOptions{
+inline constexpr std::array<Option, 3> kProgramOptions{
     {{"--help", "-h", "", "show this text; velmoranth COMMAND --help shows a command's"},
-     {"--version", "", "", "show the version"}}};
+     {"--version", "", "", "show the version"},
+     {"--libraries", "", "", "show what draws vector images here, and of which version"}}};
 
 inline constexpr std::string_view kExitCodes =
     "0 done, 1 nothing found or not all done, 2 wrong usage, 3 bad input, 130 interrupted";

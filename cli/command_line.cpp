@@ -1,10 +1,8 @@
 #include "cli/command_line.h"
 
 #include "cli/choice.h"
-#include "cli/commands.h"
 #include "cli/help.h"
 #include "cli/nearest.h"
-#include "desktop/vector_images/vector_images.h"
 
 #include <algorithm>
 #include <array>
@@ -22,8 +20,8 @@ struct Chosen {
     std::size_t words = 0;
 };
 
-Chosen choose(const std::vector<std::string>& words) {
-    for (const Command& command : commands()) {
+Chosen choose(std::span<const Command> commands, const std::vector<std::string>& words) {
+    for (const Command& command : commands) {
         if (words.front() == command.name) {
             return {&command, 1};
         }
@@ -35,9 +33,9 @@ Chosen choose(const std::vector<std::string>& words) {
 }
 
 // The commands that begin with this word and need another: "device".
-std::vector<const Command*> group(const std::string& word) {
+std::vector<const Command*> group(std::span<const Command> commands, const std::string& word) {
     std::vector<const Command*> found;
-    for (const Command& command : commands()) {
+    for (const Command& command : commands) {
         if (command.name.starts_with(word + " ")) {
             found.push_back(&command);
         }
@@ -45,16 +43,15 @@ std::vector<const Command*> group(const std::string& word) {
     return found;
 }
 
-ExitCode unknownCommand(const std::vector<std::string>& words) {
+ExitCode unknownCommand(std::span<const Command> commands, const std::vector<std::string>& words) {
     const std::string& first = words.front();
     if (first.size() > 1 && first.front() == '-') {
-        static constexpr std::array<std::string_view, 2> kCommandLineOptions{"--help", "--version"};
-        return fail(
-            ExitCode::wrongUsage,
-            "there is no option " + inQuotes(first) +
-                suggestion(first, kCommandLineOptions, "; velmoranth --help lists what there is"));
+        const auto options = std::views::transform(kProgramOptions, &Option::name);
+        return fail(ExitCode::wrongUsage,
+                    "there is no option " + inQuotes(first) +
+                        suggestion(first, options, "; velmoranth --help lists what there is"));
     }
-    const std::vector<const Command*> members = group(first);
+    const std::vector<const Command*> members = group(commands, first);
     const bool isGroup = !members.empty();
     if (isGroup && (words.size() == 1 || words[1].starts_with('-'))) {
         print(groupHelp(first, members));
@@ -63,24 +60,23 @@ ExitCode unknownCommand(const std::vector<std::string>& words) {
     const std::string given = isGroup ? first + " " + words[1] : first;
     const std::string otherwise =
         "; velmoranth " + (isGroup ? first + " " : std::string()) + "--help lists what there is";
-    return fail(
-        ExitCode::wrongUsage,
-        "there is no command " + inQuotes(given) +
-            suggestion(given, std::views::transform(commands(), &Command::name), otherwise));
+    return fail(ExitCode::wrongUsage,
+                "there is no command " + inQuotes(given) +
+                    suggestion(given, std::views::transform(commands, &Command::name), otherwise));
 }
 
 // Of the command, or of the commands, that the words name.
-ExitCode help(std::span<const std::string> named) {
+ExitCode help(std::span<const Command> commands, std::span<const std::string> named) {
     const std::vector<std::string> words(named.begin(), named.end());
-    const Chosen chosen = choose(words);
-    const std::vector<const Command*> members = group(words.front());
+    const Chosen chosen = choose(commands, words);
+    const std::vector<const Command*> members = group(commands, words.front());
     if (chosen.command != nullptr && chosen.words == words.size()) {
         print(commandHelp(*chosen.command));
     } else if (!members.empty() && words.size() == 1) {
         print(members.size() == 1 ? commandHelp(*members.front())
                                   : groupHelp(words.front(), members));
     } else {
-        return unknownCommand(words);
+        return unknownCommand(commands, words);
     }
     return ExitCode::done;
 }
@@ -96,26 +92,31 @@ std::optional<Colors> colorsOf(const Arguments& arguments) {
     return word == kColorWords.end() ? std::nullopt : std::optional(word->second);
 }
 
-ExitCode run(const std::vector<std::string>& words) {
+ExitCode run(const Program& program, const std::vector<std::string>& words) {
+    const std::span<const Command> commands = program.commands;
     if (words.empty()) {
         return fail(ExitCode::wrongUsage, "a command is missing; velmoranth --help lists them");
     }
     if (words.front() == "--help" || words.front() == "-h" ||
         (words.front() == "help" && words.size() == 1)) {
-        print(programHelp(commands()));
+        print(programHelp(commands));
         return ExitCode::done;
     }
     if (words.front() == "help") {
-        return help(std::span(words).subspan(1));
+        return help(commands, std::span(words).subspan(1));
     }
     if (words.front() == "--version") {
-        print("velmoranth " VELMORANTH_VERSION " (" + desktop::vectorLibraries() + ")\n");
+        print("velmoranth " VELMORANTH_VERSION "\n");
         return ExitCode::done;
     }
-    const Chosen chosen = choose(words);
+    if (words.front() == "--libraries") {
+        return program.showLibraries();
+    }
+    const Chosen chosen = choose(commands, words);
     if (chosen.command == nullptr) {
         const bool asksForHelp = words.size() > 1 && (words[1] == "--help" || words[1] == "-h");
-        return asksForHelp ? help(std::span(words).first(1)) : unknownCommand(words);
+        return asksForHelp ? help(commands, std::span(words).first(1))
+                           : unknownCommand(commands, words);
     }
     const auto arguments =
         Arguments::parse(*chosen.command, std::span(words).subspan(chosen.words));
@@ -140,25 +141,8 @@ ExitCode run(const std::vector<std::string>& words) {
 
 }  // namespace
 
-std::span<const Command> commands() {
-    static const std::array kCommands{previewCommand(),        explainCommand(),
-                                      namesCommand(),          newCommand(),
-                                      lintCommand(),           convertCommand(),
-                                      packCommand(),           extractCommand(),
-                                      dumpCommand(),           deviceInitCommand(),
-                                      deviceInstallCommand(),  deviceUninstallCommand(),
-                                      deviceRespringCommand(), hooksCommand(),
-                                      notifyCommand(),         soundCommand(),
-                                      settingsListCommand(),   settingsGetCommand(),
-                                      settingsSetCommand(),    settingsUnsetCommand(),
-                                      settingsSaveCommand(),   settingsRenameCommand(),
-                                      settingsDeleteCommand(), settingsRestoreCommand(),
-                                      completionCommand(),     manCommand()};
-    return kCommands;
-}
-
-int runCommandLine(const std::vector<std::string>& words) {
-    ExitCode code = run(words);
+int runCommandLine(const Program& program, const std::vector<std::string>& words) {
+    ExitCode code = run(program, words);
     if (!flushResults() && code == ExitCode::done) {
         code = fail(ExitCode::badInput, "standard output cannot be written");
     }

@@ -1,9 +1,17 @@
-// The commands, each made in the file of its name; command_line.cpp lists them.
+// The commands, each made in the file of its name.
 #pragma once
 
 #include "cli/arguments.h"
 
+#include <span>
+
 namespace velmoranth::cli {
+
+// Every command, in the order of the help text.
+[[nodiscard]] std::span<const Command> commands();
+
+// What draws vector images here.
+[[nodiscard]] ExitCode showLibraries();
 
 [[nodiscard]] Command previewCommand();
 [[nodiscard]] Command explainCommand();

@@ -2,7 +2,6 @@
 #include "cli/completion.h"
 
 #include "cli/choice.h"
-#include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/manual.h"
 #include "cli/messages.h"
@@ -70,6 +69,15 @@ std::string secondWords(std::span<const Command> commands, std::string_view firs
     return joined(words);
 }
 
+// Each behind a blank.
+std::string programOptions() {
+    std::string text;
+    for (const Option& option : kProgramOptions) {
+        text.append(" ").append(option.name);
+    }
+    return text;
+}
+
 std::string bash(std::span<const Command> commands) {
     std::string text =
         "# bash completion for velmoranth\n"
@@ -77,7 +85,7 @@ std::string bash(std::span<const Command> commands) {
         "    local word=${COMP_WORDS[COMP_CWORD]} words=\n"
         "    if [[ $COMP_CWORD == 1 ]]; then\n"
         "        words=" +
-        asWord(joined(firstWords(commands)) + " --help --version") +
+        asWord(joined(firstWords(commands)) + programOptions()) +
         "\n"
         "    elif [[ $COMP_CWORD == 2 && $word != -* ]]; then\n"
         "        case ${COMP_WORDS[1]} in\n"
@@ -142,8 +150,8 @@ std::string zsh(std::span<const Command> commands) {
         "_velmoranth() {\n"
         "    if (( CURRENT == 2 )); then\n"
         "        compadd -- " +
-        joined(firstWords(commands)) +
-        " --help --version\n"
+        joined(firstWords(commands)) + programOptions() +
+        "\n"
         "        return\n"
         "    fi\n"
         "    local command=$words[2]\n"

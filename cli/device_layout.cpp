@@ -27,8 +27,9 @@ constexpr std::array<std::string_view, 10> kPaths{
     "/var/mobile/Library/VelMoranth/UserSettings/Cal.plist",
 };
 
+// In the build folder, and from libexec/velmoranth.
 constexpr std::array<std::string_view, 2> kPlaces{"share/velmoranth/layout",
-                                                  "../share/velmoranth/layout"};
+                                                  "../../share/velmoranth/layout"};
 
 }  // namespace
 

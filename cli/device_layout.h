@@ -11,8 +11,8 @@
 namespace velmoranth::cli {
 
 // The panel's sounds, the factory preferences, the calendar, and where each lies on this machine:
-// in share/velmoranth/layout beside the program, else in ../share/velmoranth/layout. Fails with the
-// places that were tried when neither is there; whether it is complete shows when the files are
+// in share/velmoranth/layout beside the program, else in ../../share/velmoranth/layout. Fails with
+// the places that were tried when neither is there; whether it is complete shows when the files are
 // read.
 [[nodiscard]] desktop::Result<std::vector<desktop::InstalledFile>> findInstalledFiles();
 

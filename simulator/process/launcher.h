@@ -40,7 +40,7 @@ struct ScreenRequest {
     // Off: the stock screen, nothing replaced.
     bool loadEngine = true;
     // The engine's shared library; empty looks for VelMoranth.so where this program is, then in
-    // ../lib/velmoranth beside it.
+    // ../../lib/velmoranth beside it.
     std::string enginePath = {};
     int page = 1;  // of a screen that has pages, from 1; past the last one shows the last
     ScreenKind screen = ScreenKind::home;

@@ -35,7 +35,7 @@ desktop::Result<std::string> findBesideProgram(std::string_view what,
 }
 
 desktop::Result<std::string> findEngine() {
-    const std::string installed = std::string("../lib/velmoranth/") + kEngineFileName;
+    const std::string installed = std::string("../../lib/velmoranth/") + kEngineFileName;
     const std::array<std::string_view, 2> places{kEngineFileName, installed};
     return findBesideProgram("the engine's library", places);
 }

@@ -17,7 +17,7 @@ inline constexpr const char* kEngineFileName = "VelMoranth.so";
 [[nodiscard]] desktop::Result<std::string> findBesideProgram(
     std::string_view what, std::span<const std::string_view> places);
 
-// The library of this program: beside it, else in ../lib/velmoranth. Fails with the places that
+// The library of this program: beside it, else in ../../lib/velmoranth. Fails with the places that
 // were tried.
 [[nodiscard]] desktop::Result<std::string> findEngine();
 

@@ -111,11 +111,16 @@ TEST(DeviceInit, PlaceThatCannotBeWrittenToIsOneLine) {
 class MovedCommand : public testing::Test {
   protected:
     MovedCommand() {
-        folder.folder("bin");
+        place(tests::kCommand, "bin/velmoranth");
+        place(std::string(tests::kCommand) + "-device", "bin/velmoranth-device");
+    }
+
+    void place(const std::string& program, const std::string& where) const {
+        folder.folder(fs::path(where).parent_path());
         std::error_code error;
-        fs::create_hard_link(tests::kCommand, folder / "bin/velmoranth", error);
+        fs::create_hard_link(program, folder / where, error);
         if (error) {
-            fs::copy_file(tests::kCommand, folder / "bin/velmoranth");
+            fs::copy_file(program, folder / where);
         }
     }
 
@@ -143,7 +148,7 @@ class MovedCommand : public testing::Test {
 TEST_F(MovedCommand, WithoutALayoutSaysWhereItLooked) {
     EXPECT_EQ(said(),
               "velmoranth: error: the folder of what is installed on a device was not found; tried "
-              "HERE/bin/share/velmoranth/layout and HERE/bin/../share/velmoranth/layout\n3\n");
+              "HERE/bin/share/velmoranth/layout and HERE/bin/../../share/velmoranth/layout\n3\n");
     EXPECT_FALSE(fs::exists(folder / "new"));
 }
 
@@ -152,9 +157,25 @@ TEST_F(MovedCommand, FindsTheLayoutBesideIt) {
     EXPECT_EQ(said(), "new: a fresh device\n0\n");
 }
 
-TEST_F(MovedCommand, FindsTheLayoutOfAnInstallation) {
+TEST_F(MovedCommand, FindsItsPartsInAnInstallation) {
     copyLayout("share/velmoranth/layout");
+    folder.folder("libexec/velmoranth");
+    fs::rename(folder / "bin/velmoranth-device", folder / "libexec/velmoranth/velmoranth-device");
     EXPECT_EQ(said(), "new: a fresh device\n0\n");
+}
+
+TEST_F(MovedCommand, WithoutWhatDrawsSaysWhereItLooked) {
+    copyLayout("bin/share/velmoranth/layout");
+    fs::remove(folder / "bin/velmoranth-device");
+    EXPECT_EQ(said(),
+              "velmoranth: error: the program that draws was not found; tried "
+              "HERE/bin/velmoranth-device and HERE/bin/../libexec/velmoranth/velmoranth-device; "
+              "install velmoranth again\n3\n");
+    folder.file("bin/velmoranth-device", "");
+    EXPECT_EQ(said(),
+              "velmoranth: error: HERE/bin/velmoranth-device: the program that draws cannot be "
+              "started: Permission denied\n3\n");
+    EXPECT_FALSE(fs::exists(folder / "new"));
 }
 
 TEST_F(MovedCommand, WithoutOneOfTheFilesNamesIt) {

@@ -1,7 +1,7 @@
 // What holds for every command, whatever it does: colours, JSON, exit codes, and that an
 // interruption leaves all as it was or as it was to become. A command that the tables here lack
 // fails.
-#include "cli/command_line.h"
+#include "cli/commands.h"
 #include "cli/manual.h"
 #include "desktop/image_io/image_io.h"
 #include "tests/cli/command.h"

@@ -46,6 +46,8 @@ def main():
                sorted(path.relative_to(source / "examples/themes/Kilnware.theme")
                       for path in (source / "examples/themes/Kilnware.theme").rglob("*")))
         expect("beside the command", sorted(path.name for path in (place / "bin").iterdir()), ["velmoranth"])
+        expect("beside the command's work", sorted(path.name for path in (place / "libexec/velmoranth").iterdir()),
+               ["velmoranth-device"])
         expect("what is loaded", sorted(path.name for path in (place / "lib/velmoranth").iterdir()), ["VelMoranth.so"])
 
         # Help lists the commands; each has a page.

@@ -39,7 +39,8 @@ class OrdinaryUser {
     void copyCommand() {
         namespace fs = std::filesystem;
         const fs::path built = program_;
-        const std::array names{built.filename(), fs::path("VelMoranth.so"), fs::path("share")};
+        const std::array names{built.filename(), fs::path("velmoranth-device"),
+                               fs::path("VelMoranth.so"), fs::path("share")};
         for (const fs::path& name : names) {
             fs::copy(built.parent_path() / name, copy_ / name.string(),
                      fs::copy_options::recursive);
