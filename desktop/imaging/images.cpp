@@ -4,6 +4,8 @@
 
 #include "record/recorder.h"
 
+#include <algorithm>
+#include <functional>
 #include <string_view>
 #include <utility>
 
@@ -76,18 +78,42 @@ platform::ImageRef DesktopImages::imageWithContentsOfFile(const std::string& pat
             record::noteTried(candidate, file.error().message);
             continue;
         }
+        const Content content = {file->size(),
+                                 std::hash<std::string_view>{}(
+                                     {reinterpret_cast<const char*>(file->data()), file->size()})};
+        if (const auto bitmap = heldBitmap(content)) {
+            record::noteTried(candidate, "");
+            return makeImage(bitmap, scaleFromPath(candidate));
+        }
         Result<DecodedImage> decoded = decodeImage(*file, configuration_.decodeLimits);
         if (!decoded) {
             record::noteTried(candidate, decoded.error().message);
             continue;
         }
         if (const auto bitmap = DesktopBitmapImage::create(std::move(*decoded))) {
+            hold(content, bitmap);
             record::noteTried(candidate, "");
             return makeImage(bitmap, scaleFromPath(candidate));
         }
         record::noteTried(candidate, "the image is too large");
     }
     return nullptr;
+}
+
+std::shared_ptr<DesktopBitmapImage> DesktopImages::heldBitmap(const Content& content) {
+    const std::scoped_lock lock(holding_);
+    const auto held = held_.find(content);
+    return held == held_.end() ? nullptr : held->second.lock();
+}
+
+void DesktopImages::hold(const Content& content,
+                         const std::shared_ptr<DesktopBitmapImage>& bitmap) {
+    const std::scoped_lock lock(holding_);
+    if (held_.size() >= mostHeld_) {
+        std::erase_if(held_, [](const auto& entry) { return entry.second.expired(); });
+        mostHeld_ = std::max(mostHeld_, 2 * held_.size());
+    }
+    held_[content] = bitmap;
 }
 
 platform::ImageRef DesktopImages::imageWithCGImage(const platform::BitmapImageRef& bitmap) {

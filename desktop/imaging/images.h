@@ -7,9 +7,12 @@
 #include "desktop/imaging/image_contexts.h"
 #include "platform/uikit.h"
 
+#include <compare>
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -48,7 +51,9 @@ class DesktopImages final : public platform::Images {
     // Without one the answer is nil.
     void setSendApplicationIconImage(SendApplicationIconImage send);
 
-    // A sibling that is missing or no image is passed over.
+    // A sibling that is missing or no image is passed over. The file is read each time; while an
+    // image of the same bytes is somewhere, its bitmap is given again, so that a picture that many
+    // views show is decoded and held once. Safe to call from several threads.
     [[nodiscard]] platform::ImageRef imageWithContentsOfFile(const std::string& path) override;
     [[nodiscard]] platform::ImageRef imageWithCGImage(
         const platform::BitmapImageRef& bitmap) override;
@@ -63,9 +68,23 @@ class DesktopImages final : public platform::Images {
                                                double scale) const;
 
   private:
+    // What stands for the bytes of a file.
+    struct Content {
+        std::size_t size = 0;
+        std::size_t hash = 0;
+
+        friend auto operator<=>(const Content&, const Content&) = default;
+    };
+
+    [[nodiscard]] std::shared_ptr<DesktopBitmapImage> heldBitmap(const Content& content);
+    void hold(const Content& content, const std::shared_ptr<DesktopBitmapImage>& bitmap);
+
     Configuration configuration_;
     const DesktopImageContexts& contexts_;
     SendApplicationIconImage send_;
+    std::mutex holding_;
+    std::map<Content, std::weak_ptr<DesktopBitmapImage>> held_;
+    std::size_t mostHeld_ = 64;  // then those that are gone are let go
 };
 
 }  // namespace velmoranth::desktop

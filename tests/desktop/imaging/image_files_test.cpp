@@ -164,6 +164,48 @@ TEST_F(ImagesInARoot, AreReadAfreshEveryTime) {
     EXPECT_EQ(first->size().width, 10);
 }
 
+// However many views show a picture, its pixels are there once.
+TEST_F(ImagesInARoot, OfTheSameBytesShareTheirBitmap) {
+    png("/x.png", 10);
+    png("/x@2x.png", 10);
+    png("/other.png", 11);
+    DesktopImages service = images(1);
+    const ImageRef first = service.imageWithContentsOfFile("/x.png");
+    const ImageRef again = service.imageWithContentsOfFile("/x.png");
+    const ImageRef twice = service.imageWithContentsOfFile("/x@2x.png");
+    EXPECT_NE(first, again);
+    EXPECT_EQ(first->bitmap(), again->bitmap());
+    EXPECT_EQ(first->bitmap(), twice->bitmap());
+    EXPECT_EQ(twice->scale(), 2);
+    EXPECT_NE(first->bitmap(), service.imageWithContentsOfFile("/other.png")->bitmap());
+}
+
+TEST_F(ImagesInARoot, OfOtherBytesAreAnotherBitmapWhateverTheirNumber) {
+    DesktopImages service = images(1);
+    const auto fileOf = [](std::uint8_t red) {
+        return encodePng(platform::Data{0, 0, red, 255}, 1, 1, 4);
+    };
+    // One file, as long as before, at once.
+    file("/x.png", fileOf(1));
+    const ImageRef first = service.imageWithContentsOfFile("/x.png");
+    file("/x.png", fileOf(2));
+    const ImageRef second = service.imageWithContentsOfFile("/x.png");
+    EXPECT_EQ(pixelsOf(first->bitmap()), (std::vector<Bgra>{{0, 0, 1, 255}}));
+    EXPECT_EQ(pixelsOf(second->bitmap()), (std::vector<Bgra>{{0, 0, 2, 255}}));
+}
+
+TEST_F(ImagesInARoot, ShareABitmapAmongManyThatComeAndGo) {
+    DesktopImages service = images(1);
+    png("/x.png", 300);
+    const ImageRef kept = service.imageWithContentsOfFile("/x.png");
+    for (std::size_t side = 1; side < 200; ++side) {
+        png("/y.png", side);
+        EXPECT_EQ(service.imageWithContentsOfFile("/y.png")->size().width,
+                  static_cast<double>(side));
+    }
+    EXPECT_EQ(service.imageWithContentsOfFile("/x.png")->bitmap(), kept->bitmap());
+}
+
 TEST_F(ImagesInARoot, FromABitmapAreAtScaleOne) {
     DesktopImages service = images(3);
     const ImageRef image = service.imageWithCGImage(bitmap(4, 2, distinct(8)));
