@@ -24,7 +24,6 @@ namespace {
 constexpr const char* kList = "Info.plist";
 constexpr std::string_view kIconFolder = "IconBundles/";
 constexpr std::string_view kLargeEnding = "-large.png";
-constexpr const char* kCalendarIcon = "IconBundles/com.apple.mobilecal-large.png";
 
 // A text of the icon: its settings, and as style sheets have it.
 struct TextRow {
@@ -164,12 +163,8 @@ class CalendarList {
         }
     }
 
+    // A list takes the place of the device's own, whether it has the texts or not.
     void missing() {
-        const bool hasNone = std::ranges::none_of(
-            kTexts, [this](const TextRow& row) { return list_.contains(row.settings); });
-        if (hasNone && !draft_.has(kCalendarIcon)) {
-            return;
-        }
         for (const TextRow& row : kTexts) {
             if (!list_.contains(row.settings) && calendar_.contains(row.settings)) {
                 list_.insert_or_assign(row.settings, installed(row.settings));

@@ -109,14 +109,25 @@ bool isTheme(const Node& node, const std::string& name) {
     return hasThemeFolder(node) || isNamedTheme(name) || holdsIcons(node);
 }
 
+bool holdsPicturesNamedForApps(const Node& node) {
+    return std::ranges::any_of(node.files,
+                               [](const ThemeFile& file) { return isNamedForApp(file.name); });
+}
+
+enum class Mark {
+    certain,  // a theme's folders, its name, or icons
+    loose,    // or pictures that are called as apps are
+};
+
 class Finder {
   public:
     // `splits` off: what lies in a theme belongs to it, whatever it is called.
-    Finder(std::vector<FoundTheme>& themes, bool splits) : themes_(themes), splits_(splits) {}
+    Finder(std::vector<FoundTheme>& themes, bool splits, Mark mark = Mark::certain)
+        : themes_(themes), splits_(splits), mark_(mark) {}
 
     // Takes the themes in and below the node.
     void look(const Node& node, const std::string& path, const std::string& name, bool isTop) {
-        if (isTheme(node, name)) {
+        if (isMarked(node, name)) {
             take(node, path, name, isTop);
             return;
         }
@@ -159,11 +170,16 @@ class Finder {
     }
 
     [[nodiscard]] bool isNestedTheme(const Node& node, const std::string& name) const {
-        return splits_ && !isClutter(name) && isTheme(node, name);
+        return splits_ && !isClutter(name) && isMarked(node, name);
+    }
+
+    [[nodiscard]] bool isMarked(const Node& node, const std::string& name) const {
+        return isTheme(node, name) || (mark_ == Mark::loose && holdsPicturesNamedForApps(node));
     }
 
     std::vector<FoundTheme>& themes_;
     bool splits_;
+    Mark mark_;
 };
 
 Result<Node> readTree(const std::string& folder) {
@@ -217,7 +233,12 @@ Result<std::vector<FoundTheme>> findThemesIn(const std::string& folder) {
         return tl::unexpected(root.error());
     }
     std::vector<FoundTheme> themes;
-    Finder(themes, true).look(*root, folder, nameOfFolder(folder), true);
+    // A picture beside themes may well be called "Photos.png" and be no icon.
+    for (const Mark mark : {Mark::certain, Mark::loose}) {
+        if (themes.empty()) {
+            Finder(themes, true, mark).look(*root, folder, nameOfFolder(folder), true);
+        }
+    }
     sortFiles(themes);
     return themes;
 }

@@ -41,9 +41,10 @@ struct FoundTheme {
 };
 
 // Every folder that a theme's own folders begin in (IconBundles, Bundles and so on), every folder
-// named NAME.theme, and every folder that pictures named for apps lie in; in the order of their
-// paths. A theme inside of another one is a theme of its own. Links are not followed. A problem
-// when the folder cannot be read, or holds more than 100,000 entries or 2 GiB.
+// named NAME.theme, and every folder that pictures with identifiers of apps lie in; without any of
+// these, every one that pictures called as apps are lie in. In the order of their paths. A theme
+// inside of another one is a theme of its own. Links are not followed. A problem when the folder
+// cannot be read, or holds more than 100,000 entries or 2 GiB.
 [[nodiscard]] desktop::Result<std::vector<FoundTheme>> findThemesIn(const std::string& folder);
 
 // The same below what a package of themes has them in, "Library/Themes" and the like; with

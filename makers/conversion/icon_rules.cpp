@@ -1,6 +1,7 @@
 #include "makers/conversion/icon_rules.h"
 
 #include "makers/conversion/known_apps.h"
+#include "makers/conversion/letter_case.h"
 #include "makers/conversion/names.h"
 
 #include <algorithm>
@@ -45,6 +46,23 @@ Repair whyNoIcon(std::string_view base) {
         }
     }
     return base.find(' ') == std::string_view::npos ? Repair::none : Repair::leftover;
+}
+
+// The same where a name of an app was expected.
+Repair whyNoAppName(std::string_view base) {
+    const Repair why = whyNoIcon(base);
+    const bool isCopy = identifierOfName(base.substr(0, base.rfind(' '))).has_value();
+    return why == Repair::leftover && base.find(' ') != std::string_view::npos && !isCopy
+               ? Repair::none
+               : why;
+}
+
+// Pictures of other formats, which apps' icons are not looked for in.
+bool isOtherPicture(std::string_view file) {
+    const std::string lower = lowerCase(file);
+    return std::ranges::any_of(
+        std::array{".jpg", ".jpeg", ".gif", ".heic", ".webp", ".bmp", ".tif", ".tiff", ".svg"},
+        [&](const char* ending) { return lower.ends_with(ending); });
 }
 
 bool takeLarge(PictureName& name) {
@@ -105,12 +123,17 @@ class Icons {
         // Some of them are taken on the way.
         std::vector<std::string> files;
         for (const auto& [file, size] : draft.rest()) {
-            if (isPng(file)) {
-                files.push_back(file);
-            }
+            files.push_back(file);
         }
+        isLoose_ = std::ranges::none_of(files, [](const std::string& file) {
+            return isThemeFolder(file.substr(0, file.find('/')));
+        });
         for (const std::string& file : files) {
-            find(file);
+            if (isPng(file)) {
+                find(file);
+            } else if (isLoose_ && folderOf(file).empty() && isOtherPicture(file)) {
+                draft_.leaveOut(file, "icons are PNG files; save it as one", Repair::none);
+            }
         }
     }
 
@@ -139,7 +162,9 @@ class Icons {
             } else {
                 add(candidate.name.base, candidate);
             }
-        } else if (folder == kNamed) {
+        } else if (folder == kNamed || (folder.empty() && isLoose_)) {
+            findNamed(candidate);
+        } else if (folder.empty() && identifierOfName(candidate.name.base) && isSquare(file)) {
             findNamed(candidate);
         } else if (folder.starts_with(kBundles)) {
             const std::string_view identifier = folder.substr(kBundles.size());
@@ -163,6 +188,8 @@ class Icons {
         } else if (isIdentifier(base) && whyNoIcon(base) == Repair::none) {
             candidate.place = Place::byIdentifier;
             add(base, candidate);
+        } else if (const Repair why = whyNoAppName(base); why != Repair::none) {
+            draft_.leaveOut(candidate.file, why);
         } else {
             draft_.leaveOut(candidate.file, "no app of that name is known", Repair::none);
         }
@@ -180,6 +207,16 @@ class Icons {
             }
         }
         draft_.pictures().load(names);
+    }
+
+    // Of a picture that may be of something else: a screen, say.
+    bool isSquare(const std::string& file) const {
+        if (draft_.pictures().isByNames()) {
+            return false;
+        }
+        draft_.pictures().load({file});
+        const PictureFacts& picture = draft_.pictures().facts(file);
+        return picture.isPicture() && picture.isSquare();
     }
 
     const PictureFacts& facts(const Candidate& candidate) const {
@@ -252,8 +289,18 @@ class Icons {
             draft_.take(best.file);
         }
         std::vector<Candidate> others(candidates.begin() + 1, candidates.end());
+        if (best.file == target) {
+            std::erase_if(others, [&](const Candidate& other) { return isBeside(other, target); });
+        }
         leaveOut(others, best.file + " is taken for the app", target);
         return best.file;
+    }
+
+    // Whether screens of its scale take it in the place of the other one, whose name it has.
+    static bool isBeside(const Candidate& candidate, const std::string& target) {
+        return candidate.name.scale > 1 && candidate.name.device.empty() &&
+               candidate.file == target.substr(0, target.size() - std::string_view(".png").size()) +
+                                     "@" + std::to_string(candidate.name.scale) + "x.png";
     }
 
     static std::string targetOf(const std::string& identifier) {
@@ -280,6 +327,7 @@ class Icons {
     }
 
     Draft& draft_;
+    bool isLoose_ = false;  // whether it has none of a theme's own folders
     std::map<std::string, std::vector<Candidate>> candidates_;
 };
 
@@ -296,6 +344,11 @@ bool isApp(std::string_view identifier) {
         }
     }
     return !lower.starts_with("com.apple.") && lower.find('.') != std::string::npos;
+}
+
+bool isNamedForApp(std::string_view file) {
+    bool isLarge = false;
+    return isPng(file) && !isClutter(file) && identifierOfName(iconName(file, isLarge).base);
 }
 
 bool isSurelyIcon(std::string_view file) {

@@ -12,6 +12,9 @@ namespace velmoranth::makers {
 // name is that of a known app or has two dots in it.
 [[nodiscard]] bool isSurelyIcon(std::string_view file);
 
+// Whether it is called as an app is: "Safari@3x.png". Pictures of other things may be, too.
+[[nodiscard]] bool isNamedForApp(std::string_view file);
+
 // Whether a bundle has an icon on the home screen, as far as its identifier says.
 [[nodiscard]] bool isApp(std::string_view identifier);
 

@@ -18,7 +18,7 @@ struct KnownApp {
 
 // Besides those of a fresh device: apps that themes have icons for, older names of the fresh
 // device's, and identifiers without a dot.
-constexpr std::array<KnownApp, 36> kMoreApps{{
+constexpr std::array<KnownApp, 34> kMoreApps{{
     {"com.apple.mobileme.fmip1", "Find My iPhone"},
     {"com.apple.mobileme.fmf1", "Find My Friends"},
     {"com.apple.findmy", "Find My"},
@@ -48,31 +48,39 @@ constexpr std::array<KnownApp, 36> kMoreApps{{
     {"com.apple.DocumentsApp", "iCloud Drive"},
     {"com.apple.mobileslideshow", "Camera Roll"},
     {"com.apple.Health", "Healthbook"},
-    {"com.google.ios.youtube", "You Tube"},
     {"com.google.chrome.ios", "Google Chrome"},
-    {"com.apple.AppStore", "AppStore"},
     {"crash-reporter", "Crash Reporter"},
     {"imgurmobile", "Imgur"},
     {"pinterest", "Pinterest"},
     {"stumbleupon", "StumbleUpon"},
 }};
 
-// Identifiers by what `key` gives of an app in lower case; the fresh device's first.
-std::map<std::string, std::string_view> identifiersBy(std::string_view simulator::App::* deviceKey,
-                                                      std::string_view KnownApp::* key) {
-    std::map<std::string, std::string_view> identifiers;
+// What names of apps have in common that mean the same one: in files a blank is written in several
+// ways, or not at all.
+std::string withoutBlanks(std::string_view name) {
+    std::string text = lowerCase(name);
+    std::erase_if(text, [](char c) { return c == ' ' || c == '_' || c == '-'; });
+    return text;
+}
+
+using Identifiers = std::map<std::string, std::string_view>;
+
+// By what `alike` makes of an app's key; the fresh device's first.
+Identifiers identifiersBy(std::string_view simulator::App::* deviceKey,
+                          std::string_view KnownApp::* key,
+                          std::string (*alike)(std::string_view)) {
+    Identifiers identifiers;
     for (const simulator::App* const app : simulator::allApps(simulator::stockApps())) {
-        identifiers.try_emplace(lowerCase(app->*deviceKey), app->bundleIdentifier);
+        identifiers.try_emplace(alike(app->*deviceKey), app->bundleIdentifier);
     }
     for (const KnownApp& app : kMoreApps) {
-        identifiers.try_emplace(lowerCase(app.*key), app.identifier);
+        identifiers.try_emplace(alike(app.*key), app.identifier);
     }
     return identifiers;
 }
 
-std::optional<std::string_view> find(const std::map<std::string, std::string_view>& identifiers,
-                                     std::string_view key) {
-    const auto found = identifiers.find(lowerCase(key));
+std::optional<std::string_view> find(const Identifiers& identifiers, const std::string& key) {
+    const auto found = identifiers.find(key);
     return found == identifiers.end() ? std::nullopt : std::optional(found->second);
 }
 
@@ -80,13 +88,14 @@ std::optional<std::string_view> find(const std::map<std::string, std::string_vie
 
 std::optional<std::string_view> knownIdentifier(std::string_view identifier) {
     static const auto kIdentifiers =
-        identifiersBy(&simulator::App::bundleIdentifier, &KnownApp::identifier);
-    return find(kIdentifiers, identifier);
+        identifiersBy(&simulator::App::bundleIdentifier, &KnownApp::identifier, lowerCase);
+    return find(kIdentifiers, lowerCase(identifier));
 }
 
 std::optional<std::string_view> identifierOfName(std::string_view name) {
-    static const auto kIdentifiers = identifiersBy(&simulator::App::name, &KnownApp::name);
-    return find(kIdentifiers, name);
+    static const auto kIdentifiers =
+        identifiersBy(&simulator::App::name, &KnownApp::name, withoutBlanks);
+    return find(kIdentifiers, withoutBlanks(name));
 }
 
 }  // namespace velmoranth::makers

@@ -9,6 +9,9 @@ using platform::PropertyList;
 
 constexpr const char* kDate = "CalendarIconDateSettings";
 constexpr const char* kDay = "CalendarIconDaySettings";
+// What is said of a list with neither.
+constexpr const char* kFilledIn =
+    "\nCalendarIconDateSettings as a device has it\nCalendarIconDaySettings as a device has it";
 
 class CalendarLists : public ThemeTest {
   protected:
@@ -55,17 +58,13 @@ TEST_F(CalendarLists, aThemeWithoutAListGetsNone) {
     EXPECT_EQ(made("Info.plist"), "<none>");
 }
 
-TEST_F(CalendarLists, withACalendarBackgroundAListWithoutTextsGetsTheInstalledOnes) {
+TEST_F(CalendarLists, aListWithoutTextsGetsTheInstalledOnes) {
     list("<key>IB-MaskIcons</key><true/>");
-    EXPECT_TRUE(converted().changesNothing());
-    background();
     const Plan plan = converted();
     EXPECT_EQ(PropertyList(settings(kDate)), *platform::objectForKey(calendar(), kDate));
     EXPECT_EQ(PropertyList(settings(kDay)), *platform::objectForKey(calendar(), kDay));
     EXPECT_EQ(madeList().at("IB-MaskIcons"), PropertyList(true));
-    EXPECT_EQ(plan.files.at("Info.plist").why,
-              "CalendarIconDateSettings as a device has it\n"
-              "CalendarIconDaySettings as a device has it");
+    EXPECT_EQ("\n" + plan.files.at("Info.plist").why, kFilledIn);
 }
 
 TEST_F(CalendarLists, aMissingTextIsTheInstalledOneButNoMissingKeyIs) {
@@ -138,7 +137,8 @@ TEST_F(CalendarLists, keysWithoutEffectAreNotedAndStay) {
     const Plan plan = converted();
     EXPECT_EQ(plan.notes, (std::vector<LeftOut>{{"Info.plist", "BadgeSettings has no effect"},
                                                 {"Info.plist", "TintColors has no effect"}}));
-    EXPECT_TRUE(plan.changesNothing());
+    EXPECT_TRUE(madeList().contains("BadgeSettings"));
+    EXPECT_TRUE(madeList().contains("TintColors"));
 }
 
 TEST_F(CalendarLists, fuzzyIdentifiersGetTheIconThatTheyResemble) {
@@ -167,11 +167,11 @@ TEST_F(CalendarLists, aListThatDoesNotParseIsRepairedWhereOneChangeDoesIt) {
     };
     for (const auto& [contents, repair] : rows) {
         file("Info.plist", contents);
-        EXPECT_EQ(converted().files.at("Info.plist").why, repair) << contents;
-        EXPECT_EQ(madeList(), (Dictionary{{"PackageName", "P"}}));
+        EXPECT_EQ(converted().files.at("Info.plist").why, repair + kFilledIn) << contents;
+        EXPECT_EQ(madeList().at("PackageName"), PropertyList("P"));
     }
     // A key's whole text stays, whatever marks it has.
-    list(text("PackageName", "\xE2\x80\x9CP\xE2\x80\x9D"));
+    list(text("PackageName", "\xE2\x80\x9CP\xE2\x80\x9D") + dictionary(kDate) + dictionary(kDay));
     EXPECT_TRUE(converted().changesNothing());
 }
 

@@ -61,6 +61,22 @@ TEST_F(FoundThemes, aFolderOfIconsIsATheme) {
                                     "UIImages, and no pictures named for apps"});
 }
 
+TEST_F(FoundThemes, picturesNamedForAppsAreAThemeWhereNothingElseIsOne) {
+    folder.file("a/Safari.png", "x");
+    folder.file("a/Phone@3x.png", "x");
+    folder.file("a/more/app store-large.png", "x");
+    folder.file("a/more/logo.png", "x");
+    folder.file("a/other/logo.png", "x");
+    EXPECT_EQ(themesIn("a"), (Themes{"a: Phone@3x.png Safari.png other/logo.png",
+                                     "a/more: app store-large.png logo.png"}));
+    folder.file("a/T.theme/Info.plist", "x");
+    EXPECT_EQ(themesIn("a"), Themes{"a/T.theme: Info.plist"});
+    folder.file("b/Safari.jpg", "x");
+    folder.file("b/__MACOSX/Safari.png", "x");
+    folder.file("b/Safari copy.png", "x");
+    EXPECT_TRUE(themesIn("b").front().ends_with("and no pictures named for apps"));
+}
+
 TEST_F(FoundThemes, aThemeInsideOfAnotherOneIsOneOfItsOwn) {
     folder.file("A.theme/Bundles/b/x.theme/c.png", "x");
     folder.file("A.theme/extras/B.theme/Bundles/a.png", "x");

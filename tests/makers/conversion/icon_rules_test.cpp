@@ -1,5 +1,8 @@
 // App icons, from every place and name that themes have them under.
+#include "simulator/home_screen/apps.h"
 #include "tests/makers/conversion/theme_fixture.h"
+
+#include "makers/conversion/names.h"
 
 namespace velmoranth::makers::icon_rules_test {
 namespace {
@@ -8,12 +11,21 @@ using Names = std::vector<std::string>;
 
 constexpr const char* kMaps = "IconBundles/com.apple.Maps-large.png";
 
-class IconRules : public ThemeTest {};
+class IconRules : public ThemeTest {
+  protected:
+    static Names leftOutOf(const Plan& plan) {
+        Names lines;
+        for (const LeftOut& left : plan.leftOut) {
+            lines.push_back(left.name + ": " + left.why);
+        }
+        return lines;
+    }
+};
 
 TEST_F(IconRules, aLargeIconStaysAsItIsAndIsTakenBeforeLargerPictures) {
     file(kMaps, png(60));
     file("IconBundles/com.apple.Maps@3x.png", png(180, kGreen));
-    file("IconBundles/com.apple.Maps-large@2x.png", png(120, kBlue));
+    file("IconBundles/com.apple.Maps-large~ipad.png", png(152, kBlue));
     const Plan plan = converted();
     EXPECT_EQ(names(), Names{kMaps});
     EXPECT_EQ(made(kMaps), png(60));
@@ -21,6 +33,20 @@ TEST_F(IconRules, aLargeIconStaysAsItIsAndIsTakenBeforeLargerPictures) {
               std::string(kMaps) + " is taken for the app");
     EXPECT_EQ(plan.leftOut.size(), 2U);
     EXPECT_EQ(plan.files.at(kMaps).why, "");
+}
+
+TEST_F(IconRules, whatScreensTakeInTheLargeIconsPlaceStaysBesideIt) {
+    const std::string scaled = "IconBundles/com.apple.Maps-large@3x.png";
+    file(kMaps, png(60));
+    file(scaled, png(180, kGreen));
+    EXPECT_TRUE(converted().changesNothing());
+    // Beside an icon that has another name so far it would show in that one's place.
+    std::filesystem::remove(folder / ("in/T.theme/" + std::string(kMaps)));
+    file("IconBundles/com.apple.Maps@2x.png", png(200));
+    const Plan plan = converted();
+    EXPECT_EQ(names(), Names{kMaps});
+    EXPECT_EQ(made(kMaps), png(200));
+    EXPECT_EQ(why(plan.leftOut, scaled), "IconBundles/com.apple.Maps@2x.png is taken for the app");
 }
 
 TEST_F(IconRules, anIconOfEveryOtherNameBecomesTheLargeOne) {
@@ -63,10 +89,70 @@ TEST_F(IconRules, iconsInAFlatFolderHaveADotOrAreKnown) {
     file("crash-reporter.png", png(60, kBlue));
     file("preview.png", png(300));
     const Plan plan = converted();
-    EXPECT_EQ(names(), (Names{kMaps, "IconBundles/com.vendor.app-large.png",
-                              "IconBundles/crash-reporter-large.png",
-                              "IconBundles/pinterest-large.png", "preview.png"}));
+    EXPECT_EQ(names(),
+              (Names{kMaps, "IconBundles/com.vendor.app-large.png",
+                     "IconBundles/crash-reporter-large.png", "IconBundles/pinterest-large.png"}));
     EXPECT_EQ(made(kMaps), png(120));
+    EXPECT_EQ(leftOutOf(plan), (Names{"preview.png: no app of that name is known"}));
+}
+
+TEST_F(IconRules, everyAppOfADeviceIsFoundByItsNameHoweverItIsWritten) {
+    for (const simulator::App* const app : simulator::allApps(simulator::stockApps())) {
+        const std::string name(app->name);
+        std::string joined = lowerCase(name);
+        std::erase(joined, ' ');
+        std::string lined = name;
+        std::ranges::replace(lined, ' ', '_');
+        const std::string icon = "IconBundles/" + std::string(app->bundleIdentifier) + "-large.png";
+        for (const std::string& spelling : {name, " " + name + " ", joined, lined + "@3x"}) {
+            SCOPED_TRACE(spelling);
+            std::filesystem::remove_all(folder / "in");
+            file(spelling + ".png", png(60));
+            const Plan plan = converted();
+            EXPECT_EQ(names(), Names{icon});
+            EXPECT_EQ(plan.files.begin()->second.why,
+                      "an app's icon is looked for under that name");
+        }
+    }
+}
+
+TEST_F(IconRules, aPictureNamedForAnAppGivesWayToOneWithItsIdentifier) {
+    file("Maps.png", png(180, kGreen));
+    file("com.apple.Maps.png", png(60));
+    file("You Tube.png", png(60, kBlue));
+    file("youtube@2x.png", png(120));
+    const Plan plan = converted();
+    EXPECT_EQ(made(kMaps), png(60));
+    EXPECT_EQ(made("IconBundles/com.google.ios.youtube-large.png"), png(120));
+    EXPECT_EQ(leftOutOf(plan), (Names{"Maps.png: com.apple.Maps.png is taken for the app",
+                                      "You Tube.png: youtube@2x.png is taken for the app"}));
+}
+
+TEST_F(IconRules, whatIsLooseAndNoAppsIsNamedWithTheReason) {
+    file("Maps.png", png(60));
+    file("Maps 2.png", png(60));
+    file("Safari-dark.png", png(60));
+    file("Our logo.png", png(60));
+    file("Mail.jpg", "x");
+    file("notes.txt", "x");
+    const Plan plan = converted();
+    EXPECT_EQ(names(), (Names{kMaps, "notes.txt"}));
+    EXPECT_EQ(leftOutOf(plan),
+              (Names{"Mail.jpg: icons are PNG files; save it as one",
+                     "Maps 2.png: the name looks like one that was left over from editing",
+                     "Our logo.png: no app of that name is known",
+                     "Safari-dark.png: icons for a dark or tinted screen are of newer systems"}));
+}
+
+TEST_F(IconRules, besideAThemesFoldersASquarePictureAloneIsTakenForAnAppsByItsName) {
+    file("UISounds/lock.caf", "x");
+    file("Maps.png", png(60));
+    file("Weather.png", png(750, 1334, kBlue, kBlue));
+    file("preview.png", png(300));
+    file("Mail.jpg", "x");
+    const Plan plan = converted();
+    EXPECT_EQ(names(),
+              (Names{kMaps, "Mail.jpg", "UISounds/lock.caf", "Weather.png", "preview.png"}));
     EXPECT_TRUE(plan.leftOut.empty());
 }
 

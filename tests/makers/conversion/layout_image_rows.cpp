@@ -230,7 +230,8 @@ std::vector<LayoutRow> listRows() {
         .input = {{"IconBundles/com.apple.MobileSMS.other@2x.png", drawing(120, kRed)},
                   {"Info.plist", listOf("<key>FuzzyBundleIdentifiers</key><array><string>com.apple."
                                         "MobileSMS</string></array>")}},
-        .byHand = {{"IconBundles/com.apple.MobileSMS-large.png", drawing(120, kRed)}}};
+        .byHand = {{"IconBundles/com.apple.MobileSMS-large.png", drawing(120, kRed)},
+                   {"Info.plist", textOf(installedCalendar())}}};
     LayoutRow useless =
         listRow("4 keys without an effect",
                 listOf(datesEntry() + daysEntry() + textEntry("BadgeStyle", "color: red") +
