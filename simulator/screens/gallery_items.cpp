@@ -43,6 +43,32 @@ constexpr double kPlatterShare = 0.8;
 // PKIconImageCache.
 using SettingsIcons = Named<"PKIconImageCache", platform::PKIconImageCache>;
 
+// What a theme's file for a part of the home screen is called.
+struct FurnitureFile {
+    std::string_view name;
+    std::string_view onPhones;
+    std::string_view onPads;  // "" where it is the same
+};
+
+constexpr std::array kFurnitureFiles{
+    FurnitureFile{"Search Dot", "Bundles/com.apple.springboard/Spotlight_Pages.png", ""},
+    FurnitureFile{"Current Page Dot", "Bundles/com.apple.springboard/SBPageDotCurrent.png", ""},
+    FurnitureFile{"Page Dot", "Bundles/com.apple.springboard/SBPageDot.png", ""},
+    FurnitureFile{"Badge", "Bundles/com.apple.springboard/SBBadgeBG.png", ""},
+    FurnitureFile{"Pressed Icon", "Bundles/com.apple.mobileicons.framework/AppIconMask.png", ""},
+    FurnitureFile{"Folder Icon", "Velmoranth/Folder.png", "Velmoranth/ipadFolder.png"},
+    FurnitureFile{"Behind Open Folder", "Bundles/com.apple.springboard/ANEMFolderBackground.png",
+                  ""},
+    FurnitureFile{"Dock", "Velmoranth/SBDockBGiphone.png", "Velmoranth/SBDockBGipad.png"}};
+
+std::string furnitureFile(std::string_view name, DeviceKind kind) {
+    const auto* const row = std::ranges::find(kFurnitureFiles, name, &FurnitureFile::name);
+    return row == kFurnitureFiles.end()
+               ? ""
+               : std::string(kind == DeviceKind::pad && !row->onPads.empty() ? row->onPads
+                                                                             : row->onPhones);
+}
+
 std::string_view groupOf(const BundleCatalog& catalog) {
     struct GroupRow {
         std::string_view bundle, group;
@@ -204,8 +230,8 @@ ImageRef GalleryItems::drawn(const ViewRef& view, Size size) const {
 
 void GalleryItems::addFurniture(const char* name, std::function<ImageRef()> before,
                                 std::function<ImageRef()> after) {
-    items_.push_back({"Home Screen", name, std::string(kHomeScreenBundle), GalleryPlate::wallpaper,
-                      std::move(before), std::move(after)});
+    items_.push_back({"Home Screen", name, furnitureFile(name, context_.device.kind),
+                      GalleryPlate::wallpaper, std::move(before), std::move(after)});
 }
 
 void GalleryItems::addFurniture() {

@@ -24,7 +24,9 @@ enum class GalleryPlate { light, sky, wallpaper };
 struct GalleryItem {
     std::string_view group;  // its heading
     std::string name;
-    std::string bundle;  // identifier of its app or bundle; "" for what has none
+    // The identifier of its app or bundle, or the file that a theme replaces it with; "" for what
+    // has neither.
+    std::string bundle;
     GalleryPlate plate = GalleryPlate::light;
     // Nil where there is none. `before` sends no message.
     std::function<platform::ImageRef()> before;

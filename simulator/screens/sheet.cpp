@@ -75,7 +75,11 @@ namespace {
 // How well a line may end before that character: 2 behind a mark, 1 before a capital letter, 0
 // within a word.
 int endingAt(const std::string& text, std::size_t place) {
-    constexpr std::string_view kMarks = "._- @";
+    constexpr std::string_view kMarks = "._- @/";
+    constexpr std::string_view kEnding = ".png";
+    if (text.ends_with(kEnding) && place + kEnding.size() - 1 == text.size()) {
+        return 0;  // it stays with its name
+    }
     const auto isCapital = [](char letter) { return letter >= 'A' && letter <= 'Z'; };
     return kMarks.find(text[place - 1]) != std::string_view::npos  ? 2
            : isCapital(text[place]) && !isCapital(text[place - 1]) ? 1

@@ -217,6 +217,34 @@ TEST_P(GalleryOn, ThemedImagesLieBesideThePlatformsOwn) {
     EXPECT_TRUE(samePixels(stock->item->before(), stock->item->after()));
 }
 
+// Whoever puts a picture under the name below such a part sees it there.
+TEST_P(GalleryOn, PartsOfTheHomeScreenHaveTheNamesOfTheirFiles) {
+    std::vector<std::string> named;
+    {
+        ScreenRequest without = request();  // one process has the engine once
+        without.loadEngine = false;
+        Gallery gallery(without);
+        for (int page = 1; page <= gallery.screen().pageCount(); ++page) {
+            gallery.screen().showPage(page);
+            for (const GalleryCell& cell : gallery.screen().cells()) {
+                if (cell.item->group == "Home Screen") {
+                    // A mask is a gray picture, and hides where it is light.
+                    device.png(cell.item->bundle, 60, 60, kMagenta);
+                    named.push_back(cell.item->name);
+                }
+            }
+        }
+    }
+    EXPECT_EQ(named.size(), 8U);
+    Gallery gallery(request({{"removeDock", true}}));
+    for (const std::string& name : named) {
+        const std::optional<GalleryCell> cell = gallery.find("Home Screen", name);
+        ASSERT_TRUE(cell) << name;
+        EXPECT_FALSE(samePixels(cell->item->before(), cell->item->after()))
+            << name << " by " << cell->item->bundle;
+    }
+}
+
 // A picture that is too large is seen to be that.
 TEST_P(GalleryOn, APairIsShownAtOneScale) {
     ScreenRequest without = request();
@@ -335,6 +363,8 @@ TEST(GalleryText, IsWholeOnAsManyLinesAsItNeeds) {
     EXPECT_EQ(wholeLines("com.MobileBook", style, width("com.MobileB")),
               (Lines{"com.", "MobileBook"}))
         << "a mark goes before a capital letter";
+    EXPECT_EQ(wholeLines("Velmoranth/Folder.png", style, width("Velmoranth/Folder.")),
+              (Lines{"Velmoranth/", "Folder.png"}));
     EXPECT_EQ(wholeLines("magnifyingglass", style, width("magnify")).front(), "magnify");
     // Where not even a character fits, each has a line; none is torn.
     EXPECT_EQ(wholeLines("ää", style, 1), (Lines{"ä", "ä"}));
