@@ -5,6 +5,7 @@
 #include "desktop/plist/property_lists.h"
 #include "platform/foundation.h"
 
+#include "makers/conversion/repairs.h"
 #include "record/operations.h"
 #include "record/words.h"
 #include <fmt/format.h>
@@ -154,6 +155,12 @@ std::string bareFinding(const DeviceOfRun& device, const AskedFile& file) {
     return finding;
 }
 
+// For what is missing.
+std::string cure() {
+    return fmt::format("velmoranth convert {}",
+                       makers::rowOf(makers::Repair::missingSettings).does);
+}
+
 std::vector<CalendarFinding> findingsIn(const Dictionary& list, std::span<const Entry> entries) {
     std::vector<CalendarFinding> findings;
     for (const Entry& entry : entries) {
@@ -210,7 +217,10 @@ std::vector<CalendarFinding> calendarFaults(const DeviceOfRun& device,
 std::vector<std::string> calendarFindings(const DeviceOfRun& device, const record::Record& record) {
     std::vector<std::string> lines;
     for (const CalendarFinding& finding : calendarFaults(device, record)) {
-        lines.push_back(shown(finding.file) + ": " + finding.text);
+        const bool isMissing =
+            finding.fault == CalendarFault::bare || finding.fault == CalendarFault::textMissing;
+        lines.push_back(shown(finding.file) + ": " + finding.text +
+                        (isMissing ? "; " + cure() : ""));
     }
     return lines;
 }

@@ -30,8 +30,8 @@ struct CalendarFinding {
                                                           const record::Record& record);
 
 // A line each, beginning with the list's name: a font that the device lacks, a colour that shows as
-// another one, a value of a wrong kind, a text that nothing is said about. Nothing for the record
-// of another icon. The list is read from the device that the record is of.
+// another one, a value of a wrong kind, a text that nothing is said about, with the cure. Nothing
+// for the record of another icon. The list is read from the device that the record is of.
 [[nodiscard]] std::vector<std::string> calendarFindings(const DeviceOfRun& device,
                                                         const record::Record& record);
 

@@ -4,8 +4,11 @@
 #include "cli/help.h"
 #include "cli/nearest.h"
 
+#include <signal.h>
+
 #include <algorithm>
 #include <array>
+#include <csignal>
 #include <cstddef>
 #include <optional>
 #include <ranges>
@@ -65,6 +68,10 @@ ExitCode unknownCommand(std::span<const Command> commands, const std::vector<std
                     suggestion(given, std::views::transform(commands, &Command::name), otherwise));
 }
 
+bool isHelpOption(const std::string& word) {
+    return word == kHelpOption.name || word == kHelpOption.shortName;
+}
+
 // Of the command, or of the commands, that the words name.
 ExitCode help(std::span<const Command> commands, std::span<const std::string> named) {
     const std::vector<std::string> words(named.begin(), named.end());
@@ -97,8 +104,9 @@ ExitCode run(const Program& program, const std::vector<std::string>& words) {
     if (words.empty()) {
         return fail(ExitCode::wrongUsage, "a command is missing; velmoranth --help lists them");
     }
-    if (words.front() == "--help" || words.front() == "-h" ||
-        (words.front() == "help" && words.size() == 1)) {
+    const bool isHelpAlone =
+        words.front() == "help" && (words.size() == 1 || isHelpOption(words[1]));
+    if (isHelpOption(words.front()) || isHelpAlone) {
         print(programHelp(commands));
         return ExitCode::done;
     }
@@ -114,7 +122,7 @@ ExitCode run(const Program& program, const std::vector<std::string>& words) {
     }
     const Chosen chosen = choose(commands, words);
     if (chosen.command == nullptr) {
-        const bool asksForHelp = words.size() > 1 && (words[1] == "--help" || words[1] == "-h");
+        const bool asksForHelp = words.size() > 1 && isHelpOption(words[1]);
         return asksForHelp ? help(commands, std::span(words).first(1))
                            : unknownCommand(commands, words);
     }
@@ -142,8 +150,16 @@ ExitCode run(const Program& program, const std::vector<std::string>& words) {
 }  // namespace
 
 int runCommandLine(const Program& program, const std::vector<std::string>& words) {
+    // A reader that goes before the end is none of the command's concern: what it has to clean up
+    // it cleans up.
+    std::signal(SIGPIPE, SIG_IGN);
     ExitCode code = run(program, words);
-    if (!flushResults() && code == ExitCode::done) {
+    const bool isPrinted = flushResults();
+    if (isReaderGone()) {
+        // As a shell knows it of other programs.
+        std::signal(SIGPIPE, SIG_DFL);
+        std::raise(SIGPIPE);
+    } else if (!isPrinted && (code == ExitCode::done || code == ExitCode::nothingFound)) {
         code = fail(ExitCode::badInput, "standard output cannot be written");
     }
     return static_cast<int>(code);

@@ -5,7 +5,6 @@
 #include "desktop/text/text.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -20,6 +19,16 @@ const desktop::TextStyle kCaptionStyle{.weight = desktop::FontWeight::medium,
                                        .color = {0.43, 0.43, 0.45, 1},
                                        .alignment = desktop::TextAlignment::center};
 
+const desktop::TextStyle kTitleStyle{
+    .weight = desktop::FontWeight::semibold, .size = 13, .color = {0.2, 0.2, 0.22, 1}};
+
+// Of text.
+std::size_t linesAbove(const CaptionedRow& row) {
+    const bool hasCaptions = std::ranges::any_of(
+        row.pictures, [](const Captioned& captioned) { return !captioned.caption.empty(); });
+    return (row.title.empty() ? 0 : 1) + (hasCaptions ? 1 : 0);
+}
+
 std::size_t pixels(double points, double scale) {
     return static_cast<std::size_t>(std::lround(points * scale));
 }
@@ -33,17 +42,17 @@ void copy(const simulator::Picture& source, const Placed& place, simulator::Pict
 
 }  // namespace
 
-Arranged inRows(std::span<const std::vector<Captioned>> rows, double margin) {
-    const double scale = rows.front().front().picture.scale;
+Arranged inRows(std::span<const CaptionedRow> rows, double margin) {
+    const double scale = rows.front().pictures.front().picture.scale;
     const std::size_t gap = pixels(kComparisonGap, scale);
     const std::size_t caption = pixels(kCaptionHeight, scale);
     const std::size_t around = pixels(margin, scale);
     Arranged arranged;
     simulator::Picture& sheet = arranged.picture;
     sheet.scale = scale;
-    for (const std::vector<Captioned>& row : rows) {
-        Placed place{.x = around, .y = sheet.height + around + caption};
-        for (const Captioned& captioned : row) {
+    for (const CaptionedRow& row : rows) {
+        Placed place{.x = around, .y = sheet.height + around + linesAbove(row) * caption};
+        for (const Captioned& captioned : row.pictures) {
             place.width = captioned.picture.width;
             place.height = captioned.picture.height;
             sheet.width = std::max(sheet.width, place.x + place.width);
@@ -61,14 +70,21 @@ Arranged inRows(std::span<const std::vector<Captioned>> rows, double margin) {
     const desktop::MutablePixels memory{sheet.pixels.data(), sheet.width, sheet.height,
                                         sheet.width * 4};
     auto place = arranged.places.begin();
-    for (const std::vector<Captioned>& row : rows) {
-        for (const Captioned& captioned : row) {
-            copy(captioned.picture, *place, sheet);
-            desktop::drawText(memory, captioned.caption, kCaptionStyle,
-                              {{static_cast<double>(place->x) / scale,
-                                static_cast<double>(place->y - caption) / scale},
-                               {static_cast<double>(place->width) / scale, kCaptionHeight}},
+    const auto write = [&](const std::string& text, const desktop::TextStyle& style, std::size_t x,
+                           std::size_t y, std::size_t width) {
+        if (!text.empty()) {
+            desktop::drawText(memory, text, style,
+                              {{static_cast<double>(x) / scale, static_cast<double>(y) / scale},
+                               {static_cast<double>(width) / scale, kCaptionHeight}},
                               scale);
+        }
+    };
+    for (const CaptionedRow& row : rows) {
+        write(row.title, kTitleStyle, place->x, place->y - linesAbove(row) * caption,
+              sheet.width - place->x);
+        for (const Captioned& captioned : row.pictures) {
+            copy(captioned.picture, *place, sheet);
+            write(captioned.caption, kCaptionStyle, place->x, place->y - caption, place->width);
             ++place;
         }
     }
@@ -76,8 +92,8 @@ Arranged inRows(std::span<const std::vector<Captioned>> rows, double margin) {
 }
 
 simulator::Picture sideBySide(const Captioned& left, const Captioned& right) {
-    const std::array<std::vector<Captioned>, 1> rows{{{left, right}}};
-    return inRows(rows).picture;
+    const CaptionedRow row{.pictures = {left, right}};
+    return inRows({&row, 1}).picture;
 }
 
 simulator::Picture shrunkToWidth(const simulator::Picture& picture, std::size_t width) {

@@ -12,7 +12,12 @@ namespace velmoranth::cli {
 
 struct Captioned {
     const simulator::Picture& picture;
-    std::string caption;
+    std::string caption;  // "" for none
+};
+
+struct CaptionedRow {
+    std::string title = {};  // above it, at its left; "" for none
+    std::vector<Captioned> pictures = {};
 };
 
 // Points; in the picture times its scale, rounded.
@@ -34,10 +39,10 @@ struct Arranged {
     std::vector<Placed> places;  // row by row
 };
 
-// Rows below each other, each from the left with gaps between its pictures, a caption above each;
-// with `margin` points around it all and below each row but the last. At the scale of the first
-// picture; there must be one.
-[[nodiscard]] Arranged inRows(std::span<const std::vector<Captioned>> rows, double margin = 0);
+// Rows below each other, each from the left with gaps between its pictures, captions and a title
+// above where there are any; with `margin` points around it all and below each row but the last. At
+// the scale of the first picture; there must be one.
+[[nodiscard]] Arranged inRows(std::span<const CaptionedRow> rows, double margin = 0);
 
 // One row of both.
 [[nodiscard]] simulator::Picture sideBySide(const Captioned& left, const Captioned& right);

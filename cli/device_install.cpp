@@ -1,5 +1,6 @@
 // velmoranth device install
 #include "cli/commands.h"
+#include "cli/dead_links.h"
 #include "cli/device_check.h"
 #include "cli/installed_themes.h"
 #include "cli/late_progress.h"
@@ -164,6 +165,15 @@ Result<void> install(const DeviceRoot& root, const std::string& path, const Inst
         if (const std::string hidden = hiddenPicturesIn(path, theme); !hidden.empty()) {
             note(hidden);
         }
+        const auto asShown = openWithLinkedThemes(root.hostFolder());
+        std::vector<std::string> links =
+            asShown ? deadLinksOf(**asShown, theme.name) : std::vector<std::string>();
+        for (std::string& link : links) {
+            link.insert(0, theme.name + "/");
+        }
+        if (const std::string line = aboutDeadLinks(links); !line.empty()) {
+            note(line);
+        }
     }
     return {};
 }
@@ -171,6 +181,13 @@ Result<void> install(const DeviceRoot& root, const std::string& path, const Inst
 // Which of the themes do not show yet, and what makes them, before those that do.
 void noteInactive(const DeviceRoot& root, const std::vector<std::string>& names) {
     std::vector<std::string> active = activeThemes(root);
+    // Those that are not installed any more would be named for ever.
+    const auto asShown = openWithLinkedThemes(root.hostFolder());
+    std::erase_if(active, [&](const std::string& name) {
+        return asShown &&
+               !desktop::Descriptor((*asShown)->openFile(themePlace(name), O_PATH | O_DIRECTORY))
+                    .isOpen();
+    });
     std::vector<std::string> inactive;
     std::ranges::copy_if(names, std::back_inserter(inactive), [&](const std::string& name) {
         return std::ranges::find(active, name) == active.end();
@@ -222,7 +239,7 @@ ExitCode runDeviceInstall(const Arguments& arguments) {
     if (!done) {
         return fail(ExitCode::badInput, withNearPath(done.error(), arguments.positionals()));
     }
-    return flushResults() ? ExitCode::done : ExitCode::badInput;
+    return ExitCode::done;
 }
 
 constexpr std::array<Option, 3> kInstallOptions{

@@ -13,6 +13,7 @@
 #include <ctime>
 #include <ranges>
 #include <regex>
+#include <tuple>
 
 namespace velmoranth::cli {
 
@@ -28,6 +29,20 @@ bool isLocaleName(const std::string& text) {
     static const std::regex kForm("[A-Za-z]{2,3}([_-][A-Za-z0-9]{2,})*");
     constexpr std::size_t kLongest = 60;
     return text.size() <= kLongest && std::regex_match(text, kForm);
+}
+
+// Of the known ones: what differs the least, of equal ones one of the same region, then the
+// shortest.
+std::string nearestLocale(const std::string& text) {
+    const auto regionOf = [](const std::string& name) {
+        const std::size_t place = name.find_last_of("_-");
+        return place == std::string::npos ? std::string() : name.substr(place + 1);
+    };
+    const std::string region = regionOf(text);
+    const std::vector<std::string> known = desktop::knownLocales();
+    return *std::ranges::min_element(known, {}, [&](const std::string& name) {
+        return std::tuple(editDistance(name, text), regionOf(name) != region, name.size());
+    });
 }
 
 // The number behind --ios.
@@ -55,7 +70,9 @@ Result<simulator::DeviceConfiguration> readDevice(const Arguments& arguments,
         }
         if (!desktop::isKnownLocale(*locale)) {
             return misuse("--locale takes a language that is known, and " + inQuotes(*locale) +
-                          " is none" + suggestion(*locale, desktop::knownLocales()));
+                          " is none" +
+                          suggestion(*locale, desktop::knownLocales(),
+                                     "; the nearest that is known is " + nearestLocale(*locale)));
         }
         device->locale = *locale;
     }

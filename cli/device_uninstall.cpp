@@ -112,7 +112,7 @@ ExitCode runDeviceUninstall(const Arguments& arguments) {
         removed.push_back(theme);
     }
     noteActive(**root, removed);
-    return flushResults() ? ExitCode::done : ExitCode::badInput;
+    return ExitCode::done;
 }
 
 constexpr std::array<Option, 1> kUninstallOptions{{{"--root", "", "DIR", "the device"}}};

@@ -13,15 +13,13 @@
 
 namespace velmoranth::cli {
 
-using simulator::Picture;
-
 namespace {
 
 // B, G, R, A.
 constexpr std::array<std::uint8_t, 4> kMark{0x1A, 0x10, 0xE0, 0xFF};
 
 // The largest difference of a component of the pixel that begins at this byte.
-int differenceAt(const Picture& a, const Picture& b, std::size_t byte) {
+int differenceAt(const simulator::Picture& a, const simulator::Picture& b, std::size_t byte) {
     int largest = 0;
     for (std::size_t i = byte; i < byte + 4; ++i) {
         largest = std::max(largest, std::abs(int{a.pixels[i]} - int{b.pixels[i]}));
@@ -40,7 +38,8 @@ std::string Deviation::text(std::size_t width, std::size_t height) const {
                        pixels == 1 ? "differs" : "differ", largest);
 }
 
-Deviation deviationOf(const Picture& drawn, const Picture& expected, int tolerance) {
+Deviation deviationOf(const simulator::Picture& drawn, const simulator::Picture& expected,
+                      int tolerance) {
     Deviation deviation{
         .isSameSize = drawn.width == expected.width && drawn.height == expected.height,
         .expectedWidth = expected.width,
@@ -53,8 +52,9 @@ Deviation deviationOf(const Picture& drawn, const Picture& expected, int toleran
     return deviation;
 }
 
-Picture differencePicture(const Picture& drawn, const Picture& expected, int tolerance) {
-    Picture marked = drawn;
+simulator::Picture differencePicture(const simulator::Picture& drawn,
+                                     const simulator::Picture& expected, int tolerance) {
+    simulator::Picture marked = drawn;
     for (std::size_t i = 0; i < drawn.pixels.size(); i += 4) {
         const bool differs = differenceAt(drawn, expected, i) > tolerance;
         for (std::size_t component = 0; component < 4; ++component) {

@@ -1,5 +1,6 @@
 // velmoranth explain
 #include "cli/commands.h"
+#include "cli/dead_links.h"
 #include "cli/device_check.h"
 #include "cli/device_options.h"
 #include "cli/explain_requests.h"
@@ -7,6 +8,7 @@
 #include "cli/file_question.h"
 #include "cli/help.h"
 #include "cli/messages.h"
+#include "cli/output_file.h"
 #include "cli/picture_file.h"
 #include "cli/settings_device.h"
 #include "cli/theme_report.h"
@@ -58,6 +60,9 @@ Result<void> checkOptions(const Arguments& arguments) {
     const auto output = arguments.value("--output");
     if (output && output->empty()) {
         return misuse("--output takes the name of a file");
+    }
+    if (std::string why = whyOtherFormat(output.value_or(""), FileFormat::png); !why.empty()) {
+        return misuse(std::move(why));
     }
     if (together("--root", "--set")) {
         return misuse("--set does not go with --root: a device has its own preferences");
@@ -170,8 +175,13 @@ Result<bool> answerUnused(const ExplainOptions& options, const Investigation& in
                   : fmt::format("{} is not looked for; name it {}\n",
                                 shown(miss.theme + "/" + miss.name), shown(miss.wanted)));
     }
+    for (const std::string& name : report.deadLinks) {
+        const std::size_t slash = name.find('/');
+        print(options.asJson ? jsonOfDeadLink(name.substr(0, slash), name.substr(slash + 1)) + "\n"
+                             : fmt::format("{}\n", aboutDeadLinks({name})));
+    }
     return report.failure ? Result<bool>(tl::unexpected(*report.failure))
-                          : Result<bool>(!report.nearMisses.empty());
+                          : Result<bool>(!report.nearMisses.empty() || !report.deadLinks.empty());
 }
 
 Result<bool> answerFile(const ExplainOptions& options, const Investigation& investigation,
@@ -227,7 +237,7 @@ Result<bool> answerTable(const ExplainOptions& options, const Investigation& inv
     for (const std::string& app : apps) {
         width = std::max(width, app.size());
     }
-    for (std::size_t i = 0; i < apps.size(); ++i) {
+    for (std::size_t i = 0; i < apps.size() && !isReaderGone(); ++i) {
         progress.show(fmt::format("app {} of {}", i + 1, apps.size()));
         auto answer = explain(investigation, {question.word, apps[i], ""},
                               options.asJson ? Depth::whole : Depth::summary);
@@ -288,6 +298,9 @@ ExitCode runExplain(const Arguments& arguments) {
     bool isFirst = true;
     ExitCode worst = ExitCode::done;
     for (const auto& question : options->questions) {
+        if (isReaderGone()) {
+            break;
+        }
         if (!std::exchange(isFirst, false) && !options->asJson) {
             print("\n");
         }
@@ -300,9 +313,6 @@ ExitCode runExplain(const Arguments& arguments) {
             worst = std::max(worst, fail(ExitCode::badInput, answered.error()));
         }
         found = found || (answered && *answered);
-    }
-    if (!flushResults()) {
-        return ExitCode::badInput;
     }
     return worst != ExitCode::done ? worst : found ? ExitCode::done : ExitCode::nothingFound;
 }

@@ -4,6 +4,7 @@
 #include "cli/asking.h"
 #include "cli/calendar_report.h"
 #include "cli/change_of_themes.h"
+#include "cli/dead_links.h"
 #include "cli/file_requests.h"
 #include "cli/later_requests.h"
 #include "cli/near_misses.h"
@@ -44,13 +45,35 @@ bool isFile(const Entry& entry) {
            entry.kind == EntryKind::unreadable;
 }
 
+// The name in its theme of a path on the device; the path outside of the themes.
+std::string nameInTheme(std::string_view path) {
+    const std::size_t end = path.find('/', kThemes.size());
+    if (!path.starts_with(kThemes) || end == std::string_view::npos) {
+        return std::string(path);
+    }
+    const std::size_t begin = path.find_first_not_of('/', end);
+    return begin == std::string_view::npos ? "" : std::string(path.substr(begin));
+}
+
+// The name that the platform was asked for, where it has tried this one beside it: such an entry
+// has that path as its argument, in quotation marks.
+std::string askedName(const Entry& entry) {
+    std::string_view path =
+        entry.arguments.empty() ? "" : std::string_view(entry.arguments.front());
+    if (path.size() >= 2 && path.starts_with('"') && path.ends_with('"')) {
+        path = path.substr(1, path.size() - 2);
+    }
+    return path.starts_with(kThemes) ? nameInTheme(path) : "";
+}
+
 AskedFile askedFile(const Entry& entry) {
     AskedFile file{.state = entry.kind,
                    .path = entry.subject,
                    .theme = {},
-                   .name = entry.subject,
+                   .name = nameInTheme(entry.subject),
                    .answer = {},
-                   .reason = entry.reason};
+                   .reason = entry.reason,
+                   .askedAs = askedName(entry)};
     if (entry.answer != "YES" && entry.answer != "NO" && entry.answer != record::kNil) {
         file.answer = entry.answer;
     }
@@ -58,8 +81,6 @@ AskedFile askedFile(const Entry& entry) {
     const std::size_t end = path.find('/', kThemes.size());
     if (path.starts_with(kThemes) && end != std::string_view::npos) {
         file.theme = path.substr(kThemes.size(), end - kThemes.size());
-        const std::size_t begin = path.find_first_not_of('/', end);
-        file.name = begin == std::string_view::npos ? "" : path.substr(begin);
     }
     return file;
 }
@@ -407,6 +428,11 @@ Result<Explanation> explain(const Investigation& investigation, const Question& 
         return tl::unexpected(again.error());
     }
     Explanation result = explanationOf(question, std::move(answer->record));
+    for (AskedFile& file : result.files) {
+        if (file.state == EntryKind::missing && isDeadLink(*investigation.device.root, file.path)) {
+            file.reason = kIsDeadLink;
+        }
+    }
     result.picture = std::move(answer->picture);
     askOthers(investigation, result);
     result.isKept = std::ranges::none_of(askedFiles(again->record), [&](const AskedFile& file) {

@@ -27,7 +27,9 @@ struct AskedFile {
     std::string theme;                                     // that it lies in; "" outside the themes
     std::string name;                                      // in the theme, or the whole path
     std::string answer;  // what was read, in words; "" when it was only looked for
-    std::string reason;  // why it is unreadable
+    std::string reason;  // why it is unreadable, or missing where it seems to be there
+    // The name in the theme that was asked for, where the platform has tried this one beside it.
+    std::string askedAs = {};
 
     friend bool operator==(const AskedFile&, const AskedFile&) = default;
 };
@@ -130,6 +132,8 @@ enum class Depth { summary, whole };
 // One object, as docs/themes/explain.md describes it.
 [[nodiscard]] std::string jsonOf(const Explanation& explanation);
 [[nodiscard]] std::string jsonOf(const NearMiss& miss);
+// Of a file that is a link which leads nowhere.
+[[nodiscard]] std::string jsonOfDeadLink(const std::string& theme, const std::string& name);
 
 // The last file of a theme that was read for a picture or a sound; those of the effects are left
 // out.

@@ -1,6 +1,7 @@
 // An explanation as JSON: docs/themes/explain.md has the form, whose version goes up with any
 // change that a reader could stumble over.
 #include "cli/asked_file_json.h"
+#include "cli/dead_links.h"
 #include "cli/explanation.h"
 
 #include <nlohmann/json.hpp>
@@ -63,6 +64,13 @@ Json jsonOf(const AskedFile& file) {
 std::string jsonOf(const NearMiss& miss) {
     Json json{{"version", kVersion}};
     json.update(unused(miss));
+    return written(json);
+}
+
+std::string jsonOfDeadLink(const std::string& theme, const std::string& name) {
+    Json json{{"version", kVersion}};
+    json.update(unused({theme, name, ""}));
+    json["reason"] = kIsDeadLink;
     return written(json);
 }
 

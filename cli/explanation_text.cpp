@@ -1,4 +1,5 @@
 // An explanation in a person's words.
+#include "cli/dead_links.h"
 #include "cli/explanation.h"
 #include "cli/messages.h"
 #include "simulator/screens/question_rows.h"
@@ -217,6 +218,12 @@ std::string whyNoFile(const Explanation& explanation) {
                    ? "no file's name belongs to it; velmoranth names sounds lists those that have "
                      "one"
                    : givesNothing(*file);
+    }
+    const auto link = std::ranges::find_if(explanation.files, [](const AskedFile& file) {
+        return file.state == EntryKind::missing && !file.reason.empty();
+    });
+    if (link != explanation.files.end()) {
+        return fmt::format("{} {}; {}", nameOf(*link), link->reason, kMendDeadLink);
     }
     if (!explanation.firstTheme.empty()) {
         return fmt::format("{} has a file for it, which is looked for once that theme is the first",

@@ -16,11 +16,13 @@
 #include "desktop/files/cleanup.h"
 
 #include "makers/conversion/pictures.h"
-#include <fmt/core.h>
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace velmoranth::cli {
@@ -44,6 +46,24 @@ std::vector<std::string> appearancesOf(const Catalog& catalog) {
     return words;
 }
 
+// "--name and --idiom as they are given".
+std::string givenFilters(const Selection& selection) {
+    std::vector<std::string_view> given;
+    for (const auto& [option, isGiven] :
+         {std::pair("--name", !selection.names.empty()),
+          std::pair("--scale", !selection.scales.empty()),
+          std::pair("--idiom", !selection.idioms.empty()),
+          std::pair("--appearance", !selection.appearances.empty())}) {
+        if (isGiven) {
+            given.emplace_back(option);
+        }
+    }
+    const std::string last(given.back());
+    given.pop_back();
+    return given.empty() ? last + " as it is given"
+                         : fmt::format("{} and {} as they are given", fmt::join(given, ", "), last);
+}
+
 ExitCode nothingToShow(const ExtractOptions& options, const CatalogInput& input,
                        const Catalog& catalog) {
     const std::string file = shown(input.file);
@@ -57,17 +77,20 @@ ExitCode nothingToShow(const ExtractOptions& options, const CatalogInput& input,
     const std::vector<std::string> appearances = appearancesOf(catalog);
     for (const std::string& wanted : selection.appearances) {
         if (std::ranges::find(appearances, wanted) == appearances.end()) {
-            return fail(ExitCode::nothingFound,
-                        file + ": " + notAmong("--appearance", appearances, wanted));
+            return fail(
+                ExitCode::nothingFound,
+                appearances.size() == 1
+                    ? fmt::format("{}: nothing is for the appearance {}; --appearance takes "
+                                  "{} alone for this catalog, or leave it out",
+                                  file, inQuotes(wanted), appearances.front())
+                    : file + ": " + notAmong("--appearance", appearances, wanted));
         }
     }
     Selection others = selection;
     others.names.clear();
     if (!others.takesAll()) {
-        return fail(ExitCode::nothingFound,
-                    file +
-                        ": nothing fits --name, --scale, --idiom and --appearance as they are "
-                        "given; --list alone shows what there is");
+        return fail(ExitCode::nothingFound, file + ": nothing fits " + givenFilters(selection) +
+                                                "; --list alone shows what there is");
     }
     std::string patterns;
     for (const std::string& pattern : selection.names) {

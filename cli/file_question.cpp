@@ -2,6 +2,7 @@
 
 #include "cli/added_theme.h"
 #include "cli/asking.h"
+#include "cli/dead_links.h"
 #include "cli/file_requests.h"
 #include "cli/messages.h"
 #include "cli/near_misses.h"
@@ -46,6 +47,7 @@ struct Opened {
 
 struct Round {
     std::vector<Opened> opened;
+    std::vector<TakenBeside> beside;
     std::set<std::string> names;  // in the theme, that were looked for
 };
 
@@ -72,6 +74,10 @@ Result<Round> askDevice(const Investigation& investigation, const NamedDevice& d
             }
             round.names.insert(one.name);
             tried.push_back(one.name);
+            if (one.askedAs == file.name && isRead(one)) {
+                round.beside.push_back({{question, device.name, system}, one.name});
+                asking.forget(question);
+            }
             if (one.name == file.name &&
                 (isRead(one) || one.state == record::EntryKind::unreadable)) {
                 round.opened.push_back({{question, device.name, system}, one.reason, tried});
@@ -106,6 +112,7 @@ Result<Round> askDevices(const Investigation& investigation, std::span<const Nam
                 return tl::unexpected(std::move(round.error()));
             }
             std::ranges::move(round->opened, std::back_inserter(all.opened));
+            std::ranges::move(round->beside, std::back_inserter(all.beside));
             all.names.merge(round->names);
         }
     }
@@ -117,8 +124,9 @@ std::string pathOf(const ThemeFile& file) {
     return "/Library/Themes/" + file.theme + "/" + file.name;
 }
 
+// Links in a theme are followed as on the device.
 bool isFile(const desktop::DeviceRoot& root, const std::string& path) {
-    const desktop::Descriptor item(root.openFile(path, O_PATH | O_NOFOLLOW));
+    const desktop::Descriptor item(root.openFile(path, O_PATH));
     struct stat status{};
     return item.isOpen() && ::fstat(item.get(), &status) == 0 && S_ISREG(status.st_mode);
 }
@@ -135,9 +143,15 @@ Result<ThemeFile> fileMeant(const Investigation& investigation, const std::strin
             }
         }
         for (const std::string& name : names) {
-            if (!name.starts_with('/') && !name.starts_with("..") &&
-                isFile(*investigation.device.root, pathOf({theme, name}))) {
+            if (name.starts_with('/') || name.starts_with("..")) {
+                continue;
+            }
+            if (isFile(*investigation.device.root, pathOf({theme, name}))) {
                 return ThemeFile{theme, name};
+            }
+            if (isDeadLink(*investigation.device.root, pathOf({theme, name}))) {
+                return tl::unexpected(Problem{
+                    "it " + std::string(kIsDeadLink) + "; " + std::string(kMendDeadLink), path});
             }
         }
     }
@@ -311,7 +325,8 @@ Result<FileExplanation> explainFile(const Investigation& investigation,
         return tl::unexpected(std::move(own.error()));
     }
     take(std::move(own->opened), true, explanation);
-    if (!explanation.openings.empty()) {
+    explanation.beside = std::move(own->beside);
+    if (!explanation.openings.empty() || !explanation.beside.empty()) {
         return explanation;
     }
     if (auto found = findReason(investigation, devices, questions, *file, explanation); !found) {
@@ -326,6 +341,10 @@ Result<FileExplanation> explainFile(const Investigation& investigation,
     }
     keepShortest(others->opened);
     take(std::move(others->opened), false, explanation);
+    if (explanation.openings.empty() && !others->beside.empty()) {
+        explanation.beside = std::move(others->beside);
+        return explanation;
+    }
     explanation.wanted = nearNames(own->names, file->name);
     if (explanation.wanted.empty() && explanation.openings.empty()) {
         // A request with the file's own name looks for it in many folders.
@@ -338,6 +357,9 @@ Result<FileExplanation> explainFile(const Investigation& investigation,
 }
 
 bool isOpened(const FileExplanation& explanation) {
+    if (!explanation.beside.empty()) {
+        return true;
+    }
     return !explanation.openings.empty() &&
            (explanation.openings.front().isOwn || explanation.wanted.empty());
 }

@@ -26,6 +26,15 @@ struct Opening {
     friend bool operator==(const Opening&, const Opening&) = default;
 };
 
+// A file that is taken in the place of the one that was asked about, since it lies beside it with
+// the screen's scale in its name.
+struct TakenBeside {
+    Opening opening;
+    std::string file;  // in the theme
+
+    friend bool operator==(const TakenBeside&, const TakenBeside&) = default;
+};
+
 // A setting with whose other value a request opens the file.
 struct FileSwitch {
     std::string_view key;
@@ -45,7 +54,10 @@ struct FileExplanation {
     std::vector<Opening> openings;
     // Why it gives no picture where it is opened; "" when it gives one.
     std::string problem;
-    // Without openings of the device's own:
+    // Requests that look for it and take another one. Without openings it is of use nevertheless:
+    // where no such name is beside it.
+    std::vector<TakenBeside> beside;
+    // Without any of these:
     std::optional<HidingFile> hidden;
     std::optional<FileSwitch> reason;
     // What opens it once its theme is the first one.
@@ -61,8 +73,8 @@ struct FileExplanation {
                                                            std::span<const NamedDevice> devices,
                                                            const std::string& path);
 
-// Whether something opens it: a device's own request, or one for what it does not have and where
-// no name that it looks for is near.
+// Whether something looks for it: a device's own request, or one for what it does not have and
+// where no name that it looks for is near.
 [[nodiscard]] bool isOpened(const FileExplanation& explanation);
 
 [[nodiscard]] std::string textOf(const FileExplanation& explanation);

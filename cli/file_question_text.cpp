@@ -14,25 +14,56 @@ using simulator::Question;
 
 namespace {
 
+std::string fileNameOf(const std::string& path) {
+    return path.substr(path.rfind('/') + 1);
+}
+
 // A request once, with the devices that send it.
 struct RequestRow {
     std::string request;
     std::string devices;
 };
 
-std::vector<RequestRow> requestRows(const FileExplanation& explanation) {
-    std::vector<RequestRow> rows;
-    for (const Opening& opening : explanation.openings) {
-        const std::string request = requestOf(opening.question);
-        const std::string device = fmt::format("{} iOS {}", opening.device, opening.system);
-        const auto known = std::ranges::find(rows, request, &RequestRow::request);
-        if (known == rows.end()) {
-            rows.push_back({request, device});
-        } else {
-            known->devices += ", " + device;
-        }
+// `what` is what all of them have in common with the others.
+void addRow(std::vector<RequestRow>& rows, const Opening& opening, const std::string& what) {
+    const std::string request = requestOf(opening.question) + what;
+    const std::string device = fmt::format("{} iOS {}", opening.device, opening.system);
+    const auto known = std::ranges::find(rows, request, &RequestRow::request);
+    if (known == rows.end()) {
+        rows.push_back({request, device});
+    } else {
+        known->devices += ", " + device;
     }
-    return rows;
+}
+
+std::string textOf(std::string_view title, const std::vector<RequestRow>& rows) {
+    std::string text;
+    for (const RequestRow& row : rows) {
+        text +=
+            fmt::format("{:<10} {} ({})\n", text.empty() ? title : "", row.request, row.devices);
+    }
+    return text;
+}
+
+std::string requestLines(const FileExplanation& explanation) {
+    std::vector<RequestRow> opened;
+    for (const Opening& opening : explanation.openings) {
+        addRow(opened, opening, "");
+    }
+    std::vector<RequestRow> beside;
+    for (const TakenBeside& taken : explanation.beside) {
+        addRow(beside, taken.opening, ", which takes " + shown(fileNameOf(taken.file)));
+    }
+    return textOf("opened by", opened) + textOf("looked for", beside);
+}
+
+// Of a file in whose place those of the screens' scales are taken.
+std::string takenBeside(const FileExplanation& explanation, const std::string& name) {
+    const TakenBeside& taken = explanation.beside.front();
+    return fmt::format(
+        "{} is looked for by {}; {} beside it is taken for the screen's scale, and it shows itself "
+        "where no such name is there",
+        name, requestOf(taken.opening.question), shown(fileNameOf(taken.file)));
 }
 
 // What no request of the device's own opens.
@@ -71,15 +102,14 @@ std::string notOpened(const FileExplanation& explanation, const std::string& nam
 
 std::string textOf(const FileExplanation& explanation) {
     const std::string name = shown(explanation.theme + "/" + explanation.name);
-    std::string text;
-    for (const RequestRow& row : requestRows(explanation)) {
-        text += fmt::format("{:<10} {} ({})\n", text.empty() ? "opened by" : "", row.request,
-                            row.devices);
-    }
+    const std::string text = requestLines(explanation);
     const bool isOwn = !explanation.openings.empty() && explanation.openings.front().isOwn;
     if (!explanation.problem.empty()) {
         return text + fmt::format("{} is opened and gives nothing: {}.\n", name,
                                   shown(explanation.problem));
+    }
+    if (explanation.openings.empty() && !explanation.beside.empty()) {
+        return text + takenBeside(explanation, name) + ".\n";
     }
     return text + (isOwn ? fmt::format("{} is opened by {}.\n", name,
                                        requestOf(explanation.openings.front().question))
@@ -97,6 +127,7 @@ std::string jsonOf(const FileExplanation& explanation) {
               {"theme", explanation.theme},
               {"file", explanation.name},
               {"openedBy", Json::array()},
+              {"beside", Json::array()},
               {"problem", explanation.problem},
               {"hidden", nullptr},
               {"reason", nullptr},
@@ -106,6 +137,13 @@ std::string jsonOf(const FileExplanation& explanation) {
         Json one = asked(opening.question);
         one.update({{"device", opening.device}, {"ios", opening.system}, {"isOwn", opening.isOwn}});
         json["openedBy"].push_back(std::move(one));
+    }
+    for (const TakenBeside& taken : explanation.beside) {
+        Json one = asked(taken.opening.question);
+        one.update({{"device", taken.opening.device},
+                    {"ios", taken.opening.system},
+                    {"file", taken.file}});
+        json["beside"].push_back(std::move(one));
     }
     if (const auto& hidden = explanation.hidden) {
         json["hidden"] = asked(hidden->question);

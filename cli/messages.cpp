@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
@@ -42,6 +43,12 @@ bool colors(int descriptor) {
     }
     const char* const noColor = std::getenv("NO_COLOR");
     return (noColor == nullptr || *noColor == '\0') && ::isatty(descriptor) == 1;
+}
+
+// The errno of what could not be printed first.
+int& printError() {
+    static int error = 0;
+    return error;
 }
 
 void writeMessage(std::string_view kind, std::string_view color, std::string_view message) {
@@ -160,11 +167,20 @@ void ProgressLine::clear() {
 }
 
 void print(std::string_view text) {
-    std::fwrite(text.data(), 1, text.size(), stdout);
+    if (printError() == 0 && std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) {
+        printError() = errno == 0 ? EIO : errno;
+    }
 }
 
 bool flushResults() {
-    return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+    if (printError() == 0 && std::fflush(stdout) != 0) {
+        printError() = errno == 0 ? EIO : errno;
+    }
+    return printError() == 0;
+}
+
+bool isReaderGone() {
+    return printError() == EPIPE;
 }
 
 void setColors(Colors colors) {

@@ -67,11 +67,15 @@ class ProgressLine {
     bool isShown_ = false;
 };
 
-// Text to standard output as it stands.
+// Text to standard output as it stands; nothing once some of it could not be written.
 void print(std::string_view text);
 
 // Whether everything that was printed has arrived.
 [[nodiscard]] bool flushResults();
+
+// Whether nobody reads standard output any more, as behind "| head -1": what is left to print need
+// not be found out, and nothing is said of it.
+[[nodiscard]] bool isReaderGone();
 
 // When results and messages are coloured. automatic: on a terminal, unless NO_COLOR is set to
 // something; so it is until setColors() says otherwise.

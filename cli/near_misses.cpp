@@ -43,6 +43,15 @@ std::string bundleOf(const std::string& name) {
     return bundle;
 }
 
+// The name without a scale before its extension.
+std::string withoutScale(const std::string& name) {
+    const std::size_t dot = std::min(name.rfind('.'), name.size());
+    const std::string_view start = std::string_view(name).substr(0, dot);
+    return start.ends_with("@2x") || start.ends_with("@3x")
+               ? std::string(start.substr(0, dot - 3)) + name.substr(dot)
+               : name;
+}
+
 // Whether the names behind the last slash begin with the same letters, as far as what both are
 // about reaches.
 bool sameLetters(const std::string& a, const std::string& b) {
@@ -109,16 +118,21 @@ std::vector<NearMiss> nearMissesOf(const DeviceOfRun& device, const std::vector<
     std::set<std::string_view> asked;
     for (const AskedFile& file : tried) {
         asked.insert(file.name);
+        asked.insert(file.askedAs);
     }
     for (const std::string& theme : device.themes) {
         std::multimap<std::string, const std::string*> missing;  // by what they are about
+        // Of which screens take the one of their own scale.
+        std::set<std::string> shown;
         for (const AskedFile& file : tried) {
             if (file.theme == theme && file.state == EntryKind::missing) {
                 missing.emplace(gistOf(file.name), &file.name);
+            } else if (file.theme == theme && isRead(file)) {
+                shown.insert(file.askedAs.empty() ? file.name : file.askedAs);
             }
         }
         for (const std::string& name : filesOfTheme(*device.root, theme)) {
-            if (asked.contains(name)) {
+            if (asked.contains(name) || shown.contains(withoutScale(name))) {
                 continue;
             }
             const std::string* wanted = nullptr;

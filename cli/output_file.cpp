@@ -1,5 +1,6 @@
 #include "cli/output_file.h"
 
+#include "cli/messages.h"
 #include "desktop/files/descriptor.h"
 #include "desktop/files/file_calls.h"
 #include "desktop/files/file_tree.h"
@@ -9,6 +10,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
+#include <cctype>
 #include <cerrno>
 #include <filesystem>
 #include <string_view>
@@ -59,6 +63,23 @@ Result<void> writeAll(int descriptor, const platform::Data& bytes, const std::st
 }
 
 }  // namespace
+
+std::string whyOtherFormat(const std::string& path, FileFormat format) {
+    constexpr std::array<std::string_view, 22> kFormats{
+        ".png",  ".jpg",  ".jpeg", ".gif", ".tif",  ".tiff", ".bmp", ".webp",
+        ".heic", ".avif", ".svg",  ".pdf", ".ico",  ".wav",  ".mp3", ".m4a",
+        ".caf",  ".aiff", ".aif",  ".ogg", ".opus", ".flac"};
+    std::string ending = fs::path(path).extension();
+    std::ranges::transform(ending, ending.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    const bool isPng = format == FileFormat::png;
+    if (ending == (isPng ? ".png" : ".wav") ||
+        std::ranges::find(kFormats, ending) == kFormats.end()) {
+        return {};
+    }
+    return std::string("--output writes a ") + (isPng ? "PNG" : "WAV") + " file, and the name " +
+           shown(path) + " is another format's";
+}
 
 Result<void> checkOutputFile(const std::string& path, std::string_view what) {
     if (path == "-") {

@@ -9,6 +9,13 @@
 
 namespace velmoranth::cli {
 
+// What a command writes.
+enum class FileFormat { png, wav };
+
+// "--output writes a PNG file, and the name x.jpg is another format's"; "" for a name that says
+// nothing of the kind.
+[[nodiscard]] std::string whyOtherFormat(const std::string& path, FileFormat format);
+
 // Whether the file could be written, asked before the work: its folder is there or can be made, and
 // it is no folder itself. "-" always can. `what` is what a problem calls the contents: "picture".
 [[nodiscard]] desktop::Result<void> checkOutputFile(const std::string& path, std::string_view what);

@@ -24,7 +24,6 @@ namespace fs = std::filesystem;
 
 using desktop::Problem;
 using desktop::Result;
-using simulator::Picture;
 using simulator::ScreenKind;
 
 namespace {
@@ -126,7 +125,7 @@ Result<std::vector<DeliveredPicture>> drawAll(const PreviewOptions& options,
 
 struct ShrunkScreen {
     ShownScreen shown;
-    Picture picture;
+    simulator::Picture picture;
 };
 
 }  // namespace
@@ -208,12 +207,14 @@ ExitCode drawSheet(const PreviewOptions& options, const DeviceOfRun& device) {
     if (!drawn) {
         return fail(ExitCode::badInput, drawn.error());
     }
-    std::vector<std::vector<Captioned>> rows(options.devices.size());
+    std::vector<CaptionedRow> rows(options.devices.size());
     for (std::size_t i = 0; i < screens.size(); ++i) {
         const ShownScreen& screen = screens[i].shown;
-        rows[i / columns].push_back(
-            {screens[i].picture, fmt::format("{}, {}, iOS {}", screen.screen, screen.device.name,
-                                             screen.device.configuration.system.major)});
+        CaptionedRow& row = rows[i / columns];
+        row.title =
+            fmt::format("{}, iOS {}", screen.device.name, screen.device.configuration.system.major);
+        row.pictures.push_back(
+            {screens[i].picture, i < columns ? std::string(screen.screen) : std::string()});
     }
     const Arranged sheet = inRows(rows, kComparisonGap);
     std::vector<ShownScreen> placed;

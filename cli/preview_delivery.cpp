@@ -17,7 +17,6 @@
 namespace velmoranth::cli {
 
 using desktop::Result;
-using simulator::Picture;
 
 namespace {
 
@@ -40,7 +39,7 @@ std::string expectedFile(const PreviewOptions& options, const std::string& file)
                : std::filesystem::path(options.expected);
 }
 
-Result<Verdict> judge(const PreviewOptions& options, const Picture& picture,
+Result<Verdict> judge(const PreviewOptions& options, const simulator::Picture& picture,
                       const std::string& file) {
     Verdict verdict;
     verdict.expected = expectedFile(options, file);
@@ -126,7 +125,7 @@ ShownScreen shownScreen(const simulator::RenderedScreen& screen, simulator::Scre
             .files = askedFiles(screen.record)};
 }
 
-Result<DeliveredPicture> deliver(const PreviewOptions& options, const Picture& picture,
+Result<DeliveredPicture> deliver(const PreviewOptions& options, const simulator::Picture& picture,
                                  const std::string& file, std::vector<ShownScreen> screens) {
     if (auto written = writePicture(picture, file); !written) {
         return tl::unexpected(std::move(written.error()));

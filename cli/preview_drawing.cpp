@@ -99,9 +99,9 @@ Result<DrawnPage> drawPage(const PreviewOptions& options, const DeviceOfRun& dev
         if (!stock) {
             return tl::unexpected(stock.error());
         }
-        const std::array<std::vector<Captioned>, 1> row{
-            {{{stock->picture, "Stock"}, {page.picture, captionOf(device)}}}};
-        Arranged both = inRows(row);
+        const CaptionedRow row{
+            .pictures = {{stock->picture, "Stock"}, {page.picture, captionOf(device)}}};
+        Arranged both = inRows({&row, 1});
         page.picture = std::move(both.picture);
         page.place = both.places.back();
     }

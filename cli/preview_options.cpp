@@ -3,11 +3,11 @@
 #include "cli/device_options.h"
 #include "cli/messages.h"
 #include "cli/numbers.h"
+#include "cli/output_file.h"
 #include "cli/theme_folders.h"
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
@@ -83,17 +83,6 @@ constexpr std::array<Option, 28> kPreviewOptions{{
      "stay, and write the picture again whenever a file of the themes is saved or the device is "
      "notified (velmoranth notify), until interrupted"},
 }};
-
-// Whether the name says that something else than a PNG picture is in the file.
-bool isOtherFormat(const std::string& name) {
-    constexpr std::array<std::string_view, 12> kOthers{".jpg",  ".jpeg", ".gif",  ".tif",
-                                                       ".tiff", ".bmp",  ".webp", ".heic",
-                                                       ".avif", ".svg",  ".pdf",  ".ico"};
-    std::string ending = std::filesystem::path(name).extension();
-    std::ranges::transform(ending, ending.begin(),
-                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return std::ranges::find(kOthers, ending) != kOthers.end();
-}
 
 // Options that exclude each other, and why.
 Result<void> checkTogether(const Arguments& arguments) {
@@ -270,9 +259,9 @@ Result<PreviewOptions> readPreviewOptions(const Arguments& arguments) {
             return misuse(std::string(name) + " takes a name, and this one is empty");
         }
     }
-    if (!arguments.has("--all-screens") && isOtherFormat(options.output)) {
-        return misuse("--output writes a PNG file, and the name " + shown(options.output) +
-                      " is another format's");
+    if (std::string why = whyOtherFormat(options.output, FileFormat::png);
+        !arguments.has("--all-screens") && !why.empty()) {
+        return misuse(std::move(why));
     }
     for (const auto read : {readExpected, readExtent}) {
         if (auto done = read(arguments, options); !done) {

@@ -7,6 +7,7 @@
 #include "cli/sound_events.h"
 #include "cli/throw_away_device.h"
 #include "simulator/home_screen/apps.h"
+#include "simulator/home_screen/home_screen_layout.h"
 #include "simulator/process/launcher.h"
 #include "simulator/toolkit/device_bundles.h"
 
@@ -106,6 +107,22 @@ std::vector<ReplaceableName> everyName(std::span<const std::string_view> groups,
     return names;
 }
 
+// The place that a picture is stretched to, where nothing shows without a theme: points.
+std::optional<platform::Size> placeOfPart(const Question& question,
+                                          const simulator::DeviceConfiguration& device) {
+    constexpr double kAroundIcon = 10;  // of a shadow, on each side
+    const double icon = simulator::homeScreenMetrics(device.kind, device.screen).iconSide;
+    if (question.word == "mask" || question.word == "overlay") {
+        return platform::Size{icon, icon};
+    }
+    if (question.word == "shadow") {
+        return platform::Size{icon + 2 * kAroundIcon, icon + 2 * kAroundIcon};
+    }
+    return question.word == "behind"
+               ? std::optional(platform::Size{device.screen.width, device.screen.height})
+               : std::nullopt;
+}
+
 // Asks processes of a device, one of each kind.
 class NameDevice {
   public:
@@ -126,7 +143,7 @@ class NameDevice {
         return {};
     }
 
-    // Fills in the size of what shows without a theme.
+    // Fills in the size of what shows without a theme, or of its place.
     Result<void> findSize(ReplaceableName& name) {
         auto& process = stock_[simulator::questionRowNamed(name.question.word)->process];
         if (process == nullptr) {
@@ -140,8 +157,13 @@ class NameDevice {
         if (!answer) {
             return tl::unexpected(answer.error());
         }
+        const auto pixels = [scale = investigation_.configuration.screen.scale](double points) {
+            return static_cast<std::size_t>(std::lround(points * scale));
+        };
         if (answer->picture) {
             name.size = {.width = answer->picture->width, .height = answer->picture->height};
+        } else if (const auto place = placeOfPart(name.question, investigation_.configuration)) {
+            name.size = {.width = pixels(place->width), .height = pixels(place->height)};
         }
         return {};
     }

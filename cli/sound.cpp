@@ -67,6 +67,9 @@ Result<SoundOptions> readOptions(const Arguments& arguments) {
     if (options.output == "-") {
         return misuse("--output takes a file's name: standard output says what is played");
     }
+    if (std::string why = whyOtherFormat(options.output, FileFormat::wav); !why.empty()) {
+        return misuse(std::move(why));
+    }
     return options;
 }
 

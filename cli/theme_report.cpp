@@ -3,11 +3,14 @@
 #include "cli/added_theme.h"
 #include "cli/asking.h"
 #include "cli/calendar_report.h"
+#include "cli/dead_links.h"
 #include "cli/file_requests.h"
 #include "cli/folded_name.h"
 #include "cli/near_misses.h"
 #include "cli/switches.h"
 #include "simulator/screens/question_rows.h"
+
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
@@ -62,8 +65,11 @@ class AskedDevice {
     Result<simulator::Answer> ask(const Question& question) {
         auto answer = asking_.ask(question);
         for (AskedFile& file : answer ? triedFiles(answer->record) : std::vector<AskedFile>()) {
-            if (paths_.insert(file.path).second) {
+            const auto [known, isNew] = places_.try_emplace(file.path, files_.size());
+            if (isNew) {
                 files_.push_back(std::move(file));
+            } else if (isRead(file) && !isRead(files_[known->second])) {
+                files_[known->second] = std::move(file);  // it was looked for, then read
             }
         }
         return answer;
@@ -74,7 +80,7 @@ class AskedDevice {
 
   private:
     Asking asking_;
-    std::set<std::string> paths_;
+    std::map<std::string, std::size_t> places_;  // by path
     std::vector<AskedFile> files_;
 };
 
@@ -192,7 +198,8 @@ Result<void> askForOtherApps(const Investigation& investigation, AskedDevice& de
                 return tl::unexpected(answer.error());
             }
             const auto file = lastRead(answer->record, report.effects);
-            if (file && file->theme == theme && file->name == name) {
+            if (file && file->theme == theme &&
+                (file->askedAs.empty() ? file->name : file->askedAs) == name) {
                 ++report.moreIcons;
             }
             const std::vector<AskedFile> tried = triedFiles(answer->record);
@@ -331,6 +338,11 @@ ThemeReport reportThemes(const Investigation& investigation,
                          const std::vector<simulator::NamedApp>& apps) {
     ThemeReport report;
     AskedDevice device(investigation);
+    for (const std::string& theme : investigation.device.themes) {
+        for (const std::string& name : deadLinksOf(*investigation.device.root, theme)) {
+            report.deadLinks.push_back(fmt::format("{}/{}", theme, name));
+        }
+    }
     if (auto asked = askForAll(investigation, apps, device, report); !asked) {
         report.failure = std::move(asked.error());
     }

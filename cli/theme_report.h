@@ -42,10 +42,11 @@ struct ThemeReport {
     std::vector<PartOff> partsOff;
     // Why nothing more was found out: a process that ended early, say.
     std::optional<desktop::Problem> failure = {};
-    std::vector<Effect> effects;        // files of the mask, the overlay and the shadow
-    std::vector<NearMiss> nearMisses;   // files that lie where nothing looks
-    std::vector<AskedFile> unreadable;  // files that were found and gave nothing
-    std::vector<std::string> calendar;  // lines about the property list that it was drawn by
+    std::vector<Effect> effects;         // files of the mask, the overlay and the shadow
+    std::vector<NearMiss> nearMisses;    // files that lie where nothing looks
+    std::vector<std::string> deadLinks;  // links that lead nowhere, with their themes' names
+    std::vector<AskedFile> unreadable;   // files that were found and gave nothing
+    std::vector<std::string> calendar;   // lines about the property list that it was drawn by
 };
 
 // Of a device that shows these apps, or a fresh device's own when there are none. Changes the

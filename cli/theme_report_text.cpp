@@ -1,4 +1,5 @@
 // What is said of themes.
+#include "cli/dead_links.h"
 #include "cli/messages.h"
 #include "cli/theme_report.h"
 #include "simulator/screens/question_rows.h"
@@ -8,6 +9,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
+#include <utility>
 
 namespace velmoranth::cli {
 
@@ -73,6 +75,9 @@ std::vector<std::string> linesOf(const ThemeReport& report, const MoreBehind& mo
     std::vector<std::string> lines{sumText(report, more)};
     if (!report.nearMisses.empty()) {
         lines.push_back(nearMissText(report.nearMisses, more));
+    }
+    if (std::string links = aboutDeadLinks(report.deadLinks); !links.empty()) {
+        lines.push_back(std::move(links));
     }
     constexpr std::size_t kMostFiles = 10;
     for (std::size_t i = 0; i < std::min(report.unreadable.size(), kMostFiles); ++i) {

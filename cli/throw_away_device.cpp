@@ -81,6 +81,11 @@ Result<ThemeFolder> checkTheme(ThemeFolder theme) {
             theme.path, "the folder's name can be no theme's: it has none, or not plain text"));
     }
     if (theme.folder == theme.path) {
+        if (openSettingsDevice(theme.path)) {
+            return tl::unexpected(aboutTheme(theme.path, "this is a device and no theme; --root " +
+                                                             forShell(theme.path) +
+                                                             " is for its own themes"));
+        }
         if (std::string why = whyNoTheme(theme.path); !why.empty()) {
             return tl::unexpected(aboutTheme(
                 theme.path, std::move(why.append(why.ends_with("one of them")

@@ -138,9 +138,11 @@ constexpr std::array kCodes{
             "On iOS 12 the clock has an icon like every app. iOS 13 draws hands upon a face, and "
             "looks for the face under a name of its own."},
     CodeRow{"scaled-only", note, "only its name with a scale is there",
-            "add the file without a scale in its name",
-            "The name without a scale is looked for. It is found all the same, since a file with "
-            "the screen's scale in its name is taken before it."},
+            "nothing needs to be done: the name without a scale shows where no such name is beside "
+            "it",
+            "The name without a scale is looked for, and a file with the screen's scale in its "
+            "name is taken in its place, whether it is there or not. Every device that asks for "
+            "this one finds it so."},
     CodeRow{"hidden", note, "another file of the theme is always taken before it", "",
             "Several names stand for one thing, and are tried in a fixed order. Another file of "
             "the theme comes first on every device."},

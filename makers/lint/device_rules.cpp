@@ -74,17 +74,18 @@ std::set<std::string> addScales(const LintedTheme& theme, std::vector<Finding>& 
     std::set<std::string> files;
     for (const auto& [plain, family] : familiesIn(theme)) {
         files.insert(family.file);
-        const std::string fix = "add " + plain;
         if (family.lacks.empty()) {
             findings.push_back(
                 finding("scaled-only", family.file,
-                        plain + " is looked for, and found only with a scale in its name", fix));
+                        plain + " is looked for, and this is taken for the screen's scale",
+                        "nothing needs to be done: " + plain +
+                            " would show where no such name is beside it"));
         } else {
             findings.push_back(finding("scale-missing", family.file,
                                        "shows nothing on " + named(theme, family.lacks) +
                                            ", which look for " + plain +
                                            " or that with their own scale",
-                                       fix));
+                                       "add " + plain));
         }
     }
     return files;

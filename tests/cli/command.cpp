@@ -36,6 +36,10 @@ RunningCommand::RunningCommand(const std::vector<std::string>& words,
         arguments.push_back(word.data());
     }
     arguments.push_back(nullptr);
+    if (!setting.isRead) {
+        ::close(output[0]);
+        output[0] = -1;
+    }
     process_ = ::fork();
     if (process_ == 0) {
         ::dup2(output[1], STDOUT_FILENO);

@@ -27,6 +27,7 @@ struct CommandSetting {
     std::string input = {};   // a file to be standard input; the test's own otherwise
     std::string errors = {};  // a terminal to take standard error; CommandResult has it otherwise
     std::map<int, rlim_t> limits = {};  // of resources, such as RLIMIT_FSIZE
+    bool isRead = true;                 // off: whoever would read standard output has gone already
 };
 
 // For the rest of this process, which is root's; false when it may not.

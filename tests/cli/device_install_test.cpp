@@ -205,6 +205,27 @@ TEST_F(DeviceInstall, WhatMakesItActiveIsSaid) {
                         "'ActiveThemes=E.theme,My\\, own.theme,C.theme,A.theme' enable=yes"));
 }
 
+TEST_F(DeviceInstall, ThemesThatAreGoneAreLeftOutOfTheListThatIsSaid) {
+    theme("B.theme", kLime);
+    theme("C.theme", kLime);
+    ASSERT_EQ(install({"../B.theme"}).code, 0);
+    ASSERT_EQ(install({"../C.theme", "--link"}).code, 0);
+    const auto activate = [&] {
+        static_cast<void>(runCommand(
+            {"settings", "set", "ActiveThemes=Old.theme,B.theme,C.theme", "--root", "../device"},
+            setting()));
+    };
+    folder.folder("device/Library/Themes/Old.theme");
+    activate();
+    fs::remove_all(folder / "device/Library/Themes/Old.theme");
+    EXPECT_EQ(install({"../A.theme"}).errors,
+              notActive("A.theme is", "ActiveThemes=A.theme,B.theme,C.theme"));
+    // A linked one whose folder is gone is none either.
+    fs::rename(folder / "C.theme", folder / "D.theme");
+    EXPECT_EQ(install({"../A.theme", "--force"}).errors,
+              notActive("A.theme is", "ActiveThemes=A.theme,B.theme"));
+}
+
 TEST_F(DeviceInstall, ForceReplacesWhatIsThere) {
     ASSERT_EQ(install({"../A.theme"}).code, 0);
     folder.file("device/Library/Themes/A.theme/left.over", "x");

@@ -6,6 +6,7 @@
 #include "desktop/image_io/image_io.h"
 #include "tests/cli/command.h"
 #include "tests/support/catalog/car_writer.h"
+#include "tests/support/places.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -98,6 +99,14 @@ const PerCommand kJson{
     {"sound", {"lock", "Many.theme", "--json"}},
     {"settings list", {"--root", "device", "--json"}},
     {"settings get", {"enable", "--root", "device", "--json"}},
+};
+
+// The others, with which they print something, if they ever do.
+const PerCommand kPrinting{
+    {"notify", {"prefs", "--root", "device"}},
+    {"device respring", {"--root", "device"}},
+    {"completion", {"bash"}},
+    {"man", {"preview"}},
 };
 
 Words wordsOf(const std::string& command, const Words& more) {
@@ -242,6 +251,82 @@ TEST_F(EveryCommand, PrintsSoundJson) {
         EXPECT_LE(result.code, 1) << name << result.errors;  // 1: nothing was found
         const auto parsed = nlohmann::json::parse(result.output, nullptr, false);
         EXPECT_FALSE(parsed.is_discarded()) << name << result.output.substr(0, 200);
+    }
+}
+
+// With the words that have it print the most.
+Words printing(const std::string& command) {
+    for (const PerCommand* const table : {&kJson, &kWriting, &kPrinting}) {
+        if (const auto found = table->find(command); found != table->end()) {
+            return wordsOf(command, found->second);
+        }
+    }
+    return {};
+}
+
+std::vector<std::string> everyName() {
+    std::vector<std::string> names;
+    for (const Command& command : commands()) {
+        names.emplace_back(command.name);
+    }
+    return names;
+}
+
+class EveryCommandUnread : public EveryCommand, public testing::WithParamInterface<std::string> {};
+
+// As behind "| head": what it was to do is done, nothing is said, and a shell sees what it sees of
+// other programs.
+TEST_P(EveryCommandUnread, EndsSilentlyOnceItsReaderHasGone) {
+    const Words words = printing(GetParam());
+    ASSERT_FALSE(words.empty()) << "no words are known for it";
+    const tests::TemporaryFolder read;
+    copyInto(read);
+    const CommandResult whole = run(read, words);
+    EXPECT_LE(whole.code, 1) << whole.errors;
+    const tests::TemporaryFolder unread;
+    copyInto(unread);
+    CommandSetting unreadSetting = setting(unread);
+    unreadSetting.isRead = false;
+    const CommandResult result = runCommand(words, unreadSetting);
+    if (whole.output.empty()) {
+        EXPECT_EQ(result.code, whole.code);
+    } else {
+        EXPECT_EQ(result.signal, SIGPIPE) << result.code;
+    }
+    EXPECT_EQ(result.errors, whole.errors);
+    EXPECT_TRUE(tree(unread) == tree(read)) << differences(tree(unread), tree(read));
+    EXPECT_TRUE(fs::is_empty(temporary.path())) << temporary.names(".");
+
+    Words help = wordsOf(GetParam(), {"--help"});
+    EXPECT_EQ(runCommand(help, unreadSetting).signal, SIGPIPE);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, EveryCommandUnread, testing::ValuesIn(everyName()),
+                         [](const auto& tested) {
+                             std::string name = tested.param;
+                             std::ranges::replace(name, ' ', '_');
+                             return name;
+                         });
+
+// A picture that was asked for and does not arrive is missing.
+TEST_F(EveryCommand, ThatWritesToStandardOutputFailsWhereItCannot) {
+    CommandSetting unread = setting(folder);
+    unread.isRead = false;
+    for (const Words& words : {Words{"preview", "Many.theme", "-o", "-"},
+                               Words{"extract", "Many.car", "-", "--name", "Icon 1"}}) {
+        const CommandResult result = runCommand(words, unread);
+        EXPECT_EQ(result.code, 3) << words.front();
+        EXPECT_NE(result.errors.find("error: standard output: the picture cannot be written: "),
+                  std::string::npos)
+            << result.errors;
+    }
+    const std::string command = "exec " + std::string(tests::kCommand) + " ";
+    for (const char* const words :
+         {"names chrome", "explain Many.theme -- dock", "lint Many.theme", "--help"}) {
+        const CommandResult result = runCommand({"-c", command + words + " >/dev/full"},
+                                                {.folder = folder.path(), .program = "/bin/sh"});
+        EXPECT_EQ(result.code, 3) << words;
+        EXPECT_EQ(result.errors, "velmoranth: error: standard output cannot be written\n") << words;
     }
 }
 

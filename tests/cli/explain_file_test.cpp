@@ -48,6 +48,58 @@ TEST_F(ExplainFileTest, AFileIsAskedAboutOnTheDevicesThatAreGiven) {
               "UIImages/UISwitchKnob.png@3x.png.");
 }
 
+// The plain name is looked for; which file is taken for it is the screen's affair.
+TEST_F(ExplainFileTest, AFileBesideTheOneOfTheScreensScaleIsNotLost) {
+    const std::string badge = "Bundles/com.apple.springboard/SBBadgeBG";
+    for (const char* const ending : {".png", "@2x.png", "@3x.png"}) {
+        picture("A/" + badge + ending);
+    }
+    const CommandResult result = explain({"A", "--", "file", badge + ".png"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_EQ(result.output,
+              "looked for badge, which takes SBBadgeBG@3x.png (phone iOS 12, phone iOS 13)\n"
+              "           badge, which takes SBBadgeBG@2x.png (phone-667 iOS 12, pad iOS 12, "
+              "phone-667 iOS 13, pad iOS 13)\n"
+              "A/Bundles/com.apple.springboard/SBBadgeBG.png is looked for by badge; "
+              "SBBadgeBG@3x.png beside it is taken for the screen's scale, and it shows itself "
+              "where no such name is there.\n");
+    const json said = object({"A", "--ios", "13", "--device", "pad", "--", "file", badge + ".png"});
+    EXPECT_EQ(said.at("beside"), (json{{{"request", "badge"},
+                                        {"argument", ""},
+                                        {"bundle", ""},
+                                        {"device", "pad"},
+                                        {"ios", 13},
+                                        {"file", badge + "@2x.png"}}}));
+    EXPECT_EQ(said.at("hidden"), nullptr);
+    // By its very name it is the one that is loaded.
+    EXPECT_EQ(answer({"A", "--exact-files", "--", "file", badge + ".png"}),
+              "A/Bundles/com.apple.springboard/SBBadgeBG.png is opened by badge.");
+    EXPECT_EQ(explain({"A", "--", "file", "*"}).output, "");
+}
+
+TEST_F(ExplainFileTest, AnIconBesideTheOneOfTheScreensScaleIsTakenOnTheOthers) {
+    picture(std::string("A/") + kMaps);
+    picture("A/IconBundles/com.apple.Maps-large@3x.png");
+    picture("A/IconBundles/org.mine.notes-large.png");
+    picture("A/IconBundles/org.mine.notes-large@3x.png");
+    const std::string pads = explain({"A", "--ios", "13", "--", "file", kMaps}).output;
+    EXPECT_TRUE(pads.starts_with("opened by  icon com.apple.Maps (phone-667 iOS 13, pad iOS 13)\n"))
+        << pads;
+    EXPECT_NE(pads.find("\nlooked for icon com.apple.Maps, which takes "
+                        "com.apple.Maps-large@3x.png (phone iOS 13)\n"),
+              std::string::npos)
+        << pads;
+    EXPECT_EQ(lastLine(pads),
+              "A/IconBundles/com.apple.Maps-large.png is opened by icon com.apple.Maps.");
+    // On the phone alone, and of an app that it does not have.
+    EXPECT_EQ(answer({"A", "--ios", "13", "--device", "phone", "--", "file",
+                      "IconBundles/org.mine.notes-large.png"}),
+              "A/IconBundles/org.mine.notes-large.png is looked for by icon org.mine.notes; "
+              "org.mine.notes-large@3x.png beside it is taken for the screen's scale, and it shows "
+              "itself where no such name is there.");
+    EXPECT_EQ(explain({"A", "--", "file", "*"}).output, "");
+}
+
 TEST_F(ExplainFileTest, AFileThatNoRequestOpensIsToldWithTheNameThatOneWould) {
     picture("A/IconBundles/com.apple.maps.png");
     const CommandResult result = explain({"A", "--", "file", "IconBundles/com.apple.maps.png"});

@@ -91,7 +91,16 @@ TEST_F(ExtractRequest, FiltersTakeWhatFitsAllOfThem) {
     expectFailure({"Maps.app", "none", "--name", "x", "--name", "y"}, 1,
                   "Maps.app/Assets.car: nothing has a name that fits \"x\" or \"y\"; without "
                   "--name, --list shows the names");
-    expectFailure({"Maps.app", "none", "--scale", "3"}, 1,
+    expectFailure(
+        {"Maps.app", "none", "--scale", "3"}, 1,
+        "Maps.app/Assets.car: nothing fits --scale as it is given; --list alone shows what "
+        "there is");
+    expectFailure({"Maps.app", "none", "--idiom", "watch", "--scale", "2"}, 1,
+                  "Maps.app/Assets.car: nothing fits --scale and --idiom as they are given; --list "
+                  "alone shows what there is");
+    expectFailure({"Maps.app", "none", "--idiom", "watch", "--scale", "2", "--name", "*",
+                   "--appearance", "any"},
+                  1,
                   "Maps.app/Assets.car: nothing fits --name, --scale, --idiom and --appearance as "
                   "they are given; --list alone shows what there is");
     expectFailure({"Maps.app", "none", "--appearance", "drak"}, 1,

@@ -124,9 +124,13 @@ TEST_F(ExtractSystem, ListSaysWhichGiveWayAndWhichAreNotAPhones) {
     EXPECT_NE(table.find("  a phone does not extract it\n"), std::string::npos) << table;
     EXPECT_NE(table.find("3 renditions, 2 pictures to extract\n"), std::string::npos) << table;
     // No names but these are asked of it.
-    expectFailure({"Maps.app", "out", "--system-names", "--idiom", "car"}, 1,
-                  "Maps.app/Assets.car: nothing fits --name, --scale, --idiom and --appearance as "
-                  "they are given; --list alone shows what there is");
+    expectFailure(
+        {"Maps.app", "out", "--system-names", "--idiom", "car"}, 1,
+        "Maps.app/Assets.car: nothing fits --idiom as it is given; --list alone shows what "
+        "there is");
+    expectFailure({"Maps.app", "out", "--appearance", "dark"}, 1,
+                  "Maps.app/Assets.car: nothing is for the appearance \"dark\"; --appearance takes "
+                  "any alone for this catalog, or leave it out");
 }
 
 TEST_F(ExtractSystem, CatalogOfOtherDevicesPicturesIsNothingFound) {

@@ -52,15 +52,15 @@ class Names : public PreviewTest {
 TEST_F(Names, PartsOfTheHomeScreen) {
     EXPECT_EQ(lines(names({"chrome"})),
               "folder : Velmoranth/Folder.png, 180x180\n"
-              "behind : Bundles/com.apple.springboard/ANEMFolderBackground.png, -\n"
+              "behind : Bundles/com.apple.springboard/ANEMFolderBackground.png, 1125x2436\n"
               "dock : Velmoranth/SBDockBGiphone.png, 1125x282\n"
               "badge : Bundles/com.apple.springboard/SBBadgeBG.png, 72x72\n"
               "dot current: Bundles/com.apple.springboard/SBPageDotCurrent.png, 24x24\n"
               "dot other: Bundles/com.apple.springboard/SBPageDot.png, 24x24\n"
               "dot search: Bundles/com.apple.springboard/Spotlight_Pages.png, 24x24\n"
-              "mask : Bundles/com.apple.mobileicons.framework/AppIconMask.png, -\n"
-              "overlay : Velmoranth/iPhoneOverlay.png, -\n"
-              "shadow : Velmoranth/iPhoneShadow.png, -\n"
+              "mask : Bundles/com.apple.mobileicons.framework/AppIconMask.png, 180x180\n"
+              "overlay : Velmoranth/iPhoneOverlay.png, 180x180\n"
+              "shadow : Velmoranth/iPhoneShadow.png, 240x240\n"
               "pressed : Bundles/com.apple.mobileicons.framework/AppIconMask.png, 180x180\n"
               "calendar : IconBundles/com.apple.mobilecal-large.png, 180x180\n"
               "clock : Bundles/com.apple.SpringBoardHome/ClockIconBackgroundSquare@3x.png, "
@@ -71,7 +71,12 @@ TEST_F(Names, PartsOfTheHomeScreen) {
 TEST_F(Names, DevicesAndSystemsHaveTheirOwn) {
     const std::string pad = lines(names({"chrome", "--device", "pad", "--ios", "12"}));
     EXPECT_NE(pad.find("folder : Velmoranth/ipadFolder.png, 152x152\n"), std::string::npos) << pad;
-    EXPECT_NE(pad.find("overlay : Velmoranth/iPadOverlay.png, -\n"), std::string::npos);
+    EXPECT_NE(pad.find("overlay : Velmoranth/iPadOverlay.png, 152x152\n"), std::string::npos);
+    EXPECT_NE(pad.find("shadow : Velmoranth/iPadShadow~ipad.png, 192x192\n"), std::string::npos);
+    EXPECT_NE(pad.find("/ANEMFolderBackground.png, 1536x2048\n"), std::string::npos);
+    const std::string smaller = lines(names({"chrome", "--device", "phone-667"}));
+    EXPECT_NE(smaller.find("shadow : Velmoranth/iPhoneShadow.png, 160x160\n"), std::string::npos)
+        << smaller;
     EXPECT_NE(pad.find("clock : IconBundles/com.apple.mobiletimer-large.png, 152x152\n"),
               std::string::npos);
     EXPECT_NE(lines(names({"settings", "--device", "phone-667"}))
@@ -139,7 +144,7 @@ TEST_F(Names, TableHasWhatAPersonTypes) {
     EXPECT_EQ(result.errors, "");
     EXPECT_TRUE(
         result.output.starts_with("chrome\n"
-                                  "   180 × 180  Velmoranth/Folder.png "))
+                                  "    180 × 180  Velmoranth/Folder.png "))
         << result.output;
     EXPECT_NE(result.output.find("dock  with removeDock\n"), std::string::npos) << result.output;
     EXPECT_NE(result.output.find("\n\nsounds\n"), std::string::npos);

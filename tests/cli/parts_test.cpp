@@ -102,7 +102,7 @@ TEST(Comparison, PicturesStandBesideEachOtherAtTheirOwnHeight) {
     };
     const simulator::Picture left = solid(10, 20, 255);
     const simulator::Picture right = solid(14, 30, 128);
-    const simulator::Picture both = sideBySide({left, ""}, {right, ""});
+    const simulator::Picture both = sideBySide({left, "."}, {right, ""});
     EXPECT_EQ(both.width, 10U + 24U + 14U);
     EXPECT_EQ(both.height, 56U + 30U);
     EXPECT_EQ(both.scale, 2);

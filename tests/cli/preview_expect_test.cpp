@@ -72,12 +72,16 @@ TEST(Comparison, RowsLieBelowEachOther) {
     const Picture a = solid(10, 20, 1);
     const Picture b = solid(30, 5, 2);
     const Picture c = solid(60, 7, 3);
-    const std::vector<std::vector<Captioned>> rows{{{a, ""}, {b, ""}}, {{c, ""}}};
+    // A line for captions, one for a title, and none for neither.
+    const std::vector<CaptionedRow> rows{
+        {"", {{a, "a"}, {b, ""}}}, {"TTT", {{c, ""}}}, {"", {{a, ""}}}, {"T", {{a, "a"}}}};
     const Arranged sheet = inRows(rows);
-    EXPECT_EQ(sheet.places,
-              (std::vector<Placed>{{0, 28, 10, 20}, {22, 28, 30, 5}, {0, 76, 60, 7}}));
+    EXPECT_EQ(
+        sheet.places,
+        (std::vector<Placed>{
+            {0, 28, 10, 20}, {22, 28, 30, 5}, {0, 76, 60, 7}, {0, 83, 10, 20}, {0, 159, 10, 20}}));
     EXPECT_EQ(sheet.picture.width, 60U);
-    EXPECT_EQ(sheet.picture.height, 83U);
+    EXPECT_EQ(sheet.picture.height, 179U);
     const auto at = [&](std::size_t x, std::size_t y) {
         return int{sheet.picture.pixels[(y * 60 + x) * 4]};
     };
@@ -90,12 +94,26 @@ TEST(Comparison, RowsLieBelowEachOther) {
         EXPECT_EQ(at(static_cast<std::size_t>(x), static_cast<std::size_t>(y)), 0xF4)
             << x << "," << y;
     }
+    const auto hasInk = [&](std::size_t x, std::size_t y) {
+        for (std::size_t i = 0; i < 10 * std::size_t{28}; ++i) {
+            if (at(x + i % 10, y + i / 10) != 0xF4) {
+                return true;
+            }
+        }
+        return false;
+    };
+    EXPECT_TRUE(hasInk(0, 0)) << "the first caption";
+    EXPECT_FALSE(hasInk(30, 0)) << "which the second picture has none of";
+    EXPECT_TRUE(hasInk(0, 48)) << "a title, at the left";
+    EXPECT_FALSE(hasInk(50, 48));
+    EXPECT_TRUE(hasInk(0, 103)) << "a title";
+    EXPECT_TRUE(hasInk(0, 131)) << "above captions";
 }
 
 TEST(Comparison, AMarginLiesAroundAllRows) {
     const Picture a = solid(10, 20, 1);
     const Picture b = solid(30, 5, 2);
-    const std::vector<std::vector<Captioned>> rows{{{a, ""}}, {{b, ""}}};
+    const std::vector<CaptionedRow> rows{{"", {{a, "a"}}}, {"", {{b, "b"}}}};
     const Arranged sheet = inRows(rows, 7);
     EXPECT_EQ(sheet.places, (std::vector<Placed>{{7, 35, 10, 20}, {7, 90, 30, 5}}));
     EXPECT_EQ(sheet.picture.width, 44U);

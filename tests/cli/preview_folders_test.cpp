@@ -54,6 +54,22 @@ TEST_F(PreviewFolders, EveryOtherCommandSaysItToo) {
     EXPECT_EQ(folder.names("device/Library/Themes"), "");
 }
 
+TEST_F(PreviewFolders, ADeviceInPlaceOfAThemeIsToldApart) {
+    ASSERT_EQ(runCommand({"device", "init", folder / "my device"}).code, 0);
+    theme("my device/Library/Themes/B.theme", kLime);
+    for (const std::vector<std::string>& words :
+         std::vector<std::vector<std::string>>{{"preview", "../my device"},
+                                               {"explain", "../my device", "--", "dock"},
+                                               {"sound", "lock", "../my device", "-o", "s.wav"}}) {
+        const CommandResult result = runCommand(words, setting());
+        EXPECT_EQ(result.code, 3) << words.front();
+        EXPECT_EQ(result.errors,
+                  "velmoranth: error: ../my device: this is a device and no theme; --root "
+                  "'../my device' is for its own themes\n");
+    }
+    EXPECT_EQ(folder.names("work"), "");
+}
+
 // A slip of the keyboard, or the ending left out.
 TEST_F(PreviewFolders, AThemeThatIsNotThereIsNamedNearby) {
     theme("Sunset.theme", kLime);

@@ -100,6 +100,31 @@ TEST_F(PreviewReportTest, FilesThatLieWhereNothingLooksAreCounted) {
         << text;
 }
 
+// A phone takes the one of its screen's scale, and another device the others.
+TEST_F(PreviewReportTest, FilesBesideTheOneOfTheScreensScaleAreNotLost) {
+    for (const char* const name :
+         {"AnemoneEffects/iPhoneOverlay", "Bundles/com.apple.springboard/SBBadgeBG",
+          "Bundles/com.apple.springboard/SBPageDotCurrent", "IconBundles/com.apple.Maps-large",
+          "IconBundles/org.mine.notes-large"}) {
+        for (const char* const ending : {".png", "@2x.png", "@3x.png"}) {
+            picture("work/A/" + std::string(name) + ending);
+        }
+    }
+    EXPECT_EQ(report().find("where nothing looks"), std::string::npos) << report();
+    EXPECT_NE(report().find("; 1 icon of apps that are not shown"), std::string::npos) << report();
+    // Where only the other device's is there, this one shows nothing of it.
+    for (const char* const ending : {".png", "@2x.png"}) {
+        std::filesystem::remove(folder /
+                                ("work/A/AnemoneEffects/iPhoneOverlay" + std::string(ending)));
+    }
+    EXPECT_EQ(report().find("where nothing looks"), std::string::npos) << report();
+    const std::string smaller = report({"--device", "phone-667"});
+    EXPECT_NE(smaller.find("1 file lies where nothing looks, A/AnemoneEffects/iPhoneOverlay@3x.png "
+                           "first, which would be "),
+              std::string::npos)
+        << smaller;
+}
+
 TEST_F(PreviewReportTest, FilesThatAnotherThemeHidesAreNotMisnamed) {
     for (const char* const theme : {"A", "B"}) {
         picture(std::string("work/") + theme + "/Bundles/com.apple.Preferences/WiFi@3x.png");
@@ -415,21 +440,23 @@ TEST_F(CalendarReportTest, AValueOfAWrongKindIsTold) {
                   "missing\n");
 }
 
-TEST_F(CalendarReportTest, ATextThatNothingIsSaidAboutIsTold) {
+TEST_F(CalendarReportTest, ATextThatNothingIsSaidAboutIsToldWithTheCure) {
+    const std::string cure = "; velmoranth convert fills in the settings that a device has";
     EXPECT_EQ(about(settings("CalendarIconDateSettings", font_)),
               std::string(kAbout) +
                   "CalendarIconDaySettings is missing, so the weekday stands at the icon's top "
-                  "edge in the device's own font\n");
+                  "edge in the device's own font" +
+                  cure + "\n");
     const std::string bare = std::string(kAbout) +
                              "there is nothing about the calendar in it, so the texts stand at the "
                              "icon's top edge in the device's own font";
-    EXPECT_EQ(about(text("Name", "A")), bare + "\n");
+    EXPECT_EQ(about(text("Name", "A")), bare + cure + "\n");
     // The list of the theme below has what this one lacks.
     list("B", text("Name", "B"));
-    EXPECT_EQ(about(text("Name", "A"), {"B"}), bare + "\n");
+    EXPECT_EQ(about(text("Name", "A"), {"B"}), bare + cure + "\n");
     list("C", understood_);
     EXPECT_EQ(about(text("Name", "A"), {"B", "C"}),
-              bare + "; what C/Info.plist says is not read\n");
+              bare + "; what C/Info.plist says is not read" + cure + "\n");
 }
 
 TEST_F(CalendarReportTest, AThemeWithoutAListHasTheDevicesOwn) {

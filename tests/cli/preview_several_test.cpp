@@ -120,9 +120,9 @@ TEST_F(PreviewSeveral, SheetHasARowADevice) {
     EXPECT_EQ(result.errors, "");
     // Every screen is 320 pixels wide below its caption of 28, with gaps of 12 around it; the panel
     // is not among them.
-    EXPECT_EQ(picture().height, 12U + (28 + 693 + 12) + (28 + 569 + 12) + (28 + 427 + 12));
+    EXPECT_EQ(picture().height, 12U + (28 + 28 + 693 + 12) + (28 + 569 + 12) + (28 + 427 + 12));
     EXPECT_EQ(picture().width, 12U + 9 * (320 + 12));
-    EXPECT_EQ(result.output, "preview.png: 3000 × 1821 pixels, 27 screens\n");
+    EXPECT_EQ(result.output, "preview.png: 3000 × 1849 pixels, 27 screens\n");
 }
 
 TEST_F(PreviewSeveral, SheetShowsTheScreensAndDevicesThatAreNamed) {
@@ -139,14 +139,14 @@ TEST_F(PreviewSeveral, SheetShowsTheScreensAndDevicesThatAreNamed) {
                 "\n";
     }
     EXPECT_EQ(rows,
-              "settings pad 12.4 12,40 320x427\n"
-              "home pad 12.4 344,40 320x427\n"
-              "settings phone-667 12.4 12,507 320x569\n"
-              "home phone-667 12.4 344,507 320x569\n"
-              "settings pad 13.3 12,1116 320x427\n"
-              "home pad 13.3 344,1116 320x427\n"
-              "settings phone-667 13.3 12,1583 320x569\n"
-              "home phone-667 13.3 344,1583 320x569\n");
+              "settings pad 12.4 12,68 320x427\n"
+              "home pad 12.4 344,68 320x427\n"
+              "settings phone-667 12.4 12,535 320x569\n"
+              "home phone-667 12.4 344,535 320x569\n"
+              "settings pad 13.3 12,1144 320x427\n"
+              "home pad 13.3 344,1144 320x427\n"
+              "settings phone-667 13.3 12,1611 320x569\n"
+              "home phone-667 13.3 344,1611 320x569\n");
     // The icon is on the home screen alone.
     EXPECT_EQ(picture("work/sheet.png").count(kMagenta, 0, 332), 0);
     EXPECT_GT(picture("work/sheet.png").count(kMagenta, 344), 500);
@@ -163,7 +163,7 @@ TEST_F(PreviewSeveral, OneScreenIsASheetToo) {
     theme("A.theme", kMagenta);
     const CommandResult result =
         preview({"../A.theme", "--sheet", "--screen", "home", "--device", "pad", "--before"});
-    EXPECT_EQ(result.output, "preview.png: 344 × 479 pixels, iOS 13.3, pad\n");
+    EXPECT_EQ(result.output, "preview.png: 344 × 507 pixels, iOS 13.3, pad\n");
     EXPECT_EQ(picture().count(kMagenta), 0);
 }
 

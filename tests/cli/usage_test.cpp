@@ -261,12 +261,21 @@ TEST(Usage, EveryMisuseIsOneLineAndExitCode2) {
         {{"preview", "T", "--page", "0"}, "--page takes a number from 1 to 1000, not \"0\""},
         {{"preview", "T", "--locale", "../x"},
          "--locale takes a name like en_US or de, not \"../x\""},
-        {{"preview", "T", "--locale", "xx_YY"},
-         "--locale takes a language that is known, and \"xx_YY\" is none"},
+        {{"explain", "T", "--locale", "xx_DE", "--", "dock"},
+         "--locale takes a language that is known, and \"xx_DE\" is none; did you mean "
+         "de_DE?"},
         {{"preview", "T", "--locale", "dee_DE"},
          "--locale takes a language that is known, and \"dee_DE\" is none; did you mean de_DE?"},
         {{"preview", "T", "-o", "x.jpg"},
          "--output writes a PNG file, and the name x.jpg is another format's"},
+        {{"preview", "T", "-o", "x.WAV"},
+         "--output writes a PNG file, and the name x.WAV is another format's"},
+        {{"explain", "T", "-o", "a/x.jpg", "--", "dock"},
+         "--output writes a PNG file, and the name a/x.jpg is another format's"},
+        {{"sound", "lock", "T", "-o", "l.mp3"},
+         "--output writes a WAV file, and the name l.mp3 is another format's"},
+        {{"sound", "lock", "T", "-o", "l.png"},
+         "--output writes a WAV file, and the name l.png is another format's"},
         {{"preview", "T", "-o", "deep/X.TIFF"},
          "--output writes a PNG file, and the name deep/X.TIFF is another format's"},
         {{"preview", "T", "--date", "2019-02-30"},
@@ -281,6 +290,32 @@ TEST(Usage, EveryMisuseIsOneLineAndExitCode2) {
         EXPECT_EQ(result.errors, "velmoranth: error: " + misuse.message + "\n");
         EXPECT_EQ(result.output, "");
     }
+}
+
+// Which one that is, is the tables' affair.
+TEST(Usage, ALocaleLikeNoneIsToldTheNearest) {
+    const CommandResult result = runCommand({"preview", "T", "--locale", "xx_YY"});
+    const std::string start =
+        "velmoranth: error: --locale takes a language that is known, and \"xx_YY\" is none; the "
+        "nearest that is known is ";
+    EXPECT_EQ(result.code, 2);
+    ASSERT_TRUE(result.errors.starts_with(start)) << result.errors;
+    const std::string nearest =
+        result.errors.substr(start.size(), result.errors.size() - start.size() - 1);
+    EXPECT_EQ(nearest.size(), 5U) << nearest;
+    EXPECT_EQ(runCommand({"preview", "T", "--locale", nearest}).code, 3) << "no such theme";
+}
+
+TEST(Usage, HelpOfHelpIsTheProgramsOwn) {
+    const std::string whole = runCommand({"--help"}).output;
+    EXPECT_TRUE(whole.starts_with("usage: velmoranth COMMAND"));
+    for (const std::vector<std::string>& words : std::vector<std::vector<std::string>>{
+             {"help"}, {"help", "--help"}, {"help", "-h"}, {"-h"}}) {
+        const CommandResult result = runCommand(words);
+        EXPECT_EQ(result.code, 0) << result.errors;
+        EXPECT_EQ(result.output, whole);
+    }
+    EXPECT_EQ(runCommand({"help", "--hlp"}).code, 2);
 }
 
 TEST(Usage, AGroupAloneListsItsCommands) {
