@@ -35,9 +35,10 @@ constexpr std::array<ThemeFolder, 12> kThemeFolders{{{"IconBundles", true},
                                                      {"com.apple.mobileicons.framework", true}}};
 
 // Files of fixed names besides those that an image rule makes.
-constexpr std::array<FixedPicture, 11> kPictures{
+constexpr std::array<FixedPicture, 13> kPictures{
     {{"Bundles/com.apple.SpringBoardHome", "ClockIconBackgroundSquare"},
      {"Bundles/com.apple.mobileicons.framework", "AppIconMask"},
+     {"Bundles/com.apple.springboard", "ClockIconBackgroundSquare"},
      {"Bundles/com.apple.springboard", "SBDockBG-Landscape"},
      {"Bundles/com.apple.springboard", "SBDockBG-Portrait"},
      {"Iconomatic", "Folder"},
@@ -45,6 +46,7 @@ constexpr std::array<FixedPicture, 11> kPictures{
      {"Velmoranth", "Folder"},
      {"Velmoranth", "SBDockBGipad"},
      {"Velmoranth", "SBDockBGiphone"},
+     {"Velmoranth", "iPadShadow"},
      {"Velmoranth", "ipadFolder"},
      {"com.apple.mobileicons.framework", "AppIconMask"}}};
 

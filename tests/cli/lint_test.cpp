@@ -96,11 +96,19 @@ std::vector<Broken> brokenThemes() {
          {"name-case iconbundles/com.apple.Maps-large.png"}},
         {{{"Velmoranth/Folder.png", gray}, {"Velmoranth/folder.png", gray}},
          {"name-case Velmoranth/folder.png", "one-device Velmoranth/Folder.png"}},
+        // Names that a conversion does not know.
+        {{{"velmoranthfolder.png", gray}}, {"name-case velmoranthfolder.png"}},
+        {{{kHome + "anemfolderbackground.png@3x.png", gray}},
+         {"name-case " + kHome + "anemfolderbackground.png@3x.png"}},
         {{{kIcons + "com.apple.mobiletimer-large.png", icon()}},
          {"clock-icon " + kIcons + "com.apple.mobiletimer-large.png"}},
         {{{kIcons + "com.apple.mobiletimer-large.png", icon()},
           {"Bundles/com.apple.SpringBoardHome/ClockIconBackgroundSquare.png", icon()}},
          {}},
+        // What a conversion notes of other files says nothing of the clock.
+        {{{"Bundles/com.apple.preferences/WiFi.png", icon()},
+          {"Bundles/com.apple.preferences-framework/WiFi.png", icon()}},
+         {"settings-icon Bundles/com.apple.preferences-framework/WiFi.png"}},
         {{{"Velmoranth/Anything.png", gray}}, {"never-asked Velmoranth/Anything.png"}},
         {{{maps, pictureOf(180, 120, {1, 2, 3, 255})}}, {"icon-not-square " + maps}},
         {{{"UIImages/Pin~ipad.png", gray}}, {"odd-name UIImages/Pin~ipad.png"}},
@@ -334,6 +342,39 @@ TEST_F(LintCommand, WhatConvertMendsIsGoneOnceItHas) {
     stay.emplace_back("one-device Bundles/com.apple.springboard/SBDockBG@2x.png");
     stay.emplace_back("one-device Velmoranth/Folder.png");
     EXPECT_EQ(findings("out/T.theme"), stay);
+}
+
+// Said of a finding, and so of its code and its file once the theme is converted.
+TEST_F(LintCommand, WhatConvertMendsIsSaidOfEachFinding) {
+    struct Row {
+        std::string file;
+        std::string code;
+        bool isMended;
+    };
+
+    for (const Row& row :
+         std::vector<Row>{{kHome + "SBBadgeBG@3x.png", "scale-missing", true},
+                          {"Velmoranth/SBDockBGiphone@3x.png", "scale-missing", false},
+                          {kHome + "SBDockBG@2x.png", "one-device", false},
+                          {"Velmoranth/sbdockbgiphone.png", "name-case", true},
+                          {"velmoranthsbdockbgiphone.png", "name-case", false},
+                          {"Bundles/com.burbn.instagram/Icon.png", "icon-in-bundle", true},
+                          {"Bundles/com.apple.preferences/WiFi.png", "settings-icon", true},
+                          {kIcons + "com.apple.mobiletimer-large.png", "clock-icon", false}}) {
+        SCOPED_TRACE(row.file);
+        fs::remove_all(folder / "work/T.theme");
+        fs::remove_all(folder / "work/out");
+        put("work/T.theme", {{row.file, icon()}});
+        const auto before = nlohmann::json::parse(lint({"T.theme", "--json"}).output);
+        const auto& found = before["themes"][0]["findings"];
+        ASSERT_EQ(found.size(), 1U) << found;
+        const auto& finding = found[0];
+        EXPECT_EQ(finding["code"], row.code);
+        EXPECT_EQ(finding["isMendedByConvert"], row.isMended);
+        ASSERT_EQ(runCommand({"convert", "T.theme", "-o", "out"}, setting()).code, 0);
+        const std::vector<std::string> after = findings("out/T.theme");
+        EXPECT_EQ(std::ranges::find(after, row.code + " " + row.file) == after.end(), row.isMended);
+    }
 }
 
 TEST_F(LintCommand, CodesAreExplained) {
