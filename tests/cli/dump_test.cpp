@@ -22,6 +22,7 @@ using tests::CarPixels;
 using tests::CarWriter;
 
 constexpr const char* kSkeleton = "themes/Skeleton.theme";
+constexpr std::uint16_t kPhoneIdiom = 1;
 constexpr std::uint16_t kPadIdiom = 2;
 
 class Dump : public PreviewTest {
@@ -133,7 +134,11 @@ TEST_F(Dump, theReportSaysWhatIsLeftOutAndWhy) {
                                  "as it is\n"),
               std::string::npos)
         << result.output;
-    EXPECT_NE(result.output.find(": the system has no picture there\n"), std::string::npos);
+    EXPECT_NE(result.output.find("  left out  Bundles/com.apple.springboard/"
+                                 "ANEMFolderBackground.png and 2 more: the system has no picture "
+                                 "there\n"),
+              std::string::npos)
+        << result.output;
     EXPECT_FALSE(written(kSkeleton).contains("Bundles/com.apple.CoreGlyphs/gear@3x.png"));
     const std::string badge = "Bundles/com.apple.springboard/SBBadgeBG@3x.png";
     EXPECT_NE(result.output.find("  left out  " + badge +
@@ -272,6 +277,8 @@ TEST_F(Dump, picturesOfABundleGoToWhereItLooksForThem) {
     car.facet("Small", 8);
     car.facet("../../../out", 9);
     car.facet("Sign", 10);
+    car.facet("Both", 11);
+    car.facet("Pads", 12);
     car.bitmap({.identifier = 7, .scale = 3}, CarPixels::filled(9, 6, {0, 255, 0, 255}));
     car.bitmap({.identifier = 7, .scale = 3, .idiom = kPadIdiom},
                CarPixels::filled(12, 6, {0, 0, 255, 255}));
@@ -279,6 +286,11 @@ TEST_F(Dump, picturesOfABundleGoToWhereItLooksForThem) {
     car.bitmap({.identifier = 8, .scale = 1}, CarPixels::filled(5, 5, {255, 0, 0, 255}));
     car.bitmap({.identifier = 9, .scale = 3}, CarPixels::filled(5, 5, {255, 0, 0, 255}));
     car.bitmap({.identifier = 10, .scale = 3, .flags = 8}, CarPixels::filled(5, 5, {0, 0, 0, 255}));
+    car.bitmap({.identifier = 11, .scale = 3}, CarPixels::filled(7, 7, {255, 0, 0, 255}));
+    car.bitmap({.identifier = 11, .scale = 3, .idiom = kPhoneIdiom},
+               CarPixels::filled(8, 8, {0, 0, 255, 255}));
+    car.bitmap({.identifier = 12, .scale = 3, .idiom = kPadIdiom},
+               CarPixels::filled(5, 5, {255, 0, 0, 255}));
     catalog("Pins.app/Assets.car", car);
     folder.file("work/Pins.app/Info.plist",
                 "<plist version=\"1.0\"><dict><key>CFBundleIdentifier</key>"
@@ -292,12 +304,18 @@ TEST_F(Dump, picturesOfABundleGoToWhereItLooksForThem) {
         "request":"image Pin of com.example.pins","width":9,"height":6,"from":"Pins.app"})"));
     const PngPicture picture(folder.contents(std::string("work/") + kSkeleton + "/" + pin));
     EXPECT_EQ(picture.count({0, 255, 0}), 54);
+    const std::string both = "Bundles/com.example.pins/Both@3x.png";
+    ASSERT_TRUE(files.contains(both));
+    EXPECT_EQ(files.at(both).at("width"), 8) << "the phone's before that of all devices";
     std::map<std::string, std::string> leftOut;
     const json report = json::parse(result.output);
     for (const json& empty : report.at("leftOut")) {
         leftOut[empty.at("file")] = empty.at("why");
     }
     EXPECT_EQ(leftOut["Bundles/com.example.pins/Small@3x.png"],
+              "the catalog has no picture of it for such a screen");
+    EXPECT_FALSE(files.contains("Bundles/com.example.pins/Pads@3x.png"));
+    EXPECT_EQ(leftOut["Bundles/com.example.pins/Pads@3x.png"],
               "the catalog has no picture of it for such a screen");
     EXPECT_EQ(leftOut["Bundles/com.example.pins/../../../out@3x.png"], "no file can have its name");
     EXPECT_EQ(leftOut["Bundles/com.example.pins/Sign@3x.png"],
@@ -374,11 +392,16 @@ TEST_F(Dump, picturesOfARealCatalog) {
     ASSERT_EQ(result.code, 0) << result.errors;
     const CommandResult extracted = runCommand({"extract", "Real.app", "out", "--json"}, setting());
     ASSERT_EQ(extracted.code, 0) << extracted.errors;
-    std::map<std::string, std::set<std::vector<std::uint8_t>>> picturesOf;  // of each name
+    // Of each name: those for phones before those for all devices, vectors after the others.
+    std::map<std::string, std::map<int, std::set<std::vector<std::uint8_t>>>> picturesOf;
     const json list = json::parse(extracted.output);
     for (const json& rendition : list.at("renditions")) {
-        if (rendition.at("path").is_string()) {
-            picturesOf[rendition.at("name")].insert(
+        const bool isVector = rendition.at("kind") == "vector";
+        const std::string idiom = rendition.at("idiom");
+        if (rendition.at("path").is_string() && (isVector || rendition.at("scale") == 3.0) &&
+            (idiom == "phone" || idiom == "universal")) {
+            const int rank = (idiom == "phone" ? 0 : 2) + (isVector ? 1 : 0);
+            picturesOf[rendition.at("name")][rank].insert(
                 pixelsOf("work/" + rendition.at("path").get<std::string>()));
         }
     }
@@ -393,7 +416,8 @@ TEST_F(Dump, picturesOfARealCatalog) {
                 name.substr(kBundle.size(), name.size() - kBundle.size() - kScale.size());
             const auto pixels = pixelsOf(std::string("work/") + kSkeleton + "/" + name);
             EXPECT_FALSE(pixels.empty()) << name;
-            EXPECT_TRUE(picturesOf[own].contains(pixels)) << name;
+            ASSERT_FALSE(picturesOf[own].empty()) << name;
+            EXPECT_TRUE(picturesOf[own].begin()->second.contains(pixels)) << name;
             ++taken;
         }
     }

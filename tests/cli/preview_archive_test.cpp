@@ -15,6 +15,19 @@ class PreviewArchive : public PreviewTest {
                 folder.contents("made/IconBundles/com.apple.Preferences-large.png")};
     }
 
+    // What is said of conversions, in the lines that name one.
+    static std::string linesOfConvert(const CommandResult& result) {
+        EXPECT_EQ(result.code, 0);
+        std::string lines;
+        for (std::size_t start = 0; start < result.errors.size();) {
+            const std::size_t end = result.errors.find('\n', start) + 1;
+            const std::string line = result.errors.substr(start, end - start);
+            lines += line.find("velmoranth convert ") == std::string::npos ? "" : line;
+            start = end == 0 ? result.errors.size() : end;
+        }
+        return lines;
+    }
+
     // How many pixels of the drawn screen have the colour.
     int shows(const std::string& archive, Color color) const {
         const CommandResult result = preview({archive});
@@ -65,15 +78,33 @@ TEST_F(PreviewArchive, whatConvertWouldBringToLightIsOneLine) {
     folder.file("a b.zip", tests::zipOf({icon("A.theme", kMagenta, "@3x.png")}));
     const CommandResult result = runCommand({"preview", "../a b.zip"}, setting());
     EXPECT_EQ(result.code, 0);
-    const std::string line =
-        "\nvelmoranth: A.theme: 1 icon lies under a name that nothing looks for; velmoranth "
-        "convert '../a b.zip' -o FOLDER makes a theme that shows it\n";
-    EXPECT_TRUE(result.errors.ends_with(line)) << result.errors;
+    EXPECT_EQ(linesOfConvert(result),
+              "velmoranth: A.theme: 1 icon lies under a name that nothing looks for; velmoranth "
+              "convert '../a b.zip' -o FOLDER makes a theme that shows it\n");
     EXPECT_EQ(picture().count(kMagenta), 0);
     ASSERT_EQ(runCommand({"convert", "../a b.zip", "-o", "out"}, setting()).code, 0);
     const CommandResult converted = runCommand({"preview", "out/A.theme"}, setting());
     EXPECT_EQ(converted.errors.find("convert"), std::string::npos) << converted.errors;
     EXPECT_GT(picture().count(kMagenta), 1000);
+}
+
+TEST_F(PreviewArchive, whatConvertWouldBringToLightIsOneLineForEachThemeThatHidesSome) {
+    const std::string png = icon("", kMagenta).contents;
+    folder.file("s.zip", tests::zipOf({icon("A.theme", kMagenta, "@3x.png"),
+                                       {"A.theme/Icons/com.apple.Maps.png", png},
+                                       icon("B.theme", kMagenta),
+                                       icon("C.theme", kMagenta, "@3x.png"),
+                                       {"C.theme/AnemoneEffects/iPhoneOverlay@3x~ipad.png", png},
+                                       {"D.theme/UIImages/UIPageIndicator@2x.png", png}}));
+    const std::string rest =
+        " nothing looks for; velmoranth convert ../s.zip -o FOLDER makes a theme that shows ";
+    EXPECT_EQ(linesOfConvert(runCommand({"preview", "../s.zip"}, setting())),
+              "velmoranth: A.theme: 2 icons lie under names that" + rest + "them\n" +
+                  "velmoranth: C.theme: 1 icon and 1 other image lie under names that" + rest +
+                  "them\n" + "velmoranth: D.theme: 2 images lie under names that" + rest +
+                  "them\n");
+    EXPECT_EQ(runCommand({"preview", "../s.zip", "--quiet"}, setting()).errors, "");
+    EXPECT_EQ(folder.names("tmp"), "");
 }
 
 TEST_F(PreviewArchive, archivesThatAreNoneAreALine) {
