@@ -357,7 +357,7 @@ TEST_F(LintCommand, WhatConvertMendsIsSaidOfEachFinding) {
                           {"Velmoranth/SBDockBGiphone@3x.png", "scale-missing", false},
                           {kHome + "SBDockBG@2x.png", "one-device", false},
                           {"Velmoranth/sbdockbgiphone.png", "name-case", true},
-                          {"velmoranthsbdockbgiphone.png", "name-case", false},
+                          {kHome + "anemfolderbackground.png@3x.png", "name-case", false},
                           {"Bundles/com.burbn.instagram/Icon.png", "icon-in-bundle", true},
                           {"Bundles/com.apple.preferences/WiFi.png", "settings-icon", true},
                           {kIcons + "com.apple.mobiletimer-large.png", "clock-icon", false}}) {
