@@ -3,6 +3,7 @@
 #include "cli/explanation.h"
 #include "cli/messages.h"
 #include "desktop/plist/property_lists.h"
+#include "desktop/text/fonts.h"
 #include "platform/foundation.h"
 
 #include "makers/conversion/repairs.h"
@@ -13,6 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <optional>
 #include <span>
@@ -106,6 +108,23 @@ std::string colorFinding(const TextRow& row, const Dictionary& settings, std::st
         row.name, key, inQuotes(*said), shownColor);
 }
 
+// About its size; "" when it is drawn as the list says. The icon itself complains of what is
+// neither a number nor a text.
+std::string sizeFinding(const TextRow& row, const Dictionary& settings) {
+    const PropertyList* const value = platform::objectForKey(settings, "FontSize");
+    if (value == nullptr || platform::floatValue(value) > 0) {
+        return {};
+    }
+    const auto* const text = value->as<std::string>();
+    if (text == nullptr && value->as<std::int64_t>() == nullptr && value->as<double>() == nullptr) {
+        return {};
+    }
+    return fmt::format(
+        "the {}'s FontSize {} is drawn in {} points; give a number above 0", row.name,
+        text == nullptr ? record::words(platform::floatValue(value)) : inQuotes(*text),
+        desktop::kSystemFontSize);
+}
+
 void addFindings(std::vector<CalendarFinding>& findings, const TextRow& row,
                  const Dictionary& settings, const WrittenText& text) {
     const auto add = [&](CalendarFault fault, std::string line) {
@@ -118,6 +137,9 @@ void addFindings(std::vector<CalendarFinding>& findings, const TextRow& row,
     } else if (!text.hasFont) {
         add(CalendarFault::font,
             fmt::format("the {}'s font {} is none of the device's", row.name, shown(text.font)));
+    }
+    if (std::string finding = sizeFinding(row, settings); !finding.empty()) {
+        add(CalendarFault::value, std::move(finding));
     }
     for (const auto& [key, color] :
          {std::pair(std::string_view("TextColor"), text.textColor),

@@ -17,7 +17,7 @@ enum class CalendarFault {
     textMissing,  // nothing of one of the texts
     font,         // one that the device lacks, or none
     color,        // one that shows as another
-    value,        // of a wrong kind
+    value,        // of a wrong kind, or a size that nothing is drawn in
 };
 
 struct CalendarFinding {

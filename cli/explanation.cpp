@@ -415,17 +415,15 @@ Result<Explanation> explain(const Investigation& investigation, const Question& 
     }
     static_cast<void>((*process)->takeRecord());
     auto answer = (*process)->ask(question);
-    if (!answer && (*process)->processId() != 0) {
-        return tl::unexpected(std::move(answer.error()));
-    }
-    if (!answer) {
-        Explanation result = explanationOf(question, (*process)->takeRecord());
-        result.failure = std::move(answer.error());
-        return result;
-    }
-    const auto again = (*process)->ask(question);
-    if (!again) {
+    const auto again = answer ? (*process)->ask(question) : answer;
+    if (!again && (*process)->processId() != 0) {
         return tl::unexpected(again.error());
+    }
+    if (!again) {
+        Explanation result =
+            explanationOf(question, answer ? std::move(answer->record) : (*process)->takeRecord());
+        result.failure = again.error();
+        return result;
     }
     Explanation result = explanationOf(question, std::move(answer->record));
     for (AskedFile& file : result.files) {

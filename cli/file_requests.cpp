@@ -40,6 +40,10 @@ std::set<std::string> namesMeant(const std::string& file) {
             add(std::string(base) + ".png");
         }
     }
+    // Nothing can be asked for by no name.
+    if (names.erase("") > 0 && names.empty()) {
+        names.insert(file);
+    }
     return names;
 }
 

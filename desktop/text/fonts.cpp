@@ -11,9 +11,6 @@ namespace velmoranth::desktop {
 
 namespace {
 
-// +[UIFont systemFontSize], points.
-constexpr double kSystemFontSize = 14;
-
 // The system face by a name of its own: ".SFUIDisplay-Light", ".SF UI Text". Nothing for other
 // names, and for styles that it does not have.
 std::optional<TextStyle> privateSystemFace(std::string_view name) {

@@ -10,6 +10,9 @@
 
 namespace velmoranth::desktop {
 
+// +[UIFont systemFontSize], points: the size of a font that is asked for in none, or in less.
+inline constexpr double kSystemFontSize = 14;
+
 class DesktopFont final : public platform::Font {
   public:
     explicit DesktopFont(TextStyle style) : style_(std::move(style)) {}

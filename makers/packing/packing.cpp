@@ -252,8 +252,13 @@ std::string fileNameOf(const ControlValues& control) {
 Result<void> writePlannedPackage(const PackagePlan& plan, const std::string& path, bool replaces,
                                  const std::function<void(std::size_t files)>& progress) {
     struct stat status{};
-    if (path != "-" && !replaces && ::lstat(path.c_str(), &status) == 0) {
-        return cannotPlace(EEXIST, path);  // before the work
+    if (path != "-" && ::lstat(path.c_str(), &status) == 0) {  // before the work
+        if (!S_ISREG(status.st_mode)) {
+            return tl::unexpected(Problem{"it is there already, and is no file", path});
+        }
+        if (!replaces) {
+            return cannotPlace(EEXIST, path);
+        }
     }
     const fs::path place = fs::path(path).parent_path();
     if (std::error_code error; path != "-" && !place.empty()) {

@@ -3,6 +3,7 @@
 #include "tests/cli/preview_fixture.h"
 
 #include <nlohmann/json.hpp>
+#include <sys/stat.h>
 
 #include <chrono>
 #include <cstdint>
@@ -335,6 +336,17 @@ TEST_F(Pack, aPackageGoesIntoAFolderOrToStandardOutputAndReplacesNothingUnasked)
     EXPECT_EQ(folder.contents("work/out/mine.deb"), "mine");
     EXPECT_EQ(pack({"-o", "out/mine.deb", "--force"}).code, 0);
     EXPECT_TRUE(folder.contents("work/out/mine.deb") == package);
+    // Whatever else is there stays, devices above all.
+    fs::create_symlink("mine.deb", folder / "work/out/link.deb");
+    ASSERT_EQ(::mkfifo((folder / "work/out/pipe").c_str(), 0600), 0);
+    for (const std::string name : {"out/link.deb", "out/pipe"}) {
+        const fs::file_status before = fs::symlink_status(folder / ("work/" + name));
+        const CommandResult kept = pack({"-o", name, "--force"});
+        EXPECT_EQ(kept.code, 3);
+        EXPECT_EQ(kept.errors,
+                  "velmoranth: error: " + name + ": it is there already, and is no file\n");
+        EXPECT_EQ(fs::symlink_status(folder / ("work/" + name)), before);
+    }
     EXPECT_EQ(pack({"-o", "new/dist/a.deb"}).code, 0);
     EXPECT_TRUE(folder.contents("work/new/dist/a.deb") == package);
     EXPECT_EQ(pack({"-o", "other/"}).code, 0);

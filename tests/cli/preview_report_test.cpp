@@ -242,13 +242,23 @@ TEST_F(PreviewReportTest, FilesThatOtherScreensLookForAreCounted) {
               std::string::npos);
 }
 
+TEST_F(PreviewReportTest, AFileWithoutANameIsNoRequest) {
+    picture("work/A/IconBundles/com.apple.Maps-large.png");
+    picture("work/A/IconBundles/.png");
+    picture("work/A/IconBundles/-large.png");
+    EXPECT_TRUE(report().starts_with("velmoranth: 1 of 46 apps has an icon of the theme"))
+        << report();
+    EXPECT_EQ(report().find("error"), std::string::npos) << report();
+}
+
 TEST_F(PreviewReportTest, OfAProcessThatEndsEarlyIsToldWhatItFound) {
     picture("work/A/IconBundles/com.apple.Maps-large.png");
     const std::string huge = hugePicture();
-    // More than any machine draws in the time in which the command itself does its part.
-    for (int app = 0; app < 12; ++app) {
-        folder.file("work/A/IconBundles/com.example.app" + std::to_string(app) + "-large.png",
-                    huge);
+    // More than any machine draws in the time in which the command itself does its part. Each is a
+    // picture of its own, or they would be decoded once.
+    for (int app = 0; app < 20; ++app) {
+        const std::string number = std::to_string(app);
+        folder.file("work/A/IconBundles/com.example.app" + number + "-large.png", huge + number);
     }
     const CommandResult result = runCommand({"preview", "A"}, hurriedSetting(5));
     EXPECT_EQ(result.code, 3) << result.errors;
@@ -438,6 +448,18 @@ TEST_F(CalendarReportTest, AValueOfAWrongKindIsTold) {
               std::string(kAbout) +
                   "CalendarIconDaySettings in the property list is no dictionary and counts as "
                   "missing\n");
+}
+
+TEST_F(CalendarReportTest, ASizeThatNothingIsDrawnInIsTold) {
+    const auto lines = [&](const std::string& date, const std::string& day) {
+        return about(settings("CalendarIconDateSettings", font_ + "<key>FontSize</key>" + date) +
+                     settings("CalendarIconDaySettings", font_ + "<key>FontSize</key>" + day));
+    };
+    EXPECT_EQ(lines("<real>0.5</real>", "<string>12</string>"), "");
+    EXPECT_EQ(lines("<integer>0</integer>", "<string>big</string>"),
+              std::string(kAbout) +
+                  "the date's FontSize 0 is drawn in 14 points; give a number above 0\n" + kAbout +
+                  "the weekday's FontSize \"big\" is drawn in 14 points; give a number above 0\n");
 }
 
 TEST_F(CalendarReportTest, ATextThatNothingIsSaidAboutIsToldWithTheCure) {
