@@ -120,7 +120,7 @@ std::string sizeFinding(const TextRow& row, const Dictionary& settings) {
         return {};
     }
     return fmt::format(
-        "the {}'s FontSize {} is drawn in {} points; give a number above 0", row.name,
+        "the {}'s FontSize {} is drawn in {} points", row.name,
         text == nullptr ? record::words(platform::floatValue(value)) : inQuotes(*text),
         desktop::kSystemFontSize);
 }

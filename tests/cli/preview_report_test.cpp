@@ -457,9 +457,8 @@ TEST_F(CalendarReportTest, ASizeThatNothingIsDrawnInIsTold) {
     };
     EXPECT_EQ(lines("<real>0.5</real>", "<string>12</string>"), "");
     EXPECT_EQ(lines("<integer>0</integer>", "<string>big</string>"),
-              std::string(kAbout) +
-                  "the date's FontSize 0 is drawn in 14 points; give a number above 0\n" + kAbout +
-                  "the weekday's FontSize \"big\" is drawn in 14 points; give a number above 0\n");
+              std::string(kAbout) + "the date's FontSize 0 is drawn in 14 points\n" + kAbout +
+                  "the weekday's FontSize \"big\" is drawn in 14 points\n");
 }
 
 TEST_F(CalendarReportTest, ATextThatNothingIsSaidAboutIsToldWithTheCure) {
