@@ -4,14 +4,13 @@
 #pragma once
 
 #include "tests/cli/command.h"
+#include "tests/cli/copied_command.h"
 #include "tests/support/places.h"
 #include "tests/support/temporary_folder.h"
 
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
-#include <filesystem>
 #include <string>
 
 namespace velmoranth::cli {
@@ -20,7 +19,7 @@ class OrdinaryUser {
   public:
     OrdinaryUser() {
         if (::geteuid() == 0) {
-            copyCommand();
+            program_ = copyCommand(copy_.path());
             tryIt();
         }
     }
@@ -36,21 +35,6 @@ class OrdinaryUser {
     }
 
   private:
-    void copyCommand() {
-        namespace fs = std::filesystem;
-        const fs::path built = program_;
-        const std::array names{built.filename(), fs::path("velmoranth-device"),
-                               fs::path("VelMoranth.so"), fs::path("share")};
-        for (const fs::path& name : names) {
-            fs::copy(built.parent_path() / name, copy_ / name.string(),
-                     fs::copy_options::recursive);
-        }
-        for (const auto& entry : fs::recursive_directory_iterator(copy_.path())) {
-            fs::permissions(entry, fs::perms(0755));
-        }
-        program_ = copy_ / built.filename();
-    }
-
     void tryIt() {
         const pid_t child = ::fork();
         if (child == 0) {

@@ -3,6 +3,7 @@
 
 #include "desktop/image_io/image_io.h"
 #include "tests/cli/command.h"
+#include "tests/cli/copied_command.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -73,42 +74,6 @@ inline std::string deepGrayPng() {
     return {kBytes.begin(), kBytes.end()};
 }
 
-// A TIFF file of 8000 by 8000 black pixels, which takes a process more than a second to draw.
-inline std::string hugePicture() {
-    constexpr std::uint32_t kSide = 8000;
-    constexpr std::uint32_t kBytes = kSide / 8 * kSide;
-    constexpr std::uint32_t kDirectory = 8;
-    constexpr std::uint32_t kShort = 3;
-    constexpr std::uint32_t kLong = 4;
-    // Tag, kind and value: size, bits, no compression, black is zero, where the pixels lie.
-    constexpr auto kEntries =
-        std::to_array<std::array<std::uint32_t, 3>>({{256, kLong, kSide},
-                                                     {257, kLong, kSide},
-                                                     {258, kShort, 1},
-                                                     {259, kShort, 1},
-                                                     {262, kShort, 1},
-                                                     {273, kLong, kDirectory + 2 + 9 * 12 + 4},
-                                                     {277, kShort, 1},
-                                                     {278, kLong, kSide},
-                                                     {279, kLong, kBytes}});
-    std::string bytes("II*\0", 4);
-    const auto add = [&bytes](std::uint32_t value, int size) {
-        for (int i = 0; i < size; ++i) {
-            bytes += static_cast<char>(value >> (8 * i) & 0xFF);
-        }
-    };
-    add(kDirectory, 4);
-    add(kEntries.size(), 2);
-    for (const auto& [tag, kind, value] : kEntries) {
-        add(tag, 2);
-        add(kind, 2);
-        add(1, 4);
-        add(value, 4);
-    }
-    add(0, 4);
-    return bytes + std::string(kBytes, '\0');
-}
-
 class PreviewTest : public testing::Test {
   protected:
     PreviewTest() {
@@ -133,11 +98,17 @@ class PreviewTest : public testing::Test {
         return {.folder = folder / "work", .variables = {{"TMPDIR", folder / "tmp"}}};
     }
 
-    // The same, where no process may work for longer.
-    [[nodiscard]] CommandSetting hurriedSetting(rlim_t seconds) const {
-        CommandSetting hurried = setting();
-        hurried.limits[RLIMIT_CPU] = seconds;
-        return hurried;
+    // The same, where a process that is asked for the app's icon answers and then ends with a
+    // signal.
+    [[nodiscard]] CommandSetting endingSetting(const std::string& app) const {
+        CommandSetting ending = setting();
+        const std::filesystem::path copy = folder / "command";
+        folder.folder("command");
+        ending.program = copyCommand(copy);
+        std::filesystem::remove(copy / kEngineName);
+        std::filesystem::create_symlink(tests::standInLibrary("ending"), copy / kEngineName);
+        ending.variables["ENDS_AT"] = app;
+        return ending;
     }
 
     // Without a word about the themes, which takes another process.
