@@ -1,7 +1,7 @@
 #include "cli/device_layout.h"
 
 #include "desktop/plist/property_lists.h"
-#include "simulator/process/loader.h"
+#include "desktop/program/beside_program.h"
 
 #include "makers/conversion/pictures.h"
 
@@ -35,7 +35,7 @@ constexpr std::array<std::string_view, 2> kPlaces{"share/velmoranth/layout",
 
 desktop::Result<std::vector<desktop::InstalledFile>> findInstalledFiles() {
     const auto folder =
-        simulator::findBesideProgram("the folder of what is installed on a device", kPlaces);
+        desktop::findBesideProgram("the folder of what is installed on a device", kPlaces);
     if (!folder) {
         return tl::unexpected(folder.error());
     }

@@ -4,18 +4,11 @@
 
 #include "desktop/result/result.h"
 
-#include <span>
 #include <string>
-#include <string_view>
 
 namespace velmoranth::simulator {
 
 inline constexpr const char* kEngineFileName = "VelMoranth.so";
-
-// Something that comes with this program: the first of the places, paths seen from the program's
-// own folder, that can be read. Fails with the places that were tried; `what` begins the sentence.
-[[nodiscard]] desktop::Result<std::string> findBesideProgram(
-    std::string_view what, std::span<const std::string_view> places);
 
 // The library of this program: beside it, else in ../../lib/velmoranth. Fails with the places that
 // were tried.
