@@ -4,21 +4,13 @@
 #include "tests/support/places.h"
 #include "tests/support/temporary_folder.h"
 
+#include "started_command.h"
 #include "timing.h"
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <array>
-#include <cstdlib>
-#include <iostream>
 #include <iterator>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace velmoranth::benchmarks {
@@ -26,53 +18,12 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-// What the command writes to standard error, and the most memory that it had.
-struct Run {
-    std::string errors;
-    double megabytes = 0;
-};
-
-Run run(Words words, int code) {
-    words.insert(words.begin(), tests::kCommand);
-    std::vector<char*> arguments;
-    std::ranges::transform(words, std::back_inserter(arguments),
-                           [](auto& word) { return &word[0]; });
-    arguments.push_back(nullptr);
-    std::array<int, 2> pipe{-1, -1};
-    posix_spawn_file_actions_t actions;
-    pid_t process = 0;
-    if (::pipe2(pipe.data(), O_CLOEXEC) != 0 || posix_spawn_file_actions_init(&actions) != 0 ||
-        posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0) != 0 ||
-        posix_spawn_file_actions_adddup2(&actions, pipe[1], 2) != 0 ||
-        ::posix_spawn(&process, tests::kCommand, &actions, nullptr, arguments.data(), environ) !=
-            0) {
-        std::cerr << tests::kCommand << ": cannot be started\n";
-        std::exit(1);
-    }
-    ::close(pipe[1]);
-    Run done;
-    std::array<char, 4096> some{};
-    for (ssize_t got = 0; (got = ::read(pipe[0], some.data(), some.size())) > 0;) {
-        done.errors.append(some.data(), static_cast<std::size_t>(got));
-    }
-    ::close(pipe[0]);
-    posix_spawn_file_actions_destroy(&actions);
-    int status = 0;
-    rusage used{};
-    if (::wait4(process, &status, 0, &used) != process || !WIFEXITED(status) ||
-        WEXITSTATUS(status) != code) {
-        std::cerr << words[1] << ": did not end with " << code << ": " << done.errors;
-        std::exit(1);
-    }
-    done.megabytes = static_cast<double>(used.ru_maxrss) / 1024;
-    return done;
-}
-
 void command(benchmark::State& state, const Words& words, int code) {
     double peak = 0;
     std::vector<double> times;
     for (auto _ : state) {
-        times.push_back(secondsOf([&] { peak = std::max(peak, run(words, code).megabytes); }));
+        times.push_back(
+            secondsOf([&] { peak = std::max(peak, runCommand(words, code).megabytes); }));
         state.SetIterationTime(times.back());
     }
     state.counters["median_us"] = median(times) * 1e6;
@@ -81,7 +32,8 @@ void command(benchmark::State& state, const Words& words, int code) {
 
 // The names behind "--screen takes", as the command has them.
 Words screens() {
-    const std::string text = run({"preview", tests::kExampleTheme, "--screen", "?"}, 2).errors;
+    const std::string text =
+        runCommand({"preview", tests::kExampleTheme, "--screen", "?"}, 2).errors;
     constexpr std::string_view kBefore = "takes ";
     Words names;
     std::string list = text.substr(text.find(kBefore) + kBefore.size());

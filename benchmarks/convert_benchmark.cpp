@@ -1,16 +1,13 @@
 // What it costs to convert a theme of pictures that need no change beside decoding them once, on
 // all processors, and copying them: the goal is at most 1.3 times.
-#include "tests/support/places.h"
 #include "tests/support/temporary_folder.h"
 
 #include "makers/conversion/found_themes.h"
 #include "many_icons.h"
+#include "started_command.h"
 #include "timing.h"
 
-#include <cstdlib>
 #include <filesystem>
-#include <iostream>
-#include <string>
 
 namespace velmoranth::benchmarks {
 namespace {
@@ -22,18 +19,9 @@ constexpr int kPictures = 10000;
 void convertOfIcons(benchmark::State& state) {
     const tests::TemporaryFolder folder;
     const makers::FoundTheme theme = themeOfIcons(folder, kPictures);
-    const std::string command = std::string("'") + tests::kCommand + "' convert '" +
-                                (folder / "T.theme") + "' -o '" + (folder / "out") +
-                                "' --force > /dev/null";
     compare(
         state,
-        [&] {
-            // NOLINTNEXTLINE(cert-env33-c,concurrency-mt-unsafe): the command as it is run.
-            if (std::system(command.c_str()) != 0) {
-                std::cerr << "the theme cannot be converted\n";
-                std::exit(1);
-            }
-        },
+        [&] { runCommand({"convert", folder / "T.theme", "-o", folder / "out", "--force"}); },
         [&] {
             decodeAll(theme);
             fs::remove_all(folder / "copy");

@@ -21,6 +21,8 @@ UNIT_NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 # Of the two or more processors' time; the figures are too high then.
 BUSY_SHARE = 0.1
 VERSION = 1
+# That a row is measured for, unless the caller says otherwise. All of them take two to three minutes then.
+LEAST_SECONDS = 0.2
 
 
 def busy_share():
@@ -39,7 +41,7 @@ def busy_share():
 def measured(program, arguments):
     """The entries of a program's report. It goes to its standard output, where nothing is said of how Google
     Benchmark itself was built."""
-    text = subprocess.run([program, *arguments, "--benchmark_format=json"], check=True, stdout=subprocess.PIPE,
+    text = subprocess.run([program, f"--benchmark_min_time={LEAST_SECONDS}", *arguments, "--benchmark_format=json"], check=True, stdout=subprocess.PIPE,
                           stderr=subprocess.PIPE, text=True).stdout
     entries = json.loads(text)["benchmarks"] if text else []
     return [entry for entry in entries if entry.get("run_type") != "aggregate"]

@@ -13,6 +13,8 @@ BENCH = ROOT / "scripts/bench.py"
 PROGRAM = """#!/usr/bin/env python3
 import sys
 assert "--benchmark_format=json" in sys.argv, sys.argv
+times = [word for word in sys.argv if "_min_time=" in word]
+assert times == ["--benchmark_min_time=0.2", "--benchmark_min_time=3"][:2 if "--benchmark_min_time=3" in times else 1]
 sys.stderr.write("***WARNING*** Library was built as DEBUG.")
 print(%r)
 """
@@ -59,6 +61,8 @@ expect(bench(entry("image of a themed icon/icons:24/manual_time", 9, ratio=0.7, 
        "image of a themed icon/icons:24 2 ns 3 ms 0.70 × goal at most 0.6 ×: not kept")
 expect(bench(entry("image of a themed icon/icons:1/manual_time", 9e9, ratio=1.2)), 0,
        "image of a themed icon/icons:1 9 s 1.20 × goal at most 1.5 ×: kept")
+# How long a row is measured for is the caller's, since of two words the last counts.
+expect(bench(entry("alone", 7), options=["--benchmark_min_time=3"]), 0, "alone 7 ns")
 # Two goals of one row, a figure of its own, one that is to be reached from below.
 expect(bench(entry("start-up/--help", 4e6, peak_mb=9)), 0,
        "start-up/--help 4 ms goal at most 5 ms: kept; 9.00 MB, goal at most 8 MB: not kept")
