@@ -4,10 +4,12 @@
 #include "cli/commands.h"
 #include "tests/cli/command.h"
 #include "tests/support/places.h"
+#include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -99,6 +101,26 @@ TEST(TwoPrograms, TheSmallOneLoadsNothingThatDraws) {
         EXPECT_EQ(small.find(library), std::string::npos) << library;
         EXPECT_NE(large.find(library), std::string::npos) << library;
     }
+}
+
+// Nothing else of what it was started with is changed.
+TEST(TwoPrograms, TheLargeOneIsAskedToTakeItsMemoryInLargePages) {
+    const tests::TemporaryFolder folder;
+    const std::string small = folder / "velmoranth";
+    const std::string large = folder / "velmoranth-device";
+    std::filesystem::copy_file(tests::kCommand, small);
+    folder.file("velmoranth-device", "#!/bin/sh\necho \"$GLIBC_TUNABLES\" \"$TUNED\" \"$@\"\n");
+    std::filesystem::permissions(large, std::filesystem::perms::owner_all);
+    const Words words{"names", "a b"};
+
+    EXPECT_EQ(runCommand(words, {.variables = {{"TUNED", "yes"}}, .program = small}).output,
+              "glibc.malloc.hugetlb=1 yes names a b\n");
+    EXPECT_EQ(runCommand(words, {.variables = {{"GLIBC_TUNABLES", "glibc.malloc.check=0"}},
+                                 .program = small})
+                  .output,
+              "glibc.malloc.check=0  names a b\n");
+    EXPECT_EQ(runCommand(words, {.variables = {{"GLIBC_TUNABLES", ""}}, .program = small}).output,
+              "  names a b\n");
 }
 
 TEST(TwoPrograms, TablesAreWrittenAsTheCompilerReadsThem) {
