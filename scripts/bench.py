@@ -74,7 +74,7 @@ def rows_of(program, entries):
             row["bare_ms"] = bare / 1e6
         if "ratio" in entry or bare:
             row["ratio"] = entry["ratio"] if "ratio" in entry else taken / bare
-        row.update((key, entry[key]) for key in ("peak_mb", "of_inflate") if key in entry)
+        row.update((key, entry[key]) for key in ("peak_mb", "of_inflate", "least_of_inflate") if key in entry)
         row["goals"] = [{"figure": goal.figure, "goal": str(goal), "kept": goal.is_kept(row[goal.figure]),
                          "over": goal.is_over(row[goal.figure])}
                         for goal in GOALS.get(name, GOALS.get(first, []))]
