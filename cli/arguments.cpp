@@ -67,6 +67,33 @@ desktop::Result<void> checkCounts(const Command& command, const Arguments& argum
     return {};
 }
 
+bool isGiven(const Arguments& arguments, std::string_view what) {
+    if (!what.starts_with('-')) {
+        return !what.empty() && !arguments.positionals().empty();
+    }
+    const std::size_t end = what.find(' ');
+    return end == std::string_view::npos
+               ? arguments.has(what)
+               : arguments.value(what.substr(0, end)) == what.substr(end + 1);
+}
+
+desktop::Result<void> checkTogether(const Command& command, const Arguments& arguments) {
+    for (const Apart& pair : command.apart) {
+        if (isGiven(arguments, pair.one) && isGiven(arguments, pair.other)) {
+            return misuse(std::string(pair.one) + " does not go with " + std::string(pair.other) +
+                          ": " + std::string(pair.why));
+        }
+    }
+    for (const Needed& needed : command.needed) {
+        if (std::ranges::none_of(needed.anyOf,
+                                 [&](std::string_view what) { return isGiven(arguments, what); })) {
+            return misuse(std::string(needed.what) + "; velmoranth " + std::string(command.name) +
+                          " --help");
+        }
+    }
+    return {};
+}
+
 }  // namespace
 
 const std::vector<std::string>& Arguments::values(std::string_view name) const {
@@ -132,6 +159,12 @@ desktop::Result<Arguments> Arguments::parse(const Command& command,
     }
     if (auto counts = checkCounts(command, arguments); !counts) {
         return tl::unexpected(std::move(counts.error()));
+    }
+    if (arguments.has(kHelpOption.name)) {
+        return arguments;
+    }
+    if (auto together = checkTogether(command, arguments); !together) {
+        return tl::unexpected(std::move(together.error()));
     }
     return arguments;
 }

@@ -78,6 +78,20 @@ class Arguments {
     std::map<std::string_view, std::vector<std::string>> options_;
 };
 
+// Two that exclude each other. Each is an option, an option with its value ("--output -"), or the
+// name of what is given without an option ("THEME").
+struct Apart {
+    std::string_view one;
+    std::string_view other;
+    std::string_view why;  // as a clause behind "one does not go with other: "
+};
+
+// What cannot be left out, unless one of these is given; named as in Apart.
+struct Needed {
+    std::string_view what;  // as a clause before the pointer to the help: "-o FOLDER is missing"
+    std::array<std::string_view, 3> anyOf;
+};
+
 struct Command {
     std::string_view name;  // one word or two: "preview", "device init"
     std::string_view summary;
@@ -90,6 +104,8 @@ struct Command {
     ExitCode (*run)(const Arguments& arguments);
     // Lines below the options, made when asked for; may be null.
     std::string (*moreHelp)() = nullptr;
+    std::span<const Apart> apart = {};
+    std::span<const Needed> needed = {};
 };
 
 }  // namespace velmoranth::cli

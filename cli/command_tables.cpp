@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace velmoranth::cli {
 namespace {
@@ -40,7 +41,34 @@ std::string optionTable(std::size_t index, std::span<const Option> options) {
     return text + "}};\n";
 }
 
+std::string rulesTable(std::size_t index, const Command& command) {
+    std::string text;
+    if (!command.apart.empty()) {
+        text += fmt::format("constexpr std::array<Apart, {}> kApart{}{{{{\n", command.apart.size(),
+                            index);
+        for (const Apart& pair : command.apart) {
+            text += fmt::format("    {{{}, {}, {}}},\n", asLiteral(pair.one), asLiteral(pair.other),
+                                asLiteral(pair.why));
+        }
+        text += "}};\n";
+    }
+    if (!command.needed.empty()) {
+        text += fmt::format("constexpr std::array<Needed, {}> kNeeded{}{{{{\n",
+                            command.needed.size(), index);
+        for (const Needed& needed : command.needed) {
+            text += fmt::format("    {{{}, {{{}, {}, {}}}}},\n", asLiteral(needed.what),
+                                asLiteral(needed.anyOf[0]), asLiteral(needed.anyOf[1]),
+                                asLiteral(needed.anyOf[2]));
+        }
+        text += "}};\n";
+    }
+    return text;
+}
+
 std::string row(std::size_t index, const Command& command) {
+    const auto table = [index](bool isEmpty, std::string_view name) {
+        return isEmpty ? std::string("{}") : fmt::format("{}{}", name, index);
+    };
     std::string examples;
     for (const std::string_view example : command.examples) {
         examples += asLiteral(example) + ", ";
@@ -50,11 +78,11 @@ std::string row(std::size_t index, const Command& command) {
             ? "nullptr"
             : "+[] { return std::string(" + asLiteral(command.moreHelp()) + "); }";
     return fmt::format(
-        "        Command{{{}, {}, {}, {}, {}, {{{}}}, {}, {}, &becomeDevice, {}}},\n",
+        "        Command{{{}, {}, {}, {}, {}, {{{}}}, {}, {}, &becomeDevice, {}, {}, {}}},\n",
         asLiteral(command.name), asLiteral(command.summary), asLiteral(command.positionalNames),
-        asLiteral(command.description),
-        command.options.empty() ? "{}" : fmt::format("kOptions{}", index), examples,
-        command.leastPositionals, command.mostPositionals, more);
+        asLiteral(command.description), table(command.options.empty(), "kOptions"), examples,
+        command.leastPositionals, command.mostPositionals, more,
+        table(command.apart.empty(), "kApart"), table(command.needed.empty(), "kNeeded"));
 }
 
 }  // namespace
@@ -63,7 +91,7 @@ std::string commandTables(std::span<const Command> commands) {
     std::string tables;
     std::string rows;
     for (std::size_t i = 0; i < commands.size(); ++i) {
-        tables += optionTable(i, commands[i].options);
+        tables += optionTable(i, commands[i].options) + rulesTable(i, commands[i]);
         rows += row(i, commands[i]);
     }
     return fmt::format(

@@ -30,15 +30,14 @@ constexpr std::array<Option, 4> kConvertOptions{{
     {"--json", "", "", "the report as an object for programs"},
 }};
 
+constexpr std::array<Needed, 1> kConvertNeeded{{{"-o FOLDER is missing", {"--output"}}}};
+
 Result<makers::Conversion> readConversion(const Arguments& arguments) {
     makers::Conversion conversion;
     conversion.inputs = arguments.positionals();
     conversion.output = arguments.value("--output").value_or("");
     conversion.isDryRun = arguments.has("--dry-run");
     conversion.replacesThemes = arguments.has("--force");
-    if (!arguments.has("--output")) {
-        return misuse("-o FOLDER is missing; velmoranth convert --help");
-    }
     if (conversion.output.empty() ||
         std::ranges::find(conversion.inputs, "") != conversion.inputs.end()) {
         return misuse("INPUT and FOLDER take a name, and this one is empty");
@@ -99,7 +98,8 @@ Command convertCommand() {
             .leastPositionals = 1,
             .mostPositionals = 100000,
             .run = runConvert,
-            .moreHelp = exitHelp};
+            .moreHelp = exitHelp,
+            .needed = kConvertNeeded};
 }
 
 }  // namespace velmoranth::cli

@@ -97,6 +97,8 @@ Result<std::vector<GivenDevice>> readDevices(const Arguments& arguments) {
     return devices;
 }
 
+constexpr std::array<Needed, 1> kDumpNeeded{{{"-o FOLDER is missing", {"--output"}}}};
+
 Result<DumpOptions> readDumpOptions(const Arguments& arguments) {
     DumpOptions options;
     options.isRaw = arguments.has("--raw");
@@ -105,9 +107,6 @@ Result<DumpOptions> readDumpOptions(const Arguments& arguments) {
     options.name = options.isRaw ? "VelmoranthImageDump" : "Skeleton.theme";
     options.catalogs = arguments.values("--from");
     options.unlike = arguments.has("--all") ? UnlikePictures::taken : UnlikePictures::leftOut;
-    if (!arguments.has("--output")) {
-        return misuse("-o FOLDER is missing; velmoranth dump --help");
-    }
     if (options.output.empty() ||
         std::ranges::find(options.catalogs, "") != options.catalogs.end()) {
         return misuse("FOLDER and INPUT take a name, and this one is empty");
@@ -343,7 +342,8 @@ Command dumpCommand() {
             .leastPositionals = 0,
             .mostPositionals = 0,
             .run = runDump,
-            .moreHelp = dumpHelp};
+            .moreHelp = dumpHelp,
+            .needed = kDumpNeeded};
 }
 
 }  // namespace velmoranth::cli

@@ -46,32 +46,21 @@ struct ExplainOptions {
     bool isRaw = false;
 };
 
-// Options that do not go together.
-Result<void> checkOptions(const Arguments& arguments) {
-    const auto together = [&](std::string_view one, std::string_view other) {
-        return arguments.has(one) && arguments.has(other);
-    };
-    if (together("--json", "--raw")) {
-        return misuse("--json does not go with --raw: the one is in the other");
-    }
-    if (together("--requests", "--bundle")) {
-        return misuse("--bundle does not go with --requests: it stands in their lines");
-    }
+constexpr std::string_view kBothWrite = "both go to standard output";
+constexpr std::array<Apart, 5> kExplainApart{
+    {{"--json", "--raw", "the one is in the other"},
+     {"--bundle", "--requests", "it stands in their lines"},
+     {"--set", "--root", "a device has its own preferences"},
+     {"--output -", "--json", kBothWrite},
+     {"--output -", "--raw", kBothWrite}}};
+
+Result<void> checkOutput(const Arguments& arguments) {
     const auto output = arguments.value("--output");
     if (output && output->empty()) {
         return misuse("--output takes the name of a file");
     }
     if (std::string why = whyOtherFormat(output.value_or(""), FileFormat::png); !why.empty()) {
         return misuse(std::move(why));
-    }
-    if (together("--root", "--set")) {
-        return misuse("--set does not go with --root: a device has its own preferences");
-    }
-    for (const std::string_view option : {"--json", "--raw"}) {
-        if (output == "-" && arguments.has(option)) {
-            return misuse(
-                fmt::format("--output - does not go with {}: both go to standard output", option));
-        }
     }
     return {};
 }
@@ -124,7 +113,7 @@ Result<ExplainOptions> readOptions(const Arguments& arguments) {
             "--root does not go with THEME: a device has its own themes; the REQUEST "
             "stands behind --");
     }
-    if (auto checked = checkOptions(arguments); !checked) {
+    if (auto checked = checkOutput(arguments); !checked) {
         return tl::unexpected(std::move(checked.error()));
     }
     ExplainOptions options{
@@ -367,7 +356,8 @@ Command explainCommand() {
             .leastPositionals = 0,
             .mostPositionals = 100000,
             .run = runExplain,
-            .moreHelp = requestHelp};
+            .moreHelp = requestHelp,
+            .apart = kExplainApart};
 }
 
 }  // namespace velmoranth::cli

@@ -319,7 +319,8 @@ Command extractCommand() {
         .leastPositionals = 1,
         .mostPositionals = 2,
         .run = runExtract,
-        .moreHelp = fileHelp};
+        .moreHelp = fileHelp,
+        .apart = extractOptionsApart()};
 }
 
 }  // namespace velmoranth::cli

@@ -43,6 +43,10 @@ constexpr std::array<Option, 9> kExtractOptions{{
     {"--jobs", "", "N", "how many pictures to work on at a time (default: one a processor)"},
 }};
 
+constexpr std::array<Apart, 2> kExtractApart{
+    {{"--list", "--jobs", "it writes no pictures"},
+     {"--flat", "--system-names", "the system has folders of its own"}}};
+
 Result<Selection> readSelection(const Arguments& arguments) {
     Selection selection;
     selection.names = arguments.values("--name");
@@ -98,10 +102,6 @@ Result<ExtractOptions> readExtractOptions(const Arguments& arguments) {
                    "--json does not go with -: standard output has the picture"},
              Fault{output == "-" && isSystems,
                    "--system-names does not go with -: a picture on standard output has no name"},
-             Fault{lists && arguments.has("--jobs"),
-                   "--list does not go with --jobs: it writes no pictures"},
-             Fault{isFlat && isSystems,
-                   "--flat does not go with --system-names: the system has folders of its own"},
          }) {
         if (fault.isThere) {
             return misuse(fault.message);
@@ -130,6 +130,10 @@ Result<ExtractOptions> readExtractOptions(const Arguments& arguments) {
 
 std::span<const Option> extractOptionTable() {
     return kExtractOptions;
+}
+
+std::span<const Apart> extractOptionsApart() {
+    return kExtractApart;
 }
 
 }  // namespace velmoranth::cli

@@ -25,6 +25,8 @@ struct ExtractOptions {
 // The problem is one of usage.
 [[nodiscard]] desktop::Result<ExtractOptions> readExtractOptions(const Arguments& arguments);
 
+// What the command's row in the table holds.
 [[nodiscard]] std::span<const Option> extractOptionTable();
+[[nodiscard]] std::span<const Apart> extractOptionsApart();
 
 }  // namespace velmoranth::cli

@@ -223,7 +223,9 @@ Command previewCommand() {
         .leastPositionals = 0,
         .mostPositionals = 100000,
         .run = runPreview,
-        .moreHelp = preferenceHelp};
+        .moreHelp = preferenceHelp,
+        .apart = previewOptionsApart(),
+        .needed = neededByPreview()};
 }
 
 }  // namespace velmoranth::cli

@@ -84,75 +84,45 @@ constexpr std::array<Option, 28> kPreviewOptions{{
      "notified (velmoranth notify), until interrupted"},
 }};
 
-// Options that exclude each other, and why.
-Result<void> checkTogether(const Arguments& arguments) {
-    struct Pair {
-        std::string_view one;
-        std::string_view other;
-        std::string_view why;
-    };
+constexpr std::string_view kOne = "it is of one screen";
+constexpr std::string_view kOnePage = "every page is drawn";
+constexpr std::string_view kFirstPage = "of each screen the first page is drawn";
+constexpr std::array kPreviewApart = std::to_array<Apart>({
+    {"--root", "--set", "a device has its own preferences; change those, or give THEME"},
+    {"--before", "--compare", "--compare shows both"},
+    {"--follow", "--before", "a screen with nothing replaced does not change"},
+    {"--follow", "--compare", "follow the themed screen alone"},
+    {"--steps", "--follow", "the steps have an end"},
+    {"--steps", "--compare", "take --before for the stock screen's steps"},
+    {"--all-screens", "--sheet", "take one after the other"},
+    {"--all-screens", "--screen", "all are drawn"},
+    {"--all-screens", "--page", kOnePage},
+    {"--sheet", "--page", kFirstPage},
+    {"--sheet", "--compare", "take one after the other"},
+    {"--all-screens", "--folder", kOne},
+    {"--all-screens", "--folder-page", kOne},
+    {"--all-screens", "--icon", kOne},
+    {"--all-screens", "--steps", kOne},
+    {"--all-screens", "--follow", kOne},
+    {"--sheet", "--folder", kOne},
+    {"--sheet", "--folder-page", kOne},
+    {"--sheet", "--icon", kOne},
+    {"--sheet", "--steps", kOne},
+    {"--sheet", "--follow", kOne},
+    {"--expect", "--steps", kOne},
+    {"--expect", "--follow", "the picture is to change"},
+    {"--json", "--steps", kOne},
+    {"--json", "--follow", "nothing says where one ends"},
+    {"--root", "THEME", "a device has its own themes"},
+    {"--follow", "--output -", "give a file, which is written again"},
+    {"--steps", "--output -", "give a file, which the steps' are named for"},
+    {"--all-screens", "--output -", "give a folder, which the pictures go to"},
+    {"--expect", "--output -", "give a file, beside which the difference goes"},
+    {"--json", "--output -", "give a file, since standard output has the JSON"},
+});
 
-    static constexpr std::string_view kOne = "it is of one screen";
-    static constexpr std::string_view kOnePage = "every page is drawn";
-    static constexpr std::string_view kFirstPage = "of each screen the first page is drawn";
-    static constexpr std::array<Pair, 25> kPairs{{
-        {"--root", "--set", "a device has its own preferences; change those, or give THEME"},
-        {"--before", "--compare", "--compare shows both"},
-        {"--follow", "--before", "a screen with nothing replaced does not change"},
-        {"--follow", "--compare", "follow the themed screen alone"},
-        {"--steps", "--follow", "the steps have an end"},
-        {"--steps", "--compare", "take --before for the stock screen's steps"},
-        {"--all-screens", "--sheet", "take one after the other"},
-        {"--all-screens", "--screen", "all are drawn"},
-        {"--all-screens", "--page", kOnePage},
-        {"--sheet", "--page", kFirstPage},
-        {"--sheet", "--compare", "take one after the other"},
-        {"--all-screens", "--folder", kOne},
-        {"--all-screens", "--folder-page", kOne},
-        {"--all-screens", "--icon", kOne},
-        {"--all-screens", "--steps", kOne},
-        {"--all-screens", "--follow", kOne},
-        {"--sheet", "--folder", kOne},
-        {"--sheet", "--folder-page", kOne},
-        {"--sheet", "--icon", kOne},
-        {"--sheet", "--steps", kOne},
-        {"--sheet", "--follow", kOne},
-        {"--expect", "--steps", kOne},
-        {"--expect", "--follow", "the picture is to change"},
-        {"--json", "--steps", kOne},
-        {"--json", "--follow", "nothing says where one ends"},
-    }};
-    for (const Pair& pair : kPairs) {
-        if (arguments.has(pair.one) && arguments.has(pair.other)) {
-            return misuse(std::string(pair.one) + " does not go with " + std::string(pair.other) +
-                          ": " + std::string(pair.why));
-        }
-    }
-    if (arguments.has("--root") && !arguments.positionals().empty()) {
-        return misuse("--root does not go with THEME: a device has its own themes");
-    }
-    if (!arguments.has("--root") && !arguments.has("--before") && arguments.positionals().empty()) {
-        return misuse("a THEME folder is missing (or --root DIR); velmoranth preview --help");
-    }
-    if (arguments.has("--follow") && arguments.value("--output") == "-") {
-        return misuse("--follow does not go with --output -: give a file, which is written again");
-    }
-    static constexpr std::array<std::array<std::string_view, 2>, 4> kNeedFile{
-        {{"--steps", "a file, which the steps' are named for"},
-         {"--all-screens", "a folder, which the pictures go to"},
-         {"--expect", "a file, beside which the difference goes"},
-         {"--json", "a file, since standard output has the JSON"}}};
-    for (const auto& [option, what] : kNeedFile) {
-        if (arguments.has(option) && arguments.value("--output") == "-") {
-            return misuse(std::string(option) + " does not go with --output -: give " +
-                          std::string(what));
-        }
-    }
-    if (arguments.has("--tolerance") && !arguments.has("--expect")) {
-        return misuse("--tolerance needs --expect FILE");
-    }
-    return {};
-}
+constexpr std::array<Needed, 1> kPreviewNeeded{
+    {{"a THEME folder is missing (or --root DIR)", {"THEME", "--root", "--before"}}}};
 
 bool isSameFile(const std::string& a, const std::string& b) {
     std::error_code error;
@@ -163,6 +133,9 @@ bool isSameFile(const std::string& a, const std::string& b) {
 Result<void> readExpected(const Arguments& arguments, PreviewOptions& options) {
     options.expected = arguments.value("--expect").value_or("");
     if (const auto given = arguments.value("--tolerance")) {
+        if (!arguments.has("--expect")) {
+            return misuse("--tolerance needs --expect FILE");
+        }
         const auto tolerance = parseInteger(*given, 0, 255);
         if (!tolerance) {
             return misuse("--tolerance takes a whole number from 0 to 255, not " +
@@ -236,10 +209,15 @@ std::span<const Option> previewOptionTable() {
     return kPreviewOptions;
 }
 
+std::span<const Apart> previewOptionsApart() {
+    return kPreviewApart;
+}
+
+std::span<const Needed> neededByPreview() {
+    return kPreviewNeeded;
+}
+
 Result<PreviewOptions> readPreviewOptions(const Arguments& arguments) {
-    if (auto together = checkTogether(arguments); !together) {
-        return tl::unexpected(std::move(together.error()));
-    }
     PreviewOptions options;
     options.themes = arguments.has("--all") ? withThemesWithin(arguments.positionals())
                                             : arguments.positionals();

@@ -50,6 +50,9 @@ struct PreviewOptions {
 // The problem is one of usage.
 [[nodiscard]] desktop::Result<PreviewOptions> readPreviewOptions(const Arguments& arguments);
 
+// What the command's row in the table holds.
 [[nodiscard]] std::span<const Option> previewOptionTable();
+[[nodiscard]] std::span<const Apart> previewOptionsApart();
+[[nodiscard]] std::span<const Needed> neededByPreview();
 
 }  // namespace velmoranth::cli

@@ -8,8 +8,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <filesystem>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -88,6 +91,90 @@ TEST(TwoPrograms, TheLastOptionOfEveryCommandIsKnownToTheSmallOne) {
     }
 }
 
+// The small one where there is no large one: it can only answer by itself.
+class SmallProgram : public testing::Test {
+  protected:
+    SmallProgram() { std::filesystem::copy(tests::kCommand, folder / "velmoranth"); }
+
+    [[nodiscard]] CommandResult run(const Words& words) const {
+        return runCommand(words, {.program = folder / "velmoranth"});
+    }
+
+    tests::TemporaryFolder folder;
+};
+
+// The words that give what a table's row names: an option, with its value or some, or THEME.
+Words given(const Command& command, std::string_view what) {
+    if (!what.starts_with('-')) {
+        EXPECT_TRUE(command.positionalNames.starts_with(what)) << what;
+        return {"x"};
+    }
+    const std::string_view name = what.substr(0, what.find(' '));
+    const auto option = std::ranges::find(command.options, name, &Option::name);
+    if (option == command.options.end()) {
+        ADD_FAILURE() << command.name << " has no option " << name;
+        return {};
+    }
+    return name == what && !option->valueName.empty() ? Words{std::string(name), "x"}
+           : name == what                             ? Words{std::string(name)}
+                          : Words{std::string(name), std::string(what.substr(name.size() + 1))};
+}
+
+TEST_F(SmallProgram, KnowsWhatDoesNotGoTogether) {
+    std::size_t pairs = 0;
+    for (const Command& command : commands()) {
+        for (const Apart& pair : command.apart) {
+            Words words = given(command, pair.one);
+            const Words others = given(command, pair.other);
+            words.insert(words.end(), others.begin(), others.end());
+            if (command.leastPositionals > 0) {
+                words.emplace_back("x");
+            }
+            const CommandResult result = run(wordsOf(command.name, words));
+            EXPECT_EQ(result.code, 2);
+            EXPECT_EQ(result.errors, "velmoranth: error: " + std::string(pair.one) +
+                                         " does not go with " + std::string(pair.other) + ": " +
+                                         std::string(pair.why) + "\n");
+            ++pairs;
+        }
+    }
+    EXPECT_GT(pairs, 30U);
+}
+
+TEST_F(SmallProgram, KnowsWhatIsMissing) {
+    std::set<std::string_view> known;
+    for (const Command& command : commands()) {
+        for (const Needed& needed : command.needed) {
+            known.insert(command.name);
+            const Words some(command.leastPositionals, "x");
+            EXPECT_EQ(run(wordsOf(command.name, some)).errors,
+                      "velmoranth: error: " + std::string(needed.what) + "; velmoranth " +
+                          std::string(command.name) + " --help\n");
+            for (const std::string_view what : needed.anyOf) {
+                if (!what.empty()) {
+                    Words words = given(command, what);
+                    words.insert(words.end(), some.begin(), some.end());
+                    EXPECT_NE(run(wordsOf(command.name, words))
+                                  .errors.find("the program that draws was not found"),
+                              std::string::npos)
+                        << command.name << " " << what;
+                }
+            }
+        }
+    }
+    EXPECT_EQ(known, (std::set<std::string_view>{"convert", "dump", "preview"}));
+}
+
+// Another value of the option than the one that a row names.
+TEST_F(SmallProgram, LeavesAPairWithAnotherValueToTheLargeOne) {
+    const std::string otherwise = "velmoranth: error: the program that draws was not found";
+    EXPECT_TRUE(run({"preview", "x", "--json", "-o", "a.png"}).errors.starts_with(otherwise));
+    EXPECT_TRUE(run({"preview", "x", "--json"}).errors.starts_with(otherwise));
+    // Whoever asks for help is still at it.
+    EXPECT_TRUE(run({"preview", "--before", "--compare", "--help"}).output.starts_with("usage: "));
+    EXPECT_TRUE(run({"convert", "x", "--help"}).output.starts_with("usage: "));
+}
+
 // What the small one loads is what every program of its language does.
 TEST(TwoPrograms, TheSmallOneLoadsNothingThatDraws) {
     const CommandSetting tracing{.variables = {{"LD_TRACE_LOADED_OBJECTS", "1"}}};
@@ -129,6 +216,8 @@ TEST(TwoPrograms, TablesAreWrittenAsTheCompilerReadsThem) {
                                                       "?/ and \xC3\xA9"
                                                       "1",
                                                       Repeat::often}}};
+    static constexpr std::array<Apart, 1> kApart{{{"--a", "THING -", "so"}}};
+    static constexpr std::array<Needed, 1> kNeeded{{{"a spoon", {"THING", "--a"}}}};
     const Command command{.name = "eat",
                           .summary = "Eat.",
                           .positionalNames = "THING",
@@ -138,7 +227,9 @@ TEST(TwoPrograms, TablesAreWrittenAsTheCompilerReadsThem) {
                           .leastPositionals = 1,
                           .mostPositionals = 2,
                           .run = nullptr,
-                          .moreHelp = [] { return std::string("more\n"); }};
+                          .moreHelp = [] { return std::string("more\n"); },
+                          .apart = kApart,
+                          .needed = kNeeded};
     const std::string text = commandTables(std::span(&command, 1));
     EXPECT_NE(text.find("constexpr std::array<Option, 1> kOptions0{{\n"
                         "    {\"--a\\\"b\", \"-a\", \"N\", "
@@ -148,7 +239,13 @@ TEST(TwoPrograms, TablesAreWrittenAsTheCompilerReadsThem) {
         << text;
     EXPECT_NE(text.find("Command{\"eat\", \"Eat.\", \"THING\", \"a\\012b\", kOptions0, "
                         "{\"one\", \"two\", }, 1, 2, &becomeDevice, "
-                        "+[] { return std::string(\"more\\012\"); }},\n"),
+                        "+[] { return std::string(\"more\\012\"); }, kApart0, kNeeded0},\n"),
+              std::string::npos)
+        << text;
+    EXPECT_NE(text.find("constexpr std::array<Apart, 1> kApart0{{\n"
+                        "    {\"--a\", \"THING -\", \"so\"},\n}};\n"
+                        "constexpr std::array<Needed, 1> kNeeded0{{\n"
+                        "    {\"a spoon\", {\"THING\", \"--a\", \"\"}},\n}};\n"),
               std::string::npos)
         << text;
 }
