@@ -1,6 +1,6 @@
 #include "desktop/imaging/compositing.h"
 
-#include "desktop/imaging/lanes.h"
+#include "desktop/imaging/wide_vectors.h"
 
 #include <algorithm>
 #include <bit>
@@ -13,52 +13,88 @@ namespace {
 // A pixel read as one number has its alpha in the top byte.
 static_assert(std::endian::native == std::endian::little);
 
-using Numbers = std::uint32_t __attribute__((vector_size(16)));
-
 // Rows are worked on in pieces, most of which are opaque or clear as a whole.
 constexpr std::size_t kPiece = 64;
 
-LaneWords product(LaneWords a, LaneWords b) {
-    const LaneWords sum = a * b + 128;
-    return (sum + (sum >> 8)) >> 8;
+// Two components in the low halves of two words, with room for products.
+constexpr std::uint32_t kTwoComponents = 0x00FF00FF;
+
+// round(component * factor / 255) of two components, each in the high half of its word.
+[[gnu::always_inline]] inline std::uint32_t productOfTwo(std::uint32_t two, std::uint32_t factor) {
+    const std::uint32_t product = two * factor + 0x00800080;
+    return product + (product >> 8U & kTwoComponents);
 }
 
-WideLane product(const WideLane& a, const WideLane& b) {
-    return {product(a.low, b.low), product(a.high, b.high)};
+[[gnu::always_inline]] inline std::uint32_t times(std::uint32_t pixel, std::uint32_t factor) {
+    return (productOfTwo(pixel & kTwoComponents, factor) >> 8U & kTwoComponents) |
+           (productOfTwo(pixel >> 8U & kTwoComponents, factor) & ~kTwoComponents);
 }
 
-// A byte a pixel, written for each of its components.
-WideLane spread(const std::uint8_t* factors, std::size_t pixels) {
-    std::uint32_t four = 0;
-    std::memcpy(&four, factors, pixels);
-    const auto each = (LaneBytes)Numbers{four, 0, 0, 0};
-    const auto twice = (LaneWords)__builtin_shufflevector(each, each, 0, 16, 1, 17, 2, 18, 3, 19, 4,
-                                                          20, 5, 21, 6, 22, 7, 23);
-    return widen((LaneBytes)__builtin_shufflevector(twice, twice, 0, 8, 1, 9, 2, 10, 3, 11));
-}
-
-WideLane same(std::uint8_t factor) {
-    const LaneWords all = LaneWords{} + factor;
-    return {all, all};
-}
-
-WideLane inverse(const WideLane& factors) {
-    return {255 - factors.low, 255 - factors.high};
-}
-
-WideLane alphas(const WideLane& pixels) {
-    return {__builtin_shufflevector(pixels.low, pixels.low, 3, 3, 3, 3, 7, 7, 7, 7),
-            __builtin_shufflevector(pixels.high, pixels.high, 3, 3, 3, 3, 7, 7, 7, 7)};
+// A sum's ninth bit makes all of the other eight.
+[[gnu::always_inline]] inline std::uint32_t saturatedSumOfTwo(std::uint32_t a, std::uint32_t b) {
+    const std::uint32_t sum = (a & kTwoComponents) + (b & kTwoComponents);
+    return (sum | (0x01000100 - (sum >> 8U & 0x00010001))) & kTwoComponents;
 }
 
 // Colour above alpha, which no picture of ours has but a file may, saturates.
-LaneWords saturated(LaneWords sums) {
-    return (sums | (0 - (sums >> 8))) & 255;
+[[gnu::always_inline]] inline std::uint32_t over(std::uint32_t source, std::uint32_t destination) {
+    const std::uint32_t behind = times(destination, 255 - (source >> 24U));
+    return saturatedSumOfTwo(source, behind) | saturatedSumOfTwo(source >> 8U, behind >> 8U) << 8U;
 }
 
-LaneBytes over(LaneBytes destination, const WideLane& source) {
-    const WideLane behind = product(widen(destination), inverse(alphas(source)));
-    return narrow({saturated(source.low + behind.low), saturated(source.high + behind.high)});
+[[gnu::always_inline]] inline std::uint32_t pixelAt(const std::uint8_t* row, std::size_t index) {
+    std::uint32_t pixel = 0;
+    std::memcpy(&pixel, row + index * 4, 4);
+    return pixel;
+}
+
+// Results are made apart from the rows, so that no loop has to ask first whether those are the
+// same.
+[[gnu::always_inline]] inline void overPiece(std::uint8_t* destination, const std::uint8_t* source,
+                                             std::size_t pixels) {
+    for (std::size_t i = 0; i < pixels; ++i) {
+        const std::uint32_t result = over(pixelAt(source, i), pixelAt(destination, i));
+        std::memcpy(destination + i * 4, &result, 4);
+    }
+}
+
+// The source times a byte a pixel.
+[[gnu::always_inline]] inline void overWithShares(std::uint8_t* destination,
+                                                  const std::uint8_t* source,
+                                                  const std::uint8_t* shares, std::size_t pixels) {
+    for (std::size_t i = 0; i < pixels; ++i) {
+        const std::uint32_t result =
+            over(times(pixelAt(source, i), shares[i]), pixelAt(destination, i));
+        std::memcpy(destination + i * 4, &result, 4);
+    }
+}
+
+// The same of one colour.
+[[gnu::always_inline]] inline void colorOverPiece(std::uint8_t* destination, std::uint32_t color,
+                                                  std::size_t pixels) {
+    for (std::size_t i = 0; i < pixels; ++i) {
+        const std::uint32_t result = over(color, pixelAt(destination, i));
+        std::memcpy(destination + i * 4, &result, 4);
+    }
+}
+
+[[gnu::always_inline]] inline void colorOverWithShares(std::uint8_t* destination,
+                                                       std::uint32_t color,
+                                                       const std::uint8_t* shares,
+                                                       std::size_t pixels) {
+    for (std::size_t i = 0; i < pixels; ++i) {
+        const std::uint32_t result = over(times(color, shares[i]), pixelAt(destination, i));
+        std::memcpy(destination + i * 4, &result, 4);
+    }
+}
+
+[[gnu::always_inline]] inline void multiplyPiece(std::uint8_t* destination,
+                                                 const std::uint8_t* source,
+                                                 const std::uint8_t* factors, std::size_t pixels) {
+    for (std::size_t i = 0; i < pixels; ++i) {
+        const std::uint32_t result = times(pixelAt(source, i), factors[i]);
+        std::memcpy(destination + i * 4, &result, 4);
+    }
 }
 
 // Calls work(first pixel, pixels) piece by piece.
@@ -101,27 +137,6 @@ Kind kindOfCoverage(const std::uint8_t* coverage, std::size_t count) {
     return all == 255 ? Kind::opaque : Kind::mixed;
 }
 
-// sourceOf(first pixel, pixels) gives what is drawn over.
-template <class SourceOf>
-void compositeLanes(std::uint8_t* destination, std::size_t pixels, const SourceOf& sourceOf) {
-    inLanes(pixels, [&](std::size_t first, std::size_t count) {
-        std::uint8_t* const at = destination + first * 4;
-        const LaneBytes result = over(loadLane(at, count * 4), sourceOf(first, count));
-        std::memcpy(at, &result, count * 4);
-    });
-}
-
-// factorsOf(first pixel, pixels) gives the factors of the components.
-template <class FactorsOf>
-void multiplyLanes(std::uint8_t* destination, const std::uint8_t* source, std::size_t pixels,
-                   const FactorsOf& factorsOf) {
-    inLanes(pixels, [&](std::size_t first, std::size_t count) {
-        const LaneBytes result = narrow(
-            product(widen(loadLane(source + first * 4, count * 4)), factorsOf(first, count)));
-        std::memcpy(destination + first * 4, &result, count * 4);
-    });
-}
-
 }  // namespace
 
 void compositeRow(std::uint8_t* destination, const std::uint8_t* source, std::size_t pixels) {
@@ -132,76 +147,75 @@ void compositeRow(std::uint8_t* destination, const std::uint8_t* source, std::si
         if (kind == Kind::opaque) {
             std::memmove(to, from, count * 4);
         } else if (kind == Kind::mixed) {
-            compositeLanes(to, count, [from](std::size_t at, std::size_t some) {
-                return widen(loadLane(from + at * 4, some * 4));
-            });
+            callWide<overPiece>(to, from, count);
         }
     });
 }
 
 void compositeRow(std::uint8_t* destination, const std::uint8_t* source, std::size_t pixels,
                   std::uint8_t opacity, const std::uint8_t* coverage) {
-    const WideLane whole = same(opacity);
+    std::uint8_t shares[kPiece];
+    std::fill_n(shares, kPiece, opacity);
     inPieces(pixels, [&](std::size_t first, std::size_t count) {
         std::uint8_t* const to = destination + first * 4;
         const std::uint8_t* const from = source + first * 4;
-        const std::uint8_t* const shares = coverage == nullptr ? nullptr : coverage + first;
-        const Kind kind = shares == nullptr ? Kind::opaque : kindOfCoverage(shares, count);
-        if (kind == Kind::opaque && opacity == 255) {
+        const Kind kind =
+            coverage == nullptr ? Kind::opaque : kindOfCoverage(coverage + first, count);
+        if (kind == Kind::clear) {
+            return;
+        }
+        if (opacity == 255 && kind == Kind::opaque) {
             compositeRow(to, from, count);
         } else if (kind == Kind::opaque) {
-            compositeLanes(to, count, [&](std::size_t at, std::size_t some) {
-                return product(widen(loadLane(from + at * 4, some * 4)), whole);
-            });
-        } else if (kind == Kind::mixed) {
-            compositeLanes(to, count, [&](std::size_t at, std::size_t some) {
-                return product(widen(loadLane(from + at * 4, some * 4)),
-                               product(spread(shares + at, some), whole));
-            });
+            callWide<overWithShares>(to, from, static_cast<const std::uint8_t*>(shares), count);
+        } else if (opacity == 255) {
+            callWide<overWithShares>(to, from, coverage + first, count);
+        } else {
+            std::uint8_t both[kPiece];
+            std::copy_n(coverage + first, count, both);
+            multiplyCoverage(both, shares, count);
+            callWide<overWithShares>(to, from, static_cast<const std::uint8_t*>(both), count);
         }
     });
 }
 
 void compositeColorRow(std::uint8_t* destination, const std::uint8_t (&color)[4],
                        std::size_t pixels, const std::uint8_t* coverage) {
-    LaneBytes pattern{};
-    for (std::size_t i = 0; i < sizeof(pattern); ++i) {
-        pattern[i] = color[i % 4];
-    }
-    const WideLane source = widen(pattern);
+    const std::uint32_t whole = pixelAt(color, 0);
     inPieces(pixels, [&](std::size_t first, std::size_t count) {
         std::uint8_t* const to = destination + first * 4;
         const std::uint8_t* const shares = coverage == nullptr ? nullptr : coverage + first;
         const Kind kind = shares == nullptr ? Kind::opaque : kindOfCoverage(shares, count);
         if (kind == Kind::opaque) {
-            compositeLanes(to, count,
-                           [&](std::size_t /*at*/, std::size_t /*some*/) { return source; });
+            callWide<colorOverPiece>(to, whole, count);
         } else if (kind == Kind::mixed) {
-            compositeLanes(to, count, [&](std::size_t at, std::size_t some) {
-                return product(source, spread(shares + at, some));
-            });
+            callWide<colorOverWithShares>(to, whole, shares, count);
         }
     });
 }
 
 void multiplyRow(std::uint8_t* destination, const std::uint8_t* source, std::size_t pixels,
                  const std::uint8_t* coverage) {
-    multiplyLanes(destination, source, pixels, [coverage](std::size_t first, std::size_t count) {
-        return spread(coverage + first, count);
+    inPieces(pixels, [&](std::size_t first, std::size_t count) {
+        callWide<multiplyPiece>(destination + first * 4, source + first * 4, coverage + first,
+                                count);
     });
 }
 
 void hideRow(std::uint8_t* destination, const std::uint8_t* source, std::size_t pixels,
              const std::uint8_t* samples, std::size_t stride) {
-    multiplyLanes(destination, source, pixels, [=](std::size_t first, std::size_t count) {
-        if (stride == 1) {
-            return inverse(spread(samples + first, count));
-        }
-        std::uint8_t each[kLanePixels] = {};
-        for (std::size_t i = 0; i < count; ++i) {
-            each[i] = samples[(first + i) * stride];
-        }
-        return inverse(spread(each, count));
+    inPieces(pixels, [&](std::size_t first, std::size_t count) {
+        std::uint8_t shown[kPiece];
+        const std::uint8_t* const from = samples + first * stride;
+        const auto fill = [&](std::size_t step) {
+            for (std::size_t i = 0; i < count; ++i) {
+                shown[i] = static_cast<std::uint8_t>(255 - from[i * step]);
+            }
+        };
+        // Known to the compiler, it makes vector code.
+        stride == 1 ? fill(1) : stride == 4 ? fill(4) : fill(stride);
+        callWide<multiplyPiece>(destination + first * 4, source + first * 4,
+                                static_cast<const std::uint8_t*>(shown), count);
     });
 }
 

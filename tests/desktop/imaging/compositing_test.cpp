@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <numeric>
 #include <vector>
@@ -161,11 +163,57 @@ TEST(Compositing, RowsTimesSamples) {
     }
 }
 
+// Each component by itself, and nothing of one gets into the next.
 TEST(Compositing, ColorAboveAlphaSaturates) {
-    std::uint8_t destination[4] = {200, 0, 0, 255};
-    const std::uint8_t source[4] = {200, 0, 0, 0};
-    compositeRow(destination, source, 1);
-    EXPECT_EQ(destination[0], 255);
+    for (std::size_t component = 0; component < 3; ++component) {
+        std::vector<std::uint8_t> destination(kPixels * 4, 100);
+        std::vector<std::uint8_t> source(kPixels * 4, 0);
+        for (std::size_t i = 0; i < kPixels; ++i) {
+            source[i * 4 + component] = static_cast<std::uint8_t>(i);
+        }
+        compositeRow(destination.data(), source.data(), kPixels);
+        for (std::size_t i = 0; i < destination.size(); ++i) {
+            ASSERT_EQ(destination[i], std::min(source[i] + 100, 255)) << component << ", " << i;
+        }
+    }
+}
+
+TEST(Compositing, ARowOverItself) {
+    const std::vector<std::uint8_t> before = row(5);
+    const std::vector<std::uint8_t> coverage = factors(kPixels);
+    std::vector<std::uint8_t> over = before;
+    compositeRow(over.data(), over.data(), kPixels);
+    std::vector<std::uint8_t> multiplied = before;
+    multiplyRow(multiplied.data(), multiplied.data(), kPixels, coverage.data());
+    for (std::size_t i = 0; i < before.size(); ++i) {
+        ASSERT_EQ(over[i], before[i] + share(before[i], 255U - before[i / 4 * 4 + 3])) << i;
+        ASSERT_EQ(multiplied[i], share(before[i], coverage[i / 4])) << i;
+    }
+}
+
+// What is written ends with the row.
+TEST(Compositing, NothingBehindARowChanges) {
+    const std::vector<std::uint8_t> source = row(6);
+    const std::vector<std::uint8_t> coverage = factors(kPixels);
+    const std::uint8_t color[4] = {10, 20, 30, 40};
+    for (std::size_t pixels = 0; pixels < 140; ++pixels) {
+        const auto behindIsKept = [&](const auto& write) {
+            std::vector<std::uint8_t> destination(kPixels * 4, 77);
+            write(destination.data());
+            return std::all_of(destination.begin() + static_cast<std::ptrdiff_t>(pixels * 4),
+                               destination.end(), [](std::uint8_t byte) { return byte == 77; });
+        };
+        EXPECT_TRUE(behindIsKept([&](auto* to) { compositeRow(to, source.data(), pixels); }));
+        EXPECT_TRUE(behindIsKept(
+            [&](auto* to) { compositeRow(to, source.data(), pixels, 9, coverage.data()); }));
+        EXPECT_TRUE(behindIsKept([&](auto* to) { compositeColorRow(to, color, pixels, nullptr); }));
+        EXPECT_TRUE(
+            behindIsKept([&](auto* to) { compositeColorRow(to, color, pixels, coverage.data()); }));
+        EXPECT_TRUE(behindIsKept(
+            [&](auto* to) { multiplyRow(to, source.data(), pixels, coverage.data()); }));
+        EXPECT_TRUE(behindIsKept(
+            [&](auto* to) { hideRow(to, source.data(), pixels, coverage.data(), 1); }));
+    }
 }
 
 TEST(Coverage, EdgesBetweenPixelsAreAreaShares) {
