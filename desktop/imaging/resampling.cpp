@@ -1,7 +1,7 @@
 #include "desktop/imaging/resampling.h"
 
 #include "desktop/imaging/compositing.h"
-#include "desktop/imaging/lanes.h"
+#include "desktop/imaging/wide_vectors.h"
 
 #include <algorithm>
 #include <cmath>
@@ -81,8 +81,6 @@ constexpr float kHalfStep = 0.5F;
 
 // A pixel's four components.
 using Components = float __attribute__((vector_size(16)));
-using Wholes = std::int32_t __attribute__((vector_size(16)));
-using SignedWords = std::int16_t __attribute__((vector_size(16)));
 
 Components load(const float* from) {
     Components result;
@@ -94,53 +92,67 @@ void store(float* to, Components components) {
     std::memcpy(to, &components, sizeof(components));
 }
 
-void storeWhole(float* to, LaneWords twoPixels) {
-    const LaneWords none{};
-    const auto storeOne = [](float* at, LaneWords pixel) {
-        store(at, __builtin_convertvector((Wholes)pixel, Components));
-    };
-    storeOne(to, __builtin_shufflevector(twoPixels, none, 0, 8, 1, 9, 2, 10, 3, 11));
-    storeOne(to + 4, __builtin_shufflevector(twoPixels, none, 4, 12, 5, 13, 6, 14, 7, 15));
+// A row as numbers.
+[[gnu::always_inline]] inline void toNumbers(float* to, const std::uint8_t* components,
+                                             std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        to[i] = components[i];
+    }
 }
 
-// A row as numbers. Behind the last pixel's is room for up to three more.
-void toNumbers(float* to, const std::uint8_t* pixels, std::size_t count) {
-    inLanes(count, [=](std::size_t first, std::size_t some) {
-        const WideLane lane = widen(loadLane(pixels + first * 4, some * 4));
-        storeWhole(to + first * 4, lane.low);
-        storeWhole(to + first * 4 + 8, lane.high);
-    });
-}
-
-// The bytes of two pixels from their sums, a word each and in turn: those of the first and of the
-// second. Bicubic overshoots, by less than a word: a colour stays within its alpha, which stays
-// within a byte.
-SignedWords toTwoPixels(Components first, Components second) {
-    const auto low = __builtin_convertvector(first, Wholes) & 0xFFFF;
-    const auto high = __builtin_convertvector(second, Wholes) << 16;
-    auto both = (SignedWords)(low | high);
-    const SignedWords none{};
-    const SignedWords most = none + 255;
-    both = both > none ? both : none;
-    both = both < most ? both : most;
-    const auto alphas =
-        (SignedWords)__builtin_shufflevector((Wholes)both, (Wholes)both, 3, 3, 3, 3);
-    return both < alphas ? both : alphas;
-}
-
-// sumOf(index of its first component) gives a pixel's sums, half a step up.
+// The bytes of pixels from their sums, half a step up. Bicubic overshoots: a colour stays within
+// its alpha, which stays within a byte.
 template <class SumOf>
-void toPixels(std::uint8_t* pixels, std::size_t count, const SumOf& sumOf) {
-    const auto two = [&](std::size_t first) {
-        // In two steps, each an instruction or two.
-        const SignedWords both = toTwoPixels(sumOf(first), sumOf(first + 4));
-        const auto pairs = (Wholes)__builtin_shufflevector(both, both, 0, 2, 1, 3, 4, 6, 5, 7);
-        return (LaneWords)__builtin_shufflevector(pairs, pairs, 0, 2, 1, 3);
-    };
-    inLanes(count, [&](std::size_t first, std::size_t some) {
-        const LaneBytes bytes = narrow({two(first * 4), two(first * 4 + 8)});
-        std::memcpy(pixels + first * 4, &bytes, some * 4);
+[[gnu::always_inline]] inline void toPixels(std::uint8_t* to, std::size_t pixels,
+                                            const SumOf& sumOf) {
+    constexpr std::size_t kPiece = 64;
+    for (std::size_t first = 0; first < pixels; first += kPiece) {
+        const std::size_t count = std::min(kPiece, pixels - first);
+        std::uint8_t bytes[kPiece * 4];
+        for (std::size_t i = 0; i < count * 4; ++i) {
+            bytes[i] = static_cast<std::uint8_t>(
+                std::clamp(static_cast<std::int32_t>(sumOf(first * 4 + i)), 0, 255));
+        }
+        std::uint8_t alphas[kPiece * 4] = {};
+        for (std::size_t i = 0; i < count; ++i) {
+            std::uint32_t pixel = 0;
+            std::memcpy(&pixel, bytes + i * 4, 4);
+            const std::uint32_t two = pixel >> 24U | pixel >> 24U << 8U;
+            const std::uint32_t four = two | two << 16U;
+            std::memcpy(alphas + i * 4, &four, 4);
+        }
+        for (std::size_t i = 0; i < count * 4; ++i) {
+            to[first * 4 + i] = std::min(bytes[i], alphas[i]);
+        }
+    }
+}
+
+[[gnu::always_inline]] inline void mixFour(std::uint8_t* to, std::size_t pixels,
+                                           const float* const* rows, const float* weights) {
+    const float* const row0 = rows[0];
+    const float* const row1 = rows[1];
+    const float* const row2 = rows[2];
+    const float* const row3 = rows[3];
+    const float weight0 = weights[0];
+    const float weight1 = weights[1];
+    const float weight2 = weights[2];
+    const float weight3 = weights[3];
+    toPixels(to, pixels, [=](std::size_t i) __attribute__((always_inline)) {
+        return kHalfStep + row0[i] * weight0 + row1[i] * weight1 + row2[i] * weight2 +
+               row3[i] * weight3;
     });
+}
+
+[[gnu::always_inline]] inline void addTimes(float* sum, const float* from, float weight,
+                                            std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        sum[i] += from[i] * weight;
+    }
+}
+
+[[gnu::always_inline]] inline void sumsToPixels(std::uint8_t* to, std::size_t pixels,
+                                                const float* sums) {
+    toPixels(to, pixels, [=](std::size_t i) __attribute__((always_inline)) { return sums[i]; });
 }
 
 // A pixel's sum over a span: bicubic's four pixels at once, an area's one by one.
@@ -216,14 +228,12 @@ std::vector<std::uint8_t> stretch(const PixelView& source, PixelSize size) {
 Resampler::Resampler(const PixelView& source, const Axis& horizontal, const Axis& vertical)
     : source_(source), horizontal_(axisWeights(horizontal)), vertical_(axisWeights(vertical)) {
     const std::size_t width = horizontal_.spans.size();
-    // Rows are gone through four pixels at a time.
-    const std::size_t lanes = (width + kLanePixels - 1) / kLanePixels * kLanePixels;
     for (auto& row : kept_) {
-        row.resize(lanes * 4);
+        row.resize(width * 4);
     }
     std::fill(std::begin(keptIndex_), std::end(keptIndex_),
               std::numeric_limits<std::size_t>::max());
-    sum_.resize(lanes * 4);
+    sum_.resize(width * 4);
     row_.resize(width * 4);
     coverage_.resize(width);
     if (width > 0) {
@@ -231,7 +241,7 @@ Resampler::Resampler(const PixelView& source, const Axis& horizontal, const Axis
         const AxisWeights::Span& right = horizontal_.spans.back();
         firstSource_ = std::min(left.source, right.source);
         sources_ = std::max(left.source + left.count, right.source + right.count) - firstSource_;
-        wide_.resize((sources_ + kLanePixels - 1) / kLanePixels * kLanePixels * 4);
+        wide_.resize(sources_ * 4);
     }
 }
 
@@ -244,7 +254,7 @@ const float* Resampler::sourceRow(std::size_t y) {
     keptIndex_[slot] = y;
     const std::uint8_t* const pixels = source_.row(y) + firstSource_ * 4;
     float* const wide = wide_.data();
-    toNumbers(wide, pixels, sources_);
+    callWide<toNumbers>(wide, pixels, sources_ * 4);
     const float* const weights = horizontal_.weights.data();
     float* to = row;
     for (const AxisWeights::Span& span : horizontal_.spans) {
@@ -262,25 +272,14 @@ const std::uint8_t* Resampler::row(std::size_t index) {
     if (span.count == kKeptRows) {
         const float* const rows[] = {sourceRow(span.source), sourceRow(span.source + 1),
                                      sourceRow(span.source + 2), sourceRow(span.source + 3)};
-        const float weight[] = {weights[0], weights[1], weights[2], weights[3]};
-        toPixels(row_.data(), pixels, [&](std::size_t at) {
-            return kHalfStep + load(rows[0] + at) * weight[0] + load(rows[1] + at) * weight[1] +
-                   load(rows[2] + at) * weight[2] + load(rows[3] + at) * weight[3];
-        });
+        callWide<mixFour>(row_.data(), pixels, static_cast<const float* const*>(rows), weights);
         return row_.data();
     }
-    // Pointers of our own: a byte that is written may be part of anything else, this object too.
-    float* const sum = sum_.data();
-    const std::size_t count = sum_.size();
-    std::fill_n(sum, count, kHalfStep);
+    std::ranges::fill(sum_, kHalfStep);
     for (std::size_t i = 0; i < span.count; ++i) {
-        const float weight = weights[i];
-        const float* const from = sourceRow(span.source + i);
-        for (std::size_t x = 0; x < count; x += 4) {
-            store(sum + x, load(sum + x) + load(from + x) * weight);
-        }
+        callWide<addTimes>(sum_.data(), sourceRow(span.source + i), weights[i], sum_.size());
     }
-    toPixels(row_.data(), pixels, [sum](std::size_t at) { return load(sum + at); });
+    callWide<sumsToPixels>(row_.data(), pixels, static_cast<const float*>(sum_.data()));
     return row_.data();
 }
 
