@@ -49,12 +49,13 @@ class Device {
         std::vector<std::string> names;
         for (std::size_t i = 0; i < extent.installed; ++i) {
             const std::string name = "Theme " + std::to_string(i) + ".theme";
-            const std::string theme = "/Library/Themes/" + name;
-            tests_.folder(theme);
+            std::string icons = "/Library/Themes/" + name;
+            tests_.folder(icons);
             if (i < extent.active) {
-                tests_.folder(theme + "/IconBundles");
+                icons += "/IconBundles";
+                tests_.folder(icons);
                 names.push_back(name);
-                paths.push_back(theme + "/IconBundles/" + kIdentifier + "-large.png");
+                paths.push_back(icons.append("/").append(kIdentifier).append("-large.png"));
             }
         }
         tests_.activeThemes(names, {{"enabled", true}, {"enableLogging", false}});
