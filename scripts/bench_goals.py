@@ -50,5 +50,8 @@ GOALS = {
     "alpha of a label": [Goal("ratio", most=1.5)],
     "start-up": [Goal("ms", most=5), Goal("peak_mb", most=8)],
     "preview of the example theme on a phone": [Goal("ratio", most=3), Goal("peak_mb", most=80)],
+    "frame again, as it is": [Goal("ratio", most=1.5)],
+    "frame again, after a change of themes": [Goal("ratio", most=1.5)],
+    "memory of a 4,096 x 4,096 icon of all apps, beside one app": [Goal("ratio", most=1.1, limit=1.3)],
     "screen of a phone, scale 3": [Goal("ms", most=250)],
 }
