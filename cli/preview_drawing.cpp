@@ -153,7 +153,9 @@ Result<DeviceOfRun> deviceFor(const PreviewOptions& options) {
     if (options.kind != PreviewKind::stock) {
         warnOfPreferences(**root);
     }
-    return DeviceOfRun{std::move(*root)};
+    DeviceOfRun device{.root = *root};
+    device.hidden = [root = std::move(*root)] { return hiddenPicturesOn(*root); };
+    return device;
 }
 
 ShownScreen shownOn(const PreviewOptions& options, const RenderedScreen& screen) {

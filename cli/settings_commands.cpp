@@ -4,9 +4,69 @@
 #include "desktop/files/cleanup.h"
 #include "desktop/notifications/notification_center.h"
 
+#include <algorithm>
 #include <string>
 
 namespace velmoranth::cli {
+
+namespace {
+
+struct Told {
+    ExitCode code = ExitCode::done;
+    int processes = 0;
+};
+
+Told tellProcesses(const desktop::DeviceRoot& root,
+                   const std::vector<std::string_view>& notifications) {
+    Told done;
+    for (const std::string_view notification : notifications) {
+        const std::string name(notification);
+        const auto told = desktop::postToProcesses(root, name);
+        if (!told) {
+            done.code =
+                fail(ExitCode::nothingFound,
+                     "the preferences are changed, but running processes could not be told: " +
+                         desktop::toLine(told.error()));
+            continue;
+        }
+        done.processes = std::max(done.processes, *told);
+        print(name + ": " + std::to_string(*told) + (*told == 1 ? " process" : " processes") +
+              " told\n");
+    }
+    return done;
+}
+
+// What of the change a running screen does not show yet. Of themes it is said to whoever has one.
+void noteRespring(const desktop::DeviceRoot& root, const PreferenceChange& change,
+                  bool hasRunning) {
+    std::string keys;
+    std::string keysOfIcons;
+    for (const SettingRow& row : core::kSettingRows) {
+        const platform::PropertyList* const value = platform::objectForKey(change.after, row.key);
+        const bool isChanged =
+            takenValue(row.kind(), platform::objectForKey(change.before, row.key)) !=
+            takenValue(row.kind(), value);
+        if (!isChanged || row.shows == core::Shows::atOnce ||
+            (row.shows == core::Shows::atOnceWhenOn && platform::boolValue(value))) {
+            continue;
+        }
+        std::string& list = row.shows == core::Shows::iconsAtOnce ? keysOfIcons : keys;
+        list += (list.empty() ? "" : ", ") + std::string(row.key);
+    }
+    const auto tell = [&](const std::string& list, const char* what) {
+        if (!list.empty()) {
+            note(list + ": a screen that is running shows " + what +
+                 " after a respring (velmoranth device respring --root " +
+                 forShell(root.hostFolder()) + ")");
+        }
+    };
+    if (hasRunning) {
+        tell(keysOfIcons, "icons at once, and all else");
+    }
+    tell(keys, "this");
+}
+
+}  // namespace
 
 ExitCode withDevice(const Arguments& arguments, std::string_view command, const DeviceWork& work) {
     const auto folder = arguments.value("--root");
@@ -31,55 +91,26 @@ ExitCode withLockedDevice(const Arguments& arguments, std::string_view command,
     });
 }
 
-ExitCode tellProcesses(const desktop::DeviceRoot& root,
-                       const std::vector<std::string_view>& notifications) {
-    ExitCode code = ExitCode::done;
-    for (const std::string_view notification : notifications) {
-        const std::string name(notification);
-        const auto told = desktop::postToProcesses(root, name);
-        if (!told) {
-            code = fail(ExitCode::nothingFound,
-                        "the preferences are changed, but running processes could not be told: " +
-                            desktop::toLine(told.error()));
-            continue;
-        }
-        print(name + ": " + std::to_string(*told) + (*told == 1 ? " process" : " processes") +
-              " told\n");
-    }
-    return code;
+ExitCode tellOfChange(const desktop::DeviceRoot& root,
+                      const std::vector<std::string_view>& notifications,
+                      const PreferenceChange& change) {
+    const Told told = tellProcesses(root, notifications);
+    noteRespring(root, change, told.processes > 0);
+    return told.code;
 }
 
 std::string whenShown(const SettingRow& row) {
     switch (row.shows) {
         case core::Shows::atOnce:
             return {};
+        case core::Shows::iconsAtOnce:
+            return "; a running screen shows icons at once, all else after a respring";
         case core::Shows::atOnceWhenOn:
             return "; switched off, a running screen shows it after a respring";
         case core::Shows::afterRespring:
             break;
     }
     return "; a running screen shows it after a respring";
-}
-
-void noteRespring(const desktop::DeviceRoot& root, const platform::Dictionary& before,
-                  const platform::Dictionary& after) {
-    std::string keys;
-    for (const SettingRow& row : core::kSettingRows) {
-        const platform::PropertyList* const value = platform::objectForKey(after, row.key);
-        const bool isChanged = takenValue(row.kind(), platform::objectForKey(before, row.key)) !=
-                               takenValue(row.kind(), value);
-        if (isChanged &&
-            (row.shows == core::Shows::afterRespring ||
-             (row.shows == core::Shows::atOnceWhenOn && !platform::boolValue(value)))) {
-            keys += (keys.empty() ? "" : ", ") + std::string(row.key);
-        }
-    }
-    if (!keys.empty()) {
-        note(keys +
-             ": a screen that is running shows this after a respring (velmoranth device "
-             "respring --root " +
-             forShell(root.hostFolder()) + ")");
-    }
 }
 
 void warnOfLink(const desktop::DeviceRoot& root) {

@@ -27,18 +27,20 @@ using DeviceWork = std::function<ExitCode(const DeviceRef& root)>;
 [[nodiscard]] ExitCode withLockedDevice(const Arguments& arguments, std::string_view command,
                                         const DeviceWork& work);
 
+struct PreferenceChange {
+    platform::Dictionary before;
+    platform::Dictionary after;
+};
+
 // Posts each notification to the running processes of the device, and prints how many were told. A
-// process that cannot be told does not undo what was done.
-[[nodiscard]] ExitCode tellProcesses(const desktop::DeviceRoot& root,
-                                     const std::vector<std::string_view>& notifications);
+// process that cannot be told does not undo what was done. Then a line names the keys whose change
+// a running screen does not show, or not all of it, and says what to do; none where there are none.
+[[nodiscard]] ExitCode tellOfChange(const desktop::DeviceRoot& root,
+                                    const std::vector<std::string_view>& notifications,
+                                    const PreferenceChange& change);
 
 // "; a running screen shows it after a respring", for the line of such a key; "" for most keys.
 [[nodiscard]] std::string whenShown(const SettingRow& row);
-
-// A line that names the keys whose change no running screen shows, and what to do; none when there
-// are none.
-void noteRespring(const desktop::DeviceRoot& root, const platform::Dictionary& before,
-                  const platform::Dictionary& after);
 
 // A warning when the live preferences are a link, which writing replaces.
 void warnOfLink(const desktop::DeviceRoot& root);

@@ -150,9 +150,7 @@ ExitCode restore(const DeviceRef& root, const Source& source) {
         print("what was in force is saved as " + inQuotes(**kept) + "\n");
     }
     print("the preferences in force are " + source.words + " now\n");
-    const ExitCode told = tellProcesses(*root, {core::kThemeChangedNotice});
-    noteRespring(*root, before, (*file)->contents);
-    return told;
+    return tellOfChange(*root, {core::kThemeChangedNotice}, {before, (*file)->contents});
 }
 
 ExitCode runRestore(const Arguments& arguments) {

@@ -119,16 +119,11 @@ std::vector<std::string_view> notificationsOf(const std::vector<const SettingRow
 }
 
 // The preferences before and after.
-struct Change {
-    Dictionary before;
-    Dictionary after;
-};
-
 // Makes changes; the exit code when they are refused.
 using Edit = std::function<std::optional<ExitCode>(Dictionary& preferences)>;
 
 // The exit code when it could not be done.
-std::optional<ExitCode> change(const DeviceRef& root, const Edit& edit, Change& done) {
+std::optional<ExitCode> change(const DeviceRef& root, const Edit& edit, PreferenceChange& done) {
     const auto lock = lockPreferences(*root);
     if (!lock) {
         return fail(ExitCode::badInput, lock.error());
@@ -170,7 +165,7 @@ ExitCode setOn(const DeviceRef& root, const std::vector<Assignment>& assignments
             }
         }
     }
-    Change done;
+    PreferenceChange done;
     std::vector<const SettingRow*> rows;
     const auto assign = [&](Dictionary& preferences) {
         for (const Assignment& assignment : assignments) {
@@ -188,9 +183,7 @@ ExitCode setOn(const DeviceRef& root, const std::vector<Assignment>& assignments
         }
         print(std::string(row->key) + ": " + takenInWords(row->kind(), &value) + "\n");
     }
-    const ExitCode told = tellProcesses(*root, notificationsOf(rows));
-    noteRespring(*root, done.before, done.after);
-    return told;
+    return tellOfChange(*root, notificationsOf(rows), done);
 }
 
 ExitCode runSet(const Arguments& arguments) {
@@ -228,7 +221,7 @@ std::optional<ExitCode> takeOut(const std::vector<std::string>& keys, Dictionary
 
 ExitCode runUnset(const Arguments& arguments) {
     return withDevice(arguments, "settings unset", [&](const DeviceRef& root) {
-        Change done;
+        PreferenceChange done;
         std::vector<const SettingRow*> rows;
         std::string lines;
         const auto edit = [&](Dictionary& preferences) {
@@ -238,9 +231,7 @@ ExitCode runUnset(const Arguments& arguments) {
             return *code;
         }
         print(lines);
-        const ExitCode told = tellProcesses(*root, notificationsOf(rows));
-        noteRespring(*root, done.before, done.after);
-        return told;
+        return tellOfChange(*root, notificationsOf(rows), done);
     });
 }
 

@@ -65,7 +65,8 @@ ordered_json takenAsJson(SettingKind kind, const PropertyList* value) {
 }
 
 // In the order of the enumeration.
-constexpr std::array<const char*, 3> kShows{"atOnce", "atOnceWhenOn", "afterRespring"};
+constexpr std::array<const char*, 4> kShows{"atOnce", "iconsAtOnce", "atOnceWhenOn",
+                                            "afterRespring"};
 
 ordered_json rowOf(const KeyOfDevice& key) {
     const PropertyList* const value = key.value;

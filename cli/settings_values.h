@@ -50,7 +50,8 @@ struct KeyOfDevice {
 
 // As text in JSON: {"key", "type", "set", "value", "taken", "shows", "summary"}; the value as the
 // file has it, dates and data in words, what the engine takes, and when a running home screen shows
-// a change: "atOnce", "atOnceWhenOn" or "afterRespring". "atNextStart" is what the engine takes
+// a change: "atOnce", "iconsAtOnce" (all else after a respring), "atOnceWhenOn" or "afterRespring".
+// "atNextStart" is what the engine takes
 // from the next start on, where that sets the key. `type` is null for a key that the system does
 // not know, and there is no "taken" then.
 [[nodiscard]] std::string settingAsJson(const KeyOfDevice& key);

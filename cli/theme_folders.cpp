@@ -16,15 +16,33 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// Folders of a theme.
+constexpr std::array<std::string_view, 4> kFolders{"IconBundles", "Bundles", "UIImages",
+                                                   "Velmoranth"};
+
+// At least so many of them.
+bool hasThemesFolders(const fs::path& folder, int least) {
+    std::error_code error;
+    return std::ranges::count_if(kFolders, [&](std::string_view name) {
+               return fs::is_directory(folder / name, error);
+           }) >= least;
+}
+
 // Pictures alone make a folder no theme of its own: they may be a part of the one around it.
 bool isThemeByItself(const makers::FoundTheme& theme) {
-    static constexpr std::array<std::string_view, 4> kFolders{"IconBundles", "Bundles", "UIImages",
-                                                              "Velmoranth"};
-    std::error_code error;
-    return theme.name.ends_with(".theme") ||
-           std::ranges::any_of(kFolders, [&](std::string_view folder) {
-               return fs::is_directory(fs::path(theme.folder) / folder, error);
-           });
+    return theme.name.ends_with(".theme") || hasThemesFolders(theme.folder, 1);
+}
+
+// "A.theme" of A.theme/Bundles and of A.theme/Bundles/com.example; "" for a folder of no theme.
+std::string themeAround(fs::path folder) {
+    for (int level = 0; level < 2; ++level, folder = folder.parent_path()) {
+        const fs::path around = folder.parent_path();
+        if (std::ranges::find(kFolders, folder.filename().string()) != kFolders.end() &&
+            (around.extension() == ".theme" || hasThemesFolders(around, 2))) {
+            return around.filename();
+        }
+    }
+    return "";
 }
 
 std::vector<std::string> foldersOf(const std::vector<makers::FoundTheme>& themes) {
@@ -52,9 +70,20 @@ std::string listed(const std::vector<std::string>& paths) {
 
 std::string whyNoTheme(const std::string& path) {
     const std::vector<std::string> within = themesWithin(path);
-    return within.empty() ? ""
-                          : "this is no theme, but holds " + listed(within) +
-                                (within.size() == 1 ? "; give that" : "; give one of them");
+    if (!within.empty()) {
+        return "this is no theme, but holds " + listed(within) +
+               (within.size() == 1 ? "; give that" : "; give one of them");
+    }
+    std::error_code error;
+    const fs::path folder = fs::canonical(path, error);
+    if (error || hasThemesFolders(folder, 1)) {
+        return "";
+    }
+    if (fs::is_directory(folder / "Library/Themes", error)) {
+        return "this is no theme, and no theme is in its Library/Themes";
+    }
+    const std::string around = themeAround(folder);
+    return around.empty() ? "" : "this is a folder of the theme " + shown(around) + "; give that";
 }
 
 std::string hiddenPicturesIn(const std::string& path, const makers::FoundTheme& theme) {

@@ -16,7 +16,8 @@ namespace velmoranth::cli {
 [[nodiscard]] std::vector<std::string> withThemesWithin(const std::vector<std::string>& paths);
 
 // "this is no theme, but holds A.theme, B.theme; give one of them" of such a folder, with the first
-// of them; "" of any other path. It ends so that a command with more to offer can go on.
+// of them, so that a command with more to offer can go on; the like of an empty Library/Themes and
+// of a folder that a theme around it has. "" of any other path.
 [[nodiscard]] std::string whyNoTheme(const std::string& path);
 
 // "NAME: 3 icons lie under names that nothing looks for; velmoranth convert PATH -o FOLDER makes a

@@ -261,6 +261,24 @@ std::optional<ThemeFolder> themeOn(const desktop::DeviceRoot& root, const std::s
                  : std::optional(ThemeFolder{onThisMachine(root, place), name, where, {}});
 }
 
+// The active themes that are there.
+std::vector<ThemeFolder> activeOn(const desktop::DeviceRoot& own) {
+    std::vector<ThemeFolder> folders;
+    for (const std::string& name : activeThemes(own)) {
+        const bool isNew = std::ranges::find(folders, name, &ThemeFolder::name) == folders.end();
+        if (auto theme = themeOn(own, name); theme && isNew) {
+            folders.push_back(std::move(*theme));
+        }
+    }
+    return folders;
+}
+
+void addLine(std::vector<std::string>& lines, std::string line) {
+    if (!line.empty()) {
+        lines.push_back(std::move(line));
+    }
+}
+
 }  // namespace
 
 Result<DeviceOfRun> makeDevice(std::span<const std::string> paths,
@@ -276,9 +294,7 @@ Result<DeviceOfRun> makeDevice(std::span<const std::string> paths,
     device->hidden = [folders = std::move(themes->folders)] {
         std::vector<std::string> lines;
         for (const ThemeFolder& theme : folders) {
-            if (std::string line = hiddenPicturesIn(theme.path, theme.contents); !line.empty()) {
-                lines.push_back(std::move(line));
-            }
+            addLine(lines, hiddenPicturesIn(theme.path, theme.contents));
         }
         return lines;
     };
@@ -286,15 +302,24 @@ Result<DeviceOfRun> makeDevice(std::span<const std::string> paths,
 }
 
 Result<DeviceOfRun> makeDeviceLike(const desktop::DeviceRoot& own) {
-    GivenThemes themes;
-    for (const std::string& name : activeThemes(own)) {
-        const bool isNew =
-            std::ranges::find(themes.folders, name, &ThemeFolder::name) == themes.folders.end();
-        if (auto theme = themeOn(own, name); theme && isNew) {
-            themes.folders.push_back(std::move(*theme));
+    GivenThemes themes{.folders = activeOn(own), .unpacked = {}};
+    return deviceWith(themes, settingsOn(own));
+}
+
+std::vector<std::string> hiddenPicturesOn(const desktop::DeviceRoot& own) {
+    const platform::Dictionary preferences = preferencesOn(own);
+    std::vector<std::string> lines;
+    if (!platform::boolValue(platform::objectForKey(preferences, "enable"))) {
+        return lines;
+    }
+    for (const ThemeFolder& theme : activeOn(own)) {
+        // What cannot be listed is told of by what draws it.
+        if (auto contents = makers::themeAsGiven(theme.folder)) {
+            contents->name = theme.name;
+            addLine(lines, hiddenPicturesIn(theme.path, *contents));
         }
     }
-    return deviceWith(themes, settingsOn(own));
+    return lines;
 }
 
 Result<void> setActiveThemes(const desktop::DeviceRoot& root,

@@ -22,7 +22,7 @@ struct DeviceOfRun {
     // Of a temporary device; nothing and null for the user's own.
     std::vector<std::string> themes = {};  // their names
     // Finds out, by the names in them alone, what of the themes does not show and would once they
-    // are converted: a line a theme. Any thread may ask; null for the user's own.
+    // are converted: a line a theme. Any thread may ask; null where nobody wants to know.
     std::function<std::vector<std::string>()> hidden = {};
     std::unique_ptr<desktop::RemovedAtEnd> folder = {};
     // What the archives among the themes were unpacked into.
@@ -41,6 +41,10 @@ struct DeviceOfRun {
 // Makes one with the active themes and the preferences of a device of the user's, which stays as it
 // is; of the themes those that are there.
 [[nodiscard]] desktop::Result<DeviceOfRun> makeDeviceLike(const desktop::DeviceRoot& own);
+
+// As DeviceOfRun::hidden, of the active themes of a device of the user's, as they are by now; none
+// with theming off.
+[[nodiscard]] std::vector<std::string> hiddenPicturesOn(const desktop::DeviceRoot& own);
 
 // Gives the device other preferences: these settings and active themes, as makeDevice does.
 [[nodiscard]] desktop::Result<void> setActiveThemes(const desktop::DeviceRoot& root,

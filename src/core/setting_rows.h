@@ -46,6 +46,7 @@ struct SettingMember {
 // treated once, and what was taken from a view is not put back.
 enum class Shows {
     atOnce,
+    iconsAtOnce,   // and views after a respring
     atOnceWhenOn,  // switched off, after a respring
     afterRespring,
 };
@@ -73,7 +74,7 @@ struct SettingRow {
 
 // In the order in which they are shown.
 inline constexpr std::array<SettingRow, 21> kSettingRows{{
-    {"ActiveThemes", 0, SettingMember(), Shows::atOnce,
+    {"ActiveThemes", 0, SettingMember(), Shows::iconsAtOnce,
      "the themes in use, by the names of their folders; the first that has a picture wins", "",
      kThemeChangedNotice},
     {"enable", 3, &Settings::enable, Shows::atOnceWhenOn, "theming as a whole", "Theming",

@@ -54,6 +54,45 @@ TEST_F(PreviewFolders, EveryOtherCommandSaysItToo) {
     EXPECT_EQ(folder.names("device/Library/Themes"), "");
 }
 
+TEST_F(PreviewFolders, AFolderOfAThemeNamesTheTheme) {
+    theme("A.theme", kLime);
+    theme("Plain", kLime);
+    theme("Alone", kLime);
+    for (const char* const name :
+         {"A.theme/Bundles/com.example/a.png", "A.theme/IconBundles/more/deep/a.png",
+          "A.theme/Icons/a.png", "Plain/UIImages/a.png", "Alone/Other/a.png"}) {
+        folder.file(name, "");
+    }
+    for (const std::string name : {"A.theme/IconBundles", "A.theme/IconBundles/", "A.theme/Bundles",
+                                   "A.theme/Bundles/com.example", "A.theme/IconBundles/more"}) {
+        expectBadInput({"../" + name},
+                       "../" + name + ": this is a folder of the theme A.theme; give that");
+    }
+    expectBadInput({"../Plain/UIImages"},
+                   "../Plain/UIImages: this is a folder of the theme Plain; give that");
+    CommandSetting within = setting();
+    within.folder = folder / "A.theme/Bundles";
+    EXPECT_EQ(runCommand({"preview", "."}, within).errors,
+              "velmoranth: error: .: this is a folder of the theme A.theme; give that\n");
+    // A theme may be called so, and hold what it likes.
+    for (const char* const name : {"../A.theme/Icons", "../Alone/IconBundles",
+                                   "../A.theme/IconBundles/more/deep", "../Alone"}) {
+        EXPECT_EQ(preview({name}).code, 0) << name;
+    }
+    theme("A.theme/IconBundles", kMagenta);
+    EXPECT_EQ(preview({"../A.theme/IconBundles"}).code, 0) << "with such folders itself";
+}
+
+TEST_F(PreviewFolders, APlaceOfThemesWithNoneSaysSo) {
+    folder.folder("H2/Library/Themes");
+    const std::string why = "../H2: this is no theme, and no theme is in its Library/Themes";
+    expectBadInput({"../H2"}, why);
+    folder.file("H2/readme", "");
+    expectBadInput({"../H2"}, why);
+    theme("H2", kLime);
+    EXPECT_EQ(preview({"../H2"}).code, 0) << "with icons of its own";
+}
+
 TEST_F(PreviewFolders, ADeviceInPlaceOfAThemeIsToldApart) {
     ASSERT_EQ(runCommand({"device", "init", folder / "my device"}).code, 0);
     theme("my device/Library/Themes/B.theme", kLime);

@@ -302,6 +302,23 @@ class DeviceReportTest : public PreviewReportTest {
 
 constexpr const char* kThemes = "device/Library/Themes/";
 
+// Of the themes that count, and as long as they count.
+TEST_F(DeviceReportTest, WhatConvertWouldBringToLightIsSaid) {
+    picture(std::string(kThemes) + "A/com.apple.Maps@3x.png");
+    picture(std::string(kThemes) + "B/IconBundles/com.apple.news-large.png");
+    picture(std::string(kThemes) + "C/com.apple.Maps@3x.png");
+    const std::string line =
+        "velmoranth: A: 1 icon lies under a name that nothing looks for; velmoranth convert "
+        "../device/Library/Themes/A -o FOLDER makes a theme that shows it\n";
+    const std::string all = reportOfDevice();
+    EXPECT_NE(all.find(line), std::string::npos) << all;
+    EXPECT_EQ(all.find("velmoranth convert"), all.rfind("velmoranth convert")) << all;
+    set({"ActiveThemes=B"});
+    EXPECT_EQ(reportOfDevice().find("velmoranth convert"), std::string::npos);
+    set({"ActiveThemes=A", "enable=no"});
+    EXPECT_EQ(reportOfDevice().find("velmoranth convert"), std::string::npos);
+}
+
 TEST_F(DeviceReportTest, ItsActiveThemesAreReportedWithItsSettings) {
     picture(std::string(kThemes) + "A/IconBundles/com.apple.Maps-large.png");
     picture(std::string(kThemes) + "B/IconBundles/com.apple.news-large.png");

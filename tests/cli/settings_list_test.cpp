@@ -115,6 +115,7 @@ TEST_F(SettingsList, JsonHasValuesAsTheFileHasThemAndAsTheyAreTaken) {
     EXPECT_EQ(row("removeLabels")["shows"], "atOnceWhenOn");
     EXPECT_EQ(row("enableShadow")["shows"], "afterRespring");
     EXPECT_EQ(row("removeFolderBG")["shows"], "atOnce");
+    EXPECT_EQ(row("ActiveThemes")["shows"], "iconsAtOnce");
     EXPECT_EQ(list["other"], json::parse(R"([{"key": "mine", "type": null, "set": true,
                                              "value": "<000102>"}])"));
     EXPECT_EQ(list["saved"], json({"Night"}));

@@ -234,6 +234,7 @@ TEST_F(SettingsSet, NamesWhatARunningScreenShowsAfterARespring) {
     }
     const std::string help = runCommand({"settings", "set", "--help"}).output;
     EXPECT_NE(help.find("0 to 1; a running"), std::string::npos) << help;
+    EXPECT_NE(help.find("icons at once,"), std::string::npos) << help;
 }
 
 class SettingsUnset : public SettingsSet {};
@@ -377,17 +378,25 @@ TEST_F(SettingsOnScreen, ARunningScreenShowsTheNewThemes) {
     const auto set = [&](std::vector<std::string> words) {
         words.insert(words.begin(), {"settings", "set"});
         words.insert(words.end(), {"--root", folder / "device"});
-        return runCommand(words).output;
+        return runCommand(words);
     };
-    set({"ActiveThemes=A", "enable=yes"});
+    EXPECT_EQ(set({"ActiveThemes=A", "enable=yes"}).errors,
+              "velmoranth: there were no preferences; these begin with the factory's\n")
+        << "no screen is running";
     RunningCommand running(
         {"preview", "--root", "../device", "--follow", "-o", "a.png", "--ios", "12"}, setting());
     const std::string line = "a.png: 1125 × 2436 pixels, iOS 12.4, phone\n";
     ASSERT_TRUE(running.waitForText(line));
     EXPECT_GT(picture("work/a.png").count(kMagenta), 0);
 
-    EXPECT_EQ(set({"ActiveThemes=B"}),
+    const CommandResult told = set({"ActiveThemes=B"});
+    EXPECT_EQ(told.output,
               "ActiveThemes: B\ncom.qor.velmoranththemechanged.prefs: 1 process told\n");
+    EXPECT_EQ(
+        told.errors,
+        "velmoranth: ActiveThemes: a screen that is running shows icons at once, and all else "
+        "after a respring (velmoranth device respring --root " +
+            (folder / "device") + ")\n");
     ASSERT_TRUE(running.waitForText(line + line));
     EXPECT_GT(picture("work/a.png").count(kLime), 0);
     EXPECT_EQ(picture("work/a.png").count(kMagenta), 0);

@@ -6,7 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -84,6 +86,31 @@ TEST_P(ShownSettings, SwitchesShowAsTheTableSays) {
     }
     // Tapping, logging, dumping and what is kept for older preferences change no picture.
     EXPECT_EQ(changes, 9);
+}
+
+// The other theme has an icon of the same app, and no mask, badge or folder's plate.
+TEST_P(ShownSettings, OtherThemesShowOnIconsAtOnceAndElsewhereAfterARespring) {
+    device.png("../U.theme/IconBundles/com.apple.Maps-large.png", 120, 120, kGreen);
+    const platform::Point place = device.look(kModel, GetParam(), {}).icon("com.apple.Maps");
+    const auto icon = [&](const Picture& picture) {
+        Pixel pixel{};
+        const auto column = static_cast<std::size_t>((place.x + 10) * picture.scale);
+        const auto row = static_cast<std::size_t>((place.y + 10) * picture.scale);
+        std::copy_n(&picture.pixels.at((row * picture.width + column) * 4), 4, pixel.begin());
+        return pixel;
+    };
+    using Themes = PropertyList::Array;
+    const SettingRow& row = core::kSettingRows.front();
+    ASSERT_EQ(row.key, "ActiveThemes");
+    EXPECT_EQ(row.shows, Shows::iconsAtOnce);
+    const auto [before, running, fresh] = change(row, Themes{"T.theme"}, Themes{"U.theme"});
+    EXPECT_NE(icon(before), kGreen);
+    EXPECT_EQ(icon(running), kGreen);
+    EXPECT_EQ(icon(fresh), kGreen);
+    EXPECT_NE(running, fresh) << "the badge is the old theme's";
+    const auto none = change(row, Themes{"T.theme"}, Themes{});
+    EXPECT_EQ(icon(none.running), icon(none.fresh));
+    EXPECT_NE(none.running, none.fresh);
 }
 
 TEST_P(ShownSettings, NumbersShowAfterARespring) {

@@ -122,7 +122,7 @@ class ThemedDevice {
     [[nodiscard]] ScreenRequest request(std::string_view model, int system,
                                         platform::Dictionary preferences) const {
         preferences.try_emplace("enable", true);
-        preferences.insert_or_assign("ActiveThemes", platform::PropertyList::Array{"T.theme"});
+        preferences.try_emplace("ActiveThemes", platform::PropertyList::Array{"T.theme"});
         const platform::Data bytes =
             desktop::writeXmlPropertyList(platform::PropertyList(std::move(preferences)));
         folder.file("device/User/Library/Preferences/com.qor.velmoranthprefs.plist",
