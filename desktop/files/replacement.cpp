@@ -3,20 +3,32 @@
 #include "desktop/files/file_tree.h"
 
 #include <fcntl.h>
+#include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <optional>
-#include <random>
 
 namespace velmoranth::desktop {
 
+namespace {
+
+// By the system's call: the library's device asks the processor what it can do, which takes as long
+// as a small file where the processor is a virtual one.
+std::uint32_t randomNumber() {
+    std::uint32_t number = 0;
+    return ::getrandom(&number, sizeof number, GRND_NONBLOCK) == sizeof number ? number : 0;
+}
+
+}  // namespace
+
 int Replacement::write(std::span<const std::uint8_t> bytes, mode_t mode) {
-    std::random_device random;
+    const std::uint32_t first = randomNumber();
     // The process's number alone is no name: containers that share a folder have the same ones.
-    for (int attempt = 0; attempt < 10 && !file_.isOpen(); ++attempt) {
-        name_ = ".dat.nosync" + std::to_string(::getpid()) + "." + std::to_string(random());
+    for (std::uint32_t attempt = 0; attempt < 10 && !file_.isOpen(); ++attempt) {
+        name_ = ".dat.nosync" + std::to_string(::getpid()) + "." + std::to_string(first + attempt);
         // Known to the clean-up before there is such a file, by a path that no renaming changes.
         temporary_ = std::make_unique<RemovedAtEnd>("/proc/self/fd/" +
                                                     std::to_string(folder_.get()) + "/" + name_);
