@@ -8,6 +8,7 @@
 #include "cli/throw_away_device.h"
 #include "simulator/home_screen/apps.h"
 #include "simulator/home_screen/home_screen_layout.h"
+#include "simulator/home_screen/live_icons.h"
 #include "simulator/process/launcher.h"
 #include "simulator/toolkit/device_bundles.h"
 
@@ -50,8 +51,9 @@ constexpr std::array kGroups{
 };
 
 // Bundles whose images are asked for in another way, which has them in another group or already.
-constexpr std::array kOtherBundles{simulator::kToolkitBundle, simulator::kGlyphsBundle,
-                                   simulator::kPreferencesBundle, simulator::kWeatherBundle};
+constexpr std::array<std::string_view, 5> kOtherBundles{
+    simulator::kToolkitBundle, simulator::kGlyphsBundle, simulator::kPreferencesBundle,
+    simulator::kWeatherBundle, simulator::kClockBundle};
 
 // The group of what the question asks for; "" for none.
 std::string_view groupOf(const Question& question) {
@@ -215,11 +217,21 @@ double scaleOf(const std::string& file, double screenScale) {
     return stem.ends_with("@3x") ? 3 : stem.ends_with("@2x") ? 2 : screenScale;
 }
 
+// Parts that are drawn as large as the picture is in points; all others are stretched to their
+// place.
+bool keepsItsSize(const Question& question) {
+    return question.word == "dot" || question.word == "knob";
+}
+
 // The file to take, and the size that a picture needs under its name.
 void chooseFile(ReplaceableName& name, double screenScale) {
     const auto plain = std::ranges::find_if_not(name.files, hasEndingTwice);
     name.file = plain == name.files.end() ? name.files.front() : *plain;
-    if (name.size) {
+    if (keepsItsSize(name.question) && name.file.find('@') == std::string::npos) {
+        // The loader takes the one of the screen's scale by itself.
+        name.file.insert(name.file.rfind('.'),
+                         "@" + std::to_string(std::lround(screenScale)) + "x");
+    } else if (name.size) {
         const double larger = scaleOf(name.file, screenScale) / screenScale;
         const auto scaled = [&](std::size_t pixels) {
             return static_cast<std::size_t>(std::lround(static_cast<double>(pixels) * larger));

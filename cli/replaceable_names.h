@@ -31,7 +31,8 @@ struct ReplaceableName {
     std::string title = {};  // what a person calls it; "" for nothing else than its name
     std::vector<std::string> files = {};  // of a theme, in the order in which they are looked for
     std::string setting = {};             // that has them looked for; "" where themes alone do
-    // The one of them to take: the first but those that have an ending twice.
+    // The one of them to take: the first but those that have an ending twice. Of parts that keep
+    // their own size its sibling for the screen's scale.
     std::string file = {};
     // What fills the place of the device's own picture under that name: of a name for 3 pixels a
     // point, these many. Pixels.

@@ -55,9 +55,9 @@ TEST_F(Names, PartsOfTheHomeScreen) {
               "behind : Bundles/com.apple.springboard/ANEMFolderBackground.png, 1125x2436\n"
               "dock : Velmoranth/SBDockBGiphone.png, 1125x282\n"
               "badge : Bundles/com.apple.springboard/SBBadgeBG.png, 72x72\n"
-              "dot current: Bundles/com.apple.springboard/SBPageDotCurrent.png, 24x24\n"
-              "dot other: Bundles/com.apple.springboard/SBPageDot.png, 24x24\n"
-              "dot search: Bundles/com.apple.springboard/Spotlight_Pages.png, 24x24\n"
+              "dot current: Bundles/com.apple.springboard/SBPageDotCurrent@3x.png, 24x24\n"
+              "dot other: Bundles/com.apple.springboard/SBPageDot@3x.png, 24x24\n"
+              "dot search: Bundles/com.apple.springboard/Spotlight_Pages@3x.png, 24x24\n"
               "mask : Bundles/com.apple.mobileicons.framework/AppIconMask.png, 180x180\n"
               "overlay : Velmoranth/iPhoneOverlay.png, 180x180\n"
               "shadow : Velmoranth/iPhoneShadow.png, 240x240\n"
@@ -65,7 +65,7 @@ TEST_F(Names, PartsOfTheHomeScreen) {
               "calendar : IconBundles/com.apple.mobilecal-large.png, 180x180\n"
               "clock : Bundles/com.apple.SpringBoardHome/ClockIconBackgroundSquare@3x.png, "
               "180x180\n"
-              "knob : UIImages/UISwitchKnob.png, 150x150\n");
+              "knob : UIImages/UISwitchKnob@3x.png, 150x150\n");
 }
 
 TEST_F(Names, DevicesAndSystemsHaveTheirOwn) {
@@ -77,11 +77,15 @@ TEST_F(Names, DevicesAndSystemsHaveTheirOwn) {
     const std::string smaller = lines(names({"chrome", "--device", "phone-667"}));
     EXPECT_NE(smaller.find("shadow : Velmoranth/iPhoneShadow.png, 160x160\n"), std::string::npos)
         << smaller;
+    EXPECT_NE(pad.find("dot other: Bundles/com.apple.springboard/SBPageDot@2x.png, 16x16\n"),
+              std::string::npos);
+    EXPECT_NE(smaller.find("knob : UIImages/UISwitchKnob@2x.png, 100x100\n"), std::string::npos);
     EXPECT_NE(pad.find("clock : IconBundles/com.apple.mobiletimer-large.png, 152x152\n"),
               std::string::npos);
     EXPECT_NE(lines(names({"settings", "--device", "phone-667"}))
                   .find("settings General: Bundles/com.apple.Preferences/General@3x.png, 87x87\n"),
               std::string::npos);
+    EXPECT_EQ(lines(names({"images"})).find("ClockIcon"), std::string::npos) << "it is chrome";
     EXPECT_NE(lines(names({"images"})).find("symbol gear: "), std::string::npos);
     EXPECT_EQ(lines(names({"images", "--ios", "12"})).find("symbol"), std::string::npos);
 }
