@@ -120,8 +120,13 @@ std::shared_ptr<DesktopBitmapImage> maskImage(const DesktopBitmapImage& image,
     const std::size_t stride = byteSampleStride(layout);
     auto result = std::make_shared<platform::Data>(bytesPerRow * source.height);
     if (stride != 0 && mask.size() == image.size()) {
-        for (std::size_t y = 0; y < source.height; ++y) {
-            hideRow(result->data() + y * bytesPerRow, source.row(y), source.width,
+        // Rows without gaps are one row.
+        const bool isOne =
+            source.bytesPerRow == bytesPerRow && layout.bytesPerRow == source.width * stride;
+        const std::size_t rows = isOne ? 1 : source.height;
+        const std::size_t pixels = isOne ? source.width * source.height : source.width;
+        for (std::size_t y = 0; y < rows; ++y) {
+            hideRow(result->data() + y * bytesPerRow, source.row(y), pixels,
                     stored + y * layout.bytesPerRow, stride);
         }
     } else {

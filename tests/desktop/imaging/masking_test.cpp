@@ -23,8 +23,9 @@ Samples provide(Data bytes) {
     return std::make_shared<const Data>(std::move(bytes));
 }
 
-// Every pixel another colour and alpha, premultiplied.
-std::shared_ptr<DesktopBitmapImage> picture(std::size_t width, std::size_t height) {
+// Every pixel another colour and alpha, premultiplied. Behind each row are so many bytes.
+std::shared_ptr<DesktopBitmapImage> picture(std::size_t width, std::size_t height,
+                                            std::size_t gap = 0) {
     Data bytes;
     for (std::size_t i = 0; i < width * height; ++i) {
         const std::size_t alpha = 255 - (i * 37) % 200;
@@ -32,9 +33,12 @@ std::shared_ptr<DesktopBitmapImage> picture(std::size_t width, std::size_t heigh
         bytes.push_back(static_cast<std::uint8_t>((i * 5) % (alpha + 1)));
         bytes.push_back(static_cast<std::uint8_t>(alpha));
         bytes.push_back(static_cast<std::uint8_t>(alpha));
+        if ((i + 1) % width == 0) {
+            bytes.insert(bytes.end(), gap, 99);
+        }
     }
     return DesktopBitmapImage::createPremultiplied(provide(std::move(bytes)), {width, height},
-                                                   width * 4);
+                                                   width * 4 + gap);
 }
 
 // Expects each pixel of `masked` to be the picture's times sample(x, y) hidden, 0 to 1.
@@ -109,6 +113,25 @@ TEST(Masking, FirstComponentOfEachPixelIsTheSample) {
         expectMasked(
             graphics.imageCreateWithMask(original, mask), *original,
             [&](std::size_t x, std::size_t y) { return samples[(y * width + x) * bytes] / 255.0; });
+    }
+}
+
+TEST(Masking, RowsMayHaveGapsInThePictureTheMaskOrBoth) {
+    constexpr std::size_t kWidth = 70;
+    constexpr std::size_t kHeight = 5;
+    for (const std::size_t gap : {0U, 8U}) {
+        for (const std::size_t maskGap : {0U, 3U}) {
+            const std::size_t bytesPerRow = kWidth + maskGap;
+            const Data samples = noiseBytes(bytesPerRow * kHeight);
+            DesktopCoreGraphics graphics;
+            const auto mask =
+                graphics.imageMaskCreate(kWidth, kHeight, 8, 8, bytesPerRow,
+                                         DesktopDataProvider::of(provide(samples)), false);
+            const auto original = picture(kWidth, kHeight, gap);
+            expectMasked(
+                graphics.imageCreateWithMask(original, mask), *original,
+                [&](std::size_t x, std::size_t y) { return samples[y * bytesPerRow + x] / 255.0; });
+        }
     }
 }
 
