@@ -59,6 +59,10 @@ ExitCode runConvert(const Arguments& arguments) {
     LateProgress progress;
     std::optional<LateProgress> writing;  // its time is not that of what came before
     conversion->progress = [&](const std::string& what) { progress.show(what); };
+    conversion->warned = [&](const std::string& line) {
+        progress.clear();
+        warn(line);
+    };
     conversion->written = [&](std::size_t done, std::size_t all) {
         if (!writing) {
             progress.clear();

@@ -150,6 +150,7 @@ Result<void> install(const DeviceRoot& root, const std::string& path, const Inst
     if (!input) {
         return tl::unexpected(input.error());
     }
+    warnOf(input->warning);
     for (const makers::FoundTheme& theme : input->themes) {
         if (auto checked = checkPlace(root, theme, path, options.replaces); !checked) {
             return checked;

@@ -69,6 +69,7 @@ Result<void> checkInput(const std::string& path, const platform::Dictionary& cal
     if (!input) {
         return tl::unexpected(std::move(input.error()));
     }
+    warnOf(input->warning);
     for (const makers::FoundTheme& theme : input->themes) {
         LateProgress progress;
         auto findings = checkTheme(theme, calendar, progress);

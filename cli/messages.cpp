@@ -144,6 +144,12 @@ void warn(std::string_view message) {
     writeMessage("warning", "1;33", message);
 }
 
+void warnOf(std::string_view message) {
+    if (!message.empty()) {
+        warn(message);
+    }
+}
+
 void note(std::string_view message) {
     writeMessage("", "", message);
 }

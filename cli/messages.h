@@ -45,6 +45,9 @@ ExitCode fail(ExitCode code, const desktop::Problem& problem);
 // "velmoranth: warning: MESSAGE" on standard error.
 void warn(std::string_view message);
 
+// The same of a message that there may be; nothing of an empty one.
+void warnOf(std::string_view message);
+
 // "velmoranth: MESSAGE" on standard error: neither a result nor a fault.
 void note(std::string_view message);
 

@@ -137,6 +137,7 @@ Result<void> addThemes(const std::string& path, GivenThemes& themes) {
     if (!archive) {
         return tl::unexpected(std::move(archive.error()));
     }
+    warnOf(archive->warning);
     for (const makers::FoundTheme& found : archive->themes) {
         auto theme = checkTheme({path, found.name, found.folder, {}});
         if (!theme) {

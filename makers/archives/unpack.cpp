@@ -5,6 +5,8 @@
 #include "desktop/files/file_tree.h"
 
 #include "makers/archives/archive_file.h"
+#include "makers/archives/byte_source.h"
+#include "makers/archives/whole_archive.h"
 #include <fcntl.h>
 #include <strings.h>
 #include <sys/stat.h>
@@ -12,7 +14,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <functional>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -206,6 +207,7 @@ Result<void> unpackEntries(ArchiveFile& archive, Unpacking& unpacking) {
             return tl::unexpected(entry.error());
         }
         if (!*entry) {
+            unpacking.unpacked().lacksEndMark = archive.lacksEndMark();
             return {};
         }
         if (auto counted = unpacking.countHeader(); !counted) {
@@ -225,70 +227,123 @@ std::string memberName(std::string name) {
     return name;
 }
 
-Result<void> unpackPackage(ArchiveFile& archive, Unpacking& unpacking) {
-    bool isFirst = true;
-    bool hasData = false;
-    for (;;) {
-        const auto entry = archive.next();
-        if (!entry) {
-            return tl::unexpected(entry.error());
-        }
-        if (!*entry) {
-            break;
-        }
-        const std::string name = memberName((*entry)->name);
-        if (isFirst && name != "debian-binary") {
-            return refuse("it is no package: it does not begin with a member debian-binary");
-        }
-        isFirst = false;
-        if (name != "data.tar" && !name.starts_with("data.tar.")) {
-            if (auto counted = unpacking.countEntry(); !counted) {
-                return counted;
-            }
-            continue;
-        }
-        if (hasData) {
-            return refuse("it is no package: it has two members data.tar");
-        }
-        hasData = true;
-        auto data = ArchiveFile::openEntry(archive);
-        if (!data) {
-            return tl::unexpected(data.error());
-        }
-        if (auto unpacked = unpackEntries(*data, unpacking); !unpacked) {
-            return unpacked;
-        }
-    }
-    return hasData ? Result<void>() : refuse("it is no package: the member data.tar is missing");
+// Whether it is the member, packed or not: "data.tar", "data.tar.xz".
+bool isMember(const std::string& name, const std::string& member) {
+    return name == member || name.starts_with(member + ".");
 }
 
-using Open = std::function<Result<ArchiveFile>(Formats)>;
+tl::unexpected<Problem> noPackage(const std::string& why) {
+    return refuse("it is no package: " + why + "; have it packed again");
+}
 
-Result<UnpackedArchive> unpack(std::string_view start, std::uint64_t size, const Open& open,
-                               const std::string& folder, const ArchiveLimits& limits) {
+tl::unexpected<Problem> missing(const std::string& member) {
+    return refuse("it is no package: the member " + member +
+                  " is missing; it may be cut short, get it again");
+}
+
+// The current member says which format the package is of.
+Result<void> checkFormat(ArchiveFile& archive) {
+    constexpr std::string_view kFormat = "2.";  // what comes behind is a format's smaller change
+    std::array<std::uint8_t, 16> bytes{};
+    const auto count = archive.read(bytes);
+    if (!count) {
+        return tl::unexpected(count.error());
+    }
+    const std::string_view text(reinterpret_cast<const char*>(bytes.data()), *count);
+    if (!text.starts_with(kFormat)) {
+        return refuse("it is a package of the format " +
+                      std::string(text.substr(0, text.find('\n'))) +
+                      ", and 2.0 is what can be read; have it packed again");
+    }
+    return {};
+}
+
+class PackageReading {
+  public:
+    PackageReading(ArchiveFile& archive, Unpacking& unpacking)
+        : archive_(archive), unpacking_(unpacking) {}
+
+    Result<void> unpack() {
+        for (;;) {
+            const auto entry = archive_.next();
+            if (!entry) {
+                return tl::unexpected(entry.error());
+            }
+            if (!*entry) {
+                break;
+            }
+            if (auto taken = take(memberName((*entry)->name)); !taken) {
+                return taken;
+            }
+        }
+        if (isFirst_) {
+            return missing("debian-binary");
+        }
+        return !hasData_      ? missing("data.tar")
+               : !hasControl_ ? missing("control.tar")
+                              : Result<void>();
+    }
+
+  private:
+    Result<void> take(const std::string& name) {
+        if (isFirst_) {
+            isFirst_ = false;
+            return name == "debian-binary"
+                       ? checkFormat(archive_)
+                       : noPackage("it does not begin with a member debian-binary");
+        }
+        if (!isMember(name, "data.tar")) {
+            hasControl_ = hasControl_ || isMember(name, "control.tar");
+            return unpacking_.countEntry();
+        }
+        if (hasData_) {
+            return noPackage("it has two members data.tar");
+        }
+        hasData_ = true;
+        auto data = ArchiveFile::openEntry(archive_);
+        return data ? unpackEntries(*data, unpacking_) : tl::unexpected(data.error());
+    }
+
+    ArchiveFile& archive_;
+    Unpacking& unpacking_;
+    bool isFirst_ = true;
+    bool hasControl_ = false;
+    bool hasData_ = false;
+};
+
+Result<void> unpackInto(Unpacking& unpacking, const ByteSource& source) {
+    if (source.size == 0) {
+        return refuse("it is empty; get it again");
+    }
+    std::array<std::uint8_t, kStartSize> bytes{};
+    const auto count = source.read(0, bytes);
+    if (!count) {
+        return tl::unexpected(count.error());
+    }
+    const std::string_view start(reinterpret_cast<const char*>(bytes.data()), *count);
     const bool isPackage = start.starts_with(kPackageMark);
-    Unpacking unpacking(folder, limits, size);
     unpacking.unpacked().kind = isPackage ? ArchiveKind::package : ArchiveKind::pack;
-    if (size == 0) {
-        return refuse("it is empty");
+    if (isZip(start)) {
+        const auto hasList = hasZipList(source);
+        if (!hasList || !*hasList) {
+            return hasList ? refuse(std::string(kCutShort)) : tl::unexpected(hasList.error());
+        }
     }
-    auto archive = open(isPackage ? Formats::container : Formats::contents);
+    auto archive = ArchiveFile::open(source, isPackage ? Formats::container : Formats::contents);
     if (!archive) {
-        return refuse("it is no .deb, .zip or .tar archive");
+        return tl::unexpected(whyNoArchive(start, source));
     }
-    auto unpacked =
-        isPackage ? unpackPackage(*archive, unpacking) : unpackEntries(*archive, unpacking);
-    if (!unpacked) {
-        return tl::unexpected(std::move(unpacked.error()));
+    return isPackage ? PackageReading(*archive, unpacking).unpack()
+                     : unpackEntries(*archive, unpacking);
+}
+
+Result<UnpackedArchive> unpack(const std::string& name, const ByteSource& source,
+                               const std::string& folder, const ArchiveLimits& limits) {
+    Unpacking unpacking(folder, limits, source.size);
+    if (auto unpacked = unpackInto(unpacking, source); !unpacked) {
+        return tl::unexpected(Problem{std::move(unpacked.error().message), name});
     }
     return unpacking.unpacked();
-}
-
-Result<UnpackedArchive> about(const std::string& name, Result<UnpackedArchive> unpacked) {
-    if (!unpacked) {
-        unpacked.error().path = name;
-    }
-    return unpacked;
 }
 
 }  // namespace
@@ -301,29 +356,19 @@ std::string nameWithoutEnding(const std::string& path) {
 Result<UnpackedArchive> unpackArchive(const std::string& path, const std::string& folder,
                                       const ArchiveLimits& limits) {
     const desktop::Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
-    struct stat status{};
-    if (!file.isOpen() || ::fstat(file.get(), &status) != 0) {
+    if (!file.isOpen()) {
         return tl::unexpected(desktop::problemOfErrno(errno, path));
     }
-    std::array<char, 8> start{};
-    const ssize_t count = ::pread(file.get(), start.data(), start.size(), 0);
-    if (count < 0) {
-        return tl::unexpected(desktop::problemOfErrno(errno, path));
+    const auto source = sourceOfFile(file.get());
+    if (!source) {
+        return tl::unexpected(Problem{source.error().message, path});
     }
-    return about(path, unpack(
-                           {start.data(), static_cast<std::size_t>(count)},
-                           static_cast<std::uint64_t>(status.st_size),
-                           [&](Formats formats) { return ArchiveFile::openFile(path, formats); },
-                           folder, limits));
+    return unpack(path, *source, folder, limits);
 }
 
 Result<UnpackedArchive> unpackArchive(std::span<const std::uint8_t> bytes, const std::string& name,
                                       const std::string& folder, const ArchiveLimits& limits) {
-    const auto* const text = reinterpret_cast<const char*>(bytes.data());
-    return about(name, unpack(
-                           {text, std::min(bytes.size(), kPackageMark.size())}, bytes.size(),
-                           [&](Formats formats) { return ArchiveFile::openBytes(bytes, formats); },
-                           folder, limits));
+    return unpack(name, sourceOfBytes(bytes), folder, limits);
 }
 
 }  // namespace velmoranth::makers

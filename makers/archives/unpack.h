@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace velmoranth::makers {
 
@@ -29,7 +30,14 @@ struct UnpackedArchive {
     ArchiveKind kind = ArchiveKind::pack;
     std::size_t files = 0;
     std::uint64_t bytes = 0;
+    // A tar, or the one in a package, goes on to its last byte without the zeroes that end one: it
+    // was cut between two entries or in a header, or written by a program that leaves them away.
+    bool lacksEndMark = false;
 };
+
+// What a user is to be told of an archive that lacks its end mark.
+inline constexpr std::string_view kLacksEndMark =
+    "it ends without the mark that ends a tar, so files may be missing; if any are, get it again";
 
 // The name without its folders and an archive's ending (".deb", ".zip", ".tar", ".tar.xz", ".tgz"
 // and so on, in any case): "dist/Mine.tar.gz" is "Mine".
@@ -38,8 +46,9 @@ struct UnpackedArchive {
 // Unpacks the archive `path`, which is told by its content, into `folder`, which exists and is
 // empty. Names may be of any bytes. Refused, with one line that names the archive and where it is
 // about one the entry: what is no archive, is encrypted, damaged or cut short; a package without
-// its members; absolute names, "..", links, devices and all else that is neither file nor folder;
-// two files of one name; more than the limits. What was unpacked until then stays in the folder.
+// its members or of another format than 2; absolute names, "..", links, devices and all else that
+// is neither file nor folder; two files of one name; more than the limits. What was unpacked until
+// then stays in the folder.
 [[nodiscard]] desktop::Result<UnpackedArchive> unpackArchive(const std::string& path,
                                                              const std::string& folder,
                                                              const ArchiveLimits& limits = {});

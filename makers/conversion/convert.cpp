@@ -75,6 +75,9 @@ class Converter {
             if (!input) {
                 return tl::unexpected(std::move(input.error()));
             }
+            if (!input->warning.empty()) {
+                conversion_.warned(input->warning);
+            }
             inputs_.push_back(std::move(*input));
         }
         for (const ThemeInput& input : inputs_) {

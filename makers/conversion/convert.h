@@ -22,6 +22,8 @@ struct Conversion {
     platform::Dictionary calendar = {};  // as planTheme's
     // Told what is being done, a few words.
     std::function<void(const std::string& what)> progress = [](const std::string& /*what*/) {};
+    // Told, in a line each, what is odd about inputs.
+    std::function<void(const std::string& line)> warned = [](const std::string& /*line*/) {};
     // Told how many of all files are written.
     std::function<void(std::size_t done, std::size_t all)> written = [](std::size_t /*done*/,
                                                                         std::size_t /*all*/) {};

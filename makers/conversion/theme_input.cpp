@@ -24,6 +24,11 @@ namespace {
 constexpr const char* kStandardInput = "-";
 constexpr const char* kStandardInputName = "standard input";
 
+// As a message calls it.
+std::string nameOf(const ThemeInput& input) {
+    return input.path == kStandardInput ? kStandardInputName : input.path;
+}
+
 // What comes on standard input, in a file of the folder.
 Result<std::string> keepStandardInput(const std::string& folder) {
     constexpr std::uint64_t kMost = ArchiveLimits().bytes;  // none that is larger could be unpacked
@@ -94,6 +99,9 @@ Result<std::vector<FoundTheme>> unpackThemes(ThemeInput& input, Purpose purpose)
         return tl::unexpected(std::move(unpacked.error()));
     }
     input.isPackage = unpacked->kind == ArchiveKind::package;
+    if (unpacked->lacksEndMark) {
+        input.warning = toLine(Problem{std::string(kLacksEndMark), nameOf(input)});
+    }
     return input.isPackage ? findThemesInPackage(folder, purpose == Purpose::show)
                            : findThemesIn(folder);
 }
@@ -127,12 +135,12 @@ Result<ThemeInput> openInput(const std::string& path, Purpose purpose) {
     if (!themes) {
         // Where it was unpacked means nothing to the user.
         if (input.isArchive) {
-            themes.error().path = isHere ? path : kStandardInputName;
+            themes.error().path = nameOf(input);
         }
         return tl::unexpected(std::move(themes.error()));
     }
     if (themes->empty()) {
-        return tl::unexpected(Problem{whyNone(input), isHere ? path : kStandardInputName});
+        return tl::unexpected(Problem{whyNone(input), nameOf(input)});
     }
     input.themes = std::move(*themes);
     return input;

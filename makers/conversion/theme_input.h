@@ -16,6 +16,7 @@ struct ThemeInput {
     std::string path;  // as the user gave it
     bool isArchive = false;
     bool isPackage = false;
+    std::string warning = {};  // a line that names the input, when something about it is odd
     std::vector<FoundTheme> themes = {};
     // What an archive was unpacked into; gone with this object.
     std::unique_ptr<desktop::RemovedAtEnd> unpacked = {};

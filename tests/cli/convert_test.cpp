@@ -196,8 +196,9 @@ TEST_F(ConvertCommand, wrongUsageAndBadInputAreALineEach) {
     expectRefused({"", "-o", "out"}, 2, "INPUT and FOLDER take a name, and this one is empty");
     expectRefused({"../none", "-o", "out"}, 3, "../none: no such file or directory");
     folder.file("text.zip", "text");
-    expectRefused({"../text.zip", "-o", "out"}, 3,
-                  "../text.zip: it is no .deb, .zip or .tar archive");
+    expectRefused(
+        {"../text.zip", "-o", "out"}, 3,
+        "../text.zip: it is no .deb, .zip or .tar archive; give one of these, or a folder");
     folder.file("bad.tar", tests::tarOf({{"../up", "x"}}));
     expectRefused({"../T.theme", "../bad.tar", "-o", "out"}, 3,
                   "../bad.tar: it has a name with \"..\", ../up");

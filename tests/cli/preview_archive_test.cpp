@@ -121,5 +121,32 @@ TEST_F(PreviewArchive, archivesThatAreNoneAreALine) {
                    "folder of a name");
 }
 
+// Cut between two entries it is whole as far as it goes.
+TEST_F(PreviewArchive, aTarWithoutItsEndIsTakenWithAWarningByEveryCommand) {
+    const std::string whole = tests::tarOf({icon("A.theme", kMagenta)});
+    const std::string warning =
+        "velmoranth: warning: ../cut.tar: it ends without the mark that ends a tar, so files may "
+        "be missing; if any are, get it again\n";
+    ASSERT_EQ(runCommand({"device", "init", "../device"}, setting()).code, 0);
+    for (const bool isCut : {true, false}) {
+        folder.file("cut.tar", whole.substr(0, whole.size() - (isCut ? 1024 : 0)));
+        for (const std::vector<std::string>& words :
+             {std::vector<std::string>{"preview", "../cut.tar", "--quiet"},
+              {"lint", "../cut.tar"},
+              {"convert", "../cut.tar", "-o", "out", "--force"},
+              {"device", "install", "../cut.tar", "--root", "../device", "--force"}}) {
+            const CommandResult result = runCommand(words, setting());
+            EXPECT_EQ(result.code, 0) << words.front();
+            EXPECT_EQ(result.errors, isCut ? warning : "") << words.front();
+        }
+    }
+    // In a package, which says how large its members are.
+    folder.file("a.deb", tests::arOf({{"debian-binary", "2.0\n"},
+                                      {"control.tar", tests::tarOf({{"control", ""}})}}));
+    expectBadInput({"../a.deb"},
+                   "../a.deb: it is no package: the member data.tar is missing; it may be cut "
+                   "short, get it again");
+}
+
 }  // namespace
 }  // namespace velmoranth::cli::preview_archive_test

@@ -26,7 +26,8 @@ TEST_F(PreviewInput, ThemeThatIsNoneIsOneLine) {
     expectBadInput({"no/such/../place"}, "no/such/../place: there is no such theme folder");
     expectBadInput({"/no/such/theme"}, "/no/such/theme: there is no such theme folder");
     expectBadInput({"größe"}, "größe: there is no such theme folder");
-    expectBadInput({"file"}, "file: it is no .deb, .zip or .tar archive");
+    expectBadInput({"file"},
+                   "file: it is no .deb, .zip or .tar archive; give one of these, or a folder");
     expectBadInput({"/dev/null"}, "/dev/null: this is neither a folder nor an archive");
     expectBadInput({"file/x"}, "file/x: not a directory");
     expectBadInput({"empty"}, "empty: the theme folder is empty");

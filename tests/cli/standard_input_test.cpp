@@ -70,7 +70,7 @@ TEST_F(StandardInput, AnArchiveIsChecked) {
 TEST_F(StandardInput, WhatIsNoThemeIsRefusedInOneLine) {
     const std::vector<std::pair<std::string, std::string>> rows{
         {"", "nothing came, and a package or an archive was to come"},
-        {"text", "it is no .deb, .zip or .tar archive"},
+        {"text", "it is no .deb, .zip or .tar archive; give one of these, or a folder"},
         {tests::tarOf({{"../up", "x"}}), "it has a name with \"..\", ../up"},
         {tests::zipOf({{"a", "b"}}),
          "there is no theme in it: no folder IconBundles, Bundles or UIImages, and no pictures "

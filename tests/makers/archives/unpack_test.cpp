@@ -4,6 +4,8 @@
 #include "tests/support/archives/archive_writer.h"
 #include "tests/support/temporary_folder.h"
 
+#include "makers/archives/byte_source.h"
+#include "makers/archives/whole_archive.h"
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -37,6 +39,19 @@ std::string withFlag(std::string zip, unsigned flag) {
     return zip;
 }
 
+const std::string kCut = "it is cut short; get it again, all of it";
+const std::string kNone = "it is no .deb, .zip or .tar archive; give one of these, or a folder";
+
+// That no packing makes smaller.
+std::string noise(std::size_t size) {
+    std::string bytes;
+    for (unsigned value = 1; bytes.size() < size;) {
+        value = value * 1103515245U + 12345U;
+        bytes += static_cast<char>(value >> 16U);
+    }
+    return bytes;
+}
+
 class Unpack : public testing::Test {
   protected:
     // Of the file "a" with these bytes, into "out".
@@ -46,6 +61,21 @@ class Unpack : public testing::Test {
         folder.folder("out");
         folder.file("a", bytes);
         return unpackArchive(folder / "a", folder / "out", limits);
+    }
+
+    desktop::Result<UnpackedArchive> unpackInMemory(const std::string& bytes) const {
+        const auto* const data = reinterpret_cast<const std::uint8_t*>(bytes.data());
+        folder.folder("out");
+        for (const char* const name : {"a", "b", "c"}) {
+            std::filesystem::remove(folder / ("out/" + std::string(name)));
+        }
+        return unpackArchive({data, bytes.size()}, "", folder / "out");
+    }
+
+    // The message alone.
+    std::string refusal(const std::string& bytes) const {
+        const auto unpacked = unpackInMemory(bytes);
+        return unpacked ? "" : unpacked.error().message;
     }
 
     // The same in memory says the same. Nothing stands beside "out" afterwards.
@@ -172,50 +202,169 @@ TEST_F(Unpack, anEncryptedZipIsRefused) {
     expectRefused(zip, "it is encrypted; unpack it with its password and give the folder");
 }
 
-TEST_F(Unpack, whatIsCutShortIsRefusedWhereverItIsCut) {
-    std::string noise;
-    for (unsigned i = 0, value = 1; i < 3000; ++i) {
-        value = value * 1103515245U + 12345U;
-        noise += static_cast<char>(value >> 16U);
-    }
-    for (const std::string& whole :
-         {tarOf({{"a", noise}}, Packing::gzip), tarOf({{"a", noise}}, Packing::xz),
-          tarOf({{"a", noise}}, Packing::zstd), zipOf({{"a", noise}}),
-          packageOf({{"a", noise}}, Packing::xz), packageOf({{"a", noise}}, Packing::none)}) {
-        ASSERT_TRUE(unpack(whole));
-        for (const std::size_t size : {whole.size() / 4, whole.size() / 2, whole.size() * 3 / 4}) {
-            const auto unpacked = unpack(whole.substr(0, size));
-            ASSERT_FALSE(unpacked) << size << " of " << whole.size();
-            const std::string line = toLine(unpacked.error());
-            EXPECT_TRUE(line.starts_with((folder / "a") + ": it is")) << line;
-            EXPECT_EQ(line.find('\n'), std::string::npos) << line;
+TEST_F(Unpack, whatIsPackedIsRefusedWhereverItIsCut) {
+    struct Row {
+        std::string whole;
+        std::size_t telling;  // how many bytes tell what it is
+    };
+
+    for (const Row& row : {Row{tarOf({{"a", noise(700)}}, Packing::gzip), 3},
+                           Row{tarOf({{"a", noise(700)}}, Packing::bzip2), 3},
+                           Row{tarOf({{"a", noise(700)}}, Packing::xz), 6},
+                           Row{tarOf({{"a", noise(700)}}, Packing::lzma), 14},
+                           Row{tarOf({{"a", noise(700)}}, Packing::zstd), 4},
+                           Row{zipOf({{"a", noise(300)}, {"b", "1"}, {"c", ""}}), 4}}) {
+        ASSERT_TRUE(unpack(row.whole));
+        for (std::size_t size = 1; size < row.whole.size(); ++size) {
+            EXPECT_EQ(refusal(row.whole.substr(0, size)), size < row.telling ? kNone : kCut)
+                << size << " of " << row.whole.size();
         }
     }
-    // A tar ends with blocks of zeroes, which say that it is whole.
-    const std::string tar = tarOf({{"a", "1"}, {"b", "2"}});
-    EXPECT_FALSE(unpack(tar.substr(0, 1100)));
+    // In blocks of which the first ones are whole.
+    const std::string large = noise(300000);
+    for (const std::string& whole :
+         {tarOf({{"a", large}, {"b", large}}, Packing::gzip),
+          tarOf({{"a", large}, {"b", large}}, Packing::xz),
+          tarOf({{"a", large}, {"b", large}}, Packing::zstd), zipOf({{"a", large}, {"b", large}}),
+          packageOf({{"a", large}, {"b", large}}, Packing::none)}) {
+        ASSERT_TRUE(unpack(whole));
+        for (const std::size_t size :
+             {whole.size() / 4, whole.size() / 2, whole.size() * 3 / 4, whole.size() - 1}) {
+            expectRefused(whole.substr(0, size), kCut);
+        }
+    }
 }
 
-TEST_F(Unpack, aPackageWithoutItsMembersIsRefused) {
+TEST_F(Unpack, aTarIsWholeWhereItsEntriesAre) {
+    const std::string tar = tarOf({{"a", "1"}, {"b", "2"}});  // two blocks each, and two of zeroes
+    ASSERT_EQ(tar.size(), 3072U);
+    for (std::size_t size = 1; size <= tar.size(); ++size) {
+        SCOPED_TRACE(size);
+        const std::string cut = tar.substr(0, size);
+        const bool isInEntry = size < 1024 || (size >= 1536 && size < 2048);
+        if (isInEntry) {
+            EXPECT_EQ(refusal(cut), size < 262 ? kNone : kCut);
+            continue;
+        }
+        const auto unpacked = unpackInMemory(cut);
+        ASSERT_TRUE(unpacked) << toLine(unpacked.error());
+        EXPECT_EQ(unpacked->files, size < 2048 ? 1U : 2U);
+        EXPECT_EQ(unpacked->lacksEndMark, size < 2560);
+    }
+    const auto packed = unpack(tarOf({{"a", "1"}}, Packing::xz));
+    ASSERT_TRUE(packed);
+    EXPECT_FALSE(packed->lacksEndMark);
+}
+
+TEST_F(Unpack, aPackageIsRefusedWhereverItIsCut) {
+    const std::string control = tarOf({{"control", ""}}, Packing::gzip);
+    const std::string data = tarOf({{"a", noise(100)}}, Packing::gzip);
+    const std::string whole =
+        arOf({{"debian-binary", "2.0\n"}, {"control.tar.gz", control}, {"data.tar.gz", data}});
+    constexpr std::size_t kHeader = 60;
+    const std::size_t format = 8 + kHeader + 4;
+    const std::size_t controlEnd = format + kHeader + control.size() + control.size() % 2;
+    const std::size_t dataEnd = controlEnd + kHeader + data.size();
+    ASSERT_TRUE(unpack(whole));
+    const auto missing = [](const std::string& member) {
+        return "it is no package: the member " + member +
+               " is missing; it may be cut short, get it again";
+    };
+    for (std::size_t size = 1; size < dataEnd; ++size) {
+        SCOPED_TRACE(size);
+        const bool isBehindHeader = size >= 8 && size < 8 + kHeader;
+        const bool isBehindMember = (size >= format && size < format + kHeader) ||
+                                    (size >= controlEnd && size < controlEnd + kHeader);
+        EXPECT_EQ(refusal(whole.substr(0, size)), size < 8         ? kNone
+                                                  : isBehindHeader ? missing("debian-binary")
+                                                  : isBehindMember ? missing("data.tar")
+                                                                   : kCut);
+    }
+    // The package is whole, and what it has for its files is not.
+    const std::string tar = tarOf({{"a", "1"}, {"b", "2"}});
+    const auto with = [&](std::size_t size) {
+        return arOf({{"debian-binary", "2.0\n"},
+                     {"control.tar", control},
+                     {"data.tar", tar.substr(0, size)}});
+    };
+    expectRefused(with(1100), kCut);
+    const auto unmarked = unpack(with(1024));
+    ASSERT_TRUE(unmarked);
+    EXPECT_TRUE(unmarked->lacksEndMark);
+}
+
+TEST_F(Unpack, aZipIsKnownToBeWholeByTheListOfItsContents) {
+    const std::string zip = zipOf({{"a", "1"}, {"b", "2"}});
+    // A text of its own behind the record, which says how long it is.
+    std::string commented = zip;
+    commented[commented.size() - 2] = 4;
+    EXPECT_TRUE(unpack(commented + "text"));
+    EXPECT_TRUE(unpack(zip + "more than it says"));
+    // Another zip among its files is not its own end.
+    expectRefused(zip.substr(0, 40) + zip, kCut);
+    // Of more than the record can say another one tells, and an empty one has no list.
+    const auto hasList = [](const std::string& bytes) {
+        const auto* const data = reinterpret_cast<const std::uint8_t*>(bytes.data());
+        return hasZipList(sourceOfBytes({data, bytes.size()})).value();
+    };
+    EXPECT_TRUE(hasList(zip));
+    EXPECT_TRUE(hasList(std::string(zip).replace(zip.size() - 6, 4, "\xFF\xFF\xFF\xFF")));
+    EXPECT_TRUE(hasList(std::string(zip).replace(zip.size() - 10, 4, "\xFF\xFF\xFF\xFF")));
+    EXPECT_FALSE(hasList(std::string(zip).replace(zip.size() - 6, 4, "\xFF\xFF\xFF\x7F")));
+    EXPECT_FALSE(hasList(std::string(zip).replace(zip.size() - 6, 4, std::string(4, '\0'))));
+    EXPECT_TRUE(hasList("PK\x03\x04" + zipOf({})));
+    EXPECT_FALSE(hasList("PK\x05\x06"));
+}
+
+TEST_F(Unpack, whatIsDamagedIsRefused) {
+    std::string gzip = tarOf({{"a", noise(3000)}}, Packing::gzip);
+    gzip.replace(100, 400, std::string(400, '\xFF'));
+    std::string xz = tarOf({{"a", noise(300000)}}, Packing::xz);
+    xz.replace(100000, 400, std::string(400, '\0'));
+    std::string zip = zipOf({{"a", std::string(3000, 'a')}});
+    zip.replace(60, 4, "\xFF\xFF\xFF\xFF");
+    // What the library says of it stands between.
+    expectRefused(gzip, "it is damaged (gzip decompression failed); get it again");
+    expectRefused(xz, "it is damaged (Lzma library error: Corrupted input data); get it again");
+    expectRefused(zip, "it is damaged (ZIP decompression failed (-5)); get it again");
+}
+
+TEST_F(Unpack, whatIsNoPackageIsRefused) {
     const std::string data = tarOf({{"./a", "1"}});
-    expectRefused(arOf({{"debian-binary", "2.0\n"}, {"control.tar", tarOf({{"control", ""}})}}),
-                  "it is no package: the member data.tar is missing");
-    expectRefused(arOf({{"data.tar", data}}),
-                  "it is no package: it does not begin with a member debian-binary");
-    expectRefused(arOf({{"debian-binary", "2.0\n"}, {"data.tar", data}, {"data.tar.gz", data}}),
-                  "it is no package: it has two members data.tar");
-    expectRefused(arOf({}), "it is no package: the member data.tar is missing");
-    EXPECT_TRUE(unpack(arOf({{"debian-binary", "2.0\n"}, {"data.tar/", data}})));
+    const std::string control = tarOf({{"control", ""}});
+    const PackedEntry format{"debian-binary", "2.0\n"};
+    const std::string again = "; it may be cut short, get it again";
+    expectRefused(arOf({format, {"control.tar", control}}),
+                  "it is no package: the member data.tar is missing" + again);
+    expectRefused(arOf({format, {"data.tar", data}}),
+                  "it is no package: the member control.tar is missing" + again);
+    expectRefused(arOf({format, {"control.txt", control}, {"data.tar", data}}),
+                  "it is no package: the member control.tar is missing" + again);
+    expectRefused(arOf({}), "it is no package: the member debian-binary is missing" + again);
+    const std::string anew = "; have it packed again";
+    expectRefused(arOf({{"control.tar", control}, {"data.tar", data}}),
+                  "it is no package: it does not begin with a member debian-binary" + anew);
+    expectRefused(
+        arOf({format, {"control.tar", control}, {"data.tar", data}, {"data.tar.gz", data}}),
+        "it is no package: it has two members data.tar" + anew);
+    for (const std::string version : {"3.0", "1.0", "0.939000", "20", ""}) {
+        expectRefused(
+            arOf({{"debian-binary", version + "\n"}, {"control.tar", control}, {"data.tar", data}}),
+            "it is a package of the format " + version + ", and 2.0 is what can be read" + anew);
+    }
+    for (const std::string version : {"2.0\n", "2.1\n", "2.0\nand more\n"}) {
+        EXPECT_TRUE(unpack(
+            arOf({{"debian-binary", version}, {"control.tar/", control}, {"data.tar/", data}})));
+    }
 }
 
 TEST_F(Unpack, whatIsNoArchiveIsRefused) {
-    expectRefused("", "it is empty");
-    for (const std::string text : {"text", "\x89PNG\r\n\x1a\n", "PK"}) {
-        const auto unpacked = unpack(text);
-        ASSERT_FALSE(unpacked);
-        EXPECT_EQ(toLine(unpacked.error()),
-                  (folder / "a") + ": it is no .deb, .zip or .tar archive");
+    expectRefused("", "it is empty; get it again");
+    for (const std::string text : {"text", "\x89PNG\r\n\x1a\n", "PK", "!<arch"}) {
+        expectRefused(text, kNone);
     }
+    // Packed as a tar may be, and none.
+    expectRefused(packedOf("text", Packing::gzip), kNone);
     const auto missing = unpackArchive(folder / "none", folder / "out");
     ASSERT_FALSE(missing);
     EXPECT_EQ(toLine(missing.error()), (folder / "none") + ": no such file or directory");

@@ -115,7 +115,8 @@ TEST_F(ConvertTest, oneBadInputStopsAllBeforeAnythingIsWritten) {
     folder.file("bad.zip", "no archive");
     Conversion two = conversion();
     two.inputs.push_back(folder / "bad.zip");
-    expectRefused(two, (folder / "bad.zip") + ": it is no .deb, .zip or .tar archive");
+    expectRefused(two, (folder / "bad.zip") +
+                           ": it is no .deb, .zip or .tar archive; give one of these, or a folder");
     EXPECT_EQ(folder.names("."), "bad.zip in");
 }
 

@@ -68,11 +68,7 @@ std::string_view endingOf(Packing packing) {
     return kEndings.at(static_cast<std::size_t>(packing));
 }
 
-}  // namespace
-
-std::string tarOf(const std::vector<PackedEntry>& entries, Packing packing) {
-    archive* const writer = archive_write_new();
-    archive_write_set_format_gnutar(writer);
+void setPacking(archive* writer, Packing packing) {
     switch (packing) {
         case Packing::none:
             archive_write_add_filter_none(writer);
@@ -93,7 +89,22 @@ std::string tarOf(const std::vector<PackedEntry>& entries, Packing packing) {
             archive_write_add_filter_zstd(writer);
             break;
     }
+}
+
+}  // namespace
+
+std::string tarOf(const std::vector<PackedEntry>& entries, Packing packing) {
+    archive* const writer = archive_write_new();
+    archive_write_set_format_gnutar(writer);
+    setPacking(writer, packing);
     return written(writer, entries);
+}
+
+std::string packedOf(const std::string& bytes, Packing packing) {
+    archive* const writer = archive_write_new();
+    archive_write_set_format_raw(writer);
+    setPacking(writer, packing);
+    return written(writer, {{"bytes", bytes}});
 }
 
 std::string zipOf(const std::vector<PackedEntry>& entries) {

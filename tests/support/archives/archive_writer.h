@@ -21,6 +21,9 @@ enum class Packing { none, gzip, bzip2, xz, lzma, zstd };
                                 Packing packing = Packing::none);
 [[nodiscard]] std::string zipOf(const std::vector<PackedEntry>& entries);
 
+// The bytes alone, packed as a tar may be.
+[[nodiscard]] std::string packedOf(const std::string& bytes, Packing packing);
+
 // An ar file of these members.
 [[nodiscard]] std::string arOf(const std::vector<PackedEntry>& members);
 
