@@ -1,6 +1,7 @@
 #include "cli/conversion_report.h"
 
 #include "cli/messages.h"
+#include "cli/replaced_folder.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -53,6 +54,7 @@ std::string themeText(const ConvertedTheme& theme, const Conversion& conversion)
     text += plan.changesNothing()
                 ? ", nothing to change\n"
                 : fmt::format(", {} made or changed, {} left out\n", made, plan.leftOut.size());
+    text += replacedText(theme.replaced, !conversion.isDryRun);
     for (const auto& [name, file] : plan.files) {
         if (isTold(file)) {
             text += madeText(name, file);
@@ -106,6 +108,7 @@ std::string jsonOf(const std::vector<ConvertedTheme>& themes, const Conversion& 
                                   {"input", theme.input},
                                   {"folder", theme.source},
                                   {"files", theme.plan.files.size()},
+                                  {"replaced", jsonOfReplaced(theme.replaced)},
                                   {"made", std::move(made)},
                                   {"leftOut", linesOf(theme.plan.leftOut)},
                                   {"notes", linesOf(theme.plan.notes)}});

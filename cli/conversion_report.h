@@ -3,6 +3,8 @@
 
 #include "makers/conversion/convert.h"
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 

@@ -292,7 +292,7 @@ Result<void> makeDump(const DumpOptions& options, bool asJson) {
     if (auto shown = dumping.showScreens(); !shown) {
         return shown;
     }
-    Dump dump{.folder = path, .devices = {}};
+    Dump dump{.folder = path, .devices = {}, .replaced = makers::filesReplacedAt(path)};
     std::ranges::transform(options.devices, std::back_inserter(dump.devices), &GivenDevice::shown);
     if (options.isRaw) {
         auto tree = dumping.takeTree();

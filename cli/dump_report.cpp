@@ -2,12 +2,17 @@
 
 #include "cli/explanation.h"
 #include "cli/messages.h"
+#include "cli/replaced_folder.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <map>
+#include <string_view>
+#include <vector>
 
 namespace velmoranth::cli {
 
@@ -15,6 +20,44 @@ using makers::EmptyPlace;
 using makers::SkeletonFile;
 
 namespace {
+
+// What the unchanged skeleton shows otherwise than the system does without it, and no picture can
+// mend. The page about dump says the same.
+struct Otherwise {
+    bool (*isOn)(const DumpedDevice& device);
+    std::string_view what;
+};
+
+constexpr std::array<Otherwise, 7> kOtherwise{{
+    {[](const DumpedDevice& /*device*/) { return true; },
+     "where an app's icon is smaller than on the home screen, that one is made smaller, and the "
+     "system draws each size by itself"},
+    {[](const DumpedDevice& /*device*/) { return true; },
+     "the plates of folders and dock are blurred wallpaper, and a picture lets it through as it "
+     "is"},
+    {[](const DumpedDevice& /*device*/) { return true; },
+     "an open folder's plate does not blur what is behind it while theming is on, with whatever "
+     "theme"},
+    {[](const DumpedDevice& device) { return device.system == 12; },
+     "on iOS 12 the clock's icon is a picture like others, and stands at 9:41"},
+    {[](const DumpedDevice& device) { return device.system == 13 && device.name != "pad"; },
+     "on iOS 13 a long weekday reaches the edges of the calendar's icon, and the system writes it "
+     "smaller"},
+    {[](const DumpedDevice& device) { return device.system == 13 && device.name == "phone-667"; },
+     "on a smaller phone with iOS 13 the tails of the weekday's letters are paler by a trace"},
+    {[](const DumpedDevice& device) { return device.system == 13 && device.name == "pad"; },
+     "on a pad with iOS 13 the calendar's icon is plain white with smaller letters"},
+}};
+
+std::vector<std::string_view> shownOtherwise(const std::vector<DumpedDevice>& devices) {
+    std::vector<std::string_view> texts;
+    for (const Otherwise& row : kOtherwise) {
+        if (std::ranges::any_of(devices, row.isOn)) {
+            texts.push_back(row.what);
+        }
+    }
+    return texts;
+}
 
 std::string devicesText(const Dump& dump) {
     std::string text;
@@ -47,11 +90,13 @@ Json jsonOfFile(const std::string& name, const SkeletonFile& file) {
 std::string textOf(const Dump& dump) {
     if (dump.skeleton == nullptr) {
         return fmt::format("{}: {}, of {}\n", shown(dump.folder),
-                           counted(dump.raw.size(), "picture"), devicesText(dump));
+                           counted(dump.raw.size(), "picture"), devicesText(dump)) +
+               replacedText(dump.replaced, true);
     }
     std::string text =
         fmt::format("{}: {}, of {}\n", shown(dump.folder),
-                    counted(dump.skeleton->files().size(), "file"), devicesText(dump));
+                    counted(dump.skeleton->files().size(), "file"), devicesText(dump)) +
+        replacedText(dump.replaced, true);
     std::map<std::string, std::vector<const EmptyPlace*>> byReason;
     for (const EmptyPlace& empty : dump.skeleton->empty()) {
         byReason[empty.why].push_back(&empty);
@@ -62,12 +107,16 @@ std::string textOf(const Dump& dump) {
         text +=
             fmt::format("  left out  {}{}: {}\n", shown(places.front()->name), rest, shown(why));
     }
+    for (const std::string_view what : shownOtherwise(dump.devices)) {
+        text += fmt::format("  otherwise {}\n", what);
+    }
     return text;
 }
 
 std::string jsonOf(const Dump& dump) {
     Json json{{"version", 1},
               {"folder", dump.folder},
+              {"replaced", jsonOfReplaced(dump.replaced)},
               {"devices", Json::array()},
               {"files", Json::array()}};
     for (const DumpedDevice& device : dump.devices) {
@@ -80,6 +129,7 @@ std::string jsonOf(const Dump& dump) {
         for (const auto& [name, file] : dump.skeleton->files()) {
             json["files"].push_back(jsonOfFile(name, file));
         }
+        json["otherwise"] = shownOtherwise(dump.devices);
         json["leftOut"] = Json::array();
         for (const EmptyPlace& empty : dump.skeleton->empty()) {
             json["leftOut"].push_back(

@@ -3,6 +3,8 @@
 
 #include "makers/skeleton/skeleton.h"
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,6 +20,8 @@ struct Dump {
     std::vector<DumpedDevice> devices;
     const makers::Skeleton* skeleton = nullptr;  // null for the system's own tree
     std::vector<std::string> raw = {};           // the files of that
+    // How many files the folder had that it takes the place of; nothing when there was none.
+    std::optional<std::size_t> replaced = {};
 };
 
 [[nodiscard]] std::string textOf(const Dump& dump);

@@ -85,10 +85,11 @@ class Converter {
                 plan(input, theme);
             }
         }
-        for (const auto& [theme, found] : planned_) {
+        for (auto& [theme, found] : planned_) {
             if (auto checked = checkPlace(theme.name); !checked) {
                 return tl::unexpected(std::move(checked.error()));
             }
+            theme.replaced = filesReplacedAt(inFolder(conversion_.output, theme.name));
         }
         if (!conversion_.isDryRun) {
             if (auto written = write(); !written) {
@@ -120,7 +121,8 @@ class Converter {
             name = numbered(asThemeName(isNameless ? planned.packageName : theme.name), number);
         }
         planned_.push_back(
-            {{input.path, sourceIn(input, theme), std::move(name), std::move(planned)}, &theme});
+            {{input.path, sourceIn(input, theme), std::move(name), std::move(planned), {}},
+             &theme});
     }
 
     // Where the theme is to go: nothing there, unless it may be replaced, and no input.

@@ -7,7 +7,9 @@
 #include "makers/conversion/plan.h"
 #include "makers/conversion/theme_input.h"
 
+#include <cstddef>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -34,6 +36,8 @@ struct ConvertedTheme {
     std::string source;  // the theme's folder in it, "" when it is the whole input
     std::string name;    // of its new folder
     Plan plan;
+    // How many files the folder has that it takes the place of; nothing when there is none.
+    std::optional<std::size_t> replaced = {};
 };
 
 // All themes are written beside their places first and then put into them, so that one is there as

@@ -74,6 +74,21 @@ Result<void> checkThemePlace(const std::string& path, bool replaces) {
     return {};
 }
 
+std::optional<std::size_t> filesReplacedAt(const std::string& path) {
+    std::error_code error;
+    if (!fs::is_directory(fs::symlink_status(path, error))) {
+        return std::nullopt;
+    }
+    std::size_t count = 0;
+    const fs::recursive_directory_iterator end;
+    for (fs::recursive_directory_iterator entry(path, error); !error && entry != end;
+         entry.increment(error)) {
+        const fs::file_status status = entry->symlink_status(error);
+        count += fs::is_directory(status) ? 0 : 1;
+    }
+    return count;
+}
+
 WrittenThemes::WrittenThemes(std::string output, std::unique_ptr<desktop::RemovedIfEmpty> newOutput,
                              std::unique_ptr<desktop::RemovedAtEnd> folder)
     : output_(std::move(output)), newOutput_(std::move(newOutput)), folder_(std::move(folder)) {}

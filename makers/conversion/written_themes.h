@@ -7,8 +7,10 @@
 
 #include "makers/conversion/plan.h"
 
+#include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,6 +18,10 @@ namespace velmoranth::makers {
 
 // Whether a theme may be put there: nothing is, or a folder that may be replaced.
 [[nodiscard]] desktop::Result<void> checkThemePlace(const std::string& path, bool replaces);
+
+// How many files and links are in the folder that a theme there takes the place of; nothing when
+// there is none.
+[[nodiscard]] std::optional<std::size_t> filesReplacedAt(const std::string& path);
 
 class WrittenThemes {
   public:

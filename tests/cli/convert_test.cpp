@@ -76,6 +76,7 @@ TEST_F(ConvertCommand, theReportForProgramsHasTheSame) {
     EXPECT_EQ(nlohmann::json::parse(result.output),
               nlohmann::json::parse(R"({"version": 1, "output": "out", "written": false,
                   "themes": [{"name": "T.theme", "input": "../in", "folder": "T.theme", "files": 1,
+                  "replaced": null,
                   "made": [{"file": "IconBundles/com.apple.Preferences-large.png",
                             "from": "Icons/Settings.png",
                             "why": "an app's icon is looked for under that name"}],
@@ -100,8 +101,19 @@ TEST_F(ConvertCommand, whatIsThereIsReplacedOnlyByForce) {
     EXPECT_EQ(refused.errors,
               "velmoranth: error: out/T.theme: it is there already; --force replaces it\n");
     EXPECT_EQ(folder.contents("work/out/T.theme/mine"), "mine");
-    EXPECT_EQ(convert({"../T.theme", "-o", "out", "--force"}).code, 0);
+    const std::string summary = "out/T.theme from ../T.theme: 1 file, nothing to change\n";
+    EXPECT_EQ(convert({"../T.theme", "-o", "out", "--force", "--dry-run"}).output,
+              summary + "  replaces  the folder that is there, with 2 files\n" +
+                  "Nothing was written.\n");
+    EXPECT_EQ(folder.contents("work/out/T.theme/mine"), "mine");
+    EXPECT_EQ(convert({"../T.theme", "-o", "out", "--force"}).output,
+              summary + "  replaced  the folder that was there, with 2 files\n");
     EXPECT_EQ(folder.names("work/out/T.theme"), "IconBundles");
+    const auto json =
+        nlohmann::json::parse(convert({"../T.theme", "-o", "out", "--force", "--json"}).output);
+    EXPECT_EQ(json["themes"][0]["replaced"], 1);
+    EXPECT_EQ(convert({"../T.theme", "-o", "new", "--force"}).output,
+              "new/T.theme from ../T.theme: 1 file, nothing to change\n");
 }
 
 // Pictures that have to be made smaller, one for each of so many apps.
@@ -194,7 +206,7 @@ TEST_F(ConvertCommand, wrongUsageAndBadInputAreALineEach) {
     theme("T.theme", kMagenta);
     expectRefused({"../T.theme"}, 2, "-o FOLDER is missing; velmoranth convert --help");
     expectRefused({"", "-o", "out"}, 2, "INPUT and FOLDER take a name, and this one is empty");
-    expectRefused({"../none", "-o", "out"}, 3, "../none: no such file or directory");
+    expectRefused({"../none", "-o", "out"}, 3, "../none: there is no such theme folder");
     folder.file("text.zip", "text");
     expectRefused(
         {"../text.zip", "-o", "out"}, 3,

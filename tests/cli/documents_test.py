@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
 """Runs the commands in the documents and compares what they print.
 
-usage: documents_test.py [--accept] COMMAND DOCUMENT...
+usage: documents_test.py [--accept] COMMAND CATALOG-MAKER DOCUMENT...
 
 In a document a block ```console holds commands, each behind "$ ", and below each what it prints, errors
 included. The blocks of a document are run in their order in one new folder, which has in it what the documents
-say that a maker has: picture.png, an icon, and OldTheme.deb, a package in an old layout. A document without
-such a block fails. --accept writes what is printed into the documents, to be read before it is kept."""
+say that a maker has: picture.png, an icon; OldTheme.deb, a package in an old layout; and Maps.app and UIKit,
+with the catalog that CATALOG-MAKER writes. A document without such a block fails, and so does one with a command
+of velmoranth in a block of another kind, which nothing would run. --accept writes what is printed into the documents, to be read before it is kept."""
 
 import os
 import pathlib
@@ -30,7 +31,7 @@ def picture(color):
             chunk(b"IDAT", zlib.compress(rows)) + chunk(b"IEND", b""))
 
 
-def prepare(folder, environment):
+def prepare(folder, environment, catalog_maker):
     """What a maker has before the first command."""
     (folder / "picture.png").write_bytes(picture((0xC8, 0x55, 0x3D)))
     old = folder / "OldTheme.theme"
@@ -43,6 +44,11 @@ def prepare(folder, environment):
     subprocess.run(["velmoranth", "pack", "--no-lint", "OldTheme.theme", "-o", "OldTheme.deb", "--author", "A"], cwd=folder,
                    env=environment, check=True, stdout=subprocess.DEVNULL)
     subprocess.run(["rm", "-r", "OldTheme.theme"], cwd=folder, check=True)
+    for name in ("Maps.app", "UIKit"):
+        (folder / name).mkdir()
+        subprocess.run([catalog_maker, folder / name / "Assets.car"], env=environment, check=True)
+    (folder / "Maps.app/Info.plist").write_text(
+        "<plist><dict><key>CFBundleIdentifier</key><string>com.apple.Maps</string></dict></plist>")
 
 
 BLOCK = re.compile(r"^```console\n(.*?)^```$", re.MULTILINE | re.DOTALL)
@@ -57,8 +63,25 @@ def steps_of(text):
     return steps
 
 
-def run_document(path, command, accepts):
+FENCE = re.compile(r"^ *```(.*)\n((?:(?! *```).*\n)*) *```$", re.MULTILINE)
+
+
+def not_run(text):
+    """The first command of velmoranth that stands in a block of another kind, or None."""
+    for fence in FENCE.finditer(text):
+        if fence.group(1) != "console":
+            for line in fence.group(2).splitlines():
+                if re.match(r"(\$ )?(\S+/)?velmoranth ", line):
+                    return line
+    return None
+
+
+def run_document(path, command, catalog_maker, accepts):
     text = path.read_text()
+    line = not_run(text)
+    if line is not None:
+        print(f"{path}: no ```console block has this command, so that nothing runs it: {line}")
+        return False
     steps = steps_of(text)
     printed = []
     if not steps:
@@ -76,7 +99,7 @@ def run_document(path, command, accepts):
         for variable in ("ASAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS"):
             if variable in os.environ:
                 environment[variable] = os.environ[variable]
-        prepare(work, environment)
+        prepare(work, environment, catalog_maker)
         for step, expected, _ in steps:
             done = subprocess.run(["sh", "-c", step], cwd=work, env=environment, text=True,
                                   stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
@@ -98,10 +121,11 @@ def main():
     accepts = arguments[:1] == ["--accept"]
     arguments = arguments[1:] if accepts else arguments
     command = pathlib.Path(arguments[0]).resolve()
-    documents = [pathlib.Path(argument) for argument in arguments[1:]]
+    catalog_maker = pathlib.Path(arguments[1]).resolve()
+    documents = [pathlib.Path(argument) for argument in arguments[2:]]
     if not documents:
         sys.exit("documents_test.py: no document is given")
-    sys.exit(0 if all([run_document(document, command, accepts) for document in documents]) else 1)
+    sys.exit(0 if all([run_document(document, command, catalog_maker, accepts) for document in documents]) else 1)
 
 
 if __name__ == "__main__":

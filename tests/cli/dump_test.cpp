@@ -7,6 +7,8 @@
 #include <signal.h>  // NOLINT(modernize-deprecated-headers): SIGINT is POSIX's
 
 #include <chrono>
+#include <fstream>
+#include <iterator>
 #include <map>
 #include <set>
 #include <thread>
@@ -221,12 +223,47 @@ TEST_F(Dump, ofSeveralDevicesTheFirstOnesPictureStays) {
     EXPECT_EQ(runCommand({"lint", kSkeleton}, setting()).code, 0);
 }
 
+// What no picture can be is said for the devices that it is so on, in the words of the page.
+TEST_F(Dump, whatShowsOtherwiseIsNamedForTheDevices) {
+    std::ifstream file(std::string(tests::kSourceFolder) + "/docs/themes/dump.md");
+    const std::string page((std::istreambuf_iterator<char>(file)), {});
+    for (const auto& [device, system, rows] :
+         std::vector<std::tuple<std::string, std::string, std::string>>{
+             {"phone", "12", "abcd"}, {"phone-667", "13", "abcef"}, {"pad", "13", "abcg"}}) {
+        const CommandResult result =
+            dump({"-o", "themes", "--force", "--json", "--device", device, "--ios", system});
+        const auto otherwise = nlohmann::json::parse(result.output)["otherwise"];
+        const std::map<char, std::string> starts{{'a', "where an app's icon is smaller "},
+                                                 {'b', "the plates of folders and dock "},
+                                                 {'c', "an open folder's plate "},
+                                                 {'d', "on iOS 12 the clock's icon "},
+                                                 {'e', "on iOS 13 a long weekday "},
+                                                 {'f', "on a smaller phone with iOS 13 "},
+                                                 {'g', "on a pad with iOS 13 "}};
+        ASSERT_EQ(otherwise.size(), rows.size()) << device;
+        for (std::size_t i = 0; i < rows.size(); ++i) {
+            const std::string text = otherwise[i];
+            EXPECT_TRUE(text.starts_with(starts.at(rows[i]))) << text;
+            EXPECT_NE(page.find("\n- " + text), std::string::npos) << text;
+        }
+    }
+    const CommandResult text = dump({"-o", "themes", "--force"});
+    EXPECT_NE(text.output.find("\n  otherwise the plates of folders and dock are blurred "),
+              std::string::npos)
+        << text.output;
+    EXPECT_EQ(text.output.find("on a pad"), std::string::npos) << text.output;
+    EXPECT_EQ(dump({"-o", "themes", "--raw"}).output.find("otherwise"), std::string::npos);
+}
+
 TEST_F(Dump, nothingIsReplacedUnlessItIsSaid) {
     folder.file("work/themes/Skeleton.theme/mine", "text");
     expectRefused({"-o", "themes"}, 3,
                   "themes/Skeleton.theme: it is there already; --force replaces it");
     EXPECT_EQ(written(kSkeleton), std::set<std::string>{"mine"});
-    EXPECT_EQ(dump({"-o", "themes", "--force"}).code, 0);
+    const CommandResult replaced = dump({"-o", "themes", "--force"});
+    EXPECT_TRUE(replaced.output.find("\n  replaced  the folder that was there, with 1 file\n") !=
+                std::string::npos)
+        << replaced.output;
     EXPECT_FALSE(written(kSkeleton).contains("mine"));
     folder.file("work/other/Skeleton.theme", "text");
     expectRefused({"-o", "other", "--force"}, 3,
