@@ -78,6 +78,17 @@ class Arguments {
     std::map<std::string_view, std::vector<std::string>> options_;
 };
 
+// A problem when one of the words, which name what `what` says, is empty.
+[[nodiscard]] inline desktop::Result<void> noneEmpty(std::span<const std::string> words,
+                                                     std::string_view what) {
+    for (const std::string& word : words) {
+        if (word.empty()) {
+            return misuse(std::string(what) + " takes a name, and this one is empty");
+        }
+    }
+    return {};
+}
+
 // Two that exclude each other. Each is an option, an option with its value ("--output -"), or the
 // name of what is given without an option ("THEME").
 struct Apart {

@@ -4,7 +4,9 @@
 #include "cli/help.h"
 #include "cli/nearest.h"
 
+#include <fcntl.h>
 #include <signal.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -147,9 +149,20 @@ ExitCode run(const Program& program, const std::vector<std::string>& words) {
     return chosen.command->run(*arguments);
 }
 
+// A file that is opened must not become what was closed by whoever started the command: what is
+// printed would be written into it. Reading and writing fail as they would have.
+void keepStandardDescriptors() {
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(descriptor, F_GETFD) == -1) {
+            ::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+        }
+    }
+}
+
 }  // namespace
 
 int runCommandLine(const Program& program, const std::vector<std::string>& words) {
+    keepStandardDescriptors();
     // A reader that goes before the end is none of the command's concern: what it has to clean up
     // it cleans up.
     std::signal(SIGPIPE, SIG_IGN);
@@ -159,8 +172,10 @@ int runCommandLine(const Program& program, const std::vector<std::string>& words
         // As a shell knows it of other programs.
         std::signal(SIGPIPE, SIG_DFL);
         std::raise(SIGPIPE);
-    } else if (!isPrinted && (code == ExitCode::done || code == ExitCode::nothingFound)) {
-        code = fail(ExitCode::badInput, "standard output cannot be written");
+    } else if (!isPrinted) {
+        const ExitCode failed =
+            fail(ExitCode::badInput, "standard output cannot be written: " + whyNotPrinted());
+        code = code == ExitCode::done || code == ExitCode::nothingFound ? failed : code;
     }
     return static_cast<int>(code);
 }

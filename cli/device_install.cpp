@@ -15,6 +15,7 @@
 
 #include "makers/conversion/theme_input.h"
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -107,6 +108,9 @@ Result<makers::ThemeInput> themesOf(const std::string& path, bool isLinked) {
                                      "only a folder can be linked; without --link what is in "
                                      "this is copied")
                         : makers::openInput(path, makers::Purpose::show);
+    }
+    if (struct stat status{}; ::stat(path.c_str(), &status) != 0) {
+        return tl::unexpected(makers::notThere(errno, path));
     }
     if (const std::string why = whyNoTheme(path); !why.empty()) {
         return aboutTheme(path, why);
@@ -220,6 +224,9 @@ ExitCode runDeviceInstall(const Arguments& arguments) {
     if (!folder) {
         return fail(ExitCode::wrongUsage,
                     "velmoranth device install needs --root DIR, the device that gets the theme");
+    }
+    if (const auto named = noneEmpty(arguments.positionals(), "THEME"); !named) {
+        return fail(ExitCode::wrongUsage, named.error());
     }
     desktop::cleanUpOnSignals();
     const auto root = openForThemes(*folder);

@@ -116,6 +116,9 @@ Result<ExplainOptions> readOptions(const Arguments& arguments) {
     if (auto checked = checkOutput(arguments); !checked) {
         return tl::unexpected(std::move(checked.error()));
     }
+    if (auto named = noneEmpty(std::span(words).first(dashes), "THEME"); !named) {
+        return tl::unexpected(std::move(named.error()));
+    }
     ExplainOptions options{
         .themes = {words.begin(), words.begin() + static_cast<std::ptrdiff_t>(dashes)},
         .root = root,

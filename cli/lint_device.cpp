@@ -141,6 +141,8 @@ Result<void> layOutIn(const std::string& folder, const makers::FoundTheme& theme
             written = files.writeSame(file.name, isPicture ? pixel : nothing);
         }
         if (!written) {
+            // Where it was to be laid out means nothing to the user.
+            written.error().path = theme.folder + "/" + file.name;
             return written;
         }
     }

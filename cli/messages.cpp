@@ -5,10 +5,12 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 namespace velmoranth::cli {
 namespace {
@@ -183,6 +185,12 @@ bool flushResults() {
         printError() = errno == 0 ? EIO : errno;
     }
     return printError() == 0;
+}
+
+std::string whyNotPrinted() {
+    std::string why = std::strerror(printError());
+    why.front() = static_cast<char>(std::tolower(static_cast<unsigned char>(why.front())));
+    return why;
 }
 
 bool isReaderGone() {

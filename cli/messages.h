@@ -76,6 +76,9 @@ void print(std::string_view text);
 // Whether everything that was printed has arrived.
 [[nodiscard]] bool flushResults();
 
+// Why not, in words.
+[[nodiscard]] std::string whyNotPrinted();
+
 // Whether nobody reads standard output any more, as behind "| head -1": what is left to print need
 // not be found out, and nothing is said of it.
 [[nodiscard]] bool isReaderGone();

@@ -196,6 +196,9 @@ ExitCode runPack(const Arguments& arguments) {
                     withNearPath(plan.error(), {&folder, 1}));
     }
     const std::string output = outputOf(arguments, plan->control);
+    if (const auto checked = makers::checkPackagePlace(folder, output); !checked) {
+        return fail(ExitCode::badInput, checked.error());
+    }
     const bool isWritten = !arguments.has("--dry-run");
     desktop::cleanUpOnSignals();
     if (!arguments.has("--no-lint")) {

@@ -219,6 +219,9 @@ std::span<const Needed> neededByPreview() {
 
 Result<PreviewOptions> readPreviewOptions(const Arguments& arguments) {
     PreviewOptions options;
+    if (auto named = noneEmpty(arguments.positionals(), "THEME"); !named) {
+        return tl::unexpected(std::move(named.error()));
+    }
     options.themes = arguments.has("--all") ? withThemesWithin(arguments.positionals())
                                             : arguments.positionals();
     options.root = arguments.value("--root").value_or("");

@@ -55,6 +55,9 @@ Result<SoundOptions> readOptions(const Arguments& arguments) {
                          .root = arguments.value("--root"),
                          .output = arguments.value("--output").value_or(std::string()),
                          .asJson = arguments.has("--json")};
+    if (auto named = noneEmpty(options.themes, "THEME"); !named) {
+        return tl::unexpected(std::move(named.error()));
+    }
     if (options.root && !options.themes.empty()) {
         return misuse("--root does not go with THEME: a device has its own themes");
     }

@@ -109,10 +109,7 @@ Result<ThemeFolder> checkTheme(ThemeFolder theme) {
 Result<ThemeFolder> findTheme(const std::string& path) {
     struct stat status{};
     if (::stat(path.c_str(), &status) != 0) {
-        return tl::unexpected(
-            errno == ENOENT
-                ? withNearPath(aboutTheme(path, "there is no such theme folder"), {&path, 1})
-                : desktop::problemOfErrno(errno, path));
+        return tl::unexpected(withNearPath(makers::notThere(errno, path), {&path, 1}));
     }
     if (!S_ISDIR(status.st_mode)) {
         return tl::unexpected(aboutTheme(path, "this is neither a folder nor an archive"));
@@ -122,9 +119,6 @@ Result<ThemeFolder> findTheme(const std::string& path) {
 
 // Adds the themes that the path leads to.
 Result<void> addThemes(const std::string& path, GivenThemes& themes) {
-    if (path.empty()) {
-        return tl::unexpected(Problem{"a THEME is empty; give a folder"});
-    }
     if (!makers::isFile(path)) {
         auto theme = findTheme(path);
         if (!theme) {

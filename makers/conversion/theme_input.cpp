@@ -12,6 +12,8 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 namespace velmoranth::makers {
@@ -120,12 +122,31 @@ bool isFile(const std::string& path) {
            (::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode));
 }
 
+Problem notThere(int error, const std::string& path) {
+    std::error_code isNoLink;
+    const std::string end = std::filesystem::read_symlink(path, isNoLink);
+    if (error == ELOOP) {
+        return {"it is a link that leads round to itself; give what it should lead to", path};
+    }
+    if (error == ENOENT && !isNoLink) {
+        return {"it is a link to " + end + ", which is not there; give what it should lead to",
+                path};
+    }
+    if (error == ENOENT) {
+        return {nameWithoutEnding(path) == path.substr(path.rfind('/') + 1)
+                    ? "there is no such theme folder"
+                    : "there is no such archive",
+                path};
+    }
+    return desktop::problemOfErrno(error, path);
+}
+
 Result<ThemeInput> openInput(const std::string& path, Purpose purpose) {
     ThemeInput input{.path = path};
     struct stat status{};
     const bool isHere = path != kStandardInput;
     if (isHere && ::stat(path.c_str(), &status) != 0) {
-        return tl::unexpected(desktop::problemOfErrno(errno, path));
+        return tl::unexpected(notThere(errno, path));
     }
     if (isHere && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode)) {
         return tl::unexpected(Problem{"it is neither a folder nor an archive", path});

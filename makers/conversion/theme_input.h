@@ -25,6 +25,9 @@ struct ThemeInput {
 // Whether the path leads to a plain file, or is "-": an archive or no theme at all.
 [[nodiscard]] bool isFile(const std::string& path);
 
+// What a user is told of a path that leads nowhere, for the error of looking there.
+[[nodiscard]] desktop::Problem notThere(int error, const std::string& path);
+
 enum class Purpose {
     convert,  // themes are where their own folders begin
     show,     // of a package, each folder below Library/Themes, as a device has it

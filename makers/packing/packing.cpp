@@ -10,6 +10,7 @@
 #include "makers/conversion/left_out.h"
 #include "makers/conversion/names.h"
 #include "makers/conversion/pictures.h"
+#include "makers/conversion/theme_input.h"
 #include <fcntl.h>
 #include <stdio.h>  // NOLINT(modernize-deprecated-headers): renameat2() is the system's
 #include <sys/stat.h>
@@ -191,7 +192,7 @@ Result<std::unique_ptr<desktop::RemovedAtEnd>> folderBeside(const std::string& p
 Result<PackagePlan> planPackage(const std::string& folder, const ControlValues& given) {
     struct stat status{};
     if (::stat(folder.c_str(), &status) != 0) {
-        return tl::unexpected(desktop::problemOfErrno(errno, folder));
+        return tl::unexpected(notThere(errno, folder));
     }
     if (!S_ISDIR(status.st_mode)) {
         return tl::unexpected(Problem{"it is no theme's folder", folder});
@@ -247,6 +248,20 @@ std::string fileNameOf(const ControlValues& control) {
     version.erase(0, version.find(':') + 1);
     return valueOf(control, "Package") + "_" + version + "_" + valueOf(control, "Architecture") +
            ".deb";
+}
+
+Result<void> checkPackagePlace(const std::string& folder, const std::string& path) {
+    std::error_code error;
+    const fs::path theme = fs::canonical(folder, error);
+    const fs::path below = fs::path(path).parent_path();
+    const fs::path place = fs::weakly_canonical(below.empty() ? "." : below, error);
+    if (path != "-" && !error && std::ranges::mismatch(theme, place).in1 == theme.end()) {
+        return tl::unexpected(
+            Problem{"the package would lie in the theme that it is made of; choose another place "
+                    "with -o",
+                    path});
+    }
+    return {};
 }
 
 Result<void> writePlannedPackage(const PackagePlan& plan, const std::string& path, bool replaces,

@@ -40,6 +40,11 @@ struct PackagePlan {
 // "com.example.sunset_1.0_iphoneos-arm.deb".
 [[nodiscard]] std::string fileNameOf(const ControlValues& control);
 
+// Whether a package of the theme in the folder may be written there: not into the theme, where it
+// would stay as a part of it. "-" is standard output.
+[[nodiscard]] desktop::Result<void> checkPackagePlace(const std::string& folder,
+                                                      const std::string& path);
+
 // Makes its folder when that is missing, writes it beside its place and puts it there as a whole,
 // on to what is there only when that may be replaced. `path` "-" is standard output.
 [[nodiscard]] desktop::Result<void> writePlannedPackage(

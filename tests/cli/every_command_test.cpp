@@ -326,8 +326,36 @@ TEST_F(EveryCommand, ThatWritesToStandardOutputFailsWhereItCannot) {
         const CommandResult result = runCommand({"-c", command + words + " >/dev/full"},
                                                 {.folder = folder.path(), .program = "/bin/sh"});
         EXPECT_EQ(result.code, 3) << words;
-        EXPECT_EQ(result.errors, "velmoranth: error: standard output cannot be written\n") << words;
+        EXPECT_EQ(result.errors,
+                  "velmoranth: error: standard output cannot be written: no space left on device\n")
+            << words;
     }
+    // What is wrong besides stays what the exit code tells.
+    const CommandResult group = runCommand({"-c", command + "settings >/dev/full"},
+                                           {.folder = folder.path(), .program = "/bin/sh"});
+    EXPECT_EQ(group.code, 2);
+    EXPECT_EQ(group.errors,
+              "velmoranth: error: velmoranth settings needs one of these commands\n"
+              "velmoranth: error: standard output cannot be written: no space left on device\n");
+}
+
+// What is opened then does not take its place, and gets none of what is printed.
+TEST_F(EveryCommand, ThatHasNoStandardOutputWritesTheSameFilesAndSaysSo) {
+    const std::string command = "exec " + std::string(tests::kCommand) + " ";
+    const auto run = [&](const std::string& words) {
+        return runCommand({"-c", command + words}, {.folder = folder.path(), .program = "/bin/sh"});
+    };
+    const std::string pack = "pack Many.theme --no-lint --author Ann -o ";
+    ASSERT_EQ(run(pack + "open.deb").code, 0);
+    for (const std::string closed : {" >&-", " <&- >&-"}) {
+        const CommandResult result = run(pack + "closed.deb --force" + closed);
+        EXPECT_EQ(result.code, 3);
+        EXPECT_EQ(result.errors,
+                  "velmoranth: error: standard output cannot be written: bad file descriptor\n");
+        EXPECT_EQ(folder.contents("closed.deb"), folder.contents("open.deb"));
+    }
+    EXPECT_EQ(run("lint - <&-").errors, "velmoranth: error: standard input: bad file descriptor\n");
+    EXPECT_EQ(run("names chrome 2>&-").code, 0);
 }
 
 class EveryWritingCommand : public EveryCommand,

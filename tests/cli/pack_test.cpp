@@ -305,7 +305,7 @@ TEST_F(Pack, whatIsNoThemeIsRefused) {
     folder.file("file", "x");
     folder.folder("empty");
     for (const auto& [input, line] : std::vector<std::pair<std::string, std::string>>{
-             {"../none", "../none: no such file or directory"},
+             {"../none", "../none: there is no such theme folder"},
              {"../file", "../file: it is no theme's folder"},
              {"../empty", "../empty: there is nothing in the theme to pack"}}) {
         const CommandResult result = runCommand({"pack", input}, setting());
@@ -317,6 +317,32 @@ TEST_F(Pack, whatIsNoThemeIsRefused) {
     EXPECT_EQ(broken.code, 3);
     EXPECT_EQ(broken.errors.find("velmoranth: error: ../Sunset Paper.theme/Info.plist: "), 0U)
         << broken.errors;
+}
+
+// There it would be a part of the theme from then on.
+TEST_F(Pack, aPackageDoesNotGoIntoItsTheme) {
+    const std::string theme = "../Sunset Paper.theme";
+    fs::create_directory_symlink("Sunset Paper.theme", folder / "link");
+    fs::create_directory(folder / "Sunset Paper.theme2");
+    const std::string before = folder.names("Sunset Paper.theme");
+    for (const std::string& place : {theme + "/a.deb", theme + "/new/a.deb",
+                                     theme + "/IconBundles/", std::string("../link/a.deb")}) {
+        for (const std::string way : {"--force", "--dry-run"}) {
+            const CommandResult result = pack({"-o", place, way});
+            EXPECT_EQ(result.code, 3);
+            EXPECT_EQ(result.errors,
+                      "velmoranth: error: " + place +
+                          (place.ends_with('/') ? "themes.sunset-paper_1.0_iphoneos-arm.deb" : "") +
+                          ": the package would lie in the theme that it is made of; "
+                          "choose another place with -o\n");
+        }
+    }
+    CommandSetting inside = setting();
+    inside.folder = folder / "Sunset Paper.theme";
+    EXPECT_EQ(runCommand({"pack", ".", "--author", "Ann"}, inside).code, 3);
+    EXPECT_EQ(folder.names("Sunset Paper.theme"), before);
+    EXPECT_EQ(pack({"-o", "../Sunset Paper.theme2/a.deb"}).code, 0);
+    EXPECT_EQ(runCommand({"pack", ".", "-o", "..", "--author", "Ann"}, inside).code, 0);
 }
 
 TEST_F(Pack, aPackageGoesIntoAFolderOrToStandardOutputAndReplacesNothingUnasked) {

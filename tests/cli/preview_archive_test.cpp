@@ -137,7 +137,9 @@ TEST_F(PreviewArchive, aTarWithoutItsEndIsTakenWithAWarningByEveryCommand) {
               {"device", "install", "../cut.tar", "--root", "../device", "--force"}}) {
             const CommandResult result = runCommand(words, setting());
             EXPECT_EQ(result.code, 0) << words.front();
-            EXPECT_EQ(result.errors, isCut ? warning : "") << words.front();
+            // Of an installation more is told.
+            const std::size_t end = result.errors.find("velmoranth: A.theme is not active yet");
+            EXPECT_EQ(result.errors.substr(0, end), isCut ? warning : "") << words.front();
         }
     }
     // In a package, which says how large its members are.

@@ -128,7 +128,7 @@ TEST_F(PreviewFolders, AThemeThatIsNotThereIsNamedNearby) {
               error + "../Sunset: there is no such theme folder" + near);
     EXPECT_EQ(errors({"sound", "lock", "../Sunset.theme1"}),
               error + "../Sunset.theme1: there is no such theme folder" + near);
-    const std::string none = "../Sunset/: no such file or directory" + near;
+    const std::string none = "../Sunset/: there is no such theme folder" + near;
     EXPECT_EQ(errors({"lint", "../Sunset/"}), error + none);
     EXPECT_EQ(errors({"convert", "../Sunset/", "-o", "out"}), error + none);
     EXPECT_EQ(errors({"pack", "../Sunset/"}), error + none);

@@ -31,12 +31,55 @@ TEST_F(PreviewInput, ThemeThatIsNoneIsOneLine) {
     expectBadInput({"/dev/null"}, "/dev/null: this is neither a folder nor an archive");
     expectBadInput({"file/x"}, "file/x: not a directory");
     expectBadInput({"empty"}, "empty: the theme folder is empty");
-    expectBadInput({""}, "a THEME is empty; give a folder");
     expectBadInput({"pipes"},
                    "pipes/p: a theme holds files, folders and links, and this is none of them");
     const std::string longPath(4200, 'a');
     expectBadInput({longPath},
                    longPath.substr(0, 70) + "…" + longPath.substr(0, 70) + ": file name too long");
+}
+
+TEST_F(PreviewInput, AnEmptyNameIsWrongUsage) {
+    ASSERT_EQ(runCommand({"device", "init", "../device"}, setting()).code, 0);
+    for (const std::vector<std::string>& words :
+         {std::vector<std::string>{"preview", ""},
+          {"preview", "A", ""},
+          {"explain", "", "--", "dock"},
+          {"sound", "lock", ""},
+          {"device", "install", "", "--root", "../device"}}) {
+        const CommandResult result = runCommand(words, setting());
+        EXPECT_EQ(result.code, 2) << words.front();
+        EXPECT_EQ(result.errors, "velmoranth: error: THEME takes a name, and this one is empty\n");
+        EXPECT_EQ(result.output, "");
+    }
+}
+
+// Whatever command it is given to.
+TEST_F(PreviewInput, WhatIsNotThereIsALineThatSaysWhatItIs) {
+    const std::filesystem::path work = folder / "work";
+    std::filesystem::create_symlink("round", work / "round");
+    std::filesystem::create_symlink("../gone", work / "dead.theme");
+    ASSERT_EQ(runCommand({"device", "init", "../device"}, setting()).code, 0);
+    for (const auto& [path, why] : std::vector<std::pair<std::string, std::string>>{
+             {"round", "it is a link that leads round to itself; give what it should lead to"},
+             {"dead.theme",
+              "it is a link to ../gone, which is not there; give what it should lead to"},
+             {"quartz.deb", "there is no such archive"},
+             {"quartz.tar.xz", "there is no such archive"},
+             {"quartz.theme", "there is no such theme folder"},
+             {"quartz/", "there is no such theme folder"}}) {
+        for (const std::vector<std::string>& words :
+             {std::vector<std::string>{"preview", path},
+              {"lint", path},
+              {"convert", path, "-o", "out"},
+              {"explain", path, "--", "dock"},
+              {"pack", path},
+              {"device", "install", path, "--root", "../device"}}) {
+            const CommandResult result = runCommand(words, setting());
+            EXPECT_EQ(result.code, 3) << words.front();
+            EXPECT_EQ(result.errors, "velmoranth: error: " + path + ": " + why + "\n")
+                << words.front();
+        }
+    }
 }
 
 TEST_F(PreviewInput, ThemesOfOneNameAreRefused) {

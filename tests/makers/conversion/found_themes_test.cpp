@@ -127,8 +127,10 @@ TEST_F(FoundThemes, linksAreNotFollowed) {
               (std::vector<LeftOut>{{"gone", "a link, which is not followed"},
                                     {"up", "a link, which is not followed"}}));
     folder.link("loop", "loop");
-    EXPECT_EQ(themesIn("loop"), Themes{(folder / "loop") + ": too many levels of symbolic links"});
-    EXPECT_EQ(themesIn("none"), Themes{(folder / "none") + ": no such file or directory"});
+    EXPECT_EQ(themesIn("loop"),
+              Themes{(folder / "loop") +
+                     ": it is a link that leads round to itself; give what it should lead to"});
+    EXPECT_EQ(themesIn("none"), Themes{(folder / "none") + ": there is no such theme folder"});
     EXPECT_EQ(openInput("/dev/null", Purpose::convert).error().message,
               "it is neither a folder nor an archive");
 }
