@@ -108,7 +108,7 @@ std::string jsonOf(const std::vector<ConvertedTheme>& themes, const Conversion& 
                                   {"input", theme.input},
                                   {"folder", theme.source},
                                   {"files", theme.plan.files.size()},
-                                  {"replaced", jsonOfReplaced(theme.replaced)},
+                                  {"replaced", theme.replaced ? Json(*theme.replaced) : Json()},
                                   {"made", std::move(made)},
                                   {"leftOut", linesOf(theme.plan.leftOut)},
                                   {"notes", linesOf(theme.plan.notes)}});

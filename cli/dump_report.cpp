@@ -116,7 +116,7 @@ std::string textOf(const Dump& dump) {
 std::string jsonOf(const Dump& dump) {
     Json json{{"version", 1},
               {"folder", dump.folder},
-              {"replaced", jsonOfReplaced(dump.replaced)},
+              {"replaced", dump.replaced ? Json(*dump.replaced) : Json()},
               {"devices", Json::array()},
               {"files", Json::array()}};
     for (const DumpedDevice& device : dump.devices) {
