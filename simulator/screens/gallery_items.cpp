@@ -69,6 +69,10 @@ std::string furnitureFile(std::string_view name, DeviceKind kind) {
                                                                              : row->onPhones);
 }
 
+Size square(double side) {
+    return {side, side};
+}
+
 std::string_view groupOf(const BundleCatalog& catalog) {
     struct GroupRow {
         std::string_view bundle, group;
@@ -115,7 +119,8 @@ void GalleryItems::addIcon(std::string_view group, const App& app) {
              return context_.runtime.send<ImageRef>(
                  *makeIconImageView(makeApplicationIcon(app), app, context_.device.system),
                  "contentsImage");
-         }});
+         },
+         square(context_.metrics.iconSide)});
 }
 
 void GalleryItems::addAppIcons() {
@@ -185,7 +190,8 @@ void GalleryItems::addMiniatures() {
                                   return context_.runtime.send<ImageRef, platform::SBIconRef>(
                                       *context_.folderIconImageCache,
                                       "gridCellImageForIcon:", makeApplicationIcon(app));
-                              }});
+                              },
+                              square(side)});
         }
     }
 }
@@ -198,7 +204,7 @@ void GalleryItems::addPlacesOfIcons() {
                               return context_.stockImages.icon(
                                   kAppElsewhere, side, context_.scale(), IconMasking::masked);
                           },
-                          std::move(after)});
+                          std::move(after), square(side)});
     };
     add("Widget", kWidgetSide, [this] {
         // The home screen has asked for the icon before a widget does, and a replacement may keep
@@ -229,9 +235,9 @@ ImageRef GalleryItems::drawn(const ViewRef& view, Size size) const {
 }
 
 void GalleryItems::addFurniture(const char* name, std::function<ImageRef()> before,
-                                std::function<ImageRef()> after) {
+                                std::function<ImageRef()> after, Size place) {
     items_.push_back({"Home Screen", name, furnitureFile(name, context_.device.kind),
-                      GalleryPlate::wallpaper, std::move(before), std::move(after)});
+                      GalleryPlate::wallpaper, std::move(before), std::move(after), place});
 }
 
 void GalleryItems::addFurniture() {
@@ -246,7 +252,8 @@ void GalleryItems::addFurniture() {
             const auto badge = IconBadgeView::create(context_, "1");
             layoutTree(context_.runtime, badge);
             return badge->alpha() > 0 ? badge->backgroundView()->image() : nullptr;
-        });
+        },
+        IconBadgeView::create(context_, "1")->bounds().size);
     addFurniture(
         "Pressed Icon",
         [this] {
@@ -258,7 +265,8 @@ void GalleryItems::addFurniture() {
             return context_.runtime.send<ImageRef>(
                 *makeIconImageView(makeApplicationIcon(app), app, context_.device.system),
                 "darkeningOverlayImage");
-        });
+        },
+        square(context_.metrics.iconSide));
     addFolderPictures();
     addDock();
 }
@@ -322,7 +330,8 @@ void GalleryItems::addFolderPictures() {
                 }
             }
             return nullptr;
-        });
+        },
+        context_.bounds().size);
 }
 
 // As its views show it, without icons.
@@ -391,7 +400,8 @@ void GalleryItems::addSettings() {
                           [this, name, cache] {
                               return context_.runtime.send<ImageRef, NullableString>(
                                   *cache, "imageForKey:", name);
-                          }});
+                          },
+                          square(kSettingsIconSide)});
     }
 }
 

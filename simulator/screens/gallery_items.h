@@ -31,6 +31,9 @@ struct GalleryItem {
     // Nil where there is none. `before` sends no message.
     std::function<platform::ImageRef()> before;
     std::function<platform::ImageRef()> after;
+    // What a screen stretches its pictures over, however large they are, points; 0 by 0 where it
+    // shows them at their own size.
+    platform::Size place = {0, 0};
 };
 
 class GalleryItems {
@@ -50,7 +53,7 @@ class GalleryItems {
     void addPlacesOfIcons();
     void addFurniture();
     void addFurniture(const char* name, std::function<platform::ImageRef()> before,
-                      std::function<platform::ImageRef()> after);
+                      std::function<platform::ImageRef()> after, platform::Size place = {0, 0});
     void addPageDots();
     void addFolderPictures();
     void addDock();

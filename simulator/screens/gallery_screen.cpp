@@ -170,16 +170,21 @@ void GalleryScreen::addCell(const GalleryCell& cell) {
     const ImageRef answered = cell.item->after();
     const bool isReplaced = !samePixels(own, answered);
     const platform::Color& plate = colorOf(cell.item->plate);
-    // Both at one scale, so that one of another size is seen to be that.
+    const bool isStretched = cell.item->place.width > 0;
+    // Both at one scale, so that one of another size is seen to be that where the screen shows it.
     double share = 1;
     for (const ImageRef& image : {own, answered}) {
-        share = image == nullptr ? share
-                                 : std::min(share, shareInSlot(image->size(), cell.before.size));
+        share = image == nullptr || isStretched
+                    ? share
+                    : std::min(share, shareInSlot(image->size(), cell.before.size));
     }
+    const double scale = context().scale();
     const auto show = [&](const ImageRef& image, const Rect& slot) {
+        const ImageRef tinted = context().toolkit.tinted(image, colors.text);
         window().addSubview(makeBox(slot, plate, 4));
-        window().addSubview(makeImage(context().toolkit.tinted(image, colors.text), slot,
-                                      context().scale(), share));
+        window().addSubview(
+            isStretched ? makeStretchedImage(tinted, placeInSlot(cell.item->place, slot, scale))
+                        : makeImage(tinted, slot, scale, share));
     };
     show(own, cell.before);
     show(answered, cell.after);

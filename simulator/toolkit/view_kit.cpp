@@ -73,14 +73,19 @@ Rect placeInSlot(platform::Size image, const Rect& slot, double scale, double sh
             size};
 }
 
-ViewRef makeImage(const platform::ImageRef& image, const Rect& slot, double scale, double share) {
+ViewRef makeStretchedImage(const platform::ImageRef& image, const Rect& frame) {
     if (image == nullptr) {
         return nullptr;
     }
-    auto view =
-        std::make_shared<desktop::DesktopImageView>(placeInSlot(image->size(), slot, scale, share));
+    auto view = std::make_shared<desktop::DesktopImageView>(frame);
     view->setImage(image);
     return view;
+}
+
+ViewRef makeImage(const platform::ImageRef& image, const Rect& slot, double scale, double share) {
+    return image == nullptr
+               ? nullptr
+               : makeStretchedImage(image, placeInSlot(image->size(), slot, scale, share));
 }
 
 double bottomInset(const DeviceConfiguration& device) {

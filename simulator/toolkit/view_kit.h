@@ -49,6 +49,10 @@ struct AppColors {
 [[nodiscard]] platform::Rect placeInSlot(platform::Size image, const platform::Rect& slot,
                                          double scale, double share = 1);
 
+// An image view of that frame, over which the image is stretched; nil for nil.
+[[nodiscard]] platform::ViewRef makeStretchedImage(const platform::ImageRef& image,
+                                                   const platform::Rect& frame);
+
 // An image view in the slot; nil for nil, which addSubview passes over.
 [[nodiscard]] platform::ViewRef makeImage(const platform::ImageRef& image,
                                           const platform::Rect& slot, double scale,

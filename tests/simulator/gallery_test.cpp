@@ -73,9 +73,10 @@ class Gallery {
         return {middle(cell->before), middle(cell->after)};
     }
 
-    // How wide the item's own picture is on the screen, pixels: the columns of its slot that are
-    // not all of the plate's colour.
-    [[nodiscard]] std::size_t widthOfOwn(std::string_view group, std::string_view name) {
+    // How wide one of the item's pictures is on the screen, pixels: the columns of its slot that
+    // are not all of the plate's colour.
+    [[nodiscard]] std::size_t widthOf(platform::Rect GalleryCell::* which, std::string_view group,
+                                      std::string_view name) {
         const std::optional<GalleryCell> cell = find(group, name);
         EXPECT_TRUE(cell) << name;
         if (!cell) {
@@ -86,7 +87,7 @@ class Gallery {
         const auto pixels = [&](double points) {
             return static_cast<std::size_t>(std::lround(points * scale_));
         };
-        const platform::Rect& slot = cell->before;
+        const platform::Rect& slot = (*cell).*which;
         const auto at = [&](std::size_t x, std::size_t y) {
             Pixel pixel{};
             std::copy_n(picture->pixels().row(y) + x * 4, 4, pixel.begin());
@@ -245,15 +246,50 @@ TEST_P(GalleryOn, PartsOfTheHomeScreenHaveTheNamesOfTheirFiles) {
     }
 }
 
+constexpr platform::Rect GalleryCell::* kOwn = &GalleryCell::before;
+
 // A picture that is too large is seen to be that.
 TEST_P(GalleryOn, APairIsShownAtOneScale) {
     ScreenRequest without = request();
     without.loadEngine = false;
-    const auto whole = static_cast<double>(Gallery(without).widthOfOwn("Glyphs", "gear"));
+    const auto whole = static_cast<double>(Gallery(without).widthOf(kOwn, "Glyphs", "gear"));
     device.png("UIImages/gear.png", 114, 114, kMagenta);  // three times as wide as its slot
-    const auto shrunk = static_cast<double>(Gallery(request()).widthOfOwn("Glyphs", "gear"));
+    const auto shrunk = static_cast<double>(Gallery(request()).widthOf(kOwn, "Glyphs", "gear"));
     EXPECT_GT(whole, 30);
     EXPECT_NEAR(shrunk, whole / 3, 3);
+}
+
+// On the screen a picture of any size fills such a place.
+TEST_P(GalleryOn, APairThatAScreenStretchesIsShownAtOneSize) {
+    std::vector<std::pair<std::string_view, std::string_view>> items{
+        {"Home Screen Icons", "Maps"},
+        {"Folder Miniatures", "Compass"},
+        {"Icons in Other Places", "Widget"},
+        {"Icons in Other Places", "Switcher"},
+        {"Home Screen", "Badge"},
+        {"Settings", "WiFi"}};
+    if (system() >= 13) {
+        items.emplace_back("Icons in Other Places", "Notification");
+    }
+    ScreenRequest without = request();
+    without.loadEngine = false;
+    Gallery stock(without);
+    device.png("IconBundles/com.apple.Maps-large.png", 180, 180, kMagenta);
+    device.png("IconBundles/com.apple.compass-large.png", 180, 180, kMagenta);
+    device.png("Bundles/com.apple.springboard/SBBadgeBG.png", 90, 90, kMagenta);
+    device.png("Bundles/com.apple.Preferences/WiFi.png", 90, 90, kMagenta);
+    Gallery themed(request());
+    for (const auto& [group, name] : items) {
+        const auto width = static_cast<double>(stock.widthOf(kOwn, group, name));
+        EXPECT_GT(width, 10) << name;
+        EXPECT_EQ(themed.widthOf(kOwn, group, name), stock.widthOf(kOwn, group, name)) << name;
+        // The theme's Maps fills its whole slot, so that no plate is left to be told from it.
+        if (name != "Maps") {
+            EXPECT_NEAR(static_cast<double>(themed.widthOf(&GalleryCell::after, group, name)),
+                        width, 2)
+                << name;
+        }
+    }
 }
 
 TEST_P(GalleryOn, SettingsIconsAndTheClockAreMaskedAndOverlaid) {
