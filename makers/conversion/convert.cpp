@@ -53,6 +53,36 @@ std::string numbered(const std::string& name, int number) {
            std::to_string(number) + std::string(hasEnding ? kEnding : "");
 }
 
+// Without what a repository's archive adds to the repository's name.
+std::string_view withoutBranch(std::string_view name) {
+    for (const std::string_view branch : {"-master", "-main"}) {
+        if (name.ends_with(branch) && name.size() > branch.size()) {
+            name.remove_suffix(branch.size());
+        }
+    }
+    return name;
+}
+
+// Of the theme's folder, or, where that says only what kind of things are in it, of the nearest one
+// above that says more, up to the input itself.
+std::string nameOfTheme(const ThemeInput& input, const FoundTheme& theme) {
+    static constexpr std::array<std::string_view, 6> kKinds{"dist",  "src",     "icons",
+                                                            "build", "library", "themes"};
+    const auto isKind = [](const std::string& name) {
+        return std::ranges::find(kKinds, lowerCase(name)) != kKinds.end();
+    };
+    // What an archive was unpacked into is called as the archive is.
+    const auto isInput = [&](const std::string& folder) {
+        return input.isArchive ? folderOf(folder) == input.unpacked->path() : folder == input.path;
+    };
+    std::string folder = theme.folder;
+    while (!input.isPackage && isKind(nameOfFolder(folder)) && !isInput(folder)) {
+        folder = folderOf(folder);
+    }
+    const std::string name = folder == theme.folder ? theme.name : nameOfFolder(folder);
+    return std::string(withoutBranch(name));
+}
+
 std::string sourceIn(const ThemeInput& input, const FoundTheme& theme) {
     const std::string& top = input.isArchive ? input.unpacked->path() : input.path;
     std::string source = fs::path(theme.folder).lexically_relative(top);
@@ -116,9 +146,11 @@ class Converter {
         Plan planned = planTheme(theme, pictures, conversion_.calendar);
         // An archive that is one theme has no folder to name it.
         const bool isNameless = input.isArchive && theme.isTop && !planned.packageName.empty();
-        std::string name = asThemeName(isNameless ? planned.packageName : theme.name);
+        const std::string first =
+            asThemeName(isNameless ? planned.packageName : nameOfTheme(input, theme));
+        std::string name = first;
         for (int number = 2; !names_.insert(lowerCase(name)).second; ++number) {
-            name = numbered(asThemeName(isNameless ? planned.packageName : theme.name), number);
+            name = numbered(first, number);
         }
         planned_.push_back(
             {{input.path, sourceIn(input, theme), std::move(name), std::move(planned), {}},

@@ -72,6 +72,32 @@ TEST_F(ConvertTest, anArchiveThatIsOneThemeIsNamedByItsListOrItself) {
     EXPECT_EQ(folder.contents("out/b/IconBundles/com.apple.Maps-large.png"), png(60));
 }
 
+// The folder that a theme lies in may say only what kind of things are in it.
+TEST_F(ConvertTest, aThemeIsNamedByTheNearestFolderThatSaysMoreThanItsKind) {
+    const auto archive = [&](const std::string& file, const std::string& theme) {
+        folder.file(file, tests::zipOf({{theme + "/com.apple.Maps.png", png(60)}}));
+        return folder / file;
+    };
+    const std::vector<std::string> inputs{
+        archive("a.zip", "Flat-master/dist"), archive("Sea.zip", "src/Icons"),
+        archive("b.zip", "Sky-main"),         archive("c.zip", "Sun/Library/Themes/build"),
+        archive("Moon-main.zip", "icons"),    archive("d.zip", "distant"),
+        archive("e.zip", "-master")};
+    const auto themes = convert(inputs);
+    ASSERT_TRUE(themes) << toLine(themes.error());
+    EXPECT_EQ(namesOf(*themes), (std::vector<std::string>{"Flat", "Sea", "Sky", "Sun", "Moon",
+                                                          "distant", "-master"}));
+    EXPECT_EQ((*themes)[0].source, "Flat-master/dist");
+    // In a package the folder is what the phone would have called the theme; a folder that is given
+    // by itself is called as it is, and no folder above it is looked at.
+    folder.file("p.deb",
+                tests::packageOf({{"./Library/Themes/icons/com.apple.Maps.png", png(60)}}));
+    maps("Earth/dist");
+    const auto others = convert({folder / "p.deb", folder / "Earth/dist"}, "others");
+    ASSERT_TRUE(others) << toLine(others.error());
+    EXPECT_EQ(namesOf(*others), (std::vector<std::string>{"icons", "dist"}));
+}
+
 TEST_F(ConvertTest, whatIsThereStaysUnlessItMayBeReplaced) {
     maps("in/T.theme");
     folder.file("out/T.theme/old", "old");
