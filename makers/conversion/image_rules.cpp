@@ -86,7 +86,32 @@ std::vector<std::string> family(Draft& draft, std::string_view folder, std::stri
     return files;
 }
 
+// What other systems have among the toolkit's images goes to the home screen's, where that has
+// none.
+void moveFromToolkit(Draft& draft, const Row& row) {
+    const auto files = family(draft, kToolkit, row.base);
+    const bool isThere =
+        draft.has(std::string(row.target)) || !family(draft, row.folder, row.base).empty();
+    for (const std::string& file : files) {
+        if (isThere) {
+            draft.leaveOut(file, std::string(row.target) + " is taken before it", Repair::none);
+            continue;
+        }
+        draft.make(inFolder(row.folder, fileOf(file)), {.source = file,
+                                                        .why = "the image is looked for there",
+                                                        .repairs = {Repair::folderPlate}});
+        draft.take(file);
+    }
+    const std::string target(row.target);
+    if (!files.empty() && !isThere && !draft.has(target)) {
+        draft.make(target, Draft::copied(files.front(), Repair::imageName));
+    }
+}
+
 void makeRow(Draft& draft, const Row& row) {
+    if (row.folder == kHomeScreen) {
+        moveFromToolkit(draft, row);
+    }
     if (draft.has(std::string(row.target))) {
         return;
     }

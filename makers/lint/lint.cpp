@@ -53,6 +53,11 @@ bool isMended(const Finding& finding, const Plan& plan) {
             inFolder(folderOf(finding.file), pictureName(finding.file).base + ".png"));
     }
     const auto stays = plan.files.find(finding.file);
+    if (finding.code == "image-name" && std::ranges::any_of(plan.files, [&](const auto& made) {
+            return made.second.source == finding.file && made.first != finding.file;
+        })) {
+        return true;
+    }
     return finding.code == "icon-in-bundle" || finding.code == "settings-icon" ||
            stays == plan.files.end() || stays->second.source != finding.file ||
            stays->second.work != Work::copy;

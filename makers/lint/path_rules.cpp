@@ -87,7 +87,7 @@ class PathRules {
         if (desktop::firstInvalidUtf8(file)) {
             add("name-not-text", file);
         } else if (!isLeftOut(file) && !isIcon(file) && !isSettingsIcon(file) &&
-                   !isOtherCase(file)) {
+                   !isOtherCase(file) && !isKnownElsewhere(file)) {
             if (!theme_.answers.isOpened(file)) {
                 if (!isForPeople(file)) {
                     unopened(file);
@@ -164,6 +164,25 @@ class PathRules {
         }
         add("settings-icon", file, looksFor(found->second.first),
             "put a copy of it into " + found->second.first);
+        return true;
+    }
+
+    // A part of the home screen that an app may ask for here, and nothing else.
+    bool isKnownElsewhere(const std::string& file) {
+        const auto made = made_.find(file);
+        if (made == made_.end() || (made->second.second != Repair::folderPlate &&
+                                    made->second.second != Repair::imageName)) {
+            return false;
+        }
+        const bool isMoved = folderOf(made->second.first) != folderOf(file);
+        // One whose fixed name has a scale in it.
+        const bool isRenamed = pictureName(file).isPlain();
+        if (!isMoved && !isRenamed) {
+            return false;
+        }
+        const std::string_view code = isMoved ? "image-place" : "image-name";
+        add(code, file, std::string(codeNamed(code)->reason) + "; " + looksFor(made->second.first),
+            callIt(made->second.first));
         return true;
     }
 

@@ -169,6 +169,26 @@ TEST_F(ImageRules, theFoldersPlateMoves) {
     EXPECT_EQ(why(plan.leftOut, "Iconomatic/Folder.png"), "Velmoranth/Folder.png is there");
 }
 
+TEST_F(ImageRules, partsOfTheHomeScreenAmongTheToolkitsImagesGoWhereTheyAreLookedFor) {
+    const std::string home = "Bundles/com.apple.springboard/";
+    file("UIImages/SBDockBG@2x.png", png(60));
+    file("UIImages/SBBadgeBG.png", png(20));
+    file("UIImages/SBPageDot@2x.png", png(20));
+    file("UIImages/SBPageDot@3x.png", png(30));
+    file("UIImages/SBDockBGOther.png", png(10));
+    const Plan plan = converted();
+    EXPECT_EQ(names(), (Names{home + "SBBadgeBG.png", home + "SBDockBG@2x.png",
+                              home + "SBPageDot.png", home + "SBPageDot@2x.png",
+                              home + "SBPageDot@3x.png", "UIImages/SBDockBGOther.png"}));
+    EXPECT_EQ(made(home + "SBPageDot.png"), png(30));
+    EXPECT_EQ(plan.files.at(home + "SBBadgeBG.png").why, "the image is looked for there");
+    // What the theme has there stays.
+    file(home + "SBBadgeBG@3x.png", png(40));
+    EXPECT_EQ(why(converted().leftOut, "UIImages/SBBadgeBG.png"),
+              home + "SBBadgeBG.png is taken before it");
+    EXPECT_EQ(made(home + "SBBadgeBG.png"), png(40));
+}
+
 TEST_F(ImageRules, ofTwoIconsForOnePlaceOfTheSettingsTheLargerIsTakenAndTheOtherNamed) {
     file("Bundles/com.apple.preferences-framework/WiFi.png", png(29));
     file("Bundles/com.apple.preferences-ui-framework/WiFi.png", png(58, kGreen));
