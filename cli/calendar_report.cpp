@@ -1,11 +1,11 @@
 #include "cli/calendar_report.h"
 
-#include "cli/explanation.h"
 #include "cli/messages.h"
 #include "desktop/plist/property_lists.h"
 #include "desktop/text/fonts.h"
 #include "platform/foundation.h"
 
+#include "makers/conversion/calendar_list.h"
 #include "makers/conversion/repairs.h"
 #include "record/operations.h"
 #include "record/words.h"
@@ -177,10 +177,15 @@ std::string bareFinding(const DeviceOfRun& device, const AskedFile& file) {
     return finding;
 }
 
-// For what is missing.
-std::string cure() {
-    return fmt::format("velmoranth convert {}",
-                       makers::rowOf(makers::Repair::missingSettings).does);
+// What a conversion does about it; "" for what it leaves.
+std::string cureOf(CalendarFault fault) {
+    using enum makers::Repair;
+    const makers::Repair repair =
+        fault == CalendarFault::bare || fault == CalendarFault::textMissing ? missingSettings
+        : fault == CalendarFault::overlap                                   ? textPlace
+        : fault == CalendarFault::unmasked                                  ? calendarMask
+                                                                            : none;
+    return repair == none ? "" : fmt::format("; velmoranth convert {}", makers::rowOf(repair).does);
 }
 
 std::vector<CalendarFinding> findingsIn(const Dictionary& list, std::span<const Entry> entries) {
@@ -203,7 +208,40 @@ std::vector<CalendarFinding> findingsIn(const Dictionary& list, std::span<const 
                                 {}});
         }
     }
+    if (makers::writesDayAcrossWeekday(list)) {
+        findings.push_back({CalendarFault::overlap,
+                            fmt::format("{} has no TextYoffset, so the day is written across the "
+                                        "weekday",
+                                        kTexts.front().key),
+                            {}});
+    }
     return findings;
+}
+
+// About a mask that cuts other icons.
+std::optional<std::string> maskFinding(const DeviceOfRun& device, const AskedFile& list,
+                                       const AskedFile& mask) {
+    const auto contents = desktop::readPropertyList(*device.root, list.path);
+    const auto* const keys = contents ? contents->as<Dictionary>() : nullptr;
+    if (keys == nullptr || !makers::saysNothingOfMask(*keys)) {
+        return {};
+    }
+    return fmt::format(
+        "IB-MaskIcons is missing, so {} does not cut the calendar{}",
+        shown(mask.theme + "/" + mask.name),
+        mask.theme == list.theme ? cureOf(CalendarFault::unmasked) : "; add the key, yes or no");
+}
+
+// The theme's list that the icon was drawn by.
+std::optional<AskedFile> listOf(const record::Record& record) {
+    const std::span<const Entry> entries(record);
+    const auto read = readListIn(entries);
+    if (read == entries.end()) {
+        return {};
+    }
+    const std::vector<AskedFile> files = askedFiles(record);
+    const auto file = std::ranges::find(files, read->subject, &AskedFile::path);
+    return file == files.end() ? std::nullopt : std::optional(*file);
 }
 
 }  // namespace
@@ -212,14 +250,13 @@ std::vector<CalendarFinding> calendarFaults(const DeviceOfRun& device,
                                             const record::Record& record) {
     const std::span<const Entry> entries(record);
     const auto read = readListIn(entries);
-    if (read == entries.end()) {
-        return {};
+    const std::optional<AskedFile> file = listOf(record);
+    if (!file) {
+        return {};  // the device's own
     }
-    const std::vector<AskedFile> files = askedFiles(record);
-    const auto file = std::ranges::find(files, read->subject, &AskedFile::path);
-    const auto contents = desktop::readPropertyList(*device.root, read->subject);
-    if (file == files.end() || !contents) {
-        return {};  // the device's own, or it has changed meanwhile
+    const auto contents = desktop::readPropertyList(*device.root, file->path);
+    if (!contents) {
+        return {};  // it has changed meanwhile
     }
     // The icon is drawn for each place where it shows; once will do.
     const std::span<const Entry> rest(std::next(read), entries.end());
@@ -236,13 +273,15 @@ std::vector<CalendarFinding> calendarFaults(const DeviceOfRun& device,
     return findings;
 }
 
-std::vector<std::string> calendarFindings(const DeviceOfRun& device, const record::Record& record) {
+std::vector<std::string> calendarFindings(const DeviceOfRun& device, const record::Record& record,
+                                          const AskedFile* mask) {
     std::vector<std::string> lines;
     for (const CalendarFinding& finding : calendarFaults(device, record)) {
-        const bool isMissing =
-            finding.fault == CalendarFault::bare || finding.fault == CalendarFault::textMissing;
-        lines.push_back(shown(finding.file) + ": " + finding.text +
-                        (isMissing ? "; " + cure() : ""));
+        lines.push_back(shown(finding.file) + ": " + finding.text + cureOf(finding.fault));
+    }
+    const std::optional<AskedFile> list = mask == nullptr ? std::nullopt : listOf(record);
+    if (const auto finding = list ? maskFinding(device, *list, *mask) : std::nullopt) {
+        lines.push_back(shown(list->theme + "/" + list->name) + ": " + *finding);
     }
     return lines;
 }

@@ -73,6 +73,10 @@ std::string_view codeOf(CalendarFault fault) {
             return "calendar-missing";
         case CalendarFault::textMissing:
             return "calendar-text-missing";
+        case CalendarFault::overlap:
+            return "calendar-overlap";
+        case CalendarFault::unmasked:
+            return "calendar-unmasked";
         case CalendarFault::font:
             return "calendar-font";
         case CalendarFault::color:

@@ -98,6 +98,13 @@ bool isNamedFor(const AskedFile& file, const std::string& app) {
     return gistOf(file.name) == gistOf(app + ".png");
 }
 
+// Null for none.
+const AskedFile* maskInUse(const ThemeReport& report) {
+    const auto mask = std::ranges::find(report.effects, "mask", &Effect::name);
+    const bool shows = std::ranges::find(report.parts, "mask") != report.parts.end();
+    return shows && mask != report.effects.end() ? &mask->file : nullptr;
+}
+
 // Whether a theme has a picture for the app, and what is said about it else.
 Result<bool> askForIcon(const Investigation& investigation, const std::string& app,
                         AskedDevice& device, ThemeReport& report) {
@@ -106,7 +113,7 @@ Result<bool> askForIcon(const Investigation& investigation, const std::string& a
         return tl::unexpected(answer.error());
     }
     if (report.calendar.empty()) {
-        report.calendar = calendarFindings(investigation.device, answer->record);
+        report.calendar = calendarFindings(investigation.device, answer->record, maskInUse(report));
     }
     for (const AskedFile& file : triedFiles(answer->record)) {
         if (isNamedFor(file, app)) {

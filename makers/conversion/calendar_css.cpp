@@ -128,15 +128,15 @@ std::string percent(double alpha) {
 
 class Style {
   public:
-    explicit Style(StyledText& text) : text_(text) {}
+    Style(StyledText& text, const Dictionary& otherwise) : text_(text), otherwise_(otherwise) {}
 
     void apply(std::string_view property, std::string_view value) {
         if (property == "font-size") {
             number("FontSize", property, value);
         } else if (property == "margin-top") {
-            number("TextYoffset", property, value);
+            margin("TextYoffset", property, value);
         } else if (property == "margin-left") {
-            number("TextXoffset", property, value);
+            margin("TextXoffset", property, value);
         } else if (property == "font-family") {
             const auto names = split(value, ',');
             names.empty() ? lose(property, value) : set("FontName", std::string(names.front()));
@@ -162,6 +162,15 @@ class Style {
     void number(std::string_view key, std::string_view property, std::string_view value) {
         const auto points = length(value);
         points ? set(key, *points) : lose(property, value);
+    }
+
+    // From where the text stands without one.
+    void margin(std::string_view key, std::string_view property, std::string_view value) {
+        const auto points = length(value);
+        const std::string name(key);
+        const platform::PropertyList* const place = platform::objectForKey(otherwise_, name);
+        points ? set(key, *points + (place == nullptr ? 0 : platform::floatValue(place)))
+               : lose(property, value);
     }
 
     void color(std::string_view key, std::string_view property, std::string_view value) {
@@ -202,6 +211,7 @@ class Style {
     }
 
     StyledText& text_;
+    const Dictionary& otherwise_;
 };
 
 }  // namespace
@@ -230,7 +240,7 @@ StyledText styledText(std::string_view css, const Dictionary& otherwise) {
             text.settings.emplace(key, value);
         }
     }
-    Style style(text);
+    Style style(text, otherwise);
     for (const std::string_view rule : split(css, ';')) {
         const std::size_t colon = rule.find(':');
         const std::string property = lowerCase(trimmed(rule.substr(0, colon)));

@@ -24,7 +24,7 @@ struct StyledText {
 };
 
 // The settings that the style says, and for what it does not say those of `otherwise`; a shadow's
-// only when it says one.
+// only when it says one. Its margins count from where `otherwise` has the text.
 [[nodiscard]] StyledText styledText(std::string_view css, const platform::Dictionary& otherwise);
 
 }  // namespace velmoranth::makers

@@ -3,6 +3,7 @@
 #include "desktop/plist/property_lists.h"
 
 #include "makers/conversion/calendar_css.h"
+#include "makers/conversion/image_rules.h"
 #include "makers/conversion/names.h"
 #include "makers/conversion/plist_repair.h"
 
@@ -34,6 +35,9 @@ struct TextRow {
 constexpr std::array<TextRow, 2> kTexts{{{"CalendarIconDateSettings", "CalendarIconDateStyle"},
                                          {"CalendarIconDaySettings", "CalendarIconDayStyle"}}};
 
+constexpr const char* kTop = "TextYoffset";
+constexpr const char* kMaskWish = "IB-MaskIcons";
+
 struct Misspelt {
     const char* found;
     const char* key;
@@ -52,6 +56,11 @@ constexpr std::array<const char*, 14> kWithoutEffect{
     "ColorFilter",          "TintFilter",     "UndockedIconLabelStyle",
     "DockedIconLabelStyle", "customclockicon"};
 
+const Dictionary* settingsIn(const Dictionary& list, const char* key) {
+    const PropertyList* const value = platform::objectForKey(list, key);
+    return value == nullptr ? nullptr : value->as<Dictionary>();
+}
+
 // The list while it is gone over, and what is said of it.
 class CalendarList {
   public:
@@ -64,6 +73,8 @@ class CalendarList {
             text(row);
         }
         missing();
+        place();
+        mask();
         fuzzyIdentifiers();
         for (const char* const key : kWithoutEffect) {
             if (list_.contains(key)) {
@@ -95,8 +106,7 @@ class CalendarList {
     }
 
     [[nodiscard]] Dictionary installed(const char* key) const {
-        const PropertyList* const value = platform::objectForKey(calendar_, key);
-        const auto* const settings = value == nullptr ? nullptr : value->as<Dictionary>();
+        const Dictionary* const settings = settingsIn(calendar_, key);
         return settings == nullptr ? Dictionary() : *settings;
     }
 
@@ -173,6 +183,29 @@ class CalendarList {
         }
     }
 
+    void place() {
+        const char* const date = kTexts.front().settings;
+        const Dictionary usual = installed(date);
+        const PropertyList* const top = platform::objectForKey(usual, kTop);
+        if (top == nullptr || !writesDayAcrossWeekday(list_)) {
+            return;
+        }
+        Dictionary settings = *settingsIn(list_, date);
+        settings.insert_or_assign(kTop, *top);
+        list_.insert_or_assign(date, std::move(settings));
+        changed(std::string(date) + ": " + kTop +
+                    " as a device has it, so that the day stands below the weekday",
+                Repair::textPlace);
+    }
+
+    void mask() {
+        if (saysNothingOfMask(list_) && hasMask(draft_)) {
+            list_.insert_or_assign(kMaskWish, true);
+            changed(std::string(kMaskWish) + " is on, so that the theme's mask cuts the calendar",
+                    Repair::calendarMask);
+        }
+    }
+
     // Each an icon of its own, of the one that it has most parts in common with.
     void fuzzyIdentifiers() {
         const PropertyList* const value = platform::objectForKey(list_, "FuzzyBundleIdentifiers");
@@ -235,6 +268,22 @@ class CalendarList {
 };
 
 }  // namespace
+
+bool writesDayAcrossWeekday(const Dictionary& list) {
+    // Points: how high the boxes of the two are.
+    constexpr float kDateHeight = 30;
+    constexpr float kDayHeight = 12;
+    const Dictionary* const date = settingsIn(list, kTexts.front().settings);
+    const Dictionary* const day = settingsIn(list, kTexts.back().settings);
+    const PropertyList* const dayTop =
+        day == nullptr ? nullptr : platform::objectForKey(*day, kTop);
+    const float top = dayTop == nullptr ? 0 : platform::floatValue(dayTop);
+    return date != nullptr && !date->contains(kTop) && top > -kDayHeight && top < kDateHeight;
+}
+
+bool saysNothingOfMask(const Dictionary& list) {
+    return !list.contains(kMaskWish);
+}
 
 void makeCalendarList(Draft& draft, const Dictionary& calendar) {
     if (!draft.rest().contains(kList)) {

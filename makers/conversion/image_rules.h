@@ -28,6 +28,9 @@ struct FixedPicture {
 // a scale is there.
 void makeMasks(Draft& draft);
 
+// Whether icons are cut, once makeMasks() has gone over the theme.
+[[nodiscard]] bool hasMask(const Draft& draft);
+
 // The names that are looked for, of the largest picture where only others are there.
 void makeImages(Draft& draft);
 

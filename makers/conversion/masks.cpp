@@ -131,4 +131,10 @@ void makeMasks(Draft& draft) {
     }
 }
 
+bool hasMask(const Draft& draft) {
+    return std::ranges::any_of(kMaskFolders, [&](std::string_view folder) {
+        return draft.has(inFolder(folder, std::string(kBase) + ".png"));
+    });
+}
+
 }  // namespace velmoranth::makers

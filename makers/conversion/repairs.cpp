@@ -45,6 +45,8 @@ constexpr std::array kRepairs{
     RepairRow{Repair::styleSheet, "calendar-style-sheet", "makes the settings of it"},
     RepairRow{Repair::missingSettings, "calendar-missing calendar-text-missing",
               "fills in the settings that a device has"},
+    RepairRow{Repair::textPlace, "calendar-overlap", "puts the day where a device has it"},
+    RepairRow{Repair::calendarMask, "calendar-unmasked", "lets the mask cut the calendar too"},
 };
 
 bool hasWord(std::string_view words, std::string_view word) {

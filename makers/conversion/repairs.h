@@ -30,6 +30,8 @@ enum class Repair {
     color,            // a colour is written with six digits
     styleSheet,       // a style sheet becomes settings
     missingSettings,  // the settings of a calendar text are filled in
+    textPlace,        // the day of the month goes below the weekday
+    calendarMask,     // the theme's mask cuts the calendar's icon too
 };
 
 struct RepairRow {

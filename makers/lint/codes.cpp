@@ -98,6 +98,15 @@ constexpr std::array kCodes{
             "add the missing settings",
             "One of CalendarIconDateSettings and CalendarIconDaySettings is there. The text of the "
             "other stands at the top edge in the device's own font."},
+    CodeRow{"calendar-overlap", warning, "the day of the month is written across the weekday",
+            "add its TextYoffset",
+            "CalendarIconDateSettings without a TextYoffset begins at the icon's top edge, where "
+            "CalendarIconDaySettings has the weekday."},
+    CodeRow{"calendar-unmasked", warning, "the theme's mask does not cut the calendar's icon",
+            "add IB-MaskIcons, yes or no",
+            "The first active theme with an Info.plist decides whether the mask cuts the "
+            "calendar's icon, by its key IB-MaskIcons. Without it the calendar alone keeps the "
+            "corners of its file."},
     CodeRow{"calendar-font", warning, "a text of the calendar's icon is in another font",
             "name a font that the phone has, as in HelveticaNeue-Light",
             "Fonts are taken by their names from those that the phone has. A theme cannot bring "

@@ -75,7 +75,9 @@ void addPlanned(const Plan& plan, std::vector<Finding>& findings) {
         for (const Repair repair : made->second.repairs) {
             const std::string_view line = lines.substr(0, lines.find('\n'));
             lines.remove_prefix(std::min(lines.size(), line.size() + 1));
-            if (repair == Repair::styleSheet) {
+            if (repair == Repair::calendarMask) {
+                findings.push_back(finding("calendar-unmasked", kList));
+            } else if (repair == Repair::styleSheet) {
                 findings.push_back(
                     finding("calendar-style-sheet", kList,
                             std::string(line.substr(line.rfind(' ') + 1)) + " is not read"));

@@ -1,5 +1,6 @@
 // velmoranth lint, as a user runs it: a broken theme for each code, and themes in which nothing is
 // wrong.
+#include "tests/cli/lint_themes.h"
 #include "tests/cli/preview_fixture.h"
 #include "tests/support/archives/archive_writer.h"
 #include "tests/support/places.h"
@@ -19,39 +20,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string pictureOf(std::size_t width, std::size_t height, const std::vector<std::uint8_t>& pixel,
-                      std::size_t clearCorner = 0) {
-    std::vector<std::uint8_t> pixels;
-    for (std::size_t y = 0; y < height; ++y) {
-        for (std::size_t x = 0; x < width; ++x) {
-            const bool isClear = x < clearCorner && y < clearCorner;
-            const std::vector<std::uint8_t> clear(4, 0);
-            pixels.insert(pixels.end(), isClear ? clear.begin() : pixel.begin(),
-                          isClear ? clear.end() : pixel.end());
-        }
-    }
-    const auto png = desktop::encodePng(pixels, width, height, width * 4);
-    return {png.begin(), png.end()};
-}
-
-const std::string& icon() {
-    static const std::string kIcon = pictureOf(180, 180, {254, 0, 255, 255});
-    return kIcon;
-}
-
-std::string listOf(const std::string& contents) {
-    return "<?xml version=\"1.0\"?>\n<plist version=\"1.0\">\n<dict>" + contents +
-           "</dict>\n</plist>\n";
-}
-
-// A text of the calendar with this besides its font, or in its place.
-std::string textOf(const std::string& key, const std::string& more,
-                   const std::string& font = "<key>FontName</key><string>Helvetica</string>") {
-    return "<key>CalendarIcon" + key + "Settings</key><dict>" + font +
-           "<key>FontSize</key><real>9</real><key>TextColor</key><string>FF8000</string>" + more +
-           "</dict>";
-}
-
 const std::string kIcons = "IconBundles/";
 const std::string kHome = "Bundles/com.apple.springboard/";
 const std::string kMask = "Bundles/com.apple.mobileicons.framework/AppIconMask.png";
@@ -66,6 +34,7 @@ std::vector<Broken> brokenThemes() {
     const std::string maps = kIcons + "com.apple.Maps-large.png";
     const std::string gray = pictureOf(60, 60, {0, 0, 0, 255});
     const std::string white = pictureOf(60, 60, {255, 255, 255, 255});
+    const std::string mask = pictureOf(60, 60, {255, 255, 255, 255}, 40);
     const std::string gif = std::string(
         "GIF89a\x01\x00\x01\x00\x80\x00\x00\xFF\x00\xFF\x00\x00\x00"
         "\x2C\x00\x00\x00\x00\x01\x00\x01\x00\x00\x02\x02\x44\x01\x00\x3B",
@@ -78,6 +47,9 @@ std::vector<Broken> brokenThemes() {
         {{{"AnemoneEffects/iPhoneOverlay~ipad.png", icon()}},
          {"image-name AnemoneEffects/iPhoneOverlay~ipad.png"}},
         {{{"Iconomatic/Folder.png", icon()}}, {"image-place Iconomatic/Folder.png"}},
+        {{{"UIImages/SBBadgeBG.png", gray}}, {"image-place UIImages/SBBadgeBG.png"}},
+        {{{"UIImages/SBDockBG@2x.png", gray}}, {"image-place UIImages/SBDockBG@2x.png"}},
+        {{{kHome + "SBDockBG.png", gray}}, {"image-name " + kHome + "SBDockBG.png"}},
         {{{maps, ""}}, {"picture-empty " + maps}},
         {{{maps, icon().substr(0, icon().size() / 2)}}, {"picture-broken " + maps}},
         {{{kMask, white}}, {"mask-hides-everything " + kMask}},
@@ -127,6 +99,12 @@ std::vector<Broken> brokenThemes() {
                   textOf("Day", "", "<key>FontName</key><string>No Such Font</string>"))}},
          {"calendar-font Info.plist"}},
         {{{"Info.plist", listOf(both)}}, {}},
+        {{{"Info.plist", listOf("<key>CalendarIconDateSettings</key><dict><key>FontName</key>"
+                                "<string>Helvetica</string></dict>" +
+                                textOf("Day", ""))}},
+         {"calendar-overlap Info.plist"}},
+        {{{"Info.plist", listOf(both)}, {kMask, mask}}, {"calendar-unmasked Info.plist"}},
+        {{{"Info.plist", listOf(both + "<key>IB-MaskIcons</key><false/>")}, {kMask, mask}}, {}},
         {{{"Info.plist", listOf(textOf("Date", "<key>ShadowColor</key><string>#FF0000</string>") +
                                 textOf("Day", ""))}},
          {"calendar-color Info.plist"}},

@@ -1,5 +1,5 @@
 // What velmoranth preview says of the themes below the picture's line.
-#include "tests/cli/preview_fixture.h"
+#include "tests/cli/preview_report_fixture.h"
 
 #include <gtest/gtest.h>
 
@@ -14,35 +14,6 @@ namespace velmoranth::cli::preview_report_test {
 namespace {
 
 constexpr const char* kMask = "work/A/Bundles/com.apple.mobileicons.framework/AppIconMask.png";
-
-class PreviewReportTest : public PreviewTest {
-  protected:
-    // A picture of one colour, opaque unless the alpha says otherwise.
-    void picture(const std::string& name, Color color = kMagenta, std::uint8_t alpha = 255) const {
-        constexpr std::size_t kSide = 180;
-        std::vector<std::uint8_t> pixels;
-        const auto shown = [alpha](std::uint8_t value) {
-            return static_cast<std::uint8_t>(value * alpha / 255);
-        };
-        for (std::size_t i = 0; i < kSide * kSide; ++i) {
-            pixels.insert(pixels.end(),
-                          {shown(color.blue), shown(color.green), shown(color.red), alpha});
-        }
-        const auto png = desktop::encodePng(pixels, kSide, kSide, kSide * 4);
-        folder.file(name, std::string(png.begin(), png.end()));
-    }
-
-    // Standard error of a preview of the theme A.
-    [[nodiscard]] std::string report(std::vector<std::string> more = {}) const {
-        std::vector<std::string> words{"preview", "A"};
-        words.insert(words.end(), more.begin(), more.end());
-        const CommandResult result = runCommand(words, setting());
-        EXPECT_EQ(result.code, 0);
-        EXPECT_TRUE(result.output.starts_with("preview.png: ")) << result.output;
-        EXPECT_EQ(folder.names("tmp"), "");
-        return result.errors;
-    }
-};
 
 TEST_F(PreviewReportTest, CountsTheAppsAndNamesTheParts) {
     picture("work/A/IconBundles/com.apple.Preferences-large.png");
@@ -368,132 +339,6 @@ TEST_F(DeviceReportTest, ThemesBehindLinksCountAndThoseThatAreNotThereDoNot) {
     const std::string off = reportOfDevice();
     EXPECT_NE(off.find("so theming is off\n"), std::string::npos);
     EXPECT_EQ(std::ranges::count(off, '\n'), 1) << off;
-}
-
-// The lines about the calendar of a theme whose Info.plist says that.
-class CalendarReportTest : public PreviewReportTest {
-  protected:
-    [[nodiscard]] static std::string text(const std::string& key, const std::string& value) {
-        return "<key>" + key + "</key><string>" + value + "</string>";
-    }
-
-    [[nodiscard]] static std::string settings(const std::string& key, const std::string& contents) {
-        return "<key>" + key + "</key><dict>" + contents + "</dict>";
-    }
-
-    void list(const std::string& theme, const std::string& contents) const {
-        folder.file("work/" + theme + "/Info.plist",
-                    "<plist><dict>" + contents + "</dict></plist>");
-    }
-
-    // Behind the first line, which counts.
-    [[nodiscard]] std::string about(const std::string& contents,
-                                    const std::vector<std::string>& more = {}) const {
-        list("A", contents);
-        picture("work/A/IconBundles/com.apple.mobilecal-large.png");
-        const std::string all = report(more);
-        EXPECT_TRUE(all.starts_with("velmoranth: 1 of ")) << all;
-        return all.substr(all.find('\n') + 1);
-    }
-
-    const std::string font_ = text("FontName", "AvenirNext-Medium");
-    const std::string understood_ =
-        settings("CalendarIconDateSettings", font_) + settings("CalendarIconDaySettings", font_);
-};
-
-constexpr const char* kAbout = "velmoranth: A/Info.plist: ";
-
-TEST_F(CalendarReportTest, WhatIsUnderstoodIsNotTold) {
-    EXPECT_EQ(about(understood_), "");
-    EXPECT_EQ(about(settings("CalendarIconDateSettings", font_ + text("TextColor", " 0x1a2b3c ") +
-                                                             text("ShadowColor", "ffffff")) +
-                    settings("CalendarIconDaySettings",
-                             font_ + text("TextColor", "808080") + text("Other", "#1"))),
-              "");
-}
-
-TEST_F(CalendarReportTest, AFontThatTheDeviceLacksIsTold) {
-    const std::string odd = text("FontName", "NoSuchFont");
-    EXPECT_EQ(about(settings("CalendarIconDateSettings", odd) +
-                    settings("CalendarIconDaySettings", font_)),
-              std::string(kAbout) + "the date's font \"NoSuchFont\" is none of the device's\n");
-    EXPECT_EQ(about(settings("CalendarIconDateSettings", font_) +
-                    settings("CalendarIconDaySettings", odd)),
-              std::string(kAbout) + "the weekday's font \"NoSuchFont\" is none of the device's\n");
-    EXPECT_EQ(about(settings("CalendarIconDateSettings", font_) +
-                    settings("CalendarIconDaySettings", "")),
-              std::string(kAbout) +
-                  "CalendarIconDaySettings names no font, so the weekday is written in the "
-                  "device's own\n");
-}
-
-TEST_F(CalendarReportTest, AColorThatShowsAsAnotherOneIsTold) {
-    const auto line = [](const std::string& what, const std::string& shows) {
-        return std::string(kAbout) + what + " is not understood and shows as " + shows +
-               "; write six hexadecimal digits, as in FF8000\n";
-    };
-    const std::string good = text("TextColor", "FF0000");
-    EXPECT_EQ(
-        about(settings("CalendarIconDateSettings", font_ + text("TextColor", "#FF0000")) +
-              settings("CalendarIconDaySettings", font_ + good + text("ShadowColor", "white"))),
-        line("the date's TextColor \"#FF0000\"", "#808080") +
-            line("the weekday's ShadowColor \"white\"", "#808080"));
-    // The other way round, and one of whose letters only the A counts.
-    EXPECT_EQ(
-        about(settings("CalendarIconDateSettings", font_ + good + text("ShadowColor", "12345")) +
-              settings("CalendarIconDaySettings", font_ + text("TextColor", "Orange"))),
-        line("the date's ShadowColor \"12345\"", "#808080") +
-            line("the weekday's TextColor \"Orange\"", "#000A00"));
-}
-
-TEST_F(CalendarReportTest, AValueOfAWrongKindIsTold) {
-    EXPECT_EQ(
-        about(settings("CalendarIconDateSettings", font_ + "<key>TextColor</key><integer>112233"
-                                                           "</integer>") +
-              settings("CalendarIconDaySettings", font_ + "<key>FontSize</key><array/>")),
-        std::string(kAbout) +
-            "TextColor in CalendarIconDateSettings is no string and counts as missing\n" + kAbout +
-            "FontSize in CalendarIconDaySettings is no number and counts as missing\n");
-    EXPECT_EQ(about(settings("CalendarIconDateSettings", font_) +
-                    text("CalendarIconDaySettings", "FF0000")),
-              std::string(kAbout) +
-                  "CalendarIconDaySettings in the property list is no dictionary and counts as "
-                  "missing\n");
-}
-
-TEST_F(CalendarReportTest, ASizeThatNothingIsDrawnInIsTold) {
-    const auto lines = [&](const std::string& date, const std::string& day) {
-        return about(settings("CalendarIconDateSettings", font_ + "<key>FontSize</key>" + date) +
-                     settings("CalendarIconDaySettings", font_ + "<key>FontSize</key>" + day));
-    };
-    EXPECT_EQ(lines("<real>0.5</real>", "<string>12</string>"), "");
-    EXPECT_EQ(lines("<integer>0</integer>", "<string>big</string>"),
-              std::string(kAbout) + "the date's FontSize 0 is drawn in 14 points\n" + kAbout +
-                  "the weekday's FontSize \"big\" is drawn in 14 points\n");
-}
-
-TEST_F(CalendarReportTest, ATextThatNothingIsSaidAboutIsToldWithTheCure) {
-    const std::string cure = "; velmoranth convert fills in the settings that a device has";
-    EXPECT_EQ(about(settings("CalendarIconDateSettings", font_)),
-              std::string(kAbout) +
-                  "CalendarIconDaySettings is missing, so the weekday stands at the icon's top "
-                  "edge in the device's own font" +
-                  cure + "\n");
-    const std::string bare = std::string(kAbout) +
-                             "there is nothing about the calendar in it, so the texts stand at the "
-                             "icon's top edge in the device's own font";
-    EXPECT_EQ(about(text("Name", "A")), bare + cure + "\n");
-    // The list of the theme below has what this one lacks.
-    list("B", text("Name", "B"));
-    EXPECT_EQ(about(text("Name", "A"), {"B"}), bare + cure + "\n");
-    list("C", understood_);
-    EXPECT_EQ(about(text("Name", "A"), {"B", "C"}),
-              bare + "; what C/Info.plist says is not read" + cure + "\n");
-}
-
-TEST_F(CalendarReportTest, AThemeWithoutAListHasTheDevicesOwn) {
-    picture("work/A/IconBundles/com.apple.mobilecal-large.png");
-    EXPECT_EQ(std::ranges::count(report(), '\n'), 1);
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // Info.plist: the calendar's texts, and what else it may say.
 #include "tests/makers/conversion/theme_fixture.h"
 
+#include <optional>
+
 namespace velmoranth::makers::calendar_list_test {
 namespace {
 
@@ -9,6 +11,8 @@ using platform::PropertyList;
 
 constexpr const char* kDate = "CalendarIconDateSettings";
 constexpr const char* kDay = "CalendarIconDaySettings";
+// Where the day of the month stands.
+const std::string kPlaced = "<key>TextYoffset</key><integer>31</integer>";
 // What is said of a list with neither.
 constexpr const char* kFilledIn =
     "\nCalendarIconDateSettings as a device has it\nCalendarIconDaySettings as a device has it";
@@ -46,7 +50,7 @@ class CalendarLists : public ThemeTest {
 
 TEST_F(CalendarLists, aListThatSaysAllStaysByteForByte) {
     background();
-    list(dictionary(kDate, text("TextColor", "FF0000")) + dictionary(kDay) +
+    list(dictionary(kDate, text("TextColor", "FF0000") + kPlaced) + dictionary(kDay) +
          "<key>IB-MaskIcons</key><false/>");
     EXPECT_TRUE(converted().files.at("Info.plist").why.empty());
     EXPECT_EQ(made("Info.plist"), folder.contents("in/T.theme/Info.plist"));
@@ -68,14 +72,14 @@ TEST_F(CalendarLists, aListWithoutTextsGetsTheInstalledOnes) {
 }
 
 TEST_F(CalendarLists, aMissingTextIsTheInstalledOneButNoMissingKeyIs) {
-    list(dictionary(kDate, "<key>FontSize</key><integer>0</integer>"));
+    list(dictionary(kDate, "<key>FontSize</key><integer>0</integer>" + kPlaced));
     converted();
-    EXPECT_EQ(settings(kDate), (Dictionary{{"FontSize", 0}}));
+    EXPECT_EQ(settings(kDate), (Dictionary{{"FontSize", 0}, {"TextYoffset", 31}}));
     EXPECT_EQ(PropertyList(settings(kDay)), *platform::objectForKey(calendar(), kDay));
 }
 
 TEST_F(CalendarLists, misspeltKeysAndColoursOfStyleSheetsArePutRight) {
-    list(dictionary(kDate, text("Font", "Helvetica") + text("TextColor", "#ffd6d6") +
+    list(dictionary(kDate, text("Font", "Helvetica") + text("TextColor", "#ffd6d6") + kPlaced +
                                "<key>ShadowYOffset</key><real>2</real>" +
                                text("ShadowColor", "rgba(255, 128,0,.5)")) +
          dictionary(kDay, text("Font", "Wrong") + text("FontName", "Right") +
@@ -83,6 +87,7 @@ TEST_F(CalendarLists, misspeltKeysAndColoursOfStyleSheetsArePutRight) {
     const Plan plan = converted();
     EXPECT_EQ(settings(kDate), (Dictionary{{"FontName", "Helvetica"},
                                            {"TextColor", "FFD6D6"},
+                                           {"TextYoffset", 31},
                                            {"ShadowYoffset", 2.0},
                                            {"ShadowColor", "FF8000"}}));
     EXPECT_EQ(settings(kDay), (Dictionary{{"FontName", "Right"}, {"TextColor", "#12"}}));
@@ -111,7 +116,7 @@ TEST_F(CalendarLists, styleSheetsBecomeSettings) {
     EXPECT_EQ(settings(kDate), (Dictionary{{"FontName", "Avenir Next"},
                                            {"FontSize", 40.0},
                                            {"TextColor", "11AAFF"},
-                                           {"TextYoffset", -3.0},
+                                           {"TextYoffset", 17.0},
                                            {"ShadowXoffset", 0.0},
                                            {"ShadowYoffset", 1.0},
                                            {"ShadowBlurRadius", 2.5},
@@ -127,8 +132,67 @@ TEST_F(CalendarLists, styleSheetsBecomeSettings) {
     EXPECT_TRUE(madeList().contains("CalendarIconDateStyle"));
 }
 
+TEST_F(CalendarLists, marginsCountFromWhereADeviceHasTheText) {
+    list(text("CalendarIconDateStyle", "margin-top: 4px; margin-left: 2px") +
+         text("CalendarIconDayStyle", "margin-top: 5.5px"));
+    converted();
+    EXPECT_EQ(settings(kDate).at("TextYoffset"), PropertyList(24.0));
+    EXPECT_EQ(settings(kDate).at("TextXoffset"), PropertyList(2.0));
+    // The installed one says nothing of it, so that it is at the top.
+    EXPECT_EQ(settings(kDay).at("TextYoffset"), PropertyList(5.5));
+}
+
+TEST_F(CalendarLists, aDayThatWouldLieAcrossTheWeekdayGetsItsPlace) {
+    struct Row {
+        std::string date, day;
+        std::optional<PropertyList> top;
+    };
+
+    const auto at = [](const char* points) {
+        return "<key>TextYoffset</key><real>" + std::string(points) + "</real>";
+    };
+    const std::optional<PropertyList> none;
+    for (const Row& row :
+         {Row{"", "", PropertyList(20)}, Row{"", at("29.5"), PropertyList(20)},
+          Row{"", at("-11.5"), PropertyList(20)}, Row{"", at("30"), none}, Row{"", at("-12"), none},
+          // What the theme says holds, also when it is the top.
+          Row{at("0"), "", PropertyList(0.0)}}) {
+        list(dictionary(kDate, row.date) + dictionary(kDay, row.day));
+        const Plan plan = converted();
+        const Dictionary date = settings(kDate);
+        const PropertyList* const top = platform::objectForKey(date, "TextYoffset");
+        EXPECT_EQ(top == nullptr ? none : std::optional(*top), row.top) << row.date << row.day;
+        EXPECT_EQ(plan.files.at("Info.plist").why,
+                  row.top == PropertyList(20)
+                      ? "CalendarIconDateSettings: TextYoffset as a device has it, so that the day "
+                        "stands below the weekday"
+                      : "")
+            << row.date << row.day;
+    }
+}
+
+TEST_F(CalendarLists, theThemesMaskCutsTheCalendarUnlessTheListSaysNo) {
+    const std::string texts = dictionary(kDate, kPlaced) + dictionary(kDay);
+    list(texts);
+    EXPECT_TRUE(converted().changesNothing());
+    for (const std::string place :
+         {"Bundles/com.apple.mobileicons.framework/", "com.apple.mobileicons.framework/"}) {
+        std::filesystem::remove_all(folder / "in");
+        file(place + "AppIconMask@2x.png", png(60, 60, kBlack, kClear));
+        list(texts);
+        const Plan plan = converted();
+        EXPECT_EQ(madeList().at("IB-MaskIcons"), PropertyList(true)) << place;
+        EXPECT_EQ(plan.files.at("Info.plist").why,
+                  "IB-MaskIcons is on, so that the theme's mask cuts the calendar");
+        list(texts + "<key>IB-MaskIcons</key><false/>");
+        converted();
+        EXPECT_EQ(madeList().at("IB-MaskIcons"), PropertyList(false)) << place;
+    }
+}
+
 TEST_F(CalendarLists, settingsGoBeforeStyleSheets) {
-    list(text("CalendarIconDateStyle", "color: red") + dictionary(kDate) + dictionary(kDay));
+    list(text("CalendarIconDateStyle", "color: red") + dictionary(kDate, kPlaced) +
+         dictionary(kDay));
     EXPECT_TRUE(converted().changesNothing());
 }
 
@@ -171,7 +235,8 @@ TEST_F(CalendarLists, aListThatDoesNotParseIsRepairedWhereOneChangeDoesIt) {
         EXPECT_EQ(madeList().at("PackageName"), PropertyList("P"));
     }
     // A key's whole text stays, whatever marks it has.
-    list(text("PackageName", "\xE2\x80\x9CP\xE2\x80\x9D") + dictionary(kDate) + dictionary(kDay));
+    list(text("PackageName", "\xE2\x80\x9CP\xE2\x80\x9D") + dictionary(kDate, kPlaced) +
+         dictionary(kDay));
     EXPECT_TRUE(converted().changesNothing());
 }
 

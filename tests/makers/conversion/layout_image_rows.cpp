@@ -196,10 +196,10 @@ std::vector<LayoutRow> listRows() {
     const std::string both = listOf(datesEntry() + daysEntry());
     const std::string style =
         textEntry("CalendarIconDateStyle",
-                  "font-family: HelveticaNeue-Bold; font-size: 30px; margin-top: 14px; color: "
+                  "font-family: HelveticaNeue-Bold; font-size: 30px; margin-top: -6px; color: "
                   "#00ff00") +
         textEntry("CalendarIconDayStyle",
-                  "font-family: HelveticaNeue; font-size: 10px; margin-top: 40px; color: "
+                  "font-family: HelveticaNeue; font-size: 10px; margin-top: 34px; color: "
                   "rgb(255, 255, 0)");
     const std::string misspelt =
         dictionaryEntry("CalendarIconDateSettings",
@@ -252,9 +252,9 @@ std::vector<LayoutRow> listRows() {
         std::move(tail),
         listRow("4 a list that does not parse",
                 "{ CalendarIconDateSettings = { TextColor = \xE2\x80\x9C"
-                "00FF00\xE2\x80\x9D; }; "
+                "00FF00\xE2\x80\x9D; TextYoffset = 14; }; "
                 "CalendarIconDaySettings = { TextColor = \"FFFF00\"; }; }",
-                "{ CalendarIconDateSettings = { TextColor = \"00FF00\"; }; "
+                "{ CalendarIconDateSettings = { TextColor = \"00FF00\"; TextYoffset = 14; }; "
                 "CalendarIconDaySettings = { TextColor = \"FFFF00\"; }; }"),
     };
 }
