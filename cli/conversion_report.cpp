@@ -49,9 +49,14 @@ std::string madeText(const std::string& name, const MadeFile& file) {
 std::string themeText(const ConvertedTheme& theme, const Conversion& conversion) {
     const Plan& plan = theme.plan;
     const std::size_t made = madeIn(plan);
-    std::string text = fmt::format("{} from {}: {}", shown(conversion.output + "/" + theme.name),
-                                   shown(placeOf(theme)), counted(plan.files.size(), "file"));
-    text += plan.changesNothing()
+    std::string text =
+        theme.isEmpty()
+            ? fmt::format("no theme from {}", shown(placeOf(theme)))
+            : fmt::format("{} from {}: {}", shown(conversion.output + "/" + theme.name),
+                          shown(placeOf(theme)), counted(plan.files.size(), "file"));
+    text += theme.isEmpty() ? fmt::format(": nothing of it shows, {} left out\n",
+                                          counted(plan.leftOut.size(), "file"))
+            : plan.changesNothing()
                 ? ", nothing to change\n"
                 : fmt::format(", {} made or changed, {} left out\n", made, plan.leftOut.size());
     text += replacedText(theme.replaced, !conversion.isDryRun);

@@ -77,11 +77,12 @@ ExitCode runConvert(const Arguments& arguments) {
         return fail(ExitCode::badInput, withNearPath(themes.error(), conversion->inputs));
     }
     print(arguments.has("--json") ? jsonOf(*themes, *conversion) : textOf(*themes, *conversion));
-    return ExitCode::done;
+    return makers::hasEmptyInput(*themes) ? ExitCode::nothingFound : ExitCode::done;
 }
 
 std::string exitHelp() {
-    return "exit codes:\n  0 done, 2 wrong usage, 3 an input that is none or cannot be read, or "
+    return "exit codes:\n  0 done, 1 an input of which nothing comes along, 2 wrong usage, 3 an "
+           "input that is none or cannot be read, or "
            "nowhere to write,\n  130 interrupted\n";
 }
 

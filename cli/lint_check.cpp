@@ -4,6 +4,7 @@
 #include "cli/sound_events.h"
 #include "simulator/screens/question_rows.h"
 
+#include "makers/conversion/followed_links.h"
 #include "makers/conversion/plan.h"
 #include "makers/lint/judged_pictures.h"
 #include "makers/lint/requests.h"
@@ -71,6 +72,7 @@ bool hasSeveralNames(const Question& question) {
 
 class Check {
   public:
+    // `theme` has its links followed.
     Check(const makers::FoundTheme& theme, const DeviceOfRun& device, LintDevices& devices)
         : theme_(theme), device_(device), devices_(devices), parts_(parts()) {
         answers_.devices = devices_.devices();
@@ -138,11 +140,11 @@ class Check {
     }
 
     // Before askBehind(), which takes files away.
-    Result<std::vector<Finding>> observe() {
+    Result<std::vector<Finding>> observe(const makers::Plan& plan) {
         std::vector<Finding> findings = soundFindings(theme_, answers_);
-        for (auto observed :
-             {maskFindings(devices_, answers_), calendarFindingsOf(devices_, device_, answers_),
-              sharedNameFindings(devices_, theme_, answers_)}) {
+        for (auto observed : {maskFindings(devices_, answers_, theme_, plan),
+                              calendarFindingsOf(devices_, device_, answers_),
+                              sharedNameFindings(devices_, theme_, answers_)}) {
             if (!observed) {
                 return observed;
             }
@@ -241,30 +243,34 @@ Result<std::vector<Finding>> checkTheme(const makers::FoundTheme& theme,
     for (const auto& [name, picture] : judged) {
         pictures.know(name, picture.facts);
     }
-    const makers::Plan plan = makers::planTheme(theme, pictures, calendar);
+    const makers::SplitTheme split = makers::splitTheme(theme);
+    const makers::Plan plan = makers::planTheme(split.own, pictures, calendar);
+    const makers::FollowedTheme followed = makers::followLinks(theme);
     if (auto laid = layOut(*device, theme, judged); !laid) {
         return tl::unexpected(std::move(laid.error()));
     }
     started.get();
     progress.show("asking devices about " + theme.name);
-    Check check(theme, *device, devices);
+    Check check(followed.theme, *device, devices);
     if (auto asked = check.ask(); !asked) {
         return tl::unexpected(std::move(asked.error()));
     }
-    auto findings = check.observe();
+    auto findings = check.observe(plan);
     if (!findings) {
         return findings;
     }
     if (auto asked = check.askBehind(); !asked) {
         return tl::unexpected(std::move(asked.error()));
     }
-    std::ranges::move(makers::findingsIn({.theme = theme,
+    std::ranges::move(makers::findingsIn({.theme = followed.theme,
+                                          .links = followed.links,
+                                          .nested = split.nested,
                                           .pictures = judged,
                                           .plan = plan,
                                           .answers = check.answers(),
                                           .answersBehind = check.behind()}),
                       std::back_inserter(*findings));
-    makers::markMended(*findings, plan);
+    makers::markConverted(*findings, plan);
     makers::sortFindings(*findings);
     return findings;
 }

@@ -94,10 +94,15 @@ class Files {
         return {};
     }
 
-    Result<void> writeLink(const std::string& name, const std::string& source) {
+    // The device has the theme under another name.
+    Result<void> writeLink(const std::string& name, const makers::FoundTheme& theme) {
         std::error_code error;
-        const fs::path end = fs::read_symlink(source, error);
+        std::string end = fs::read_symlink(theme.folder + "/" + name, error);
         if (!error) {
+            const std::string place = std::string(kThemesFolder) + theme.name + "/";
+            if (end.starts_with(place)) {
+                end = std::string(kThemesFolder) + kLintedTheme + "/" + end.substr(place.size());
+            }
             fs::create_symlink(end, pathOf(name), error);
         }
         // What is no link, or leads nowhere that can be said, is missing on the device too.
@@ -131,6 +136,9 @@ Result<void> layOutIn(const std::string& folder, const makers::FoundTheme& theme
     const platform::Data pixel = opaquePicture(1);
     const platform::Data nothing;
     for (const makers::ThemeFile& file : theme.files) {
+        if (::access((theme.folder + "/" + file.name).c_str(), R_OK) != 0) {
+            continue;  // a device does not open it either
+        }
         Result<void> written;
         const auto picture = pictures.find(file.name);
         if (isTaken(file.name)) {
@@ -147,7 +155,7 @@ Result<void> layOutIn(const std::string& folder, const makers::FoundTheme& theme
         }
     }
     for (const makers::LeftOut& link : theme.leftOut) {
-        if (auto written = files.writeLink(link.name, theme.folder + "/" + link.name); !written) {
+        if (auto written = files.writeLink(link.name, theme); !written) {
             return written;
         }
     }

@@ -6,7 +6,9 @@
 #include "desktop/files/device_root.h"
 
 #include "makers/conversion/icon_rules.h"
+#include "makers/conversion/image_rules.h"
 #include "makers/conversion/pictures.h"
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -48,6 +50,16 @@ std::pair<std::uint8_t, std::uint8_t> alphaExtremes(
     return {least, greatest};
 }
 
+Finding hidesEverything(const std::string& file) {
+    return finding("mask-hides-everything", file,
+                   "it hides everything: where it is light the icon is hidden");
+}
+
+Finding hidesNothing(const std::string& file) {
+    return finding("mask-hides-nothing", file,
+                   "it hides nothing: it is dark all over, and its transparency does not count");
+}
+
 std::optional<Finding> verdictOnMask(const std::string& file, const simulator::Answer& answer) {
     const auto [least, greatest] = alphaExtremes(answer.picture);
     if (!answer.picture) {
@@ -55,16 +67,20 @@ std::optional<Finding> verdictOnMask(const std::string& file, const simulator::A
                        "nothing comes of an icon that is cut out by it",
                        "write it with 8 bits a channel, black where icons show");
     }
-    if (greatest == 0) {
-        return finding("mask-hides-everything", file,
-                       "it hides everything: where it is light the icon is hidden");
+    return greatest == 0  ? std::optional(hidesEverything(file))
+           : least == 255 ? std::optional(hidesNothing(file))
+                          : std::nullopt;
+}
+
+// Of a mask that no device opens as it is called now, or that hides something.
+Finding verdictBySamples(const std::string& file, const std::string& path) {
+    const auto bytes = makers::readWhole(path);
+    const auto samples = bytes ? makers::firstSamplesOf(*bytes) : std::nullopt;
+    if (samples && samples->greatest == 0) {
+        return hidesNothing(file);
     }
-    if (least == 255) {
-        return finding(
-            "mask-hides-nothing", file,
-            "it hides nothing: it is dark all over, and its transparency does not count");
-    }
-    return std::nullopt;
+    return samples && samples->least == UINT8_MAX ? hidesEverything(file)
+                                                  : finding("mask-alpha", file);
 }
 
 std::string_view codeOf(CalendarFault fault) {
@@ -130,7 +146,8 @@ std::map<std::string, std::vector<Named>> namedImages(const Answers& answers) {
 
 }  // namespace
 
-Observed maskFindings(LintDevices& devices, const Answers& answers) {
+Observed maskFindings(LintDevices& devices, const Answers& answers, const makers::FoundTheme& theme,
+                      const makers::Plan& plan) {
     std::vector<Finding> findings;
     std::set<std::string> judged;
     for (const AskedRequest* const asked : answers.about({"mask", "", ""})) {
@@ -146,6 +163,14 @@ Observed maskFindings(LintDevices& devices, const Answers& answers) {
         }
         if (auto found = verdictOnMask(mask->name, *answer)) {
             findings.push_back(std::move(*found));
+        } else {
+            judged.erase(mask->name);
+        }
+    }
+    for (const auto& [target, made] : plan.files) {
+        if (made.work == makers::Work::mask && target == made.origin() &&
+            !judged.contains(target)) {
+            findings.push_back(verdictBySamples(target, theme.folder + "/" + made.source));
         }
     }
     return findings;
@@ -176,8 +201,10 @@ std::vector<Finding> soundFindings(const makers::FoundTheme& theme, const Answer
     std::vector<Finding> findings;
     const auto root = desktop::DeviceRoot::open(theme.folder);
     for (const makers::ThemeFile& file : theme.files) {
-        if (!root || !file.name.starts_with(kSounds) || !answers.isOpened(file.name) ||
-            !desktop::canDecodeSounds()) {
+        // One that cannot be read is told of as every file is.
+        const bool isReadable = ::access((theme.folder + "/" + file.name).c_str(), R_OK) == 0;
+        if (!isReadable || !root || !file.name.starts_with(kSounds) ||
+            !answers.isOpened(file.name) || !desktop::canDecodeSounds()) {
             continue;
         }
         if (const std::string problem = soundProblem(**root, file.name); !problem.empty()) {

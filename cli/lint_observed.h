@@ -15,8 +15,10 @@ namespace velmoranth::cli {
 
 using Observed = desktop::Result<std::vector<makers::Finding>>;
 
-// An opaque icon is cut out with each mask that the devices have asked for.
-[[nodiscard]] Observed maskFindings(LintDevices& devices, const makers::Answers& answers);
+// An opaque icon is cut out with each mask that the devices have asked for. Of the others that a
+// conversion makes anew the samples are looked at.
+[[nodiscard]] Observed maskFindings(LintDevices& devices, const makers::Answers& answers,
+                                    const makers::FoundTheme& theme, const makers::Plan& plan);
 
 // The calendar's icon is drawn, when the theme says how.
 [[nodiscard]] Observed calendarFindingsOf(LintDevices& devices, const DeviceOfRun& device,

@@ -64,20 +64,28 @@ std::string findingsText(const CheckedTheme& theme, bool all) {
 }
 
 std::string advice(const CheckedTheme& theme) {
-    const auto mended =
-        static_cast<std::size_t>(std::ranges::count_if(theme.findings, &Finding::isMended));
-    if (mended == 0) {
+    const auto mended = std::ranges::count_if(theme.findings, &Finding::isMended);
+    const auto leftOut = std::ranges::count_if(theme.findings, &Finding::isLeftOut);
+    if (mended + leftOut == 0) {
         return {};
     }
-    return fmt::format("velmoranth convert {} -o FOLDER mends {} of these\n", forShell(theme.input),
-                       mended);
+    const std::string does =
+        mended == 0    ? fmt::format("leaves out {} of these", leftOut)
+        : leftOut == 0 ? fmt::format("mends {} of these", mended)
+                       : fmt::format("mends {} of these and leaves out {}", mended, leftOut);
+    return fmt::format("velmoranth convert {} -o FOLDER {}\n", forShell(theme.input), does);
 }
 
 Json jsonOf(const Finding& finding) {
-    Json json{{"code", finding.code}, {"severity", makers::wordOf(finding.row().severity)},
-              {"file", finding.file}, {"reason", finding.reason},
-              {"fix", nullptr},       {"line", nullptr},
-              {"column", nullptr},    {"isMendedByConvert", finding.isMended}};
+    Json json{{"code", finding.code},
+              {"severity", makers::wordOf(finding.row().severity)},
+              {"file", finding.file},
+              {"reason", finding.reason},
+              {"fix", nullptr},
+              {"line", nullptr},
+              {"column", nullptr},
+              {"isMendedByConvert", finding.isMended},
+              {"isLeftOutByConvert", finding.isLeftOut}};
     if (!finding.fix.empty()) {
         json["fix"] = finding.fix;
     }

@@ -225,7 +225,7 @@ class CalendarList {
             }
             if (const std::string source = nearestIcon(*identifier); !source.empty()) {
                 MadeFile made = draft_.made(source);
-                made.repairs.clear();
+                made.repairs = {Repair::similarIcon};
                 made.why = "FuzzyBundleIdentifiers names it, and " + source + " resembles it";
                 draft_.make(target, std::move(made));
             } else {

@@ -2,13 +2,17 @@
 
 #include "desktop/plist/text_encoding.h"
 
+#include "makers/conversion/followed_links.h"
 #include "makers/conversion/names.h"
 #include "makers/conversion/written_themes.h"
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstddef>
 #include <filesystem>
+#include <map>
 #include <set>
 #include <system_error>
 #include <utility>
@@ -115,13 +119,18 @@ class Converter {
                 plan(input, theme);
             }
         }
+        bool isAllEmpty = true;
         for (auto& [theme, found] : planned_) {
+            if (theme.isEmpty()) {
+                continue;
+            }
+            isAllEmpty = false;
             if (auto checked = checkPlace(theme.name); !checked) {
                 return tl::unexpected(std::move(checked.error()));
             }
             theme.replaced = filesReplacedAt(inFolder(conversion_.output, theme.name));
         }
-        if (!conversion_.isDryRun) {
+        if (!conversion_.isDryRun && !isAllEmpty) {
             if (auto written = write(); !written) {
                 return tl::unexpected(std::move(written.error()));
             }
@@ -191,6 +200,9 @@ class Converter {
         }
         std::size_t count = 0;
         for (const auto& [theme, found] : planned_) {
+            if (theme.isEmpty()) {
+                continue;
+            }
             auto done = written->write(theme.name, found->folder, theme.plan,
                                        [&] { conversion_.written(++count, all); });
             if (!done) {
@@ -212,11 +224,20 @@ Result<std::vector<ConvertedTheme>> convertThemes(const Conversion& conversion) 
     return Converter(conversion).convert();
 }
 
+bool hasEmptyInput(const std::vector<ConvertedTheme>& themes) {
+    return std::ranges::any_of(themes, [&](const ConvertedTheme& empty) {
+        return std::ranges::all_of(themes, [&](const ConvertedTheme& theme) {
+            return theme.input != empty.input || theme.isEmpty();
+        });
+    });
+}
+
 HiddenPictures hiddenPictures(const FoundTheme& theme) {
     Pictures pictures;
-    const Plan plan = planTheme(theme, pictures, {});
+    const SplitTheme split = splitTheme(theme);
+    const Plan plan = planTheme(split.own, pictures, {});
     std::set<std::string> names;
-    for (const ThemeFile& file : theme.files) {
+    for (const ThemeFile& file : followLinks(split.own).theme.files) {
         names.insert(file.name);
     }
     HiddenPictures hidden;
@@ -227,9 +248,18 @@ HiddenPictures hiddenPictures(const FoundTheme& theme) {
             return names.contains(target.substr(0, end) + scale + target.substr(end));
         });
     };
+    // One picture may come to show in several places; as an icon before others.
+    std::map<std::string, bool> isIcon;
     for (const auto& [target, file] : plan.files) {
-        if (!names.contains(target) && !isFoundWithScale(target)) {
-            ++(target.starts_with("IconBundles/") ? hidden.icons : hidden.others);
+        const bool isOfOther = std::ranges::find(file.repairs, Repair::similarIcon) !=
+                               file.repairs.end();  // which shows itself
+        if (!isOfOther && !names.contains(target) && !isFoundWithScale(target)) {
+            isIcon[file.origin()] |= target.starts_with("IconBundles/");
+        }
+    }
+    for (const auto& [file, is] : isIcon) {
+        if (::access((theme.folder + "/" + file).c_str(), R_OK) == 0 || errno != EACCES) {
+            ++(is ? hidden.icons : hidden.others);
         }
     }
     return hidden;

@@ -38,7 +38,13 @@ struct ConvertedTheme {
     Plan plan;
     // How many files the folder has that it takes the place of; nothing when there is none.
     std::optional<std::size_t> replaced = {};
+
+    // Nothing of it comes along, so that it gets no folder.
+    [[nodiscard]] bool isEmpty() const { return plan.files.empty(); }
 };
+
+// Whether nothing of one of the inputs, or of several, has become a theme.
+[[nodiscard]] bool hasEmptyInput(const std::vector<ConvertedTheme>& themes);
 
 // All themes are written beside their places first and then put into them, so that one is there as
 // a whole or not at all. Nothing is written when anything is wrong with an input, when the output
@@ -47,8 +53,8 @@ struct ConvertedTheme {
 [[nodiscard]] desktop::Result<std::vector<ConvertedTheme>> convertThemes(
     const Conversion& conversion);
 
-// How many pictures convertThemes would make of what lies under names that nothing looks for; by
-// the names alone.
+// Of how many pictures, lying under names that nothing looks for, convertThemes would make some
+// that show; by their names alone, and whether they can be read.
 struct HiddenPictures {
     std::size_t icons = 0;
     std::size_t others = 0;

@@ -254,6 +254,33 @@ Result<FoundTheme> themeAsGiven(const std::string& folder) {
     return std::move(themes.front());
 }
 
+SplitTheme splitTheme(const FoundTheme& theme) {
+    Node root;
+    const auto nodeOf = [&root](std::string_view folder) {
+        Node* node = &root;
+        while (!folder.empty()) {
+            const std::string_view part = folder.substr(0, folder.find('/'));
+            folder.remove_prefix(std::min(part.size() + 1, folder.size()));
+            node = &node->folders[std::string(part)];
+        }
+        return node;
+    };
+    for (const ThemeFile& file : theme.files) {
+        nodeOf(folderOf(file.name))->files.push_back({std::string(fileOf(file.name)), file.size});
+    }
+    for (const LeftOut& left : theme.leftOut) {
+        nodeOf(folderOf(left.name))->leftOut.push_back({std::string(fileOf(left.name)), left.why});
+    }
+    std::vector<FoundTheme> themes;
+    const Mark mark = isTheme(root, theme.name) ? Mark::certain : Mark::loose;
+    Finder(themes, true, mark).take(root, theme.folder, theme.name, theme.isTop);
+    sortFiles(themes);
+    SplitTheme split{std::move(themes.front()), {}};
+    themes.erase(themes.begin());
+    split.nested = std::move(themes);
+    return split;
+}
+
 Result<std::vector<FoundTheme>> findThemesInPackage(const std::string& folder, bool asGiven) {
     const auto root = readTree(folder);
     if (!root) {

@@ -55,6 +55,15 @@ struct FoundTheme {
 // The folder as a theme, whatever is in it. A problem as above.
 [[nodiscard]] desktop::Result<FoundTheme> themeAsGiven(const std::string& folder);
 
+// What a conversion takes a theme's folder for: the theme itself, without the folders in it that
+// are themes of their own, and these.
+struct SplitTheme {
+    FoundTheme own;
+    std::vector<FoundTheme> nested;
+};
+
+[[nodiscard]] SplitTheme splitTheme(const FoundTheme& theme);
+
 // The folder's own name: the last part of its path, or of where it leads when that says nothing; ""
 // for the top of all folders.
 [[nodiscard]] std::string nameOfFolder(const std::string& folder);

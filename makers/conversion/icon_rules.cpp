@@ -152,6 +152,9 @@ class Icons {
   private:
     void find(const std::string& file) {
         const std::string_view folder = folderOf(file);
+        if (isFixedAtTop(file)) {
+            return;
+        }
         Candidate candidate{file, {}, Place::byIdentifier};
         candidate.name = iconName(file, candidate.isLarge);
         if (folder == kIcons || (folder.empty() && isIdentifier(candidate.name.base))) {

@@ -6,6 +6,7 @@
 
 #include "makers/conversion/plan.h"
 
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -33,6 +34,15 @@ void makeMasks(Draft& draft);
 
 // The names that are looked for, of the largest picture where only others are there.
 void makeImages(Draft& draft);
+
+struct SampleRange {
+    std::uint8_t least;
+    std::uint8_t greatest;
+};
+
+// Of the samples by which a mask hides: the first one of each pixel. Nothing for no picture, and
+// for one of more or less than 8 bits a channel.
+[[nodiscard]] std::optional<SampleRange> firstSamplesOf(const platform::Data& picture);
 
 // The gray mask that hides what the picture's alpha leaves out: white hides, black shows. Nothing
 // for a picture that is one already, or whose alpha cuts nothing. A problem for no picture.

@@ -86,6 +86,8 @@ void leaveOutWhatIsNoTheme(Draft& draft) {
     for (const auto& [name, size] : files) {
         if (const Reason reason = reasonToLeaveOut(name, size); !reason.why.empty()) {
             draft.leaveOut(name, std::string(reason.why), reason.repair);
+        } else if (const std::string why = draft.whyUnreadable(name); !why.empty()) {
+            draft.leaveOut(name, "it cannot be read: " + why, Repair::unreadable);
         }
     }
 }

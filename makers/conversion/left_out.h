@@ -17,7 +17,7 @@ inline constexpr const char* kClockIcon = "IconBundles/com.apple.mobiletimer-lar
 // picture, a wallpaper, a text of another language, a script, the maker's own file. "" for a part.
 [[nodiscard]] std::string_view whyLeftOut(const std::string& name, std::uint64_t size);
 
-// All of those.
+// All of those, and what cannot be read.
 void leaveOutWhatIsNoTheme(Draft& draft);
 
 // Fonts, sounds of formats that are not asked for, and so on.

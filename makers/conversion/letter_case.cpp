@@ -35,8 +35,12 @@ constexpr std::array<ThemeFolder, 12> kThemeFolders{{{"IconBundles", true},
                                                      {"com.apple.mobileicons.framework", true}}};
 
 // Files of fixed names besides those that an image rule makes.
-constexpr std::array<FixedPicture, 13> kPictures{
-    {{"Bundles/com.apple.SpringBoardHome", "ClockIconBackgroundSquare"},
+constexpr std::array<FixedPicture, 17> kPictures{
+    {{"", "VelmoranthFolder"},
+     {"", "VelmoranthSBDockBGipad"},
+     {"", "VelmoranthSBDockBGiphone"},
+     {"", "VelmoranthipadFolder"},
+     {"Bundles/com.apple.SpringBoardHome", "ClockIconBackgroundSquare"},
      {"Bundles/com.apple.mobileicons.framework", "AppIconMask"},
      {"Bundles/com.apple.springboard", "ClockIconBackgroundSquare"},
      {"Bundles/com.apple.springboard", "SBDockBG-Landscape"},
@@ -63,7 +67,9 @@ const std::map<std::string, std::string>& foldersLookedFor() {
             add(std::string(folder.name));
         }
         for (const FixedPicture& picture : kPictures) {
-            add(std::string(picture.folder));
+            if (!picture.folder.empty()) {
+                add(std::string(picture.folder));
+            }
         }
         for (const FixedPicture& picture : fixedPictures()) {
             add(std::string(picture.folder));
@@ -149,10 +155,16 @@ bool isThemeFolder(std::string_view name) {
     });
 }
 
+bool isFixedAtTop(const std::string& file) {
+    return folderOf(file).empty() && isPng(file) && fixedBase("", pictureName(file).base);
+}
+
 std::string inLettersLookedFor(const std::string& file) {
     const std::string folder(folderOf(file));
     if (folder.empty()) {
-        return lowerCase(file) == lowerCase(kListName) ? kListName : file;
+        return lowerCase(file) == lowerCase(kListName) ? kListName
+               : isFixedAtTop(file)                    ? fileLookedFor(folder, file)
+                                                       : file;
     }
     const std::string known = folderLookedFor(folder);
     const bool isKnown = isThemeFolder(known.substr(0, known.find('/')));

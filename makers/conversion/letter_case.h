@@ -14,6 +14,10 @@ namespace velmoranth::makers {
 // be called so.
 [[nodiscard]] bool isThemeFolder(std::string_view name);
 
+// Whether it is a picture beside the theme's folders that a device looks for there, in whatever
+// letters.
+[[nodiscard]] bool isFixedAtTop(const std::string& file);
+
 // The file's name in the letters that are looked for: its folders, a fixed name, scale, device and
 // ending. The same name where these are right, or nothing of the kind is looked for.
 [[nodiscard]] std::string inLettersLookedFor(const std::string& file);

@@ -101,12 +101,34 @@ void makeMasksIn(std::string_view folder, Draft& draft) {
     const Mask& largest = *std::ranges::max_element(masks, {}, [](const Mask& mask) {
         return std::tuple(mask.area, mask.name.device.empty(), mask.name.scale);
     });
+    if (largest.file == plain) {
+        return;
+    }
     MadeFile made = Draft::copied(largest.file, Repair::maskName);
     made.work = largest.cuts ? Work::mask : Work::copy;
     draft.make(plain, std::move(made));
 }
 
 }  // namespace
+
+std::optional<SampleRange> firstSamplesOf(const Data& picture) {
+    const auto image = desktop::decodeImage(picture);
+    if (!image || image->layout.bitsPerComponent != kBitsOfByte ||
+        image->layout.bitsPerPixel % kBitsOfByte != 0) {
+        return std::nullopt;
+    }
+    const platform::BitmapLayout& layout = image->layout;
+    const std::size_t step = layout.bitsPerPixel / kBitsOfByte;
+    SampleRange range{.least = UINT8_MAX, .greatest = 0};
+    for (std::size_t y = 0; y < layout.height; ++y) {
+        for (std::size_t x = 0; x < layout.width; ++x) {
+            const std::uint8_t sample = (*image->samples)[y * layout.bytesPerRow + x * step];
+            range.least = std::min(range.least, sample);
+            range.greatest = std::max(range.greatest, sample);
+        }
+    }
+    return range;
+}
 
 Result<std::optional<Data>> grayMaskOf(const Data& picture) {
     const auto image = desktop::decodeImage(picture);

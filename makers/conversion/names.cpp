@@ -67,4 +67,8 @@ PictureName pictureName(std::string_view path) {
     return name;
 }
 
+std::string plainName(std::string_view path) {
+    return inFolder(folderOf(path), pictureName(path).base + std::string(kPng));
+}
+
 }  // namespace velmoranth::makers

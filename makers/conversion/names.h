@@ -30,4 +30,7 @@ struct PictureName {
 // Of a .png, in whatever letter case its ending is; its folder does not count.
 [[nodiscard]] PictureName pictureName(std::string_view path);
 
+// The name in its folder without scale and device: "a/b.png" of "a/b@2x~ipad.png".
+[[nodiscard]] std::string plainName(std::string_view path);
+
 }  // namespace velmoranth::makers

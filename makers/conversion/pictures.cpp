@@ -30,7 +30,7 @@ constexpr std::size_t kSideByName = 60;
 PictureFacts factsOf(const std::string& path) {
     const auto bytes = readWhole(path);
     if (!bytes) {
-        return {.problem = bytes.error().message};
+        return {.problem = "it cannot be read: " + bytes.error().message, .isUnreadable = true};
     }
     if (bytes->empty()) {
         return {.problem = "the file is empty"};

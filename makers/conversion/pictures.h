@@ -15,9 +15,10 @@ namespace velmoranth::makers {
 inline constexpr std::size_t kLongestSide = 1024;
 
 struct PictureFacts {
-    std::string problem = {};  // why it is none; "" for a picture
-    std::size_t width = 0;     // pixels
-    std::size_t height = 0;    // pixels
+    std::string problem = {};   // why it is none; "" for a picture
+    bool isUnreadable = false;  // nothing is known but that
+    std::size_t width = 0;      // pixels
+    std::size_t height = 0;     // pixels
 
     [[nodiscard]] bool isPicture() const { return problem.empty(); }
 

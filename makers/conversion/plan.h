@@ -32,6 +32,11 @@ struct MadeFile {
     std::string why = {};
     // Of the lines, in their order.
     std::vector<Repair> repairs = {};
+    // The link of the theme by which the source was found; "" where it was found by its own name.
+    std::string link = {};
+
+    // The name in the theme that this is made of.
+    [[nodiscard]] const std::string& origin() const { return link.empty() ? source : link; }
 };
 
 struct Plan {
@@ -95,6 +100,9 @@ class Draft {
     void leaveOut(const std::string& name, Repair repair) {
         leaveOut(name, std::string(rowOf(repair).why), repair);
     }
+
+    // Why the file cannot be read; "" where it can be, or nothing is known but its name.
+    [[nodiscard]] std::string whyUnreadable(const std::string& name) const;
 
     // The file as it stands, for the table's own reason.
     static MadeFile copied(const std::string& source, Repair repair) {

@@ -25,6 +25,10 @@ enum class Repair {
     leftover,         // what was left over from editing is left out
     newerSystem,      // what newer systems look for is left out
     noThemeFile,      // texts, scripts, wallpapers, the maker's own files are left out
+    unreadable,       // what cannot be read is left out
+    link,             // a link becomes the file that it leads to
+    ownTheme,         // a theme inside of another one becomes one of its own
+    similarIcon,      // an app gets the icon of one whose identifier resembles its own
     listText,         // a property list that does not parse is put right
     misspeltKey,      // a key of a calendar text is spelt as it is read
     color,            // a colour is written with six digits

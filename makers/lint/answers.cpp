@@ -29,14 +29,19 @@ void Answers::add(AskedRequest asked) {
         const bool isPart = asked.kind == RequestKind::part;
         if (file.isOpened()) {
             opened_.insert(file.name);
+            if (isPart) {
+                parts_.insert(file.name);
+            }
             if (asked.kind != RequestKind::unusual) {
                 usual_.insert(file.name);
                 if (file.isBeside) {
                     // The name without a scale was asked for, and would be opened without this one.
-                    const std::string plain =
-                        inFolder(folderOf(file.name), pictureName(file.name).base + ".png");
+                    const std::string plain = plainName(file.name);
                     opened_.insert(plain);
                     usual_.insert(plain);
+                    if (isPart) {
+                        parts_.insert(plain);
+                    }
                 } else {
                     byName_.emplace(asked.kind, file.name);
                 }

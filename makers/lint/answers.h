@@ -61,6 +61,9 @@ class Answers {
 
     [[nodiscard]] bool isUsual(const std::string& name) const { return usual_.contains(name); }
 
+    // Whether a device has opened it for one of its own requests, so that it shows as that part.
+    [[nodiscard]] bool isPart(const std::string& name) const { return parts_.contains(name); }
+
     // Whether a request of that kind has opened it under its very name.
     [[nodiscard]] bool isByName(const std::string& name, RequestKind kind) const {
         return byName_.contains({kind, name});
@@ -80,6 +83,7 @@ class Answers {
     std::multimap<std::string, std::size_t> places_;  // by the words of the question
     std::set<std::string> opened_;
     std::set<std::string> usual_;
+    std::set<std::string> parts_;
     std::set<std::pair<RequestKind, std::string>> byName_;
     std::set<std::string> wanted_;
     std::set<std::string> wantedParts_;

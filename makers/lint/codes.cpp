@@ -47,9 +47,13 @@ constexpr std::array kCodes{
             "A mask hides an icon where its first sample is white and shows it where it is black; "
             "transparency does not count. With this one nothing is left of an icon."},
     CodeRow{"mask-hides-nothing", error, "icons that are cut out by it stay as they are",
-            "make it white where icons are hidden; its transparency does not count",
+            "make it white where icons are hidden",
             "A mask hides an icon where its first sample is white and shows it where it is black. "
             "A black picture whose corners are clear is black everywhere to that rule."},
+    CodeRow{"unreadable", error, "the file cannot be read",
+            "let everybody read it, as with chmod a+r",
+            "The file's rights, or a fault of the disk, keep it from being read. A phone reads it "
+            "no more than this machine does, and a package is not made of it."},
     CodeRow{"list-broken", error, "the property list cannot be read", "mend the text at that place",
             "A list that does not parse is as good as none, and worse: since the file is there, no "
             "other theme's list and none of the device's is read in its place."},
@@ -70,6 +74,22 @@ constexpr std::array kCodes{
             "put a copy into Bundles/com.apple.Preferences",
             "The settings app's rows look for their icons in Bundles/com.apple.Preferences. A "
             "picture here shows only where the bundle of that name asks for it."},
+    CodeRow{"part-name", warning, "the home screen looks for its part under another name",
+            "put a copy of it where it is looked for",
+            "The picture has the name of a part of the home screen in another scale or place. It "
+            "shows where somebody asks for just this name, and not as that part."},
+    CodeRow{"mask-alpha", warning, "it is meant to cut by its transparency, which does not count",
+            "make it black where icons show and white where they are hidden",
+            "A mask hides an icon where its first sample is white and shows it where it is black. "
+            "Where it is clear and where it is not, this one has other samples than that."},
+    CodeRow{"nested-theme", warning, "it is a theme of its own, which is not looked into here",
+            "put it beside the theme",
+            "A folder of a theme that has the folders of a theme itself, or is named so. Devices "
+            "look for themes in /Library/Themes and not inside of them."},
+    CodeRow{"similar-icon", warning, "an app gets no icon for the likeness of its identifier",
+            "add a copy of the icon under the app's own identifier",
+            "FuzzyBundleIdentifiers lists apps that other systems give the icon of an app whose "
+            "identifier resembles theirs. Here an icon is looked for by its whole identifier."},
     CodeRow{"never-asked", warning, "nothing looks for this file",
             "give it the name of what it is meant for, or remove it",
             "No request that the file's path could be meant for opens it, on no kind of device and "

@@ -21,10 +21,6 @@ struct Family {
     std::set<std::size_t> lacks;
 };
 
-std::string plainName(const std::string& file) {
-    return inFolder(folderOf(file), pictureName(file).base + ".png");
-}
-
 bool hasFile(const FoundTheme& theme, const std::string& name) {
     return std::ranges::binary_search(theme.files, name, {}, &ThemeFile::name);
 }
@@ -79,13 +75,14 @@ std::set<std::string> addScales(const LintedTheme& theme, std::vector<Finding>& 
                 finding("scaled-only", family.file,
                         plain + " is looked for, and this is taken for the screen's scale",
                         "nothing needs to be done: " + plain +
-                            " would show where no such name is beside it"));
+                            " would show where no such name is beside it",
+                        plain));
         } else {
             findings.push_back(finding("scale-missing", family.file,
                                        "shows nothing on " + named(theme, family.lacks) +
                                            ", which look for " + plain +
                                            " or that with their own scale",
-                                       "add " + plain));
+                                       "add " + plain, plain));
         }
     }
     return files;

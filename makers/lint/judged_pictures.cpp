@@ -39,7 +39,7 @@ JudgedPicture judge(const std::string& path) {
     JudgedPicture picture;
     const auto bytes = readWhole(path);
     if (!bytes) {
-        picture.facts.problem = bytes.error().message;
+        picture.facts = {.problem = bytes.error().message, .isUnreadable = true};
         return picture;
     }
     if (bytes->empty()) {

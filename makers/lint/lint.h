@@ -9,6 +9,7 @@
 #include "makers/lint/codes.h"
 #include "makers/lint/judged_pictures.h"
 
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,7 +24,11 @@ struct Finding {
     // In a text, from 1; 0 for none.
     int line = 0;
     int column = 0;
-    bool isMended = false;  // by a conversion
+    // The name that a file is missing under, where that is what is wrong.
+    std::string wanted = {};
+    // Of a conversion: whether what was meant shows afterwards, or the file has no part in it.
+    bool isMended = false;
+    bool isLeftOut = false;
 
     [[nodiscard]] const CodeRow& row() const { return *codeNamed(code); }
 
@@ -32,10 +37,12 @@ struct Finding {
 
 // With the code's own reason and fix where these are empty.
 [[nodiscard]] Finding finding(std::string_view code, std::string file, std::string reason = {},
-                              std::string fix = {});
+                              std::string fix = {}, std::string wanted = {});
 
 struct LintedTheme {
-    const FoundTheme& theme;
+    const FoundTheme& theme;                          // its links followed
+    const std::map<std::string, std::string>& links;  // as in FollowedTheme
+    const std::vector<FoundTheme>& nested;            // folders of it that are themes of their own
     const JudgedPictures& pictures;
     const Plan& plan;
     const Answers& answers;
@@ -47,8 +54,8 @@ struct LintedTheme {
 [[nodiscard]] std::vector<Finding> findingsIn(const LintedTheme& theme);
 void sortFindings(std::vector<Finding>& findings);
 
-// Says of each whether the conversion puts an end to it.
-void markMended(std::vector<Finding>& findings, const Plan& plan);
+// Says of each what the conversion does about it.
+void markConverted(std::vector<Finding>& findings, const Plan& plan);
 
 // About Info.plist's text: one that does not parse, with the place where it does not.
 [[nodiscard]] std::vector<Finding> listFindings(const FoundTheme& theme, const Plan& plan);

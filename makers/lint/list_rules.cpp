@@ -19,7 +19,7 @@ using platform::PropertyList;
 
 namespace {
 
-constexpr const char* kList = "Info.plist";
+const std::string kList = "Info.plist";
 
 // The number behind the word, as in "(line 3, column 5)"; 0 without one.
 int numberBehind(std::string_view text, std::string_view word) {
@@ -91,18 +91,31 @@ void addPlanned(const Plan& plan, std::vector<Finding>& findings) {
     }
 }
 
+// Icons that apps get for the likeness of their identifiers.
+void addSimilarIcons(const Plan& plan, std::vector<Finding>& findings) {
+    for (const auto& [target, made] : plan.files) {
+        if (std::ranges::find(made.repairs, Repair::similarIcon) != made.repairs.end()) {
+            findings.push_back(
+                finding("similar-icon", kList,
+                        "FuzzyBundleIdentifiers is not read, and there is no " + target,
+                        "copy " + made.source + " there", target));
+        }
+    }
+}
+
 }  // namespace
 
 std::vector<Finding> listFindings(const FoundTheme& theme, const Plan& plan) {
     std::vector<Finding> findings;
+    addSimilarIcons(plan, findings);
     const bool isThere =
         std::ranges::find(theme.files, kList, &ThemeFile::name) != theme.files.end();
-    if (!isThere) {
-        return findings;
-    }
-    const auto bytes = readWhole(theme.folder + "/" + kList);
-    if (!bytes) {
-        return {broken(bytes.error().message)};
+    const auto made = plan.files.find(kList);
+    const std::string& source =
+        made == plan.files.end() || made->second.link.empty() ? kList : made->second.source;
+    const auto bytes = readWhole(theme.folder + "/" + source);
+    if (!isThere || !bytes) {
+        return findings;  // that it cannot be read is said of all files alike
     }
     const auto list = desktop::parsePropertyList(*bytes);
     if (!list) {

@@ -1,6 +1,7 @@
 #include "desktop/plist/text_encoding.h"
 
 #include "makers/conversion/left_out.h"
+#include "makers/conversion/letter_case.h"
 #include "makers/conversion/names.h"
 #include "makers/lint/requests.h"
 #include "makers/lint/rules.h"
@@ -25,7 +26,8 @@ struct RepairCode {
 };
 
 // Files that a conversion leaves out, whether something opens them or not.
-constexpr std::array<RepairCode, 5> kLeftOutCodes{{{Repair::clutter, "clutter"},
+constexpr std::array<RepairCode, 6> kLeftOutCodes{{{Repair::unreadable, "unreadable"},
+                                                   {Repair::clutter, "clutter"},
                                                    {Repair::letterCase, "name-case"},
                                                    {Repair::leftover, "leftover"},
                                                    {Repair::newerSystem, "newer-system"},
@@ -65,8 +67,12 @@ class PathRules {
     PathRules(const LintedTheme& theme, std::vector<Finding>& findings)
         : theme_(theme), findings_(findings) {
         for (const auto& [target, made] : theme.plan.files) {
-            if (target != made.source && !made.repairs.empty()) {
-                made_.emplace(made.source, std::pair(target, made.repairs.front()));
+            for (const Repair repair : made.repairs) {
+                // Neither says that anything is wrong with the file.
+                if (target != made.origin() && repair != Repair::link &&
+                    repair != Repair::similarIcon) {
+                    made_[made.origin()][target].push_back(repair);
+                }
             }
         }
         for (const LeftOut& left : theme.plan.leftOut) {
@@ -81,17 +87,30 @@ class PathRules {
         for (const std::string& wanted : theme.answers.wantedParts()) {
             wantedByLetters_.emplace(lowerCase(wanted), wanted);
         }
+        for (const auto& [link, file] : theme.links) {
+            if (theme.answers.isOpened(link)) {
+                linked_.insert(file);
+            }
+        }
+        for (const FoundTheme& nested : theme.nested) {
+            nested_.insert(nested.folder.substr(theme.theme.folder.size() + 1) + "/");
+        }
     }
 
     void look(const std::string& file) {
+        if (isInNested(file)) {
+            return;
+        }
         if (desktop::firstInvalidUtf8(file)) {
             add("name-not-text", file);
         } else if (!isLeftOut(file) && !isIcon(file) && !isSettingsIcon(file) &&
-                   !isOtherCase(file) && !isKnownElsewhere(file)) {
+                   !isOtherCase(file)) {
             if (!theme_.answers.isOpened(file)) {
-                if (!isForPeople(file)) {
+                if (!isForPeople(file) && !linked_.contains(file)) {
                     unopened(file);
                 }
+            } else if (isPartElsewhere(file)) {
+                return;
             } else if (!theme_.answers.isUsual(file)) {
                 unusual(file);
             } else if (const auto note = notes_.find(file);
@@ -101,8 +120,14 @@ class PathRules {
         }
     }
 
+    void lookAtNested() {
+        for (const std::string& folder : nested_) {
+            add("nested-theme", folder.substr(0, folder.size() - 1));
+        }
+    }
+
     void lookAtLink(const std::string& name, const std::string& why) {
-        if (!isClutter(name) && !theme_.answers.isOpened(name)) {
+        if (!isClutter(name) && !isInNested(name) && !theme_.answers.isOpened(name)) {
             add("broken-link", name,
                 why.starts_with("a link") ? "" : "it is neither a file nor a folder nor a link");
         }
@@ -110,8 +135,27 @@ class PathRules {
 
   private:
     void add(std::string_view code, const std::string& file, std::string reason = {},
-             std::string fix = {}) {
-        findings_.push_back(finding(code, file, std::move(reason), std::move(fix)));
+             std::string fix = {}, std::string wanted = {}) {
+        findings_.push_back(
+            finding(code, file, std::move(reason), std::move(fix), std::move(wanted)));
+    }
+
+    [[nodiscard]] bool isInNested(const std::string& file) const {
+        return std::ranges::any_of(
+            nested_, [&](const std::string& folder) { return file.starts_with(folder); });
+    }
+
+    // What a conversion makes of the file for that reason before others; null for nothing.
+    [[nodiscard]] const std::string* madeBy(const std::string& file, Repair repair) const {
+        const auto found = made_.find(file);
+        if (found != made_.end()) {
+            for (const auto& [target, repairs] : found->second) {
+                if (repairs.front() == repair) {
+                    return &target;
+                }
+            }
+        }
+        return nullptr;
     }
 
     // Whether enough has been said of it.
@@ -134,92 +178,117 @@ class PathRules {
     }
 
     bool isIcon(const std::string& file) {
-        const auto found = made_.find(file);
-        if (found == made_.end() || found->second.second != Repair::iconName) {
+        const std::string* const made = madeBy(file, Repair::iconName);
+        if (made == nullptr) {
             return false;
         }
-        const std::string& wanted = found->second.first;
+        const std::string& wanted = *made;
         if (file.starts_with("Bundles/") || file.starts_with("Folders/")) {
             add("icon-in-bundle", file, "no app's icon is taken from here; " + looksFor(wanted),
-                "put a copy of it into " + wanted);
+                "put a copy of it into " + wanted, wanted);
             return theme_.answers.isOpened(file);
         }
         if (lowerCase(file) == lowerCase(wanted)) {
             add("icon-case", file, "the app's identifier has other letters; " + looksFor(wanted),
-                callIt(wanted));
+                callIt(wanted), wanted);
         } else if (folderOf(file) == kIcons) {
             add("icon-name", file, "nothing looks for an icon under this name; " + looksFor(wanted),
-                callIt(wanted));
+                callIt(wanted), wanted);
         } else {
             add("icon-place", file, "nothing looks for icons here; " + looksFor(wanted),
-                callIt(wanted));
+                callIt(wanted), wanted);
         }
         return true;
     }
 
     bool isSettingsIcon(const std::string& file) {
-        const auto found = made_.find(file);
-        if (found == made_.end() || found->second.second != Repair::settingsIcon) {
-            return false;
+        const std::string* const wanted = madeBy(file, Repair::settingsIcon);
+        if (wanted != nullptr) {
+            add("settings-icon", file, looksFor(*wanted), "put a copy of it into " + *wanted,
+                *wanted);
         }
-        add("settings-icon", file, looksFor(found->second.first),
-            "put a copy of it into " + found->second.first);
-        return true;
-    }
-
-    // A part of the home screen that an app may ask for here, and nothing else.
-    bool isKnownElsewhere(const std::string& file) {
-        const auto made = made_.find(file);
-        if (made == made_.end() || (made->second.second != Repair::folderPlate &&
-                                    made->second.second != Repair::imageName)) {
-            return false;
-        }
-        const bool isMoved = folderOf(made->second.first) != folderOf(file);
-        // One whose fixed name has a scale in it.
-        const bool isRenamed = pictureName(file).isPlain();
-        if (!isMoved && !isRenamed) {
-            return false;
-        }
-        const std::string_view code = isMoved ? "image-place" : "image-name";
-        add(code, file, std::string(codeNamed(code)->reason) + "; " + looksFor(made->second.first),
-            callIt(made->second.first));
-        return true;
+        return wanted != nullptr;
     }
 
     // A folder or a part of the home screen that is looked for in other letters. An app's images
     // may differ so.
     bool isOtherCase(const std::string& file) {
-        const auto made = made_.find(file);
-        if (made != made_.end() && made->second.second == Repair::letterCase) {
-            add("name-case", file, looksFor(made->second.first), callIt(made->second.first));
-            return true;
+        const std::string* wanted = madeBy(file, Repair::letterCase);
+        const std::string inRightLetters = inLettersLookedFor(file);
+        if (wanted != nullptr && made_.at(file).contains(inRightLetters)) {
+            wanted = &inRightLetters;
         }
-        const auto found = wantedByLetters_.find(lowerCase(file));
-        if (found == wantedByLetters_.end() || found->second == file) {
+        if (wanted == nullptr) {
+            const auto found = wantedByLetters_.find(lowerCase(file));
+            wanted =
+                found == wantedByLetters_.end() || found->second == file ? nullptr : &found->second;
+        }
+        if (wanted != nullptr) {
+            add("name-case", file, looksFor(*wanted), callIt(*wanted), *wanted);
+        }
+        return wanted != nullptr;
+    }
+
+    // What a conversion makes of the file that a device asks for by itself; "" for nothing.
+    [[nodiscard]] std::string partOf(const std::string& file) const {
+        const auto found = made_.find(file);
+        if (found == made_.end() || theme_.answers.isPart(file)) {
+            return {};
+        }
+        const std::set<std::string>& wanted = theme_.answers.wantedParts();
+        for (const auto& [target, repairs] : found->second) {
+            if (wanted.contains(target) || wanted.contains(plainName(target))) {
+                return target;
+            }
+        }
+        return {};
+    }
+
+    // A file that shows where somebody asks for it by its name, and not as the part of the home
+    // screen that it is meant for.
+    bool isPartElsewhere(const std::string& file) {
+        const std::string wanted = partOf(file);
+        if (wanted.empty()) {
             return false;
         }
-        add("name-case", file, looksFor(found->second), callIt(found->second));
+        if (!theme_.answers.isUsual(file)) {
+            underOtherName(file, wanted);
+        } else {
+            add("part-name", file,
+                "the home screen does not look for it under this name; " + looksFor(wanted),
+                "put a copy of it into " + wanted, wanted);
+        }
         return true;
     }
 
+    void underOtherName(const std::string& file, const std::string& wanted) {
+        const char* const code = folderOf(wanted) == folderOf(file) ? "image-name" : "image-place";
+        add(code, file, std::string(codeNamed(code)->reason) + "; " + looksFor(wanted),
+            callIt(wanted), wanted);
+    }
+
     void unopened(const std::string& file) {
-        if (const auto made = made_.find(file); made != made_.end()) {
-            const auto& [wanted, repair] = made->second;
-            const bool isMoved = folderOf(wanted) != folderOf(file);
-            add(isMoved ? "image-place" : "image-name", file,
-                std::string(codeNamed(isMoved ? "image-place" : "image-name")->reason) + "; " +
-                    looksFor(wanted),
-                callIt(wanted));
+        const std::string part = partOf(file);
+        const auto made = made_.find(file);
+        if (!part.empty()) {
+            underOtherName(file, part);
+        } else if (made != made_.end() && !made->second.empty()) {
+            underOtherName(file, made->second.begin()->first);
         } else if (const auto note = notes_.find(file); note != notes_.end()) {
             add("no-effect", file, note->second->why);
         } else if (file.starts_with("UISounds/")) {
             add("sound-never-asked", file);
         } else if (const std::string before = takenBefore(file); !before.empty()) {
             add("hidden", file, before + " is always taken before it");
+        } else if (const std::string plain = plainName(file);
+                   plain != file && theme_.answers.isPart(plain)) {
+            add("never-asked", file,
+                "nothing looks for this file; " + plain + " is looked for, and is there",
+                "remove it");
         } else if (const std::string near = nearName(file); !near.empty()) {
             add("never-asked", file,
                 "nothing looks for this file; " + near + " is looked for, and missing",
-                callIt(near));
+                callIt(near), near);
         } else {
             add("never-asked", file);
         }
@@ -231,6 +300,9 @@ class PathRules {
         const auto [first, last] = wantedByGist_.equal_range(gistOf(file));
         std::string near;
         for (auto one = first; one != last; ++one) {
+            if (one->second == file) {
+                continue;  // a device has no such file, whatever this machine has
+            }
             if (near.empty() ||
                 (folderOf(one->second) == folderOf(file) && folderOf(near) != folderOf(file))) {
                 near = one->second;
@@ -263,7 +335,10 @@ class PathRules {
 
     const LintedTheme& theme_;
     std::vector<Finding>& findings_;
-    std::map<std::string, std::pair<std::string, Repair>> made_;  // by their sources
+    // What is made of files, and why.
+    std::map<std::string, std::map<std::string, std::vector<Repair>>> made_;
+    std::set<std::string> nested_;  // folders, with a slash
+    std::set<std::string> linked_;  // files that are opened by links to them
     std::map<std::string, const LeftOut*> leftOut_;
     std::map<std::string, const LeftOut*> notes_;
     std::multimap<std::string, std::string> wantedByGist_;
@@ -277,6 +352,7 @@ void addPathFindings(const LintedTheme& theme, std::vector<Finding>& findings) {
     for (const ThemeFile& file : theme.theme.files) {
         rules.look(file.name);
     }
+    rules.lookAtNested();
     for (const LeftOut& link : theme.theme.leftOut) {
         rules.lookAtLink(link.name, link.why);
     }

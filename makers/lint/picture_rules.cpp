@@ -36,6 +36,9 @@ void addPictureFindings(const LintedTheme& theme, std::vector<Finding>& findings
             findings.push_back(finding("picture-empty", file));
             continue;
         }
+        if (picture.facts.isUnreadable) {
+            continue;  // said of all files alike
+        }
         if (!picture.facts.isPicture()) {
             findings.push_back(finding("picture-broken", file,
                                        "no picture can be made of it: " + picture.facts.problem));

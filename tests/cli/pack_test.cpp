@@ -407,13 +407,13 @@ TEST_F(Pack, longNamesOfAnyLettersAreInstalled) {
 
 TEST_F(Pack, aThemeWithErrorsIsPackedOnlyWhenAskedFor) {
     EXPECT_EQ(packSound({"-o", "a.deb"}).code, 0);
-    folder.file("Sunset Paper.theme/IconBundles/com.apple.Maps-large.png", "no picture");
+    folder.file("Sunset Paper.theme/uisounds/lock.caf", "x");
     for (const std::vector<std::string>& words :
          {std::vector<std::string>{"-o", "b.deb"}, {"--dry-run"}}) {
         const CommandResult refused = packSound(words);
         EXPECT_EQ(refused.code, 1);
         EXPECT_EQ(refused.errors.find("velmoranth: error: ../Sunset Paper.theme: it has 1 error, "
-                                      "IconBundles/com.apple.Maps-large.png first: "),
+                                      "uisounds/lock.caf first: "),
                   0U)
             << refused.errors;
         EXPECT_NE(
@@ -427,7 +427,7 @@ TEST_F(Pack, aThemeWithErrorsIsPackedOnlyWhenAskedFor) {
     EXPECT_EQ(folder.names("work"), "a.deb");
     EXPECT_EQ(pack({"-o", "b.deb"}).code, 0);
     // What stays out keeps nothing else from being packed, and neither does a warning.
-    std::filesystem::remove(folder / "Sunset Paper.theme/IconBundles/com.apple.Maps-large.png");
+    std::filesystem::remove_all(folder / "Sunset Paper.theme/uisounds");
     folder.file("Sunset Paper.theme/IconBundles/empty-large.png");
     folder.file("Sunset Paper.theme/IconBundles/notes.txt", "x");
     EXPECT_EQ(packSound({"-o", "c.deb"}).code, 0);

@@ -111,9 +111,11 @@ TEST_F(ImageRules, aMaskAtTheThemesRootIsMendedWhereItLies) {
 
 TEST_F(ImageRules, anEmptyMaskIsLeftOut) {
     file(std::string(kMask) + "@2x.png", "no picture");
-    const Plan plan = converted();
-    EXPECT_TRUE(names().empty());
-    EXPECT_NE(why(plan.leftOut, std::string(kMask) + "@2x.png"), "<none>");
+    const auto themes = convert();
+    ASSERT_TRUE(themes && themes->size() == 1);
+    EXPECT_TRUE(themes->front().isEmpty());
+    EXPECT_NE(why(themes->front().plan.leftOut, std::string(kMask) + "@2x.png"), "<none>");
+    EXPECT_FALSE(std::filesystem::exists(folder / "out")) << "an empty theme";
 }
 
 TEST_F(ImageRules, namesThatAreLookedForAreMadeOfScaledOnes) {
@@ -257,13 +259,13 @@ TEST_F(ImageRules, whatBelongsToNoThemeIsLeftOutAndNamed) {
     for (const auto& [name, reason] : rows) {
         file(name, name == "Bundles/a/empty.png" ? "" : "x");
     }
-    folder.link("in/T.theme/link.png", kept);
+    folder.link("in/T.theme/link.png", "nowhere.png");
     const Plan plan = converted();
     EXPECT_EQ(names(), Names{kept});
     for (const auto& [name, reason] : rows) {
         EXPECT_EQ(why(plan.leftOut, name), reason) << name;
     }
-    EXPECT_EQ(why(plan.leftOut, "link.png"), "a link, which is not followed");
+    EXPECT_EQ(why(plan.leftOut, "link.png"), "a link that leads nowhere");
     EXPECT_EQ(plan.leftOut.size(), rows.size() + 1);
 }
 

@@ -119,5 +119,19 @@ TEST_F(LetterCases, aThemeIsKnownByFoldersInOtherLettersThatNothingElseHas) {
     EXPECT_EQ(folder.contents("out/X/" + std::string(kMaps)), png(60));
 }
 
+// Pictures that lie beside the theme's folders are taken for icons, but not these.
+TEST_F(LetterCases, whatIsLookedForBesideTheFoldersStays) {
+    const std::string plate = png(60, kBlue);
+    file("com.apple.Maps.png", png(60));
+    file("VelmoranthFolder.png", plate);
+    file("velmoranthsbdockbgiphone.PNG", plate);
+    file("VelmoranthNobody.png", plate);
+    const Plan plan = converted();
+    EXPECT_EQ(made("VelmoranthFolder.png"), plate);
+    EXPECT_EQ(made("VelmoranthSBDockBGiphone.png"), plate);
+    ASSERT_EQ(plan.leftOut.size(), 1U);
+    EXPECT_EQ(plan.leftOut.front().name, "VelmoranthNobody.png");
+}
+
 }  // namespace
 }  // namespace velmoranth::makers::letter_case_test
