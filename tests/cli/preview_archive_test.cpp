@@ -101,8 +101,8 @@ TEST_F(PreviewArchive, whatConvertWouldBringToLightIsOneLineForEachThemeThatHide
     EXPECT_EQ(linesOfConvert(runCommand({"preview", "../s.zip"}, setting())),
               "velmoranth: A.theme: 2 icons lie under names that" + rest + "them\n" +
                   "velmoranth: C.theme: 1 icon and 1 other image lie under names that" + rest +
-                  "them\n" + "velmoranth: D.theme: 2 images lie under names that" + rest +
-                  "them\n");
+                  "them\n" + "velmoranth: D.theme: 1 image lies under a name that" + rest + "it\n")
+        << "of one picture both dots are made";
     EXPECT_EQ(runCommand({"preview", "../s.zip", "--quiet"}, setting()).errors, "");
     EXPECT_EQ(folder.names("tmp"), "");
 }
