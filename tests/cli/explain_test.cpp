@@ -209,7 +209,8 @@ TEST_F(ExplainTest, NoSoundPlays) {
 
 constexpr const char* kCalendarList =
     "<plist><dict><key>CalendarIconDateSettings</key><dict><key>FontName</key><string>"
-    "AvenirNext-Medium</string><key>TextColor</key><string>#FF8000</string></dict>"
+    "AvenirNext-Medium</string><key>TextColor</key><string>#FF8000</string>"
+    "<key>TextYoffset</key><integer>20</integer></dict>"
     "<key>CalendarIconDaySettings</key><dict><key>FontName</key><string>AvenirNext-Medium</string>"
     "</dict></dict></plist>";
 
