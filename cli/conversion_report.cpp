@@ -50,10 +50,9 @@ std::string themeText(const ConvertedTheme& theme, const Conversion& conversion)
     const Plan& plan = theme.plan;
     const std::size_t made = madeIn(plan);
     std::string text =
-        theme.isEmpty()
-            ? fmt::format("no theme from {}", shown(placeOf(theme)))
-            : fmt::format("{} from {}: {}", shown(conversion.output + "/" + theme.name),
-                          shown(placeOf(theme)), counted(plan.files.size(), "file"));
+        theme.isEmpty() ? fmt::format("no theme from {}", shown(placeOf(theme)))
+                        : fmt::format("{} from {}: {}", shown(conversion.output + "/" + theme.name),
+                                      shown(placeOf(theme)), counted(plan.files.size(), "file"));
     text += theme.isEmpty() ? fmt::format(": nothing of it shows, {} left out\n",
                                           counted(plan.leftOut.size(), "file"))
             : plan.changesNothing()
