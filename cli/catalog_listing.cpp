@@ -195,10 +195,9 @@ std::string listingAsTable(const Catalog& catalog, const std::vector<ListedRendi
     Row heads;
     std::copy(kHeads.begin(), kHeads.end(), heads.begin());
     std::string text = tableLine(heads, widths) + "\n";
-    const bool colored = colorsResults();
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        const std::string line = tableLine(rows[i], widths);
-        text += (colored && !listing[i].isExtracted() ? "\033[2m" + line + "\033[0m" : line) + "\n";
+        std::string line = tableLine(rows[i], widths);
+        text += (listing[i].isExtracted() ? line : inColor(kFaintColor, std::move(line))) + "\n";
     }
     const auto extracted = std::count_if(listing.begin(), listing.end(),
                                          [](const auto& row) { return row.isExtracted(); });

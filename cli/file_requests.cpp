@@ -32,7 +32,7 @@ std::set<std::string> namesMeant(const std::string& file) {
         }
     };
     add(file);
-    const makers::PictureName picture = makers::pictureName(file);
+    const makers::PictureName picture = makers::pictureName(makers::asPng(file));
     for (const std::string_view size : {"-large", "-small"}) {
         std::string_view base = picture.base;
         if (base.size() > size.size() && base.ends_with(size)) {

@@ -14,6 +14,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace velmoranth::cli {
 
@@ -45,7 +46,6 @@ std::string asJson(std::span<const HookRow> rows, double versionNumber) {
 }
 
 std::string asTable(std::span<const HookRow> rows, double versionNumber) {
-    const bool colored = colorsResults();
     std::size_t classWidth = 0;
     for (const HookRow& row : rows) {
         classWidth = std::max(classWidth, row.targetClass.size());
@@ -56,11 +56,11 @@ std::string asTable(std::span<const HookRow> rows, double versionNumber) {
     for (const HookRow& row : rows) {
         const bool isInstalled = core::isGateOpen(row.gate, versionNumber);
         installed += isInstalled ? 1 : 0;
-        const std::string line =
+        std::string line =
             fmt::format("{:>3}  {:<13}  {:<8}  {:<6}  {:<{}}  {}", row.number,
                         isInstalled ? "installed" : "not installed", nameOf(row.side),
                         nameOf(row.gate), row.targetClass, classWidth, row.selector);
-        text += (colored && !isInstalled ? "\033[2m" + line + "\033[0m" : line) + "\n";
+        text += (isInstalled ? line : inColor(kFaintColor, std::move(line))) + "\n";
     }
     return text + fmt::format("{} methods: {} installed for version number {}\n", rows.size(),
                               installed, versionNumber);

@@ -39,8 +39,17 @@ std::string sumOf(const CheckedTheme& theme) {
     return text + (theme.findings.empty() ? ", nothing found\n" : "\n");
 }
 
+// As wide as the longest.
+std::string columnOf(Severity severity) {
+    std::string word = fmt::format("{:<8}", makers::wordOf(severity));
+    return severity == Severity::note
+               ? word
+               : inColor(severity == Severity::error ? kErrorColor : kWarningColor,
+                         std::move(word));
+}
+
 std::string lineOf(const Finding& finding) {
-    std::string text = fmt::format("  {:<8} {:<21} {}: {}", makers::wordOf(finding.row().severity),
+    std::string text = fmt::format("  {} {:<21} {}: {}", columnOf(finding.row().severity),
                                    finding.code, shown(finding.file), shown(finding.reason));
     return text + (finding.fix.empty() ? "\n" : "; " + shown(finding.fix) + "\n");
 }
@@ -55,9 +64,8 @@ std::string findingsText(const CheckedTheme& theme, bool all) {
         if (all || ofCode < kMostOfCode) {
             text += lineOf(finding);
         } else if (i + 1 == theme.findings.size() || theme.findings[i + 1].code != finding.code) {
-            text += fmt::format("  {:<8} {:<21} {} more (--all)\n",
-                                makers::wordOf(finding.row().severity), finding.code,
-                                ofCode + 1 - kMostOfCode);
+            text += fmt::format("  {} {:<21} {} more (--all)\n", columnOf(finding.row().severity),
+                                finding.code, ofCode + 1 - kMostOfCode);
         }
     }
     return text;

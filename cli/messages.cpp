@@ -132,7 +132,7 @@ bool isPlainText(std::string_view text) {
 }
 
 ExitCode fail(ExitCode code, std::string_view message) {
-    writeMessage("error", "1;31", message);
+    writeMessage("error", kErrorColor, message);
     return code;
 }
 
@@ -143,7 +143,7 @@ ExitCode fail(ExitCode code, const desktop::Problem& problem) {
 }
 
 void warn(std::string_view message) {
-    writeMessage("warning", "1;33", message);
+    writeMessage("warning", kWarningColor, message);
 }
 
 void warnOf(std::string_view message) {
@@ -201,8 +201,9 @@ void setColors(Colors colors) {
     chosenColors() = colors;
 }
 
-bool colorsResults() {
-    return colors(STDOUT_FILENO);
+std::string inColor(std::string_view color, std::string text) {
+    return colors(STDOUT_FILENO) ? "\033[" + std::string(color) + "m" + text + "\033[0m"
+                                 : std::move(text);
 }
 
 }  // namespace velmoranth::cli

@@ -88,7 +88,11 @@ void print(std::string_view text);
 enum class Colors { automatic, always, never };
 void setColors(Colors colors);
 
-// Whether results may be coloured.
-[[nodiscard]] bool colorsResults();
+inline constexpr std::string_view kErrorColor = "1;31";
+inline constexpr std::string_view kWarningColor = "1;33";
+inline constexpr std::string_view kFaintColor = "2";
+
+// A piece of a result, in that colour where results may be coloured.
+[[nodiscard]] std::string inColor(std::string_view color, std::string text);
 
 }  // namespace velmoranth::cli

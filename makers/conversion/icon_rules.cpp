@@ -5,7 +5,6 @@
 #include "makers/conversion/names.h"
 
 #include <algorithm>
-#include <array>
 #include <map>
 #include <optional>
 #include <string>
@@ -55,14 +54,6 @@ Repair whyNoAppName(std::string_view base) {
     return why == Repair::leftover && base.find(' ') != std::string_view::npos && !isCopy
                ? Repair::none
                : why;
-}
-
-// Pictures of other formats, which apps' icons are not looked for in.
-bool isOtherPicture(std::string_view file) {
-    const std::string lower = lowerCase(file);
-    return std::ranges::any_of(
-        std::array{".jpg", ".jpeg", ".gif", ".heic", ".webp", ".bmp", ".tif", ".tiff", ".svg"},
-        [&](const char* ending) { return lower.ends_with(ending); });
 }
 
 bool takeLarge(PictureName& name) {

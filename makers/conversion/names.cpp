@@ -59,6 +59,18 @@ bool isPng(std::string_view path) {
     return path.size() > kPng.size() && lowerCase(path.substr(path.size() - kPng.size())) == kPng;
 }
 
+bool isOtherPicture(std::string_view path) {
+    const std::string lower = lowerCase(path);
+    return std::ranges::any_of(
+        std::array{".jpg", ".jpeg", ".gif", ".heic", ".webp", ".bmp", ".tif", ".tiff", ".svg"},
+        [&](const char* ending) { return lower.ends_with(ending); });
+}
+
+std::string asPng(std::string_view path) {
+    return std::string(isOtherPicture(path) ? path.substr(0, path.rfind('.')) : path) +
+           (isOtherPicture(path) ? ".png" : "");
+}
+
 PictureName pictureName(std::string_view path) {
     const std::string_view file = fileOf(path);
     PictureName name{std::string(file.substr(0, file.size() - (isPng(file) ? kPng.size() : 0)))};

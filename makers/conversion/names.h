@@ -18,6 +18,12 @@ namespace velmoranth::makers {
 
 [[nodiscard]] bool isPng(std::string_view path);
 
+// By its name, a picture of another format, which no theme's picture is looked for in.
+[[nodiscard]] bool isOtherPicture(std::string_view path);
+
+// The name that such a picture has as a PNG file; any other path as it is.
+[[nodiscard]] std::string asPng(std::string_view path);
+
 // "Name@2x~ipad.png", "Name~ipad@2x.png" and so on.
 struct PictureName {
     std::string base;         // without any of it: "Name"

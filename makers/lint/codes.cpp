@@ -108,12 +108,13 @@ constexpr std::array kCodes{
     CodeRow{"broken-link", warning, "the link leads nowhere on a device",
             "put the file itself in its place",
             "A link in a theme is followed on the device, where this one's end is missing."},
-    CodeRow{"calendar-missing", warning,
-            "it says nothing of the calendar, whose weekday is then written across its top edge",
-            "add CalendarIconDateSettings and CalendarIconDaySettings",
-            "The first active theme with an Info.plist decides how weekday and day stand on the "
-            "calendar's icon. With nothing said about them both stand at the top in the device's "
-            "own font, over each other."},
+    CodeRow{
+        "calendar-missing", warning,
+        "it says nothing of the calendar; as the first list it has the weekday across the top edge",
+        "add CalendarIconDateSettings and CalendarIconDaySettings",
+        "The first active theme with an Info.plist decides how weekday and day stand on the "
+        "calendar's icon. With nothing said about them both stand at the top in the device's "
+        "own font, over each other."},
     CodeRow{"calendar-text-missing", warning, "a text of the calendar's icon is not described",
             "add the missing settings",
             "One of CalendarIconDateSettings and CalendarIconDaySettings is there. The text of the "
@@ -167,8 +168,7 @@ constexpr std::array kCodes{
             "On iOS 12 the clock has an icon like every app. iOS 13 draws hands upon a face, and "
             "looks for the face under a name of its own."},
     CodeRow{"scaled-only", note, "only its name with a scale is there",
-            "nothing needs to be done: the name without a scale shows where no such name is beside "
-            "it",
+            "nothing needs to be done; the name without a scale would do the same",
             "The name without a scale is looked for, and a file with the screen's scale in its "
             "name is taken in its place, whether it is there or not. Every device that asks for "
             "this one finds it so."},

@@ -74,9 +74,7 @@ std::set<std::string> addScales(const LintedTheme& theme, std::vector<Finding>& 
             findings.push_back(
                 finding("scaled-only", family.file,
                         plain + " is looked for, and this is taken for the screen's scale",
-                        "nothing needs to be done: " + plain +
-                            " would show where no such name is beside it",
-                        plain));
+                        "nothing needs to be done; " + plain + " would do the same", plain));
         } else {
             findings.push_back(finding("scale-missing", family.file,
                                        "shows nothing on " + named(theme, family.lacks) +

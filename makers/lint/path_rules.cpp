@@ -44,7 +44,7 @@ std::string callIt(const std::string& wanted) {
 // What a name has in common with others that are meant for the same: without scale, device, size
 // and folder.
 std::string gistOf(std::string_view file) {
-    std::string gist = lowerCase(pictureName(file).base);
+    std::string gist = lowerCase(pictureName(asPng(file)).base);
     for (const std::string_view ending : {"-large", "-small", "-icon"}) {
         if (gist.size() > ending.size() && gist.ends_with(ending)) {
             gist.resize(gist.size() - ending.size());
@@ -288,7 +288,8 @@ class PathRules {
         } else if (const std::string near = nearName(file); !near.empty()) {
             add("never-asked", file,
                 "nothing looks for this file; " + near + " is looked for, and missing",
-                callIt(near), near);
+                isOtherPicture(file) ? "save it as a PNG file and call that " + near : callIt(near),
+                near);
         } else {
             add("never-asked", file);
         }

@@ -25,8 +25,11 @@ bool mayBeIdentifier(std::string_view text) {
     return !text.empty() && text.find_first_of("@~ /") == std::string_view::npos;
 }
 
-std::vector<FileRequest> iconRequests(std::string_view name) {
+// An icon in another format is meant for the app that the PNG file would be for.
+std::vector<FileRequest> iconRequests(std::string_view given) {
     constexpr std::string_view kEnding = "-large.png";
+    const std::string png = asPng(given);
+    const std::string_view name = png;
     std::string identifier = name.ends_with(kEnding)
                                  ? std::string(name.substr(0, name.size() - kEnding.size()))
                                  : pictureName(name).base;

@@ -34,6 +34,15 @@ TEST_F(ExplainFileTest, AFileIsOpenedByTheseRequestsOnTheseDevices) {
                     .output.starts_with(std::string("opened by  mask") + kEveryDevice));
 }
 
+// Of another format, which nothing looks for.
+TEST_F(ExplainFileTest, APictureThatIsNoPngIsSentToThePngsName) {
+    picture("A/IconBundles/com.apple.Maps-large.jpg");
+    EXPECT_EQ(
+        answer({"A", "--", "file", "IconBundles/com.apple.Maps-large.jpg"}, 1),
+        "A/IconBundles/com.apple.Maps-large.jpg is opened by no request; the nearest name that "
+        "is looked for is IconBundles/com.apple.Maps-large.png.");
+}
+
 TEST_F(ExplainFileTest, AFileIsAskedAboutOnTheDevicesThatAreGiven) {
     picture("A/UIImages/UISwitchKnob@3x.png", 60);
     const std::string knob = "UIImages/UISwitchKnob@3x.png";

@@ -34,7 +34,7 @@ std::vector<Broken> brokenThemes() {
     const std::string maps = kIcons + "com.apple.Maps-large.png";
     const std::string gray = pictureOf(60, 60, {0, 0, 0, 255});
     const std::string white = pictureOf(60, 60, {255, 255, 255, 255});
-    const std::string mask = pictureOf(60, 60, {255, 255, 255, 255}, 40);
+    const std::string mask = pictureOf(60, 60, {255, 255, 255, 255}, 40, {0, 0, 0, 255});
     const std::string gif = std::string(
         "GIF89a\x01\x00\x01\x00\x80\x00\x00\xFF\x00\xFF\x00\x00\x00"
         "\x2C\x00\x00\x00\x00\x01\x00\x01\x00\x00\x02\x02\x44\x01\x00\x3B",
@@ -47,9 +47,9 @@ std::vector<Broken> brokenThemes() {
         {{{"AnemoneEffects/iPhoneOverlay~ipad.png", icon()}},
          {"image-name AnemoneEffects/iPhoneOverlay~ipad.png"}},
         {{{"Iconomatic/Folder.png", icon()}}, {"image-place Iconomatic/Folder.png"}},
-        {{{"UIImages/SBBadgeBG.png", gray}}, {"image-place UIImages/SBBadgeBG.png"}},
-        {{{"UIImages/SBDockBG@2x.png", gray}}, {"image-place UIImages/SBDockBG@2x.png"}},
-        {{{kHome + "SBDockBG.png", gray}}, {"image-name " + kHome + "SBDockBG.png"}},
+        {{{"UIImages/SBBadgeBG.png", gray}}, {"part-name UIImages/SBBadgeBG.png"}},
+        {{{"UIImages/SBDockBG@2x.png", gray}}, {"part-name UIImages/SBDockBG@2x.png"}},
+        {{{kHome + "SBDockBG.png", gray}}, {"part-name " + kHome + "SBDockBG.png"}},
         {{{maps, ""}}, {"picture-empty " + maps}},
         {{{maps, icon().substr(0, icon().size() / 2)}}, {"picture-broken " + maps}},
         {{{kMask, white}}, {"mask-hides-everything " + kMask}},
@@ -247,6 +247,28 @@ TEST_F(LintCommand, TextSaysWhatIsWrongAndWhatToDo) {
               "  note     clutter               .DS_Store: left behind by an archiver or a file "
               "manager; remove it\n"
               "velmoranth convert 'My Theme.theme' -o FOLDER mends 1 of these and leaves out 1\n");
+}
+
+TEST_F(LintCommand, HowGraveAFindingIsHasAColor) {
+    put("work/A", {{kIcons + "com.apple.Maps@3x.png", icon()},
+                   {"UIImages/Pin~ipad.png", icon()},
+                   {".DS_Store", "x"}});
+    const std::string text = lint({"A", "--color", "always"}).output;
+    EXPECT_NE(text.find("\n  \033[1;31merror   \033[0m icon-name "), std::string::npos) << text;
+    EXPECT_NE(text.find("\n  \033[1;33mwarning \033[0m odd-name "), std::string::npos) << text;
+    EXPECT_NE(text.find("\n  note     clutter "), std::string::npos) << text;
+    EXPECT_EQ(lint({"A"}).output.find('\033'), std::string::npos);
+}
+
+TEST_F(LintCommand, APictureThatIsNoPngIsToBeSavedAsOne) {
+    put("work/A", {{"IconBundles/com.apple.Maps-large.JPG", icon()}});
+    const std::string text = lint({"A"}).output;
+    EXPECT_NE(
+        text.find("IconBundles/com.apple.Maps-large.JPG: nothing looks for this file; "
+                  "IconBundles/com.apple.Maps-large.png is looked for, and missing; save it as "
+                  "a PNG file and call that IconBundles/com.apple.Maps-large.png\n"),
+        std::string::npos)
+        << text;
 }
 
 TEST_F(LintCommand, OfManyFilesOfACodeTheFirstAreShown) {

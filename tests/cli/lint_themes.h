@@ -11,14 +11,13 @@
 namespace velmoranth::cli::lint_test {
 
 inline std::string pictureOf(std::size_t width, std::size_t height,
-                             const std::vector<std::uint8_t>& pixel, std::size_t clearCorner = 0) {
+                             const std::vector<std::uint8_t>& pixel, std::size_t cornerSide = 0,
+                             const std::vector<std::uint8_t>& corner = {0, 0, 0, 0}) {
     std::vector<std::uint8_t> pixels;
     for (std::size_t y = 0; y < height; ++y) {
         for (std::size_t x = 0; x < width; ++x) {
-            const bool isClear = x < clearCorner && y < clearCorner;
-            const std::vector<std::uint8_t> clear(4, 0);
-            pixels.insert(pixels.end(), isClear ? clear.begin() : pixel.begin(),
-                          isClear ? clear.end() : pixel.end());
+            const auto& shown = x < cornerSide && y < cornerSide ? corner : pixel;
+            pixels.insert(pixels.end(), shown.begin(), shown.end());
         }
     }
     const auto png = desktop::encodePng(pixels, width, height, width * 4);
