@@ -1,4 +1,5 @@
-// A device with the example theme, whose icons are masked and overlaid.
+// A device with the example theme, whose icons are masked and overlaid, for programs that show it
+// in processes of their own.
 #pragma once
 
 #include "desktop/files/create_device_root.h"
@@ -10,6 +11,7 @@
 #include "tests/support/temporary_folder.h"
 
 #include "started_command.h"
+#include <benchmark/benchmark.h>
 
 #include <filesystem>
 #include <string>
@@ -57,5 +59,19 @@ class ExampleDevice {
   private:
     tests::TemporaryFolder folder_;
 };
+
+// The main function of a program that starts itself again as a simulated process.
+inline int mainOrSimulatedProcess(int argc, char** argv) {
+    if (simulator::isSimulatedProcess(argc, argv)) {
+        return simulator::simulatedProcessMain(argc, argv);
+    }
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
+        return 1;
+    }
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
 
 }  // namespace velmoranth::benchmarks

@@ -71,10 +71,7 @@ void measure(benchmark::State& state, simulator::Picture (LivingScreen::*draw)()
         times.push_back(screen.processorSeconds() - painted);
         state.SetIterationTime(times.back());
     }
-    const double bareTime = median(bareTimes);
-    state.counters["bare_us"] = bareTime * 1e6;
-    state.counters["median_us"] = median(times) * 1e6;
-    state.counters["ratio"] = median(times) / bareTime;
+    report(state, times, bareTimes);
 }
 
 void again(benchmark::State& state) {
@@ -100,16 +97,6 @@ BENCHMARK(afterAChangeOfThemes)
 
 }  // namespace velmoranth::benchmarks
 
-// This program starts itself again as a simulated process.
 int main(int argc, char** argv) {
-    if (velmoranth::simulator::isSimulatedProcess(argc, argv)) {
-        return velmoranth::simulator::simulatedProcessMain(argc, argv);
-    }
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
-        return 1;
-    }
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return velmoranth::benchmarks::mainOrSimulatedProcess(argc, argv);
 }

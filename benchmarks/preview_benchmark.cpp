@@ -101,10 +101,7 @@ void preview(benchmark::State& state) {
         megabytes = std::max(megabytes, done.megabytes);
         state.SetIterationTime(done.seconds);
     }
-    const double bareTime = median(bares);
-    state.counters["bare_us"] = bareTime * 1e6;
-    state.counters["median_us"] = median(previews) * 1e6;
-    state.counters["ratio"] = median(previews) / bareTime;
+    report(state, previews, bares);
     state.counters["peak_mb"] = megabytes;
 }
 

@@ -60,16 +60,6 @@ BENCHMARK(unrecordedPreview)
 
 }  // namespace velmoranth::benchmarks
 
-// This program starts itself again as a simulated process.
 int main(int argc, char** argv) {
-    if (velmoranth::simulator::isSimulatedProcess(argc, argv)) {
-        return velmoranth::simulator::simulatedProcessMain(argc, argv);
-    }
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
-        return 1;
-    }
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return velmoranth::benchmarks::mainOrSimulatedProcess(argc, argv);
 }

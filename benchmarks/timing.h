@@ -23,6 +23,15 @@ inline double median(std::vector<double>& values) {
     return *middle;
 }
 
+// Seconds of turns: their medians, and as "ratio" how many times the bare one the other is.
+inline void report(benchmark::State& state, std::vector<double>& workTimes,
+                   std::vector<double>& bareTimes) {
+    const double bareTime = median(bareTimes);
+    state.counters["bare_us"] = bareTime * 1e6;
+    state.counters["median_us"] = median(workTimes) * 1e6;
+    state.counters["ratio"] = median(workTimes) / bareTime;
+}
+
 // Reports the time of `work`, and as "ratio" how many times that of `bare` it is.
 inline void compare(benchmark::State& state, const auto& work, const auto& bare) {
     std::vector<double> workTimes;
@@ -32,10 +41,7 @@ inline void compare(benchmark::State& state, const auto& work, const auto& bare)
         workTimes.push_back(secondsOf(work));
         state.SetIterationTime(workTimes.back());
     }
-    const double bareTime = median(bareTimes);
-    state.counters["bare_us"] = bareTime * 1e6;
-    state.counters["median_us"] = median(workTimes) * 1e6;
-    state.counters["ratio"] = median(workTimes) / bareTime;
+    report(state, workTimes, bareTimes);
 }
 
 }  // namespace velmoranth::benchmarks
